@@ -1,0 +1,42 @@
+# The doors of the project. Each one installs what is missing, so that a fresh Debian 12 with git and
+# make is enough.
+PRESET ?= release
+BIN    := build/$(PRESET)/bin
+
+.PHONY: all packages build test sanitize tidy format format-check demo run bench clean
+
+all: build
+
+packages:
+	@scripts/install-packages
+
+build: packages
+	@cmake --preset $(PRESET) --log-level=WARNING
+	@cmake --build --preset $(PRESET)
+
+test: build
+	@ctest --preset $(PRESET)
+
+sanitize:
+	@$(MAKE) --no-print-directory test PRESET=sanitize
+
+tidy: packages
+	@scripts/tidy
+
+format:
+	@scripts/format
+
+format-check:
+	@scripts/format --check
+
+demo: build
+	@scripts/demo $(BIN)
+
+run: build
+	@$(BIN)/folivex
+
+bench: build
+	@bench/run $(BIN)
+
+clean:
+	@rm -rf build demo-output

@@ -1,0 +1,72 @@
+# Settings and helper functions shared by every target of the tree.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_AUTOMOC OFF)
+
+set(FOLIVEX_SANITIZE "" CACHE STRING "Value of -fsanitize= for the whole tree, or empty")
+option(FOLIVEX_COVERAGE "Instrument for line coverage" OFF)
+
+# Warnings are for our own code alone, so they hang on an interface target and not on the directory.
+add_library(folivex_warnings INTERFACE)
+target_compile_options(folivex_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+# A sanitizer must see every object, test programs and libraries alike.
+if(FOLIVEX_SANITIZE)
+  add_compile_options(-fsanitize=${FOLIVEX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${FOLIVEX_SANITIZE})
+endif()
+if(FOLIVEX_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+
+# folivex_shared_library(NAME SOURCES... ) builds libNAME.so which exports only what its public
+# header marks. -Bsymbolic keeps two libraries with operations of the same name apart.
+function(folivex_shared_library name)
+  add_library(${name} SHARED ${ARGN})
+  target_link_libraries(${name} PRIVATE folivex_warnings)
+  set_target_properties(${name} PROPERTIES
+    C_VISIBILITY_PRESET hidden CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_link_options(${name} PRIVATE -Wl,-Bsymbolic -Wl,--exclude-libs,ALL)
+  if(NOT FOLIVEX_SANITIZE)
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
+endfunction()
+
+# folivex_static_library(NAME SOURCES...) is a module of the program: reached as <folder/File.h>.
+function(folivex_static_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PRIVATE folivex_warnings)
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+endfunction()
+
+# folivex_qt_core_pch(TARGET) precompiles the Qt Core headers that nearly every file includes.
+function(folivex_qt_core_pch target)
+  target_precompile_headers(${target} PRIVATE
+    <QtCore/QString> <QtCore/QStringList> <QtCore/QFile> <QtCore/QDir> <QtCore/QDateTime>
+    <functional> <memory> <optional> <string> <vector>)
+endfunction()
+
+# folivex_test(NAME SOURCES... [LIBS ...]) adds one GoogleTest program and registers each of its cases.
+function(folivex_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBS;DEPENDS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest_main ${arg_LIBS})
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_compile_definitions(${name} PRIVATE
+    FOLIVEX_BIN_DIR="${CMAKE_BINARY_DIR}/bin"
+    FOLIVEX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  if(arg_DEPENDS)
+    add_dependencies(${name} ${arg_DEPENDS})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8"
+    TIMEOUT 300)
+endfunction()

@@ -1,0 +1,100 @@
+/**
+ * CleftorU: page ranges of one PDF to new files.
+ *
+ * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception crosses
+ * it. Page numbers count from 1. There is one state for the whole process (the open source and the
+ * settings); it belongs to one thread.
+ *
+ * The source is opened once and read only; every range starts from an empty document and takes what
+ * its pages show and do: annotations, form fields with their values (a field whose widgets stand on
+ * several pages of the range stays one field), links inside the range in both directions, named
+ * destinations, page boxes, rotation, page labels, document information, and the bookmarks into the
+ * range when asked. Links out of the range lead nowhere. Nothing of other pages is carried along.
+ * Outputs of a protected source are unprotected.
+ */
+#ifndef CLEFTOR_CLEFTOR_H
+#define CLEFTOR_CLEFTOR_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#else
+#include <uchar.h>
+#endif
+
+#if defined(_WIN32)
+#define CLEFTOR_API __declspec(dllexport)
+#else
+#define CLEFTOR_API __attribute__((visibility("default")))
+#endif
+
+#define CLEFTOR_INTERFACE_VERSION 1
+
+/** Results. Zero is success, every failure is negative. */
+enum {
+  CLEFTOR_OK = 0,
+  CLEFTOR_NOT_OPEN = -1,
+  CLEFTOR_BAD_RANGE = -2,      /**< pages that the source does not have, or a page count that is not its own */
+  CLEFTOR_OUT_OF_MEMORY = -3,
+  CLEFTOR_CANNOT_OPEN = -4,    /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
+  CLEFTOR_CANNOT_WRITE = -5,   /**< the target could not be written; nothing is left at its place that was not there */
+  CLEFTOR_DAMAGED = -8         /**< the source's pages could not be copied */
+};
+
+/** Facts about the open source, combined by "or". */
+enum {
+  CLEFTOR_FILE_ENCRYPTED = 1,
+  CLEFTOR_FILE_REPAIRED = 4
+};
+
+CLEFTOR_API int32_t CleftorInterfaceVersion(void);
+
+/**
+ * Opens the source, and closes the one that was open. Returns CLEFTOR_OK or CLEFTOR_CANNOT_OPEN (-4).
+ * The password is tried as given, in each encoding that fits it, and without its trailing blank.
+ */
+CLEFTOR_API int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password);
+
+/** Closes the source when every range handed over is written. */
+CLEFTOR_API void PdfTextDumpCloseFile(void);
+
+/** Page count of the open source, 0 without one. */
+CLEFTOR_API int32_t GetPageCount2(void);
+
+/**
+ * Writes pages first..last, inclusive, to a new file at target, which appears whole or not at all; a
+ * file that was there is replaced. totalPages is the page count that the caller knows; when it is not
+ * the source's own the range is refused.
+ */
+CLEFTOR_API int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last,
+                                  int32_t totalPages);
+
+/** Opens a source, writes pages first..last to target and closes the source again; settings as set. */
+CLEFTOR_API int32_t SplitPdf(const char16_t* source, const char16_t* password,
+                             const char16_t* target, int32_t first, int32_t last);
+
+/** Result of the last range. */
+CLEFTOR_API int32_t GetProcessingStatus(void);
+
+/** Last page of the last range that was written, 0 before the first. */
+CLEFTOR_API int32_t GetProcessingPage(void);
+
+/** 1: outputs carry the bookmarks that lead into their range. 0 (the start value): none. */
+CLEFTOR_API void SetKeepBookmarks(int32_t keep);
+
+/** Degrees (a multiple of 90, clockwise) by which the pages of the outputs are turned further; 0 at the start. */
+CLEFTOR_API void SetPageRotation(int32_t degrees);
+
+/** CLEFTOR_FILE_... of the open source, 0 without one. */
+CLEFTOR_API int32_t GetFileFacts(void);
+
+/** Code and text of the last failure; English, names no password; valid until the next call. */
+CLEFTOR_API int32_t CleftorLastError(void);
+CLEFTOR_API const char16_t* CleftorLastErrorText(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

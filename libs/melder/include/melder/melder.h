@@ -1,0 +1,69 @@
+/**
+ * MelderU: the pages of one PDF to the end of another.
+ *
+ * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception crosses
+ * it. One state for the whole process (the last result); it belongs to one thread.
+ *
+ * At every moment the receiving file is the old one or the new one, byte for byte, also when the
+ * process is killed. The cost of an append grows with what is appended, not with what is there.
+ */
+#ifndef MELDER_MELDER_H
+#define MELDER_MELDER_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#else
+#include <uchar.h>
+#endif
+
+#if defined(_WIN32)
+#define MELDER_API __declspec(dllexport)
+#else
+#define MELDER_API __attribute__((visibility("default")))
+#endif
+
+#define MELDER_INTERFACE_VERSION 1
+
+/** What GetStatus returns. */
+enum {
+  MELDER_OK = 0,
+  MELDER_OUT_OF_MEMORY = -3,
+  MELDER_CANNOT_OPEN = -4,     /**< one of the files is missing or cannot be read */
+  MELDER_CANNOT_WRITE = -5,
+  MELDER_WRONG_PASSWORD = -6,
+  MELDER_DAMAGED = -8          /**< one of the files is no PDF or too damaged */
+};
+
+MELDER_API int32_t MelderInterfaceVersion(void);
+
+/**
+ * Appends all pages of `addition` to the end of `existing`, in place. `options` is reserved and empty.
+ * Returns non-zero on success; on failure 0, and `existing` is as it was.
+ */
+MELDER_API int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
+                                      const char16_t* options);
+
+/** Writes the pages of `first`, then those of `second`, to a new file `target`. Non-zero on success. */
+MELDER_API int32_t getAppendPDFFile(const char16_t* first, const char16_t* second,
+                                    const char16_t* target);
+
+/** Result of the last append. */
+MELDER_API int32_t GetStatus(void);
+
+/**
+ * Lets go of what is kept to make a further append to the same file cheap (a working copy beside it).
+ * Called at the end of a run; also done when the library is unloaded.
+ */
+MELDER_API void FinishAppends(void);
+
+/** Code and text of the last failure; English; valid until the next call. */
+MELDER_API int32_t MelderLastError(void);
+MELDER_API const char16_t* MelderLastErrorText(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
