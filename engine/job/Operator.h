@@ -1,0 +1,38 @@
+// Operator: the engine's one way to a person.
+#pragma once
+
+#include <QString>
+
+namespace folivex {
+
+enum class Answer { Yes, No, Cancel };
+
+/// What a run shows while it works.
+struct Progress {
+  QString text;      ///< the status text as the engine words it
+  int page = 0;      ///< page being processed, from 1; 0 when not known
+  int pageCount = 0; ///< pages of the run, 0 when not known
+  int outputs = 0;   ///< output files so far
+};
+
+/// Who runs the engine: a window, a terminal, or nobody. The engine decides when a message is due
+/// (in automation mode none is); the operator decides how it looks.
+class Operator {
+public:
+  virtual ~Operator() = default;
+
+  /// A message that a person confirms.
+  virtual void message(const QString& text) = 0;
+  /// A question with its caption; without a person the answer is No.
+  virtual Answer question(const QString& text, const QString& caption) = 0;
+  /// A finding that does not stop the work (a damaged page, a protected source). Never waits, and is
+  /// told in automation mode too.
+  virtual void note(const QString& text) = 0;
+  virtual void progress(const Progress& progress) = 0;
+  /// Lets a window handle what has come in. Called by the engine at every step of long work.
+  virtual void handlePendingEvents() = 0;
+  /// Opens a finished file (a report, the listing) for the person to read.
+  virtual void openDocument(const QString& path) = 0;
+};
+
+} // namespace folivex

@@ -1,0 +1,42 @@
+// RunState: the run in progress.
+#pragma once
+
+#include <QString>
+
+#include <array>
+
+namespace folivex {
+
+/// The negative codes that a run records, and with which an unattended program ends.
+enum class RunError {
+  None = 0,
+  SourceMissing = -1,
+  SetupMissing = -2,
+  TextReport = -3,
+  CsvReport = -4,
+  SetupFile = -5,
+  Append = -11,
+  Unreadable = -12,  ///< the source is no readable PDF, or is protected
+  OutputFailed = -13 ///< at least one output could not be written
+};
+
+/// State of the run in progress. Page indexes count from 0.
+struct RunState {
+  int pendingStart = -1; ///< first page of the range that is open, -1 when none
+  int pendingEnd = -1;   ///< last page of that range, -1 when none
+  int outputCount = 0;   ///< output files handed to the writer
+  int rangeCount = 0;    ///< ranges saved, those that were taken back included
+  bool userStop = false;
+  bool abortRun = false;
+  bool finished = false; ///< nothing more is to be done
+  bool showOnly = false; ///< matches are shown, nothing is written
+  int matchesShown = 0;
+  bool automation = false; ///< no message boxes
+  QString ocrFile;         ///< the OCR'd copy of the source, empty when there is none
+  std::array<QString, 20> fileNameWords;
+  RunError error = RunError::None;
+
+  bool mustEnd() const { return userStop || abortRun || finished; }
+};
+
+} // namespace folivex

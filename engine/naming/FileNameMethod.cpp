@@ -1,0 +1,48 @@
+#include "engine/naming/FileNameMethod.h"
+
+namespace folivex {
+
+const std::array<QString, 10>& fileNameMethodTexts() {
+  static const std::array<QString, 10> texts = {
+      QStringLiteral("Matched word as filename"),
+      QStringLiteral("Next word as filename"),
+      QStringLiteral("Page start as filename"),
+      QStringLiteral("Page start-end as filename"),
+      QStringLiteral("h,v match as filename"),
+      QStringLiteral("Sequential Number"),
+      QStringLiteral("USE 'use as filename name after text'"),
+      QStringLiteral("USE 'use as filename name after text' - take rest of line"),
+      QStringLiteral(
+          "USE 'use as filename name after text' - take rest of line + 1st line next page"),
+      QStringLiteral("Use filelist as filename")};
+  return texts;
+}
+
+const QString& bookmarkFileNameMethodText() {
+  static const QString text = QStringLiteral("Use bookmark as filename");
+  return text;
+}
+
+FileNameMethod fileNameMethodOf(const QString& text) {
+  if (text == bookmarkFileNameMethodText()) {
+    return FileNameMethod::Bookmark;
+  }
+  const auto& texts = fileNameMethodTexts();
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    if (texts[i] == text) {
+      return static_cast<FileNameMethod>(i);
+    }
+  }
+  return FileNameMethod::MatchedWord;
+}
+
+bool namesAfterText(FileNameMethod method) {
+  return method == FileNameMethod::AfterText || takesRestOfLine(method);
+}
+
+bool takesRestOfLine(FileNameMethod method) {
+  return method == FileNameMethod::AfterTextRestOfLine ||
+         method == FileNameMethod::AfterTextRestOfLineAndNextPage;
+}
+
+} // namespace folivex

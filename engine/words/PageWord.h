@@ -1,0 +1,22 @@
+// PageWord: one positioned word of a page.
+#pragma once
+
+#include <QStringView>
+
+namespace folivex {
+
+/// Words are used to this length; the rest is cut.
+inline constexpr qsizetype maxWordLength = 255;
+
+/// One word of a page. `text` belongs to the word source and is valid until its next word is read.
+/// h and v are the text library's points (see glyphrun.h): integers, origin at the top left.
+struct PageWord {
+  QStringView text;
+  int h = 0;
+  int v = 0;
+
+  /// The library's filler entry, which is no word.
+  bool isNoWord() const { return h == 0 && v == 0 && text.isEmpty(); }
+};
+
+} // namespace folivex
