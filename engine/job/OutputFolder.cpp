@@ -1,0 +1,56 @@
+#include "engine/job/OutputFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace folivex {
+
+namespace {
+
+constexpr qsizetype shortestClearedPath = 5;
+
+bool isWindowsReadOnly(const QFileInfo& file) {
+#if defined(Q_OS_WIN)
+  return !file.isWritable();
+#else
+  // Elsewhere the folder decides whether a file may be deleted.
+  Q_UNUSED(file);
+  return false;
+#endif
+}
+
+} // namespace
+
+QString clearOutputFolder(const QString& folder, const QString& keep) {
+  if (folder.size() < shortestClearedPath) {
+    return QStringLiteral("%1: the path is too short to be cleared").arg(folder);
+  }
+  const QString kept = keep.isEmpty() ? QString() : QFileInfo(keep).canonicalFilePath();
+  // The names are taken first: deleting while a folder is listed may skip entries.
+  const QStringList names =
+      QDir(folder).entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+  for (const QString& name : names) {
+    const QFileInfo file(QDir(folder), name);
+    if (!kept.isEmpty() && file.canonicalFilePath() == kept) {
+      continue;
+    }
+    QFile entry(file.filePath());
+    if (isWindowsReadOnly(file)) {
+      entry.setPermissions(entry.permissions() | QFile::WriteOwner | QFile::WriteUser);
+    }
+    if (!entry.remove()) {
+      return QStringLiteral("%1: %2").arg(file.filePath(), entry.errorString());
+    }
+  }
+  return {};
+}
+
+QString makeOutputFolder(const QString& folder) {
+  if (folder.isEmpty() || QDir().mkpath(folder)) {
+    return {};
+  }
+  return QStringLiteral("%1: the output folder cannot be made").arg(folder);
+}
+
+} // namespace folivex

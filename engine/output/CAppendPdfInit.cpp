@@ -1,0 +1,22 @@
+#include "engine/output/CAppendPdfInit.h"
+
+namespace folivex {
+
+CAppendPdfInit::CAppendPdfInit()
+    : LoadedLibrary(QStringLiteral("MelderU"), "MelderInterfaceVersion", MELDER_INTERFACE_VERSION) {
+  if (!loaded) {
+    return;
+  }
+  bind(GetStatus, "GetStatus");
+  bind(getAppendPDFToFile, "getAppendPDFToFile");
+  bind(getAppendPDFFile, "getAppendPDFFile");
+  bind(FinishAppends, "FinishAppends");
+  bind(MelderLastErrorText, "MelderLastErrorText");
+}
+
+QString CAppendPdfInit::lastErrorText() const {
+  const char16_t* text = MelderLastErrorText();
+  return text ? QString::fromUtf16(text) : QString();
+}
+
+} // namespace folivex

@@ -1,0 +1,57 @@
+#include "engine/output/PageAccount.h"
+
+#include "engine/plan/PageSpans.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+void PageAccount::start(int pageCount) {
+  m_pages.assign(static_cast<std::size_t>(std::max(pageCount, 0)), Fate::InNone);
+}
+
+void PageAccount::written(int first, int last) { raise(first, last, Fate::Written); }
+
+void PageAccount::replaced(int first, int last) { raise(first, last, Fate::Replaced); }
+
+void PageAccount::failed(int first, int last) { raise(first, last, Fate::Failed); }
+
+void PageAccount::raise(int first, int last, Fate fate) {
+  last = std::min(last, pageCount());
+  for (int page = std::max(first, 1); page <= last; ++page) {
+    Fate& current = m_pages[static_cast<std::size_t>(page - 1)];
+    current = std::max(current, fate);
+  }
+}
+
+int PageAccount::count(Fate fate) const {
+  return static_cast<int>(std::count(m_pages.begin(), m_pages.end(), fate));
+}
+
+QString PageAccount::pagesOf(Fate fate) const {
+  std::vector<int> pages;
+  for (int page = 1; page <= pageCount(); ++page) {
+    if (m_pages[static_cast<std::size_t>(page - 1)] == fate) {
+      pages.push_back(page);
+    }
+  }
+  return pageSpans(pages);
+}
+
+QString PageAccount::summary(int fileCount) const {
+  QString line = QStringLiteral("%1 page(s): %2 in %3 file(s)")
+                     .arg(pageCount())
+                     .arg(inOutputs())
+                     .arg(fileCount);
+  const auto add = [&](Fate fate, const QString& what) {
+    if (const int pages = count(fate); pages > 0) {
+      line += QStringLiteral(", %1 %2 (%3)").arg(pages).arg(what, pagesOf(fate));
+    }
+  };
+  add(Fate::InNone, QStringLiteral("in no range"));
+  add(Fate::Replaced, QStringLiteral("only in files that a later one of the same name replaced"));
+  add(Fate::Failed, QStringLiteral("FAILED"));
+  return line + QLatin1Char('.');
+}
+
+} // namespace folivex

@@ -1,0 +1,43 @@
+// PageAccount: where every page of a source went.
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+namespace folivex {
+
+/// Keeps, for each page of the source, whether it stands in an output, so that at the end of a run no
+/// page is missing without a word. Page numbers count from 1, ranges are inclusive; parts of a range
+/// outside the source are ignored.
+class PageAccount {
+public:
+  void start(int pageCount);
+
+  void written(int first, int last);  ///< stands in an output
+  void replaced(int first, int last); ///< its output gave way to a later one of the same name
+  void failed(int first, int last);   ///< its output could not be written
+
+  int pageCount() const { return static_cast<int>(m_pages.size()); }
+  /// Pages that no range took.
+  int inNone() const { return count(Fate::InNone); }
+  int inOutputs() const { return count(Fate::Written); }
+  int failedPages() const { return count(Fate::Failed); }
+  int replacedPages() const { return count(Fate::Replaced); }
+
+  /// One line for a person: "40 pages: 38 in 12 files, 2 in no range (1, 40)."
+  QString summary(int fileCount) const;
+
+private:
+  // A later, better fate overrides an earlier one: a page that stands in any output is accounted for.
+  enum class Fate : std::uint8_t { InNone, Replaced, Failed, Written };
+
+  void raise(int first, int last, Fate fate);
+  int count(Fate fate) const;
+  QString pagesOf(Fate fate) const;
+
+  std::vector<Fate> m_pages;
+};
+
+} // namespace folivex

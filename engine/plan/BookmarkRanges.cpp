@@ -1,0 +1,50 @@
+#include "engine/plan/BookmarkRanges.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+bool counts(const Bookmark& entry, BookmarkMethod method, int pageCount) {
+  if (entry.page < 1 || entry.page > pageCount) {
+    return false;
+  }
+  switch (method) {
+  case BookmarkMethod::All:
+    return true;
+  case BookmarkMethod::RootLevel:
+    return entry.level == 0;
+  case BookmarkMethod::SecondLevel:
+    return entry.level == 1;
+  case BookmarkMethod::None:
+    break;
+  }
+  return false;
+}
+
+} // namespace
+
+std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, BookmarkMethod method,
+                                       int pageCount) {
+  std::vector<const Bookmark*> starts;
+  for (const Bookmark& entry : outline) {
+    if (counts(entry, method, pageCount)) {
+      starts.push_back(&entry);
+    }
+  }
+  const auto byPage = [](const Bookmark* a, const Bookmark* b) { return a->page < b->page; };
+  std::stable_sort(starts.begin(), starts.end(), byPage);
+  const auto samePage = [](const Bookmark* a, const Bookmark* b) { return a->page == b->page; };
+  starts.erase(std::unique(starts.begin(), starts.end(), samePage), starts.end());
+
+  std::vector<SplitRange> ranges;
+  ranges.reserve(starts.size());
+  for (std::size_t i = 0; i < starts.size(); ++i) {
+    const int last = i + 1 < starts.size() ? starts[i + 1]->page - 2 : pageCount - 1;
+    ranges.push_back({starts[i]->page - 1, last, starts[i]->title, QString()});
+  }
+  return ranges;
+}
+
+} // namespace folivex

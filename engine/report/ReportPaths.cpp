@@ -1,0 +1,57 @@
+#include "engine/report/ReportPaths.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace folivex {
+
+namespace {
+
+QString titleOf(const QString& path) {
+  const qsizetype separator = std::max(path.lastIndexOf(QLatin1Char('\\')),
+                                       path.lastIndexOf(QLatin1Char('/')));
+  return path.mid(separator + 1);
+}
+
+/// The report folder counts from two characters on.
+bool hasReportFolder(const SplitSetup& setup) {
+  return setup.reportOptionsOutputFolder.size() > 1;
+}
+
+} // namespace
+
+ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QString& outputFolder,
+                        bool folderWritable) {
+  QString file = source;
+  if (file.endsWith(QLatin1Char(' '))) {
+    file.chop(1);
+  }
+  QString stem = file;
+  if (!folderWritable && setup.reportOptionsOutputFolder.isEmpty() && setup.reportOptionsCurrent) {
+    stem = outputFolder + QDir::separator() + titleOf(file);
+  } else if (!setup.reportOptionsCurrent && hasReportFolder(setup)) {
+    stem = setup.reportOptionsOutputFolder + QDir::separator() + titleOf(file);
+  }
+  ReportPaths paths{nullReport(), nullReport(), nullReport()};
+  if (setup.reportOptionsTxt) {
+    paths.text = stem + QStringLiteral("_report.txt");
+  }
+  if (setup.reportOptionsCsv) {
+    paths.csv = stem + QStringLiteral("_report.csv");
+  }
+  if (setup.emailEnable) {
+    paths.emailCsv = stem + QStringLiteral("_email_report.csv");
+  }
+  return paths;
+}
+
+bool currentFolderIsWritable() {
+  QFile probe(QStringLiteral("perm.dat"));
+  if (!probe.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+    return false;
+  }
+  probe.close();
+  return probe.remove();
+}
+
+} // namespace folivex

@@ -1,0 +1,72 @@
+#include "platform/OutsideProgram.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace folivex::platform {
+
+namespace {
+
+constexpr int tickMilliseconds = 100;
+constexpr int graceMilliseconds = 3000;
+constexpr qsizetype keptErrorOutput = 4096;
+
+void keepTail(QByteArray& tail, QProcess& process) {
+  tail += process.readAllStandardError();
+  if (tail.size() > keptErrorOutput) {
+    tail = tail.right(keptErrorOutput);
+  }
+}
+
+void end(QProcess& process) {
+  process.terminate();
+  if (!process.waitForFinished(graceMilliseconds)) {
+    process.kill();
+    process.waitForFinished();
+  }
+}
+
+} // namespace
+
+ProgramEnd runOutsideProgram(const OutsideProgram& program, const std::function<bool()>& tick) {
+  ProgramEnd result;
+  QProcess process;
+  process.setProgram(program.program);
+  process.setArguments(program.arguments);
+  if (!program.workingFolder.isEmpty()) {
+    process.setWorkingDirectory(program.workingFolder);
+  }
+  process.setStandardInputFile(QProcess::nullDevice());
+  process.setStandardOutputFile(QProcess::nullDevice());
+  process.start();
+  if (!process.waitForStarted()) {
+    result.errorOutput = process.errorString();
+    return result;
+  }
+  result.started = true;
+
+  QByteArray errorOutput;
+  bool stopped = false;
+  while (process.state() != QProcess::NotRunning && !process.waitForFinished(tickMilliseconds)) {
+    keepTail(errorOutput, process);
+    if (tick() && program.onStop == OutsideProgram::OnStop::Terminate) {
+      end(process);
+      stopped = true;
+    }
+  }
+  keepTail(errorOutput, process);
+  result.errorOutput = QString::fromLocal8Bit(errorOutput).trimmed();
+  result.crashed = !stopped && process.exitStatus() == QProcess::CrashExit;
+  result.exitCode = stopped ? 1 : process.exitCode();
+  return result;
+}
+
+QString companionProgram(const QString& name) {
+  const QString beside =
+      QStandardPaths::findExecutable(name, {QCoreApplication::applicationDirPath()});
+  return beside.isEmpty() ? QStandardPaths::findExecutable(name) : beside;
+}
+
+} // namespace folivex::platform
