@@ -1,0 +1,59 @@
+// CommandLine: what the arguments of one start ask for.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+
+#include <vector>
+
+namespace folivex {
+
+/// How "--plan" wants the plan of a split shown.
+enum class PlanOutput { None, Table, Csv };
+
+/// One thing to do. Actions are done in order: a setup or password counts for the files behind it.
+struct CommandAction {
+  enum class Kind {
+    SetPassword,   ///< value becomes PDFPASSWORD
+    SetSetupPath,  ///< value is the setup file that each later file is processed with
+    ProcessFile,   ///< value is the path of one source
+    ProcessFolder, ///< value is a path with "*": every PDF of that folder
+    Close          ///< end the program; always the last action, wherever "-c" stood
+  };
+  Kind kind = Kind::Close;
+  QString value;
+  bool operator==(const CommandAction&) const = default;
+};
+
+struct CommandLine {
+  /// Longest argument, quotes that are not its own left out. Nothing is cut: a longer one is an
+  /// error, since a path that was cut names another file.
+  static constexpr int maxArgument = 255;
+  static constexpr int maxArguments = 255;
+
+  std::vector<CommandAction> actions;
+  PlanOutput plan = PlanOutput::None;
+  bool help = false;
+  bool version = false;
+  /// Arguments behind the program's name. With none the program is used at its window.
+  int argumentCount = 0;
+  /// Arguments that mean nothing here, as given; the program goes on without them.
+  QStringList ignored;
+  /// Why nothing may be done, empty when all is well. Then there are no actions.
+  QString error;
+  /// With which code the program ends on an error: -2 for a setup path, -1 for anything else.
+  int errorCode = 0;
+};
+
+/// Understands the arguments as the system hands them over, the program's own path first.
+CommandLine parseCommandLine(const QStringList& arguments);
+
+/// One line made of the arguments: a value with a blank in it stands in quotes.
+QString rebuildCommandLine(const QStringList& arguments);
+
+/// The arguments of a line. A quote switches quoting on or off and stays; a blank outside quotes
+/// ends an argument and stays at its end.
+QStringList splitCommandLine(QStringView line);
+
+} // namespace folivex

@@ -1,0 +1,45 @@
+// SetupFile: the setup file's text, read into a record and made from one.
+#pragma once
+
+#include "engine/setup/SplitSetup.h"
+
+#include <QStringList>
+#include <QStringView>
+
+namespace folivex::platform {
+class TextReader;
+}
+
+namespace folivex {
+
+/// What a setup file is read into. The settings without a control of their own (see
+/// SetupField::workingOnly) go to the working copy at once, all others to the edited copy.
+struct SetupTarget {
+  SplitSetup& edited;
+  SplitSetup& working;
+  bool& automation; ///< set by the key AUTOMATION, never cleared
+};
+
+/// The whole file as text: the header line and one line a field, each ending in CR LF. What the
+/// text-file layer makes of line ends is not in it.
+QString setupFileText(const SplitSetup& setup);
+
+/// Takes one line. A value that spells a later key is taken as that key too, with the line's next
+/// token as its value; a chained key without a further token changes nothing.
+void readSetupLine(QStringView line, SetupTarget& target);
+
+/// Takes every line that is left in `reader`.
+void readSetupLines(platform::TextReader& reader, SetupTarget& target);
+
+/// Whether the line's key is AUTOMATION.
+bool isAutomationLine(QStringView line);
+
+/// Sets the fields that every load starts from anew to their defaults: those of e-mail (but
+/// EMAILPAUSE) and of the external command.
+void resetLoadedFields(SplitSetup& setup);
+
+/// Keys whose value will not come back from the file as it is now: it holds the separator ";" or a
+/// line end, or is too long for a line. The format has no quoting.
+QStringList keysLostInFile(const SplitSetup& setup);
+
+} // namespace folivex

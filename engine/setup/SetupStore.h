@@ -1,0 +1,86 @@
+// SetupStore: the two copies of the setup, and the files that they come from and go to.
+#pragma once
+
+#include "engine/setup/SplitSetup.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace folivex {
+
+enum class SetupStatus {
+  Ok,
+  NotRead,   ///< the setup file is missing or cannot be read
+  NotWritten ///< it cannot be written; the file is as it was before
+};
+
+/// What a load or save has to tell. Nothing is shown here: the caller decides.
+struct [[nodiscard]] SetupResult {
+  SetupStatus status = SetupStatus::Ok;
+  /// For a message box; empty when none is due. A failed save has a text too, for a log or an
+  /// unattended run: with a person at the window it is not shown.
+  QString message;
+  /// A finding to tell in any mode beside the message (a file that was refused and why, values that
+  /// the file format cannot hold). Names keys and paths, never values.
+  QString note;
+
+  bool ok() const { return status == SetupStatus::Ok; }
+  /// The code that an unattended program ends with: 0 or -5.
+  int exitCode() const { return status == SetupStatus::NotWritten ? -5 : 0; }
+};
+
+enum class LoadMode {
+  Full,
+  /// Looks for the key AUTOMATION in the first line and changes nothing but the automation flag.
+  /// The header is a line like any other here, so that only a file without one is found.
+  AutomationCheck
+};
+
+/// Where a save without a choice of the person goes.
+enum class SavePath {
+  /// To the named setup file when there is one and the path given is the default file's; the path
+  /// written to becomes the current one.
+  FollowCurrent,
+  Keep ///< to the path given, and the current path stays
+};
+
+/// Owns both copies. The dialogs edit edited(); a run reads working(). The report options,
+/// HORIZWORDSPACING and STRIPEND have no edited copy: their dialogs edit working() itself.
+class SetupStore {
+public:
+  SetupStore();
+
+  SplitSetup& edited() { return m_edited; }
+  const SplitSetup& edited() const { return m_edited; }
+  SplitSetup& working() { return m_working; }
+  const SplitSetup& working() const { return m_working; }
+
+  /// Set once by a setup file with the key AUTOMATION, or by the caller for unattended work.
+  bool automation() const { return m_automation; }
+  void setAutomation(bool on) { m_automation = on; }
+
+  /// The named setup file that was loaded or saved last, empty when there is none.
+  QString currentPath() const { return m_currentPath; }
+
+  /// Copies what is edited to the working copy.
+  void commit();
+
+  SetupResult LoadSetup(const QString& path, LoadMode mode = LoadMode::Full);
+
+  /// Commits, and writes the whole record. The old file stays whole until the new one is; the new
+  /// one is made with permissions 0600.
+  SetupResult SaveSetup(const QString& path, SavePath savePath = SavePath::FollowCurrent);
+
+  /// The path of "Folivex.ini" in the temporary folder. When nothing can be opened there, the
+  /// installed "example.fxs" is copied to it first, if there is one. Empty when there is no
+  /// temporary folder.
+  QString DefaultSetupPath() const;
+
+private:
+  SplitSetup m_edited;
+  SplitSetup m_working;
+  QString m_currentPath;
+  bool m_automation = false;
+};
+
+} // namespace folivex

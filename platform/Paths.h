@@ -1,0 +1,53 @@
+// Paths: the folders that differ from system to system, and taking paths apart.
+#pragma once
+
+#include <QChar>
+#include <QString>
+
+namespace folivex::platform {
+
+/// The separator that the program puts into paths that it makes.
+QChar separator();
+
+/// Both "/" and "\" separate folders, on every system: setups travel between systems.
+bool isSeparator(QChar c);
+
+/// The name without its folder: what stands behind the last separator.
+QString fileTitle(const QString& path);
+
+/// The folder without its last separator (a root keeps it); empty for a name without a folder.
+QString folderOf(const QString& path);
+
+/// `folder`, one separator, `name`. An empty folder gives `name` alone.
+QString joinPath(const QString& folder, const QString& name);
+
+/// Without the blanks at its end: they are no part of a file's name.
+QString withoutTrailingBlanks(const QString& path);
+
+/// "nul" in any case, or this system's own null device.
+bool isNullDevice(const QString& path);
+
+/// Whether both name the same file, links followed; two names of files that do not exist yet are
+/// compared as text.
+bool isSameFile(const QString& a, const QString& b);
+
+/// The user's temporary folder with its separator at the end, at most 255 characters; made when it
+/// is missing. $TMPDIR when that names a folder, else a private folder in the user's home. Empty
+/// when there is none to be trusted. The environment is asked at every call.
+QString temporaryFolder();
+
+/// Whether `path` lies directly in the temporary folder, where only private files are used.
+bool isInTemporaryFolder(const QString& path);
+
+/// Where the outputs go when no setup says otherwise. Not made here.
+QString defaultOutputFolder();
+
+/// The folder of the running program, without a separator at the end.
+QString programFolder();
+
+/// One harmless component of a path made of text that came from a page: separators and control
+/// characters become "_", dots and blanks at the end are cut, "." and ".." and the names of devices
+/// get a "_" in front. Never empty: nothing left gives "_".
+QString safePathComponent(const QString& text);
+
+} // namespace folivex::platform

@@ -1,0 +1,121 @@
+// TextFile: the one format of the program's text files, written and read.
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringDecoder>
+#include <QStringView>
+
+#include <memory>
+
+class QIODevice;
+
+namespace folivex::platform {
+
+/// Writes a text file: UTF-8 with a byte-order mark in front, every LF as CR LF. The program's line
+/// end is "\r\n" and so reaches the disk as CR CR LF; other programs count on that.
+///
+/// Writes are buffered. A write that fails is remembered: every later operation fails too, and
+/// errorText() keeps the first reason. Only close() or flush() returning true says that all is on
+/// its way to the disk. The null device ("nul", see isNullDevice()) takes everything and keeps
+/// nothing.
+class TextWriter {
+public:
+  TextWriter();
+  ~TextWriter(); ///< closes; a caller who wants to know whether it went well calls close() first
+  TextWriter(TextWriter&&) noexcept;
+  TextWriter& operator=(TextWriter&&) noexcept;
+
+  /// Makes `path`, or empties it, and writes the mark. A file open before is closed.
+  [[nodiscard]] bool open(const QString& path, FileAccess access = FileAccess::Ordinary);
+
+  /// Like open(), but writes beside `path`; close() puts the new file into place. Until then, and
+  /// when anything fails, the old file stays as it is and nothing else is left behind. A link is
+  /// followed and stays a link, unless the access is private. The new file has the permissions of
+  /// the old one; without an old one they are those that `access` tells.
+  [[nodiscard]] bool openReplacement(const QString& path, FileAccess access = FileAccess::Ordinary);
+
+  bool isOpen() const;
+
+  /// Returns the number of UTF-16 units of `text` (CRs that are added do not count), or -1.
+  qint64 write(QStringView text);
+
+  /// Bytes in the file so far, buffered ones and the mark included. 0 for the null device.
+  qint64 position() const;
+
+  /// Cuts the file back to a position() of before, where writing goes on.
+  bool truncateTo(qint64 position);
+
+  bool flush();
+
+  /// Flushes and closes; false when anything went wrong since open. True when nothing is open.
+  [[nodiscard]] bool close();
+
+  /// Drops what openReplacement() began; the old file stays. After open() the same as close().
+  void abandon();
+
+  /// Why the last open failed, or the first write after it; empty when nothing did.
+  QString errorText() const;
+  FileError error() const;
+
+private:
+  struct State;
+  bool begin(std::unique_ptr<State> state);
+  std::unique_ptr<State> m_state; ///< never null, but after a move
+};
+
+/// Reads a text file line by line, in bounded memory whatever the file holds.
+///
+/// Encoding: a byte-order mark is honoured (UTF-8, UTF-16 of either order) and not handed on.
+/// Without one, a file whose first line begins with "UNICODE" is UTF-8; any other is 8-bit text in
+/// the system code page: UTF-8 if the whole file is valid as such, else Windows-1252. What cannot
+/// be decoded becomes U+FFFD.
+///
+/// A line ends at LF or CR; any number of CRs in front of an LF belong to it, so CR LF and the
+/// CR CR LF of TextWriter are one line end. A U+0000 ends the text of its line.
+class TextReader {
+public:
+  TextReader();
+  ~TextReader();
+  TextReader(TextReader&&) noexcept;
+  TextReader& operator=(TextReader&&) noexcept;
+
+  /// More bytes than this are no list or setup of anybody's: the file is refused.
+  static constexpr qint64 maxFileSize = 256LL * 1024 * 1024;
+  /// Piece length of the setup file and of the lists.
+  static constexpr int maxLine = 4096;
+
+  [[nodiscard]] bool open(const QString& path, FileAccess access = FileAccess::Ordinary);
+  /// Reads from a device that is open for reading and can be positioned.
+  [[nodiscard]] bool open(std::unique_ptr<QIODevice> device);
+
+  /// The next line without its line end, empty lines too. A line of more than `limit` UTF-16 units
+  /// comes in pieces of that length, one a call (one unit less rather than half a character).
+  /// False at the end of the file or when reading fails: see errorText().
+  bool readLine(QString& line, int limit = maxLine);
+
+  /// Why the last open or a read failed; empty when nothing did.
+  QString errorText() const;
+  FileError error() const;
+
+private:
+  enum class Encoding { Utf8, Utf16Le, Utf16Be, Windows1252 };
+  bool detectEncoding();
+  bool readsAsUtf8();
+  bool restart(qint64 offset, Encoding encoding);
+  void fill();
+  void endLine();
+
+  std::unique_ptr<QIODevice> m_device;
+  QStringDecoder m_decoder;
+  Encoding m_encoding = Encoding::Utf8;
+  QString m_text; ///< decoded, from m_next on not yet handed out
+  qsizetype m_next = 0;
+  bool m_atEnd = true;
+  bool m_inLine = false; ///< the last piece did not reach its line's end
+  FileFailure m_failure;
+};
+
+} // namespace folivex::platform
