@@ -1,0 +1,71 @@
+#include "engine/match/WordRing.h"
+
+#include "engine/match/MatchText.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+WordRing::WordRing(const QString& pattern, Qt::CaseSensitivity sensitivity)
+    : pattern_(pattern), sensitivity_(sensitivity) {
+  // Joined words are never longer than this, so such a pattern needs no words kept.
+  if (pattern.size() > maxCollectedLength) {
+    return;
+  }
+  if (const int words = wordCount(pattern); words > 1) {
+    slots_.resize(static_cast<std::size_t>(words));
+  }
+}
+
+void WordRing::push(QStringView word) {
+  if (slots_.empty()) {
+    return;
+  }
+  // Assigned in place: a slot keeps its memory from word to word.
+  if (filled_ < slots_.size()) {
+    slots_[filled_++].setUnicode(word.data(), word.size());
+    return;
+  }
+  slots_[oldest_].setUnicode(word.data(), word.size());
+  oldest_ = (oldest_ + 1) % slots_.size();
+}
+
+bool WordRing::matches() const {
+  if (filled_ == 0) {
+    return false;
+  }
+  // Compared slot by slot against the pattern: joining every word's ring would cost more than the
+  // scan, and nearly always the first slot already differs.
+  QStringView rest = pattern_;
+  qsizetype room = maxCollectedLength;
+  for (std::size_t age = 0; age < filled_; ++age) {
+    if (age > 0 && room > 0) {
+      if (!rest.startsWith(u' ')) {
+        return false;
+      }
+      rest = rest.sliced(1);
+      --room;
+    }
+    const QStringView word = QStringView(slot(age)).left(room);
+    if (word.size() > rest.size() || !equalTexts(rest.first(word.size()), word, sensitivity_)) {
+      return false;
+    }
+    rest = rest.sliced(word.size());
+    room -= word.size();
+  }
+  return rest.isEmpty();
+}
+
+QString WordRing::joinedText() const {
+  QString joined;
+  for (std::size_t age = 0; age < filled_ && joined.size() < maxCollectedLength; ++age) {
+    if (age > 0) {
+      joined += u' ';
+    }
+    joined += slot(age);
+  }
+  cutText(joined, maxCollectedLength);
+  return joined;
+}
+
+} // namespace folivex

@@ -1,0 +1,64 @@
+// RangePlanner: turns matches into page ranges.
+#pragma once
+
+#include "engine/naming/FileNameMethod.h"
+#include "engine/plan/RangeSaver.h"
+#include "engine/plan/RangeTexts.h"
+#include "engine/plan/SplitMethod.h"
+
+#include <optional>
+
+namespace folivex {
+
+struct RunState;
+struct SplitSetup;
+
+/// Follows the open range of one job in RunState::pendingStart and pendingEnd, closes it by the rules
+/// of the split method, and hands it at once to the saver. In a show-only run ranges are followed and
+/// nothing is handed on. One planner serves one job.
+class RangePlanner {
+public:
+  /// Takes no ownership; all three must outlive the planner. Settings are read here, once.
+  /// No range is open afterwards.
+  RangePlanner(const SplitSetup& setup, RunState& run, RangeSaver& saver);
+
+  /// The range begins on this page; called for the word after a start match.
+  void openAt(int pageIndex);
+  /// A start match on this page ends the open range, if any.
+  void closeAtMatch(int pageIndex);
+  /// The until word on this page ends the open range, if any: this page belongs to it in the method
+  /// MatchToUntil, to the next range in MatchToUntilAtPosition.
+  void closeAtUntil(int pageIndex);
+  /// Ends the range that is open after the last page. `lastPageIndex` is the last page that was
+  /// scanned, `pageCount` the number of pages of the whole document.
+  void closeAtEnd(int lastPageIndex, int pageCount);
+
+  RangeTexts& texts() { return texts_; }
+  const RangeTexts& texts() const { return texts_; }
+  /// The job's method; closeAtEnd() may change it, for a document of one page.
+  SplitMethod method() const { return method_; }
+
+private:
+  /// The range that was saved last, as the unique methods compare it.
+  struct SavedRange {
+    int start = 0;
+    QString plannedText; ///< range text when it was handed on
+    QString shownText;   ///< range text when it came back
+  };
+
+  bool isUnique() const;
+  bool repeatsPrevious();
+  void saveUnique(int end);
+  void save(int start, int end, const QString& text, bool repeats);
+  void closed();
+
+  RunState& run_;
+  RangeSaver& saver_;
+  SplitMethod method_;
+  bool takesRestOfLine_;
+  bool searchTextEmpty_;
+  RangeTexts texts_;
+  std::optional<SavedRange> previous_;
+};
+
+} // namespace folivex
