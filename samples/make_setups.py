@@ -92,7 +92,7 @@ SETUPS = {
         "PAGEEXTRACT": "From match to next match using position h,v",
         "EXTRACT": "h,v match as filename",
         "FINDSTRING": "",
-        "MATCHPOSH": "409-411",
+        "MATCHPOSH": "397-399",
         "MATCHPOSV": "117-119",
     },
     # Named after the customer: the rest of the line behind "Customer:".

@@ -21,14 +21,14 @@ from reportlab.pdfgen.canvas import Canvas
 FONTS = Path("/usr/share/fonts/truetype/dejavu")
 WIDTH, HEIGHT = A4
 LEFT, RIGHT = 57, WIDTH - 57
-LABELS, VALUES = 352, 410  # columns of the facts block; setups that match by position rely on them
+LABELS, VALUES = 342, 398  # columns of the facts block; setups that match by position rely on them
 ROWS_FIRST, ROWS_NEXT = 22, 38
 ROW_HEIGHT = 15.5
 
 INK = HexColor("#1f2933")
 QUIET = HexColor("#66727f")
 ACCENT = HexColor("#12657a")
-BAND = HexColor("#eef4f6")
+BAND = HexColor("#f2f7f8")
 
 
 @dataclass
@@ -151,8 +151,8 @@ class Statement:
         self.canvas.setFillColor(BAND)
         self.canvas.rect(LABELS - 10, HEIGHT - 184, RIGHT - LABELS + 16, 82, stroke=0, fill=1)
         for line, (label, value, font) in enumerate(facts):
-            self.text(LABELS, 118 + line * 14, label, 8, colour=QUIET)
-            self.text(VALUES, 118 + line * 14, value, 8, font)
+            self.text(LABELS, 118 + line * 14, label, 9)
+            self.text(VALUES, 118 + line * 14, value, 9, font)
         self.text(LEFT, 226, "Statement of account", 17, "Serif-Bold")
         greeting = "Below are the bookings of the past quarter. A minus stands for a credit in your favour."
         self.text(LEFT, 246, greeting, 8.5)
