@@ -6,13 +6,14 @@
 
 namespace folivex::platform {
 
-/// Who may read a file that is made, and whose file is taken for the person's own.
+/// Whose file is taken, and who may read a file that is made.
 enum class FileAccess {
-  /// A file like any other: the system's default permissions, links are followed.
+  /// A file like any other, with the system's default permissions.
   Ordinary,
-  /// Holds passwords or addresses: made with permissions 0600. A file that exists is refused when
-  /// it
-  /// is a link or belongs to another user. For files at places that others can guess.
+  /// Holds passwords or addresses, at a place that the person chose: a new file is made 0600.
+  Confidential,
+  /// Holds them at a place that others can guess and perhaps write to: always 0600, and refused
+  /// when it is a link or belongs to another user.
   Private
 };
 
@@ -39,9 +40,10 @@ struct FileFailure {
                                   FileFailure& failure);
 
 /// Makes a new file with an unused name in the folder of `path`, on the same disk so that it can be
-/// renamed to `path` afterwards. Returns its path, empty on failure. It is made with permissions
-/// 0600 whatever the target's are.
-[[nodiscard]] QString openAside(QFile& file, const QString& path, FileFailure& failure);
+/// renamed to `path` afterwards. Returns its path, empty on failure. A file that stands at `path`
+/// hands on its permissions, unless the access is private.
+[[nodiscard]] QString openAside(QFile& file, const QString& path, FileAccess access,
+                                FileFailure& failure);
 
 /// Sees to it that what was written to `file` is on the disk.
 [[nodiscard]] bool syncToDisk(QFile& file, FileFailure& failure);
@@ -53,7 +55,12 @@ struct FileFailure {
 bool isReadableFile(const QString& path);
 
 /// Whether a private file may be read from or written to `path`: there is nothing yet, or an
-/// ordinary file of this user that is no link.
+/// ordinary file of this user that is no link. Opening with FileAccess::Private asks again, of the
+/// file that was opened.
 bool isTrustedPrivateFile(const QString& path);
+
+/// The access for a setup, list or log at `path`: private in the temporary folder, else
+/// confidential.
+FileAccess accessForSecrets(const QString& path);
 
 } // namespace folivex::platform

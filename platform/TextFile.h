@@ -24,7 +24,8 @@ namespace folivex::platform {
 class TextWriter {
 public:
   TextWriter();
-  ~TextWriter(); ///< closes; a caller who wants to know whether it went well calls close() first
+  /// Closes; drops what openReplacement() began. Who wants to know how it went calls close() first.
+  ~TextWriter();
   TextWriter(TextWriter&&) noexcept;
   TextWriter& operator=(TextWriter&&) noexcept;
 
@@ -33,8 +34,8 @@ public:
 
   /// Like open(), but writes beside `path`; close() puts the new file into place. Until then, and
   /// when anything fails, the old file stays as it is and nothing else is left behind. A link is
-  /// followed and stays a link, unless the access is private. The new file has the permissions of
-  /// the old one; without an old one they are those that `access` tells.
+  /// followed and stays a link, unless the access is private. A file that could not be written in
+  /// place (no permission, no ordinary file) is not replaced either.
   [[nodiscard]] bool openReplacement(const QString& path, FileAccess access = FileAccess::Ordinary);
 
   bool isOpen() const;
@@ -62,7 +63,6 @@ public:
 
 private:
   struct State;
-  bool begin(std::unique_ptr<State> state);
   std::unique_ptr<State> m_state; ///< never null, but after a move
 };
 
@@ -73,8 +73,8 @@ private:
 /// the system code page: UTF-8 if the whole file is valid as such, else Windows-1252. What cannot
 /// be decoded becomes U+FFFD.
 ///
-/// A line ends at LF or CR; any number of CRs in front of an LF belong to it, so CR LF and the
-/// CR CR LF of TextWriter are one line end. A U+0000 ends the text of its line.
+/// A line ends at LF or CR; up to two CRs in front of an LF belong to it, so CR LF and the CR CR LF
+/// of TextWriter are one line end. A U+0000 ends the text of its line.
 class TextReader {
 public:
   TextReader();
@@ -102,19 +102,23 @@ public:
 
 private:
   enum class Encoding { Utf8, Utf16Le, Utf16Be, Windows1252 };
-  bool detectEncoding();
-  bool readsAsUtf8();
-  bool restart(qint64 offset, Encoding encoding);
+  struct Start {
+    Encoding encoding = Encoding::Utf8;
+    qint64 offset = 0; ///< behind the byte-order mark
+  };
+  Start detectStart();
+  bool wholeFileIsUtf8();
+  QString decode(QByteArrayView bytes);
   void fill();
-  void endLine();
+  void skipLineEnd();
+  bool fail(FileError kind, const QString& text);
 
   std::unique_ptr<QIODevice> m_device;
   QStringDecoder m_decoder;
   Encoding m_encoding = Encoding::Utf8;
-  QString m_text; ///< decoded, from m_next on not yet handed out
+  QString m_text; ///< decoded; from m_next on not yet handed out
   qsizetype m_next = 0;
-  bool m_atEnd = true;
-  bool m_inLine = false; ///< the last piece did not reach its line's end
+  bool m_atEnd = true; ///< nothing more to read from the device
   FileFailure m_failure;
 };
 

@@ -1,0 +1,250 @@
+#include "platform/FileSystem.h"
+
+#include "platform/Paths.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <system_error>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <windows.h>
+#else
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace folivex::platform {
+
+namespace {
+
+bool fail(FileFailure& failure, FileError kind, const QString& text) {
+  failure = {kind, text};
+  return false;
+}
+
+bool failWithErrno(FileFailure& failure, int error) {
+  const FileError kind =
+      error == ENOENT || error == ENOTDIR ? FileError::NotFound : FileError::Failed;
+  return fail(failure, kind, QString::fromLocal8Bit(std::system_category().message(error).c_str()));
+}
+
+QString newNameBeside(const QString& path) {
+  // Short, since the name of the target may fill what the file system allows already.
+  const QString name = QStringLiteral(".folivex-%1.part")
+                           .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0'));
+  return joinPath(folderOf(path), name);
+}
+
+constexpr int namesToTry = 16;
+
+} // namespace
+
+#ifdef Q_OS_WIN
+
+namespace {
+
+bool openNamed(QFile& file, const QString& path, QIODevice::OpenMode mode, FileFailure& failure) {
+  file.setFileName(path);
+  if (file.open(mode | QIODevice::Unbuffered)) {
+    return true;
+  }
+  return fail(failure, QFile::exists(path) ? FileError::Failed : FileError::NotFound,
+              file.errorString());
+}
+
+} // namespace
+
+bool openForReading(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
+  return openNamed(file, withoutTrailingBlanks(path), QIODevice::ReadOnly, failure);
+}
+
+// The temporary folder of Windows is the user's own already, so private needs nothing more.
+bool openForWriting(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
+  return openNamed(file, withoutTrailingBlanks(path), QIODevice::WriteOnly | QIODevice::Truncate,
+                   failure);
+}
+
+QString openAside(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
+  for (int i = 0; i < namesToTry; ++i) {
+    const QString name = newNameBeside(path);
+    if (openNamed(file, name, QIODevice::WriteOnly | QIODevice::NewOnly, failure)) {
+      failure = {};
+      return name;
+    }
+  }
+  return {};
+}
+
+bool syncToDisk(QFile& file, FileFailure& failure) {
+  return _commit(file.handle()) == 0 || failWithErrno(failure, errno);
+}
+
+bool replaceFile(const QString& from, const QString& to, FileFailure& failure) {
+  const auto wide = [](const QString& s) { return reinterpret_cast<const wchar_t*>(s.utf16()); };
+  if (MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    return true;
+  }
+  return fail(failure, FileError::Failed,
+              QString::fromLocal8Bit(
+                  std::system_category().message(static_cast<int>(GetLastError())).c_str()));
+}
+
+bool isTrustedPrivateFile(const QString&) {
+  return true;
+}
+
+#else
+
+namespace {
+
+bool failUntrusted(FileFailure& failure, const char* text) {
+  return fail(failure, FileError::Refused, QString::fromLatin1(text));
+}
+
+bool checkOwner(const struct stat& status, FileAccess access, FileFailure& failure) {
+  if (access != FileAccess::Private) {
+    return true;
+  }
+  if (status.st_uid != geteuid()) {
+    return failUntrusted(failure, "it belongs to another user");
+  }
+  return status.st_nlink == 1 || failUntrusted(failure, "it is a link");
+}
+
+/// A group that cannot be kept must not hand its rights to another one.
+void takePermissions(int handle, const QString& path) {
+  struct stat old {};
+  if (stat(QFile::encodeName(path).constData(), &old) != 0) {
+    return;
+  }
+  const bool groupKept = fchown(handle, static_cast<uid_t>(-1), old.st_gid) == 0;
+  const mode_t mask = groupKept ? 0777 : 0707;
+  if (fchmod(handle, old.st_mode & mask) != 0) {
+    // The file stays with the narrower permissions it was made with.
+    return;
+  }
+}
+
+enum class Devices { Refused, Accepted };
+
+bool checkKind(const struct stat& status, Devices devices, FileFailure& failure) {
+  if (S_ISREG(status.st_mode) || (devices == Devices::Accepted && S_ISCHR(status.st_mode))) {
+    return true;
+  }
+  return failUntrusted(failure,
+                       S_ISDIR(status.st_mode) ? "it is a folder" : "it is no ordinary file");
+}
+
+/// Nobody else may put a file in place between a look at the path and the opening of it, so all
+/// that is checked is checked on what was opened.
+bool openChecked(QFile& file, const QString& path, int flags, FileAccess access,
+                 FileFailure& failure) {
+  const bool writes = (flags & O_ACCMODE) != O_RDONLY;
+  const mode_t mode = access == FileAccess::Ordinary ? 0666 : 0600;
+  // Without O_NONBLOCK a pipe would be waited for before it can be refused.
+  int all = flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+  if (access == FileAccess::Private) {
+    all |= O_NOFOLLOW;
+  }
+  const int handle = ::open(QFile::encodeName(withoutTrailingBlanks(path)).constData(), all, mode);
+  if (handle < 0) {
+    if (errno == ELOOP && access == FileAccess::Private) {
+      return failUntrusted(failure, "it is a link");
+    }
+    return errno == EISDIR ? failUntrusted(failure, "it is a folder")
+                           : failWithErrno(failure, errno);
+  }
+  struct stat status {};
+  if (fstat(handle, &status) != 0) {
+    const int error = errno;
+    ::close(handle);
+    return failWithErrno(failure, error);
+  }
+  if (!checkKind(status, writes ? Devices::Accepted : Devices::Refused, failure) ||
+      !checkOwner(status, access, failure)) {
+    ::close(handle);
+    return false;
+  }
+  if (!file.open(handle,
+                 (writes ? QIODevice::WriteOnly : QIODevice::ReadOnly) | QIODevice::Unbuffered,
+                 QFileDevice::AutoCloseHandle)) {
+    ::close(handle);
+    return fail(failure, FileError::Failed, file.errorString());
+  }
+  return true;
+}
+
+} // namespace
+
+bool openForReading(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
+  return openChecked(file, path, O_RDONLY, access, failure);
+}
+
+bool openForWriting(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
+  // Emptied only after the checks: a file that is refused must keep what it holds.
+  if (!openChecked(file, path, O_WRONLY | O_CREAT, access, failure)) {
+    return false;
+  }
+  if (file.isSequential()) {
+    return true;
+  }
+  if (ftruncate(file.handle(), 0) != 0 ||
+      (access == FileAccess::Private && fchmod(file.handle(), 0600) != 0)) {
+    failWithErrno(failure, errno);
+    file.close();
+    return false;
+  }
+  return true;
+}
+
+QString openAside(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
+  for (int i = 0; i < namesToTry; ++i) {
+    const QString name = newNameBeside(path);
+    failure = {};
+    if (openChecked(file, name, O_WRONLY | O_CREAT | O_EXCL, access, failure)) {
+      if (access != FileAccess::Private) {
+        takePermissions(file.handle(), path);
+      }
+      return name;
+    }
+    if (!QFile::exists(name)) {
+      break;
+    }
+  }
+  return {};
+}
+
+bool syncToDisk(QFile& file, FileFailure& failure) {
+  return fsync(file.handle()) == 0 || failWithErrno(failure, errno);
+}
+
+bool replaceFile(const QString& from, const QString& to, FileFailure& failure) {
+  return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0 ||
+         failWithErrno(failure, errno);
+}
+
+bool isTrustedPrivateFile(const QString& path) {
+  struct stat status {};
+  if (lstat(QFile::encodeName(withoutTrailingBlanks(path)).constData(), &status) != 0) {
+    return errno == ENOENT;
+  }
+  return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
+}
+
+#endif
+
+FileAccess accessForSecrets(const QString& path) {
+  return isInTemporaryFolder(path) ? FileAccess::Private : FileAccess::Confidential;
+}
+
+bool isReadableFile(const QString& path) {
+  QFile file;
+  FileFailure ignored;
+  return openForReading(file, path, FileAccess::Ordinary, ignored);
+}
+
+} // namespace folivex::platform

@@ -1,0 +1,189 @@
+#include "platform/TextFile.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+#include <array>
+
+namespace folivex::platform {
+
+namespace {
+
+constexpr qint64 blockSize = 16 * 1024;
+/// CR CR LF, the longest line end.
+constexpr qsizetype longestLineEnd = 3;
+
+/// Windows-1252 from 0x80 to 0x9F; all other bytes are the code points of the same value. The five
+/// that stand for nothing map to themselves, as they do on Windows.
+constexpr std::array<char16_t, 32> windows1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+QString fromWindows1252(QByteArrayView bytes) {
+  QString text = QString::fromLatin1(bytes);
+  for (QChar& c : text) {
+    if (c.unicode() >= 0x80 && c.unicode() < 0x80 + windows1252.size()) {
+      c = QChar(windows1252[c.unicode() - 0x80U]);
+    }
+  }
+  return text;
+}
+
+bool isLineEnd(QChar c) {
+  return c == QLatin1Char('\r') || c == QLatin1Char('\n');
+}
+
+} // namespace
+
+TextReader::TextReader() = default;
+TextReader::~TextReader() = default;
+TextReader::TextReader(TextReader&&) noexcept = default;
+TextReader& TextReader::operator=(TextReader&&) noexcept = default;
+
+bool TextReader::fail(FileError kind, const QString& text) {
+  m_failure = {kind, text};
+  m_atEnd = true;
+  return false;
+}
+
+bool TextReader::open(const QString& path, FileAccess access) {
+  auto file = std::make_unique<QFile>();
+  FileFailure failure;
+  if (!openForReading(*file, path, access, failure)) {
+    m_device.reset();
+    m_text.clear();
+    m_next = 0;
+    return fail(failure.kind, failure.text);
+  }
+  return open(std::move(file));
+}
+
+bool TextReader::open(std::unique_ptr<QIODevice> device) {
+  m_device = std::move(device);
+  m_text.clear();
+  m_next = 0;
+  m_failure = {};
+  if (m_device->size() > maxFileSize) {
+    return fail(FileError::Refused, QStringLiteral("it is too large to be such a file"));
+  }
+  const Start start = detectStart();
+  if (m_failure.kind != FileError::None) {
+    return false;
+  }
+  if (!m_device->seek(start.offset)) {
+    return fail(FileError::Failed, m_device->errorString());
+  }
+  m_encoding = start.encoding;
+  m_decoder = QStringDecoder(start.encoding == Encoding::Utf16Le   ? QStringConverter::Utf16LE
+                             : start.encoding == Encoding::Utf16Be ? QStringConverter::Utf16BE
+                                                                   : QStringConverter::Utf8);
+  m_atEnd = false;
+  return true;
+}
+
+TextReader::Start TextReader::detectStart() {
+  struct Mark {
+    QByteArrayView bytes;
+    Start start;
+  };
+  static const std::array<Mark, 4> marks = {{{"\xEF\xBB\xBF", {Encoding::Utf8, 3}},
+                                             {"\xFF\xFE", {Encoding::Utf16Le, 2}},
+                                             {"\xFE\xFF", {Encoding::Utf16Be, 2}},
+                                             {"UNICODE", {Encoding::Utf8, 0}}}};
+  const QByteArray head = m_device->read(blockSize);
+  for (const Mark& mark : marks) {
+    if (head.startsWith(mark.bytes)) {
+      return mark.start;
+    }
+  }
+  return {wholeFileIsUtf8() ? Encoding::Utf8 : Encoding::Windows1252, 0};
+}
+
+bool TextReader::wholeFileIsUtf8() {
+  m_device->seek(0);
+  QStringDecoder decoder(QStringConverter::Utf8);
+  QByteArray block(blockSize, Qt::Uninitialized);
+  for (;;) {
+    const qint64 count = m_device->read(block.data(), block.size());
+    if (count < 0) {
+      return fail(FileError::Failed, m_device->errorString());
+    }
+    // A character that the file's end cuts short shows only when something follows it.
+    const QByteArrayView bytes = count > 0 ? QByteArrayView(block).first(count) : "\n";
+    const QString decoded = decoder(bytes);
+    if (decoder.hasError()) {
+      return false;
+    }
+    if (count == 0) {
+      return true;
+    }
+  }
+}
+
+QString TextReader::decode(QByteArrayView bytes) {
+  return m_encoding == Encoding::Windows1252 ? fromWindows1252(bytes) : QString(m_decoder(bytes));
+}
+
+void TextReader::fill() {
+  m_text.remove(0, m_next);
+  m_next = 0;
+  QByteArray block(blockSize, Qt::Uninitialized);
+  const qint64 count = m_device->read(block.data(), block.size());
+  if (count < 0) {
+    fail(FileError::Failed, m_device->errorString());
+    return;
+  }
+  m_atEnd = count == 0;
+  m_text += decode(QByteArrayView(block).first(count));
+}
+
+void TextReader::skipLineEnd() {
+  const QStringView rest = QStringView(m_text).mid(m_next, longestLineEnd);
+  for (const QLatin1StringView end : {QLatin1StringView("\r\r\n"), QLatin1StringView("\r\n")}) {
+    if (rest.startsWith(end)) {
+      m_next += end.size();
+      return;
+    }
+  }
+  ++m_next;
+}
+
+bool TextReader::readLine(QString& line, int limit) {
+  const qsizetype most = std::max(limit, 1);
+  while (!m_atEnd && m_text.size() - m_next < most + longestLineEnd) {
+    fill();
+  }
+  const QStringView ahead = QStringView(m_text).mid(m_next, most + 1);
+  if (ahead.isEmpty()) {
+    line.clear();
+    return false;
+  }
+  const auto* const end = std::find_if(ahead.begin(), ahead.end(), isLineEnd);
+  qsizetype length = end - ahead.begin();
+  const bool whole = length <= most;
+  if (!whole) {
+    const bool splitsPair = ahead[most - 1].isHighSurrogate() && ahead[most].isLowSurrogate();
+    length = splitsPair && most > 1 ? most - 1 : most;
+  }
+  line = ahead.first(length).toString();
+  m_next += length;
+  if (whole && end != ahead.end()) {
+    skipLineEnd();
+  }
+  const qsizetype nul = line.indexOf(QChar(0));
+  if (nul >= 0) {
+    line.truncate(nul);
+  }
+  return true;
+}
+
+QString TextReader::errorText() const {
+  return m_failure.text;
+}
+
+FileError TextReader::error() const {
+  return m_failure.kind;
+}
+
+} // namespace folivex::platform
