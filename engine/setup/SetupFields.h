@@ -44,7 +44,13 @@ struct SetupField {
 /// format holds it twice.
 std::span<const SetupField> setupFields();
 
+void copySetupField(const SetupField& field, const SplitSetup& from, SplitSetup& to);
+
 /// Copies the edited copy to the working copy, but for the fields that live in the latter alone.
 void commitSetup(const SplitSetup& edited, SplitSetup& working);
+
+/// Sets the fields that every load starts from anew to their defaults: those of e-mail (but
+/// EMAILPAUSE) and of the external command.
+void resetLoadedFields(SplitSetup& setup);
 
 } // namespace folivex

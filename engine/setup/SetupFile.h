@@ -24,8 +24,9 @@ struct SetupTarget {
 /// text-file layer makes of line ends is not in it.
 QString setupFileText(const SplitSetup& setup);
 
-/// Takes one line. A value that spells a later key is taken as that key too, with the line's next
-/// token as its value; a chained key without a further token changes nothing.
+/// Takes one line: key, ";", value. A value that spells a later key is taken as that key too, with
+/// the line's next token as its value; one without a further token changes nothing. "KEY;" with
+/// nothing behind it is an empty value, since editors cut blanks at the ends of lines.
 void readSetupLine(QStringView line, SetupTarget& target);
 
 /// Takes every line that is left in `reader`.
@@ -33,10 +34,6 @@ void readSetupLines(platform::TextReader& reader, SetupTarget& target);
 
 /// Whether the line's key is AUTOMATION.
 bool isAutomationLine(QStringView line);
-
-/// Sets the fields that every load starts from anew to their defaults: those of e-mail (but
-/// EMAILPAUSE) and of the external command.
-void resetLoadedFields(SplitSetup& setup);
 
 /// Keys whose value will not come back from the file as it is now: it holds the separator ";" or a
 /// line end, or is too long for a line. The format has no quoting.

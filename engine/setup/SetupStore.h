@@ -2,9 +2,9 @@
 #pragma once
 
 #include "engine/setup/SplitSetup.h"
+#include "platform/Paths.h"
 
 #include <QString>
-#include <QStringList>
 
 namespace folivex {
 
@@ -48,7 +48,8 @@ enum class SavePath {
 /// HORIZWORDSPACING and STRIPEND have no edited copy: their dialogs edit working() itself.
 class SetupStore {
 public:
-  SetupStore();
+  /// `installFolder` is where the example setup lies: beside the program, if nothing else is given.
+  explicit SetupStore(const QString& installFolder = platform::programFolder());
 
   SplitSetup& edited() { return m_edited; }
   const SplitSetup& edited() const { return m_edited; }
@@ -65,18 +66,21 @@ public:
   /// Copies what is edited to the working copy.
   void commit();
 
+  /// Reads the file into the edited copy and commits. When it cannot be read, the record keeps its
+  /// values but for those that every load resets (see resetLoadedFields()), and nothing is
+  /// committed. A missing file whose name has no ".fxs" in it is no matter for a message.
   SetupResult LoadSetup(const QString& path, LoadMode mode = LoadMode::Full);
 
   /// Commits, and writes the whole record. The old file stays whole until the new one is; the new
   /// one is made with permissions 0600.
   SetupResult SaveSetup(const QString& path, SavePath savePath = SavePath::FollowCurrent);
 
-  /// The path of "Folivex.ini" in the temporary folder. When nothing can be opened there, the
-  /// installed "example.fxs" is copied to it first, if there is one. Empty when there is no
-  /// temporary folder.
+  /// The path of "Folivex.ini" in the temporary folder, empty when there is no such folder. When
+  /// there is no file yet, the installed "example.fxs" is copied there first, if there is one.
   QString DefaultSetupPath() const;
 
 private:
+  QString m_installFolder;
   SplitSetup m_edited;
   SplitSetup m_working;
   QString m_currentPath;

@@ -1,0 +1,154 @@
+#include "engine/setup/SetupStore.h"
+
+#include "engine/setup/SetupFields.h"
+#include "engine/setup/SetupFile.h"
+#include "platform/TextFile.h"
+
+#include <QFileInfo>
+
+namespace folivex {
+
+namespace {
+
+constexpr QLatin1StringView namedExtension(".fxs");
+
+QString defaultPath() {
+  const QString folder = platform::temporaryFolder();
+  return folder.isEmpty() ? QString() : folder + QStringLiteral("Folivex.ini");
+}
+
+bool isDefaultPath(const QString& path) {
+  const QString own = defaultPath();
+  return !own.isEmpty() && platform::isSameFile(path, own);
+}
+
+/// What a run would read that nothing was committed for; every commit replaces it.
+SplitSetup firstWorkingCopy() {
+  SplitSetup setup = defaultSetup();
+  setup.startFromPage = 1;
+  setup.alwaysOverwrite = true;
+  setup.alwaysAppend = true;
+  return setup;
+}
+
+/// Takes a copy whole or not at all. That it fails is no matter: the built-in settings serve too.
+void copyExample(const QString& from, const QString& to) {
+  QFile source;
+  QFile copy;
+  platform::FileFailure failure;
+  if (!platform::openForReading(source, from, platform::FileAccess::Ordinary, failure)) {
+    return;
+  }
+  const QByteArray content = source.read(platform::TextReader::maxLine * 256);
+  const QString aside = platform::openAside(copy, to, platform::FileAccess::Private, failure);
+  if (aside.isEmpty()) {
+    return;
+  }
+  const bool whole = copy.write(content) == content.size();
+  copy.close();
+  if (!whole || !platform::replaceFile(aside, to, failure)) {
+    QFile::remove(aside);
+  }
+}
+
+SetupResult notRead(const QString& path, const platform::TextReader& reader) {
+  SetupResult result{SetupStatus::NotRead, {}, {}};
+  if (path.contains(namedExtension)) {
+    result.message = QStringLiteral("file error! can't read parameters file: %1").arg(path);
+  }
+  if (reader.error() != platform::FileError::NotFound) {
+    result.note =
+        QStringLiteral("The setup file %1 was not used: %2").arg(path, reader.errorText());
+  }
+  return result;
+}
+
+SetupResult notWritten(const QString& path, const QString& reason) {
+  return {SetupStatus::NotWritten,
+          QStringLiteral("file error! can't write parameters file: %1").arg(path),
+          QStringLiteral("The setup file %1 was not written: %2").arg(path, reason)};
+}
+
+QString lossNote(const SplitSetup& setup) {
+  const QStringList keys = keysLostInFile(setup);
+  if (keys.isEmpty()) {
+    return {};
+  }
+  return QStringLiteral("These settings hold a \";\" or a line end, or are too long, and will not "
+                        "come back whole from the setup file: %1")
+      .arg(keys.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+SetupStore::SetupStore(const QString& installFolder)
+    : m_installFolder(installFolder), m_edited(defaultSetup()), m_working(firstWorkingCopy()) {}
+
+void SetupStore::commit() {
+  commitSetup(m_edited, m_working);
+}
+
+SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
+  if (mode == LoadMode::Full) {
+    resetLoadedFields(m_edited);
+  }
+  platform::TextReader reader;
+  if (!reader.open(path, platform::accessForSecrets(path))) {
+    return notRead(path, reader);
+  }
+  if (mode == LoadMode::AutomationCheck) {
+    QString line;
+    m_automation = (reader.readLine(line) && isAutomationLine(line)) || m_automation;
+    return {};
+  }
+  // Into copies, so that a disk that fails half-way leaves no half of a setup.
+  SplitSetup edited = m_edited;
+  SplitSetup working = m_working;
+  bool automation = m_automation;
+  SetupTarget target{edited, working, automation};
+  readSetupLines(reader, target);
+  if (reader.error() != platform::FileError::None) {
+    return notRead(path, reader);
+  }
+  m_edited = edited;
+  m_working = working;
+  m_automation = automation;
+  m_currentPath = isDefaultPath(path) ? QString() : path;
+  commit();
+  return {};
+}
+
+SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {
+  const bool follow = savePath == SavePath::FollowCurrent;
+  const bool toCurrent = follow && !m_currentPath.isEmpty() && isDefaultPath(path);
+  const QString target = toCurrent ? m_currentPath : path;
+  commit();
+
+  platform::TextWriter writer;
+  if (!writer.openReplacement(target, platform::accessForSecrets(target))) {
+    return notWritten(target, writer.errorText());
+  }
+  writer.write(setupFileText(m_working));
+  if (!writer.close()) {
+    return notWritten(target, writer.errorText());
+  }
+  if (follow) {
+    m_currentPath = isDefaultPath(target) ? QString() : target;
+  }
+  SetupResult result{SetupStatus::Ok, {}, lossNote(m_working)};
+  if (target.contains(namedExtension) && !m_automation) {
+    result.message = QStringLiteral("%1 saved.").arg(target);
+  }
+  return result;
+}
+
+QString SetupStore::DefaultSetupPath() const {
+  const QString path = defaultPath();
+  const QFileInfo info(path);
+  if (!path.isEmpty() && !info.exists() && !info.isSymLink()) {
+    copyExample(platform::joinPath(m_installFolder, QStringLiteral("example.fxs")), path);
+  }
+  return path;
+}
+
+} // namespace folivex
