@@ -18,7 +18,8 @@ QStringList Findings::lines() const {
                  .arg(pageSpans(m_unreadable));
   }
   if (m_read > 0 && m_empty == m_read) {
-    lines += QStringLiteral("No page has any text: the file may be a scan that needs \"OCR First\"");
+    lines +=
+        QStringLiteral("No page has any text: the file may be a scan that needs \"OCR First\"");
   }
   return lines;
 }

@@ -25,8 +25,8 @@ public:
   virtual void message(const QString& text) = 0;
   /// A question with its caption; without a person the answer is No.
   virtual Answer question(const QString& text, const QString& caption) = 0;
-  /// A finding that does not stop the work (a damaged page, a protected source). Never waits, and is
-  /// told in automation mode too.
+  /// A finding that does not stop the work (a damaged page, a protected source). Never waits, and
+  /// is told in automation mode too.
   virtual void note(const QString& text) = 0;
   virtual void progress(const Progress& progress) = 0;
   /// Lets a window handle what has come in. Called by the engine at every step of long work.

@@ -5,9 +5,10 @@
 
 namespace folivex {
 
-/// Removes the files of a folder before a run; names that begin with "." and sub-folders stay, and so
-/// does the folder itself. A path shorter than 5 characters is refused, as a guard: nothing is
-/// removed. `keep` (a path, may be empty) is left alone even when it lies there: the source of the run.
+/// Removes the files of a folder before a run; names that begin with "." and sub-folders stay, and
+/// so does the folder itself. A path shorter than 5 characters is refused, as a guard: nothing is
+/// removed. `keep` (a path, may be empty) is left alone even when it lies there: the source of the
+/// run.
 ///
 /// Returns an empty text, or what the first file that could not be deleted was refused for; the
 /// removal ends with it.

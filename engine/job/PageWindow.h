@@ -3,7 +3,8 @@
 
 namespace folivex {
 
-/// Page indexes from 0: `first` is taken, `end` is the one behind the last. Empty when end <= first.
+/// Page indexes from 0: `first` is taken, `end` is the one behind the last. Empty when end <=
+/// first.
 struct PageWindow {
   int first = 0;
   int end = 0;

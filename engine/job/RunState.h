@@ -15,6 +15,7 @@ enum class RunError {
   TextReport = -3,
   CsvReport = -4,
   SetupFile = -5,
+  Contradiction = -6, ///< settings that exclude each other
   Append = -11,
   Unreadable = -12,  ///< the source is no readable PDF, or is protected
   OutputFailed = -13 ///< at least one output could not be written
@@ -31,8 +32,9 @@ struct RunState {
   bool finished = false; ///< nothing more is to be done
   bool showOnly = false; ///< matches are shown, nothing is written
   int matchesShown = 0;
-  bool automation = false; ///< no message boxes
-  QString ocrFile;         ///< the OCR'd copy of the source, empty when there is none
+  bool automation = false;  ///< no message boxes
+  bool commandLine = false; ///< started with arguments: a failure ends the program
+  QString ocrFile;          ///< the OCR'd copy of the source, empty when there is none
   std::array<QString, 20> fileNameWords;
   RunError error = RunError::None;
 

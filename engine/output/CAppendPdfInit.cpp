@@ -1,5 +1,7 @@
 #include "engine/output/CAppendPdfInit.h"
 
+#include <melder/melder.h>
+
 namespace folivex {
 
 CAppendPdfInit::CAppendPdfInit()

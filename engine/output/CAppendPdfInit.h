@@ -3,9 +3,9 @@
 
 #include "platform/LoadedLibrary.h"
 
-#include <melder/melder.h>
-
 #include <QString>
+
+#include <cstdint>
 
 namespace folivex {
 

@@ -1,6 +1,10 @@
 #include "engine/output/CSplitPdfInit.h"
 
+#include <cleftor/cleftor.h>
+
 namespace folivex {
+
+static_assert(CSplitPdfInit::ok == CLEFTOR_OK && CSplitPdfInit::cannotOpen == CLEFTOR_CANNOT_OPEN);
 
 CSplitPdfInit::CSplitPdfInit()
     : LoadedLibrary(QStringLiteral("CleftorU"), "CleftorInterfaceVersion",

@@ -3,9 +3,9 @@
 
 #include "platform/LoadedLibrary.h"
 
-#include <cleftor/cleftor.h>
-
 #include <QString>
+
+#include <cstdint>
 
 namespace folivex {
 
@@ -14,6 +14,11 @@ namespace folivex {
 class CSplitPdfInit : public platform::LoadedLibrary {
 public:
   CSplitPdfInit();
+
+  // The library's results that the engine tells apart. Its header is not included here: it declares
+  // operations of the same names as the text library's.
+  static constexpr std::int32_t ok = 0;
+  static constexpr std::int32_t cannotOpen = -4;
 
 private:
   template <typename S> using Operation = platform::Operation<S>;

@@ -10,11 +10,17 @@ void PageAccount::start(int pageCount) {
   m_pages.assign(static_cast<std::size_t>(std::max(pageCount, 0)), Fate::InNone);
 }
 
-void PageAccount::written(int first, int last) { raise(first, last, Fate::Written); }
+void PageAccount::written(int first, int last) {
+  raise(first, last, Fate::Written);
+}
 
-void PageAccount::replaced(int first, int last) { raise(first, last, Fate::Replaced); }
+void PageAccount::replaced(int first, int last) {
+  raise(first, last, Fate::Replaced);
+}
 
-void PageAccount::failed(int first, int last) { raise(first, last, Fate::Failed); }
+void PageAccount::failed(int first, int last) {
+  raise(first, last, Fate::Failed);
+}
 
 void PageAccount::raise(int first, int last, Fate fate) {
   last = std::min(last, pageCount());

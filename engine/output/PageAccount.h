@@ -8,9 +8,9 @@
 
 namespace folivex {
 
-/// Keeps, for each page of the source, whether it stands in an output, so that at the end of a run no
-/// page is missing without a word. Page numbers count from 1, ranges are inclusive; parts of a range
-/// outside the source are ignored.
+/// Keeps, for each page of the source, whether it stands in an output, so that at the end of a run
+/// no page is missing without a word. Page numbers count from 1, ranges are inclusive; parts of a
+/// range outside the source are ignored.
 class PageAccount {
 public:
   void start(int pageCount);
@@ -30,7 +30,8 @@ public:
   QString summary(int fileCount) const;
 
 private:
-  // A later, better fate overrides an earlier one: a page that stands in any output is accounted for.
+  // A later, better fate overrides an earlier one: a page that stands in any output is accounted
+  // for.
   enum class Fate : std::uint8_t { InNone, Replaced, Failed, Written };
 
   void raise(int first, int last, Fate fate);

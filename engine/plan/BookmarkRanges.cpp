@@ -42,7 +42,11 @@ std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, Boo
   ranges.reserve(starts.size());
   for (std::size_t i = 0; i < starts.size(); ++i) {
     const int last = i + 1 < starts.size() ? starts[i + 1]->page - 2 : pageCount - 1;
-    ranges.push_back({starts[i]->page - 1, last, starts[i]->title, QString()});
+    SplitRange range;
+    range.firstPage = starts[i]->page - 1;
+    range.lastPage = last;
+    range.rangeText = starts[i]->title;
+    ranges.push_back(range);
   }
   return ranges;
 }

@@ -1,17 +1,12 @@
 #include "engine/report/ReportPaths.h"
 
-#include <QDir>
+#include "platform/Paths.h"
+
 #include <QFile>
 
 namespace folivex {
 
 namespace {
-
-QString titleOf(const QString& path) {
-  const qsizetype separator = std::max(path.lastIndexOf(QLatin1Char('\\')),
-                                       path.lastIndexOf(QLatin1Char('/')));
-  return path.mid(separator + 1);
-}
 
 /// The report folder counts from two characters on.
 bool hasReportFolder(const SplitSetup& setup) {
@@ -28,9 +23,9 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
   }
   QString stem = file;
   if (!folderWritable && setup.reportOptionsOutputFolder.isEmpty() && setup.reportOptionsCurrent) {
-    stem = outputFolder + QDir::separator() + titleOf(file);
+    stem = outputFolder + platform::separator() + platform::fileTitle(file);
   } else if (!setup.reportOptionsCurrent && hasReportFolder(setup)) {
-    stem = setup.reportOptionsOutputFolder + QDir::separator() + titleOf(file);
+    stem = setup.reportOptionsOutputFolder + platform::separator() + platform::fileTitle(file);
   }
   ReportPaths paths{nullReport(), nullReport(), nullReport()};
   if (setup.reportOptionsTxt) {

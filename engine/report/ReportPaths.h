@@ -17,13 +17,14 @@ struct ReportPaths {
   QString emailCsv;
 };
 
-/// The report paths for `source` (full path; a trailing blank is no part of it). They lie beside the
-/// source, or in `outputFolder` when the program may not write where it runs and no report folder is
-/// set, or in the report folder of the setup.
+/// The report paths for `source` (full path; a trailing blank is no part of it). They lie beside
+/// the source, or in `outputFolder` when the program may not write where it runs and no report
+/// folder is set, or in the report folder of the setup.
 ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QString& outputFolder,
                         bool folderWritable);
 
-/// True when a file can be made in the program's current folder; the file that proves it is removed.
+/// True when a file can be made in the program's current folder; the file that proves it is
+/// removed.
 bool currentFolderIsWritable();
 
 } // namespace folivex

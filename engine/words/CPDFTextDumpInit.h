@@ -59,11 +59,6 @@ public:
   QString lastErrorText() const;
 };
 
-/// UTF-16 text of a QString as the libraries take it.
-inline const char16_t* utf16(const QString& text) {
-  return reinterpret_cast<const char16_t*>(text.utf16());
-}
-
 /// The words of the text library's open file.
 class TextLibraryWords : public WordSource {
 public:

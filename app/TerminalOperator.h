@@ -1,0 +1,39 @@
+// TerminalOperator: the engine's operator when nobody sits before a window.
+#pragma once
+
+#include "engine/job/Operator.h"
+
+#include <QElapsedTimer>
+
+#include <functional>
+
+namespace folivex {
+
+/// Writes messages and notes to standard error and, on a terminal, keeps one progress line there.
+/// It never waits for a person: every question is answered with No.
+class TerminalOperator : public Operator {
+public:
+  /// `stop` is called once when the process is asked to end (Ctrl+C, SIGTERM).
+  explicit TerminalOperator(std::function<void()> stop);
+
+  void message(const QString& text) override;
+  Answer question(const QString& text, const QString& caption) override;
+  void note(const QString& text) override;
+  void progress(const Progress& progress) override;
+  void handlePendingEvents() override;
+  void openDocument(const QString& path) override;
+
+  /// Takes the progress line off the terminal.
+  void clearProgress();
+
+private:
+  std::function<void()> m_stop;
+  bool m_onTerminal;
+  bool m_progressShown = false;
+  QElapsedTimer m_sinceProgress;
+};
+
+/// Lets Ctrl+C and SIGTERM end a run at the next page in place of killing it in the middle.
+void catchInterrupts();
+
+} // namespace folivex

@@ -1,0 +1,76 @@
+// JobDriver: prepares a run, runs it and tells how it ended.
+#pragma once
+
+#include "engine/job/BatchRun.h"
+#include "engine/job/Operator.h"
+#include "engine/job/RunState.h"
+#include "engine/output/EmailRecords.h"
+#include "engine/output/PageAccount.h"
+#include "engine/setup/SetupStore.h"
+
+namespace folivex {
+
+class CAppendPdfInit;
+class CPDFTextDumpInit;
+class CSplitPdfInit;
+class MatchObserver;
+class Reports;
+
+/// Runs jobs with the settings of a SetupStore, one at a time, on the caller's thread. The person
+/// is kept alive by Operator::handlePendingEvents() at every step; Stop() may be called from there.
+class JobDriver {
+public:
+  struct Libraries {
+    CPDFTextDumpInit& text;
+    CSplitPdfInit& split;
+    CAppendPdfInit& append;
+  };
+
+  JobDriver(SetupStore& store, Libraries libraries, Operator& person);
+
+  /// Processes the file named in `FILENAME`. Everything that a person should know is told; the
+  /// result is RunError::None, or the code that an unattended program ends with.
+  RunError StartProcessing();
+
+  /// Walks the matches of the file named in `FILENAME` without writing anything.
+  void ShowMatches(MatchObserver& observer);
+
+  /// Processes every row in use, in automation mode.
+  BatchResult ProcessBatch(BatchRows& rows);
+
+  /// Asks the run to end at the next page.
+  void Stop();
+
+  /// The program was started with arguments: a failure ends it.
+  void setCommandLine(bool on) { m_state.commandLine = on; }
+  /// No message boxes: what they would say is told as notes.
+  void setAutomation(bool on) { m_state.automation = on; }
+
+  const RunState& state() const { return m_state; }
+  const PageAccount& account() const { return m_account; }
+  const EmailRecords& emails() const { return m_emails; }
+
+private:
+  void resetState();
+  void tell(const QString& text);
+  RunError fail(RunError error, const QString& text);
+  void clearFolder(const QString& outputFolder, const QString& source);
+  void saveDefaultSetup();
+  void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
+  void tellEnd(const Reports& reports);
+  void tellShowEnd();
+
+  SetupStore& m_store;
+  Libraries m_libraries;
+  Operator& m_person;
+  RunState m_state;
+  PageAccount m_account;
+  EmailRecords m_emails;
+  bool m_folderWritable;
+  int m_writtenFiles = 0;
+};
+
+/// Empty, or why these settings cannot be run together.
+QString contradictionIn(const SplitSetup& setup);
+
+} // namespace folivex

@@ -1,0 +1,83 @@
+#include "engine/job/SourceFile.h"
+
+#include "engine/output/CSplitPdfInit.h"
+#include "engine/output/ExternalCommand.h"
+#include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/Utf16.h"
+
+#include <QFileInfo>
+
+namespace folivex {
+
+SourceFile::~SourceFile() {
+  m_libraries.text.PdfTextDumpCloseFile();
+  m_libraries.split.PdfTextDumpCloseFile();
+}
+
+void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup) {
+  if (usesExternalCommand(setup)) {
+    return;
+  }
+  m_splits = true;
+  m_libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
+  const int result = m_libraries.split.PdfTextDumpOpenFile(utf16(source), utf16(setup.pdfPassword));
+  if (result == CSplitPdfInit::ok) {
+    return;
+  }
+  if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(source)) {
+    m_splitProblem =
+        QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(source);
+  } else {
+    m_splitProblem = QStringLiteral("%1: cannot be opened for splitting: %2")
+                         .arg(source, m_libraries.split.lastErrorText());
+  }
+}
+
+int SourceFile::countPages(const QString& source, const SplitSetup& setup) {
+  m_pageCount = m_libraries.text.GetPageCount(utf16(source), utf16(setup.pdfPassword));
+  if (m_pageCount <= 0) {
+    m_pageCount = 0;
+    m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
+                    .arg(source, m_libraries.text.lastErrorText());
+  }
+  if (!m_splitProblem.isEmpty()) {
+    m_problem = m_splitProblem;
+  } else if (m_splits && m_problem.isEmpty()) {
+    if (const int other = m_libraries.split.GetPageCount2(); other != m_pageCount) {
+      m_problem = QStringLiteral("%1: is damaged: one reading finds %2 page(s), another %3; it is "
+                                 "not split, since pages could be lost")
+                      .arg(source)
+                      .arg(m_pageCount)
+                      .arg(other);
+    }
+  }
+  return m_problem.isEmpty() ? m_pageCount : 0;
+}
+
+void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
+  m_libraries.text.SetWordSpacing(setup.horizWordSpacing);
+  m_libraries.text.PdfTextDumpOpenFile(utf16(fileToScan), utf16(setup.pdfPassword));
+  if (m_libraries.text.GetProcessingStatus() != GLYPHRUN_OK) {
+    m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
+                    .arg(fileToScan, m_libraries.text.lastErrorText());
+  } else if (const int pages = m_libraries.text.GetPageCount2(); pages != m_pageCount) {
+    m_problem = QStringLiteral("%1: has %2 page(s), its source %3; remove it and run again")
+                    .arg(fileToScan)
+                    .arg(pages)
+                    .arg(m_pageCount);
+  }
+}
+
+QString SourceFile::protection() const {
+  const int facts = m_libraries.text.GetFileFacts();
+  if ((facts & GLYPHRUN_FILE_FORBIDS_EXTRACTION) != 0) {
+    return QStringLiteral("the file's permissions forbid taking its text out; it is processed, and "
+                          "the outputs are written unprotected");
+  }
+  if ((facts & GLYPHRUN_FILE_ENCRYPTED) != 0) {
+    return QStringLiteral("the file is protected; the outputs are written unprotected");
+  }
+  return {};
+}
+
+} // namespace folivex

@@ -1,0 +1,77 @@
+#include "engine/job/SourceRun.h"
+
+#include "engine/plan/BookmarkRanges.h"
+#include "engine/setup/SplitSetup.h"
+#include "engine/words/CPDFTextDumpInit.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+SourceRun::SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
+                     RangeSaver& saver, Operator& person)
+    : m_setup(setup), m_state(state), m_text(text), m_saver(saver), m_person(person),
+      m_planner(setup, state, saver), m_matcher(setup, state, m_planner) {}
+
+void SourceRun::run(int pageCount) {
+  if (bookmarkMethodOf(m_setup.pageExtract) != BookmarkMethod::None) {
+    takeBookmarks(pageCount);
+    return;
+  }
+  const PageWindow window = pageWindow(m_setup.startFromPage, m_setup.startEndPage, pageCount);
+  scanPages(window);
+  if (m_state.pendingStart >= 0) {
+    m_planner.closeAtEnd(std::max(window.end - 1, m_state.pendingStart), pageCount);
+    m_state.pendingStart = -1;
+  }
+}
+
+void SourceRun::scanPages(PageWindow window) {
+  for (int page = window.first; page < window.end && !m_state.mustEnd(); ++page) {
+    m_person.progress({QStringLiteral("Processing page: %1").arg(page), page + 1, window.end,
+                       m_state.outputCount});
+    m_person.handlePendingEvents();
+    m_matcher.beginPage();
+    scanPage(page);
+  }
+}
+
+void SourceRun::scanPage(int pageIndex) {
+  TextLibraryWords words(m_text);
+  m_matcher.scanPage(pageIndex, words);
+  m_findings.readPage();
+  switch (m_text.GetPageState()) {
+  case GLYPHRUN_PAGE_EMPTY:
+    m_findings.emptyPage();
+    break;
+  case GLYPHRUN_PAGE_UNREADABLE:
+    m_findings.unreadablePage(pageIndex + 1);
+    break;
+  case GLYPHRUN_PAGE_DAMAGED:
+    m_findings.damagedPage(pageIndex + 1);
+    break;
+  default:
+    break;
+  }
+}
+
+void SourceRun::takeBookmarks(int pageCount) {
+  std::vector<Bookmark> outline;
+  const int count = m_text.GetOutlineCount();
+  for (int i = 0; i < count; ++i) {
+    GlyphrunOutlineEntry entry = {};
+    if (m_text.GetOutlineEntry(i, &entry) == GLYPHRUN_OK) {
+      outline.push_back(
+          {entry.title ? QString::fromUtf16(entry.title) : QString(), entry.level, entry.page});
+    }
+  }
+  for (SplitRange& range :
+       bookmarkRanges(outline, bookmarkMethodOf(m_setup.pageExtract), pageCount)) {
+    if (m_state.mustEnd()) {
+      return;
+    }
+    m_saver.saveRange(range);
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,45 @@
+// SourceRun: the page loop over one source.
+#pragma once
+
+#include "engine/job/Findings.h"
+#include "engine/job/Operator.h"
+#include "engine/job/PageWindow.h"
+#include "engine/job/RunState.h"
+#include "engine/job/SourceFile.h"
+#include "engine/match/PageMatcher.h"
+#include "engine/plan/RangePlanner.h"
+
+namespace folivex {
+
+/// Walks the pages of an open source in order, hands each to the matching engine, and closes the
+/// range that is open after the last one. For the bookmark methods the ranges come from the
+/// outline.
+class SourceRun {
+public:
+  SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text, RangeSaver& saver,
+            Operator& person);
+
+  /// Told what the matching engine sees; may be null, must outlive the run.
+  void setObserver(MatchObserver* observer) { m_matcher.setObserver(observer); }
+
+  /// Scans the window of the open file's `pageCount` pages, or takes its bookmarks.
+  void run(int pageCount);
+
+  const Findings& findings() const { return m_findings; }
+
+private:
+  void scanPages(PageWindow window);
+  void scanPage(int pageIndex);
+  void takeBookmarks(int pageCount);
+
+  const SplitSetup& m_setup;
+  RunState& m_state;
+  CPDFTextDumpInit& m_text;
+  RangeSaver& m_saver;
+  Operator& m_person;
+  RangePlanner m_planner;
+  PageMatcher m_matcher;
+  Findings m_findings;
+};
+
+} // namespace folivex

@@ -1,0 +1,143 @@
+#include "engine/output/OutputWriter.h"
+
+#include "engine/output/CAppendPdfInit.h"
+#include "engine/output/CSplitPdfInit.h"
+#include "engine/output/ExternalCommand.h"
+#include "engine/words/Utf16.h"
+#include "platform/OutsideProgram.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace folivex {
+
+OutputWriter::OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries,
+                           Operator& person, PageAccount& account)
+    : m_setup(setup), m_state(state), m_libraries(libraries), m_person(person), m_account(account) {
+}
+
+void OutputWriter::startSource(const QString& source, int totalPages) {
+  m_source = source;
+  m_totalPages = totalPages;
+  m_writtenFiles = 0;
+}
+
+void OutputWriter::output(const ReservedOutput& output) {
+  m_person.handlePendingEvents();
+  if (m_state.userStop || output.path.isEmpty()) {
+    return;
+  }
+  ++m_state.outputCount;
+  makeFolderOf(output.path);
+  m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
+                     m_totalPages, m_state.outputCount});
+  if (usesExternalCommand(m_setup)) {
+    runExternalCommand(output);
+  } else {
+    writeWithLibrary(output);
+  }
+}
+
+void OutputWriter::replaced(const ReservedOutput& lost) {
+  m_account.replaced(lost.firstPage, lost.lastPage);
+}
+
+void OutputWriter::makeFolderOf(const QString& path) {
+  const qsizetype separator =
+      std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QDir::separator()));
+  if (separator > 0) {
+    // A folder that cannot be made shows when the file is written, with the reason.
+    QDir().mkdir(path.left(separator));
+  }
+}
+
+void OutputWriter::runExternalCommand(const ReservedOutput& output) {
+  const ExternalCommand command =
+      externalCommand(m_setup, m_source, output.path, output.firstPage, output.lastPage);
+  platform::OutsideProgram program;
+  program.program = command.program;
+  program.arguments = command.arguments;
+  program.workingFolder = QDir::currentPath();
+  program.onStop = platform::OutsideProgram::OnStop::KeepWaiting;
+  const platform::ProgramEnd end = platform::runOutsideProgram(program, [this] {
+    m_person.handlePendingEvents();
+    return m_state.userStop;
+  });
+  if (QFileInfo::exists(output.path)) {
+    wrote(output);
+  } else if (!end.started) {
+    failed(output, QStringLiteral("the external command \"%1\" could not be started: %2")
+                       .arg(command.program, end.errorOutput));
+  } else {
+    failed(output, QStringLiteral("the external command \"%1\" ended with %2 and left no file")
+                       .arg(command.program)
+                       .arg(end.exitCode));
+  }
+}
+
+void OutputWriter::writeWithLibrary(const ReservedOutput& output) {
+  m_person.handlePendingEvents();
+  if (m_setup.alwaysAppend && QFileInfo::exists(output.path)) {
+    appendTo(output);
+  } else if (writePages(output, output.path)) {
+    wrote(output);
+  } else {
+    failed(output, m_libraries.split.lastErrorText());
+  }
+}
+
+bool OutputWriter::writePages(const ReservedOutput& output, const QString& target) {
+  const int result = m_libraries.split.SplitPdfPages(utf16(target), output.firstPage,
+                                                     output.lastPage, m_totalPages);
+  m_person.handlePendingEvents();
+  m_libraries.split.GetProcessingStatus();
+  return result == CSplitPdfInit::ok;
+}
+
+void OutputWriter::appendTo(const ReservedOutput& output) {
+  const QString addition = output.path + QStringLiteral(".tmp");
+  QFile::remove(addition);
+  if (!writePages(output, addition)) {
+    failed(output, m_libraries.split.lastErrorText());
+    return;
+  }
+  const bool appended =
+      m_libraries.append.getAppendPDFToFile(utf16(addition), utf16(output.path), u"") != 0;
+  m_libraries.append.GetStatus();
+  if (appended) {
+    wrote(output);
+  } else {
+    appendFailed(output);
+  }
+  QFile::remove(addition);
+}
+
+void OutputWriter::appendFailed(const ReservedOutput& output) {
+  m_state.error = RunError::Append;
+  failed(output, m_libraries.append.lastErrorText());
+  if (m_state.commandLine) {
+    m_state.abortRun = true;
+  } else if (!m_state.automation) {
+    m_person.message(QStringLiteral("problem appending to file: %1").arg(output.path));
+  }
+}
+
+void OutputWriter::wrote(const ReservedOutput& output) {
+  ++m_writtenFiles;
+  m_account.written(output.firstPage, output.lastPage);
+}
+
+void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
+  m_account.failed(output.firstPage, output.lastPage);
+  if (m_state.error == RunError::None) {
+    m_state.error = RunError::OutputFailed;
+  }
+  m_person.note(QStringLiteral("%1: pages %2-%3 could not be written: %4")
+                    .arg(output.path)
+                    .arg(output.firstPage)
+                    .arg(output.lastPage)
+                    .arg(reason));
+}
+
+} // namespace folivex

@@ -1,0 +1,59 @@
+// OutputWriter: reserved outputs become files.
+#pragma once
+
+#include "engine/job/Operator.h"
+#include "engine/job/RunState.h"
+#include "engine/naming/OutputReservation.h"
+#include "engine/output/PageAccount.h"
+#include "engine/setup/SplitSetup.h"
+
+namespace folivex {
+
+class CAppendPdfInit;
+class CSplitPdfInit;
+
+/// Writes one output after the other: with the split library, joined by the append library to a
+/// file that exists when the setup says so, or with the external command. Every output is counted
+/// in RunState::outputCount when it is taken on, and its pages in the PageAccount when its fate is
+/// known. A failed output does not end the run (see RunError for what does); it leaves nothing
+/// half-written.
+class OutputWriter : public OutputList {
+public:
+  struct Libraries {
+    CSplitPdfInit& split;
+    CAppendPdfInit& append;
+  };
+
+  OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries, Operator& person,
+               PageAccount& account);
+
+  /// The source of the outputs that follow; `totalPages` is the page count both libraries agree on.
+  void startSource(const QString& source, int totalPages);
+
+  void output(const ReservedOutput& output) override;
+  void replaced(const ReservedOutput& lost) override;
+
+  /// Files that were really written since startSource().
+  int writtenFiles() const { return m_writtenFiles; }
+
+private:
+  void makeFolderOf(const QString& path);
+  void runExternalCommand(const ReservedOutput& output);
+  void writeWithLibrary(const ReservedOutput& output);
+  bool writePages(const ReservedOutput& output, const QString& target);
+  void appendTo(const ReservedOutput& output);
+  void appendFailed(const ReservedOutput& output);
+  void wrote(const ReservedOutput& output);
+  void failed(const ReservedOutput& output, const QString& reason);
+
+  const SplitSetup& m_setup;
+  RunState& m_state;
+  Libraries m_libraries;
+  Operator& m_person;
+  PageAccount& m_account;
+  QString m_source;
+  int m_totalPages = 0;
+  int m_writtenFiles = 0;
+};
+
+} // namespace folivex

@@ -1,0 +1,64 @@
+#include "engine/words/ViewWordLookup.h"
+
+#include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/Utf16.h"
+
+#include <span>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+/// A page with more words than this is no page of a document.
+constexpr int maxWordsOfPage = 32768;
+
+bool within(IntRange range, int value) {
+  return range.low <= value && value <= range.high;
+}
+
+} // namespace
+
+ViewWordLookup::ViewWordLookup(CPDFTextDumpInit& library, QString file, QString password,
+                               bool rotated, std::function<void(const QString&)> tell)
+    : m_library(library), m_file(std::move(file)), m_password(std::move(password)),
+      m_rotated(rotated), m_tell(std::move(tell)) {}
+
+ViewWordLookup::~ViewWordLookup() {
+  if (m_view) {
+    m_library.CloseView(m_view);
+  }
+}
+
+QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
+  if (!m_opened) {
+    m_opened = true;
+    m_view = m_library.OpenView(utf16(m_file), utf16(m_password), nullptr);
+  }
+  if (!m_view) {
+    return {};
+  }
+  const GlyphrunWord* words = nullptr;
+  const int count = m_library.GetViewWords(m_view, pageIndex + 1, &words);
+  if (count > maxWordsOfPage) {
+    tellOnce(QStringLiteral("Too many words on the page!"));
+    return {};
+  }
+  for (const GlyphrunWord& word :
+       std::span(words, count > 0 ? static_cast<std::size_t>(count) : 0)) {
+    const int wordH = m_rotated ? word.v : word.h;
+    const int wordV = m_rotated ? word.h : word.v;
+    if (within(h, wordH) && within(v, wordV)) {
+      return QString::fromUtf16(word.text).left(maxWordLength);
+    }
+  }
+  return {};
+}
+
+void ViewWordLookup::tellOnce(const QString& text) {
+  if (!std::exchange(m_told, true)) {
+    m_tell(text);
+  }
+}
+
+} // namespace folivex

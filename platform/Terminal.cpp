@@ -1,0 +1,43 @@
+#include "platform/Terminal.h"
+
+#include <QtGlobal>
+
+#if defined(Q_OS_WIN)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace folivex::platform {
+
+bool isTerminal(std::FILE* stream) {
+#if defined(Q_OS_WIN)
+  return _isatty(_fileno(stream)) != 0;
+#else
+  return isatty(fileno(stream)) != 0;
+#endif
+}
+
+QByteArray terminalText(const QString& text) {
+  QString shown;
+  shown.reserve(text.size());
+  for (const QChar c : text) {
+    if (c == QLatin1Char('\n') || c == QLatin1Char('\t')) {
+      shown += c;
+    } else if (c != QLatin1Char('\r')) {
+      shown += c.category() == QChar::Other_Control ? QChar(QChar::ReplacementCharacter) : c;
+    }
+  }
+  return shown.toUtf8();
+}
+
+bool canShowWindows() {
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+  return true;
+#else
+  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+#endif
+}
+
+} // namespace folivex::platform
