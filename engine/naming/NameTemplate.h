@@ -1,0 +1,52 @@
+// NameTemplate: a prefix or postfix with its tokens.
+#pragma once
+
+#include "engine/naming/NameClock.h"
+#include "engine/naming/PageWords.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace folivex {
+
+/// What the tokens of one name stand for.
+struct NameTokenValues {
+  QString title;         ///< "[FILETITLE]"
+  QString matchText;     ///< cleaned: "[EXTRACTTEXT]", "[EXTRACTTEXTDIR]"
+  qint64 firstPage = 1;  ///< first page as planned, from 1
+  qint64 lastPage = 1;   ///< from 1
+  qint64 pageOffset = 0; ///< added to the start page tokens alone
+  qint64 totalPages = 0; ///< pages of the source
+  std::function<QString(IntRange h, IntRange v)> wordAt; ///< cleaned word: "[POS..]"
+  std::function<QDateTime()> now;
+};
+
+/// One affix of a name. Tokens stand in the text that the operator typed (and in the source's
+/// title, when that serves as affix); what replaces them is never searched for tokens again.
+class NameTemplate {
+public:
+  NameTemplate() = default;
+  /// Cut at 256 characters. Characters that no shared folder takes (: * ? " < > | and controls) are
+  /// left out; "\" and "/" separate folders.
+  explicit NameTemplate(const QString& text);
+
+  const QString& text() const { return m_text; }
+
+  /// "[EXTRACTTEXTDIR]" is in it.
+  bool asksForFolder() const { return m_asksForFolder; }
+
+  /// The text with every token replaced, at most 256 characters.
+  QString expanded(const NameTokenValues& values) const;
+
+private:
+  QString m_text;
+  bool m_asksForFolder = false;
+};
+
+/// "100" or "100-120" as a position token holds it; what is no number counts as 0.
+IntRange parsePosition(QStringView text);
+
+} // namespace folivex

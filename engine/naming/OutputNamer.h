@@ -1,0 +1,83 @@
+// OutputNamer: from a planned range to the full path of its output.
+#pragma once
+
+#include "engine/naming/FileNameMethod.h"
+#include "engine/naming/FileSystemRules.h"
+#include "engine/naming/NameCleaner.h"
+#include "engine/naming/NameClock.h"
+#include "engine/naming/NameList.h"
+#include "engine/naming/NameTemplate.h"
+#include "engine/naming/PageWords.h"
+#include "engine/plan/SplitRange.h"
+#include "engine/setup/SplitSetup.h"
+
+#include <QString>
+
+namespace folivex {
+
+enum class NamePurpose {
+  Preview, ///< the name that a save would give; no sequence number, no line of the name list used
+           ///< up
+  Save     ///< one number and one line for each output
+};
+
+/// One name and what became of its texts on the way.
+struct NamedOutput {
+  QString path; ///< full path with ".pdf", separators the system's own
+  /// Folder that "[EXTRACTTEXTDIR]" asks for, inside the output folder; empty when there is none.
+  /// The caller makes it. A prefix may name further folders: those are in `path` alone.
+  QString folderToMake;
+  QString cleanedText; ///< matched text, cleaned, filtered and trimmed; at most 255 characters
+  QString cleanedRestOfLine;   ///< rest of line, cleaned and filtered; at most 1024 characters
+  bool namedAfterText = false; ///< by one of the "use as filename name after text" methods
+  NameList::State nameList = NameList::State::NotAsked;
+};
+
+/// Names the outputs of one run by its setup. Touches the disk only to read the name list.
+///
+/// Text that comes from a page, from a line of the name list or from the source's own name never
+/// chooses a folder outside the output folder and never acts as a token.
+class OutputNamer {
+public:
+  /// Keeps what it needs of the setup; `words` must outlive the namer.
+  OutputNamer(const SplitSetup& setup, PageWordLookup& words, NameClock clock,
+              FileSystemRules rules = FileSystemRules::ofThisSystem());
+
+  /// Begins a source: its path (or bare name), the folder of its outputs and its page count. The
+  /// sequence counter starts again; the position in the name list stays.
+  void startSource(const QString& sourcePath, const QString& outputFolder, int totalPages);
+
+  /// Name of a range as planned: the pages that the setup takes off its front are still in it.
+  NamedOutput name(const SplitRange& range, NamePurpose purpose);
+
+private:
+  struct Body {
+    QString text;
+    bool mayBeCut = true; ///< a number tells outputs apart only when it is whole
+  };
+
+  NameTokenValues tokenValues(const SplitRange& range, const QString& matchText) const;
+  Body body(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
+  QString pathOf(const NameTemplate& prefix, const NameTemplate& postfix,
+                 const NameTokenValues& values, const Body& body) const;
+
+  FileNameMethod m_method;
+  NameCleaner m_cleaner;
+  qsizetype m_trimCount;
+  qint64 m_pageOffset;
+  bool m_titleAsPrefix;
+  bool m_titleAsPostfix;
+  PageWordLookup& m_words;
+  NameClock m_clock;
+  FileSystemRules m_rules;
+  NameList m_list;
+
+  NameTemplate m_prefix;
+  NameTemplate m_postfix;
+  QString m_outputFolder;
+  QString m_title;
+  int m_totalPages = 0;
+  int m_sequence = 0;
+};
+
+} // namespace folivex

@@ -1,0 +1,106 @@
+// OutputReservation: what happens when an output's path is taken.
+#pragma once
+
+#include "engine/naming/FileSystemRules.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace folivex {
+
+/// One output on its way to the writer. Pages count from 1, inclusive.
+struct ReservedOutput {
+  QString path;       ///< empty when a later output of the same name replaced this one
+  int firstPage = -1; ///< never 0; -1 when replaced
+  int lastPage = -1;
+
+  bool operator==(const ReservedOutput&) const = default;
+};
+
+/// Takes outputs in the order in which they are to be written.
+class OutputList {
+public:
+  virtual ~OutputList() = default;
+
+  /// An output to write. One with an empty path was replaced and is to be ignored.
+  virtual void output(const ReservedOutput& reserved) = 0;
+
+  /// Told, with path and pages as they were, right before a replaced output is handed on: its pages
+  /// reach no file.
+  virtual void replaced(const ReservedOutput& /*lost*/) {}
+};
+
+/// The places that outputs go to. A dry plan answers without touching the disk.
+class OutputPlaces {
+public:
+  virtual ~OutputPlaces() = default;
+
+  virtual bool exists(const QString& path) = 0;
+
+  /// Whether the file at an existing path must not be replaced or appended to, as the source
+  /// itself.
+  virtual bool isProtected(const QString& path) = 0;
+
+  /// Deletes the file at an existing path; a failure shows when the output is written.
+  virtual void remove(const QString& path) = 0;
+};
+
+/// The disk. Folders and links that lead nowhere count as existing.
+class DiskOutputPlaces : public OutputPlaces {
+public:
+  /// `protectedFiles`: the source, and what else is being read.
+  explicit DiskOutputPlaces(const QStringList& protectedFiles);
+
+  bool exists(const QString& path) override;
+  bool isProtected(const QString& path) override;
+  void remove(const QString& path) override;
+
+private:
+  QStringList m_protected;
+};
+
+/// Reserves the paths of one run. An object lasts for one run, since it remembers the names that it
+/// promised: an output may be on its way and not yet on disk.
+class OutputReservation {
+public:
+  /// What the setup says about an output that exists.
+  struct WhenTaken {
+    bool overwrite = false;
+    bool append = false;
+  };
+
+  /// Entries that wait at most before they are handed on.
+  static constexpr std::size_t pendingLimit = 50'000;
+
+  /// `places` and `list` must outlive the reservation.
+  OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,
+                    FileSystemRules rules = FileSystemRules::ofThisSystem());
+
+  /// Reserves a path that ends in ".pdf" for pages firstPage..lastPage (from 1, inclusive) and
+  /// hands it on, or keeps it until the next flush when outputs are overwritten. Returns the path
+  /// under which the output will be written: "_partNNN" is in it where the plain path was taken.
+  QString reserve(const QString& path, int firstPage, int lastPage);
+
+  /// Hands on what waits. To be called when a source is finished.
+  void flush();
+
+private:
+  bool isTaken(const QString& path);
+  QString unusedPath(const QString& path);
+  QString unprotectedPath(const QString& path);
+  void blankReplaced();
+
+  WhenTaken m_whenTaken;
+  OutputPlaces& m_places;
+  OutputList& m_list;
+  FileSystemRules m_rules;
+  QSet<QString> m_promised;        ///< comparable paths
+  QHash<QString, int> m_lastParts; ///< last part number looked at, by comparable plain path
+  std::vector<ReservedOutput> m_pending;
+};
+
+} // namespace folivex

@@ -1,0 +1,27 @@
+// PageWordLookup: words of a page by their position, for the names that ask for one.
+#pragma once
+
+#include <QString>
+
+namespace folivex {
+
+/// A closed range of whole numbers, both ends included. One number n is the range n..n.
+struct IntRange {
+  int low = 0;
+  int high = 0;
+
+  bool operator==(const IntRange&) const = default;
+};
+
+/// Reads one word of the source that is being split.
+class PageWordLookup {
+public:
+  virtual ~PageWordLookup() = default;
+
+  /// Text of the word that stands within both ranges on this page (index from 0; positions in the
+  /// text library's points, truncated), at most 255 characters; empty when no word stands there.
+  /// What hinders the look-up is told to the operator by the implementation, not here.
+  virtual QString wordAt(int pageIndex, IntRange h, IntRange v) = 0;
+};
+
+} // namespace folivex
