@@ -9,7 +9,9 @@ namespace folivex {
 
 namespace {
 
-bool isPunctuation(QChar c) { return c.isPunct() || c.isSymbol(); }
+bool isPunctuation(QChar c) {
+  return c.isPunct() || c.isSymbol();
+}
 
 } // namespace
 

@@ -13,8 +13,8 @@ public:
 
   /// The page's words were extracted and are about to be walked.
   virtual void onWordCount(int pageIndex, int wordCount) = 0;
-  /// A start match of a show-only run, at its position (after axes were swapped). Returns whether to
-  /// go on; if not, the rest of the page is left and RunState::userStop is set.
+  /// A start match of a show-only run, at its position (after axes were swapped). Returns whether
+  /// to go on; if not, the rest of the page is left and RunState::userStop is set.
   virtual bool onMatch(int pageIndex, const QString& word, int h, int v) = 0;
   /// One word of the page-positions listing.
   virtual void onListedWord(QStringView text, int h, int v) = 0;

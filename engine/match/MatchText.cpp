@@ -12,7 +12,9 @@ char16_t foldedLatin(QChar c) {
   return code >= u'A' && code <= u'Z' ? static_cast<char16_t>(code + (u'a' - u'A')) : code;
 }
 
-bool isBlank(QChar c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); }
+bool isBlank(QChar c) {
+  return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
 
 } // namespace
 
@@ -50,6 +52,14 @@ int wordCount(QStringView text) {
     inWord = !blank;
   }
   return count;
+}
+
+std::optional<int> wordNumberOf(QStringView searchText) {
+  constexpr QStringView form = u"[WORD";
+  if (!searchText.startsWith(form)) {
+    return std::nullopt;
+  }
+  return leadingInteger(searchText.sliced(form.size()));
 }
 
 void cutText(QString& text, qsizetype capacity) {

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <optional>
+
 namespace folivex {
 
 /// Equal as wholes. Case-insensitive means A-Z alone: other letters must be the same.
@@ -15,6 +17,10 @@ int leadingInteger(QStringView text);
 
 /// Number of blank-separated words.
 int wordCount(QStringView text);
+
+/// The number of a word-number search such as "[WORD4]" (from 1; what is no number gives 0, which
+/// no word has); none for any other search text.
+std::optional<int> wordNumberOf(QStringView searchText);
 
 /// Shortens `text` to at most `capacity` characters, never through a surrogate pair.
 void cutText(QString& text, qsizetype capacity);

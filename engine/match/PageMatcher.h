@@ -11,6 +11,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace folivex {
 
 class MatchObserver;
@@ -41,30 +43,29 @@ public:
   const PageMatchState& state() const { return state_; }
 
 private:
-  void takeWord(int pageIndex, int wordIndex, const PlacedWord& word);
+  void takeWord(int pageIndex, const PlacedWord& word);
   void openPending(int pageIndex, const PlacedWord& word);
   void startAfterText(const PlacedWord& word);
   void noteAfterText(QStringView text);
   void takeWordNumber(int wordIndex, QStringView text);
   bool takeStart(int pageIndex, const PlacedWord& word);
   void takeUntil(int pageIndex, const PlacedWord& word);
-  void startAt(int pageIndex, const PlacedWord& word, bool byRing, const WordRing& ring);
-
-  bool needsPosition() const;
+  void startAt(int pageIndex, const PlacedWord& word, const QString& matchedText);
+  bool isSearchText(QStringView text) const;
 
   RunState& run_;
   RangePlanner& planner_;
   MatchObserver* observer_ = nullptr;
   bool listing_ = false;
+  bool leavePage_ = false; ///< a show-only run is not to go on
   int pickedH_ = 0;
   int pickedV_ = 0;
 
   // What the setup asks for.
   FileNameMethod nameMethod_;
   Qt::CaseSensitivity sensitivity_;
-  bool byWordNumber_;
-  int wordNumber_ = 0;
-  QString searchText_; ///< with a word number: this page's word
+  std::optional<int> wordNumber_; ///< counted from 1: each page's word of this number is searched
+  QString searchText_;            ///< with a word number: this page's word
   QString untilText_;
   QString afterText_;
   PositionRule startPosition_;

@@ -46,6 +46,8 @@ bool PositionRule::holds(int h, int v, qsizetype length) const {
          (onColumn && (isAnyOfLength(v_) || v_.low == 0));
 }
 
-qint64 PositionRule::distance(int h, int v) const { return h_.distance(h) + v_.distance(v); }
+qint64 PositionRule::distance(int h, int v) const {
+  return h_.distance(h) + v_.distance(v);
+}
 
 } // namespace folivex

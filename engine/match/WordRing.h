@@ -10,9 +10,10 @@
 
 namespace folivex {
 
-/// Keeps as many words as its pattern has and tells whether they, joined by blanks, are the pattern.
-/// The words outlive the page, so a pattern may begin on one page and end on the next. Used only for
-/// patterns of more than one word; with a shorter one it holds nothing and never matches.
+/// Keeps as many words as its pattern has and tells whether they, joined by blanks, are the
+/// pattern. The words outlive the page, so a pattern may begin on one page and end on the next.
+/// Used only for patterns of more than one word; with a shorter one it holds nothing and never
+/// matches.
 class WordRing {
 public:
   WordRing(const QString& pattern, Qt::CaseSensitivity sensitivity);

@@ -13,9 +13,9 @@ namespace folivex {
 struct RunState;
 struct SplitSetup;
 
-/// Follows the open range of one job in RunState::pendingStart and pendingEnd, closes it by the rules
-/// of the split method, and hands it at once to the saver. In a show-only run ranges are followed and
-/// nothing is handed on. One planner serves one job.
+/// Follows the open range of one job in RunState::pendingStart and pendingEnd, closes it by the
+/// rules of the split method, and hands it at once to the saver. In a show-only run ranges are
+/// followed and nothing is handed on. One planner serves one job.
 class RangePlanner {
 public:
   /// Takes no ownership; all three must outlive the planner. Settings are read here, once.
@@ -48,8 +48,9 @@ private:
 
   bool isUnique() const;
   bool repeatsPrevious();
-  void saveUnique(int end);
-  void save(int start, int end, const QString& text, bool repeats);
+  /// Returns whether the range repeats the one before.
+  bool saveUnique(int end);
+  void save(int start, int end, const QString& text, bool repeats = false);
   void closed();
 
   RunState& run_;

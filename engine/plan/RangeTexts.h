@@ -14,11 +14,11 @@ inline constexpr qsizetype maxCollectedLength = 1023;
 
 /// Words of one line on their way into a file name.
 struct LineCollection {
-  QString text;                 ///< at most maxCollectedLength characters
-  bool onLine = false;          ///< words of the line `lineV` are taken
-  bool onNextPageLine = false;  ///< words of the page's first line are taken
-  std::optional<int> lineV;     ///< v of that line; none: the next word that is no blank gives it
-  int wordsOnLine = 0;          ///< words of the line seen so far
+  QString text;                ///< at most maxCollectedLength characters
+  bool onLine = false;         ///< words of the line `lineV` are taken
+  bool onNextPageLine = false; ///< words of the page's first line are taken
+  std::optional<int> lineV;    ///< v of that line; none: the next word that is no blank gives it
+  int wordsOnLine = 0;         ///< words of the line seen so far
 };
 
 /// Filled by the matching engine while it scans, read by the planner when a range closes. Lives as

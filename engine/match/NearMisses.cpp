@@ -1,0 +1,245 @@
+#include "engine/match/NearMisses.h"
+
+#include "engine/match/MatchText.h"
+#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitSetup.h"
+#include "engine/words/WordSource.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace folivex {
+
+namespace {
+
+constexpr std::size_t capacity = 32;
+/// A text may lie in more pieces on the page than it has words; this many more are looked at.
+constexpr std::size_t extraPieces = 4;
+constexpr std::size_t largestWindow = 64;
+
+bool isSign(QChar c) {
+  return !c.isLetterOrNumber() && !c.isMark() && !c.isSurrogate();
+}
+
+auto rankOf(const NearMiss& miss) {
+  const bool twoDifferences = miss.elsewhere && miss.difference != NearMiss::Difference::Position;
+  return std::tuple(twoDifferences, miss.difference, miss.distance);
+}
+
+bool isSameFinding(const NearMiss& a, const NearMiss& b) {
+  // Every page has its own places; only where the place was asked for do they tell words apart.
+  const bool samePlace = !a.elsewhere || (a.h == b.h && a.v == b.v);
+  return a.difference == b.difference && a.elsewhere == b.elsewhere && samePlace &&
+         a.text == b.text;
+}
+
+} // namespace
+
+QString NearMiss::sentence() const {
+  QString what;
+  switch (difference) {
+  case Difference::Position:
+    what = QStringLiteral("is the text, but does not stand at the position asked for");
+    break;
+  case Difference::Blanks:
+    what = QStringLiteral("differs from the text only in blanks that were typed into the setup");
+    break;
+  case Difference::LetterCase:
+    what = QStringLiteral("differs from the text in upper and lower case");
+    break;
+  case Difference::Punctuation:
+    what = QStringLiteral("differs from the text in punctuation");
+    break;
+  case Difference::Division:
+    what = QStringLiteral("has the letters of the text, but is divided into words differently");
+    break;
+  }
+  if (elsewhere && difference != Difference::Position) {
+    what += QStringLiteral(", and does not stand at the position asked for");
+  }
+  const QString times = count > 1 ? QStringLiteral(" (%1 times in all)").arg(count) : QString();
+  // The page's text goes in last, so that nothing in it is taken for a place holder.
+  return QStringLiteral("Page %1, h %2, v %3: \"%4\" ").arg(page).arg(h).arg(v).arg(text) + what +
+         times + u'.';
+}
+
+NearMisses NearMisses::forSearchText(const SplitSetup& setup) {
+  const SplitMethod method = splitMethodOf(setup.pageExtract);
+  std::optional<PositionRule> position;
+  if (method == SplitMethod::MatchToNextMatchAtPosition ||
+      method == SplitMethod::MatchToNextUniqueMatchAtPosition ||
+      method == SplitMethod::MatchToUntilAtPosition) {
+    position.emplace(setup.matchPosH, setup.matchPosV);
+  }
+  if (wordNumberOf(setup.findString)) {
+    return {QString(), setup, std::nullopt};
+  }
+  return {setup.findString, setup, position};
+}
+
+NearMisses NearMisses::forUntilText(const SplitSetup& setup) {
+  std::optional<PositionRule> position;
+  // An empty until text ends no range wherever it stands.
+  if (splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition &&
+      !setup.extractUntil.isEmpty()) {
+    position.emplace(setup.untilMatchPosH, setup.untilMatchPosV);
+  }
+  return {setup.extractUntil, setup, position};
+}
+
+NearMisses::NearMisses(const QString& text, const SplitSetup& setup,
+                       std::optional<PositionRule> position)
+    : searchText_(text), sensitivity_(setup.ignoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive),
+      position_(position), searchWords_(wordCount(text)), placer_(setup.rotated) {
+  lettersOnly_ = !std::all_of(text.begin(), text.end(), isSign);
+  searchKey_ = keyOf(text);
+  window_.resize(std::min(largestWindow, static_cast<std::size_t>(searchWords_) + extraPieces));
+}
+
+QString NearMisses::keyOf(QStringView text) const {
+  QString key;
+  key.reserve(text.size());
+  for (const QChar c : text) {
+    if (lettersOnly_ ? !isSign(c) : !c.isSpace()) {
+      key += c.toCaseFolded();
+    }
+  }
+  return key;
+}
+
+void NearMisses::scanPage(int pageIndex, WordSource& source) {
+  placer_.beginPage();
+  seen_ = 0;
+  source.filePages(pageIndex + 1, pageIndex + 1);
+  const int count = source.numWords();
+  source.doReverseSort();
+  for (int i = 0; i < count; ++i) {
+    if (const PageWord word = source.word(i); !word.text.isEmpty()) {
+      look(pageIndex, placer_.place(word));
+    }
+  }
+}
+
+const NearMisses::SeenWord& NearMisses::seenWord(std::size_t age) const {
+  return window_[(seen_ - 1 - age) % window_.size()];
+}
+
+void NearMisses::look(int pageIndex, const PlacedWord& word) {
+  window_[seen_ % window_.size()] = {word.text.toString(), keyOf(word.text), word.h, word.v};
+  ++seen_;
+  if (searchText_.isEmpty()) {
+    if (position_) {
+      consider(pageIndex, NearMiss::Difference::Position, word.text.toString());
+    }
+    return;
+  }
+  const std::optional<std::size_t> words = wordsOfSearchText();
+  if (!words) {
+    return;
+  }
+  QString found;
+  for (std::size_t age = *words; age-- > 0;) {
+    found += seenWord(age).text;
+    if (age > 0) {
+      found += u' ';
+    }
+  }
+  if (const auto differs = difference(found, static_cast<int>(*words))) {
+    consider(pageIndex, *differs, found);
+  }
+}
+
+/// How many of the last words together are the search text but for case and punctuation; read
+/// backwards, since nearly every word already fails as the text's end.
+std::optional<std::size_t> NearMisses::wordsOfSearchText() const {
+  if (searchKey_.isEmpty() || seenWord(0).key.isEmpty()) {
+    return std::nullopt;
+  }
+  QStringView rest = searchKey_;
+  const std::size_t reach = std::min(seen_, window_.size());
+  for (std::size_t age = 0; age < reach; ++age) {
+    const QString& key = seenWord(age).key;
+    if (!rest.endsWith(key)) {
+      return std::nullopt;
+    }
+    rest.chop(key.size());
+    if (rest.isEmpty()) {
+      return age + 1;
+    }
+  }
+  return std::nullopt;
+}
+
+/// None when the words are the text itself, at a place that is right or not asked for.
+std::optional<NearMiss::Difference> NearMisses::difference(const QString& found, int words) const {
+  if (equalTexts(found, searchText_, sensitivity_)) {
+    const SeenWord& last = seenWord(0);
+    if (!position_ || position_->holds(last.h, last.v, last.text.size())) {
+      return std::nullopt;
+    }
+    return NearMiss::Difference::Position;
+  }
+  if (equalTexts(found, searchText_.simplified(), sensitivity_)) {
+    return NearMiss::Difference::Blanks;
+  }
+  if (words != searchWords_) {
+    return NearMiss::Difference::Division;
+  }
+  if (found.compare(searchText_, Qt::CaseInsensitive) == 0) {
+    return NearMiss::Difference::LetterCase;
+  }
+  return NearMiss::Difference::Punctuation;
+}
+
+void NearMisses::consider(int pageIndex, NearMiss::Difference difference, const QString& found) {
+  const SeenWord& last = seenWord(0);
+  NearMiss miss;
+  miss.difference = difference;
+  miss.elsewhere = position_ && !position_->holds(last.h, last.v, last.text.size());
+  if (searchText_.isEmpty() && !miss.elsewhere) {
+    return;
+  }
+  miss.text = found;
+  miss.page = pageIndex + 1;
+  miss.h = last.h;
+  miss.v = last.v;
+  miss.distance = miss.elsewhere ? position_->distance(last.h, last.v) : 0;
+  keep(miss);
+}
+
+void NearMisses::keep(const NearMiss& miss) {
+  const auto same = std::find_if(kept_.begin(), kept_.end(),
+                                 [&](const NearMiss& other) { return isSameFinding(miss, other); });
+  if (same != kept_.end()) {
+    ++same->count;
+    return;
+  }
+  if (kept_.size() < capacity) {
+    kept_.push_back(miss);
+    return;
+  }
+  const auto farther = [](const NearMiss& a, const NearMiss& b) { return rankOf(a) < rankOf(b); };
+  const auto worst = std::max_element(kept_.begin(), kept_.end(), farther);
+  if (rankOf(miss) < rankOf(*worst)) {
+    *worst = miss;
+  }
+}
+
+std::vector<NearMiss> NearMisses::best(std::size_t atMost) const {
+  std::vector<NearMiss> found = kept_;
+  std::stable_sort(found.begin(), found.end(), [](const NearMiss& a, const NearMiss& b) {
+    return std::tuple(rankOf(a), -a.count, a.page) < std::tuple(rankOf(b), -b.count, b.page);
+  });
+  found.resize(std::min(found.size(), atMost));
+  return found;
+}
+
+QStringList NearMisses::sentences(std::size_t atMost) const {
+  QStringList lines;
+  for (const NearMiss& miss : best(atMost)) {
+    lines.append(miss.sentence());
+  }
+  return lines;
+}
+
+} // namespace folivex
