@@ -20,7 +20,7 @@ namespace {
 
 constexpr int tickMilliseconds = 100;
 constexpr int graceMilliseconds = 5000;
-constexpr qsizetype keptOutput = 64 * 1024;
+constexpr qsizetype keptOutput = 65536;
 
 volatile std::sig_atomic_t stopAsked = 0;
 

@@ -40,7 +40,7 @@ QStringList installedLanguages(const QString& workFolder) {
 } // namespace
 
 QString ocrLanguages(const QString& workFolder) {
-  const QString wanted = qEnvironmentVariable("FOLIVEX_OCR_LANGUAGE").trimmed();
+  QString wanted = qEnvironmentVariable("FOLIVEX_OCR_LANGUAGE").trimmed();
   if (!wanted.isEmpty()) {
     return wanted;
   }

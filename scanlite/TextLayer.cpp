@@ -140,7 +140,7 @@ ScanOutcome addTextLayer(const QString& source, const QString& copy) {
   ChildRun run = runOcr(sourceFile.absoluteFilePath(), made, languages, work.path());
   if (run.end == ChildEnd::Exited && run.exitCode == OcrEncrypted) {
     const QString opened = work.filePath(QStringLiteral("opened.pdf"));
-    const ScanOutcome outcome = decrypt(sourceFile.absoluteFilePath(), opened, work.path());
+    ScanOutcome outcome = decrypt(sourceFile.absoluteFilePath(), opened, work.path());
     if (outcome.result != ScanResult::Done) {
       return outcome;
     }

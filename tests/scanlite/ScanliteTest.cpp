@@ -58,7 +58,7 @@ protected:
   QString path(const QString& name) const { return folder.filePath(name); }
 
   QString makeScan(int pages) const {
-    const QString scan = path(QStringLiteral("scan.pdf"));
+    QString scan = path(QStringLiteral("scan.pdf"));
     const Ended made = run(QStringLiteral("/usr/bin/python3"),
                            {QStringLiteral(FOLIVEX_SOURCE_DIR "/tests/scanlite/make_scan.py"),
                             QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), scan,
@@ -68,7 +68,7 @@ protected:
   }
 
   QString encrypted(const QString& source, const QString& userPassword) const {
-    const QString target = path(QStringLiteral("encrypted.pdf"));
+    QString target = path(QStringLiteral("encrypted.pdf"));
     const Ended made = run(QStringLiteral("qpdf"),
                            {QStringLiteral("--encrypt"), userPassword, QStringLiteral("owner"),
                             QStringLiteral("256"), QStringLiteral("--"), source, target});
