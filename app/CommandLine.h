@@ -38,7 +38,8 @@ struct CommandLine {
   bool version = false;
   /// Arguments behind the program's name. With none the program is used at its window.
   int argumentCount = 0;
-  /// Arguments that mean nothing here, as given; the program goes on without them.
+  /// Arguments that mean nothing here, and each "-f" without a path; the program goes on without
+  /// them. Worth telling: a shell that spells out "-f *.pdf" leaves all files but one in here.
   QStringList ignored;
   /// Why nothing may be done, empty when all is well. Then there are no actions.
   QString error;

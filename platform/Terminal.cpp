@@ -31,12 +31,15 @@ QByteArray terminalText(const QString& text) {
   return shown.toUtf8();
 }
 
-bool canShowWindows() {
+bool hasDisplay() {
 #if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
   return true;
 #else
-  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+  if (!chosen.isEmpty()) {
+    return !chosen.startsWith("offscreen") && !chosen.startsWith("minimal");
+  }
+  return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 #endif
 }
 

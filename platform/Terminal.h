@@ -15,7 +15,7 @@ bool isTerminal(std::FILE* stream);
 /// characters, which a terminal would obey. Line ends and tabs stay.
 QByteArray terminalText(const QString& text);
 
-/// True when windows can be shown: a display is there, or a Qt platform was chosen on purpose.
-bool canShowWindows();
+/// True when a person can see a window: a display is there, and Qt was not told to draw elsewhere.
+bool hasDisplay();
 
 } // namespace folivex::platform

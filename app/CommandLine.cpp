@@ -1,0 +1,238 @@
+#include "app/CommandLine.h"
+
+#include "platform/Paths.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace folivex {
+
+namespace {
+
+constexpr QLatin1Char quote('"');
+constexpr QLatin1Char blank(' ');
+/// Stands for a quote that is part of a name, while the line is one text. Unicode promises that it
+/// is no character.
+constexpr QChar literalQuote(0xFDD0);
+
+struct Quoting {
+  bool balanced = true;
+  bool hasOpenBlank = false; ///< a blank outside quotes
+};
+
+Quoting quotingOf(QStringView text) {
+  Quoting quoting;
+  for (const QChar c : text) {
+    if (c == quote) {
+      quoting.balanced = !quoting.balanced;
+    } else if (c == blank && quoting.balanced) {
+      quoting.hasOpenBlank = true;
+    }
+  }
+  return quoting;
+}
+
+bool isOption(QStringView argument) {
+  return argument.size() >= 2 && argument[0] == QLatin1Char('-');
+}
+
+/// An argument as it must stand on the line so that splitting gives it back whole. Quotes that do
+/// their work already are left alone; any other is part of the name.
+QString lineForm(const QString& argument) {
+  const Quoting quoting = quotingOf(argument);
+  if (argument.isEmpty()) {
+    return QStringLiteral("\"\"");
+  }
+  if (quoting.balanced && !quoting.hasOpenBlank) {
+    return argument;
+  }
+  QString text = argument;
+  text.replace(quote, literalQuote);
+  if (!text.contains(blank)) {
+    return text;
+  }
+  // The option letter stays outside, else the argument would begin with the quote.
+  const qsizetype start = isOption(text) ? 2 : 0;
+  return text.left(start) + quote + text.mid(start) + quote;
+}
+
+QString withoutQuotes(QString text) {
+  text.remove(quote);
+  return text.replace(literalQuote, quote);
+}
+
+/// A blank at the end of a path is no part of it.
+QString pathValue(const QString& text) {
+  return platform::withoutTrailingBlanks(withoutQuotes(text));
+}
+
+/// A password keeps the blank that ends its argument, and quotes but for a pair around all of it.
+QString passwordValue(const QString& text) {
+  const QString word = platform::withoutTrailingBlanks(text);
+  QString value = text;
+  if (word.size() >= 2 && word.startsWith(quote) && word.endsWith(quote)) {
+    value = word.sliced(1, word.size() - 2) + text.sliced(word.size());
+  }
+  return value.replace(literalQuote, quote);
+}
+
+using Kind = CommandAction::Kind;
+
+void addPassword(CommandLine& line, const QString& text) {
+  line.actions.push_back({Kind::SetPassword, passwordValue(text)});
+}
+
+void addSetup(CommandLine& line, const QString& text) {
+  line.actions.push_back({Kind::SetSetupPath, pathValue(text)});
+}
+
+void addSource(CommandLine& line, const QString& text) {
+  const QString path = pathValue(text);
+  if (path.isEmpty()) {
+    line.ignored += QStringLiteral("-f");
+    return;
+  }
+  const bool folder = path.contains(QLatin1Char('*'));
+  line.actions.push_back({folder ? Kind::ProcessFolder : Kind::ProcessFile, path});
+}
+
+/// Options that take a value: behind the letter, or as the next argument.
+struct ValueOption {
+  char letter;
+  void (*add)(CommandLine&, const QString&);
+};
+constexpr std::array<ValueOption, 3> valueOptions = {
+    {{'f', addSource}, {'p', addPassword}, {'u', addSetup}}};
+
+struct WordOption {
+  QLatin1StringView word;
+  void (*set)(CommandLine&);
+};
+constexpr std::array<WordOption, 4> wordOptions = {{
+    {QLatin1StringView("--help"), [](CommandLine& line) { line.help = true; }},
+    {QLatin1StringView("--version"), [](CommandLine& line) { line.version = true; }},
+    {QLatin1StringView("--plan"), [](CommandLine& line) { line.plan = PlanOutput::Table; }},
+    {QLatin1StringView("--plan=csv"), [](CommandLine& line) { line.plan = PlanOutput::Csv; }},
+}};
+
+const ValueOption* valueOptionOf(QStringView argument) {
+  if (!isOption(argument)) {
+    return nullptr;
+  }
+  const auto* const found =
+      std::find_if(valueOptions.begin(), valueOptions.end(), [&](const ValueOption& option) {
+        return argument[1] == QLatin1Char(option.letter);
+      });
+  return found == valueOptions.end() ? nullptr : found;
+}
+
+/// Walks the arguments of one line behind the program's own path.
+class Walk {
+public:
+  Walk(CommandLine& line, const QStringList& arguments) : m_line(line), m_arguments(arguments) {}
+
+  void run() {
+    for (m_index = 1; m_index < m_arguments.size(); ++m_index) {
+      take(m_arguments[m_index]);
+    }
+    if (m_close) {
+      m_line.actions.push_back({Kind::Close, {}});
+    }
+  }
+
+private:
+  void take(const QString& argument) {
+    const QString word = platform::withoutTrailingBlanks(argument);
+    if (const ValueOption* const option = valueOptionOf(argument)) {
+      // Written apart from its letter, the value is the next argument whatever that begins with.
+      const bool apart = word.size() == 2 && m_index + 1 < m_arguments.size();
+      option->add(m_line, apart ? m_arguments[++m_index] : argument.mid(2));
+    } else if (word.startsWith(QLatin1String("-c"))) {
+      m_close = true;
+    } else if (!takeWord(word) && !word.isEmpty()) {
+      m_line.ignored += withoutQuotes(word);
+    }
+  }
+
+  bool takeWord(const QString& word) {
+    const auto* const found =
+        std::find_if(wordOptions.begin(), wordOptions.end(),
+                     [&](const WordOption& option) { return option.word == word; });
+    if (found == wordOptions.end()) {
+      return false;
+    }
+    found->set(m_line);
+    return true;
+  }
+
+  CommandLine& m_line;
+  const QStringList& m_arguments;
+  qsizetype m_index = 0;
+  bool m_close = false;
+};
+
+/// What is too much for the argument table, empty when all fits. The program's own path does not
+/// count: it names nothing that is opened.
+QString capacityError(const QStringList& arguments, int& code) {
+  code = -1;
+  if (arguments.size() > CommandLine::maxArguments) {
+    return QStringLiteral("There are more than %1 arguments.").arg(CommandLine::maxArguments);
+  }
+  for (qsizetype i = 1; i < arguments.size(); ++i) {
+    const QString text = withoutQuotes(platform::withoutTrailingBlanks(arguments[i]));
+    if (text.size() > CommandLine::maxArgument) {
+      const QString option = QStringView(arguments[i - 1]).trimmed().toString();
+      const bool isSetup = text.startsWith(QLatin1String("-u")) || option == QLatin1String("-u");
+      const bool isPassword = text.startsWith(QLatin1String("-p")) || option == QLatin1String("-p");
+      code = isSetup ? -2 : -1;
+      return QStringLiteral("Argument %1 is longer than %2 characters%3")
+          .arg(QString::number(i), QString::number(CommandLine::maxArgument),
+               isPassword ? QStringLiteral(".") : QStringLiteral(": ") + text);
+    }
+  }
+  return {};
+}
+
+} // namespace
+
+QString rebuildCommandLine(const QStringList& arguments) {
+  QStringList parts;
+  parts.reserve(arguments.size());
+  std::transform(arguments.begin(), arguments.end(), std::back_inserter(parts), lineForm);
+  return parts.join(blank);
+}
+
+QStringList splitCommandLine(QStringView line) {
+  QStringList arguments;
+  QString argument;
+  bool quoting = false;
+  for (const QChar c : line) {
+    argument += c;
+    if (c == quote) {
+      quoting = !quoting;
+    } else if (c == blank && !quoting) {
+      arguments += argument;
+      argument.clear();
+    }
+  }
+  arguments += argument;
+  return arguments;
+}
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+  CommandLine line;
+  if (arguments.size() < 2) {
+    return line;
+  }
+  const QStringList table = splitCommandLine(rebuildCommandLine(arguments));
+  line.argumentCount = static_cast<int>(table.size()) - 1;
+  line.error = capacityError(table, line.errorCode);
+  if (line.error.isEmpty()) {
+    line.errorCode = 0;
+    Walk(line, table).run();
+  }
+  return line;
+}
+
+} // namespace folivex

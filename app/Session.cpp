@@ -1,0 +1,215 @@
+#include "app/Session.h"
+
+#include "platform/Paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace folivex {
+
+namespace {
+
+QString missingLibrary(const QString& name) {
+  return QStringLiteral("Error initilizing, dll missing or unable to load %1.dll").arg(name);
+}
+
+bool opensForReading(const QString& path) {
+  return QFile(platform::withoutTrailingBlanks(path)).open(QIODevice::ReadOnly);
+}
+
+/// Of a run that was told to stop: not all of its work is done.
+constexpr int stoppedExitCode = 1;
+
+/// Failures after which an unattended program does not go on to its next file.
+bool endsProgram(RunError error) {
+  switch (error) {
+  case RunError::TextReport:
+  case RunError::CsvReport:
+  case RunError::SetupFile:
+  case RunError::Append:
+    return true;
+  default:
+    return false;
+  }
+}
+
+/// The PDFs that a path with "*" means, by name.
+QStringList filesOfPattern(const QString& pattern) {
+  const QDir folder(platform::folderOf(pattern).isEmpty() ? QStringLiteral(".")
+                                                          : platform::folderOf(pattern));
+  QStringList paths;
+  const QStringList names =
+      folder.entryList({platform::fileTitle(pattern)}, QDir::Files, QDir::Name);
+  for (const QString& name : names) {
+    if (name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"))) {
+      paths += folder.filePath(name);
+    }
+  }
+  return paths;
+}
+
+} // namespace
+
+Session::Session(Operator& person) : m_person(person) {}
+
+Session::~Session() = default;
+
+QString Session::loadLibraries() {
+  m_text = std::make_unique<CPDFTextDumpInit>();
+  if (!m_text->loaded) {
+    m_person.note(m_text->error + QStringLiteral(" (%1)").arg(m_text->errorDetail));
+    return missingLibrary(QStringLiteral("GlyphrunU"));
+  }
+  m_split = std::make_unique<CSplitPdfInit>();
+  if (!m_split->loaded) {
+    m_person.note(m_split->error + QStringLiteral(" (%1)").arg(m_split->errorDetail));
+    return missingLibrary(QStringLiteral("CleftorU"));
+  }
+  m_append = std::make_unique<CAppendPdfInit>();
+  if (!m_append->loaded) {
+    m_person.note(m_append->error + QStringLiteral(" (%1)").arg(m_append->errorDetail));
+    return missingLibrary(QStringLiteral("MelderU"));
+  }
+  m_driver = std::make_unique<JobDriver>(
+      m_store, JobDriver::Libraries{*m_text, *m_split, *m_append}, m_person);
+  return {};
+}
+
+void Session::report(const SetupResult& result) {
+  if (!result.message.isEmpty()) {
+    if (m_store.automation()) {
+      m_person.note(result.message);
+    } else {
+      m_person.message(result.message);
+    }
+  }
+  if (!result.note.isEmpty()) {
+    m_person.note(result.note);
+  }
+}
+
+void Session::loadDefaultSetup() {
+  const QString path = m_store.DefaultSetupPath();
+  report(m_store.LoadSetup(path, LoadMode::AutomationCheck));
+  report(m_store.LoadSetup(path));
+  m_driver->setAutomation(m_store.automation());
+}
+
+Session::Ended Session::handleCommandLine(const CommandLine& line) {
+  m_driver->setCommandLine(true);
+  m_setupPath.clear();
+  m_password.reset();
+  m_exitCode = 0;
+  if (!line.error.isEmpty()) {
+    m_person.note(line.error);
+    return {true, line.errorCode};
+  }
+  for (const CommandAction& action : line.actions) {
+    if (const std::optional<int> code = perform(action)) {
+      return {true, *code};
+    }
+  }
+  m_driver->setCommandLine(false);
+  return {false, m_exitCode};
+}
+
+std::optional<int> Session::perform(const CommandAction& action) {
+  switch (action.kind) {
+  case CommandAction::Kind::SetPassword:
+    m_password = action.value;
+    m_store.edited().pdfPassword = action.value;
+    break;
+  case CommandAction::Kind::SetSetupPath:
+    m_setupPath = action.value;
+    break;
+  case CommandAction::Kind::ProcessFile:
+    return processSource(action.value);
+  case CommandAction::Kind::ProcessFolder:
+    return processFolder(action.value);
+  case CommandAction::Kind::Close:
+    close();
+    return m_exitCode;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> Session::loadNamedSetup() {
+  if (m_setupPath.isEmpty()) {
+    return std::nullopt;
+  }
+  if (!opensForReading(m_setupPath)) {
+    m_person.note(QStringLiteral("%1: the setup file cannot be read").arg(m_setupPath));
+    return static_cast<int>(RunError::SetupMissing);
+  }
+  report(m_store.LoadSetup(m_setupPath));
+  if (m_password) {
+    // What the command line says stands above what the setup file says.
+    m_store.edited().pdfPassword = *m_password;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> Session::processSource(const QString& path) {
+  m_store.setAutomation(true);
+  m_driver->setAutomation(true);
+  if (!opensForReading(path)) {
+    m_person.note(QStringLiteral("%1: the file cannot be read").arg(path));
+    return static_cast<int>(RunError::SourceMissing);
+  }
+  if (const std::optional<int> code = loadNamedSetup()) {
+    return code;
+  }
+  return runOne(path);
+}
+
+std::optional<int> Session::runOne(const QString& path) {
+  m_store.edited().fileName = path;
+  const RunError error = m_driver->StartProcessing();
+  const int code = static_cast<int>(error);
+  if (endsProgram(error)) {
+    return code;
+  }
+  if (m_driver->state().userStop) {
+    return stoppedExitCode;
+  }
+  if (m_exitCode == 0) {
+    m_exitCode = code;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> Session::processFolder(const QString& pattern) {
+  m_store.setAutomation(true);
+  m_driver->setAutomation(true);
+  const QString folder = platform::folderOf(pattern);
+  if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
+    m_person.note(QStringLiteral("%1: there is no such folder").arg(folder));
+    return static_cast<int>(RunError::SourceMissing);
+  }
+  if (const std::optional<int> code = loadNamedSetup()) {
+    return code;
+  }
+  const QStringList files = filesOfPattern(pattern);
+  if (files.isEmpty()) {
+    m_person.note(QStringLiteral("%1: no PDF is there").arg(pattern));
+  }
+  for (const QString& file : files) {
+    if (const std::optional<int> code = runOne(file)) {
+      return code;
+    }
+  }
+  return std::nullopt;
+}
+
+void Session::close() {
+  const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
+  if (!saved.ok()) {
+    m_person.note(saved.message);
+    if (m_exitCode == 0) {
+      m_exitCode = saved.exitCode();
+    }
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,64 @@
+// Session: one start of the program without its window.
+#pragma once
+
+#include "app/CommandLine.h"
+#include "engine/job/JobDriver.h"
+#include "engine/output/CAppendPdfInit.h"
+#include "engine/output/CSplitPdfInit.h"
+#include "engine/setup/SetupStore.h"
+#include "engine/words/CPDFTextDumpInit.h"
+
+#include <memory>
+#include <optional>
+
+namespace folivex {
+
+/// Owns what lives as long as the program: the libraries, the setup and the driver. A window or a
+/// terminal is its Operator.
+class Session {
+public:
+  explicit Session(Operator& person);
+  ~Session();
+
+  /// Loads the three libraries in their order. Empty, or the message for the first that did not
+  /// load; then nothing else may be called.
+  QString loadLibraries();
+
+  /// Loads the default setup file, which is made from the installed example when it is missing.
+  void loadDefaultSetup();
+
+  /// Does what the arguments ask for. The program ends with the result when `mustEnd` is set, by
+  /// "-c" or by a failure; else its window stays.
+  struct Ended {
+    bool mustEnd = false;
+    int exitCode = 0;
+  };
+  Ended handleCommandLine(const CommandLine& line);
+
+  /// The close command: saves the settings to the default setup file.
+  void close();
+
+  SetupStore& store() { return m_store; }
+  JobDriver& driver() { return *m_driver; }
+  bool isReady() const { return m_driver != nullptr; }
+
+private:
+  std::optional<int> perform(const CommandAction& action);
+  std::optional<int> processSource(const QString& path);
+  std::optional<int> processFolder(const QString& pattern);
+  std::optional<int> loadNamedSetup();
+  std::optional<int> runOne(const QString& path);
+  void report(const SetupResult& result);
+
+  Operator& m_person;
+  SetupStore m_store;
+  std::unique_ptr<CPDFTextDumpInit> m_text;
+  std::unique_ptr<CSplitPdfInit> m_split;
+  std::unique_ptr<CAppendPdfInit> m_append;
+  std::unique_ptr<JobDriver> m_driver;
+  QString m_setupPath;
+  std::optional<QString> m_password;
+  int m_exitCode = 0;
+};
+
+} // namespace folivex

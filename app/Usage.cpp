@@ -1,0 +1,35 @@
+#include "app/Usage.h"
+
+namespace folivex {
+
+QString usageText() {
+  return QStringLiteral(
+      "Folivex splits a PDF into one PDF for each document in it, by the words on its pages.\n"
+      "\n"
+      "  folivex                          opens the window\n"
+      "  folivex -uSETUP -fPDF -c         splits PDF as SETUP says, and ends\n"
+      "\n"
+      "Options are taken in order; \"-u\" and \"-p\" count for the \"-f\" behind them.\n"
+      "  -uSETUP     setup file (.fxs); without it the settings of the last run\n"
+      "  -pPASSWORD  password that opens the PDF\n"
+      "  -fPDF       split this PDF; with \"*\" in it, every PDF of the folder that it matches\n"
+      "  -c          close the program when all is done\n"
+      "  --help      this text\n"
+      "  --version   the program's version\n"
+      "\n"
+      "Without a display nothing waits for a person: messages go to standard error.\n"
+      "\n"
+      "Exit codes (a shell shows the low 8 bits: -1 is 255):\n"
+      "    0  all went well         -4  CSV report not writable\n"
+      "   -1  source missing        -5  default setup file not writable\n"
+      "   -2  setup file missing    -6  settings that exclude each other\n"
+      "   -3  text report not      -11  an append failed\n"
+      "       writable             -12  source unreadable or protected\n"
+      "    1  stopped              -13  an output could not be written\n");
+}
+
+QString versionText() {
+  return QStringLiteral("Folivex %1\n").arg(QStringLiteral(FOLIVEX_VERSION));
+}
+
+} // namespace folivex

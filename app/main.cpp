@@ -1,0 +1,67 @@
+#include "app/CommandLine.h"
+#include "app/MainWindow.h"
+#include "app/Session.h"
+#include "app/TerminalOperator.h"
+#include "app/Usage.h"
+#include "platform/Terminal.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+using namespace folivex;
+
+constexpr int cannotStart = 1;
+
+int runUnattended(int& argc, char** argv, const CommandLine& line) {
+  const QCoreApplication application(argc, argv);
+  Session* running = nullptr;
+  TerminalOperator person([&running] { running->driver().Stop(); });
+  Session session(person);
+  if (const QString missing = session.loadLibraries(); !missing.isEmpty()) {
+    person.message(missing);
+    return cannotStart;
+  }
+  running = &session;
+  catchInterrupts();
+  session.loadDefaultSetup();
+  const Session::Ended ended = session.handleCommandLine(line);
+  person.clearProgress();
+  return ended.exitCode;
+}
+
+int runWindow(int& argc, char** argv, const CommandLine& line) {
+  const QApplication application(argc, argv);
+  MainWindow window;
+  window.show();
+  QTimer::singleShot(0, &window, [&] { window.start(line); });
+  return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  QStringList arguments;
+  for (int i = 0; i < argc; ++i) {
+    arguments += QString::fromLocal8Bit(argv[i]);
+  }
+  const CommandLine line = parseCommandLine(arguments);
+  if (line.help || line.version) {
+    const QString text = line.help ? usageText() : versionText();
+    std::fputs(text.toLocal8Bit().constData(), stdout);
+    return 0;
+  }
+  if (platform::hasDisplay() ||
+      (line.argumentCount == 0 && qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))) {
+    return runWindow(argc, argv, line);
+  }
+  if (line.argumentCount == 0) {
+    std::fputs("Folivex needs a display for its window; for work without one see --help.\n",
+               stderr);
+    return cannotStart;
+  }
+  return runUnattended(argc, argv, line);
+}
