@@ -3,6 +3,7 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 namespace folivex {
 
@@ -11,15 +12,13 @@ struct SplitSetup;
 /// Capacities of the texts that a name is made of, in UTF-16 units. Longer text is cut, never in
 /// the middle of a surrogate pair.
 namespace nameCapacity {
+inline constexpr qsizetype foundText = 16'384; ///< of any text before it is cleaned
 inline constexpr qsizetype matchText = 255;
 inline constexpr qsizetype restOfLine = 1024;
 inline constexpr qsizetype affix = 256;
 inline constexpr qsizetype removeChars = 256;
 inline constexpr qsizetype filter = 256;
 } // namespace nameCapacity
-
-/// Cuts a text at a number of UTF-16 units, one less where that would halve a surrogate pair.
-void cutAt(QString& text, qsizetype length);
 
 /// Cleans found text by a setup: takes out the texts to remove, the characters that no name may
 /// hold, and what stands behind the place where the extract filter cuts.
@@ -28,7 +27,7 @@ public:
   explicit NameCleaner(const SplitSetup& setup);
 
   /// The matched text of a range, at most 255 characters.
-  QString matchText(QString text) const;
+  QString matchText(const QString& text) const;
 
   /// The rest of a line, at most 1024 characters.
   QString restOfLine(const QString& text) const;
@@ -40,15 +39,15 @@ public:
 private:
   enum class Filter { None, Word, FirstDigit, FirstDigitFrom, Length };
 
+  void readFilter(const QString& text);
   QString cleaned(const QString& text, qsizetype capacity) const;
-  bool allowed(char32_t character) const;
-  qsizetype cutPosition(const QString& text) const;
+  qsizetype filterPosition(const QString& text) const;
 
   QStringList m_removeTexts;
   QSet<char32_t> m_removeCharacters;
   Filter m_filter = Filter::None;
   QString m_filterText;
-  qsizetype m_filterNumber = 0;
+  int m_filterNumber = 0;
 };
 
 } // namespace folivex

@@ -7,6 +7,7 @@
 #include "engine/naming/NameClock.h"
 #include "engine/naming/NameList.h"
 #include "engine/naming/NameTemplate.h"
+#include "engine/naming/OutputPath.h"
 #include "engine/naming/PageWords.h"
 #include "engine/plan/SplitRange.h"
 #include "engine/setup/SplitSetup.h"
@@ -50,16 +51,12 @@ public:
   /// Name of a range as planned: the pages that the setup takes off its front are still in it.
   NamedOutput name(const SplitRange& range, NamePurpose purpose);
 
-private:
-  struct Body {
-    QString text;
-    bool mayBeCut = true; ///< a number tells outputs apart only when it is whole
-  };
+  /// The rest of a line as it comes into a name.
+  QString cleanRestOfLine(const QString& text) const { return m_cleaner.restOfLine(text); }
 
+private:
   NameTokenValues tokenValues(const SplitRange& range, const QString& matchText) const;
-  Body body(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
-  QString pathOf(const NameTemplate& prefix, const NameTemplate& postfix,
-                 const NameTokenValues& values, const Body& body) const;
+  OutputPath::Body body(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
 
   FileNameMethod m_method;
   NameCleaner m_cleaner;

@@ -92,7 +92,7 @@ private:
   bool isTaken(const QString& path);
   QString unusedPath(const QString& path);
   QString unprotectedPath(const QString& path);
-  void blankReplaced();
+  std::vector<bool> replacedAmong(const std::vector<ReservedOutput>& entries) const;
 
   WhenTaken m_whenTaken;
   OutputPlaces& m_places;

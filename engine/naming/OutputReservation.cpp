@@ -1,0 +1,125 @@
+#include "engine/naming/OutputReservation.h"
+
+#include "platform/Paths.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+constexpr qsizetype endingLength = 4; // ".pdf"
+constexpr int firstPart = 2;          // the file without a number is the first
+
+QString partPath(const QString& path, int part) {
+  return path.chopped(endingLength) +
+         QStringLiteral("_part%1.pdf").arg(part, 3, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+DiskOutputPlaces::DiskOutputPlaces(const QStringList& protectedFiles)
+    : m_protected(protectedFiles) {}
+
+bool DiskOutputPlaces::exists(const QString& path) {
+  const QFileInfo info(path);
+  return info.exists() || info.isSymLink();
+}
+
+bool DiskOutputPlaces::isProtected(const QString& path) {
+  return std::any_of(m_protected.begin(), m_protected.end(),
+                     [&path](const QString& file) { return platform::isSameFile(file, path); });
+}
+
+void DiskOutputPlaces::remove(const QString& path) {
+  QFile::remove(path);
+}
+
+OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,
+                                     FileSystemRules rules)
+    : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
+
+QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage) {
+  if (!m_whenTaken.overwrite && !m_whenTaken.append) {
+    const QString unused = unusedPath(path);
+    m_promised.insert(m_rules.comparable(unused));
+    m_list.output({unused, firstPage, lastPage});
+    return unused;
+  }
+  const QString target = unprotectedPath(path);
+  if (!m_whenTaken.overwrite) {
+    m_list.output({target, firstPage, lastPage});
+    return target;
+  }
+  if (!m_whenTaken.append && m_places.exists(target)) {
+    m_places.remove(target);
+  }
+  m_pending.push_back({target, firstPage, lastPage});
+  if (m_pending.size() >= pendingLimit) {
+    flush();
+  }
+  return target;
+}
+
+bool OutputReservation::isTaken(const QString& path) {
+  return m_promised.contains(m_rules.comparable(path)) || m_places.exists(path);
+}
+
+QString OutputReservation::unusedPath(const QString& path) {
+  if (!isTaken(path)) {
+    return path;
+  }
+  // Numbers below the last one were taken when they were looked at, and stay taken.
+  const QString plain = m_rules.comparable(path);
+  int last = m_lastParts.value(plain, firstPart - 1);
+  QString candidate;
+  do {
+    candidate = partPath(path, ++last);
+  } while (isTaken(candidate));
+  m_lastParts.insert(plain, last);
+  return candidate;
+}
+
+QString OutputReservation::unprotectedPath(const QString& path) {
+  QString candidate = path;
+  for (int part = firstPart; m_places.exists(candidate) && m_places.isProtected(candidate);
+       ++part) {
+    candidate = partPath(path, part);
+  }
+  return candidate;
+}
+
+void OutputReservation::flush() {
+  const std::vector<ReservedOutput> entries = std::exchange(m_pending, {});
+  const std::vector<bool> replaced = replacedAmong(entries);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (replaced[i]) {
+      m_list.replaced(entries[i]);
+      m_list.output({QString(), -1, entries[i].lastPage});
+    } else {
+      m_list.output(entries[i]);
+    }
+  }
+}
+
+std::vector<bool>
+OutputReservation::replacedAmong(const std::vector<ReservedOutput>& entries) const {
+  std::vector<bool> replaced(entries.size(), false);
+  if (m_whenTaken.append) {
+    return replaced;
+  }
+  QSet<QString> later;
+  later.reserve(static_cast<qsizetype>(entries.size()));
+  for (std::size_t i = entries.size(); i-- > 0;) {
+    const QString path = m_rules.comparable(entries[i].path);
+    replaced[i] = later.contains(path);
+    later.insert(path);
+  }
+  return replaced;
+}
+
+} // namespace folivex
