@@ -85,7 +85,9 @@ class Booking:
 
 def bookings_of(customer):
     dice = Dice(customer.account)
-    rows = ROWS_FIRST - 6 if customer.pages == 1 else ROWS_FIRST + ROWS_NEXT * (customer.pages - 2) + 12 + dice.below(15)
+    rows = ROWS_FIRST - 6
+    if customer.pages > 1:
+        rows = ROWS_FIRST + ROWS_NEXT * (customer.pages - 2) + 12 + dice.below(15)
     made = []
     for index in range(rows):
         day_of_year = index * 90 // rows
@@ -167,9 +169,10 @@ class Statement:
         self.canvas.setFillColor(ACCENT)
         self.canvas.rect(LEFT - 6, HEIGHT - top - 5, RIGHT - LEFT + 12, 18, stroke=0, fill=1)
         white = HexColor("#ffffff")
-        for x, title, align in [(LEFT, "Date", "left"), (LEFT + 72, "Reference", "left"), (LEFT + 146, "Subject", "left"),
-                                (RIGHT - 92, "Amount", "right"), (RIGHT, "Balance", "right")]:
-            self.text(x, top, title, 8, "Sans-Bold", white, align)
+        for x, title in [(LEFT, "Date"), (LEFT + 72, "Reference"), (LEFT + 146, "Subject")]:
+            self.text(x, top, title, 8, "Sans-Bold", white)
+        for x, title in [(RIGHT - 92, "Amount"), (RIGHT, "Balance")]:
+            self.text(x, top, title, 8, "Sans-Bold", white, "right")
         return top + 19
 
     def table(self, top, rows):
@@ -221,8 +224,8 @@ class Statement:
 
 def main():
     target = Path(sys.argv[1]) if len(sys.argv) > 1 else Path(__file__).with_name("statements.pdf")
-    for name, file in [("Sans", "DejaVuSans.ttf"), ("Sans-Bold", "DejaVuSans-Bold.ttf"), ("Serif-Bold", "DejaVuSerif-Bold.ttf")]:
-        pdfmetrics.registerFont(TTFont(name, FONTS / file))
+    for name in ("Sans", "Sans-Bold", "Serif-Bold"):
+        pdfmetrics.registerFont(TTFont(name, FONTS / f"DejaVu{name}.ttf"))
     rl_config.useA85 = 0
     canvas = Canvas(str(target), pagesize=A4, invariant=1, pageCompression=1)
     canvas.setTitle("Statements of account, first quarter 2026")
