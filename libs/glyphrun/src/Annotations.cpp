@@ -1,0 +1,109 @@
+#include "Annotations.h"
+
+#include <algorithm>
+
+namespace glyphrun {
+
+namespace {
+
+constexpr int mostAnnotations = 100'000;
+
+// Flags of PDF 32000-1, table 165.
+constexpr int flagHidden = 1 << 1;
+constexpr int flagNoView = 1 << 5;
+
+bool readNumbers(const PdfObject& array, int count, double* out) {
+  if (array.size() < count)
+    return false;
+  for (int i = 0; i < count; ++i)
+    out[i] = array.at(i).number();
+  return true;
+}
+
+/** The appearance for the screen in the annotation's present state, or nothing. */
+PdfObject appearanceOf(const PdfObject& annotation) {
+  const PdfObject normal = annotation.get("AP").get("N");
+  if (normal.isStream() || !normal.isDict())
+    return normal;
+  const PdfObject state = annotation.get("AS");
+  return state.isName() ? normal.get(state.name()) : PdfObject();
+}
+
+// PDF 32000-1, 12.5.5: the form's box, as its matrix turns it, is fitted into the rectangle.
+bool placeInRectangle(const PdfObject& annotation, const PdfObject& form, Matrix& matrix) {
+  double r[4];
+  double b[4];
+  double m[6] = {1, 0, 0, 1, 0, 0};
+  if (!readNumbers(annotation.get("Rect"), 4, r) || !readNumbers(form.get("BBox"), 4, b))
+    return false;
+  readNumbers(form.get("Matrix"), 6, m);
+  const Rect target{std::min(r[0], r[2]), std::min(r[1], r[3]), std::max(r[0], r[2]),
+                    std::max(r[1], r[3])};
+  const Rect box = Matrix{m[0], m[1], m[2], m[3], m[4], m[5]}.bounds(
+      {std::min(b[0], b[2]), std::min(b[1], b[3]), std::max(b[0], b[2]), std::max(b[1], b[3])});
+  const double width = box.right - box.left;
+  const double height = box.bottom - box.top;
+  const double sx = width > 0 ? (target.right - target.left) / width : 1;
+  const double sy = height > 0 ? (target.bottom - target.top) / height : 1;
+  matrix = {sx, 0, 0, sy, target.left - box.left * sx, target.top - box.top * sy};
+  return matrix.finite();
+}
+
+bool isShown(const PdfObject& annotation, LayerVisibility& layers) {
+  const int flags = annotation.get("F").integer();
+  return (flags & (flagHidden | flagNoView)) == 0 && !annotation.get("Subtype").isNamed("Popup") &&
+         !layers.hides(annotation.get("OC"));
+}
+
+bool hasValue(const PdfObject& field) {
+  constexpr int deepest = 32;
+  PdfObject at = field;
+  for (int i = 0; i < deepest && at; ++i, at = at.get("Parent"))
+    if (at.get("V"))
+      return true;
+  return false;
+}
+
+// A field that was filled without drawing its appearance shows it all the same: readers draw it.
+void drawMissingAppearances(PdfFile& file, std::int32_t index) {
+  if (file.prepareForDrawing() != Result::Ok)
+    return;
+  fz_context* ctx = file.mu().raw();
+  pdf_page* page = nullptr;
+  file.mu().attempt([&] {
+    page = pdf_load_page(ctx, file.document(), index);
+    pdf_update_page(ctx, page);
+  });
+  if (page != nullptr)
+    fz_drop_page(ctx, &page->super);
+}
+
+} // namespace
+
+std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
+                                           LayerVisibility& layers) {
+  std::vector<Appearance> found;
+  const PdfObject page = file.page(index);
+  const PdfObject list = page.get("Annots");
+  const int count = std::min(list.size(), mostAnnotations);
+  const bool redraw = file.catalog().get("AcroForm").get("NeedAppearances").integer() != 0;
+  bool drawn = false;
+  for (int i = 0; i < count; ++i) {
+    const PdfObject annotation = list.at(i);
+    if (!annotation.isDict() || !isShown(annotation, layers))
+      continue;
+    PdfObject form = appearanceOf(annotation);
+    const bool filledField = annotation.get("Subtype").isNamed("Widget") && hasValue(annotation);
+    if (!drawn && filledField && (redraw || !annotation.get("AP"))) {
+      drawn = true;
+      drawMissingAppearances(file, index);
+      form = appearanceOf(annotation);
+    }
+    Matrix matrix;
+    if (form.isStream() && placeInRectangle(annotation, form, matrix))
+      found.push_back({form, matrix});
+  }
+  return found;
+}
+
+} // namespace glyphrun

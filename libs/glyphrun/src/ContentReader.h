@@ -1,0 +1,161 @@
+// Walks the operators of a page's content and feeds the glyphs that it shows to the word assembler.
+#pragma once
+
+#include "ContentLexer.h"
+#include "FontLoader.h"
+#include "Geometry.h"
+#include "PdfObject.h"
+#include "WordAssembler.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace glyphrun {
+
+/** What one page may cost. Counts, not seconds: the same file gives the same words everywhere. */
+struct PageLimits {
+  std::size_t operators = 20'000'000;
+  std::size_t glyphs = 1'000'000;
+  std::size_t contentBytes = std::size_t{256} << 20;
+  int formDepth = 28;
+};
+
+/** Layers of a document: which are hidden on the screen. */
+class LayerVisibility {
+public:
+  LayerVisibility(MuContext& mu, pdf_document* document) : mu_(mu), document_(document) {}
+  /** Of an optional-content group or membership dictionary. */
+  bool hides(const PdfObject& content);
+
+private:
+  MuContext& mu_;
+  pdf_document* document_;
+  std::unordered_map<int, bool> known_;
+};
+
+/** Contents of form XObjects that pages share, up to some megabytes. */
+class FormCache {
+public:
+  explicit FormCache(StreamReader& streams) : streams_(streams) {}
+
+  struct Form {
+    StreamData data;
+    bool textless = false; /**< showed no text when it was last drawn in full */
+  };
+  /** Null when the stream cannot be read. `limit` bounds what is read. */
+  std::shared_ptr<Form> find(const PdfObject& stream, std::size_t limit);
+
+private:
+  StreamReader& streams_;
+  std::unordered_map<int, std::shared_ptr<Form>> forms_;
+  std::size_t bytes_ = 0;
+};
+
+/** Reads the content of one page after the other. Only text, state, matrix and form operators
+ * matter. */
+class ContentReader {
+public:
+  ContentReader(MuContext& mu, StreamReader& streams, FontCache& fonts, LayerVisibility& layers,
+                WordAssembler& words);
+
+  void beginPage(const PageLimits& limits);
+  /** Runs a content stream in the coordinates given by `matrix` (content to shown page). */
+  void runContent(std::string_view content, const PdfObject& resources, const Matrix& matrix);
+  /** Draws a form XObject as an annotation's appearance. */
+  void runForm(const PdfObject& form, const PdfObject& resources, const Matrix& matrix);
+  /** Counts bytes of content against the page's limit; false when they are too many. */
+  bool spend(std::size_t bytes);
+  std::size_t bytesLeft() const { return bytesLeft_; }
+
+  /** True when a limit was reached or content could not be read in full. */
+  bool damaged() const { return damaged_; }
+  void setDamaged() { damaged_ = true; }
+
+private:
+  struct TextState {
+    Font* font = nullptr;
+    double size = 0;
+    double charSpace = 0;
+    double wordSpace = 0;
+    double scale = 1;
+    double leading = 0;
+    double rise = 0;
+  };
+  struct State {
+    Matrix matrix;
+    TextState text;
+  };
+  struct Frame {
+    PdfObject resources;
+    std::vector<std::pair<std::string, Font*>> fonts;
+    std::size_t statesBelow = 0;
+    std::size_t marksBelow = 0;
+  };
+  enum class Mark : std::uint8_t { Plain, Hidden, Replacement };
+
+  void execute(ContentLexer& lexer);
+  void handleOperator(std::uint32_t key, ContentLexer& lexer);
+  void readArray(ContentLexer& lexer);
+  void readDictionary(ContentLexer& lexer);
+
+  double number(std::size_t index) const;
+  std::string_view text(std::size_t index, TokenKind kind) const;
+
+  void save();
+  void restore();
+  void selectFont();
+  void applyGraphicsState();
+  void moveLine(double x, double y);
+  void showString(std::string_view bytes);
+  void showArray();
+  bool startRun();
+  template <bool OneByte> void showGlyphs(std::string_view bytes);
+  void showAdjustment(double thousandths);
+  void finishRun();
+  void drawXObject(std::string_view name);
+  void beginMarked(bool withProperties);
+  void endMarked();
+  bool hidden() const { return hiddenMarks_ > 0; }
+
+  MuContext& mu_;
+  FontCache& fonts_;
+  LayerVisibility& layers_;
+  WordAssembler& words_;
+  FormCache forms_;
+
+  State state_;
+  std::vector<State> states_;
+  std::size_t unsavedStates_ = 0;
+  Matrix textMatrix_;
+  Matrix lineMatrix_;
+  std::vector<Frame> frames_;
+  std::vector<int> openForms_;
+  std::vector<Mark> marks_;
+  std::size_t hiddenMarks_ = 0;
+
+  std::vector<Token> operands_;
+  std::vector<Token> array_;
+  bool hasActualText_ = false;
+  std::string_view actualText_;
+
+  // Of the run being shown.
+  double pen_ = 0;       /**< along the direction, from the run's origin */
+  double unit_ = 0;      /**< points along the direction for one unit of text space */
+  double textShift_ = 0; /**< the same pen in text space */
+  bool shown_ = false;
+  bool emits_ = false;
+
+  std::size_t operatorsLeft_ = 0;
+  std::size_t glyphsAllowed_ = 0;
+  std::size_t glyphsShown_ = 0;
+  std::size_t bytesLeft_ = 0;
+  std::size_t textOperators_ = 0;
+  int formDepth_ = 0;
+  bool damaged_ = false;
+  bool stopped_ = false;
+};
+
+} // namespace glyphrun

@@ -1,0 +1,169 @@
+#include "FontLoader.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+namespace glyphrun {
+
+namespace {
+
+constexpr std::size_t mostFonts = 512;
+constexpr int mostCids = 65536;
+
+} // namespace
+
+FontCache::FontCache(MuContext& mu, pdf_document* document, StreamReader& streams)
+    : mu_(mu), document_(document), streams_(streams) {}
+
+FontCache::~FontCache() {
+  for (auto& [number, entry] : numbered_)
+    drop(entry);
+  for (Entry& entry : unnumbered_)
+    drop(entry);
+}
+
+void FontCache::drop(Entry& entry) {
+  pdf_drop_obj(mu_.raw(), entry.dictionary);
+  entry.dictionary = nullptr;
+}
+
+Font* FontCache::find(const PdfObject& dictionary) {
+  if (!dictionary.isDict()) {
+    if (!substitute_)
+      substitute_ = FontLoader(mu_, streams_).makeSubstitute();
+    return substitute_.get();
+  }
+  const int number = dictionary.objectNumber();
+  if (number != 0) {
+    const auto known = numbered_.find(number);
+    if (known != numbered_.end()) {
+      known->second.font->usedOnPage = true;
+      return known->second.font.get();
+    }
+  } else {
+    for (const Entry& entry : unnumbered_)
+      if (entry.dictionary == dictionary.raw())
+        return entry.font.get();
+  }
+  return add(dictionary, FontLoader(mu_, streams_).load(dictionary));
+}
+
+Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
+  font->objectNumber = dictionary.objectNumber();
+  font->usedOnPage = true;
+  Font* result = font.get();
+  Entry& entry =
+      font->objectNumber != 0 ? numbered_[font->objectNumber] : unnumbered_.emplace_back();
+  entry.font = std::move(font);
+  entry.dictionary = pdf_keep_obj(mu_.raw(), dictionary.raw());
+  // Without widths only the program knows how far a code goes.
+  const bool widthless =
+      result->oneByte && result->mayAskProgram && !dictionary.get("Widths").isArray();
+  if (widthless)
+    askProgram(*result);
+  return result;
+}
+
+void FontCache::endPage() {
+  for (Entry& entry : unnumbered_)
+    drop(entry);
+  unnumbered_.clear();
+  const bool full = numbered_.size() > mostFonts;
+  for (auto it = numbered_.begin(); it != numbered_.end();) {
+    if (full && !it->second.font->usedOnPage) {
+      drop(it->second);
+      it = numbered_.erase(it);
+    } else {
+      it->second.font->usedOnPage = false;
+      ++it;
+    }
+  }
+}
+
+// The font as MuPDF loads it, without the parts that have been read already and that a hostile file
+// could make endless for MuPDF.
+pdf_font_desc* FontCache::loadWithMuPdf(pdf_obj* dictionary) {
+  fz_context* ctx = mu_.raw();
+  pdf_obj* copy = nullptr;
+  pdf_obj* descendant = nullptr;
+  pdf_font_desc* loaded = nullptr;
+  mu_.attempt([&] {
+    copy = pdf_copy_dict(ctx, dictionary);
+    pdf_dict_dels(ctx, copy, "ToUnicode");
+    pdf_obj* first = pdf_array_get(ctx, pdf_dict_gets(ctx, dictionary, "DescendantFonts"), 0);
+    if (pdf_is_dict(ctx, first)) {
+      descendant = pdf_copy_dict(ctx, first);
+      pdf_dict_dels(ctx, descendant, "W");
+      pdf_dict_dels(ctx, descendant, "W2");
+      pdf_obj* list = pdf_new_array(ctx, document_, 1);
+      pdf_dict_puts_drop(ctx, copy, "DescendantFonts", list);
+      pdf_array_push(ctx, list, descendant);
+    }
+    loaded = pdf_load_font(ctx, document_, nullptr, copy);
+  });
+  pdf_drop_obj(ctx, descendant);
+  pdf_drop_obj(ctx, copy);
+  return loaded;
+}
+
+void FontCache::askProgram(Font& font) {
+  font.mayAskProgram = false;
+  pdf_obj* dictionary = nullptr;
+  if (font.objectNumber != 0)
+    dictionary = numbered_[font.objectNumber].dictionary;
+  for (const Entry& entry : unnumbered_)
+    if (entry.font.get() == &font)
+      dictionary = entry.dictionary;
+  pdf_font_desc* program = dictionary == nullptr ? nullptr : loadWithMuPdf(dictionary);
+  if (program == nullptr)
+    return;
+  if (font.oneByte)
+    explainOneByte(font, *program);
+  else
+    explainCids(font, *program);
+  pdf_drop_font(mu_.raw(), program);
+}
+
+void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
+  bool widthless = true;
+  for (const CodeInfo& info : font.codes)
+    widthless = widthless && info.advance == 0;
+  for (std::size_t code = 0; code < font.codes.size(); ++code) {
+    CodeInfo& info = font.codes[code];
+    if ((info.traits & TraitUnknown) != 0 && code < program.cid_to_ucs_len) {
+      std::u16string text;
+      appendCodePoint(text, program.cid_to_ucs[code]);
+      font.setText(info, text);
+    }
+    if (widthless) {
+      const pdf_hmtx metrics =
+          pdf_lookup_hmtx(mu_.raw(), const_cast<pdf_font_desc*>(&program), static_cast<int>(code));
+      info.advance = static_cast<float>(metrics.w) / 1000;
+    }
+  }
+}
+
+// The embedded program of a font without ToUnicode often still has its own map from characters to
+// glyphs, which is read backwards.
+void FontCache::explainCids(Font& font, pdf_font_desc& program) {
+  auto* face = program.font == nullptr
+                   ? nullptr
+                   : static_cast<FT_Face>(fz_font_ft_face(mu_.raw(), program.font));
+  if (face == nullptr || FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0)
+    return;
+  std::unordered_map<FT_UInt, char32_t> characters;
+  FT_UInt glyph = 0;
+  for (FT_ULong c = FT_Get_First_Char(face, &glyph); glyph != 0 && characters.size() < mostCids;
+       c = FT_Get_Next_Char(face, c, &glyph))
+    if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown)
+      characters.emplace(glyph, static_cast<char32_t>(c));
+  for (int cid = 0; cid < mostCids; ++cid) {
+    const int wanted = pdf_font_cid_to_gid(mu_.raw(), &program, cid);
+    const auto found = characters.find(static_cast<FT_UInt>(wanted));
+    if (wanted > 0 && found != characters.end())
+      font.programTexts.emplace(static_cast<std::uint32_t>(cid), found->second);
+  }
+  font.forgetLookUps();
+}
+
+} // namespace glyphrun

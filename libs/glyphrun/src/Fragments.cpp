@@ -1,0 +1,122 @@
+#include "Fragments.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace glyphrun {
+
+namespace {
+
+// Part of an em by which baselines may differ and still be one line to the eye.
+constexpr float sliver = 0.1F;
+constexpr float smallestSliver = 0.2F;
+// A second drawing for boldness is set off by less than this part of an em.
+constexpr float boldShift = 0.12F;
+// Kerning reaches back no farther than this part of an em.
+constexpr float deepestOverlap = 0.25F;
+
+} // namespace
+
+Point headingVector(std::uint8_t heading) {
+  switch (heading & 3) {
+  case HeadingDown:
+    return {0, 1};
+  case HeadingLeft:
+    return {-1, 0};
+  case HeadingUp:
+    return {0, -1};
+  default:
+    return {1, 0};
+  }
+}
+
+void LineJoiner::run() {
+  std::vector<std::uint32_t> order;
+  order.reserve(fragments_.size());
+  for (std::uint32_t i = 0; i < fragments_.size(); ++i)
+    if (fragments_[i].heading < HeadingOblique)
+      order.push_back(i);
+    else
+      fragments_[i].line = fragments_[i].across;
+
+  const auto above = [this](std::uint32_t a, std::uint32_t b) {
+    const Fragment& left = fragments_[a];
+    const Fragment& right = fragments_[b];
+    return left.heading != right.heading ? left.heading < right.heading
+                                         : left.across < right.across;
+  };
+  if (!std::is_sorted(order.begin(), order.end(), above))
+    std::stable_sort(order.begin(), order.end(), above);
+
+  for (std::size_t from = 0; from < order.size();) {
+    const Fragment& first = fragments_[order[from]];
+    std::size_t to = from + 1;
+    for (; to < order.size(); ++to) {
+      const Fragment& last = fragments_[order[to - 1]];
+      const Fragment& next = fragments_[order[to]];
+      const float allowed =
+          std::max(smallestSliver, sliver * std::min({first.em, last.em, next.em}));
+      if (next.heading != first.heading || next.across - last.across > allowed ||
+          next.across - first.across > 2 * allowed)
+        break;
+    }
+    const float line = fragments_[order[from + (to - from) / 2]].across;
+    for (std::size_t i = from; i < to; ++i)
+      fragments_[order[i]].line = line;
+    handleLine(order.data() + from, order.data() + to);
+    from = to;
+  }
+}
+
+void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
+  const auto before = [this](std::uint32_t a, std::uint32_t b) {
+    return fragments_[a].start < fragments_[b].start;
+  };
+  if (!std::is_sorted(from, to, before))
+    std::stable_sort(from, to, before);
+
+  for (std::uint32_t* at = from; at != to; ++at)
+    dropRepeats(from, at);
+  std::uint32_t* last = nullptr;
+  for (std::uint32_t* at = from; at != to; ++at) {
+    Fragment& fragment = fragments_[*at];
+    if ((fragment.state & FragmentRepeats) != 0)
+      continue;
+    if (last != nullptr && touches(fragments_[*last], fragment)) {
+      fragments_[*last].next = static_cast<std::int32_t>(*at);
+      fragment.state |= FragmentContinues;
+    }
+    last = at;
+  }
+}
+
+// Text drawn twice for boldness begins at the same place, give or take. One of the two may go on
+// farther, where the text behind it touches.
+void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at) {
+  constexpr int neighbours = 6;
+  Fragment& fragment = fragments_[*at];
+  for (const std::uint32_t* back = at; back != from && at - back < neighbours;) {
+    Fragment& earlier = fragments_[*--back];
+    if (fragment.start - earlier.start > boldShift * std::min(fragment.em, earlier.em))
+      return;
+    const std::uint32_t shared = std::min(fragment.length, earlier.length);
+    if ((earlier.state & FragmentRepeats) != 0 ||
+        std::memcmp(&pool_[earlier.text], &pool_[fragment.text], shared * sizeof(char16_t)) != 0)
+      continue;
+    Fragment& shorter = fragment.length <= earlier.length ? fragment : earlier;
+    shorter.state |= FragmentRepeats;
+    return;
+  }
+}
+
+bool LineJoiner::touches(const Fragment& left, const Fragment& right) const {
+  const bool rightToLeft = (left.traits & TraitRightToLeft) != 0;
+  if ((left.state & FragmentEndsAtBlank) != 0 && !rightToLeft)
+    return false;
+  const float em = std::min(left.em, right.em);
+  const float gap = right.start - left.end;
+  return gap <= static_cast<float>(tolerance_) * em && gap >= -deepestOverlap * em &&
+         std::max(left.em, right.em) < 3 * em;
+}
+
+} // namespace glyphrun

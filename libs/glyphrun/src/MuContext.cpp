@@ -1,0 +1,125 @@
+#include "MuContext.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace glyphrun {
+
+namespace {
+
+constexpr std::size_t standingCeiling = std::size_t{1536} << 20;
+constexpr std::size_t headerBytes = alignof(std::max_align_t);
+constexpr unsigned allocationsPerClock = 256;
+
+static_assert(headerBytes >= sizeof(std::size_t));
+
+std::size_t& sizeOf(void* base) {
+  return *static_cast<std::size_t*>(base);
+}
+void* bodyOf(void* base) {
+  return static_cast<char*>(base) + headerBytes;
+}
+void* baseOf(void* body) {
+  return static_cast<char*>(body) - headerBytes;
+}
+
+// A damaged file yields warnings by the hundred; what matters is told by the result codes.
+void swallow(void*, const char*) {}
+
+} // namespace
+
+bool MuContext::Budget::refuses(std::size_t bytes) {
+  if (bytes > ceiling || used > ceiling - bytes || stopped.load(std::memory_order_relaxed))
+    return true;
+  if (late)
+    return true;
+  if (deadline != std::chrono::steady_clock::time_point::max() && untilClock-- == 0) {
+    untilClock = allocationsPerClock;
+    late = std::chrono::steady_clock::now() > deadline;
+  }
+  return late;
+}
+
+void* MuContext::allocate(void* user, std::size_t bytes) {
+  auto& budget = *static_cast<Budget*>(user);
+  if (bytes > SIZE_MAX - headerBytes || budget.refuses(bytes))
+    return nullptr;
+  void* base = std::malloc(bytes + headerBytes);
+  if (base == nullptr)
+    return nullptr;
+  sizeOf(base) = bytes;
+  budget.used += bytes;
+  return bodyOf(base);
+}
+
+void* MuContext::reallocate(void* user, void* block, std::size_t bytes) {
+  if (block == nullptr)
+    return allocate(user, bytes);
+  auto& budget = *static_cast<Budget*>(user);
+  void* base = baseOf(block);
+  const std::size_t before = sizeOf(base);
+  if (bytes > SIZE_MAX - headerBytes || (bytes > before && budget.refuses(bytes - before)))
+    return nullptr;
+  void* moved = std::realloc(base, bytes + headerBytes);
+  if (moved == nullptr)
+    return nullptr;
+  sizeOf(moved) = bytes;
+  budget.used = budget.used - before + bytes;
+  return bodyOf(moved);
+}
+
+void MuContext::release(void* user, void* block) {
+  if (block == nullptr)
+    return;
+  void* base = baseOf(block);
+  static_cast<Budget*>(user)->used -= sizeOf(base);
+  std::free(base);
+}
+
+std::unique_ptr<MuContext> MuContext::create(std::size_t storeBytes) {
+  std::unique_ptr<MuContext> self(new (std::nothrow) MuContext);
+  if (!self)
+    return nullptr;
+  self->budget_.ceiling = standingCeiling;
+  self->allocator_ = {&self->budget_, allocate, reallocate, release};
+  self->context_ = fz_new_context(&self->allocator_, nullptr, storeBytes);
+  if (self->context_ == nullptr)
+    return nullptr;
+  fz_set_warning_callback(self->context_, swallow, nullptr);
+  fz_set_error_callback(self->context_, swallow, nullptr);
+  return self;
+}
+
+MuContext::~MuContext() {
+  if (context_ != nullptr)
+    fz_drop_context(context_);
+}
+
+Outcome MuContext::caught() noexcept {
+  try {
+    message_ = fz_caught_message(context_);
+  } catch (const std::bad_alloc&) {
+    message_.clear();
+  }
+  return fz_caught(context_) == FZ_ERROR_MEMORY ? Outcome::OutOfMemory : Outcome::Failed;
+}
+
+void MuContext::allow(std::size_t bytes, std::chrono::milliseconds time) {
+  budget_.ceiling = std::min(standingCeiling, budget_.used + bytes);
+  budget_.deadline = std::chrono::steady_clock::now() + time;
+  budget_.untilClock = allocationsPerClock;
+  budget_.late = false;
+}
+
+void MuContext::relax() {
+  budget_.ceiling = standingCeiling;
+  budget_.deadline = std::chrono::steady_clock::time_point::max();
+  budget_.late = false;
+}
+
+bool MuContext::overdue() const {
+  return budget_.late || budget_.stopped.load(std::memory_order_relaxed) ||
+         std::chrono::steady_clock::now() > budget_.deadline;
+}
+
+} // namespace glyphrun

@@ -1,0 +1,279 @@
+#include "PdfFile.h"
+
+#include "Passwords.h"
+#include "Unicode.h"
+
+#include <glyphrun/glyphrun.h>
+
+#include <algorithm>
+#include <unordered_set>
+
+#include <sys/stat.h>
+
+namespace glyphrun {
+
+namespace {
+
+constexpr std::size_t storeBytes = std::size_t{48} << 20;
+constexpr double standardWidth = 612;
+constexpr double standardHeight = 792;
+// Larger coordinates are damage; they would only spoil the arithmetic.
+constexpr double farthest = 1e6;
+
+bool readRect(const PdfObject& array, Rect& out) {
+  if (array.size() < 4)
+    return false;
+  double value[4];
+  for (int i = 0; i < 4; ++i)
+    value[i] = std::clamp(array.at(i).number(), -farthest, farthest);
+  out = {std::min(value[0], value[2]), std::min(value[1], value[3]), std::max(value[0], value[2]),
+         std::max(value[1], value[3])};
+  return !out.empty();
+}
+
+Matrix shownMatrix(const Rect& crop, int rotation) {
+  switch (rotation) {
+  case 90:
+    return {0, 1, 1, 0, -crop.top, -crop.left};
+  case 180:
+    return {-1, 0, 0, 1, crop.right, -crop.top};
+  case 270:
+    return {0, -1, -1, 0, crop.bottom, crop.right};
+  default:
+    return {1, 0, 0, -1, -crop.left, crop.bottom};
+  }
+}
+
+} // namespace
+
+bool FileIdentity::of(const std::u16string& path, FileIdentity& identity) {
+  struct stat info {};
+  if (stat(toUtf8(path).c_str(), &info) != 0)
+    return false;
+  identity.device = static_cast<std::uint64_t>(info.st_dev);
+  identity.number = static_cast<std::uint64_t>(info.st_ino);
+  identity.size = static_cast<std::uint64_t>(info.st_size);
+#if defined(__linux__)
+  identity.changed = info.st_mtim.tv_sec * 1'000'000'000LL + info.st_mtim.tv_nsec;
+#else
+  identity.changed = static_cast<std::int64_t>(info.st_mtime);
+#endif
+  return true;
+}
+
+std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u16string& password,
+                                       Result& result, std::string& reason) {
+  auto mu = MuContext::create(storeBytes);
+  if (!mu) {
+    result = Result::OutOfMemory;
+    reason = "out of memory";
+    return nullptr;
+  }
+  std::unique_ptr<PdfFile> file(new PdfFile(std::move(mu)));
+  result = file->openDocument(toUtf8(path), reason);
+  if (result == Result::Ok)
+    result = file->authenticate(password);
+  if (result == Result::WrongPassword)
+    reason = password.empty() ? "the file needs a password" : "the password is wrong";
+  if (result == Result::Ok) {
+    result = file->readPages();
+    if (result != Result::Ok)
+      reason = result == Result::OutOfMemory ? "out of memory" : "no page can be found";
+  }
+  return result == Result::Ok ? std::move(file) : nullptr;
+}
+
+PdfFile::~PdfFile() {
+  fz_context* ctx = mu_->raw();
+  for (const PageEntry& page : pages_)
+    pdf_drop_obj(ctx, page.object);
+  for (const Node& node : nodes_)
+    pdf_drop_obj(ctx, node.object);
+  if (treeLoaded_)
+    pdf_drop_page_tree(ctx, document_);
+  pdf_drop_document(ctx, document_);
+  fz_drop_stream(ctx, stream_);
+}
+
+Result PdfFile::openDocument(const std::string& path, std::string& reason) {
+  fz_context* ctx = mu_->raw();
+  Outcome outcome = mu_->attempt([&] { stream_ = fz_open_file(ctx, path.c_str()); });
+  if (outcome != Outcome::Ok) {
+    reason = mu_->message();
+    return outcome == Outcome::OutOfMemory ? Result::OutOfMemory : Result::CannotOpen;
+  }
+  outcome = mu_->attempt([&] { document_ = pdf_open_document_with_stream(ctx, stream_); });
+  if (outcome == Outcome::Ok)
+    return Result::Ok;
+  reason = mu_->message();
+  if (outcome == Outcome::OutOfMemory)
+    return Result::OutOfMemory;
+  // The document is gone with the failure, so its handler is known only by MuPDF's words.
+  const bool handler = reason.find("encryption handler") != std::string::npos ||
+                       reason.find("encryption version") != std::string::npos ||
+                       reason.find("crypt revision") != std::string::npos;
+  return handler ? Result::Unsupported : Result::NotAPdf;
+}
+
+Result PdfFile::authenticate(const std::u16string& password) {
+  fz_context* ctx = mu_->raw();
+  int needed = 1;
+  int revision = 0;
+  mu_->attempt([&] {
+    needed = pdf_needs_password(ctx, document_);
+    revision = document_->crypt == nullptr ? 0 : pdf_crypt_revision(ctx, document_->crypt);
+  });
+  if (needed == 0)
+    return Result::Ok;
+  constexpr int lastByteEncoded = 4;
+  for (const std::string& candidate : passwordCandidates(password, revision <= lastByteEncoded)) {
+    int accepted = 0;
+    mu_->attempt([&] { accepted = pdf_authenticate_password(ctx, document_, candidate.c_str()); });
+    if (accepted != 0)
+      return Result::Ok;
+  }
+  return Result::WrongPassword;
+}
+
+PdfObject PdfFile::catalog() const {
+  pdf_obj* trailer = nullptr;
+  mu_->attempt([&] { trailer = pdf_trailer(mu_->raw(), document_); });
+  return PdfObject(*mu_, trailer).get("Root");
+}
+
+// Walks the page tree once, with a stack of its own: depth, loops and claimed counts of the file
+// decide nothing. Every page found has been read, so the number is that of pages which exist.
+Result PdfFile::readPages() {
+  constexpr std::size_t deepest = 256;
+  struct Level {
+    std::uint32_t node;
+    int next;
+    int count;
+  };
+  std::unordered_set<int> visited;
+  std::vector<Level> stack;
+  const auto enter = [&](const PdfObject& node, std::int32_t parent) {
+    const int number = node.objectNumber();
+    if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second))
+      return;
+    nodes_.push_back({pdf_keep_obj(mu_->raw(), node.raw()), parent});
+    stack.push_back({static_cast<std::uint32_t>(nodes_.size() - 1), 0, node.get("Kids").size()});
+  };
+  try {
+    const PdfObject root = catalog().get("Pages");
+    if (root.isDict())
+      enter(root, -1);
+    while (!stack.empty()) {
+      Level& level = stack.back();
+      if (level.next >= level.count) {
+        stack.pop_back();
+        continue;
+      }
+      const std::uint32_t node = level.node;
+      const PdfObject kid = PdfObject(*mu_, nodes_[node].object).get("Kids").at(level.next++);
+      if (!kid.isDict())
+        continue;
+      if (kid.get("Kids").isArray())
+        enter(kid, static_cast<std::int32_t>(node));
+      else
+        pages_.push_back({pdf_keep_obj(mu_->raw(), kid.raw()), node});
+    }
+  } catch (const std::bad_alloc&) {
+    return Result::OutOfMemory;
+  }
+  return pages_.empty() ? Result::NotAPdf : Result::Ok;
+}
+
+PdfObject PdfFile::page(std::int32_t index) const {
+  return {*mu_, pages_[static_cast<std::size_t>(index)].object};
+}
+
+PdfObject PdfFile::inherited(const PageEntry& entry, const char* key) const {
+  PdfObject value = PdfObject(*mu_, entry.object).get(key);
+  for (auto node = static_cast<std::int32_t>(entry.node); !value && node >= 0;
+       node = nodes_[static_cast<std::size_t>(node)].parent)
+    value = PdfObject(*mu_, nodes_[static_cast<std::size_t>(node)].object).get(key);
+  return value;
+}
+
+PageFrame PdfFile::frameOf(std::int32_t index) const {
+  const PageEntry& entry = pages_[static_cast<std::size_t>(index)];
+  PageFrame frame;
+  frame.resources = inherited(entry, "Resources");
+  Rect media{0, 0, standardWidth, standardHeight};
+  if (!readRect(inherited(entry, "MediaBox"), media))
+    media = {0, 0, standardWidth, standardHeight};
+  Rect crop;
+  frame.crop = media;
+  if (readRect(inherited(entry, "CropBox"), crop) && !crop.intersected(media).empty())
+    frame.crop = crop.intersected(media);
+  const int turns = inherited(entry, "Rotate").integer() % 360;
+  frame.rotation = ((turns + 360 + 45) / 90 * 90) % 360;
+  frame.toShown = shownMatrix(frame.crop, frame.rotation);
+  const double width = frame.crop.right - frame.crop.left;
+  const double height = frame.crop.bottom - frame.crop.top;
+  const bool sideways = frame.rotation == 90 || frame.rotation == 270;
+  frame.width = sideways ? height : width;
+  frame.height = sideways ? width : height;
+  return frame;
+}
+
+std::int32_t PdfFile::pageWithNumber(int objectNumber) const {
+  if (pagesByNumber_.empty())
+    for (std::size_t i = 0; i < pages_.size(); ++i)
+      pagesByNumber_.emplace(page(static_cast<std::int32_t>(i)).objectNumber(),
+                             static_cast<std::int32_t>(i));
+  const auto found = pagesByNumber_.find(objectNumber);
+  return objectNumber == 0 || found == pagesByNumber_.end() ? -1 : found->second;
+}
+
+std::int32_t PdfFile::facts() const {
+  std::int32_t facts = 0;
+  fz_context* ctx = mu_->raw();
+  mu_->attempt([&] {
+    if (document_->crypt != nullptr)
+      facts |= GLYPHRUN_FILE_ENCRYPTED;
+    if (pdf_has_permission(ctx, document_, FZ_PERMISSION_COPY) == 0)
+      facts |= GLYPHRUN_FILE_FORBIDS_EXTRACTION;
+    if (pdf_was_repaired(ctx, document_) != 0)
+      facts |= GLYPHRUN_FILE_REPAIRED;
+  });
+  return facts;
+}
+
+void PdfFile::forgetObjects() {
+  mu_->attempt([&] { pdf_clear_xref(mu_->raw(), document_); });
+}
+
+// MuPDF's own loading of the tree allocates by the claimed count and gives up on the slightest
+// oddity, so its tables are filled from what was found here.
+Result PdfFile::prepareForDrawing() {
+  if (treeLoaded_)
+    return Result::Ok;
+  fz_context* ctx = mu_->raw();
+  int* forward = nullptr;
+  pdf_rev_page_map* backward = nullptr;
+  const Outcome outcome = mu_->attempt([&] {
+    forward = static_cast<int*>(fz_malloc(ctx, pages_.size() * sizeof(int)));
+    backward =
+        static_cast<pdf_rev_page_map*>(fz_malloc(ctx, pages_.size() * sizeof(pdf_rev_page_map)));
+  });
+  if (outcome != Outcome::Ok) {
+    fz_free(ctx, forward);
+    return Result::OutOfMemory;
+  }
+  for (std::size_t i = 0; i < pages_.size(); ++i) {
+    forward[i] = page(static_cast<std::int32_t>(i)).objectNumber();
+    backward[i] = {static_cast<int>(i), forward[i]};
+  }
+  std::sort(backward, backward + pages_.size(),
+            [](const auto& a, const auto& b) { return a.object < b.object; });
+  document_->map_page_count = static_cast<int>(pages_.size());
+  document_->fwd_page_map = forward;
+  document_->rev_page_map = backward;
+  document_->page_map_nesting = 1;
+  treeLoaded_ = true;
+  return Result::Ok;
+}
+
+} // namespace glyphrun

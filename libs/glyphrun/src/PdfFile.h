@@ -1,0 +1,104 @@
+// One open document: its pages as they really are, its protection, its boxes.
+#pragma once
+
+#include "Geometry.h"
+#include "MuContext.h"
+#include "PdfObject.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace glyphrun {
+
+/** Why an operation failed; the values are those of the C interface. */
+enum class Result : std::int32_t {
+  Ok = 0,
+  NotOpen = -1,
+  BadPage = -2,
+  OutOfMemory = -3,
+  CannotOpen = -4,
+  NotAPdf = -5,
+  WrongPassword = -6,
+  Unsupported = -7,
+  Damaged = -8
+};
+
+/** Which file a path led to, to tell whether it is still the same one. */
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::uint64_t size = 0;
+  std::int64_t changed = 0;
+
+  bool operator==(const FileIdentity&) const = default;
+  static bool of(const std::u16string& path, FileIdentity& identity);
+};
+
+/** What a page says of itself, its own or by inheritance. */
+struct PageFrame {
+  Rect crop;        /**< visible part, in the page's own coordinates */
+  int rotation = 0; /**< clockwise: 0, 90, 180 or 270 */
+  double width = 0; /**< as shown, points */
+  double height = 0;
+  Matrix toShown; /**< to points from the top left of the shown page */
+  PdfObject resources;
+};
+
+/** A document in a context of its own. One thread at a time. */
+class PdfFile {
+public:
+  /** Null on failure: `result` and `reason` (English, without the password) tell. */
+  static std::unique_ptr<PdfFile> open(const std::u16string& path, const std::u16string& password,
+                                       Result& result, std::string& reason);
+  ~PdfFile();
+  PdfFile(const PdfFile&) = delete;
+  PdfFile& operator=(const PdfFile&) = delete;
+
+  MuContext& mu() const { return *mu_; }
+  pdf_document* document() const { return document_; }
+  PdfObject catalog() const;
+
+  /** Pages that exist, whatever the file claims. */
+  std::int32_t pageCount() const { return static_cast<std::int32_t>(pages_.size()); }
+  /** `index` from 0. */
+  PdfObject page(std::int32_t index) const;
+  PageFrame frameOf(std::int32_t index) const;
+  /** Index of the page with an object number, or -1. */
+  std::int32_t pageWithNumber(int objectNumber) const;
+
+  /** GLYPHRUN_FILE_... */
+  std::int32_t facts() const;
+  /** Lets the document forget objects that were read, to stay small over many pages. */
+  void forgetObjects();
+  /** MuPDF's own look-up of pages by number, for drawing. */
+  Result prepareForDrawing();
+
+private:
+  struct PageEntry {
+    pdf_obj* object; /**< kept */
+    std::uint32_t node;
+  };
+  struct Node {
+    pdf_obj* object; /**< kept */
+    std::int32_t parent;
+  };
+
+  explicit PdfFile(std::unique_ptr<MuContext> mu) : mu_(std::move(mu)) {}
+  Result openDocument(const std::string& path, std::string& reason);
+  Result authenticate(const std::u16string& password);
+  Result readPages();
+  PdfObject inherited(const PageEntry& entry, const char* key) const;
+
+  std::unique_ptr<MuContext> mu_;
+  fz_stream* stream_ = nullptr;
+  pdf_document* document_ = nullptr;
+  std::vector<PageEntry> pages_;
+  std::vector<Node> nodes_;
+  mutable std::unordered_map<int, std::int32_t> pagesByNumber_;
+  bool treeLoaded_ = false;
+};
+
+} // namespace glyphrun

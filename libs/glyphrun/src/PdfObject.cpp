@@ -1,0 +1,187 @@
+#include "PdfObject.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <zlib.h>
+
+namespace glyphrun {
+
+PdfObject PdfObject::get(const char* key) const {
+  pdf_obj* found = nullptr;
+  if (object_ != nullptr)
+    mu_->attempt([&] { found = pdf_dict_gets(mu_->raw(), object_, key); });
+  return found == nullptr ? PdfObject() : PdfObject(*mu_, found);
+}
+
+PdfObject PdfObject::at(int index) const {
+  pdf_obj* found = nullptr;
+  if (object_ != nullptr)
+    mu_->attempt([&] { found = pdf_array_get(mu_->raw(), object_, index); });
+  return found == nullptr ? PdfObject() : PdfObject(*mu_, found);
+}
+
+int PdfObject::size() const {
+  int length = 0;
+  if (object_ != nullptr)
+    mu_->attempt([&] { length = pdf_array_len(mu_->raw(), object_); });
+  return length;
+}
+
+bool PdfObject::is(int (*test)(fz_context*, pdf_obj*)) const {
+  int result = 0;
+  if (object_ != nullptr)
+    mu_->attempt([&] { result = test(mu_->raw(), object_); });
+  return result != 0;
+}
+
+int PdfObject::objectNumber() const {
+  return isIndirect() ? pdf_to_num(mu_->raw(), object_) : 0;
+}
+
+double PdfObject::number(double otherwise) const {
+  double value = otherwise;
+  if (object_ != nullptr)
+    mu_->attempt([&] {
+      if (pdf_is_number(mu_->raw(), object_))
+        value = static_cast<double>(pdf_to_real(mu_->raw(), object_));
+    });
+  return value;
+}
+
+int PdfObject::integer(int otherwise) const {
+  int value = otherwise;
+  if (object_ != nullptr)
+    mu_->attempt([&] {
+      if (pdf_is_number(mu_->raw(), object_))
+        value = pdf_to_int(mu_->raw(), object_);
+    });
+  return value;
+}
+
+const char* PdfObject::name() const {
+  const char* text = "";
+  if (object_ != nullptr)
+    mu_->attempt([&] { text = pdf_to_name(mu_->raw(), object_); });
+  return text;
+}
+
+std::string_view PdfObject::bytes() const {
+  const char* data = "";
+  std::size_t length = 0;
+  if (object_ != nullptr)
+    mu_->attempt([&] {
+      if (pdf_is_string(mu_->raw(), object_))
+        data = pdf_to_string(mu_->raw(), object_, &length);
+    });
+  return {data, length};
+}
+
+struct StreamReader::Inflater {
+  z_stream z{};
+  bool ready = false;
+};
+
+StreamReader::StreamReader(MuContext& mu) : mu_(mu), inflater_(std::make_unique<Inflater>()) {
+  inflater_->ready = inflateInit(&inflater_->z) == Z_OK;
+}
+
+StreamReader::~StreamReader() {
+  if (inflater_->ready)
+    inflateEnd(&inflater_->z);
+}
+
+bool StreamReader::append(const PdfObject& stream, std::size_t limit, StreamData& out) {
+  if (!stream.isStream())
+    return false;
+  PdfObject filter = stream.get("Filter");
+  const bool single = filter.isName() || filter.size() == 1;
+  if (filter.isArray())
+    filter = filter.at(0);
+  const bool flate = filter.isNamed("FlateDecode") || filter.isNamed("Fl");
+  if (inflater_->ready && single && flate && !stream.get("DecodeParms") && !stream.get("F"))
+    return appendInflated(stream, limit, out);
+
+  fz_stream* opened = nullptr;
+  if (mu_.attempt([&] { opened = pdf_open_stream(mu_.raw(), stream.raw()); }) != Outcome::Ok)
+    return false;
+  return readAll(opened, limit, out);
+}
+
+bool StreamReader::readAll(fz_stream* stream, std::size_t limit, StreamData& out) {
+  constexpr std::size_t step = 16384;
+  const std::size_t before = out.bytes.size();
+  std::size_t filled = before;
+  const Outcome outcome = mu_.attempt([&] {
+    while (filled - before < limit) {
+      if (out.bytes.size() < filled + step)
+        out.bytes.resize(std::max(filled + step, out.bytes.size() * 2));
+      const std::size_t room = std::min(out.bytes.size() - filled, limit - (filled - before));
+      const std::size_t got = fz_read(
+          mu_.raw(), stream, reinterpret_cast<unsigned char*>(out.bytes.data()) + filled, room);
+      if (got == 0)
+        break;
+      filled += got;
+    }
+    out.cut = out.cut || filled - before >= limit;
+  });
+  out.damaged = out.damaged || outcome != Outcome::Ok || stream->error != 0;
+  fz_drop_stream(mu_.raw(), stream);
+  out.bytes.resize(filled);
+  return true;
+}
+
+// MuPDF's own inflater passes over damage in silence and copies every byte twice. Page contents are
+// nearly always a single Flate filter without predictor, so these are inflated here.
+bool StreamReader::appendInflated(const PdfObject& stream, std::size_t limit, StreamData& out) {
+  fz_stream* opened = nullptr;
+  if (mu_.attempt([&] { opened = pdf_open_raw_stream(mu_.raw(), stream.raw()); }) != Outcome::Ok)
+    return false;
+  raw_.bytes.clear();
+  raw_.damaged = false;
+  if (!readAll(opened, limit, raw_))
+    return false;
+  out.damaged = out.damaged || raw_.damaged;
+
+  z_stream& z = inflater_->z;
+  inflateReset(&z);
+  z.next_in = reinterpret_cast<Bytef*>(raw_.bytes.data());
+  z.avail_in = static_cast<uInt>(std::min<std::size_t>(raw_.bytes.size(), UINT_MAX));
+  const std::size_t before = out.bytes.size();
+  std::size_t filled = before;
+  int status = Z_OK;
+  while (status == Z_OK && filled - before < limit) {
+    const std::size_t wanted = std::max<std::size_t>(4096, raw_.bytes.size() * 4);
+    if (out.bytes.size() - filled < 64)
+      out.bytes.resize(filled + std::max(wanted, filled - before));
+    const std::size_t room = std::min(out.bytes.size() - filled, limit - (filled - before));
+    z.next_out = reinterpret_cast<Bytef*>(out.bytes.data()) + filled;
+    z.avail_out = static_cast<uInt>(std::min<std::size_t>(room, UINT_MAX));
+    const uInt offered = z.avail_out;
+    status = inflate(&z, Z_NO_FLUSH);
+    filled += offered - z.avail_out;
+  }
+  out.bytes.resize(filled);
+  if (filled - before >= limit) {
+    out.cut = true;
+    return true;
+  }
+  // All data with a wrong or missing checksum behind it is no loss.
+  if (status == Z_BUF_ERROR && z.avail_in == 0) {
+    Bytef checksum[4] = {0, 0, 0, 0};
+    Bytef spare = 0;
+    z.next_in = checksum;
+    z.avail_in = sizeof checksum;
+    z.next_out = &spare;
+    z.avail_out = 1;
+    status = inflate(&z, Z_NO_FLUSH);
+    if (z.avail_out == 0)
+      status = Z_BUF_ERROR;
+  }
+  const bool checksumOnly =
+      status == Z_DATA_ERROR && z.msg != nullptr && std::strcmp(z.msg, "incorrect data check") == 0;
+  out.damaged = out.damaged || (status != Z_STREAM_END && !checksumOnly);
+  return true;
+}
+
+} // namespace glyphrun

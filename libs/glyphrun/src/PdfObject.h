@@ -1,0 +1,85 @@
+// A PDF object as C++ sees it: every access is safe to make anywhere, and what is missing or of the
+// wrong type reads as nothing.
+#pragma once
+
+#include "MuContext.h"
+
+#include <string_view>
+#include <vector>
+
+namespace glyphrun {
+
+/** Refers to an object that its document keeps; it owns nothing. */
+class PdfObject {
+public:
+  PdfObject() = default;
+  PdfObject(MuContext& mu, pdf_obj* object) : mu_(&mu), object_(object) {}
+
+  explicit operator bool() const { return object_ != nullptr && !is(pdf_is_null); }
+  pdf_obj* raw() const { return object_; }
+
+  PdfObject get(const char* key) const;
+  PdfObject at(int index) const;
+  /** Length of an array, 0 for anything else. */
+  int size() const;
+
+  bool isDict() const { return is(pdf_is_dict); }
+  bool isArray() const { return is(pdf_is_array); }
+  bool isName() const { return is(pdf_is_name); }
+  bool isString() const { return is(pdf_is_string); }
+  bool isNumber() const { return is(pdf_is_number); }
+  bool isInteger() const { return is(pdf_is_int); }
+  bool isStream() const { return is(pdf_is_stream); }
+  bool isIndirect() const { return object_ != nullptr && pdf_is_indirect(mu_->raw(), object_); }
+
+  /** Object number of a reference, 0 for a direct object. */
+  int objectNumber() const;
+
+  double number(double otherwise = 0) const;
+  int integer(int otherwise = 0) const;
+  /** Empty for anything but a name. */
+  const char* name() const;
+  /** Bytes of a string, decrypted. */
+  std::string_view bytes() const;
+
+  bool isNamed(std::string_view text) const { return text == name(); }
+
+private:
+  bool is(int (*test)(fz_context*, pdf_obj*)) const;
+
+  MuContext* mu_ = nullptr;
+  pdf_obj* object_ = nullptr;
+};
+
+/** Bytes of a stream after its filters. */
+struct StreamData {
+  std::vector<char> bytes;
+  bool damaged = false; /**< ended early; `bytes` is what came before */
+  bool cut = false;     /**< longer than the limit */
+
+  std::string_view view() const { return {bytes.data(), bytes.size()}; }
+};
+
+/** Reads streams; keeps its inflater and buffers from one to the next. One thread, one context. */
+class StreamReader {
+public:
+  explicit StreamReader(MuContext& mu);
+  ~StreamReader();
+  StreamReader(const StreamReader&) = delete;
+  StreamReader& operator=(const StreamReader&) = delete;
+
+  /** Appends the decoded stream to `out`, at most `limit` bytes. False when nothing can be read. */
+  bool append(const PdfObject& stream, std::size_t limit, StreamData& out);
+
+private:
+  struct Inflater;
+
+  bool readAll(fz_stream* stream, std::size_t limit, StreamData& out);
+  bool appendInflated(const PdfObject& stream, std::size_t limit, StreamData& out);
+
+  MuContext& mu_;
+  std::unique_ptr<Inflater> inflater_;
+  StreamData raw_;
+};
+
+} // namespace glyphrun

@@ -1,0 +1,35 @@
+// From linked fragments to words with rounded positions, and the order in which they are read.
+#pragma once
+
+#include "WordAssembler.h"
+
+#include <string>
+#include <vector>
+
+namespace glyphrun {
+
+/** Makes words of fragments; text that must be put together is added to the pool. */
+class WordWriter {
+public:
+  WordWriter(const std::vector<Fragment>& fragments, std::vector<char16_t>& pool,
+             const std::vector<std::uint32_t>& glyphOffsets)
+      : fragments_(fragments), pool_(pool), glyphOffsets_(glyphOffsets) {}
+
+  /** The word that begins with a fragment; its font is left to the caller. */
+  Word write(const Fragment& first);
+  bool anyRightToLeft() const { return anyRightToLeft_; }
+
+private:
+  void collectText(const Fragment& first, bool rightToLeft);
+
+  const std::vector<Fragment>& fragments_;
+  std::vector<char16_t>& pool_;
+  const std::vector<std::uint32_t>& glyphOffsets_;
+  std::u16string text_;
+  bool anyRightToLeft_ = false;
+};
+
+/** Fills PageWords::reading. */
+void sortForReading(PageWords& page, bool anyRightToLeft);
+
+} // namespace glyphrun

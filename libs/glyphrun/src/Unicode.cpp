@@ -1,0 +1,299 @@
+#include "Unicode.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include <unicode/uchar.h>
+#include <unicode/unorm2.h>
+
+namespace glyphrun {
+
+namespace {
+
+const UNormalizer2* composer() {
+  static const UNormalizer2* const instance = [] {
+    UErrorCode error = U_ZERO_ERROR;
+    return unorm2_getNFCInstance(&error);
+  }();
+  return instance;
+}
+
+const UNormalizer2* compatibilityComposer() {
+  static const UNormalizer2* const instance = [] {
+    UErrorCode error = U_ZERO_ERROR;
+    return unorm2_getNFKCInstance(&error);
+  }();
+  return instance;
+}
+
+std::u16string normalized(const UNormalizer2* form, std::u16string_view text) {
+  if (form == nullptr || text.empty())
+    return std::u16string(text);
+  // Compatibility forms grow up to 18 times (U+FDFA).
+  std::u16string out(text.size() * 18 + 1, u'\0');
+  UErrorCode error = U_ZERO_ERROR;
+  const std::int32_t length =
+      unorm2_normalize(form, text.data(), static_cast<std::int32_t>(text.size()), out.data(),
+                       static_cast<std::int32_t>(out.size()), &error);
+  if (U_FAILURE(error))
+    return std::u16string(text);
+  out.resize(static_cast<std::size_t>(length));
+  return out;
+}
+
+bool isBlank(char32_t c) {
+  switch (c) {
+  case 0x20:
+  case 0x85:
+  case 0xA0:
+  case 0x1680:
+  case 0x2028:
+  case 0x2029:
+  case 0x202F:
+  case 0x205F:
+  case 0x3000:
+    return true;
+  default:
+    return (c >= 0x09 && c <= 0x0D) || (c >= 0x2000 && c <= 0x200A);
+  }
+}
+
+bool isNothing(char32_t c) {
+  return c == 0x200B || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
+         (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF || (c >= 0xFFF9 && c <= 0xFFFB);
+}
+
+bool isUnknown(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == replacementCharacter ||
+         (c >= 0xE000 && c <= 0xF8FF) || c >= 0xF0000 || (c & 0xFFFE) == 0xFFFE;
+}
+
+// Forms that exist for the sake of typesetting; other compatibility characters (a superscript two,
+// a circled one) mean something of their own.
+bool isPresentationForm(char32_t c) {
+  return (c >= 0xFB00 && c <= 0xFB4F) || (c >= 0xFB50 && c <= 0xFDFF) ||
+         (c >= 0xFE70 && c <= 0xFEFC) || (c >= 0x0132 && c <= 0x0133) || c == 0x0149;
+}
+
+constexpr std::pair<char16_t, char16_t> accents[] = {
+    {0x0060, 0x0300}, {0x00B4, 0x0301}, {0x005E, 0x0302}, {0x02C6, 0x0302},
+    {0x007E, 0x0303}, {0x02DC, 0x0303}, {0x00AF, 0x0304}, {0x02C9, 0x0304},
+    {0x02D8, 0x0306}, {0x02D9, 0x0307}, {0x00A8, 0x0308}, {0x02DA, 0x030A},
+    {0x02DD, 0x030B}, {0x02C7, 0x030C}, {0x00B8, 0x0327}, {0x02DB, 0x0328}};
+
+bool isLeftToRightInBidi(char32_t c) {
+  const UCharDirection direction = u_charDirection(static_cast<UChar32>(c));
+  return direction == U_LEFT_TO_RIGHT || direction == U_EUROPEAN_NUMBER ||
+         direction == U_ARABIC_NUMBER;
+}
+
+bool bindsNumbers(char32_t c) {
+  const UCharDirection direction = u_charDirection(static_cast<UChar32>(c));
+  return direction == U_COMMON_NUMBER_SEPARATOR || direction == U_EUROPEAN_NUMBER_SEPARATOR ||
+         direction == U_EUROPEAN_NUMBER_TERMINATOR;
+}
+
+bool isMark(char32_t c) {
+  const auto type = u_charType(static_cast<UChar32>(c));
+  return type == U_NON_SPACING_MARK || type == U_ENCLOSING_MARK || type == U_COMBINING_SPACING_MARK;
+}
+
+bool opens(char32_t c) {
+  return u_charType(static_cast<UChar32>(c)) == U_START_PUNCTUATION;
+}
+bool closes(char32_t c) {
+  return u_charType(static_cast<UChar32>(c)) == U_END_PUNCTUATION;
+}
+
+} // namespace
+
+std::uint16_t traitsOf(char32_t c) {
+  if (c < 0x80) {
+    if (c > 0x20 && c < 0x7F) {
+      if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'))
+        return TraitLetter;
+      return c == 0x5E || c == 0x60 || c == 0x7E ? TraitAccent : 0;
+    }
+  }
+  if (isBlank(c))
+    return TraitBlank;
+  if (isNothing(c))
+    return TraitNothing;
+  if (isUnknown(c))
+    return TraitUnknown;
+  std::uint16_t traits = 0;
+  const UCharDirection direction = u_charDirection(static_cast<UChar32>(c));
+  if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC)
+    traits |= TraitRightToLeft;
+  else if (direction == U_LEFT_TO_RIGHT)
+    traits |= TraitLetter;
+  if (isMark(c) ||
+      (composer() != nullptr && !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c))))
+    traits |= TraitCombining;
+  if (c < 0x10000 && combiningFormOf(static_cast<char16_t>(c)) != 0)
+    traits |= TraitAccent;
+  return traits;
+}
+
+std::uint16_t traitsOf(std::u16string_view text) {
+  constexpr std::uint16_t whole = TraitBlank | TraitNothing | TraitAccent;
+  std::uint16_t any = 0;
+  std::uint16_t every = whole;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::uint16_t traits = traitsOf(takeCodePoint(text, at));
+    any |= traits;
+    every &= traits;
+  }
+  if (text.empty())
+    return TraitNothing;
+  return static_cast<std::uint16_t>((any & ~whole) | every);
+}
+
+std::u16string spelledOut(std::u16string_view text) {
+  std::u16string out;
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t c = takeCodePoint(text, at);
+    std::u16string one;
+    appendCodePoint(one, c);
+    out += isPresentationForm(c) ? normalized(compatibilityComposer(), one) : one;
+  }
+  compose(out);
+  return out;
+}
+
+void compose(std::u16string& text) {
+  const UNormalizer2* form = composer();
+  if (form == nullptr)
+    return;
+  UErrorCode error = U_ZERO_ERROR;
+  const auto length = static_cast<std::int32_t>(text.size());
+  if (unorm2_isNormalized(form, text.data(), length, &error) || U_FAILURE(error))
+    return;
+  text = normalized(form, text);
+}
+
+char16_t combiningFormOf(char16_t accent) {
+  for (const auto& [spacing, combining] : accents)
+    if (spacing == accent)
+      return combining;
+  return 0;
+}
+
+void visualToLogical(std::u16string& text) {
+  std::vector<char32_t> visual;
+  for (std::size_t at = 0; at < text.size();)
+    visual.push_back(takeCodePoint(text, at));
+  std::reverse(visual.begin(), visual.end());
+
+  // Some producers draw a mark before its letter and some behind it. No word begins with a mark.
+  if (!visual.empty() && isMark(visual.front())) {
+    for (auto from = visual.begin(); from != visual.end();) {
+      const auto letter = std::find_if_not(from, visual.end(), isMark);
+      if (letter == visual.end())
+        break;
+      from = std::rotate(from, letter, letter + 1) + (letter - from);
+    }
+  }
+
+  // Numbers and left-to-right pieces keep their own direction.
+  for (std::size_t from = 0; from < visual.size();) {
+    if (!isLeftToRightInBidi(visual[from])) {
+      ++from;
+      continue;
+    }
+    std::size_t to = from + 1;
+    for (std::size_t i = to; i < visual.size(); ++i) {
+      if (isLeftToRightInBidi(visual[i]))
+        to = i + 1;
+      else if (!bindsNumbers(visual[i]))
+        break;
+    }
+    std::reverse(visual.begin() + static_cast<std::ptrdiff_t>(from),
+                 visual.begin() + static_cast<std::ptrdiff_t>(to));
+    from = to;
+  }
+
+  // Fonts may name a mirrored bracket by its shape; a word opens before it closes.
+  if (!visual.empty() && closes(visual.front()))
+    visual.front() = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(visual.front())));
+  if (visual.size() > 1 && opens(visual.back()))
+    visual.back() = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(visual.back())));
+
+  text.clear();
+  for (const char32_t c : visual)
+    appendCodePoint(text, c);
+}
+
+void appendCodePoint(std::u16string& text, char32_t c) {
+  if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
+    c = replacementCharacter;
+  if (c < 0x10000) {
+    text.push_back(static_cast<char16_t>(c));
+    return;
+  }
+  text.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+  text.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+}
+
+char32_t takeCodePoint(std::u16string_view text, std::size_t& at) {
+  const char16_t unit = text[at++];
+  if (unit < 0xD800 || unit > 0xDFFF)
+    return unit;
+  if (unit < 0xDC00 && at < text.size() && text[at] >= 0xDC00 && text[at] <= 0xDFFF) {
+    const char16_t low = text[at++];
+    return 0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) + (low - 0xDC00U);
+  }
+  return replacementCharacter;
+}
+
+std::string toUtf8(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t c = takeCodePoint(text, at);
+    if (c < 0x80) {
+      out.push_back(static_cast<char>(c));
+    } else if (c < 0x800) {
+      out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else if (c < 0x10000) {
+      out.push_back(static_cast<char>(0xE0 | (c >> 12)));
+      out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    } else {
+      out.push_back(static_cast<char>(0xF0 | (c >> 18)));
+      out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
+      out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
+      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+    }
+  }
+  return out;
+}
+
+std::u16string fromUtf8(std::string_view text) {
+  std::u16string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const auto lead = static_cast<unsigned char>(text[at++]);
+    const int more = lead < 0x80 ? 0 : lead < 0xC0 ? -1 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+    char32_t c = more <= 0 ? lead : lead & (0x3FU >> more);
+    int taken = 0;
+    while (taken < more && at < text.size() &&
+           (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80)
+      c = (c << 6) | (static_cast<unsigned char>(text[at++]) & 0x3FU), ++taken;
+    appendCodePoint(out, more < 0 || taken < more ? char32_t{replacementCharacter} : c);
+  }
+  return out;
+}
+
+std::u16string passwordForm(std::u16string_view text) {
+  std::u16string kept;
+  for (const char16_t unit : text)
+    if (unit != 0x00AD)
+      kept.push_back(unit == 0x00A0 || unit == 0x3000 ? u' ' : unit);
+  return normalized(compatibilityComposer(), kept);
+}
+
+} // namespace glyphrun

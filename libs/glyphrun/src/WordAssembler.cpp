@@ -1,0 +1,281 @@
+#include "WordAssembler.h"
+
+#include "Fragments.h"
+#include "ReadingOrder.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace glyphrun {
+
+namespace {
+
+constexpr double defaultFactor = 1.02;
+constexpr double smallestGap = 0.02;
+constexpr double widestGap = 4;
+constexpr double gapInRun = 0.13;
+constexpr double gapBetween = 0.10;
+// Text that starts again farther back than this is no kerning.
+constexpr double deepestOverlap = 0.25;
+constexpr double sliver = 0.1;
+// Middle of a lower-case letter, above the baseline.
+constexpr double middleHeight = 0.25;
+constexpr double uprightSlope = 0.02;
+
+std::uint8_t headingOf(Point direction, bool vertical) {
+  std::uint8_t heading = HeadingOblique;
+  if (std::abs(direction.y) < uprightSlope)
+    heading = direction.x > 0 ? HeadingRight : HeadingLeft;
+  else if (std::abs(direction.x) < uprightSlope)
+    heading = direction.y > 0 ? HeadingDown : HeadingUp;
+  return vertical && heading != HeadingOblique
+             ? static_cast<std::uint8_t>(heading + HeadingVertical)
+             : heading;
+}
+
+Point headingOrDirection(std::uint8_t heading, Point direction) {
+  return heading < HeadingOblique ? headingVector(heading) : direction;
+}
+
+/** Downwards from the baseline, for text that runs along `direction`. */
+Point acrossOf(Point direction) {
+  return {-direction.y, direction.x};
+}
+
+/** Narrows [from, to] to where base + t * slope lies within [low, high]. */
+void narrow(double base, double slope, double low, double high, double& from, double& to) {
+  if (std::abs(slope) < 1e-9) {
+    if (base < low || base > high)
+      to = from - 1;
+    return;
+  }
+  const double a = (low - base) / slope;
+  const double b = (high - base) / slope;
+  from = std::max(from, std::min(a, b));
+  to = std::min(to, std::max(a, b));
+}
+
+std::int32_t rounded(double value) {
+  constexpr double farthest = 1e6;
+  return static_cast<std::int32_t>(std::floor(std::clamp(value, -farthest, farthest) + 0.5));
+}
+
+} // namespace
+
+JoiningTolerance JoiningTolerance::fromFactor(double factor) {
+  if (!std::isfinite(factor) || factor <= 0)
+    factor = defaultFactor;
+  const double more = factor - defaultFactor;
+  return {std::clamp(gapInRun + more, smallestGap, widestGap),
+          std::clamp(gapBetween + more, smallestGap, widestGap)};
+}
+
+void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
+  visible_ = visible;
+  tolerance_ = tolerance;
+  open_ = false;
+  capturing_ = false;
+  captured_.clear();
+  capturedRuns_.clear();
+  lastFont_ = nullptr;
+  fontOffsets_.clear();
+  pool_.clear();
+  glyphOffsets_.clear();
+  fragments_.clear();
+  unknownGlyphs_ = 0;
+}
+
+void WordAssembler::beginRun(const GlyphRun& run) {
+  if (capturing_) {
+    capturedRuns_.push_back(run);
+    run_ = run;
+    return;
+  }
+  if (open_) {
+    const Point delta = run.origin - endPoint_;
+    const double gap = dot(delta, run.direction);
+    const double em = std::min(run.em, static_cast<double>(current_.em));
+    const bool continues =
+        run.vertical == currentVertical_ && dot(run.direction, currentDirection_) > 0.999 &&
+        std::abs(dot(delta, acrossOf(run.direction))) <= sliver * em &&
+        gap <= tolerance_.between * run.emAlong && gap >= -deepestOverlap * run.emAlong;
+    if (!continues)
+      closeFragment(false);
+  }
+  run_ = run;
+  heading_ = headingOf(run.direction, run.vertical);
+  runStart_ = dot(run.origin, headingOrDirection(heading_, run.direction));
+  lastEnd_ = open_ ? dot(endPoint_ - run.origin, run.direction) : 0;
+  const double lift = run.vertical ? 0 : middleHeight * run.em;
+  const Point middle = run.origin - acrossOf(run.direction) * lift;
+  visibleFrom_ = -1e9;
+  visibleTo_ = 1e9;
+  narrow(middle.x, run.direction.x, visible_.left, visible_.right, visibleFrom_, visibleTo_);
+  narrow(middle.y, run.direction.y, visible_.top, visible_.bottom, visibleFrom_, visibleTo_);
+}
+
+void WordAssembler::addGap(double gap) {
+  if (capturing_ || !open_)
+    return;
+  if (gap > tolerance_.inRun * run_.emAlong || gap < -deepestOverlap * run_.emAlong)
+    closeFragment(false);
+}
+
+void WordAssembler::endRun() {
+  if (open_)
+    endPoint_ = run_.origin + run_.direction * lastEnd_;
+}
+
+void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double start,
+                          double end) {
+  if ((traits & TraitBlank) != 0) {
+    closeFragment(true);
+    return;
+  }
+  if ((traits & TraitNothing) != 0 || !shows(start, end))
+    return;
+  if (!open_)
+    openFragment(start);
+  if ((traits & TraitUnknown) != 0)
+    ++unknownGlyphs_;
+  glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
+  pool_.insert(pool_.end(), text.begin(), text.end());
+  current_.traits |= traits;
+  lastEnd_ = end;
+}
+
+void WordAssembler::openFragment(double start) {
+  open_ = true;
+  current_ = Fragment();
+  current_.text = static_cast<std::uint32_t>(pool_.size());
+  current_.firstGlyph = static_cast<std::uint32_t>(glyphOffsets_.size());
+  current_.start = static_cast<float>(runStart_ + start);
+  current_.heading = heading_;
+  current_.em = static_cast<float>(run_.em);
+  current_.ascent = run_.font->ascent;
+  current_.descent = run_.font->descent;
+  current_.origin = run_.origin + run_.direction * start;
+  current_.across = static_cast<float>(
+      dot(current_.origin, acrossOf(headingOrDirection(heading_, run_.direction))));
+  currentDirection_ = run_.direction;
+  currentVertical_ = run_.vertical;
+  if (run_.font != lastFont_)
+    current_.font = fontOffset(run_.font);
+  else
+    current_.font = lastFontOffset_;
+}
+
+void WordAssembler::closeFragment(bool atBlank) {
+  if (!open_)
+    return;
+  open_ = false;
+  current_.length = static_cast<std::uint32_t>(pool_.size()) - current_.text;
+  current_.glyphs = static_cast<std::uint32_t>(glyphOffsets_.size()) - current_.firstGlyph;
+  current_.end = static_cast<float>(runStart_ + lastEnd_);
+  if (atBlank)
+    current_.state |= FragmentEndsAtBlank;
+  pool_.push_back(0);
+  fragments_.push_back(current_);
+}
+
+// Names stand at the end of the pool's index, as numbers of fonts, until finish() adds their text.
+std::uint32_t WordAssembler::fontOffset(const Font* font) {
+  lastFont_ = font;
+  for (std::size_t i = 0; i < fontOffsets_.size(); ++i)
+    if (fontOffsets_[i].first == font)
+      return lastFontOffset_ = static_cast<std::uint32_t>(i);
+  fontOffsets_.emplace_back(font, 0);
+  return lastFontOffset_ = static_cast<std::uint32_t>(fontOffsets_.size() - 1);
+}
+
+void WordAssembler::capture(double start, double end) {
+  if (capturedRuns_.empty())
+    capturedRuns_.push_back(run_);
+  captured_.push_back({static_cast<std::uint32_t>(capturedRuns_.size() - 1), start, end});
+}
+
+void WordAssembler::beginReplacement(std::u16string text) {
+  capturing_ = true;
+  replacement_ = std::move(text);
+  captured_.clear();
+  capturedRuns_.clear();
+}
+
+// Nothing tells which glyph stands for which character, so the characters are spread evenly over
+// the glyphs; a blank among them then parts words about where it should.
+void WordAssembler::endReplacement() {
+  if (!capturing_)
+    return;
+  capturing_ = false;
+  std::vector<char32_t> characters;
+  const std::u16string text = spelledOut(replacement_);
+  for (std::size_t at = 0; at < text.size();)
+    characters.push_back(takeCodePoint(text, at));
+  if (captured_.empty() || characters.empty())
+    return;
+
+  const double perCharacter =
+      static_cast<double>(captured_.size()) / static_cast<double>(characters.size());
+  std::uint32_t run = UINT32_MAX;
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    const double from = static_cast<double>(i) * perCharacter;
+    const double to = from + perCharacter;
+    const auto first = std::min(static_cast<std::size_t>(from), captured_.size() - 1);
+    const auto last =
+        std::clamp(static_cast<std::size_t>(std::ceil(to)) - 1, first, captured_.size() - 1);
+    const CapturedGlyph& a = captured_[first];
+    const CapturedGlyph& b = captured_[last].run == a.run ? captured_[last] : a;
+    const double start = a.start + (a.end - a.start) * (from - static_cast<double>(first));
+    const double end =
+        &b == &captured_[last]
+            ? b.start + (b.end - b.start) * std::min(1.0, to - static_cast<double>(last))
+            : a.end;
+    if (a.run != run) {
+      endRun();
+      run = a.run;
+      GlyphRun moved = capturedRuns_[run];
+      beginRun(moved);
+      if (open_)
+        addGap(start - lastEnd_);
+    } else if (open_) {
+      addGap(start - lastEnd_);
+    }
+    std::u16string one;
+    appendCodePoint(one, characters[i]);
+    place(traitsOf(characters[i]), one, start, end);
+  }
+  endRun();
+}
+
+void WordAssembler::finish(PageWords& out) {
+  if (capturing_)
+    endReplacement();
+  closeFragment(false);
+  LineJoiner(fragments_, pool_, tolerance_.between).run();
+
+  for (auto& [font, offset] : fontOffsets_) {
+    offset = static_cast<std::uint32_t>(pool_.size());
+    pool_.insert(pool_.end(), font->name.begin(), font->name.end());
+    pool_.push_back(0);
+  }
+  out.words.clear();
+  out.reading.clear();
+  out.words.reserve(fragments_.size());
+  WordWriter writer(fragments_, pool_, glyphOffsets_);
+  for (const Fragment& fragment : fragments_) {
+    if ((fragment.state & (FragmentRepeats | FragmentContinues)) != 0)
+      continue;
+    Word word = writer.write(fragment);
+    word.font = fontOffsets_[fragment.font].second;
+    word.fontSize = rounded(fragment.em);
+    out.words.push_back(word);
+  }
+  std::swap(out.pool, pool_);
+  if (out.words.empty())
+    out.state = PageState::Empty;
+  else
+    out.state = 2 * unknownGlyphs_ > glyphOffsets_.size() ? PageState::Unreadable : PageState::Good;
+  sortForReading(out, writer.anyRightToLeft());
+}
+
+} // namespace glyphrun

@@ -1,0 +1,146 @@
+// From glyphs in the order in which a page draws them to words.
+#pragma once
+
+#include "Font.h"
+#include "Geometry.h"
+#include "PageWords.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace glyphrun {
+
+/** What the glyphs of one text-showing operator have in common. */
+struct GlyphRun {
+  Point origin;          /**< of the first glyph, in points on the shown page, y downwards */
+  Point direction{1, 0}; /**< unit vector in which the text runs */
+  double em = 0;         /**< font size across the text direction, in points */
+  double emAlong = 0;    /**< font size along it (differs when text is stretched) */
+  bool vertical = false; /**< glyphs stand below one another */
+  Font* font = nullptr;
+};
+
+/** The widest gaps that do not part a word, in ems. */
+struct JoiningTolerance {
+  double inRun = 0;   /**< between glyphs of one operator, where a gap is kerning or a blank */
+  double between = 0; /**< between pieces placed one by one, where it may be a table's gap */
+
+  /** From the factor of the settings, 1.02 for plain text. Each hundredth more is a hundredth of an
+   * em. */
+  static JoiningTolerance fromFactor(double factor);
+};
+
+/** A stretch of glyphs drawn one after the other that touch. */
+struct Fragment {
+  std::uint32_t text = 0;
+  std::uint32_t length = 0;
+  std::uint32_t firstGlyph = 0;
+  std::uint32_t glyphs = 0;
+  std::uint32_t font = 0;
+  std::int32_t next = -1; /**< the fragment that continues the word */
+  float start = 0;        /**< along the direction, from a common origin */
+  float end = 0;
+  float across = 0; /**< baseline across the direction */
+  float em = 0;
+  float line = 0; /**< `across` of the line it belongs to */
+  float ascent = 0;
+  float descent = 0;
+  std::uint8_t heading = 0; /**< Heading */
+  std::uint8_t state = 0;   /**< FragmentState */
+  std::uint16_t traits = 0; /**< all traits of its glyphs */
+  Point origin;
+};
+
+/**
+ * Takes the glyphs of one page and gives its words. It knows nothing of PDF: a test can feed it by
+ * hand. One thread; reused from page to page so that nothing is allocated for a word or a glyph.
+ */
+class WordAssembler {
+public:
+  void beginPage(const Rect& visible, JoiningTolerance tolerance);
+  /** Glyphs whose middle lies outside do not count. */
+  void setVisible(const Rect& visible) { visible_ = visible; }
+  const Rect& visible() const { return visible_; }
+
+  void beginRun(const GlyphRun& run);
+  /** One glyph from `start` to `end`, in points from the run's origin along its direction. */
+  void addGlyph(const CodeInfo& info, double start, double end) {
+    if (capturing_)
+      capture(start, end);
+    else if ((info.traits & plainTraits) == 0 && open_)
+      appendPlain(info, start, end);
+    else
+      place(info.traits, run_.font->textOf(info), start, end);
+  }
+  /** The next glyph starts `gap` points farther than the last one's advance and spacing say. */
+  void addGap(double gap);
+  void endRun();
+
+  /** The glyphs up to endReplacement() stand for `text`. Replacements do not nest. */
+  void beginReplacement(std::u16string text);
+  void endReplacement();
+  bool replacing() const { return capturing_; }
+
+  std::size_t glyphCount() const { return glyphOffsets_.size(); }
+  /** Forms the words of the page. Sets everything of `out` but its page number and memory flag. */
+  void finish(PageWords& out);
+
+private:
+  static constexpr std::uint16_t plainTraits =
+      TraitBlank | TraitNothing | TraitUnknown | TraitAccent | CodeManyUnits;
+
+  struct CapturedGlyph {
+    std::uint32_t run;
+    double start;
+    double end;
+  };
+
+  void capture(double start, double end);
+  void place(std::uint16_t traits, std::u16string_view text, double start, double end);
+  void openFragment(double start);
+  void closeFragment(bool atBlank);
+  std::uint32_t fontOffset(const Font* font);
+  bool shows(double start, double end) const {
+    const double middle = (start + end) / 2;
+    return middle >= visibleFrom_ && middle <= visibleTo_;
+  }
+  void appendPlain(const CodeInfo& info, double start, double end) {
+    if (!shows(start, end))
+      return;
+    glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
+    pool_.push_back(info.text);
+    current_.traits |= info.traits;
+    lastEnd_ = end;
+  }
+
+  Rect visible_;
+  JoiningTolerance tolerance_;
+  GlyphRun run_;
+  std::uint8_t heading_ = 0;
+  double runStart_ = 0; /**< of the run's origin along the heading */
+  double visibleFrom_ = 0;
+  double visibleTo_ = 0;
+
+  bool open_ = false;
+  Fragment current_;
+  Point currentDirection_;
+  bool currentVertical_ = false;
+  double lastEnd_ = 0; /**< of the last glyph, from the run's origin */
+  Point endPoint_;     /**< the same on the page, between runs */
+
+  bool capturing_ = false;
+  std::u16string replacement_;
+  std::vector<GlyphRun> capturedRuns_;
+  std::vector<CapturedGlyph> captured_;
+
+  const Font* lastFont_ = nullptr;
+  std::uint32_t lastFontOffset_ = 0;
+  std::vector<std::pair<const Font*, std::uint32_t>> fontOffsets_;
+  std::vector<char16_t> pool_;
+  std::vector<std::uint32_t> glyphOffsets_;
+  std::vector<Fragment> fragments_;
+  std::size_t unknownGlyphs_ = 0;
+};
+
+} // namespace glyphrun
