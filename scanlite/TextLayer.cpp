@@ -37,7 +37,7 @@ ChildRun runOcr(const QString& source, const QString& target, const QString& lan
                   {QStringLiteral("--skip-text"), QStringLiteral("--output-type"),
                    QStringLiteral("pdf"), QStringLiteral("--optimize"), QStringLiteral("0"),
                    QStringLiteral("--fast-web-view"), QStringLiteral("999999"),
-                   QStringLiteral("--quiet"), QStringLiteral("--language"), languages, source,
+                   QStringLiteral("--quiet"), QStringLiteral("--language=") + languages, source,
                    target},
                   workFolder);
 }
