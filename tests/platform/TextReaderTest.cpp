@@ -1,0 +1,170 @@
+// What TextReader makes of files of every origin.
+#include "platform/TextFile.h"
+
+#include <QBuffer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace folivex::platform;
+
+namespace {
+
+QStringList linesOf(TextReader& reader, int limit = TextReader::maxLine) {
+  QStringList lines;
+  QString line;
+  while (reader.readLine(line, limit)) {
+    lines += line;
+  }
+  return lines;
+}
+
+QStringList linesOf(const QByteArray& bytes, int limit = TextReader::maxLine) {
+  auto device = std::make_unique<QBuffer>();
+  device->setData(bytes);
+  device->open(QIODevice::ReadOnly);
+  TextReader reader;
+  EXPECT_TRUE(reader.open(std::move(device)));
+  return linesOf(reader, limit);
+}
+
+std::string shown(const QStringList& lines) {
+  return (lines.join(QLatin1Char('|')) + QStringLiteral(" #%1").arg(lines.size())).toStdString();
+}
+
+/// A disk that fails behind its first `m_good` bytes.
+class FailingDevice : public QIODevice {
+public:
+  FailingDevice(const QByteArray& header, qint64 good) : m_header(header), m_good(good) {
+    open(QIODevice::ReadOnly | Unbuffered);
+  }
+  qint64 size() const override { return 1'000'000; }
+
+protected:
+  qint64 readData(char* data, qint64 count) override {
+    if (pos() >= m_good) {
+      setErrorString(QStringLiteral("bad sector"));
+      return -1;
+    }
+    const qint64 length = std::min(count, m_good - pos());
+    for (qint64 i = 0; i < length; ++i) {
+      data[i] = pos() + i < m_header.size() ? m_header[pos() + i] : '\n';
+    }
+    return length;
+  }
+  qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+  QByteArray m_header;
+  qint64 m_good;
+};
+
+} // namespace
+
+TEST(TextReader, LinesAndEncodings) {
+  struct Row {
+    const char* fault;
+    QByteArray bytes;
+    QStringList lines;
+  };
+  const QByteArray nul(1, '\0');
+  const Row rows[] = {
+      {"a line made of nothing", "", {}},
+      {"the mark taken for a line", "\xEF\xBB\xBF", {}},
+      {"line ends of the writer counted twice", "a\r\r\nb\r\r\n", {"a", "b"}},
+      {"line ends of other systems", "a\r\nb\nc\rd", {"a", "b", "c", "d"}},
+      {"empty lines lost", "a\n\r\n\r\r\nb", {"a", "", "", "b"}},
+      {"mark left in the first key", "\xEF\xBB\xBFKEY;\xC3\xA9", {"KEY;é"}},
+      {"UTF-8 with neither mark nor header", "KEY;\xC3\xA9", {"KEY;é"}},
+      {"old code page", "M\xFCller \x80\n\x8D", {"Müller €", QString(QChar(0x8D))}},
+      {"one old byte far behind UTF-8", QByteArray(40'000, '\n') + "\xE9\n", {}},
+      {"character cut short at the end", "\xC3\xA9 \xC3", {"Ã© Ã"}},
+      {"bad byte under a header", "UNICODEV4\n\xE9z", {"UNICODEV4", "\uFFFDz"}},
+      {"UTF-16",
+       QByteArray("\xFF\xFE"
+                  "a\0\n\0\xAC\x20",
+                  8),
+       {"a", "€"}},
+      {"UTF-16 of the other order",
+       QByteArray("\xFE\xFF"
+                  "\0a\0\n\x20\xAC",
+                  8),
+       {"a", "€"}},
+      {"text behind a U+0000", "a" + nul + "b\nc", {"a", "c"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    QStringList lines = linesOf(row.bytes);
+    if (row.lines.isEmpty() && lines.size() > 1) {
+      EXPECT_EQ(lines.takeLast().toStdString(), "é");
+      lines.removeAll(QString());
+    }
+    EXPECT_EQ(shown(lines), shown(row.lines));
+  }
+}
+
+TEST(TextReader, CharactersAcrossBlocks) {
+  // Whatever the block size, one of four shifts puts a character across a border.
+  for (int shift = 0; shift < 4; ++shift) {
+    const QString text = QString(shift, QLatin1Char('x')) + QString::fromUtf8("😀").repeated(20'000);
+    const QStringList pieces = linesOf("UNICODE" + text.toUtf8(), 1000);
+    EXPECT_EQ(pieces.join(QString()), QStringLiteral("UNICODE") + text);
+    for (const QString& piece : pieces) {
+      ASSERT_FALSE(piece.back().isHighSurrogate()) << "half a character in a piece";
+    }
+  }
+  // The same for line ends.
+  for (int length = 16'380; length < 16'388; ++length) {
+    const QByteArray line(length, 'x');
+    EXPECT_EQ(linesOf(line + "\r\r\n" + line + "\r\r\n", 20'000).size(), 2) << length;
+  }
+}
+
+TEST(TextReader, LongLinesComeInPieces) {
+  const QString full(4096, QLatin1Char('x'));
+  EXPECT_EQ(linesOf((full + "\r\r\ny").toUtf8()), QStringList({full, "y"}))
+      << "an empty piece behind a line that just fits";
+  EXPECT_EQ(linesOf((full + "yz\nb").toUtf8()), QStringList({full, "yz", "b"}));
+  EXPECT_EQ(linesOf(full.toUtf8()), QStringList({full}));
+}
+
+TEST(TextReader, FailuresAreTold) {
+  const QTemporaryDir folder;
+  const QString pipe = folder.filePath(QStringLiteral("pipe"));
+  ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  QFile huge(folder.filePath(QStringLiteral("huge")));
+  ASSERT_TRUE(huge.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(huge.resize(TextReader::maxFileSize + 1));
+  struct Row {
+    QString path;
+    FileError error;
+  };
+  const Row rows[] = {{folder.filePath(QStringLiteral("none")), FileError::NotFound},
+                      {folder.path(), FileError::Refused},
+                      {pipe, FileError::Refused},
+                      {QStringLiteral("/dev/zero"), FileError::Refused},
+                      {huge.fileName(), FileError::Refused}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.path.toStdString());
+    TextReader reader;
+    EXPECT_FALSE(reader.open(row.path));
+    EXPECT_EQ(reader.error(), row.error);
+    EXPECT_FALSE(reader.errorText().isEmpty());
+    QString line;
+    EXPECT_FALSE(reader.readLine(line));
+  }
+}
+
+TEST(TextReader, DiskThatFailsHalfWay) {
+  TextReader atOnce;
+  EXPECT_FALSE(atOnce.open(std::make_unique<FailingDevice>("a", 30'000)))
+      << "the code page was settled on half a file";
+
+  TextReader later;
+  ASSERT_TRUE(later.open(std::make_unique<FailingDevice>("UNICODE", 30'000)));
+  EXPECT_EQ(linesOf(later).first().toStdString(), "UNICODE");
+  EXPECT_EQ(later.error(), FileError::Failed) << "half a file taken for a whole one";
+  EXPECT_EQ(later.errorText().toStdString(), "bad sector");
+}

@@ -1,0 +1,26 @@
+// Runs the fuzz target over its stored inputs, whole and cut at every length.
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+TEST(SetupFuzz, StoredInputs) {
+  const QDir folder(QStringLiteral(FOLIVEX_SOURCE_DIR "/fuzz/setup_file"));
+  const QStringList names = folder.entryList(QDir::Files);
+  ASSERT_FALSE(names.isEmpty());
+  for (const QString& name : names) {
+    SCOPED_TRACE(name.toStdString());
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    const qsizetype step = std::max<qsizetype>(1, bytes.size() / 200);
+    for (qsizetype size = bytes.size(); size > 0; size -= step) {
+      LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                             static_cast<std::size_t>(size));
+    }
+  }
+}

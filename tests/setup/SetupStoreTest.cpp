@@ -1,0 +1,222 @@
+// Loading and saving setups on a real disk.
+#include "engine/setup/SetupStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace folivex;
+
+namespace {
+
+QByteArray contentOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+void put(const QString& path, const QByteArray& content) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_EQ(file.write(content), content.size());
+}
+
+unsigned modeOf(const QString& path) {
+  struct stat status {};
+  return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
+}
+
+/// A temporary folder of one test, and a store whose example setup is the one that is shipped.
+class SetupStoreTest : public testing::Test {
+protected:
+  SetupStoreTest() : m_old(qgetenv("TMPDIR")) {
+    qputenv("TMPDIR", QFile::encodeName(m_temporary.path()));
+  }
+  ~SetupStoreTest() override { m_old.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", m_old); }
+
+  QString at(const QString& name) const { return m_folder.filePath(name); }
+  QString defaultFile() const { return m_temporary.filePath(QStringLiteral("Folivex.ini")); }
+
+  QTemporaryDir m_temporary;
+  QTemporaryDir m_folder;
+  QByteArray m_old;
+  QString m_samples = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples");
+  SetupStore store{m_samples};
+};
+
+} // namespace
+
+TEST_F(SetupStoreTest, ValuesBeforeAnythingWasRead) {
+  EXPECT_EQ(store.working().startFromPage, 1);
+  EXPECT_TRUE(store.working().alwaysOverwrite && store.working().alwaysAppend);
+  store.working().horizWordSpacing = 1.3;
+  store.working().stripEnd = 2;
+  store.edited().stripEnd = 9;
+  store.edited().findString = QStringLiteral("x");
+  store.commit();
+  EXPECT_EQ(store.working().startFromPage, 0);
+  EXPECT_FALSE(store.working().alwaysOverwrite || store.working().alwaysAppend);
+  EXPECT_EQ(store.working().findString, QStringLiteral("x"));
+  EXPECT_EQ(store.working().horizWordSpacing, 1.3) << "report options have no edited copy";
+  EXPECT_EQ(store.working().stripEnd, 2);
+  EXPECT_EQ(store.working().outputDir, QDir::homePath() + QStringLiteral("/splitoutput"));
+}
+
+TEST_F(SetupStoreTest, SamplesComeBackByteForByte) {
+  const QStringList names = QDir(m_samples).entryList({QStringLiteral("*.fxs")});
+  ASSERT_FALSE(names.isEmpty());
+  for (const QString& name : names) {
+    SCOPED_TRACE(name.toStdString());
+    SetupStore fresh(m_samples);
+    ASSERT_TRUE(fresh.LoadSetup(m_samples + QLatin1Char('/') + name).ok());
+    ASSERT_TRUE(fresh.SaveSetup(at(name)).ok());
+    EXPECT_EQ(contentOf(at(name)), contentOf(m_samples + QLatin1Char('/') + name));
+  }
+}
+
+TEST_F(SetupStoreTest, LoadResetsMailAndExternalCommandOnly) {
+  put(at("a.fxs"), "FINDSTRING;new \n");
+  SplitSetup& setup = store.edited();
+  setup.emailEnable = setup.configUseExternal = setup.useOutlookAuto = true;
+  setup.emailTest = false;
+  setup.emailMatchVertTo = 5;
+  setup.emailPassword = setup.configExternalCommand = QStringLiteral("old");
+  setup.emailPause = 250;
+  setup.pdfPassword = setup.prefixFileName = setup.otherSettingsRemoveText = QStringLiteral("kept");
+  SplitSetup expected = defaultSetup();
+  expected.emailPause = 250;
+  expected.pdfPassword = expected.prefixFileName = expected.otherSettingsRemoveText =
+      QStringLiteral("kept");
+
+  const SetupResult missing = store.LoadSetup(at("none.fxs"));
+  EXPECT_EQ(missing.status, SetupStatus::NotRead);
+  EXPECT_EQ(missing.message, "file error! can't read parameters file: " + at("none.fxs"));
+  EXPECT_TRUE(store.edited() == expected);
+
+  EXPECT_TRUE(store.LoadSetup(at("a.fxs")).ok());
+  expected.findString = QStringLiteral("new");
+  EXPECT_TRUE(store.edited() == expected);
+  EXPECT_TRUE(store.working() == expected);
+  EXPECT_EQ(store.currentPath(), at("a.fxs"));
+}
+
+TEST_F(SetupStoreTest, AutomationCheckSeesTheFirstLineOnly) {
+  struct Row {
+    const char* fault;
+    QByteArray text;
+    bool atCheck;
+    bool atLoad;
+  };
+  const Row rows[] = {{"first line missed", "AUTOMATION;1\nUSECURRENT;1\nFINDSTRING;a", true, true},
+                      {"header skipped", "UNICODEV4\nAUTOMATION;1\nUSECURRENT;1", false, true},
+                      {"set without the key", "USECURRENT;0", false, false}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    SetupStore fresh(m_samples);
+    fresh.edited().emailLogin = QStringLiteral("kept");
+    put(at("a.fxs"), row.text);
+    EXPECT_TRUE(fresh.LoadSetup(at("a.fxs"), LoadMode::AutomationCheck).ok());
+    EXPECT_EQ(fresh.automation(), row.atCheck);
+    EXPECT_EQ(fresh.edited().emailLogin, QStringLiteral("kept"));
+    EXPECT_EQ(fresh.edited().findString, QStringLiteral("account:"));
+    EXPECT_EQ(fresh.currentPath(), QString());
+    EXPECT_TRUE(fresh.LoadSetup(at("a.fxs")).ok());
+    EXPECT_EQ(fresh.automation(), row.atLoad);
+    EXPECT_FALSE(fresh.edited().useCurrent);
+  }
+}
+
+TEST_F(SetupStoreTest, WhereASaveGoes) {
+  store.edited().findString = QStringLiteral("first");
+  EXPECT_EQ(store.SaveSetup(defaultFile()).message, QString()) << "no name that a person chose";
+  EXPECT_EQ(store.currentPath(), QString());
+  const SetupResult named = store.SaveSetup(at("a.fxs"));
+  EXPECT_EQ(named.message, at("a.fxs") + " saved.");
+  EXPECT_EQ(modeOf(at("a.fxs")), 0600U);
+
+  store.edited().findString = QStringLiteral("second");
+  EXPECT_EQ(store.SaveSetup(defaultFile()).message, at("a.fxs") + " saved.");
+  EXPECT_TRUE(contentOf(at("a.fxs")).contains("second"));
+  EXPECT_TRUE(contentOf(defaultFile()).contains("first"));
+
+  EXPECT_TRUE(store.SaveSetup(defaultFile(), SavePath::Keep).ok());
+  EXPECT_TRUE(contentOf(defaultFile()).contains("second"));
+  EXPECT_EQ(store.currentPath(), at("a.fxs"));
+
+  store.setAutomation(true);
+  EXPECT_EQ(store.SaveSetup(at("b.fxs")).message, QString());
+  EXPECT_EQ(store.currentPath(), at("b.fxs"));
+}
+
+TEST_F(SetupStoreTest, FailedSaveKeepsTheOldSetup) {
+  ASSERT_TRUE(store.SaveSetup(at("a.fxs")).ok());
+  const QByteArray old = contentOf(at("a.fxs"));
+  store.edited().emailPassword = QStringLiteral("s3cret");
+  store.edited().emailMsg = QString(3000, QLatin1Char('x'));
+
+  auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit limit{2000, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  const SetupResult full = store.SaveSetup(at("a.fxs"));
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, oldHandler);
+
+  EXPECT_EQ(full.exitCode(), -5);
+  EXPECT_EQ(full.message, "file error! can't write parameters file: " + at("a.fxs"));
+  EXPECT_FALSE(full.note.isEmpty() || full.note.contains("s3cret"));
+  EXPECT_EQ(contentOf(at("a.fxs")), old);
+  EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList({"a.fxs"}));
+
+  const SetupResult nowhere = store.SaveSetup(at("no/folder/a.fxs"));
+  EXPECT_EQ(nowhere.exitCode(), -5);
+  EXPECT_EQ(store.currentPath(), at("a.fxs"));
+}
+
+TEST_F(SetupStoreTest, ValuesThatWillNotComeBackAreTold) {
+  store.edited().emailPassword = QStringLiteral("semi;colon");
+  const SetupResult result = store.SaveSetup(at("a.fxs"));
+  EXPECT_TRUE(result.ok());
+  EXPECT_TRUE(result.note.contains("EMAILPASSWORD"));
+  EXPECT_FALSE(result.note.contains("colon"));
+}
+
+TEST_F(SetupStoreTest, ExampleServesOnceAsDefault) {
+  EXPECT_EQ(store.DefaultSetupPath(), defaultFile());
+  EXPECT_EQ(contentOf(defaultFile()), contentOf(m_samples + QStringLiteral("/example.fxs")));
+  EXPECT_EQ(modeOf(defaultFile()), 0600U);
+  put(defaultFile(), "FINDSTRING;mine \n");
+  EXPECT_TRUE(store.LoadSetup(store.DefaultSetupPath()).ok());
+  EXPECT_EQ(store.edited().findString, QStringLiteral("mine"));
+
+  ASSERT_TRUE(QFile::remove(defaultFile()));
+  SetupStore bare(m_folder.path());
+  const SetupResult result = bare.LoadSetup(bare.DefaultSetupPath());
+  EXPECT_EQ(result.status, SetupStatus::NotRead);
+  EXPECT_EQ(result.message + result.note, QString());
+  EXPECT_TRUE(bare.edited() == defaultSetup());
+}
+
+TEST_F(SetupStoreTest, PlantedDefaultFileIsNeitherReadNorWritten) {
+  put(at("theirs"), "CONFIGUSEEXTERNAL;1 \nCONFIGEXTERNALCOMMAND;evil \n");
+  const QByteArray theirs = contentOf(at("theirs"));
+  for (const QString& target : {at("theirs"), at("not there")}) {
+    ASSERT_TRUE(QFile::link(target, defaultFile()));
+    const SetupResult load = store.LoadSetup(store.DefaultSetupPath());
+    EXPECT_EQ(load.status, SetupStatus::NotRead);
+    EXPECT_TRUE(load.note.contains(defaultFile()));
+    EXPECT_FALSE(store.edited().configUseExternal);
+    EXPECT_EQ(store.SaveSetup(defaultFile(), SavePath::Keep).exitCode(), -5);
+    EXPECT_TRUE(QFileInfo(defaultFile()).isSymLink());
+    ASSERT_TRUE(QFile::remove(defaultFile()));
+  }
+  EXPECT_EQ(contentOf(at("theirs")), theirs);
+  EXPECT_FALSE(QFile::exists(at("not there")));
+}
