@@ -19,7 +19,8 @@ namespace scanlite {
 namespace {
 
 constexpr int tickMilliseconds = 100;
-constexpr int graceMilliseconds = 5000;
+// Shorter than the patience of the program that stops us.
+constexpr int graceMilliseconds = 2000;
 constexpr qsizetype keptOutput = 65536;
 
 volatile std::sig_atomic_t stopAsked = 0;
