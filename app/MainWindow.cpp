@@ -241,6 +241,10 @@ void MainWindow::note(const QString& text) {
   m_status->setText(m_notes.join(QLatin1Char('\n')));
 }
 
+void MainWindow::print(const QString& text) {
+  note(text);
+}
+
 void MainWindow::progress(const Progress& progress) {
   m_progress->setRange(0, progress.pageCount);
   m_progress->setValue(progress.page);
@@ -252,7 +256,7 @@ void MainWindow::handlePendingEvents() {
 }
 
 void MainWindow::openDocument(const QString& path) {
-  QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+  QDesktopServices::openUrl(QUrl::fromUserInput(path, QString(), QUrl::AssumeLocalFile));
 }
 
 void MainWindow::reject() {

@@ -28,6 +28,7 @@ public:
   void message(const QString& text) override;
   Answer question(const QString& text, const QString& caption) override;
   void note(const QString& text) override;
+  void print(const QString& text) override;
   void progress(const Progress& progress) override;
   void handlePendingEvents() override;
   void openDocument(const QString& path) override;

@@ -1,5 +1,6 @@
 #include "app/Session.h"
 
+#include "app/PlanPrinter.h"
 #include "platform/Paths.h"
 
 #include <QDir>
@@ -98,6 +99,7 @@ void Session::loadDefaultSetup() {
 
 Session::Ended Session::handleCommandLine(const CommandLine& line) {
   m_driver->setCommandLine(true);
+  m_plan = line.plan;
   m_setupPath.clear();
   m_password.reset();
   m_exitCode = 0;
@@ -128,7 +130,9 @@ std::optional<int> Session::perform(const CommandAction& action) {
   case CommandAction::Kind::ProcessFolder:
     return processFolder(action.value);
   case CommandAction::Kind::Close:
-    close();
+    if (m_plan == PlanOutput::None) {
+      close();
+    }
     return m_exitCode;
   }
   return std::nullopt;
@@ -165,7 +169,12 @@ std::optional<int> Session::processSource(const QString& path) {
 
 std::optional<int> Session::runOne(const QString& path) {
   m_store.edited().fileName = path;
+  if (m_plan != PlanOutput::None) {
+    planOne(path);
+    return std::nullopt;
+  }
   const RunError error = m_driver->StartProcessing();
+  explainNoMatch();
   const int code = static_cast<int>(error);
   if (endsProgram(error)) {
     return code;
@@ -177,6 +186,30 @@ std::optional<int> Session::runOne(const QString& path) {
     m_exitCode = code;
   }
   return std::nullopt;
+}
+
+void Session::planOne(const QString& path) {
+  const SplitPlan plan = m_driver->Plan();
+  if (!plan.problem.isEmpty()) {
+    m_person.note(plan.problem);
+    m_exitCode = static_cast<int>(m_driver->state().error);
+    return;
+  }
+  for (const QString& line : plan.notes) {
+    m_person.note(QStringLiteral("%1: %2").arg(path, line));
+  }
+  m_person.print(planText(plan, m_plan));
+  explainNoMatch();
+}
+
+void Session::explainNoMatch() {
+  const RunState& state = m_driver->state();
+  if (state.rangeCount > 0 || state.userStop || state.error != RunError::None) {
+    return;
+  }
+  for (const QString& line : m_driver->NearestWords()) {
+    m_person.note(line);
+  }
 }
 
 std::optional<int> Session::processFolder(const QString& pattern) {

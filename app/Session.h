@@ -48,6 +48,8 @@ private:
   std::optional<int> processFolder(const QString& pattern);
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
+  void planOne(const QString& path);
+  void explainNoMatch();
   void report(const SetupResult& result);
 
   Operator& m_person;
@@ -56,6 +58,7 @@ private:
   std::unique_ptr<CSplitPdfInit> m_split;
   std::unique_ptr<CAppendPdfInit> m_append;
   std::unique_ptr<JobDriver> m_driver;
+  PlanOutput m_plan = PlanOutput::None;
   QString m_setupPath;
   std::optional<QString> m_password;
   int m_exitCode = 0;

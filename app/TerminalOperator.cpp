@@ -47,6 +47,12 @@ void TerminalOperator::note(const QString& text) {
   std::fprintf(stderr, "%s\n", platform::terminalText(text).constData());
 }
 
+void TerminalOperator::print(const QString& text) {
+  clearProgress();
+  std::fputs(platform::terminalText(text).constData(), stdout);
+  std::fflush(stdout);
+}
+
 void TerminalOperator::progress(const Progress& progress) {
   if (!m_onTerminal || progress.pageCount == 0) {
     return;

@@ -14,6 +14,7 @@ QString usageText() {
       "  -pPASSWORD  password that opens the PDF\n"
       "  -fPDF       split this PDF; with \"*\" in it, every PDF of the folder that it matches\n"
       "  -c          close the program when all is done\n"
+      "  --plan      show what would be written, as a table, and write nothing; --plan=csv as CSV\n"
       "  --help      this text\n"
       "  --version   the program's version\n"
       "\n"

@@ -2,22 +2,22 @@
 
 #include "engine/job/OcrFirst.h"
 #include "engine/job/OutputFolder.h"
+#include "engine/job/RangePipeline.h"
 #include "engine/job/SourceFile.h"
 #include "engine/job/SourceRun.h"
-#include "engine/naming/OutputNamer.h"
-#include "engine/naming/OutputReservation.h"
+#include "engine/match/NearMisses.h"
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
-#include "engine/output/OutputRangeSaver.h"
 #include "engine/output/OutputWriter.h"
 #include "engine/plan/SplitMethod.h"
+#include "engine/report/PagePositions.h"
 #include "engine/report/ReportPaths.h"
 #include "engine/report/Reports.h"
 #include "engine/words/CPDFTextDumpInit.h"
-#include "engine/words/ViewWordLookup.h"
 #include "platform/Paths.h"
 
 #include <QDateTime>
+#include <QFile>
 
 namespace folivex {
 
@@ -146,18 +146,29 @@ RunError JobDriver::StartProcessing() {
   return m_state.error;
 }
 
-void JobDriver::processFile(const SplitSetup& setup, const QString& source, Reports& reports) {
+const QString& JobDriver::scannedFile(const QString& source) const {
+  return m_state.ocrFile.isEmpty() ? source : m_state.ocrFile;
+}
+
+int JobDriver::openSource(SourceFile& file, const SplitSetup& setup, const QString& source) {
   m_person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
-  SourceFile file({m_libraries.text, m_libraries.split});
   file.openForSplitting(source, setup);
   const int pageCount = file.countPages(source, setup);
-  if (pageCount > 0) {
-    m_person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
-    const bool useCopy =
-        setup.ocrFirst && OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
-    file.openWords(useCopy ? m_state.ocrFile : source, setup);
+  if (pageCount == 0) {
+    return 0;
   }
-  if (!file.problem().isEmpty()) {
+  m_person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
+  if (setup.ocrFirst) {
+    OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
+  }
+  file.openWords(scannedFile(source), setup);
+  return file.problem().isEmpty() ? pageCount : 0;
+}
+
+void JobDriver::processFile(const SplitSetup& setup, const QString& source, Reports& reports) {
+  SourceFile file({m_libraries.text, m_libraries.split});
+  const int pageCount = openSource(file, setup, source);
+  if (pageCount == 0) {
     fail(RunError::Unreadable, file.problem());
     reports.writeTotals(0);
     return;
@@ -165,22 +176,14 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   if (const QString protection = file.protection(); !protection.isEmpty()) {
     m_person.note(QStringLiteral("%1: %2").arg(source, protection));
   }
-
   m_account.start(pageCount);
   OutputWriter writer(setup, m_state, {m_libraries.split, m_libraries.append}, m_person, m_account);
   writer.startSource(source, pageCount);
-  const QString& scanned = m_state.ocrFile.isEmpty() ? source : m_state.ocrFile;
-  DiskOutputPlaces places({source, scanned});
-  OutputReservation reservation({setup.alwaysOverwrite, setup.alwaysAppend}, places, writer);
-  ViewWordLookup lookup(m_libraries.text, scanned, setup.pdfPassword, setup.rotated,
-                        [this](const QString& text) { tell(text); });
-  OutputNamer namer(setup, lookup, [] { return QDateTime::currentDateTime(); });
-  namer.startSource(source, setup.outputDir, pageCount);
-  OutputRangeSaver saver(setup, m_state, {namer, reservation, reports, m_emails}, m_person);
-
-  SourceRun run(setup, m_state, m_libraries.text, saver, m_person);
-  run.run(pageCount);
-  reservation.flush();
+  DiskOutputPlaces places({source, scannedFile(source)});
+  RangePipeline pipeline(setup, m_state, m_libraries.text, m_person,
+                         {source, scannedFile(source), pageCount},
+                         {places, writer, reports, m_emails, {}});
+  pipeline.run();
   m_libraries.append.FinishAppends();
   m_writtenFiles = writer.writtenFiles();
 
@@ -188,9 +191,44 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
     m_state.outputCount = 1;
   }
   reports.writeTotals(m_state.outputCount);
-  for (const QString& line : run.findings().lines()) {
+  for (const QString& line : pipeline.findings().lines()) {
     m_person.note(QStringLiteral("%1: %2").arg(source, line));
   }
+}
+
+SplitPlan JobDriver::Plan() {
+  m_store.commit();
+  resetState();
+  SplitSetup setup = m_store.working();
+  const QString source = platform::withoutTrailingBlanks(setup.fileName);
+  setup.outputDir = outputFolderOf(setup, source);
+  SplitPlan plan;
+  plan.problem = contradictionIn(setup);
+  if (!plan.problem.isEmpty()) {
+    m_state.error = RunError::Contradiction;
+    return plan;
+  }
+  SourceFile file({m_libraries.text, m_libraries.split});
+  const int pageCount = openSource(file, setup, source);
+  if (pageCount == 0) {
+    plan.problem = file.problem();
+    m_state.error = RunError::Unreadable;
+    return plan;
+  }
+  plan.account.start(pageCount);
+  const QString scanned = scannedFile(source);
+  PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend}, {source, scanned});
+  Reports noReports;
+  RangePipeline pipeline(setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
+                         {builder, builder, noReports, m_emails,
+                          [&builder](const ReportLine& line, const QString& namedPath) {
+                            builder.saved({line.firstPage, line.lastPage, line.matchedText,
+                                           line.outputPath, PlannedOutput::Fate::New},
+                                          namedPath);
+                          }});
+  pipeline.run();
+  plan.notes = pipeline.findings().lines();
+  return plan;
 }
 
 void JobDriver::tellEnd(const Reports& reports) {
@@ -215,6 +253,30 @@ void JobDriver::tellEnd(const Reports& reports) {
   m_person.note(m_account.summary(m_writtenFiles));
 }
 
+QStringList JobDriver::NearestWords() {
+  const SplitSetup& setup = m_store.working();
+  if (bookmarkMethodOf(setup.pageExtract) != BookmarkMethod::None) {
+    return {};
+  }
+  const QString source = platform::withoutTrailingBlanks(setup.fileName);
+  SourceFile file({m_libraries.text, m_libraries.split});
+  const int pageCount = file.countPages(source, setup);
+  if (pageCount > 0) {
+    file.openWords(scannedFile(source), setup);
+  }
+  if (!file.problem().isEmpty()) {
+    return {};
+  }
+  NearMisses misses = NearMisses::forSearchText(setup);
+  TextLibraryWords words(m_libraries.text);
+  const PageWindow window = pageWindow(setup.startFromPage, setup.startEndPage, pageCount);
+  for (int page = window.first; page < window.end && !m_state.userStop; ++page) {
+    m_person.handlePendingEvents();
+    misses.scanPage(page, words);
+  }
+  return misses.sentences();
+}
+
 void JobDriver::ShowMatches(MatchObserver& observer) {
   m_store.commit();
   resetState();
@@ -226,12 +288,8 @@ void JobDriver::ShowMatches(MatchObserver& observer) {
   m_state.showOnly = true;
   const QString source = platform::withoutTrailingBlanks(setup.fileName);
   SourceFile file({m_libraries.text, m_libraries.split});
-  const int pageCount = file.countPages(source, setup);
-  if (pageCount > 0) {
-    file.openWords(source, setup);
-  }
-  if (!file.problem().isEmpty()) {
-    fail(RunError::Unreadable, file.problem());
+  const int pageCount = openForReading(file, source);
+  if (pageCount == 0) {
     return;
   }
   NoSaver saver;
@@ -250,6 +308,53 @@ void JobDriver::tellShowEnd() {
   } else {
     tell(QStringLiteral("No more matches found."));
   }
+}
+
+int JobDriver::openForReading(SourceFile& file, const QString& source) {
+  const int pageCount = file.countPages(source, m_store.working());
+  if (pageCount > 0) {
+    file.openWords(source, m_store.working());
+  }
+  if (!file.problem().isEmpty()) {
+    fail(RunError::Unreadable, file.problem());
+    return 0;
+  }
+  return pageCount;
+}
+
+void JobDriver::ListPagePositions(int page) {
+  m_store.commit();
+  resetState();
+  const SplitSetup& setup = m_store.working();
+  const QString source = platform::withoutTrailingBlanks(setup.fileName);
+  if (!QFile(source).open(QIODevice::ReadOnly)) {
+    tell(QStringLiteral("Unable to open file: %1").arg(source));
+    return;
+  }
+  PagePositions listing(m_person);
+  const QString path = pagePositionsPath(platform::temporaryFolder());
+  if (const QString problem = listing.open(path, source, page); !problem.isEmpty()) {
+    tell(problem);
+    return;
+  }
+  m_state.showOnly = true;
+  SourceFile file({m_libraries.text, m_libraries.split});
+  if (openForReading(file, source) == 0) {
+    return;
+  }
+  NoSaver saver;
+  SourceRun run(setup, m_state, m_libraries.text, saver, m_person);
+  run.setObserver(&listing);
+  run.listPage(page - 1);
+  if (m_state.userStop) {
+    tell(QStringLiteral("Process Stopped!"));
+    return;
+  }
+  if (!listing.close()) {
+    tell(QStringLiteral("file error! can't write to page positions file: %1").arg(path));
+    return;
+  }
+  m_person.openDocument(path);
 }
 
 BatchResult JobDriver::ProcessBatch(BatchRows& rows) {

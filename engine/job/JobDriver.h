@@ -4,6 +4,7 @@
 #include "engine/job/BatchRun.h"
 #include "engine/job/Operator.h"
 #include "engine/job/RunState.h"
+#include "engine/job/SplitPlan.h"
 #include "engine/output/EmailRecords.h"
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SetupStore.h"
@@ -15,6 +16,7 @@ class CPDFTextDumpInit;
 class CSplitPdfInit;
 class MatchObserver;
 class Reports;
+class SourceFile;
 
 /// Runs jobs with the settings of a SetupStore, one at a time, on the caller's thread. The person
 /// is kept alive by Operator::handlePendingEvents() at every step; Stop() may be called from there.
@@ -32,8 +34,20 @@ public:
   /// result is RunError::None, or the code that an unattended program ends with.
   RunError StartProcessing();
 
+  /// What StartProcessing() would do. Nothing is written, deleted, numbered or saved; the pages are
+  /// read, named and reserved by the same code.
+  SplitPlan Plan();
+
+  /// Why a search found nothing: one line for each of the words that come nearest to what was looked
+  /// for, the nearest first. Reads the file named in `FILENAME` once more.
+  QStringList NearestWords();
+
   /// Walks the matches of the file named in `FILENAME` without writing anything.
   void ShowMatches(MatchObserver& observer);
+
+  /// Writes the words of one page (from 1) of the file named in `FILENAME` with their positions,
+  /// and opens the listing.
+  void ListPagePositions(int page);
 
   /// Processes every row in use, in automation mode.
   BatchResult ProcessBatch(BatchRows& rows);
@@ -57,8 +71,11 @@ private:
   void clearFolder(const QString& outputFolder, const QString& source);
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
+  int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
   void tellEnd(const Reports& reports);
   void tellShowEnd();
+  int openForReading(SourceFile& file, const QString& source);
+  const QString& scannedFile(const QString& source) const;
 
   SetupStore& m_store;
   Libraries m_libraries;

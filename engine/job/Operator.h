@@ -28,6 +28,8 @@ public:
   /// A finding that does not stop the work (a damaged page, a protected source). Never waits, and
   /// is told in automation mode too.
   virtual void note(const QString& text) = 0;
+  /// A result that was asked for (a plan), in lines ending in LF.
+  virtual void print(const QString& text) = 0;
   virtual void progress(const Progress& progress) = 0;
   /// Lets a window handle what has come in. Called by the engine at every step of long work.
   virtual void handlePendingEvents() = 0;

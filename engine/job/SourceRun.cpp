@@ -55,6 +55,13 @@ void SourceRun::scanPage(int pageIndex) {
   }
 }
 
+void SourceRun::listPage(int pageIndex) {
+  m_matcher.setListing(true);
+  m_matcher.beginPage();
+  scanPage(pageIndex);
+  m_matcher.setListing(false);
+}
+
 void SourceRun::takeBookmarks(int pageCount) {
   std::vector<Bookmark> outline;
   const int count = m_text.GetOutlineCount();

@@ -25,6 +25,10 @@ public:
   /// Scans the window of the open file's `pageCount` pages, or takes its bookmarks.
   void run(int pageCount);
 
+  /// Walks one page (index from 0) and tells the observer each word with its position; nothing is
+  /// matched.
+  void listPage(int pageIndex);
+
   const Findings& findings() const { return m_findings; }
 
 private:

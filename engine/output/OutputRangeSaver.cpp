@@ -3,12 +3,13 @@
 #include <QDir>
 
 #include <algorithm>
+#include <utility>
 
 namespace folivex {
 
 OutputRangeSaver::OutputRangeSaver(const SplitSetup& setup, RunState& state, Stages stages,
                                    Operator& person)
-    : m_setup(setup), m_state(state), m_stages(stages), m_person(person),
+    : m_setup(setup), m_state(state), m_stages(std::move(stages)), m_person(person),
       m_splitMethod(splitMethodOf(setup.pageExtract)),
       m_nameMethod(fileNameMethodOf(setup.extract)) {}
 
@@ -37,12 +38,15 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   if (takesRestOfLine(m_nameMethod)) {
     range.rangeText = named.cleanedRestOfLine;
   }
-  if (!named.folderToMake.isEmpty()) {
+  if (!named.folderToMake.isEmpty() && !m_stages.onPlanned) {
     QDir().mkpath(named.folderToMake);
   }
   const QString path = m_stages.reservation.reserve(named.path, firstPage, lastPage);
 
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
+  if (m_stages.onPlanned) {
+    m_stages.onPlanned(line, named.path);
+  }
   writeReportLine(line);
   recordEmail(line);
   ++m_state.rangeCount;

@@ -19,8 +19,11 @@ public:
   struct Stages {
     OutputNamer& namer;
     OutputReservation& reservation;
-    Reports& reports;
+    Reports& reports; ///< not open in a run that writes nothing
     EmailRecords& emails;
+    /// Told of every saved range, with its path before it was reserved; may be empty. Where it is
+    /// set, the run writes nothing and no folder is made.
+    std::function<void(const ReportLine& line, const QString& namedPath)> onPlanned;
   };
 
   OutputRangeSaver(const SplitSetup& setup, RunState& state, Stages stages, Operator& person);

@@ -1,0 +1,14 @@
+// PlanPrinter: a plan as text for a terminal or as CSV for a spreadsheet.
+#pragma once
+
+#include "app/CommandLine.h"
+#include "engine/job/SplitPlan.h"
+
+namespace folivex {
+
+/// One line an output with its pages, text, file and what happens to the file, lines ending in LF.
+/// As a table the columns are aligned and the account of the pages stands below; as CSV (RFC 4180)
+/// there is a header line and nothing else.
+QString planText(const SplitPlan& plan, PlanOutput form);
+
+} // namespace folivex

@@ -1,0 +1,33 @@
+#include "engine/job/RangePipeline.h"
+
+#include "engine/setup/SplitSetup.h"
+
+#include <QDateTime>
+
+namespace folivex {
+
+RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
+                             Operator& person, const Source& source, const Ends& ends)
+    : m_pageCount(source.pageCount),
+      m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
+      m_lookup(text, source.scanned, setup.pdfPassword, setup.rotated,
+               [&state, &person](const QString& problem) {
+                 if (state.automation) {
+                   person.note(problem);
+                 } else {
+                   person.message(problem);
+                 }
+               }),
+      m_namer(setup, m_lookup, [] { return QDateTime::currentDateTime(); }),
+      m_saver(setup, state, {m_namer, m_reservation, ends.reports, ends.emails, ends.onPlanned},
+              person),
+      m_run(setup, state, text, m_saver, person) {
+  m_namer.startSource(source.path, setup.outputDir, source.pageCount);
+}
+
+void RangePipeline::run() {
+  m_run.run(m_pageCount);
+  m_reservation.flush();
+}
+
+} // namespace folivex

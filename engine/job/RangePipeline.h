@@ -1,0 +1,47 @@
+// RangePipeline: the stages behind the page loop, put together for one source.
+#pragma once
+
+#include "engine/job/SourceRun.h"
+#include "engine/naming/OutputNamer.h"
+#include "engine/naming/OutputReservation.h"
+#include "engine/output/OutputRangeSaver.h"
+#include "engine/words/ViewWordLookup.h"
+
+namespace folivex {
+
+/// Matching, planning, naming, reserving and saving for one open source. Where the outputs go is
+/// the caller's choice: to the disk, or into a plan.
+class RangePipeline {
+public:
+  struct Source {
+    QString path;    ///< what the outputs are named after
+    QString scanned; ///< whose words are read: the source, or its OCR'd copy
+    int pageCount = 0;
+  };
+  struct Ends {
+    OutputPlaces& places;
+    OutputList& list;
+    Reports& reports;
+    EmailRecords& emails;
+    std::function<void(const ReportLine& line, const QString& namedPath)> onPlanned;
+  };
+
+  /// Takes no ownership; all must outlive the pipeline.
+  RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text, Operator& person,
+                const Source& source, const Ends& ends);
+
+  /// Walks the pages and hands on what waits for the end.
+  void run();
+
+  const Findings& findings() const { return m_run.findings(); }
+
+private:
+  int m_pageCount;
+  OutputReservation m_reservation;
+  ViewWordLookup m_lookup;
+  OutputNamer m_namer;
+  OutputRangeSaver m_saver;
+  SourceRun m_run;
+};
+
+} // namespace folivex

@@ -1,0 +1,68 @@
+#include "engine/job/SplitPlan.h"
+
+namespace folivex {
+
+QString fateText(PlannedOutput::Fate fate) {
+  switch (fate) {
+  case PlannedOutput::Fate::New:
+    break;
+  case PlannedOutput::Fate::Replaces:
+    return QStringLiteral("replaces a file");
+  case PlannedOutput::Fate::Appends:
+    return QStringLiteral("is appended");
+  case PlannedOutput::Fate::Renamed:
+    return QStringLiteral("name taken, number added");
+  case PlannedOutput::Fate::GivenUp:
+    return QStringLiteral("given up for a later one of the same name");
+  }
+  return {};
+}
+
+PlanBuilder::PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
+                         const QStringList& protectedFiles)
+    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles) {}
+
+bool PlanBuilder::exists(const QString& path) {
+  return m_disk.exists(path);
+}
+
+bool PlanBuilder::isProtected(const QString& path) {
+  return m_disk.isProtected(path);
+}
+
+void PlanBuilder::remove(const QString& /*path*/) {}
+
+void PlanBuilder::output(const ReservedOutput& reserved) {
+  if (!reserved.path.isEmpty()) {
+    m_plan.account.written(reserved.firstPage, reserved.lastPage);
+  }
+}
+
+void PlanBuilder::replaced(const ReservedOutput& lost) {
+  m_plan.account.replaced(lost.firstPage, lost.lastPage);
+}
+
+void PlanBuilder::saved(const PlannedOutput& output, const QString& namedPath) {
+  PlannedOutput planned = output;
+  const auto earlier = m_lastOfPath.constFind(planned.path);
+  const bool again = earlier != m_lastOfPath.constEnd();
+  if (planned.path != namedPath) {
+    planned.fate = PlannedOutput::Fate::Renamed;
+  } else if (m_whenTaken.append) {
+    const bool there = again || m_disk.exists(planned.path);
+    planned.fate = there ? PlannedOutput::Fate::Appends : PlannedOutput::Fate::New;
+  } else if (again) {
+    PlannedOutput& lost = m_plan.outputs[*earlier];
+    planned.fate = lost.fate;
+    lost.fate = PlannedOutput::Fate::GivenUp;
+  } else if (m_disk.exists(planned.path)) {
+    planned.fate = PlannedOutput::Fate::Replaces;
+  }
+  if (!again) {
+    ++m_plan.fileCount;
+  }
+  m_lastOfPath.insert(planned.path, m_plan.outputs.size());
+  m_plan.outputs.push_back(planned);
+}
+
+} // namespace folivex
