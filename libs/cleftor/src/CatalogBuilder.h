@@ -1,0 +1,50 @@
+#ifndef CLEFTOR_CATALOG_BUILDER_H
+#define CLEFTOR_CATALOG_BUILDER_H
+
+#include "FormBuilder.h"
+#include "LinkRules.h"
+
+#include <string>
+
+namespace cleftor {
+
+/**
+ * What an output says as a document: information, labels, bookmarks, names, form, layers. Files
+ * that are attached to the source as a whole stay behind, as does its tree of structure; scripts of
+ * the whole document come along with form fields, whose own scripts call them.
+ */
+class CatalogBuilder {
+public:
+  CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
+                 DocumentWriter& writer, PageRange range)
+      : source_(source), copier_(copier), links_(links), form_(form), writer_(writer),
+        range_(range) {}
+
+  /** Number of the document information, 0 when the source has none. */
+  int writeInfo();
+
+  /** Writes the catalog and everything that only it refers to; the pages are written before. */
+  void writeCatalog(int number, int pageTree, bool keepBookmarks);
+
+  /** 16 bytes, the same whenever the same range of the same source is written. */
+  std::string identifier(int32_t rotation);
+
+private:
+  void addPlainEntries(Fragment& out);
+  void addViewerPreferences(Fragment& out);
+  void addNames(Fragment& out);
+  void addForm(Fragment& out);
+  void addOpenAction(Fragment& out);
+  void addPageMode(Fragment& out, bool hasOutline);
+
+  Source& source_;
+  ObjectCopier& copier_;
+  LinkRules& links_;
+  FormBuilder& form_;
+  DocumentWriter& writer_;
+  PageRange range_;
+};
+
+} // namespace cleftor
+
+#endif

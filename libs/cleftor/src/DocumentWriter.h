@@ -1,0 +1,49 @@
+#ifndef CLEFTOR_DOCUMENT_WRITER_H
+#define CLEFTOR_DOCUMENT_WRITER_H
+
+#include "AtomicFile.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cleftor {
+
+/**
+ * Lays out one PDF file: header, objects in the order in which they come, cross-reference table,
+ * trailer. Object numbers count from 1 and are handed out by reserve(); one that is never written
+ * is free in the table.
+ */
+class DocumentWriter {
+public:
+  /** version: "1.7" and the like. */
+  DocumentWriter(AtomicFile& file, const std::string& version);
+
+  int reserve();
+
+  void object(int number, std::string_view body);
+
+  /** A stream whose length is known; dictionary is its entries without "<<", "/Length" and ">>". */
+  void stream(int number, std::string_view dictionary, std::string_view data);
+
+  /** A stream whose length shows only at the end: begin, any number of data, end. */
+  void beginStream(int number, std::string_view dictionary);
+  void streamData(std::string_view data) { file_.append(data); }
+  void endStream();
+
+  /** Cross-reference table and trailer; info may be 0; id is 16 raw bytes. */
+  void finish(int root, int info, const std::string& id);
+
+private:
+  void beginObject(int number);
+
+  AtomicFile& file_;
+  std::vector<uint64_t> offsets_; /**< by object number, 0 for one not written */
+  uint64_t lengthPlace_ = 0;
+  uint64_t dataStart_ = 0;
+};
+
+} // namespace cleftor
+
+#endif

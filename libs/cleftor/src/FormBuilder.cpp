@@ -1,0 +1,121 @@
+#include "FormBuilder.h"
+
+#include <algorithm>
+
+namespace cleftor {
+
+void FormBuilder::addWidget(QPDFObjectHandle widget) {
+  QPDFObjGen object = widget.getObjGen();
+  const FieldIndex::Field* field = source_.fields().find(object);
+  if (field == nullptr) {
+    return;
+  }
+  bool added = kept_.try_emplace(object).second;
+  kept_[object].isWidget = true;
+  while (added) {
+    copier_.place(object);
+    if (field->parent.getObj() == 0) {
+      top_.push_back(object);
+      return;
+    }
+    const QPDFObjGen parent = field->parent;
+    added = kept_.try_emplace(parent).second;
+    kept_[parent].below.push_back(object);
+    object = parent;
+    field = source_.fields().find(parent);
+  }
+}
+
+void FormBuilder::order(std::vector<QPDFObjGen>& fields) {
+  std::sort(fields.begin(), fields.end(), [this](QPDFObjGen left, QPDFObjGen right) {
+    return source_.fields().find(left)->position < source_.fields().find(right)->position;
+  });
+}
+
+void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
+                                    std::map<std::string, QPDFObjectHandle>& entries) {
+  const FieldIndex::Field* const known = source_.fields().find(field.getObjGen());
+  if (known == nullptr) {
+    return;
+  }
+  entries.erase("/Parent");
+  entries.erase("/Kids");
+  if (known->parent.getObj() != 0) {
+    out.text("/Parent");
+    out.reference(known->parent);
+  }
+  Kept& kept = kept_[field.getObjGen()];
+  if (!kept.below.empty()) {
+    order(kept.below);
+    out.text("/Kids[");
+    for (const QPDFObjGen& below : kept.below) {
+      out.reference(below);
+    }
+    out.text("]");
+  }
+  if (known->isSignature) {
+    // It vouches for bytes that are not these; what it looks like stays.
+    entries.erase("/V");
+    entries.erase("/Lock");
+  }
+}
+
+void FormBuilder::writeFields() {
+  for (auto& [object, kept] : kept_) {
+    if (kept.isWidget) {
+      continue;
+    }
+    QPDFObjectHandle field = source_.object(object);
+    auto entries = field.getDictAsMap();
+    Fragment out;
+    out.text("<<");
+    writeFieldEntries(out, field, entries);
+    if (const auto events = entries.find("/AA"); events != entries.end()) {
+      links_.writeEventActions(out, "/AA", events->second);
+      entries.erase(events);
+    }
+    entries.erase("/StructParent");
+    entries.erase("/P");
+    out.entries(entries);
+    out.text(">>");
+    copier_.write(copier_.place(object), out);
+  }
+}
+
+Fragment FormBuilder::form() {
+  order(top_);
+  Fragment out;
+  out.text("<</Fields[");
+  for (const QPDFObjGen& field : top_) {
+    out.reference(field);
+  }
+  out.text("]");
+  std::vector<std::pair<uint32_t, QPDFObjGen>> calculated;
+  for (const auto& [object, kept] : kept_) {
+    const uint32_t calculation = source_.fields().find(object)->calculation;
+    if (calculation != FieldIndex::none) {
+      calculated.emplace_back(calculation, object);
+    }
+  }
+  if (!calculated.empty()) {
+    std::sort(calculated.begin(), calculated.end());
+    out.text("/CO[");
+    for (const auto& [position, object] : calculated) {
+      out.reference(object);
+    }
+    out.text("]");
+  }
+  QPDFObjectHandle form = source_.fields().form();
+  for (auto& [key, value] : form.getDictAsMap()) {
+    // The other description of the form covers all pages; signatures are void.
+    const bool goes =
+        key == "/Fields" || key == "/CO" || key == "/XFA" || key == "/SigFlags" || value.isNull();
+    if (!goes) {
+      out.entry(key, value);
+    }
+  }
+  out.text(">>");
+  return out;
+}
+
+} // namespace cleftor

@@ -1,0 +1,32 @@
+#ifndef CLEFTOR_LAYER_INDEX_H
+#define CLEFTOR_LAYER_INDEX_H
+
+#include "Fragment.h"
+#include "ObjGenHash.h"
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include <optional>
+#include <vector>
+
+namespace cleftor {
+
+/** The layers of a document (optional content groups) and what tells which of them show. */
+class LayerIndex {
+public:
+  explicit LayerIndex(QPDFObjectHandle catalog);
+
+  bool isEmpty() const { return positions_.empty(); }
+  bool isLayer(QPDFObjGen object) const { return positions_.count(object) != 0; }
+
+  /** The catalog's entry for an output that uses these layers, with their states and order. */
+  Fragment reducedTo(const ObjGenSet& used) const;
+
+private:
+  QPDFObjectHandle properties_;
+  ObjGenMap<uint32_t> positions_;
+};
+
+} // namespace cleftor
+
+#endif

@@ -1,0 +1,60 @@
+#ifndef CLEFTOR_LINK_RULES_H
+#define CLEFTOR_LINK_RULES_H
+
+#include "Fragment.h"
+#include "ObjectCopier.h"
+#include "Source.h"
+
+#include <cstdint>
+
+namespace cleftor {
+
+/** Pages first..last of the source, as indexes from 0, both included. */
+struct PageRange {
+  int32_t first;
+  int32_t last;
+
+  bool contains(int32_t page) const { return page >= first && page <= last; }
+};
+
+/**
+ * What becomes of links and actions in a range: those that lead to one of its pages stay, those
+ * that lead to another page go, and those that have nothing to do with pages stay as they are.
+ */
+class LinkRules {
+public:
+  LinkRules(Source& source, ObjectCopier& copier, PageRange range)
+      : source_(source), copier_(copier), range_(range) {}
+
+  /** Whether a destination of any kind leads into the range. */
+  bool leadsInside(QPDFObjectHandle destination);
+
+  /** Writes "/key value" when the destination leads into the range; false when it goes. */
+  bool writeDestination(Fragment& out, const char* key, QPDFObjectHandle destination);
+
+  /** Writes "/key value" for what stays of an action and those that follow it; false when none
+   * does. */
+  bool writeAction(Fragment& out, const char* key, QPDFObjectHandle action);
+
+  /** Writes "/key value" for what stays of a dictionary of actions by event. */
+  void writeEventActions(Fragment& out, const char* key, QPDFObjectHandle events);
+
+private:
+  bool staysAlone(QPDFObjectHandle action);
+  bool needsRewriting(QPDFObjectHandle action);
+  bool actionBody(Fragment& out, QPDFObjectHandle action, int depth);
+  void actionEntries(Fragment& out, QPDFObjectHandle action, const std::string& kind);
+  bool followers(Fragment& out, QPDFObjectHandle next, int depth);
+  void destinationBody(Fragment& out, QPDFObjectHandle destination);
+  bool targetsAny(QPDFObjectHandle targets);
+  void writeTargets(Fragment& out, QPDFObjectHandle targets);
+
+  Source& source_;
+  ObjectCopier& copier_;
+  PageRange range_;
+  int actionsWritten_ = 0;
+};
+
+} // namespace cleftor
+
+#endif

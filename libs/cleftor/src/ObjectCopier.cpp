@@ -1,0 +1,254 @@
+#include "ObjectCopier.h"
+
+#include "StreamPipes.h"
+#include "cleftor/cleftor.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace cleftor {
+
+namespace {
+
+bool has(QPDFObjectHandle dictionary, const char* key) {
+  return dictionary.hasKey(key);
+}
+
+bool isAnnotation(QPDFObjectHandle dictionary) {
+  return dictionary.getKey("/Type").isNameAndEquals("/Annot") ||
+         (has(dictionary, "/Rect") && has(dictionary, "/Subtype"));
+}
+
+bool isField(QPDFObjectHandle dictionary) {
+  return has(dictionary, "/FT") || (dictionary.getKey("/T").isString() &&
+                                    (has(dictionary, "/Kids") || has(dictionary, "/Parent")));
+}
+
+bool isBookmark(QPDFObjectHandle dictionary) {
+  return has(dictionary, "/Title") && has(dictionary, "/Parent") &&
+         (has(dictionary, "/Prev") || has(dictionary, "/Next") || has(dictionary, "/First") ||
+          has(dictionary, "/Dest") || has(dictionary, "/A"));
+}
+
+/** Beads of an article form a ring through the whole document. */
+bool isBead(QPDFObjectHandle dictionary) {
+  return has(dictionary, "/N") && has(dictionary, "/V") && has(dictionary, "/P") &&
+         has(dictionary, "/R");
+}
+
+bool isOfOtherType(QPDFObjectHandle dictionary) {
+  static constexpr std::array types = {"/Page",       "/Pages", "/Catalog",  "/StructTreeRoot",
+                                       "/StructElem", "/Bead",  "/Outlines", "/DPart",
+                                       "/DPartRoot",  "/Thread"};
+  QPDFObjectHandle type = dictionary.getKey("/Type");
+  if (!type.isName()) {
+    return false;
+  }
+  const std::string name = type.getName();
+  return std::find(types.begin(), types.end(), name) != types.end();
+}
+
+/** Takes "/Crypt" out of a stream's filters: its data is written as anybody may read it. */
+void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
+  const auto filter = entries.find("/Filter");
+  if (filter == entries.end()) {
+    return;
+  }
+  const auto parameters = entries.find("/DecodeParms");
+  if (filter->second.isNameAndEquals("/Crypt")) {
+    entries.erase(filter);
+    entries.erase("/DecodeParms");
+    return;
+  }
+  if (!filter->second.isArray()) {
+    return;
+  }
+  std::vector<QPDFObjectHandle> filters;
+  std::vector<QPDFObjectHandle> kept;
+  const bool parallel = parameters != entries.end() && parameters->second.isArray();
+  for (int i = 0; i < filter->second.getArrayNItems(); ++i) {
+    if (filter->second.getArrayItem(i).isNameAndEquals("/Crypt")) {
+      continue;
+    }
+    filters.push_back(filter->second.getArrayItem(i));
+    kept.push_back(parallel ? parameters->second.getArrayItem(i) : QPDFObjectHandle::newNull());
+  }
+  filter->second = QPDFObjectHandle::newArray(filters);
+  if (parallel) {
+    parameters->second = QPDFObjectHandle::newArray(kept);
+  }
+}
+
+} // namespace
+
+int ObjectCopier::place(QPDFObjGen object) {
+  const auto [place, added] = numbers_.try_emplace(object, 0);
+  if (added) {
+    place->second = writer_.reserve();
+  }
+  return place->second;
+}
+
+int ObjectCopier::numberOf(QPDFObjGen object) {
+  const auto [place, added] = numbers_.try_emplace(object, 0);
+  if (!added) {
+    return place->second;
+  }
+  if (source_.pages().indexOf(object) || source_.isOfWholeDocument(object)) {
+    numbers_.erase(place);
+    return 0;
+  }
+  place->second = writer_.reserve();
+  waiting_.emplace_back(object, place->second);
+  return place->second;
+}
+
+/** Makes the text of a fragment final in scratch_. */
+void ObjectCopier::resolve(const Fragment& fragment) {
+  scratch_.clear();
+  const std::string& bytes = fragment.bytes();
+  size_t done = 0;
+  for (const auto& [at, object] : fragment.references()) {
+    scratch_.append(bytes, done, at - done);
+    done = at;
+    const int number = numberOf(object);
+    if (number == 0) {
+      scratch_.append("null");
+    } else {
+      std::array<char, 16> digits{};
+      const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+      scratch_.append(digits.data(), end.ptr);
+      scratch_.append(" 0 R");
+    }
+    // A reference ends with a letter, and so may what follows begin.
+    if (at < bytes.size() && bytes[at] != '/' && bytes[at] != ' ' && bytes[at] != ']' &&
+        bytes[at] != '>') {
+      scratch_.push_back(' ');
+    }
+  }
+  scratch_.append(bytes, done, std::string::npos);
+}
+
+void ObjectCopier::request(const Fragment& body) {
+  for (const Fragment::Reference& reference : body.references()) {
+    numberOf(reference.object);
+  }
+}
+
+void ObjectCopier::write(int number, const Fragment& body) {
+  resolve(body);
+  writer_.object(number, scratch_);
+}
+
+void ObjectCopier::copyWaiting() {
+  // Copying may add to the list.
+  while (!waiting_.empty()) {
+    const auto [object, number] = waiting_.back();
+    waiting_.pop_back();
+    copy(object, number);
+  }
+}
+
+bool ObjectCopier::staysOut(QPDFObjectHandle object) const {
+  return object.isDictionary() && (isOfOtherType(object) || isAnnotation(object) ||
+                                   isField(object) || isBookmark(object) || isBead(object));
+}
+
+void ObjectCopier::copy(QPDFObjGen object, int number) {
+  if (source_.layers().isLayer(object)) {
+    usedLayers_.insert(object);
+  }
+  if (const CopiedObject* const kept = source_.cache().find(object)) {
+    writeCopied(number, *kept);
+    return;
+  }
+  const bool keep = source_.cache().isWanted(object);
+  QPDFObjectHandle value = source_.object(object);
+  if (value.isStream()) {
+    copyStream(value, number, keep);
+    return;
+  }
+  CopiedObject copied;
+  copied.body = bodyOf(value);
+  writeCopied(number, copied);
+  if (keep) {
+    source_.cache().keep(object, std::move(copied));
+  }
+}
+
+Fragment ObjectCopier::bodyOf(QPDFObjectHandle object) {
+  Fragment body;
+  if (staysOut(object)) {
+    body.text("null");
+    return body;
+  }
+  const bool drawsGlyphs =
+      object.isDictionary() && object.getKey("/Subtype").isNameAndEquals("/Type3");
+  const auto resources = drawsGlyphs ? source_.resources().forOwner(object) : std::nullopt;
+  if (!resources) {
+    body.resolved(object);
+    return body;
+  }
+  auto entries = object.getDictAsMap();
+  entries.erase("/Resources");
+  body.text("<<");
+  body.entries(entries);
+  body.text("/Resources");
+  body.append(*resources);
+  body.text(">>");
+  return body;
+}
+
+Fragment ObjectCopier::streamEntries(QPDFObjectHandle stream) {
+  Fragment out;
+  auto entries = stream.getDict().getDictAsMap();
+  entries.erase("/Length");
+  // Structure is not carried along, so a place in it means nothing.
+  entries.erase("/StructParent");
+  entries.erase("/StructParents");
+  if ((source_.facts() & CLEFTOR_FILE_ENCRYPTED) != 0) {
+    dropCryptFilter(entries);
+  }
+  if (entries.count("/Resources") != 0) {
+    if (const auto resources = source_.resources().forOwner(stream)) {
+      entries.erase("/Resources");
+      out.text("/Resources");
+      out.append(*resources);
+    }
+  }
+  out.entries(entries);
+  return out;
+}
+
+void ObjectCopier::copyStream(QPDFObjectHandle stream, int number, bool keep) {
+  CopiedObject copied;
+  copied.isStream = true;
+  copied.body = streamEntries(stream);
+  QPDFObjectHandle length = stream.getDict().getKey("/Length");
+  if (keep && length.isInteger() && length.getUIntValue() <= ObjectCache::largestData) {
+    copied.data = storedData(stream);
+    const QPDFObjGen object = stream.getObjGen();
+    if (copied.data.size() <= 2 * ObjectCache::largestData) {
+      writeCopied(number, source_.cache().keep(object, std::move(copied)));
+    } else {
+      writeCopied(number, copied);
+    }
+    return;
+  }
+  resolve(copied.body);
+  writer_.beginStream(number, scratch_);
+  writeStoredData(stream, writer_);
+  writer_.endStream();
+}
+
+void ObjectCopier::writeCopied(int number, const CopiedObject& copied) {
+  resolve(copied.body);
+  if (copied.isStream) {
+    writer_.stream(number, scratch_, copied.data);
+  } else {
+    writer_.object(number, scratch_);
+  }
+}
+
+} // namespace cleftor

@@ -1,0 +1,17 @@
+#ifndef CLEFTOR_OUTLINE_BUILDER_H
+#define CLEFTOR_OUTLINE_BUILDER_H
+
+#include "LinkRules.h"
+
+namespace cleftor {
+
+/**
+ * Writes the bookmarks into a range. One whose page is elsewhere stays as a heading without a
+ * target when bookmarks below it are kept. Returns the number of the outline, 0 when there is none.
+ */
+int writeOutline(Source& source, ObjectCopier& copier, LinkRules& links, DocumentWriter& writer,
+                 PageRange range);
+
+} // namespace cleftor
+
+#endif

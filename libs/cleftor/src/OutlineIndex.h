@@ -1,0 +1,39 @@
+#ifndef CLEFTOR_OUTLINE_INDEX_H
+#define CLEFTOR_OUTLINE_INDEX_H
+
+#include "NamedDestinations.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace cleftor {
+
+/** The bookmarks of a document in the order in which a reader lists them, each with its page. */
+class OutlineIndex {
+public:
+  static constexpr int32_t none = -1;
+
+  struct Item {
+    QPDFObjectHandle dictionary;
+    int32_t parent; /**< position of the item above, or none */
+    int32_t page;   /**< page index from 0, or none */
+  };
+
+  OutlineIndex(QPDFObjectHandle catalog, const NamedDestinations& names);
+
+  const Item& item(int32_t position) const { return items_[static_cast<size_t>(position)]; }
+
+  /** Positions, ascending, of the bookmarks into pages first..last (indexes) and of those above
+   * them. */
+  std::vector<int32_t> within(int32_t first, int32_t last) const;
+
+private:
+  void walk(QPDFObjectHandle root, const NamedDestinations& names);
+
+  std::vector<Item> items_;
+  std::vector<int32_t> byPage_; /**< positions of items that have a page, ordered by it */
+};
+
+} // namespace cleftor
+
+#endif

@@ -1,0 +1,105 @@
+#include "PageTable.h"
+
+#include <limits>
+
+namespace cleftor {
+
+namespace {
+
+constexpr uint32_t noNode = std::numeric_limits<uint32_t>::max();
+constexpr size_t mostPages = 100'000'000;
+
+} // namespace
+
+/** A place in the walk: which kid of which node comes next. */
+struct PageTable::Step {
+  uint32_t node;
+  QPDFObjectHandle kids;
+  int next;
+};
+
+PageTable::PageTable(QPDF& document) : document_(document) {
+  QPDFObjectHandle root = findRoot();
+  if (root.isDictionary()) {
+    walk(root);
+  }
+  resources_.clear();
+}
+
+/** Some catalogs name a node below the root of the tree. */
+QPDFObjectHandle PageTable::findRoot() {
+  QPDFObjectHandle node = document_.getRoot().getKey("/Pages");
+  ObjGenSet seen;
+  while (node.isDictionary() && node.getKey("/Parent").isDictionary() &&
+         seen.insert(node.getObjGen()).second) {
+    node = node.getKey("/Parent");
+  }
+  return node;
+}
+
+void PageTable::walk(QPDFObjectHandle root) {
+  std::vector<Step> path;
+  auto enter = [&](QPDFObjectHandle& node, uint32_t parent) {
+    if (node.isIndirect() && !nodeIndex_.insert(node.getObjGen()).second) {
+      return;
+    }
+    nodes_.push_back({node, parent});
+    path.push_back({static_cast<uint32_t>(nodes_.size() - 1), node.getKey("/Kids"), 0});
+  };
+  if (!root.getKey("/Kids").isArray()) {
+    addPage(root, noNode);
+    return;
+  }
+  enter(root, noNode);
+  while (!path.empty() && pages_.size() < mostPages) {
+    Step& step = path.back();
+    if (step.next >= step.kids.getArrayNItems()) {
+      path.pop_back();
+      continue;
+    }
+    const int position = step.next++;
+    QPDFObjectHandle kid = step.kids.getArrayItem(position);
+    if (!kid.isDictionary()) {
+      continue;
+    }
+    if (kid.getKey("/Kids").isArray()) {
+      enter(kid, step.node);
+      continue;
+    }
+    if (!kid.isIndirect()) {
+      kid = document_.makeIndirectObject(kid);
+      step.kids.setArrayItem(position, kid);
+    }
+    addPage(kid, step.node);
+  }
+}
+
+void PageTable::addPage(QPDFObjectHandle page, uint32_t node) {
+  const QPDFObjGen object = page.getObjGen();
+  pageIndex_.emplace(object, count());
+  pages_.push_back({object, node});
+  const QPDFObjectHandle resources = page.getKey("/Resources");
+  if (resources.isIndirect() && !resources_.insert(resources.getObjGen()).second) {
+    sharedResources_.insert(resources.getObjGen());
+  }
+}
+
+std::optional<int32_t> PageTable::indexOf(QPDFObjGen object) const {
+  const auto found = pageIndex_.find(object);
+  return found == pageIndex_.end() ? std::nullopt : std::optional(found->second);
+}
+
+QPDFObjectHandle PageTable::inherited(int32_t page, const std::string& key) const {
+  uint32_t node = pages_[static_cast<size_t>(page)].node;
+  while (node != noNode) {
+    QPDFObjectHandle dictionary = nodes_[node].dictionary;
+    QPDFObjectHandle value = dictionary.getKey(key);
+    if (!value.isNull()) {
+      return value;
+    }
+    node = nodes_[node].parent;
+  }
+  return QPDFObjectHandle::newNull();
+}
+
+} // namespace cleftor

@@ -1,0 +1,66 @@
+#ifndef CLEFTOR_PAGE_TABLE_H
+#define CLEFTOR_PAGE_TABLE_H
+
+#include "ObjGenHash.h"
+
+#include <qpdf/QPDF.hh>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cleftor {
+
+/**
+ * The pages of a document, each seen before it counts: no number that the file states is believed.
+ * Page indexes here count from 0.
+ */
+class PageTable {
+public:
+  /** Walks the page tree once. A node that is met again is not walked again. */
+  explicit PageTable(QPDF& document);
+
+  int32_t count() const { return static_cast<int32_t>(pages_.size()); }
+
+  QPDFObjGen object(int32_t page) const { return pages_[static_cast<size_t>(page)].object; }
+
+  /** Index of the page that the object is (the first, when the tree lists it twice). */
+  std::optional<int32_t> indexOf(QPDFObjGen object) const;
+
+  /** Whether the object is an inner node of the page tree. */
+  bool isNode(QPDFObjGen object) const { return nodeIndex_.count(object) != 0; }
+
+  /** Value of an entry of the nodes above the page, null when none of them has it. */
+  QPDFObjectHandle inherited(int32_t page, const std::string& key) const;
+
+  /** Whether more than one page names this object as its resources. */
+  bool isSharedResource(QPDFObjGen object) const { return sharedResources_.count(object) != 0; }
+
+private:
+  struct Page {
+    QPDFObjGen object;
+    uint32_t node;
+  };
+  struct Node {
+    QPDFObjectHandle dictionary;
+    uint32_t parent;
+  };
+  struct Step;
+
+  QPDFObjectHandle findRoot();
+  void walk(QPDFObjectHandle root);
+  void addPage(QPDFObjectHandle page, uint32_t node);
+
+  QPDF& document_;
+  std::vector<Page> pages_;
+  std::vector<Node> nodes_;
+  ObjGenMap<int32_t> pageIndex_;
+  ObjGenSet nodeIndex_;
+  ObjGenSet resources_;
+  ObjGenSet sharedResources_;
+};
+
+} // namespace cleftor
+
+#endif

@@ -1,0 +1,235 @@
+#include "RangeBuilder.h"
+
+#include "CatalogBuilder.h"
+
+#include <array>
+
+namespace cleftor {
+
+namespace {
+
+/** Entries that a page takes from the nodes above it. */
+constexpr std::array inheritable = {"/MediaBox", "/CropBox", "/Rotate"};
+
+/**
+ * Entries of a page that lead into the document beyond it: the tree of pages, articles, structure,
+ * parts; and those that are written by rules of their own.
+ */
+constexpr std::array setAside = {"/Parent",    "/B",      "/StructParents",
+                                 "/DPart",     "/Annots", "/AA",
+                                 "/Resources", "/Rotate", "/StructParent"};
+
+int turned(QPDFObjectHandle rotation, int32_t further) {
+  const long long now = rotation.isInteger() ? rotation.getIntValue() % 360 : 0;
+  return static_cast<int>(((now + further) % 360 + 360) % 360);
+}
+
+} // namespace
+
+RangeBuilder::RangeBuilder(Source& source, PageRange range, const RangeSettings& settings,
+                           AtomicFile& file)
+    : source_(source), range_(range), settings_(settings), writer_(file, source.version()),
+      copier_(source, writer_), links_(source, copier_, range), form_(source, copier_, links_) {}
+
+void RangeBuilder::write() {
+  const int catalog = writer_.reserve();
+  treeNumber_ = writer_.reserve();
+  placePages();
+  writePages();
+  if (!form_.isEmpty()) {
+    form_.writeFields();
+  }
+  CatalogBuilder document(source_, copier_, links_, form_, writer_, range_);
+  const int info = document.writeInfo();
+  document.writeCatalog(catalog, treeNumber_, settings_.keepBookmarks);
+  writer_.finish(catalog, info, document.identifier(settings_.rotation));
+}
+
+/** Every page and annotation has its number before one is written: links lead backward and forward.
+ */
+void RangeBuilder::placePages() {
+  for (int32_t page = range_.first; page <= range_.last; ++page) {
+    const QPDFObjGen object = source_.pages().object(page);
+    // A page that the tree lists twice is two pages.
+    pageNumbers_.push_back(copier_.isPlaced(object) ? writer_.reserve() : copier_.place(object));
+  }
+  for (int32_t page = range_.first; page <= range_.last; ++page) {
+    placeAnnotations(page);
+  }
+}
+
+void RangeBuilder::placeAnnotations(int32_t page) {
+  QPDFObjectHandle dictionary = source_.page(page);
+  QPDFObjectHandle annotations = dictionary.getKey("/Annots");
+  const int count = annotations.isArray() ? annotations.getArrayNItems() : 0;
+  for (int i = 0; i < count; ++i) {
+    QPDFObjectHandle annotation = annotations.getArrayItem(i);
+    if (!annotation.isIndirect() || !annotation.isDictionary()) {
+      continue;
+    }
+    copier_.place(annotation.getObjGen());
+    if (annotation.getKey("/Subtype").isNameAndEquals("/Widget")) {
+      form_.addWidget(annotation);
+    }
+  }
+}
+
+void RangeBuilder::writePages() {
+  Fragment tree;
+  tree.text("<</Type/Pages/Count ");
+  tree.integer(static_cast<long long>(pageNumbers_.size()));
+  tree.text("/Kids[");
+  for (const int number : pageNumbers_) {
+    tree.number(number);
+  }
+  tree.text("]>>");
+  copier_.write(treeNumber_, tree);
+  for (int32_t page = range_.first; page <= range_.last; ++page) {
+    writePage(page, pageNumbers_[static_cast<size_t>(page - range_.first)]);
+    // Page by page, so that what a page is made of lies together and little is waiting.
+    copier_.copyWaiting();
+  }
+}
+
+void RangeBuilder::writePage(int32_t page, int number) {
+  QPDFObjectHandle dictionary = source_.page(page);
+  QPDFObjectHandle annotations = dictionary.getKey("/Annots");
+  copier_.write(number, pageBody(page, dictionary));
+  if (annotations.isArray()) {
+    writeAnnotations(annotations);
+  }
+}
+
+Fragment RangeBuilder::pageBody(int32_t page, QPDFObjectHandle dictionary) {
+  Entries entries = dictionary.getDictAsMap();
+  addInherited(page, entries);
+  Fragment out;
+  out.text("<</Type/Page/Parent ");
+  out.number(treeNumber_);
+  writeResources(out, page, entries);
+  writeRotation(out, entries);
+  if (const auto annotations = entries.find("/Annots"); annotations != entries.end()) {
+    writeAnnotationList(out, annotations->second);
+  }
+  if (const auto events = entries.find("/AA"); events != entries.end()) {
+    links_.writeEventActions(out, "/AA", events->second);
+  }
+  entries.erase("/Type");
+  for (const char* key : setAside) {
+    entries.erase(key);
+  }
+  out.entries(entries);
+  out.text(">>");
+  return out;
+}
+
+void RangeBuilder::addInherited(int32_t page, Entries& entries) {
+  for (const char* key : inheritable) {
+    const auto found = entries.find(key);
+    if (found == entries.end() || found->second.isNull()) {
+      entries[key] = source_.pages().inherited(page, key);
+    }
+  }
+}
+
+void RangeBuilder::writeResources(Fragment& out, int32_t page, Entries& entries) {
+  const auto own = entries.find("/Resources");
+  const bool isInherited = own == entries.end() || own->second.isNull();
+  QPDFObjectHandle resources =
+      isInherited ? source_.pages().inherited(page, "/Resources") : own->second;
+  const bool isShared = isInherited || source_.pages().isSharedResource(resources.getObjGen());
+  const auto of = [&entries](const char* key) {
+    const auto found = entries.find(key);
+    return found == entries.end() ? QPDFObjectHandle::newNull() : found->second;
+  };
+  out.text("/Resources");
+  if (const auto pruned =
+          source_.resources().forPage(resources, isShared, of("/Contents"), of("/Annots"))) {
+    out.append(*pruned);
+  } else if (resources.isDictionary()) {
+    out.value(resources);
+  } else {
+    out.text("<<>>");
+  }
+}
+
+void RangeBuilder::writeRotation(Fragment& out, Entries& entries) {
+  QPDFObjectHandle rotation = entries["/Rotate"];
+  const int degrees = turned(rotation, settings_.rotation);
+  if (degrees != 0) {
+    out.text("/Rotate ");
+    out.integer(degrees);
+  }
+}
+
+void RangeBuilder::writeAnnotationList(Fragment& out, QPDFObjectHandle annotations) {
+  const int count = annotations.isArray() ? annotations.getArrayNItems() : 0;
+  if (count == 0) {
+    return;
+  }
+  out.text("/Annots[");
+  for (int i = 0; i < count; ++i) {
+    QPDFObjectHandle annotation = annotations.getArrayItem(i);
+    if (!annotation.isDictionary()) {
+      continue;
+    }
+    if (annotation.isIndirect()) {
+      out.reference(annotation.getObjGen());
+    } else {
+      out.append(annotationBody(annotation));
+    }
+  }
+  out.text("]");
+}
+
+void RangeBuilder::writeAnnotations(QPDFObjectHandle annotations) {
+  const int count = annotations.getArrayNItems();
+  for (int i = 0; i < count; ++i) {
+    QPDFObjectHandle annotation = annotations.getArrayItem(i);
+    if (annotation.isIndirect() && annotation.isDictionary() &&
+        annotationsWritten_.insert(annotation.getObjGen()).second) {
+      copier_.write(copier_.place(annotation.getObjGen()), annotationBody(annotation));
+    }
+  }
+}
+
+/** An annotation answers to others and to its page only as far as these are in the range. */
+void RangeBuilder::dropStrayRelations(Entries& entries) {
+  entries.erase("/StructParent");
+  for (const char* key : {"/P", "/Parent", "/Popup", "/IRT"}) {
+    const auto found = entries.find(key);
+    if (found != entries.end() && !copier_.isPlaced(found->second.getObjGen())) {
+      entries.erase(found);
+    }
+  }
+  if (entries.count("/IRT") == 0) {
+    entries.erase("/RT");
+  }
+}
+
+Fragment RangeBuilder::annotationBody(QPDFObjectHandle annotation) {
+  Entries entries = annotation.getDictAsMap();
+  Fragment out;
+  out.text("<<");
+  form_.writeFieldEntries(out, annotation, entries);
+  dropStrayRelations(entries);
+  if (const auto target = entries.find("/Dest"); target != entries.end()) {
+    links_.writeDestination(out, "/Dest", target->second);
+    entries.erase(target);
+  }
+  for (const char* key : {"/A", "/PA"}) {
+    if (const auto action = entries.find(key); action != entries.end()) {
+      links_.writeAction(out, key, action->second);
+      entries.erase(action);
+    }
+  }
+  if (const auto events = entries.find("/AA"); events != entries.end()) {
+    links_.writeEventActions(out, "/AA", events->second);
+    entries.erase(events);
+  }
+  out.entries(entries);
+  out.text(">>");
+  return out;
+}
+
+} // namespace cleftor

@@ -1,0 +1,56 @@
+#ifndef CLEFTOR_RANGE_BUILDER_H
+#define CLEFTOR_RANGE_BUILDER_H
+
+#include "FormBuilder.h"
+#include "LinkRules.h"
+
+#include <map>
+#include <string>
+
+namespace cleftor {
+
+/** Settings of an output. */
+struct RangeSettings {
+  bool keepBookmarks = false;
+  int32_t rotation = 0; /**< degrees clockwise, a multiple of 90 */
+};
+
+/** Writes one range of a source as a document of its own. */
+class RangeBuilder {
+public:
+  /** file is not kept by the builder; whoever made it does that. */
+  RangeBuilder(Source& source, PageRange range, const RangeSettings& settings, AtomicFile& file);
+
+  void write();
+
+private:
+  using Entries = std::map<std::string, QPDFObjectHandle>;
+
+  void placePages();
+  void placeAnnotations(int32_t page);
+  void writePages();
+  void writePage(int32_t page, int number);
+  Fragment pageBody(int32_t page, QPDFObjectHandle dictionary);
+  void addInherited(int32_t page, Entries& entries);
+  void writeResources(Fragment& out, int32_t page, Entries& entries);
+  void writeRotation(Fragment& out, Entries& entries);
+  void writeAnnotationList(Fragment& out, QPDFObjectHandle annotations);
+  void writeAnnotations(QPDFObjectHandle annotations);
+  Fragment annotationBody(QPDFObjectHandle annotation);
+  void dropStrayRelations(Entries& entries);
+
+  Source& source_;
+  PageRange range_;
+  RangeSettings settings_;
+  DocumentWriter writer_;
+  ObjectCopier copier_;
+  LinkRules links_;
+  FormBuilder form_;
+  std::vector<int> pageNumbers_;
+  ObjGenSet annotationsWritten_;
+  int treeNumber_ = 0;
+};
+
+} // namespace cleftor
+
+#endif

@@ -1,0 +1,45 @@
+#ifndef CLEFTOR_SOURCE_INPUT_H
+#define CLEFTOR_SOURCE_INPUT_H
+
+#include <qpdf/InputSource.hh>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace cleftor {
+
+/**
+ * The source file, read in blocks. The parser jumps between neighbouring objects and steps back a
+ * byte at a time; a block keeps such steps out of the system. The file is read, never mapped, so
+ * one that shrinks meanwhile is a damaged file and not a dead process.
+ */
+class SourceInput : public InputSource {
+public:
+  /** Opens path (UTF-8); throws Failure CLEFTOR_CANNOT_OPEN with the system's reason. */
+  explicit SourceInput(const std::string& path);
+
+  qpdf_offset_t findAndSkipNextEOL() override;
+  const std::string& getName() const override;
+  qpdf_offset_t tell() override;
+  void seek(qpdf_offset_t offset, int whence) override;
+  void rewind() override;
+  size_t read(char* target, size_t length) override;
+  void unreadCh(char ch) override;
+
+private:
+  /** Makes the block hold the byte at position; false at the end of the file. */
+  bool load(qpdf_offset_t position);
+
+  std::string name_;
+  std::ifstream file_;
+  qpdf_offset_t size_ = 0;
+  qpdf_offset_t position_ = 0;
+  qpdf_offset_t blockStart_ = 0;
+  std::vector<char> block_;
+  size_t blockLength_ = 0;
+};
+
+} // namespace cleftor
+
+#endif

@@ -1,0 +1,108 @@
+#include "cleftor/cleftor.h"
+
+#include "Failure.h"
+#include "Session.h"
+#include "Utf16.h"
+
+#include <exception>
+#include <new>
+
+namespace {
+
+using cleftor::Session;
+
+/** A trailing blank is no part of a file's name. */
+std::string pathText(const char16_t* path) {
+  std::string text = cleftor::toUtf8(path);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+/** Runs one operation; whatever goes wrong in it becomes a code and a text. */
+template <typename Operation> int32_t guarded(int32_t unforeseen, Operation operation) noexcept {
+  Session& session = Session::instance();
+  int32_t code = CLEFTOR_OK;
+  try {
+    session.clearError();
+    operation(session);
+  } catch (const cleftor::Failure& failure) {
+    code = failure.code();
+    session.noteError(code, failure.what());
+  } catch (const std::bad_alloc&) {
+    code = CLEFTOR_OUT_OF_MEMORY;
+    session.noteError(code, "Out of memory");
+  } catch (const std::exception& error) {
+    code = unforeseen;
+    session.noteError(code, error.what());
+  } catch (...) {
+    code = unforeseen;
+    session.noteError(code, "Unknown fault");
+  }
+  return code;
+}
+
+} // namespace
+
+int32_t CleftorInterfaceVersion() {
+  return CLEFTOR_INTERFACE_VERSION;
+}
+
+int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password) {
+  return guarded(CLEFTOR_CANNOT_OPEN, [&](Session& session) {
+    session.close();
+    session.open(pathText(path), cleftor::toUtf8(password));
+  });
+}
+
+void PdfTextDumpCloseFile() {
+  guarded(CLEFTOR_DAMAGED, [](Session& session) { session.close(); });
+}
+
+int32_t GetPageCount2() {
+  return Session::instance().pageCount();
+}
+
+int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32_t totalPages) {
+  const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
+    session.split(pathText(target), first, last, totalPages);
+  });
+  Session::instance().setStatus(code);
+  return code;
+}
+
+int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_t* target,
+                 int32_t first, int32_t last) {
+  const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
+    session.splitAlone(pathText(source), cleftor::toUtf8(password), pathText(target), first, last);
+  });
+  Session::instance().setStatus(code);
+  return code;
+}
+
+int32_t GetProcessingStatus() {
+  return Session::instance().status();
+}
+
+int32_t GetProcessingPage() {
+  return Session::instance().lastWrittenPage();
+}
+
+void SetKeepBookmarks(int32_t keep) {
+  Session::instance().keepBookmarks(keep != 0);
+}
+
+void SetPageRotation(int32_t degrees) {
+  Session::instance().setRotation(degrees);
+}
+
+int32_t GetFileFacts() {
+  return Session::instance().facts();
+}
+
+int32_t CleftorLastError() {
+  return Session::instance().errorCode();
+}
+
+const char16_t* CleftorLastErrorText() {
+  return Session::instance().errorText().c_str();
+}
