@@ -103,25 +103,34 @@ OutputPath::Body OutputNamer::body(const SplitRange& range, NamePurpose purpose,
   case FileNameMethod::PageStartEnd:
     return {QString::number(firstPage) + u'-' + QString::number(lastPage), Cut::BodyLast};
   case FileNameMethod::SequentialNumber: {
-    const int next = m_sequence + 1;
+    const int number = range.repeatsPrevious ? m_sequence : m_sequence + 1;
     if (purpose == NamePurpose::Save) {
-      m_sequence = next;
+      m_sequence = number;
     }
-    return {sixDigits(next), Cut::BodyLast};
+    return {sixDigits(number), Cut::BodyLast};
   }
   case FileNameMethod::AfterTextRestOfLine:
   case FileNameMethod::AfterTextRestOfLineAndNextPage:
     return {named.cleanedRestOfLine, Cut::BodyFirst};
-  case FileNameMethod::FileList: {
-    const QString line = m_cleaner.word(m_list.next());
-    named.nameList = m_list.state();
-    if (purpose == NamePurpose::Save) {
-      m_list.take();
-    }
-    return {line, Cut::BodyFirst};
-  }
+  case FileNameMethod::FileList:
+    return {listLine(range, purpose, named), Cut::BodyFirst};
   }
   return {};
+}
+
+QString OutputNamer::listLine(const SplitRange& range, NamePurpose purpose, NamedOutput& named) {
+  if (range.repeatsPrevious && m_previousListState != NameList::State::NotAsked) {
+    named.nameList = m_previousListState;
+    return m_previousLine;
+  }
+  const QString line = m_cleaner.word(m_list.next());
+  named.nameList = m_list.state();
+  if (purpose == NamePurpose::Save) {
+    m_previousLine = line;
+    m_previousListState = m_list.state();
+    m_list.take();
+  }
+  return line;
 }
 
 } // namespace folivex

@@ -48,7 +48,8 @@ public:
   /// sequence counter starts again; the position in the name list stays.
   void startSource(const QString& sourcePath, const QString& outputFolder, int totalPages);
 
-  /// Name of a range as planned: the pages that the setup takes off its front are still in it.
+  /// Name of a range as planned: the pages that the setup takes off its front are still in it. A
+  /// range that repeats the previous one gets the number and the line of that one again.
   NamedOutput name(const SplitRange& range, NamePurpose purpose);
 
   /// The rest of a line as it comes into a name.
@@ -56,6 +57,7 @@ public:
 
 private:
   NameTokenValues tokenValues(const SplitRange& range, const QString& matchText) const;
+  QString listLine(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
   OutputPath::Body body(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
 
   FileNameMethod m_method;
@@ -75,6 +77,8 @@ private:
   QString m_title;
   int m_totalPages = 0;
   int m_sequence = 0;
+  QString m_previousLine;
+  NameList::State m_previousListState = NameList::State::NotAsked;
 };
 
 } // namespace folivex

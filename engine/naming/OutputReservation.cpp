@@ -43,14 +43,10 @@ OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, 
                                      FileSystemRules rules)
     : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
 
-QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage) {
-  if (!m_whenTaken.overwrite && !m_whenTaken.append) {
-    const QString unused = unusedPath(path);
-    m_promised.insert(m_rules.comparable(unused));
-    m_list.output({unused, firstPage, lastPage});
-    return unused;
-  }
-  const QString target = unprotectedPath(path);
+QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage, Place place) {
+  const QString target = placeFor(path, place);
+  m_previousPlain = path;
+  m_previousReserved = target;
   if (!m_whenTaken.overwrite) {
     m_list.output({target, firstPage, lastPage});
     return target;
@@ -63,6 +59,18 @@ QString OutputReservation::reserve(const QString& path, int firstPage, int lastP
     flush();
   }
   return target;
+}
+
+QString OutputReservation::placeFor(const QString& path, Place place) {
+  if (place == Place::OfPrevious && path == m_previousPlain) {
+    return m_previousReserved;
+  }
+  if (m_whenTaken.overwrite || m_whenTaken.append) {
+    return unprotectedPath(path);
+  }
+  const QString unused = unusedPath(path);
+  m_promised.insert(m_rules.comparable(unused));
+  return unused;
 }
 
 bool OutputReservation::isTaken(const QString& path) {
