@@ -22,8 +22,8 @@ bool isSign(QChar c) {
 }
 
 auto rankOf(const NearMiss& miss) {
-  const bool twoDifferences = miss.elsewhere && miss.difference != NearMiss::Difference::Position;
-  return std::tuple(twoDifferences, miss.difference, miss.distance);
+  // What stands at the right place is nearer than the right text elsewhere.
+  return std::tuple(miss.elsewhere, miss.difference, miss.distance);
 }
 
 bool isSameFinding(const NearMiss& a, const NearMiss& b) {
@@ -39,7 +39,7 @@ QString NearMiss::sentence() const {
   QString what;
   switch (difference) {
   case Difference::Position:
-    what = QStringLiteral("is the text, but does not stand at the position asked for");
+    what = QStringLiteral("would match, but does not stand at the position asked for");
     break;
   case Difference::Blanks:
     what = QStringLiteral("differs from the text only in blanks that were typed into the setup");
