@@ -70,7 +70,7 @@ bool openForWriting(QFile& file, const QString& path, FileAccess, FileFailure& f
 
 QString openAside(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
   for (int i = 0; i < namesToTry; ++i) {
-    const QString name = newNameBeside(path);
+    QString name = newNameBeside(path);
     if (openNamed(file, name, QIODevice::WriteOnly | QIODevice::NewOnly, failure)) {
       failure = {};
       return name;
@@ -203,7 +203,7 @@ bool openForWriting(QFile& file, const QString& path, FileAccess access, FileFai
 
 QString openAside(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
   for (int i = 0; i < namesToTry; ++i) {
-    const QString name = newNameBeside(path);
+    QString name = newNameBeside(path);
     failure = {};
     if (openChecked(file, name, O_WRONLY | O_CREAT | O_EXCL, access, failure)) {
       if (access != FileAccess::Private) {

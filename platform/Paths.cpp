@@ -33,7 +33,7 @@ QString withSeparator(const QString& folder) {
 #ifndef Q_OS_WIN
 /// The folder is made 0700, or brought back to it; empty when it is not ours to use.
 QString privateFolder() {
-  const QString folder = QDir::homePath() + QStringLiteral("/.cache/folivex");
+  QString folder = QDir::homePath() + QStringLiteral("/.cache/folivex");
   QDir().mkpath(folderOf(folder));
   const QByteArray name = QFile::encodeName(folder);
   ::mkdir(name.constData(), 0700);

@@ -9,7 +9,7 @@ namespace folivex::platform {
 
 namespace {
 
-constexpr qint64 blockSize = 16 * 1024;
+constexpr qint64 blockSize = 16LL * 1024;
 /// CR CR LF, the longest line end.
 constexpr qsizetype longestLineEnd = 3;
 

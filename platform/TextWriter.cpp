@@ -7,7 +7,7 @@ namespace folivex::platform {
 
 namespace {
 
-constexpr qsizetype bufferSize = 64 * 1024;
+constexpr qsizetype bufferSize = 64LL * 1024;
 constexpr const char byteOrderMark[] = "\xEF\xBB\xBF";
 
 /// The file that is to be replaced: what a link leads to, so that the link stays.

@@ -11,6 +11,7 @@ namespace folivex {
 namespace {
 
 constexpr QLatin1StringView namedExtension(".fxs");
+constexpr qint64 maxExample = 1'000'000;
 
 QString defaultPath() {
   const QString folder = platform::temporaryFolder();
@@ -39,7 +40,7 @@ void copyExample(const QString& from, const QString& to) {
   if (!platform::openForReading(source, from, platform::FileAccess::Ordinary, failure)) {
     return;
   }
-  const QByteArray content = source.read(platform::TextReader::maxLine * 256);
+  const QByteArray content = source.read(maxExample);
   const QString aside = platform::openAside(copy, to, platform::FileAccess::Private, failure);
   if (aside.isEmpty()) {
     return;
@@ -143,7 +144,7 @@ SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {
 }
 
 QString SetupStore::DefaultSetupPath() const {
-  const QString path = defaultPath();
+  QString path = defaultPath();
   const QFileInfo info(path);
   if (!path.isEmpty() && !info.exists() && !info.isSymLink()) {
     copyExample(platform::joinPath(m_installFolder, QStringLiteral("example.fxs")), path);
