@@ -13,6 +13,13 @@ constexpr std::size_t mostArrayItems = 100'000;
 constexpr std::size_t mostStates = 4096;
 constexpr std::size_t operatorsPerClock = 65536;
 
+// Letter-spacing in ems: below the first it never parts, above the second it always does.
+constexpr double fewestGap = 0.15;
+constexpr double widestSpacing = 1.0;
+constexpr std::size_t fewestSpacedLetters = 3;
+// Thousandths of an em that are kerning at most.
+constexpr double smallAdjustment = 60;
+
 constexpr std::uint32_t keyOf(std::string_view keyword) {
   std::uint32_t key = 0;
   for (std::size_t i = 0; i < keyword.size(); ++i)
@@ -398,7 +405,7 @@ void ContentReader::moveLine(double x, double y) {
   textMatrix_ = lineMatrix_;
 }
 
-bool ContentReader::startRun() {
+void ContentReader::startRun(std::size_t longestPiece) {
   ++textOperators_;
   TextState& textState = state_.text;
   if (textState.font == nullptr)
@@ -411,7 +418,8 @@ bool ContentReader::startRun() {
   pen_ = 0;
   textShift_ = 0;
   emits_ = false;
-  shown_ = true;
+  spacing_ = 0;
+  spacingParts_ = false;
 
   const Point along = vertical ? up * -textState.size : right * horizontal;
   const double emAlong = length(along);
@@ -419,7 +427,7 @@ bool ContentReader::startRun() {
   const double sign = (vertical ? textState.size : horizontal) < 0 ? -1 : 1;
   unit_ = perUnit * sign;
   if (!matrix.finite() || !std::isfinite(emAlong) || emAlong < 1e-6)
-    return true;
+    return;
   GlyphRun run;
   run.origin = matrix.apply({0, textState.rise});
   run.direction = along * (1 / emAlong);
@@ -430,11 +438,15 @@ bool ContentReader::startRun() {
   run.font = textState.font;
   if (run.em < 1e-6 || !std::isfinite(run.em) || !std::isfinite(run.origin.x) ||
       !std::isfinite(run.origin.y))
-    return true;
+    return;
+  spacing_ = textState.charSpace * (vertical ? 1 : textState.scale) * unit_;
+  // Some producers set character spacing for a single gap. Spaced letters are more than two.
+  const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
+  spacingParts_ = spacing_ > fewestGap * emAlong &&
+                  (glyphs < fewestSpacedLetters || spacing_ > widestSpacing * emAlong);
   emits_ = !hidden();
   if (emits_)
     words_.beginRun(run);
-  return true;
 }
 
 template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
@@ -455,6 +467,8 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
     if (emits_) {
       const double end = pen_ + advance * unit_;
       words_.addGlyph(*info, std::min(pen_, end), std::max(pen_, end));
+      if (spacingParts_)
+        words_.addGap(spacing_);
     }
     double shift = advance + textState.charSpace * scale;
     if (taken == 1 && code == ' ')
@@ -469,15 +483,14 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
 
 void ContentReader::finishRun() {
   if (emits_)
-    words_.endRun();
+    words_.endRun(spacingParts_ ? 0 : spacing_);
   const bool vertical = state_.text.font->vertical;
   textMatrix_.e += textShift_ * (vertical ? textMatrix_.c : textMatrix_.a);
   textMatrix_.f += textShift_ * (vertical ? textMatrix_.d : textMatrix_.b);
 }
 
 void ContentReader::showString(std::string_view bytes) {
-  if (!startRun())
-    return;
+  startRun(bytes.size());
   if (state_.text.font->oneByte)
     showGlyphs<true>(bytes);
   else
@@ -486,8 +499,16 @@ void ContentReader::showString(std::string_view bytes) {
 }
 
 void ContentReader::showArray() {
-  if (!startRun())
-    return;
+  // Bytes that follow one another without an adjustment to speak of.
+  std::size_t piece = 0;
+  std::size_t longest = 0;
+  for (const Token& item : array_) {
+    if (item.kind == TokenKind::Number)
+      piece = std::abs(item.number) < smallAdjustment ? piece : 0;
+    else
+      longest = std::max(longest, piece += item.text.size());
+  }
+  startRun(longest);
   for (const Token& item : array_) {
     if (item.kind == TokenKind::Number)
       showAdjustment(item.number);
@@ -509,9 +530,8 @@ void ContentReader::showAdjustment(double thousandths) {
   textShift_ += shift;
   pen_ += shift * unit_;
   // Negative letter-spacing narrows what the adjustment opens; a positive one is no gap by itself.
-  const double spacing = textState.charSpace * (vertical ? 1 : textState.scale) * unit_;
   if (emits_)
-    words_.addGap(shift * unit_ + std::min(spacing, 0.0));
+    words_.addGap(shift * unit_ + (spacingParts_ ? spacing_ : std::min(spacing_, 0.0)));
 }
 
 void ContentReader::drawXObject(std::string_view name) {

@@ -111,7 +111,7 @@ private:
   void moveLine(double x, double y);
   void showString(std::string_view bytes);
   void showArray();
-  bool startRun();
+  void startRun(std::size_t longestPiece);
   template <bool OneByte> void showGlyphs(std::string_view bytes);
   void showAdjustment(double thousandths);
   void finishRun();
@@ -142,10 +142,11 @@ private:
   std::string_view actualText_;
 
   // Of the run being shown.
-  double pen_ = 0;       /**< along the direction, from the run's origin */
-  double unit_ = 0;      /**< points along the direction for one unit of text space */
-  double textShift_ = 0; /**< the same pen in text space */
-  bool shown_ = false;
+  double pen_ = 0;            /**< along the direction, from the run's origin */
+  double unit_ = 0;           /**< points along the direction for one unit of text space */
+  double textShift_ = 0;      /**< the same pen in text space */
+  double spacing_ = 0;        /**< letter-spacing, in points along the direction */
+  bool spacingParts_ = false; /**< it is a gap, not letter-spacing */
   bool emits_ = false;
 
   std::size_t operatorsLeft_ = 0;

@@ -129,8 +129,9 @@ std::uint16_t traitsOf(char32_t c) {
     traits |= TraitRightToLeft;
   else if (direction == U_LEFT_TO_RIGHT)
     traits |= TraitLetter;
-  if (isMark(c) ||
-      (composer() != nullptr && !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c))))
+  if (isMark(c))
+    traits |= TraitMark | TraitCombining;
+  else if (composer() != nullptr && !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c)))
     traits |= TraitCombining;
   if (c < 0x10000 && combiningFormOf(static_cast<char16_t>(c)) != 0)
     traits |= TraitAccent;
@@ -138,7 +139,7 @@ std::uint16_t traitsOf(char32_t c) {
 }
 
 std::uint16_t traitsOf(std::u16string_view text) {
-  constexpr std::uint16_t whole = TraitBlank | TraitNothing | TraitAccent;
+  constexpr std::uint16_t whole = TraitBlank | TraitNothing | TraitAccent | TraitMark;
   std::uint16_t any = 0;
   std::uint16_t every = whole;
   for (std::size_t at = 0; at < text.size();) {
@@ -179,6 +180,10 @@ char16_t combiningFormOf(char16_t accent) {
     if (spacing == accent)
       return combining;
   return 0;
+}
+
+char16_t accentedBody(char16_t letter) {
+  return letter == 0x0131 ? u'i' : letter == 0x0237 ? u'j' : letter;
 }
 
 void visualToLogical(std::u16string& text) {

@@ -17,7 +17,8 @@ enum TextTrait : std::uint16_t {
   TraitRightToLeft = 8, /**< a letter of a right-to-left script */
   TraitCombining = 16,  /**< may compose with what stands before it */
   TraitAccent = 32,     /**< a spacing accent, which some fonts draw over a letter */
-  TraitLetter = 64      /**< a letter of a left-to-right script */
+  TraitLetter = 64,     /**< a letter of a left-to-right script */
+  TraitMark = 128       /**< stands over, under or around the letter before it */
 };
 
 /** Traits of one code point. */
@@ -34,6 +35,9 @@ void compose(std::u16string& text);
 
 /** The combining character of a spacing accent, or 0. */
 char16_t combiningFormOf(char16_t accent);
+
+/** The letter that an accent composes with: dotless i and j are the bodies of i and j. */
+char16_t accentedBody(char16_t letter);
 
 /** Puts the text of a right-to-left word, given as it stands on the page from left to right, in
  * reading order. */

@@ -13,7 +13,7 @@ namespace {
 constexpr double defaultFactor = 1.02;
 constexpr double smallestGap = 0.02;
 constexpr double widestGap = 4;
-constexpr double gapInRun = 0.13;
+constexpr double gapInRun = 0.10;
 constexpr double gapBetween = 0.10;
 // Text that starts again farther back than this is no kerning.
 constexpr double deepestOverlap = 0.25;
@@ -21,6 +21,8 @@ constexpr double sliver = 0.1;
 // Middle of a lower-case letter, above the baseline.
 constexpr double middleHeight = 0.25;
 constexpr double uprightSlope = 0.02;
+// How far beside its letters a mark may stand, in ems.
+constexpr double markReach = 0.3;
 
 std::uint8_t headingOf(Point direction, bool vertical) {
   std::uint8_t heading = HeadingOblique;
@@ -73,7 +75,7 @@ JoiningTolerance JoiningTolerance::fromFactor(double factor) {
 void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
   visible_ = visible;
   tolerance_ = tolerance;
-  open_ = false;
+  open_ = parting_ = keepsEnd_ = false;
   capturing_ = false;
   captured_.clear();
   capturedRuns_.clear();
@@ -91,21 +93,30 @@ void WordAssembler::beginRun(const GlyphRun& run) {
     run_ = run;
     return;
   }
+  keepsEnd_ = false;
   if (open_) {
+    const double before = runStart_ + lastEnd_;
     const Point delta = run.origin - endPoint_;
     const double gap = dot(delta, run.direction);
+    const double shift = dot(delta, acrossOf(run.direction));
     const double em = std::min(run.em, static_cast<double>(current_.em));
-    const bool continues =
-        run.vertical == currentVertical_ && dot(run.direction, currentDirection_) > 0.999 &&
-        std::abs(dot(delta, acrossOf(run.direction))) <= sliver * em &&
-        gap <= tolerance_.between * run.emAlong && gap >= -deepestOverlap * run.emAlong;
-    if (!continues)
+    const bool sameWay =
+        run.vertical == currentVertical_ && dot(run.direction, currentDirection_) > 0.999;
+    const bool continues = sameWay && std::abs(shift) <= sliver * em &&
+                           gap <= tolerance_.between * run.emAlong &&
+                           gap >= -deepestOverlap * run.emAlong;
+    current_.end = static_cast<float>(before);
+    parting_ = !continues;
+    partingShift_ = shift;
+    if (!sameWay)
       closeFragment(false);
+    const double width = lastEnd_ - lastStart_;
+    lastEnd_ = -gap;
+    lastStart_ = lastEnd_ - width;
   }
   run_ = run;
   heading_ = headingOf(run.direction, run.vertical);
   runStart_ = dot(run.origin, headingOrDirection(heading_, run.direction));
-  lastEnd_ = open_ ? dot(endPoint_ - run.origin, run.direction) : 0;
   const double lift = run.vertical ? 0 : middleHeight * run.em;
   const Point middle = run.origin - acrossOf(run.direction) * lift;
   visibleFrom_ = -1e9;
@@ -115,15 +126,18 @@ void WordAssembler::beginRun(const GlyphRun& run) {
 }
 
 void WordAssembler::addGap(double gap) {
-  if (capturing_ || !open_)
+  if (capturing_ || !open_ || parting_)
     return;
-  if (gap > tolerance_.inRun * run_.emAlong || gap < -deepestOverlap * run_.emAlong)
-    closeFragment(false);
+  if (gap <= tolerance_.inRun * run_.emAlong && gap >= -deepestOverlap * run_.emAlong)
+    return;
+  current_.end = static_cast<float>(runStart_ + lastEnd_);
+  parting_ = true;
+  partingShift_ = 0;
 }
 
-void WordAssembler::endRun() {
-  if (open_)
-    endPoint_ = run_.origin + run_.direction * lastEnd_;
+void WordAssembler::endRun(double spacing) {
+  if (open_ && !keepsEnd_)
+    endPoint_ = run_.origin + run_.direction * (lastEnd_ + spacing);
 }
 
 void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double start,
@@ -134,18 +148,76 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
   }
   if ((traits & TraitNothing) != 0 || !shows(start, end))
     return;
+  if (open_ && composeWithLast(traits, text, start, end))
+    return;
+  if (parting_ && joinsLast(traits, text, start, end))
+    return;
+  if (parting_)
+    closeFragment(false);
   if (!open_)
     openFragment(start);
+  append(traits, text, start, end);
+}
+
+void WordAssembler::append(std::uint16_t traits, std::u16string_view text, double start,
+                           double end) {
   if ((traits & TraitUnknown) != 0)
     ++unknownGlyphs_;
   glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
   pool_.insert(pool_.end(), text.begin(), text.end());
   current_.traits |= traits;
+  lastTraits_ = traits;
+  lastStart_ = start;
   lastEnd_ = end;
+  keepsEnd_ = false;
+}
+
+// A mark is often placed on its letter by a shift in both directions. It joins the word, and the
+// text goes on where the letter ended.
+bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, double start,
+                              double end) {
+  const bool near = (traits & TraitMark) != 0 && std::abs(partingShift_) < run_.em &&
+                    start < lastEnd_ + markReach * run_.em &&
+                    runStart_ + end > current_.start - markReach * run_.em;
+  if (!near)
+    return false;
+  const double lastStart = lastStart_;
+  const double lastEnd = lastEnd_;
+  append(traits, text, start, end);
+  lastStart_ = lastStart;
+  lastEnd_ = lastEnd;
+  keepsEnd_ = true;
+  parting_ = false;
+  return true;
+}
+
+// Fonts without accented letters have them drawn as two glyphs over one another, in either order.
+bool WordAssembler::composeWithLast(std::uint16_t traits, std::u16string_view text, double start,
+                                    double end) {
+  const bool accentNow = (traits & TraitAccent) != 0;
+  const bool accentBefore = (lastTraits_ & TraitAccent) != 0;
+  if (accentNow == accentBefore || text.size() != 1 || std::abs(partingShift_) > run_.em)
+    return false;
+  const double from = accentNow ? lastStart_ : start;
+  const double to = accentNow ? lastEnd_ : end;
+  const double middle = accentNow ? (start + end) / 2 : (lastStart_ + lastEnd_) / 2;
+  const std::uint16_t body = accentNow ? lastTraits_ : traits;
+  if (middle <= from || middle >= to || (body & TraitLetter) == 0)
+    return false;
+  const char16_t accent = combiningFormOf(accentNow ? text.front() : pool_.back());
+  pool_.back() = accentedBody(accentNow ? pool_.back() : text.front());
+  pool_.push_back(accent);
+  current_.traits |= TraitCombining | TraitLetter;
+  lastTraits_ = TraitLetter;
+  lastStart_ = std::min(lastStart_, start);
+  lastEnd_ = accentNow ? lastEnd_ : end;
+  parting_ = false;
+  return true;
 }
 
 void WordAssembler::openFragment(double start) {
   open_ = true;
+  partingShift_ = 0;
   current_ = Fragment();
   current_.text = static_cast<std::uint32_t>(pool_.size());
   current_.firstGlyph = static_cast<std::uint32_t>(glyphOffsets_.size());
@@ -168,10 +240,11 @@ void WordAssembler::openFragment(double start) {
 void WordAssembler::closeFragment(bool atBlank) {
   if (!open_)
     return;
-  open_ = false;
+  if (!parting_)
+    current_.end = static_cast<float>(runStart_ + lastEnd_);
+  open_ = parting_ = false;
   current_.length = static_cast<std::uint32_t>(pool_.size()) - current_.text;
   current_.glyphs = static_cast<std::uint32_t>(glyphOffsets_.size()) - current_.firstGlyph;
-  current_.end = static_cast<float>(runStart_ + lastEnd_);
   if (atBlank)
     current_.state |= FragmentEndsAtBlank;
   pool_.push_back(0);

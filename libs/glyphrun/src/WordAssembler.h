@@ -68,14 +68,15 @@ public:
   void addGlyph(const CodeInfo& info, double start, double end) {
     if (capturing_)
       capture(start, end);
-    else if ((info.traits & plainTraits) == 0 && open_)
+    else if ((info.traits & plainTraits) == 0 && open_ && !parting_)
       appendPlain(info, start, end);
     else
       place(info.traits, run_.font->textOf(info), start, end);
   }
   /** The next glyph starts `gap` points farther than the last one's advance and spacing say. */
   void addGap(double gap);
-  void endRun();
+  /** `spacing` is what letter-spacing leaves behind the last glyph. */
+  void endRun(double spacing = 0);
 
   /** The glyphs up to endReplacement() stand for `text`. Replacements do not nest. */
   void beginReplacement(std::u16string text);
@@ -88,7 +89,7 @@ public:
 
 private:
   static constexpr std::uint16_t plainTraits =
-      TraitBlank | TraitNothing | TraitUnknown | TraitAccent | CodeManyUnits;
+      TraitBlank | TraitNothing | TraitUnknown | TraitAccent | TraitMark | CodeManyUnits;
 
   struct CapturedGlyph {
     std::uint32_t run;
@@ -98,6 +99,9 @@ private:
 
   void capture(double start, double end);
   void place(std::uint16_t traits, std::u16string_view text, double start, double end);
+  bool joinsLast(std::uint16_t traits, std::u16string_view text, double start, double end);
+  bool composeWithLast(std::uint16_t traits, std::u16string_view text, double start, double end);
+  void append(std::uint16_t traits, std::u16string_view text, double start, double end);
   void openFragment(double start);
   void closeFragment(bool atBlank);
   std::uint32_t fontOffset(const Font* font);
@@ -111,7 +115,10 @@ private:
     glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
     pool_.push_back(info.text);
     current_.traits |= info.traits;
+    lastTraits_ = info.traits;
+    lastStart_ = start;
     lastEnd_ = end;
+    keepsEnd_ = false;
   }
 
   Rect visible_;
@@ -126,8 +133,15 @@ private:
   Fragment current_;
   Point currentDirection_;
   bool currentVertical_ = false;
-  double lastEnd_ = 0; /**< of the last glyph, from the run's origin */
-  Point endPoint_;     /**< the same on the page, between runs */
+  // The last glyph, from the run's origin.
+  double lastStart_ = 0;
+  double lastEnd_ = 0;
+  std::uint16_t lastTraits_ = 0;
+  // A gap ends the fragment, unless the next glyph is a mark or an accent that belongs to it.
+  bool parting_ = false;
+  double partingShift_ = 0; /**< across, from the fragment's baseline to the new run's */
+  bool keepsEnd_ = false;   /**< the run shows a mark, which moves nothing */
+  Point endPoint_;          /**< the same on the page, between runs */
 
   bool capturing_ = false;
   std::u16string replacement_;
