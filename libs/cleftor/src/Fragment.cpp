@@ -21,7 +21,8 @@ bool isDelimiter(char ch) {
 } // namespace
 
 void Fragment::separate() {
-  if (!bytes_.empty() && !isDelimiter(bytes_.back())) {
+  const bool afterReference = !references_.empty() && references_.back().at == bytes_.size();
+  if (afterReference || (!bytes_.empty() && !isDelimiter(bytes_.back()))) {
     bytes_.push_back(' ');
   }
 }
@@ -52,6 +53,9 @@ void Fragment::number(int object) {
 }
 
 void Fragment::append(const Fragment& other) {
+  if (!references_.empty() && references_.back().at == bytes_.size()) {
+    bytes_.push_back(' ');
+  }
   const size_t base = bytes_.size();
   bytes_.append(other.bytes_);
   for (const Reference& reference : other.references_) {

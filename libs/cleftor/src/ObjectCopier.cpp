@@ -121,11 +121,6 @@ void ObjectCopier::resolve(const Fragment& fragment) {
       scratch_.append(digits.data(), end.ptr);
       scratch_.append(" 0 R");
     }
-    // A reference ends with a letter, and so may what follows begin.
-    if (at < bytes.size() && bytes[at] != '/' && bytes[at] != ' ' && bytes[at] != ']' &&
-        bytes[at] != '>') {
-      scratch_.push_back(' ');
-    }
   }
   scratch_.append(bytes, done, std::string::npos);
 }
