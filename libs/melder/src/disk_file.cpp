@@ -3,6 +3,8 @@
 #include "failure.h"
 #include "melder/melder.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -12,6 +14,7 @@
 #include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
@@ -29,6 +32,9 @@ namespace {
 constexpr size_t kCopyChunk = size_t{1} << 20;
 constexpr auto kLockPatience = std::chrono::seconds(30);
 constexpr auto kLockPause = std::chrono::milliseconds(5);
+
+/** ext3 and ext4, XFS, Btrfs, and files in memory. */
+constexpr std::array<uint32_t, 4> kOrdered = {0xEF53, 0x58465342, 0x9123683E, 0x01021994};
 
 [[noreturn]] void failAt(int32_t code, const std::string& path, const char* action, int error) {
   throw Failure(code, path + ": cannot " + action + ": " + std::strerror(error));
@@ -155,6 +161,21 @@ void DiskFile::cut(uint64_t size) const {
 void DiskFile::sync() const {
   if (::fdatasync(m_descriptor) != 0) {
     fail(MELDER_CANNOT_WRITE, "write");
+  }
+}
+
+void DiskFile::settleBeforeRename() const {
+  // Once the bytes have reached the disk, these file systems log the growth of the file before the
+  // change of its name. What remains of a sync is to wait for the log, and that is most of its
+  // time.
+  struct statfs system = {};
+  const bool ordered =
+      ::fstatfs(m_descriptor, &system) == 0 &&
+      std::ranges::find(kOrdered, static_cast<uint32_t>(system.f_type)) != kOrdered.end();
+  constexpr unsigned kWriteAndWait =
+      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+  if (!ordered || ::sync_file_range(m_descriptor, 0, 0, kWriteAndWait) != 0) {
+    sync();
   }
 }
 

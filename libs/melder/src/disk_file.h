@@ -45,7 +45,14 @@ public:
   [[nodiscard]] std::string read(uint64_t offset, size_t length) const;
   void write(uint64_t offset, std::string_view bytes) const;
   void cut(uint64_t size) const;
+  /** Returns when the bytes have survived a power failure. */
   void sync() const;
+  /**
+   * Makes sure that a power failure never leaves a later change of the file's name without the
+   * bytes; both may be lost together. Much cheaper than `sync` where the file system keeps its
+   * changes in order, the same elsewhere.
+   */
+  void settleBeforeRename() const;
 
   /** Copies the bytes [from, to) of `source` to the same place here. */
   void copyRange(const DiskFile& source, uint64_t from, uint64_t to) const;

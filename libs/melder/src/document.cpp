@@ -5,6 +5,7 @@
 #include "melder/melder.h"
 #include "update.h"
 
+#include <qpdf/BufferInputSource.hh>
 #include <qpdf/FileInputSource.hh>
 #include <qpdf/QPDFLogger.hh>
 
@@ -21,9 +22,10 @@ namespace {
 /** Where a sound file may still have its last words; padding and mail footers come behind them. */
 constexpr uint64_t kTail = uint64_t{64} << 10;
 
-void requireEnd(const std::string& path, const std::string& name) {
-  const DiskFile file = DiskFile::open(path, DiskFile::Access::Read);
-  const uint64_t size = file.stamp().size;
+/** A small file is read in one go: qpdf asks for it in thousands of tiny pieces. */
+constexpr uint64_t kReadWhole = uint64_t{16} << 20;
+
+void requireEnd(const DiskFile& file, uint64_t size, const std::string& name) {
   if (size == 0) {
     throw Failure(MELDER_DAMAGED, name + ": the file is empty");
   }
@@ -33,28 +35,31 @@ void requireEnd(const std::string& path, const std::string& name) {
   }
 }
 
-std::FILE* openForReading(const std::string& path, const std::string& name) {
-  std::FILE* file = std::fopen(path.c_str(), "rbe");
-  if (file == nullptr) {
+std::shared_ptr<InputSource> sourceOf(const std::string& path, const std::string& name) {
+  const DiskFile file = DiskFile::open(path, DiskFile::Access::Read);
+  const uint64_t size = file.stamp().size;
+  requireEnd(file, size, name);
+  if (size <= kReadWhole) {
+    return std::make_shared<BufferInputSource>(name, file.read(0, size));
+  }
+  std::FILE* stream = std::fopen(path.c_str(), "rbe");
+  if (stream == nullptr) {
     throw Failure(MELDER_CANNOT_OPEN, name + ": cannot open: " + std::strerror(errno));
   }
-  return file;
+  return std::make_shared<FileInputSource>(name.c_str(), stream, true);
 }
 
 } // namespace
 
 Document::Document(const std::string& file, const std::string& shownAs)
     : path(file), name(shownAs) {
-  requireEnd(path, name);
   const auto silent = QPDFLogger::create();
   silent->setInfo(silent->discard());
   silent->setWarn(silent->discard());
   silent->setError(silent->discard());
   pdf.setLogger(silent);
   pdf.setSuppressWarnings(true);
-  const auto source =
-      std::make_shared<FileInputSource>(name.c_str(), openForReading(path, name), true);
-  pdf.processInputSource(source);
+  pdf.processInputSource(sourceOf(path, name));
   pages = pdf.getAllPages();
   for (const QPDFExc& warning : pdf.getWarnings()) {
     const bool table = warning.getMessageDetail().find("reconstruct") != std::string::npos;

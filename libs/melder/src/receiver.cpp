@@ -73,6 +73,7 @@ void Receiver::forget() noexcept {
     removeQuietly(m_copyPath);
   }
   m_copy.reset();
+  m_copyIsDurable = false;
 }
 
 DiskFile Receiver::lockPublished() const {
@@ -109,6 +110,7 @@ DiskFile Receiver::workingCopy(const DiskFile& published) {
   }
   DiskFile copy = DiskFile::create(m_copyPath, DiskFile::Audience::Owner);
   m_copy = copy.stamp();
+  m_copyIsDurable = false;
   copy.copyRange(published, 0, m_published.size);
   copy.dressLike(published);
   return copy;
@@ -128,15 +130,22 @@ DiskFile Receiver::rewritten(Document& existing, const DiskFile& published) {
   return copy;
 }
 
-void Receiver::publish(const DiskFile& copy, const DiskFile& published, bool keepsPrefix) {
-  // After a power failure the name must not stand for a file whose bytes never reached the disk.
-  copy.sync();
+void Receiver::publish(const DiskFile& copy, const DiskFile& published, Copy kind) {
+  // After a power failure the name must not stand for bytes that never reached the disk. What a
+  // person had before the run is synced for good, once; for the updates it is enough that they
+  // are there or not there as a whole.
+  if (m_copyIsDurable) {
+    copy.settleBeforeRename();
+  } else {
+    copy.sync();
+  }
   if (stampAt(m_path) != m_published) {
     failChanged(m_path);
   }
   if (!exchangeNames(m_copyPath, m_path)) {
     renameOver(m_copyPath, m_path);
     m_copy.reset();
+    m_copyIsDurable = false;
     m_published = copy.stamp();
     return;
   }
@@ -146,10 +155,12 @@ void Receiver::publish(const DiskFile& copy, const DiskFile& published, bool kee
     failChanged(m_path);
   }
   m_copy = published.stamp();
+  m_copyIsDurable = true;
   m_published = copy.stamp();
-  if (!keepsPrefix || m_copy->links != 1) {
+  if (kind == Copy::Rewritten || m_copy->links != 1) {
     removeQuietly(m_copyPath);
     m_copy.reset();
+    m_copyIsDurable = false;
   }
 }
 
@@ -166,7 +177,7 @@ void Receiver::appendProtected(Document& existing, Document& part, const DiskFil
     locked.sync();
     renameOver(aside, m_copyPath);
     m_copy = locked.stamp();
-    publish(locked, published, false);
+    publish(locked, published, Copy::Rewritten);
   } catch (...) {
     removeQuietly(aside);
     throw;
@@ -188,13 +199,13 @@ void Receiver::appendLocked(Document& part, const DiskFile& published) {
     if (!m_ledger) {
       const DiskFile copy = rewritten(existing, published);
       m_ledger->append(part, copy);
-      publish(copy, published, false);
+      publish(copy, published, Copy::Rewritten);
       return;
     }
   }
   const DiskFile copy = workingCopy(published);
   m_ledger->append(part, copy);
-  publish(copy, published, true);
+  publish(copy, published, Copy::Prolonged);
 }
 
 void Receiver::append(Document& part) {

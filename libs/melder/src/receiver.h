@@ -39,7 +39,9 @@ private:
   [[nodiscard]] DiskFile workingCopy(const DiskFile& published);
   [[nodiscard]] std::optional<DiskFile> caughtUp(const DiskFile& published) const;
   [[nodiscard]] DiskFile rewritten(Document& existing, const DiskFile& published);
-  void publish(const DiskFile& copy, const DiskFile& published, bool keepsPrefix);
+  /** Whether the copy repeats the published bytes and adds to them, or says the same anew. */
+  enum class Copy { Prolonged, Rewritten };
+  void publish(const DiskFile& copy, const DiskFile& published, Copy kind);
   void appendLocked(Document& part, const DiskFile& published);
   void appendProtected(Document& existing, Document& part, const DiskFile& published);
   void forget() noexcept;
@@ -49,6 +51,7 @@ private:
   std::optional<Ledger> m_ledger;
   FileStamp m_published;           ///< the file that the ledger describes
   std::optional<FileStamp> m_copy; ///< the file before the last update, under the hidden name
+  bool m_copyIsDurable = false;    ///< all of the copy but its last updates has been synced
 };
 
 /** The hidden name of the working copy of `path`; `purpose` tells several of them apart. */
