@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace folivex {
 
@@ -23,9 +24,9 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
   }
   QString stem = file;
   if (!folderWritable && setup.reportOptionsOutputFolder.isEmpty() && setup.reportOptionsCurrent) {
-    stem = outputFolder + platform::separator() + platform::fileTitle(file);
+    stem = platform::joinPath(outputFolder, platform::fileTitle(file));
   } else if (!setup.reportOptionsCurrent && hasReportFolder(setup)) {
-    stem = setup.reportOptionsOutputFolder + platform::separator() + platform::fileTitle(file);
+    stem = platform::joinPath(setup.reportOptionsOutputFolder, platform::fileTitle(file));
   }
   ReportPaths paths{nullReport(), nullReport(), nullReport()};
   if (setup.reportOptionsTxt) {
@@ -41,7 +42,12 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
 }
 
 bool currentFolderIsWritable() {
-  QFile probe(QStringLiteral("perm.dat"));
+  const QString name = QStringLiteral("perm.dat");
+  if (QFileInfo::exists(name)) {
+    // Somebody's own file, which proves nothing and is not ours to delete.
+    return QFileInfo(QStringLiteral(".")).isWritable();
+  }
+  QFile probe(name);
   if (!probe.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
     return false;
   }

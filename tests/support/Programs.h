@@ -1,0 +1,102 @@
+// Programs: running a program to its end, and reading a PDF with one that is not ours.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include <ostream>
+
+/// For readable failures; found through the type, so it must stand where the type does.
+inline void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
+
+namespace folivex::test {
+
+/// How a program ended. The limit is there against a hang alone.
+struct ProgramRun {
+  int exitCode = -999;
+  bool ended = false; ///< by itself, neither killed nor crashed
+  QByteArray out;
+  QByteArray err;
+};
+
+inline constexpr int hangLimit = 120'000; // milliseconds
+
+inline ProgramRun
+runProgram(const QString& program, const QStringList& arguments,
+           const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
+           const QString& folder = {}) {
+  QProcess process;
+  process.setProcessEnvironment(environment);
+  if (!folder.isEmpty()) {
+    process.setWorkingDirectory(folder);
+  }
+  process.setStandardInputFile(QProcess::nullDevice());
+  process.start(program, arguments);
+  ProgramRun run;
+  run.ended = process.waitForFinished(hangLimit) && process.exitStatus() == QProcess::NormalExit;
+  if (process.state() != QProcess::NotRunning) {
+    process.kill();
+    process.waitForFinished();
+  }
+  run.exitCode = process.exitCode();
+  run.out = process.readAllStandardOutput();
+  run.err = process.readAllStandardError();
+  return run;
+}
+
+/// The text of each page as poppler reads it, words joined by single blanks.
+inline QStringList pageTexts(const QString& pdf, const QString& password = {}) {
+  QStringList arguments{QStringLiteral("-q"), QStringLiteral("-enc"), QStringLiteral("UTF-8")};
+  if (!password.isEmpty()) {
+    arguments << QStringLiteral("-upw") << password;
+  }
+  const ProgramRun run =
+      runProgram(QStringLiteral("pdftotext"), arguments << pdf << QStringLiteral("-"));
+  EXPECT_TRUE(run.ended && run.exitCode == 0) << pdf.toStdString() << ": " << run.err.toStdString();
+  QStringList pages = QString::fromUtf8(run.out).split(QLatin1Char('\f'));
+  pages.removeLast(); // nothing stands behind the last form feed
+  for (QString& page : pages) {
+    page = page.simplified();
+  }
+  return pages;
+}
+
+inline QByteArray contentOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll();
+}
+
+inline void writeFile(const QString& path, const QByteArray& content) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+  ASSERT_EQ(file.write(content), content.size());
+}
+
+/// Names of all files below a folder, in alphabetical order, with the folders they stand in.
+inline QStringList filesBelow(const QString& folder) {
+  QStringList names;
+  const QDir dir(folder);
+  for (const QFileInfo& entry :
+       dir.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
+    if (entry.isDir() && !entry.isSymLink()) {
+      for (const QString& name : filesBelow(entry.filePath())) {
+        names += entry.fileName() + QLatin1Char('/') + name;
+      }
+    } else {
+      names += entry.fileName();
+    }
+  }
+  names.sort();
+  return names;
+}
+
+} // namespace folivex::test
