@@ -120,11 +120,13 @@ def compare_page(theirs, ours, lost, extra):
     for line in theirs:
         vs = []
         for text, box in line:
-            hit = next((w for w in by_text[text] if inside(box, w[1], w[2])), None)
+            # It leaves right-to-left words as they stand on the page.
+            hit = next((w for t in (text, text[::-1]) for w in by_text[t] if inside(box, w[1], w[2])),
+                       None)
             if hit is None:
                 lost.append((text, box))
                 continue
-            by_text[text].remove(hit)
+            by_text[hit[0]].remove(hit)
             agreeing += 1
             vs.append(hit[2])
         if len(vs) > 1:

@@ -18,6 +18,7 @@ public:
   static CMap parse(std::string_view stream);
 
   bool empty() const { return cids_.empty() && texts_.empty() && codeSpaces_.empty(); }
+  bool hasTexts() const { return !texts_.empty(); }
   bool vertical() const { return vertical_; }
   /** Name of the map that this one builds on, or empty. */
   const std::string& base() const { return base_; }

@@ -440,13 +440,16 @@ void ContentReader::startRun(std::size_t longestPiece) {
       !std::isfinite(run.origin.y))
     return;
   spacing_ = textState.charSpace * (vertical ? 1 : textState.scale) * unit_;
-  // Some producers set character spacing for a single gap. Spaced letters are more than two.
-  const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
-  spacingParts_ = spacing_ > fewestGap * emAlong &&
-                  (glyphs < fewestSpacedLetters || spacing_ > widestSpacing * emAlong);
   emits_ = !hidden();
   if (emits_)
     words_.beginRun(run);
+  // Some producers set character spacing for a single gap inside a line. Spaced letters are more
+  // than two, and do not go on from plain ones.
+  const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
+  const bool spacedBefore = std::abs(spacing_ - lastSpacing_) < spacing_ / 4;
+  spacingParts_ = spacing_ > fewestGap * emAlong &&
+                  (glyphs < fewestSpacedLetters || spacing_ > widestSpacing * emAlong ||
+                   (words_.continues() && !spacedBefore));
 }
 
 template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
@@ -484,6 +487,7 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
 void ContentReader::finishRun() {
   if (emits_)
     words_.endRun(spacingParts_ ? 0 : spacing_);
+  lastSpacing_ = spacing_;
   const bool vertical = state_.text.font->vertical;
   textMatrix_.e += textShift_ * (vertical ? textMatrix_.c : textMatrix_.a);
   textMatrix_.f += textShift_ * (vertical ? textMatrix_.d : textMatrix_.b);

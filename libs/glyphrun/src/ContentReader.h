@@ -146,6 +146,7 @@ private:
   double unit_ = 0;           /**< points along the direction for one unit of text space */
   double textShift_ = 0;      /**< the same pen in text space */
   double spacing_ = 0;        /**< letter-spacing, in points along the direction */
+  double lastSpacing_ = 0;    /**< of the run before */
   bool spacingParts_ = false; /**< it is a gap, not letter-spacing */
   bool emits_ = false;
 

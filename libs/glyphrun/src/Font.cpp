@@ -4,6 +4,12 @@
 
 namespace glyphrun {
 
+namespace {
+
+constexpr std::size_t mostLongTexts = 0xFFFF;
+
+} // namespace
+
 void CidMetrics::sort() {
   std::stable_sort(ranges.begin(), ranges.end(),
                    [](const Range& a, const Range& b) { return a.first < b.first; });
@@ -101,7 +107,13 @@ const CodeInfo& Font::lookUp(std::uint32_t code) {
   if ((info.traits & CodeFilled) == 0) {
     const std::uint32_t cid = cidOf(code);
     info.advance = advances.find(static_cast<int>(cid & 0xFFFFFF));
-    setText(info, textOfCode(code, cid));
+    const std::u16string text = textOfCode(code, cid);
+    if (text.empty() && !toUnicode.hasTexts())
+      setText(info, text);
+    else if (text.empty())
+      setNoText(info);
+    else
+      setText(info, text);
   }
   return info;
 }
@@ -109,7 +121,6 @@ const CodeInfo& Font::lookUp(std::uint32_t code) {
 void Font::setText(CodeInfo& info, std::u16string_view text) {
   const std::u16string spelled = spelledOut(text);
   info.traits = static_cast<std::uint16_t>(CodeFilled | traitsOf(spelled));
-  constexpr std::size_t mostLongTexts = 0xFFFF;
   if (spelled.empty() || (info.traits & TraitUnknown) != 0) {
     // A character of a private area says nothing to a reader, but two of them are different words.
     const bool shows = spelled.size() == 1 && spelled[0] >= 0xE000 && spelled[0] <= 0xF8FF;
@@ -123,6 +134,15 @@ void Font::setText(CodeInfo& info, std::u16string_view text) {
     info.text = static_cast<char16_t>(longTexts.size());
     longTexts.push_back(spelled);
   }
+}
+
+void Font::setNoText(CodeInfo& info) {
+  setText(info, {});
+  if (longTexts.size() >= mostLongTexts)
+    return;
+  info.traits |= CodeManyUnits;
+  info.text = static_cast<char16_t>(longTexts.size());
+  longTexts.emplace_back();
 }
 
 void Font::forgetLookUps() {

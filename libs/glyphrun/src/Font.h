@@ -46,6 +46,7 @@ class Font {
 public:
   bool oneByte = true;
   bool vertical = false;
+  bool drawnByContent = false; /**< Type 3: its glyphs are content streams, which are never run */
   /** Height above and depth (negative) below the baseline, in ems. */
   float ascent = 0.8F;
   float descent = -0.2F;
@@ -71,6 +72,11 @@ public:
 
   /** Gives a code its text, spelled out and composed. */
   void setText(CodeInfo& info, std::u16string_view text);
+  /**
+   * For a code that a map to Unicode leaves out: a glyph that goes with the one before it, whose
+   * entry holds the text of both. It has no text but takes room.
+   */
+  void setNoText(CodeInfo& info);
 
   // Parts of a CID font.
   CMap toUnicode;

@@ -1,5 +1,7 @@
 #include "FontLoader.h"
 
+#include <algorithm>
+
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
@@ -57,8 +59,9 @@ Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
   entry.font = std::move(font);
   entry.dictionary = pdf_keep_obj(mu_.raw(), dictionary.raw());
   // Without widths only the program knows how far a code goes.
-  const bool widthless =
-      result->oneByte && result->mayAskProgram && !dictionary.get("Widths").isArray();
+  const bool widthless = result->oneByte && !result->drawnByContent &&
+                         std::all_of(result->codes.begin(), result->codes.end(),
+                                     [](const CodeInfo& info) { return info.advance == 0; });
   if (widthless)
     askProgram(*result);
   return result;
@@ -125,9 +128,8 @@ void FontCache::askProgram(Font& font) {
 }
 
 void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
-  bool widthless = true;
-  for (const CodeInfo& info : font.codes)
-    widthless = widthless && info.advance == 0;
+  const bool widthless = std::all_of(font.codes.begin(), font.codes.end(),
+                                     [](const CodeInfo& info) { return info.advance == 0; });
   for (std::size_t code = 0; code < font.codes.size(); ++code) {
     CodeInfo& info = font.codes[code];
     if ((info.traits & TraitUnknown) != 0 && code < program.cid_to_ucs_len) {

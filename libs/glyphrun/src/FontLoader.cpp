@@ -100,6 +100,7 @@ std::unique_ptr<Font> FontLoader::load(const PdfObject& dictionary) {
 void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font) {
   const char* baseFont = dictionary.get(type3 ? "Name" : "BaseFont").name();
   font.name = plainName(baseFont);
+  font.drawnByContent = type3;
   const PdfObject descriptor = dictionary.get("FontDescriptor");
   const bool embedded =
       descriptor.get("FontFile") || descriptor.get("FontFile2") || descriptor.get("FontFile3");
@@ -113,7 +114,7 @@ void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font)
   GlyphNames names{};
   readNames(dictionary, embedded || symbolic, names);
   readSimpleTexts(dictionary, names, type3, font);
-  font.mayAskProgram = !type3 && (embedded || symbolic);
+  font.mayAskProgram = font.mayAskProgram && !type3 && (embedded || symbolic);
 
   if (descriptor) {
     font.ascent = static_cast<float>(descriptor.get("Ascent").number(800) / 1000);
@@ -165,8 +166,12 @@ void FontLoader::readSimpleTexts(const PdfObject& dictionary, const GlyphNames& 
     // Glyphs of a bitmap font often bear meaningless names at the places of ASCII.
     if (type3 && !explains(text) && code > blankCode && code < 127)
       text.assign(1, static_cast<char16_t>(code));
-    font.setText(font.codes[code], text);
+    if (text.empty() && toUnicode.hasTexts())
+      font.setNoText(font.codes[code]);
+    else
+      font.setText(font.codes[code], text);
   }
+  font.mayAskProgram = !toUnicode.hasTexts();
 }
 
 void FontLoader::readWidths(const PdfObject& dictionary, double missing, double scale, Font& font) {
@@ -237,7 +242,7 @@ void FontLoader::loadComposite(const PdfObject& dictionary, Font& font) {
   font.descent = static_cast<float>(descriptor.get("Descent").number(-200) / 1000);
   readCidWidths(descendant, font);
   // MuPDF would expand a map in the file range by range, which a hostile one makes endless.
-  font.mayAskProgram = dictionary.get("Encoding").isName() &&
+  font.mayAskProgram = dictionary.get("Encoding").isName() && !font.toUnicode.hasTexts() &&
                        (descriptor.get("FontFile2") || descriptor.get("FontFile3"));
 }
 

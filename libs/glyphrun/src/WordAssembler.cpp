@@ -154,6 +154,10 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
     return;
   if (parting_)
     closeFragment(false);
+  if (!open_ && text.empty()) {
+    ++unknownGlyphs_;
+    return;
+  }
   if (!open_)
     openFragment(start);
   append(traits, text, start, end);
@@ -184,9 +188,11 @@ bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, do
   const double lastStart = lastStart_;
   const double lastEnd = lastEnd_;
   append(traits, text, start, end);
+  // A mark on the baseline may take room of its own.
+  const bool level = std::abs(partingShift_) <= sliver * run_.em;
   lastStart_ = lastStart;
-  lastEnd_ = lastEnd;
-  keepsEnd_ = true;
+  lastEnd_ = level ? std::max(lastEnd, end) : lastEnd;
+  keepsEnd_ = !level;
   parting_ = false;
   return true;
 }

@@ -81,6 +81,8 @@ public:
   /** The glyphs up to endReplacement() stand for `text`. Replacements do not nest. */
   void beginReplacement(std::u16string text);
   void endReplacement();
+  /** True when the run just begun goes on where the last glyph ended. */
+  bool continues() const { return open_ && !parting_; }
   bool replacing() const { return capturing_; }
 
   std::size_t glyphCount() const { return glyphOffsets_.size(); }
