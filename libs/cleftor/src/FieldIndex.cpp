@@ -25,14 +25,16 @@ void FieldIndex::walk() {
     QPDFObjectHandle field;
     QPDFObjGen parent;
     bool isSignature;
+    bool hasValue;
   };
   std::vector<Step> waiting;
-  const auto addAll = [&waiting](QPDFObjectHandle fields, QPDFObjGen parent, bool isSignature) {
+  const auto addAll = [&waiting](QPDFObjectHandle fields, QPDFObjGen parent, bool isSignature,
+                                 bool hasValue) {
     for (int i = fields.isArray() ? fields.getArrayNItems() : 0; i > 0; --i) {
-      waiting.push_back({fields.getArrayItem(i - 1), parent, isSignature});
+      waiting.push_back({fields.getArrayItem(i - 1), parent, isSignature, hasValue});
     }
   };
-  addAll(form_.getKey("/Fields"), QPDFObjGen(), false);
+  addAll(form_.getKey("/Fields"), QPDFObjGen(), false, false);
   while (!waiting.empty()) {
     Step step = waiting.back();
     waiting.pop_back();
@@ -42,12 +44,13 @@ void FieldIndex::walk() {
     const QPDFObjGen object = step.field.getObjGen();
     QPDFObjectHandle type = step.field.getKey("/FT");
     const bool isSignature = type.isName() ? type.getName() == "/Sig" : step.isSignature;
+    const bool hasValue = step.hasValue || step.field.hasKey("/V");
     Field field;
     field.parent = step.parent;
     field.position = static_cast<uint32_t>(fields_.size());
-    field.isSignature = isSignature;
+    field.isSigned = isSignature && hasValue;
     if (fields_.emplace(object, field).second) {
-      addAll(step.field.getKey("/Kids"), object, isSignature);
+      addAll(step.field.getKey("/Kids"), object, isSignature, hasValue);
     }
   }
 }

@@ -20,7 +20,7 @@ public:
     QPDFObjGen parent;           /**< object 0 for a field at the top */
     uint32_t position = 0;       /**< in the order of the tree */
     uint32_t calculation = none; /**< in the order of calculation */
-    bool isSignature = false;
+    bool isSigned = false;       /**< a signature field that holds a signature */
   };
 
   explicit FieldIndex(QPDFObjectHandle catalog);

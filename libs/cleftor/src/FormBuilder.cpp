@@ -4,10 +4,26 @@
 
 namespace cleftor {
 
+namespace {
+
+/**
+ * A signature vouches for bytes that an output does not have. What it looks like stays, as a stamp:
+ * a signature field without its signature would show something else.
+ */
+void makeStamp(std::map<std::string, QPDFObjectHandle>& entries) {
+  for (const char* key : {"/FT", "/T", "/TU", "/TM", "/Ff", "/V", "/DV", "/DA", "/Parent", "/Kids",
+                          "/MK", "/Lock", "/SV", "/A", "/AA"}) {
+    entries.erase(key);
+  }
+  entries["/Subtype"] = QPDFObjectHandle::newName("/Stamp");
+}
+
+} // namespace
+
 void FormBuilder::addWidget(QPDFObjectHandle widget) {
   QPDFObjGen object = widget.getObjGen();
   const FieldIndex::Field* field = source_.fields().find(object);
-  if (field == nullptr) {
+  if (field == nullptr || field->isSigned) {
     return;
   }
   bool added = kept_.try_emplace(object).second;
@@ -38,6 +54,10 @@ void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
   if (known == nullptr) {
     return;
   }
+  if (known->isSigned) {
+    makeStamp(entries);
+    return;
+  }
   entries.erase("/Parent");
   entries.erase("/Kids");
   if (known->parent.getObj() != 0) {
@@ -52,11 +72,6 @@ void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
       out.reference(below);
     }
     out.text("]");
-  }
-  if (known->isSignature) {
-    // It vouches for bytes that are not these; what it looks like stays.
-    entries.erase("/V");
-    entries.erase("/Lock");
   }
 }
 

@@ -26,16 +26,17 @@ bool ObjectCache::isWanted(QPDFObjGen object) {
   return !seen_.insert(object).second;
 }
 
-const CopiedObject& ObjectCache::keep(QPDFObjGen object, CopiedObject&& copied) {
+void ObjectCache::keep(QPDFObjGen object, CopiedObject&& copied) {
   const size_t added = weight(copied);
+  if (added > room) {
+    return;
+  }
   if (used_ + added > room) {
     kept_.clear();
     used_ = 0;
   }
   used_ += added;
-  auto& place = kept_[object];
-  place = std::make_unique<CopiedObject>(std::move(copied));
-  return *place;
+  kept_.insert_or_assign(object, std::make_unique<CopiedObject>(std::move(copied)));
 }
 
 } // namespace cleftor

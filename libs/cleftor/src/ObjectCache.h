@@ -22,7 +22,7 @@ struct CopiedObject {
  */
 class ObjectCache {
 public:
-  /** Largest stream worth keeping, in bytes. */
+  /** Largest stream worth keeping, in bytes as the source states them. */
   static constexpr size_t largestData = size_t{512} * 1024;
 
   /** The kept object, or nullptr. */
@@ -31,7 +31,7 @@ public:
   /** Whether the object was asked for before, so that it is worth keeping now. */
   bool isWanted(QPDFObjGen object);
 
-  const CopiedObject& keep(QPDFObjGen object, CopiedObject&& copied);
+  void keep(QPDFObjGen object, CopiedObject&& copied);
 
 private:
   static constexpr size_t room = size_t{12} * 1024 * 1024;

@@ -221,13 +221,13 @@ void ObjectCopier::copyStream(QPDFObjectHandle stream, int number, bool keep) {
   copied.isStream = true;
   copied.body = streamEntries(stream);
   QPDFObjectHandle length = stream.getDict().getKey("/Length");
-  if (keep && length.isInteger() && length.getUIntValue() <= ObjectCache::largestData) {
+  const bool isSmall = length.isInteger() && length.getIntValue() >= 0 &&
+                       length.getUIntValue() <= ObjectCache::largestData;
+  if (isSmall) {
     copied.data = storedData(stream);
-    const QPDFObjGen object = stream.getObjGen();
-    if (copied.data.size() <= 2 * ObjectCache::largestData) {
-      writeCopied(number, source_.cache().keep(object, std::move(copied)));
-    } else {
-      writeCopied(number, copied);
+    writeCopied(number, copied);
+    if (keep) {
+      source_.cache().keep(stream.getObjGen(), std::move(copied));
     }
     return;
   }

@@ -1,0 +1,66 @@
+#include "Splitting.h"
+
+#include <map>
+#include <sstream>
+
+namespace tests::cleftor {
+
+namespace {
+
+class PruningTest : public SplittingTest {
+protected:
+  /** Size of the pixmap that a page makes: a thing lost from it shows. */
+  static std::string drawing(const fs::path& file, int page) {
+    return run("mutool draw -q -r 36 -F pgm -o - " + file.string() + " " + std::to_string(page) +
+               " | md5sum");
+  }
+
+  static int pictures(const fs::path& file) {
+    std::istringstream list(run("mutool show " + file.string() + " grep"));
+    int count = 0;
+    for (std::string line; std::getline(list, line);) {
+      count += line.find("/Subtype/Image") != std::string::npos ? 1 : 0;
+    }
+    return count;
+  }
+};
+
+/** Each page reaches one picture of the shared dictionary, each in a way of its own. */
+TEST_F(PruningTest, SharedResourcesComeAlongOnlyAsFarAsUsed) {
+  ASSERT_EQ(open("shared"), CLEFTOR_OK);
+  ASSERT_EQ(GetPageCount2(), 10);
+  const std::map<int, int> expected = {{1, 0},
+                                       {2, 1},
+                                       {3, 1},
+                                       {4, 1},
+                                       {5, 1},
+                                       {6, 1},
+                                       {7, 1},
+                                       {8, 1},
+                                       {9, 1},
+                                       // Content that cannot be read may use anything.
+                                       {10, 9}};
+  for (const auto& [page, count] : expected) {
+    ASSERT_EQ(split(page, page), CLEFTOR_OK) << errorText();
+    EXPECT_EQ(pictures(output()), count) << "page " << page;
+    EXPECT_EQ(drawing(output(), 1), drawing(source("shared"), page)) << "page " << page;
+  }
+}
+
+TEST_F(PruningTest, NothingOfOtherPagesClingsToARange) {
+  ASSERT_EQ(open("clinging"), CLEFTOR_OK);
+  ASSERT_EQ(split(2, 2), CLEFTOR_OK) << errorText();
+  // One picture of 40,000 bytes that do not compress; the source holds six and an attachment.
+  EXPECT_LT(fs::file_size(output()), 44'000U);
+  EXPECT_EQ(pictures(output()), 1);
+  EXPECT_EQ(drawing(output(), 1), drawing(source("clinging"), 2));
+  ASSERT_EQ(split(2, 3), CLEFTOR_OK) << errorText();
+  EXPECT_LT(fs::file_size(output()), 86'000U);
+  EXPECT_THAT(facts("out.pdf", "field"), testing::ElementsAre("field all = v on [1, 2]"));
+  EXPECT_THAT(facts("out.pdf", "page 1 link"),
+              testing::ElementsAre("page 1 link 2", "page 1 link 2"));
+}
+
+} // namespace
+
+} // namespace tests::cleftor

@@ -1,0 +1,118 @@
+#include "Splitting.h"
+
+namespace tests::cleftor {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class SourcesTest : public SplittingTest {};
+
+TEST_F(SourcesTest, ProtectedOnesOpenWithTheirPasswordInAnyEncoding) {
+  struct Row {
+    const char* name;
+    const char* password;
+    int32_t result;
+  };
+  const Row rows[] = {
+      {"protected-latin", "grüße", CLEFTOR_OK},           // stored as Windows-1252
+      {"protected-latin", "grüße ", CLEFTOR_OK},          // a trailing blank is no part of it
+      {"protected-aes", "grüße", CLEFTOR_OK},             // stored as UTF-8
+      {"protected-aes", "gru\u0308ß\u00ADe", CLEFTOR_OK}, // decomposed, with a soft hyphen
+      {"protected-aes", "owner", CLEFTOR_OK},             // the other password
+      {"protected-blank", "word ", CLEFTOR_OK},           // here the blank belongs to it
+      {"protected-open", "", CLEFTOR_OK},
+      {"protected-open", "not needed", CLEFTOR_OK}, // a list of files has one password
+      {"protected-aes", "", CLEFTOR_CANNOT_OPEN},
+      {"protected-aes", "Grüße", CLEFTOR_CANNOT_OPEN},
+      {"protected-latin", "wrong-word", CLEFTOR_CANNOT_OPEN},
+      {"plain", "not needed", CLEFTOR_OK},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.name) + " with " + row.password);
+    ASSERT_EQ(open(row.name, row.password), row.result) << errorText();
+    EXPECT_EQ(CleftorLastError(), row.result);
+    if (row.result != CLEFTOR_OK) {
+      EXPECT_THAT(errorText(), HasSubstr(source(row.name).string()));
+      EXPECT_THAT(errorText(), HasSubstr("password"));
+      EXPECT_THAT(errorText(), Not(HasSubstr("wrong-word")));
+      EXPECT_EQ(GetPageCount2(), 0);
+    }
+  }
+}
+
+TEST_F(SourcesTest, OutputsOfProtectedOnesAreUnprotected) {
+  for (const char* name : {"protected-latin", "protected-aes"}) {
+    ASSERT_EQ(open(name, "grüße"), CLEFTOR_OK);
+    EXPECT_EQ(GetFileFacts(), CLEFTOR_FILE_ENCRYPTED);
+    ASSERT_EQ(split(4, 5), CLEFTOR_OK) << errorText();
+    EXPECT_THAT(facts("out.pdf", "page 2 text"), ElementsAre("page 2 text the last page"));
+    EXPECT_THAT(facts("out.pdf", "title"), ElementsAre(HasSubstr("Geheimnis ä")));
+    EXPECT_THAT(run("qpdf --show-encryption " + output().string()), HasSubstr("not encrypted"));
+  }
+}
+
+TEST_F(SourcesTest, WhatCannotBeOpenedIsRefusedWithTheReason) {
+  for (const char* name : {"empty", "garbage", "headless", "truncated", "no such file"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(open(name), CLEFTOR_CANNOT_OPEN);
+    EXPECT_THAT(errorText(), HasSubstr(source(name).string()));
+    EXPECT_EQ(GetPageCount2(), 0);
+    EXPECT_EQ(split(1, 1), CLEFTOR_NOT_OPEN);
+  }
+  EXPECT_EQ(PdfTextDumpOpenFile(wide(folder_.string()).c_str(), u""), CLEFTOR_CANNOT_OPEN);
+  EXPECT_EQ(PdfTextDumpOpenFile(nullptr, nullptr), CLEFTOR_CANNOT_OPEN);
+  EXPECT_EQ(PdfTextDumpOpenFile(u"/dev/zero", u""), CLEFTOR_CANNOT_OPEN);
+}
+
+TEST_F(SourcesTest, ADamagedOneIsRepairedWithoutAWordOnStandardError) {
+  testing::internal::CaptureStderr();
+  ASSERT_EQ(open("noxref"), CLEFTOR_OK) << errorText();
+  EXPECT_EQ(GetFileFacts(), CLEFTOR_FILE_REPAIRED);
+  EXPECT_EQ(split(1, GetPageCount2()), CLEFTOR_OK) << errorText();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_THAT(facts("out.pdf", "page 6 text"), ElementsAre("page 6 text Page number 6"));
+}
+
+TEST_F(SourcesTest, PagesCountWhenTheyAreThere) {
+  ASSERT_EQ(open("lying"), CLEFTOR_OK);
+  EXPECT_EQ(GetPageCount2(), 3);
+  EXPECT_EQ(split(1, 4), CLEFTOR_BAD_RANGE);
+  EXPECT_EQ(split(1, 3), CLEFTOR_OK);
+  // The tree leads back into itself and lists one page three times.
+  ASSERT_EQ(open("looping"), CLEFTOR_OK);
+  EXPECT_EQ(GetPageCount2(), 4);
+  EXPECT_EQ(split(1, 4), CLEFTOR_OK) << errorText();
+  EXPECT_THAT(facts("out.pdf", "page 4 text"), ElementsAre("page 4 text Page number 3"));
+  ASSERT_EQ(open("deep"), CLEFTOR_OK);
+  EXPECT_EQ(split(1, 2), CLEFTOR_OK) << errorText();
+}
+
+TEST_F(SourcesTest, RangesThatAreNoneAreRefused) {
+  ASSERT_EQ(open("plain"), CLEFTOR_OK);
+  for (const auto& [first, last] : {std::pair(0, 1), {1, 0}, {3, 2}, {5, 7}, {-1, 2}, {7, 7}}) {
+    EXPECT_EQ(split(first, last), CLEFTOR_BAD_RANGE) << first << ".." << last;
+    EXPECT_EQ(GetProcessingStatus(), CLEFTOR_BAD_RANGE);
+  }
+  EXPECT_EQ(SplitPdfPages(wide(output().string()).c_str(), 1, 2, 7), CLEFTOR_BAD_RANGE);
+  EXPECT_THAT(errorText(), HasSubstr("6 pages and not 7"));
+  EXPECT_THAT(files(), ElementsAre());
+  EXPECT_EQ(split(2, 2), CLEFTOR_OK);
+  EXPECT_EQ(GetProcessingStatus(), CLEFTOR_OK);
+}
+
+TEST_F(SourcesTest, OneCallDoesItAllAndLeavesTheOpenSourceAlone) {
+  ASSERT_EQ(open("plain"), CLEFTOR_OK);
+  ASSERT_EQ(SplitPdf(wide(source("protected-aes").string()).c_str(), wide("grüße").c_str(),
+                     wide(output().string()).c_str(), 5, 5),
+            CLEFTOR_OK);
+  EXPECT_THAT(facts("out.pdf", "page 1 text"), ElementsAre("page 1 text the last page"));
+  EXPECT_EQ(GetPageCount2(), 6);
+  EXPECT_EQ(SplitPdf(u"/nowhere.pdf", u"", u"/tmp/none.pdf", 1, 1), CLEFTOR_CANNOT_OPEN);
+}
+
+} // namespace
+
+} // namespace tests::cleftor
