@@ -21,7 +21,6 @@ LineCollector::LineCollector(const SplitSetup& setup)
 
 void LineCollector::startLine(LineCollection& line, int v) {
   line.onLine = true;
-  line.onNextPageLine = false;
   line.lineV = v;
   line.wordsOnLine = 0;
 }

@@ -77,7 +77,7 @@ void PageMatcher::scanPage(int pageIndex, WordSource& source) {
 }
 
 void PageMatcher::takeWordNumber(int wordIndex, QStringView text) {
-  if (wordNumber_ && !state_.wordNumberTaken && wordIndex == *wordNumber_ - 1) {
+  if (wordNumber_ && wordIndex == *wordNumber_ - 1) {
     searchText_ = text.toString();
     state_.wordNumberTaken = true;
   }

@@ -15,7 +15,7 @@ inline constexpr qsizetype maxCollectedLength = 1023;
 /// Words of one line on their way into a file name.
 struct LineCollection {
   QString text;                ///< at most maxCollectedLength characters
-  bool onLine = false;         ///< words of the line `lineV` are taken
+  bool onLine = false;         ///< words of the line `lineV` are taken, before all else
   bool onNextPageLine = false; ///< words of the page's first line are taken
   std::optional<int> lineV;    ///< v of that line; none: the next word that is no blank gives it
   int wordsOnLine = 0;         ///< words of the line seen so far
@@ -38,10 +38,6 @@ struct RangeTexts {
   void nameBuilt(FileNameMethod method) {
     if (namesAfterText(method)) {
       seekAfterText = true;
-    }
-    if (takesRestOfLine(method)) {
-      line.onLine = false;
-      line.onNextPageLine = false;
     }
   }
 

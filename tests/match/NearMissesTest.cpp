@@ -66,6 +66,7 @@ const std::vector<NearMissRow> rows = {
      {"InvoiceNo"},
      "Page 1, h 50, v 100: \"InvoiceNo\" has the letters of the text, but is divided into words "
      "differently."},
+    {"wordsOfTwoPagesAreJoined", "Account:", nullptr, {"x Acc", "ount: y"}, ""},
     {"signBetweenWordsIsMissed",
      "Invoice No",
      nullptr,

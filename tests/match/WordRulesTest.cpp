@@ -33,6 +33,7 @@ const std::vector<PositionRow> positionRows = {
     {"rangeIsOpenAtItsEnd", u"120-125", u"320", 125, 320, 8, true},
     {"rangeTakesTooMuch", u"120-125", u"320", 126, 320, 8, false},
     {"otherLineIsTaken", u"120-125", u"320", 123, 321, 8, false},
+    {"rangeFromNegativeIsRefused", u"-5-7", u"320", 3, 320, 8, true},
     {"alternativeIsRefused", u"320-325|400", u"10", 400, 10, 8, true},
     {"alternativeWithoutRangeIsRefused", u"320|400", u"10|20", 320, 20, 8, true},
     {"betweenRangeAndAlternativeIsTaken", u"320-325|400", u"10", 360, 10, 8, false},
