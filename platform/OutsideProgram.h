@@ -34,8 +34,8 @@ struct ProgramEnd {
 /// it lets the window live and returns true when the wait is to be stopped.
 ProgramEnd runOutsideProgram(const OutsideProgram& program, const std::function<bool()>& tick);
 
-/// Path of one of the program's own companions ("Scanlite"): beside this program, else on the search
-/// path; empty when there is none.
+/// Path of one of the program's own companions ("Scanlite"): beside this program, else on the
+/// search path; empty when there is none.
 QString companionProgram(const QString& name);
 
 } // namespace folivex::platform
