@@ -170,8 +170,7 @@ std::optional<int> Session::processSource(const QString& path) {
 std::optional<int> Session::runOne(const QString& path) {
   m_store.edited().fileName = path;
   if (m_plan != PlanOutput::None) {
-    planOne(path);
-    return std::nullopt;
+    return planOne(path);
   }
   const RunError error = m_driver->StartProcessing();
   explainNoMatch();
@@ -188,18 +187,23 @@ std::optional<int> Session::runOne(const QString& path) {
   return std::nullopt;
 }
 
-void Session::planOne(const QString& path) {
+std::optional<int> Session::planOne(const QString& path) {
   const SplitPlan plan = m_driver->Plan();
+  if (m_driver->state().userStop) {
+    m_person.note(QStringLiteral("%1: stopped; a plan of a part would mislead").arg(path));
+    return stoppedExitCode;
+  }
   if (!plan.problem.isEmpty()) {
     m_person.note(plan.problem);
     m_exitCode = static_cast<int>(m_driver->state().error);
-    return;
+    return std::nullopt;
   }
   for (const QString& line : plan.notes) {
     m_person.note(QStringLiteral("%1: %2").arg(path, line));
   }
   m_person.print(planText(plan, m_plan));
   explainNoMatch();
+  return std::nullopt;
 }
 
 void Session::explainNoMatch() {

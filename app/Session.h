@@ -48,7 +48,7 @@ private:
   std::optional<int> processFolder(const QString& pattern);
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
-  void planOne(const QString& path);
+  std::optional<int> planOne(const QString& path);
   void explainNoMatch();
   void report(const SetupResult& result);
 

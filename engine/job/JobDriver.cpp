@@ -35,6 +35,24 @@ QString outputFolderOf(const SplitSetup& setup, const QString& source) {
   return platform::withoutTrailingBlanks(folder);
 }
 
+bool clearsOutputFolder(const SplitSetup& setup) {
+  return setup.otherSettingsRemoveFiles && !setup.splitToSource && !setup.outputDir.isEmpty();
+}
+
+/// False for a failure that came before the first page.
+bool wasProcessed(RunError error) {
+  switch (error) {
+  case RunError::TextReport:
+  case RunError::CsvReport:
+  case RunError::SetupFile:
+  case RunError::Contradiction:
+  case RunError::Unreadable:
+    return false;
+  default:
+    return true;
+  }
+}
+
 /// Nothing is written in a show-only run.
 class NoSaver : public RangeSaver {
 public:
@@ -90,8 +108,7 @@ RunError JobDriver::fail(RunError error, const QString& text) {
 }
 
 void JobDriver::clearFolder(const QString& outputFolder, const QString& source) {
-  const SplitSetup& setup = m_store.working();
-  if (!setup.otherSettingsRemoveFiles || setup.splitToSource || outputFolder.isEmpty()) {
+  if (!clearsOutputFolder(m_store.working())) {
     return;
   }
   if (const QString problem = clearOutputFolder(outputFolder, source); !problem.isEmpty()) {
@@ -116,7 +133,14 @@ RunError JobDriver::StartProcessing() {
   const SplitSetup& setup = m_store.working();
   const QString source = platform::withoutTrailingBlanks(setup.fileName);
   const QString outputFolder = outputFolderOf(setup, source);
+  // Before anything is touched: a refused run must not have cleared a folder.
+  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
+    return fail(RunError::Contradiction, contradiction);
+  }
   clearFolder(outputFolder, source);
+  if (const QString problem = makeOutputFolder(outputFolder); !problem.isEmpty()) {
+    m_person.note(problem);
+  }
 
   Reports reports;
   const Reports::Opened opened =
@@ -128,12 +152,6 @@ RunError JobDriver::StartProcessing() {
   saveDefaultSetup();
   if (m_state.error == RunError::SetupFile && m_state.automation) {
     return m_state.error;
-  }
-  if (const QString problem = makeOutputFolder(outputFolder); !problem.isEmpty()) {
-    m_person.note(problem);
-  }
-  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
-    return fail(RunError::Contradiction, contradiction);
   }
   SplitSetup runSetup = setup;
   runSetup.outputDir = outputFolder;
@@ -158,7 +176,8 @@ int JobDriver::openSource(SourceFile& file, const SplitSetup& setup, const QStri
     return 0;
   }
   m_person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
-  if (setup.ocrFirst) {
+  // Bookmarks need no words.
+  if (setup.ocrFirst && bookmarkMethodOf(setup.pageExtract) == BookmarkMethod::None) {
     OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
   }
   file.openWords(scannedFile(source), setup);
@@ -187,7 +206,10 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   m_libraries.append.FinishAppends();
   m_writtenFiles = writer.writtenFiles();
 
-  if (m_state.outputCount == 0 && m_state.rangeCount > 0) {
+  if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
+    m_account.stopped(page, pageCount);
+  }
+  if (m_state.outputCount == 0 && m_state.rangeCount > 0 && !m_state.mustEnd()) {
     m_state.outputCount = 1;
   }
   reports.writeTotals(m_state.outputCount);
@@ -217,7 +239,10 @@ SplitPlan JobDriver::Plan() {
   }
   plan.account.start(pageCount);
   const QString scanned = scannedFile(source);
-  PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend}, {source, scanned});
+  PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend}, {source, scanned},
+                      [&, clears = clearsOutputFolder(setup)](const QString& path) {
+                        return clears && isClearedWithFolder(setup.outputDir, source, path);
+                      });
   Reports noReports;
   RangePipeline pipeline(setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
                          {builder, builder, noReports, m_emails,
@@ -331,15 +356,23 @@ void JobDriver::ListPagePositions(int page) {
     tell(QStringLiteral("Unable to open file: %1").arg(source));
     return;
   }
+  m_state.showOnly = true;
+  SourceFile file({m_libraries.text, m_libraries.split});
+  const int pageCount = openForReading(file, source);
+  if (pageCount == 0) {
+    return;
+  }
+  if (page < 1 || page > pageCount) {
+    tell(QStringLiteral("%1: has %2 page(s), there is no page %3")
+             .arg(source)
+             .arg(pageCount)
+             .arg(page));
+    return;
+  }
   PagePositions listing(m_person);
   const QString path = pagePositionsPath(platform::temporaryFolder());
   if (const QString problem = listing.open(path, source, page); !problem.isEmpty()) {
     tell(problem);
-    return;
-  }
-  m_state.showOnly = true;
-  SourceFile file({m_libraries.text, m_libraries.split});
-  if (openForReading(file, source) == 0) {
     return;
   }
   NoSaver saver;
@@ -360,7 +393,7 @@ void JobDriver::ListPagePositions(int page) {
 BatchResult JobDriver::ProcessBatch(BatchRows& rows) {
   return runBatch(rows, m_state, m_person, [this](const QString& path) {
     m_store.edited().fileName = path;
-    return StartProcessing() != RunError::Unreadable;
+    return wasProcessed(StartProcessing());
   });
 }
 

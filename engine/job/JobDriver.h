@@ -38,8 +38,8 @@ public:
   /// read, named and reserved by the same code.
   SplitPlan Plan();
 
-  /// Why a search found nothing: one line for each of the words that come nearest to what was looked
-  /// for, the nearest first. Reads the file named in `FILENAME` once more.
+  /// Why a search found nothing: one line for each of the words that come nearest to what was
+  /// looked for, the nearest first. Reads the file named in `FILENAME` once more.
   QStringList NearestWords();
 
   /// Walks the matches of the file named in `FILENAME` without writing anything.

@@ -1,5 +1,6 @@
 #include "engine/job/OcrFirst.h"
 
+#include "platform/FileSystem.h"
 #include "platform/OutsideProgram.h"
 
 #include <QDir>
@@ -15,6 +16,14 @@ QString ocrCopyPath(const QString& source, const QString& temporaryFolder) {
 bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& state,
               Operator& person) {
   state.ocrFile = ocrCopyPath(source, temporaryFolder);
+  if (!platform::isTrustedPrivateFile(state.ocrFile)) {
+    // Whoever put it there would choose the words that name the outputs.
+    person.note(QStringLiteral("%1: is a link or another user's file and is not used; the file "
+                               "itself is read")
+                    .arg(state.ocrFile));
+    state.ocrFile.clear();
+    return false;
+  }
   if (QFileInfo::exists(state.ocrFile)) {
     person.note(QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(state.ocrFile));
     return true;

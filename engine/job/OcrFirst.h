@@ -10,7 +10,8 @@ namespace folivex {
 QString ocrCopyPath(const QString& source, const QString& temporaryFolder);
 
 /// Makes the OCR'd copy of `source` with the OCR program and keeps its path in RunState::ocrFile. A
-/// copy that exists already is used as it is. Returns whether there is a copy; without one the
+/// copy that exists already is used as it is, unless it is a link or
+/// another user's. Returns whether there is a copy; without one the
 /// reason is told and RunState::ocrFile is empty. A Stop ends the OCR program.
 bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& state,
               Operator& person);

@@ -1,5 +1,7 @@
 #include "engine/job/OutputFolder.h"
 
+#include "platform/Paths.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,6 +23,14 @@ bool isWindowsReadOnly(const QFileInfo& file) {
 }
 
 } // namespace
+
+bool isClearedWithFolder(const QString& folder, const QString& keep, const QString& path) {
+  const QFileInfo file(path);
+  return folder.size() >= shortestClearedPath && !file.fileName().startsWith(QLatin1Char('.')) &&
+         (file.isSymLink() || !file.isDir()) &&
+         QFileInfo(folder).absoluteFilePath() == file.absolutePath() &&
+         (keep.isEmpty() || !platform::isSameFile(keep, path));
+}
 
 QString clearOutputFolder(const QString& folder, const QString& keep) {
   if (folder.size() < shortestClearedPath) {

@@ -14,6 +14,9 @@ namespace folivex {
 /// removal ends with it.
 QString clearOutputFolder(const QString& folder, const QString& keep);
 
+/// Whether clearOutputFolder(folder, keep) would remove what stands at `path`.
+bool isClearedWithFolder(const QString& folder, const QString& keep, const QString& path);
+
 /// Makes a folder with the folders above it; one that exists is no error. Empty, or the reason.
 QString makeOutputFolder(const QString& folder);
 

@@ -1,15 +1,27 @@
 #include "engine/job/RangePipeline.h"
 
+#include "engine/plan/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <QDateTime>
 
 namespace folivex {
 
+namespace {
+
+bool mergesRanges(const SplitSetup& setup) {
+  const SplitMethod method = splitMethodOf(setup.pageExtract);
+  return method == SplitMethod::MatchToNextUniqueMatch ||
+         method == SplitMethod::MatchToNextUniqueMatchAtPosition;
+}
+
+} // namespace
+
 RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
                              Operator& person, const Source& source, const Ends& ends)
-    : m_pageCount(source.pageCount),
-      m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
+    : m_pageCount(source.pageCount), m_uniqueOutputs(ends.list),
+      m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places,
+                    mergesRanges(setup) ? static_cast<OutputList&>(m_uniqueOutputs) : ends.list),
       m_lookup(text, source.scanned, setup.pdfPassword, setup.rotated,
                [&state, &person](const QString& problem) {
                  if (state.automation) {
@@ -28,6 +40,7 @@ RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextD
 void RangePipeline::run() {
   m_run.run(m_pageCount);
   m_reservation.flush();
+  m_uniqueOutputs.release();
 }
 
 } // namespace folivex

@@ -5,6 +5,7 @@
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
 #include "engine/output/OutputRangeSaver.h"
+#include "engine/output/UniqueOutputs.h"
 #include "engine/words/ViewWordLookup.h"
 
 namespace folivex {
@@ -33,10 +34,14 @@ public:
   /// Walks the pages and hands on what waits for the end.
   void run();
 
+  /// After a run that was stopped: the first page (from 1) that no finished range can hold; else 0.
+  int firstUnfinishedPage() const { return m_run.firstUnfinishedPage(); }
+
   const Findings& findings() const { return m_run.findings(); }
 
 private:
   int m_pageCount;
+  UniqueOutputs m_uniqueOutputs;
   OutputReservation m_reservation;
   ViewWordLookup m_lookup;
   OutputNamer m_namer;

@@ -69,15 +69,23 @@ void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
 }
 
 QString SourceFile::protection() const {
+  // The words may come from an OCR'd copy, which is never protected: the source is asked too.
   const int facts = m_libraries.text.GetFileFacts();
-  if ((facts & GLYPHRUN_FILE_FORBIDS_EXTRACTION) != 0) {
-    return QStringLiteral("the file's permissions forbid taking its text out; it is processed, and "
-                          "the outputs are written unprotected");
+  const bool forbids = (facts & GLYPHRUN_FILE_FORBIDS_EXTRACTION) != 0;
+  const bool encrypted =
+      (facts & GLYPHRUN_FILE_ENCRYPTED) != 0 ||
+      (m_splits && (m_libraries.split.GetFileFacts() & CSplitPdfInit::fileEncrypted) != 0);
+  if (!forbids && !encrypted) {
+    return {};
   }
-  if ((facts & GLYPHRUN_FILE_ENCRYPTED) != 0) {
-    return QStringLiteral("the file is protected; the outputs are written unprotected");
+  QString told = forbids ? QStringLiteral("the file's permissions forbid taking its text out; it "
+                                          "is processed")
+                         : QStringLiteral("the file is protected");
+  if (m_splits) {
+    told += forbids ? QStringLiteral(", and the outputs are written unprotected")
+                    : QStringLiteral("; the outputs are written unprotected");
   }
-  return {};
+  return told;
 }
 
 } // namespace folivex

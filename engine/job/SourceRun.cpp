@@ -20,6 +20,9 @@ void SourceRun::run(int pageCount) {
   }
   const PageWindow window = pageWindow(m_setup.startFromPage, m_setup.startEndPage, pageCount);
   scanPages(window);
+  if (m_state.mustEnd() && m_state.pendingStart >= 0) {
+    m_firstUnfinished = m_state.pendingStart + 1;
+  }
   if (m_state.pendingStart >= 0) {
     m_planner.closeAtEnd(std::max(window.end - 1, m_state.pendingStart), pageCount);
     m_state.pendingStart = -1;
@@ -27,10 +30,15 @@ void SourceRun::run(int pageCount) {
 }
 
 void SourceRun::scanPages(PageWindow window) {
-  for (int page = window.first; page < window.end && !m_state.mustEnd(); ++page) {
+  for (int page = window.first; page < window.end; ++page) {
     m_person.progress({QStringLiteral("Processing page: %1").arg(page), page + 1, window.end,
                        m_state.outputCount});
     m_person.handlePendingEvents();
+    // Asked after the events, so that a Stop among them still finds this page untouched.
+    if (m_state.mustEnd()) {
+      m_firstUnfinished = page + 1;
+      return;
+    }
     m_matcher.beginPage();
     scanPage(page);
   }
@@ -75,6 +83,7 @@ void SourceRun::takeBookmarks(int pageCount) {
   for (SplitRange& range :
        bookmarkRanges(outline, bookmarkMethodOf(m_setup.pageExtract), pageCount)) {
     if (m_state.mustEnd()) {
+      m_firstUnfinished = range.firstPage + 1;
       return;
     }
     m_saver.saveRange(range);

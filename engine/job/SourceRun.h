@@ -29,6 +29,10 @@ public:
   /// matched.
   void listPage(int pageIndex);
 
+  /// After a run that was stopped: the first page (from 1) of the range that was open then, or the
+  /// first that was not looked at. 0 when the run came to its end.
+  int firstUnfinishedPage() const { return m_firstUnfinished; }
+
   const Findings& findings() const { return m_findings; }
 
 private:
@@ -44,6 +48,7 @@ private:
   RangePlanner m_planner;
   PageMatcher m_matcher;
   Findings m_findings;
+  int m_firstUnfinished = 0;
 };
 
 } // namespace folivex

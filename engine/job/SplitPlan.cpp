@@ -1,5 +1,7 @@
 #include "engine/job/SplitPlan.h"
 
+#include <utility>
+
 namespace folivex {
 
 QString fateText(PlannedOutput::Fate fate) {
@@ -19,11 +21,12 @@ QString fateText(PlannedOutput::Fate fate) {
 }
 
 PlanBuilder::PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-                         const QStringList& protectedFiles)
-    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles) {}
+                         const QStringList& protectedFiles,
+                         std::function<bool(const QString&)> isGone)
+    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles), m_isGone(std::move(isGone)) {}
 
 bool PlanBuilder::exists(const QString& path) {
-  return m_disk.exists(path);
+  return m_disk.exists(path) && !m_isGone(path);
 }
 
 bool PlanBuilder::isProtected(const QString& path) {
@@ -46,17 +49,17 @@ void PlanBuilder::saved(const PlannedOutput& output, const QString& namedPath) {
   PlannedOutput planned = output;
   const auto earlier = m_lastOfPath.constFind(planned.path);
   const bool again = earlier != m_lastOfPath.constEnd();
-  if (planned.path != namedPath) {
-    planned.fate = PlannedOutput::Fate::Renamed;
-  } else if (m_whenTaken.append) {
-    const bool there = again || m_disk.exists(planned.path);
-    planned.fate = there ? PlannedOutput::Fate::Appends : PlannedOutput::Fate::New;
+  if (again && m_whenTaken.append) {
+    planned.fate = PlannedOutput::Fate::Appends;
   } else if (again) {
     PlannedOutput& lost = m_plan.outputs[*earlier];
     planned.fate = lost.fate;
     lost.fate = PlannedOutput::Fate::GivenUp;
-  } else if (m_disk.exists(planned.path)) {
-    planned.fate = PlannedOutput::Fate::Replaces;
+  } else if (planned.path != namedPath) {
+    planned.fate = PlannedOutput::Fate::Renamed;
+  } else if (exists(planned.path)) {
+    planned.fate =
+        m_whenTaken.append ? PlannedOutput::Fate::Appends : PlannedOutput::Fate::Replaces;
   }
   if (!again) {
     ++m_plan.fileCount;

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
 namespace folivex {
@@ -43,8 +44,10 @@ struct SplitPlan {
 /// deleted, and takes the outputs in place of the writer.
 class PlanBuilder : public OutputPlaces, public OutputList {
 public:
+  /// `isGone` tells of a file that is there now whether the run would have removed it before its
+  /// first output.
   PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-              const QStringList& protectedFiles);
+              const QStringList& protectedFiles, std::function<bool(const QString& path)> isGone);
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
@@ -59,6 +62,7 @@ private:
   SplitPlan& m_plan;
   OutputReservation::WhenTaken m_whenTaken;
   DiskOutputPlaces m_disk;
+  std::function<bool(const QString&)> m_isGone;
   QHash<QString, std::size_t> m_lastOfPath; ///< row that a path was planned in last
 };
 

@@ -4,7 +4,8 @@
 
 namespace folivex {
 
-static_assert(CSplitPdfInit::ok == CLEFTOR_OK && CSplitPdfInit::cannotOpen == CLEFTOR_CANNOT_OPEN);
+static_assert(CSplitPdfInit::ok == CLEFTOR_OK && CSplitPdfInit::cannotOpen == CLEFTOR_CANNOT_OPEN &&
+              CSplitPdfInit::fileEncrypted == CLEFTOR_FILE_ENCRYPTED);
 
 CSplitPdfInit::CSplitPdfInit()
     : LoadedLibrary(QStringLiteral("CleftorU"), "CleftorInterfaceVersion",

@@ -19,6 +19,7 @@ public:
   // operations of the same names as the text library's.
   static constexpr std::int32_t ok = 0;
   static constexpr std::int32_t cannotOpen = -4;
+  static constexpr std::int32_t fileEncrypted = 1; ///< of GetFileFacts()
 
 private:
   template <typename S> using Operation = platform::Operation<S>;

@@ -20,15 +20,24 @@ OutputWriter::OutputWriter(const SplitSetup& setup, RunState& state, Libraries l
 void OutputWriter::startSource(const QString& source, int totalPages) {
   m_source = source;
   m_totalPages = totalPages;
-  m_writtenFiles = 0;
+  m_writtenPaths.clear();
+  m_previousPath.clear();
 }
 
 void OutputWriter::output(const ReservedOutput& output) {
   m_person.handlePendingEvents();
-  if (m_state.userStop || output.path.isEmpty()) {
+  if (output.path.isEmpty()) {
     return;
   }
-  ++m_state.outputCount;
+  if (m_state.userStop || m_state.abortRun) {
+    m_account.stopped(output.firstPage, output.lastPage);
+    return;
+  }
+  // The same file once more, with more pages, is no further file.
+  if (m_setup.alwaysAppend || output.path != m_previousPath) {
+    ++m_state.outputCount;
+  }
+  m_previousPath = output.path;
   makeFolderOf(output.path);
   m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
                      m_totalPages, m_state.outputCount});
@@ -124,7 +133,7 @@ void OutputWriter::appendFailed(const ReservedOutput& output) {
 }
 
 void OutputWriter::wrote(const ReservedOutput& output) {
-  ++m_writtenFiles;
+  m_writtenPaths.insert(output.path);
   m_account.written(output.firstPage, output.lastPage);
 }
 

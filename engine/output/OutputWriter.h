@@ -7,6 +7,8 @@
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SplitSetup.h"
 
+#include <QSet>
+
 namespace folivex {
 
 class CAppendPdfInit;
@@ -14,9 +16,9 @@ class CSplitPdfInit;
 
 /// Writes one output after the other: with the split library, joined by the append library to a
 /// file that exists when the setup says so, or with the external command. Every output is counted
-/// in RunState::outputCount when it is taken on, and its pages in the PageAccount when its fate is
-/// known. A failed output does not end the run (see RunError for what does); it leaves nothing
-/// half-written.
+/// in RunState::outputCount when it is taken on (one that is written again, longer, once), and its
+/// pages in the PageAccount when its fate is known. A failed output does not end the run (see
+/// RunError for what does); it leaves nothing half-written.
 class OutputWriter : public OutputList {
 public:
   struct Libraries {
@@ -33,8 +35,8 @@ public:
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
 
-  /// Files that were really written since startSource().
-  int writtenFiles() const { return m_writtenFiles; }
+  /// Files that were really written since startSource(); one that was appended to counts once.
+  int writtenFiles() const { return static_cast<int>(m_writtenPaths.size()); }
 
 private:
   void makeFolderOf(const QString& path);
@@ -53,7 +55,8 @@ private:
   PageAccount& m_account;
   QString m_source;
   int m_totalPages = 0;
-  int m_writtenFiles = 0;
+  QSet<QString> m_writtenPaths;
+  QString m_previousPath;
 };
 
 } // namespace folivex

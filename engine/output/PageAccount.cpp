@@ -22,6 +22,10 @@ void PageAccount::failed(int first, int last) {
   raise(first, last, Fate::Failed);
 }
 
+void PageAccount::stopped(int first, int last) {
+  raise(first, last, Fate::Stopped);
+}
+
 void PageAccount::raise(int first, int last, Fate fate) {
   last = std::min(last, pageCount());
   for (int page = std::max(first, 1); page <= last; ++page) {
@@ -56,6 +60,7 @@ QString PageAccount::summary(int fileCount) const {
   };
   add(Fate::InNone, QStringLiteral("in no range"));
   add(Fate::Replaced, QStringLiteral("only in files that a later one of the same name replaced"));
+  add(Fate::Stopped, QStringLiteral("not written, since the run was stopped"));
   add(Fate::Failed, QStringLiteral("FAILED"));
   return line + QLatin1Char('.');
 }

@@ -18,6 +18,7 @@ public:
   void written(int first, int last);  ///< stands in an output
   void replaced(int first, int last); ///< its output gave way to a later one of the same name
   void failed(int first, int last);   ///< its output could not be written
+  void stopped(int first, int last);  ///< the run ended before its output was written
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
   /// Pages that no range took.
@@ -25,6 +26,7 @@ public:
   int inOutputs() const { return count(Fate::Written); }
   int failedPages() const { return count(Fate::Failed); }
   int replacedPages() const { return count(Fate::Replaced); }
+  int stoppedPages() const { return count(Fate::Stopped); }
 
   /// One line for a person: "40 pages: 38 in 12 files, 2 in no range (1, 40)."
   QString summary(int fileCount) const;
@@ -32,7 +34,7 @@ public:
 private:
   // A later, better fate overrides an earlier one: a page that stands in any output is accounted
   // for.
-  enum class Fate : std::uint8_t { InNone, Replaced, Failed, Written };
+  enum class Fate : std::uint8_t { InNone, Stopped, Replaced, Failed, Written };
 
   void raise(int first, int last, Fate fate);
   int count(Fate fate) const;

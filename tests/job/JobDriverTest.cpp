@@ -1,0 +1,348 @@
+// Whole runs: what is prepared, refused, told and left behind.
+#include "engine/match/MatchObserver.h"
+#include "tests/support/RunBench.h"
+
+using namespace folivex;
+using namespace folivex::test;
+
+namespace {
+
+const QStringList threePages{QStringLiteral("Account: 1001"), QStringLiteral("more"),
+                             QStringLiteral("Account: 1002")};
+const QString noMatches =
+    QStringLiteral("please note: word searching is case sensitive & must contain the full word");
+
+class Job : public RunBench {
+protected:
+  Job() { statements(threePages).write(source()); }
+
+  void encrypt(const QStringList& options) {
+    const ProgramRun made = runProgram("qpdf", QStringList{"--encrypt"} + options +
+                                                   QStringList{"--", source(), at("in/e.pdf")});
+    ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
+    setup().fileName = at("in/e.pdf");
+  }
+};
+
+/// Keeps the matches that were shown.
+class Shown : public MatchObserver {
+public:
+  void onWordCount(int, int) override {}
+  bool onMatch(int page, const QString& word, int, int) override {
+    matches += QString::number(page) + ' ' + word;
+    return true;
+  }
+  void onListedWord(QStringView, int, int) override {}
+  void onEmptyPage(int) override {}
+  QStringList matches;
+};
+
+} // namespace
+
+TEST_F(Job, ReportsAreOpenedFirstAndEndMessageAsksForThem) {
+  m_person.answer = Answer::Yes;
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(m_person.questions,
+            QStringList{"Done! - 2 PDF file(s) output\r\n\r\nReport files have been generated, do "
+                        "you want to view text report ?"});
+  EXPECT_EQ(m_person.opened, QStringList{source() + "_report.txt"});
+  EXPECT_TRUE(contentOf(source() + "_report.txt").endsWith("\t2 PDF file(s)\r\r\n"));
+  // The settings of the run are those of the next start.
+  SetupStore next;
+  ASSERT_TRUE(next.LoadSetup(at("tmp/Folivex.ini")).ok());
+  EXPECT_EQ(next.working().fileName, source());
+}
+
+TEST_F(Job, RunWithoutMatchSaysSo) {
+  setup().findString = "ACCOUNT:";
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(m_person.messages, QStringList{"Done! and no matches we're found!,\r\n" + noMatches});
+  EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
+  EXPECT_EQ(m_person.notes.back(), "3 page(s): 0 in 0 file(s), 3 in no range (1-3).");
+  EXPECT_FALSE(driver().NearestWords().isEmpty());
+}
+
+TEST_F(Job, UnwritableReportsEndTheRunBeforeItsFirstOutput) {
+  struct Row {
+    const char* inTheWay;
+    RunError error;
+  };
+  for (const Row& row : {Row{"in/a.pdf_report.txt", RunError::TextReport},
+                         Row{"in/a.pdf_report.csv", RunError::CsvReport}}) {
+    SCOPED_TRACE(row.inTheWay);
+    QDir(folder()).mkpath(row.inTheWay);
+    m_person.messages.clear();
+    EXPECT_EQ(run(), row.error);
+    EXPECT_EQ(m_person.messages,
+              QStringList{"file error! can't write to report file: " + at(row.inTheWay) +
+                          ", try changing the report path in report options"});
+    EXPECT_TRUE(filesBelow(at("out")).isEmpty());
+    QDir(folder()).rmdir(row.inTheWay);
+  }
+}
+
+TEST_F(Job, ReportFolderThatIsTheOutputFolderNeedNotExist) {
+  setup().outputDir = at("new");
+  m_store.working().reportOptionsCurrent = false;
+  m_store.working().reportOptionsOutputFolder = at("new");
+  EXPECT_EQ(run(), RunError::None) << m_person.messages.join('\n').toStdString();
+  EXPECT_EQ(filesBelow(at("new")),
+            (QStringList{"1001.pdf", "1002.pdf", "a.pdf_report.csv", "a.pdf_report.txt"}));
+}
+
+TEST_F(Job, SettingsThatExcludeEachOtherAreRefusedBeforeAnythingIsTouched) {
+  writeFile(at("out/old.pdf"), "old");
+  setup().otherSettingsRemoveFiles = true;
+  setup().findString = "Invoice No";
+  for (const int method : {2, 3}) {
+    setup().pageExtract = splitMethodTexts()[static_cast<std::size_t>(method)];
+    EXPECT_EQ(run(), RunError::Contradiction);
+  }
+  EXPECT_EQ(m_person.messages.back(), "When using h,v position only one word is allowed in search, "
+                                      "that word is the position");
+  EXPECT_EQ(filesBelow(folder()), (QStringList{"in/a.pdf", "out/old.pdf"}));
+}
+
+TEST_F(Job, OutputFolderIsClearedOnlyWhenItIsTheOutputFolder) {
+  struct Row {
+    const char* fault;
+    bool splitToSource;
+    const char* outputs;
+    QStringList left;
+  };
+  const Row rows[] = {
+      {"files of the output folder left", false, "out", {"1001.pdf", "1002.pdf"}},
+      {"source removed",
+       false,
+       "in",
+       {"1001.pdf", "1002.pdf", "a.pdf", "a.pdf_report.csv", "a.pdf_report.txt"}},
+      {"files of the source's folder removed",
+       true,
+       "in",
+       {"1001.pdf", "1002.pdf", "a.pdf", "a.pdf_report.csv", "a.pdf_report.txt", "old.pdf"}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    QDir(at("in")).remove("1001.pdf");
+    QDir(at("in")).remove("1002.pdf");
+    writeFile(at(row.outputs) + "/old.pdf", "old");
+    setup().otherSettingsRemoveFiles = true;
+    setup().splitToSource = row.splitToSource;
+    setup().outputDir = at(row.splitToSource ? "out" : row.outputs);
+    EXPECT_EQ(run(), RunError::None);
+    EXPECT_EQ(filesBelow(at(row.outputs)), row.left);
+  }
+}
+
+TEST_F(Job, PageCountsThatDifferAreRefused) {
+  // Two page trees, told apart by where the readers look for the last trailer.
+  QByteArray bytes = statements(threePages).bytes();
+  bytes.replace("/Count 3/Kids[7 0 R 9 0 R 11 0 R ]", "/Count 2/Kids[7 0 R 9 0 R 9 0 R ]");
+  writeFile(source(), bytes);
+  const RunError error = run();
+  if (error == RunError::Unreadable) {
+    EXPECT_EQ(m_person.messages.size(), 1);
+    EXPECT_TRUE(m_person.messages[0].startsWith(source() + ": "));
+    EXPECT_TRUE(filesBelow(at("out")).isEmpty());
+    EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
+  } else {
+    EXPECT_EQ(error, RunError::None);
+  }
+}
+
+TEST_F(Job, ProtectedSourceIsToldOnceAndOutputsAreNot) {
+  struct Row {
+    const char* fault;
+    QStringList options;
+    QString password;
+    const char* told;
+  };
+  const Row rows[] = {
+      {"password",
+       {"user", "owner", "256"},
+       "user",
+       ": the file is protected; the outputs are written unprotected"},
+      {"extraction forbidden",
+       {"", "owner", "256", "--extract=n"},
+       "",
+       ": the file's permissions forbid taking its text out; it is processed, and the outputs are "
+       "written unprotected"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    encrypt(row.options);
+    setup().pdfPassword = row.password;
+    setup().alwaysOverwrite = true;
+    m_person.notes.clear();
+    EXPECT_EQ(run(), RunError::None) << m_person.messages.join('\n').toStdString();
+    EXPECT_EQ(m_person.notes.filter("protected"), QStringList{at("in/e.pdf") + row.told});
+    EXPECT_EQ(outputs(),
+              (QStringList{"1001.pdf: Account: 1001 | more", "1002.pdf: Account: 1002"}));
+  }
+}
+
+TEST_F(Job, WrongPasswordIsNotTakenForAFileWithoutMatches) {
+  encrypt({"user", "owner", "256"});
+  setup().pdfPassword = "wrong";
+  EXPECT_EQ(run(), RunError::Unreadable);
+  ASSERT_EQ(m_person.messages.size(), 1) << m_person.messages.join('\n').toStdString();
+  EXPECT_TRUE(m_person.messages[0].contains("password")) << m_person.messages[0].toStdString();
+  EXPECT_FALSE(m_person.messages[0].contains("wrong\""));
+}
+
+TEST_F(Job, OcrCopyOfAnEarlierRunIsReadButNotSplit) {
+  statements({"scan", "scan", "scan"}).write(source());
+  statements(threePages).write(at("tmp/a.pdf_fxs_ocr.pdf"));
+  setup().ocrFirst = true;
+  EXPECT_EQ(run(), RunError::None) << m_person.messages.join('\n').toStdString();
+  EXPECT_EQ(outputs(), (QStringList{"1001.pdf: scan | scan", "1002.pdf: scan"}));
+  EXPECT_EQ(m_person.notes.filter("the OCR'd copy of an earlier run is used").size(), 1);
+}
+
+TEST_F(Job, OcrCopyThatCannotBeTheSourcesIsRefused) {
+  setup().ocrFirst = true;
+  statements({"Account: 1001"}).write(at("tmp/a.pdf_fxs_ocr.pdf"));
+  EXPECT_EQ(run(), RunError::Unreadable);
+  EXPECT_TRUE(filesBelow(at("out")).isEmpty());
+  EXPECT_TRUE(m_person.messages.back().contains("has 1 page(s), its source 3"))
+      << m_person.messages.back().toStdString();
+
+  // A link to somebody's file would choose the names of the outputs.
+  QFile::remove(at("tmp/a.pdf_fxs_ocr.pdf"));
+  statements({"Account: x", "Account: y", "Account: z"}).write(at("elsewhere.pdf"));
+  ASSERT_TRUE(QFile::link(at("elsewhere.pdf"), at("tmp/a.pdf_fxs_ocr.pdf")));
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1002.pdf"}));
+}
+
+TEST_F(Job, WithoutTheOcrProgramTheSourceIsRead) {
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", QFile::encodeName(at("tmp")));
+  setup().ocrFirst = true;
+  const RunError error = run();
+  qputenv("PATH", path);
+  EXPECT_EQ(error, RunError::None);
+  EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1002.pdf"}));
+  EXPECT_EQ(m_person.notes.filter("the OCR program Scanlite was not found").size(), 1)
+      << m_person.allNotes().toStdString();
+}
+
+TEST_F(Job, BookmarksNeedNoOcr) {
+  TextPdf pdf = statements(threePages);
+  pdf.bookmarks = {{0, 1, "One: 1/2"}, {1, 2, "inner"}, {0, 3, "Three"}};
+  pdf.write(source());
+  setup().ocrFirst = true;
+  setup().pageExtract = bookmarkMethodTexts()[1];
+  setup().extract = bookmarkFileNameMethodText();
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(outputs(),
+            (QStringList{"One 12.pdf: Account: 1001 | more", "Three.pdf: Account: 1002"}));
+  EXPECT_TRUE(m_person.statuses.filter("OCR").isEmpty());
+}
+
+TEST_F(Job, BookmarksAreKeptOnlyWhenAsked) {
+  TextPdf pdf = statements(threePages);
+  pdf.bookmarks = {{0, 2, "inside"}, {0, 3, "outside"}};
+  pdf.write(source());
+  setup().alwaysOverwrite = true;
+  for (const bool keep : {true, false}) {
+    setup().keepBookmarks = keep;
+    EXPECT_EQ(run(), RunError::None);
+    const ProgramRun shown = runProgram("mutool", {"show", at("out/1001.pdf"), "outline"});
+    EXPECT_EQ(shown.out.contains("inside"), keep) << shown.out.toStdString();
+    EXPECT_FALSE(shown.out.contains("outside"));
+  }
+}
+
+TEST_F(Job, StopBetweenPagesLeavesWholeFilesAndClosedReports) {
+  for (const bool overwrite : {false, true}) {
+    SCOPED_TRACE(overwrite);
+    statements({"Account: 1", "Account: 2", "more", "Account: 3", "Account: 4"}).write(source());
+    setup().alwaysOverwrite = overwrite;
+    QDir(at("out")).removeRecursively();
+    m_person.onProgress = [this](const Progress& progress) {
+      if (progress.page == 4 && progress.text.startsWith("Processing page")) {
+        driver().Stop();
+      }
+    };
+    EXPECT_EQ(run(), RunError::None);
+    EXPECT_EQ(m_person.messages.back(), "Process Stopped!");
+    // Outputs that may give way to later ones wait for the end, which never came.
+    EXPECT_EQ(outputs(), overwrite ? QStringList() : QStringList{"1.pdf: Account: 1"});
+    EXPECT_EQ(m_person.notes.back(),
+              overwrite
+                  ? "5 page(s): 0 in 0 file(s), 5 not written, since the run was stopped (1-5)."
+                  : "5 page(s): 1 in 1 file(s), 4 not written, since the run was stopped (2-5).");
+    EXPECT_EQ(reportLines().back(), overwrite ? ",0, PDF file(s)" : ",1, PDF file(s)");
+  }
+}
+
+TEST_F(Job, ShowOnlyRun) {
+  struct Row {
+    const char* search;
+    QStringList matches;
+    QString end;
+  };
+  const Row rows[] = {
+      {"Account:", {"0 Account:", "2 Account:"}, "No more matches found."},
+      {"account:", {}, "No matches found,\r\n" + noMatches},
+  };
+  for (const Row& row : rows) {
+    setup().findString = row.search;
+    Shown shown;
+    driver().ShowMatches(shown);
+    EXPECT_EQ(shown.matches, row.matches);
+    EXPECT_EQ(m_person.messages.takeLast(), row.end);
+  }
+  m_person.onEvents = [this] { driver().Stop(); };
+  Shown stopped;
+  driver().ShowMatches(stopped);
+  EXPECT_TRUE(m_person.messages.isEmpty()) << m_person.messages.join('\n').toStdString();
+  EXPECT_EQ(filesBelow(folder()), QStringList{"in/a.pdf"});
+
+  m_person.onEvents = nullptr;
+  setup().pageExtract = bookmarkMethodTexts()[0];
+  driver().ShowMatches(stopped);
+  EXPECT_EQ(m_person.messages, QStringList{"Sorry can't show with bookmarks, can extract only"});
+}
+
+TEST_F(Job, PagePositionsOfOnePage) {
+  TextPdf pdf;
+  pdf.page().page({"first line", "second"});
+  pdf.write(source());
+  driver().ListPagePositions(2);
+  const QByteArray listed = contentOf(at("tmp/page_positions.txt")).replace("\r\r\n", "\n");
+  EXPECT_TRUE(listed.contains("Source PDF File: " + source().toUtf8() + ", Page no: 2\n"))
+      << listed.toStdString();
+  EXPECT_TRUE(listed.endsWith("----                \t-----\t----\n\n"
+                              "first               \t60 \t60 \n"
+                              "line                \t96 \t60 \n"
+                              "second              \t60 \t80 \n"))
+      << listed.toStdString();
+  EXPECT_EQ(m_person.opened, QStringList{at("tmp/page_positions.txt")});
+
+  driver().ListPagePositions(1);
+  EXPECT_EQ(m_person.questions.size(), 1);
+  EXPECT_TRUE(contentOf(at("tmp/page_positions.txt")).contains("No text found!!!"));
+
+  // No listing of a page that is not there, and the last one stays.
+  for (const int page : {0, 3, -5}) {
+    driver().ListPagePositions(page);
+    EXPECT_EQ(m_person.messages.takeLast(),
+              QStringLiteral("%1: has 2 page(s), there is no page %2").arg(source()).arg(page));
+  }
+  setup().fileName = at("in/none.pdf");
+  driver().ListPagePositions(1);
+  EXPECT_EQ(m_person.messages, QStringList{"Unable to open file: " + at("in/none.pdf")});
+  EXPECT_EQ(filesBelow(folder()), (QStringList{"in/a.pdf", "tmp/page_positions.txt"}));
+}
+
+TEST_F(Job, NamesOfPagesBeyondTheSourceAreNeverReserved) {
+  setup().startFromPage = 7;
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_TRUE(filesBelow(at("out")).isEmpty());
+  setup().startFromPage = 2;
+  setup().startEndPage = -1;
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_TRUE(filesBelow(at("out")).isEmpty());
+}

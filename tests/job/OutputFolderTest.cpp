@@ -1,0 +1,75 @@
+// The output folder before a run: what is removed, and what must never be.
+#include "engine/job/OutputFolder.h"
+#include "tests/support/Programs.h"
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+
+using namespace folivex;
+using namespace folivex::test;
+
+namespace {
+
+class OutputFolder : public testing::Test {
+protected:
+  OutputFolder() {
+    QDir(folder()).mkpath("sub");
+    for (const char* name : {"a.pdf", "b.txt", ".hidden", "sub/kept.pdf"}) {
+      writeFile(at(name), "x");
+    }
+  }
+  QString folder() const { return m_folder.path(); }
+  QString at(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
+
+  QTemporaryDir m_folder;
+};
+
+} // namespace
+
+TEST_F(OutputFolder, FilesGoAndTheRestStays) {
+  QTemporaryDir elsewhere;
+  writeFile(elsewhere.filePath("target"), "mine");
+  ASSERT_TRUE(QFile::link(elsewhere.filePath("target"), at("link.pdf")));
+  ASSERT_TRUE(QFile::link(elsewhere.path(), at("folder link")));
+  ASSERT_TRUE(QFile::link(at("nowhere"), at("dangling")));
+  QFile(at("a.pdf")).setPermissions(QFile::ReadOwner);
+  EXPECT_EQ(clearOutputFolder(folder(), QString()), QString());
+  EXPECT_EQ(filesBelow(folder()), (QStringList{".hidden", "folder link", "sub/kept.pdf"}));
+  EXPECT_EQ(contentOf(elsewhere.filePath("target")), "mine");
+}
+
+TEST_F(OutputFolder, SourceOfTheRunStaysUnderAnyName) {
+  ASSERT_TRUE(QFile::link(folder(), folder() + "-link"));
+  for (const QString& name : {at("a.pdf"), at("sub/../a.pdf"), folder() + "-link/a.pdf"}) {
+    SCOPED_TRACE(name.toStdString());
+    EXPECT_EQ(clearOutputFolder(folder(), name), QString());
+    EXPECT_TRUE(QFile::exists(at("a.pdf")));
+    EXPECT_TRUE(isClearedWithFolder(folder(), name, at("b.txt")));
+    EXPECT_FALSE(isClearedWithFolder(folder(), name, at("a.pdf")));
+  }
+  QFile::remove(folder() + "-link");
+}
+
+TEST_F(OutputFolder, ShortPathIsRefused) {
+  const QString before = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(folder()));
+  for (const char* path : {"", ".", "sub", "/tmp"}) {
+    EXPECT_FALSE(clearOutputFolder(QString::fromUtf8(path), QString()).isEmpty()) << path;
+  }
+  ASSERT_TRUE(QDir::setCurrent(before));
+  EXPECT_EQ(filesBelow(folder()).size(), 4);
+}
+
+// A plan must foresee exactly what a run removes.
+TEST_F(OutputFolder, ForeseenAsItHappens) {
+  ASSERT_TRUE(QFile::link(at("nowhere"), at("dangling")));
+  QStringList foreseen;
+  for (const QString& name : filesBelow(folder())) {
+    if (!isClearedWithFolder(folder(), at("b.txt"), folder() + '/' + name)) {
+      foreseen += name;
+    }
+  }
+  EXPECT_EQ(clearOutputFolder(folder(), at("b.txt")), QString());
+  EXPECT_EQ(filesBelow(folder()), foreseen);
+}

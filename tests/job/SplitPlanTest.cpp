@@ -1,0 +1,136 @@
+// A plan tells what the run then does, and does nothing itself.
+#include "tests/support/RunBench.h"
+
+using namespace folivex;
+using namespace folivex::test;
+
+namespace {
+
+struct PlanRow {
+  const char* fault;
+  bool overwrite;
+  bool append;
+  bool clear;
+  int method;
+  QStringList planned; ///< "pages file fate"
+};
+
+class Plan : public RunBench {
+protected:
+  Plan() {
+    statements({"Account: A", "Account: A", "Account: B", "more", "Account: A"}).write(source());
+    statements({"old"}).write(at("out/B.pdf"));
+  }
+
+  QStringList planned(const SplitPlan& plan) const {
+    QStringList lines;
+    for (const PlannedOutput& output : plan.outputs) {
+      lines += QStringLiteral("%1-%2 %3 %4")
+                   .arg(output.firstPage)
+                   .arg(output.lastPage)
+                   .arg(QString(output.path).remove(at("out/")), fateText(output.fate))
+                   .trimmed();
+    }
+    return lines;
+  }
+};
+
+} // namespace
+
+TEST_F(Plan, Fates) {
+  const PlanRow rows[] = {
+      {"taken names",
+       false,
+       false,
+       false,
+       0,
+       {"1-1 A.pdf", "2-2 A_part002.pdf name taken, number added",
+        "3-4 B_part002.pdf name taken, number added",
+        "5-5 A_part003.pdf name taken, number added"}},
+      {"files of the folder that is cleared first",
+       false,
+       false,
+       true,
+       0,
+       {"1-1 A.pdf", "2-2 A_part002.pdf name taken, number added", "3-4 B.pdf",
+        "5-5 A_part003.pdf name taken, number added"}},
+      {"replaced ones",
+       true,
+       false,
+       false,
+       0,
+       {"1-1 A.pdf given up for a later one of the same name",
+        "2-2 A.pdf given up for a later one of the same name", "3-4 B.pdf replaces a file",
+        "5-5 A.pdf"}},
+      {"appended ones",
+       false,
+       true,
+       false,
+       0,
+       {"1-1 A.pdf", "2-2 A.pdf is appended", "3-4 B.pdf is appended", "5-5 A.pdf is appended"}},
+      {"ranges of one text",
+       false,
+       false,
+       false,
+       1,
+       {"1-1 A.pdf given up for a later one of the same name", "1-2 A.pdf",
+        "3-4 B_part002.pdf name taken, number added",
+        "5-5 A_part002.pdf name taken, number added"}},
+  };
+  for (const PlanRow& row : rows) {
+    SCOPED_TRACE(row.fault);
+    QDir(at("out")).removeRecursively();
+    QDir(folder()).mkdir("out");
+    statements({"old"}).write(at("out/B.pdf"));
+    setup().alwaysOverwrite = row.overwrite;
+    setup().alwaysAppend = row.append;
+    setup().otherSettingsRemoveFiles = row.clear;
+    setup().pageExtract = splitMethodTexts()[static_cast<std::size_t>(row.method)];
+    const QStringList before = filesBelow(folder());
+    const QByteArray old = contentOf(at("out/B.pdf"));
+
+    const SplitPlan plan = driver().Plan();
+    EXPECT_EQ(planned(plan), row.planned);
+    EXPECT_EQ(filesBelow(folder()), before);
+    EXPECT_EQ(contentOf(at("out/B.pdf")), old);
+
+    m_person.notes.clear();
+    EXPECT_EQ(run(), RunError::None);
+    EXPECT_EQ(m_person.notes.back(), plan.account.summary(plan.fileCount));
+    QStringList files;
+    for (const PlannedOutput& output : plan.outputs) {
+      files += QString(output.path).remove(at("out/"));
+    }
+    if (!row.clear && !filesBelow(at("out")).filter("B.pdf").isEmpty()) {
+      files += "B.pdf"; // the old one
+    }
+    files.removeDuplicates();
+    files.sort();
+    EXPECT_EQ(filesBelow(at("out")), files);
+    for (const QString& file : {QString("in/a.pdf_report.txt"), QString("in/a.pdf_report.csv"),
+                                QString("tmp/Folivex.ini")}) {
+      QFile::remove(at(file));
+    }
+  }
+}
+
+TEST_F(Plan, UsesUpNeitherNumbersNorLines) {
+  writeFile(at("list.txt"), "one\ntwo\nthree\nfour\n");
+  m_store.working().reportUseFileList = at("list.txt");
+  for (const int method : {5, 9}) {
+    setup().extract = fileNameMethodTexts()[static_cast<std::size_t>(method)];
+    const QStringList first = planned(driver().Plan());
+    EXPECT_EQ(planned(driver().Plan()), first);
+    EXPECT_TRUE(first[0].endsWith(method == 5 ? "000001.pdf" : "one.pdf"))
+        << first[0].toStdString();
+  }
+}
+
+TEST_F(Plan, ProblemsAreTold) {
+  writeFile(source(), "no PDF");
+  EXPECT_TRUE(driver().Plan().problem.startsWith(source() + ": "));
+  EXPECT_EQ(driver().state().error, RunError::Unreadable);
+  setup().findString = "two words";
+  setup().pageExtract = splitMethodTexts()[2];
+  EXPECT_TRUE(driver().Plan().problem.contains("only one word is allowed"));
+}

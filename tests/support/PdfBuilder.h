@@ -1,0 +1,100 @@
+// Writes small PDFs for tests: raw objects with a right cross-reference table. Header only.
+#pragma once
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace testpdf {
+
+/**
+ * Objects are numbered from 1. The first two are the catalog and the page tree, which finish()
+ * writes from the pages added; everything else is written as given, right or wrong.
+ */
+class PdfBuilder {
+public:
+  PdfBuilder() : objects_(2) {}
+
+  int add(const std::string& body) {
+    objects_.push_back(body);
+    return static_cast<int>(objects_.size());
+  }
+  int addStream(const std::string& data, const std::string& entries = "") {
+    return add(stream(data, entries));
+  }
+  /** A number to refer to before the object is known. */
+  int reserve() { return add("null"); }
+  void set(int number, const std::string& body) {
+    objects_[static_cast<std::size_t>(number) - 1] = body;
+  }
+
+  static std::string stream(const std::string& data, const std::string& entries = "") {
+    return "<<" + entries + "/Length " + std::to_string(data.size()) + ">>\nstream\n" + data +
+           "\nendstream";
+  }
+  static std::string ref(int number) { return std::to_string(number) + " 0 R"; }
+
+  /** One of the 14 standard fonts. */
+  int addFont(const std::string& name, const std::string& entries = "/Encoding/WinAnsiEncoding") {
+    return add("<</Type/Font/Subtype/Type1/BaseFont/" + name + entries + ">>");
+  }
+
+  /** A page of 600 x 800 points unless `entries` has a MediaBox. Returns its object number. */
+  int addPage(const std::string& content, const std::string& resources,
+              const std::string& entries = "") {
+    return addPageObject(ref(addStream(content)), resources, entries);
+  }
+  int addPageObject(const std::string& contents, const std::string& resources,
+                    const std::string& entries = "") {
+    const bool box = entries.find("/MediaBox") != std::string::npos;
+    pages_.push_back(add("<</Type/Page/Parent 2 0 R/Contents " + contents + "/Resources<<" +
+                         resources + ">>" + (box ? "" : "/MediaBox[0 0 600 800]") + entries +
+                         ">>"));
+    return pages_.back();
+  }
+
+  void addToCatalog(const std::string& entries) { catalog_ += entries; }
+  void addToTrailer(const std::string& entries) { trailer_ += entries; }
+  /** What the page tree claims instead of the truth. */
+  void claimPages(long long count) { claimed_ = count; }
+
+  std::string finish() const {
+    std::vector<std::string> all = objects_;
+    std::string kids;
+    for (const int page : pages_)
+      kids += ref(page) + " ";
+    all[0] = "<</Type/Catalog/Pages 2 0 R" + catalog_ + ">>";
+    if (all[1].empty())
+      all[1] = "<</Type/Pages/Kids[" + kids + "]/Count " +
+               std::to_string(claimed_ < 0 ? static_cast<long long>(pages_.size()) : claimed_) +
+               ">>";
+    std::string file = "%PDF-1.7\n%\xE2\xE3\xCF\xD3\n";
+    std::string table = "xref\n0 " + std::to_string(all.size() + 1) + "\n0000000000 65535 f \n";
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      char line[32];
+      std::snprintf(line, sizeof line, "%010zu 00000 n \n", file.size());
+      table += line;
+      file += std::to_string(i + 1) + " 0 obj\n" + all[i] + "\nendobj\n";
+    }
+    const std::size_t start = file.size();
+    return file + table + "trailer\n<</Size " + std::to_string(all.size() + 1) + "/Root 1 0 R" +
+           trailer_ + ">>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n";
+  }
+
+  void write(const std::string& path) const { writeFile(path, finish()); }
+
+  static void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary)
+        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  }
+
+private:
+  std::vector<std::string> objects_;
+  std::vector<int> pages_;
+  std::string catalog_;
+  std::string trailer_;
+  long long claimed_ = -1;
+};
+
+} // namespace testpdf
