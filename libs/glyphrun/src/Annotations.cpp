@@ -55,27 +55,49 @@ bool isShown(const PdfObject& annotation, LayerVisibility& layers) {
          !layers.hides(annotation.get("OC"));
 }
 
-bool hasValue(const PdfObject& field) {
+/** A value of a field, its own or by inheritance. */
+PdfObject inheritedOf(const PdfObject& field, const char* key) {
   constexpr int deepest = 32;
   PdfObject at = field;
   for (int i = 0; i < deepest && at; ++i, at = at.get("Parent"))
-    if (at.get("V"))
-      return true;
-  return false;
+    if (const PdfObject value = at.get(key))
+      return value;
+  return {};
+}
+
+bool isFilledText(const PdfObject& annotation) {
+  if (!annotation.get("Subtype").isNamed("Widget") || !inheritedOf(annotation, "V"))
+    return false;
+  const PdfObject type = inheritedOf(annotation, "FT");
+  return type.isNamed("Tx") || type.isNamed("Ch");
 }
 
 // A field that was filled without drawing its appearance shows it all the same: readers draw it.
-void drawMissingAppearances(PdfFile& file, std::int32_t index) {
+void drawAppearances(PdfFile& file, std::int32_t index, bool existingToo) {
   if (file.prepareForDrawing() != Result::Ok)
     return;
   fz_context* ctx = file.mu().raw();
   pdf_page* page = nullptr;
+  const Outcome loaded =
+      file.mu().attempt([&] { page = pdf_load_page(ctx, file.document(), index); });
+  if (loaded != Outcome::Ok)
+    return;
+  for (pdf_annot* widget = pdf_first_widget(ctx, page); widget != nullptr;
+       widget = pdf_next_widget(ctx, widget)) {
+    const PdfObject annotation(file.mu(), pdf_annot_obj(ctx, widget));
+    if (!isFilledText(annotation) || (!existingToo && annotation.get("AP")))
+      continue;
+    // MuPDF keeps what it draws to itself, unless it is asked to after a change of the document.
+    file.mu().attempt([&] {
+      pdf_dict_puts_drop(ctx, annotation.raw(), "AP", pdf_new_dict(ctx, file.document(), 1));
+      pdf_annot_request_resynthesis(ctx, widget);
+    });
+  }
   file.mu().attempt([&] {
-    page = pdf_load_page(ctx, file.document(), index);
+    file.document()->resynth_required = 1;
     pdf_update_page(ctx, page);
   });
-  if (page != nullptr)
-    fz_drop_page(ctx, &page->super);
+  fz_drop_page(ctx, &page->super);
 }
 
 } // namespace
@@ -93,10 +115,9 @@ std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
     if (!annotation.isDict() || !isShown(annotation, layers))
       continue;
     PdfObject form = appearanceOf(annotation);
-    const bool filledField = annotation.get("Subtype").isNamed("Widget") && hasValue(annotation);
-    if (!drawn && filledField && (redraw || !annotation.get("AP"))) {
+    if (!drawn && isFilledText(annotation) && (redraw || !annotation.get("AP"))) {
       drawn = true;
-      drawMissingAppearances(file, index);
+      drawAppearances(file, index, redraw);
       form = appearanceOf(annotation);
     }
     Matrix matrix;

@@ -186,48 +186,78 @@ char16_t accentedBody(char16_t letter) {
   return letter == 0x0131 ? u'i' : letter == 0x0237 ? u'j' : letter;
 }
 
-void visualToLogical(std::u16string& text) {
-  std::vector<char32_t> visual;
-  for (std::size_t at = 0; at < text.size();)
-    visual.push_back(takeCodePoint(text, at));
-  std::reverse(visual.begin(), visual.end());
+namespace {
 
-  // Some producers draw a mark before its letter and some behind it. No word begins with a mark.
-  if (!visual.empty() && isMark(visual.front())) {
-    for (auto from = visual.begin(); from != visual.end();) {
-      const auto letter = std::find_if_not(from, visual.end(), isMark);
-      if (letter == visual.end())
-        break;
-      from = std::rotate(from, letter, letter + 1) + (letter - from);
-    }
-  }
+using CodePoints = std::vector<char32_t>;
 
-  // Numbers and left-to-right pieces keep their own direction.
-  for (std::size_t from = 0; from < visual.size();) {
-    if (!isLeftToRightInBidi(visual[from])) {
-      ++from;
+/** Reverses each stretch between characters that `belongs` accepts and that only `binds` interrupt.
+ */
+template <typename Belongs, typename Binds>
+void reverseStretches(CodePoints& text, Belongs belongs, Binds binds) {
+  for (std::size_t from = 0; from < text.size(); ++from) {
+    if (!belongs(text[from]))
       continue;
-    }
     std::size_t to = from + 1;
-    for (std::size_t i = to; i < visual.size(); ++i) {
-      if (isLeftToRightInBidi(visual[i]))
+    for (std::size_t i = to; i < text.size(); ++i) {
+      if (belongs(text[i]))
         to = i + 1;
-      else if (!bindsNumbers(visual[i]))
+      else if (!binds(text[i]))
         break;
     }
-    std::reverse(visual.begin() + static_cast<std::ptrdiff_t>(from),
-                 visual.begin() + static_cast<std::ptrdiff_t>(to));
-    from = to;
+    std::reverse(text.begin() + static_cast<std::ptrdiff_t>(from),
+                 text.begin() + static_cast<std::ptrdiff_t>(to));
+    from = to - 1;
   }
+}
 
-  // Fonts may name a mirrored bracket by its shape; a word opens before it closes.
-  if (!visual.empty() && closes(visual.front()))
-    visual.front() = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(visual.front())));
-  if (visual.size() > 1 && opens(visual.back()))
-    visual.back() = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(visual.back())));
+bool isRightToLeft(char32_t c) {
+  return (traitsOf(c) & TraitRightToLeft) != 0;
+}
 
+// Some producers draw a mark before its letter and some behind it. No word begins with a mark.
+void putMarksBehindLetters(CodePoints& text) {
+  if (text.empty() || !isMark(text.front()))
+    return;
+  for (auto from = text.begin(); from != text.end();) {
+    const auto letter = std::find_if_not(from, text.end(), isMark);
+    if (letter == text.end())
+      break;
+    from = std::rotate(from, letter, letter + 1) + (letter - from);
+  }
+}
+
+// Fonts may name a mirrored bracket by its shape; a word opens before it closes.
+void mirrorBrackets(CodePoints& text) {
+  const auto mirror = [](char32_t& c) {
+    c = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(c)));
+  };
+  if (!text.empty() && closes(text.front()))
+    mirror(text.front());
+  if (text.size() > 1 && opens(text.back()))
+    mirror(text.back());
+}
+
+} // namespace
+
+void visualToLogical(std::u16string& text) {
+  CodePoints points;
+  std::ptrdiff_t balance = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    points.push_back(takeCodePoint(text, at));
+    const std::uint16_t traits = traitsOf(points.back());
+    balance += (traits & TraitRightToLeft) != 0 ? 1 : (traits & TraitLetter) != 0 ? -1 : 0;
+  }
+  if (balance < 0) {
+    // A left-to-right word, such as an address, with a right-to-left piece in it.
+    reverseStretches(points, isRightToLeft, [](char32_t c) { return !isLeftToRightInBidi(c); });
+  } else {
+    std::reverse(points.begin(), points.end());
+    putMarksBehindLetters(points);
+    reverseStretches(points, isLeftToRightInBidi, bindsNumbers);
+    mirrorBrackets(points);
+  }
   text.clear();
-  for (const char32_t c : visual)
+  for (const char32_t c : points)
     appendCodePoint(text, c);
 }
 

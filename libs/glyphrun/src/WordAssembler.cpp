@@ -17,6 +17,9 @@ constexpr double gapInRun = 0.10;
 constexpr double gapBetween = 0.10;
 // Text that starts again farther back than this is no kerning.
 constexpr double deepestOverlap = 0.25;
+// A step back that may still be kerning, or the second drawing of a narrow glyph.
+constexpr double slightOverlap = 0.05;
+constexpr double boldShift = 0.12;
 constexpr double sliver = 0.1;
 // Middle of a lower-case letter, above the baseline.
 constexpr double middleHeight = 0.25;
@@ -75,7 +78,7 @@ JoiningTolerance JoiningTolerance::fromFactor(double factor) {
 void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
   visible_ = visible;
   tolerance_ = tolerance;
-  open_ = parting_ = keepsEnd_ = false;
+  open_ = parting_ = steppedBack_ = keepsEnd_ = false;
   capturing_ = false;
   captured_.clear();
   capturedRuns_.clear();
@@ -106,7 +109,8 @@ void WordAssembler::beginRun(const GlyphRun& run) {
                            gap <= tolerance_.between * run.emAlong &&
                            gap >= -deepestOverlap * run.emAlong;
     current_.end = static_cast<float>(before);
-    parting_ = !continues;
+    steppedBack_ = continues && gap < -slightOverlap * run.emAlong;
+    parting_ = !continues || steppedBack_;
     partingShift_ = shift;
     if (!sameWay)
       closeFragment(false);
@@ -128,7 +132,10 @@ void WordAssembler::beginRun(const GlyphRun& run) {
 void WordAssembler::addGap(double gap) {
   if (capturing_ || !open_ || parting_)
     return;
-  if (gap <= tolerance_.inRun * run_.emAlong && gap >= -deepestOverlap * run_.emAlong)
+  const bool continues =
+      gap <= tolerance_.inRun * run_.emAlong && gap >= -deepestOverlap * run_.emAlong;
+  steppedBack_ = continues && gap < -slightOverlap * run_.emAlong;
+  if (continues && !steppedBack_)
     return;
   current_.end = static_cast<float>(runStart_ + lastEnd_);
   parting_ = true;
@@ -150,10 +157,13 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
     return;
   if (open_ && composeWithLast(traits, text, start, end))
     return;
-  if (parting_ && joinsLast(traits, text, start, end))
+  if (parting_ && (repeatsLast(text, start, end) || joinsLast(traits, text, start, end))) {
+    parting_ = steppedBack_ = false;
     return;
-  if (parting_)
+  }
+  if (parting_ && !steppedBack_)
     closeFragment(false);
+  parting_ = steppedBack_ = false;
   if (!open_ && text.empty()) {
     ++unknownGlyphs_;
     return;
@@ -176,6 +186,15 @@ void WordAssembler::append(std::uint16_t traits, std::u16string_view text, doubl
   keepsEnd_ = false;
 }
 
+// Text may be made bold glyph by glyph, each drawn a second time with a slight shift.
+bool WordAssembler::repeatsLast(std::u16string_view text, double start, double end) const {
+  const double shift = start - lastStart_;
+  return glyphOffsets_.size() > current_.firstGlyph && std::abs(shift) < boldShift * run_.em &&
+         std::abs(shift) < (end - start) / 2 && std::abs(partingShift_) < boldShift * run_.em &&
+         std::u16string_view(&pool_[glyphOffsets_.back()], pool_.size() - glyphOffsets_.back()) ==
+             text;
+}
+
 // A mark is often placed on its letter by a shift in both directions. It joins the word, and the
 // text goes on where the letter ended.
 bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, double start,
@@ -193,7 +212,6 @@ bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, do
   lastStart_ = lastStart;
   lastEnd_ = level ? std::max(lastEnd, end) : lastEnd;
   keepsEnd_ = !level;
-  parting_ = false;
   return true;
 }
 
@@ -217,7 +235,7 @@ bool WordAssembler::composeWithLast(std::uint16_t traits, std::u16string_view te
   lastTraits_ = TraitLetter;
   lastStart_ = std::min(lastStart_, start);
   lastEnd_ = accentNow ? lastEnd_ : end;
-  parting_ = false;
+  parting_ = steppedBack_ = false;
   return true;
 }
 
@@ -248,7 +266,7 @@ void WordAssembler::closeFragment(bool atBlank) {
     return;
   if (!parting_)
     current_.end = static_cast<float>(runStart_ + lastEnd_);
-  open_ = parting_ = false;
+  open_ = parting_ = steppedBack_ = false;
   current_.length = static_cast<std::uint32_t>(pool_.size()) - current_.text;
   current_.glyphs = static_cast<std::uint32_t>(glyphOffsets_.size()) - current_.firstGlyph;
   if (atBlank)

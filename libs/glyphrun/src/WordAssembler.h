@@ -101,6 +101,7 @@ private:
 
   void capture(double start, double end);
   void place(std::uint16_t traits, std::u16string_view text, double start, double end);
+  bool repeatsLast(std::u16string_view text, double start, double end) const;
   bool joinsLast(std::uint16_t traits, std::u16string_view text, double start, double end);
   bool composeWithLast(std::uint16_t traits, std::u16string_view text, double start, double end);
   void append(std::uint16_t traits, std::u16string_view text, double start, double end);
@@ -139,11 +140,13 @@ private:
   double lastStart_ = 0;
   double lastEnd_ = 0;
   std::uint16_t lastTraits_ = 0;
-  // A gap ends the fragment, unless the next glyph is a mark or an accent that belongs to it.
+  // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
+  // belongs to it, or repeats its last one.
   bool parting_ = false;
-  double partingShift_ = 0; /**< across, from the fragment's baseline to the new run's */
-  bool keepsEnd_ = false;   /**< the run shows a mark, which moves nothing */
-  Point endPoint_;          /**< the same on the page, between runs */
+  bool steppedBack_ = false; /**< no farther than kerning does; parting_ as well */
+  double partingShift_ = 0;  /**< across, from the fragment's baseline to the new run's */
+  bool keepsEnd_ = false;    /**< the run shows a mark, which moves nothing */
+  Point endPoint_;           /**< the same on the page, between runs */
 
   bool capturing_ = false;
   std::u16string replacement_;
