@@ -1,6 +1,8 @@
-// Time and bytes of one-page appends to one growing file, beside rewriting the whole file each time.
+// Time and bytes of one-page appends to one growing file, beside rewriting the whole file each
+// time.
 //
-//   c++ -std=c++20 -O2 -DPOINTERHOLDER_TRANSITION=4 -Ilibs/melder/include libs/melder/bench/append_bench.cpp -o append_bench \
+//   c++ -std=c++20 -O2 -DPOINTERHOLDER_TRANSITION=4 -Ilibs/melder/include
+//   libs/melder/bench/append_bench.cpp -o append_bench \
 //       -L<build>/bin -lMelderU -lqpdf -Wl,-rpath,<build>/bin
 //   append_bench START.pdf PART.pdf FOLDER [APPENDS [REWRITES]]
 #include "melder/melder.h"
@@ -20,7 +22,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::u16string wide(const std::string& text) { return fs::path(text).u16string(); }
+std::u16string wide(const std::string& text) {
+  return fs::path(text).u16string();
+}
 
 /** What a program does that knows of nothing better. */
 bool rewriteWhole(const std::string& part, const std::string& file) {
@@ -78,11 +82,11 @@ int main(int count, char** words) {
   const std::string folder = words[3];
   const int appends = count > 4 ? std::atoi(words[4]) : 1000;
   const std::string ours = folder + "/appended.pdf";
-  measure("append", start, ours, appends, [&] {
-    return getAppendPDFToFile(wide(part).c_str(), wide(ours).c_str(), u"") != 0;
-  });
+  measure("append", start, ours, appends,
+          [&] { return getAppendPDFToFile(wide(part).c_str(), wide(ours).c_str(), u"") != 0; });
   FinishAppends();
   const std::string whole = folder + "/rewritten.pdf";
-  measure("rewrite", start, whole, count > 5 ? std::atoi(words[5]) : appends, [&] { return rewriteWhole(part, whole); });
+  measure("rewrite", start, whole, count > 5 ? std::atoi(words[5]) : appends,
+          [&] { return rewriteWhole(part, whole); });
   return 0;
 }

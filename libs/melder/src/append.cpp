@@ -17,7 +17,8 @@ namespace {
 /** A run that appends to many files in turn keeps so many of them at hand. */
 constexpr size_t kMostReceivers = 256;
 
-/** The files of this run, the last used first. */
+/** The files of this run, the last used first. Unloading the library drops them, as the end of a
+ * run. */
 class Receivers {
 public:
   Receiver& of(const std::string& path) {

@@ -76,11 +76,6 @@ std::string pathOf(const char16_t* text) {
   return path;
 }
 
-/** Unloading the library counts as the end of the run. */
-struct DropAtUnload {
-  ~DropAtUnload() { melder::dropWorkingCopies(); }
-};
-
 } // namespace
 
 int32_t MelderInterfaceVersion(void) {
@@ -89,10 +84,7 @@ int32_t MelderInterfaceVersion(void) {
 
 int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
                            const char16_t* /*options*/) {
-  return guarded([&] {
-    static const DropAtUnload atUnload;
-    melder::appendToFile(pathOf(addition), pathOf(existing));
-  });
+  return guarded([&] { melder::appendToFile(pathOf(addition), pathOf(existing)); });
 }
 
 int32_t getAppendPDFFile(const char16_t* first, const char16_t* second, const char16_t* target) {

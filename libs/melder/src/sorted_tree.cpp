@@ -4,6 +4,7 @@
 #include "update.h"
 
 #include <algorithm>
+#include <set>
 
 namespace melder {
 
@@ -38,6 +39,12 @@ struct SortedTree::Node {
   }
 };
 
+/** What is found out about a tree while it is read. */
+struct SortedTree::Reading {
+  bool tidy = true; ///< it can stay as it is
+  std::set<QPDFObjGen> seen;
+};
+
 SortedTree::SortedTree(Keys keys) : m_keys(keys), m_root(std::make_unique<Node>()) {}
 SortedTree::SortedTree(SortedTree&&) noexcept = default;
 SortedTree& SortedTree::operator=(SortedTree&&) noexcept = default;
@@ -67,20 +74,21 @@ std::string SortedTree::keyText(const std::string& key) const {
 }
 
 std::unique_ptr<SortedTree::Node> SortedTree::readNode(QPDFObjectHandle object, int depth,
-                                                       bool& tidy) {
+                                                       Reading& reading) {
   auto node = std::make_unique<Node>();
   node->id = object.getObjGen();
   node->changed = false;
-  if (!object.isDictionary() || depth > kDeepest) {
-    tidy = false;
+  const bool again = object.isIndirect() && !reading.seen.insert(object.getObjGen()).second;
+  if (again || !object.isDictionary() || depth > kDeepest) {
+    reading.tidy = false;
     return node;
   }
-  tidy = tidy && object.isIndirect();
+  reading.tidy = reading.tidy && object.isIndirect();
   QPDFObjectHandle kids = object.getKey("/Kids");
   QPDFObjectHandle list = object.getKey(m_keys == Keys::Names ? "/Names" : "/Nums");
   if (kids.isArray()) {
     for (QPDFObjectHandle kid : kids.getArrayAsVector()) {
-      auto below = readNode(kid, depth + 1, tidy);
+      auto below = readNode(kid, depth + 1, reading);
       if (below->size() > 0) {
         node->kids.push_back(std::move(below));
       }
@@ -94,18 +102,18 @@ std::unique_ptr<SortedTree::Node> SortedTree::readNode(QPDFObjectHandle object, 
       }
     }
   }
-  tidy = tidy && node->size() > 0 && node->size() <= kTolerated;
+  reading.tidy = reading.tidy && node->size() > 0 && node->size() <= kTolerated;
   return node;
 }
 
 void SortedTree::read(QPDFObjectHandle root) {
-  bool tidy = true;
-  auto found = readNode(root, 0, tidy);
+  Reading reading;
+  auto found = readNode(root, 0, reading);
   std::vector<Entry> all;
   found->collect(all);
   const auto byKey = [](const Entry& a, const Entry& b) { return a.first < b.first; };
   const auto outOfOrder = [](const Entry& a, const Entry& b) { return a.first >= b.first; };
-  if (tidy && std::ranges::adjacent_find(all, outOfOrder) == all.end()) {
+  if (reading.tidy && std::ranges::adjacent_find(all, outOfOrder) == all.end()) {
     m_root = std::move(found);
     return;
   }

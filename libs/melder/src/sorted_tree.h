@@ -45,9 +45,11 @@ public:
 
 private:
   struct Node;
+  struct Reading;
   using Entry = std::pair<std::string, std::string>;
 
-  [[nodiscard]] std::unique_ptr<Node> readNode(QPDFObjectHandle object, int depth, bool& tidy);
+  [[nodiscard]] std::unique_ptr<Node> readNode(QPDFObjectHandle object, int depth,
+                                               Reading& reading);
   [[nodiscard]] std::optional<std::string> keyOf(QPDFObjectHandle key) const;
   [[nodiscard]] std::string keyText(const std::string& key) const;
   [[nodiscard]] std::unique_ptr<Node> insertBelow(Node& node, Entry entry);
