@@ -16,8 +16,8 @@ bool isPunctuation(QChar c) {
 } // namespace
 
 LineCollector::LineCollector(const SplitSetup& setup)
-    : wordsPerLine_(setup.takenWordsForFileName), stopAtH_(setup.untilHHPosLessThan),
-      stopPrefix_(setup.firstCharOfWord), separator_(setup.addBWords) {}
+    : m_wordsPerLine(setup.takenWordsForFileName), m_stopAtH(setup.untilHHPosLessThan),
+      m_stopPrefix(setup.firstCharOfWord), m_separator(setup.addBWords) {}
 
 void LineCollector::startLine(LineCollection& line, int v) {
   line.onLine = true;
@@ -63,12 +63,12 @@ void LineCollector::offerToLine(LineCollection& line, const PlacedWord& word) co
     line.wordsOnLine = 0;
     return;
   }
-  if (line.wordsOnLine >= wordsPerLine_) {
+  if (line.wordsOnLine >= m_wordsPerLine) {
     return;
   }
   ++line.wordsOnLine;
-  const bool stops = (!stopPrefix_.isEmpty() && word.text.startsWith(stopPrefix_)) ||
-                     (stopAtH_ != 0 && word.h >= stopAtH_);
+  const bool stops = (!m_stopPrefix.isEmpty() && word.text.startsWith(m_stopPrefix)) ||
+                     (m_stopAtH != 0 && word.h >= m_stopAtH);
   if (stops) {
     line.wordsOnLine = std::numeric_limits<int>::max();
     return;
@@ -77,10 +77,10 @@ void LineCollector::offerToLine(LineCollection& line, const PlacedWord& word) co
 }
 
 void LineCollector::append(QString& text, QStringView word) const {
-  if (!separator_.isEmpty() && !text.isEmpty()) {
+  if (!m_separator.isEmpty() && !text.isEmpty()) {
     const QChar last = text.back();
     if (last == u':' || !isPunctuation(last)) {
-      text += separator_;
+      text += m_separator;
     }
   }
   text += word;

@@ -29,10 +29,10 @@ private:
   void offerToLine(LineCollection& line, const PlacedWord& word) const;
   void append(QString& text, QStringView word) const;
 
-  int wordsPerLine_;
-  int stopAtH_; ///< 0: no such stop
-  QString stopPrefix_;
-  QString separator_;
+  int m_wordsPerLine;
+  int m_stopAtH; ///< 0: no such stop
+  QString m_stopPrefix;
+  QString m_separator;
 };
 
 } // namespace folivex

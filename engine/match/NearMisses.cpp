@@ -89,18 +89,18 @@ NearMisses NearMisses::forUntilText(const SplitSetup& setup) {
 
 NearMisses::NearMisses(const QString& text, const SplitSetup& setup,
                        std::optional<PositionRule> position)
-    : searchText_(text), sensitivity_(setup.ignoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive),
-      position_(position), searchWords_(wordCount(text)), placer_(setup.rotated) {
-  lettersOnly_ = !std::all_of(text.begin(), text.end(), isSign);
-  searchKey_ = keyOf(text);
-  window_.resize(std::min(largestWindow, static_cast<std::size_t>(searchWords_) + extraPieces));
+    : m_searchText(text), m_sensitivity(setup.ignoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive),
+      m_position(position), m_searchWords(wordCount(text)), m_placer(setup.rotated) {
+  m_lettersOnly = !std::all_of(text.begin(), text.end(), isSign);
+  m_searchKey = keyOf(text);
+  m_window.resize(std::min(largestWindow, static_cast<std::size_t>(m_searchWords) + extraPieces));
 }
 
 QString NearMisses::keyOf(QStringView text) const {
   QString key;
   key.reserve(text.size());
   for (const QChar c : text) {
-    if (lettersOnly_ ? !isSign(c) : !c.isSpace()) {
+    if (m_lettersOnly ? !isSign(c) : !c.isSpace()) {
       key += c.toCaseFolded();
     }
   }
@@ -108,27 +108,27 @@ QString NearMisses::keyOf(QStringView text) const {
 }
 
 void NearMisses::scanPage(int pageIndex, WordSource& source) {
-  placer_.beginPage();
-  seen_ = 0;
+  m_placer.beginPage();
+  m_seen = 0;
   source.filePages(pageIndex + 1, pageIndex + 1);
   const int count = source.numWords();
   source.doReverseSort();
   for (int i = 0; i < count; ++i) {
     if (const PageWord word = source.word(i); !word.text.isEmpty()) {
-      look(pageIndex, placer_.place(word));
+      look(pageIndex, m_placer.place(word));
     }
   }
 }
 
 const NearMisses::SeenWord& NearMisses::seenWord(std::size_t age) const {
-  return window_[(seen_ - 1 - age) % window_.size()];
+  return m_window[(m_seen - 1 - age) % m_window.size()];
 }
 
 void NearMisses::look(int pageIndex, const PlacedWord& word) {
-  window_[seen_ % window_.size()] = {word.text.toString(), keyOf(word.text), word.h, word.v};
-  ++seen_;
-  if (searchText_.isEmpty()) {
-    if (position_) {
+  m_window[m_seen % m_window.size()] = {word.text.toString(), keyOf(word.text), word.h, word.v};
+  ++m_seen;
+  if (m_searchText.isEmpty()) {
+    if (m_position) {
       consider(pageIndex, NearMiss::Difference::Position, word.text.toString());
     }
     return;
@@ -152,11 +152,11 @@ void NearMisses::look(int pageIndex, const PlacedWord& word) {
 /// How many of the last words together are the search text but for case and punctuation; read
 /// backwards, since nearly every word already fails as the text's end.
 std::optional<std::size_t> NearMisses::wordsOfSearchText() const {
-  if (searchKey_.isEmpty() || seenWord(0).key.isEmpty()) {
+  if (m_searchKey.isEmpty() || seenWord(0).key.isEmpty()) {
     return std::nullopt;
   }
-  QStringView rest = searchKey_;
-  const std::size_t reach = std::min(seen_, window_.size());
+  QStringView rest = m_searchKey;
+  const std::size_t reach = std::min(m_seen, m_window.size());
   for (std::size_t age = 0; age < reach; ++age) {
     const QString& key = seenWord(age).key;
     if (!rest.endsWith(key)) {
@@ -172,20 +172,20 @@ std::optional<std::size_t> NearMisses::wordsOfSearchText() const {
 
 /// None when the words are the text itself, at a place that is right or not asked for.
 std::optional<NearMiss::Difference> NearMisses::difference(const QString& found, int words) const {
-  if (equalTexts(found, searchText_, sensitivity_)) {
+  if (equalTexts(found, m_searchText, m_sensitivity)) {
     const SeenWord& last = seenWord(0);
-    if (!position_ || position_->holds(last.h, last.v, last.text.size())) {
+    if (!m_position || m_position->holds(last.h, last.v, last.text.size())) {
       return std::nullopt;
     }
     return NearMiss::Difference::Position;
   }
-  if (equalTexts(found, searchText_.simplified(), sensitivity_)) {
+  if (equalTexts(found, m_searchText.simplified(), m_sensitivity)) {
     return NearMiss::Difference::Blanks;
   }
-  if (words != searchWords_) {
+  if (words != m_searchWords) {
     return NearMiss::Difference::Division;
   }
-  if (found.compare(searchText_, Qt::CaseInsensitive) == 0) {
+  if (found.compare(m_searchText, Qt::CaseInsensitive) == 0) {
     return NearMiss::Difference::LetterCase;
   }
   return NearMiss::Difference::Punctuation;
@@ -195,38 +195,38 @@ void NearMisses::consider(int pageIndex, NearMiss::Difference difference, const 
   const SeenWord& last = seenWord(0);
   NearMiss miss;
   miss.difference = difference;
-  miss.elsewhere = position_ && !position_->holds(last.h, last.v, last.text.size());
-  if (searchText_.isEmpty() && !miss.elsewhere) {
+  miss.elsewhere = m_position && !m_position->holds(last.h, last.v, last.text.size());
+  if (m_searchText.isEmpty() && !miss.elsewhere) {
     return;
   }
   miss.text = found;
   miss.page = pageIndex + 1;
   miss.h = last.h;
   miss.v = last.v;
-  miss.distance = miss.elsewhere ? position_->distance(last.h, last.v) : 0;
+  miss.distance = miss.elsewhere ? m_position->distance(last.h, last.v) : 0;
   keep(miss);
 }
 
 void NearMisses::keep(const NearMiss& miss) {
-  const auto same = std::find_if(kept_.begin(), kept_.end(),
+  const auto same = std::find_if(m_kept.begin(), m_kept.end(),
                                  [&](const NearMiss& other) { return isSameFinding(miss, other); });
-  if (same != kept_.end()) {
+  if (same != m_kept.end()) {
     ++same->count;
     return;
   }
-  if (kept_.size() < capacity) {
-    kept_.push_back(miss);
+  if (m_kept.size() < capacity) {
+    m_kept.push_back(miss);
     return;
   }
   const auto farther = [](const NearMiss& a, const NearMiss& b) { return rankOf(a) < rankOf(b); };
-  const auto worst = std::max_element(kept_.begin(), kept_.end(), farther);
+  const auto worst = std::max_element(m_kept.begin(), m_kept.end(), farther);
   if (rankOf(miss) < rankOf(*worst)) {
     *worst = miss;
   }
 }
 
 std::vector<NearMiss> NearMisses::best(std::size_t atMost) const {
-  std::vector<NearMiss> found = kept_;
+  std::vector<NearMiss> found = m_kept;
   std::stable_sort(found.begin(), found.end(), [](const NearMiss& a, const NearMiss& b) {
     return std::tuple(rankOf(a), -a.count, a.page) < std::tuple(rankOf(b), -b.count, b.page);
   });

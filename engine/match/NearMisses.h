@@ -77,17 +77,17 @@ private:
   void consider(int pageIndex, NearMiss::Difference difference, const QString& found);
   void keep(const NearMiss& miss);
 
-  QString searchText_;
-  Qt::CaseSensitivity sensitivity_;
-  std::optional<PositionRule> position_;
-  int searchWords_ = 0;
-  bool lettersOnly_ = true;
-  QString searchKey_;
-  WordPlacer placer_;
+  QString m_searchText;
+  Qt::CaseSensitivity m_sensitivity;
+  std::optional<PositionRule> m_position;
+  int m_searchWords = 0;
+  bool m_lettersOnly = true;
+  QString m_searchKey;
+  WordPlacer m_placer;
 
-  std::vector<SeenWord> window_; ///< ring of the page's last words
-  std::size_t seen_ = 0;         ///< words seen on the page
-  std::vector<NearMiss> kept_;
+  std::vector<SeenWord> m_window; ///< ring of the page's last words
+  std::size_t m_seen = 0;         ///< words seen on the page
+  std::vector<NearMiss> m_kept;
 };
 
 } // namespace folivex

@@ -32,81 +32,81 @@ bool namesAfterMatchedWord(FileNameMethod method) {
 } // namespace
 
 PageMatcher::PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& planner)
-    : run_(run), planner_(planner), nameMethod_(fileNameMethodOf(setup.extract)),
-      sensitivity_(sensitivityOf(setup)), wordNumber_(wordNumberOf(setup.findString)),
-      searchText_(setup.findString), untilText_(setup.extractUntil),
-      afterText_(setup.extractFileName), startPosition_(setup.matchPosH, setup.matchPosV),
-      untilPosition_(setup.untilMatchPosH, setup.untilMatchPosV), placer_(setup.rotated),
-      collector_(setup), searchRing_(wordNumber_ ? QString() : setup.findString, sensitivity_),
-      untilRing_(setup.extractUntil, sensitivity_),
-      afterRing_(setup.extractFileName, Qt::CaseSensitive) {}
+    : m_run(run), m_planner(planner), m_nameMethod(fileNameMethodOf(setup.extract)),
+      m_sensitivity(sensitivityOf(setup)), m_wordNumber(wordNumberOf(setup.findString)),
+      m_searchText(setup.findString), m_untilText(setup.extractUntil),
+      m_afterText(setup.extractFileName), m_startPosition(setup.matchPosH, setup.matchPosV),
+      m_untilPosition(setup.untilMatchPosH, setup.untilMatchPosV), m_placer(setup.rotated),
+      m_collector(setup), m_searchRing(m_wordNumber ? QString() : setup.findString, m_sensitivity),
+      m_untilRing(setup.extractUntil, m_sensitivity),
+      m_afterRing(setup.extractFileName, Qt::CaseSensitive) {}
 
 void PageMatcher::setPickedPosition(int h, int v) {
-  pickedH_ = h;
-  pickedV_ = v;
+  m_pickedH = h;
+  m_pickedV = v;
 }
 
 void PageMatcher::beginPage() {
-  LineCollector::beginPage(planner_.texts().line,
-                           nameMethod_ == FileNameMethod::AfterTextRestOfLineAndNextPage);
+  LineCollector::beginPage(m_planner.texts().line,
+                           m_nameMethod == FileNameMethod::AfterTextRestOfLineAndNextPage);
 }
 
 void PageMatcher::scanPage(int pageIndex, WordSource& source) {
-  placer_.beginPage();
-  state_.wordNumberTaken = false;
-  leavePage_ = false;
+  m_placer.beginPage();
+  m_state.wordNumberTaken = false;
+  m_leavePage = false;
 
   source.filePages(pageIndex + 1, pageIndex + 1);
   const int count = source.numWords();
-  if (listing_ && count < 1 && observer_ != nullptr) {
-    observer_->onEmptyPage(pageIndex);
+  if (m_listing && count < 1 && m_observer != nullptr) {
+    m_observer->onEmptyPage(pageIndex);
   }
   source.doReverseSort();
-  if (observer_ != nullptr) {
-    observer_->onWordCount(pageIndex, count);
+  if (m_observer != nullptr) {
+    m_observer->onWordCount(pageIndex, count);
   }
-  for (int i = 0; i < count && !leavePage_; ++i) {
+  for (int i = 0; i < count && !m_leavePage; ++i) {
     const PageWord word = source.word(i);
     // An empty text matches nothing, whether it is the library's filler or stands somewhere.
     if (word.text.isEmpty()) {
       continue;
     }
     takeWordNumber(i, word.text.left(maxWordLength));
-    takeWord(pageIndex, placer_.place(word));
+    takeWord(pageIndex, m_placer.place(word));
   }
 }
 
 void PageMatcher::takeWordNumber(int wordIndex, QStringView text) {
-  if (wordNumber_ && wordIndex == *wordNumber_ - 1) {
-    searchText_ = text.toString();
-    state_.wordNumberTaken = true;
+  if (m_wordNumber && wordIndex == *m_wordNumber - 1) {
+    m_searchText = text.toString();
+    m_state.wordNumberTaken = true;
   }
 }
 
 void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
-  RangeTexts& texts = planner_.texts();
-  if (pickedH_ > 0 && pickedV_ > 0 && word.h == pickedH_ && word.v == pickedV_) {
+  RangeTexts& texts = m_planner.texts();
+  if (m_pickedH > 0 && m_pickedV > 0 && word.h == m_pickedH && word.v == m_pickedV) {
     texts.pickedWord = word.text.toString();
   }
-  if (listing_) {
-    if (observer_ != nullptr) {
-      observer_->onListedWord(word.text, word.h, word.v);
+  if (m_listing) {
+    if (m_observer != nullptr) {
+      m_observer->onListedWord(word.text, word.h, word.v);
     }
     return;
   }
-  searchRing_.push(word.text);
-  untilRing_.push(word.text);
-  afterRing_.push(word.text);
+  m_searchRing.push(word.text);
+  m_untilRing.push(word.text);
+  m_afterRing.push(word.text);
 
-  if (state_.matchPending) {
+  if (m_state.matchPending) {
     openPending(pageIndex, word);
   }
-  if (state_.afterTextPending) {
+  if (m_state.afterTextPending) {
     startAfterText(word);
   }
-  collector_.offer(texts.line, word);
+  m_collector.offer(texts.line, word);
 
-  state_.matchPending = false;
+  m_state.matchPending = false;
   noteAfterText(word.text);
   if (!takeStart(pageIndex, word)) {
     takeUntil(pageIndex, word);
@@ -114,21 +114,21 @@ void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
 }
 
 void PageMatcher::openPending(int pageIndex, const PlacedWord& word) {
-  RangeTexts& texts = planner_.texts();
-  planner_.openAt(pageIndex);
+  RangeTexts& texts = m_planner.texts();
+  m_planner.openAt(pageIndex);
   // The word behind a filename-after text names the range itself.
-  if (state_.afterTextPending) {
+  if (m_state.afterTextPending) {
     return;
   }
-  texts.rangeText = namesAfterMatchedWord(nameMethod_) ? texts.matchedWord : word.text.toString();
-  texts.nameBuilt(nameMethod_);
-  if (takesRestOfLine(nameMethod_)) {
+  texts.rangeText = namesAfterMatchedWord(m_nameMethod) ? texts.matchedWord : word.text.toString();
+  texts.nameBuilt(m_nameMethod);
+  if (takesRestOfLine(m_nameMethod)) {
     LineCollector::startLine(texts.line, word.v);
   }
 }
 
 void PageMatcher::startAfterText(const PlacedWord& word) {
-  RangeTexts& texts = planner_.texts();
+  RangeTexts& texts = m_planner.texts();
   if (!texts.afterTextFirstTime) {
     return;
   }
@@ -139,71 +139,71 @@ void PageMatcher::startAfterText(const PlacedWord& word) {
 }
 
 void PageMatcher::noteAfterText(QStringView text) {
-  state_.afterTextPending = planner_.texts().seekAfterText && !afterText_.isEmpty() &&
-                            (text == afterText_ || afterRing_.matches());
+  m_state.afterTextPending = m_planner.texts().seekAfterText && !m_afterText.isEmpty() &&
+                             (text == m_afterText || m_afterRing.matches());
 }
 
 bool PageMatcher::isSearchText(QStringView text) const {
-  if (wordNumber_ && !state_.wordNumberTaken) {
+  if (m_wordNumber && !m_state.wordNumberTaken) {
     return false;
   }
-  return searchText_.isEmpty() || equalTexts(text, searchText_, sensitivity_);
+  return m_searchText.isEmpty() || equalTexts(text, m_searchText, m_sensitivity);
 }
 
 bool PageMatcher::takeStart(int pageIndex, const PlacedWord& word) {
-  const SplitMethod method = planner_.method();
-  const bool waitsForUntil = method == SplitMethod::MatchToUntil && state_.rangeAwaitingUntil;
-  if (waitsForUntil || state_.startSeen) {
+  const SplitMethod method = m_planner.method();
+  const bool waitsForUntil = method == SplitMethod::MatchToUntil && m_state.rangeAwaitingUntil;
+  if (waitsForUntil || m_state.startSeen) {
     return false;
   }
   const bool byWord = isSearchText(word.text);
-  if (!byWord && !searchRing_.matches()) {
+  if (!byWord && !m_searchRing.matches()) {
     return false;
   }
-  if (matchesAtPosition(method) && !startPosition_.holds(word.h, word.v, word.text.size())) {
+  if (matchesAtPosition(method) && !m_startPosition.holds(word.h, word.v, word.text.size())) {
     return false;
   }
-  startAt(pageIndex, word, byWord ? word.text.toString() : searchRing_.joinedText());
-  state_.rangeAwaitingUntil = endsAtUntil(method);
-  state_.startSeen = method == SplitMethod::MatchToUntilAtPosition;
+  startAt(pageIndex, word, byWord ? word.text.toString() : m_searchRing.joinedText());
+  m_state.rangeAwaitingUntil = endsAtUntil(method);
+  m_state.startSeen = method == SplitMethod::MatchToUntilAtPosition;
   return true;
 }
 
 void PageMatcher::takeUntil(int pageIndex, const PlacedWord& word) {
-  if (!state_.rangeAwaitingUntil || untilText_.isEmpty()) {
+  if (!m_state.rangeAwaitingUntil || m_untilText.isEmpty()) {
     return;
   }
-  const bool byWord = equalTexts(word.text, untilText_, sensitivity_);
-  if (!byWord && !untilRing_.matches()) {
+  const bool byWord = equalTexts(word.text, m_untilText, m_sensitivity);
+  if (!byWord && !m_untilRing.matches()) {
     return;
   }
-  if (planner_.method() == SplitMethod::MatchToUntil) {
-    planner_.closeAtUntil(pageIndex);
-    state_.rangeAwaitingUntil = false;
-  } else if (untilPosition_.holds(word.h, word.v, word.text.size())) {
-    startAt(pageIndex, word, byWord ? word.text.toString() : untilRing_.joinedText());
+  if (m_planner.method() == SplitMethod::MatchToUntil) {
+    m_planner.closeAtUntil(pageIndex);
+    m_state.rangeAwaitingUntil = false;
+  } else if (m_untilPosition.holds(word.h, word.v, word.text.size())) {
+    startAt(pageIndex, word, byWord ? word.text.toString() : m_untilRing.joinedText());
   }
 }
 
 void PageMatcher::startAt(int pageIndex, const PlacedWord& word, const QString& matchedText) {
-  RangeTexts& texts = planner_.texts();
+  RangeTexts& texts = m_planner.texts();
   // Closing hands a range on, and the word's text need not outlive that.
   const QString wordText = word.text.toString();
-  if (state_.startSeen) {
-    planner_.closeAtUntil(pageIndex);
+  if (m_state.startSeen) {
+    m_planner.closeAtUntil(pageIndex);
   } else {
-    planner_.closeAtMatch(pageIndex);
+    m_planner.closeAtMatch(pageIndex);
   }
   texts.matchedWord = matchedText;
-  if (matchesAtPosition(planner_.method())) {
+  if (matchesAtPosition(m_planner.method())) {
     texts.line.text = wordText;
   }
-  state_.matchPending = true;
-  if (run_.showOnly) {
-    ++run_.matchesShown;
-    if (observer_ != nullptr && !observer_->onMatch(pageIndex, matchedText, word.h, word.v)) {
-      run_.userStop = true;
-      leavePage_ = true;
+  m_state.matchPending = true;
+  if (m_run.showOnly) {
+    ++m_run.matchesShown;
+    if (m_observer != nullptr && !m_observer->onMatch(pageIndex, matchedText, word.h, word.v)) {
+      m_run.userStop = true;
+      m_leavePage = true;
     }
   }
 }

@@ -29,9 +29,9 @@ public:
   PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& planner);
 
   /// May be null. Not owned.
-  void setObserver(MatchObserver* observer) { observer_ = observer; }
+  void setObserver(MatchObserver* observer) { m_observer = observer; }
   /// Listing mode: every word is told with its position, nothing is matched.
-  void setListing(bool on) { listing_ = on; }
+  void setListing(bool on) { m_listing = on; }
   /// The position whose word is kept in RangeTexts::pickedWord; both values above 0, else none.
   void setPickedPosition(int h, int v);
 
@@ -40,7 +40,7 @@ public:
   /// Reads and matches the page (index from 0). A page without words changes nothing.
   void scanPage(int pageIndex, WordSource& source);
 
-  const PageMatchState& state() const { return state_; }
+  const PageMatchState& state() const { return m_state; }
 
 private:
   void takeWord(int pageIndex, const PlacedWord& word);
@@ -53,30 +53,30 @@ private:
   void startAt(int pageIndex, const PlacedWord& word, const QString& matchedText);
   bool isSearchText(QStringView text) const;
 
-  RunState& run_;
-  RangePlanner& planner_;
-  MatchObserver* observer_ = nullptr;
-  bool listing_ = false;
-  bool leavePage_ = false; ///< a show-only run is not to go on
-  int pickedH_ = 0;
-  int pickedV_ = 0;
+  RunState& m_run;
+  RangePlanner& m_planner;
+  MatchObserver* m_observer = nullptr;
+  bool m_listing = false;
+  bool m_leavePage = false; ///< a show-only run is not to go on
+  int m_pickedH = 0;
+  int m_pickedV = 0;
 
   // What the setup asks for.
-  FileNameMethod nameMethod_;
-  Qt::CaseSensitivity sensitivity_;
-  std::optional<int> wordNumber_; ///< counted from 1: each page's word of this number is searched
-  QString searchText_;            ///< with a word number: this page's word
-  QString untilText_;
-  QString afterText_;
-  PositionRule startPosition_;
-  PositionRule untilPosition_;
+  FileNameMethod m_nameMethod;
+  Qt::CaseSensitivity m_sensitivity;
+  std::optional<int> m_wordNumber; ///< counted from 1: each page's word of this number is searched
+  QString m_searchText;            ///< with a word number: this page's word
+  QString m_untilText;
+  QString m_afterText;
+  PositionRule m_startPosition;
+  PositionRule m_untilPosition;
 
-  WordPlacer placer_;
-  LineCollector collector_;
-  WordRing searchRing_;
-  WordRing untilRing_;
-  WordRing afterRing_;
-  PageMatchState state_;
+  WordPlacer m_placer;
+  LineCollector m_collector;
+  WordRing m_searchRing;
+  WordRing m_untilRing;
+  WordRing m_afterRing;
+  PageMatchState m_state;
 };
 
 } // namespace folivex

@@ -29,25 +29,25 @@ qint64 PositionRule::Axis::distance(int value) const {
 }
 
 PositionRule::PositionRule(QStringView h, QStringView v)
-    : h_(Axis::parsed(h)), v_(Axis::parsed(v)) {}
+    : m_h(Axis::parsed(h)), m_v(Axis::parsed(v)) {}
 
-PositionRule::PositionRule(int h, int v) : h_{h, h, h}, v_{v, v, v} {}
+PositionRule::PositionRule(int h, int v) : m_h{h, h, h}, m_v{v, v, v} {}
 
 bool PositionRule::holds(int h, int v, qsizetype length) const {
-  if (v_.holds(v) && h_.holds(h)) {
+  if (m_v.holds(v) && m_h.holds(h)) {
     return true;
   }
   const auto isAnyOfLength = [length](const Axis& axis) {
     return axis.low < 0 && -qint64{axis.low} == length;
   };
-  const bool onLine = v == v_.low;
-  const bool onColumn = h == h_.low;
-  return (onLine && (isAnyOfLength(h_) || h_.low == 0)) ||
-         (onColumn && (isAnyOfLength(v_) || v_.low == 0));
+  const bool onLine = v == m_v.low;
+  const bool onColumn = h == m_h.low;
+  return (onLine && (isAnyOfLength(m_h) || m_h.low == 0)) ||
+         (onColumn && (isAnyOfLength(m_v) || m_v.low == 0));
 }
 
 qint64 PositionRule::distance(int h, int v) const {
-  return h_.distance(h) + v_.distance(v);
+  return m_h.distance(h) + m_v.distance(v);
 }
 
 } // namespace folivex

@@ -35,8 +35,8 @@ private:
     qint64 distance(int value) const;
   };
 
-  Axis h_;
-  Axis v_;
+  Axis m_h;
+  Axis m_v;
 };
 
 } // namespace folivex

@@ -18,29 +18,29 @@ struct PlacedWord {
 class WordPlacer {
 public:
   /// `swapAxes`: the pages are in landscape layout, h and v of every word are exchanged.
-  explicit WordPlacer(bool swapAxes) : swapAxes_(swapAxes) {}
+  explicit WordPlacer(bool swapAxes) : m_swapAxes(swapAxes) {}
 
-  void beginPage() { previousH_ = previousV_ = -1; }
+  void beginPage() { m_previousH = m_previousV = -1; }
 
   /// A word that does not stand to the right of the one before it on the same line counts as
   /// standing 10 to its right, so that words of one place can be told apart.
   PlacedWord place(const PageWord& word) {
     constexpr int step = 10;
     constexpr int largest = std::numeric_limits<int>::max() - step;
-    int h = swapAxes_ ? word.v : word.h;
-    const int v = swapAxes_ ? word.h : word.v;
-    if (h <= previousH_ && v == previousV_) {
-      h = (previousH_ < largest ? previousH_ : largest) + step;
+    int h = m_swapAxes ? word.v : word.h;
+    const int v = m_swapAxes ? word.h : word.v;
+    if (h <= m_previousH && v == m_previousV) {
+      h = (m_previousH < largest ? m_previousH : largest) + step;
     }
-    previousH_ = h;
-    previousV_ = v;
+    m_previousH = h;
+    m_previousV = v;
     return {word.text.left(maxWordLength), h, v};
   }
 
 private:
-  bool swapAxes_;
-  int previousH_ = -1;
-  int previousV_ = -1;
+  bool m_swapAxes;
+  int m_previousH = -1;
+  int m_previousV = -1;
 };
 
 } // namespace folivex

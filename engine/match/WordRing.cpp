@@ -7,38 +7,38 @@
 namespace folivex {
 
 WordRing::WordRing(const QString& pattern, Qt::CaseSensitivity sensitivity)
-    : pattern_(pattern), sensitivity_(sensitivity) {
+    : m_pattern(pattern), m_sensitivity(sensitivity) {
   // Joined words are never longer than this, so such a pattern needs no words kept.
   if (pattern.size() > maxCollectedLength) {
     return;
   }
   if (const int words = wordCount(pattern); words > 1) {
-    slots_.resize(static_cast<std::size_t>(words));
+    m_slots.resize(static_cast<std::size_t>(words));
   }
 }
 
 void WordRing::push(QStringView word) {
-  if (slots_.empty()) {
+  if (m_slots.empty()) {
     return;
   }
   // Assigned in place: a slot keeps its memory from word to word.
-  if (filled_ < slots_.size()) {
-    slots_[filled_++].setUnicode(word.data(), word.size());
+  if (m_filled < m_slots.size()) {
+    m_slots[m_filled++].setUnicode(word.data(), word.size());
     return;
   }
-  slots_[oldest_].setUnicode(word.data(), word.size());
-  oldest_ = (oldest_ + 1) % slots_.size();
+  m_slots[m_oldest].setUnicode(word.data(), word.size());
+  m_oldest = (m_oldest + 1) % m_slots.size();
 }
 
 bool WordRing::matches() const {
-  if (filled_ == 0) {
+  if (m_filled == 0) {
     return false;
   }
   // Compared slot by slot against the pattern: joining every word's ring would cost more than the
   // scan, and nearly always the first slot already differs.
-  QStringView rest = pattern_;
+  QStringView rest = m_pattern;
   qsizetype room = maxCollectedLength;
-  for (std::size_t age = 0; age < filled_; ++age) {
+  for (std::size_t age = 0; age < m_filled; ++age) {
     if (age > 0 && room > 0) {
       if (!rest.startsWith(u' ')) {
         return false;
@@ -47,7 +47,7 @@ bool WordRing::matches() const {
       --room;
     }
     const QStringView word = QStringView(slot(age)).left(room);
-    if (word.size() > rest.size() || !equalTexts(rest.first(word.size()), word, sensitivity_)) {
+    if (word.size() > rest.size() || !equalTexts(rest.first(word.size()), word, m_sensitivity)) {
       return false;
     }
     rest = rest.sliced(word.size());
@@ -58,7 +58,7 @@ bool WordRing::matches() const {
 
 QString WordRing::joinedText() const {
   QString joined;
-  for (std::size_t age = 0; age < filled_ && joined.size() < maxCollectedLength; ++age) {
+  for (std::size_t age = 0; age < m_filled && joined.size() < maxCollectedLength; ++age) {
     if (age > 0) {
       joined += u' ';
     }

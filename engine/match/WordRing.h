@@ -18,7 +18,7 @@ class WordRing {
 public:
   WordRing(const QString& pattern, Qt::CaseSensitivity sensitivity);
 
-  bool isUsed() const { return !slots_.empty(); }
+  bool isUsed() const { return !m_slots.empty(); }
   /// The word becomes the newest one; the oldest makes room.
   void push(QStringView word);
   /// Whether the joined words are the pattern. Joined words count to maxCollectedLength characters,
@@ -28,13 +28,13 @@ public:
   QString joinedText() const;
 
 private:
-  const QString& slot(std::size_t age) const { return slots_[(oldest_ + age) % slots_.size()]; }
+  const QString& slot(std::size_t age) const { return m_slots[(m_oldest + age) % m_slots.size()]; }
 
-  QString pattern_;
-  Qt::CaseSensitivity sensitivity_;
-  std::vector<QString> slots_;
-  std::size_t oldest_ = 0;
-  std::size_t filled_ = 0;
+  QString m_pattern;
+  Qt::CaseSensitivity m_sensitivity;
+  std::vector<QString> m_slots;
+  std::size_t m_oldest = 0;
+  std::size_t m_filled = 0;
 };
 
 } // namespace folivex

@@ -19,8 +19,9 @@ struct Bookmark {
 /// level to the page before the next one, the last to the end of the file, and carries the entry's
 /// title as its text.
 ///
-/// Entries without a page are passed over. Of several entries on one page the first names the range.
-/// Entries that stand out of page order are put in it. Pages before the first entry are in no range.
+/// Entries without a page are passed over. Of several entries on one page the first names the
+/// range. Entries that stand out of page order are put in it. Pages before the first entry are in
+/// no range.
 std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, BookmarkMethod method,
                                        int pageCount);
 

@@ -8,27 +8,27 @@
 namespace folivex {
 
 RangePlanner::RangePlanner(const SplitSetup& setup, RunState& run, RangeSaver& saver)
-    : run_(run), saver_(saver), method_(splitMethodOf(setup.pageExtract)),
-      takesRestOfLine_(takesRestOfLine(fileNameMethodOf(setup.extract))),
-      searchTextEmpty_(setup.findString.isEmpty()) {
-  run_.pendingStart = run_.pendingEnd = -1;
+    : m_run(run), m_saver(saver), m_method(splitMethodOf(setup.pageExtract)),
+      m_takesRestOfLine(takesRestOfLine(fileNameMethodOf(setup.extract))),
+      m_searchTextEmpty(setup.findString.isEmpty()) {
+  m_run.pendingStart = m_run.pendingEnd = -1;
 }
 
 void RangePlanner::openAt(int pageIndex) {
-  run_.pendingStart = pageIndex;
+  m_run.pendingStart = pageIndex;
 }
 
 bool RangePlanner::isUnique() const {
-  return method_ == SplitMethod::MatchToNextUniqueMatch ||
-         method_ == SplitMethod::MatchToNextUniqueMatchAtPosition;
+  return m_method == SplitMethod::MatchToNextUniqueMatch ||
+         m_method == SplitMethod::MatchToNextUniqueMatchAtPosition;
 }
 
 void RangePlanner::closeAtMatch(int pageIndex) {
-  if (run_.pendingStart < 0) {
+  if (m_run.pendingStart < 0) {
     return;
   }
-  const int start = run_.pendingStart;
-  const int end = method_ == SplitMethod::MatchedPageOnly ? start : std::max(start, pageIndex - 1);
+  const int start = m_run.pendingStart;
+  const int end = m_method == SplitMethod::MatchedPageOnly ? start : std::max(start, pageIndex - 1);
   if (isUnique()) {
     // A range that repeats the one before stays open: should no word follow the match, the end of
     // the document still finds it.
@@ -37,85 +37,86 @@ void RangePlanner::closeAtMatch(int pageIndex) {
     }
     return;
   }
-  save(start, end, texts_.rangeText);
+  save(start, end, m_texts.rangeText);
   closed();
 }
 
 void RangePlanner::closeAtUntil(int pageIndex) {
-  if (run_.pendingStart < 0) {
+  if (m_run.pendingStart < 0) {
     return;
   }
-  const int last = method_ == SplitMethod::MatchToUntil ? pageIndex : pageIndex - 1;
-  save(run_.pendingStart, std::max(run_.pendingStart, last), texts_.rangeText);
+  const int last = m_method == SplitMethod::MatchToUntil ? pageIndex : pageIndex - 1;
+  save(m_run.pendingStart, std::max(m_run.pendingStart, last), m_texts.rangeText);
   closed();
 }
 
 void RangePlanner::closeAtEnd(int lastPageIndex, int pageCount) {
-  if (run_.pendingStart < 0) {
+  if (m_run.pendingStart < 0) {
     return;
   }
-  const int start = run_.pendingStart;
+  const int start = m_run.pendingStart;
   const int end = std::max(start, lastPageIndex);
-  if (searchTextEmpty_ && texts_.rangeText.isEmpty()) {
-    texts_.rangeText = texts_.matchedWord;
+  if (m_searchTextEmpty && m_texts.rangeText.isEmpty()) {
+    m_texts.rangeText = m_texts.matchedWord;
   }
-  if (pageCount == 1 && method_ == SplitMethod::MatchToNextUniqueMatch) {
-    method_ = SplitMethod::MatchToNextMatch;
+  if (pageCount == 1 && m_method == SplitMethod::MatchToNextUniqueMatch) {
+    m_method = SplitMethod::MatchToNextMatch;
   }
-  switch (method_) {
+  switch (m_method) {
   case SplitMethod::MatchToNextUniqueMatch:
   case SplitMethod::MatchToNextUniqueMatchAtPosition:
     saveUnique(end);
     break;
   case SplitMethod::MatchToNextMatchAtPosition:
-    save(start, end, texts_.line.text.isEmpty() ? texts_.rangeText : texts_.line.text);
+    save(start, end, m_texts.line.text.isEmpty() ? m_texts.rangeText : m_texts.line.text);
     break;
   case SplitMethod::MatchedPageOnly:
-    save(start, start, texts_.rangeText);
+    save(start, start, m_texts.rangeText);
     break;
   default:
-    save(start, end, texts_.rangeText);
+    save(start, end, m_texts.rangeText);
   }
   closed();
 }
 
 bool RangePlanner::saveUnique(int end) {
   const bool repeats = repeatsPrevious();
-  const int start = repeats ? previous_->start : run_.pendingStart;
+  const int start = repeats ? m_previous->start : m_run.pendingStart;
   // A repeated range is the earlier output again, so it keeps that output's name also where only
   // the collected text tells that the two are one.
-  const bool namedAsBefore = !repeats || texts_.rangeText == previous_->plannedText;
-  const QString planned = namedAsBefore ? texts_.rangeText : previous_->shownText;
+  const bool namedAsBefore = !repeats || m_texts.rangeText == m_previous->plannedText;
+  const QString planned = namedAsBefore ? m_texts.rangeText : m_previous->shownText;
   save(start, end, planned, repeats);
-  previous_ = SavedRange{start, planned, texts_.rangeText};
+  m_previous = SavedRange{start, planned, m_texts.rangeText};
   return repeats;
 }
 
 bool RangePlanner::repeatsPrevious() {
-  QString& collected = texts_.line.text;
-  collected = saver_.cleanRestOfLine(collected);
-  if (!previous_) {
+  QString& collected = m_texts.line.text;
+  collected = m_saver.cleanRestOfLine(collected);
+  if (!m_previous) {
     return false;
   }
   // Where the range text alone names the output, two ranges planned with one text are one, whatever
-  // the saver then showed for it.
-  const bool samePlannedText = !takesRestOfLine_ && texts_.rangeText == previous_->plannedText;
-  return samePlannedText || texts_.rangeText == previous_->shownText ||
-         collected == previous_->shownText;
+  // the saver then showed for it. Where the rest of the line does, the range text is its first word
+  // only: "ACME Ltd" must not join the document of "ACME".
+  const bool sameRangeText = !m_takesRestOfLine && (m_texts.rangeText == m_previous->plannedText ||
+                                                    m_texts.rangeText == m_previous->shownText);
+  return sameRangeText || collected == m_previous->shownText;
 }
 
 void RangePlanner::save(int start, int end, const QString& text, bool repeats) {
-  run_.pendingEnd = end;
-  SplitRange range{start, end, text, texts_.line.text, texts_.pickedWord, repeats};
-  if (!run_.showOnly) {
-    saver_.saveRange(range);
+  m_run.pendingEnd = end;
+  SplitRange range{start, end, text, m_texts.line.text, m_texts.pickedWord, repeats};
+  if (!m_run.showOnly) {
+    m_saver.saveRange(range);
   }
-  texts_.rangeText = range.rangeText;
-  texts_.rangeSaved();
+  m_texts.rangeText = range.rangeText;
+  m_texts.rangeSaved();
 }
 
 void RangePlanner::closed() {
-  run_.pendingStart = run_.pendingEnd = -1;
+  m_run.pendingStart = m_run.pendingEnd = -1;
 }
 
 } // namespace folivex

@@ -33,10 +33,10 @@ public:
   /// scanned, `pageCount` the number of pages of the whole document.
   void closeAtEnd(int lastPageIndex, int pageCount);
 
-  RangeTexts& texts() { return texts_; }
-  const RangeTexts& texts() const { return texts_; }
+  RangeTexts& texts() { return m_texts; }
+  const RangeTexts& texts() const { return m_texts; }
   /// The job's method; closeAtEnd() may change it, for a document of one page.
-  SplitMethod method() const { return method_; }
+  SplitMethod method() const { return m_method; }
 
 private:
   /// The range that was saved last, as the unique methods compare it.
@@ -53,13 +53,13 @@ private:
   void save(int start, int end, const QString& text, bool repeats = false);
   void closed();
 
-  RunState& run_;
-  RangeSaver& saver_;
-  SplitMethod method_;
-  bool takesRestOfLine_;
-  bool searchTextEmpty_;
-  RangeTexts texts_;
-  std::optional<SavedRange> previous_;
+  RunState& m_run;
+  RangeSaver& m_saver;
+  SplitMethod m_method;
+  bool m_takesRestOfLine;
+  bool m_searchTextEmpty;
+  RangeTexts m_texts;
+  std::optional<SavedRange> m_previous;
 };
 
 } // namespace folivex
