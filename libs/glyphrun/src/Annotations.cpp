@@ -74,13 +74,9 @@ bool isFilledText(const PdfObject& annotation) {
 
 // A field that was filled without drawing its appearance shows it all the same: readers draw it.
 void drawAppearances(PdfFile& file, std::int32_t index, bool existingToo) {
-  if (file.prepareForDrawing() != Result::Ok)
-    return;
   fz_context* ctx = file.mu().raw();
-  pdf_page* page = nullptr;
-  const Outcome loaded =
-      file.mu().attempt([&] { page = pdf_load_page(ctx, file.document(), index); });
-  if (loaded != Outcome::Ok)
+  pdf_page* page = file.loadForDrawing(index);
+  if (page == nullptr)
     return;
   for (pdf_annot* widget = pdf_first_widget(ctx, page); widget != nullptr;
        widget = pdf_next_widget(ctx, widget)) {

@@ -247,9 +247,9 @@ void PdfFile::forgetObjects() {
 
 // MuPDF's own loading of the tree allocates by the claimed count and gives up on the slightest
 // oddity, so its tables are filled from what was found here.
-Result PdfFile::prepareForDrawing() {
+bool PdfFile::fillPageTables() {
   if (treeLoaded_)
-    return Result::Ok;
+    return true;
   fz_context* ctx = mu_->raw();
   int* forward = nullptr;
   pdf_rev_page_map* backward = nullptr;
@@ -260,7 +260,7 @@ Result PdfFile::prepareForDrawing() {
   });
   if (outcome != Outcome::Ok) {
     fz_free(ctx, forward);
-    return Result::OutOfMemory;
+    return false;
   }
   for (std::size_t i = 0; i < pages_.size(); ++i) {
     forward[i] = page(static_cast<std::int32_t>(i)).objectNumber();
@@ -273,7 +273,25 @@ Result PdfFile::prepareForDrawing() {
   document_->rev_page_map = backward;
   document_->page_map_nesting = 1;
   treeLoaded_ = true;
-  return Result::Ok;
+  return true;
+}
+
+pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
+  if (!fillPageTables())
+    return nullptr;
+  fz_context* ctx = mu_->raw();
+  pdf_obj* object = nullptr;
+  pdf_page* loaded = nullptr;
+  mu_->attempt([&] {
+    object = pdf_load_object(ctx, document_, page(index).objectNumber());
+    const int before = pdf_obj_refs(ctx, object);
+    loaded = pdf_load_page(ctx, document_, index);
+    // MuPDF forgets to give back the reference that its look-up by table takes.
+    if (loaded->obj == object && pdf_obj_refs(ctx, object) == before + 2)
+      pdf_drop_obj(ctx, object);
+  });
+  pdf_drop_obj(ctx, object);
+  return loaded;
 }
 
 } // namespace glyphrun

@@ -73,8 +73,11 @@ public:
   std::int32_t facts() const;
   /** Lets the document forget objects that were read, to stay small over many pages. */
   void forgetObjects();
-  /** MuPDF's own look-up of pages by number, for drawing. */
-  Result prepareForDrawing();
+  /**
+   * The page as MuPDF draws it, `index` from 0; null on failure. The caller drops it with
+   * fz_drop_page(), before the document goes.
+   */
+  pdf_page* loadForDrawing(std::int32_t index);
 
 private:
   struct PageEntry {
@@ -90,6 +93,7 @@ private:
   Result openDocument(const std::string& path, std::string& reason);
   Result authenticate(const std::u16string& password);
   Result readPages();
+  bool fillPageTables();
   PdfObject inherited(const PageEntry& entry, const char* key) const;
 
   std::unique_ptr<MuContext> mu_;

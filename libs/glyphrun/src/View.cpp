@@ -70,8 +70,6 @@ Result View::render(std::int32_t page, double scale, GlyphrunImage& image, std::
     reason = "the picture would be too large";
     return Result::OutOfMemory;
   }
-  if (const Result result = reader_.file().prepareForDrawing(); result != Result::Ok)
-    return result;
   const auto columns = static_cast<int>(width);
   const auto rows = static_cast<int>(height);
   const std::size_t bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
@@ -98,9 +96,10 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   const DrawingTimer timer(cookie);
   fz_pixmap* pixmap = nullptr;
   fz_device* device = nullptr;
-  pdf_page* loaded = nullptr;
+  pdf_page* loaded = reader_.file().loadForDrawing(page - 1);
+  if (loaded == nullptr)
+    return Outcome::Failed;
   const Outcome outcome = mu.attempt([&] {
-    loaded = pdf_load_page(ctx, reader_.file().document(), page - 1);
     const fz_rect bounds = pdf_bound_page(ctx, loaded);
     const float spanX = bounds.x1 - bounds.x0;
     const float spanY = bounds.y1 - bounds.y0;
@@ -121,8 +120,7 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   });
   fz_drop_device(ctx, device);
   fz_drop_pixmap(ctx, pixmap);
-  if (loaded != nullptr)
-    fz_drop_page(ctx, &loaded->super);
+  fz_drop_page(ctx, &loaded->super);
   return outcome;
 }
 
