@@ -39,7 +39,7 @@ bool isKeptOfTyped(char32_t character) {
 
 /// "%.Nd": at least `digits` digits, whatever the sign.
 QString number(qint64 value, int digits) {
-  const QString text = QString::number(value);
+  QString text = QString::number(value);
   const bool isNegative = value < 0;
   const qsizetype missing = digits - (text.size() - (isNegative ? 1 : 0));
   if (missing <= 0) {
@@ -83,7 +83,6 @@ QStringList replacePositionTokens(QString& text, const NameTokenValues& values) 
     words += values.wordAt(parsePosition(position.section(u',', 0, 0)),
                            parsePosition(position.section(u',', 1, 1)));
     text.replace(begin, end + 1 - begin, pageWordMark);
-    ++begin;
   }
   return words;
 }

@@ -123,7 +123,7 @@ QString OutputNamer::listLine(const SplitRange& range, NamePurpose purpose, Name
     named.nameList = m_previousListState;
     return m_previousLine;
   }
-  const QString line = m_cleaner.word(m_list.next());
+  QString line = m_cleaner.word(m_list.next());
   named.nameList = m_list.state();
   if (purpose == NamePurpose::Save) {
     m_previousLine = line;

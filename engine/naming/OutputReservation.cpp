@@ -44,7 +44,7 @@ OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, 
     : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
 
 QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage, Place place) {
-  const QString target = placeFor(path, place);
+  QString target = placeFor(path, place);
   m_previousPlain = path;
   m_previousReserved = target;
   if (!m_whenTaken.overwrite) {
@@ -68,7 +68,7 @@ QString OutputReservation::placeFor(const QString& path, Place place) {
   if (m_whenTaken.overwrite || m_whenTaken.append) {
     return unprotectedPath(path);
   }
-  const QString unused = unusedPath(path);
+  QString unused = unusedPath(path);
   m_promised.insert(m_rules.comparable(unused));
   return unused;
 }

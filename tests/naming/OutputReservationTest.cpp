@@ -64,17 +64,22 @@ TEST_F(Reservation, numbersWhatIsOnDiskOrOnItsWay) {
   EXPECT_EQ(list.outputs.front(), (ReservedOutput{u"/out/a_part002.pdf"_s, 1, 2}));
 }
 
-TEST_F(Reservation, looksForAFreeNumberOnce) {
-  OutputReservation reservation = when(false, false);
+TEST_F(Reservation, looksAtEveryNumberOnce) {
+  constexpr int old = 1'000;
   constexpr int count = 5'000;
+  places.files.insert(plain);
+  for (int part = 2; part <= old; ++part) {
+    places.files.insert(u"/out/a_part%1.pdf"_s.arg(part, 3, 10, QLatin1Char('0')));
+  }
+  OutputReservation reservation = when(false, false);
   QSet<QString> paths;
   for (int i = 0; i < count; ++i) {
     paths.insert(reservation.reserve(plain, i + 1, i + 1));
   }
   EXPECT_EQ(paths.size(), count);
-  EXPECT_TRUE(paths.contains(u"/out/a_part999.pdf"_s));
-  EXPECT_TRUE(paths.contains(u"/out/a_part5000.pdf"_s));
-  EXPECT_LE(places.asked, count);
+  EXPECT_TRUE(paths.contains(u"/out/a_part1001.pdf"_s));
+  EXPECT_TRUE(paths.contains(u"/out/a_part6000.pdf"_s));
+  EXPECT_LE(places.asked, old + 2 * count) << "the plain path and one number for each output";
 }
 
 TEST_F(Reservation, knowsFileSystemsThatFoldCase) {
