@@ -26,6 +26,27 @@ void* baseOf(void* body) {
 // A damaged file yields warnings by the hundred; what matters is told by the result codes.
 void swallow(void*, const char*) {}
 
+// MuPDF completes these maps on first use, in data that all contexts share. Completing them once,
+// before a second thread can look, keeps that from being a race.
+void completePredefinedMaps(MuContext& mu) {
+  static const bool done = [&mu] {
+    for (const char* name :
+         {"90ms-RKSJ-V",    "90msp-RKSJ-V",   "Add-RKSJ-V",       "B5pc-V",
+          "ETen-B5-V",      "ETenms-B5-H",    "ETenms-B5-V",      "EUC-V",
+          "Ext-RKSJ-V",     "GB-EUC-V",       "GBK-EUC-H",        "GBK-EUC-V",
+          "GBK2K-H",        "GBK2K-V",        "GBKp-EUC-H",       "GBKp-EUC-V",
+          "GBpc-EUC-V",     "HKscs-B5-V",     "KSC-EUC-V",        "KSCms-UHC-HW-V",
+          "KSCms-UHC-V",    "UniCNS-UCS2-H",  "UniCNS-UCS2-V",    "UniCNS-UTF16-H",
+          "UniCNS-UTF16-V", "UniGB-UCS2-H",   "UniGB-UCS2-V",     "UniGB-UTF16-H",
+          "UniGB-UTF16-V",  "UniJIS-UCS2-H",  "UniJIS-UCS2-HW-H", "UniJIS-UCS2-HW-V",
+          "UniJIS-UCS2-V",  "UniJIS-UTF16-H", "UniJIS-UTF16-V",   "UniKS-UCS2-H",
+          "UniKS-UCS2-V",   "UniKS-UTF16-H",  "UniKS-UTF16-V",    "V"})
+      mu.attempt([&] { pdf_load_system_cmap(mu.raw(), name); });
+    return true;
+  }();
+  static_cast<void>(done);
+}
+
 } // namespace
 
 bool MuContext::Budget::refuses(std::size_t bytes) {
@@ -87,6 +108,7 @@ std::unique_ptr<MuContext> MuContext::create(std::size_t storeBytes) {
     return nullptr;
   fz_set_warning_callback(self->context_, swallow, nullptr);
   fz_set_error_callback(self->context_, swallow, nullptr);
+  completePredefinedMaps(*self);
   return self;
 }
 

@@ -57,15 +57,21 @@ void Session::openFile(const std::u16string& path, const std::u16string& passwor
     ready_.reset();
     reader_ = openReader(path, password, identity);
   }
-  if (reader_)
-    reader_->setWordSpacing(wordSpacing_);
+  if (!reader_)
+    return;
+  reader_->setWordSpacing(wordSpacing_);
+  path_ = path;
+  password_ = password;
 }
 
 void Session::closeFile() {
   dropWords();
   outline_.clear();
   outlineRead_ = false;
+  ahead_.reset();
   reader_.reset();
+  path_.clear();
+  password_.clear();
   lastPage_ = 0;
   pageState_ = PageState::Empty;
 }
@@ -95,7 +101,7 @@ void Session::extract(std::int32_t first, std::int32_t last) {
     if (pagesUsed_ == pages_.size())
       pages_.emplace_back();
     PageWords& words = pages_[pagesUsed_++];
-    reader_->read(page - 1, words);
+    readPage(page - 1, words);
     lastPage_ = page;
     anyWords = anyWords || !words.words.empty();
     pageState_ = std::max(pageState_, words.state);
@@ -110,6 +116,15 @@ void Session::extract(std::int32_t first, std::int32_t last) {
   if (status_ != Result::Ok)
     setLastError(status_, "a page is damaged or goes beyond what one page may cost");
   fillOrder(false);
+}
+
+void Session::readPage(std::int32_t index, PageWords& words) {
+  // A look at one page or another is no reason to start threads.
+  if (!ahead_ && aheadThreads_ > 0 && index > 0 && index == lastPage_)
+    ahead_ =
+        std::make_unique<ReadAhead>(path_, password_, pageCount(), aheadThreads_, wordSpacing_);
+  if (!ahead_ || !ahead_->take(index, words))
+    reader_->read(index, words);
 }
 
 void Session::fillOrder(bool reading) {
@@ -160,6 +175,14 @@ void Session::setWordSpacing(double factor) {
   wordSpacing_ = factor;
   if (reader_)
     reader_->setWordSpacing(factor);
+  if (ahead_)
+    ahead_->setWordSpacing(factor);
+}
+
+void Session::setReadAhead(std::int32_t threads) {
+  constexpr std::int32_t mostThreads = 64;
+  aheadThreads_ = std::clamp(threads, 0, mostThreads);
+  ahead_.reset();
 }
 
 void Session::select(std::int32_t index) {

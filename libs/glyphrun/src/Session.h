@@ -3,6 +3,7 @@
 
 #include "Outline.h"
 #include "PageReader.h"
+#include "ReadAhead.h"
 
 #include <memory>
 #include <string>
@@ -25,6 +26,7 @@ public:
   std::int32_t pageState() const { return static_cast<std::int32_t>(pageState_); }
   std::int32_t facts() const { return reader_ ? reader_->file().facts() : 0; }
   void setWordSpacing(double factor);
+  void setReadAhead(std::int32_t threads);
 
   std::int32_t wordCount() const { return static_cast<std::int32_t>(order_.size()); }
   void sortAsDrawn();
@@ -46,10 +48,15 @@ private:
 
   std::unique_ptr<PageReader> openReader(const std::u16string& path, const std::u16string& password,
                                          FileIdentity& identity);
+  void readPage(std::int32_t index, PageWords& words);
   void dropWords();
   void fillOrder(bool reading);
 
   std::unique_ptr<PageReader> reader_;
+  std::unique_ptr<ReadAhead> ahead_; /**< from the second of two pages in a row on */
+  std::int32_t aheadThreads_ = 0;
+  std::u16string path_;
+  std::u16string password_;
   // The file that a count left ready for the opening that follows.
   std::unique_ptr<PageReader> ready_;
   std::u16string readyPath_;

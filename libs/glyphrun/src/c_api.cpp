@@ -135,6 +135,10 @@ void SetWordSpacing(double factor) {
   guarded([=] { Session::instance().setWordSpacing(factor); });
 }
 
+void SetReadAhead(int32_t threads) {
+  guarded([=] { Session::instance().setReadAhead(threads); });
+}
+
 int32_t GetPageState(void) {
   return Session::instance().pageState();
 }

@@ -1,13 +1,14 @@
 /**
  * GlyphrunU: the words of a PDF's pages with their positions.
  *
- * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception and no
- * longjmp crosses it. Page numbers count from 1.
+ * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception and
+ * no longjmp crosses it. Page numbers count from 1.
  *
  * Positions are points (1/72 inch) with their origin at the top left of the page as a reader shows
- * it: crop box, /Rotate applied, /UserUnit not (PDF 32000-1, 7.7.3.3 and 14.11.2). h is the left end
- * of a word's baseline, v the distance of its baseline from the top; both rounded to the nearest
- * integer. All words of one visible line have the same v.
+ * it: crop box, /Rotate applied, /UserUnit not (PDF 32000-1, 7.7.3.3 and 14.11.2). h is the left
+ * end of a word's baseline, v the distance of its baseline from the top; both rounded to the
+ * nearest integer. All words of one visible line have the same v. A word that does not run from
+ * left to right or from right to left has the place where it starts.
  *
  * The operations without a handle work on one state for the whole process (the open file, the words
  * of the last extracted pages, the selected word) and belong to one thread. Each GlyphrunView is a
@@ -30,7 +31,8 @@ extern "C" {
 #define GLYPHRUN_API __attribute__((visibility("default")))
 #endif
 
-/** Raised when an operation changes its meaning or its arguments; checked when the library is loaded. */
+/** Raised when an operation changes its meaning or its arguments; checked when the library is
+ * loaded. */
 #define GLYPHRUN_INTERFACE_VERSION 1
 
 /** Results. Zero is success, every failure is negative. */
@@ -46,12 +48,13 @@ enum {
   GLYPHRUN_DAMAGED = -8         /**< the page, or a part of it, could not be read */
 };
 
-/** What is to be known about the pages last extracted; the gravest of them when there are several. */
+/** What is to be known about the pages last extracted; the gravest of them when there are several.
+ */
 enum {
   GLYPHRUN_PAGE_GOOD = 0,       /**< has words */
   GLYPHRUN_PAGE_EMPTY = 1,      /**< has no text at all: blank, or graphics only */
   GLYPHRUN_PAGE_UNREADABLE = 2, /**< has text, but most of it has no way to Unicode */
-  GLYPHRUN_PAGE_DAMAGED = 3     /**< damaged, or over a limit; the words read before that are kept */
+  GLYPHRUN_PAGE_DAMAGED = 3 /**< damaged, or over a limit; the words read before that are kept */
 };
 
 /** Facts about the open file, combined by "or". */
@@ -75,7 +78,8 @@ GLYPHRUN_API int32_t GetPageCount(const char16_t* path, const char16_t* password
 /** Opens a file for reading by page, and closes the one that was open. See GetProcessingStatus. */
 GLYPHRUN_API void PdfTextDumpOpenFile(const char16_t* path, const char16_t* password);
 
-/** Extracts the words of pages first..last, inclusive, of the open file; the words extracted before are dropped. */
+/** Extracts the words of pages first..last, inclusive, of the open file; the words extracted before
+ * are dropped. */
 GLYPHRUN_API void PdfTextDumpFilePages(int32_t first, int32_t last);
 
 /** Opens a file and extracts the words of pages first..last, inclusive. */
@@ -103,15 +107,16 @@ GLYPHRUN_API int32_t getNumWords(void);
 GLYPHRUN_API void DoSort(void);
 
 /**
- * Puts the words in reading order: page, then v ascending, then h ascending; in a right-to-left line
- * the order in which the line is read.
+ * Puts the words in reading order: page, then v ascending, then h ascending; in a right-to-left
+ * line the order in which the line is read.
  */
 GLYPHRUN_API void DoReverseSort(void);
 
-/** Drops words that repeat another one of equal text, h and v. */
+/** Drops words that repeat another one of the same page with equal text, h and v. */
 GLYPHRUN_API void RemoveDupes(void);
 
-/** Selects the word (from 0) that the next reads return. An index out of range selects an empty word at 0,0. */
+/** Selects the word (from 0) that the next reads return. An index out of range selects an empty
+ * word at 0,0. */
 GLYPHRUN_API void wordToGet(int32_t index);
 GLYPHRUN_API int32_t getWordX(void); /**< h of the selected word */
 GLYPHRUN_API int32_t getWordY(void); /**< v of the selected word */
@@ -132,10 +137,21 @@ typedef struct GlyphrunWord {
 /* ---- beyond the words ------------------------------------------------------------------------ */
 
 /**
- * Joining tolerance of words, 1.02 unless set: more is more tolerant. Takes effect with the next
- * extraction. Values that are not finite or not above 0 are taken as 1.02.
+ * Joining tolerance of words, 1.02 unless set: more is more tolerant. At 1.02 a gap of a tenth of
+ * the font size parts two words; each further hundredth bridges a hundredth of the font size more.
+ * Takes effect with the next extraction. Values that are not finite or not above 0 are taken
+ * as 1.02.
  */
 GLYPHRUN_API void SetWordSpacing(double factor);
+
+/**
+ * Number of threads, at most 64, that read the pages behind the one last extracted while the caller
+ * is busy with it; 0, as it is unless set, means none. It changes nothing but the time: pages come
+ * in the order asked for, with the same words. The threads start with the second of two pages asked
+ * for in a row, run a bounded number of pages ahead, and end when the file is closed. Each one
+ * opens the file for itself, which costs the memory of its page tree once more.
+ */
+GLYPHRUN_API void SetReadAhead(int32_t threads);
 
 /** GLYPHRUN_PAGE_... of the pages last extracted. */
 GLYPHRUN_API int32_t GetPageState(void);
@@ -143,7 +159,8 @@ GLYPHRUN_API int32_t GetPageState(void);
 /** GLYPHRUN_FILE_... of the open file, 0 without one. */
 GLYPHRUN_API int32_t GetFileFacts(void);
 
-/** Code and text of the last failure; the text is English, names no password, and is valid until the next call. */
+/** Code and text of the last failure; the text is English, names no password, and is valid until
+ * the next call. */
 GLYPHRUN_API int32_t GlyphrunLastError(void);
 GLYPHRUN_API const char16_t* GlyphrunLastErrorText(void);
 
@@ -155,21 +172,26 @@ typedef struct GlyphrunOutlineEntry {
 
 /** Number of outline entries of the open file, in the order in which a reader lists them. */
 GLYPHRUN_API int32_t GetOutlineCount(void);
-/** Fills *entry with the outline entry (from 0). Returns GLYPHRUN_OK, or a failure that leaves *entry as it was. */
+/** Fills *entry with the outline entry (from 0). Returns GLYPHRUN_OK, or a failure that leaves
+ * *entry as it was. */
 GLYPHRUN_API int32_t GetOutlineEntry(int32_t index, GlyphrunOutlineEntry* entry);
 
-/* ---- views: pages as they look ---------------------------------------------------------------- */
+/* ---- views: pages as they look ----------------------------------------------------------------
+ */
 
 typedef struct GlyphrunView GlyphrunView;
 
-/** A page as a picture: 4 bytes a pixel (blue, green, red, 255), rows from the top, no gap between rows. */
+/** A page as a picture: 4 bytes a pixel (blue, green, red, 255), rows from the top, no gap between
+ * rows. */
 typedef struct GlyphrunImage {
   int32_t width, height;
   unsigned char* pixels; /**< released with ReleaseImage */
 } GlyphrunImage;
 
-/** Opens a file for viewing; null on failure (*result tells, when it is not null). Closed with CloseView. */
-GLYPHRUN_API GlyphrunView* OpenView(const char16_t* path, const char16_t* password, int32_t* result);
+/** Opens a file for viewing; null on failure (*result tells, when it is not null). Closed with
+ * CloseView. */
+GLYPHRUN_API GlyphrunView* OpenView(const char16_t* path, const char16_t* password,
+                                    int32_t* result);
 GLYPHRUN_API void CloseView(GlyphrunView* view);
 GLYPHRUN_API int32_t GetViewPageCount(const GlyphrunView* view);
 /** Size in points of a page as shown. */
@@ -183,8 +205,8 @@ GLYPHRUN_API int32_t RenderViewPage(GlyphrunView* view, int32_t page, double sca
                                     GlyphrunImage* image);
 GLYPHRUN_API void ReleaseImage(GlyphrunImage* image);
 /**
- * The words of a page in reading order, the same that the page-by-page operations give. Returns their
- * number or a failure; *words stays the view's own until its next call.
+ * The words of a page in reading order, the same that the page-by-page operations give. Returns
+ * their number or a failure; *words stays the view's own until its next call.
  */
 GLYPHRUN_API int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** words);
 

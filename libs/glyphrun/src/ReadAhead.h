@@ -1,0 +1,73 @@
+// Reads the pages that will be asked for next on other threads.
+#pragma once
+
+#include "PageReader.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace glyphrun {
+
+/**
+ * Each thread has a document and a context of its own. They run only so far ahead of the pages
+ * taken, in pages and in bytes, and work on nothing that the caller has begun to read itself. Used
+ * by one thread; the destructor ends the work within a page's next allocation.
+ */
+class ReadAhead {
+public:
+  /** `pageCount` is the caller's; a thread that finds another number in the file stands aside. */
+  ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount, int threads,
+            double wordSpacing);
+  ~ReadAhead();
+  ReadAhead(const ReadAhead&) = delete;
+  ReadAhead& operator=(const ReadAhead&) = delete;
+
+  /**
+   * The page `index` (from 0), if a thread has read it or is at it; waits for the latter. False
+   * means that the caller reads the page itself. Either way the threads go on with the pages behind
+   * it.
+   */
+  bool take(std::int32_t index, PageWords& out);
+  /** What was read with another factor is dropped. */
+  void setWordSpacing(double factor);
+
+private:
+  struct Slot {
+    PageWords words;
+    bool ready = false;
+  };
+
+  void work();
+  void readClaimedPages(PageReader& reader) noexcept;
+  std::unique_ptr<PageReader> openFile();
+  bool mayClaim() const;
+  void restartAt(std::int32_t index);
+  static std::size_t bytesOf(const PageWords& words);
+
+  const std::u16string path_;
+  const std::u16string password_;
+  const std::int32_t pageCount_;
+  const std::int32_t window_;
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  // Under the mutex.
+  std::map<std::int32_t, Slot> slots_; /**< claimed pages, read or being read */
+  std::vector<PageWords> spare_;       /**< storage to use again */
+  std::vector<MuContext*> contexts_;   /**< of the threads, to stop them */
+  std::int32_t wanted_ = -1;           /**< the page expected to be asked for next */
+  std::int32_t next_ = 0;              /**< the page to claim next */
+  std::size_t bytes_ = 0;
+  std::uint32_t generation_ = 0; /**< raised when claimed pages lose their meaning */
+  double wordSpacing_;
+  bool stopping_ = false;
+
+  std::vector<std::thread> threads_;
+};
+
+} // namespace glyphrun
