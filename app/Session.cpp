@@ -107,6 +107,10 @@ Session::Ended Session::handleCommandLine(const CommandLine& line) {
     m_person.note(line.error);
     return {true, line.errorCode};
   }
+  if (!line.ignored.isEmpty()) {
+    m_person.note(QStringLiteral("these arguments mean nothing here and are left out: %1")
+                      .arg(line.ignored.join(QStringLiteral(", "))));
+  }
   for (const CommandAction& action : line.actions) {
     if (const std::optional<int> code = perform(action)) {
       return {true, *code};

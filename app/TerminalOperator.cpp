@@ -24,9 +24,14 @@ extern "C" void onInterrupt(int signal) {
 
 } // namespace
 
-void catchInterrupts() {
+void catchSignals() {
   std::signal(SIGINT, onInterrupt);
   std::signal(SIGTERM, onInterrupt);
+#if defined(SIGXFSZ)
+  // A file over its size limit, and a reader that has gone, are write errors like any other.
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
 }
 
 TerminalOperator::TerminalOperator(std::function<void()> stop)

@@ -26,7 +26,7 @@ int runUnattended(int& argc, char** argv, const CommandLine& line) {
     return cannotStart;
   }
   running = &session;
-  catchInterrupts();
+  catchSignals();
   session.loadDefaultSetup();
   const Session::Ended ended = session.handleCommandLine(line);
   person.clearProgress();
