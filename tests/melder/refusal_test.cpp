@@ -3,6 +3,11 @@
 
 #include "melder/melder.h"
 
+#include <cstdint>
+
+// The fuzz target, run here over the inputs that it has found.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
 namespace melder_test {
 
 namespace {
@@ -112,23 +117,32 @@ TEST_F(Refusal, AReceiverWithABrokenTableIsRepairedOnlyWithAllItsPages) {
   EXPECT_EQ(bytesOf(file), less);
 }
 
-TEST_F(Refusal, PartsThatTurnInCirclesComeToAnEnd) {
-  std::string deep = "0";
-  for (int i = 0; i < 400; ++i) {
-    deep = '[' + deep + ']';
+TEST_F(Refusal, StoredFuzzInputs) {
+  int inputs = 0;
+  for (const auto& entry : fs::directory_iterator(FOLIVEX_SOURCE_DIR "/fuzz/melder_append")) {
+    SCOPED_TRACE(entry.path());
+    const std::string bytes = bytesOf(entry.path());
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    ++inputs;
   }
+  EXPECT_GT(inputs, 0);
+}
+
+TEST_F(Refusal, PartsThatTurnInCirclesComeToAnEnd) {
+  std::string catalog = "<< /Type /Catalog /Pages 2 0 R /Outlines 5 0 R /PageLabels 9 0 R";
+  catalog += " /AcroForm << /Fields [7 0 R 7 0 R] >> /Names << /Dests 8 0 R >>";
+  catalog += " /OCProperties << /OCGs [4 0 R 4 0 R] >> >>";
+  std::string page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Resources 4 0 R";
+  page += " /Annots [7 0 R 7 0 R] /Chain 10 0 R /Deep ";
+  page += std::string(400, '[') + std::string(400, ']') + " >>";
   std::vector<std::string> objects = {
-      "<< /Type /Catalog /Pages 2 0 R /Outlines 5 0 R /AcroForm << /Fields [7 0 R 7 0 R] >> "
-      "/Names << /Dests 8 0 R >> /PageLabels 9 0 R /OCProperties << /OCGs [4 0 R 4 0 R] >> >>",
+      catalog,
       "<< /Type /Pages /Count 1 /Kids [3 0 R] >>",
-      "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 100 100] /Resources 4 0 R /Annots [7 0 R 7 0 R] "
-      "/Deep " +
-          deep + " /Chain 10 0 R >>",
+      page,
       "<< /Font << /F 4 0 R >> /XObject << /X 4 0 R >> /Up 3 0 R /Tree 2 0 R /Top 1 0 R >>",
       "<< /First 6 0 R /Last 6 0 R /Count 99999999999 >>",
       "<< /Title (again) /Parent 5 0 R /Next 6 0 R /First 5 0 R /Dest [3 0 R /Fit] >>",
-      "<< /Type /Annot /Subtype /Widget /FT /Tx /T (me) /Parent 7 0 R /Kids [7 0 R] /Rect [0 0 1 "
-      "1] >>",
+      "<< /Subtype /Widget /FT /Tx /T (me) /Parent 7 0 R /Kids [7 0 R] /Rect [0 0 1 1] >>",
       "<< /Kids [8 0 R] /Names [(a) [3 0 R /Fit] (a) [99 0 R /Fit]] >>",
       "<< /Kids [9 0 R 9 0 R] /Nums [0 << /S /D >> -5 << >> 0 9 0 R] >>"};
   for (int i = 0; i < 20000; ++i) {

@@ -81,7 +81,7 @@ void Form::readNaming(const std::vector<QPDFObjectHandle>& roots) {
   }
 }
 
-bool Form::readNamingEdge(QPDFObjectHandle root, int height) {
+bool Form::readNamingEdge(const QPDFObjectHandle& root, int height) {
   for (QPDFObjectHandle node = root; static_cast<int>(m_naming.size()) < height;) {
     QPDFObjectHandle kids = node.isDictionary() ? node.getKey("/Kids") : node;
     if (!node.isIndirect() || !kids.isArray() || kids.getArrayNItems() == 0 ||

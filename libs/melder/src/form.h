@@ -29,7 +29,7 @@ private:
     std::vector<std::string> kids;
   };
   void readNaming(const std::vector<QPDFObjectHandle>& roots);
-  [[nodiscard]] bool readNamingEdge(QPDFObjectHandle root, int height);
+  [[nodiscard]] bool readNamingEdge(const QPDFObjectHandle& root, int height);
   QPDFObjGen openNaming(Update& update);
   void writeNaming(size_t level, Update& update);
 

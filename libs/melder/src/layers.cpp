@@ -10,7 +10,7 @@ std::vector<QPDFObjectHandle> itemsOf(QPDFObjectHandle array) {
   return array.isArray() ? array.getArrayAsVector() : std::vector<QPDFObjectHandle>();
 }
 
-std::vector<std::string> textsOf(QPDFObjectHandle array) {
+std::vector<std::string> textsOf(const QPDFObjectHandle& array) {
   std::vector<std::string> texts;
   for (QPDFObjectHandle& item : itemsOf(array)) {
     texts.push_back(item.unparse());
@@ -18,7 +18,7 @@ std::vector<std::string> textsOf(QPDFObjectHandle array) {
   return texts;
 }
 
-std::set<QPDFObjGen> idsOf(QPDFObjectHandle array) {
+std::set<QPDFObjGen> idsOf(const QPDFObjectHandle& array) {
   std::set<QPDFObjGen> ids;
   for (const QPDFObjectHandle& item : itemsOf(array)) {
     ids.insert(item.getObjGen());
@@ -75,7 +75,7 @@ void Layers::read(QPDF& pdf) {
   const Shown shown(standard);
   m_shownByDefault = shown.byDefault();
   const ObjectPrinter printer(
-      [](QPDFObjectHandle object) { return referenceTo(object.getObjGen()); });
+      [](const QPDFObjectHandle& object) { return referenceTo(object.getObjGen()); });
   for (QPDFObjectHandle& group : itemsOf(properties.getKey("/OCGs"))) {
     m_groups.push_back(group.unparse());
     if (group.isIndirect() && group.isDictionary()) {
@@ -134,7 +134,7 @@ void Layers::addToLists(QPDFObjectHandle part, const std::vector<QPDFObjectHandl
       m_order.push_back(transplant.text(item, Transplant::Sharing::Forbidden));
     }
   }
-  for (QPDFObjectHandle rule :
+  for (const QPDFObjectHandle& rule :
        part.isDictionary() ? itemsOf(part.getKey("/AS")) : std::vector<QPDFObjectHandle>()) {
     m_automatic.push_back(transplant.text(rule, Transplant::Sharing::Forbidden));
   }

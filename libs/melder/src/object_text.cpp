@@ -58,7 +58,7 @@ Digest ObjectText::digest() const {
   return sha256(isStream ? written(dictionary) + "stream" + data : body);
 }
 
-std::string ObjectPrinter::value(QPDFObjectHandle object) const {
+std::string ObjectPrinter::value(const QPDFObjectHandle& object) const {
   return object.isIndirect() ? m_reference(object) : spelled(object);
 }
 
@@ -109,7 +109,7 @@ ObjectText ObjectPrinter::whole(QPDFObjectHandle object) const {
 }
 
 void collectReferences(QPDFObjectHandle object, std::vector<QPDFObjectHandle>& found) {
-  const auto take = [&found](QPDFObjectHandle item) {
+  const auto take = [&found](const QPDFObjectHandle& item) {
     if (item.isIndirect()) {
       found.push_back(item);
     } else {

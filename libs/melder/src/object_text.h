@@ -36,7 +36,7 @@ public:
   void setDestinations(Renamed names) { m_destinations = std::move(names); }
 
   /** A reference is written as one; everything else is spelled out. */
-  [[nodiscard]] std::string value(QPDFObjectHandle object) const;
+  [[nodiscard]] std::string value(const QPDFObjectHandle& object) const;
   [[nodiscard]] DictText entries(QPDFObjectHandle dictionary) const;
   /** The object itself, also when the handle is a reference to it. */
   [[nodiscard]] ObjectText whole(QPDFObjectHandle object) const;

@@ -35,7 +35,7 @@ bool isOpen(QPDFObjectHandle item) {
 std::vector<Item> itemsBelow(QPDFObjectHandle root) {
   std::vector<Item> items;
   std::set<QPDFObjGen> seen = {root.getObjGen()};
-  const auto takeLevel = [&](QPDFObjectHandle first, size_t parent) {
+  const auto takeLevel = [&](const QPDFObjectHandle& first, size_t parent) {
     size_t previous = kNone;
     for (QPDFObjectHandle each = first;
          each.isIndirect() && each.isDictionary() && seen.insert(each.getObjGen()).second;

@@ -27,7 +27,7 @@ bool takesPages(QPDFObjectHandle node) {
 
 } // namespace
 
-bool PageSpine::readEdge(QPDFObjectHandle root) {
+bool PageSpine::readEdge(const QPDFObjectHandle& root) {
   for (QPDFObjectHandle node = root; m_nodes.size() < kDeepest;) {
     if (!takesPages(node) || !node.getKey("/Count").isInteger()) {
       return false;
@@ -50,7 +50,7 @@ bool PageSpine::readEdge(QPDFObjectHandle root) {
   return false;
 }
 
-void PageSpine::read(QPDFObjectHandle root, int count) {
+void PageSpine::read(const QPDFObjectHandle& root, int count) {
   m_nodes.clear();
   m_foreign.clear();
   if (!readEdge(root)) {

@@ -20,7 +20,7 @@ class Update;
 class PageSpine {
 public:
   /** `root` is the /Pages object of the file, `count` its number of pages. */
-  void read(QPDFObjectHandle root, int count);
+  void read(const QPDFObjectHandle& root, int count);
 
   /** Takes a page in at the end; returns the node that is its /Parent. */
   [[nodiscard]] QPDFObjGen append(QPDFObjGen page, Update& update);
@@ -36,7 +36,7 @@ private:
     std::vector<QPDFObjGen> kids;
     int count = 0;
   };
-  [[nodiscard]] bool readEdge(QPDFObjectHandle root);
+  [[nodiscard]] bool readEdge(const QPDFObjectHandle& root);
   void writeNode(size_t level, Update& update);
   void addRoot(Update& update);
 

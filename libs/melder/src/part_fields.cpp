@@ -72,7 +72,7 @@ void renameFonts(QPDFObjectHandle dictionary, const std::map<std::string, std::s
 std::vector<QPDFObjectHandle> topFields(Document& part) {
   std::vector<QPDFObjectHandle> tops;
   std::set<QPDFObjGen> seen;
-  const auto take = [&](QPDFObjectHandle field) {
+  const auto take = [&](const QPDFObjectHandle& field) {
     if (field.isIndirect() && seen.insert(field.getObjGen()).second) {
       tops.push_back(field);
     }

@@ -87,7 +87,7 @@ std::unique_ptr<SortedTree::Node> SortedTree::readNode(QPDFObjectHandle object, 
   QPDFObjectHandle kids = object.getKey("/Kids");
   QPDFObjectHandle list = object.getKey(m_keys == Keys::Names ? "/Names" : "/Nums");
   if (kids.isArray()) {
-    for (QPDFObjectHandle kid : kids.getArrayAsVector()) {
+    for (const QPDFObjectHandle& kid : kids.getArrayAsVector()) {
       auto below = readNode(kid, depth + 1, reading);
       if (below->size() > 0) {
         node->kids.push_back(std::move(below));
@@ -106,7 +106,7 @@ std::unique_ptr<SortedTree::Node> SortedTree::readNode(QPDFObjectHandle object, 
   return node;
 }
 
-void SortedTree::read(QPDFObjectHandle root) {
+void SortedTree::read(const QPDFObjectHandle& root) {
   Reading reading;
   auto found = readNode(root, 0, reading);
   std::vector<Entry> all;

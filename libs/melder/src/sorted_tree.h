@@ -28,7 +28,7 @@ public:
   ~SortedTree();
 
   /** Takes over the tree below `root`; one that is not in order is taken apart and made anew. */
-  void read(QPDFObjectHandle root);
+  void read(const QPDFObjectHandle& root);
 
   [[nodiscard]] bool isEmpty() const;
   [[nodiscard]] bool contains(const std::string& key) const;

@@ -46,7 +46,7 @@ void SharedObjects::sample(const std::vector<QPDFObjectHandle>& pages) {
     }
   }
   const ObjectPrinter printer(
-      [](QPDFObjectHandle object) { return referenceTo(object.getObjGen()); });
+      [](const QPDFObjectHandle& object) { return referenceTo(object.getObjGen()); });
   std::set<QPDFObjGen> seen;
   size_t bytes = 0;
   while (!waiting.empty() && seen.size() < kSampledObjects && bytes < kSampledBytes) {
@@ -63,19 +63,19 @@ void SharedObjects::sample(const std::vector<QPDFObjectHandle>& pages) {
 }
 
 Transplant::Transplant(Update& update, SharedObjects& shared)
-    : m_update(update), m_shared(shared), m_printer([this](QPDFObjectHandle object) {
+    : m_update(update), m_shared(shared), m_printer([this](const QPDFObjectHandle& object) {
         const auto moved = m_moved.find(object.getObjGen());
         return moved == m_moved.end() ? std::string("null") : referenceTo(moved->second);
       }) {}
 
-std::string Transplant::text(QPDFObjectHandle value, Sharing sharing) {
+std::string Transplant::text(const QPDFObjectHandle& value, Sharing sharing) {
   std::vector<QPDFObjectHandle> references;
   value.isIndirect() ? references.push_back(value) : collectReferences(value, references);
   moveAll(references, sharing == Sharing::Allowed);
   return m_printer.value(value);
 }
 
-DictText Transplant::entries(QPDFObjectHandle dictionary, Sharing sharing) {
+DictText Transplant::entries(const QPDFObjectHandle& dictionary, Sharing sharing) {
   std::vector<QPDFObjectHandle> references;
   collectReferences(dictionary, references);
   moveAll(references, sharing == Sharing::Allowed);
@@ -114,7 +114,7 @@ void Transplant::enter(QPDFObjectHandle object, bool sharable, std::vector<Frame
 }
 
 /** Depth first with a stack of its own: a hostile part may nest deeper than ours reaches. */
-void Transplant::move(QPDFObjectHandle object, bool sharable) {
+void Transplant::move(const QPDFObjectHandle& object, bool sharable) {
   std::vector<Frame> open;
   Places places;
   enter(object, sharable, open, places);

@@ -45,9 +45,9 @@ public:
   }
 
   /** The value as the update has to write it; what it refers to has been put there. */
-  [[nodiscard]] std::string text(QPDFObjectHandle value, Sharing sharing);
+  [[nodiscard]] std::string text(const QPDFObjectHandle& value, Sharing sharing);
   /** The same for each entry of a dictionary that the caller writes. */
-  [[nodiscard]] DictText entries(QPDFObjectHandle dictionary, Sharing sharing);
+  [[nodiscard]] DictText entries(const QPDFObjectHandle& dictionary, Sharing sharing);
   /** Number of references to objects that the part does not have. */
   [[nodiscard]] int dangling() const { return m_dangling; }
 
@@ -61,7 +61,7 @@ private:
   using Places = std::map<QPDFObjGen, size_t>;
 
   void moveAll(const std::vector<QPDFObjectHandle>& references, bool sharable);
-  void move(QPDFObjectHandle object, bool sharable);
+  void move(const QPDFObjectHandle& object, bool sharable);
   void enter(QPDFObjectHandle object, bool sharable, std::vector<Frame>& open, Places& places);
   void settle(const Frame& frame);
 

@@ -10,7 +10,7 @@
 #ifndef MELDER_MELDER_H
 #define MELDER_MELDER_H
 
-#include <stdint.h>
+#include <stdint.h> // NOLINT(modernize-deprecated-headers): C programs read this, too
 
 #ifdef __cplusplus
 extern "C" {
