@@ -29,6 +29,13 @@ QHBoxLayout* row(QWidget* wide, QWidget* narrow) {
   return layout;
 }
 
+/// A row of more than one control: the label belongs to the first.
+void addRow(QFormLayout* form, const QString& label, QWidget* wide, QWidget* narrow) {
+  auto* text = new QLabel(label);
+  text->setBuddy(wide);
+  form->addRow(text, row(wide, narrow));
+}
+
 template <typename Texts> void addTexts(QComboBox* box, const Texts& texts) {
   for (const QString& text : texts) {
     box->addItem(text);
@@ -57,19 +64,22 @@ void MainWindow::buildControls() {
   addTexts(m_extract, fileNameMethodTexts());
   m_prefix = new QLineEdit(this);
   m_postfix = new QLineEdit(this);
+  m_splitToSource = new QCheckBox(
+      QStringLiteral("&Always split to source file directory (override below)"), this);
   m_outputDir = new QLineEdit(this);
   m_browseOutput = new QPushButton(QStringLiteral("B&rowse..."), this);
   m_overwrite = new QCheckBox(QStringLiteral("Always &overwrite output file (if exists)"), this);
 
   auto* form = new QFormLayout;
-  form->addRow(QStringLiteral("&Filename:"), row(m_fileName, m_browseSource));
+  addRow(form, QStringLiteral("&Filename:"), m_fileName, m_browseSource);
   form->addRow(QStringLiteral("Find &word(s):"), m_findString);
   form->addRow(QString(), m_ignoreCase);
   form->addRow(QStringLiteral("* Page &extract:"), m_pageExtract);
   form->addRow(QStringLiteral("File&name extract:"), m_extract);
   form->addRow(QStringLiteral("Pre&fix output filename:"), m_prefix);
   form->addRow(QStringLiteral("Pos&tfix output filename:"), m_postfix);
-  form->addRow(QStringLiteral("Output &Directory:"), row(m_outputDir, m_browseOutput));
+  form->addRow(QString(), m_splitToSource);
+  addRow(form, QStringLiteral("Output &Directory:"), m_outputDir, m_browseOutput);
   form->addRow(QString(), m_overwrite);
 
   m_process = new QPushButton(QStringLiteral("&Process"), this);
@@ -104,6 +114,7 @@ void MainWindow::buildControls() {
 void MainWindow::connectControls() {
   connect(m_browseSource, &QPushButton::clicked, this, &MainWindow::chooseSource);
   connect(m_browseOutput, &QPushButton::clicked, this, &MainWindow::chooseOutputFolder);
+  connect(m_splitToSource, &QCheckBox::toggled, this, [this] { setRunning(m_running); });
   connect(m_process, &QPushButton::clicked, this, &MainWindow::process);
   connect(m_stop, &QPushButton::clicked, this, [this] { m_session.driver().Stop(); });
   connect(m_load, &QPushButton::clicked, this, &MainWindow::loadSetup);
@@ -143,6 +154,7 @@ void MainWindow::showSetup() {
   m_extract->setCurrentIndex(std::max(nameMethod, 0));
   m_prefix->setText(setup.prefixFileName);
   m_postfix->setText(setup.postfixFileName);
+  m_splitToSource->setChecked(setup.splitToSource);
   m_outputDir->setText(setup.outputDir);
   m_overwrite->setChecked(setup.alwaysOverwrite);
 }
@@ -156,6 +168,7 @@ void MainWindow::takeSetup() {
   setup.extract = m_extract->currentText();
   setup.prefixFileName = m_prefix->text();
   setup.postfixFileName = m_postfix->text();
+  setup.splitToSource = m_splitToSource->isChecked();
   setup.outputDir = m_outputDir->text();
   setup.alwaysOverwrite = m_overwrite->isChecked();
 }
@@ -207,6 +220,8 @@ void MainWindow::saveSetup() {
 
 void MainWindow::process() {
   takeSetup();
+  m_notes.clear();
+  m_progress->setRange(0, 0);
   setRunning(true);
   m_session.driver().StartProcessing();
   setRunning(false);
@@ -216,15 +231,14 @@ void MainWindow::setRunning(bool running) {
   m_running = running;
   for (QWidget* control : std::initializer_list<QWidget*>{
            m_fileName, m_findString, m_ignoreCase, m_pageExtract, m_extract, m_prefix, m_postfix,
-           m_outputDir, m_overwrite, m_process, m_load, m_save, m_browseSource, m_browseOutput}) {
+           m_splitToSource, m_overwrite, m_process, m_load, m_save, m_browseSource}) {
     control->setEnabled(!running);
+  }
+  for (QWidget* control : std::initializer_list<QWidget*>{m_outputDir, m_browseOutput}) {
+    control->setEnabled(!running && !m_splitToSource->isChecked());
   }
   m_stop->setEnabled(running);
   m_progress->setVisible(running);
-  if (running) {
-    m_notes.clear();
-    m_progress->setRange(0, 0);
-  }
 }
 
 void MainWindow::message(const QString& text) {

@@ -58,6 +58,7 @@ private:
   QComboBox* m_extract = nullptr;
   QLineEdit* m_prefix = nullptr;
   QLineEdit* m_postfix = nullptr;
+  QCheckBox* m_splitToSource = nullptr;
   QLineEdit* m_outputDir = nullptr;
   QCheckBox* m_overwrite = nullptr;
   QPushButton* m_process = nullptr;
