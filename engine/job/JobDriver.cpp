@@ -8,6 +8,7 @@
 #include "engine/match/NearMisses.h"
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
+#include "engine/output/ExternalCommand.h"
 #include "engine/output/OutputWriter.h"
 #include "engine/plan/SplitMethod.h"
 #include "engine/report/PagePositions.h"
@@ -198,7 +199,9 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   m_account.start(pageCount);
   OutputWriter writer(setup, m_state, {m_libraries.split, m_libraries.append}, m_person, m_account);
   writer.startSource(source, pageCount);
-  DiskOutputPlaces places({source, scannedFile(source)});
+  DiskOutputPlaces places({source, scannedFile(source)},
+                          usesExternalCommand(setup) ? DiskOutputPlaces::OldFile::Deleted
+                                                     : DiskOutputPlaces::OldFile::KeptUntilWritten);
   RangePipeline pipeline(setup, m_state, m_libraries.text, m_person,
                          {source, scannedFile(source), pageCount},
                          {places, writer, reports, m_emails, {}});

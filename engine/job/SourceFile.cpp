@@ -6,8 +6,22 @@
 #include "engine/words/Utf16.h"
 
 #include <QFileInfo>
+#include <QThread>
+
+#include <algorithm>
 
 namespace folivex {
+
+namespace {
+
+/// Each thread holds the file's page tree once more, so that many of them cost more than they
+/// bring.
+int readAheadThreads() {
+  constexpr int most = 4;
+  return std::clamp(QThread::idealThreadCount(), 1, most);
+}
+
+} // namespace
 
 SourceFile::~SourceFile() {
   m_libraries.text.PdfTextDumpCloseFile();
@@ -56,6 +70,7 @@ int SourceFile::countPages(const QString& source, const SplitSetup& setup) {
 
 void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
   m_libraries.text.SetWordSpacing(setup.horizWordSpacing);
+  m_libraries.text.SetReadAhead(readAheadThreads());
   m_libraries.text.PdfTextDumpOpenFile(utf16(fileToScan), utf16(setup.pdfPassword));
   if (m_libraries.text.GetProcessingStatus() != GLYPHRUN_OK) {
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")

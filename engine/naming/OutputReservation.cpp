@@ -22,8 +22,8 @@ QString partPath(const QString& path, int part) {
 
 } // namespace
 
-DiskOutputPlaces::DiskOutputPlaces(const QStringList& protectedFiles)
-    : m_protected(protectedFiles) {}
+DiskOutputPlaces::DiskOutputPlaces(const QStringList& protectedFiles, OldFile oldFile)
+    : m_protected(protectedFiles), m_oldFile(oldFile) {}
 
 bool DiskOutputPlaces::exists(const QString& path) {
   const QFileInfo info(path);
@@ -36,7 +36,9 @@ bool DiskOutputPlaces::isProtected(const QString& path) {
 }
 
 void DiskOutputPlaces::remove(const QString& path) {
-  QFile::remove(path);
+  if (m_oldFile == OldFile::Deleted) {
+    QFile::remove(path);
+  }
 }
 
 OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,

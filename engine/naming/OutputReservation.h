@@ -45,15 +45,22 @@ public:
   /// itself.
   virtual bool isProtected(const QString& path) = 0;
 
-  /// Deletes the file at an existing path; a failure shows when the output is written.
+  /// An output will take the place of the file at this existing path. A failure shows when the
+  /// output is written.
   virtual void remove(const QString& path) = 0;
 };
 
 /// The disk. Folders and links that lead nowhere count as existing.
 class DiskOutputPlaces : public OutputPlaces {
 public:
+  /// What becomes of a file whose place an output will take.
+  enum class OldFile {
+    Deleted,         ///< at once: the writer may be a program that replaces nothing
+    KeptUntilWritten ///< the writer replaces it whole, so that a Stop or a full disk loses nothing
+  };
+
   /// `protectedFiles`: the source, and what else is being read.
-  explicit DiskOutputPlaces(const QStringList& protectedFiles);
+  explicit DiskOutputPlaces(const QStringList& protectedFiles, OldFile oldFile = OldFile::Deleted);
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
@@ -61,6 +68,7 @@ public:
 
 private:
   QStringList m_protected;
+  OldFile m_oldFile;
 };
 
 /// Reserves the paths of one run. An object lasts for one run, since it remembers the names that it

@@ -27,6 +27,7 @@ CPDFTextDumpInit::CPDFTextDumpInit()
   bind(GetProcessingStatus, "GetProcessingStatus");
   bind(GetProcessingPage, "GetProcessingPage");
   bind(SetWordSpacing, "SetWordSpacing");
+  bind(SetReadAhead, "SetReadAhead");
   bind(GetPageState, "GetPageState");
   bind(GetFileFacts, "GetFileFacts");
   bind(GlyphrunLastError, "GlyphrunLastError");

@@ -41,6 +41,7 @@ public:
 
   // Beyond the operations that every text library of the family has.
   Operation<void(double)> SetWordSpacing;
+  Operation<void(int32_t)> SetReadAhead;
   Operation<int32_t()> GetPageState;
   Operation<int32_t()> GetFileFacts;
   Operation<int32_t()> GlyphrunLastError;
