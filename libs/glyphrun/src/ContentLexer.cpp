@@ -22,12 +22,10 @@ constexpr std::array<std::int8_t, 256> makeHexDigits() {
   std::array<std::int8_t, 256> digits{};
   for (auto& digit : digits)
     digit = -1;
-  for (int i = 0; i < 10; ++i)
-    digits[static_cast<std::size_t>('0' + i)] = static_cast<std::int8_t>(i);
-  for (int i = 0; i < 6; ++i) {
-    digits[static_cast<std::size_t>('a' + i)] = static_cast<std::int8_t>(10 + i);
-    digits[static_cast<std::size_t>('A' + i)] = static_cast<std::int8_t>(10 + i);
-  }
+  for (std::size_t i = 0; i < 10; ++i)
+    digits['0' + i] = static_cast<std::int8_t>(i);
+  for (std::size_t i = 0; i < 6; ++i)
+    digits['a' + i] = digits['A' + i] = static_cast<std::int8_t>(10 + i);
   return digits;
 }
 

@@ -138,6 +138,8 @@ void ContentReader::runContent(std::string_view content, const PdfObject& resour
   states_.resize(frames_.back().statesBelow);
   unsavedStates_ = 0;
   frames_.pop_back();
+  // Annotations are drawn behind the content and start afresh.
+  state_ = State();
 }
 
 void ContentReader::runForm(const PdfObject& form, const PdfObject& resources,

@@ -108,9 +108,7 @@ const CodeInfo& Font::lookUp(std::uint32_t code) {
     const std::uint32_t cid = cidOf(code);
     info.advance = advances.find(static_cast<int>(cid & 0xFFFFFF));
     const std::u16string text = textOfCode(code, cid);
-    if (text.empty() && !toUnicode.hasTexts())
-      setText(info, text);
-    else if (text.empty())
+    if (text.empty() && toUnicode.hasTexts())
       setNoText(info);
     else
       setText(info, text);

@@ -1,6 +1,6 @@
 #include "FontLoader.h"
 
-#include <cctype>
+#include <algorithm>
 #include <cstring>
 
 namespace glyphrun {
@@ -157,12 +157,14 @@ void FontLoader::readWidths(const PdfObject& dictionary, double missing, double 
   for (CodeInfo& info : font.codes)
     info.advance = static_cast<float>(missing * scale);
   const PdfObject widths = dictionary.get("Widths");
-  const int first = dictionary.get("FirstChar").integer();
+  const int first = std::clamp(dictionary.get("FirstChar").integer(), -256, 256);
   const int count = std::min(widths.size(), 256);
-  for (int i = 0; i < count; ++i)
-    if (first + i >= 0 && first + i < 256)
-      font.codes[static_cast<std::size_t>(first + i)].advance =
+  for (int i = 0; i < count; ++i) {
+    const int code = first + i;
+    if (code >= 0 && code < 256)
+      font.codes[static_cast<std::size_t>(code)].advance =
           static_cast<float>(widths.at(i).number() * scale);
+  }
 }
 
 void FontLoader::readBuiltInWidths(const char* baseFont, Font& font) {

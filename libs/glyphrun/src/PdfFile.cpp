@@ -258,7 +258,7 @@ bool PdfFile::fillPageTables() {
     backward =
         static_cast<pdf_rev_page_map*>(fz_malloc(ctx, pages_.size() * sizeof(pdf_rev_page_map)));
   });
-  if (outcome != Outcome::Ok) {
+  if (outcome != Outcome::Ok || forward == nullptr || backward == nullptr) {
     fz_free(ctx, forward);
     return false;
   }

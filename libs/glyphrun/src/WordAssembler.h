@@ -127,28 +127,18 @@ private:
   Rect visible_;
   JoiningTolerance tolerance_;
   GlyphRun run_;
-  std::uint8_t heading_ = 0;
   double runStart_ = 0; /**< of the run's origin along the heading */
   double visibleFrom_ = 0;
   double visibleTo_ = 0;
 
-  bool open_ = false;
   Fragment current_;
   Point currentDirection_;
-  bool currentVertical_ = false;
   // The last glyph, from the run's origin.
   double lastStart_ = 0;
   double lastEnd_ = 0;
-  std::uint16_t lastTraits_ = 0;
-  // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
-  // belongs to it, or repeats its last one.
-  bool parting_ = false;
-  bool steppedBack_ = false; /**< no farther than kerning does; parting_ as well */
-  double partingShift_ = 0;  /**< across, from the fragment's baseline to the new run's */
-  bool keepsEnd_ = false;    /**< the run shows a mark, which moves nothing */
-  Point endPoint_;           /**< the same on the page, between runs */
+  double partingShift_ = 0; /**< across, from the fragment's baseline to the new run's */
+  Point endPoint_;          /**< the same on the page, between runs */
 
-  bool capturing_ = false;
   std::u16string replacement_;
   std::vector<GlyphRun> capturedRuns_;
   std::vector<CapturedGlyph> captured_;
@@ -160,6 +150,17 @@ private:
   std::vector<std::uint32_t> glyphOffsets_;
   std::vector<Fragment> fragments_;
   std::size_t unknownGlyphs_ = 0;
+
+  bool open_ = false; /**< current_ may grow */
+  bool currentVertical_ = false;
+  bool capturing_ = false;
+  bool keepsEnd_ = false; /**< the run shows a mark, which moves nothing */
+  // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
+  // belongs to it, or repeats its last one.
+  bool parting_ = false;
+  bool steppedBack_ = false; /**< no farther than kerning does; parting_ as well */
+  std::uint8_t heading_ = 0;
+  std::uint16_t lastTraits_ = 0; /**< of the last glyph */
 };
 
 } // namespace glyphrun

@@ -17,6 +17,7 @@
 #ifndef GLYPHRUN_GLYPHRUN_H
 #define GLYPHRUN_GLYPHRUN_H
 
+// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): C compilers read this as well.
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -213,5 +214,7 @@ GLYPHRUN_API int32_t GetViewWords(GlyphrunView* view, int32_t page, const Glyphr
 #ifdef __cplusplus
 }
 #endif
+
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 
 #endif
