@@ -63,7 +63,8 @@ void measure(const char* name, const std::string& start, const std::string& file
                   "%7.0f bytes an append\n",
                   name, done, total.count(), recent.count() / (done - lastCount),
                   static_cast<uintmax_t>(fs::file_size(file)),
-                  static_cast<double>(fs::file_size(file) - sizeAtStart) / done);
+                  (static_cast<double>(fs::file_size(file)) - static_cast<double>(sizeAtStart)) /
+                      done);
       last = now;
       lastCount = done;
     }

@@ -1,8 +1,8 @@
 /**
  * MelderU: the pages of one PDF to the end of another.
  *
- * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception crosses
- * it. One state for the whole process (the last result); it belongs to one thread.
+ * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception
+ * crosses it. One state for the whole process (the last result); it belongs to one thread.
  *
  * At every moment the receiving file is the old one or the new one, byte for byte, also when the
  * process is killed. The cost of an append grows with what is appended, not with what is there.
@@ -30,22 +30,36 @@ extern "C" {
 enum {
   MELDER_OK = 0,
   MELDER_OUT_OF_MEMORY = -3,
-  MELDER_CANNOT_OPEN = -4,     /**< one of the files is missing or cannot be read */
+  MELDER_CANNOT_OPEN = -4, /**< one of the files is missing or cannot be read */
   MELDER_CANNOT_WRITE = -5,
   MELDER_WRONG_PASSWORD = -6,
-  MELDER_DAMAGED = -8          /**< one of the files is no PDF or too damaged */
+  MELDER_DAMAGED = -8 /**< one of the files is no PDF or too damaged */
 };
 
 MELDER_API int32_t MelderInterfaceVersion(void);
 
 /**
- * Appends all pages of `addition` to the end of `existing`, in place. `options` is reserved and empty.
- * Returns non-zero on success; on failure 0, and `existing` is as it was.
+ * Appends all pages of `addition` to the end of `existing`, in place. `options` is reserved and
+ * empty. Returns non-zero on success; on failure 0, and `existing` is as it was. If `existing` is a
+ * link, the file that it leads to grows; mode and owner stay. Both files may be the same one.
+ *
+ * The part keeps its annotations, field values, links, boxes, rotation, layers, page labels and
+ * bookmarks (these follow those of `existing`). A field or named destination whose name is taken
+ * gets another one; pages without labels are numbered by their place if others have labels.
+ * Document information, attachments and protection are those of `existing`. An addition that is cut
+ * off, has lost objects or holds fewer pages than it says is refused.
+ *
+ * Until FinishAppends a hidden working copy may lie beside `existing` (as large as it is); a killed
+ * process leaves it there, and the next append to the file removes it.
  */
 MELDER_API int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
                                       const char16_t* options);
 
-/** Writes the pages of `first`, then those of `second`, to a new file `target`. Non-zero on success. */
+/**
+ * Writes the pages of `first`, then those of `second`, to a new file `target`, whole or not at all;
+ * a file of that name is replaced. All else is as if `second` were appended to `first`. Non-zero on
+ * success.
+ */
 MELDER_API int32_t getAppendPDFFile(const char16_t* first, const char16_t* second,
                                     const char16_t* target);
 
@@ -53,8 +67,8 @@ MELDER_API int32_t getAppendPDFFile(const char16_t* first, const char16_t* secon
 MELDER_API int32_t GetStatus(void);
 
 /**
- * Lets go of what is kept to make a further append to the same file cheap (a working copy beside it).
- * Called at the end of a run; also done when the library is unloaded.
+ * Lets go of what is kept to make a further append to the same file cheap (a working copy beside
+ * it). Called at the end of a run; also done when the library is unloaded.
  */
 MELDER_API void FinishAppends(void);
 
