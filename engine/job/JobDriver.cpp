@@ -9,6 +9,7 @@
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
+#include "engine/output/OutputFileList.h"
 #include "engine/output/OutputWriter.h"
 #include "engine/plan/SplitMethod.h"
 #include "engine/report/PagePositions.h"
@@ -199,15 +200,20 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   m_account.start(pageCount);
   OutputWriter writer(setup, m_state, {m_libraries.split, m_libraries.append}, m_person, m_account);
   writer.startSource(source, pageCount);
+  const bool deletesOldFiles = usesExternalCommand(setup) && !setup.createList;
   DiskOutputPlaces places({source, scannedFile(source)},
-                          usesExternalCommand(setup) ? DiskOutputPlaces::OldFile::Deleted
-                                                     : DiskOutputPlaces::OldFile::KeptUntilWritten);
-  RangePipeline pipeline(setup, m_state, m_libraries.text, m_person,
-                         {source, scannedFile(source), pageCount},
-                         {places, writer, reports, m_emails, {}});
+                          deletesOldFiles ? DiskOutputPlaces::OldFile::Deleted
+                                          : DiskOutputPlaces::OldFile::KeptUntilWritten);
+  OutputFileList list(setup, source);
+  RangePipeline pipeline(
+      setup, m_state, m_libraries.text, m_person, {source, scannedFile(source), pageCount},
+      {places, setup.createList ? static_cast<OutputList&>(list) : writer, reports, m_emails, {}});
   pipeline.run();
   m_libraries.append.FinishAppends();
   m_writtenFiles = writer.writtenFiles();
+  if (setup.createList) {
+    tellFileList(list);
+  }
 
   if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
     m_account.stopped(page, pageCount);
@@ -218,6 +224,19 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   reports.writeTotals(m_state.outputCount);
   for (const QString& line : pipeline.findings().lines()) {
     m_person.note(QStringLiteral("%1: %2").arg(source, line));
+  }
+}
+
+void JobDriver::tellFileList(OutputFileList& list) {
+  if (m_state.mustEnd()) {
+    return; // a list of a part would pass for all of it
+  }
+  if (const QString problem = list.close(); !problem.isEmpty()) {
+    fail(RunError::OutputFailed, problem);
+  } else if (list.count() > 0) {
+    m_person.note(QStringLiteral("%1: lists %2 output(s); no PDF was written")
+                      .arg(list.path())
+                      .arg(list.count()));
   }
 }
 
@@ -278,7 +297,9 @@ void JobDriver::tellEnd(const Reports& reports) {
       m_person.openDocument(reports.paths().text);
     }
   }
-  m_person.note(m_account.summary(m_writtenFiles));
+  if (!m_store.working().createList) {
+    m_person.note(m_account.summary(m_writtenFiles));
+  }
 }
 
 QStringList JobDriver::NearestWords() {

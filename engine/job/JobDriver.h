@@ -15,6 +15,7 @@ class CAppendPdfInit;
 class CPDFTextDumpInit;
 class CSplitPdfInit;
 class MatchObserver;
+class OutputFileList;
 class Reports;
 class SourceFile;
 
@@ -72,6 +73,7 @@ private:
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
+  void tellFileList(OutputFileList& list);
   void tellEnd(const Reports& reports);
   void tellShowEnd();
   int openForReading(SourceFile& file, const QString& source);

@@ -38,7 +38,7 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   if (takesRestOfLine(m_nameMethod)) {
     range.rangeText = named.cleanedRestOfLine;
   }
-  if (!named.folderToMake.isEmpty() && !m_stages.onPlanned) {
+  if (!named.folderToMake.isEmpty() && !m_stages.onPlanned && !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
   const QString path = reserve(range, named.path, firstPage, lastPage);

@@ -240,6 +240,46 @@ TEST_F(Writing, FullDiskLeavesNoPartOfAFile) {
   EXPECT_EQ(m_person.notes.back(), "5 page(s): 3 in 2 file(s), 2 FAILED (1-2).");
 }
 
+TEST_F(Writing, ListInPlaceOfOutputs) {
+  writeFile(at("out/1001.pdf"), "old");
+  const QString list = at("out/a.pdf_filelist.txt");
+  const QByteArray names = (source() + '|' + at("out/")).toUtf8();
+  struct Row {
+    bool overwrite;
+    const char* lines;
+  };
+  for (const Row& row :
+       {Row{false,
+            "1001_part002.pdf|1|2|N\r\r\n#1002.pdf|3|3|N\r\r\n#1001_part003.pdf|4|5|N\r\r\n"},
+        Row{true, "1002.pdf|3|3|Y\r\r\n#1001.pdf|4|5|Y\r\r\n"}}) {
+    setup().createList = true;
+    setup().alwaysOverwrite = row.overwrite;
+    setup().keepBookmarks = row.overwrite;
+    setup().prefixFileName = "[EXTRACTTEXTDIR]/";
+    EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
+    EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "a.pdf_filelist.txt"}));
+    setup().prefixFileName.clear();
+    EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
+    EXPECT_EQ(contentOf(list), "\xEF\xBB\xBF" + names + QByteArray(row.lines).replace("#", names));
+    EXPECT_EQ(contentOf(at("out/1001.pdf")), "old");
+    EXPECT_EQ(reportLines().size(), 4);
+  }
+  // What was there stays when nothing can be listed.
+  const QByteArray before = contentOf(list);
+  setup().findString = "nothing";
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(contentOf(list), before);
+  setup().findString = "Account:";
+  m_person.onProgress = [this](const Progress& progress) {
+    if (progress.page == 4) {
+      driver().Stop();
+    }
+  };
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(contentOf(list), before);
+  EXPECT_EQ(filesBelow(at("out")).size(), 2);
+}
+
 TEST_F(Writing, PagesAreTakenOffTheFrontOnce) {
   setup().offsetFirst = 1;
   setup().extract = fileNameMethodTexts()[3];
