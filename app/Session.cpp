@@ -1,10 +1,10 @@
 #include "app/Session.h"
 
 #include "app/PlanPrinter.h"
+#include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace folivex {
@@ -13,10 +13,6 @@ namespace {
 
 QString missingLibrary(const QString& name) {
   return QStringLiteral("Error initilizing, dll missing or unable to load %1.dll").arg(name);
-}
-
-bool opensForReading(const QString& path) {
-  return QFile(platform::withoutTrailingBlanks(path)).open(QIODevice::ReadOnly);
 }
 
 /// Of a run that was told to stop: not all of its work is done.
@@ -146,7 +142,7 @@ std::optional<int> Session::loadNamedSetup() {
   if (m_setupPath.isEmpty()) {
     return std::nullopt;
   }
-  if (!opensForReading(m_setupPath)) {
+  if (!platform::isReadableFile(m_setupPath)) {
     m_person.note(QStringLiteral("%1: the setup file cannot be read").arg(m_setupPath));
     return static_cast<int>(RunError::SetupMissing);
   }
@@ -161,7 +157,7 @@ std::optional<int> Session::loadNamedSetup() {
 std::optional<int> Session::processSource(const QString& path) {
   m_store.setAutomation(true);
   m_driver->setAutomation(true);
-  if (!opensForReading(path)) {
+  if (!platform::isReadableFile(path)) {
     m_person.note(QStringLiteral("%1: the file cannot be read").arg(path));
     return static_cast<int>(RunError::SourceMissing);
   }

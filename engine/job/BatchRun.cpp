@@ -1,6 +1,6 @@
 #include "engine/job/BatchRun.h"
 
-#include <QFile>
+#include "platform/FileSystem.h"
 
 namespace folivex {
 
@@ -18,7 +18,7 @@ BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
       continue;
     }
     const QString path = rows.path(row);
-    if (!QFile(path).open(QIODevice::ReadOnly)) {
+    if (!platform::isReadableFile(path)) {
       rows.setStatus(row, fileError);
       continue;
     }

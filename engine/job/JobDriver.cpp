@@ -16,10 +16,10 @@
 #include "engine/report/ReportPaths.h"
 #include "engine/report/Reports.h"
 #include "engine/words/CPDFTextDumpInit.h"
+#include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
 #include <QDateTime>
-#include <QFile>
 
 namespace folivex {
 
@@ -376,7 +376,7 @@ void JobDriver::ListPagePositions(int page) {
   resetState();
   const SplitSetup& setup = m_store.working();
   const QString source = platform::withoutTrailingBlanks(setup.fileName);
-  if (!QFile(source).open(QIODevice::ReadOnly)) {
+  if (!platform::isReadableFile(source)) {
     tell(QStringLiteral("Unable to open file: %1").arg(source));
     return;
   }

@@ -23,13 +23,23 @@ int readAheadThreads() {
 
 } // namespace
 
+namespace {
+
+/// A pipe or device may never come to an end, and neither library could be stopped.
+bool isNoOrdinaryFile(const QString& path) {
+  const QFileInfo file(path);
+  return file.exists() && !file.isFile();
+}
+
+} // namespace
+
 SourceFile::~SourceFile() {
   m_libraries.text.PdfTextDumpCloseFile();
   m_libraries.split.PdfTextDumpCloseFile();
 }
 
 void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup) {
-  if (usesExternalCommand(setup)) {
+  if (usesExternalCommand(setup) || isNoOrdinaryFile(source)) {
     return;
   }
   m_splits = true;
@@ -48,6 +58,10 @@ void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup
 }
 
 int SourceFile::countPages(const QString& source, const SplitSetup& setup) {
+  if (isNoOrdinaryFile(source)) {
+    m_problem = QStringLiteral("%1: is no ordinary file").arg(source);
+    return 0;
+  }
   m_pageCount = m_libraries.text.GetPageCount(utf16(source), utf16(setup.pdfPassword));
   if (m_pageCount <= 0) {
     m_pageCount = 0;

@@ -3,6 +3,8 @@
 
 #include <QRegularExpression>
 
+#include <sys/stat.h>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -101,6 +103,8 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
   QDir(place.work()).mkpath("blocked.pdf_report.txt");
   source("blocked.pdf", {"X"});
 
+  ASSERT_EQ(mkfifo(QFile::encodeName(place.at("pipe.pdf")).constData(), 0600), 0);
+
   // The default setup finds nothing, so that outputs prove which setup was used.
   setup.findString = "nothing";
   fxs("../tmp/Folivex.ini");
@@ -146,6 +150,8 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
       {"quotes handed on", {"-u\"split.fxs\"", "-f\"my file.pdf\"", "-c"}, 0, {"M1.pdf"}, ""},
       {"values apart, not closed", {"-u", "split.fxs", "-f", "my file.pdf"}, 0, {"M1.pdf"}, ""},
       {"folder named as a source", {"-usplit.fxs", "-ffolder", "-c"}, shown(-1), {}, "folder: "},
+      {"pipe named as a source", {"-usplit.fxs", "-fpipe.pdf", "-c"}, shown(-1), {}, "pipe.pdf: "},
+      {"pipe named as a setup", {"-upipe.pdf", "-fa.pdf", "-c"}, shown(-2), {}, "pipe.pdf: "},
       {"report in the way, and the next file",
        {"-usplit.fxs", "-fblocked.pdf", "-fa.pdf", "-c"},
        shown(-3),

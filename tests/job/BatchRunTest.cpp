@@ -2,6 +2,8 @@
 #include "engine/job/BatchRun.h"
 #include "tests/support/RunBench.h"
 
+#include <sys/stat.h>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -76,9 +78,11 @@ TEST_F(Batch, FileThatCannotBeProcessedIsNotDone) {
   writeFile(at("in/b.pdf"), "no PDF at all");
   // Its text report cannot be made.
   QDir(folder()).mkpath("in/c.pdf_report.txt");
-  m_rows.rows = {use("in/b.pdf"), use("in"), use("in/c.pdf"), use("in/a.pdf")};
+  ASSERT_EQ(mkfifo(QFile::encodeName(at("in/pipe")).constData(), 0600), 0);
+  m_rows.rows = {use("in/b.pdf"), use("in"), use("in/pipe"), use("in/c.pdf"), use("in/a.pdf")};
   driver().ProcessBatch(m_rows);
-  EXPECT_EQ(m_rows.statuses(), (QStringList{"file error", "file error", "file error", "Done"}));
+  EXPECT_EQ(m_rows.statuses(),
+            (QStringList{"file error", "file error", "file error", "file error", "Done"}));
   EXPECT_EQ(m_person.messages.size(), 1) << m_person.messages.join('\n').toStdString();
   EXPECT_EQ(m_person.notes.filter(at("in/b.pdf")).size(), 1) << m_person.allNotes().toStdString();
   EXPECT_EQ(m_person.notes.filter("in/c.pdf_report.txt, try changing").size(), 1);

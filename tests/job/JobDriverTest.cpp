@@ -2,6 +2,8 @@
 #include "engine/match/MatchObserver.h"
 #include "tests/support/RunBench.h"
 
+#include <sys/stat.h>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -332,6 +334,15 @@ TEST_F(Job, PagePositionsOfOnePage) {
   driver().ListPagePositions(1);
   EXPECT_EQ(m_person.messages, QStringList{"Unable to open file: " + at("in/none.pdf")});
   EXPECT_EQ(filesBelow(folder()), (QStringList{"in/a.pdf", "tmp/page_positions.txt"}));
+}
+
+TEST_F(Job, PipeIsNeverWaitedFor) {
+  QFile::remove(source());
+  ASSERT_EQ(mkfifo(QFile::encodeName(source()).constData(), 0600), 0);
+  EXPECT_EQ(run(), RunError::Unreadable);
+  EXPECT_EQ(m_person.messages, QStringList{source() + ": is no ordinary file"});
+  driver().ListPagePositions(1);
+  EXPECT_EQ(m_person.messages.back(), "Unable to open file: " + source());
 }
 
 TEST_F(Job, NamesOfPagesBeyondTheSourceAreNeverReserved) {
