@@ -126,6 +126,16 @@ TEST(RightToLeft, NumbersAndLatinWordsKeepTheirOrder) {
             "\u0645\u0644\u0627"); // a ligature keeps its letters' order
 }
 
+TEST(RightToLeft, AnAddressWithAPieceInItStaysAnAddress) {
+  EXPECT_EQ(textOf(wordsInUnicode("<0078002E006E00650074002F05D205D105D0> Tj")),
+            "x.net/\u05D0\u05D1\u05D2");
+}
+
+TEST(Wide, JustifiedCharactersStayTogetherAndNumbersDoNot) {
+  EXPECT_EQ(textOf(wordsInUnicode("[<672C>-150<7AE0>-150<5C06>] TJ")), "\u672C\u7AE0\u5C06");
+  EXPECT_EQ(textOf(wordsInUnicode("[<0035>-150<7AE0>] TJ")), "5 \u7AE0");
+}
+
 TEST(Vertical, GlyphsBelowOneAnotherAreAWord) {
   const auto words = wordsInUnicode("<65E5672C8A9E> Tj 0 -60 Td <6771> Tj", "Identity-V");
   ASSERT_EQ(words.size(), 2U);

@@ -77,6 +77,12 @@ bool isPresentationForm(char32_t c) {
          (c >= 0xFE70 && c <= 0xFEFC) || (c >= 0x0132 && c <= 0x0133) || c == 0x0149;
 }
 
+bool isWide(char32_t c) {
+  return (c >= 0x3001 && c <= 0x30FF) || (c >= 0x3400 && c <= 0x9FFF) ||
+         (c >= 0xF900 && c <= 0xFAFF) || (c >= 0xFF01 && c <= 0xFF65) ||
+         (c >= 0x20000 && c <= 0x3FFFF);
+}
+
 constexpr std::pair<char16_t, char16_t> accents[] = {
     {0x0060, 0x0300}, {0x00B4, 0x0301}, {0x005E, 0x0302}, {0x02C6, 0x0302},
     {0x007E, 0x0303}, {0x02DC, 0x0303}, {0x00AF, 0x0304}, {0x02C9, 0x0304},
@@ -129,6 +135,8 @@ std::uint16_t traitsOf(char32_t c) {
     traits |= TraitRightToLeft;
   else if (direction == U_LEFT_TO_RIGHT)
     traits |= TraitLetter;
+  if (isWide(c))
+    traits |= TraitWide;
   if (isMark(c))
     traits |= TraitMark | TraitCombining;
   else if (composer() != nullptr && !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c)))
@@ -139,7 +147,7 @@ std::uint16_t traitsOf(char32_t c) {
 }
 
 std::uint16_t traitsOf(std::u16string_view text) {
-  constexpr std::uint16_t whole = TraitBlank | TraitNothing | TraitAccent | TraitMark;
+  constexpr std::uint16_t whole = TraitBlank | TraitNothing | TraitAccent | TraitMark | TraitWide;
   std::uint16_t any = 0;
   std::uint16_t every = whole;
   for (std::size_t at = 0; at < text.size();) {

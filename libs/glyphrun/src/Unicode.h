@@ -18,7 +18,8 @@ enum TextTrait : std::uint16_t {
   TraitCombining = 16,  /**< may compose with what stands before it */
   TraitAccent = 32,     /**< a spacing accent, which some fonts draw over a letter */
   TraitLetter = 64,     /**< a letter of a left-to-right script */
-  TraitMark = 128       /**< stands over, under or around the letter before it */
+  TraitMark = 128,      /**< stands over, under or around the letter before it */
+  TraitWide = 1024      /**< Chinese or Japanese, written without blanks and justified by gaps */
 };
 
 /** Traits of one code point. */

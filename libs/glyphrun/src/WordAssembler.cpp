@@ -20,6 +20,8 @@ constexpr double deepestOverlap = 0.25;
 // A step back that may still be kerning, or the second drawing of a narrow glyph.
 constexpr double slightOverlap = 0.05;
 constexpr double boldShift = 0.12;
+// Chinese and Japanese lines are justified by gaps of up to this part of an em.
+constexpr double widestGlue = 0.25;
 constexpr double sliver = 0.1;
 // Middle of a lower-case letter, above the baseline.
 constexpr double middleHeight = 0.25;
@@ -110,6 +112,7 @@ void WordAssembler::beginRun(const GlyphRun& run) {
                            gap >= -deepestOverlap * run.emAlong;
     current_.end = static_cast<float>(before);
     steppedBack_ = continues && gap < -slightOverlap * run.emAlong;
+    narrowGap_ = sameWay && std::abs(shift) <= sliver * em && gap > 0 && gap <= widestGlue * run.em;
     parting_ = !continues || steppedBack_;
     partingShift_ = shift;
     if (!sameWay)
@@ -137,6 +140,7 @@ void WordAssembler::addGap(double gap) {
   steppedBack_ = continues && gap < -slightOverlap * run_.emAlong;
   if (continues && !steppedBack_)
     return;
+  narrowGap_ = gap > 0 && gap <= widestGlue * run_.em;
   current_.end = static_cast<float>(runStart_ + lastEnd_);
   parting_ = true;
   partingShift_ = 0;
@@ -161,7 +165,8 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
     parting_ = steppedBack_ = false;
     return;
   }
-  if (parting_ && !steppedBack_)
+  const bool glue = narrowGap_ && (traits & lastTraits_ & TraitWide) != 0;
+  if (parting_ && !steppedBack_ && !glue)
     closeFragment(false);
   parting_ = steppedBack_ = false;
   if (!open_ && text.empty()) {

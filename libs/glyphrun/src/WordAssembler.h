@@ -159,6 +159,7 @@ private:
   // belongs to it, or repeats its last one.
   bool parting_ = false;
   bool steppedBack_ = false; /**< no farther than kerning does; parting_ as well */
+  bool narrowGap_ = false;   /**< parts no characters that know no blanks; parting_ as well */
   std::uint8_t heading_ = 0;
   std::uint16_t lastTraits_ = 0; /**< of the last glyph */
 };
