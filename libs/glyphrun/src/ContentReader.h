@@ -5,12 +5,12 @@
 #include "FontLoader.h"
 #include "Geometry.h"
 #include "PdfObject.h"
+#include "SharedContent.h"
 #include "WordAssembler.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace glyphrun {
@@ -21,37 +21,6 @@ struct PageLimits {
   std::size_t glyphs = 1'000'000;
   std::size_t contentBytes = std::size_t{256} << 20;
   int formDepth = 28;
-};
-
-/** Layers of a document: which are hidden on the screen. */
-class LayerVisibility {
-public:
-  LayerVisibility(MuContext& mu, pdf_document* document) : mu_(mu), document_(document) {}
-  /** Of an optional-content group or membership dictionary. */
-  bool hides(const PdfObject& content);
-
-private:
-  MuContext& mu_;
-  pdf_document* document_;
-  std::unordered_map<int, bool> known_;
-};
-
-/** Contents of form XObjects that pages share, up to some megabytes. */
-class FormCache {
-public:
-  explicit FormCache(StreamReader& streams) : streams_(streams) {}
-
-  struct Form {
-    StreamData data;
-    bool textless = false; /**< showed no text when it was last drawn in full */
-  };
-  /** Null when the stream cannot be read. `limit` bounds what is read. */
-  std::shared_ptr<Form> find(const PdfObject& stream, std::size_t limit);
-
-private:
-  StreamReader& streams_;
-  std::unordered_map<int, std::shared_ptr<Form>> forms_;
-  std::size_t bytes_ = 0;
 };
 
 /** Reads the content of one page after the other. Only text, state, matrix and form operators
