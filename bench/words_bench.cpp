@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <string>
 
@@ -33,25 +34,19 @@ void readPage(int page, Totals& totals) {
   totals.words += static_cast<std::uint64_t>(count);
 }
 
-} // namespace
-
-int main(int argc, char* argv[]) {
-  if (argc != 2) {
-    std::fputs("usage: words_bench FILE\n", stderr);
-    return 2;
-  }
-  const std::u16string path = std::filesystem::path(argv[1]).u16string();
+int readFile(const char* file) {
+  const std::u16string path = std::filesystem::path(file).u16string();
   const int pages = GetPageCount(path.c_str(), u"");
   PdfTextDumpOpenFile(path.c_str(), u"");
   if (pages == 0 || GetProcessingStatus() != GLYPHRUN_OK) {
-    std::fprintf(stderr, "words_bench: %s: failure %d\n", argv[1], GlyphrunLastError());
+    std::fprintf(stderr, "words_bench: %s: failure %d\n", file, GlyphrunLastError());
     return 1;
   }
   Totals totals;
   for (int page = 1; page <= pages; ++page) {
     readPage(page, totals);
     if (GetProcessingStatus() != GLYPHRUN_OK) {
-      std::fprintf(stderr, "words_bench: %s: page %d: failure %d\n", argv[1], page,
+      std::fprintf(stderr, "words_bench: %s: page %d: failure %d\n", file, page,
                    GlyphrunLastError());
       return 1;
     }
@@ -61,4 +56,19 @@ int main(int argc, char* argv[]) {
               static_cast<unsigned long long>(totals.words),
               static_cast<unsigned long long>(totals.sum));
   return 0;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+  if (argc != 2) {
+    std::fputs("usage: words_bench FILE\n", stderr);
+    return 2;
+  }
+  try {
+    return readFile(argv[1]);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "words_bench: %s: %s\n", argv[1], error.what());
+    return 1;
+  }
 }
