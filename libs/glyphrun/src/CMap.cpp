@@ -40,27 +40,27 @@ const Range* findRange(const std::vector<Range>& ranges, std::uint32_t code) {
 /** Reads the operators of a CMap file one after the other. */
 class CMapParser {
 public:
-  CMapParser(std::string_view stream, CMap& map) : lexer_(stream), map_(map) {}
+  CMapParser(std::string_view stream, CMap& map) : m_lexer(stream), m_map(map) {}
 
   void run() {
     Token previous;
     Token token;
-    while (lexer_.next(token) != TokenKind::End) {
+    while (m_lexer.next(token) != TokenKind::End) {
       if (token.kind == TokenKind::Keyword)
         handle(token.text, previous);
       else if (token.kind == TokenKind::Number && previous.kind == TokenKind::Name &&
                previous.text == "WMode")
-        map_.vertical_ = token.number == 1;
+        m_map.m_vertical = token.number == 1;
       previous = token;
     }
-    sortRanges(map_.cids_);
-    sortRanges(map_.texts_);
+    sortRanges(m_map.m_cids);
+    sortRanges(m_map.m_texts);
   }
 
 private:
   void handle(std::string_view keyword, const Token& previous) {
     if (keyword == "usecmap" && previous.kind == TokenKind::Name)
-      map_.base_ = std::string(previous.text);
+      m_map.m_base = std::string(previous.text);
     else if (keyword == "begincodespacerange")
       readCodeSpaces();
     else if (keyword == "begincidchar")
@@ -77,7 +77,7 @@ private:
   // too.
   bool takeString(std::string_view& text) {
     Token token;
-    if (lexer_.next(token) != TokenKind::String)
+    if (m_lexer.next(token) != TokenKind::String)
       return false;
     text = token.text;
     return true;
@@ -88,7 +88,8 @@ private:
     std::string_view high;
     while (takeString(low) && takeString(high))
       if (!low.empty() && low.size() <= 4)
-        map_.codeSpaces_.push_back({codeOf(low), codeOf(high), static_cast<unsigned>(low.size())});
+        m_map.m_codeSpaces.push_back(
+            {codeOf(low), codeOf(high), static_cast<unsigned>(low.size())});
   }
 
   void readCids(bool ranges) {
@@ -98,10 +99,10 @@ private:
       if (ranges && !takeString(high))
         return;
       Token cid;
-      if (lexer_.next(cid) != TokenKind::Number)
+      if (m_lexer.next(cid) != TokenKind::Number)
         return;
       if (cid.number >= 0 && cid.number <= 0xFFFF && codeOf(low) <= codeOf(high))
-        map_.cids_.push_back({codeOf(low), codeOf(high), static_cast<std::uint32_t>(cid.number)});
+        m_map.m_cids.push_back({codeOf(low), codeOf(high), static_cast<std::uint32_t>(cid.number)});
     }
   }
 
@@ -112,7 +113,7 @@ private:
       if (ranges && !takeString(high))
         return;
       Token target;
-      lexer_.next(target);
+      m_lexer.next(target);
       if (target.kind == TokenKind::String)
         addText(codeOf(low), codeOf(high), target.text);
       else if (target.kind == TokenKind::ArrayOpen)
@@ -124,7 +125,7 @@ private:
 
   void readTextArray(std::uint32_t low, std::uint32_t high) {
     Token item;
-    for (std::uint64_t code = low; lexer_.next(item) == TokenKind::String; ++code)
+    for (std::uint64_t code = low; m_lexer.next(item) == TokenKind::String; ++code)
       if (code <= high)
         addText(static_cast<std::uint32_t>(code), static_cast<std::uint32_t>(code), item.text);
   }
@@ -133,18 +134,18 @@ private:
     constexpr std::size_t longestText = 64;
     if (low > high || utf16.empty())
       return;
-    const auto offset = static_cast<std::uint32_t>(map_.pool_.size());
+    const auto offset = static_cast<std::uint32_t>(m_map.m_pool.size());
     if (utf16.size() == 1)
-      map_.pool_.push_back(static_cast<unsigned char>(utf16[0]));
+      m_map.m_pool.push_back(static_cast<unsigned char>(utf16[0]));
     for (std::size_t i = 0; i + 1 < utf16.size() && i < 2 * longestText; i += 2)
-      map_.pool_.push_back(static_cast<char16_t>(static_cast<unsigned char>(utf16[i]) << 8 |
-                                                 static_cast<unsigned char>(utf16[i + 1])));
-    map_.texts_.push_back(
-        {low, high, offset, static_cast<std::uint32_t>(map_.pool_.size()) - offset});
+      m_map.m_pool.push_back(static_cast<char16_t>(static_cast<unsigned char>(utf16[i]) << 8 |
+                                                   static_cast<unsigned char>(utf16[i + 1])));
+    m_map.m_texts.push_back(
+        {low, high, offset, static_cast<std::uint32_t>(m_map.m_pool.size()) - offset});
   }
 
-  ContentLexer lexer_;
-  CMap& map_;
+  ContentLexer m_lexer;
+  CMap& m_map;
 };
 
 CMap CMap::parse(std::string_view stream) {
@@ -157,7 +158,7 @@ unsigned CMap::takeCode(std::string_view bytes, std::uint32_t& code) const {
   code = 0;
   for (unsigned n = 1; n <= 4 && n <= bytes.size(); ++n) {
     code = (code << 8) | static_cast<unsigned char>(bytes[n - 1]);
-    for (const CodeSpace& space : codeSpaces_)
+    for (const CodeSpace& space : m_codeSpaces)
       if (space.bytes == n && code >= space.low && code <= space.high)
         return n;
   }
@@ -165,7 +166,7 @@ unsigned CMap::takeCode(std::string_view bytes, std::uint32_t& code) const {
 }
 
 bool CMap::findCid(std::uint32_t code, std::uint32_t& cid) const {
-  const CidRange* range = findRange(cids_, code);
+  const CidRange* range = findRange(m_cids, code);
   if (range == nullptr)
     return false;
   cid = range->cid + (code - range->low);
@@ -173,10 +174,10 @@ bool CMap::findCid(std::uint32_t code, std::uint32_t& cid) const {
 }
 
 bool CMap::appendText(std::uint32_t code, std::u16string& text) const {
-  const TextRange* range = findRange(texts_, code);
+  const TextRange* range = findRange(m_texts, code);
   if (range == nullptr)
     return false;
-  text.append(pool_, range->offset, range->length);
+  text.append(m_pool, range->offset, range->length);
   // Of the text of a range only its last unit counts on; across a surrogate pair it carries over.
   const std::uint32_t step = code - range->low;
   if (step == 0)

@@ -17,11 +17,11 @@ public:
   /** Takes what the stream holds; what makes no sense in it is passed over. */
   static CMap parse(std::string_view stream);
 
-  bool empty() const { return cids_.empty() && texts_.empty() && codeSpaces_.empty(); }
-  bool hasTexts() const { return !texts_.empty(); }
-  bool vertical() const { return vertical_; }
+  bool empty() const { return m_cids.empty() && m_texts.empty() && m_codeSpaces.empty(); }
+  bool hasTexts() const { return !m_texts.empty(); }
+  bool vertical() const { return m_vertical; }
   /** Name of the map that this one builds on, or empty. */
-  const std::string& base() const { return base_; }
+  const std::string& base() const { return m_base; }
 
   /**
    * Takes the next code of a string by the code spaces: its value and, as result, its number of
@@ -48,17 +48,17 @@ private:
   struct TextRange {
     std::uint32_t low;
     std::uint32_t high;
-    std::uint32_t offset; /**< of the text of `low` in pool_ */
+    std::uint32_t offset; /**< of the text of `low` in m_pool */
     std::uint32_t length;
   };
   friend class CMapParser;
 
-  std::vector<CodeSpace> codeSpaces_;
-  std::vector<CidRange> cids_;
-  std::vector<TextRange> texts_;
-  std::u16string pool_;
-  std::string base_;
-  bool vertical_ = false;
+  std::vector<CodeSpace> m_codeSpaces;
+  std::vector<CidRange> m_cids;
+  std::vector<TextRange> m_texts;
+  std::u16string m_pool;
+  std::string m_base;
+  bool m_vertical = false;
 };
 
 } // namespace glyphrun

@@ -53,15 +53,15 @@ constexpr int maximumDigits = 15;
 
 TokenKind ContentLexer::next(Token& token) {
   for (;;) {
-    while (at_ < end_ && classOf(*at_) == White)
-      ++at_;
-    if (at_ >= end_)
+    while (m_at < m_end && classOf(*m_at) == White)
+      ++m_at;
+    if (m_at >= m_end)
       return token.kind = TokenKind::End;
-    const char c = *at_;
+    const char c = *m_at;
     switch (c) {
     case '%':
-      while (at_ < end_ && *at_ != '\n' && *at_ != '\r')
-        ++at_;
+      while (m_at < m_end && *m_at != '\n' && *m_at != '\r')
+        ++m_at;
       continue;
     case '/':
       readName(token);
@@ -70,29 +70,29 @@ TokenKind ContentLexer::next(Token& token) {
       readString(token);
       return token.kind = TokenKind::String;
     case '<':
-      if (at_ + 1 < end_ && at_[1] == '<') {
-        at_ += 2;
+      if (m_at + 1 < m_end && m_at[1] == '<') {
+        m_at += 2;
         return token.kind = TokenKind::DictOpen;
       }
       readHexString(token);
       return token.kind = TokenKind::String;
     case '>':
-      if (at_ + 1 < end_ && at_[1] == '>') {
-        at_ += 2;
+      if (m_at + 1 < m_end && m_at[1] == '>') {
+        m_at += 2;
         return token.kind = TokenKind::DictClose;
       }
-      ++at_;
+      ++m_at;
       continue;
     case '[':
-      ++at_;
+      ++m_at;
       return token.kind = TokenKind::ArrayOpen;
     case ']':
-      ++at_;
+      ++m_at;
       return token.kind = TokenKind::ArrayClose;
     case ')':
     case '{':
     case '}':
-      ++at_;
+      ++m_at;
       continue;
     default:
       if (isDigit(c) || c == '-' || c == '+' || c == '.') {
@@ -107,52 +107,53 @@ TokenKind ContentLexer::next(Token& token) {
 
 void ContentLexer::readNumber(Token& token) {
   bool negative = false;
-  while (at_ < end_ && (*at_ == '-' || *at_ == '+')) {
-    negative = negative || *at_ == '-';
-    ++at_;
+  while (m_at < m_end && (*m_at == '-' || *m_at == '+')) {
+    negative = negative || *m_at == '-';
+    ++m_at;
   }
   std::int64_t mantissa = 0;
   int digits = 0;
   int scale = 0;
   double overflow = 1;
-  for (; at_ < end_ && isDigit(*at_); ++at_) {
+  for (; m_at < m_end && isDigit(*m_at); ++m_at) {
     if (digits < maximumDigits) {
-      mantissa = mantissa * 10 + (*at_ - '0');
+      mantissa = mantissa * 10 + (*m_at - '0');
       digits += mantissa != 0;
     } else {
       overflow *= 10;
     }
   }
-  if (at_ < end_ && *at_ == '.') {
-    for (++at_; at_ < end_ && isDigit(*at_); ++at_) {
+  if (m_at < m_end && *m_at == '.') {
+    for (++m_at; m_at < m_end && isDigit(*m_at); ++m_at) {
       if (digits < maximumDigits && scale < maximumDigits) {
-        mantissa = mantissa * 10 + (*at_ - '0');
+        mantissa = mantissa * 10 + (*m_at - '0');
         digits += mantissa != 0;
         ++scale;
       }
     }
   }
   // "12-34" and the like occur; the rest of such a number means nothing.
-  while (at_ < end_ && classOf(*at_) == Regular && (*at_ == '-' || *at_ == '.' || isDigit(*at_)))
-    ++at_;
+  while (m_at < m_end && classOf(*m_at) == Regular &&
+         (*m_at == '-' || *m_at == '.' || isDigit(*m_at)))
+    ++m_at;
   const double value = static_cast<double>(mantissa) * fractions[scale] * overflow;
   token.number = negative ? -value : value;
 }
 
 void ContentLexer::readName(Token& token) {
-  const char* from = ++at_;
+  const char* from = ++m_at;
   bool escaped = false;
-  while (at_ < end_ && classOf(*at_) == Regular) {
-    escaped = escaped || *at_ == '#';
-    ++at_;
+  while (m_at < m_end && classOf(*m_at) == Regular) {
+    escaped = escaped || *m_at == '#';
+    ++m_at;
   }
-  token.text = std::string_view(from, static_cast<std::size_t>(at_ - from));
+  token.text = std::string_view(from, static_cast<std::size_t>(m_at - from));
   if (!escaped)
     return;
   char* out = scratchFor(from);
   std::size_t length = 0;
-  for (const char* p = from; p < at_; ++p) {
-    if (*p == '#' && at_ - p > 2 && hexDigit(p[1]) >= 0 && hexDigit(p[2]) >= 0) {
+  for (const char* p = from; p < m_at; ++p) {
+    if (*p == '#' && m_at - p > 2 && hexDigit(p[1]) >= 0 && hexDigit(p[2]) >= 0) {
       out[length++] = static_cast<char>(hexDigit(p[1]) * 16 + hexDigit(p[2]));
       p += 2;
     } else {
@@ -163,14 +164,14 @@ void ContentLexer::readName(Token& token) {
 }
 
 void ContentLexer::readString(Token& token) {
-  const char* from = ++at_;
+  const char* from = ++m_at;
   int depth = 1;
   bool plain = true;
-  for (; at_ < end_; ++at_) {
-    const char c = *at_;
+  for (; m_at < m_end; ++m_at) {
+    const char c = *m_at;
     if (c == '\\') {
       plain = false;
-      ++at_;
+      ++m_at;
     } else if (c == '(') {
       ++depth;
     } else if (c == ')') {
@@ -180,8 +181,8 @@ void ContentLexer::readString(Token& token) {
       plain = false;
     }
   }
-  const char* to = at_ < end_ ? at_ : end_;
-  at_ = to < end_ ? to + 1 : end_;
+  const char* to = m_at < m_end ? m_at : m_end;
+  m_at = to < m_end ? to + 1 : m_end;
   if (plain)
     token.text = std::string_view(from, static_cast<std::size_t>(to - from));
   else
@@ -241,12 +242,12 @@ void ContentLexer::decodeString(const char* from, const char* to, Token& token) 
 }
 
 void ContentLexer::readHexString(Token& token) {
-  const char* from = ++at_;
+  const char* from = ++m_at;
   char* out = scratchFor(from);
   std::size_t length = 0;
   int high = -1;
-  for (; at_ < end_ && *at_ != '>'; ++at_) {
-    const int digit = hexDigit(*at_);
+  for (; m_at < m_end && *m_at != '>'; ++m_at) {
+    const int digit = hexDigit(*m_at);
     if (digit < 0)
       continue;
     if (high < 0) {
@@ -258,47 +259,47 @@ void ContentLexer::readHexString(Token& token) {
   }
   if (high >= 0)
     out[length++] = static_cast<char>(high * 16);
-  if (at_ < end_)
-    ++at_;
+  if (m_at < m_end)
+    ++m_at;
   token.text = std::string_view(out, length);
 }
 
 void ContentLexer::readKeyword(Token& token) {
-  const char* from = at_;
-  while (at_ < end_ && classOf(*at_) == Regular)
-    ++at_;
-  token.text = std::string_view(from, static_cast<std::size_t>(at_ - from));
+  const char* from = m_at;
+  while (m_at < m_end && classOf(*m_at) == Regular)
+    ++m_at;
+  token.text = std::string_view(from, static_cast<std::size_t>(m_at - from));
 }
 
 char* ContentLexer::scratchFor(const char* source) {
   // One byte more: an empty buffer still needs a place to point at.
-  if (!scratch_)
-    scratch_.reset(new char[static_cast<std::size_t>(end_ - begin_) + 1]);
-  return scratch_.get() + (source - begin_);
+  if (!m_scratch)
+    m_scratch.reset(new char[static_cast<std::size_t>(m_end - m_begin) + 1]);
+  return m_scratch.get() + (source - m_begin);
 }
 
 void ContentLexer::skipInlineImageData() {
   constexpr std::ptrdiff_t lookAhead = 24;
-  if (at_ < end_)
-    ++at_;
-  for (; end_ - at_ >= 2; ++at_) {
-    at_ = static_cast<const char*>(std::memchr(at_, 'E', static_cast<std::size_t>(end_ - at_)));
-    if (at_ == nullptr || end_ - at_ < 2)
+  if (m_at < m_end)
+    ++m_at;
+  for (; m_end - m_at >= 2; ++m_at) {
+    m_at = static_cast<const char*>(std::memchr(m_at, 'E', static_cast<std::size_t>(m_end - m_at)));
+    if (m_at == nullptr || m_end - m_at < 2)
       break;
-    if (at_[1] != 'I' || (at_ > begin_ && classOf(at_[-1]) != White) ||
-        (at_ + 2 < end_ && classOf(at_[2]) != White))
+    if (m_at[1] != 'I' || (m_at > m_begin && classOf(m_at[-1]) != White) ||
+        (m_at + 2 < m_end && classOf(m_at[2]) != White))
       continue;
-    const char* from = at_ + 2;
-    const char* to = end_ - from < lookAhead ? end_ : from + lookAhead;
+    const char* from = m_at + 2;
+    const char* to = m_end - from < lookAhead ? m_end : from + lookAhead;
     bool text = true;
     for (const char* p = from; p < to && text; ++p)
       text = classOf(*p) == White ? *p != '\0' : (*p >= 0x20 && *p < 0x7F);
     if (text) {
-      at_ = from;
+      m_at = from;
       return;
     }
   }
-  at_ = end_;
+  m_at = m_end;
 }
 
 } // namespace glyphrun

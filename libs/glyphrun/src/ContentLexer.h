@@ -33,7 +33,7 @@ struct Token {
 class ContentLexer {
 public:
   explicit ContentLexer(std::string_view buffer)
-      : begin_(buffer.data()), at_(buffer.data()), end_(buffer.data() + buffer.size()) {}
+      : m_begin(buffer.data()), m_at(buffer.data()), m_end(buffer.data() + buffer.size()) {}
 
   /** Fills `token` and returns its kind; End from the end of the buffer on. */
   TokenKind next(Token& token);
@@ -53,11 +53,11 @@ private:
   void decodeString(const char* from, const char* to, Token& token);
   char* scratchFor(const char* source);
 
-  const char* begin_;
-  const char* at_;
-  const char* end_;
+  const char* m_begin;
+  const char* m_at;
+  const char* m_end;
   // Decoded text is never longer than its source, so each piece finds room at the same offset here.
-  std::unique_ptr<char[]> scratch_;
+  std::unique_ptr<char[]> m_scratch;
 };
 
 } // namespace glyphrun

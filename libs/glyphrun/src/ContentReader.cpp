@@ -53,114 +53,114 @@ std::u16string textOfString(std::string_view bytes) {
 
 ContentReader::ContentReader(MuContext& mu, StreamReader& streams, FontCache& fonts,
                              LayerVisibility& layers, WordAssembler& words)
-    : mu_(mu), fonts_(fonts), layers_(layers), words_(words), forms_(streams) {}
+    : m_mu(mu), m_fonts(fonts), m_layers(layers), m_words(words), m_forms(streams) {}
 
 void ContentReader::beginPage(const PageLimits& limits) {
-  operatorsLeft_ = limits.operators;
-  glyphsAllowed_ = limits.glyphs;
-  glyphsShown_ = 0;
-  bytesLeft_ = limits.contentBytes;
-  formDepth_ = limits.formDepth;
-  damaged_ = false;
-  stopped_ = false;
-  frames_.clear();
-  states_.clear();
-  openForms_.clear();
-  marks_.clear();
-  hiddenMarks_ = 0;
-  unsavedStates_ = 0;
+  m_operatorsLeft = limits.operators;
+  m_glyphsAllowed = limits.glyphs;
+  m_glyphsShown = 0;
+  m_bytesLeft = limits.contentBytes;
+  m_formDepth = limits.formDepth;
+  m_damaged = false;
+  m_stopped = false;
+  m_frames.clear();
+  m_states.clear();
+  m_openForms.clear();
+  m_marks.clear();
+  m_hiddenMarks = 0;
+  m_unsavedStates = 0;
 }
 
 bool ContentReader::spend(std::size_t bytes) {
-  if (bytes > bytesLeft_) {
-    damaged_ = stopped_ = true;
+  if (bytes > m_bytesLeft) {
+    m_damaged = m_stopped = true;
     return false;
   }
-  bytesLeft_ -= bytes;
+  m_bytesLeft -= bytes;
   return true;
 }
 
 void ContentReader::runContent(std::string_view content, const PdfObject& resources,
                                const Matrix& matrix) {
-  state_ = State();
-  state_.matrix = matrix;
-  frames_.push_back({resources, {}, states_.size(), marks_.size()});
+  m_state = State();
+  m_state.matrix = matrix;
+  m_frames.push_back({resources, {}, m_states.size(), m_marks.size()});
   ContentLexer lexer(content);
   execute(lexer);
-  while (marks_.size() > frames_.back().marksBelow)
+  while (m_marks.size() > m_frames.back().marksBelow)
     endMarked();
-  states_.resize(frames_.back().statesBelow);
-  unsavedStates_ = 0;
-  frames_.pop_back();
+  m_states.resize(m_frames.back().statesBelow);
+  m_unsavedStates = 0;
+  m_frames.pop_back();
   // Annotations are drawn behind the content and start afresh.
-  state_ = State();
+  m_state = State();
 }
 
 void ContentReader::runForm(const PdfObject& form, const PdfObject& resources,
                             const Matrix& matrix) {
-  if (stopped_)
+  if (m_stopped)
     return;
-  if (openForms_.size() >= static_cast<std::size_t>(formDepth_)) {
-    damaged_ = true;
+  if (m_openForms.size() >= static_cast<std::size_t>(m_formDepth)) {
+    m_damaged = true;
     return;
   }
   const int number = form.objectNumber();
-  if (std::find(openForms_.begin(), openForms_.end(), number) != openForms_.end())
+  if (std::find(m_openForms.begin(), m_openForms.end(), number) != m_openForms.end())
     return;
-  const std::shared_ptr<FormCache::Form> content = forms_.find(form, bytesLeft_);
+  const std::shared_ptr<FormCache::Form> content = m_forms.find(form, m_bytesLeft);
   if (!content) {
-    damaged_ = true;
+    m_damaged = true;
     return;
   }
   if (content->textless)
     return;
-  damaged_ = damaged_ || content->data.damaged;
+  m_damaged = m_damaged || content->data.damaged;
   if (!spend(content->data.bytes.size() + 64))
     return;
 
-  const State outer = state_;
-  const Matrix outerText = textMatrix_;
-  const Matrix outerLine = lineMatrix_;
-  const Rect outerVisible = words_.visible();
-  const std::size_t textBefore = textOperators_;
-  const bool damagedBefore = damaged_;
+  const State outer = m_state;
+  const Matrix outerText = m_textMatrix;
+  const Matrix outerLine = m_lineMatrix;
+  const Rect outerVisible = m_words.visible();
+  const std::size_t textBefore = m_textOperators;
+  const bool damagedBefore = m_damaged;
 
-  state_.matrix = matrixOf(form.get("Matrix")) * matrix;
+  m_state.matrix = matrixOf(form.get("Matrix")) * matrix;
   const PdfObject box = form.get("BBox");
   if (box.size() == 4)
-    words_.setVisible(outerVisible.intersected(state_.matrix.bounds(rectOf(box))));
+    m_words.setVisible(outerVisible.intersected(m_state.matrix.bounds(rectOf(box))));
   const PdfObject own = form.get("Resources");
-  openForms_.push_back(number);
-  frames_.push_back({own.isDict() ? own : resources, {}, states_.size(), marks_.size()});
-  const std::size_t unsaved = std::exchange(unsavedStates_, 0);
+  m_openForms.push_back(number);
+  m_frames.push_back({own.isDict() ? own : resources, {}, m_states.size(), m_marks.size()});
+  const std::size_t unsaved = std::exchange(m_unsavedStates, 0);
   ContentLexer lexer(content->data.view());
   execute(lexer);
-  while (marks_.size() > frames_.back().marksBelow)
+  while (m_marks.size() > m_frames.back().marksBelow)
     endMarked();
-  states_.resize(frames_.back().statesBelow);
-  unsavedStates_ = unsaved;
-  frames_.pop_back();
-  openForms_.pop_back();
+  m_states.resize(m_frames.back().statesBelow);
+  m_unsavedStates = unsaved;
+  m_frames.pop_back();
+  m_openForms.pop_back();
 
-  if (textOperators_ == textBefore && !stopped_ && damaged_ == damagedBefore && own.isDict())
+  if (m_textOperators == textBefore && !m_stopped && m_damaged == damagedBefore && own.isDict())
     content->textless = true;
-  words_.setVisible(outerVisible);
-  state_ = outer;
-  textMatrix_ = outerText;
-  lineMatrix_ = outerLine;
+  m_words.setVisible(outerVisible);
+  m_state = outer;
+  m_textMatrix = outerText;
+  m_lineMatrix = outerLine;
 }
 
 void ContentReader::execute(ContentLexer& lexer) {
-  operands_.clear();
+  m_operands.clear();
   Token token;
-  while (!stopped_ && lexer.next(token) != TokenKind::End) {
+  while (!m_stopped && lexer.next(token) != TokenKind::End) {
     switch (token.kind) {
     case TokenKind::Number:
     case TokenKind::Name:
     case TokenKind::String:
-      if (operands_.size() >= mostOperands)
-        operands_.clear();
-      operands_.push_back(token);
+      if (m_operands.size() >= mostOperands)
+        m_operands.clear();
+      m_operands.push_back(token);
       break;
     case TokenKind::ArrayOpen:
       readArray(lexer);
@@ -169,14 +169,14 @@ void ContentReader::execute(ContentLexer& lexer) {
       readDictionary(lexer);
       break;
     case TokenKind::Keyword:
-      if (operatorsLeft_-- == 0 || (operatorsLeft_ % operatorsPerClock == 0 && mu_.overdue())) {
-        damaged_ = stopped_ = true;
+      if (m_operatorsLeft-- == 0 || (m_operatorsLeft % operatorsPerClock == 0 && m_mu.overdue())) {
+        m_damaged = m_stopped = true;
         return;
       }
       if (token.text.size() <= 3)
         handleOperator(keyOf(token.text), lexer);
-      operands_.clear();
-      array_.clear();
+      m_operands.clear();
+      m_array.clear();
       break;
     default:
       break;
@@ -185,17 +185,17 @@ void ContentReader::execute(ContentLexer& lexer) {
 }
 
 void ContentReader::readArray(ContentLexer& lexer) {
-  array_.clear();
+  m_array.clear();
   Token item;
   while (lexer.next(item) != TokenKind::End && item.kind != TokenKind::ArrayClose)
-    if (array_.size() < mostArrayItems &&
+    if (m_array.size() < mostArrayItems &&
         (item.kind == TokenKind::Number || item.kind == TokenKind::String))
-      array_.push_back(item);
+      m_array.push_back(item);
 }
 
 // Of a dictionary in the content only a replacement text matters.
 void ContentReader::readDictionary(ContentLexer& lexer) {
-  hasActualText_ = false;
+  m_hasActualText = false;
   bool awaited = false;
   int depth = 1;
   Token token;
@@ -205,33 +205,33 @@ void ContentReader::readDictionary(ContentLexer& lexer) {
     else if (token.kind == TokenKind::DictClose)
       --depth;
     if (token.kind == TokenKind::String && awaited) {
-      hasActualText_ = true;
-      actualText_ = token.text;
+      m_hasActualText = true;
+      m_actualText = token.text;
     }
     awaited = depth == 1 && token.kind == TokenKind::Name && token.text == "ActualText";
   }
   Token marker;
   marker.kind = TokenKind::DictOpen;
-  if (operands_.size() < mostOperands)
-    operands_.push_back(marker);
+  if (m_operands.size() < mostOperands)
+    m_operands.push_back(marker);
 }
 
 double ContentReader::number(std::size_t index) const {
-  return index < operands_.size() && operands_[index].kind == TokenKind::Number
-             ? operands_[index].number
+  return index < m_operands.size() && m_operands[index].kind == TokenKind::Number
+             ? m_operands[index].number
              : 0;
 }
 
 std::string_view ContentReader::text(std::size_t index, TokenKind kind) const {
-  return index < operands_.size() && operands_[index].kind == kind ? operands_[index].text
-                                                                   : std::string_view();
+  return index < m_operands.size() && m_operands[index].kind == kind ? m_operands[index].text
+                                                                     : std::string_view();
 }
 
 void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
-  TextState& textState = state_.text;
+  TextState& textState = m_state.text;
   switch (key) {
   case keyOf("BT"):
-    textMatrix_ = lineMatrix_ = Matrix();
+    m_textMatrix = m_lineMatrix = Matrix();
     break;
   case keyOf("Tc"):
     textState.charSpace = number(0);
@@ -259,7 +259,8 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
     moveLine(number(0), number(1));
     break;
   case keyOf("Tm"):
-    textMatrix_ = lineMatrix_ = {number(0), number(1), number(2), number(3), number(4), number(5)};
+    m_textMatrix =
+        m_lineMatrix = {number(0), number(1), number(2), number(3), number(4), number(5)};
     break;
   case keyOf("T*"):
     moveLine(0, -textState.leading);
@@ -287,8 +288,8 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
     restore();
     break;
   case keyOf("cm"):
-    state_.matrix =
-        Matrix{number(0), number(1), number(2), number(3), number(4), number(5)} * state_.matrix;
+    m_state.matrix =
+        Matrix{number(0), number(1), number(2), number(3), number(4), number(5)} * m_state.matrix;
     break;
   case keyOf("gs"):
     applyGraphicsState();
@@ -303,7 +304,7 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
     beginMarked(true);
     break;
   case keyOf("EMC"):
-    if (marks_.size() > frames_.back().marksBelow)
+    if (m_marks.size() > m_frames.back().marksBelow)
       endMarked();
     break;
   case keyOf("ID"):
@@ -316,18 +317,18 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
 
 void ContentReader::save() {
   // States beyond the limit are counted only, so that the ones below come back at their own Q.
-  if (states_.size() >= mostStates)
-    ++unsavedStates_;
+  if (m_states.size() >= mostStates)
+    ++m_unsavedStates;
   else
-    states_.push_back(state_);
+    m_states.push_back(m_state);
 }
 
 void ContentReader::restore() {
-  if (unsavedStates_ > 0) {
-    --unsavedStates_;
-  } else if (states_.size() > frames_.back().statesBelow) {
-    state_ = states_.back();
-    states_.pop_back();
+  if (m_unsavedStates > 0) {
+    --m_unsavedStates;
+  } else if (m_states.size() > m_frames.back().statesBelow) {
+    m_state = m_states.back();
+    m_states.pop_back();
   }
 }
 
@@ -335,11 +336,11 @@ void ContentReader::drawXObject(std::string_view name) {
   if (hidden())
     return;
   const std::string key(name);
-  const PdfObject& resources = frames_.back().resources;
+  const PdfObject& resources = m_frames.back().resources;
   const PdfObject object = resources.get("XObject").get(key.c_str());
-  if (!object.get("Subtype").isNamed("Form") || layers_.hides(object.get("OC")))
+  if (!object.get("Subtype").isNamed("Form") || m_layers.hides(object.get("OC")))
     return;
-  runForm(object, PdfObject(resources), state_.matrix);
+  runForm(object, PdfObject(resources), m_state.matrix);
 }
 
 void ContentReader::beginMarked(bool withProperties) {
@@ -350,33 +351,34 @@ void ContentReader::beginMarked(bool withProperties) {
     std::string replacement;
     bool replaces = false;
     if (!property.empty()) {
-      const PdfObject dictionary = frames_.back().resources.get("Properties").get(property.c_str());
+      const PdfObject dictionary =
+          m_frames.back().resources.get("Properties").get(property.c_str());
       const PdfObject actual = dictionary.get("ActualText");
       replaces = actual.isString();
       replacement = std::string(actual.bytes());
-      if (tag == "OC" && layers_.hides(dictionary))
+      if (tag == "OC" && m_layers.hides(dictionary))
         mark = Mark::Hidden;
-    } else if (operands_.size() > 1 && operands_[1].kind == TokenKind::DictOpen) {
-      replaces = hasActualText_;
+    } else if (m_operands.size() > 1 && m_operands[1].kind == TokenKind::DictOpen) {
+      replaces = m_hasActualText;
       if (replaces)
-        replacement = std::string(actualText_);
+        replacement = std::string(m_actualText);
     }
-    if (mark == Mark::Plain && replaces && !hidden() && !words_.replacing()) {
+    if (mark == Mark::Plain && replaces && !hidden() && !m_words.replacing()) {
       mark = Mark::Replacement;
-      words_.beginReplacement(textOfString(replacement));
+      m_words.beginReplacement(textOfString(replacement));
     }
   }
-  hiddenMarks_ += mark == Mark::Hidden;
-  marks_.push_back(mark);
+  m_hiddenMarks += mark == Mark::Hidden;
+  m_marks.push_back(mark);
 }
 
 void ContentReader::endMarked() {
-  const Mark mark = marks_.back();
-  marks_.pop_back();
+  const Mark mark = m_marks.back();
+  m_marks.pop_back();
   if (mark == Mark::Hidden)
-    --hiddenMarks_;
+    --m_hiddenMarks;
   else if (mark == Mark::Replacement)
-    words_.endReplacement();
+    m_words.endReplacement();
 }
 
 } // namespace glyphrun

@@ -37,11 +37,11 @@ public:
   void runForm(const PdfObject& form, const PdfObject& resources, const Matrix& matrix);
   /** Counts bytes of content against the page's limit; false when they are too many. */
   bool spend(std::size_t bytes);
-  std::size_t bytesLeft() const { return bytesLeft_; }
+  std::size_t bytesLeft() const { return m_bytesLeft; }
 
   /** True when a limit was reached or content could not be read in full. */
-  bool damaged() const { return damaged_; }
-  void setDamaged() { damaged_ = true; }
+  bool damaged() const { return m_damaged; }
+  void setDamaged() { m_damaged = true; }
 
 private:
   struct TextState {
@@ -87,46 +87,46 @@ private:
   void drawXObject(std::string_view name);
   void beginMarked(bool withProperties);
   void endMarked();
-  bool hidden() const { return hiddenMarks_ > 0; }
+  bool hidden() const { return m_hiddenMarks > 0; }
 
-  MuContext& mu_;
-  FontCache& fonts_;
-  LayerVisibility& layers_;
-  WordAssembler& words_;
-  FormCache forms_;
+  MuContext& m_mu;
+  FontCache& m_fonts;
+  LayerVisibility& m_layers;
+  WordAssembler& m_words;
+  FormCache m_forms;
 
-  State state_;
-  std::vector<State> states_;
-  std::size_t unsavedStates_ = 0;
-  Matrix textMatrix_;
-  Matrix lineMatrix_;
-  std::vector<Frame> frames_;
-  std::vector<int> openForms_;
-  std::vector<Mark> marks_;
-  std::size_t hiddenMarks_ = 0;
+  State m_state;
+  std::vector<State> m_states;
+  std::size_t m_unsavedStates = 0;
+  Matrix m_textMatrix;
+  Matrix m_lineMatrix;
+  std::vector<Frame> m_frames;
+  std::vector<int> m_openForms;
+  std::vector<Mark> m_marks;
+  std::size_t m_hiddenMarks = 0;
 
-  std::vector<Token> operands_;
-  std::vector<Token> array_;
-  bool hasActualText_ = false;
-  std::string_view actualText_;
+  std::vector<Token> m_operands;
+  std::vector<Token> m_array;
+  bool m_hasActualText = false;
+  std::string_view m_actualText;
 
   // Of the run being shown.
-  double pen_ = 0;            /**< along the direction, from the run's origin */
-  double unit_ = 0;           /**< points along the direction for one unit of text space */
-  double textShift_ = 0;      /**< the same pen in text space */
-  double spacing_ = 0;        /**< letter-spacing, in points along the direction */
-  double lastSpacing_ = 0;    /**< of the run before */
-  bool spacingParts_ = false; /**< it is a gap, not letter-spacing */
-  bool emits_ = false;
+  double m_pen = 0;            /**< along the direction, from the run's origin */
+  double m_unit = 0;           /**< points along the direction for one unit of text space */
+  double m_textShift = 0;      /**< the same pen in text space */
+  double m_spacing = 0;        /**< letter-spacing, in points along the direction */
+  double m_lastSpacing = 0;    /**< of the run before */
+  bool m_spacingParts = false; /**< it is a gap, not letter-spacing */
+  bool m_emits = false;
 
-  std::size_t operatorsLeft_ = 0;
-  std::size_t glyphsAllowed_ = 0;
-  std::size_t glyphsShown_ = 0;
-  std::size_t bytesLeft_ = 0;
-  std::size_t textOperators_ = 0;
-  int formDepth_ = 0;
-  bool damaged_ = false;
-  bool stopped_ = false;
+  std::size_t m_operatorsLeft = 0;
+  std::size_t m_glyphsAllowed = 0;
+  std::size_t m_glyphsShown = 0;
+  std::size_t m_bytesLeft = 0;
+  std::size_t m_textOperators = 0;
+  int m_formDepth = 0;
+  bool m_damaged = false;
+  bool m_stopped = false;
 };
 
 } // namespace glyphrun

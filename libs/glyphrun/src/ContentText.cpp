@@ -20,55 +20,55 @@ constexpr double smallAdjustment = 60;
 
 void ContentReader::selectFont() {
   const std::string_view name = text(0, TokenKind::Name);
-  state_.text.size = number(1);
-  Frame& frame = frames_.back();
+  m_state.text.size = number(1);
+  Frame& frame = m_frames.back();
   for (const auto& [known, font] : frame.fonts) {
     if (known == name) {
-      state_.text.font = font;
+      m_state.text.font = font;
       return;
     }
   }
   const std::string key(name);
-  state_.text.font = fonts_.find(frame.resources.get("Font").get(key.c_str()));
-  frame.fonts.emplace_back(key, state_.text.font);
+  m_state.text.font = m_fonts.find(frame.resources.get("Font").get(key.c_str()));
+  frame.fonts.emplace_back(key, m_state.text.font);
 }
 
 void ContentReader::applyGraphicsState() {
   const std::string name(text(0, TokenKind::Name));
-  const PdfObject font = frames_.back().resources.get("ExtGState").get(name.c_str()).get("Font");
+  const PdfObject font = m_frames.back().resources.get("ExtGState").get(name.c_str()).get("Font");
   if (font.size() == 2) {
-    state_.text.font = fonts_.find(font.at(0));
-    state_.text.size = font.at(1).number();
+    m_state.text.font = m_fonts.find(font.at(0));
+    m_state.text.size = font.at(1).number();
   }
 }
 
 void ContentReader::moveLine(double x, double y) {
-  lineMatrix_.e += x * lineMatrix_.a + y * lineMatrix_.c;
-  lineMatrix_.f += x * lineMatrix_.b + y * lineMatrix_.d;
-  textMatrix_ = lineMatrix_;
+  m_lineMatrix.e += x * m_lineMatrix.a + y * m_lineMatrix.c;
+  m_lineMatrix.f += x * m_lineMatrix.b + y * m_lineMatrix.d;
+  m_textMatrix = m_lineMatrix;
 }
 
 void ContentReader::startRun(std::size_t longestPiece) {
-  ++textOperators_;
-  TextState& textState = state_.text;
+  ++m_textOperators;
+  TextState& textState = m_state.text;
   if (textState.font == nullptr)
-    textState.font = fonts_.find(PdfObject());
-  const Matrix matrix = textMatrix_ * state_.matrix;
+    textState.font = m_fonts.find(PdfObject());
+  const Matrix matrix = m_textMatrix * m_state.matrix;
   const bool vertical = textState.font->vertical;
   const Point right = matrix.applyVector({1, 0});
   const Point up = matrix.applyVector({0, 1});
   const double horizontal = textState.size * textState.scale;
-  pen_ = 0;
-  textShift_ = 0;
-  emits_ = false;
-  spacing_ = 0;
-  spacingParts_ = false;
+  m_pen = 0;
+  m_textShift = 0;
+  m_emits = false;
+  m_spacing = 0;
+  m_spacingParts = false;
 
   const Point along = vertical ? up * -textState.size : right * horizontal;
   const double emAlong = length(along);
   const double perUnit = vertical ? -length(up) : length(right);
   const double sign = (vertical ? textState.size : horizontal) < 0 ? -1 : 1;
-  unit_ = perUnit * sign;
+  m_unit = perUnit * sign;
   if (!matrix.finite() || !std::isfinite(emAlong) || emAlong < 1e-6)
     return;
   GlyphRun run;
@@ -82,21 +82,21 @@ void ContentReader::startRun(std::size_t longestPiece) {
   if (run.em < 1e-6 || !std::isfinite(run.em) || !std::isfinite(run.origin.x) ||
       !std::isfinite(run.origin.y))
     return;
-  spacing_ = textState.charSpace * (vertical ? 1 : textState.scale) * unit_;
-  emits_ = !hidden();
-  if (emits_)
-    words_.beginRun(run);
+  m_spacing = textState.charSpace * (vertical ? 1 : textState.scale) * m_unit;
+  m_emits = !hidden();
+  if (m_emits)
+    m_words.beginRun(run);
   // Some producers set character spacing for a single gap inside a line. Spaced letters are more
   // than two, and do not go on from plain ones.
   const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
-  const bool spacedBefore = std::abs(spacing_ - lastSpacing_) < spacing_ / 4;
-  spacingParts_ = spacing_ > fewestGap * emAlong &&
-                  (glyphs < fewestSpacedLetters || spacing_ > widestSpacing * emAlong ||
-                   (words_.continues() && !spacedBefore));
+  const bool spacedBefore = std::abs(m_spacing - m_lastSpacing) < m_spacing / 4;
+  m_spacingParts = m_spacing > fewestGap * emAlong &&
+                   (glyphs < fewestSpacedLetters || m_spacing > widestSpacing * emAlong ||
+                    (m_words.continues() && !spacedBefore));
 }
 
 template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
-  const TextState& textState = state_.text;
+  const TextState& textState = m_state.text;
   Font& font = *textState.font;
   const double scale = font.vertical ? 1 : textState.scale;
   const double advanceScale = textState.size * scale;
@@ -106,39 +106,39 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
     const CodeInfo* info = OneByte ? &font.codes[code] : &font.lookUp(code);
     at += taken;
     if ((info->traits & TraitUnknown) != 0 && font.mayAskProgram) {
-      fonts_.askProgram(font);
+      m_fonts.askProgram(font);
       info = OneByte ? &font.codes[code] : &font.lookUp(code);
     }
     const double advance = static_cast<double>(info->advance) * advanceScale;
-    if (emits_) {
-      const double end = pen_ + advance * unit_;
-      words_.addGlyph(*info, std::min(pen_, end), std::max(pen_, end));
-      if (spacingParts_)
-        words_.addGap(spacing_);
+    if (m_emits) {
+      const double end = m_pen + advance * m_unit;
+      m_words.addGlyph(*info, std::min(m_pen, end), std::max(m_pen, end));
+      if (m_spacingParts)
+        m_words.addGap(m_spacing);
     }
     double shift = advance + textState.charSpace * scale;
     if (taken == 1 && code == ' ')
       shift += textState.wordSpace * scale;
-    textShift_ += shift;
-    pen_ += shift * unit_;
+    m_textShift += shift;
+    m_pen += shift * m_unit;
   }
-  glyphsShown_ += bytes.size();
-  if (glyphsShown_ > glyphsAllowed_)
-    damaged_ = stopped_ = true;
+  m_glyphsShown += bytes.size();
+  if (m_glyphsShown > m_glyphsAllowed)
+    m_damaged = m_stopped = true;
 }
 
 void ContentReader::finishRun() {
-  if (emits_)
-    words_.endRun(spacingParts_ ? 0 : spacing_);
-  lastSpacing_ = spacing_;
-  const bool vertical = state_.text.font->vertical;
-  textMatrix_.e += textShift_ * (vertical ? textMatrix_.c : textMatrix_.a);
-  textMatrix_.f += textShift_ * (vertical ? textMatrix_.d : textMatrix_.b);
+  if (m_emits)
+    m_words.endRun(m_spacingParts ? 0 : m_spacing);
+  m_lastSpacing = m_spacing;
+  const bool vertical = m_state.text.font->vertical;
+  m_textMatrix.e += m_textShift * (vertical ? m_textMatrix.c : m_textMatrix.a);
+  m_textMatrix.f += m_textShift * (vertical ? m_textMatrix.d : m_textMatrix.b);
 }
 
 void ContentReader::showString(std::string_view bytes) {
   startRun(bytes.size());
-  if (state_.text.font->oneByte)
+  if (m_state.text.font->oneByte)
     showGlyphs<true>(bytes);
   else
     showGlyphs<false>(bytes);
@@ -149,36 +149,36 @@ void ContentReader::showArray() {
   // Bytes that follow one another without an adjustment to speak of.
   std::size_t piece = 0;
   std::size_t longest = 0;
-  for (const Token& item : array_) {
+  for (const Token& item : m_array) {
     if (item.kind == TokenKind::Number)
       piece = std::abs(item.number) < smallAdjustment ? piece : 0;
     else
       longest = std::max(longest, piece += item.text.size());
   }
   startRun(longest);
-  for (const Token& item : array_) {
+  for (const Token& item : m_array) {
     if (item.kind == TokenKind::Number)
       showAdjustment(item.number);
-    else if (state_.text.font->oneByte)
+    else if (m_state.text.font->oneByte)
       showGlyphs<true>(item.text);
     else
       showGlyphs<false>(item.text);
-    if (stopped_)
+    if (m_stopped)
       break;
   }
-  array_.clear();
+  m_array.clear();
   finishRun();
 }
 
 void ContentReader::showAdjustment(double thousandths) {
-  const TextState& textState = state_.text;
+  const TextState& textState = m_state.text;
   const bool vertical = textState.font->vertical;
   const double shift = -thousandths / 1000 * textState.size * (vertical ? 1 : textState.scale);
-  textShift_ += shift;
-  pen_ += shift * unit_;
+  m_textShift += shift;
+  m_pen += shift * m_unit;
   // Negative letter-spacing narrows what the adjustment opens; a positive one is no gap by itself.
-  if (emits_)
-    words_.addGap(shift * unit_ + (spacingParts_ ? spacing_ : std::min(spacing_, 0.0)));
+  if (m_emits)
+    m_words.addGap(shift * m_unit + (m_spacingParts ? m_spacing : std::min(m_spacing, 0.0)));
 }
 
 } // namespace glyphrun

@@ -92,11 +92,11 @@ std::u16string Font::textOfCode(std::uint32_t code, std::uint32_t cid) const {
 CodeInfo& Font::slotFor(std::uint32_t code) {
   if (code > 0xFFFF) {
     constexpr std::size_t mostLongCodes = 65536;
-    if (longCodes_.size() > mostLongCodes)
-      longCodes_.clear();
-    return longCodes_[code];
+    if (m_longCodes.size() > mostLongCodes)
+      m_longCodes.clear();
+    return m_longCodes[code];
   }
-  auto& page = pages_[code >> 8];
+  auto& page = m_pages[code >> 8];
   if (!page)
     page = std::make_unique<Page>();
   return (*page)[code & 0xFF];
@@ -144,9 +144,9 @@ void Font::setNoText(CodeInfo& info) {
 }
 
 void Font::forgetLookUps() {
-  for (auto& page : pages_)
+  for (auto& page : m_pages)
     page.reset();
-  longCodes_.clear();
+  m_longCodes.clear();
   longTexts.clear();
 }
 

@@ -97,8 +97,8 @@ private:
   CodeInfo& slotFor(std::uint32_t code);
 
   using Page = std::array<CodeInfo, 256>;
-  std::array<std::unique_ptr<Page>, 256> pages_;
-  std::unordered_map<std::uint32_t, CodeInfo> longCodes_;
+  std::array<std::unique_ptr<Page>, 256> m_pages;
+  std::unordered_map<std::uint32_t, CodeInfo> m_longCodes;
 };
 
 } // namespace glyphrun

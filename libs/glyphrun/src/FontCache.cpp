@@ -15,39 +15,39 @@ constexpr int mostCids = 65536;
 } // namespace
 
 FontCache::FontCache(MuContext& mu, pdf_document* document, StreamReader& streams)
-    : mu_(mu), document_(document), streams_(streams) {}
+    : m_mu(mu), m_document(document), m_streams(streams) {}
 
 FontCache::~FontCache() {
-  for (auto& [number, entry] : numbered_)
+  for (auto& [number, entry] : m_numbered)
     drop(entry);
-  for (Entry& entry : unnumbered_)
+  for (Entry& entry : m_unnumbered)
     drop(entry);
 }
 
 void FontCache::drop(Entry& entry) {
-  pdf_drop_obj(mu_.raw(), entry.dictionary);
+  pdf_drop_obj(m_mu.raw(), entry.dictionary);
   entry.dictionary = nullptr;
 }
 
 Font* FontCache::find(const PdfObject& dictionary) {
   if (!dictionary.isDict()) {
-    if (!substitute_)
-      substitute_ = FontLoader(mu_, streams_).makeSubstitute();
-    return substitute_.get();
+    if (!m_substitute)
+      m_substitute = FontLoader(m_mu, m_streams).makeSubstitute();
+    return m_substitute.get();
   }
   const int number = dictionary.objectNumber();
   if (number != 0) {
-    const auto known = numbered_.find(number);
-    if (known != numbered_.end()) {
+    const auto known = m_numbered.find(number);
+    if (known != m_numbered.end()) {
       known->second.font->usedOnPage = true;
       return known->second.font.get();
     }
   } else {
-    for (const Entry& entry : unnumbered_)
+    for (const Entry& entry : m_unnumbered)
       if (entry.dictionary == dictionary.raw())
         return entry.font.get();
   }
-  return add(dictionary, FontLoader(mu_, streams_).load(dictionary));
+  return add(dictionary, FontLoader(m_mu, m_streams).load(dictionary));
 }
 
 Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
@@ -55,9 +55,9 @@ Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
   font->usedOnPage = true;
   Font* result = font.get();
   Entry& entry =
-      font->objectNumber != 0 ? numbered_[font->objectNumber] : unnumbered_.emplace_back();
+      font->objectNumber != 0 ? m_numbered[font->objectNumber] : m_unnumbered.emplace_back();
   entry.font = std::move(font);
-  entry.dictionary = pdf_keep_obj(mu_.raw(), dictionary.raw());
+  entry.dictionary = pdf_keep_obj(m_mu.raw(), dictionary.raw());
   // Without widths only the program knows how far a code goes.
   const bool widthless = result->oneByte && !result->drawnByContent &&
                          std::all_of(result->codes.begin(), result->codes.end(),
@@ -68,14 +68,14 @@ Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
 }
 
 void FontCache::endPage() {
-  for (Entry& entry : unnumbered_)
+  for (Entry& entry : m_unnumbered)
     drop(entry);
-  unnumbered_.clear();
-  const bool full = numbered_.size() > mostFonts;
-  for (auto it = numbered_.begin(); it != numbered_.end();) {
+  m_unnumbered.clear();
+  const bool full = m_numbered.size() > mostFonts;
+  for (auto it = m_numbered.begin(); it != m_numbered.end();) {
     if (full && !it->second.font->usedOnPage) {
       drop(it->second);
-      it = numbered_.erase(it);
+      it = m_numbered.erase(it);
     } else {
       it->second.font->usedOnPage = false;
       ++it;
@@ -86,11 +86,11 @@ void FontCache::endPage() {
 // The font as MuPDF loads it, without the parts that have been read already and that a hostile file
 // could make endless for MuPDF.
 pdf_font_desc* FontCache::loadWithMuPdf(pdf_obj* dictionary) {
-  fz_context* ctx = mu_.raw();
+  fz_context* ctx = m_mu.raw();
   pdf_obj* copy = nullptr;
   pdf_obj* descendant = nullptr;
   pdf_font_desc* loaded = nullptr;
-  mu_.attempt([&] {
+  m_mu.attempt([&] {
     copy = pdf_copy_dict(ctx, dictionary);
     pdf_dict_dels(ctx, copy, "ToUnicode");
     pdf_obj* first = pdf_array_get(ctx, pdf_dict_gets(ctx, dictionary, "DescendantFonts"), 0);
@@ -98,11 +98,11 @@ pdf_font_desc* FontCache::loadWithMuPdf(pdf_obj* dictionary) {
       descendant = pdf_copy_dict(ctx, first);
       pdf_dict_dels(ctx, descendant, "W");
       pdf_dict_dels(ctx, descendant, "W2");
-      pdf_obj* list = pdf_new_array(ctx, document_, 1);
+      pdf_obj* list = pdf_new_array(ctx, m_document, 1);
       pdf_dict_puts_drop(ctx, copy, "DescendantFonts", list);
       pdf_array_push(ctx, list, descendant);
     }
-    loaded = pdf_load_font(ctx, document_, nullptr, copy);
+    loaded = pdf_load_font(ctx, m_document, nullptr, copy);
   });
   pdf_drop_obj(ctx, descendant);
   pdf_drop_obj(ctx, copy);
@@ -113,8 +113,8 @@ void FontCache::askProgram(Font& font) {
   font.mayAskProgram = false;
   pdf_obj* dictionary = nullptr;
   if (font.objectNumber != 0)
-    dictionary = numbered_[font.objectNumber].dictionary;
-  for (const Entry& entry : unnumbered_)
+    dictionary = m_numbered[font.objectNumber].dictionary;
+  for (const Entry& entry : m_unnumbered)
     if (entry.font.get() == &font)
       dictionary = entry.dictionary;
   pdf_font_desc* program = dictionary == nullptr ? nullptr : loadWithMuPdf(dictionary);
@@ -124,7 +124,7 @@ void FontCache::askProgram(Font& font) {
     explainOneByte(font, *program);
   else
     explainCids(font, *program);
-  pdf_drop_font(mu_.raw(), program);
+  pdf_drop_font(m_mu.raw(), program);
 }
 
 void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
@@ -139,7 +139,7 @@ void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
     }
     if (widthless) {
       const pdf_hmtx metrics =
-          pdf_lookup_hmtx(mu_.raw(), const_cast<pdf_font_desc*>(&program), static_cast<int>(code));
+          pdf_lookup_hmtx(m_mu.raw(), const_cast<pdf_font_desc*>(&program), static_cast<int>(code));
       info.advance = static_cast<float>(metrics.w) / 1000;
     }
   }
@@ -150,7 +150,7 @@ void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
 void FontCache::explainCids(Font& font, pdf_font_desc& program) {
   auto* face = program.font == nullptr
                    ? nullptr
-                   : static_cast<FT_Face>(fz_font_ft_face(mu_.raw(), program.font));
+                   : static_cast<FT_Face>(fz_font_ft_face(m_mu.raw(), program.font));
   if (face == nullptr || FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0)
     return;
   std::unordered_map<FT_UInt, char32_t> characters;
@@ -160,7 +160,7 @@ void FontCache::explainCids(Font& font, pdf_font_desc& program) {
     if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown)
       characters.emplace(glyph, static_cast<char32_t>(c));
   for (int cid = 0; cid < mostCids; ++cid) {
-    const int wanted = pdf_font_cid_to_gid(mu_.raw(), &program, cid);
+    const int wanted = pdf_font_cid_to_gid(m_mu.raw(), &program, cid);
     const auto found = characters.find(static_cast<FT_UInt>(wanted));
     if (wanted > 0 && found != characters.end())
       font.programTexts.emplace(static_cast<std::uint32_t>(cid), found->second);

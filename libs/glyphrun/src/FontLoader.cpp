@@ -169,36 +169,36 @@ void FontLoader::readWidths(const PdfObject& dictionary, double missing, double 
 
 void FontLoader::readBuiltInWidths(const char* baseFont, Font& font) {
   int length = 0;
-  const bool known = fz_lookup_base14_font(mu_.raw(), baseFont, &length) != nullptr;
+  const bool known = fz_lookup_base14_font(m_mu.raw(), baseFont, &length) != nullptr;
   fz_font* metrics = nullptr;
-  mu_.attempt([&] { metrics = fz_new_base14_font(mu_.raw(), known ? baseFont : "Helvetica"); });
+  m_mu.attempt([&] { metrics = fz_new_base14_font(m_mu.raw(), known ? baseFont : "Helvetica"); });
   if (metrics == nullptr)
     return;
   for (CodeInfo& info : font.codes) {
     const std::u16string_view text = font.textOf(info);
     float advance = 0;
-    mu_.attempt([&] {
+    m_mu.attempt([&] {
       for (const char16_t unit : text) {
-        const int glyph = fz_encode_character(mu_.raw(), metrics, unit);
+        const int glyph = fz_encode_character(m_mu.raw(), metrics, unit);
         if (glyph > 0)
-          advance += fz_advance_glyph(mu_.raw(), metrics, glyph, 0);
+          advance += fz_advance_glyph(m_mu.raw(), metrics, glyph, 0);
       }
     });
     info.advance = advance;
   }
-  fz_drop_font(mu_.raw(), metrics);
+  fz_drop_font(m_mu.raw(), metrics);
 }
 
 CMap FontLoader::readCMap(const PdfObject& stream) {
   StreamData data;
-  if (!streams_.append(stream, longestCMap, data))
+  if (!m_streams.append(stream, longestCMap, data))
     return {};
   return CMap::parse(data.view());
 }
 
 pdf_cmap* FontLoader::predefined(const char* name) {
   pdf_cmap* found = nullptr;
-  mu_.attempt([&] { found = pdf_load_system_cmap(mu_.raw(), name); });
+  m_mu.attempt([&] { found = pdf_load_system_cmap(m_mu.raw(), name); });
   return found;
 }
 

@@ -41,18 +41,18 @@ private:
   void explainOneByte(Font& font, const pdf_font_desc& program);
   void explainCids(Font& font, pdf_font_desc& program);
 
-  MuContext& mu_;
-  pdf_document* document_;
-  StreamReader& streams_;
-  std::unordered_map<int, Entry> numbered_;
-  std::vector<Entry> unnumbered_;
-  std::unique_ptr<Font> substitute_;
+  MuContext& m_mu;
+  pdf_document* m_document;
+  StreamReader& m_streams;
+  std::unordered_map<int, Entry> m_numbered;
+  std::vector<Entry> m_unnumbered;
+  std::unique_ptr<Font> m_substitute;
 };
 
 /** Builds one font from its dictionary. */
 class FontLoader {
 public:
-  FontLoader(MuContext& mu, StreamReader& streams) : mu_(mu), streams_(streams) {}
+  FontLoader(MuContext& mu, StreamReader& streams) : m_mu(mu), m_streams(streams) {}
 
   /** A font with the standard encoding and the widths of Helvetica. */
   std::unique_ptr<Font> makeSubstitute();
@@ -74,8 +74,8 @@ private:
   CMap readCMap(const PdfObject& stream);
   pdf_cmap* predefined(const char* name);
 
-  MuContext& mu_;
-  StreamReader& streams_;
+  MuContext& m_mu;
+  StreamReader& m_streams;
 };
 
 } // namespace glyphrun

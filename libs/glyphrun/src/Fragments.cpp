@@ -32,16 +32,16 @@ Point headingVector(std::uint8_t heading) {
 
 void LineJoiner::run() {
   std::vector<std::uint32_t> order;
-  order.reserve(fragments_.size());
-  for (std::uint32_t i = 0; i < fragments_.size(); ++i)
-    if (fragments_[i].heading < HeadingOblique)
+  order.reserve(m_fragments.size());
+  for (std::uint32_t i = 0; i < m_fragments.size(); ++i)
+    if (m_fragments[i].heading < HeadingOblique)
       order.push_back(i);
     else
-      fragments_[i].line = fragments_[i].across;
+      m_fragments[i].line = m_fragments[i].across;
 
   const auto above = [this](std::uint32_t a, std::uint32_t b) {
-    const Fragment& left = fragments_[a];
-    const Fragment& right = fragments_[b];
+    const Fragment& left = m_fragments[a];
+    const Fragment& right = m_fragments[b];
     return left.heading != right.heading ? left.heading < right.heading
                                          : left.across < right.across;
   };
@@ -49,20 +49,20 @@ void LineJoiner::run() {
     std::stable_sort(order.begin(), order.end(), above);
 
   for (std::size_t from = 0; from < order.size();) {
-    const Fragment& first = fragments_[order[from]];
+    const Fragment& first = m_fragments[order[from]];
     std::size_t to = from + 1;
     for (; to < order.size(); ++to) {
-      const Fragment& last = fragments_[order[to - 1]];
-      const Fragment& next = fragments_[order[to]];
+      const Fragment& last = m_fragments[order[to - 1]];
+      const Fragment& next = m_fragments[order[to]];
       const float allowed =
           std::max(smallestSliver, sliver * std::min({first.em, last.em, next.em}));
       if (next.heading != first.heading || next.across - last.across > allowed ||
           next.across - first.across > 2 * allowed)
         break;
     }
-    const float line = fragments_[order[from + (to - from) / 2]].across;
+    const float line = m_fragments[order[from + (to - from) / 2]].across;
     for (std::size_t i = from; i < to; ++i)
-      fragments_[order[i]].line = line;
+      m_fragments[order[i]].line = line;
     handleLine(order.data() + from, order.data() + to);
     from = to;
   }
@@ -70,7 +70,7 @@ void LineJoiner::run() {
 
 void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
   const auto before = [this](std::uint32_t a, std::uint32_t b) {
-    return fragments_[a].start < fragments_[b].start;
+    return m_fragments[a].start < m_fragments[b].start;
   };
   if (!std::is_sorted(from, to, before))
     std::stable_sort(from, to, before);
@@ -79,11 +79,11 @@ void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
     dropRepeats(from, at);
   std::uint32_t* last = nullptr;
   for (std::uint32_t* at = from; at != to; ++at) {
-    Fragment& fragment = fragments_[*at];
+    Fragment& fragment = m_fragments[*at];
     if ((fragment.state & FragmentRepeats) != 0)
       continue;
-    if (last != nullptr && touches(fragments_[*last], fragment)) {
-      fragments_[*last].next = static_cast<std::int32_t>(*at);
+    if (last != nullptr && touches(m_fragments[*last], fragment)) {
+      m_fragments[*last].next = static_cast<std::int32_t>(*at);
       fragment.state |= FragmentContinues;
     }
     last = at;
@@ -94,14 +94,14 @@ void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
 // farther, where the text behind it touches.
 void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at) {
   constexpr int neighbours = 6;
-  Fragment& fragment = fragments_[*at];
+  Fragment& fragment = m_fragments[*at];
   for (const std::uint32_t* back = at; back != from && at - back < neighbours;) {
-    Fragment& earlier = fragments_[*--back];
+    Fragment& earlier = m_fragments[*--back];
     if (fragment.start - earlier.start > boldShift * std::min(fragment.em, earlier.em))
       return;
     const std::uint32_t shared = std::min(fragment.length, earlier.length);
     if ((earlier.state & FragmentRepeats) != 0 ||
-        std::memcmp(&pool_[earlier.text], &pool_[fragment.text], shared * sizeof(char16_t)) != 0)
+        std::memcmp(&m_pool[earlier.text], &m_pool[fragment.text], shared * sizeof(char16_t)) != 0)
       continue;
     Fragment& shorter = fragment.length <= earlier.length ? fragment : earlier;
     shorter.state |= FragmentRepeats;
@@ -115,7 +115,7 @@ bool LineJoiner::touches(const Fragment& left, const Fragment& right) const {
     return false;
   const float em = std::min(left.em, right.em);
   const float gap = right.start - left.end;
-  return gap <= static_cast<float>(tolerance_) * em && gap >= -deepestOverlap * em &&
+  return gap <= static_cast<float>(m_tolerance) * em && gap >= -deepestOverlap * em &&
          std::max(left.em, right.em) < 3 * em;
 }
 

@@ -30,7 +30,7 @@ enum FragmentState : std::uint8_t {
 class LineJoiner {
 public:
   LineJoiner(std::vector<Fragment>& fragments, const std::vector<char16_t>& pool, double tolerance)
-      : fragments_(fragments), pool_(pool), tolerance_(tolerance) {}
+      : m_fragments(fragments), m_pool(pool), m_tolerance(tolerance) {}
 
   void run();
 
@@ -39,9 +39,9 @@ private:
   void dropRepeats(const std::uint32_t* from, const std::uint32_t* at);
   bool touches(const Fragment& left, const Fragment& right) const;
 
-  std::vector<Fragment>& fragments_;
-  const std::vector<char16_t>& pool_;
-  double tolerance_;
+  std::vector<Fragment>& m_fragments;
+  const std::vector<char16_t>& m_pool;
+  double m_tolerance;
 };
 
 } // namespace glyphrun

@@ -101,47 +101,47 @@ std::unique_ptr<MuContext> MuContext::create(std::size_t storeBytes) {
   std::unique_ptr<MuContext> self(new (std::nothrow) MuContext);
   if (!self)
     return nullptr;
-  self->budget_.ceiling = standingCeiling;
-  self->allocator_ = {&self->budget_, allocate, reallocate, release};
-  self->context_ = fz_new_context(&self->allocator_, nullptr, storeBytes);
-  if (self->context_ == nullptr)
+  self->m_budget.ceiling = standingCeiling;
+  self->m_allocator = {&self->m_budget, allocate, reallocate, release};
+  self->m_context = fz_new_context(&self->m_allocator, nullptr, storeBytes);
+  if (self->m_context == nullptr)
     return nullptr;
-  fz_set_warning_callback(self->context_, swallow, nullptr);
-  fz_set_error_callback(self->context_, swallow, nullptr);
+  fz_set_warning_callback(self->m_context, swallow, nullptr);
+  fz_set_error_callback(self->m_context, swallow, nullptr);
   completePredefinedMaps(*self);
   return self;
 }
 
 MuContext::~MuContext() {
-  if (context_ != nullptr)
-    fz_drop_context(context_);
+  if (m_context != nullptr)
+    fz_drop_context(m_context);
 }
 
 Outcome MuContext::caught() noexcept {
   try {
-    message_ = fz_caught_message(context_);
+    m_message = fz_caught_message(m_context);
   } catch (const std::bad_alloc&) {
-    message_.clear();
+    m_message.clear();
   }
-  return fz_caught(context_) == FZ_ERROR_MEMORY ? Outcome::OutOfMemory : Outcome::Failed;
+  return fz_caught(m_context) == FZ_ERROR_MEMORY ? Outcome::OutOfMemory : Outcome::Failed;
 }
 
 void MuContext::allow(std::size_t bytes, std::chrono::milliseconds time) {
-  budget_.ceiling = std::min(standingCeiling, budget_.used + bytes);
-  budget_.deadline = std::chrono::steady_clock::now() + time;
-  budget_.untilClock = allocationsPerClock;
-  budget_.late = false;
+  m_budget.ceiling = std::min(standingCeiling, m_budget.used + bytes);
+  m_budget.deadline = std::chrono::steady_clock::now() + time;
+  m_budget.untilClock = allocationsPerClock;
+  m_budget.late = false;
 }
 
 void MuContext::relax() {
-  budget_.ceiling = standingCeiling;
-  budget_.deadline = std::chrono::steady_clock::time_point::max();
-  budget_.late = false;
+  m_budget.ceiling = standingCeiling;
+  m_budget.deadline = std::chrono::steady_clock::time_point::max();
+  m_budget.late = false;
 }
 
 bool MuContext::overdue() const {
-  return budget_.late || budget_.stopped.load(std::memory_order_relaxed) ||
-         std::chrono::steady_clock::now() > budget_.deadline;
+  return m_budget.late || m_budget.stopped.load(std::memory_order_relaxed) ||
+         std::chrono::steady_clock::now() > m_budget.deadline;
 }
 
 } // namespace glyphrun

@@ -30,25 +30,25 @@ public:
   MuContext(const MuContext&) = delete;
   MuContext& operator=(const MuContext&) = delete;
 
-  fz_context* raw() const { return context_; }
+  fz_context* raw() const { return m_context; }
 
   /**
    * Runs a body that calls MuPDF. The body must own nothing with a destructor: a MuPDF error leaves
    * it without running any. Objects that it captures by reference are safe.
    */
   template <typename Body> Outcome attempt(Body&& body) noexcept {
-    outOfMemory_ = false;
-    fz_try(context_) {
+    m_outOfMemory = false;
+    fz_try(m_context) {
       runGuarded(body);
     }
-    fz_catch(context_) {
+    fz_catch(m_context) {
       return caught();
     }
-    return outOfMemory_ ? Outcome::OutOfMemory : Outcome::Ok;
+    return m_outOfMemory ? Outcome::OutOfMemory : Outcome::Ok;
   }
 
   /** Message of the failure that attempt() last returned. */
-  const std::string& message() const { return message_; }
+  const std::string& message() const { return m_message; }
 
   /** Lets the context take `bytes` more than it holds now, for at most `time`. */
   void allow(std::size_t bytes, std::chrono::milliseconds time);
@@ -57,7 +57,7 @@ public:
   /** True once the moment set by allow() has passed, or stop() was called. */
   bool overdue() const;
   /** Makes every further allocation fail; for any thread. */
-  void stop() { budget_.stopped.store(true, std::memory_order_relaxed); }
+  void stop() { m_budget.stopped.store(true, std::memory_order_relaxed); }
 
 private:
   struct Budget {
@@ -78,7 +78,7 @@ private:
     try {
       body();
     } catch (const std::bad_alloc&) {
-      outOfMemory_ = true;
+      m_outOfMemory = true;
     }
   }
 
@@ -88,11 +88,11 @@ private:
   static void* reallocate(void* user, void* block, std::size_t bytes);
   static void release(void* user, void* block);
 
-  fz_context* context_ = nullptr;
-  fz_alloc_context allocator_{};
-  Budget budget_;
-  std::string message_;
-  bool outOfMemory_ = false;
+  fz_context* m_context = nullptr;
+  fz_alloc_context m_allocator{};
+  Budget m_budget;
+  std::string m_message;
+  bool m_outOfMemory = false;
 };
 
 } // namespace glyphrun

@@ -16,74 +16,75 @@ constexpr std::int32_t fewestPagesToForget = 1024;
 } // namespace
 
 PageReader::PageReader(std::unique_ptr<PdfFile> file)
-    : file_(std::move(file)), streams_(file_->mu()),
-      fonts_(file_->mu(), file_->document(), streams_), layers_(file_->mu(), file_->document()),
-      content_(file_->mu(), streams_, fonts_, layers_, words_) {}
+    : m_file(std::move(file)), m_streams(m_file->mu()),
+      m_fonts(m_file->mu(), m_file->document(), m_streams),
+      m_layers(m_file->mu(), m_file->document()),
+      m_content(m_file->mu(), m_streams, m_fonts, m_layers, m_words) {}
 
 void PageReader::read(std::int32_t index, PageWords& out) {
   out.clear();
-  MuContext& mu = file_->mu();
+  MuContext& mu = m_file->mu();
   mu.allow(pageMemory, pageTime);
-  const PageFrame frame = file_->frameOf(index);
-  words_.beginPage({0, 0, frame.width, frame.height}, tolerance_);
-  content_.beginPage(PageLimits());
+  const PageFrame frame = m_file->frameOf(index);
+  m_words.beginPage({0, 0, frame.width, frame.height}, m_tolerance);
+  m_content.beginPage(PageLimits());
   try {
     readContents(index, frame);
     readAnnotations(index, frame);
   } catch (const std::bad_alloc&) {
-    content_.setDamaged();
+    m_content.setDamaged();
     out.outOfMemory = true;
   }
-  words_.finish(out);
-  if (content_.damaged() || mu.overdue())
+  m_words.finish(out);
+  if (m_content.damaged() || mu.overdue())
     out.state = PageState::Damaged;
   out.page = index + 1;
   mu.relax();
-  fonts_.endPage();
+  m_fonts.endPage();
   forgetNowAndThen();
 }
 
 void PageReader::readContents(std::int32_t index, const PageFrame& frame) {
-  const PdfObject contents = file_->page(index).get("Contents");
-  data_.bytes.clear();
-  data_.damaged = data_.cut = false;
+  const PdfObject contents = m_file->page(index).get("Contents");
+  m_data.bytes.clear();
+  m_data.damaged = m_data.cut = false;
   const auto take = [this](const PdfObject& stream) {
-    const std::size_t before = data_.bytes.size();
-    if (!streams_.append(stream, content_.bytesLeft(), data_)) {
+    const std::size_t before = m_data.bytes.size();
+    if (!m_streams.append(stream, m_content.bytesLeft(), m_data)) {
       if (stream)
-        content_.setDamaged();
+        m_content.setDamaged();
       return;
     }
-    content_.spend(data_.bytes.size() - before);
-    data_.bytes.push_back('\n');
+    m_content.spend(m_data.bytes.size() - before);
+    m_data.bytes.push_back('\n');
   };
   if (contents.isArray()) {
     const int count = contents.size();
-    for (int i = 0; i < count && content_.bytesLeft() > 0; ++i)
+    for (int i = 0; i < count && m_content.bytesLeft() > 0; ++i)
       take(contents.at(i));
   } else {
     take(contents);
   }
-  if (data_.damaged || data_.cut)
-    content_.setDamaged();
-  content_.runContent(data_.view(), frame.resources, frame.toShown);
+  if (m_data.damaged || m_data.cut)
+    m_content.setDamaged();
+  m_content.runContent(m_data.view(), frame.resources, frame.toShown);
 }
 
 void PageReader::readAnnotations(std::int32_t index, const PageFrame& frame) {
-  const PdfObject list = file_->page(index).get("Annots");
+  const PdfObject list = m_file->page(index).get("Annots");
   if (!list.isArray())
     return;
-  for (const Appearance& appearance : visibleAppearances(*file_, index, layers_))
-    content_.runForm(appearance.form, frame.resources, appearance.matrix * frame.toShown);
+  for (const Appearance& appearance : visibleAppearances(*m_file, index, m_layers))
+    m_content.runForm(appearance.form, frame.resources, appearance.matrix * frame.toShown);
 }
 
 // Objects that were read stay in memory until they are forgotten. Forgetting walks over all of the
 // file's objects, so it happens only a few times in a document.
 void PageReader::forgetNowAndThen() {
-  if (++sinceForgotten_ < std::max(fewestPagesToForget, file_->pageCount() / 16))
+  if (++m_sinceForgotten < std::max(fewestPagesToForget, m_file->pageCount() / 16))
     return;
-  sinceForgotten_ = 0;
-  file_->forgetObjects();
+  m_sinceForgotten = 0;
+  m_file->forgetObjects();
 }
 
 } // namespace glyphrun

@@ -15,8 +15,8 @@ class PageReader {
 public:
   explicit PageReader(std::unique_ptr<PdfFile> file);
 
-  PdfFile& file() { return *file_; }
-  void setWordSpacing(double factor) { tolerance_ = JoiningTolerance::fromFactor(factor); }
+  PdfFile& file() { return *m_file; }
+  void setWordSpacing(double factor) { m_tolerance = JoiningTolerance::fromFactor(factor); }
   /** Words of the page `index` (from 0, and there). Storage of `out` is used again. */
   void read(std::int32_t index, PageWords& out);
 
@@ -25,15 +25,15 @@ private:
   void readAnnotations(std::int32_t index, const PageFrame& frame);
   void forgetNowAndThen();
 
-  std::unique_ptr<PdfFile> file_;
-  StreamReader streams_;
-  FontCache fonts_;
-  LayerVisibility layers_;
-  WordAssembler words_;
-  ContentReader content_;
-  JoiningTolerance tolerance_ = JoiningTolerance::fromFactor(0);
-  StreamData data_;
-  std::int32_t sinceForgotten_ = 0;
+  std::unique_ptr<PdfFile> m_file;
+  StreamReader m_streams;
+  FontCache m_fonts;
+  LayerVisibility m_layers;
+  WordAssembler m_words;
+  ContentReader m_content;
+  JoiningTolerance m_tolerance = JoiningTolerance::fromFactor(0);
+  StreamData m_data;
+  std::int32_t m_sinceForgotten = 0;
 };
 
 } // namespace glyphrun

@@ -84,28 +84,28 @@ std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u1
 }
 
 PdfFile::~PdfFile() {
-  fz_context* ctx = mu_->raw();
-  for (const PageEntry& page : pages_)
+  fz_context* ctx = m_mu->raw();
+  for (const PageEntry& page : m_pages)
     pdf_drop_obj(ctx, page.object);
-  for (const Node& node : nodes_)
+  for (const Node& node : m_nodes)
     pdf_drop_obj(ctx, node.object);
-  if (treeLoaded_)
-    pdf_drop_page_tree(ctx, document_);
-  pdf_drop_document(ctx, document_);
-  fz_drop_stream(ctx, stream_);
+  if (m_treeLoaded)
+    pdf_drop_page_tree(ctx, m_document);
+  pdf_drop_document(ctx, m_document);
+  fz_drop_stream(ctx, m_stream);
 }
 
 Result PdfFile::openDocument(const std::string& path, std::string& reason) {
-  fz_context* ctx = mu_->raw();
-  Outcome outcome = mu_->attempt([&] { stream_ = fz_open_file(ctx, path.c_str()); });
+  fz_context* ctx = m_mu->raw();
+  Outcome outcome = m_mu->attempt([&] { m_stream = fz_open_file(ctx, path.c_str()); });
   if (outcome != Outcome::Ok) {
-    reason = mu_->message();
+    reason = m_mu->message();
     return outcome == Outcome::OutOfMemory ? Result::OutOfMemory : Result::CannotOpen;
   }
-  outcome = mu_->attempt([&] { document_ = pdf_open_document_with_stream(ctx, stream_); });
+  outcome = m_mu->attempt([&] { m_document = pdf_open_document_with_stream(ctx, m_stream); });
   if (outcome == Outcome::Ok)
     return Result::Ok;
-  reason = mu_->message();
+  reason = m_mu->message();
   if (outcome == Outcome::OutOfMemory)
     return Result::OutOfMemory;
   // The document is gone with the failure, so its handler is known only by MuPDF's words.
@@ -116,19 +116,20 @@ Result PdfFile::openDocument(const std::string& path, std::string& reason) {
 }
 
 Result PdfFile::authenticate(const std::u16string& password) {
-  fz_context* ctx = mu_->raw();
+  fz_context* ctx = m_mu->raw();
   int needed = 1;
   int revision = 0;
-  mu_->attempt([&] {
-    needed = pdf_needs_password(ctx, document_);
-    revision = document_->crypt == nullptr ? 0 : pdf_crypt_revision(ctx, document_->crypt);
+  m_mu->attempt([&] {
+    needed = pdf_needs_password(ctx, m_document);
+    revision = m_document->crypt == nullptr ? 0 : pdf_crypt_revision(ctx, m_document->crypt);
   });
   if (needed == 0)
     return Result::Ok;
   constexpr int lastByteEncoded = 4;
   for (const std::string& candidate : passwordCandidates(password, revision <= lastByteEncoded)) {
     int accepted = 0;
-    mu_->attempt([&] { accepted = pdf_authenticate_password(ctx, document_, candidate.c_str()); });
+    m_mu->attempt(
+        [&] { accepted = pdf_authenticate_password(ctx, m_document, candidate.c_str()); });
     if (accepted != 0)
       return Result::Ok;
   }
@@ -137,8 +138,8 @@ Result PdfFile::authenticate(const std::u16string& password) {
 
 PdfObject PdfFile::catalog() const {
   pdf_obj* trailer = nullptr;
-  mu_->attempt([&] { trailer = pdf_trailer(mu_->raw(), document_); });
-  return PdfObject(*mu_, trailer).get("Root");
+  m_mu->attempt([&] { trailer = pdf_trailer(m_mu->raw(), m_document); });
+  return PdfObject(*m_mu, trailer).get("Root");
 }
 
 // Walks the page tree once, with a stack of its own: depth, loops and claimed counts of the file
@@ -156,8 +157,8 @@ Result PdfFile::readPages() {
     const int number = node.objectNumber();
     if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second))
       return;
-    nodes_.push_back({pdf_keep_obj(mu_->raw(), node.raw()), parent});
-    stack.push_back({static_cast<std::uint32_t>(nodes_.size() - 1), 0, node.get("Kids").size()});
+    m_nodes.push_back({pdf_keep_obj(m_mu->raw(), node.raw()), parent});
+    stack.push_back({static_cast<std::uint32_t>(m_nodes.size() - 1), 0, node.get("Kids").size()});
   };
   try {
     const PdfObject root = catalog().get("Pages");
@@ -170,34 +171,34 @@ Result PdfFile::readPages() {
         continue;
       }
       const std::uint32_t node = level.node;
-      const PdfObject kid = PdfObject(*mu_, nodes_[node].object).get("Kids").at(level.next++);
+      const PdfObject kid = PdfObject(*m_mu, m_nodes[node].object).get("Kids").at(level.next++);
       if (!kid.isDict())
         continue;
       if (kid.get("Kids").isArray())
         enter(kid, static_cast<std::int32_t>(node));
       else
-        pages_.push_back({pdf_keep_obj(mu_->raw(), kid.raw()), node});
+        m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
     }
   } catch (const std::bad_alloc&) {
     return Result::OutOfMemory;
   }
-  return pages_.empty() ? Result::NotAPdf : Result::Ok;
+  return m_pages.empty() ? Result::NotAPdf : Result::Ok;
 }
 
 PdfObject PdfFile::page(std::int32_t index) const {
-  return {*mu_, pages_[static_cast<std::size_t>(index)].object};
+  return {*m_mu, m_pages[static_cast<std::size_t>(index)].object};
 }
 
 PdfObject PdfFile::inherited(const PageEntry& entry, const char* key) const {
-  PdfObject value = PdfObject(*mu_, entry.object).get(key);
+  PdfObject value = PdfObject(*m_mu, entry.object).get(key);
   for (auto node = static_cast<std::int32_t>(entry.node); !value && node >= 0;
-       node = nodes_[static_cast<std::size_t>(node)].parent)
-    value = PdfObject(*mu_, nodes_[static_cast<std::size_t>(node)].object).get(key);
+       node = m_nodes[static_cast<std::size_t>(node)].parent)
+    value = PdfObject(*m_mu, m_nodes[static_cast<std::size_t>(node)].object).get(key);
   return value;
 }
 
 PageFrame PdfFile::frameOf(std::int32_t index) const {
-  const PageEntry& entry = pages_[static_cast<std::size_t>(index)];
+  const PageEntry& entry = m_pages[static_cast<std::size_t>(index)];
   PageFrame frame;
   frame.resources = inherited(entry, "Resources");
   Rect media{0, 0, standardWidth, standardHeight};
@@ -219,73 +220,73 @@ PageFrame PdfFile::frameOf(std::int32_t index) const {
 }
 
 std::int32_t PdfFile::pageWithNumber(int objectNumber) const {
-  if (pagesByNumber_.empty())
-    for (std::size_t i = 0; i < pages_.size(); ++i)
-      pagesByNumber_.emplace(page(static_cast<std::int32_t>(i)).objectNumber(),
-                             static_cast<std::int32_t>(i));
-  const auto found = pagesByNumber_.find(objectNumber);
-  return objectNumber == 0 || found == pagesByNumber_.end() ? -1 : found->second;
+  if (m_pagesByNumber.empty())
+    for (std::size_t i = 0; i < m_pages.size(); ++i)
+      m_pagesByNumber.emplace(page(static_cast<std::int32_t>(i)).objectNumber(),
+                              static_cast<std::int32_t>(i));
+  const auto found = m_pagesByNumber.find(objectNumber);
+  return objectNumber == 0 || found == m_pagesByNumber.end() ? -1 : found->second;
 }
 
 std::int32_t PdfFile::facts() const {
   std::int32_t facts = 0;
-  fz_context* ctx = mu_->raw();
-  mu_->attempt([&] {
-    if (document_->crypt != nullptr)
+  fz_context* ctx = m_mu->raw();
+  m_mu->attempt([&] {
+    if (m_document->crypt != nullptr)
       facts |= GLYPHRUN_FILE_ENCRYPTED;
-    if (pdf_has_permission(ctx, document_, FZ_PERMISSION_COPY) == 0)
+    if (pdf_has_permission(ctx, m_document, FZ_PERMISSION_COPY) == 0)
       facts |= GLYPHRUN_FILE_FORBIDS_EXTRACTION;
-    if (pdf_was_repaired(ctx, document_) != 0)
+    if (pdf_was_repaired(ctx, m_document) != 0)
       facts |= GLYPHRUN_FILE_REPAIRED;
   });
   return facts;
 }
 
 void PdfFile::forgetObjects() {
-  mu_->attempt([&] { pdf_clear_xref(mu_->raw(), document_); });
+  m_mu->attempt([&] { pdf_clear_xref(m_mu->raw(), m_document); });
 }
 
 // MuPDF's own loading of the tree allocates by the claimed count and gives up on the slightest
 // oddity, so its tables are filled from what was found here.
 bool PdfFile::fillPageTables() {
-  if (treeLoaded_)
+  if (m_treeLoaded)
     return true;
-  fz_context* ctx = mu_->raw();
+  fz_context* ctx = m_mu->raw();
   int* forward = nullptr;
   pdf_rev_page_map* backward = nullptr;
-  const Outcome outcome = mu_->attempt([&] {
-    forward = static_cast<int*>(fz_malloc(ctx, pages_.size() * sizeof(int)));
+  const Outcome outcome = m_mu->attempt([&] {
+    forward = static_cast<int*>(fz_malloc(ctx, m_pages.size() * sizeof(int)));
     backward =
-        static_cast<pdf_rev_page_map*>(fz_malloc(ctx, pages_.size() * sizeof(pdf_rev_page_map)));
+        static_cast<pdf_rev_page_map*>(fz_malloc(ctx, m_pages.size() * sizeof(pdf_rev_page_map)));
   });
   if (outcome != Outcome::Ok || forward == nullptr || backward == nullptr) {
     fz_free(ctx, forward);
     return false;
   }
-  for (std::size_t i = 0; i < pages_.size(); ++i) {
+  for (std::size_t i = 0; i < m_pages.size(); ++i) {
     forward[i] = page(static_cast<std::int32_t>(i)).objectNumber();
     backward[i] = {static_cast<int>(i), forward[i]};
   }
-  std::sort(backward, backward + pages_.size(),
+  std::sort(backward, backward + m_pages.size(),
             [](const auto& a, const auto& b) { return a.object < b.object; });
-  document_->map_page_count = static_cast<int>(pages_.size());
-  document_->fwd_page_map = forward;
-  document_->rev_page_map = backward;
-  document_->page_map_nesting = 1;
-  treeLoaded_ = true;
+  m_document->map_page_count = static_cast<int>(m_pages.size());
+  m_document->fwd_page_map = forward;
+  m_document->rev_page_map = backward;
+  m_document->page_map_nesting = 1;
+  m_treeLoaded = true;
   return true;
 }
 
 pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
   if (!fillPageTables())
     return nullptr;
-  fz_context* ctx = mu_->raw();
+  fz_context* ctx = m_mu->raw();
   pdf_obj* object = nullptr;
   pdf_page* loaded = nullptr;
-  mu_->attempt([&] {
-    object = pdf_load_object(ctx, document_, page(index).objectNumber());
+  m_mu->attempt([&] {
+    object = pdf_load_object(ctx, m_document, page(index).objectNumber());
     const int before = pdf_obj_refs(ctx, object);
-    loaded = pdf_load_page(ctx, document_, index);
+    loaded = pdf_load_page(ctx, m_document, index);
     // MuPDF forgets to give back the reference that its look-up by table takes.
     if (loaded->obj == object && pdf_obj_refs(ctx, object) == before + 2)
       pdf_drop_obj(ctx, object);

@@ -57,12 +57,12 @@ public:
   PdfFile(const PdfFile&) = delete;
   PdfFile& operator=(const PdfFile&) = delete;
 
-  MuContext& mu() const { return *mu_; }
-  pdf_document* document() const { return document_; }
+  MuContext& mu() const { return *m_mu; }
+  pdf_document* document() const { return m_document; }
   PdfObject catalog() const;
 
   /** Pages that exist, whatever the file claims. */
-  std::int32_t pageCount() const { return static_cast<std::int32_t>(pages_.size()); }
+  std::int32_t pageCount() const { return static_cast<std::int32_t>(m_pages.size()); }
   /** `index` from 0. */
   PdfObject page(std::int32_t index) const;
   PageFrame frameOf(std::int32_t index) const;
@@ -89,20 +89,20 @@ private:
     std::int32_t parent;
   };
 
-  explicit PdfFile(std::unique_ptr<MuContext> mu) : mu_(std::move(mu)) {}
+  explicit PdfFile(std::unique_ptr<MuContext> mu) : m_mu(std::move(mu)) {}
   Result openDocument(const std::string& path, std::string& reason);
   Result authenticate(const std::u16string& password);
   Result readPages();
   bool fillPageTables();
   PdfObject inherited(const PageEntry& entry, const char* key) const;
 
-  std::unique_ptr<MuContext> mu_;
-  fz_stream* stream_ = nullptr;
-  pdf_document* document_ = nullptr;
-  std::vector<PageEntry> pages_;
-  std::vector<Node> nodes_;
-  mutable std::unordered_map<int, std::int32_t> pagesByNumber_;
-  bool treeLoaded_ = false;
+  std::unique_ptr<MuContext> m_mu;
+  fz_stream* m_stream = nullptr;
+  pdf_document* m_document = nullptr;
+  std::vector<PageEntry> m_pages;
+  std::vector<Node> m_nodes;
+  mutable std::unordered_map<int, std::int32_t> m_pagesByNumber;
+  bool m_treeLoaded = false;
 };
 
 } // namespace glyphrun

@@ -9,70 +9,70 @@ namespace glyphrun {
 
 PdfObject PdfObject::get(const char* key) const {
   pdf_obj* found = nullptr;
-  if (object_ != nullptr)
-    mu_->attempt([&] { found = pdf_dict_gets(mu_->raw(), object_, key); });
-  return found == nullptr ? PdfObject() : PdfObject(*mu_, found);
+  if (m_object != nullptr)
+    m_mu->attempt([&] { found = pdf_dict_gets(m_mu->raw(), m_object, key); });
+  return found == nullptr ? PdfObject() : PdfObject(*m_mu, found);
 }
 
 PdfObject PdfObject::at(int index) const {
   pdf_obj* found = nullptr;
-  if (object_ != nullptr)
-    mu_->attempt([&] { found = pdf_array_get(mu_->raw(), object_, index); });
-  return found == nullptr ? PdfObject() : PdfObject(*mu_, found);
+  if (m_object != nullptr)
+    m_mu->attempt([&] { found = pdf_array_get(m_mu->raw(), m_object, index); });
+  return found == nullptr ? PdfObject() : PdfObject(*m_mu, found);
 }
 
 int PdfObject::size() const {
   int length = 0;
-  if (object_ != nullptr)
-    mu_->attempt([&] { length = pdf_array_len(mu_->raw(), object_); });
+  if (m_object != nullptr)
+    m_mu->attempt([&] { length = pdf_array_len(m_mu->raw(), m_object); });
   return length;
 }
 
 bool PdfObject::is(int (*test)(fz_context*, pdf_obj*)) const {
   int result = 0;
-  if (object_ != nullptr)
-    mu_->attempt([&] { result = test(mu_->raw(), object_); });
+  if (m_object != nullptr)
+    m_mu->attempt([&] { result = test(m_mu->raw(), m_object); });
   return result != 0;
 }
 
 int PdfObject::objectNumber() const {
-  return isIndirect() ? pdf_to_num(mu_->raw(), object_) : 0;
+  return isIndirect() ? pdf_to_num(m_mu->raw(), m_object) : 0;
 }
 
 double PdfObject::number(double otherwise) const {
   double value = otherwise;
-  if (object_ != nullptr)
-    mu_->attempt([&] {
-      if (pdf_is_number(mu_->raw(), object_))
-        value = static_cast<double>(pdf_to_real(mu_->raw(), object_));
+  if (m_object != nullptr)
+    m_mu->attempt([&] {
+      if (pdf_is_number(m_mu->raw(), m_object))
+        value = static_cast<double>(pdf_to_real(m_mu->raw(), m_object));
     });
   return value;
 }
 
 int PdfObject::integer(int otherwise) const {
   int value = otherwise;
-  if (object_ != nullptr)
-    mu_->attempt([&] {
-      if (pdf_is_number(mu_->raw(), object_))
-        value = pdf_to_int(mu_->raw(), object_);
+  if (m_object != nullptr)
+    m_mu->attempt([&] {
+      if (pdf_is_number(m_mu->raw(), m_object))
+        value = pdf_to_int(m_mu->raw(), m_object);
     });
   return value;
 }
 
 const char* PdfObject::name() const {
   const char* text = "";
-  if (object_ != nullptr)
-    mu_->attempt([&] { text = pdf_to_name(mu_->raw(), object_); });
+  if (m_object != nullptr)
+    m_mu->attempt([&] { text = pdf_to_name(m_mu->raw(), m_object); });
   return text;
 }
 
 std::string_view PdfObject::bytes() const {
   const char* data = "";
   std::size_t length = 0;
-  if (object_ != nullptr)
-    mu_->attempt([&] {
-      if (pdf_is_string(mu_->raw(), object_))
-        data = pdf_to_string(mu_->raw(), object_, &length);
+  if (m_object != nullptr)
+    m_mu->attempt([&] {
+      if (pdf_is_string(m_mu->raw(), m_object))
+        data = pdf_to_string(m_mu->raw(), m_object, &length);
     });
   return {data, length};
 }
@@ -82,13 +82,13 @@ struct StreamReader::Inflater {
   bool ready = false;
 };
 
-StreamReader::StreamReader(MuContext& mu) : mu_(mu), inflater_(std::make_unique<Inflater>()) {
-  inflater_->ready = inflateInit(&inflater_->z) == Z_OK;
+StreamReader::StreamReader(MuContext& mu) : m_mu(mu), m_inflater(std::make_unique<Inflater>()) {
+  m_inflater->ready = inflateInit(&m_inflater->z) == Z_OK;
 }
 
 StreamReader::~StreamReader() {
-  if (inflater_->ready)
-    inflateEnd(&inflater_->z);
+  if (m_inflater->ready)
+    inflateEnd(&m_inflater->z);
 }
 
 bool StreamReader::append(const PdfObject& stream, std::size_t limit, StreamData& out) {
@@ -99,11 +99,11 @@ bool StreamReader::append(const PdfObject& stream, std::size_t limit, StreamData
   if (filter.isArray())
     filter = filter.at(0);
   const bool flate = filter.isNamed("FlateDecode") || filter.isNamed("Fl");
-  if (inflater_->ready && single && flate && !stream.get("DecodeParms") && !stream.get("F"))
+  if (m_inflater->ready && single && flate && !stream.get("DecodeParms") && !stream.get("F"))
     return appendInflated(stream, limit, out);
 
   fz_stream* opened = nullptr;
-  if (mu_.attempt([&] { opened = pdf_open_stream(mu_.raw(), stream.raw()); }) != Outcome::Ok)
+  if (m_mu.attempt([&] { opened = pdf_open_stream(m_mu.raw(), stream.raw()); }) != Outcome::Ok)
     return false;
   return readAll(opened, limit, out);
 }
@@ -112,13 +112,13 @@ bool StreamReader::readAll(fz_stream* stream, std::size_t limit, StreamData& out
   constexpr std::size_t step = 16384;
   const std::size_t before = out.bytes.size();
   std::size_t filled = before;
-  const Outcome outcome = mu_.attempt([&] {
+  const Outcome outcome = m_mu.attempt([&] {
     while (filled - before < limit) {
       if (out.bytes.size() < filled + step)
         out.bytes.resize(std::max(filled + step, out.bytes.size() * 2));
       const std::size_t room = std::min(out.bytes.size() - filled, limit - (filled - before));
       const std::size_t got = fz_read(
-          mu_.raw(), stream, reinterpret_cast<unsigned char*>(out.bytes.data()) + filled, room);
+          m_mu.raw(), stream, reinterpret_cast<unsigned char*>(out.bytes.data()) + filled, room);
       if (got == 0)
         break;
       filled += got;
@@ -126,7 +126,7 @@ bool StreamReader::readAll(fz_stream* stream, std::size_t limit, StreamData& out
     out.cut = out.cut || filled - before >= limit;
   });
   out.damaged = out.damaged || outcome != Outcome::Ok || stream->error != 0;
-  fz_drop_stream(mu_.raw(), stream);
+  fz_drop_stream(m_mu.raw(), stream);
   out.bytes.resize(filled);
   return true;
 }
@@ -135,23 +135,23 @@ bool StreamReader::readAll(fz_stream* stream, std::size_t limit, StreamData& out
 // nearly always a single Flate filter without predictor, so these are inflated here.
 bool StreamReader::appendInflated(const PdfObject& stream, std::size_t limit, StreamData& out) {
   fz_stream* opened = nullptr;
-  if (mu_.attempt([&] { opened = pdf_open_raw_stream(mu_.raw(), stream.raw()); }) != Outcome::Ok)
+  if (m_mu.attempt([&] { opened = pdf_open_raw_stream(m_mu.raw(), stream.raw()); }) != Outcome::Ok)
     return false;
-  raw_.bytes.clear();
-  raw_.damaged = false;
-  if (!readAll(opened, limit, raw_))
+  m_raw.bytes.clear();
+  m_raw.damaged = false;
+  if (!readAll(opened, limit, m_raw))
     return false;
-  out.damaged = out.damaged || raw_.damaged;
+  out.damaged = out.damaged || m_raw.damaged;
 
-  z_stream& z = inflater_->z;
+  z_stream& z = m_inflater->z;
   inflateReset(&z);
-  z.next_in = reinterpret_cast<Bytef*>(raw_.bytes.data());
-  z.avail_in = static_cast<uInt>(std::min<std::size_t>(raw_.bytes.size(), UINT_MAX));
+  z.next_in = reinterpret_cast<Bytef*>(m_raw.bytes.data());
+  z.avail_in = static_cast<uInt>(std::min<std::size_t>(m_raw.bytes.size(), UINT_MAX));
   const std::size_t before = out.bytes.size();
   std::size_t filled = before;
   int status = Z_OK;
   while (status == Z_OK && filled - before < limit) {
-    const std::size_t wanted = std::max<std::size_t>(4096, raw_.bytes.size() * 4);
+    const std::size_t wanted = std::max<std::size_t>(4096, m_raw.bytes.size() * 4);
     if (out.bytes.size() - filled < 64)
       out.bytes.resize(filled + std::max(wanted, filled - before));
     const std::size_t room = std::min(out.bytes.size() - filled, limit - (filled - before));

@@ -13,10 +13,10 @@ namespace glyphrun {
 class PdfObject {
 public:
   PdfObject() = default;
-  PdfObject(MuContext& mu, pdf_obj* object) : mu_(&mu), object_(object) {}
+  PdfObject(MuContext& mu, pdf_obj* object) : m_mu(&mu), m_object(object) {}
 
-  explicit operator bool() const { return object_ != nullptr && !is(pdf_is_null); }
-  pdf_obj* raw() const { return object_; }
+  explicit operator bool() const { return m_object != nullptr && !is(pdf_is_null); }
+  pdf_obj* raw() const { return m_object; }
 
   PdfObject get(const char* key) const;
   PdfObject at(int index) const;
@@ -30,7 +30,7 @@ public:
   bool isNumber() const { return is(pdf_is_number); }
   bool isInteger() const { return is(pdf_is_int); }
   bool isStream() const { return is(pdf_is_stream); }
-  bool isIndirect() const { return object_ != nullptr && pdf_is_indirect(mu_->raw(), object_); }
+  bool isIndirect() const { return m_object != nullptr && pdf_is_indirect(m_mu->raw(), m_object); }
 
   /** Object number of a reference, 0 for a direct object. */
   int objectNumber() const;
@@ -47,8 +47,8 @@ public:
 private:
   bool is(int (*test)(fz_context*, pdf_obj*)) const;
 
-  MuContext* mu_ = nullptr;
-  pdf_obj* object_ = nullptr;
+  MuContext* m_mu = nullptr;
+  pdf_obj* m_object = nullptr;
 };
 
 /** Bytes of a stream after its filters. */
@@ -77,9 +77,9 @@ private:
   bool readAll(fz_stream* stream, std::size_t limit, StreamData& out);
   bool appendInflated(const PdfObject& stream, std::size_t limit, StreamData& out);
 
-  MuContext& mu_;
-  std::unique_ptr<Inflater> inflater_;
-  StreamData raw_;
+  MuContext& m_mu;
+  std::unique_ptr<Inflater> m_inflater;
+  StreamData m_raw;
 };
 
 } // namespace glyphrun

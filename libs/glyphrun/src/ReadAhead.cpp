@@ -14,26 +14,26 @@ constexpr std::size_t mostBytesAhead = std::size_t{64} << 20;
 
 ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
                      int threads, double wordSpacing)
-    : path_(std::move(path)), password_(std::move(password)), pageCount_(pageCount),
-      window_(threads * pagesAheadPerThread), wordSpacing_(wordSpacing) {
+    : m_path(std::move(path)), m_password(std::move(password)), m_pageCount(pageCount),
+      m_window(threads * pagesAheadPerThread), m_wordSpacing(wordSpacing) {
   // Too few threads are no failure: the caller reads what nobody else does.
   try {
     for (int i = 0; i < threads; ++i)
-      threads_.emplace_back([this] { work(); });
+      m_threads.emplace_back([this] { work(); });
   } catch (const std::exception&) {
-    changed_.notify_all();
+    m_changed.notify_all();
   }
 }
 
 ReadAhead::~ReadAhead() {
   {
-    const std::lock_guard lock(mutex_);
-    stopping_ = true;
-    for (MuContext* context : contexts_)
+    const std::lock_guard lock(m_mutex);
+    m_stopping = true;
+    for (MuContext* context : m_contexts)
       context->stop();
   }
-  changed_.notify_all();
-  for (std::thread& thread : threads_)
+  m_changed.notify_all();
+  for (std::thread& thread : m_threads)
     thread.join();
 }
 
@@ -43,55 +43,55 @@ std::size_t ReadAhead::bytesOf(const PageWords& words) {
 }
 
 bool ReadAhead::mayClaim() const {
-  return wanted_ >= 0 && next_ < pageCount_ && next_ < wanted_ + window_ &&
-         (bytes_ < mostBytesAhead || slots_.empty());
+  return m_wanted >= 0 && m_next < m_pageCount && m_next < m_wanted + m_window &&
+         (m_bytes < mostBytesAhead || m_slots.empty());
 }
 
 void ReadAhead::restartAt(std::int32_t index) {
-  ++generation_;
-  slots_.clear();
-  bytes_ = 0;
-  next_ = index;
+  ++m_generation;
+  m_slots.clear();
+  m_bytes = 0;
+  m_next = index;
 }
 
 bool ReadAhead::take(std::int32_t index, PageWords& out) {
-  std::unique_lock lock(mutex_);
-  if (index != wanted_)
+  std::unique_lock lock(m_mutex);
+  if (index != m_wanted)
     restartAt(index + 1);
-  wanted_ = index + 1;
-  auto claimed = slots_.end();
-  changed_.wait(lock, [&] {
-    claimed = slots_.find(index);
-    return claimed == slots_.end() || claimed->second.ready;
+  m_wanted = index + 1;
+  auto claimed = m_slots.end();
+  m_changed.wait(lock, [&] {
+    claimed = m_slots.find(index);
+    return claimed == m_slots.end() || claimed->second.ready;
   });
-  if (claimed == slots_.end()) {
+  if (claimed == m_slots.end()) {
     // Nobody is at it; the threads go on behind it.
-    next_ = std::max(next_, index + 1);
+    m_next = std::max(m_next, index + 1);
     lock.unlock();
-    changed_.notify_all();
+    m_changed.notify_all();
     return false;
   }
-  bytes_ -= bytesOf(claimed->second.words);
+  m_bytes -= bytesOf(claimed->second.words);
   std::swap(out, claimed->second.words);
   // The caller's old storage serves the next page.
-  spare_.push_back(std::move(claimed->second.words));
-  slots_.erase(claimed);
+  m_spare.push_back(std::move(claimed->second.words));
+  m_slots.erase(claimed);
   lock.unlock();
-  changed_.notify_all();
+  m_changed.notify_all();
   return true;
 }
 
 void ReadAhead::setWordSpacing(double factor) {
-  const std::lock_guard lock(mutex_);
-  wordSpacing_ = factor;
-  restartAt(std::max(wanted_, 0));
+  const std::lock_guard lock(m_mutex);
+  m_wordSpacing = factor;
+  restartAt(std::max(m_wanted, 0));
 }
 
 std::unique_ptr<PageReader> ReadAhead::openFile() {
   Result result = Result::Ok;
   std::string reason;
-  std::unique_ptr<PdfFile> file = PdfFile::open(path_, password_, result, reason);
-  if (!file || file->pageCount() != pageCount_)
+  std::unique_ptr<PdfFile> file = PdfFile::open(m_path, m_password, result, reason);
+  if (!file || file->pageCount() != m_pageCount)
     return nullptr;
   return std::make_unique<PageReader>(std::move(file));
 }
@@ -103,34 +103,34 @@ void ReadAhead::work() {
       return;
     MuContext* const context = &reader->file().mu();
     {
-      const std::lock_guard lock(mutex_);
-      contexts_.push_back(context);
+      const std::lock_guard lock(m_mutex);
+      m_contexts.push_back(context);
     }
     readClaimedPages(*reader);
-    const std::lock_guard lock(mutex_);
-    std::erase(contexts_, context);
+    const std::lock_guard lock(m_mutex);
+    std::erase(m_contexts, context);
   } catch (const std::bad_alloc&) {
     // Without memory this thread stands aside; it had nothing claimed.
   }
 }
 
 void ReadAhead::readClaimedPages(PageReader& reader) noexcept {
-  std::unique_lock lock(mutex_);
+  std::unique_lock lock(m_mutex);
   for (;;) {
-    changed_.wait(lock, [this] { return stopping_ || mayClaim(); });
-    if (stopping_)
+    m_changed.wait(lock, [this] { return m_stopping || mayClaim(); });
+    if (m_stopping)
       return;
-    const std::uint32_t generation = generation_;
-    const std::int32_t index = next_;
+    const std::uint32_t generation = m_generation;
+    const std::int32_t index = m_next;
     PageWords words;
     try {
-      slots_[index];
-      ++next_;
-      if (!spare_.empty()) {
-        words = std::move(spare_.back());
-        spare_.pop_back();
+      m_slots[index];
+      ++m_next;
+      if (!m_spare.empty()) {
+        words = std::move(m_spare.back());
+        m_spare.pop_back();
       }
-      const double spacing = wordSpacing_;
+      const double spacing = m_wordSpacing;
       lock.unlock();
       reader.setWordSpacing(spacing);
       reader.read(index, words);
@@ -142,13 +142,13 @@ void ReadAhead::readClaimedPages(PageReader& reader) noexcept {
     }
     if (!lock.owns_lock())
       lock.lock();
-    const auto slot = slots_.find(index);
-    if (generation != generation_ || slot == slots_.end())
+    const auto slot = m_slots.find(index);
+    if (generation != m_generation || slot == m_slots.end())
       continue;
-    bytes_ += bytesOf(words);
+    m_bytes += bytesOf(words);
     slot->second.words = std::move(words);
     slot->second.ready = true;
-    changed_.notify_all();
+    m_changed.notify_all();
   }
 }
 

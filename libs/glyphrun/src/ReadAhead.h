@@ -49,25 +49,25 @@ private:
   void restartAt(std::int32_t index);
   static std::size_t bytesOf(const PageWords& words);
 
-  const std::u16string path_;
-  const std::u16string password_;
-  const std::int32_t pageCount_;
-  const std::int32_t window_;
+  const std::u16string m_path;
+  const std::u16string m_password;
+  const std::int32_t m_pageCount;
+  const std::int32_t m_window;
 
-  std::mutex mutex_;
-  std::condition_variable changed_;
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
   // Under the mutex.
-  std::map<std::int32_t, Slot> slots_; /**< claimed pages, read or being read */
-  std::vector<PageWords> spare_;       /**< storage to use again */
-  std::vector<MuContext*> contexts_;   /**< of the threads, to stop them */
-  std::int32_t wanted_ = -1;           /**< the page expected to be asked for next */
-  std::int32_t next_ = 0;              /**< the page to claim next */
-  std::size_t bytes_ = 0;
-  std::uint32_t generation_ = 0; /**< raised when claimed pages lose their meaning */
-  double wordSpacing_;
-  bool stopping_ = false;
+  std::map<std::int32_t, Slot> m_slots; /**< claimed pages, read or being read */
+  std::vector<PageWords> m_spare;       /**< storage to use again */
+  std::vector<MuContext*> m_contexts;   /**< of the threads, to stop them */
+  std::int32_t m_wanted = -1;           /**< the page expected to be asked for next */
+  std::int32_t m_next = 0;              /**< the page to claim next */
+  std::size_t m_bytes = 0;
+  std::uint32_t m_generation = 0; /**< raised when claimed pages lose their meaning */
+  double m_wordSpacing;
+  bool m_stopping = false;
 
-  std::vector<std::thread> threads_;
+  std::vector<std::thread> m_threads;
 };
 
 } // namespace glyphrun

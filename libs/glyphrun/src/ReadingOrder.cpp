@@ -84,19 +84,19 @@ void orderRightToLeftLine(const PageWords& page, std::uint32_t* from, std::uint3
 } // namespace
 
 void WordWriter::collectText(const Fragment& first, bool rightToLeft) {
-  text_.clear();
+  m_text.clear();
   for (const Fragment* fragment = &first;;
-       fragment = &fragments_[static_cast<std::size_t>(fragment->next)]) {
+       fragment = &m_fragments[static_cast<std::size_t>(fragment->next)]) {
     for (std::uint32_t i = 0; i < fragment->glyphs; ++i) {
       const std::uint32_t glyph = fragment->firstGlyph + i;
-      const std::uint32_t begin = glyphOffsets_[glyph];
+      const std::uint32_t begin = m_glyphOffsets[glyph];
       const std::uint32_t end =
-          i + 1 < fragment->glyphs ? glyphOffsets_[glyph + 1] : fragment->text + fragment->length;
-      const std::size_t at = text_.size();
-      text_.append(&pool_[begin], end - begin);
+          i + 1 < fragment->glyphs ? m_glyphOffsets[glyph + 1] : fragment->text + fragment->length;
+      const std::size_t at = m_text.size();
+      m_text.append(&m_pool[begin], end - begin);
       // A glyph for several letters is written in reading order within a word that is not.
       if (rightToLeft && end - begin > 1)
-        std::reverse(text_.begin() + static_cast<std::ptrdiff_t>(at), text_.end());
+        std::reverse(m_text.begin() + static_cast<std::ptrdiff_t>(at), m_text.end());
     }
     if (fragment->next < 0)
       break;
@@ -109,7 +109,7 @@ Word WordWriter::write(const Fragment& first) {
   float end = first.end;
   Rect box = boxOf(first, first.end);
   for (std::int32_t next = first.next; next >= 0;) {
-    const Fragment& fragment = fragments_[static_cast<std::size_t>(next)];
+    const Fragment& fragment = m_fragments[static_cast<std::size_t>(next)];
     traits |= fragment.traits;
     end = std::max(end, fragment.end);
     const Rect more = boxOf(fragment, fragment.end);
@@ -118,17 +118,17 @@ Word WordWriter::write(const Fragment& first) {
     next = fragment.next;
   }
   const bool rightToLeft = (traits & TraitRightToLeft) != 0 && first.heading < HeadingVertical;
-  anyRightToLeft_ = anyRightToLeft_ || rightToLeft;
+  m_anyRightToLeft = m_anyRightToLeft || rightToLeft;
   word.text = first.text;
   if (first.next >= 0 || rightToLeft || (traits & TraitCombining) != 0) {
     collectText(first, rightToLeft);
     if (rightToLeft)
-      visualToLogical(text_);
+      visualToLogical(m_text);
     if ((traits & (TraitCombining | TraitRightToLeft)) != 0)
-      compose(text_);
-    word.text = static_cast<std::uint32_t>(pool_.size());
-    pool_.insert(pool_.end(), text_.begin(), text_.end());
-    pool_.push_back(0);
+      compose(m_text);
+    word.text = static_cast<std::uint32_t>(m_pool.size());
+    m_pool.insert(m_pool.end(), m_text.begin(), m_text.end());
+    m_pool.push_back(0);
   }
 
   Point position = first.origin;

@@ -13,20 +13,20 @@ class WordWriter {
 public:
   WordWriter(const std::vector<Fragment>& fragments, std::vector<char16_t>& pool,
              const std::vector<std::uint32_t>& glyphOffsets)
-      : fragments_(fragments), pool_(pool), glyphOffsets_(glyphOffsets) {}
+      : m_fragments(fragments), m_pool(pool), m_glyphOffsets(glyphOffsets) {}
 
   /** The word that begins with a fragment; its font is left to the caller. */
   Word write(const Fragment& first);
-  bool anyRightToLeft() const { return anyRightToLeft_; }
+  bool anyRightToLeft() const { return m_anyRightToLeft; }
 
 private:
   void collectText(const Fragment& first, bool rightToLeft);
 
-  const std::vector<Fragment>& fragments_;
-  std::vector<char16_t>& pool_;
-  const std::vector<std::uint32_t>& glyphOffsets_;
-  std::u16string text_;
-  bool anyRightToLeft_ = false;
+  const std::vector<Fragment>& m_fragments;
+  std::vector<char16_t>& m_pool;
+  const std::vector<std::uint32_t>& m_glyphOffsets;
+  std::u16string m_text;
+  bool m_anyRightToLeft = false;
 };
 
 /** Fills PageWords::reading. */

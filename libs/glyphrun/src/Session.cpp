@@ -27,7 +27,7 @@ std::unique_ptr<PageReader> Session::openReader(const std::u16string& path,
   std::string reason;
   FileIdentity::of(path, identity);
   std::unique_ptr<PdfFile> file = PdfFile::open(path, password, result, reason);
-  status_ = result;
+  m_status = result;
   if (!file) {
     setLastError(result, reason);
     return nullptr;
@@ -36,103 +36,103 @@ std::unique_ptr<PageReader> Session::openReader(const std::u16string& path,
 }
 
 std::int32_t Session::countPages(const std::u16string& path, const std::u16string& password) {
-  ready_.reset();
-  ready_ = openReader(path, password, readyIdentity_);
-  if (!ready_)
+  m_ready.reset();
+  m_ready = openReader(path, password, m_readyIdentity);
+  if (!m_ready)
     return 0;
-  readyPath_ = path;
-  readyPassword_ = password;
-  return ready_->file().pageCount();
+  m_readyPath = path;
+  m_readyPassword = password;
+  return m_ready->file().pageCount();
 }
 
 void Session::openFile(const std::u16string& path, const std::u16string& password) {
   closeFile();
   FileIdentity identity;
-  const bool unchanged = ready_ && path == readyPath_ && password == readyPassword_ &&
-                         FileIdentity::of(path, identity) && identity == readyIdentity_;
+  const bool unchanged = m_ready && path == m_readyPath && password == m_readyPassword &&
+                         FileIdentity::of(path, identity) && identity == m_readyIdentity;
   if (unchanged) {
-    status_ = Result::Ok;
-    reader_ = std::move(ready_);
+    m_status = Result::Ok;
+    m_reader = std::move(m_ready);
   } else {
-    ready_.reset();
-    reader_ = openReader(path, password, identity);
+    m_ready.reset();
+    m_reader = openReader(path, password, identity);
   }
-  if (!reader_)
+  if (!m_reader)
     return;
-  reader_->setWordSpacing(wordSpacing_);
-  path_ = path;
-  password_ = password;
+  m_reader->setWordSpacing(m_wordSpacing);
+  m_path = path;
+  m_password = password;
 }
 
 void Session::closeFile() {
   dropWords();
-  outline_.clear();
-  outlineRead_ = false;
-  ahead_.reset();
-  reader_.reset();
-  path_.clear();
-  password_.clear();
-  lastPage_ = 0;
-  pageState_ = PageState::Empty;
+  m_outline.clear();
+  m_outlineRead = false;
+  m_ahead.reset();
+  m_reader.reset();
+  m_path.clear();
+  m_password.clear();
+  m_lastPage = 0;
+  m_pageState = PageState::Empty;
 }
 
 void Session::dropWords() {
-  order_.clear();
-  pagesUsed_ = 0;
-  hasSelection_ = false;
+  m_order.clear();
+  m_pagesUsed = 0;
+  m_hasSelection = false;
 }
 
 void Session::extract(std::int32_t first, std::int32_t last) {
   dropWords();
-  pageState_ = PageState::Empty;
-  if (!reader_) {
-    status_ = Result::NotOpen;
-    setLastError(status_, "no file is open");
+  m_pageState = PageState::Empty;
+  if (!m_reader) {
+    m_status = Result::NotOpen;
+    setLastError(m_status, "no file is open");
     return;
   }
-  if (first < 1 || last < first || last > reader_->file().pageCount()) {
-    status_ = Result::BadPage;
-    setLastError(status_, "there is no such page");
+  if (first < 1 || last < first || last > m_reader->file().pageCount()) {
+    m_status = Result::BadPage;
+    setLastError(m_status, "there is no such page");
     return;
   }
-  status_ = Result::Ok;
+  m_status = Result::Ok;
   bool anyWords = false;
   for (std::int32_t page = first; page <= last; ++page) {
-    if (pagesUsed_ == pages_.size())
-      pages_.emplace_back();
-    PageWords& words = pages_[pagesUsed_++];
+    if (m_pagesUsed == m_pages.size())
+      m_pages.emplace_back();
+    PageWords& words = m_pages[m_pagesUsed++];
     readPage(page - 1, words);
-    lastPage_ = page;
+    m_lastPage = page;
     anyWords = anyWords || !words.words.empty();
-    pageState_ = std::max(pageState_, words.state);
+    m_pageState = std::max(m_pageState, words.state);
     if (words.outOfMemory)
-      status_ = Result::OutOfMemory;
-    else if (words.state == PageState::Damaged && status_ == Result::Ok)
-      status_ = Result::Damaged;
+      m_status = Result::OutOfMemory;
+    else if (words.state == PageState::Damaged && m_status == Result::Ok)
+      m_status = Result::Damaged;
   }
   // Of several pages an empty one is no grave matter.
-  if (pageState_ == PageState::Empty && anyWords)
-    pageState_ = PageState::Good;
-  if (status_ != Result::Ok)
-    setLastError(status_, "a page is damaged or goes beyond what one page may cost");
+  if (m_pageState == PageState::Empty && anyWords)
+    m_pageState = PageState::Good;
+  if (m_status != Result::Ok)
+    setLastError(m_status, "a page is damaged or goes beyond what one page may cost");
   fillOrder(false);
 }
 
 void Session::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
-  if (!ahead_ && aheadThreads_ > 0 && index > 0 && index == lastPage_)
-    ahead_ =
-        std::make_unique<ReadAhead>(path_, password_, pageCount(), aheadThreads_, wordSpacing_);
-  if (!ahead_ || !ahead_->take(index, words))
-    reader_->read(index, words);
+  if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage)
+    m_ahead =
+        std::make_unique<ReadAhead>(m_path, m_password, pageCount(), m_aheadThreads, m_wordSpacing);
+  if (!m_ahead || !m_ahead->take(index, words))
+    m_reader->read(index, words);
 }
 
 void Session::fillOrder(bool reading) {
-  order_.clear();
-  for (std::uint32_t slot = 0; slot < pagesUsed_; ++slot) {
-    const PageWords& page = pages_[slot];
+  m_order.clear();
+  for (std::uint32_t slot = 0; slot < m_pagesUsed; ++slot) {
+    const PageWords& page = m_pages[slot];
     for (std::uint32_t i = 0; i < page.words.size(); ++i)
-      order_.push_back({slot, reading ? page.reading[i] : i});
+      m_order.push_back({slot, reading ? page.reading[i] : i});
   }
 }
 
@@ -163,52 +163,52 @@ void Session::removeRepeats() {
     }
   };
   std::unordered_set<Key, Hash> seen;
-  std::erase_if(order_, [&](const WordIndex& index) {
-    const PageWords& page = pages_[index.slot];
+  std::erase_if(m_order, [&](const WordIndex& index) {
+    const PageWords& page = m_pages[index.slot];
     const Word& word = page.words[index.word];
     return !seen.insert({index.slot, word.h, word.v, page.textOf(word)}).second;
   });
-  hasSelection_ = false;
+  m_hasSelection = false;
 }
 
 void Session::setWordSpacing(double factor) {
-  wordSpacing_ = factor;
-  if (reader_)
-    reader_->setWordSpacing(factor);
-  if (ahead_)
-    ahead_->setWordSpacing(factor);
+  m_wordSpacing = factor;
+  if (m_reader)
+    m_reader->setWordSpacing(factor);
+  if (m_ahead)
+    m_ahead->setWordSpacing(factor);
 }
 
 void Session::setReadAhead(std::int32_t threads) {
   constexpr std::int32_t mostThreads = 64;
-  aheadThreads_ = std::clamp(threads, 0, mostThreads);
-  ahead_.reset();
+  m_aheadThreads = std::clamp(threads, 0, mostThreads);
+  m_ahead.reset();
 }
 
 void Session::select(std::int32_t index) {
-  hasSelection_ = index >= 0 && index < wordCount();
-  if (hasSelection_)
-    selected_ = order_[static_cast<std::size_t>(index)];
+  m_hasSelection = index >= 0 && index < wordCount();
+  if (m_hasSelection)
+    m_selected = m_order[static_cast<std::size_t>(index)];
 }
 
 const Word& Session::selected() const {
-  return hasSelection_ ? pages_[selected_.slot].words[selected_.word] : noWord;
+  return m_hasSelection ? m_pages[m_selected.slot].words[m_selected.word] : noWord;
 }
 
 const char16_t* Session::selectedText() const {
-  return hasSelection_ ? pages_[selected_.slot].textOf(selected()) : noText;
+  return m_hasSelection ? m_pages[m_selected.slot].textOf(selected()) : noText;
 }
 
 const char16_t* Session::selectedFont() const {
-  return hasSelection_ ? pages_[selected_.slot].pool.data() + selected().font : noText;
+  return m_hasSelection ? m_pages[m_selected.slot].pool.data() + selected().font : noText;
 }
 
 const std::vector<OutlineEntry>& Session::outline() {
-  if (reader_ && !outlineRead_) {
-    outline_ = readOutline(reader_->file());
-    outlineRead_ = true;
+  if (m_reader && !m_outlineRead) {
+    m_outline = readOutline(m_reader->file());
+    m_outlineRead = true;
   }
-  return outline_;
+  return m_outline;
 }
 
 } // namespace glyphrun

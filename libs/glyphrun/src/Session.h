@@ -20,15 +20,15 @@ public:
   void closeFile();
   void extract(std::int32_t first, std::int32_t last);
 
-  std::int32_t pageCount() const { return reader_ ? reader_->file().pageCount() : 0; }
-  std::int32_t status() const { return static_cast<std::int32_t>(status_); }
-  std::int32_t lastPage() const { return lastPage_; }
-  std::int32_t pageState() const { return static_cast<std::int32_t>(pageState_); }
-  std::int32_t facts() const { return reader_ ? reader_->file().facts() : 0; }
+  std::int32_t pageCount() const { return m_reader ? m_reader->file().pageCount() : 0; }
+  std::int32_t status() const { return static_cast<std::int32_t>(m_status); }
+  std::int32_t lastPage() const { return m_lastPage; }
+  std::int32_t pageState() const { return static_cast<std::int32_t>(m_pageState); }
+  std::int32_t facts() const { return m_reader ? m_reader->file().facts() : 0; }
   void setWordSpacing(double factor);
   void setReadAhead(std::int32_t threads);
 
-  std::int32_t wordCount() const { return static_cast<std::int32_t>(order_.size()); }
+  std::int32_t wordCount() const { return static_cast<std::int32_t>(m_order.size()); }
   void sortAsDrawn();
   void sortForReading();
   void removeRepeats();
@@ -52,28 +52,28 @@ private:
   void dropWords();
   void fillOrder(bool reading);
 
-  std::unique_ptr<PageReader> reader_;
-  std::unique_ptr<ReadAhead> ahead_; /**< from the second of two pages in a row on */
-  std::int32_t aheadThreads_ = 0;
-  std::u16string path_;
-  std::u16string password_;
+  std::unique_ptr<PageReader> m_reader;
+  std::unique_ptr<ReadAhead> m_ahead; /**< from the second of two pages in a row on */
+  std::int32_t m_aheadThreads = 0;
+  std::u16string m_path;
+  std::u16string m_password;
   // The file that a count left ready for the opening that follows.
-  std::unique_ptr<PageReader> ready_;
-  std::u16string readyPath_;
-  std::u16string readyPassword_;
-  FileIdentity readyIdentity_;
+  std::unique_ptr<PageReader> m_ready;
+  std::u16string m_readyPath;
+  std::u16string m_readyPassword;
+  FileIdentity m_readyIdentity;
 
-  Result status_ = Result::Ok;
-  PageState pageState_ = PageState::Empty;
-  std::int32_t lastPage_ = 0;
-  double wordSpacing_ = 0;
-  std::vector<PageWords> pages_; /**< the first `pagesUsed_` count; the others are storage */
-  std::size_t pagesUsed_ = 0;
-  std::vector<WordIndex> order_;
-  WordIndex selected_{};
-  bool hasSelection_ = false;
-  bool outlineRead_ = false;
-  std::vector<OutlineEntry> outline_;
+  Result m_status = Result::Ok;
+  PageState m_pageState = PageState::Empty;
+  std::int32_t m_lastPage = 0;
+  double m_wordSpacing = 0;
+  std::vector<PageWords> m_pages; /**< the first `m_pagesUsed` count; the others are storage */
+  std::size_t m_pagesUsed = 0;
+  std::vector<WordIndex> m_order;
+  WordIndex m_selected{};
+  bool m_hasSelection = false;
+  bool m_outlineRead = false;
+  std::vector<OutlineEntry> m_outline;
 };
 
 } // namespace glyphrun

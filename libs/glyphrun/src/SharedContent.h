@@ -12,20 +12,20 @@ namespace glyphrun {
 /** Layers of a document: which are hidden on the screen. */
 class LayerVisibility {
 public:
-  LayerVisibility(MuContext& mu, pdf_document* document) : mu_(mu), document_(document) {}
+  LayerVisibility(MuContext& mu, pdf_document* document) : m_mu(mu), m_document(document) {}
   /** Of an optional-content group or membership dictionary. */
   bool hides(const PdfObject& content);
 
 private:
-  MuContext& mu_;
-  pdf_document* document_;
-  std::unordered_map<int, bool> known_;
+  MuContext& m_mu;
+  pdf_document* m_document;
+  std::unordered_map<int, bool> m_known;
 };
 
 /** Contents of form XObjects that pages share, up to some megabytes. */
 class FormCache {
 public:
-  explicit FormCache(StreamReader& streams) : streams_(streams) {}
+  explicit FormCache(StreamReader& streams) : m_streams(streams) {}
 
   struct Form {
     StreamData data;
@@ -35,9 +35,9 @@ public:
   std::shared_ptr<Form> find(const PdfObject& stream, std::size_t limit);
 
 private:
-  StreamReader& streams_;
-  std::unordered_map<int, std::shared_ptr<Form>> forms_;
-  std::size_t bytes_ = 0;
+  StreamReader& m_streams;
+  std::unordered_map<int, std::shared_ptr<Form>> m_forms;
+  std::size_t m_bytes = 0;
 };
 
 } // namespace glyphrun

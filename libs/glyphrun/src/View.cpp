@@ -18,28 +18,28 @@ constexpr std::chrono::milliseconds drawingTime{30'000};
 class DrawingTimer {
 public:
   explicit DrawingTimer(fz_cookie& cookie)
-      : thread_([this, &cookie] {
-          std::unique_lock lock(mutex_);
-          if (!done_.wait_for(lock, drawingTime, [this] { return finished_; }))
+      : m_thread([this, &cookie] {
+          std::unique_lock lock(m_mutex);
+          if (!m_done.wait_for(lock, drawingTime, [this] { return m_finished; }))
             cookie.abort = 1;
         }) {}
 
   ~DrawingTimer() {
     {
-      const std::lock_guard lock(mutex_);
-      finished_ = true;
+      const std::lock_guard lock(m_mutex);
+      m_finished = true;
     }
-    done_.notify_one();
-    thread_.join();
+    m_done.notify_one();
+    m_thread.join();
   }
   DrawingTimer(const DrawingTimer&) = delete;
   DrawingTimer& operator=(const DrawingTimer&) = delete;
 
 private:
-  std::mutex mutex_;
-  std::condition_variable done_;
-  bool finished_ = false;
-  std::thread thread_;
+  std::mutex m_mutex;
+  std::condition_variable m_done;
+  bool m_finished = false;
+  std::thread m_thread;
 };
 
 } // namespace
@@ -53,7 +53,7 @@ std::unique_ptr<View> View::open(const std::u16string& path, const std::u16strin
 Result View::pageSize(std::int32_t page, double& width, double& height) {
   if (!has(page))
     return Result::BadPage;
-  const PageFrame frame = reader_.file().frameOf(page - 1);
+  const PageFrame frame = m_reader.file().frameOf(page - 1);
   width = frame.width;
   height = frame.height;
   return Result::Ok;
@@ -76,7 +76,7 @@ Result View::render(std::int32_t page, double scale, GlyphrunImage& image, std::
   auto* pixels = static_cast<unsigned char*>(std::malloc(bytes));
   if (pixels == nullptr)
     return Result::OutOfMemory;
-  MuContext& mu = reader_.file().mu();
+  MuContext& mu = m_reader.file().mu();
   mu.allow(drawingMemory, drawingTime);
   const Outcome outcome = draw(page, columns, rows, pixels);
   mu.relax();
@@ -90,13 +90,13 @@ Result View::render(std::int32_t page, double scale, GlyphrunImage& image, std::
 }
 
 Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixels) {
-  MuContext& mu = reader_.file().mu();
+  MuContext& mu = m_reader.file().mu();
   fz_context* ctx = mu.raw();
   fz_cookie cookie{};
   const DrawingTimer timer(cookie);
   fz_pixmap* pixmap = nullptr;
   fz_device* device = nullptr;
-  pdf_page* loaded = reader_.file().loadForDrawing(page - 1);
+  pdf_page* loaded = m_reader.file().loadForDrawing(page - 1);
   if (loaded == nullptr)
     return Outcome::Failed;
   const Outcome outcome = mu.attempt([&] {
@@ -127,15 +127,15 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
 Result View::words(std::int32_t page, const GlyphrunWord*& first, std::int32_t& count) {
   if (!has(page))
     return Result::BadPage;
-  reader_.read(page - 1, pageWords_);
-  list_.clear();
-  for (const std::uint32_t index : pageWords_.reading) {
-    const Word& word = pageWords_.words[index];
-    list_.push_back({pageWords_.textOf(word), word.h, word.v, page, word.left, word.top, word.right,
-                     word.bottom});
+  m_reader.read(page - 1, m_pageWords);
+  m_list.clear();
+  for (const std::uint32_t index : m_pageWords.reading) {
+    const Word& word = m_pageWords.words[index];
+    m_list.push_back({m_pageWords.textOf(word), word.h, word.v, page, word.left, word.top,
+                      word.right, word.bottom});
   }
-  first = list_.data();
-  count = static_cast<std::int32_t>(list_.size());
+  first = m_list.data();
+  count = static_cast<std::int32_t>(m_list.size());
   return Result::Ok;
 }
 

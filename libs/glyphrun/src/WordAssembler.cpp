@@ -78,77 +78,78 @@ JoiningTolerance JoiningTolerance::fromFactor(double factor) {
 }
 
 void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
-  visible_ = visible;
-  tolerance_ = tolerance;
-  open_ = parting_ = steppedBack_ = keepsEnd_ = false;
-  capturing_ = false;
-  captured_.clear();
-  capturedRuns_.clear();
-  lastFont_ = nullptr;
-  fontOffsets_.clear();
-  pool_.clear();
-  glyphOffsets_.clear();
-  fragments_.clear();
-  unknownGlyphs_ = 0;
+  m_visible = visible;
+  m_tolerance = tolerance;
+  m_open = m_parting = m_steppedBack = m_keepsEnd = false;
+  m_capturing = false;
+  m_captured.clear();
+  m_capturedRuns.clear();
+  m_lastFont = nullptr;
+  m_fontOffsets.clear();
+  m_pool.clear();
+  m_glyphOffsets.clear();
+  m_fragments.clear();
+  m_unknownGlyphs = 0;
 }
 
 void WordAssembler::beginRun(const GlyphRun& run) {
-  if (capturing_) {
-    capturedRuns_.push_back(run);
-    run_ = run;
+  if (m_capturing) {
+    m_capturedRuns.push_back(run);
+    m_run = run;
     return;
   }
-  keepsEnd_ = false;
-  if (open_) {
-    const double before = runStart_ + lastEnd_;
-    const Point delta = run.origin - endPoint_;
+  m_keepsEnd = false;
+  if (m_open) {
+    const double before = m_runStart + m_lastEnd;
+    const Point delta = run.origin - m_endPoint;
     const double gap = dot(delta, run.direction);
     const double shift = dot(delta, acrossOf(run.direction));
-    const double em = std::min(run.em, static_cast<double>(current_.em));
+    const double em = std::min(run.em, static_cast<double>(m_current.em));
     const bool sameWay =
-        run.vertical == currentVertical_ && dot(run.direction, currentDirection_) > 0.999;
+        run.vertical == m_currentVertical && dot(run.direction, m_currentDirection) > 0.999;
     const bool continues = sameWay && std::abs(shift) <= sliver * em &&
-                           gap <= tolerance_.between * run.emAlong &&
+                           gap <= m_tolerance.between * run.emAlong &&
                            gap >= -deepestOverlap * run.emAlong;
-    current_.end = static_cast<float>(before);
-    steppedBack_ = continues && gap < -slightOverlap * run.emAlong;
-    narrowGap_ = sameWay && std::abs(shift) <= sliver * em && gap > 0 && gap <= widestGlue * run.em;
-    parting_ = !continues || steppedBack_;
-    partingShift_ = shift;
+    m_current.end = static_cast<float>(before);
+    m_steppedBack = continues && gap < -slightOverlap * run.emAlong;
+    m_narrowGap =
+        sameWay && std::abs(shift) <= sliver * em && gap > 0 && gap <= widestGlue * run.em;
+    m_parting = !continues || m_steppedBack;
+    m_partingShift = shift;
     if (!sameWay)
       closeFragment(false);
-    const double width = lastEnd_ - lastStart_;
-    lastEnd_ = -gap;
-    lastStart_ = lastEnd_ - width;
+    const double width = m_lastEnd - m_lastStart;
+    m_lastEnd = -gap;
+    m_lastStart = m_lastEnd - width;
   }
-  run_ = run;
-  heading_ = headingOf(run.direction, run.vertical);
-  runStart_ = dot(run.origin, headingOrDirection(heading_, run.direction));
+  m_run = run;
+  m_heading = headingOf(run.direction, run.vertical);
+  m_runStart = dot(run.origin, headingOrDirection(m_heading, run.direction));
   const double lift = run.vertical ? 0 : middleHeight * run.em;
   const Point middle = run.origin - acrossOf(run.direction) * lift;
-  visibleFrom_ = -1e9;
-  visibleTo_ = 1e9;
-  narrow(middle.x, run.direction.x, visible_.left, visible_.right, visibleFrom_, visibleTo_);
-  narrow(middle.y, run.direction.y, visible_.top, visible_.bottom, visibleFrom_, visibleTo_);
+  m_visibleFrom = -1e9;
+  m_visibleTo = 1e9;
+  narrow(middle.x, run.direction.x, m_visible.left, m_visible.right, m_visibleFrom, m_visibleTo);
+  narrow(middle.y, run.direction.y, m_visible.top, m_visible.bottom, m_visibleFrom, m_visibleTo);
 }
 
 void WordAssembler::addGap(double gap) {
-  if (capturing_ || !open_ || parting_)
+  if (m_capturing || !m_open || m_parting)
     return;
   const bool continues =
-      gap <= tolerance_.inRun * run_.emAlong && gap >= -deepestOverlap * run_.emAlong;
-  steppedBack_ = continues && gap < -slightOverlap * run_.emAlong;
-  if (continues && !steppedBack_)
+      gap <= m_tolerance.inRun * m_run.emAlong && gap >= -deepestOverlap * m_run.emAlong;
+  m_steppedBack = continues && gap < -slightOverlap * m_run.emAlong;
+  if (continues && !m_steppedBack)
     return;
-  narrowGap_ = gap > 0 && gap <= widestGlue * run_.em;
-  current_.end = static_cast<float>(runStart_ + lastEnd_);
-  parting_ = true;
-  partingShift_ = 0;
+  m_narrowGap = gap > 0 && gap <= widestGlue * m_run.em;
+  m_current.end = static_cast<float>(m_runStart + m_lastEnd);
+  m_parting = true;
+  m_partingShift = 0;
 }
 
 void WordAssembler::endRun(double spacing) {
-  if (open_ && !keepsEnd_)
-    endPoint_ = run_.origin + run_.direction * (lastEnd_ + spacing);
+  if (m_open && !m_keepsEnd)
+    m_endPoint = m_run.origin + m_run.direction * (m_lastEnd + spacing);
 }
 
 void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double start,
@@ -159,21 +160,21 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
   }
   if ((traits & TraitNothing) != 0 || !shows(start, end))
     return;
-  if (open_ && composeWithLast(traits, text, start, end))
+  if (m_open && composeWithLast(traits, text, start, end))
     return;
-  if (parting_ && (repeatsLast(text, start, end) || joinsLast(traits, text, start, end))) {
-    parting_ = steppedBack_ = false;
+  if (m_parting && (repeatsLast(text, start, end) || joinsLast(traits, text, start, end))) {
+    m_parting = m_steppedBack = false;
     return;
   }
-  const bool glue = narrowGap_ && (traits & lastTraits_ & TraitWide) != 0;
-  if (parting_ && !steppedBack_ && !glue)
+  const bool glue = m_narrowGap && (traits & m_lastTraits & TraitWide) != 0;
+  if (m_parting && !m_steppedBack && !glue)
     closeFragment(false);
-  parting_ = steppedBack_ = false;
-  if (!open_ && text.empty()) {
-    ++unknownGlyphs_;
+  m_parting = m_steppedBack = false;
+  if (!m_open && text.empty()) {
+    ++m_unknownGlyphs;
     return;
   }
-  if (!open_)
+  if (!m_open)
     openFragment(start);
   append(traits, text, start, end);
 }
@@ -181,42 +182,42 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
 void WordAssembler::append(std::uint16_t traits, std::u16string_view text, double start,
                            double end) {
   if ((traits & TraitUnknown) != 0)
-    ++unknownGlyphs_;
-  glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
-  pool_.insert(pool_.end(), text.begin(), text.end());
-  current_.traits |= traits;
-  lastTraits_ = traits;
-  lastStart_ = start;
-  lastEnd_ = end;
-  keepsEnd_ = false;
+    ++m_unknownGlyphs;
+  m_glyphOffsets.push_back(static_cast<std::uint32_t>(m_pool.size()));
+  m_pool.insert(m_pool.end(), text.begin(), text.end());
+  m_current.traits |= traits;
+  m_lastTraits = traits;
+  m_lastStart = start;
+  m_lastEnd = end;
+  m_keepsEnd = false;
 }
 
 // Text may be made bold glyph by glyph, each drawn a second time with a slight shift.
 bool WordAssembler::repeatsLast(std::u16string_view text, double start, double end) const {
-  const double shift = start - lastStart_;
-  return glyphOffsets_.size() > current_.firstGlyph && std::abs(shift) < boldShift * run_.em &&
-         std::abs(shift) < (end - start) / 2 && std::abs(partingShift_) < boldShift * run_.em &&
-         std::u16string_view(&pool_[glyphOffsets_.back()], pool_.size() - glyphOffsets_.back()) ==
-             text;
+  const double shift = start - m_lastStart;
+  return m_glyphOffsets.size() > m_current.firstGlyph && std::abs(shift) < boldShift * m_run.em &&
+         std::abs(shift) < (end - start) / 2 && std::abs(m_partingShift) < boldShift * m_run.em &&
+         std::u16string_view(&m_pool[m_glyphOffsets.back()],
+                             m_pool.size() - m_glyphOffsets.back()) == text;
 }
 
 // A mark is often placed on its letter by a shift in both directions. It joins the word, and the
 // text goes on where the letter ended.
 bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, double start,
                               double end) {
-  const bool near = (traits & TraitMark) != 0 && std::abs(partingShift_) < run_.em &&
-                    start < lastEnd_ + markReach * run_.em &&
-                    runStart_ + end > current_.start - markReach * run_.em;
+  const bool near = (traits & TraitMark) != 0 && std::abs(m_partingShift) < m_run.em &&
+                    start < m_lastEnd + markReach * m_run.em &&
+                    m_runStart + end > m_current.start - markReach * m_run.em;
   if (!near)
     return false;
-  const double lastStart = lastStart_;
-  const double lastEnd = lastEnd_;
+  const double lastStart = m_lastStart;
+  const double lastEnd = m_lastEnd;
   append(traits, text, start, end);
   // A mark on the baseline may take room of its own.
-  const bool level = std::abs(partingShift_) <= sliver * run_.em;
-  lastStart_ = lastStart;
-  lastEnd_ = level ? std::max(lastEnd, end) : lastEnd;
-  keepsEnd_ = !level;
+  const bool level = std::abs(m_partingShift) <= sliver * m_run.em;
+  m_lastStart = lastStart;
+  m_lastEnd = level ? std::max(lastEnd, end) : lastEnd;
+  m_keepsEnd = !level;
   return true;
 }
 
@@ -224,123 +225,123 @@ bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, do
 bool WordAssembler::composeWithLast(std::uint16_t traits, std::u16string_view text, double start,
                                     double end) {
   const bool accentNow = (traits & TraitAccent) != 0;
-  const bool accentBefore = (lastTraits_ & TraitAccent) != 0;
-  if (accentNow == accentBefore || text.size() != 1 || std::abs(partingShift_) > run_.em)
+  const bool accentBefore = (m_lastTraits & TraitAccent) != 0;
+  if (accentNow == accentBefore || text.size() != 1 || std::abs(m_partingShift) > m_run.em)
     return false;
-  const double from = accentNow ? lastStart_ : start;
-  const double to = accentNow ? lastEnd_ : end;
-  const double middle = accentNow ? (start + end) / 2 : (lastStart_ + lastEnd_) / 2;
-  const std::uint16_t body = accentNow ? lastTraits_ : traits;
+  const double from = accentNow ? m_lastStart : start;
+  const double to = accentNow ? m_lastEnd : end;
+  const double middle = accentNow ? (start + end) / 2 : (m_lastStart + m_lastEnd) / 2;
+  const std::uint16_t body = accentNow ? m_lastTraits : traits;
   if (middle <= from || middle >= to || (body & TraitLetter) == 0)
     return false;
-  const char16_t accent = combiningFormOf(accentNow ? text.front() : pool_.back());
-  pool_.back() = accentedBody(accentNow ? pool_.back() : text.front());
-  pool_.push_back(accent);
-  current_.traits |= TraitCombining | TraitLetter;
-  lastTraits_ = TraitLetter;
-  lastStart_ = std::min(lastStart_, start);
-  lastEnd_ = accentNow ? lastEnd_ : end;
-  parting_ = steppedBack_ = false;
+  const char16_t accent = combiningFormOf(accentNow ? text.front() : m_pool.back());
+  m_pool.back() = accentedBody(accentNow ? m_pool.back() : text.front());
+  m_pool.push_back(accent);
+  m_current.traits |= TraitCombining | TraitLetter;
+  m_lastTraits = TraitLetter;
+  m_lastStart = std::min(m_lastStart, start);
+  m_lastEnd = accentNow ? m_lastEnd : end;
+  m_parting = m_steppedBack = false;
   return true;
 }
 
 void WordAssembler::openFragment(double start) {
-  open_ = true;
-  partingShift_ = 0;
-  current_ = Fragment();
-  current_.text = static_cast<std::uint32_t>(pool_.size());
-  current_.firstGlyph = static_cast<std::uint32_t>(glyphOffsets_.size());
-  current_.start = static_cast<float>(runStart_ + start);
-  current_.heading = heading_;
-  current_.em = static_cast<float>(run_.em);
-  current_.ascent = run_.font->ascent;
-  current_.descent = run_.font->descent;
-  current_.origin = run_.origin + run_.direction * start;
-  current_.across = static_cast<float>(
-      dot(current_.origin, acrossOf(headingOrDirection(heading_, run_.direction))));
-  currentDirection_ = run_.direction;
-  currentVertical_ = run_.vertical;
-  if (run_.font != lastFont_)
-    current_.font = fontOffset(run_.font);
+  m_open = true;
+  m_partingShift = 0;
+  m_current = Fragment();
+  m_current.text = static_cast<std::uint32_t>(m_pool.size());
+  m_current.firstGlyph = static_cast<std::uint32_t>(m_glyphOffsets.size());
+  m_current.start = static_cast<float>(m_runStart + start);
+  m_current.heading = m_heading;
+  m_current.em = static_cast<float>(m_run.em);
+  m_current.ascent = m_run.font->ascent;
+  m_current.descent = m_run.font->descent;
+  m_current.origin = m_run.origin + m_run.direction * start;
+  m_current.across = static_cast<float>(
+      dot(m_current.origin, acrossOf(headingOrDirection(m_heading, m_run.direction))));
+  m_currentDirection = m_run.direction;
+  m_currentVertical = m_run.vertical;
+  if (m_run.font != m_lastFont)
+    m_current.font = fontOffset(m_run.font);
   else
-    current_.font = lastFontOffset_;
+    m_current.font = m_lastFontOffset;
 }
 
 void WordAssembler::closeFragment(bool atBlank) {
-  if (!open_)
+  if (!m_open)
     return;
-  if (!parting_)
-    current_.end = static_cast<float>(runStart_ + lastEnd_);
-  open_ = parting_ = steppedBack_ = false;
-  current_.length = static_cast<std::uint32_t>(pool_.size()) - current_.text;
-  current_.glyphs = static_cast<std::uint32_t>(glyphOffsets_.size()) - current_.firstGlyph;
+  if (!m_parting)
+    m_current.end = static_cast<float>(m_runStart + m_lastEnd);
+  m_open = m_parting = m_steppedBack = false;
+  m_current.length = static_cast<std::uint32_t>(m_pool.size()) - m_current.text;
+  m_current.glyphs = static_cast<std::uint32_t>(m_glyphOffsets.size()) - m_current.firstGlyph;
   if (atBlank)
-    current_.state |= FragmentEndsAtBlank;
-  pool_.push_back(0);
-  fragments_.push_back(current_);
+    m_current.state |= FragmentEndsAtBlank;
+  m_pool.push_back(0);
+  m_fragments.push_back(m_current);
 }
 
 // Names stand at the end of the pool's index, as numbers of fonts, until finish() adds their text.
 std::uint32_t WordAssembler::fontOffset(const Font* font) {
-  lastFont_ = font;
-  for (std::size_t i = 0; i < fontOffsets_.size(); ++i)
-    if (fontOffsets_[i].first == font)
-      return lastFontOffset_ = static_cast<std::uint32_t>(i);
-  fontOffsets_.emplace_back(font, 0);
-  return lastFontOffset_ = static_cast<std::uint32_t>(fontOffsets_.size() - 1);
+  m_lastFont = font;
+  for (std::size_t i = 0; i < m_fontOffsets.size(); ++i)
+    if (m_fontOffsets[i].first == font)
+      return m_lastFontOffset = static_cast<std::uint32_t>(i);
+  m_fontOffsets.emplace_back(font, 0);
+  return m_lastFontOffset = static_cast<std::uint32_t>(m_fontOffsets.size() - 1);
 }
 
 void WordAssembler::capture(double start, double end) {
-  if (capturedRuns_.empty())
-    capturedRuns_.push_back(run_);
-  captured_.push_back({static_cast<std::uint32_t>(capturedRuns_.size() - 1), start, end});
+  if (m_capturedRuns.empty())
+    m_capturedRuns.push_back(m_run);
+  m_captured.push_back({static_cast<std::uint32_t>(m_capturedRuns.size() - 1), start, end});
 }
 
 void WordAssembler::beginReplacement(std::u16string text) {
-  capturing_ = true;
-  replacement_ = std::move(text);
-  captured_.clear();
-  capturedRuns_.clear();
+  m_capturing = true;
+  m_replacement = std::move(text);
+  m_captured.clear();
+  m_capturedRuns.clear();
 }
 
 // Nothing tells which glyph stands for which character, so the characters are spread evenly over
 // the glyphs; a blank among them then parts words about where it should.
 void WordAssembler::endReplacement() {
-  if (!capturing_)
+  if (!m_capturing)
     return;
-  capturing_ = false;
+  m_capturing = false;
   std::vector<char32_t> characters;
-  const std::u16string text = spelledOut(replacement_);
+  const std::u16string text = spelledOut(m_replacement);
   for (std::size_t at = 0; at < text.size();)
     characters.push_back(takeCodePoint(text, at));
-  if (captured_.empty() || characters.empty())
+  if (m_captured.empty() || characters.empty())
     return;
 
   const double perCharacter =
-      static_cast<double>(captured_.size()) / static_cast<double>(characters.size());
+      static_cast<double>(m_captured.size()) / static_cast<double>(characters.size());
   std::uint32_t run = UINT32_MAX;
   for (std::size_t i = 0; i < characters.size(); ++i) {
     const double from = static_cast<double>(i) * perCharacter;
     const double to = from + perCharacter;
-    const auto first = std::min(static_cast<std::size_t>(from), captured_.size() - 1);
+    const auto first = std::min(static_cast<std::size_t>(from), m_captured.size() - 1);
     const auto last =
-        std::clamp(static_cast<std::size_t>(std::ceil(to)) - 1, first, captured_.size() - 1);
-    const CapturedGlyph& a = captured_[first];
-    const CapturedGlyph& b = captured_[last].run == a.run ? captured_[last] : a;
+        std::clamp(static_cast<std::size_t>(std::ceil(to)) - 1, first, m_captured.size() - 1);
+    const CapturedGlyph& a = m_captured[first];
+    const CapturedGlyph& b = m_captured[last].run == a.run ? m_captured[last] : a;
     const double start = a.start + (a.end - a.start) * (from - static_cast<double>(first));
     const double end =
-        &b == &captured_[last]
+        &b == &m_captured[last]
             ? b.start + (b.end - b.start) * std::min(1.0, to - static_cast<double>(last))
             : a.end;
     if (a.run != run) {
       endRun();
       run = a.run;
-      GlyphRun moved = capturedRuns_[run];
+      GlyphRun moved = m_capturedRuns[run];
       beginRun(moved);
-      if (open_)
-        addGap(start - lastEnd_);
-    } else if (open_) {
-      addGap(start - lastEnd_);
+      if (m_open)
+        addGap(start - m_lastEnd);
+    } else if (m_open) {
+      addGap(start - m_lastEnd);
     }
     std::u16string one;
     appendCodePoint(one, characters[i]);
@@ -350,33 +351,34 @@ void WordAssembler::endReplacement() {
 }
 
 void WordAssembler::finish(PageWords& out) {
-  if (capturing_)
+  if (m_capturing)
     endReplacement();
   closeFragment(false);
-  LineJoiner(fragments_, pool_, tolerance_.between).run();
+  LineJoiner(m_fragments, m_pool, m_tolerance.between).run();
 
-  for (auto& [font, offset] : fontOffsets_) {
-    offset = static_cast<std::uint32_t>(pool_.size());
-    pool_.insert(pool_.end(), font->name.begin(), font->name.end());
-    pool_.push_back(0);
+  for (auto& [font, offset] : m_fontOffsets) {
+    offset = static_cast<std::uint32_t>(m_pool.size());
+    m_pool.insert(m_pool.end(), font->name.begin(), font->name.end());
+    m_pool.push_back(0);
   }
   out.words.clear();
   out.reading.clear();
-  out.words.reserve(fragments_.size());
-  WordWriter writer(fragments_, pool_, glyphOffsets_);
-  for (const Fragment& fragment : fragments_) {
+  out.words.reserve(m_fragments.size());
+  WordWriter writer(m_fragments, m_pool, m_glyphOffsets);
+  for (const Fragment& fragment : m_fragments) {
     if ((fragment.state & (FragmentRepeats | FragmentContinues)) != 0)
       continue;
     Word word = writer.write(fragment);
-    word.font = fontOffsets_[fragment.font].second;
+    word.font = m_fontOffsets[fragment.font].second;
     word.fontSize = rounded(fragment.em);
     out.words.push_back(word);
   }
-  std::swap(out.pool, pool_);
+  std::swap(out.pool, m_pool);
   if (out.words.empty())
     out.state = PageState::Empty;
   else
-    out.state = 2 * unknownGlyphs_ > glyphOffsets_.size() ? PageState::Unreadable : PageState::Good;
+    out.state =
+        2 * m_unknownGlyphs > m_glyphOffsets.size() ? PageState::Unreadable : PageState::Good;
   sortForReading(out, writer.anyRightToLeft());
 }
 

@@ -60,18 +60,18 @@ class WordAssembler {
 public:
   void beginPage(const Rect& visible, JoiningTolerance tolerance);
   /** Glyphs whose middle lies outside do not count. */
-  void setVisible(const Rect& visible) { visible_ = visible; }
-  const Rect& visible() const { return visible_; }
+  void setVisible(const Rect& visible) { m_visible = visible; }
+  const Rect& visible() const { return m_visible; }
 
   void beginRun(const GlyphRun& run);
   /** One glyph from `start` to `end`, in points from the run's origin along its direction. */
   void addGlyph(const CodeInfo& info, double start, double end) {
-    if (capturing_)
+    if (m_capturing)
       capture(start, end);
-    else if ((info.traits & plainTraits) == 0 && open_ && !parting_)
+    else if ((info.traits & plainTraits) == 0 && m_open && !m_parting)
       appendPlain(info, start, end);
     else
-      place(info.traits, run_.font->textOf(info), start, end);
+      place(info.traits, m_run.font->textOf(info), start, end);
   }
   /** The next glyph starts `gap` points farther than the last one's advance and spacing say. */
   void addGap(double gap);
@@ -82,10 +82,10 @@ public:
   void beginReplacement(std::u16string text);
   void endReplacement();
   /** True when the run just begun goes on where the last glyph ended. */
-  bool continues() const { return open_ && !parting_; }
-  bool replacing() const { return capturing_; }
+  bool continues() const { return m_open && !m_parting; }
+  bool replacing() const { return m_capturing; }
 
-  std::size_t glyphCount() const { return glyphOffsets_.size(); }
+  std::size_t glyphCount() const { return m_glyphOffsets.size(); }
   /** Forms the words of the page. Sets everything of `out` but its page number and memory flag. */
   void finish(PageWords& out);
 
@@ -110,58 +110,58 @@ private:
   std::uint32_t fontOffset(const Font* font);
   bool shows(double start, double end) const {
     const double middle = (start + end) / 2;
-    return middle >= visibleFrom_ && middle <= visibleTo_;
+    return middle >= m_visibleFrom && middle <= m_visibleTo;
   }
   void appendPlain(const CodeInfo& info, double start, double end) {
     if (!shows(start, end))
       return;
-    glyphOffsets_.push_back(static_cast<std::uint32_t>(pool_.size()));
-    pool_.push_back(info.text);
-    current_.traits |= info.traits;
-    lastTraits_ = info.traits;
-    lastStart_ = start;
-    lastEnd_ = end;
-    keepsEnd_ = false;
+    m_glyphOffsets.push_back(static_cast<std::uint32_t>(m_pool.size()));
+    m_pool.push_back(info.text);
+    m_current.traits |= info.traits;
+    m_lastTraits = info.traits;
+    m_lastStart = start;
+    m_lastEnd = end;
+    m_keepsEnd = false;
   }
 
-  Rect visible_;
-  JoiningTolerance tolerance_;
-  GlyphRun run_;
-  double runStart_ = 0; /**< of the run's origin along the heading */
-  double visibleFrom_ = 0;
-  double visibleTo_ = 0;
+  Rect m_visible;
+  JoiningTolerance m_tolerance;
+  GlyphRun m_run;
+  double m_runStart = 0; /**< of the run's origin along the heading */
+  double m_visibleFrom = 0;
+  double m_visibleTo = 0;
 
-  Fragment current_;
-  Point currentDirection_;
+  Fragment m_current;
+  Point m_currentDirection;
   // The last glyph, from the run's origin.
-  double lastStart_ = 0;
-  double lastEnd_ = 0;
-  double partingShift_ = 0; /**< across, from the fragment's baseline to the new run's */
-  Point endPoint_;          /**< the same on the page, between runs */
+  double m_lastStart = 0;
+  double m_lastEnd = 0;
+  double m_partingShift = 0; /**< across, from the fragment's baseline to the new run's */
+  Point m_endPoint;          /**< the same on the page, between runs */
 
-  std::u16string replacement_;
-  std::vector<GlyphRun> capturedRuns_;
-  std::vector<CapturedGlyph> captured_;
+  std::u16string m_replacement;
+  std::vector<GlyphRun> m_capturedRuns;
+  std::vector<CapturedGlyph> m_captured;
 
-  const Font* lastFont_ = nullptr;
-  std::uint32_t lastFontOffset_ = 0;
-  std::vector<std::pair<const Font*, std::uint32_t>> fontOffsets_;
-  std::vector<char16_t> pool_;
-  std::vector<std::uint32_t> glyphOffsets_;
-  std::vector<Fragment> fragments_;
-  std::size_t unknownGlyphs_ = 0;
+  const Font* m_lastFont = nullptr;
+  std::uint32_t m_lastFontOffset = 0;
+  std::vector<std::pair<const Font*, std::uint32_t>> m_fontOffsets;
+  std::vector<char16_t> m_pool;
+  std::vector<std::uint32_t> m_glyphOffsets;
+  std::vector<Fragment> m_fragments;
+  std::size_t m_unknownGlyphs = 0;
 
-  bool open_ = false; /**< current_ may grow */
-  bool currentVertical_ = false;
-  bool capturing_ = false;
-  bool keepsEnd_ = false; /**< the run shows a mark, which moves nothing */
+  bool m_open = false; /**< m_current may grow */
+  bool m_currentVertical = false;
+  bool m_capturing = false;
+  bool m_keepsEnd = false; /**< the run shows a mark, which moves nothing */
   // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
   // belongs to it, or repeats its last one.
-  bool parting_ = false;
-  bool steppedBack_ = false; /**< no farther than kerning does; parting_ as well */
-  bool narrowGap_ = false;   /**< parts no characters that know no blanks; parting_ as well */
-  std::uint8_t heading_ = 0;
-  std::uint16_t lastTraits_ = 0; /**< of the last glyph */
+  bool m_parting = false;
+  bool m_steppedBack = false; /**< no farther than kerning does; m_parting as well */
+  bool m_narrowGap = false;   /**< parts no characters that know no blanks; m_parting as well */
+  std::uint8_t m_heading = 0;
+  std::uint16_t m_lastTraits = 0; /**< of the last glyph */
 };
 
 } // namespace glyphrun
