@@ -31,10 +31,13 @@ QString searchHint() {
       "please note: word searching is case sensitive & must contain the full word");
 }
 
-/// The folder of a run: `SPLITTOSOURCE` stands above `OUTPUTDIR`.
+/// The folder of a run: `SPLITTOSOURCE` stands above `OUTPUTDIR`, and no folder means the default.
 QString outputFolderOf(const SplitSetup& setup, const QString& source) {
-  const QString folder = setup.splitToSource ? platform::folderOf(source) : setup.outputDir;
-  return platform::withoutTrailingBlanks(folder);
+  if (setup.splitToSource) {
+    return platform::folderOf(source);
+  }
+  const QString folder = platform::withoutTrailingBlanks(setup.outputDir);
+  return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
 }
 
 bool clearsOutputFolder(const SplitSetup& setup) {
