@@ -41,7 +41,9 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   if (!named.folderToMake.isEmpty() && !m_stages.onPlanned && !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
-  const QString path = reserve(range, named.path, firstPage, lastPage);
+  using Place = OutputReservation::Place;
+  const QString path = m_stages.reservation.reserve(
+      named.path, firstPage, lastPage, range.repeatsPrevious ? Place::OfPrevious : Place::New);
 
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
   if (m_stages.onPlanned) {
@@ -51,19 +53,6 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   recordEmail(line);
   ++m_state.rangeCount;
   m_person.handlePendingEvents();
-}
-
-QString OutputRangeSaver::reserve(const SplitRange& range, const QString& namedPath, int firstPage,
-                                  int lastPage) {
-  using Place = OutputReservation::Place;
-  const bool grows = range.repeatsPrevious && namedPath == m_previousPath;
-  // A file that is appended to has the pages of the shorter range already.
-  const bool addsOnly = grows && m_setup.alwaysAppend && lastPage > m_previousLastPage;
-  const int firstNew = addsOnly ? std::max(firstPage, m_previousLastPage + 1) : firstPage;
-  m_previousPath = namedPath;
-  m_previousLastPage = lastPage;
-  return m_stages.reservation.reserve(namedPath, firstNew, lastPage,
-                                      grows ? Place::OfPrevious : Place::New);
 }
 
 bool OutputRangeSaver::repeatsPreviousLine(const QString& matchedText) const {

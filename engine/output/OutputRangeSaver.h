@@ -32,8 +32,6 @@ public:
   QString cleanRestOfLine(const QString& text) override;
 
 private:
-  /// Reserves the path for the range; one that repeats the previous range goes to its file again.
-  QString reserve(const SplitRange& range, const QString& namedPath, int firstPage, int lastPage);
   bool repeatsPreviousLine(const QString& matchedText) const;
   void writeReportLine(const ReportLine& line);
   void recordEmail(const ReportLine& line);
@@ -46,8 +44,6 @@ private:
   FileNameMethod m_nameMethod;
   bool m_hasPrevious = false;
   QString m_previousText;
-  QString m_previousPath; ///< before it was reserved
-  int m_previousLastPage = 0;
 };
 
 } // namespace folivex

@@ -81,16 +81,19 @@ TEST_F(Writing, FailedAppendLeavesTheOldFileAsItWas) {
   struct Row {
     bool automation;
     bool commandLine;
+    bool overwriteToo;  ///< then all outputs wait for the end of the source
     int files;          ///< left in the output folder
     qsizetype messages; ///< boxes for a person
   };
-  for (const Row& row : {Row{false, false, 2, 1}, Row{true, false, 2, 0}, Row{true, true, 1, 0}}) {
+  for (const Row& row : {Row{false, false, false, 2, 1}, Row{true, false, false, 2, 0},
+                         Row{true, true, false, 1, 0}, Row{true, true, true, 1, 0}}) {
     SCOPED_TRACE(row.commandLine);
     m_person.messages.clear();
     QDir(at("out")).removeRecursively();
     QDir(folder()).mkdir("out");
     writeFile(at("out/1001.pdf"), old);
     writeFile(at("out/1001.pdf.tmp"), "left by a run that was killed");
+    setup().alwaysOverwrite = row.overwriteToo;
     driver().setAutomation(row.automation);
     driver().setCommandLine(row.commandLine);
     EXPECT_EQ(run(), RunError::Append);
@@ -107,7 +110,6 @@ TEST_F(Writing, FailedAppendLeavesTheOldFileAsItWas) {
 }
 
 TEST_F(Writing, FileThatGrowsOverRangesOfOneTextIsOneFile) {
-  fivePages();
   statements({"Account: 1001", "more", "Account: 1001", "Account: 1001", "Account: 1002"})
       .write(source());
   const QStringList expected{"1001.pdf: Account: 1001 | more | Account: 1001 | Account: 1001",

@@ -420,21 +420,21 @@ class Run:
         if self.overwrite:
             if not self.append:
                 self.files.pop(path, None)
-            self.waiting.append((path, first, last))
+            self.waiting.append((path, first, last, again))
         else:
-            self.write(path, first, last)
+            self.write(path, first, last, again)
         return path
 
     def flush(self):
-        for index, (path, first, last) in enumerate(self.waiting):
-            if not self.append and any(path == later for later, _, _ in self.waiting[index + 1:]):
+        for index, (path, first, last, again) in enumerate(self.waiting):
+            if not self.append and any(path == later[0] for later in self.waiting[index + 1:]):
                 self.replaced += range(first, last + 1)
             else:
-                self.write(path, first, last)
+                self.write(path, first, last, again)
 
-    def write(self, path, first, last):
+    def write(self, path, first, last, again):
         pages = [page.text() for page in self.source.pages[first - 1:last]]
-        if self.append or path != self.last_path:
+        if path != self.last_path or (self.append and not again):
             self.count += 1
         self.last_path = path
         self.files[path] = self.files.get(path, []) + pages if self.append else pages
