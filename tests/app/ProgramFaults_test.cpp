@@ -157,7 +157,7 @@ TEST_F(ProgramFaults, WordsOfAPageStayInsideTheOutputFolder) {
       QString(4000, QLatin1Char('w')),
       QString(4000, QChar(0x6771)),
       QString::fromUtf8("a\x01\x1b[31mb"),
-      QString::fromUtf8("fdp\u202Egnp.exe"),
+      "fdp" + QString(QChar(0x202E)) + "gnp.exe",
       QString::fromUtf8("\u200B\u200D\uFEFF"),
       QString(QChar(0xD800)),
       QString(QChar(0xFFFE)),

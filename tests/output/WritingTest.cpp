@@ -27,7 +27,7 @@ protected:
 
   /// A script that writes down its arguments and lets qpdf do the work.
   QString cutter(const QByteArray& lastLine) {
-    const QString path = at("cut it.sh");
+    QString path = at("cut it.sh");
     writeFile(path, "#!/bin/sh\nprintf '[%s]' \"$@\" >>'" + at("calls").toUtf8() + "'\necho >>'" +
                         at("calls").toUtf8() + "'\n" + lastLine + "\n");
     QFile(path).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

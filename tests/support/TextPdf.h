@@ -26,8 +26,8 @@ struct PdfPage {
 };
 
 struct PdfBookmark {
-  int level = 0; ///< 0 for the top level
-  int page = 1;  ///< from 1
+  int level = 0;      ///< 0 for the top level
+  qsizetype page = 1; ///< from 1
   QString title;
 };
 
