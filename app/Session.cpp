@@ -46,6 +46,19 @@ QStringList filesOfPattern(const QString& pattern) {
   return paths;
 }
 
+/// Every file that the arguments name for processing.
+QStringList sourcesOf(const CommandLine& line) {
+  QStringList sources;
+  for (const CommandAction& action : line.actions) {
+    if (action.kind == CommandAction::Kind::ProcessFile) {
+      sources += platform::withoutTrailingBlanks(action.value);
+    } else if (action.kind == CommandAction::Kind::ProcessFolder) {
+      sources += filesOfPattern(action.value);
+    }
+  }
+  return sources;
+}
+
 } // namespace
 
 Session::Session(Operator& person) : m_person(person) {}
@@ -107,11 +120,13 @@ Session::Ended Session::handleCommandLine(const CommandLine& line) {
     m_person.note(QStringLiteral("these arguments mean nothing here and are left out: %1")
                       .arg(line.ignored.join(QStringLiteral(", "))));
   }
+  m_driver->beginBatch(sourcesOf(line));
   for (const CommandAction& action : line.actions) {
     if (const std::optional<int> code = perform(action)) {
       return {true, *code};
     }
   }
+  m_driver->endBatch();
   m_driver->setCommandLine(false);
   return {false, m_exitCode};
 }

@@ -34,8 +34,8 @@ private:
   QElapsedTimer m_sinceProgress;
 };
 
-/// Lets Ctrl+C and SIGTERM end a run at the next page in place of killing it in the middle, and turns
-/// signals about files into ordinary write errors.
+/// Lets Ctrl+C and SIGTERM end a run at the next page in place of killing it in the middle, and
+/// turns signals about files into ordinary write errors.
 void catchSignals();
 
 } // namespace folivex

@@ -112,11 +112,35 @@ RunError JobDriver::fail(RunError error, const QString& text) {
   return error;
 }
 
+void JobDriver::beginBatch(const QStringList& sources) {
+  m_inBatch = true;
+  m_batchSources = sources;
+  m_clearedFolders.clear();
+}
+
+void JobDriver::endBatch() {
+  m_inBatch = false;
+  m_batchSources.clear();
+  m_clearedFolders.clear();
+}
+
+bool JobDriver::clearsFolder(const QString& outputFolder) const {
+  return clearsOutputFolder(m_store.working()) && !m_clearedFolders.contains(outputFolder);
+}
+
+QStringList JobDriver::sourcesToKeep(const QString& source) const {
+  return m_batchSources + QStringList(source);
+}
+
 void JobDriver::clearFolder(const QString& outputFolder, const QString& source) {
-  if (!clearsOutputFolder(m_store.working())) {
+  if (!clearsFolder(outputFolder)) {
     return;
   }
-  if (const QString problem = clearOutputFolder(outputFolder, source); !problem.isEmpty()) {
+  if (m_inBatch) {
+    m_clearedFolders += outputFolder;
+  }
+  const QString problem = clearOutputFolder(outputFolder, sourcesToKeep(source));
+  if (!problem.isEmpty()) {
     m_person.note(problem);
   }
 }
@@ -265,8 +289,9 @@ SplitPlan JobDriver::Plan() {
   plan.account.start(pageCount);
   const QString scanned = scannedFile(source);
   PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend}, {source, scanned},
-                      [&, clears = clearsOutputFolder(setup)](const QString& path) {
-                        return clears && isClearedWithFolder(setup.outputDir, source, path);
+                      [&, clears = clearsFolder(setup.outputDir)](const QString& path) {
+                        return clears &&
+                               isClearedWithFolder(setup.outputDir, sourcesToKeep(source), path);
                       });
   Reports noReports;
   RangePipeline pipeline(setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
@@ -418,10 +443,17 @@ void JobDriver::ListPagePositions(int page) {
 }
 
 BatchResult JobDriver::ProcessBatch(BatchRows& rows) {
-  return runBatch(rows, m_state, m_person, [this](const QString& path) {
+  QStringList sources;
+  for (int row = 0; row < rows.count(); ++row) {
+    sources += rows.path(row);
+  }
+  beginBatch(sources);
+  const BatchResult result = runBatch(rows, m_state, m_person, [this](const QString& path) {
     m_store.edited().fileName = path;
     return wasProcessed(StartProcessing());
   });
+  endBatch();
+  return result;
 }
 
 } // namespace folivex

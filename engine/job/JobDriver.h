@@ -53,6 +53,12 @@ public:
   /// Processes every row in use, in automation mode.
   BatchResult ProcessBatch(BatchRows& rows);
 
+  /// Several sources are processed as one piece of work, until endBatch():
+  /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
+  /// none of the sources with it.
+  void beginBatch(const QStringList& sources);
+  void endBatch();
+
   /// Asks the run to end at the next page.
   void Stop();
 
@@ -70,6 +76,8 @@ private:
   void tell(const QString& text);
   RunError fail(RunError error, const QString& text);
   void clearFolder(const QString& outputFolder, const QString& source);
+  bool clearsFolder(const QString& outputFolder) const;
+  QStringList sourcesToKeep(const QString& source) const;
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
@@ -85,6 +93,9 @@ private:
   RunState m_state;
   PageAccount m_account;
   EmailRecords m_emails;
+  bool m_inBatch = false;
+  QStringList m_batchSources;
+  QStringList m_clearedFolders; ///< of the batch
   bool m_folderWritable;
   int m_writtenFiles = 0;
 };

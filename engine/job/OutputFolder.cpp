@@ -5,6 +5,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
 
 namespace folivex {
 
@@ -24,25 +27,30 @@ bool isWindowsReadOnly(const QFileInfo& file) {
 
 } // namespace
 
-bool isClearedWithFolder(const QString& folder, const QString& keep, const QString& path) {
+bool isClearedWithFolder(const QString& folder, const QStringList& keep, const QString& path) {
   const QFileInfo file(path);
   return folder.size() >= shortestClearedPath && !file.fileName().startsWith(QLatin1Char('.')) &&
          (file.isSymLink() || !file.isDir()) &&
          QFileInfo(folder).absoluteFilePath() == file.absolutePath() &&
-         (keep.isEmpty() || !platform::isSameFile(keep, path));
+         std::none_of(keep.begin(), keep.end(),
+                      [&path](const QString& kept) { return platform::isSameFile(kept, path); });
 }
 
-QString clearOutputFolder(const QString& folder, const QString& keep) {
+QString clearOutputFolder(const QString& folder, const QStringList& keep) {
   if (folder.size() < shortestClearedPath) {
     return QStringLiteral("%1: the path is too short to be cleared").arg(folder);
   }
-  const QString kept = keep.isEmpty() ? QString() : QFileInfo(keep).canonicalFilePath();
+  QSet<QString> kept;
+  for (const QString& path : keep) {
+    kept.insert(QFileInfo(path).canonicalFilePath());
+  }
+  kept.remove(QString()); // of a link that leads nowhere
   // The names are taken first: deleting while a folder is listed may skip entries.
   const QStringList names =
       QDir(folder).entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
   for (const QString& name : names) {
     const QFileInfo file(QDir(folder), name);
-    if (!kept.isEmpty() && file.canonicalFilePath() == kept) {
+    if (kept.contains(file.canonicalFilePath())) {
       continue;
     }
     QFile entry(file.filePath());

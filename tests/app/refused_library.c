@@ -1,4 +1,5 @@
-/* Stands where one of the program's libraries should: a version of long ago, or no library of ours. */
+/* Stands where one of the program's libraries should: a version of long ago, or no library of ours.
+ */
 #ifdef OLD
 int GlyphrunInterfaceVersion(void) {
   return 0;

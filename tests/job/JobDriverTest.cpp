@@ -2,6 +2,8 @@
 #include "engine/match/MatchObserver.h"
 #include "tests/support/RunBench.h"
 
+#include <QRegularExpression>
+
 #include <sys/stat.h>
 
 using namespace folivex;
@@ -134,6 +136,23 @@ TEST_F(Job, OutputFolderIsClearedOnlyWhenItIsTheOutputFolder) {
     EXPECT_EQ(run(), RunError::None);
     EXPECT_EQ(filesBelow(at(row.outputs)), row.left);
   }
+}
+
+TEST_F(Job, BatchClearsTheOutputFolderOnceAndNoneOfItsSources) {
+  ASSERT_TRUE(QFile::copy(at("in/a.pdf"), at("in/b.pdf")));
+  writeFile(at("in/old.pdf"), "old");
+  setup().otherSettingsRemoveFiles = true;
+  setup().outputDir = at("in");
+  setup().prefixFileName = "[FILETITLE]_";
+  driver().beginBatch({at("in/a.pdf"), at("in/b.pdf")});
+  for (const char* source : {"in/a.pdf", "in/b.pdf"}) {
+    setup().fileName = at(source);
+    EXPECT_EQ(driver().StartProcessing(), RunError::None);
+  }
+  driver().endBatch();
+  EXPECT_EQ(
+      filesBelow(at("in")).filter(".pdf").filter(QRegularExpression("pdf$")),
+      (QStringList{"a.pdf", "a_1001.pdf", "a_1002.pdf", "b.pdf", "b_1001.pdf", "b_1002.pdf"}));
 }
 
 TEST_F(Job, PageCountsThatDifferAreRefused) {

@@ -34,7 +34,7 @@ TEST_F(OutputFolder, FilesGoAndTheRestStays) {
   ASSERT_TRUE(QFile::link(elsewhere.path(), at("folder link")));
   ASSERT_TRUE(QFile::link(at("nowhere"), at("dangling")));
   QFile(at("a.pdf")).setPermissions(QFile::ReadOwner);
-  EXPECT_EQ(clearOutputFolder(folder(), QString()), QString());
+  EXPECT_EQ(clearOutputFolder(folder(), {}), QString());
   EXPECT_EQ(filesBelow(folder()), (QStringList{".hidden", "folder link", "sub/kept.pdf"}));
   EXPECT_EQ(contentOf(elsewhere.filePath("target")), "mine");
 }
@@ -43,10 +43,10 @@ TEST_F(OutputFolder, SourceOfTheRunStaysUnderAnyName) {
   ASSERT_TRUE(QFile::link(folder(), folder() + "-link"));
   for (const QString& name : {at("a.pdf"), at("sub/../a.pdf"), folder() + "-link/a.pdf"}) {
     SCOPED_TRACE(name.toStdString());
-    EXPECT_EQ(clearOutputFolder(folder(), name), QString());
+    EXPECT_EQ(clearOutputFolder(folder(), {name}), QString());
     EXPECT_TRUE(QFile::exists(at("a.pdf")));
-    EXPECT_TRUE(isClearedWithFolder(folder(), name, at("b.txt")));
-    EXPECT_FALSE(isClearedWithFolder(folder(), name, at("a.pdf")));
+    EXPECT_TRUE(isClearedWithFolder(folder(), {name}, at("b.txt")));
+    EXPECT_FALSE(isClearedWithFolder(folder(), {name}, at("a.pdf")));
   }
   QFile::remove(folder() + "-link");
 }
@@ -55,7 +55,7 @@ TEST_F(OutputFolder, ShortPathIsRefused) {
   const QString before = QDir::currentPath();
   ASSERT_TRUE(QDir::setCurrent(folder()));
   for (const char* path : {"", ".", "sub", "/tmp"}) {
-    EXPECT_FALSE(clearOutputFolder(QString::fromUtf8(path), QString()).isEmpty()) << path;
+    EXPECT_FALSE(clearOutputFolder(QString::fromUtf8(path), {}).isEmpty()) << path;
   }
   ASSERT_TRUE(QDir::setCurrent(before));
   EXPECT_EQ(filesBelow(folder()).size(), 4);
@@ -66,10 +66,10 @@ TEST_F(OutputFolder, ForeseenAsItHappens) {
   ASSERT_TRUE(QFile::link(at("nowhere"), at("dangling")));
   QStringList foreseen;
   for (const QString& name : filesBelow(folder())) {
-    if (!isClearedWithFolder(folder(), at("b.txt"), folder() + '/' + name)) {
+    if (!isClearedWithFolder(folder(), {at("b.txt")}, folder() + '/' + name)) {
       foreseen += name;
     }
   }
-  EXPECT_EQ(clearOutputFolder(folder(), at("b.txt")), QString());
+  EXPECT_EQ(clearOutputFolder(folder(), {at("b.txt")}), QString());
   EXPECT_EQ(filesBelow(folder()), foreseen);
 }

@@ -1,9 +1,9 @@
 /**
  * CleftorU: page ranges of one PDF to new files.
  *
- * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception crosses
- * it. Page numbers count from 1. There is one state for the whole process (the open source and the
- * settings); it belongs to one thread.
+ * A C interface, loaded by name at run time. Text is UTF-16, terminated by zero. No exception
+ * crosses it. Page numbers count from 1. There is one state for the whole process (the open source
+ * and the settings); it belongs to one thread.
  *
  * The source is opened once and read only; every range starts from an empty document and takes what
  * its pages show and do: annotations, form fields with their values (a field whose widgets stand on
@@ -35,24 +35,25 @@ extern "C" {
 enum {
   CLEFTOR_OK = 0,
   CLEFTOR_NOT_OPEN = -1,
-  CLEFTOR_BAD_RANGE = -2,      /**< pages that the source does not have, or a page count that is not its own */
+  CLEFTOR_BAD_RANGE =
+      -2, /**< pages that the source does not have, or a page count that is not its own */
   CLEFTOR_OUT_OF_MEMORY = -3,
-  CLEFTOR_CANNOT_OPEN = -4,    /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
-  CLEFTOR_CANNOT_WRITE = -5,   /**< the target could not be written; nothing is left at its place that was not there */
-  CLEFTOR_DAMAGED = -8         /**< the source's pages could not be copied */
+  CLEFTOR_CANNOT_OPEN =
+      -4, /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
+  CLEFTOR_CANNOT_WRITE =
+      -5, /**< the target could not be written; nothing is left at its place that was not there */
+  CLEFTOR_DAMAGED = -8 /**< the source's pages could not be copied */
 };
 
 /** Facts about the open source, combined by "or". */
-enum {
-  CLEFTOR_FILE_ENCRYPTED = 1,
-  CLEFTOR_FILE_REPAIRED = 4
-};
+enum { CLEFTOR_FILE_ENCRYPTED = 1, CLEFTOR_FILE_REPAIRED = 4 };
 
 CLEFTOR_API int32_t CleftorInterfaceVersion(void);
 
 /**
- * Opens the source, and closes the one that was open. Returns CLEFTOR_OK or CLEFTOR_CANNOT_OPEN (-4).
- * The password is tried as given, in each encoding that fits it, and without its trailing blank.
+ * Opens the source, and closes the one that was open. Returns CLEFTOR_OK or CLEFTOR_CANNOT_OPEN
+ * (-4). The password is tried as given, in each encoding that fits it, and without its trailing
+ * blank.
  */
 CLEFTOR_API int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password);
 
@@ -63,14 +64,15 @@ CLEFTOR_API void PdfTextDumpCloseFile(void);
 CLEFTOR_API int32_t GetPageCount2(void);
 
 /**
- * Writes pages first..last, inclusive, to a new file at target, which appears whole or not at all; a
- * file that was there is replaced. totalPages is the page count that the caller knows; when it is not
- * the source's own the range is refused.
+ * Writes pages first..last, inclusive, to a new file at target, which appears whole or not at all;
+ * a file that was there is replaced. totalPages is the page count that the caller knows; when it is
+ * not the source's own the range is refused.
  */
 CLEFTOR_API int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last,
                                   int32_t totalPages);
 
-/** Opens a source, writes pages first..last to target and closes the source again; settings as set. */
+/** Opens a source, writes pages first..last to target and closes the source again; settings as set.
+ */
 CLEFTOR_API int32_t SplitPdf(const char16_t* source, const char16_t* password,
                              const char16_t* target, int32_t first, int32_t last);
 
@@ -83,7 +85,8 @@ CLEFTOR_API int32_t GetProcessingPage(void);
 /** 1: outputs carry the bookmarks that lead into their range. 0 (the start value): none. */
 CLEFTOR_API void SetKeepBookmarks(int32_t keep);
 
-/** Degrees (a multiple of 90, clockwise) by which the pages of the outputs are turned further; 0 at the start. */
+/** Degrees (a multiple of 90, clockwise) by which the pages of the outputs are turned further; 0 at
+ * the start. */
 CLEFTOR_API void SetPageRotation(int32_t degrees);
 
 /** CLEFTOR_FILE_... of the open source, 0 without one. */
