@@ -1,56 +1,12 @@
 #include "Session.h"
 
 #include "Failure.h"
-#include "Paths.h"
 #include "Utf16.h"
 #include "cleftor/cleftor.h"
 
-#include <qpdf/QPDFExc.hh>
-
-#include <filesystem>
-#include <new>
+#include <utility>
 
 namespace cleftor {
-
-namespace {
-
-/** A reader of the source who replaced it would lose both. */
-void refuseSourceAsTarget(const Source& source, const std::string& target) {
-  std::error_code ignored;
-  if (std::filesystem::equivalent(pathOf(source.path()), pathOf(target), ignored)) {
-    throw Failure(CLEFTOR_CANNOT_WRITE,
-                  "Unable to write \"" + target + "\": it is the file that is being split");
-  }
-}
-
-std::string pagesText(int32_t first, int32_t last) {
-  return std::to_string(first) + " to " + std::to_string(last);
-}
-
-} // namespace
-
-void writeRange(Source& source, const std::string& target, int32_t first, int32_t last,
-                const RangeSettings& settings) {
-  if (first < 1 || last < first || last > source.pageCount()) {
-    throw Failure(CLEFTOR_BAD_RANGE, "\"" + source.path() + "\" has no pages " +
-                                         pagesText(first, last) + ", it has " +
-                                         std::to_string(source.pageCount()));
-  }
-  refuseSourceAsTarget(source, target);
-  AtomicFile file(target);
-  try {
-    RangeBuilder(source, {first - 1, last - 1}, settings, file).write();
-  } catch (const Failure&) {
-    throw;
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception& error) {
-    throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(first, last) + " of \"" +
-                                       source.path() + "\": " + error.what());
-  }
-  file.keep();
-  source.forgetWarnings();
-}
 
 Session& Session::instance() {
   static Session session;
@@ -59,10 +15,22 @@ Session& Session::instance() {
 
 void Session::open(const std::string& path, const std::string& password) {
   close();
-  source_ = std::make_unique<Source>(path, password);
+  source_ = std::make_shared<Source>(path, password);
 }
 
-void Session::split(const std::string& target, int32_t first, int32_t last, int32_t totalPages) {
+void Session::close() {
+  drain();
+  if (!source_) {
+    return;
+  }
+  source_->letGoOfFile();
+  if (writer_) {
+    writer_->release(std::move(source_));
+  }
+  source_.reset();
+}
+
+void Session::split(RangeOrder order, int32_t totalPages) {
   if (!source_) {
     throw Failure(CLEFTOR_NOT_OPEN, "No file is open to be split");
   }
@@ -71,15 +39,66 @@ void Session::split(const std::string& target, int32_t first, int32_t last, int3
                                          std::to_string(source_->pageCount()) + " pages and not " +
                                          std::to_string(totalPages));
   }
-  writeRange(*source_, target, first, last, settings_);
-  lastWrittenPage_ = last;
+  order.settings = settings_;
+  checkOrder(*source_, order);
+  if (writer_) {
+    writer_->hand(source_, std::move(order));
+    return;
+  }
+  writeRange(*source_, order);
+  lastWrittenPage_ = order.last;
 }
 
-void Session::splitAlone(const std::string& path, const std::string& password,
-                         const std::string& target, int32_t first, int32_t last) {
+void Session::splitAlone(const std::string& path, const std::string& password, RangeOrder order) {
+  // A range on its way to the same target must not come later than this one.
+  drain();
   Source source(path, password);
-  writeRange(source, target, first, last, settings_);
-  lastWrittenPage_ = last;
+  order.settings = settings_;
+  checkOrder(source, order);
+  writeRange(source, order);
+  lastWrittenPage_ = order.last;
+}
+
+void Session::setWriteBehind(bool on) {
+  if (on && !writer_) {
+    writer_ = std::make_unique<RangeWriter>();
+  } else if (!on && writer_) {
+    writer_->drain();
+    lastWrittenPage_ = lastWrittenPage();
+    for (auto failure = writer_->takeFailure(); failure; failure = writer_->takeFailure()) {
+      leftFailures_.push_back(std::move(*failure));
+    }
+    writer_.reset();
+  }
+}
+
+void Session::drain() {
+  if (writer_) {
+    writer_->drain();
+  }
+}
+
+void Session::drop() {
+  if (writer_) {
+    writer_->drop();
+  }
+}
+
+const FailedRange* Session::takeFailure() {
+  if (!leftFailures_.empty()) {
+    failure_ = std::move(leftFailures_.front());
+    leftFailures_.pop_front();
+  } else {
+    failure_ = writer_ ? writer_->takeFailure() : std::nullopt;
+  }
+  failedTarget_ = failure_ ? toUtf16(failure_->order.target) : std::u16string();
+  failedReason_ = failure_ ? toUtf16(failure_->reason) : std::u16string();
+  return failure_ ? &*failure_ : nullptr;
+}
+
+int32_t Session::lastWrittenPage() const {
+  const int32_t behind = writer_ ? writer_->lastWrittenPage() : 0;
+  return behind != 0 ? behind : lastWrittenPage_;
 }
 
 void Session::setRotation(int32_t degrees) {

@@ -55,6 +55,9 @@ public:
   ObjectCache& cache() { return cache_; }
   ResourcePruner& resources() { return resources_; }
 
+  /** Closes the file; nothing of the source can be read any more. */
+  void letGoOfFile() { document_->closeInputSource(); }
+
   /** Lets go of what the parser noted since the last call. */
   void forgetWarnings() { document_->getWarnings(); }
 

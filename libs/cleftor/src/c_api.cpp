@@ -64,7 +64,7 @@ int32_t GetPageCount2() {
 
 int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32_t totalPages) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
-    session.split(pathText(target), first, last, totalPages);
+    session.split({pathText(target), first, last, {}}, totalPages);
   });
   Session::instance().setStatus(code);
   return code;
@@ -73,7 +73,8 @@ int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32
 int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_t* target,
                  int32_t first, int32_t last) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
-    session.splitAlone(pathText(source), cleftor::toUtf8(password), pathText(target), first, last);
+    session.splitAlone(pathText(source), cleftor::toUtf8(password),
+                       {pathText(target), first, last, {}});
   });
   Session::instance().setStatus(code);
   return code;
@@ -93,6 +94,34 @@ void SetKeepBookmarks(int32_t keep) {
 
 void SetPageRotation(int32_t degrees) {
   Session::instance().setRotation(degrees);
+}
+
+void SetWriteBehind(int32_t on) {
+  guarded(CLEFTOR_OUT_OF_MEMORY, [&](Session& session) { session.setWriteBehind(on != 0); });
+}
+
+void DrainRanges() {
+  guarded(CLEFTOR_DAMAGED, [](Session& session) { session.drain(); });
+}
+
+void DropRanges() {
+  guarded(CLEFTOR_DAMAGED, [](Session& session) { session.drop(); });
+}
+
+int32_t TakeFailedRange(CleftorFailedRange* failed) {
+  int32_t code = CLEFTOR_OK;
+  const int32_t fault = guarded(CLEFTOR_OUT_OF_MEMORY, [&](Session& session) {
+    const cleftor::FailedRange* const taken = session.takeFailure();
+    if (taken == nullptr) {
+      return;
+    }
+    code = taken->code;
+    if (failed != nullptr) {
+      *failed = {session.failedTarget().c_str(), session.failedReason().c_str(), taken->order.first,
+                 taken->order.last};
+    }
+  });
+  return fault == CLEFTOR_OK ? code : fault;
 }
 
 int32_t GetFileFacts() {

@@ -42,7 +42,8 @@ enum {
       -4, /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
   CLEFTOR_CANNOT_WRITE =
       -5, /**< the target could not be written; nothing is left at its place that was not there */
-  CLEFTOR_DAMAGED = -8 /**< the source's pages could not be copied */
+  CLEFTOR_DAMAGED = -8, /**< the source's pages could not be copied */
+  CLEFTOR_DROPPED = -9  /**< the range was given up by DropRanges */
 };
 
 /** Facts about the open source, combined by "or". */
@@ -88,6 +89,44 @@ CLEFTOR_API void SetKeepBookmarks(int32_t keep);
 /** Degrees (a multiple of 90, clockwise) by which the pages of the outputs are turned further; 0 at
  * the start. */
 CLEFTOR_API void SetPageRotation(int32_t degrees);
+
+/**
+ * 1: SplitPdfPages checks the range, hands it to a thread of the library's own and returns
+ * CLEFTOR_OK; it waits only while 64 ranges are waiting. 0 (the start value): every range is
+ * written when the call returns. Switching it off waits for what was handed over; do so before the
+ * library is unloaded.
+ *
+ * Ranges are written one after the other in the order of the calls, each with the settings of its
+ * call; of two with one target the later stays. A target is there when DrainRanges,
+ * PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFailedRange tells
+ * otherwise: whoever reads, renames or appends to outputs calls DrainRanges first.
+ * GetProcessingStatus then is the result of handing over, GetProcessingPage that of the writing.
+ */
+CLEFTOR_API void SetWriteBehind(int32_t on);
+
+/** Waits until every range that was handed over is written or has failed. */
+CLEFTOR_API void DrainRanges(void);
+
+/**
+ * Gives up every range that is handed over and not begun: it counts as failed with CLEFTOR_DROPPED.
+ * Does not wait for the one that is being written, which becomes whole.
+ */
+CLEFTOR_API void DropRanges(void);
+
+/** A range that was handed over and could not be written. The texts are valid until the next call.
+ */
+typedef struct CleftorFailedRange {
+  const char16_t* target;
+  const char16_t* reason;
+  int32_t first;
+  int32_t last;
+} CleftorFailedRange;
+
+/**
+ * Takes the oldest failure off the list and returns its code, CLEFTOR_OK when there is none (failed
+ * is then untouched). The list outlives the source; after DrainRanges it is complete.
+ */
+CLEFTOR_API int32_t TakeFailedRange(CleftorFailedRange* failed);
 
 /** CLEFTOR_FILE_... of the open source, 0 without one. */
 CLEFTOR_API int32_t GetFileFacts(void);

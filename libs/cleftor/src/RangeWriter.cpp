@@ -1,0 +1,160 @@
+#include "RangeWriter.h"
+
+#include "AtomicFile.h"
+#include "Failure.h"
+#include "Paths.h"
+#include "cleftor/cleftor.h"
+
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace cleftor {
+
+namespace {
+
+/** Ranges that may wait: enough to even out large and small ones, few enough to stop soon. */
+constexpr size_t room = 64;
+
+std::string pagesText(const RangeOrder& order) {
+  return std::to_string(order.first) + " to " + std::to_string(order.last);
+}
+
+} // namespace
+
+void checkOrder(const Source& source, const RangeOrder& order) {
+  if (order.first < 1 || order.last < order.first || order.last > source.pageCount()) {
+    throw Failure(CLEFTOR_BAD_RANGE, "\"" + source.path() + "\" has no pages " + pagesText(order) +
+                                         ", it has " + std::to_string(source.pageCount()));
+  }
+  std::error_code ignored;
+  if (std::filesystem::equivalent(pathOf(source.path()), pathOf(order.target), ignored)) {
+    throw Failure(CLEFTOR_CANNOT_WRITE,
+                  "Unable to write \"" + order.target + "\": it is the file that is being split");
+  }
+}
+
+void writeRange(Source& source, const RangeOrder& order) {
+  AtomicFile file(order.target);
+  try {
+    RangeBuilder(source, {order.first - 1, order.last - 1}, order.settings, file).write();
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(order) + " of \"" +
+                                       source.path() + "\": " + error.what());
+  }
+  file.keep();
+  source.forgetWarnings();
+}
+
+RangeWriter::RangeWriter() : thread_(&RangeWriter::work, this) {}
+
+RangeWriter::~RangeWriter() {
+  {
+    const std::lock_guard lock(mutex_);
+    isEnding_ = true;
+  }
+  changed_.notify_all();
+  thread_.join();
+}
+
+void RangeWriter::hand(std::shared_ptr<Source> source, RangeOrder order) {
+  put({std::move(source), std::move(order)});
+}
+
+void RangeWriter::release(std::shared_ptr<Source> source) {
+  put({std::move(source), {}});
+}
+
+void RangeWriter::put(Task task) {
+  {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return waiting_.size() < room; });
+    waiting_.push_back(std::move(task));
+  }
+  changed_.notify_all();
+}
+
+void RangeWriter::drain() {
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return waiting_.empty() && !isWriting_; });
+}
+
+void RangeWriter::drop() {
+  std::deque<Task> dropped;
+  {
+    const std::lock_guard lock(mutex_);
+    dropped.swap(waiting_);
+  }
+  changed_.notify_all();
+  for (Task& task : dropped) {
+    if (task.order) {
+      fail(std::move(*task.order), CLEFTOR_DROPPED, "The range was given up before it was written");
+    }
+  }
+}
+
+std::optional<FailedRange> RangeWriter::takeFailure() {
+  const std::lock_guard lock(mutex_);
+  if (failed_.empty()) {
+    return std::nullopt;
+  }
+  FailedRange failure = std::move(failed_.front());
+  failed_.pop_front();
+  return failure;
+}
+
+int32_t RangeWriter::lastWrittenPage() const {
+  const std::lock_guard lock(mutex_);
+  return lastWrittenPage_;
+}
+
+void RangeWriter::fail(RangeOrder order, int32_t code, const std::string& reason) {
+  const std::lock_guard lock(mutex_);
+  failed_.push_back({std::move(order), code, reason});
+}
+
+void RangeWriter::perform(Task& task) {
+  if (!task.order) {
+    return;
+  }
+  try {
+    writeRange(*task.source, *task.order);
+    const std::lock_guard lock(mutex_);
+    lastWrittenPage_ = task.order->last;
+  } catch (const Failure& failure) {
+    fail(std::move(*task.order), failure.code(), failure.what());
+  } catch (const std::bad_alloc&) {
+    fail(std::move(*task.order), CLEFTOR_OUT_OF_MEMORY, "Out of memory");
+  } catch (const std::exception& error) {
+    fail(std::move(*task.order), CLEFTOR_DAMAGED, error.what());
+  }
+}
+
+void RangeWriter::work() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [this] { return isEnding_ || !waiting_.empty(); });
+    if (waiting_.empty()) {
+      return;
+    }
+    Task task = std::move(waiting_.front());
+    waiting_.pop_front();
+    // Letting go of a source holds nobody up.
+    isWriting_ = task.order.has_value();
+    lock.unlock();
+    changed_.notify_all();
+    perform(task);
+    task.source.reset();
+    lock.lock();
+    isWriting_ = false;
+    changed_.notify_all();
+  }
+}
+
+} // namespace cleftor

@@ -1,0 +1,94 @@
+#ifndef CLEFTOR_RANGE_WRITER_H
+#define CLEFTOR_RANGE_WRITER_H
+
+#include "RangeBuilder.h"
+#include "Source.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace cleftor {
+
+/** A range to be written; pages count from 1, both included. */
+struct RangeOrder {
+  std::string target;
+  int32_t first = 0;
+  int32_t last = 0;
+  RangeSettings settings;
+};
+
+/** Refuses pages that the source does not have, and the source itself as the target. */
+void checkOrder(const Source& source, const RangeOrder& order);
+
+/** Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc. */
+void writeRange(Source& source, const RangeOrder& order);
+
+/** A range that was taken over and not written. */
+struct FailedRange {
+  RangeOrder order;
+  int32_t code = 0;
+  std::string reason;
+};
+
+/**
+ * Writes ranges on a thread of its own, in the order in which they come, so that of two with one
+ * target the later stays. Between hand() and drain() the source belongs to that thread.
+ */
+class RangeWriter {
+public:
+  RangeWriter();
+
+  /** Writes what is waiting, then ends. */
+  ~RangeWriter();
+
+  RangeWriter(const RangeWriter&) = delete;
+  RangeWriter& operator=(const RangeWriter&) = delete;
+
+  /** Takes a checked range over; waits while as many are waiting as there is room for. */
+  void hand(std::shared_ptr<Source> source, RangeOrder order);
+
+  /** Waits until every range is written. */
+  void drain();
+
+  /** Gives up the ranges that no writing has begun for; each counts as failed. */
+  void drop();
+
+  /** Frees a source, which takes a while for a large one, without making the caller wait. */
+  void release(std::shared_ptr<Source> source);
+
+  /** The failure that has waited longest, if any. */
+  std::optional<FailedRange> takeFailure();
+
+  /** Last page of the last range that was written, 0 before the first. */
+  int32_t lastWrittenPage() const;
+
+private:
+  struct Task {
+    std::shared_ptr<Source> source;
+    std::optional<RangeOrder> order; /**< nothing: let go of the source */
+  };
+
+  void work();
+  void perform(Task& task);
+  void put(Task task);
+  void fail(RangeOrder order, int32_t code, const std::string& reason);
+
+  mutable std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<Task> waiting_;
+  std::deque<FailedRange> failed_;
+  int32_t lastWrittenPage_ = 0;
+  bool isWriting_ = false;
+  bool isEnding_ = false;
+  std::thread thread_; /**< last, so that it sees the rest complete */
+};
+
+} // namespace cleftor
+
+#endif
