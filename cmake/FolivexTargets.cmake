@@ -53,11 +53,17 @@ function(folivex_qt_core_pch target)
     <functional> <memory> <optional> <string> <vector>)
 endfunction()
 
-# folivex_test(NAME SOURCES... [LIBS ...]) adds one GoogleTest program and registers each of its cases.
+# folivex_test(NAME SOURCES... [LIBS ...] [WINDOWS]) adds one GoogleTest program and registers each of
+# its cases. WINDOWS: the program opens windows, without a display (tests/support/WindowBench.h).
 function(folivex_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LIBS;DEPENDS" ${ARGN})
+  cmake_parse_arguments(arg "WINDOWS" "" "SOURCES;LIBS;DEPENDS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest_main ${arg_LIBS})
+  if(arg_WINDOWS)
+    target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/window_main.cpp)
+    target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest folivex_widgets Qt6::Test ${arg_LIBS})
+  else()
+    target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest_main ${arg_LIBS})
+  endif()
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE
     FOLIVEX_BIN_DIR="${CMAKE_BINARY_DIR}/bin"

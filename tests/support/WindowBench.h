@@ -1,0 +1,134 @@
+// WindowBench: drives real windows as a person does: real clicks and keys, found by object name,
+// and no wait that is not for something.
+#pragma once
+
+#include "widgets/Dialogs.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+
+namespace folivex::testing {
+
+/// How long a condition may take before a test fails: far more than a slow machine needs.
+inline constexpr int patienceMs = 60'000;
+
+/// Handles events until the condition holds; false when it never did.
+inline bool waitUntil(const std::function<bool()>& condition) {
+  return QTest::qWaitFor(condition, patienceMs);
+}
+
+/// The child control of this name, which must be there.
+template <typename Widget> Widget* control(QWidget* window, const char* name) {
+  auto* found = window->findChild<Widget*>(QString::fromLatin1(name));
+  if (found == nullptr) {
+    ADD_FAILURE() << "no control named " << name;
+    std::abort();
+  }
+  return found;
+}
+
+inline void click(QWidget* window, const char* name) {
+  auto* widget = control<QWidget>(window, name);
+  EXPECT_TRUE(widget->isEnabled()) << name << " is disabled";
+  QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+/// Replaces what stands in a field by typing.
+inline void typeInto(QWidget* window, const char* name, const QString& text) {
+  auto* field = control<QWidget>(window, name);
+  EXPECT_TRUE(field->isEnabled()) << name << " is disabled";
+  field->setFocus();
+  QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(field, Qt::Key_Delete);
+  QTest::keyClicks(field, text);
+}
+
+/// Acts on the next modal dialog that opens (QDialog::exec) as soon as it does. The test fails when
+/// it never came: see the destructor. `action` must close the dialog.
+class NextDialog {
+public:
+  explicit NextDialog(std::function<void(QDialog*)> action) : m_action(std::move(action)) {
+    m_timer.callOnTimeout([this] {
+      if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+        m_timer.stop();
+        m_came = true;
+        m_action(dialog);
+      }
+    });
+    m_timer.start(0);
+  }
+  ~NextDialog() { EXPECT_TRUE(m_came) << "the expected dialog never opened"; }
+  NextDialog(const NextDialog&) = delete;
+  NextDialog& operator=(const NextDialog&) = delete;
+
+private:
+  std::function<void(QDialog*)> m_action;
+  QTimer m_timer;
+  bool m_came = false;
+};
+
+/// Answers message boxes and file choosers from what the test laid out, and records what was shown.
+/// A chooser that the test has no answer for fails it; so does an answer that was never asked for.
+class ScriptedDialogs : public Dialogs {
+public:
+  ~ScriptedDialogs() override {
+    EXPECT_TRUE(answers.empty()) << answers.size() << " questions never came";
+    EXPECT_TRUE(files.empty()) << files.size() << " file choosers never came";
+  }
+
+  void message(QWidget*, const QString& text) override { messages += text; }
+  bool question(QWidget*, const QString& text, const QString&) override {
+    questions += text;
+    return take(answers, text, false);
+  }
+  QString openFile(QWidget*, const FileRequest& request) override {
+    return chosen(request).value(0);
+  }
+  QStringList openFiles(QWidget*, const FileRequest& request) override { return chosen(request); }
+  QString saveFile(QWidget*, const FileRequest& request) override {
+    return chosen(request).value(0);
+  }
+  QString chooseFolder(QWidget*, const QString& title, const QString& startPath) override {
+    return chosen({title, QString(), startPath, QString()}).value(0);
+  }
+  bool openOutside(const QString& pathOrAddress) override {
+    opened += pathOrAddress;
+    return true;
+  }
+
+  // What the test laid out: Yes and No for questions, paths for choosers (empty: gave up).
+  std::deque<bool> answers;
+  std::deque<QStringList> files;
+  // What was shown.
+  QStringList messages;
+  QStringList questions;
+  QStringList opened;
+  std::vector<FileRequest> requests;
+
+private:
+  template <typename Answer>
+  static Answer take(std::deque<Answer>& laidOut, const QString& asked, Answer otherwise) {
+    if (laidOut.empty()) {
+      ADD_FAILURE() << "nothing laid out for: " << asked.toStdString();
+      return otherwise;
+    }
+    const Answer answer = laidOut.front();
+    laidOut.pop_front();
+    return answer;
+  }
+  QStringList chosen(const FileRequest& request) {
+    requests.push_back(request);
+    return take(files, request.title, QStringList());
+  }
+};
+
+} // namespace folivex::testing

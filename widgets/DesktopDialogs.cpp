@@ -1,0 +1,83 @@
+#include "widgets/DesktopDialogs.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QUrl>
+
+namespace folivex {
+
+namespace {
+
+/// Runs a chooser; the paths that were agreed on.
+QStringList chosen(QFileDialog& chooser, const FileRequest& request) {
+  if (!request.filter.isEmpty()) {
+    chooser.setNameFilters(request.filter.split(QStringLiteral(";;")));
+  }
+  chooser.setDefaultSuffix(request.defaultSuffix);
+  const QFileInfo start(request.startPath);
+  if (start.isDir()) {
+    chooser.setDirectory(start.filePath());
+  } else if (!request.startPath.isEmpty()) {
+    chooser.setDirectory(start.path());
+    chooser.selectFile(start.fileName());
+  }
+  if (chooser.exec() != QDialog::Accepted) {
+    return {};
+  }
+  QStringList paths;
+  for (const QString& path : chooser.selectedFiles()) {
+    paths += QDir::toNativeSeparators(path);
+  }
+  return paths;
+}
+
+} // namespace
+
+void DesktopDialogs::message(QWidget* over, const QString& text) {
+  QMessageBox box(QMessageBox::Information, QStringLiteral("Folivex"), text, QMessageBox::Ok, over);
+  box.setTextFormat(Qt::PlainText); // paths and page text are no markup
+  box.exec();
+}
+
+bool DesktopDialogs::question(QWidget* over, const QString& text, const QString& caption) {
+  QMessageBox box(QMessageBox::Question, caption, text, QMessageBox::Yes | QMessageBox::No, over);
+  box.setTextFormat(Qt::PlainText);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+QString DesktopDialogs::openFile(QWidget* over, const FileRequest& request) {
+  QFileDialog chooser(over, request.title);
+  chooser.setFileMode(QFileDialog::ExistingFile);
+  return chosen(chooser, request).value(0);
+}
+
+QStringList DesktopDialogs::openFiles(QWidget* over, const FileRequest& request) {
+  QFileDialog chooser(over, request.title);
+  chooser.setFileMode(QFileDialog::ExistingFiles);
+  return chosen(chooser, request);
+}
+
+QString DesktopDialogs::saveFile(QWidget* over, const FileRequest& request) {
+  QFileDialog chooser(over, request.title);
+  chooser.setFileMode(QFileDialog::AnyFile);
+  chooser.setAcceptMode(QFileDialog::AcceptSave);
+  return chosen(chooser, request).value(0);
+}
+
+QString DesktopDialogs::chooseFolder(QWidget* over, const QString& title,
+                                     const QString& startPath) {
+  QFileDialog chooser(over, title);
+  chooser.setFileMode(QFileDialog::Directory);
+  chooser.setOption(QFileDialog::ShowDirsOnly);
+  return chosen(chooser, {title, QString(), startPath, QString()}).value(0);
+}
+
+bool DesktopDialogs::openOutside(const QString& pathOrAddress) {
+  return QDesktopServices::openUrl(
+      QUrl::fromUserInput(pathOrAddress, QString(), QUrl::AssumeLocalFile));
+}
+
+} // namespace folivex

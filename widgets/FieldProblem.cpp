@@ -1,0 +1,31 @@
+#include "widgets/FieldProblem.h"
+
+#include "widgets/Theme.h"
+
+#include <QLabel>
+
+namespace folivex {
+
+FieldProblem::FieldProblem(QWidget* field)
+    : m_field(field), m_label(new QLabel(field->parentWidget())) {
+  m_label->setObjectName(field->objectName() + QStringLiteral("Problem"));
+  m_label->setTextFormat(Qt::PlainText);
+  m_label->setWordWrap(true);
+  m_label->setVisible(false);
+}
+
+void FieldProblem::tell(const QString& problem) {
+  m_label->setText(problem);
+  m_label->setVisible(!problem.isEmpty());
+  QPalette palette = m_label->palette();
+  palette.setColor(QPalette::WindowText, problemColor());
+  m_label->setPalette(palette);
+  m_field->setAccessibleDescription(problem);
+  m_field->setProperty("problem", !problem.isEmpty());
+}
+
+bool FieldProblem::isTold() const {
+  return !m_label->text().isEmpty();
+}
+
+} // namespace folivex

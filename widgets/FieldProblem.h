@@ -1,0 +1,32 @@
+// FieldProblem: wrong input, told at the field that it stands in.
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+namespace folivex {
+
+/// The line below a field that says what is wrong with its content. It takes no room while there is
+/// nothing to say. The same text is the field's accessible description, and the field carries the
+/// dynamic property "problem" (true or false).
+class FieldProblem {
+public:
+  /// Makes the line as a child of the field's parent; the caller puts label() into a layout, under
+  /// the field.
+  explicit FieldProblem(QWidget* field);
+
+  QLabel* label() const { return m_label; }
+  QWidget* field() const { return m_field; }
+
+  /// Shows what is wrong, in plain words; empty: nothing is.
+  void tell(const QString& problem);
+  bool isTold() const;
+
+private:
+  QWidget* m_field;
+  QLabel* m_label;
+};
+
+} // namespace folivex

@@ -1,0 +1,133 @@
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace folivex {
+
+namespace {
+
+struct Shades {
+  QColor window;
+  QColor base;
+  QColor button;
+  QColor text;
+  QColor faintText;
+  QColor highlight;
+  QColor highlightedText;
+  QColor link;
+};
+
+QPalette paletteOf(const Shades& shades) {
+  QPalette palette(shades.button, shades.window);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                          QPalette::ToolTipText, QPalette::BrightText}) {
+    palette.setColor(role, shades.text);
+    palette.setColor(QPalette::Disabled, role, shades.faintText);
+  }
+  palette.setColor(QPalette::Window, shades.window);
+  palette.setColor(QPalette::Button, shades.button);
+  palette.setColor(QPalette::Base, shades.base);
+  palette.setColor(QPalette::Disabled, QPalette::Base, shades.window);
+  palette.setColor(QPalette::AlternateBase, shades.window);
+  palette.setColor(QPalette::ToolTipBase, shades.base);
+  palette.setColor(QPalette::PlaceholderText, shades.faintText);
+  palette.setColor(QPalette::Highlight, shades.highlight);
+  palette.setColor(QPalette::HighlightedText, shades.highlightedText);
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, shades.button);
+  palette.setColor(QPalette::Disabled, QPalette::HighlightedText, shades.faintText);
+  palette.setColor(QPalette::Link, shades.link);
+  palette.setColor(QPalette::LinkVisited, shades.link);
+  return palette;
+}
+
+QPalette lightPalette() {
+  return paletteOf({.window = QColor(0xf3, 0xf4, 0xf6),
+                    .base = QColor(0xff, 0xff, 0xff),
+                    .button = QColor(0xe9, 0xeb, 0xee),
+                    .text = QColor(0x1b, 0x1f, 0x24),
+                    .faintText = QColor(0x7c, 0x83, 0x8c),
+                    .highlight = QColor(0x1f, 0x6f, 0xb8),
+                    .highlightedText = QColor(0xff, 0xff, 0xff),
+                    .link = QColor(0x0b, 0x57, 0x9b)});
+}
+
+QPalette darkPalette() {
+  return paletteOf({.window = QColor(0x26, 0x29, 0x2e),
+                    .base = QColor(0x1b, 0x1d, 0x21),
+                    .button = QColor(0x33, 0x37, 0x3d),
+                    .text = QColor(0xe8, 0xea, 0xed),
+                    .faintText = QColor(0x8b, 0x92, 0x9b),
+                    .highlight = QColor(0x3b, 0x8e, 0xda),
+                    .highlightedText = QColor(0x0d, 0x10, 0x14),
+                    .link = QColor(0x7c, 0xb9, 0xf2)});
+}
+
+/// What the desktop gave the application before any theme was applied.
+const QPalette& systemPalette() {
+  static const QPalette palette = QApplication::palette();
+  return palette;
+}
+
+const QString& systemStyle() {
+  static const QString name = QApplication::style()->objectName();
+  return name;
+}
+
+} // namespace
+
+QString themeName(Theme theme) {
+  switch (theme) {
+  case Theme::Light:
+    return QStringLiteral("light");
+  case Theme::Dark:
+    return QStringLiteral("dark");
+  case Theme::System:
+    break;
+  }
+  return QStringLiteral("system");
+}
+
+Theme themeOf(const QString& name) {
+  for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    if (name == themeName(theme)) {
+      return theme;
+    }
+  }
+  return Theme::System;
+}
+
+void applyTheme(Theme theme) {
+  const QPalette system = systemPalette();
+  const QString style = systemStyle();
+  // Only Fusion draws every control from the palette; a desktop's own style has its own colours.
+  QApplication::setStyle(
+      QStyleFactory::create(theme == Theme::System ? style : QStringLiteral("fusion")));
+  switch (theme) {
+  case Theme::System:
+    QApplication::setPalette(system);
+    break;
+  case Theme::Light:
+    QApplication::setPalette(lightPalette());
+    break;
+  case Theme::Dark:
+    QApplication::setPalette(darkPalette());
+    break;
+  }
+}
+
+bool isDark() {
+  return QApplication::palette().color(QPalette::Window).lightness() < 128;
+}
+
+QColor problemColor() {
+  return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+}
+
+QColor successColor() {
+  return isDark() ? QColor(0x81, 0xd4, 0x8c) : QColor(0x1b, 0x6e, 0x2f);
+}
+
+} // namespace folivex

@@ -1,0 +1,33 @@
+// WindowMemory: what the windows remember from one start to the next. Settings of a run are not
+// among it; they live in setup files.
+#pragma once
+
+#include <QByteArray>
+#include <QSettings>
+#include <QString>
+
+class QWidget;
+
+namespace folivex {
+
+/// A small file of the person's own: window sizes, last folders, the theme.
+class WindowMemory {
+public:
+  /// In the folder where the system keeps a program's settings.
+  WindowMemory();
+  explicit WindowMemory(const QString& file);
+
+  QString text(const QString& key, const QString& otherwise = QString()) const;
+  void setText(const QString& key, const QString& value);
+  int number(const QString& key, int otherwise) const;
+  void setNumber(const QString& key, int value);
+
+  /// Size and place of a window, by its object name. A place that no screen shows is not taken.
+  void restore(QWidget* window) const;
+  void keep(const QWidget* window);
+
+private:
+  QSettings m_settings;
+};
+
+} // namespace folivex
