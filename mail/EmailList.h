@@ -1,0 +1,92 @@
+// EmailList: the mails that wait to be sent, as the person reviews them.
+#pragma once
+
+#include "mail/EmailEntry.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace folivex {
+
+/// One output of a split run with what its pages say. Pages are those of the source, from 1.
+struct AddressedOutput {
+  QString file; ///< full path of the output
+  int firstPage = 0;
+  int lastPage = 0;
+  QString matchedText;
+  QString address; ///< empty when its pages have none
+  QStringList furtherAddresses;
+};
+
+/// Columns of the list, in their order.
+enum class EmailColumn {
+  Email,
+  File,
+  ExtractPageStart,
+  ExtractPageEnd,
+  Body,
+  Cc,
+  InvoiceNumberInSubject,
+  SeparateInvoices,
+  Subject
+};
+inline constexpr int emailColumnCount = 9;
+
+/// One row: the entry, and its page numbers as they are shown and saved (a list file may hold a
+/// text there that is no number and counts as 0).
+struct EmailRow {
+  EmailEntry entry;
+  QString shownPageStart;
+  QString shownPageEnd;
+
+  static EmailRow of(const EmailEntry& entry);
+  QString cell(EmailColumn column) const;
+
+  bool operator==(const EmailRow&) const = default;
+};
+
+class EmailList {
+public:
+  /// The outputs that have an address, whole files, in their order. Returns those that have none:
+  /// nothing is mailed for them, and the person should be told.
+  std::vector<AddressedOutput> fill(std::span<const AddressedOutput> outputs);
+  /// Entries of a spreadsheet or of any other source.
+  void setEntries(const EmailEntries& entries, const QString& sourcePath);
+  void setRows(std::vector<EmailRow> rows, const QString& sourcePath);
+  void clear();
+
+  std::size_t count() const { return m_rows.size(); }
+  bool isEmpty() const { return m_rows.empty(); }
+  const std::vector<EmailRow>& rows() const { return m_rows; }
+  EmailEntries entries() const;
+
+  /// Path of the file that the list came from; empty after a split run.
+  QString sourcePath() const { return m_sourcePath; }
+  /// Entries of a spreadsheet carry their own body and copy address.
+  bool isFromSpreadsheet() const;
+
+  /// Columns 4 to 7 are shown only when some entry has a body of its own.
+  bool showsOwnTexts() const;
+  /// Rows whose address is there.
+  std::size_t addressedCount() const;
+
+  /// Empty when the text was taken; else why it was not (no address, two of them, a control
+  /// character). An empty text is taken: the entry is then not sent.
+  QString setAddress(std::size_t row, const QString& text);
+
+  /// "Send selected only?" answered with Yes: every address but those of the rows given is cleared.
+  /// No rows given: nothing changes.
+  void keepAddressesOf(std::span<const std::size_t> rows);
+
+  /// Keeps the rows given, in their order (for sending again what failed).
+  void reduceTo(std::span<const std::size_t> rows);
+
+private:
+  std::vector<EmailRow> m_rows;
+  QString m_sourcePath;
+};
+
+} // namespace folivex

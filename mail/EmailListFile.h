@@ -1,0 +1,27 @@
+// EmailListFile: the e-mail list on disk.
+#pragma once
+
+#include "mail/EmailList.h"
+
+namespace folivex {
+
+/// Where a list without a path is saved: in the current folder.
+inline const QString& defaultEmailListPath() {
+  static const QString path = QStringLiteral("default.lst");
+  return path;
+}
+
+struct [[nodiscard]] EmailListResult {
+  bool ok = false;
+  QString message; ///< to show, whatever came of it; empty after a good load
+  QString note; ///< what else the person should know: the reason, rows that the format cannot hold
+};
+
+/// Writes address, file and page range of every row. The old file stays whole until the new one is;
+/// a new one is made with permissions 0600. An empty list writes nothing.
+EmailListResult saveEmailList(const EmailList& list, const QString& path);
+
+/// Replaces the rows of `list`; when the file cannot be opened the list is left empty.
+EmailListResult loadEmailList(EmailList& list, const QString& path);
+
+} // namespace folivex

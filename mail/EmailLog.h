@@ -1,0 +1,57 @@
+// EmailLog: the log file of sent mails, one line a mail.
+#pragma once
+
+#include <QDateTime>
+#include <QFile>
+#include <QHash>
+#include <QString>
+
+namespace folivex {
+
+/// The text of the last column for a mail that was taken over.
+inline const QString& emailLogOk() {
+  static const QString ok = QStringLiteral("OK");
+  return ok;
+}
+
+/// The line "%-20s%-100s %-80s %s\r\n" in memory; on the disk its end is CR CR LF. Control
+/// characters become blanks: one mail is one line.
+QString emailLogLine(const QDateTime& time, const QString& recipient, const QString& file,
+                     const QString& result);
+
+/// Appends; UTF-8. A file that cannot be opened takes nothing and nobody is told. A new file is
+/// made 0600. A last line that was torn by a crash is ended first, so that it spoils no other.
+class EmailLog {
+public:
+  /// `path` may be empty: no log.
+  explicit EmailLog(const QString& path);
+
+  void writeSent(const QDateTime& time, const QString& recipient, const QString& file);
+  /// The "error: " line, and the line of the mail with "Error - ".
+  void writeFailed(const QDateTime& time, const QString& recipient, const QString& file,
+                   const QString& errorText);
+  bool isOpen() const { return m_file.isOpen(); }
+
+private:
+  void append(const QString& text);
+
+  QFile m_file;
+};
+
+/// Which mails a log says were sent, for going on after a run that never came to its end. A line
+/// counts only when it is whole, to its line end.
+class SentBefore {
+public:
+  /// A log that is missing or cannot be read says nothing.
+  static SentBefore fromLog(const QString& path);
+
+  /// Whether `file` went to `recipient` since it was made: a line older than `fileTime` (the time
+  /// of the file's last change) tells of another file of that name.
+  bool contains(const QString& recipient, const QString& file, const QDateTime& fileTime) const;
+  bool isEmpty() const { return m_sent.isEmpty(); }
+
+private:
+  QHash<QString, QDateTime> m_sent; ///< by recipient and file as a line shows them; the last time
+};
+
+} // namespace folivex

@@ -1,0 +1,32 @@
+// MailServer: where mails are handed in, as the setup words it.
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+namespace folivex {
+
+struct SplitSetup;
+
+enum class MailSecurity : std::uint8_t {
+  None,
+  Ssl,     ///< "ssl:", from the first byte
+  StartTls ///< "tls:", required
+};
+
+struct MailServer {
+  MailSecurity security = MailSecurity::None;
+  QString host;  ///< an IPv6 address without its brackets
+  int port = 0;  ///< 0: the default one of the security
+  QString login; ///< empty: no login
+  QString password;
+  QString problem; ///< why the server text cannot be used; empty when it can
+};
+
+/// Takes "ssl:host:port", "tls:host", "host:port" or "host" apart. Blanks around are no part of it.
+MailServer parseMailServer(const QString& serverText);
+/// With the login of the setup.
+MailServer mailServerOf(const SplitSetup& setup);
+
+} // namespace folivex
