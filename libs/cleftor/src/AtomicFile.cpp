@@ -53,15 +53,15 @@ int seekTo(std::FILE* file, uint64_t offset) {
 
 } // namespace
 
-AtomicFile::AtomicFile(const std::string& target) : target_(target), place_(pathOf(target)) {
+AtomicFile::AtomicFile(const std::string& target) : m_target(target), m_place(pathOf(target)) {
   std::error_code ignored;
-  const auto status = std::filesystem::status(place_, ignored);
+  const auto status = std::filesystem::status(m_place, ignored);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + target_ +
+    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + m_target +
                                             "\": something that is no ordinary file is there");
   }
-  if (!place_.has_filename()) {
-    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + target_ + "\": it names no file");
+  if (!m_place.has_filename()) {
+    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + m_target + "\": it names no file");
   }
   open();
 }
@@ -72,41 +72,41 @@ AtomicFile::~AtomicFile() {
 
 void AtomicFile::open() {
   // A part file of a run that was killed may carry the same process number.
-  for (int attempt = 0; attempt < 1000 && file_ == nullptr; ++attempt) {
-    part_ = place_.parent_path() / partName();
+  for (int attempt = 0; attempt < 1000 && m_file == nullptr; ++attempt) {
+    m_part = m_place.parent_path() / partName();
     errno = 0;
-    file_ = createNew(part_);
-    if (file_ == nullptr && errno != EEXIST) {
+    m_file = createNew(m_part);
+    if (m_file == nullptr && errno != EEXIST) {
       break;
     }
   }
-  if (file_ == nullptr) {
+  if (m_file == nullptr) {
     const int error = errno;
-    part_.clear();
+    m_part.clear();
     fail(error);
   }
-  std::setvbuf(file_, nullptr, _IONBF, 0);
+  std::setvbuf(m_file, nullptr, _IONBF, 0);
 }
 
 void AtomicFile::append(std::string_view bytes) {
-  pending_.append(bytes);
-  if (pending_.size() >= flushSize) {
+  m_pending.append(bytes);
+  if (m_pending.size() >= flushSize) {
     flush();
   }
 }
 
 void AtomicFile::overwrite(uint64_t offset, std::string_view bytes) {
-  if (offset < written_ && offset + bytes.size() > written_) {
+  if (offset < m_written && offset + bytes.size() > m_written) {
     flush();
   }
-  if (offset >= written_) {
-    pending_.replace(static_cast<size_t>(offset - written_), bytes.size(), bytes);
+  if (offset >= m_written) {
+    m_pending.replace(static_cast<size_t>(offset - m_written), bytes.size(), bytes);
     return;
   }
   errno = 0;
-  const bool done = seekTo(file_, offset) == 0 &&
-                    std::fwrite(bytes.data(), 1, bytes.size(), file_) == bytes.size() &&
-                    seekTo(file_, written_) == 0;
+  const bool done = seekTo(m_file, offset) == 0 &&
+                    std::fwrite(bytes.data(), 1, bytes.size(), m_file) == bytes.size() &&
+                    seekTo(m_file, m_written) == 0;
   if (!done) {
     fail(errno);
   }
@@ -114,42 +114,42 @@ void AtomicFile::overwrite(uint64_t offset, std::string_view bytes) {
 
 void AtomicFile::flush() {
   errno = 0;
-  if (std::fwrite(pending_.data(), 1, pending_.size(), file_) != pending_.size()) {
+  if (std::fwrite(m_pending.data(), 1, m_pending.size(), m_file) != m_pending.size()) {
     fail(errno);
   }
-  written_ += pending_.size();
-  pending_.clear();
+  m_written += m_pending.size();
+  m_pending.clear();
 }
 
 void AtomicFile::keep() {
   flush();
-  std::FILE* const file = file_;
-  file_ = nullptr;
+  std::FILE* const file = m_file;
+  m_file = nullptr;
   errno = 0;
   if (std::fclose(file) != 0) {
     fail(errno);
   }
   std::error_code error;
-  std::filesystem::rename(part_, place_, error);
+  std::filesystem::rename(m_part, m_place, error);
   if (error) {
-    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + target_ + "\": " + error.message());
+    throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + m_target + "\": " + error.message());
   }
-  part_.clear();
+  m_part.clear();
 }
 
 void AtomicFile::fail(int error) const {
   const std::string reason = error == 0 ? "writing failed" : std::generic_category().message(error);
-  throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + target_ + "\": " + reason);
+  throw Failure(CLEFTOR_CANNOT_WRITE, "Unable to write \"" + m_target + "\": " + reason);
 }
 
 void AtomicFile::drop() {
-  if (file_ != nullptr) {
-    std::fclose(file_);
-    file_ = nullptr;
+  if (m_file != nullptr) {
+    std::fclose(m_file);
+    m_file = nullptr;
   }
-  if (!part_.empty()) {
+  if (!m_part.empty()) {
     std::error_code ignored;
-    std::filesystem::remove(part_, ignored);
+    std::filesystem::remove(m_part, ignored);
   }
 }
 

@@ -33,7 +33,7 @@ public:
   void overwrite(uint64_t offset, std::string_view bytes);
 
   /** Bytes appended so far. */
-  uint64_t size() const { return written_ + pending_.size(); }
+  uint64_t size() const { return m_written + m_pending.size(); }
 
   /** Completes the file and puts it in the target's place. */
   void keep();
@@ -44,12 +44,12 @@ private:
   void flush();
   void drop();
 
-  std::string target_;
-  std::filesystem::path place_;
-  std::filesystem::path part_;
-  std::FILE* file_ = nullptr;
-  std::string pending_;
-  uint64_t written_ = 0;
+  std::string m_target;
+  std::filesystem::path m_place;
+  std::filesystem::path m_part;
+  std::FILE* m_file = nullptr;
+  std::string m_pending;
+  uint64_t m_written = 0;
 };
 
 } // namespace cleftor

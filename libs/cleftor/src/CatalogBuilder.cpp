@@ -33,28 +33,28 @@ void appendBytes(std::string& out, uint64_t value) {
 } // namespace
 
 int CatalogBuilder::writeInfo() {
-  QPDFObjectHandle info = source_.trailer().getKey("/Info");
+  QPDFObjectHandle info = m_source.trailer().getKey("/Info");
   if (!info.isDictionary() || info.getKeys().empty()) {
     return 0;
   }
   if (info.isIndirect()) {
-    return copier_.numberOf(info.getObjGen());
+    return m_copier.numberOf(info.getObjGen());
   }
-  const int number = writer_.reserve();
+  const int number = m_writer.reserve();
   Fragment out;
   out.resolved(info);
-  copier_.write(number, out);
+  m_copier.write(number, out);
   return number;
 }
 
 std::string CatalogBuilder::identifier(int32_t rotation) {
-  QPDFObjectHandle id = source_.trailer().getKey("/ID");
-  std::string text = source_.path();
+  QPDFObjectHandle id = m_source.trailer().getKey("/ID");
+  std::string text = m_source.path();
   if (id.isArray() && id.getArrayNItems() > 0 && id.getArrayItem(0).isString()) {
     text = id.getArrayItem(0).getStringValue();
   }
-  text += ' ' + std::to_string(source_.pageCount()) + ' ' + std::to_string(range_.first) + ' ' +
-          std::to_string(range_.last) + ' ' + std::to_string(rotation);
+  text += ' ' + std::to_string(m_source.pageCount()) + ' ' + std::to_string(m_range.first) + ' ' +
+          std::to_string(m_range.last) + ' ' + std::to_string(rotation);
   std::string bytes;
   appendBytes(bytes, hashOf(text, 0));
   appendBytes(bytes, hashOf(text, 0x9E3779B97F4A7C15ULL));
@@ -67,11 +67,12 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.number(pageTree);
   addPlainEntries(out);
   addViewerPreferences(out);
-  if (const auto labels = source_.labels().within(range_.first, range_.last)) {
+  if (const auto labels = m_source.labels().within(m_range.first, m_range.last)) {
     out.text("/PageLabels");
     out.append(*labels);
   }
-  const int outline = keepBookmarks ? writeOutline(source_, copier_, links_, writer_, range_) : 0;
+  const int outline =
+      keepBookmarks ? writeOutline(m_source, m_copier, m_links, m_writer, m_range) : 0;
   if (outline != 0) {
     out.text("/Outlines ");
     out.number(outline);
@@ -81,19 +82,19 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   addNames(out);
   addForm(out);
   // Which layers are used shows only when all the rest is copied.
-  copier_.request(out);
-  copier_.copyWaiting();
-  if (!copier_.usedLayers().empty()) {
+  m_copier.request(out);
+  m_copier.copyWaiting();
+  if (!m_copier.usedLayers().empty()) {
     out.text("/OCProperties");
-    out.append(source_.layers().reducedTo(copier_.usedLayers()));
+    out.append(m_source.layers().reducedTo(m_copier.usedLayers()));
   }
   out.text(">>");
-  copier_.write(number, out);
-  copier_.copyWaiting();
+  m_copier.write(number, out);
+  m_copier.copyWaiting();
 }
 
 void CatalogBuilder::addPlainEntries(Fragment& out) {
-  QPDFObjectHandle catalog = source_.catalog();
+  QPDFObjectHandle catalog = m_source.catalog();
   for (const char* key : plainEntries) {
     if (QPDFObjectHandle value = catalog.getKey(key); !value.isNull()) {
       out.entry(key, value);
@@ -102,7 +103,7 @@ void CatalogBuilder::addPlainEntries(Fragment& out) {
 }
 
 void CatalogBuilder::addViewerPreferences(Fragment& out) {
-  QPDFObjectHandle preferences = source_.catalog().getKey("/ViewerPreferences");
+  QPDFObjectHandle preferences = m_source.catalog().getKey("/ViewerPreferences");
   if (!preferences.isDictionary()) {
     return;
   }
@@ -115,7 +116,7 @@ void CatalogBuilder::addViewerPreferences(Fragment& out) {
 }
 
 void CatalogBuilder::addPageMode(Fragment& out, bool hasOutline) {
-  QPDFObjectHandle mode = source_.catalog().getKey("/PageMode");
+  QPDFObjectHandle mode = m_source.catalog().getKey("/PageMode");
   const bool shows = mode.isNameAndEquals("/UseOutlines")
                          ? hasOutline
                          : mode.isName() && mode.getName() != "/UseAttachments";
@@ -126,24 +127,25 @@ void CatalogBuilder::addPageMode(Fragment& out, bool hasOutline) {
 
 /** Where a document opens is kept; what it runs when it opens is not. */
 void CatalogBuilder::addOpenAction(Fragment& out) {
-  QPDFObjectHandle opening = source_.catalog().getKey("/OpenAction");
+  QPDFObjectHandle opening = m_source.catalog().getKey("/OpenAction");
   if (opening.isArray()) {
-    links_.writeDestination(out, "/OpenAction", opening);
+    m_links.writeDestination(out, "/OpenAction", opening);
   } else if (opening.isDictionary() && opening.getKey("/S").isNameAndEquals("/GoTo")) {
-    links_.writeDestination(out, "/OpenAction", opening.getKey("/D"));
+    m_links.writeDestination(out, "/OpenAction", opening.getKey("/D"));
   }
 }
 
 void CatalogBuilder::addNames(Fragment& out) {
   Fragment older;
   Fragment names;
-  for (const auto* destination : source_.names().within(range_.first, range_.last)) {
+  for (const auto* destination : m_source.names().within(m_range.first, m_range.last)) {
     if (destination->isNameObject) {
-      links_.writeDestination(older, QPDFObjectHandle::newName(destination->name).unparse().c_str(),
-                              destination->value);
+      m_links.writeDestination(older,
+                               QPDFObjectHandle::newName(destination->name).unparse().c_str(),
+                               destination->value);
     } else {
       names.value(QPDFObjectHandle::newString(destination->name));
-      links_.writeDestination(names, "", destination->value);
+      m_links.writeDestination(names, "", destination->value);
     }
   }
   if (!older.bytes().empty()) {
@@ -151,8 +153,8 @@ void CatalogBuilder::addNames(Fragment& out) {
     out.append(older);
     out.text(">>");
   }
-  QPDFObjectHandle all = source_.catalog().getKey("/Names");
-  const bool hasScripts = !form_.isEmpty() && all.isDictionary() && all.hasKey("/JavaScript");
+  QPDFObjectHandle all = m_source.catalog().getKey("/Names");
+  const bool hasScripts = !m_form.isEmpty() && all.isDictionary() && all.hasKey("/JavaScript");
   if (names.bytes().empty() && !hasScripts) {
     return;
   }
@@ -169,11 +171,11 @@ void CatalogBuilder::addNames(Fragment& out) {
 }
 
 void CatalogBuilder::addForm(Fragment& out) {
-  if (form_.isEmpty()) {
+  if (m_form.isEmpty()) {
     return;
   }
-  const int number = writer_.reserve();
-  copier_.write(number, form_.form());
+  const int number = m_writer.reserve();
+  m_copier.write(number, m_form.form());
   out.text("/AcroForm ");
   out.number(number);
 }

@@ -17,8 +17,8 @@ class CatalogBuilder {
 public:
   CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
                  DocumentWriter& writer, PageRange range)
-      : source_(source), copier_(copier), links_(links), form_(form), writer_(writer),
-        range_(range) {}
+      : m_source(source), m_copier(copier), m_links(links), m_form(form), m_writer(writer),
+        m_range(range) {}
 
   /** Number of the document information, 0 when the source has none. */
   int writeInfo();
@@ -37,12 +37,12 @@ private:
   void addOpenAction(Fragment& out);
   void addPageMode(Fragment& out, bool hasOutline);
 
-  Source& source_;
-  ObjectCopier& copier_;
-  LinkRules& links_;
-  FormBuilder& form_;
-  DocumentWriter& writer_;
-  PageRange range_;
+  Source& m_source;
+  ObjectCopier& m_copier;
+  LinkRules& m_links;
+  FormBuilder& m_form;
+  DocumentWriter& m_writer;
+  PageRange m_range;
 };
 
 } // namespace cleftor

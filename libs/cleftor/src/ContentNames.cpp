@@ -72,9 +72,9 @@ void ContentNames::addText(std::string_view content) {
     }
     const std::string_view name(at, static_cast<size_t>(stop - at));
     // Pages select the same few fonts over and over.
-    if (name != last_) {
-      last_ = name;
-      names_.insert(name.find('#') == std::string_view::npos ? last_ : plainName(name));
+    if (name != m_last) {
+      m_last = name;
+      m_names.insert(name.find('#') == std::string_view::npos ? m_last : plainName(name));
     }
     at = stop;
   }

@@ -23,18 +23,18 @@ public:
    */
   bool addContents(QPDFObjectHandle contents);
 
-  void addName(const std::string& name) { names_.insert(name); }
+  void addName(const std::string& name) { m_names.insert(name); }
 
   /** name with its leading slash. */
-  bool contains(const std::string& name) const { return names_.count(name) != 0; }
+  bool contains(const std::string& name) const { return m_names.count(name) != 0; }
 
-  size_t size() const { return names_.size(); }
+  size_t size() const { return m_names.size(); }
 
 private:
   bool addStream(QPDFObjectHandle stream);
 
-  std::unordered_set<std::string> names_;
-  std::string last_;
+  std::unordered_set<std::string> m_names;
+  std::string m_last;
 };
 
 } // namespace cleftor

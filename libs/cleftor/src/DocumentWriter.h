@@ -29,7 +29,7 @@ public:
 
   /** A stream whose length shows only at the end: begin, any number of data, end. */
   void beginStream(int number, std::string_view dictionary);
-  void streamData(std::string_view data) { file_.append(data); }
+  void streamData(std::string_view data) { m_file.append(data); }
   void endStream();
 
   /** Cross-reference table and trailer; info may be 0; id is 16 raw bytes. */
@@ -38,10 +38,10 @@ public:
 private:
   void beginObject(int number);
 
-  AtomicFile& file_;
-  std::vector<uint64_t> offsets_; /**< by object number, 0 for one not written */
-  uint64_t lengthPlace_ = 0;
-  uint64_t dataStart_ = 0;
+  AtomicFile& m_file;
+  std::vector<uint64_t> m_offsets; /**< by object number, 0 for one not written */
+  uint64_t m_lengthPlace = 0;
+  uint64_t m_dataStart = 0;
 };
 
 } // namespace cleftor

@@ -4,17 +4,17 @@
 
 namespace cleftor {
 
-FieldIndex::FieldIndex(QPDFObjectHandle catalog) : form_(catalog.getKey("/AcroForm")) {
-  if (!form_.isDictionary()) {
-    form_ = QPDFObjectHandle::newNull();
+FieldIndex::FieldIndex(QPDFObjectHandle catalog) : m_form(catalog.getKey("/AcroForm")) {
+  if (!m_form.isDictionary()) {
+    m_form = QPDFObjectHandle::newNull();
     return;
   }
   walk();
-  QPDFObjectHandle order = form_.getKey("/CO");
+  QPDFObjectHandle order = m_form.getKey("/CO");
   const int count = order.isArray() ? order.getArrayNItems() : 0;
   for (int i = 0; i < count; ++i) {
-    const auto found = fields_.find(order.getArrayItem(i).getObjGen());
-    if (found != fields_.end()) {
+    const auto found = m_fields.find(order.getArrayItem(i).getObjGen());
+    if (found != m_fields.end()) {
       found->second.calculation = static_cast<uint32_t>(i);
     }
   }
@@ -34,7 +34,7 @@ void FieldIndex::walk() {
       waiting.push_back({fields.getArrayItem(i - 1), parent, isSignature, hasValue});
     }
   };
-  addAll(form_.getKey("/Fields"), QPDFObjGen(), false, false);
+  addAll(m_form.getKey("/Fields"), QPDFObjGen(), false, false);
   while (!waiting.empty()) {
     Step step = waiting.back();
     waiting.pop_back();
@@ -47,17 +47,17 @@ void FieldIndex::walk() {
     const bool hasValue = step.hasValue || step.field.hasKey("/V");
     Field field;
     field.parent = step.parent;
-    field.position = static_cast<uint32_t>(fields_.size());
+    field.position = static_cast<uint32_t>(m_fields.size());
     field.isSigned = isSignature && hasValue;
-    if (fields_.emplace(object, field).second) {
+    if (m_fields.emplace(object, field).second) {
       addAll(step.field.getKey("/Kids"), object, isSignature, hasValue);
     }
   }
 }
 
 const FieldIndex::Field* FieldIndex::find(QPDFObjGen object) const {
-  const auto found = fields_.find(object);
-  return found == fields_.end() ? nullptr : &found->second;
+  const auto found = m_fields.find(object);
+  return found == m_fields.end() ? nullptr : &found->second;
 }
 
 } // namespace cleftor

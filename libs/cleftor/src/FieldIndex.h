@@ -29,13 +29,13 @@ public:
   const Field* find(QPDFObjGen object) const;
 
   /** The form dictionary, null when the document has none. */
-  QPDFObjectHandle form() const { return form_; }
+  QPDFObjectHandle form() const { return m_form; }
 
 private:
   void walk();
 
-  QPDFObjectHandle form_;
-  ObjGenMap<Field> fields_;
+  QPDFObjectHandle m_form;
+  ObjGenMap<Field> m_fields;
 };
 
 } // namespace cleftor

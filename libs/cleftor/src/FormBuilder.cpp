@@ -22,35 +22,35 @@ void makeStamp(std::map<std::string, QPDFObjectHandle>& entries) {
 
 void FormBuilder::addWidget(QPDFObjectHandle widget) {
   QPDFObjGen object = widget.getObjGen();
-  const FieldIndex::Field* field = source_.fields().find(object);
+  const FieldIndex::Field* field = m_source.fields().find(object);
   if (field == nullptr || field->isSigned) {
     return;
   }
-  bool added = kept_.try_emplace(object).second;
-  kept_[object].isWidget = true;
+  bool added = m_kept.try_emplace(object).second;
+  m_kept[object].isWidget = true;
   while (added) {
-    copier_.place(object);
+    m_copier.place(object);
     if (field->parent.getObj() == 0) {
-      top_.push_back(object);
+      m_top.push_back(object);
       return;
     }
     const QPDFObjGen parent = field->parent;
-    added = kept_.try_emplace(parent).second;
-    kept_[parent].below.push_back(object);
+    added = m_kept.try_emplace(parent).second;
+    m_kept[parent].below.push_back(object);
     object = parent;
-    field = source_.fields().find(parent);
+    field = m_source.fields().find(parent);
   }
 }
 
 void FormBuilder::order(std::vector<QPDFObjGen>& fields) {
   std::sort(fields.begin(), fields.end(), [this](QPDFObjGen left, QPDFObjGen right) {
-    return source_.fields().find(left)->position < source_.fields().find(right)->position;
+    return m_source.fields().find(left)->position < m_source.fields().find(right)->position;
   });
 }
 
 void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
                                     std::map<std::string, QPDFObjectHandle>& entries) {
-  const FieldIndex::Field* const known = source_.fields().find(field.getObjGen());
+  const FieldIndex::Field* const known = m_source.fields().find(field.getObjGen());
   if (known == nullptr) {
     return;
   }
@@ -64,7 +64,7 @@ void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
     out.text("/Parent");
     out.reference(known->parent);
   }
-  Kept& kept = kept_[field.getObjGen()];
+  Kept& kept = m_kept[field.getObjGen()];
   if (!kept.below.empty()) {
     order(kept.below);
     out.text("/Kids[");
@@ -76,38 +76,38 @@ void FormBuilder::writeFieldEntries(Fragment& out, QPDFObjectHandle field,
 }
 
 void FormBuilder::writeFields() {
-  for (auto& [object, kept] : kept_) {
+  for (auto& [object, kept] : m_kept) {
     if (kept.isWidget) {
       continue;
     }
-    QPDFObjectHandle field = source_.object(object);
+    QPDFObjectHandle field = m_source.object(object);
     auto entries = field.getDictAsMap();
     Fragment out;
     out.text("<<");
     writeFieldEntries(out, field, entries);
     if (const auto events = entries.find("/AA"); events != entries.end()) {
-      links_.writeEventActions(out, "/AA", events->second);
+      m_links.writeEventActions(out, "/AA", events->second);
       entries.erase(events);
     }
     entries.erase("/StructParent");
     entries.erase("/P");
     out.entries(entries);
     out.text(">>");
-    copier_.write(copier_.place(object), out);
+    m_copier.write(m_copier.place(object), out);
   }
 }
 
 Fragment FormBuilder::form() {
-  order(top_);
+  order(m_top);
   Fragment out;
   out.text("<</Fields[");
-  for (const QPDFObjGen& field : top_) {
+  for (const QPDFObjGen& field : m_top) {
     out.reference(field);
   }
   out.text("]");
   std::vector<std::pair<uint32_t, QPDFObjGen>> calculated;
-  for (const auto& [object, kept] : kept_) {
-    const uint32_t calculation = source_.fields().find(object)->calculation;
+  for (const auto& [object, kept] : m_kept) {
+    const uint32_t calculation = m_source.fields().find(object)->calculation;
     if (calculation != FieldIndex::none) {
       calculated.emplace_back(calculation, object);
     }
@@ -120,7 +120,7 @@ Fragment FormBuilder::form() {
     }
     out.text("]");
   }
-  QPDFObjectHandle form = source_.fields().form();
+  QPDFObjectHandle form = m_source.fields().form();
   for (auto& [key, value] : form.getDictAsMap()) {
     // The other description of the form covers all pages; signatures are void.
     const bool goes =

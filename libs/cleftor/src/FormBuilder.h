@@ -14,12 +14,12 @@ namespace cleftor {
 class FormBuilder {
 public:
   FormBuilder(Source& source, ObjectCopier& copier, LinkRules& links)
-      : source_(source), copier_(copier), links_(links) {}
+      : m_source(source), m_copier(copier), m_links(links) {}
 
   /** Notes a widget that the range keeps. */
   void addWidget(QPDFObjectHandle widget);
 
-  bool isEmpty() const { return kept_.empty(); }
+  bool isEmpty() const { return m_kept.empty(); }
 
   /**
    * Writes the entries of a field or widget that concern the form: its field above, those below,
@@ -42,11 +42,11 @@ private:
 
   void order(std::vector<QPDFObjGen>& fields);
 
-  Source& source_;
-  ObjectCopier& copier_;
-  LinkRules& links_;
-  ObjGenMap<Kept> kept_;
-  std::vector<QPDFObjGen> top_;
+  Source& m_source;
+  ObjectCopier& m_copier;
+  LinkRules& m_links;
+  ObjGenMap<Kept> m_kept;
+  std::vector<QPDFObjGen> m_top;
 };
 
 } // namespace cleftor

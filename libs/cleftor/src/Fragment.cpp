@@ -21,9 +21,9 @@ bool isDelimiter(char ch) {
 } // namespace
 
 void Fragment::separate() {
-  const bool afterReference = !references_.empty() && references_.back().at == bytes_.size();
-  if (afterReference || (!bytes_.empty() && !isDelimiter(bytes_.back()))) {
-    bytes_.push_back(' ');
+  const bool afterReference = !m_references.empty() && m_references.back().at == m_bytes.size();
+  if (afterReference || (!m_bytes.empty() && !isDelimiter(m_bytes.back()))) {
+    m_bytes.push_back(' ');
   }
 }
 
@@ -31,35 +31,35 @@ void Fragment::integer(long long value) {
   separate();
   std::array<char, 24> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-  bytes_.append(digits.data(), end.ptr);
+  m_bytes.append(digits.data(), end.ptr);
 }
 
 void Fragment::name(const std::string& name) {
   if (name.size() > 1 && std::all_of(name.begin() + 1, name.end(), isPlain)) {
-    bytes_.append(name);
+    m_bytes.append(name);
   } else {
-    bytes_.append(QPDFObjectHandle::newName(name).unparse());
+    m_bytes.append(QPDFObjectHandle::newName(name).unparse());
   }
 }
 
 void Fragment::reference(QPDFObjGen object) {
   separate();
-  references_.push_back({bytes_.size(), object});
+  m_references.push_back({m_bytes.size(), object});
 }
 
 void Fragment::number(int object) {
   integer(object);
-  bytes_.append(" 0 R");
+  m_bytes.append(" 0 R");
 }
 
 void Fragment::append(const Fragment& other) {
-  if (!references_.empty() && references_.back().at == bytes_.size()) {
-    bytes_.push_back(' ');
+  if (!m_references.empty() && m_references.back().at == m_bytes.size()) {
+    m_bytes.push_back(' ');
   }
-  const size_t base = bytes_.size();
-  bytes_.append(other.bytes_);
-  for (const Reference& reference : other.references_) {
-    references_.push_back({base + reference.at, reference.object});
+  const size_t base = m_bytes.size();
+  m_bytes.append(other.m_bytes);
+  for (const Reference& reference : other.m_references) {
+    m_references.push_back({base + reference.at, reference.object});
   }
 }
 
@@ -80,30 +80,30 @@ void Fragment::resolved(QPDFObjectHandle value) {
     name(value.getName());
     break;
   case ot_array: {
-    bytes_.push_back('[');
+    m_bytes.push_back('[');
     const int count = value.getArrayNItems();
     for (int i = 0; i < count; ++i) {
       this->value(value.getArrayItem(i));
     }
-    bytes_.push_back(']');
+    m_bytes.push_back(']');
     break;
   }
   case ot_dictionary: {
-    bytes_.append("<<");
+    m_bytes.append("<<");
     auto map = value.getDictAsMap();
     entries(map);
-    bytes_.append(">>");
+    m_bytes.append(">>");
     break;
   }
   case ot_boolean:
   case ot_real:
   case ot_string:
     separate();
-    bytes_.append(value.unparseResolved());
+    m_bytes.append(value.unparseResolved());
     break;
   default:
     separate();
-    bytes_.append("null");
+    m_bytes.append("null");
   }
 }
 

@@ -21,10 +21,10 @@ public:
     QPDFObjGen object;
   };
 
-  const std::string& bytes() const { return bytes_; }
-  const std::vector<Reference>& references() const { return references_; }
+  const std::string& bytes() const { return m_bytes; }
+  const std::vector<Reference>& references() const { return m_references; }
 
-  void text(std::string_view text) { bytes_.append(text); }
+  void text(std::string_view text) { m_bytes.append(text); }
   void integer(long long value);
 
   /** A name as a key or value; name begins with its slash and is not escaped. */
@@ -57,8 +57,8 @@ public:
   void separate();
 
 private:
-  std::string bytes_;
-  std::vector<Reference> references_;
+  std::string m_bytes;
+  std::vector<Reference> m_references;
 };
 
 } // namespace cleftor

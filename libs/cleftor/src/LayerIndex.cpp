@@ -13,31 +13,31 @@ constexpr int deepestList = 64;
 /** Writes layer configurations with every layer left out that an output does not use. */
 class Reducer {
 public:
-  Reducer(Fragment& out, const ObjGenSet& used) : out_(out), used_(used) {}
+  Reducer(Fragment& out, const ObjGenSet& used) : m_out(out), m_used(used) {}
 
   void configuration(QPDFObjectHandle configuration) {
-    out_.text("<<");
+    m_out.text("<<");
     for (auto& [key, value] : configuration.getDictAsMap()) {
       if (value.isNull()) {
         continue;
       }
       if (value.isArray() && (key == "/ON" || key == "/OFF" || key == "/Locked" ||
                               key == "/Order" || key == "/RBGroups")) {
-        out_.name(key);
+        m_out.name(key);
         list(value, 0);
       } else if (value.isArray() && key == "/AS") {
-        out_.name(key);
+        m_out.name(key);
         usages(value);
       } else {
-        out_.entry(key, value);
+        m_out.entry(key, value);
       }
     }
-    out_.text(">>");
+    m_out.text(">>");
   }
 
 private:
   bool isUsed(QPDFObjectHandle value) const {
-    return value.isIndirect() && used_.count(value.getObjGen()) != 0;
+    return value.isIndirect() && m_used.count(value.getObjGen()) != 0;
   }
 
   /** Whether anything of a list stays, so that no empty group is listed. */
@@ -53,9 +53,9 @@ private:
   }
 
   void list(QPDFObjectHandle list, int depth) {
-    out_.text("[");
+    m_out.text("[");
     items(list, depth);
-    out_.text("]");
+    m_out.text("]");
   }
 
   void items(QPDFObjectHandle list, int depth) {
@@ -75,52 +75,52 @@ private:
         }
         parentKept = true;
       } else if (item.isString()) {
-        out_.value(item);
+        m_out.value(item);
       } else {
         parentKept = isUsed(item);
         if (parentKept) {
-          out_.value(item);
+          m_out.value(item);
         }
       }
     }
   }
 
   void usages(QPDFObjectHandle usages) {
-    out_.text("[");
+    m_out.text("[");
     const int count = usages.getArrayNItems();
     for (int i = 0; i < count; ++i) {
       QPDFObjectHandle usage = usages.getArrayItem(i);
       if (!usage.isDictionary()) {
         continue;
       }
-      out_.text("<<");
+      m_out.text("<<");
       for (auto& [key, value] : usage.getDictAsMap()) {
         if (key == "/OCGs" && value.isArray()) {
-          out_.name(key);
+          m_out.name(key);
           list(value, 0);
         } else if (!value.isNull()) {
-          out_.entry(key, value);
+          m_out.entry(key, value);
         }
       }
-      out_.text(">>");
+      m_out.text(">>");
     }
-    out_.text("]");
+    m_out.text("]");
   }
 
-  Fragment& out_;
-  const ObjGenSet& used_;
+  Fragment& m_out;
+  const ObjGenSet& m_used;
 };
 
 } // namespace
 
-LayerIndex::LayerIndex(QPDFObjectHandle catalog) : properties_(catalog.getKey("/OCProperties")) {
+LayerIndex::LayerIndex(QPDFObjectHandle catalog) : m_properties(catalog.getKey("/OCProperties")) {
   QPDFObjectHandle groups =
-      properties_.isDictionary() ? properties_.getKey("/OCGs") : QPDFObjectHandle::newNull();
+      m_properties.isDictionary() ? m_properties.getKey("/OCGs") : QPDFObjectHandle::newNull();
   const int count = groups.isArray() ? groups.getArrayNItems() : 0;
   for (int i = 0; i < count; ++i) {
     QPDFObjectHandle group = groups.getArrayItem(i);
     if (group.isIndirect()) {
-      positions_.emplace(group.getObjGen(), static_cast<uint32_t>(i));
+      m_positions.emplace(group.getObjGen(), static_cast<uint32_t>(i));
     }
   }
 }
@@ -128,7 +128,7 @@ LayerIndex::LayerIndex(QPDFObjectHandle catalog) : properties_(catalog.getKey("/
 Fragment LayerIndex::reducedTo(const ObjGenSet& used) const {
   std::vector<std::pair<uint32_t, QPDFObjGen>> ordered;
   for (const QPDFObjGen& layer : used) {
-    ordered.emplace_back(positions_.at(layer), layer);
+    ordered.emplace_back(m_positions.at(layer), layer);
   }
   std::sort(ordered.begin(), ordered.end());
   Fragment out;
@@ -137,7 +137,7 @@ Fragment LayerIndex::reducedTo(const ObjGenSet& used) const {
     out.reference(layer);
   }
   out.text("]");
-  QPDFObjectHandle properties = properties_;
+  QPDFObjectHandle properties = m_properties;
   Reducer reducer(out, used);
   if (QPDFObjectHandle standard = properties.getKey("/D"); standard.isDictionary()) {
     out.text("/D");

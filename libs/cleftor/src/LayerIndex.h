@@ -16,15 +16,15 @@ class LayerIndex {
 public:
   explicit LayerIndex(QPDFObjectHandle catalog);
 
-  bool isEmpty() const { return positions_.empty(); }
-  bool isLayer(QPDFObjGen object) const { return positions_.count(object) != 0; }
+  bool isEmpty() const { return m_positions.empty(); }
+  bool isLayer(QPDFObjGen object) const { return m_positions.count(object) != 0; }
 
   /** The catalog's entry for an output that uses these layers, with their states and order. */
   Fragment reducedTo(const ObjGenSet& used) const;
 
 private:
-  QPDFObjectHandle properties_;
-  ObjGenMap<uint32_t> positions_;
+  QPDFObjectHandle m_properties;
+  ObjGenMap<uint32_t> m_positions;
 };
 
 } // namespace cleftor

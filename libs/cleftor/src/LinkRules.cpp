@@ -24,11 +24,11 @@ const char* targetsKey(const std::string& kind) {
 } // namespace
 
 bool LinkRules::leadsInside(QPDFObjectHandle destination) {
-  const auto page = source_.names().pageOfDestination(destination);
+  const auto page = m_source.names().pageOfDestination(destination);
   if (!page) {
     return false;
   }
-  return range_.contains(*page) || copier_.isPlaced(source_.pages().object(*page));
+  return m_range.contains(*page) || m_copier.isPlaced(m_source.pages().object(*page));
 }
 
 void LinkRules::destinationBody(Fragment& out, QPDFObjectHandle destination) {
@@ -39,9 +39,9 @@ void LinkRules::destinationBody(Fragment& out, QPDFObjectHandle destination) {
     out.resolved(destination);
     return;
   }
-  const int32_t page = *source_.names().pageOfDestination(destination);
+  const int32_t page = *m_source.names().pageOfDestination(destination);
   out.text("[");
-  out.reference(source_.pages().object(page));
+  out.reference(m_source.pages().object(page));
   for (int i = 1; i < destination.getArrayNItems(); ++i) {
     out.value(destination.getArrayItem(i));
   }
@@ -62,11 +62,11 @@ bool LinkRules::writeDestination(Fragment& out, const char* key, QPDFObjectHandl
 bool LinkRules::targetsAny(QPDFObjectHandle targets) {
   if (!targets.isArray()) {
     return !targets.isIndirect() || !targets.isDictionary() ||
-           copier_.isPlaced(targets.getObjGen());
+           m_copier.isPlaced(targets.getObjGen());
   }
   for (int i = 0; i < targets.getArrayNItems(); ++i) {
     QPDFObjectHandle target = targets.getArrayItem(i);
-    if (!target.isDictionary() || copier_.isPlaced(target.getObjGen())) {
+    if (!target.isDictionary() || m_copier.isPlaced(target.getObjGen())) {
       return true;
     }
   }
@@ -81,7 +81,7 @@ void LinkRules::writeTargets(Fragment& out, QPDFObjectHandle targets) {
   out.text("[");
   for (int i = 0; i < targets.getArrayNItems(); ++i) {
     QPDFObjectHandle target = targets.getArrayItem(i);
-    if (!target.isDictionary() || copier_.isPlaced(target.getObjGen())) {
+    if (!target.isDictionary() || m_copier.isPlaced(target.getObjGen())) {
       out.value(target);
     }
   }
@@ -146,7 +146,7 @@ bool LinkRules::followers(Fragment& out, QPDFObjectHandle next, int depth) {
 }
 
 bool LinkRules::actionBody(Fragment& out, QPDFObjectHandle action, int depth) {
-  if (!action.isDictionary() || depth > deepestChain || ++actionsWritten_ > mostActions) {
+  if (!action.isDictionary() || depth > deepestChain || ++m_actionsWritten > mostActions) {
     return false;
   }
   if (!needsRewriting(action)) {
@@ -185,7 +185,7 @@ bool LinkRules::actionBody(Fragment& out, QPDFObjectHandle action, int depth) {
 }
 
 bool LinkRules::writeAction(Fragment& out, const char* key, QPDFObjectHandle action) {
-  actionsWritten_ = 0;
+  m_actionsWritten = 0;
   Fragment body;
   // Some producers put a destination where an action belongs.
   if (action.isArray()) {

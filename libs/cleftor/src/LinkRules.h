@@ -24,7 +24,7 @@ struct PageRange {
 class LinkRules {
 public:
   LinkRules(Source& source, ObjectCopier& copier, PageRange range)
-      : source_(source), copier_(copier), range_(range) {}
+      : m_source(source), m_copier(copier), m_range(range) {}
 
   /** Whether a destination of any kind leads into the range. */
   bool leadsInside(QPDFObjectHandle destination);
@@ -49,10 +49,10 @@ private:
   bool targetsAny(QPDFObjectHandle targets);
   void writeTargets(Fragment& out, QPDFObjectHandle targets);
 
-  Source& source_;
-  ObjectCopier& copier_;
-  PageRange range_;
-  int actionsWritten_ = 0;
+  Source& m_source;
+  ObjectCopier& m_copier;
+  PageRange m_range;
+  int m_actionsWritten = 0;
 };
 
 } // namespace cleftor

@@ -8,7 +8,7 @@
 namespace cleftor {
 
 NamedDestinations::NamedDestinations(QPDFObjectHandle catalog, const PageTable& pages)
-    : pages_(pages) {
+    : m_pages(pages) {
   QPDFObjectHandle older = catalog.getKey("/Dests");
   if (older.isDictionary()) {
     for (auto& [name, value] : older.getDictAsMap()) {
@@ -19,9 +19,9 @@ NamedDestinations::NamedDestinations(QPDFObjectHandle catalog, const PageTable& 
   if (names.isDictionary()) {
     addTree(names.getKey("/Dests"));
   }
-  std::stable_sort(all_.begin(), all_.end(), [](const Destination& left, const Destination& right) {
-    return left.page < right.page;
-  });
+  std::stable_sort(
+      m_all.begin(), m_all.end(),
+      [](const Destination& left, const Destination& right) { return left.page < right.page; });
 }
 
 void NamedDestinations::addTree(QPDFObjectHandle root) {
@@ -40,9 +40,9 @@ void NamedDestinations::add(const std::string& name, bool isNameObject, QPDFObje
   if (!page) {
     return;
   }
-  auto& known = isNameObject ? pageByName_ : pageByString_;
+  auto& known = isNameObject ? m_pageByName : m_pageByString;
   if (known.emplace(name, *page).second) {
-    all_.push_back({name, isNameObject, *page, value});
+    m_all.push_back({name, isNameObject, *page, value});
   }
 }
 
@@ -52,17 +52,17 @@ std::optional<int32_t> NamedDestinations::pageOfArray(QPDFObjectHandle array) co
   }
   QPDFObjectHandle target = array.getArrayItem(0);
   if (target.isIndirect()) {
-    return pages_.indexOf(target.getObjGen());
+    return m_pages.indexOf(target.getObjGen());
   }
   // Some producers give the page's index instead of the page.
-  if (target.isInteger() && target.getIntValue() >= 0 && target.getIntValue() < pages_.count()) {
+  if (target.isInteger() && target.getIntValue() >= 0 && target.getIntValue() < m_pages.count()) {
     return static_cast<int32_t>(target.getIntValue());
   }
   return std::nullopt;
 }
 
 std::optional<int32_t> NamedDestinations::pageOf(QPDFObjectHandle name) const {
-  const auto& known = name.isName() ? pageByName_ : pageByString_;
+  const auto& known = name.isName() ? m_pageByName : m_pageByString;
   if (!name.isName() && !name.isString()) {
     return std::nullopt;
   }
@@ -80,10 +80,10 @@ std::optional<int32_t> NamedDestinations::pageOfDestination(QPDFObjectHandle des
 std::vector<const NamedDestinations::Destination*> NamedDestinations::within(int32_t first,
                                                                              int32_t last) const {
   const auto begin =
-      std::lower_bound(all_.begin(), all_.end(), first,
+      std::lower_bound(m_all.begin(), m_all.end(), first,
                        [](const Destination& left, int32_t page) { return left.page < page; });
   std::vector<const Destination*> found;
-  for (auto at = begin; at != all_.end() && at->page <= last; ++at) {
+  for (auto at = begin; at != m_all.end() && at->page <= last; ++at) {
     found.push_back(&*at);
   }
   std::sort(found.begin(), found.end(), [](const Destination* left, const Destination* right) {

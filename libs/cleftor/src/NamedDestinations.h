@@ -36,10 +36,10 @@ private:
   void add(const std::string& name, bool isNameObject, QPDFObjectHandle value);
   std::optional<int32_t> pageOfArray(QPDFObjectHandle array) const;
 
-  const PageTable& pages_;
-  std::vector<Destination> all_; /**< ordered by page once built */
-  std::unordered_map<std::string, int32_t> pageByString_;
-  std::unordered_map<std::string, int32_t> pageByName_;
+  const PageTable& m_pages;
+  std::vector<Destination> m_all; /**< ordered by page once built */
+  std::unordered_map<std::string, int32_t> m_pageByString;
+  std::unordered_map<std::string, int32_t> m_pageByName;
 };
 
 } // namespace cleftor

@@ -15,15 +15,15 @@ size_t weight(const CopiedObject& object) {
 } // namespace
 
 const CopiedObject* ObjectCache::find(QPDFObjGen object) const {
-  const auto found = kept_.find(object);
-  return found == kept_.end() ? nullptr : found->second.get();
+  const auto found = m_kept.find(object);
+  return found == m_kept.end() ? nullptr : found->second.get();
 }
 
 bool ObjectCache::isWanted(QPDFObjGen object) {
-  if (seen_.size() >= mostSeen) {
-    seen_.clear();
+  if (m_seen.size() >= mostSeen) {
+    m_seen.clear();
   }
-  return !seen_.insert(object).second;
+  return !m_seen.insert(object).second;
 }
 
 void ObjectCache::keep(QPDFObjGen object, CopiedObject&& copied) {
@@ -31,12 +31,12 @@ void ObjectCache::keep(QPDFObjGen object, CopiedObject&& copied) {
   if (added > room) {
     return;
   }
-  if (used_ + added > room) {
-    kept_.clear();
-    used_ = 0;
+  if (m_used + added > room) {
+    m_kept.clear();
+    m_used = 0;
   }
-  used_ += added;
-  kept_.insert_or_assign(object, std::make_unique<CopiedObject>(std::move(copied)));
+  m_used += added;
+  m_kept.insert_or_assign(object, std::make_unique<CopiedObject>(std::move(copied)));
 }
 
 } // namespace cleftor

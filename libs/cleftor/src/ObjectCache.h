@@ -36,9 +36,9 @@ public:
 private:
   static constexpr size_t room = size_t{12} * 1024 * 1024;
 
-  ObjGenMap<std::unique_ptr<CopiedObject>> kept_;
-  ObjGenSet seen_;
-  size_t used_ = 0;
+  ObjGenMap<std::unique_ptr<CopiedObject>> m_kept;
+  ObjGenSet m_seen;
+  size_t m_used = 0;
 };
 
 } // namespace cleftor

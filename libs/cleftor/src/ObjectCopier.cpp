@@ -83,46 +83,46 @@ void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
 } // namespace
 
 int ObjectCopier::place(QPDFObjGen object) {
-  const auto [place, added] = numbers_.try_emplace(object, 0);
+  const auto [place, added] = m_numbers.try_emplace(object, 0);
   if (added) {
-    place->second = writer_.reserve();
+    place->second = m_writer.reserve();
   }
   return place->second;
 }
 
 int ObjectCopier::numberOf(QPDFObjGen object) {
-  const auto [place, added] = numbers_.try_emplace(object, 0);
+  const auto [place, added] = m_numbers.try_emplace(object, 0);
   if (!added) {
     return place->second;
   }
-  if (source_.pages().indexOf(object) || source_.isOfWholeDocument(object)) {
-    numbers_.erase(place);
+  if (m_source.pages().indexOf(object) || m_source.isOfWholeDocument(object)) {
+    m_numbers.erase(place);
     return 0;
   }
-  place->second = writer_.reserve();
-  waiting_.emplace_back(object, place->second);
+  place->second = m_writer.reserve();
+  m_waiting.emplace_back(object, place->second);
   return place->second;
 }
 
-/** Makes the text of a fragment final in scratch_. */
+/** Makes the text of a fragment final in m_scratch. */
 void ObjectCopier::resolve(const Fragment& fragment) {
-  scratch_.clear();
+  m_scratch.clear();
   const std::string& bytes = fragment.bytes();
   size_t done = 0;
   for (const auto& [at, object] : fragment.references()) {
-    scratch_.append(bytes, done, at - done);
+    m_scratch.append(bytes, done, at - done);
     done = at;
     const int number = numberOf(object);
     if (number == 0) {
-      scratch_.append("null");
+      m_scratch.append("null");
     } else {
       std::array<char, 16> digits{};
       const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-      scratch_.append(digits.data(), end.ptr);
-      scratch_.append(" 0 R");
+      m_scratch.append(digits.data(), end.ptr);
+      m_scratch.append(" 0 R");
     }
   }
-  scratch_.append(bytes, done, std::string::npos);
+  m_scratch.append(bytes, done, std::string::npos);
 }
 
 void ObjectCopier::request(const Fragment& body) {
@@ -133,14 +133,14 @@ void ObjectCopier::request(const Fragment& body) {
 
 void ObjectCopier::write(int number, const Fragment& body) {
   resolve(body);
-  writer_.object(number, scratch_);
+  m_writer.object(number, m_scratch);
 }
 
 void ObjectCopier::copyWaiting() {
   // Copying may add to the list.
-  while (!waiting_.empty()) {
-    const auto [object, number] = waiting_.back();
-    waiting_.pop_back();
+  while (!m_waiting.empty()) {
+    const auto [object, number] = m_waiting.back();
+    m_waiting.pop_back();
     copy(object, number);
   }
 }
@@ -151,15 +151,15 @@ bool ObjectCopier::staysOut(QPDFObjectHandle object) const {
 }
 
 void ObjectCopier::copy(QPDFObjGen object, int number) {
-  if (source_.layers().isLayer(object)) {
-    usedLayers_.insert(object);
+  if (m_source.layers().isLayer(object)) {
+    m_usedLayers.insert(object);
   }
-  if (const CopiedObject* const kept = source_.cache().find(object)) {
+  if (const CopiedObject* const kept = m_source.cache().find(object)) {
     writeCopied(number, *kept);
     return;
   }
-  const bool keep = source_.cache().isWanted(object);
-  QPDFObjectHandle value = source_.object(object);
+  const bool keep = m_source.cache().isWanted(object);
+  QPDFObjectHandle value = m_source.object(object);
   if (value.isStream()) {
     copyStream(value, number, keep);
     return;
@@ -168,7 +168,7 @@ void ObjectCopier::copy(QPDFObjGen object, int number) {
   copied.body = bodyOf(value);
   writeCopied(number, copied);
   if (keep) {
-    source_.cache().keep(object, std::move(copied));
+    m_source.cache().keep(object, std::move(copied));
   }
 }
 
@@ -180,7 +180,7 @@ Fragment ObjectCopier::bodyOf(QPDFObjectHandle object) {
   }
   const bool drawsGlyphs =
       object.isDictionary() && object.getKey("/Subtype").isNameAndEquals("/Type3");
-  const auto resources = drawsGlyphs ? source_.resources().forOwner(object) : std::nullopt;
+  const auto resources = drawsGlyphs ? m_source.resources().forOwner(object) : std::nullopt;
   if (!resources) {
     body.resolved(object);
     return body;
@@ -202,11 +202,11 @@ Fragment ObjectCopier::streamEntries(QPDFObjectHandle stream) {
   // Structure is not carried along, so a place in it means nothing.
   entries.erase("/StructParent");
   entries.erase("/StructParents");
-  if ((source_.facts() & CLEFTOR_FILE_ENCRYPTED) != 0) {
+  if ((m_source.facts() & CLEFTOR_FILE_ENCRYPTED) != 0) {
     dropCryptFilter(entries);
   }
   if (entries.count("/Resources") != 0) {
-    if (const auto resources = source_.resources().forOwner(stream)) {
+    if (const auto resources = m_source.resources().forOwner(stream)) {
       entries.erase("/Resources");
       out.text("/Resources");
       out.append(*resources);
@@ -227,22 +227,22 @@ void ObjectCopier::copyStream(QPDFObjectHandle stream, int number, bool keep) {
     copied.data = storedData(stream);
     writeCopied(number, copied);
     if (keep) {
-      source_.cache().keep(stream.getObjGen(), std::move(copied));
+      m_source.cache().keep(stream.getObjGen(), std::move(copied));
     }
     return;
   }
   resolve(copied.body);
-  writer_.beginStream(number, scratch_);
-  writeStoredData(stream, writer_);
-  writer_.endStream();
+  m_writer.beginStream(number, m_scratch);
+  writeStoredData(stream, m_writer);
+  m_writer.endStream();
 }
 
 void ObjectCopier::writeCopied(int number, const CopiedObject& copied) {
   resolve(copied.body);
   if (copied.isStream) {
-    writer_.stream(number, scratch_, copied.data);
+    m_writer.stream(number, m_scratch, copied.data);
   } else {
-    writer_.object(number, scratch_);
+    m_writer.object(number, m_scratch);
   }
 }
 

@@ -18,13 +18,13 @@ namespace cleftor {
  */
 class ObjectCopier {
 public:
-  ObjectCopier(Source& source, DocumentWriter& writer) : source_(source), writer_(writer) {}
+  ObjectCopier(Source& source, DocumentWriter& writer) : m_source(source), m_writer(writer) {}
 
   /** Gives a source object its number in the output; whoever places it writes it too. */
   int place(QPDFObjGen object);
 
   /** Whether the object has a number already. */
-  bool isPlaced(QPDFObjGen object) const { return numbers_.count(object) != 0; }
+  bool isPlaced(QPDFObjGen object) const { return m_numbers.count(object) != 0; }
 
   /** Number of an object, which is copied later if need be; 0 when it stays out. */
   int numberOf(QPDFObjGen object);
@@ -39,7 +39,7 @@ public:
   void copyWaiting();
 
   /** Layers that the copied objects depend on. */
-  const ObjGenSet& usedLayers() const { return usedLayers_; }
+  const ObjGenSet& usedLayers() const { return m_usedLayers; }
 
 private:
   void copy(QPDFObjGen object, int number);
@@ -50,12 +50,12 @@ private:
   Fragment streamEntries(QPDFObjectHandle stream);
   Fragment bodyOf(QPDFObjectHandle object);
 
-  Source& source_;
-  DocumentWriter& writer_;
-  ObjGenMap<int> numbers_;
-  std::vector<std::pair<QPDFObjGen, int>> waiting_;
-  ObjGenSet usedLayers_;
-  std::string scratch_;
+  Source& m_source;
+  DocumentWriter& m_writer;
+  ObjGenMap<int> m_numbers;
+  std::vector<std::pair<QPDFObjGen, int>> m_waiting;
+  ObjGenSet m_usedLayers;
+  std::string m_scratch;
 };
 
 } // namespace cleftor

@@ -51,18 +51,18 @@ void relate(std::vector<Bookmark>& list, Bookmark& root) {
 class Writer {
 public:
   Writer(ObjectCopier& copier, LinkRules& links, std::vector<Bookmark>& list, const Bookmark& root)
-      : copier_(copier), links_(links), list_(list), root_(root) {}
+      : m_copier(copier), m_links(links), m_list(list), m_root(root) {}
 
   void writeAll() {
     Fragment out;
     out.text("<</Type/Outlines");
-    relation(out, "/First", root_.first);
-    relation(out, "/Last", root_.last);
+    relation(out, "/First", m_root.first);
+    relation(out, "/Last", m_root.last);
     out.text("/Count ");
-    out.integer(root_.visibleBelow);
+    out.integer(m_root.visibleBelow);
     out.text(">>");
-    copier_.write(root_.number, out);
-    for (const Bookmark& bookmark : list_) {
+    m_copier.write(m_root.number, out);
+    for (const Bookmark& bookmark : m_list) {
       write(bookmark);
     }
   }
@@ -72,7 +72,7 @@ private:
     if (position != Bookmark::none) {
       out.text(key);
       out.separate();
-      out.number(list_[static_cast<size_t>(position)].number);
+      out.number(m_list[static_cast<size_t>(position)].number);
     }
   }
 
@@ -87,8 +87,8 @@ private:
     }
     out.text("/Parent ");
     out.number(bookmark.parent == Bookmark::none
-                   ? root_.number
-                   : list_[static_cast<size_t>(bookmark.parent)].number);
+                   ? m_root.number
+                   : m_list[static_cast<size_t>(bookmark.parent)].number);
     relation(out, "/Prev", bookmark.previous);
     relation(out, "/Next", bookmark.next);
     relation(out, "/First", bookmark.first);
@@ -98,18 +98,18 @@ private:
       out.integer(isOpen(bookmark) ? bookmark.visibleBelow : -bookmark.visibleBelow);
     }
     if (QPDFObjectHandle target = source.getKey("/Dest"); !target.isNull()) {
-      links_.writeDestination(out, "/Dest", target);
+      m_links.writeDestination(out, "/Dest", target);
     } else if (QPDFObjectHandle action = source.getKey("/A"); !action.isNull()) {
-      links_.writeAction(out, "/A", action);
+      m_links.writeAction(out, "/A", action);
     }
     out.text(">>");
-    copier_.write(bookmark.number, out);
+    m_copier.write(bookmark.number, out);
   }
 
-  ObjectCopier& copier_;
-  LinkRules& links_;
-  std::vector<Bookmark>& list_;
-  const Bookmark& root_;
+  ObjectCopier& m_copier;
+  LinkRules& m_links;
+  std::vector<Bookmark>& m_list;
+  const Bookmark& m_root;
 };
 
 } // namespace

@@ -27,12 +27,12 @@ OutlineIndex::OutlineIndex(QPDFObjectHandle catalog, const NamedDestinations& na
   if (root.isDictionary()) {
     walk(root, names);
   }
-  for (size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].page != none) {
-      byPage_.push_back(static_cast<int32_t>(i));
+  for (size_t i = 0; i < m_items.size(); ++i) {
+    if (m_items[i].page != none) {
+      m_byPage.push_back(static_cast<int32_t>(i));
     }
   }
-  std::stable_sort(byPage_.begin(), byPage_.end(), [this](int32_t left, int32_t right) {
+  std::stable_sort(m_byPage.begin(), m_byPage.end(), [this](int32_t left, int32_t right) {
     return item(left).page < item(right).page;
   });
 }
@@ -44,7 +44,7 @@ void OutlineIndex::walk(QPDFObjectHandle root, const NamedDestinations& names) {
   };
   ObjGenSet seen;
   std::vector<Step> waiting{{root.getKey("/First"), none}};
-  while (!waiting.empty() && items_.size() < mostItems) {
+  while (!waiting.empty() && m_items.size() < mostItems) {
     Step step = waiting.back();
     waiting.pop_back();
     if (!step.item.isDictionary() || !step.item.isIndirect() ||
@@ -52,8 +52,8 @@ void OutlineIndex::walk(QPDFObjectHandle root, const NamedDestinations& names) {
       continue;
     }
     const auto page = names.pageOfDestination(destinationOf(step.item));
-    const auto position = static_cast<int32_t>(items_.size());
-    items_.push_back({step.item, step.parent, page.value_or(none)});
+    const auto position = static_cast<int32_t>(m_items.size());
+    m_items.push_back({step.item, step.parent, page.value_or(none)});
     waiting.push_back({step.item.getKey("/Next"), step.parent});
     waiting.push_back({step.item.getKey("/First"), position});
   }
@@ -61,10 +61,10 @@ void OutlineIndex::walk(QPDFObjectHandle root, const NamedDestinations& names) {
 
 std::vector<int32_t> OutlineIndex::within(int32_t first, int32_t last) const {
   const auto begin = std::lower_bound(
-      byPage_.begin(), byPage_.end(), first,
+      m_byPage.begin(), m_byPage.end(), first,
       [this](int32_t position, int32_t page) { return item(position).page < page; });
   std::set<int32_t> kept;
-  for (auto at = begin; at != byPage_.end() && item(*at).page <= last; ++at) {
+  for (auto at = begin; at != m_byPage.end() && item(*at).page <= last; ++at) {
     for (int32_t up = *at; up != none && kept.insert(up).second;) {
       up = item(up).parent;
     }

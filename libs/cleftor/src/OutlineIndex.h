@@ -21,7 +21,7 @@ public:
 
   OutlineIndex(QPDFObjectHandle catalog, const NamedDestinations& names);
 
-  const Item& item(int32_t position) const { return items_[static_cast<size_t>(position)]; }
+  const Item& item(int32_t position) const { return m_items[static_cast<size_t>(position)]; }
 
   /** Positions, ascending, of the bookmarks into pages first..last (indexes) and of those above
    * them. */
@@ -30,8 +30,8 @@ public:
 private:
   void walk(QPDFObjectHandle root, const NamedDestinations& names);
 
-  std::vector<Item> items_;
-  std::vector<int32_t> byPage_; /**< positions of items that have a page, ordered by it */
+  std::vector<Item> m_items;
+  std::vector<int32_t> m_byPage; /**< positions of items that have a page, ordered by it */
 };
 
 } // namespace cleftor

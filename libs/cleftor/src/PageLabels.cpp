@@ -11,11 +11,11 @@ PageLabels::PageLabels(QPDFObjectHandle catalog) {
   walkTree(catalog.getKey("/PageLabels"), "/Nums",
            [this](QPDFObjectHandle key, QPDFObjectHandle label) {
              if (key.isInteger() && label.isDictionary()) {
-               sections_.push_back({key.getIntValue(), label});
+               m_sections.push_back({key.getIntValue(), label});
              }
            });
   std::stable_sort(
-      sections_.begin(), sections_.end(),
+      m_sections.begin(), m_sections.end(),
       [](const Section& left, const Section& right) { return left.page < right.page; });
 }
 
@@ -42,15 +42,15 @@ void writeSection(Fragment& out, int64_t page, QPDFObjectHandle label, int64_t s
 } // namespace
 
 std::optional<Fragment> PageLabels::within(int32_t first, int32_t last) const {
-  auto at = std::upper_bound(sections_.begin(), sections_.end(), first,
+  auto at = std::upper_bound(m_sections.begin(), m_sections.end(), first,
                              [](int64_t page, const Section& right) { return page < right.page; });
-  if (at != sections_.begin()) {
+  if (at != m_sections.begin()) {
     --at;
   }
   Fragment out;
   out.text("<</Nums[");
   bool any = false;
-  for (; at != sections_.end() && at->page <= last; ++at) {
+  for (; at != m_sections.end() && at->page <= last; ++at) {
     const int64_t skipped = std::max<int64_t>(0, first - at->page);
     writeSection(out, std::max<int64_t>(0, at->page - first), at->label, skipped);
     any = true;

@@ -26,7 +26,7 @@ private:
     QPDFObjectHandle label;
   };
 
-  std::vector<Section> sections_;
+  std::vector<Section> m_sections;
 };
 
 } // namespace cleftor

@@ -18,17 +18,17 @@ struct PageTable::Step {
   int next;
 };
 
-PageTable::PageTable(QPDF& document) : document_(document) {
+PageTable::PageTable(QPDF& document) : m_document(document) {
   QPDFObjectHandle root = findRoot();
   if (root.isDictionary()) {
     walk(root);
   }
-  resources_.clear();
+  m_resources.clear();
 }
 
 /** Some catalogs name a node below the root of the tree. */
 QPDFObjectHandle PageTable::findRoot() {
-  QPDFObjectHandle node = document_.getRoot().getKey("/Pages");
+  QPDFObjectHandle node = m_document.getRoot().getKey("/Pages");
   ObjGenSet seen;
   while (node.isDictionary() && node.getKey("/Parent").isDictionary() &&
          seen.insert(node.getObjGen()).second) {
@@ -40,18 +40,18 @@ QPDFObjectHandle PageTable::findRoot() {
 void PageTable::walk(QPDFObjectHandle root) {
   std::vector<Step> path;
   auto enter = [&](QPDFObjectHandle& node, uint32_t parent) {
-    if (node.isIndirect() && !nodeIndex_.insert(node.getObjGen()).second) {
+    if (node.isIndirect() && !m_nodeIndex.insert(node.getObjGen()).second) {
       return;
     }
-    nodes_.push_back({node, parent});
-    path.push_back({static_cast<uint32_t>(nodes_.size() - 1), node.getKey("/Kids"), 0});
+    m_nodes.push_back({node, parent});
+    path.push_back({static_cast<uint32_t>(m_nodes.size() - 1), node.getKey("/Kids"), 0});
   };
   if (!root.getKey("/Kids").isArray()) {
     addPage(root, noNode);
     return;
   }
   enter(root, noNode);
-  while (!path.empty() && pages_.size() < mostPages) {
+  while (!path.empty() && m_pages.size() < mostPages) {
     Step& step = path.back();
     if (step.next >= step.kids.getArrayNItems()) {
       path.pop_back();
@@ -67,7 +67,7 @@ void PageTable::walk(QPDFObjectHandle root) {
       continue;
     }
     if (!kid.isIndirect()) {
-      kid = document_.makeIndirectObject(kid);
+      kid = m_document.makeIndirectObject(kid);
       step.kids.setArrayItem(position, kid);
     }
     addPage(kid, step.node);
@@ -76,28 +76,28 @@ void PageTable::walk(QPDFObjectHandle root) {
 
 void PageTable::addPage(QPDFObjectHandle page, uint32_t node) {
   const QPDFObjGen object = page.getObjGen();
-  pageIndex_.emplace(object, count());
-  pages_.push_back({object, node});
+  m_pageIndex.emplace(object, count());
+  m_pages.push_back({object, node});
   const QPDFObjectHandle resources = page.getKey("/Resources");
-  if (resources.isIndirect() && !resources_.insert(resources.getObjGen()).second) {
-    sharedResources_.insert(resources.getObjGen());
+  if (resources.isIndirect() && !m_resources.insert(resources.getObjGen()).second) {
+    m_sharedResources.insert(resources.getObjGen());
   }
 }
 
 std::optional<int32_t> PageTable::indexOf(QPDFObjGen object) const {
-  const auto found = pageIndex_.find(object);
-  return found == pageIndex_.end() ? std::nullopt : std::optional(found->second);
+  const auto found = m_pageIndex.find(object);
+  return found == m_pageIndex.end() ? std::nullopt : std::optional(found->second);
 }
 
 QPDFObjectHandle PageTable::inherited(int32_t page, const std::string& key) const {
-  uint32_t node = pages_[static_cast<size_t>(page)].node;
+  uint32_t node = m_pages[static_cast<size_t>(page)].node;
   while (node != noNode) {
-    QPDFObjectHandle dictionary = nodes_[node].dictionary;
+    QPDFObjectHandle dictionary = m_nodes[node].dictionary;
     QPDFObjectHandle value = dictionary.getKey(key);
     if (!value.isNull()) {
       return value;
     }
-    node = nodes_[node].parent;
+    node = m_nodes[node].parent;
   }
   return QPDFObjectHandle::newNull();
 }

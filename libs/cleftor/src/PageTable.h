@@ -21,21 +21,21 @@ public:
   /** Walks the page tree once. A node that is met again is not walked again. */
   explicit PageTable(QPDF& document);
 
-  int32_t count() const { return static_cast<int32_t>(pages_.size()); }
+  int32_t count() const { return static_cast<int32_t>(m_pages.size()); }
 
-  QPDFObjGen object(int32_t page) const { return pages_[static_cast<size_t>(page)].object; }
+  QPDFObjGen object(int32_t page) const { return m_pages[static_cast<size_t>(page)].object; }
 
   /** Index of the page that the object is (the first, when the tree lists it twice). */
   std::optional<int32_t> indexOf(QPDFObjGen object) const;
 
   /** Whether the object is an inner node of the page tree. */
-  bool isNode(QPDFObjGen object) const { return nodeIndex_.count(object) != 0; }
+  bool isNode(QPDFObjGen object) const { return m_nodeIndex.count(object) != 0; }
 
   /** Value of an entry of the nodes above the page, null when none of them has it. */
   QPDFObjectHandle inherited(int32_t page, const std::string& key) const;
 
   /** Whether more than one page names this object as its resources. */
-  bool isSharedResource(QPDFObjGen object) const { return sharedResources_.count(object) != 0; }
+  bool isSharedResource(QPDFObjGen object) const { return m_sharedResources.count(object) != 0; }
 
 private:
   struct Page {
@@ -52,13 +52,13 @@ private:
   void walk(QPDFObjectHandle root);
   void addPage(QPDFObjectHandle page, uint32_t node);
 
-  QPDF& document_;
-  std::vector<Page> pages_;
-  std::vector<Node> nodes_;
-  ObjGenMap<int32_t> pageIndex_;
-  ObjGenSet nodeIndex_;
-  ObjGenSet resources_;
-  ObjGenSet sharedResources_;
+  QPDF& m_document;
+  std::vector<Page> m_pages;
+  std::vector<Node> m_nodes;
+  ObjGenMap<int32_t> m_pageIndex;
+  ObjGenSet m_nodeIndex;
+  ObjGenSet m_resources;
+  ObjGenSet m_sharedResources;
 };
 
 } // namespace cleftor

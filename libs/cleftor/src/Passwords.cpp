@@ -14,15 +14,15 @@ namespace {
 class Candidates {
 public:
   void add(const std::string& bytes) {
-    if (std::find(list_.begin(), list_.end(), bytes) == list_.end()) {
-      list_.push_back(bytes);
+    if (std::find(m_list.begin(), m_list.end(), bytes) == m_list.end()) {
+      m_list.push_back(bytes);
     }
   }
 
-  std::vector<std::string> take() { return std::move(list_); }
+  std::vector<std::string> take() { return std::move(m_list); }
 
 private:
-  std::vector<std::string> list_;
+  std::vector<std::string> m_list;
 };
 
 /** Characters that a password's prescribed form leaves out. */

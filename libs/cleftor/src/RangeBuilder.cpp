@@ -28,38 +28,40 @@ int turned(QPDFObjectHandle rotation, int32_t further) {
 
 RangeBuilder::RangeBuilder(Source& source, PageRange range, const RangeSettings& settings,
                            AtomicFile& file)
-    : source_(source), range_(range), settings_(settings), writer_(file, source.version()),
-      copier_(source, writer_), links_(source, copier_, range), form_(source, copier_, links_) {}
+    : m_source(source), m_range(range), m_settings(settings), m_writer(file, source.version()),
+      m_copier(source, m_writer), m_links(source, m_copier, range),
+      m_form(source, m_copier, m_links) {}
 
 void RangeBuilder::write() {
-  const int catalog = writer_.reserve();
-  treeNumber_ = writer_.reserve();
+  const int catalog = m_writer.reserve();
+  m_treeNumber = m_writer.reserve();
   placePages();
   writePages();
-  if (!form_.isEmpty()) {
-    form_.writeFields();
+  if (!m_form.isEmpty()) {
+    m_form.writeFields();
   }
-  CatalogBuilder document(source_, copier_, links_, form_, writer_, range_);
+  CatalogBuilder document(m_source, m_copier, m_links, m_form, m_writer, m_range);
   const int info = document.writeInfo();
-  document.writeCatalog(catalog, treeNumber_, settings_.keepBookmarks);
-  writer_.finish(catalog, info, document.identifier(settings_.rotation));
+  document.writeCatalog(catalog, m_treeNumber, m_settings.keepBookmarks);
+  m_writer.finish(catalog, info, document.identifier(m_settings.rotation));
 }
 
 /** Every page and annotation has its number before one is written: links lead backward and forward.
  */
 void RangeBuilder::placePages() {
-  for (int32_t page = range_.first; page <= range_.last; ++page) {
-    const QPDFObjGen object = source_.pages().object(page);
+  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
+    const QPDFObjGen object = m_source.pages().object(page);
     // A page that the tree lists twice is two pages.
-    pageNumbers_.push_back(copier_.isPlaced(object) ? writer_.reserve() : copier_.place(object));
+    m_pageNumbers.push_back(m_copier.isPlaced(object) ? m_writer.reserve()
+                                                      : m_copier.place(object));
   }
-  for (int32_t page = range_.first; page <= range_.last; ++page) {
+  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
     placeAnnotations(page);
   }
 }
 
 void RangeBuilder::placeAnnotations(int32_t page) {
-  QPDFObjectHandle dictionary = source_.page(page);
+  QPDFObjectHandle dictionary = m_source.page(page);
   QPDFObjectHandle annotations = dictionary.getKey("/Annots");
   const int count = annotations.isArray() ? annotations.getArrayNItems() : 0;
   for (int i = 0; i < count; ++i) {
@@ -67,9 +69,9 @@ void RangeBuilder::placeAnnotations(int32_t page) {
     if (!annotation.isIndirect() || !annotation.isDictionary()) {
       continue;
     }
-    copier_.place(annotation.getObjGen());
+    m_copier.place(annotation.getObjGen());
     if (annotation.getKey("/Subtype").isNameAndEquals("/Widget")) {
-      form_.addWidget(annotation);
+      m_form.addWidget(annotation);
     }
   }
 }
@@ -77,24 +79,24 @@ void RangeBuilder::placeAnnotations(int32_t page) {
 void RangeBuilder::writePages() {
   Fragment tree;
   tree.text("<</Type/Pages/Count ");
-  tree.integer(static_cast<long long>(pageNumbers_.size()));
+  tree.integer(static_cast<long long>(m_pageNumbers.size()));
   tree.text("/Kids[");
-  for (const int number : pageNumbers_) {
+  for (const int number : m_pageNumbers) {
     tree.number(number);
   }
   tree.text("]>>");
-  copier_.write(treeNumber_, tree);
-  for (int32_t page = range_.first; page <= range_.last; ++page) {
-    writePage(page, pageNumbers_[static_cast<size_t>(page - range_.first)]);
+  m_copier.write(m_treeNumber, tree);
+  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
+    writePage(page, m_pageNumbers[static_cast<size_t>(page - m_range.first)]);
     // Page by page, so that what a page is made of lies together and little is waiting.
-    copier_.copyWaiting();
+    m_copier.copyWaiting();
   }
 }
 
 void RangeBuilder::writePage(int32_t page, int number) {
-  QPDFObjectHandle dictionary = source_.page(page);
+  QPDFObjectHandle dictionary = m_source.page(page);
   QPDFObjectHandle annotations = dictionary.getKey("/Annots");
-  copier_.write(number, pageBody(page, dictionary));
+  m_copier.write(number, pageBody(page, dictionary));
   if (annotations.isArray()) {
     writeAnnotations(annotations);
   }
@@ -105,14 +107,14 @@ Fragment RangeBuilder::pageBody(int32_t page, QPDFObjectHandle dictionary) {
   addInherited(page, entries);
   Fragment out;
   out.text("<</Type/Page/Parent ");
-  out.number(treeNumber_);
+  out.number(m_treeNumber);
   writeResources(out, page, entries);
   writeRotation(out, entries);
   if (const auto annotations = entries.find("/Annots"); annotations != entries.end()) {
     writeAnnotationList(out, annotations->second);
   }
   if (const auto events = entries.find("/AA"); events != entries.end()) {
-    links_.writeEventActions(out, "/AA", events->second);
+    m_links.writeEventActions(out, "/AA", events->second);
   }
   entries.erase("/Type");
   for (const char* key : setAside) {
@@ -127,7 +129,7 @@ void RangeBuilder::addInherited(int32_t page, Entries& entries) {
   for (const char* key : inheritable) {
     const auto found = entries.find(key);
     if (found == entries.end() || found->second.isNull()) {
-      entries[key] = source_.pages().inherited(page, key);
+      entries[key] = m_source.pages().inherited(page, key);
     }
   }
 }
@@ -136,15 +138,15 @@ void RangeBuilder::writeResources(Fragment& out, int32_t page, Entries& entries)
   const auto own = entries.find("/Resources");
   const bool isInherited = own == entries.end() || own->second.isNull();
   QPDFObjectHandle resources =
-      isInherited ? source_.pages().inherited(page, "/Resources") : own->second;
-  const bool isShared = isInherited || source_.pages().isSharedResource(resources.getObjGen());
+      isInherited ? m_source.pages().inherited(page, "/Resources") : own->second;
+  const bool isShared = isInherited || m_source.pages().isSharedResource(resources.getObjGen());
   const auto of = [&entries](const char* key) {
     const auto found = entries.find(key);
     return found == entries.end() ? QPDFObjectHandle::newNull() : found->second;
   };
   out.text("/Resources");
   if (const auto pruned =
-          source_.resources().forPage(resources, isShared, of("/Contents"), of("/Annots"))) {
+          m_source.resources().forPage(resources, isShared, of("/Contents"), of("/Annots"))) {
     out.append(*pruned);
   } else if (resources.isDictionary()) {
     out.value(resources);
@@ -155,7 +157,7 @@ void RangeBuilder::writeResources(Fragment& out, int32_t page, Entries& entries)
 
 void RangeBuilder::writeRotation(Fragment& out, Entries& entries) {
   QPDFObjectHandle rotation = entries["/Rotate"];
-  const int degrees = turned(rotation, settings_.rotation);
+  const int degrees = turned(rotation, m_settings.rotation);
   if (degrees != 0) {
     out.text("/Rotate ");
     out.integer(degrees);
@@ -187,8 +189,8 @@ void RangeBuilder::writeAnnotations(QPDFObjectHandle annotations) {
   for (int i = 0; i < count; ++i) {
     QPDFObjectHandle annotation = annotations.getArrayItem(i);
     if (annotation.isIndirect() && annotation.isDictionary() &&
-        annotationsWritten_.insert(annotation.getObjGen()).second) {
-      copier_.write(copier_.place(annotation.getObjGen()), annotationBody(annotation));
+        m_annotationsWritten.insert(annotation.getObjGen()).second) {
+      m_copier.write(m_copier.place(annotation.getObjGen()), annotationBody(annotation));
     }
   }
 }
@@ -198,7 +200,7 @@ void RangeBuilder::dropStrayRelations(Entries& entries) {
   entries.erase("/StructParent");
   for (const char* key : {"/P", "/Parent", "/Popup", "/IRT"}) {
     const auto found = entries.find(key);
-    if (found != entries.end() && !copier_.isPlaced(found->second.getObjGen())) {
+    if (found != entries.end() && !m_copier.isPlaced(found->second.getObjGen())) {
       entries.erase(found);
     }
   }
@@ -211,20 +213,20 @@ Fragment RangeBuilder::annotationBody(QPDFObjectHandle annotation) {
   Entries entries = annotation.getDictAsMap();
   Fragment out;
   out.text("<<");
-  form_.writeFieldEntries(out, annotation, entries);
+  m_form.writeFieldEntries(out, annotation, entries);
   dropStrayRelations(entries);
   if (const auto target = entries.find("/Dest"); target != entries.end()) {
-    links_.writeDestination(out, "/Dest", target->second);
+    m_links.writeDestination(out, "/Dest", target->second);
     entries.erase(target);
   }
   for (const char* key : {"/A", "/PA"}) {
     if (const auto action = entries.find(key); action != entries.end()) {
-      links_.writeAction(out, key, action->second);
+      m_links.writeAction(out, key, action->second);
       entries.erase(action);
     }
   }
   if (const auto events = entries.find("/AA"); events != entries.end()) {
-    links_.writeEventActions(out, "/AA", events->second);
+    m_links.writeEventActions(out, "/AA", events->second);
     entries.erase(events);
   }
   out.entries(entries);

@@ -39,16 +39,16 @@ private:
   Fragment annotationBody(QPDFObjectHandle annotation);
   void dropStrayRelations(Entries& entries);
 
-  Source& source_;
-  PageRange range_;
-  RangeSettings settings_;
-  DocumentWriter writer_;
-  ObjectCopier copier_;
-  LinkRules links_;
-  FormBuilder form_;
-  std::vector<int> pageNumbers_;
-  ObjGenSet annotationsWritten_;
-  int treeNumber_ = 0;
+  Source& m_source;
+  PageRange m_range;
+  RangeSettings m_settings;
+  DocumentWriter m_writer;
+  ObjectCopier m_copier;
+  LinkRules m_links;
+  FormBuilder m_form;
+  std::vector<int> m_pageNumbers;
+  ObjGenSet m_annotationsWritten;
+  int m_treeNumber = 0;
 };
 
 } // namespace cleftor

@@ -52,15 +52,15 @@ void writeRange(Source& source, const RangeOrder& order) {
   source.forgetWarnings();
 }
 
-RangeWriter::RangeWriter() : thread_(&RangeWriter::work, this) {}
+RangeWriter::RangeWriter() : m_thread(&RangeWriter::work, this) {}
 
 RangeWriter::~RangeWriter() {
   {
-    const std::lock_guard lock(mutex_);
-    isEnding_ = true;
+    const std::lock_guard lock(m_mutex);
+    m_isEnding = true;
   }
-  changed_.notify_all();
-  thread_.join();
+  m_changed.notify_all();
+  m_thread.join();
 }
 
 void RangeWriter::hand(std::shared_ptr<Source> source, RangeOrder order) {
@@ -73,25 +73,25 @@ void RangeWriter::release(std::shared_ptr<Source> source) {
 
 void RangeWriter::put(Task task) {
   {
-    std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return waiting_.size() < room; });
-    waiting_.push_back(std::move(task));
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_waiting.size() < room; });
+    m_waiting.push_back(std::move(task));
   }
-  changed_.notify_all();
+  m_changed.notify_all();
 }
 
 void RangeWriter::drain() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return waiting_.empty() && !isWriting_; });
+  std::unique_lock lock(m_mutex);
+  m_changed.wait(lock, [this] { return m_waiting.empty() && !m_isWriting; });
 }
 
 void RangeWriter::drop() {
   std::deque<Task> dropped;
   {
-    const std::lock_guard lock(mutex_);
-    dropped.swap(waiting_);
+    const std::lock_guard lock(m_mutex);
+    dropped.swap(m_waiting);
   }
-  changed_.notify_all();
+  m_changed.notify_all();
   for (Task& task : dropped) {
     if (task.order) {
       fail(std::move(*task.order), CLEFTOR_DROPPED, "The range was given up before it was written");
@@ -100,23 +100,23 @@ void RangeWriter::drop() {
 }
 
 std::optional<FailedRange> RangeWriter::takeFailure() {
-  const std::lock_guard lock(mutex_);
-  if (failed_.empty()) {
+  const std::lock_guard lock(m_mutex);
+  if (m_failed.empty()) {
     return std::nullopt;
   }
-  FailedRange failure = std::move(failed_.front());
-  failed_.pop_front();
+  FailedRange failure = std::move(m_failed.front());
+  m_failed.pop_front();
   return failure;
 }
 
 int32_t RangeWriter::lastWrittenPage() const {
-  const std::lock_guard lock(mutex_);
-  return lastWrittenPage_;
+  const std::lock_guard lock(m_mutex);
+  return m_lastWrittenPage;
 }
 
 void RangeWriter::fail(RangeOrder order, int32_t code, const std::string& reason) {
-  const std::lock_guard lock(mutex_);
-  failed_.push_back({std::move(order), code, reason});
+  const std::lock_guard lock(m_mutex);
+  m_failed.push_back({std::move(order), code, reason});
 }
 
 void RangeWriter::perform(Task& task) {
@@ -125,8 +125,8 @@ void RangeWriter::perform(Task& task) {
   }
   try {
     writeRange(*task.source, *task.order);
-    const std::lock_guard lock(mutex_);
-    lastWrittenPage_ = task.order->last;
+    const std::lock_guard lock(m_mutex);
+    m_lastWrittenPage = task.order->last;
   } catch (const Failure& failure) {
     fail(std::move(*task.order), failure.code(), failure.what());
   } catch (const std::bad_alloc&) {
@@ -137,23 +137,23 @@ void RangeWriter::perform(Task& task) {
 }
 
 void RangeWriter::work() {
-  std::unique_lock lock(mutex_);
+  std::unique_lock lock(m_mutex);
   for (;;) {
-    changed_.wait(lock, [this] { return isEnding_ || !waiting_.empty(); });
-    if (waiting_.empty()) {
+    m_changed.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
+    if (m_waiting.empty()) {
       return;
     }
-    Task task = std::move(waiting_.front());
-    waiting_.pop_front();
+    Task task = std::move(m_waiting.front());
+    m_waiting.pop_front();
     // Letting go of a source holds nobody up.
-    isWriting_ = task.order.has_value();
+    m_isWriting = task.order.has_value();
     lock.unlock();
-    changed_.notify_all();
+    m_changed.notify_all();
     perform(task);
     task.source.reset();
     lock.lock();
-    isWriting_ = false;
-    changed_.notify_all();
+    m_isWriting = false;
+    m_changed.notify_all();
   }
 }
 

@@ -79,14 +79,14 @@ private:
   void put(Task task);
   void fail(RangeOrder order, int32_t code, const std::string& reason);
 
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<Task> waiting_;
-  std::deque<FailedRange> failed_;
-  int32_t lastWrittenPage_ = 0;
-  bool isWriting_ = false;
-  bool isEnding_ = false;
-  std::thread thread_; /**< last, so that it sees the rest complete */
+  mutable std::mutex m_mutex;
+  std::condition_variable m_changed;
+  std::deque<Task> m_waiting;
+  std::deque<FailedRange> m_failed;
+  int32_t m_lastWrittenPage = 0;
+  bool m_isWriting = false;
+  bool m_isEnding = false;
+  std::thread m_thread; /**< last, so that it sees the rest complete */
 };
 
 } // namespace cleftor

@@ -33,9 +33,9 @@ QPDFObjectHandle entryOf(QPDFObjectHandle value, const std::string& key) {
  */
 class UseCollector {
 public:
-  explicit UseCollector(QPDFObjectHandle resources) : resources_(resources) {}
+  explicit UseCollector(QPDFObjectHandle resources) : m_resources(resources) {}
 
-  bool addContents(QPDFObjectHandle contents) { return names_.addContents(contents); }
+  bool addContents(QPDFObjectHandle contents) { return m_names.addContents(contents); }
 
   /** Content of a stream or Type 3 font that may lack resources. */
   bool addBorrower(QPDFObjectHandle owner) {
@@ -45,13 +45,13 @@ public:
     if (entryOf(owner, "/Resources").isDictionary()) {
       return true;
     }
-    if (owner.isIndirect() && !seen_.insert(owner.getObjGen()).second) {
+    if (owner.isIndirect() && !m_seen.insert(owner.getObjGen()).second) {
       return true;
     }
     if (owner.isStream()) {
       const bool draws = entryOf(owner, "/Subtype").isNameAndEquals("/Form") ||
                          entryOf(owner, "/PatternType").isInteger();
-      return !draws || names_.addContents(owner);
+      return !draws || m_names.addContents(owner);
     }
     return addGlyphs(owner);
   }
@@ -69,10 +69,10 @@ public:
 
   /** Follows what the names found so far lead to, until nothing new comes up. */
   bool complete() {
-    for (size_t before = 0; before != names_.size();) {
-      before = names_.size();
+    for (size_t before = 0; before != m_names.size();) {
+      before = m_names.size();
       for (const char* category : categories) {
-        if (!addUsed(resources_.getKey(category))) {
+        if (!addUsed(m_resources.getKey(category))) {
           return false;
         }
       }
@@ -80,7 +80,7 @@ public:
     return true;
   }
 
-  const ContentNames& names() const { return names_; }
+  const ContentNames& names() const { return m_names; }
 
 private:
   bool addUsed(QPDFObjectHandle category) {
@@ -88,7 +88,7 @@ private:
       return true;
     }
     for (auto& [name, value] : category.getDictAsMap()) {
-      if (names_.contains(name) &&
+      if (m_names.contains(name) &&
           !(addBorrower(value) && addBorrower(entryOf(entryOf(value, "/SMask"), "/G")))) {
         return false;
       }
@@ -102,7 +102,7 @@ private:
       return true;
     }
     for (auto& [name, glyph] : glyphs.getDictAsMap()) {
-      if (!names_.addContents(glyph)) {
+      if (!m_names.addContents(glyph)) {
         return false;
       }
     }
@@ -122,9 +122,9 @@ private:
     return true;
   }
 
-  QPDFObjectHandle resources_;
-  ContentNames names_;
-  ObjGenSet seen_;
+  QPDFObjectHandle m_resources;
+  ContentNames m_names;
+  ObjGenSet m_seen;
 };
 
 } // namespace
@@ -159,7 +159,7 @@ bool ResourcePruner::isHeavy(QPDFObjectHandle value) {
   if (!value.isIndirect()) {
     return holdsStream(value, depth);
   }
-  const auto [place, added] = heavy_.try_emplace(value.getObjGen(), false);
+  const auto [place, added] = m_heavy.try_emplace(value.getObjGen(), false);
   if (added) {
     place->second = holdsStream(value, depth);
   }
@@ -169,8 +169,8 @@ bool ResourcePruner::isHeavy(QPDFObjectHandle value) {
 bool ResourcePruner::isWorthPruning(QPDFObjectHandle resources, bool shared) {
   const bool remembered = shared && resources.isIndirect();
   if (remembered) {
-    const auto found = worth_.find(resources.getObjGen());
-    if (found != worth_.end()) {
+    const auto found = m_worth.find(resources.getObjGen());
+    if (found != m_worth.end()) {
       return found->second;
     }
   }
@@ -192,7 +192,7 @@ bool ResourcePruner::isWorthPruning(QPDFObjectHandle resources, bool shared) {
   }
   const bool worth = shared ? heavy > 1 || drawn : heavy > commonCount;
   if (remembered) {
-    worth_.emplace(resources.getObjGen(), worth);
+    m_worth.emplace(resources.getObjGen(), worth);
   }
   return worth;
 }

@@ -32,8 +32,8 @@ private:
   static bool holdsStream(QPDFObjectHandle value, int depth);
   static Fragment usedPart(QPDFObjectHandle resources, const ContentNames& names);
 
-  ObjGenMap<bool> heavy_;
-  ObjGenMap<bool> worth_;
+  ObjGenMap<bool> m_heavy;
+  ObjGenMap<bool> m_worth;
 };
 
 } // namespace cleftor

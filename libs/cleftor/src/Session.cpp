@@ -15,105 +15,105 @@ Session& Session::instance() {
 
 void Session::open(const std::string& path, const std::string& password) {
   close();
-  source_ = std::make_shared<Source>(path, password);
+  m_source = std::make_shared<Source>(path, password);
 }
 
 void Session::close() {
   drain();
-  if (!source_) {
+  if (!m_source) {
     return;
   }
-  source_->letGoOfFile();
-  if (writer_) {
-    writer_->release(std::move(source_));
+  m_source->letGoOfFile();
+  if (m_writer) {
+    m_writer->release(std::move(m_source));
   }
-  source_.reset();
+  m_source.reset();
 }
 
 void Session::split(RangeOrder order, int32_t totalPages) {
-  if (!source_) {
+  if (!m_source) {
     throw Failure(CLEFTOR_NOT_OPEN, "No file is open to be split");
   }
-  if (totalPages != source_->pageCount()) {
-    throw Failure(CLEFTOR_BAD_RANGE, "\"" + source_->path() + "\" has " +
-                                         std::to_string(source_->pageCount()) + " pages and not " +
+  if (totalPages != m_source->pageCount()) {
+    throw Failure(CLEFTOR_BAD_RANGE, "\"" + m_source->path() + "\" has " +
+                                         std::to_string(m_source->pageCount()) + " pages and not " +
                                          std::to_string(totalPages));
   }
-  order.settings = settings_;
-  checkOrder(*source_, order);
-  if (writer_) {
-    writer_->hand(source_, std::move(order));
+  order.settings = m_settings;
+  checkOrder(*m_source, order);
+  if (m_writer) {
+    m_writer->hand(m_source, std::move(order));
     return;
   }
-  writeRange(*source_, order);
-  lastWrittenPage_ = order.last;
+  writeRange(*m_source, order);
+  m_lastWrittenPage = order.last;
 }
 
 void Session::splitAlone(const std::string& path, const std::string& password, RangeOrder order) {
   // A range on its way to the same target must not come later than this one.
   drain();
   Source source(path, password);
-  order.settings = settings_;
+  order.settings = m_settings;
   checkOrder(source, order);
   writeRange(source, order);
-  lastWrittenPage_ = order.last;
+  m_lastWrittenPage = order.last;
 }
 
 void Session::setWriteBehind(bool on) {
-  if (on && !writer_) {
-    writer_ = std::make_unique<RangeWriter>();
-  } else if (!on && writer_) {
-    writer_->drain();
-    lastWrittenPage_ = lastWrittenPage();
-    for (auto failure = writer_->takeFailure(); failure; failure = writer_->takeFailure()) {
-      leftFailures_.push_back(std::move(*failure));
+  if (on && !m_writer) {
+    m_writer = std::make_unique<RangeWriter>();
+  } else if (!on && m_writer) {
+    m_writer->drain();
+    m_lastWrittenPage = lastWrittenPage();
+    for (auto failure = m_writer->takeFailure(); failure; failure = m_writer->takeFailure()) {
+      m_leftFailures.push_back(std::move(*failure));
     }
-    writer_.reset();
+    m_writer.reset();
   }
 }
 
 void Session::drain() {
-  if (writer_) {
-    writer_->drain();
+  if (m_writer) {
+    m_writer->drain();
   }
 }
 
 void Session::drop() {
-  if (writer_) {
-    writer_->drop();
+  if (m_writer) {
+    m_writer->drop();
   }
 }
 
 const FailedRange* Session::takeFailure() {
-  if (!leftFailures_.empty()) {
-    failure_ = std::move(leftFailures_.front());
-    leftFailures_.pop_front();
+  if (!m_leftFailures.empty()) {
+    m_failure = std::move(m_leftFailures.front());
+    m_leftFailures.pop_front();
   } else {
-    failure_ = writer_ ? writer_->takeFailure() : std::nullopt;
+    m_failure = m_writer ? m_writer->takeFailure() : std::nullopt;
   }
-  failedTarget_ = failure_ ? toUtf16(failure_->order.target) : std::u16string();
-  failedReason_ = failure_ ? toUtf16(failure_->reason) : std::u16string();
-  return failure_ ? &*failure_ : nullptr;
+  m_failedTarget = m_failure ? toUtf16(m_failure->order.target) : std::u16string();
+  m_failedReason = m_failure ? toUtf16(m_failure->reason) : std::u16string();
+  return m_failure ? &*m_failure : nullptr;
 }
 
 int32_t Session::lastWrittenPage() const {
-  const int32_t behind = writer_ ? writer_->lastWrittenPage() : 0;
-  return behind != 0 ? behind : lastWrittenPage_;
+  const int32_t behind = m_writer ? m_writer->lastWrittenPage() : 0;
+  return behind != 0 ? behind : m_lastWrittenPage;
 }
 
 void Session::setRotation(int32_t degrees) {
   // Pages turn by quarters only; anything else goes to the quarter below.
-  settings_.rotation = degrees % 360 - degrees % 90;
+  m_settings.rotation = degrees % 360 - degrees % 90;
 }
 
 void Session::noteError(int32_t code, const std::string& text) {
-  errorCode_ = code;
-  errorText_ = toUtf16(text);
+  m_errorCode = code;
+  m_errorText = toUtf16(text);
 }
 
 void Session::clearError() {
-  errorCode_ = CLEFTOR_OK;
-  errorText_.clear();
+  m_errorCode = CLEFTOR_OK;
+  m_errorText.clear();
 }
 
 } // namespace cleftor

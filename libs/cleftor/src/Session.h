@@ -20,8 +20,8 @@ public:
   void open(const std::string& path, const std::string& password);
   void close();
 
-  int32_t pageCount() const { return source_ ? source_->pageCount() : 0; }
-  int32_t facts() const { return source_ ? source_->facts() : 0; }
+  int32_t pageCount() const { return m_source ? m_source->pageCount() : 0; }
+  int32_t facts() const { return m_source ? m_source->facts() : 0; }
 
   void split(RangeOrder order, int32_t totalPages);
   void splitAlone(const std::string& path, const std::string& password, RangeOrder order);
@@ -33,35 +33,35 @@ public:
 
   /** Takes a failed range off the list; its texts stay until the next one is taken. */
   const FailedRange* takeFailure();
-  const std::u16string& failedTarget() const { return failedTarget_; }
-  const std::u16string& failedReason() const { return failedReason_; }
+  const std::u16string& failedTarget() const { return m_failedTarget; }
+  const std::u16string& failedReason() const { return m_failedReason; }
 
-  void keepBookmarks(bool keep) { settings_.keepBookmarks = keep; }
+  void keepBookmarks(bool keep) { m_settings.keepBookmarks = keep; }
   void setRotation(int32_t degrees);
 
   int32_t lastWrittenPage() const;
 
   /** Result of the last range, 0 before the first. */
-  int32_t status() const { return status_; }
-  void setStatus(int32_t status) { status_ = status; }
+  int32_t status() const { return m_status; }
+  void setStatus(int32_t status) { m_status = status; }
 
   void noteError(int32_t code, const std::string& text);
   void clearError();
-  int32_t errorCode() const { return errorCode_; }
-  const std::u16string& errorText() const { return errorText_; }
+  int32_t errorCode() const { return m_errorCode; }
+  const std::u16string& errorText() const { return m_errorText; }
 
 private:
-  std::shared_ptr<Source> source_;
-  RangeSettings settings_;
-  std::unique_ptr<RangeWriter> writer_;
-  std::deque<FailedRange> leftFailures_; /**< of a writer that is gone */
-  std::optional<FailedRange> failure_;
-  std::u16string failedTarget_;
-  std::u16string failedReason_;
-  int32_t status_ = 0;
-  int32_t lastWrittenPage_ = 0;
-  int32_t errorCode_ = 0;
-  std::u16string errorText_;
+  std::shared_ptr<Source> m_source;
+  RangeSettings m_settings;
+  std::unique_ptr<RangeWriter> m_writer;
+  std::deque<FailedRange> m_leftFailures; /**< of a writer that is gone */
+  std::optional<FailedRange> m_failure;
+  std::u16string m_failedTarget;
+  std::u16string m_failedReason;
+  int32_t m_status = 0;
+  int32_t m_lastWrittenPage = 0;
+  int32_t m_errorCode = 0;
+  std::u16string m_errorText;
 };
 
 } // namespace cleftor

@@ -31,17 +31,17 @@ std::shared_ptr<QPDF> quietDocument() {
 
 } // namespace
 
-Source::Source(const std::string& path, const std::string& password) : path_(path) {
+Source::Source(const std::string& path, const std::string& password) : m_path(path) {
   open(password);
   try {
     gatherFacts();
-    pages_ = std::make_unique<PageTable>(*document_);
+    m_pages = std::make_unique<PageTable>(*m_document);
     gatherWholeDocument();
   } catch (const std::exception& error) {
-    refuse(path_, std::string("its pages cannot be read: ") + error.what());
+    refuse(m_path, std::string("its pages cannot be read: ") + error.what());
   }
-  if (pages_->count() == 0) {
-    refuse(path_, "it has no pages");
+  if (m_pages->count() == 0) {
+    refuse(m_path, "it has no pages");
   }
   forgetWarnings();
 }
@@ -52,37 +52,37 @@ void Source::open(const std::string& password) {
       return;
     }
   }
-  refuse(path_, password.empty() ? "it needs a password" : "the password is not right");
+  refuse(m_path, password.empty() ? "it needs a password" : "the password is not right");
 }
 
 /** False when the password is not right; any other fault throws. */
 bool Source::openWith(const std::string& password) {
   auto document = quietDocument();
   try {
-    document->processInputSource(std::make_shared<SourceInput>(path_), password.c_str());
+    document->processInputSource(std::make_shared<SourceInput>(m_path), password.c_str());
   } catch (const QPDFExc& error) {
     if (error.getErrorCode() == qpdf_e_password) {
       return false;
     }
-    refuse(path_, error.getMessageDetail());
+    refuse(m_path, error.getMessageDetail());
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
-    refuse(path_, error.what());
+    refuse(m_path, error.what());
   }
-  document_ = std::move(document);
+  m_document = std::move(document);
   return true;
 }
 
 void Source::gatherFacts() {
-  if (document_->isEncrypted()) {
-    facts_ |= CLEFTOR_FILE_ENCRYPTED;
+  if (m_document->isEncrypted()) {
+    m_facts |= CLEFTOR_FILE_ENCRYPTED;
   }
-  for (const QPDFExc& warning : document_->getWarnings()) {
+  for (const QPDFExc& warning : m_document->getWarnings()) {
     if (warning.getMessageDetail().find("reconstruct") != std::string::npos) {
-      facts_ |= CLEFTOR_FILE_REPAIRED;
+      m_facts |= CLEFTOR_FILE_REPAIRED;
     }
   }
 }
@@ -91,7 +91,7 @@ void Source::gatherWholeDocument() {
   QPDFObjectHandle root = catalog();
   const auto add = [this](QPDFObjectHandle value) {
     if (value.isIndirect()) {
-      wholeDocument_.insert(value.getObjGen());
+      m_wholeDocument.insert(value.getObjGen());
     }
   };
   add(root);
@@ -102,7 +102,7 @@ void Source::gatherWholeDocument() {
 }
 
 std::string Source::version() const {
-  const std::string version = document_->getPDFVersion();
+  const std::string version = m_document->getPDFVersion();
   const bool sound = version.size() == 3 &&
                      std::isdigit(static_cast<unsigned char>(version[0])) != 0 &&
                      version[1] == '.' && std::isdigit(static_cast<unsigned char>(version[2])) != 0;
@@ -110,38 +110,38 @@ std::string Source::version() const {
 }
 
 NamedDestinations& Source::names() {
-  if (!names_) {
-    names_ = std::make_unique<NamedDestinations>(catalog(), *pages_);
+  if (!m_names) {
+    m_names = std::make_unique<NamedDestinations>(catalog(), *m_pages);
   }
-  return *names_;
+  return *m_names;
 }
 
 OutlineIndex& Source::outline() {
-  if (!outline_) {
-    outline_ = std::make_unique<OutlineIndex>(catalog(), names());
+  if (!m_outline) {
+    m_outline = std::make_unique<OutlineIndex>(catalog(), names());
   }
-  return *outline_;
+  return *m_outline;
 }
 
 PageLabels& Source::labels() {
-  if (!labels_) {
-    labels_ = std::make_unique<PageLabels>(catalog());
+  if (!m_labels) {
+    m_labels = std::make_unique<PageLabels>(catalog());
   }
-  return *labels_;
+  return *m_labels;
 }
 
 FieldIndex& Source::fields() {
-  if (!fields_) {
-    fields_ = std::make_unique<FieldIndex>(catalog());
+  if (!m_fields) {
+    m_fields = std::make_unique<FieldIndex>(catalog());
   }
-  return *fields_;
+  return *m_fields;
 }
 
 LayerIndex& Source::layers() {
-  if (!layers_) {
-    layers_ = std::make_unique<LayerIndex>(catalog());
+  if (!m_layers) {
+    m_layers = std::make_unique<LayerIndex>(catalog());
   }
-  return *layers_;
+  return *m_layers;
 }
 
 } // namespace cleftor

@@ -26,24 +26,24 @@ public:
   /** Throws Failure CLEFTOR_CANNOT_OPEN. Both texts are UTF-8. */
   Source(const std::string& path, const std::string& password);
 
-  const std::string& path() const { return path_; }
-  const PageTable& pages() const { return *pages_; }
-  int32_t pageCount() const { return pages_->count(); }
+  const std::string& path() const { return m_path; }
+  const PageTable& pages() const { return *m_pages; }
+  int32_t pageCount() const { return m_pages->count(); }
 
   /** CLEFTOR_FILE_... facts. */
-  int32_t facts() const { return facts_; }
+  int32_t facts() const { return m_facts; }
 
-  QPDFObjectHandle catalog() { return document_->getRoot(); }
-  QPDFObjectHandle trailer() { return document_->getTrailer(); }
-  QPDFObjectHandle object(QPDFObjGen object) { return document_->getObject(object); }
-  QPDFObjectHandle page(int32_t index) { return object(pages_->object(index)); }
+  QPDFObjectHandle catalog() { return m_document->getRoot(); }
+  QPDFObjectHandle trailer() { return m_document->getTrailer(); }
+  QPDFObjectHandle object(QPDFObjGen object) { return m_document->getObject(object); }
+  QPDFObjectHandle page(int32_t index) { return object(m_pages->object(index)); }
 
   /** "1.4" and the like. */
   std::string version() const;
 
   /** Whether an object stands for the document as a whole and so never belongs to a range. */
   bool isOfWholeDocument(QPDFObjGen object) const {
-    return wholeDocument_.count(object) != 0 || pages_->isNode(object);
+    return m_wholeDocument.count(object) != 0 || m_pages->isNode(object);
   }
 
   NamedDestinations& names();
@@ -52,14 +52,14 @@ public:
   FieldIndex& fields();
   LayerIndex& layers();
 
-  ObjectCache& cache() { return cache_; }
-  ResourcePruner& resources() { return resources_; }
+  ObjectCache& cache() { return m_cache; }
+  ResourcePruner& resources() { return m_resources; }
 
   /** Closes the file; nothing of the source can be read any more. */
-  void letGoOfFile() { document_->closeInputSource(); }
+  void letGoOfFile() { m_document->closeInputSource(); }
 
   /** Lets go of what the parser noted since the last call. */
-  void forgetWarnings() { document_->getWarnings(); }
+  void forgetWarnings() { m_document->getWarnings(); }
 
 private:
   void open(const std::string& password);
@@ -67,19 +67,19 @@ private:
   void gatherFacts();
   void gatherWholeDocument();
 
-  std::string path_;
-  std::shared_ptr<QPDF> document_;
-  std::unique_ptr<PageTable> pages_;
-  ObjGenSet wholeDocument_;
-  int32_t facts_ = 0;
+  std::string m_path;
+  std::shared_ptr<QPDF> m_document;
+  std::unique_ptr<PageTable> m_pages;
+  ObjGenSet m_wholeDocument;
+  int32_t m_facts = 0;
 
-  std::unique_ptr<NamedDestinations> names_;
-  std::unique_ptr<OutlineIndex> outline_;
-  std::unique_ptr<PageLabels> labels_;
-  std::unique_ptr<FieldIndex> fields_;
-  std::unique_ptr<LayerIndex> layers_;
-  ObjectCache cache_;
-  ResourcePruner resources_;
+  std::unique_ptr<NamedDestinations> m_names;
+  std::unique_ptr<OutlineIndex> m_outline;
+  std::unique_ptr<PageLabels> m_labels;
+  std::unique_ptr<FieldIndex> m_fields;
+  std::unique_ptr<LayerIndex> m_layers;
+  ObjectCache m_cache;
+  ResourcePruner m_resources;
 };
 
 } // namespace cleftor

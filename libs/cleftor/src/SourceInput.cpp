@@ -23,7 +23,7 @@ constexpr size_t blockSize = size_t{64} * 1024;
 
 } // namespace
 
-SourceInput::SourceInput(const std::string& path) : name_(path), block_(blockSize) {
+SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockSize) {
   const std::filesystem::path place = pathOf(path);
   std::error_code error;
   const auto status = std::filesystem::status(place, error);
@@ -34,92 +34,92 @@ SourceInput::SourceInput(const std::string& path) : name_(path), block_(blockSiz
   if (!std::filesystem::is_regular_file(status)) {
     refuse(path, "it is no ordinary file");
   }
-  file_.rdbuf()->pubsetbuf(nullptr, 0);
+  m_file.rdbuf()->pubsetbuf(nullptr, 0);
   errno = 0;
-  file_.open(place, std::ios::binary);
-  if (!file_) {
+  m_file.open(place, std::ios::binary);
+  if (!m_file) {
     refuse(path, std::generic_category().message(errno));
   }
-  file_.seekg(0, std::ios::end);
-  size_ = file_.tellg();
+  m_file.seekg(0, std::ios::end);
+  m_size = m_file.tellg();
 }
 
 bool SourceInput::load(qpdf_offset_t position) {
-  if (position >= blockStart_ &&
-      position - blockStart_ < static_cast<qpdf_offset_t>(blockLength_)) {
+  if (position >= m_blockStart &&
+      position - m_blockStart < static_cast<qpdf_offset_t>(m_blockLength)) {
     return true;
   }
-  if (position >= size_) {
+  if (position >= m_size) {
     return false;
   }
   // A little of what lies before comes along: the parser reads a header again from its first byte.
   constexpr qpdf_offset_t before = 1024;
-  blockStart_ = std::max<qpdf_offset_t>(0, position - before);
-  blockLength_ = 0;
-  file_.clear();
-  file_.seekg(blockStart_);
-  file_.read(block_.data(), static_cast<std::streamsize>(block_.size()));
-  blockLength_ = static_cast<size_t>(std::max<std::streamsize>(0, file_.gcount()));
-  return position - blockStart_ < static_cast<qpdf_offset_t>(blockLength_);
+  m_blockStart = std::max<qpdf_offset_t>(0, position - before);
+  m_blockLength = 0;
+  m_file.clear();
+  m_file.seekg(m_blockStart);
+  m_file.read(m_block.data(), static_cast<std::streamsize>(m_block.size()));
+  m_blockLength = static_cast<size_t>(std::max<std::streamsize>(0, m_file.gcount()));
+  return position - m_blockStart < static_cast<qpdf_offset_t>(m_blockLength);
 }
 
 qpdf_offset_t SourceInput::findAndSkipNextEOL() {
   bool seen = false;
   qpdf_offset_t lineEnd = 0;
-  while (load(position_)) {
-    const char* begin = block_.data() + (position_ - blockStart_);
-    const char* const end = block_.data() + blockLength_;
+  while (load(m_position)) {
+    const char* begin = m_block.data() + (m_position - m_blockStart);
+    const char* const end = m_block.data() + m_blockLength;
     const char* at = begin;
     if (!seen) {
       at = std::find_if(begin, end, [](char ch) { return ch == '\r' || ch == '\n'; });
       seen = at != end;
-      lineEnd = position_ + (at - begin);
+      lineEnd = m_position + (at - begin);
     }
     const char* after = std::find_if(at, end, [](char ch) { return ch != '\r' && ch != '\n'; });
-    position_ += after - begin;
+    m_position += after - begin;
     if (seen && after != end) {
       break;
     }
   }
-  return seen ? lineEnd : position_;
+  return seen ? lineEnd : m_position;
 }
 
 const std::string& SourceInput::getName() const {
-  return name_;
+  return m_name;
 }
 
 qpdf_offset_t SourceInput::tell() {
-  return position_;
+  return m_position;
 }
 
 void SourceInput::seek(qpdf_offset_t offset, int whence) {
-  const qpdf_offset_t base = whence == SEEK_SET ? 0 : (whence == SEEK_CUR ? position_ : size_);
+  const qpdf_offset_t base = whence == SEEK_SET ? 0 : (whence == SEEK_CUR ? m_position : m_size);
   if ((offset > 0 && base > INT64_MAX - offset) || base + offset < 0) {
-    throw std::runtime_error(name_ + ": seek outside the file");
+    throw std::runtime_error(m_name + ": seek outside the file");
   }
-  position_ = base + offset;
+  m_position = base + offset;
 }
 
 void SourceInput::rewind() {
-  position_ = 0;
+  m_position = 0;
 }
 
 size_t SourceInput::read(char* target, size_t length) {
-  setLastOffset(position_);
+  setLastOffset(m_position);
   size_t done = 0;
-  while (done < length && load(position_)) {
-    const auto inside = static_cast<size_t>(position_ - blockStart_);
-    const size_t part = std::min(length - done, blockLength_ - inside);
-    std::memcpy(target + done, block_.data() + inside, part);
+  while (done < length && load(m_position)) {
+    const auto inside = static_cast<size_t>(m_position - m_blockStart);
+    const size_t part = std::min(length - done, m_blockLength - inside);
+    std::memcpy(target + done, m_block.data() + inside, part);
     done += part;
-    position_ += static_cast<qpdf_offset_t>(part);
+    m_position += static_cast<qpdf_offset_t>(part);
   }
   return done;
 }
 
 void SourceInput::unreadCh(char /*ch*/) {
-  if (position_ > 0) {
-    --position_;
+  if (m_position > 0) {
+    --m_position;
   }
 }
 

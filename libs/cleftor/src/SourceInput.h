@@ -31,13 +31,13 @@ private:
   /** Makes the block hold the byte at position; false at the end of the file. */
   bool load(qpdf_offset_t position);
 
-  std::string name_;
-  std::ifstream file_;
-  qpdf_offset_t size_ = 0;
-  qpdf_offset_t position_ = 0;
-  qpdf_offset_t blockStart_ = 0;
-  std::vector<char> block_;
-  size_t blockLength_ = 0;
+  std::string m_name;
+  std::ifstream m_file;
+  qpdf_offset_t m_size = 0;
+  qpdf_offset_t m_position = 0;
+  qpdf_offset_t m_blockStart = 0;
+  std::vector<char> m_block;
+  size_t m_blockLength = 0;
 };
 
 } // namespace cleftor

@@ -16,47 +16,47 @@ constexpr size_t mostContent = size_t{256} * 1024 * 1024;
 class StringPipe : public Pipeline {
 public:
   StringPipe(std::string& target, size_t most)
-      : Pipeline("string", nullptr), target_(target), most_(most) {}
+      : Pipeline("string", nullptr), m_target(target), m_most(most) {}
 
   void write(const unsigned char* data, size_t length) override {
-    if (length > most_ - target_.size()) {
+    if (length > m_most - m_target.size()) {
       throw std::length_error("more data than any content needs");
     }
-    target_.append(reinterpret_cast<const char*>(data), length);
+    m_target.append(reinterpret_cast<const char*>(data), length);
   }
   void finish() override {}
 
 private:
-  std::string& target_;
-  size_t most_;
+  std::string& m_target;
+  size_t m_most;
 };
 
 /** The parser takes any fault below it for a fault of the source, so faults wait here. */
 class WriterPipe : public Pipeline {
 public:
-  explicit WriterPipe(DocumentWriter& writer) : Pipeline("output", nullptr), writer_(writer) {}
+  explicit WriterPipe(DocumentWriter& writer) : Pipeline("output", nullptr), m_writer(writer) {}
 
   void write(const unsigned char* data, size_t length) override {
-    if (fault_) {
+    if (m_fault) {
       return;
     }
     try {
-      writer_.streamData({reinterpret_cast<const char*>(data), length});
+      m_writer.streamData({reinterpret_cast<const char*>(data), length});
     } catch (...) {
-      fault_ = std::current_exception();
+      m_fault = std::current_exception();
     }
   }
   void finish() override {}
 
   void throwFault() const {
-    if (fault_) {
-      std::rethrow_exception(fault_);
+    if (m_fault) {
+      std::rethrow_exception(m_fault);
     }
   }
 
 private:
-  DocumentWriter& writer_;
-  std::exception_ptr fault_;
+  DocumentWriter& m_writer;
+  std::exception_ptr m_fault;
 };
 
 /** False when something was wrong on the way. */

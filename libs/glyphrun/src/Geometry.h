@@ -35,7 +35,10 @@ struct Rect {
   double right = 0;
   double bottom = 0;
 
-  bool empty() const { return !(left < right && top < bottom); }
+  /** A rectangle with an edge that is no number is empty. */
+  bool empty() const {
+    return !(left < right && top < bottom); // NOLINT(readability-simplify-boolean-expr)
+  }
 
   Rect intersected(const Rect& other) const {
     return {std::max(left, other.left), std::max(top, other.top), std::min(right, other.right),

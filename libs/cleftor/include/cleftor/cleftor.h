@@ -15,6 +15,7 @@
 #ifndef CLEFTOR_CLEFTOR_H
 #define CLEFTOR_CLEFTOR_H
 
+// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): C compilers read this as well.
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -138,5 +139,7 @@ CLEFTOR_API const char16_t* CleftorLastErrorText(void);
 #ifdef __cplusplus
 }
 #endif
+
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 
 #endif
