@@ -1,0 +1,259 @@
+#include "sheetflat/Flatten.h"
+
+#include "sheetflat/CellText.h"
+#include "sheetflat/Converter.h"
+#include "sheetflat/SheetKind.h"
+
+#include "platform/FileSystem.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace sheetflat {
+
+namespace {
+
+namespace platform = folivex::platform;
+
+constexpr int timeLimitMilliseconds = 120'000;
+
+FlattenOutcome failure(FlattenResult result, const QString& text) {
+  return {result, text};
+}
+
+FlattenOutcome tooLarge() {
+  return failure(FlattenResult::TooLarge,
+                 QStringLiteral("the sheet holds more than %1 MB, or a cell far from the others")
+                     .arg(csvSizeLimit / 1024 / 1024));
+}
+
+/// One source on its way through the converter.
+class Conversion {
+public:
+  Conversion(SheetKind kind, const QString& workFolder)
+      : m_importer(importerOf(kind)), m_workFolder(workFolder), m_deadline(timeLimitMilliseconds) {}
+
+  /// Where the source is to be put: a name without anything that the converter could take for an
+  /// address or a pattern.
+  static QString sourceName() { return QStringLiteral("sheet"); }
+
+  FlattenOutcome run(CsvRecords& records) {
+    CsvRecords exact;
+    CsvRecords top;
+    FlattenOutcome outcome =
+        convert(QStringLiteral("shown"), QStringLiteral("format=preserve"), {}, records);
+    if (outcome.result == FlattenResult::Done) {
+      outcome =
+          convert(QStringLiteral("exact"), QStringLiteral("format=automatic locale=C"), {}, exact);
+    }
+    if (outcome.result != FlattenResult::Done) {
+      return outcome;
+    }
+    if (!mergeCells(records, exact)) {
+      return failure(FlattenResult::Failed,
+                     QStringLiteral("the converter read it differently a second time"));
+    }
+    outcome = convert(QStringLiteral("top"), QStringLiteral("format=raw"),
+                      {QStringLiteral("--export-range=A1:DX128")}, top);
+    if (outcome.result == FlattenResult::Done) {
+      padRows(records, top);
+    }
+    return outcome;
+  }
+
+private:
+  static QString importerOf(SheetKind kind) {
+    switch (kind) {
+    case SheetKind::Binary:
+      return QStringLiteral("Gnumeric_Excel:excel");
+    case SheetKind::OpenDocument:
+      return QStringLiteral("Gnumeric_OpenCalc:openoffice");
+    default:
+      return QStringLiteral("Gnumeric_Excel:xlsx");
+    }
+  }
+
+  // A file for each sheet is the one documented way to the first sheet, whichever was last used.
+  FlattenOutcome convert(const QString& name, const QString& options, const QStringList& further,
+                         CsvRecords& records) const {
+    const QStringList arguments =
+        QStringList{
+            QStringLiteral("--export-file-per-sheet"),
+            QStringLiteral("--import-type=%1").arg(m_importer),
+            QStringLiteral("--export-type=Gnumeric_stf:stf_assistant"),
+            QStringLiteral("--export-options=eol=unix separator=, charset=UTF-8 %1").arg(options)} +
+        further + QStringList{sourceName(), name + QStringLiteral(".%n")};
+    const ConverterRun converter = runConverter(arguments, m_workFolder, m_deadline);
+    const QString made = m_workFolder + u'/' + name + QStringLiteral(".0");
+    FlattenOutcome outcome = outcomeOf(converter, made);
+    QString text;
+    if (outcome.result == FlattenResult::Done && !readTextFile(made, text, outcome.text)) {
+      outcome.result = FlattenResult::Failed;
+    }
+    records = parseCsv(text, u',').records;
+    return outcome;
+  }
+
+  static FlattenOutcome outcomeOf(const ConverterRun& converter, const QString& made) {
+    switch (converter.end) {
+    case ConverterEnd::Stopped:
+      return failure(FlattenResult::Stopped, QStringLiteral("stopped"));
+    case ConverterEnd::TimedOut:
+      return failure(FlattenResult::TimedOut,
+                     QStringLiteral("the sheet took longer to read than %1 seconds")
+                         .arg(timeLimitMilliseconds / 1000));
+    case ConverterEnd::Missing:
+      return failure(FlattenResult::ProgramMissing,
+                     QStringLiteral("the converter of Gnumeric (ssconvert, Debian: the package "
+                                    "gnumeric) is not installed or not on the search path"));
+    case ConverterEnd::Crashed:
+      return failure(FlattenResult::NotASheet,
+                     QStringLiteral("it is damaged: the converter crashed over it"));
+    case ConverterEnd::WroteTooMuch:
+      return tooLarge();
+    case ConverterEnd::Exited:
+      break;
+    }
+    if (converter.exitCode == 0 && QFileInfo::exists(made)) {
+      return {};
+    }
+    const QString reason = reasonIn(converter.output);
+    return failure(FlattenResult::NotASheet,
+                   QStringLiteral("it is damaged, or no spreadsheet") +
+                       (reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
+  }
+
+  // Its errors begin with "E "; around them stand warnings that mean nothing to a person.
+  static QString reasonIn(const QString& output) {
+    QString reason;
+    for (const QString& line : output.split(u'\n')) {
+      if (line.startsWith(QStringLiteral("E "))) {
+        reason = line.sliced(2);
+      }
+    }
+    return reason;
+  }
+
+  // The converter leaves out what is blank before the first cell; row numbers would be wrong.
+  static void padRows(CsvRecords& records, const CsvRecords& top) {
+    const auto isBlank = [](const QStringList& record) {
+      return std::ranges::all_of(record, [](const QString& field) { return field.isEmpty(); });
+    };
+    const auto firstUsed = std::ranges::find_if_not(top, isBlank);
+    if (firstUsed != top.end()) {
+      records.insert(records.begin(), static_cast<std::size_t>(firstUsed - top.begin()),
+                     QStringList{QString()});
+    }
+  }
+
+  QString m_importer;
+  QString m_workFolder;
+  QDeadlineTimer m_deadline;
+};
+
+FlattenOutcome normaliseText(const QString& path, CsvRecords& records) {
+  QString text;
+  QString problem;
+  if (!readTextFile(path, text, problem)) {
+    return failure(FlattenResult::NotASheet, problem);
+  }
+  QStringView rest = text;
+  const QChar separator = takeSeparator(rest);
+  CsvText csv = parseCsv(rest, separator);
+  if (csv.unclosedQuote > 0) {
+    return failure(
+        FlattenResult::NotASheet,
+        QStringLiteral("a quote that is opened in row %1 is never closed").arg(csv.unclosedQuote));
+  }
+  records = std::move(csv.records);
+  return {};
+}
+
+FlattenOutcome recordsOf(SheetKind kind, const QByteArray& content, const QString& workFolder,
+                         CsvRecords& records) {
+  switch (kind) {
+  case SheetKind::Encrypted:
+    return failure(FlattenResult::NeedsPassword,
+                   QStringLiteral("it is protected by a password: save it without one first"));
+  case SheetKind::WebPage:
+    return failure(FlattenResult::NotASheet,
+                   QStringLiteral("it is a web page, whatever its name: save it as .xlsx first"));
+  case SheetKind::Other:
+    return failure(FlattenResult::NotASheet, QStringLiteral("it is no spreadsheet"));
+  case SheetKind::OpenXml:
+  case SheetKind::Binary:
+  case SheetKind::OpenDocument:
+  case SheetKind::Text:
+    break;
+  }
+  const QString path = workFolder + u'/' + Conversion::sourceName();
+  QFile copy(path);
+  if (!copy.open(QFile::WriteOnly) || copy.write(content) != content.size() || !copy.flush()) {
+    return failure(FlattenResult::NotWritable, copy.errorString());
+  }
+  copy.close();
+  return kind == SheetKind::Text ? normaliseText(path, records)
+                                 : Conversion(kind, workFolder).run(records);
+}
+
+FlattenOutcome readSource(const QString& source, QByteArray& content) {
+  QFile file;
+  platform::FileFailure problem;
+  if (!platform::openForReading(file, source, platform::FileAccess::Ordinary, problem)) {
+    return failure(FlattenResult::NotASheet, problem.text);
+  }
+  if (file.size() > csvSizeLimit) {
+    return tooLarge();
+  }
+  content = file.readAll();
+  return {};
+}
+
+FlattenOutcome moveIntoPlace(const QByteArray& csv, const QString& made, const QString& output) {
+  QFile file(made);
+  platform::FileFailure problem;
+  if (!file.open(QFile::WriteOnly) || file.write(csv) != csv.size() || !file.flush()) {
+    problem.text = file.errorString();
+  } else {
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    file.close();
+    if (platform::replaceFile(made, output, problem)) {
+      return {};
+    }
+  }
+  return failure(FlattenResult::NotWritable,
+                 QStringLiteral("%1 cannot be written: %2").arg(output, problem.text));
+}
+
+} // namespace
+
+FlattenOutcome flattenSheet(const QString& source, const QString& output) {
+  QByteArray content;
+  FlattenOutcome outcome = readSource(source, content);
+  if (outcome.result != FlattenResult::Done) {
+    return outcome;
+  }
+  // Beside the output, so that moving it into place is one rename.
+  const QFileInfo outputFile(output);
+  const QTemporaryDir work(outputFile.absolutePath() + QStringLiteral("/.sheetflat-XXXXXX"));
+  if (!work.isValid()) {
+    return failure(FlattenResult::NotWritable,
+                   QStringLiteral("the folder %1 cannot be written: %2")
+                       .arg(outputFile.absolutePath(), work.errorString()));
+  }
+  CsvRecords records;
+  outcome = recordsOf(kindOf(content), content, work.path(), records);
+  if (outcome.result != FlattenResult::Done) {
+    return outcome;
+  }
+  const QByteArray csv = csvOf(records);
+  if (csv.size() > csvSizeLimit) {
+    return tooLarge();
+  }
+  return moveIntoPlace(csv, work.filePath(QStringLiteral("made")), outputFile.absoluteFilePath());
+}
+
+} // namespace sheetflat
