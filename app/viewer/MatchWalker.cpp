@@ -1,0 +1,78 @@
+#include "app/viewer/MatchWalker.h"
+
+#include "app/viewer/PageViewer.h"
+
+#include <QEventLoop>
+
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+enum Answer : int { GoOn = 1, End = 0 };
+
+} // namespace
+
+MatchWalker::MatchWalker(PageViewer& viewer, std::function<void()> stopScan)
+    : m_viewer(&viewer), m_stopScan(std::move(stopScan)) {
+  viewer.onStop = [this] { stop(); };
+  viewer.onNext = [this] {
+    if (m_waiting != nullptr) {
+      m_waiting->exit(Answer::GoOn);
+    }
+  };
+  viewer.beginWalk();
+}
+
+MatchWalker::~MatchWalker() {
+  if (m_viewer) {
+    m_viewer->onStop = nullptr;
+    m_viewer->onNext = nullptr;
+    m_viewer->endWalk();
+  }
+}
+
+void MatchWalker::stop() {
+  m_stopped = true;
+  if (m_waiting != nullptr) {
+    m_waiting->exit(Answer::End);
+  }
+  if (m_stopScan) {
+    m_stopScan();
+  }
+}
+
+void MatchWalker::onWordCount(int pageIndex, int /*wordCount*/) {
+  if (m_viewer) {
+    m_viewer->tellWalk(QStringLiteral("Looking for the next match: page %1").arg(pageIndex + 1));
+  }
+}
+
+bool MatchWalker::onMatch(int pageIndex, const QString& word, int h, int v) {
+  if (m_stopped || !m_viewer) {
+    return false;
+  }
+  m_viewer->showMatch({pageIndex + 1, word, h, v}, ++m_matches);
+  const bool goesOn = waitForPerson();
+  if (m_viewer) {
+    m_viewer->leaveMatch();
+  }
+  return goesOn;
+}
+
+bool MatchWalker::waitForPerson() {
+  QEventLoop loop;
+  m_waiting = &loop;
+  QObject::connect(m_viewer, &QObject::destroyed, &loop, [&loop] { loop.exit(Answer::End); });
+  // The program's end leaves the loop with a code that is neither.
+  const int answer = loop.exec();
+  m_waiting = nullptr;
+  return answer == Answer::GoOn && !m_stopped;
+}
+
+void MatchWalker::onListedWord(QStringView /*text*/, int /*h*/, int /*v*/) {}
+
+void MatchWalker::onEmptyPage(int /*pageIndex*/) {}
+
+} // namespace folivex

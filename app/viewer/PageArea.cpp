@@ -1,0 +1,108 @@
+#include "app/viewer/PageArea.h"
+
+#include "app/viewer/PageCanvas.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+namespace folivex {
+
+PageArea::PageArea(QWidget* parent) : QScrollArea(parent), m_canvas(new PageCanvas(this)) {
+  setObjectName(QStringLiteral("pageArea"));
+  setWidget(m_canvas);
+  setWidgetResizable(true);
+  setFocusPolicy(Qt::NoFocus);
+  // Always there, else a page that fits its width would no longer once the bar appears.
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  m_canvas->onLookedAt = [this](const QRectF& place) { bringIntoSight(place); };
+}
+
+QSize PageArea::room() const {
+  // Without a bar below, which is there for pages that are wider only.
+  const QScrollBar* below = horizontalScrollBar();
+  const int barHeight = below->isVisible() ? below->height() : 0;
+  return viewport()->size() + QSize(0, barHeight);
+}
+
+void PageArea::fitCanvas() {
+  QEvent request(QEvent::LayoutRequest);
+  QApplication::sendEvent(m_canvas, &request);
+}
+
+void PageArea::bringIntoSight(const QRectF& place) {
+  constexpr int air = 24;
+  const QRect target = place.toAlignedRect();
+  const QPoint middle = target.center();
+  ensureVisible(middle.x(), middle.y(), target.width() / 2 + air, target.height() / 2 + air);
+}
+
+bool PageArea::isAtEnd(int way) const {
+  const QScrollBar* bar = verticalScrollBar();
+  return way > 0 ? bar->value() >= bar->maximum() : bar->value() <= bar->minimum();
+}
+
+void PageArea::turn(int way) {
+  m_wheelAtEnd = 0;
+  if (onTurned) {
+    onTurned(way);
+  }
+}
+
+void PageArea::scrollOrTurn(int way) {
+  if (isAtEnd(way)) {
+    turn(way);
+  } else {
+    verticalScrollBar()->triggerAction(way > 0 ? QAbstractSlider::SliderPageStepAdd
+                                               : QAbstractSlider::SliderPageStepSub);
+  }
+}
+
+void PageArea::wheelEvent(QWheelEvent* event) {
+  constexpr int notch = 120;
+  const int down = -event->angleDelta().y();
+  if ((event->modifiers() & Qt::ControlModifier) != 0) {
+    if (onZoomed) {
+      onZoomed(-static_cast<double>(down) / notch);
+    }
+    event->accept();
+    return;
+  }
+  const int way = down > 0 ? 1 : -1;
+  if (down == 0 || !isAtEnd(way)) {
+    m_wheelAtEnd = 0;
+    QScrollArea::wheelEvent(event);
+    return;
+  }
+  m_wheelAtEnd += down;
+  if (std::abs(m_wheelAtEnd) >= notch) {
+    turn(way);
+  }
+  event->accept();
+}
+
+void PageArea::keyPressEvent(QKeyEvent* event) {
+  const bool atOnce = (event->modifiers() & Qt::ControlModifier) != 0;
+  const int key = event->key();
+  if (key == Qt::Key_PageDown || key == Qt::Key_PageUp) {
+    const int way = key == Qt::Key_PageDown ? 1 : -1;
+    return atOnce ? turn(way) : scrollOrTurn(way);
+  }
+  if (key == Qt::Key_Home && onFirst) {
+    return onFirst();
+  }
+  if (key == Qt::Key_End && onLast) {
+    return onLast();
+  }
+  event->ignore(); // nothing else scrolls here: the arrows belong to the words
+}
+
+void PageArea::resizeEvent(QResizeEvent* event) {
+  QScrollArea::resizeEvent(event);
+  if (onResized) {
+    onResized();
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,318 @@
+#include "app/viewer/PageCanvas.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace folivex {
+
+namespace {
+
+/// Strengths of the highlight colour that a word is covered with.
+constexpr int faint = 40;
+constexpr int strong = 90;
+constexpr QSizeF firstSheet{595, 842};
+
+} // namespace
+
+PageCanvas::PageCanvas(QWidget* parent)
+    : QWidget(parent), m_page(std::make_shared<ViewedPage>()), m_sheetSize(firstSheet) {
+  setObjectName(QStringLiteral("pageCanvas"));
+  setAccessibleName(QStringLiteral("Page"));
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+}
+
+void PageCanvas::show(std::shared_ptr<const ViewedPage> page, const PageSizing& sizing) {
+  const bool isOther = page->page != m_page->page || page->words.size() != m_page->words.size();
+  m_page = std::move(page);
+  m_sizing = sizing;
+  if (isOther) {
+    m_hovered = m_cursor = -1;
+    m_pressed.reset();
+    endDrag();
+    m_range.reset();
+  }
+  if (!m_page->size.isEmpty()) {
+    const bool isSharp = m_page->pixelsPerPoint == pixelsPerPoint(m_page->size, sizing);
+    const double scale = unitsPerPoint(m_page->size, sizing);
+    const double pixels = scale * sizing.devicePixels;
+    // The picture's own size, so that no pixel of it is stretched over a border.
+    m_sheetSize = isSharp && !m_page->image.isNull() && m_page->pixelsPerPoint == pixels
+                      ? QSizeF(m_page->image.size()) / sizing.devicePixels
+                      : m_page->size * scale;
+  }
+  const QSizeF room = m_sheetSize + QSizeF(2 * sheetMargin, 2 * sheetMargin);
+  setMinimumSize(static_cast<int>(std::ceil(room.width())),
+                 static_cast<int>(std::ceil(room.height())));
+  mark(m_match);
+  if (isOther) {
+    changed();
+  }
+}
+
+void PageCanvas::mark(const std::optional<MatchMark>& match) {
+  m_match = match;
+  m_matched.clear();
+  if (m_match && m_match->page == m_page->page) {
+    m_matched = PageWordMap(m_page->words).wordsOfMatch(m_match->text, m_match->h, m_match->v);
+  }
+  update();
+}
+
+QRectF PageCanvas::markedPlace() const {
+  QRectF place;
+  for (const int word : m_matched) {
+    place = place.united(wordBox(word));
+  }
+  return place;
+}
+
+QRectF PageCanvas::sheet() const {
+  // On whole units, else the picture would be drawn between pixels.
+  const double left = std::max(std::floor((width() - m_sheetSize.width()) / 2), 0.0);
+  const double top = std::max(std::floor((height() - m_sheetSize.height()) / 2), 0.0);
+  return {QPointF(left, top), m_sheetSize};
+}
+
+QRectF PageCanvas::onCanvas(const QRectF& box) const {
+  const QRectF whole = sheet();
+  const double across = whole.width() / std::max(m_page->size.width(), 1e-6);
+  const double down = whole.height() / std::max(m_page->size.height(), 1e-6);
+  return {whole.left() + box.left() * across, whole.top() + box.top() * down, box.width() * across,
+          box.height() * down};
+}
+
+QPointF PageCanvas::toPage(QPointF place) const {
+  const QRectF whole = sheet();
+  return {(place.x() - whole.left()) * m_page->size.width() / whole.width(),
+          (place.y() - whole.top()) * m_page->size.height() / whole.height()};
+}
+
+QRectF PageCanvas::wordBox(int word) const {
+  constexpr double air = 1.5;
+  return onCanvas(m_page->words[static_cast<std::size_t>(word)].box).adjusted(-air, -air, air, air);
+}
+
+void PageCanvas::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().color(QPalette::Mid));
+  paintSheet(painter);
+  paintMarks(painter);
+}
+
+void PageCanvas::paintSheet(QPainter& painter) const {
+  const QRectF whole = sheet();
+  painter.fillRect(whole, Qt::white); // paper, whatever the look of the windows
+  const QSizeF pictured = QSizeF(m_page->image.size()) / m_sizing.devicePixels;
+  if (pictured == whole.size()) {
+    QImage picture = m_page->image;
+    picture.setDevicePixelRatio(m_sizing.devicePixels);
+    painter.drawImage(whole.topLeft(), picture);
+  } else if (!m_page->image.isNull()) {
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(whole, m_page->image, QRectF(m_page->image.rect()));
+  } else {
+    painter.setPen(Qt::darkGray);
+    const QString text =
+        m_page->problem.isEmpty() ? QStringLiteral("Page %1").arg(m_page->page) : m_page->problem;
+    painter.drawText(whole.adjusted(sheetMargin, sheetMargin, -sheetMargin, -sheetMargin),
+                     Qt::AlignCenter | Qt::TextWordWrap, text);
+  }
+}
+
+void PageCanvas::paintBox(QPainter& painter, const QRectF& box, int fill, qreal pen) const {
+  QColor colour = palette().color(QPalette::Highlight);
+  painter.setPen(QPen(colour, pen));
+  colour.setAlpha(fill);
+  painter.setBrush(colour);
+  painter.drawRect(box);
+}
+
+void PageCanvas::paintMarks(QPainter& painter) const {
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const int word : m_inRange) {
+    paintBox(painter, wordBox(word), faint, 1);
+  }
+  for (const int word : m_matched) {
+    constexpr double wide = 2.5;
+    paintBox(painter, wordBox(word), strong, wide);
+  }
+  if (m_hovered >= 0) {
+    paintBox(painter, wordBox(m_hovered), faint, 1);
+  }
+  if (m_cursor >= 0) {
+    paintBox(painter, wordBox(m_cursor), faint, 2);
+  }
+  if (m_dragged) {
+    paintBox(painter, onCanvas(*m_dragged), faint / 2, 1);
+  }
+}
+
+void PageCanvas::changed() {
+  update();
+  if (onChanged) {
+    onChanged();
+  }
+}
+
+void PageCanvas::hover(QPointF place) {
+  const int word = PageWordMap(m_page->words).wordAt(toPage(place));
+  if (word == m_hovered) {
+    return;
+  }
+  m_hovered = word;
+  if (word >= 0) {
+    const ViewedWord& told = m_page->words[static_cast<std::size_t>(word)];
+    // Text of a page is no markup.
+    const QString text = QStringLiteral("<b>%1</b><br>%2")
+                             .arg(told.text.toHtmlEscaped(), positionText(told.h, told.v));
+    QToolTip::showText(mapToGlobal(place.toPoint()), text, this, wordBox(word).toAlignedRect());
+  } else {
+    QToolTip::hideText();
+  }
+  setCursor(word >= 0 ? Qt::PointingHandCursor : Qt::CrossCursor);
+  changed();
+}
+
+void PageCanvas::dragTo(QPointF place) {
+  const auto within = [this](QPointF point) {
+    return QPointF(std::clamp(point.x(), 0.0, m_page->size.width()),
+                   std::clamp(point.y(), 0.0, m_page->size.height()));
+  };
+  m_dragged = QRectF(within(toPage(*m_pressed)), within(toPage(place))).normalized();
+  m_range = rangeOf(*m_dragged, m_swapAxes);
+  m_inRange = PageWordMap(m_page->words).wordsIn(*m_range);
+  m_hovered = m_cursor = -1;
+  QToolTip::hideText();
+  changed();
+}
+
+void PageCanvas::endDrag() {
+  m_pressed.reset();
+  m_dragged.reset();
+  m_inRange.clear();
+}
+
+void PageCanvas::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && !m_page->size.isEmpty()) {
+    m_pressed = event->position();
+  }
+}
+
+void PageCanvas::mouseMoveEvent(QMouseEvent* event) {
+  if (m_pressed && (event->buttons() & Qt::LeftButton) != 0) {
+    const double moved = (event->position() - *m_pressed).manhattanLength();
+    if (m_dragged || moved >= QApplication::startDragDistance()) {
+      dragTo(event->position());
+      if (onLookedAt) {
+        onLookedAt(QRectF(event->position(), QSizeF(1, 1)));
+      }
+    }
+    return;
+  }
+  if (!m_page->size.isEmpty()) {
+    hover(event->position());
+  }
+}
+
+void PageCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !m_pressed) {
+    return;
+  }
+  const bool wasDragged = m_dragged.has_value();
+  if (wasDragged) {
+    dragTo(event->position());
+  }
+  const int clicked = PageWordMap(m_page->words).wordAt(toPage(event->position()));
+  endDrag();
+  if (wasDragged) {
+    m_inRange = PageWordMap(m_page->words).wordsIn(*m_range);
+    changed();
+    if (onRangePicked) {
+      onRangePicked(*m_range);
+    }
+    return;
+  }
+  m_range.reset();
+  m_cursor = clicked;
+  changed();
+  if (clicked >= 0 && onWordPicked) {
+    onWordPicked(clicked);
+  }
+}
+
+void PageCanvas::leaveEvent(QEvent* /*event*/) {
+  if (m_hovered >= 0) {
+    m_hovered = -1;
+    changed();
+  }
+}
+
+void PageCanvas::moveCursor(int word) {
+  m_hovered = -1;
+  m_range.reset();
+  m_inRange.clear();
+  m_cursor = word;
+  changed();
+  if (word >= 0 && onLookedAt) {
+    onLookedAt(wordBox(word));
+  }
+}
+
+void PageCanvas::keyPressEvent(QKeyEvent* event) {
+  const PageWordMap map(m_page->words);
+  const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (!isPlain) {
+    event->ignore();
+    return;
+  }
+  switch (event->key()) {
+  case Qt::Key_Left:
+    return moveCursor(map.step(m_cursor, WordStep::Left));
+  case Qt::Key_Right:
+    return moveCursor(map.step(m_cursor, WordStep::Right));
+  case Qt::Key_Up:
+    return moveCursor(map.step(m_cursor, WordStep::Up));
+  case Qt::Key_Down:
+    return moveCursor(map.step(m_cursor, WordStep::Down));
+  case Qt::Key_Return:
+  case Qt::Key_Enter:
+    if (m_cursor >= 0 && onWordPicked) {
+      onWordPicked(m_cursor);
+    }
+    return;
+  case Qt::Key_Escape:
+    if (m_pressed || m_cursor >= 0 || m_range) {
+      endDrag();
+      return moveCursor(-1);
+    }
+    break;
+  default:
+    break;
+  }
+  event->ignore();
+}
+
+bool PageCanvas::focusNextPrevChild(bool next) {
+  // Only while the cursor is there, and up to the page's ends: the keyboard must find its way out.
+  const int word =
+      PageWordMap(m_page->words).step(m_cursor, next ? WordStep::Right : WordStep::Left);
+  if (m_cursor < 0 || word == m_cursor) {
+    return QWidget::focusNextPrevChild(next);
+  }
+  moveCursor(word);
+  return true;
+}
+
+void PageCanvas::focusOutEvent(QFocusEvent* event) {
+  QWidget::focusOutEvent(event);
+  update();
+}
+
+} // namespace folivex

@@ -1,0 +1,241 @@
+#include "app/viewer/PageLoader.h"
+
+#include "engine/match/WordPlacer.h"
+#include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/Utf16.h"
+#include "platform/Paths.h"
+
+#include <QFileInfo>
+#include <QObject>
+
+#include <cmath>
+#include <new>
+#include <span>
+
+namespace folivex {
+
+namespace {
+
+QString passwordProblem(const ViewedFile& file) {
+  return file.password.isEmpty()
+             ? QStringLiteral("This file is protected by a password, and none is set.")
+             : QStringLiteral("This file is protected, and the password that is set does not open "
+                              "it.");
+}
+
+QString openProblem(const ViewedFile& file, int result, const QString& reason) {
+  switch (result) {
+  case GLYPHRUN_WRONG_PASSWORD:
+    return passwordProblem(file);
+  case GLYPHRUN_UNSUPPORTED:
+    return QStringLiteral("This file is protected in a way that no password opens.");
+  case GLYPHRUN_NOT_A_PDF:
+    return QStringLiteral("This file is no PDF, or it is damaged beyond repair.");
+  case GLYPHRUN_OUT_OF_MEMORY:
+    return QStringLiteral("There is not enough memory to open this file.");
+  case GLYPHRUN_CANNOT_OPEN:
+    return QFileInfo::exists(file.path) ? QStringLiteral("This file may not be read.")
+                                        : QStringLiteral("This file is not there (any more).");
+  default:
+    return QStringLiteral("This file cannot be opened: %1").arg(reason);
+  }
+}
+
+QString drawProblem(int page, int result, const QString& reason) {
+  if (result == GLYPHRUN_OUT_OF_MEMORY) {
+    return QStringLiteral("Page %1 is too large to be drawn.").arg(page);
+  }
+  const QString why = reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
+  return QStringLiteral("Page %1 is damaged and cannot be drawn%2.").arg(page).arg(why);
+}
+
+} // namespace
+
+/// The text library's view of one file.
+class PageLoader::View {
+public:
+  View(CPDFTextDumpInit& library, const ViewedFile& file)
+      : m_library(library), m_swapAxes(file.swapAxes) {
+    // A pipe or a device may never come to an end.
+    const QString path = platform::withoutTrailingBlanks(file.path);
+    if (const QFileInfo info(path); info.exists() && !info.isFile()) {
+      m_problem = QStringLiteral("This is no ordinary file.");
+      return;
+    }
+    int32_t result = GLYPHRUN_OK;
+    m_view = m_library.OpenView(utf16(path), utf16(file.password), &result);
+    if (m_view == nullptr) {
+      m_problem = openProblem({path, file.password, false}, result, m_library.lastErrorText());
+    } else if (pageCount() < 1) {
+      m_problem = QStringLiteral("This file has no pages.");
+    }
+  }
+  View(const View&) = delete;
+  View& operator=(const View&) = delete;
+  ~View() {
+    if (m_view != nullptr) {
+      m_library.CloseView(m_view);
+    }
+  }
+
+  int pageCount() const { return m_view != nullptr ? m_library.GetViewPageCount(m_view) : 0; }
+  const QString& problem() const { return m_problem; }
+
+  void load(ViewedPage& into, const PageSizing& sizing) {
+    double width = 0;
+    double height = 0;
+    const int result = m_library.GetViewPageSize(m_view, into.page, &width, &height);
+    const bool hasSize = std::isfinite(width) && std::isfinite(height) && width > 0 && height > 0;
+    if (result != GLYPHRUN_OK || !hasSize) {
+      into.problem = QStringLiteral("Page %1 is damaged and cannot be drawn.").arg(into.page);
+      return;
+    }
+    into.size = QSizeF(width, height);
+    draw(into, sizing);
+    takeWords(into);
+  }
+
+private:
+  void draw(ViewedPage& into, const PageSizing& sizing) {
+    into.pixelsPerPoint = pixelsPerPoint(into.size, sizing);
+    GlyphrunImage drawn{0, 0, nullptr};
+    const int result = m_library.RenderViewPage(m_view, into.page, into.pixelsPerPoint, &drawn);
+    if (result != GLYPHRUN_OK) {
+      into.problem = drawProblem(into.page, result, m_library.lastErrorText());
+      return;
+    }
+    // A copy, since a picture may outlive the library that would have to release it.
+    into.image = QImage(drawn.pixels, drawn.width, drawn.height,
+                        static_cast<qsizetype>(drawn.width) * 4, QImage::Format_RGB32)
+                     .copy();
+    m_library.ReleaseImage(&drawn);
+    if (into.image.isNull()) {
+      into.problem = drawProblem(into.page, GLYPHRUN_OUT_OF_MEMORY, QString());
+    }
+  }
+
+  void takeWords(ViewedPage& into) {
+    const GlyphrunWord* words = nullptr;
+    const int count = m_library.GetViewWords(m_view, into.page, &words);
+    WordPlacer placer(m_swapAxes);
+    placer.beginPage();
+    for (const GlyphrunWord& word :
+         std::span(words, count > 0 ? static_cast<std::size_t>(count) : 0)) {
+      const QString text = QString::fromUtf16(word.text);
+      if (text.isEmpty()) {
+        continue;
+      }
+      const PlacedWord placed = placer.place({text, word.h, word.v});
+      into.words.push_back(
+          {placed.text.toString(), placed.h, placed.v, m_swapAxes ? word.v : word.h,
+           m_swapAxes ? word.h : word.v, word.v,
+           QRectF(QPointF(word.left, word.top), QPointF(word.right, word.bottom)).normalized()});
+    }
+  }
+
+  CPDFTextDumpInit& m_library;
+  bool m_swapAxes;
+  GlyphrunView* m_view = nullptr;
+  QString m_problem;
+};
+
+PageLoader::PageLoader(CPDFTextDumpInit& library)
+    : m_library(library), m_receiver(std::make_unique<QObject>()), m_thread([this] { work(); }) {}
+
+PageLoader::~PageLoader() {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_ending = true;
+  }
+  m_due.notify_one();
+  m_thread.join();
+}
+
+void PageLoader::open(const ViewedFile& file) {
+  {
+    const std::lock_guard lock(m_mutex);
+    ++m_generation;
+    m_toOpen = file;
+    m_wanted.clear();
+  }
+  m_due.notify_one();
+}
+
+void PageLoader::want(const std::vector<int>& pages, const PageSizing& sizing) {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_wanted.assign(pages.begin(), pages.end());
+    m_sizing = sizing;
+  }
+  m_due.notify_one();
+}
+
+void PageLoader::work() {
+  std::unique_lock lock(m_mutex);
+  while (true) {
+    m_due.wait(lock, [this] { return m_ending || m_toOpen || !m_wanted.empty(); });
+    if (m_ending) {
+      break;
+    }
+    const int generation = m_generation;
+    if (m_toOpen) {
+      const ViewedFile file = *std::exchange(m_toOpen, std::nullopt);
+      lock.unlock();
+      openView(file, generation);
+    } else {
+      const int page = m_wanted.front();
+      m_wanted.pop_front();
+      const PageSizing sizing = m_sizing;
+      lock.unlock();
+      loadPage(page, sizing, generation);
+    }
+    lock.lock();
+  }
+  lock.unlock();
+  m_view.reset();
+}
+
+void PageLoader::openView(const ViewedFile& file, int generation) {
+  m_view.reset();
+  m_view = std::make_unique<View>(m_library, file);
+  const int count = m_view->problem().isEmpty() ? m_view->pageCount() : 0;
+  answer(generation, [this, count, problem = m_view->problem()] {
+    if (onOpened) {
+      onOpened(count, problem);
+    }
+  });
+}
+
+void PageLoader::loadPage(int page, const PageSizing& sizing, int generation) {
+  if (!m_view || !m_view->problem().isEmpty()) {
+    return;
+  }
+  auto loaded = std::make_shared<ViewedPage>();
+  loaded->page = page;
+  try {
+    m_view->load(*loaded, sizing);
+  } catch (const std::bad_alloc&) {
+    *loaded = ViewedPage();
+    loaded->page = page;
+    loaded->problem = drawProblem(page, GLYPHRUN_OUT_OF_MEMORY, QString());
+  }
+  answer(generation, [this, loaded] {
+    if (onPage) {
+      onPage(loaded);
+    }
+  });
+}
+
+/// Calls `tell` in the window's thread unless another file was opened in the meantime.
+void PageLoader::answer(int generation, std::function<void()> tell) {
+  QMetaObject::invokeMethod(
+      m_receiver.get(),
+      [this, generation, tell = std::move(tell)] {
+        if (generation == m_generation) {
+          tell();
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+} // namespace folivex

@@ -1,0 +1,427 @@
+#include "app/viewer/PageViewer.h"
+
+#include "app/viewer/PageArea.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QStackedWidget>
+#include <QWindow>
+
+#include <algorithm>
+#include <cmath>
+
+namespace folivex {
+
+namespace {
+
+constexpr qint64 cacheBytes = qint64{96} << 20;
+constexpr double zoomStep = 1.2;
+
+} // namespace
+
+PageViewer::PageViewer(CPDFTextDumpInit& library, QWidget* parent)
+    : QDialog(parent), m_cache(cacheBytes), m_loader(library) {
+  setObjectName(QStringLiteral("pageViewer"));
+  setWindowFlags(Qt::Window);
+  setModal(false);
+  buildControls();
+  connectControls();
+  connectPage();
+  m_loader.onOpened = [this](int count, const QString& problem) { opened(count, problem); };
+  m_loader.onPage = [this](std::shared_ptr<const ViewedPage> page) { arrived(std::move(page)); };
+  showState(QStringLiteral("No file is open."));
+}
+
+PageViewer::~PageViewer() = default;
+
+void PageViewer::connectControls() {
+  connect(m_first, &QToolButton::clicked, this, [this] { goToPage(1); });
+  connect(m_previous, &QToolButton::clicked, this, [this] { turn(-1); });
+  connect(m_next, &QToolButton::clicked, this, [this] { turn(1); });
+  connect(m_last, &QToolButton::clicked, this, [this] { goToPage(m_pageCount); });
+  connect(m_pageField, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
+  connect(m_zoomOut, &QToolButton::clicked, this, [this] { zoomBy(-1); });
+  connect(m_zoomIn, &QToolButton::clicked, this, [this] { zoomBy(1); });
+  connect(m_fitWidth, &QToolButton::clicked, this,
+          [this] { setFit(PageSizing::Fit::Width, m_zoom); });
+  connect(m_fitPage, &QToolButton::clicked, this,
+          [this] { setFit(PageSizing::Fit::Page, m_zoom); });
+  connect(m_reload, &QToolButton::clicked, this, [this] { reload(); });
+  connect(m_copy, &QPushButton::clicked, this, [this] { copyPosition(); });
+  connect(m_nextMatch, &QPushButton::clicked, this, [this] {
+    if (onNext) {
+      onNext();
+    }
+  });
+  connect(m_stopMatches, &QPushButton::clicked, this, [this] {
+    if (onStop) {
+      onStop();
+    }
+  });
+}
+
+void PageViewer::connectPage() {
+  m_area->onTurned = [this](int pages) { turn(pages); };
+  m_area->onFirst = [this] { goToPage(1); };
+  m_area->onLast = [this] { goToPage(m_pageCount); };
+  m_area->onZoomed = [this](double steps) { zoomBy(steps); };
+  m_area->onResized = [this] { fitAgain(); };
+  m_canvas->onChanged = [this] { tellCurrent(); };
+  m_canvas->onWordPicked = [this](int word) { pickWord(word); };
+  m_canvas->onRangePicked = [this](const PositionRange& range) { pickRange(range); };
+}
+
+void PageViewer::open(const ViewedFile& file) {
+  if (file == m_file && (m_isOpening || m_pageCount > 0)) {
+    return;
+  }
+  const bool isOther = file.path != m_file.path;
+  m_file = file;
+  if (isOther) {
+    m_page = 1;
+    m_match.reset();
+  }
+  m_canvas->setSwapAxes(file.swapAxes);
+  setWindowTitle(QStringLiteral("%1 - Page viewer").arg(QFileInfo(file.path).fileName()));
+  reload();
+}
+
+void PageViewer::reload() {
+  m_pageOnceOpen = std::max(m_page, 1);
+  m_pageCount = 0;
+  m_isOpening = true;
+  m_cache.clear();
+  showState(QStringLiteral("Opening %1 ...").arg(m_file.path));
+  m_loader.open(m_file);
+}
+
+void PageViewer::opened(int pageCount, const QString& problem) {
+  m_isOpening = false;
+  m_pageCount = pageCount;
+  if (pageCount < 1) {
+    showState(m_file.path + QStringLiteral("\n\n") + problem);
+    return;
+  }
+  {
+    const QSignalBlocker quiet(m_pageField);
+    m_pageField->setRange(1, pageCount);
+  }
+  m_pageCountText->setText(QStringLiteral("of %1").arg(pageCount));
+  m_stack->setCurrentWidget(m_area);
+  m_page = 0;
+  showPage(m_pageOnceOpen, From::Top);
+  if (isActiveWindow()) {
+    m_canvas->setFocus();
+  }
+}
+
+void PageViewer::showState(const QString& text) {
+  m_state->setText(text);
+  m_stack->setCurrentWidget(m_state);
+  m_canvas->show(std::make_shared<ViewedPage>(), sizing());
+  m_pageCountText->clear();
+  m_pageProblem->hide();
+  updateControls();
+  tellCurrent();
+}
+
+void PageViewer::goToPage(int page) {
+  if (m_pageCount == 0) {
+    m_pageOnceOpen = std::max(page, 1);
+    m_page = m_pageOnceOpen;
+  } else if (page != m_page) {
+    showPage(page, From::Top);
+  }
+}
+
+void PageViewer::turn(int pages) {
+  const int target = std::clamp(m_page + pages, 1, std::max(m_pageCount, 1));
+  if (target != m_page && m_pageCount > 0) {
+    showPage(target, pages < 0 ? From::Bottom : From::Top);
+  }
+}
+
+void PageViewer::showPage(int page, From from) {
+  m_page = std::clamp(page, 1, m_pageCount);
+  std::shared_ptr<const ViewedPage> kept = m_cache.find(m_page);
+  if (!kept) {
+    auto awaited = std::make_shared<ViewedPage>();
+    awaited->page = m_page;
+    kept = awaited;
+  }
+  display(kept);
+  QScrollBar* bar = m_area->verticalScrollBar();
+  bar->setValue(from == From::Top ? bar->minimum() : bar->maximum());
+  {
+    const QSignalBlocker quiet(m_pageField);
+    m_pageField->setValue(m_page);
+  }
+  updateControls();
+  request();
+  tellMatch();
+}
+
+PageSizing PageViewer::sizing() const {
+  return {m_fit, m_zoom, m_area->room(), m_canvas->devicePixelRatioF()};
+}
+
+/// Asks for the page shown and, behind it, for its neighbours, so far as they are not here sharp.
+void PageViewer::request() {
+  if (m_pageCount == 0) {
+    return;
+  }
+  const PageSizing size = sizing();
+  std::vector<int> missing;
+  // The page shown comes last here, so that it is the last that the cache gives up.
+  for (const int page : {m_page - 1, m_page + 1, m_page}) {
+    if (page < 1 || page > m_pageCount) {
+      continue;
+    }
+    const auto kept = m_cache.find(page);
+    const bool isDone =
+        kept && (kept->size.isEmpty() || kept->pixelsPerPoint == pixelsPerPoint(kept->size, size));
+    if (!isDone) {
+      missing.insert(missing.begin(), page);
+    }
+  }
+  m_loader.want(missing, size);
+}
+
+void PageViewer::arrived(std::shared_ptr<const ViewedPage> page) {
+  m_cache.put(page);
+  const auto shown = m_cache.find(m_page);
+  if (page->page != m_page || !shown) {
+    return;
+  }
+  display(shown);
+  updateControls();
+  tellMatch();
+}
+
+void PageViewer::display(const std::shared_ptr<const ViewedPage>& page) {
+  m_canvas->show(page, sizing());
+  m_area->fitCanvas();
+  m_pageProblem->setText(page->problem);
+  m_pageProblem->setVisible(!page->problem.isEmpty());
+}
+
+void PageViewer::setFit(PageSizing::Fit fit, double zoom) {
+  m_fit = fit;
+  m_zoom = std::clamp(zoom, leastZoom, mostZoom);
+  fitAgain();
+}
+
+void PageViewer::zoomBy(double steps) {
+  const ViewedPage& page = m_canvas->page();
+  const double now = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
+  const double before = m_canvas->sheet().height();
+  QScrollBar* bar = m_area->verticalScrollBar();
+  const double middle = bar->value() + bar->pageStep() / 2.0;
+  setFit(PageSizing::Fit::Zoom, now * std::pow(zoomStep, steps));
+  // What was in the middle of the window stays there.
+  const double ratio = m_canvas->sheet().height() / before;
+  bar->setValue(static_cast<int>(std::round(middle * ratio - bar->pageStep() / 2.0)));
+}
+
+void PageViewer::fitAgain() {
+  if (m_pageCount == 0) {
+    updateControls();
+    return;
+  }
+  if (const auto kept = m_cache.find(m_page)) {
+    display(kept);
+  }
+  updateControls();
+  request();
+}
+
+void PageViewer::tell(const QString& text) {
+  m_wordText->setText(text);
+}
+
+QString PageViewer::currentPosition() const {
+  if (const auto& range = m_canvas->range()) {
+    return rangeText(*range);
+  }
+  const int word = m_canvas->currentWord();
+  if (word < 0) {
+    return {};
+  }
+  const ViewedWord& told = m_canvas->page().words[static_cast<std::size_t>(word)];
+  return positionText(told.h, told.v);
+}
+
+void PageViewer::tellCurrent() {
+  const QString position = currentPosition();
+  m_copy->setEnabled(!position.isEmpty());
+  const int word = m_canvas->currentWord();
+  if (m_canvas->range()) {
+    m_wordText->setText(
+        QStringLiteral("%1   (words in it: %2)").arg(position).arg(m_canvas->wordsInRange()));
+  } else if (word >= 0) {
+    m_wordText->setText(position + QStringLiteral("   ") +
+                        m_canvas->page().words[static_cast<std::size_t>(word)].text);
+  } else {
+    m_wordText->setText(m_pageCount == 0
+                            ? QString()
+                            : QStringLiteral("Click a word, or drag a rectangle over positions."));
+  }
+}
+
+void PageViewer::pickWord(int word) {
+  const ViewedWord& picked = m_canvas->page().words[static_cast<std::size_t>(word)];
+  if (onWordPicked) {
+    onWordPicked({picked.text, picked.h, picked.v, picked.lookupH, picked.lookupV, m_page},
+                 m_targets->currentIndex());
+  }
+}
+
+void PageViewer::pickRange(const PositionRange& range) {
+  if (onRangePicked) {
+    onRangePicked({m_page, range.hFrom, range.hTo, range.vFrom, range.vTo},
+                  m_targets->currentIndex());
+  }
+}
+
+void PageViewer::copyPosition() {
+  QString position = currentPosition();
+  if (position.isEmpty()) {
+    return;
+  }
+  // As it is written in a "[POS" token.
+  position.remove(QStringLiteral("h ")).replace(QStringLiteral(", v "), QStringLiteral(","));
+  QApplication::clipboard()->setText(position);
+  tell(QStringLiteral("Copied: %1").arg(position));
+}
+
+void PageViewer::setTargets(const QStringList& targets) {
+  m_targets->clear();
+  m_targets->addItems(targets);
+  m_targets->setVisible(!targets.isEmpty());
+  m_targetLabel->setVisible(!targets.isEmpty());
+}
+
+void PageViewer::setTarget(int index) {
+  m_targets->setCurrentIndex(index);
+}
+
+void PageViewer::beginWalk() {
+  m_isWalking = true;
+  m_match.reset();
+  m_matchNumber = 0;
+  m_nextMatch->setEnabled(false);
+  tellWalk(QStringLiteral("Looking for the first match ..."));
+  m_walkRow->show();
+}
+
+void PageViewer::tellWalk(const QString& text) {
+  m_walkText->setText(text);
+}
+
+void PageViewer::showMatch(const MatchMark& match, int number) {
+  m_match = match;
+  m_matchNumber = number;
+  m_canvas->mark(match);
+  goToPage(match.page);
+  m_nextMatch->setEnabled(true);
+  m_nextMatch->setFocus();
+  tellMatch();
+}
+
+void PageViewer::tellMatch() {
+  if (!m_match) {
+    return;
+  }
+  m_canvas->mark(m_match);
+  const bool isHere = m_page == m_match->page;
+  const bool isRead = isHere && !m_canvas->page().size.isEmpty();
+  const QRectF place = m_canvas->markedPlace();
+  if (isRead && !place.isNull()) {
+    m_area->bringIntoSight(place);
+  }
+  if (m_isWalking) {
+    const QString notFound = isRead && place.isNull()
+                                 ? QStringLiteral("   (the page is drawn without this word)")
+                                 : QString();
+    tellWalk(QStringLiteral("Match %1, page %2: %3   %4%5")
+                 .arg(m_matchNumber)
+                 .arg(m_match->page)
+                 .arg(positionText(m_match->h, m_match->v), m_match->text, notFound));
+  }
+}
+
+void PageViewer::leaveMatch() {
+  m_nextMatch->setEnabled(false);
+}
+
+void PageViewer::endWalk() {
+  m_isWalking = false;
+  m_match.reset();
+  m_canvas->mark(std::nullopt);
+  m_walkRow->hide();
+}
+
+void PageViewer::updateControls() {
+  const bool isOpen = m_pageCount > 0;
+  m_pageField->setEnabled(isOpen);
+  m_first->setEnabled(isOpen && m_page > 1);
+  m_previous->setEnabled(isOpen && m_page > 1);
+  m_next->setEnabled(m_page < m_pageCount);
+  m_last->setEnabled(m_page < m_pageCount);
+  m_fitWidth->setEnabled(isOpen);
+  m_fitPage->setEnabled(isOpen);
+  m_fitWidth->setChecked(m_fit == PageSizing::Fit::Width);
+  m_fitPage->setChecked(m_fit == PageSizing::Fit::Page);
+  m_reload->setEnabled(!m_file.path.isEmpty() && !m_isOpening);
+  const ViewedPage& page = m_canvas->page();
+  const double zoom = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
+  constexpr double almost = 1e-6;
+  m_zoomOut->setEnabled(isOpen && zoom > leastZoom + almost);
+  m_zoomIn->setEnabled(isOpen && zoom < mostZoom - almost);
+  m_zoomText->setText(isOpen ? QStringLiteral("%1 %").arg(std::lround(zoom * 100)) : QString());
+}
+
+void PageViewer::reject() {
+  if (m_isWalking && onStop) {
+    onStop();
+  }
+  QDialog::reject();
+}
+
+void PageViewer::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  // A screen of another sharpness wants other pictures.
+  connect(windowHandle(), &QWindow::screenChanged, this, &PageViewer::fitAgain,
+          Qt::UniqueConnection);
+}
+
+void PageViewer::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    copyPosition();
+    return;
+  }
+  switch (event->key()) {
+  case Qt::Key_F5:
+    if (m_reload->isEnabled()) {
+      reload();
+    }
+    return;
+  case Qt::Key_PageDown:
+    return turn(1);
+  case Qt::Key_PageUp:
+    return turn(-1);
+  case Qt::Key_Home:
+    return goToPage(1);
+  case Qt::Key_End:
+    return goToPage(m_pageCount);
+  default:
+    QDialog::keyPressEvent(event);
+  }
+}
+
+} // namespace folivex

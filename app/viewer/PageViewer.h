@@ -1,0 +1,155 @@
+// PageViewer: the window that shows a file's pages as they look, and what its words' positions are.
+#pragma once
+
+#include "app/viewer/PageCache.h"
+#include "app/viewer/PageCanvas.h"
+#include "app/viewer/PageLoader.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <optional>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+class QStackedWidget;
+class QToolButton;
+
+namespace folivex {
+
+class PageArea;
+
+/// A word that was picked. Page from 1; h and v as a search counts them, lookupH and lookupV as a
+/// look-up by position does.
+struct PickedWord {
+  QString text;
+  int h = 0;
+  int v = 0;
+  int lookupH = 0;
+  int lookupV = 0;
+  int page = 0;
+};
+
+/// A rectangle that was drawn. Page from 1.
+struct PickedRange {
+  int page = 0;
+  int hFrom = 0;
+  int hTo = 0;
+  int vFrom = 0;
+  int vTo = 0;
+};
+
+/// Shown beside the other windows. A file is opened, read and drawn by a thread of its own.
+class PageViewer : public QDialog {
+public:
+  /// `library` must outlive the window.
+  explicit PageViewer(CPDFTextDumpInit& library, QWidget* parent = nullptr);
+  ~PageViewer() override;
+
+  /// Opens a file at its first page; the one that is open stays at its page.
+  void open(const ViewedFile& file);
+  const ViewedFile& file() const { return m_file; }
+
+  /// Turns to a page (from 1), or to the nearest that there is, as soon as the file is open.
+  void goToPage(int page);
+  int page() const { return m_page; }
+  /// 0 while no file is open.
+  int pageCount() const { return m_pageCount; }
+
+  /// What a pick may be meant for; the index of the one chosen goes with each pick (-1 when there
+  /// are none).
+  void setTargets(const QStringList& targets);
+  void setTarget(int index);
+  std::function<void(const PickedWord& word, int target)> onWordPicked;
+  std::function<void(const PickedRange& range, int target)> onRangePicked;
+  /// Says what came of a pick, until the next word is pointed at.
+  void tell(const QString& text);
+
+  /// The walk through the matches. While it is on, a row tells the match and offers to go on.
+  void beginWalk();
+  void tellWalk(const QString& text);
+  void showMatch(const MatchMark& match, int number);
+  /// Between two matches there is nothing to go on from.
+  void leaveMatch();
+  void endWalk();
+  std::function<void()> onNext;
+  std::function<void()> onStop; ///< the button, or the window was closed
+
+  void reject() override;
+
+protected:
+  void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+private:
+  void buildControls();
+  QWidget* buildPageRow();
+  QWidget* buildWalkRow();
+  QWidget* buildPickRow();
+  void connectControls();
+  void connectPage();
+  void reload();
+  void opened(int pageCount, const QString& problem);
+  void arrived(std::shared_ptr<const ViewedPage> page);
+  void turn(int pages);
+  enum class From { Top, Bottom };
+  void showPage(int page, From from);
+  void display(const std::shared_ptr<const ViewedPage>& page);
+  void request();
+  PageSizing sizing() const;
+  void setFit(PageSizing::Fit fit, double zoom);
+  void zoomBy(double steps);
+  void fitAgain();
+  void showState(const QString& text);
+  void tellCurrent();
+  void tellMatch();
+  void updateControls();
+  void pickWord(int word);
+  void pickRange(const PositionRange& range);
+  QString currentPosition() const;
+  void copyPosition();
+
+  ViewedFile m_file;
+  int m_page = 0;
+  int m_pageCount = 0;
+  bool m_isOpening = false;
+  int m_pageOnceOpen = 1;
+  PageSizing::Fit m_fit = PageSizing::Fit::Width;
+  double m_zoom = 1;
+  bool m_isWalking = false;
+  std::optional<MatchMark> m_match;
+  int m_matchNumber = 0;
+  PageCache m_cache;
+
+  PageArea* m_area = nullptr;
+  PageCanvas* m_canvas = nullptr;
+  QStackedWidget* m_stack = nullptr;
+  QLabel* m_state = nullptr;
+  QToolButton* m_first = nullptr;
+  QToolButton* m_previous = nullptr;
+  QToolButton* m_next = nullptr;
+  QToolButton* m_last = nullptr;
+  QSpinBox* m_pageField = nullptr;
+  QLabel* m_pageCountText = nullptr;
+  QToolButton* m_zoomOut = nullptr;
+  QToolButton* m_zoomIn = nullptr;
+  QLabel* m_zoomText = nullptr;
+  QToolButton* m_fitWidth = nullptr;
+  QToolButton* m_fitPage = nullptr;
+  QToolButton* m_reload = nullptr;
+  QWidget* m_walkRow = nullptr;
+  QLabel* m_walkText = nullptr;
+  QPushButton* m_nextMatch = nullptr;
+  QPushButton* m_stopMatches = nullptr;
+  QLabel* m_targetLabel = nullptr;
+  QComboBox* m_targets = nullptr;
+  QLabel* m_wordText = nullptr;
+  QLabel* m_pageProblem = nullptr;
+  QPushButton* m_copy = nullptr;
+
+  PageLoader m_loader; ///< ends first: its answers use all of the above
+};
+
+} // namespace folivex

@@ -1,0 +1,236 @@
+#include "app/viewer/PlanRows.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+bool isDigit(QChar c) {
+  return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+QStringView digitsAt(QStringView text, qsizetype from) {
+  qsizetype end = from;
+  while (end < text.size() && isDigit(text[end])) {
+    ++end;
+  }
+  return text.sliced(from, end - from);
+}
+
+int compareNumbers(QStringView left, QStringView right) {
+  const auto significant = [](QStringView digits) {
+    while (digits.size() > 1 && digits.front() == QLatin1Char('0')) {
+      digits = digits.sliced(1);
+    }
+    return digits;
+  };
+  const QStringView a = significant(left);
+  const QStringView b = significant(right);
+  return a.size() != b.size() ? (a.size() < b.size() ? -1 : 1) : a.compare(b);
+}
+
+template <typename Number> int compareValues(Number left, Number right) {
+  return left < right ? -1 : (right < left ? 1 : 0);
+}
+
+qsizetype folderLength(const QString& path) {
+  return std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1;
+}
+
+int pagesOf(const PlannedOutput& output) {
+  return output.lastPage - output.firstPage + 1;
+}
+
+QString joined(const QString& note, const QString& more) {
+  return note.isEmpty() ? more : note + QStringLiteral("; ") + more;
+}
+
+} // namespace
+
+QString planColumnTitle(PlanColumn column) {
+  switch (column) {
+  case PlanColumn::Pages:
+    return QStringLiteral("Pages");
+  case PlanColumn::Count:
+    return QStringLiteral("Count");
+  case PlanColumn::Text:
+    return QStringLiteral("Matched");
+  case PlanColumn::Name:
+    return QStringLiteral("Output file");
+  case PlanColumn::Folder:
+    return QStringLiteral("Folder");
+  case PlanColumn::Note:
+    return QStringLiteral("Note");
+  case PlanColumn::Address:
+    return QStringLiteral("E-mail address");
+  }
+  return {};
+}
+
+int compareNaturally(QStringView left, QStringView right) {
+  qsizetype i = 0;
+  qsizetype j = 0;
+  while (i < left.size() && j < right.size()) {
+    if (isDigit(left[i]) && isDigit(right[j])) {
+      const QStringView a = digitsAt(left, i);
+      const QStringView b = digitsAt(right, j);
+      if (const int order = compareNumbers(a, b); order != 0) {
+        return order;
+      }
+      i += a.size();
+      j += b.size();
+      continue;
+    }
+    const QChar a = left[i].toCaseFolded();
+    const QChar b = right[j].toCaseFolded();
+    if (a != b) {
+      return compareValues(a, b);
+    }
+    ++i;
+    ++j;
+  }
+  return compareValues(left.size() - i, right.size() - j);
+}
+
+void PlanRows::setPlan(SplitPlan plan, const QStringList& addresses) {
+  m_plan = std::move(plan);
+  m_rows.clear();
+  m_rows.reserve(m_plan.outputs.size());
+  m_hasAddresses = false;
+  for (const PlannedOutput& output : m_plan.outputs) {
+    const qsizetype folder = folderLength(output.path);
+    const QString address = addresses.value(std::ssize(m_rows));
+    m_hasAddresses = m_hasAddresses || !address.isEmpty();
+    m_rows.push_back({output.firstPage == output.lastPage
+                          ? QString::number(output.firstPage)
+                          : QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
+                      output.path.sliced(folder), output.path.first(std::max(folder - 1, qsizetype{0})),
+                      fateText(output.fate), address});
+  }
+  addNameClashes();
+  m_warningCount = static_cast<int>(std::count_if(
+      m_rows.begin(), m_rows.end(), [](const Row& row) { return !row.note.isEmpty(); }));
+  m_ordered.resize(m_rows.size());
+  order();
+}
+
+/// Two names that differ in capitals only are one file on many a disk, and the second of them
+/// would take the place of the first.
+void PlanRows::addNameClashes() {
+  QHash<QString, QString> firstOfName;
+  QSet<QString> clashes;
+  for (const PlannedOutput& output : m_plan.outputs) {
+    const QString folded = output.path.toCaseFolded();
+    if (const auto first = firstOfName.constFind(folded); first == firstOfName.constEnd()) {
+      firstOfName.insert(folded, output.path);
+    } else if (*first != output.path) {
+      clashes.insert(folded);
+    }
+  }
+  if (clashes.isEmpty()) {
+    return;
+  }
+  for (std::size_t i = 0; i < m_rows.size(); ++i) {
+    if (clashes.contains(m_plan.outputs[i].path.toCaseFolded())) {
+      m_rows[i].note = joined(m_rows[i].note,
+                              QStringLiteral("another name differs in capitals only"));
+    }
+  }
+}
+
+QString PlanRows::text(int row, PlanColumn column) const {
+  switch (column) {
+  case PlanColumn::Pages:
+    return of(row).pages;
+  case PlanColumn::Count:
+    return QString::number(pagesOf(planned(row)));
+  case PlanColumn::Text:
+    return planned(row).matchedText;
+  case PlanColumn::Name:
+    return of(row).name;
+  case PlanColumn::Folder:
+    return of(row).folder;
+  case PlanColumn::Note:
+    return of(row).note;
+  case PlanColumn::Address:
+    return of(row).address;
+  }
+  return {};
+}
+
+int PlanRows::compare(int left, int right, PlanColumn column) const {
+  const auto l = static_cast<std::size_t>(left);
+  const auto r = static_cast<std::size_t>(right);
+  const PlannedOutput& a = m_plan.outputs[l];
+  const PlannedOutput& b = m_plan.outputs[r];
+  switch (column) {
+  case PlanColumn::Pages:
+    return compareValues(std::pair(a.firstPage, a.lastPage), std::pair(b.firstPage, b.lastPage));
+  case PlanColumn::Count:
+    return compareValues(pagesOf(a), pagesOf(b));
+  case PlanColumn::Text:
+    return compareNaturally(a.matchedText, b.matchedText);
+  case PlanColumn::Name:
+    return compareNaturally(m_rows[l].name, m_rows[r].name);
+  case PlanColumn::Folder:
+    return compareNaturally(m_rows[l].folder, m_rows[r].folder);
+  case PlanColumn::Note:
+    return compareNaturally(m_rows[l].note, m_rows[r].note);
+  case PlanColumn::Address:
+    return compareNaturally(m_rows[l].address, m_rows[r].address);
+  }
+  return 0;
+}
+
+void PlanRows::order() {
+  std::iota(m_ordered.begin(), m_ordered.end(), 0);
+  std::stable_sort(m_ordered.begin(), m_ordered.end(), [this](int left, int right) {
+    return m_descending ? compare(right, left, m_sortColumn) < 0
+                        : compare(left, right, m_sortColumn) < 0;
+  });
+  choose(m_sought, m_warningsOnly);
+}
+
+void PlanRows::sort(PlanColumn column, bool descending) {
+  m_sortColumn = column;
+  m_descending = descending;
+  order();
+}
+
+void PlanRows::choose(const QString& text, bool warningsOnly) {
+  m_sought = text;
+  m_warningsOnly = warningsOnly;
+  const auto contains = [&](const QString& field) {
+    return field.contains(text, Qt::CaseInsensitive);
+  };
+  m_shown.clear();
+  for (const int output : m_ordered) {
+    const auto index = static_cast<std::size_t>(output);
+    const Row& row = m_rows[index];
+    if (warningsOnly && row.note.isEmpty()) {
+      continue;
+    }
+    if (text.isEmpty() || contains(row.pages) || contains(m_plan.outputs[index].matchedText) ||
+        contains(row.name) || contains(row.folder) || contains(row.note) ||
+        contains(row.address)) {
+      m_shown.push_back(output);
+    }
+  }
+}
+
+SplitPlan PlanRows::shownPlan() const {
+  SplitPlan shown = m_plan;
+  shown.outputs.clear();
+  for (int row = 0; row < count(); ++row) {
+    shown.outputs.push_back(planned(row));
+  }
+  return shown;
+}
+
+} // namespace folivex

@@ -1,0 +1,74 @@
+// PlanRows: the rows of a planned split in the order and choice that a person wants to see.
+#pragma once
+
+#include "engine/job/SplitPlan.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace folivex {
+
+enum class PlanColumn { Pages, Count, Text, Name, Folder, Note, Address };
+inline constexpr int planColumnCount = 7;
+
+QString planColumnTitle(PlanColumn column);
+
+/// Texts in the order that a person counts in: "a2" before "a10", capitals beside small letters.
+int compareNaturally(QStringView left, QStringView right);
+
+/// Rows count from 0 in the order shown. An output is a row's index in the plan.
+class PlanRows {
+public:
+  /// `addresses`, when there are any, has one for each output.
+  void setPlan(SplitPlan plan, const QStringList& addresses = {});
+  const SplitPlan& plan() const { return m_plan; }
+
+  int count() const { return static_cast<int>(m_shown.size()); }
+  int total() const { return static_cast<int>(m_rows.size()); }
+  int warningCount() const { return m_warningCount; }
+  bool hasAddresses() const { return m_hasAddresses; }
+
+  int output(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
+  const PlannedOutput& planned(int row) const {
+    return m_plan.outputs[static_cast<std::size_t>(output(row))];
+  }
+  QString text(int row, PlanColumn column) const;
+  bool hasWarning(int row) const { return !of(row).note.isEmpty(); }
+
+  /// Rows of equal content stay in the plan's order.
+  void sort(PlanColumn column, bool descending);
+  /// Shows rows with this text in any column, capitals or not, and, if asked for, a warning.
+  void choose(const QString& text, bool warningsOnly);
+
+  /// The rows shown as a plan of their own, with the notes and the account of the whole.
+  SplitPlan shownPlan() const;
+
+private:
+  struct Row {
+    QString pages;
+    QString name;
+    QString folder;
+    QString note;
+    QString address;
+  };
+
+  const Row& of(int row) const { return m_rows[static_cast<std::size_t>(output(row))]; }
+  int compare(int left, int right, PlanColumn column) const;
+  void addNameClashes();
+  void order();
+
+  SplitPlan m_plan;
+  std::vector<Row> m_rows; ///< by output
+  std::vector<int> m_ordered;
+  std::vector<int> m_shown;
+  PlanColumn m_sortColumn = PlanColumn::Pages;
+  bool m_descending = false;
+  QString m_sought;
+  bool m_warningsOnly = false;
+  int m_warningCount = 0;
+  bool m_hasAddresses = false;
+};
+
+} // namespace folivex

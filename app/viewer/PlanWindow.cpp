@@ -1,0 +1,249 @@
+#include "app/viewer/PlanWindow.h"
+
+#include "app/PlanPrinter.h"
+#include "widgets/Dialogs.h"
+#include "widgets/Theme.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+QPushButton* pushButton(QWidget* parent, const char* name, const char* label, const char* tip) {
+  auto* button = new QPushButton(QString::fromUtf8(label), parent);
+  button->setObjectName(QString::fromUtf8(name));
+  button->setToolTip(QString::fromUtf8(tip));
+  button->setAutoDefault(false); // Enter in the table or the filter must not start a run
+  return button;
+}
+
+/// Empty, or why the file could not be written. The old file stays then.
+QString writeWhole(const QString& path, const QString& text) {
+  QSaveFile file(path);
+  const QByteArray bytes = text.toUtf8();
+  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+    return {};
+  }
+  return file.errorString();
+}
+
+} // namespace
+
+PlanWindow::PlanWindow(Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent), m_dialogs(dialogs), m_model(new PlanModel(this)) {
+  setObjectName(QStringLiteral("planWindow"));
+  setWindowFlags(Qt::Window);
+  setModal(false);
+  buildControls();
+  connectControls();
+  setPlan(QString(), SplitPlan());
+}
+
+void PlanWindow::buildControls() {
+  m_summary = new QLabel(this);
+  m_summary->setObjectName(QStringLiteral("planSummary"));
+  m_summary->setTextFormat(Qt::PlainText);
+  m_summary->setWordWrap(true);
+  m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  m_notes = new QPlainTextEdit(this);
+  m_notes->setObjectName(QStringLiteral("planNotes"));
+  m_notes->setAccessibleName(QStringLiteral("Findings"));
+  m_notes->setToolTip(QStringLiteral("What was found while the file was read"));
+  m_notes->setReadOnly(true);
+  m_notes->setTabChangesFocus(true);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(m_summary);
+  layout->addWidget(m_notes);
+  layout->addWidget(buildFilterRow());
+  layout->addWidget(buildTable(), 1);
+  layout->addWidget(buildButtons());
+  constexpr QSize startSize(900, 620);
+  resize(startSize);
+}
+
+QWidget* PlanWindow::buildFilterRow() {
+  auto* row = new QWidget(this);
+  m_filter = new QLineEdit(row);
+  m_filter->setObjectName(QStringLiteral("planFilter"));
+  m_filter->setToolTip(QStringLiteral("Show only rows with this text in any column"));
+  m_filter->setClearButtonEnabled(true);
+  auto* label = new QLabel(QStringLiteral("&Filter:"), row);
+  label->setBuddy(m_filter);
+  m_warningsOnly = new QCheckBox(row);
+  m_warningsOnly->setObjectName(QStringLiteral("warningsOnly"));
+  m_warningsOnly->setToolTip(
+      QStringLiteral("Rows whose file replaces or meets another one, or is given up"));
+  m_shown = new QLabel(row);
+  m_shown->setObjectName(QStringLiteral("shownRows"));
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(label);
+  layout->addWidget(m_filter, 1);
+  layout->addWidget(m_warningsOnly);
+  layout->addWidget(m_shown);
+  return row;
+}
+
+QWidget* PlanWindow::buildTable() {
+  m_table = new QTableView(this);
+  m_table->setObjectName(QStringLiteral("planTable"));
+  m_table->setAccessibleName(QStringLiteral("Planned outputs"));
+  m_table->setToolTip(QStringLiteral("Double-click a row, or press Enter, to see its first page"));
+  m_table->setModel(m_model);
+  m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+  m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  m_table->setAlternatingRowColors(true);
+  m_table->setTextElideMode(Qt::ElideMiddle); // the ends of paths tell them apart
+  m_table->setWordWrap(false);
+  m_table->setTabKeyNavigation(false);
+  m_table->setSortingEnabled(true);
+  m_table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+  m_table->horizontalHeader()->setStretchLastSection(true);
+  m_table->horizontalHeader()->setHighlightSections(false);
+  // Rows of one height, else a long plan would be measured row by row.
+  QHeaderView* side = m_table->verticalHeader();
+  side->setSectionResizeMode(QHeaderView::Fixed);
+  constexpr int airAbove = 6;
+  side->setDefaultSectionSize(m_table->fontMetrics().height() + airAbove);
+  side->hide();
+  return m_table;
+}
+
+QWidget* PlanWindow::buildButtons() {
+  auto* row = new QWidget(this);
+  m_showPage = pushButton(row, "showPlanPage", "&Show page", "Show the first page of the row");
+  m_export = pushButton(row, "exportPlan", "&Export...",
+                        "Write the rows shown, in the order shown, to a CSV file");
+  m_process =
+      pushButton(row, "processNow", "&Process now", "Close this window and make these files");
+  m_close = pushButton(row, "closePlan", "&Close", "Close this window; nothing is made");
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_showPage);
+  layout->addWidget(m_export);
+  layout->addStretch(1);
+  layout->addWidget(m_process);
+  layout->addWidget(m_close);
+  return row;
+}
+
+void PlanWindow::connectControls() {
+  connect(m_filter, &QLineEdit::textChanged, this, [this] { choose(); });
+  connect(m_warningsOnly, &QCheckBox::toggled, this, [this] { choose(); });
+  connect(m_table, &QTableView::activated, this, &PlanWindow::requestPage);
+  connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) { m_showPage->setEnabled(current.isValid()); });
+  connect(m_showPage, &QPushButton::clicked, this, [this] { requestPage(m_table->currentIndex()); });
+  connect(m_export, &QPushButton::clicked, this, [this] { exportRows(); });
+  connect(m_process, &QPushButton::clicked, this, [this] {
+    accept();
+    if (onProcess) {
+      onProcess();
+    }
+  });
+  connect(m_close, &QPushButton::clicked, this, &PlanWindow::reject);
+}
+
+void PlanWindow::setPlan(const QString& source, SplitPlan plan, const QStringList& addresses) {
+  m_source = source;
+  setWindowTitle(QStringLiteral("%1 - Plan").arg(QFileInfo(source).fileName()));
+  tellPlan(plan);
+  const bool isPlanned = plan.problem.isEmpty() && !plan.outputs.empty();
+  m_process->setEnabled(isPlanned);
+  m_model->setPlan(std::move(plan), addresses);
+  m_table->setColumnHidden(static_cast<int>(PlanColumn::Address), !m_model->rows().hasAddresses());
+  const int warnings = m_model->rows().warningCount();
+  m_warningsOnly->setText(QStringLiteral("Only rows with &warnings (%1)").arg(warnings));
+  m_warningsOnly->setEnabled(warnings > 0);
+  m_warningsOnly->setChecked(false);
+  m_filter->clear();
+  fitColumns();
+  choose();
+}
+
+void PlanWindow::tellPlan(const SplitPlan& plan) {
+  const bool hasProblem = !plan.problem.isEmpty();
+  m_summary->setText(hasProblem ? plan.problem
+                                : m_source + QLatin1Char('\n') +
+                                      plan.account.summary(plan.fileCount));
+  QPalette look = palette();
+  if (hasProblem) {
+    look.setColor(QPalette::WindowText, problemColor());
+  }
+  m_summary->setPalette(look);
+  m_notes->setPlainText(plan.notes.join(QLatin1Char('\n')));
+  m_notes->setVisible(!plan.notes.isEmpty());
+  constexpr qsizetype mostLines = 5;
+  const auto lines = static_cast<int>(std::min(plan.notes.size(), mostLines));
+  m_notes->setFixedHeight(m_notes->fontMetrics().lineSpacing() * (lines + 1) +
+                          2 * m_notes->frameWidth());
+}
+
+void PlanWindow::fitColumns() {
+  // By the first rows; all of a long plan would take too long to measure.
+  constexpr int rowsMeasured = 100;
+  constexpr int widest = 260;
+  m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
+  m_table->resizeColumnsToContents();
+  for (int column = 0; column < planColumnCount; ++column) {
+    m_table->setColumnWidth(column, std::min(m_table->columnWidth(column), widest));
+  }
+}
+
+void PlanWindow::choose() {
+  const QModelIndex current = m_table->currentIndex();
+  const int output = current.isValid() ? m_model->rows().output(current.row()) : -1;
+  m_model->choose(m_filter->text(), m_warningsOnly->isChecked());
+  const PlanRows& rows = m_model->rows();
+  for (int row = 0; output >= 0 && row < rows.count(); ++row) {
+    if (rows.output(row) == output) {
+      m_table->setCurrentIndex(m_model->index(row, 0));
+      break;
+    }
+  }
+  m_showPage->setEnabled(m_table->currentIndex().isValid());
+  tellCounts();
+}
+
+void PlanWindow::tellCounts() {
+  const PlanRows& rows = m_model->rows();
+  m_shown->setText(QStringLiteral("%1 of %2 outputs").arg(rows.count()).arg(rows.total()));
+  m_export->setEnabled(rows.count() > 0);
+}
+
+void PlanWindow::requestPage(const QModelIndex& index) {
+  if (index.isValid() && onPageRequested) {
+    onPageRequested(m_model->rows().planned(index.row()).firstPage);
+  }
+}
+
+void PlanWindow::exportRows() {
+  const QString path = m_dialogs.saveFile(
+      this, {QStringLiteral("Export the plan"), QStringLiteral("CSV files (*.csv);;All files (*)"),
+             m_source + QStringLiteral("_plan.csv"), QStringLiteral("csv")});
+  if (path.isEmpty()) {
+    return;
+  }
+  const QString text = planText(m_model->rows().shownPlan(), PlanOutput::Csv);
+  if (const QString problem = writeWhole(path, text); !problem.isEmpty()) {
+    m_dialogs.message(this, QStringLiteral("%1: cannot be written: %2").arg(path, problem));
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,62 @@
+// PlanWindow: the table of what a split would make, before it makes it.
+#pragma once
+
+#include "app/viewer/PlanModel.h"
+
+#include <QDialog>
+
+#include <functional>
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTableView;
+
+namespace folivex {
+
+class Dialogs;
+
+class PlanWindow : public QDialog {
+public:
+  /// `dialogs` must outlive the window.
+  explicit PlanWindow(Dialogs& dialogs, QWidget* parent = nullptr);
+
+  /// `source` is the file that the plan is of. `addresses`, when there are any, has one for each
+  /// output.
+  void setPlan(const QString& source, SplitPlan plan, const QStringList& addresses = {});
+
+  std::function<void(int page)> onPageRequested; ///< from 1: the first page of a row
+  std::function<void()> onProcess;               ///< the window is closed by then
+
+private:
+  void buildControls();
+  QWidget* buildTable();
+  QWidget* buildFilterRow();
+  QWidget* buildButtons();
+  void connectControls();
+  void tellPlan(const SplitPlan& plan);
+  void fitColumns();
+  void choose();
+  void tellCounts();
+  void requestPage(const QModelIndex& index);
+  void exportRows();
+
+  Dialogs& m_dialogs;
+  QString m_source;
+  PlanModel* m_model;
+
+  QLabel* m_summary = nullptr;
+  QPlainTextEdit* m_notes = nullptr;
+  QLineEdit* m_filter = nullptr;
+  QCheckBox* m_warningsOnly = nullptr;
+  QLabel* m_shown = nullptr;
+  QTableView* m_table = nullptr;
+  QPushButton* m_showPage = nullptr;
+  QPushButton* m_export = nullptr;
+  QPushButton* m_process = nullptr;
+  QPushButton* m_close = nullptr;
+};
+
+} // namespace folivex
