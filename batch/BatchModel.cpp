@@ -1,0 +1,159 @@
+#include "batch/BatchModel.h"
+
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+
+#include <array>
+
+namespace folivex {
+
+namespace {
+
+constexpr std::array<const char*, BatchModel::columnCountAll> headers = {"Use", "Filename",
+                                                                         "Status"};
+
+/// A name may hold line breaks and the like; each is shown as its picture, on one line.
+QString onOneLine(QString text) {
+  constexpr char16_t firstPicture = 0x2400;
+  for (QChar& c : text) {
+    if (c.unicode() < 0x20) {
+      c = QChar(static_cast<char16_t>(firstPicture + c.unicode()));
+    } else if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
+      c = QChar(0x2424);
+    }
+  }
+  return text;
+}
+
+QString cellText(const BatchEntry& entry, int column) {
+  switch (column) {
+  case BatchModel::Use:
+    return entry.useFlag;
+  case BatchModel::Filename:
+    return onOneLine(entry.path);
+  default:
+    return entry.status;
+  }
+}
+
+QVariant cellColor(const BatchEntry& entry, int column) {
+  if (column == BatchModel::Status && entry.status == statusDone()) {
+    return successColor();
+  }
+  if (column == BatchModel::Status && entry.status == statusFileError()) {
+    return problemColor();
+  }
+  if (entry.useFlag != useYes()) {
+    return QApplication::palette().brush(QPalette::PlaceholderText);
+  }
+  return {};
+}
+
+QVariant cellFont(const BatchEntry& entry) {
+  if (entry.status != statusProcessing()) {
+    return {};
+  }
+  QFont font;
+  font.setBold(true);
+  return font;
+}
+
+} // namespace
+
+BatchModel::BatchModel(BatchEntries& rows) : m_rows(rows) {
+  m_rows.setWatcher(this);
+}
+
+BatchModel::~BatchModel() {
+  m_rows.setWatcher(nullptr);
+}
+
+int BatchModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : m_rows.count();
+}
+
+int BatchModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columnCountAll;
+}
+
+QVariant BatchModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};
+  }
+  const BatchEntry& entry = m_rows.at(index.row());
+  switch (role) {
+  case Qt::DisplayRole:
+    return cellText(entry, index.column());
+  case Qt::ToolTipRole:
+    // As a tool tip "<b>.pdf" would be taken for markup.
+    return cellText(entry, index.column()).toHtmlEscaped();
+  case Qt::ForegroundRole:
+    return cellColor(entry, index.column());
+  case Qt::FontRole:
+    return cellFont(entry);
+  default:
+    return {};
+  }
+}
+
+QVariant BatchModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCountAll) {
+    return {};
+  }
+  if (role == Qt::DisplayRole) {
+    return QString::fromLatin1(headers[static_cast<std::size_t>(section)]);
+  }
+  if (role == Qt::TextAlignmentRole) {
+    return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+  }
+  return {};
+}
+
+void BatchModel::tellChanged() const {
+  if (onChanged) {
+    onChanged();
+  }
+}
+
+void BatchModel::rowsAboutToBeAdded(RowRange rows) {
+  beginInsertRows({}, rows.first, rows.last);
+}
+
+void BatchModel::rowsAdded() {
+  endInsertRows();
+  tellChanged();
+}
+
+void BatchModel::rowsAboutToBeRemoved(RowRange rows) {
+  beginRemoveRows({}, rows.first, rows.last);
+}
+
+void BatchModel::rowsRemoved() {
+  endRemoveRows();
+  tellChanged();
+}
+
+void BatchModel::aboutToReset() {
+  beginResetModel();
+}
+
+void BatchModel::wasReset() {
+  endResetModel();
+  tellChanged();
+}
+
+void BatchModel::rowsChanged(RowRange rows) {
+  emit dataChanged(index(rows.first, 0), index(rows.last, columnCountAll - 1));
+  tellChanged();
+}
+
+void BatchModel::showRow(int row) {
+  if (onShowRow) {
+    onShowRow(row);
+  }
+}
+
+} // namespace folivex

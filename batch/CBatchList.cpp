@@ -1,0 +1,404 @@
+#include "batch/CBatchList.h"
+
+#include "batch/BatchTable.h"
+#include "batch/CScanning.h"
+#include "platform/Paths.h"
+#include "widgets/Dialogs.h"
+
+#include <QAction>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+constexpr int rowsAtFirst = 14;
+
+QStringList localPaths(const QMimeData* data) {
+  QStringList paths;
+  for (const QUrl& url : data->urls()) {
+    if (url.isLocalFile()) {
+      paths += QDir::toNativeSeparators(url.toLocalFile());
+    }
+  }
+  return paths;
+}
+
+/// A long path may go on in the next line behind any separator.
+QString breakable(QString text) {
+  static const QRegularExpression separators(QStringLiteral("([/\\\\])"));
+  return text.replace(separators, QStringLiteral("\\1\u200B"));
+}
+
+QLabel* lineOf(const char* name, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(QLatin1String(name));
+  label->setTextFormat(Qt::PlainText); // paths are no markup
+  return label;
+}
+
+QPushButton* buttonOf(const char* name, const QString& text, const QString& toolTip,
+                      QWidget* parent) {
+  auto* button = new QPushButton(text, parent);
+  button->setObjectName(QLatin1String(name));
+  button->setToolTip(toolTip);
+  button->setAutoDefault(false); // Enter belongs to the table
+  return button;
+}
+
+} // namespace
+
+CBatchList::CBatchList(Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent), m_dialogs(dialogs), m_commands(m_rows), m_model(m_rows),
+      m_table(new BatchTable(m_model, this)) {
+  setObjectName(QStringLiteral("CBatchList"));
+  setWindowTitle(QStringLiteral("Prepare batch list"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  setAcceptDrops(true);
+  m_table->setObjectName(QStringLiteral("list"));
+  m_table->setAccessibleName(QStringLiteral("Files of the batch"));
+  m_table->setToolTip(QStringLiteral("The files, in the order in which they are processed; "
+                                     "double-click one to use it or leave it out"));
+  buildMenus();
+  auto* layout = new QVBoxLayout(this);
+  layout->setMenuBar(m_menus);
+  layout->addWidget(m_table, 1);
+  layout->addWidget(buildBelow());
+  connectTable();
+  updateControls();
+
+  const QMargins margins = layout->contentsMargins();
+  const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
+  resize(m_table->preferredWidth() + margins.left() + margins.right(),
+         sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight);
+}
+
+CBatchList::~CBatchList() = default;
+
+QAction* CBatchList::addCommand(QMenu* menu, const char* name, const QString& text,
+                                const QString& toolTip, void (CBatchList::*command)()) {
+  QAction* action = menu->addAction(text);
+  action->setObjectName(QLatin1String(name));
+  action->setToolTip(toolTip);
+  connect(action, &QAction::triggered, this, command);
+  return action;
+}
+
+void CBatchList::buildMenus() {
+  m_menus = new QMenuBar(this);
+  m_menus->setNativeMenuBar(false); // belongs to this window, not to the program
+  QMenu* file = m_menus->addMenu(QStringLiteral("&File"));
+  file->setToolTipsVisible(true);
+  m_editing = {addCommand(file, "addFiles", QStringLiteral("Add PDF File(s) to List"),
+                          QStringLiteral("Pick files to put at the end of the list"),
+                          &CBatchList::addFiles),
+               addCommand(file, "scan", QStringLiteral("&Scan for files"),
+                          QStringLiteral("Add all PDF files of a folder and the folders below it"),
+                          &CBatchList::scanForFiles)};
+  file->addSeparator();
+  m_editing.push_back(addCommand(file, "loadList", QStringLiteral("Load List"),
+                                 QStringLiteral("Empty the list, then fill it from a list file"),
+                                 &CBatchList::loadList));
+  m_editing.push_back(addCommand(file, "appendList", QStringLiteral("Append List"),
+                                 QStringLiteral("Put the files of a list file at the end"),
+                                 &CBatchList::appendList));
+  addCommand(file, "saveList", QStringLiteral("Save List"),
+             QStringLiteral("Write the list to the list file in use"), &CBatchList::saveList);
+  addCommand(file, "saveListAs", QStringLiteral("SaveAs List"),
+             QStringLiteral("Write the list to a list file of your choice"),
+             &CBatchList::saveListAs);
+  file->addSeparator();
+  addCommand(file, "exit", QStringLiteral("&Exit"), QStringLiteral("Close; the list is kept"),
+             &CBatchList::closeList);
+
+  QMenu* action = m_menus->addMenu(QStringLiteral("&Action"));
+  action->setToolTipsVisible(true);
+  m_editingSelected = {
+      addCommand(action, "delete", QStringLiteral("&Delete"),
+                 QStringLiteral("Take the selected rows off the list; the files stay"),
+                 &CBatchList::deleteSelected),
+      addCommand(action, "moveUp", QStringLiteral("Move &Up"),
+                 QStringLiteral("Process the first selected row one place earlier"),
+                 &CBatchList::moveUp),
+      addCommand(action, "moveDown", QStringLiteral("&Move Down"),
+                 QStringLiteral("Process the first selected row one place later"),
+                 &CBatchList::moveDown),
+      addCommand(action, "toggle", QStringLiteral("&Toggle use"),
+                 QStringLiteral("Use the selected rows, or leave them out"),
+                 &CBatchList::toggleSelected)};
+  m_editingSelected[0]->setShortcut(Qt::Key_Delete);
+  m_editingSelected[1]->setShortcut(Qt::CTRL | Qt::Key_A);
+  m_editingSelected[2]->setShortcut(Qt::CTRL | Qt::Key_Z);
+  // Space presses a button, too: only in the table does it mean this.
+  QAction* toggle = m_editingSelected[3];
+  toggle->setShortcut(Qt::Key_Space);
+  toggle->setShortcutContext(Qt::WidgetShortcut);
+  m_table->addAction(toggle);
+}
+
+QWidget* CBatchList::buildBelow() {
+  auto* below = new QWidget(this);
+  m_countLine = lineOf("countLine", below);
+  m_notice = lineOf("notice", below);
+  m_notice->setWordWrap(true);
+  // A path is one long word: it must not make the window wider.
+  QSizePolicy policy = m_notice->sizePolicy();
+  policy.setHorizontalPolicy(QSizePolicy::Ignored);
+  m_notice->setSizePolicy(policy);
+  m_notice->hide();
+  m_process = buttonOf("processList", QStringLiteral("&Process List"),
+                       QStringLiteral("Run the current setup on every row in use"), below);
+  m_clearAll = buttonOf("clearAll", QStringLiteral("&Clear ALL"),
+                        QStringLiteral("Take all rows off the list; the files stay"), below);
+  auto* close =
+      buttonOf("close", QStringLiteral("&Close"), QStringLiteral("Close; the list is kept"), below);
+  connect(m_process, &QPushButton::clicked, this, &CBatchList::processList);
+  connect(m_clearAll, &QPushButton::clicked, this, &CBatchList::clearAll);
+  connect(close, &QPushButton::clicked, this, &CBatchList::closeList);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(m_process);
+  buttons->addStretch();
+  buttons->addWidget(m_clearAll);
+  buttons->addWidget(close);
+  auto* layout = new QVBoxLayout(below);
+  layout->setContentsMargins({});
+  layout->addWidget(m_countLine);
+  layout->addWidget(m_notice);
+  layout->addLayout(buttons);
+  return below;
+}
+
+void CBatchList::connectTable() {
+  m_model.onChanged = [this] { updateControls(); };
+  m_model.onShowRow = [this](int row) { m_table->scrollToRow(row); };
+  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { updateControls(); });
+  connect(m_table, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+    if (m_state == State::Editable) {
+      m_rows.toggleUse({index.row(), index.row()});
+    }
+  });
+  connect(m_table, &QTableView::customContextMenuRequested, this, &CBatchList::showContextMenu);
+}
+
+void CBatchList::showEvent(QShowEvent* event) {
+  updateControls();
+  QDialog::showEvent(event);
+}
+
+void CBatchList::setRunning(bool running) {
+  setState(running ? State::Running : State::Editable);
+}
+
+void CBatchList::setState(State state) {
+  m_state = state;
+  updateControls();
+}
+
+void CBatchList::updateControls() {
+  const bool editable = m_state == State::Editable;
+  const bool selected = m_table->selectionModel()->hasSelection();
+  for (QAction* action : m_editing) {
+    action->setEnabled(editable);
+  }
+  for (QAction* action : m_editingSelected) {
+    action->setEnabled(editable && selected);
+  }
+  m_clearAll->setEnabled(editable && m_rows.count() > 0);
+  m_process->setEnabled(editable && onProcessList && m_rows.inUse() > 0);
+  m_countLine->setText(BatchCommands::countText(m_rows));
+  m_table->showWhetherEmpty();
+}
+
+void CBatchList::tell(const CommandWords& words) {
+  m_notice->setText(breakable(words.notice));
+  m_notice->setToolTip(words.notice.toHtmlEscaped());
+  m_notice->setVisible(!words.notice.isEmpty());
+  if (!words.message.isEmpty()) {
+    m_dialogs.message(this, words.message);
+  }
+}
+
+void CBatchList::showContextMenu(const QPoint& place) {
+  // The same commands under the names that they have here.
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("contextMenu"));
+  const std::pair<QString, QAction*> entries[] = {
+      {QStringLiteral("&Delete"), m_editingSelected[0]},
+      {QStringLiteral("&Move Up"), m_editingSelected[1]},
+      {QStringLiteral("&Move Down"), m_editingSelected[2]}};
+  for (const auto& [text, command] : entries) {
+    QAction* entry = menu.addAction(text);
+    entry->setEnabled(command->isEnabled());
+    connect(entry, &QAction::triggered, command, &QAction::trigger);
+  }
+  menu.exec(m_table->viewport()->mapToGlobal(place));
+}
+
+// The commands
+
+FileRequest CBatchList::listRequest(const QString& title) const {
+  return {title, QStringLiteral("List files (*.lst *.LST)"),
+          platform::folderOf(m_commands.listPath()), QStringLiteral("LST")};
+}
+
+void CBatchList::addFiles() {
+  m_commands.addFiles(m_dialogs.openFiles(
+      this, {QStringLiteral("Add PDF File (Don't forget you can use drag and drop)"),
+             QStringLiteral("PDF (*.pdf *.PDF)"), platform::folderOf(m_commands.lastFile()),
+             QStringLiteral("PDF")}));
+}
+
+void CBatchList::scanForFiles() {
+  tell({{}, QStringLiteral("Please choose your drive to load documents from...")});
+  const QString chosen = m_dialogs.chooseFolder(
+      this, QStringLiteral("Drive or Directory to load..."), m_commands.scanStart());
+  tell({});
+  if (chosen.isEmpty()) {
+    return;
+  }
+  const QString folder = m_commands.chosenForScan(chosen);
+  const ScanResult result = scan(folder);
+  tell({QStringLiteral("Files Loaded"), BatchCommands::scanNotice({folder}, result)});
+}
+
+ScanResult CBatchList::scan(const QString& folder) {
+  setState(State::Scanning);
+  CScanning scanning(this);
+  scanning.show();
+  ScanResult result = FolderScan(m_rows, scanning).run(folder);
+  setState(State::Editable);
+  return result;
+}
+
+void CBatchList::loadList() {
+  m_rows.clear();
+  appendChosenList();
+}
+
+void CBatchList::appendList() {
+  appendChosenList();
+}
+
+void CBatchList::appendChosenList() {
+  const QString path = m_dialogs.openFile(this, listRequest(QStringLiteral("Open List File")));
+  tell(path.isEmpty() ? CommandWords() : m_commands.append(path));
+}
+
+void CBatchList::saveList() {
+  tell(m_commands.save());
+}
+
+void CBatchList::saveListAs() {
+  const QString path = m_dialogs.saveFile(this, listRequest(QStringLiteral("Save List File")));
+  tell(path.isEmpty() ? CommandWords() : m_commands.saveAs(path));
+}
+
+void CBatchList::closeList() {
+  done(Accepted);
+}
+
+void CBatchList::done(int) {
+  // A scan ends by its own Stop, and who started it still needs the list.
+  if (m_state == State::Scanning) {
+    return;
+  }
+  if (isVisible()) {
+    tell(m_commands.putAway());
+  }
+  QDialog::done(Accepted);
+}
+
+void CBatchList::deleteSelected() {
+  const int first = m_table->firstSelectedRow();
+  m_rows.remove(m_table->selectedRows());
+  m_table->goTo(std::min(first, m_rows.count() - 1));
+}
+
+void CBatchList::moveUp() {
+  const int row = m_table->firstSelectedRow();
+  m_table->clearSelection();
+  afterMove(m_rows.moveUp(row));
+}
+
+void CBatchList::moveDown() {
+  const int row = m_table->firstSelectedRow();
+  m_table->clearSelection();
+  afterMove(m_rows.moveDown(row));
+}
+
+void CBatchList::afterMove(int row) {
+  if (row >= 0) {
+    m_table->selectOnly(row);
+  }
+}
+
+void CBatchList::toggleSelected() {
+  for (const RowRange& range : m_table->selectedRows()) {
+    m_rows.toggleUse(range);
+  }
+}
+
+void CBatchList::clearAll() {
+  m_rows.clear();
+  tell({});
+}
+
+void CBatchList::processList() {
+  tell({});
+  if (onProcessList) {
+    onProcessList();
+  }
+}
+
+// Drag and drop
+
+void CBatchList::dragEnterEvent(QDragEnterEvent* event) {
+  if (m_state == State::Editable && !localPaths(event->mimeData()).isEmpty()) {
+    event->acceptProposedAction();
+  }
+}
+
+void CBatchList::dropEvent(QDropEvent* event) {
+  if (m_state != State::Editable) {
+    return;
+  }
+  event->acceptProposedAction();
+  // Later: the window that was dragged from waits until this returns, and a scan takes its time.
+  QMetaObject::invokeMethod(
+      this, [this, paths = localPaths(event->mimeData())] { addDropped(paths); },
+      Qt::QueuedConnection);
+}
+
+void CBatchList::addDropped(const QStringList& paths) {
+  if (m_state != State::Editable) {
+    tell({{}, QStringLiteral("The files were not added: the list is being worked on.")});
+    return;
+  }
+  QStringList folders;
+  ScanResult all;
+  m_commands.addDropped(paths, [&](const QString& folder) {
+    folders += folder;
+    // Who stops the first of thirty folders does not want to stop the others one by one.
+    if (!all.stopped) {
+      all += scan(folder);
+    }
+  });
+  tell({{}, folders.isEmpty() ? QString() : BatchCommands::scanNotice(folders, all)});
+}
+
+} // namespace folivex

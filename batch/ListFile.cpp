@@ -1,0 +1,189 @@
+#include "batch/ListFile.h"
+
+#include "batch/SystemCodePage.h"
+#include "platform/FileSystem.h"
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <optional>
+
+namespace folivex {
+
+namespace {
+
+constexpr QChar bar = u'|';
+constexpr QChar prefixNotUsed = u'~';
+constexpr QChar prefixNoStamp = u'+';
+
+platform::FileAccess accessOf(const QString& path) {
+  return platform::isInTemporaryFolder(path) ? platform::FileAccess::Private
+                                             : platform::FileAccess::Ordinary;
+}
+
+/// A line break of any kind ends the text, but not as its first character.
+QStringView withoutLineBreak(QStringView line) {
+  for (qsizetype i = 0; i < line.size(); ++i) {
+    const char16_t c = line[i].unicode();
+    if (c == 0 || (i > 0 && c >= 10 && c <= 13)) {
+      return line.first(i);
+    }
+  }
+  return line;
+}
+
+std::optional<BatchEntry> entryOfLine(QStringView wholeLine) {
+  const QStringView line = withoutLineBreak(wholeLine);
+  if (line.isEmpty()) {
+    return std::nullopt;
+  }
+  const qsizetype end = line.indexOf(bar);
+  const QStringView name = end < 0 ? line : line.first(end);
+  if (name.startsWith(prefixNotUsed)) {
+    return newEntry(UseMode::No, name.mid(1).toString());
+  }
+  if (name.startsWith(prefixNoStamp)) {
+    return newEntry(UseMode::NoStamp, name.mid(1).toString());
+  }
+  return newEntry(UseMode::Yes, name.toString());
+}
+
+/// The part of a line that is read; half a character is none.
+QStringView cutLine(QStringView line) {
+  const QStringView cut = line.first(maxListLine);
+  return cut.back().isHighSurrogate() ? cut.chopped(1) : cut;
+}
+
+/// Without the LF.
+QString lineOf(const BatchEntry& entry) {
+  QString line = entry.path + bar + bar;
+  if (entry.useFlag == useNo()) {
+    line.prepend(prefixNotUsed);
+  } else if (entry.useFlag == useNoStamp()) {
+    line.prepend(prefixNoStamp);
+  }
+  return line;
+}
+
+bool isKept(const QString& line, const QString& path) {
+  if (line.size() > maxListLine || line.contains(u'\n')) {
+    return false;
+  }
+  const std::optional<BatchEntry> readBack = entryOfLine(line);
+  return readBack && readBack->path == path;
+}
+
+/// A link at a place that the person chose stays, and what it leads to is replaced.
+QString placeOf(const QString& path, platform::FileAccess access) {
+  const QString name = platform::withoutTrailingBlanks(path);
+  const QFileInfo info(name);
+  if (access == platform::FileAccess::Private || !info.isSymLink()) {
+    return name;
+  }
+  return info.exists() ? info.canonicalFilePath() : info.symLinkTarget();
+}
+
+/// Renaming would take the place of what could not have been written to.
+QString whyNotReplaced(const QString& place, platform::FileAccess access) {
+  const QFileInfo info(place);
+  if (!info.isAbsolute()) {
+    return QStringLiteral("it is in no folder");
+  }
+  if (access == platform::FileAccess::Private && !platform::isTrustedPrivateFile(place)) {
+    return QStringLiteral("it is a link or belongs to another user");
+  }
+  if (info.exists() && !info.isFile()) {
+    return QStringLiteral("it is no ordinary file");
+  }
+  if (info.exists() && !info.isWritable()) {
+    return QStringLiteral("Permission denied");
+  }
+  return {};
+}
+
+QString writeWhole(const QString& path, const QByteArray& bytes) {
+  const platform::FileAccess access = accessOf(path);
+  const QString place = placeOf(path, access);
+  if (const QString why = whyNotReplaced(place, access); !why.isEmpty()) {
+    return why;
+  }
+  QFile file;
+  platform::FileFailure failure;
+  const QString aside = platform::openAside(file, place, access, failure);
+  if (aside.isEmpty()) {
+    return failure.text;
+  }
+  bool whole = file.write(bytes) == bytes.size();
+  if (!whole) {
+    failure.text = file.errorString();
+  }
+  whole = whole && platform::syncToDisk(file, failure);
+  file.close();
+  if (!whole || !platform::replaceFile(aside, place, failure)) {
+    QFile::remove(aside);
+    return failure.text;
+  }
+  return {};
+}
+
+} // namespace
+
+ListFileContent parseListFile(const QByteArray& bytes) {
+  ListFileContent content;
+  const SystemCodePage codePage(bytes);
+  QByteArrayView rest(bytes);
+  if (rest.startsWith("\xEF\xBB\xBF")) {
+    rest = rest.sliced(3); // an editor's mark, no part of the first path
+  }
+  for (int number = 1; !rest.isEmpty(); ++number) {
+    if (number > maxListLines) {
+      return {.failure = QStringLiteral("it has too many lines to be a list"),
+              .entries = {},
+              .cutLine = 0};
+    }
+    const qsizetype end = rest.indexOf('\n');
+    const QString line = codePage.text(end < 0 ? rest : rest.first(end));
+    const bool tooLong = line.size() > maxListLine;
+    if (auto entry = entryOfLine(tooLong ? cutLine(line) : QStringView(line))) {
+      content.entries.push_back(*std::move(entry));
+    }
+    if (tooLong) {
+      content.cutLine = number;
+      break;
+    }
+    rest = end < 0 ? QByteArrayView() : rest.sliced(end + 1);
+  }
+  return content;
+}
+
+ListFileContent readListFile(const QString& path) {
+  QFile file;
+  platform::FileFailure failure;
+  if (!platform::openForReading(file, path, accessOf(path), failure)) {
+    return {.failure = failure.text, .entries = {}, .cutLine = 0};
+  }
+  if (file.size() > platform::TextReader::maxFileSize) {
+    return {.failure = QStringLiteral("it is too large to be a list"), .entries = {}, .cutLine = 0};
+  }
+  const QByteArray bytes = file.readAll();
+  if (file.error() != QFileDevice::NoError) {
+    return {.failure = file.errorString(), .entries = {}, .cutLine = 0};
+  }
+  return parseListFile(bytes);
+}
+
+ListFileSaved writeListFile(const QString& path, const std::vector<BatchEntry>& entries) {
+  ListFileSaved saved;
+  QByteArray bytes;
+  for (const BatchEntry& entry : entries) {
+    const QString line = lineOf(entry);
+    saved.notKept += isKept(line, entry.path) ? 0 : 1;
+    bytes += line.toUtf8() + '\n';
+  }
+  saved.failure = writeWhole(path, bytes);
+  return saved;
+}
+
+} // namespace folivex

@@ -1,0 +1,243 @@
+// The dialog, through its menus, keys, mouse and drops.
+#include "tests/batch/ListWindow.h"
+#include "tests/support/RecordingOperator.h"
+
+#include <QMenu>
+#include <QMenuBar>
+
+using namespace folivex;
+using namespace folivex::testing;
+
+namespace {
+
+class BatchListDialog : public ListWindow {};
+
+QStringList commandsOf(const QMenu* menu) {
+  QStringList texts;
+  for (const QAction* action : menu->actions()) {
+    if (!action->isSeparator()) {
+      texts += action->text();
+    }
+  }
+  return texts;
+}
+
+} // namespace
+
+TEST_F(BatchListDialog, LooksAsItIsKnown) {
+  EXPECT_EQ(m_list.windowTitle(), "Prepare batch list");
+  EXPECT_FALSE(m_list.isModal());
+  const auto menus = m_list.findChild<QMenuBar*>()->actions();
+  ASSERT_EQ(menus.size(), 2);
+  EXPECT_EQ(commandsOf(menus[0]->menu()),
+            (QStringList{"Add PDF File(s) to List", "&Scan for files", "Load List", "Append List",
+                         "Save List", "SaveAs List", "&Exit"}));
+  EXPECT_EQ(commandsOf(menus[1]->menu()).first(3),
+            (QStringList{"&Delete", "Move &Up", "&Move Down"}));
+  const int widths[] = {82, 460, 80};
+  const char* const headers[] = {"Use", "Filename", "Status"};
+  for (int column = 0; column < 3; ++column) {
+    EXPECT_EQ(table()->columnWidth(column), widths[column]) << column;
+    EXPECT_EQ(table()->model()->headerData(column, Qt::Horizontal).toString(), headers[column]);
+  }
+  EXPECT_TRUE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
+  fill("a");
+  EXPECT_FALSE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
+}
+
+TEST_F(BatchListDialog, PickedFilesAreAppended) {
+  m_dialogs.files = {{"/in/a.pdf", "/in/b.pdf"}, {"/in/a.pdf"}, {}};
+  for (int i = 0; i < 3; ++i) {
+    choose("addFiles");
+  }
+  EXPECT_EQ(shown(),
+            (QStringList{"Yes|/in/a.pdf|Ready.", "Yes|/in/b.pdf|Ready.", "Yes|/in/a.pdf|Ready."}));
+  EXPECT_EQ(m_dialogs.requests[0].title, "Add PDF File (Don't forget you can use drag and drop)");
+  EXPECT_EQ(m_dialogs.requests[2].startPath, "/in");
+  EXPECT_EQ(label("countLine"), "3 files, 3 in use.");
+}
+
+TEST_F(BatchListDialog, ListFiles) {
+  write("a.lst", "x.pdf||\n~y.pdf||\n");
+  m_dialogs.files = {{at("a.lst")}, {at("a.lst")}, {at("b.lst")}, {at("gone.lst")}, {}};
+  choose("loadList");
+  choose("appendList");
+  EXPECT_EQ(m_list.rows().count(), 4);
+  choose("saveListAs");
+  EXPECT_EQ(read("b.lst"), "x.pdf||\n~y.pdf||\nx.pdf||\n~y.pdf||\n");
+  choose("appendList");
+  EXPECT_EQ(m_list.rows().count(), 4);
+  EXPECT_TRUE(control<QLabel>(&m_list, "notice")->isVisible());
+  choose("saveList");
+  EXPECT_EQ(m_dialogs.messages,
+            (QStringList{"List saved to file: " + at("b.lst"), "Can't read list file.",
+                         "List saved to file: " + at("gone.lst")}));
+  choose("loadList"); // and given up
+  EXPECT_EQ(m_list.rows().count(), 0);
+  EXPECT_EQ(m_dialogs.requests[1].title, "Open List File");
+  EXPECT_EQ(m_dialogs.requests[2].title, "Save List File");
+}
+
+TEST_F(BatchListDialog, KeysMoveAndDelete) {
+  fill("abcde");
+  clickRow(2);
+  press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(order(), "acbde");
+  EXPECT_EQ(table()->firstSelectedRow(), 1);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(order(), "abdce");
+  EXPECT_EQ(table()->firstSelectedRow(), 3);
+
+  clickRow(0);
+  clickRow(2, Qt::ControlModifier);
+  clickRow(4, Qt::ControlModifier);
+  press(Qt::Key_Delete);
+  EXPECT_EQ(order(), "bc");
+  EXPECT_EQ(table()->firstSelectedRow(), -1);
+  press(Qt::Key_Delete);
+  press(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(table()->firstSelectedRow(), -1) << "Ctrl+A selected something";
+  EXPECT_EQ(order(), "bc");
+  // The keyboard goes on where it was.
+  press(Qt::Key_Down);
+  EXPECT_EQ(table()->firstSelectedRow(), 1);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(order(), "bc");
+}
+
+TEST_F(BatchListDialog, OnlyTheFirstSelectedRowMoves) {
+  fill("abcd");
+  clickRow(3);
+  clickRow(1, Qt::ControlModifier);
+  choose("moveUp");
+  EXPECT_EQ(order(), "bacd");
+  ASSERT_EQ(table()->selectedRows().size(), 1U);
+  EXPECT_EQ(table()->firstSelectedRow(), 0);
+}
+
+TEST_F(BatchListDialog, DoubleClickAndSpaceToggle) {
+  fill("abc");
+  clickRow(1);
+  QTest::mouseDClick(table()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(1));
+  EXPECT_EQ(shown(), (QStringList{"Yes|a|Ready.", "No|b|Ready.", "Yes|c|Ready."}));
+  clickRow(2, Qt::ShiftModifier);
+  press(Qt::Key_Space);
+  EXPECT_EQ(shown(), (QStringList{"Yes|a|Ready.", "Yes|b|Ready.", "No|c|Ready."}));
+  EXPECT_EQ(label("countLine"), "3 files, 2 in use.");
+}
+
+TEST_F(BatchListDialog, ContextMenu) {
+  fill("abc");
+  clickRow(1);
+  QStringList commands;
+  QTimer answer;
+  answer.callOnTimeout([&] {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      answer.stop();
+      commands = commandsOf(menu);
+      menu->setActiveAction(menu->actions().at(2));
+      QTest::keyClick(menu, Qt::Key_Return);
+    }
+  });
+  answer.start(0);
+  QContextMenuEvent event(QContextMenuEvent::Mouse, placeOf(1),
+                          table()->viewport()->mapToGlobal(placeOf(1)));
+  QApplication::sendEvent(table()->viewport(), &event);
+  EXPECT_EQ(commands, (QStringList{"&Delete", "&Move Up", "&Move Down"}));
+  EXPECT_EQ(order(), "acb");
+}
+
+TEST_F(BatchListDialog, DroppedFilesAndFolders) {
+  write("in/x.pdf");
+  write("in/notes.txt");
+  EXPECT_TRUE(drop({at("in/notes.txt"), at("gone.pdf"), at("in"), at("in/x.pdf")}));
+  EXPECT_TRUE(waitUntil([this] { return m_list.rows().count() == 3; }));
+  EXPECT_EQ(
+      texts(m_list.rows().all()),
+      (QStringList{"Yes " + at("in/notes.txt"), "Yes " + at("in/x.pdf"), "Yes " + at("in/x.pdf")}));
+  EXPECT_TRUE(m_dialogs.messages.isEmpty());
+  EXPECT_FALSE(drop({}));
+}
+
+TEST_F(BatchListDialog, EveryWayToCloseSavesAndKeepsTheRows) {
+  const std::function<void()> ways[] = {
+      [this] { click(&m_list, "close"); }, [this] { choose("exit"); },
+      [this] { press(Qt::Key_Escape); }, [this] { m_list.close(); }};
+  QByteArray expected;
+  for (const auto& close : ways) {
+    fill("a");
+    expected += "a||\n";
+    m_list.show();
+    close();
+    EXPECT_FALSE(m_list.isVisible());
+    EXPECT_EQ(m_list.result(), QDialog::Accepted);
+    EXPECT_EQ(read("tmp/default.lst"), expected);
+  }
+  EXPECT_TRUE(m_dialogs.messages.isEmpty());
+  m_list.show();
+  EXPECT_EQ(order(), "aaaa");
+
+  click(&m_list, "clearAll");
+  EXPECT_EQ(order(), "");
+  click(&m_list, "close");
+  EXPECT_EQ(read("tmp/default.lst"), expected);
+}
+
+TEST_F(BatchListDialog, FailedSaveIsToldAndTheRowsStay) {
+  fill("a");
+  qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+  ASSERT_TRUE(QDir(m_folder.path()).mkdir("tmp/default.lst"));
+  click(&m_list, "close");
+  EXPECT_EQ(m_dialogs.messages, QStringList{"Can't save to :" + at("tmp/default.lst")});
+  EXPECT_EQ(order(), "a");
+}
+
+TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
+  std::vector<BatchEntry> entries;
+  for (int i = 0; i < 40; ++i) {
+    entries.push_back(entry("Yes", write(QStringLiteral("%1.pdf").arg(i))));
+  }
+  m_list.rows().append(entries);
+  const QStringList before = shown();
+  int calls = 0;
+  m_list.onProcessList = [&] {
+    m_list.setRunning(true);
+    RunState state;
+    test::RecordingOperator person;
+    runBatch(m_list.rows(), state, person, [&](const QString&) {
+      if (calls++ == 0) {
+        EXPECT_EQ(shown().at(0), before.at(0).chopped(6) + "Processing");
+        clickRow(1);
+        press(Qt::Key_Delete);
+        press(Qt::Key_Z, Qt::ControlModifier);
+        press(Qt::Key_Space);
+        QTest::mouseDClick(table()->viewport(), Qt::LeftButton, Qt::NoModifier, placeOf(1));
+        for (const char* name : {"addFiles", "scan", "loadList", "appendList", "delete"}) {
+          choose(name);
+        }
+        EXPECT_FALSE(drop({at("0.pdf")}));
+        EXPECT_FALSE(control<QWidget>(&m_list, "clearAll")->isEnabled());
+        EXPECT_FALSE(control<QWidget>(&m_list, "processList")->isEnabled());
+      }
+      return calls != 2;
+    });
+    m_list.setRunning(false);
+  };
+  m_list.rows().setStatus(0, "Ready."); // the button learns of its handler with any change
+  click(&m_list, "processList");
+  EXPECT_EQ(calls, 40);
+  QStringList after = before;
+  after.replaceInStrings("Ready.", "Done");
+  after[1].replace("Done", "file error");
+  EXPECT_EQ(shown(), after);
+  EXPECT_TRUE(table()->viewport()->rect().contains(placeOf(39))) << "the last row is out of sight";
+  EXPECT_EQ(label("countLine"), "40 files, 40 in use; 39 done; 1 file error.");
+  EXPECT_TRUE(control<QWidget>(&m_list, "clearAll")->isEnabled());
+}
+
+TEST_F(BatchListDialog, NamesWithControlCharactersStayOnOneLine) {
+  m_list.rows().append({entry("Yes", "a\nb\x01.pdf")});
+  EXPECT_EQ(shown().at(0), QString::fromUtf8("Yes|a␊b␁.pdf|Ready."));
+  EXPECT_EQ(m_list.rows().path(0), "a\nb\x01.pdf");
+}

@@ -1,0 +1,142 @@
+// The list file: exact bytes out, every kind of line in, and nothing lost when writing fails.
+#include "batch/ListFile.h"
+#include "tests/batch/BatchBench.h"
+#include "tests/support/SmallDisk.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace folivex;
+using folivex::testing::entry;
+using folivex::testing::texts;
+
+namespace {
+
+class ListFile : public folivex::testing::BatchBench {
+protected:
+  QStringList filesIn(const QString& name) const {
+    return QDir(at(name)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+  }
+};
+
+mode_t modeOf(const QString& path) {
+  struct stat status {};
+  EXPECT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+  return status.st_mode & 0777;
+}
+
+} // namespace
+
+TEST_F(ListFile, BytesAreExact) {
+  const auto saved = writeListFile(
+      at("x.lst"), {entry("Yes", "a.pdf"), entry("No", "b.pdf"), entry("Yes, No Stamp", "c.pdf"),
+                    entry("", "d.pdf"), entry("Yes", QString::fromUtf8("Größe 日.pdf"))});
+  EXPECT_EQ(saved.failure, QString());
+  EXPECT_EQ(saved.notKept, 0);
+  EXPECT_EQ(read("x.lst"), "a.pdf||\n~b.pdf||\n+c.pdf||\nd.pdf||\nGr\xC3\xB6\xC3\x9F"
+                           "e \xE6\x97\xA5.pdf||\n");
+  EXPECT_EQ(texts(readListFile(at("x.lst")).entries),
+            (QStringList{"Yes a.pdf", "No b.pdf", "No c.pdf", "Yes d.pdf",
+                         QString::fromUtf8("Yes Größe 日.pdf")}));
+}
+
+TEST_F(ListFile, EveryKindOfLine) {
+  struct Case {
+    const char* fault;
+    QByteArray bytes;
+    QStringList rows;
+  };
+  const Case cases[] = {
+      {"line without bars", "d.pdf\n", {"Yes d.pdf"}},
+      {"last line without an end", "a||\nb||", {"Yes a", "Yes b"}},
+      {"reserved fields read as name", "a.pdf|x|y|z\n~b|1|\n", {"Yes a.pdf", "No b"}},
+      {"CR left on the name", "a.pdf||\r\nb.pdf\r\n", {"Yes a.pdf", "Yes b.pdf"}},
+      {"vertical tab and form feed", "a\vb||\nc\fd\n", {"Yes a", "Yes c"}},
+      {"break counted as first character", "\ra\rb\n", {"Yes \ra"}},
+      {"empty lines", "\n\na||\n\n", {"Yes a"}},
+      {"empty file", "", {}},
+      {"prefix alone", "~\n+||\n|x\n", {"No ", "No ", "Yes "}},
+      {"second prefix belongs to the name", "~~a\n+~b\n", {"No ~a", "No ~b"}},
+      {"zero byte", QByteArray("a\0b||\n\0\nc\n", 10), {"Yes a", "Yes c"}},
+      {"mark of an editor", "\xEF\xBB\xBF~a||\n", {"No a"}},
+      {"code page",
+       "Gr\xF6\xDF"
+       "e \x80.pdf||\n",
+       {QString::fromUtf8("Yes Größe €.pdf")}},
+      {"one odd byte makes all of it code page",
+       "\xC3\xB6||\n\xFF||\n",
+       {QString::fromUtf8("Yes Ã¶"), QString::fromUtf8("Yes ÿ")}},
+  };
+  for (const Case& each : cases) {
+    const ListFileContent content = parseListFile(each.bytes);
+    EXPECT_EQ(texts(content.entries), each.rows) << each.fault;
+    EXPECT_EQ(content.cutLine, 0) << each.fault;
+  }
+}
+
+TEST_F(ListFile, ReadingEndsAtALineThatIsTooLong) {
+  const QByteArray fits(254, 'x');
+  for (const char* end : {"\n", ""}) {
+    const ListFileContent whole = parseListFile(fits + end);
+    EXPECT_EQ(whole.entries.at(0).path, QString(fits));
+    EXPECT_EQ(whole.cutLine, 0);
+  }
+  const ListFileContent cut = parseListFile("a||\n" + fits + "y||\nb||\n");
+  ASSERT_EQ(cut.entries.size(), 2U);
+  EXPECT_EQ(cut.entries[1].path, QString(fits));
+  EXPECT_EQ(cut.cutLine, 2);
+  // Characters count, not bytes; and no half of one stays.
+  const QString wide = QString::fromUtf8("é").repeated(253) + QString::fromUtf8("😀");
+  EXPECT_EQ(parseListFile(wide.toUtf8()).entries.at(0).path, wide.first(253));
+}
+
+TEST_F(ListFile, UnreadableFilesSayWhy) {
+  ASSERT_EQ(mkfifo(QFile::encodeName(at("pipe")).constData(), 0600), 0);
+  write("lines", QByteArray("a\n").repeated(maxListLines + 1));
+  for (const char* name : {"missing", "tmp", "pipe", "lines"}) {
+    const ListFileContent content = readListFile(at(name));
+    EXPECT_FALSE(content.failure.isEmpty()) << name;
+    EXPECT_TRUE(content.entries.empty()) << name;
+  }
+}
+
+TEST_F(ListFile, PathsThatTheFormatCannotHoldAreCounted) {
+  const QString longest(252, 'x');
+  const auto saved =
+      writeListFile(at("x.lst"), {entry("Yes", longest), entry("No", longest), entry("Yes", "a|b"),
+                                  entry("Yes", "a\nb"), entry("Yes", "~a"), entry("No", "~a")});
+  EXPECT_EQ(saved.failure, QString());
+  EXPECT_EQ(saved.notKept, 4);
+}
+
+TEST_F(ListFile, FailedWriteLeavesTheOldFileAndNothingElse) {
+  write("tmp/full/x.lst", "old||\n");
+  {
+    const test::SmallDisk disk(4096);
+    const std::vector<BatchEntry> many(1000, entry("Yes", "a.pdf"));
+    EXPECT_FALSE(writeListFile(at("tmp/full/x.lst"), many).failure.isEmpty());
+  }
+  EXPECT_EQ(read("tmp/full/x.lst"), "old||\n");
+  EXPECT_EQ(filesIn("tmp/full"), QStringList{"x.lst"});
+  for (const QString& place :
+       {at("tmp"), at("none/x.lst"), QStringLiteral("/dev/null"), QStringLiteral("default.lst")}) {
+    EXPECT_FALSE(writeListFile(place, {}).failure.isEmpty()) << place.toStdString();
+  }
+  EXPECT_FALSE(QFile::exists("default.lst"));
+}
+
+TEST_F(ListFile, LinksStayButNotInTheTemporaryFolder) {
+  const QString target = write("target.lst", "old||\n");
+  ASSERT_TRUE(QFile::link(target, at("link.lst")));
+  ASSERT_TRUE(QFile::link(target, at("tmp/link.lst")));
+  EXPECT_EQ(writeListFile(at("link.lst"), {entry("Yes", "new")}).failure, QString());
+  EXPECT_TRUE(QFileInfo(at("link.lst")).isSymLink());
+  EXPECT_EQ(read("target.lst"), "new||\n");
+
+  EXPECT_FALSE(writeListFile(at("tmp/link.lst"), {entry("Yes", "again")}).failure.isEmpty());
+  EXPECT_FALSE(readListFile(at("tmp/link.lst")).failure.isEmpty());
+  EXPECT_EQ(read("target.lst"), "new||\n");
+
+  EXPECT_EQ(writeListFile(at("tmp/default.lst"), {}).failure, QString());
+  EXPECT_EQ(modeOf(at("tmp/default.lst")), 0600U);
+}

@@ -1,0 +1,95 @@
+// ListWindow: the batch list's dialog, shown, with a model tester on its rows.
+#pragma once
+
+#include "batch/BatchTable.h"
+#include "batch/CBatchList.h"
+#include "tests/batch/BatchBench.h"
+#include "tests/support/WindowBench.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QUrl>
+
+namespace folivex::testing {
+
+class ListWindow : public BatchBench {
+protected:
+  ListWindow() {
+    m_list.show();
+    m_list.activateWindow();
+    EXPECT_TRUE(waitUntil([this] { return m_list.isActiveWindow(); }));
+    table()->setFocus();
+  }
+
+  BatchTable* table() { return static_cast<BatchTable*>(control<QTableView>(&m_list, "list")); }
+  void choose(const char* action) { control<QAction>(&m_list, action)->trigger(); }
+  QString label(const char* name) { return control<QLabel>(&m_list, name)->text(); }
+
+  /// As the view shows them: "Yes|a.pdf|Ready."
+  QStringList shown() {
+    QStringList rows;
+    const QAbstractItemModel* model = table()->model();
+    for (int row = 0; row < model->rowCount(); ++row) {
+      QStringList cells;
+      for (int column = 0; column < model->columnCount(); ++column) {
+        cells += model->index(row, column).data().toString();
+      }
+      rows += cells.join('|');
+    }
+    return rows;
+  }
+  /// Their paths, one letter each.
+  QString order() {
+    QString names;
+    for (const BatchEntry& one : m_list.rows().all()) {
+      names += one.path;
+    }
+    return names;
+  }
+
+  void fill(const QString& letters) {
+    std::vector<BatchEntry> entries;
+    for (const QChar letter : letters) {
+      entries.push_back(entry("Yes", letter));
+    }
+    m_list.rows().append(std::move(entries));
+  }
+
+  QPoint placeOf(int row) {
+    return table()->visualRect(table()->model()->index(row, 1)).center();
+  }
+  void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::mouseClick(table()->viewport(), Qt::LeftButton, modifiers, placeOf(row));
+  }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(table(), key, modifiers);
+  }
+
+  /// Whether the dialog took them.
+  bool drop(const QStringList& paths) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& path : paths) {
+      urls += QUrl::fromLocalFile(path);
+    }
+    data.setUrls(urls);
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QApplication::sendEvent(&m_list, &enter);
+    QDropEvent dropped({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    dropped.ignore();
+    QApplication::sendEvent(&m_list, &dropped);
+    EXPECT_EQ(enter.isAccepted(), dropped.isAccepted());
+    return dropped.isAccepted();
+  }
+
+  ScriptedDialogs m_dialogs;
+  CBatchList m_list{m_dialogs};
+  QAbstractItemModelTester m_tester{table()->model(),
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+} // namespace folivex::testing
