@@ -77,6 +77,19 @@ void end(QProcess& process) {
   }
 }
 
+ConverterEnd endOf(const QProcess& process) {
+  if (process.exitStatus() == QProcess::NormalExit) {
+    return ConverterEnd::Exited;
+  }
+#if defined(Q_OS_UNIX)
+  // For a program that a signal ended, Qt hands on the signal.
+  if (process.exitCode() == SIGXFSZ) {
+    return ConverterEnd::WroteTooMuch;
+  }
+#endif
+  return ConverterEnd::Crashed;
+}
+
 } // namespace
 
 void passOnStopSignals() {
@@ -119,9 +132,8 @@ ConverterRun runConverter(const QStringList& arguments, const QString& workFolde
     run.end = stopAsked != 0 ? ConverterEnd::Stopped : ConverterEnd::TimedOut;
     return run;
   }
-  run.end =
-      process.exitStatus() == QProcess::NormalExit ? ConverterEnd::Exited : ConverterEnd::Crashed;
   run.exitCode = process.exitCode();
+  run.end = endOf(process);
   return run;
 }
 

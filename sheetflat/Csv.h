@@ -21,7 +21,7 @@ struct CsvText {
 };
 
 /// More bytes than this are no list of anybody's: nothing larger is read or written.
-inline constexpr qint64 csvSizeLimit = 64LL * 1024 * 1024;
+inline constexpr qint64 csvSizeLimit = 32LL * 1024 * 1024;
 
 /// The whole text of the file at `path`, lines ended by LF. UTF-8 or UTF-16 by its byte-order mark,
 /// else UTF-8 where it is valid, else Windows-1252. False, with the reason in `problem`, when it

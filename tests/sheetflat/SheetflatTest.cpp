@@ -1,0 +1,197 @@
+// Sheetflat as a process, with the real converter behind it.
+#include "tests/sheetflat/SheetBench.h"
+
+namespace {
+
+using folivex::test::ProgramRun;
+using folivex::test::runProgram;
+
+class Sheetflat : public folivex::test::SheetBench {
+protected:
+  void SetUp() override {
+    SheetBench::SetUp();
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("out")));
+  }
+
+  QString output() const { return path(QStringLiteral("out/sheet.csv")); }
+
+  QStringList outputs() const {
+    return QDir(path(QStringLiteral("out")))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+  }
+
+  QByteArray flatten(const QString& source) const {
+    QFile::remove(output());
+    const ProgramRun run = runProgram(program, {source, output()});
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    return contentOf(output());
+  }
+};
+
+TEST_F(Sheetflat, EveryKindGivesTheSameTable) {
+  // Blank rows in front, text that looks like a number, quotes and line breaks inside a cell.
+  const QByteArray rows = R"([[], [], ["Email", "File", "Page"],
+    ["käthe@exämple.de", "Rechnung, \"März\".pdf", 3],
+    [],
+    ["渡辺@例え.jp", "請求書.pdf", 1234567890123456, "00123", "1E5", "one\ntwo; three"]])";
+  const QByteArray expected = "\n\nEmail,File,Page,,,\n"
+                              "käthe@exämple.de,\"Rechnung, \"\"März\"\".pdf\",3,,,\n"
+                              ",,,,,\n"
+                              "渡辺@例え.jp,請求書.pdf,1234567890123456,00123,1E5,\"one\ntwo; "
+                              "three\"\n";
+  for (const char* name : {"a.xlsx", "a.xls", "a.ods", "100% #1;%20%n ü.xlsx"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(flatten(makeSheet(QString::fromUtf8(name), rows)), expected);
+  }
+  EXPECT_EQ(outputs(), QStringList{QStringLiteral("sheet.csv")});
+  EXPECT_FALSE(QFile::permissions(output()) & (QFile::ReadGroup | QFile::ReadOther));
+}
+
+TEST_F(Sheetflat, CellsReadAsTheSheetShowsThemButNumbersInFull) {
+  const QByteArray rows = R"([
+    [{"number": 123, "format": "000000"}, {"date": "2026-03-04", "format": "dd.mm.yyyy"},
+     {"number": 1234.5, "format": "#,##0.00"}, {"number": 7, "format": "\"INV-\"0000"}],
+    [10000000007, 123456789.125, {"number": 3.7, "format": "0"}, -5]])";
+  const QByteArray expected = "000123,04.03.2026,\"1,234.50\",INV-0007\n"
+                              "10000000007,123456789.125,3.7,-5\n";
+  for (const char* name : {"a.xlsx", "a.xls"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(flatten(makeSheet(QString::fromUtf8(name), rows)), expected);
+  }
+}
+
+TEST_F(Sheetflat, TakesTheKeptValueOfAFormulaThatItCannotWorkOut) {
+  const QByteArray rows =
+      R"json([["Email", {"formula": "=_xlfn.XLOOKUP(1,B1,C1)", "cached": "a@b.org"},
+    {"formula": "=[1]Customers!A1", "cached": "c@d.org"}]])json";
+  EXPECT_EQ(flatten(makeSheet(QStringLiteral("a.xlsx"), rows)), "Email,a@b.org,c@d.org\n");
+}
+
+TEST_F(Sheetflat, TenThousandRows) {
+  const QByteArray rows = R"([["Email", "File"],
+    [{"repeat": 10000}, "customer#@example.org", "invoice\n#.pdf"]])";
+  for (const char* name : {"a.xlsx", "a.xls", "a.ods"}) {
+    SCOPED_TRACE(name);
+    const QByteArray csv = flatten(makeSheet(QString::fromUtf8(name), rows));
+    EXPECT_EQ(csv.count("@example.org,"), 10000);
+    EXPECT_TRUE(csv.endsWith("\ncustomer10000@example.org,\"invoice\n10000.pdf\"\n"));
+  }
+}
+
+TEST_F(Sheetflat, TextOfEveryFashionIsNormalised) {
+  struct Row {
+    const char* fault;
+    QByteArray text;
+    QByteArray expected;
+  };
+  const std::vector<Row> rows = {
+      {"byte-order mark kept",
+       "\xef\xbb\xbf"
+       "Email,File\n",
+       "Email,File\n"},
+      {"code page read as UTF-8", "Email;File\r\nk\xe4the@x.de;\x80 5.pdf\r\n",
+       "Email,File\nkäthe@x.de,€ 5.pdf\n"},
+      {"UTF-16 of a spreadsheet's text export",
+       QByteArray("\xff\xfe"
+                  "E\0\t\0F\0\r\0\n\0",
+                  12),
+       "E,F\n"},
+      {"commas in the texts taken for separators",
+       "Email;Body\na@x.de;Dear Sir, thank you, again\nb@x.de;Hello, you\n",
+       "Email,Body\na@x.de,\"Dear Sir, thank you, again\"\nb@x.de,\"Hello, you\"\n"},
+      {"title row decides on the separator",
+       "Customers, May, all of them\nEmail\tFile\na@x\tb\nc@x\td\n",
+       "\"Customers, May, all of them\"\nEmail,File\na@x,b\nc@x,d\n"},
+      {"separator line read as a row", "sep=;\nEmail;A,B\n", "Email,\"A,B\"\n"},
+      {"quotes and line ends", "a,\"b \"\"c\"\"\r\nd\",e \"f\"\ng,\"h\"i\n",
+       "a,\"b \"\"c\"\"\nd\",\"e \"\"f\"\"\"\ng,hi\n"},
+      {"blank rows lost", "Email,File\n\n\na,b", "Email,File\n\n\na,b\n"},
+      {"empty file", "", ""},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    EXPECT_EQ(flatten(makeFile(QStringLiteral("list.xls"), row.text)), row.expected);
+  }
+}
+
+TEST_F(Sheetflat, SaysWhatIsWrongAndLeavesNothing) {
+  const QString sheet = makeSheet(QStringLiteral("good.xlsx"), R"([["Email"]])");
+  const QByteArray good = contentOf(sheet);
+  // An encrypted workbook is a compound file with a stream of this name.
+  const QByteArray oldSheet = contentOf(makeSheet(QStringLiteral("good.xls"), R"([["Email"]])"));
+  const QByteArray streamName("E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0", 32);
+  const qsizetype workbookName = oldSheet.indexOf(QByteArray("W\0o\0r\0k\0b\0o\0o\0k\0", 16));
+  ASSERT_GT(workbookName, 0);
+  QByteArray encrypted = oldSheet;
+  encrypted.replace(workbookName, streamName.size(), streamName);
+  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("nothing")));
+  QProcessEnvironment bare = QProcessEnvironment::systemEnvironment();
+  bare.insert(QStringLiteral("PATH"), path(QStringLiteral("nothing")));
+
+  const auto expectRefusal = [this](const ProgramRun& run, int code, const char* said) {
+    SCOPED_TRACE(said);
+    EXPECT_EQ(run.exitCode, code);
+    EXPECT_TRUE(run.err.contains(said)) << run.err.toStdString();
+    EXPECT_EQ(outputs(), QStringList());
+  };
+  const auto refuse = [&](const QByteArray& content, int code, const char* said) {
+    const QString source = makeFile(QStringLiteral("bad.xlsx"), content);
+    expectRefusal(runProgram(program, {source, output()}), code, said);
+  };
+  expectRefusal(runProgram(program, {sheet, output()}, bare), 3, "is not installed");
+  expectRefusal(runProgram(program, {path(QStringLiteral("absent.xlsx")), output()}), 5,
+                "No such file");
+  expectRefusal(runProgram(program, {sheet, path(QStringLiteral("absent/sheet.csv"))}), 7,
+                "cannot be written");
+  expectRefusal(runProgram(program, {sheet, path(QStringLiteral("out"))}), 7, "cannot be written");
+  expectRefusal(runProgram(program, {sheet}), 2, "usage:");
+  refuse(good.left(good.size() / 2), 5, "it is damaged");
+  refuse(oldSheet.left(oldSheet.size() / 2), 5, "it is damaged");
+  refuse(encrypted, 6, "protected by a password");
+  refuse(contentOf(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf")), 5,
+         "no spreadsheet");
+  refuse("<html><table><tr><td>Email</td></tr></table></html>", 5, "web page");
+  refuse("Email,File\na,\"b\nc,d\n", 5, "opened in row 2 is never closed");
+}
+
+// A cell in the last corner makes a table of 17 thousand million cells, which keeps the converter
+// busy until it meets its limit.
+constexpr const char* farCorner = R"([["Email", {"number": 1, "at": "XFD1048576"}]])";
+
+TEST_F(Sheetflat, ATableWithoutEndIsRefused) {
+  const QString source = makeSheet(QStringLiteral("far.xlsx"), farCorner);
+  const ProgramRun run = runProgram(program, {source, output()});
+  EXPECT_EQ(run.exitCode, 8) << run.err.toStdString();
+  EXPECT_TRUE(run.err.contains("more than 32 MB")) << run.err.toStdString();
+  EXPECT_EQ(outputs(), QStringList());
+}
+
+// Programs that still run in a folder.
+QStringList processesIn(const QString& workFolder) {
+  QStringList found;
+  for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    if (QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(entry)) == workFolder) {
+      found += entry;
+    }
+  }
+  return found;
+}
+
+TEST_F(Sheetflat, ToldToStopItEndsTheConverterAndCleansUp) {
+  QProcess process;
+  process.start(program, {makeSheet(QStringLiteral("far.xlsx"), farCorner), output()});
+  ASSERT_TRUE(process.waitForStarted(-1));
+  QString workFolder;
+  while (workFolder.isEmpty() || processesIn(workFolder).isEmpty()) {
+    ASSERT_FALSE(process.waitForFinished(10)) << "it ended before it could be stopped";
+    const QStringList workFolders = outputs().filter(QStringLiteral(".sheetflat-"));
+    workFolder = workFolders.isEmpty() ? QString() : path(QStringLiteral("out/") + workFolders[0]);
+  }
+  process.terminate();
+  ASSERT_TRUE(process.waitForFinished(folivex::test::hangLimit));
+  EXPECT_EQ(process.exitCode(), 143);
+  EXPECT_EQ(outputs(), QStringList());
+  EXPECT_EQ(processesIn(workFolder), QStringList());
+}
+
+} // namespace
