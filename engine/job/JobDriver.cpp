@@ -236,6 +236,7 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
       setup, m_state, m_libraries.text, m_person, {source, scannedFile(source), pageCount},
       {places, setup.createList ? static_cast<OutputList&>(list) : writer, reports, m_emails, {}});
   pipeline.run();
+  writer.finish();
   m_libraries.append.FinishAppends();
   m_writtenFiles = writer.writtenFiles();
   if (setup.createList) {

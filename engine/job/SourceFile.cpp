@@ -21,10 +21,6 @@ int readAheadThreads() {
   return std::clamp(QThread::idealThreadCount(), 1, most);
 }
 
-} // namespace
-
-namespace {
-
 /// A pipe or device may never come to an end, and neither library could be stopped.
 bool isNoOrdinaryFile(const QString& path) {
   const QFileInfo file(path);
@@ -43,6 +39,7 @@ void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup
     return;
   }
   m_splits = true;
+  m_libraries.split.SetWriteBehind(1);
   m_libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
   const int result = m_libraries.split.PdfTextDumpOpenFile(utf16(source), utf16(setup.pdfPassword));
   if (result == CSplitPdfInit::ok) {

@@ -2,10 +2,16 @@
 
 #include <cleftor/cleftor.h>
 
+#include <cstddef>
+
 namespace folivex {
 
 static_assert(CSplitPdfInit::ok == CLEFTOR_OK && CSplitPdfInit::cannotOpen == CLEFTOR_CANNOT_OPEN &&
               CSplitPdfInit::fileEncrypted == CLEFTOR_FILE_ENCRYPTED);
+static_assert(sizeof(CSplitPdfInit::FailedRange) == sizeof(CleftorFailedRange) &&
+              offsetof(CSplitPdfInit::FailedRange, reason) ==
+                  offsetof(CleftorFailedRange, reason) &&
+              offsetof(CSplitPdfInit::FailedRange, last) == offsetof(CleftorFailedRange, last));
 
 CSplitPdfInit::CSplitPdfInit()
     : LoadedLibrary(QStringLiteral("CleftorU"), "CleftorInterfaceVersion",
@@ -22,9 +28,18 @@ CSplitPdfInit::CSplitPdfInit()
   bind(SplitPdfPages, "SplitPdfPages");
   bind(SetKeepBookmarks, "SetKeepBookmarks");
   bind(SetPageRotation, "SetPageRotation");
+  bind(SetWriteBehind, "SetWriteBehind");
+  bind(DrainRanges, "DrainRanges");
+  bind(TakeFailedRange, "TakeFailedRange");
   bind(GetFileFacts, "GetFileFacts");
   bind(CleftorLastError, "CleftorLastError");
   bind(CleftorLastErrorText, "CleftorLastErrorText");
+}
+
+CSplitPdfInit::~CSplitPdfInit() {
+  if (loaded) {
+    SetWriteBehind(0); // its thread must not outlive the library
+  }
 }
 
 QString CSplitPdfInit::lastErrorText() const {

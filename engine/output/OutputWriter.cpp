@@ -12,10 +12,17 @@
 
 namespace folivex {
 
+namespace {
+
+/// While the library is waited for, a window is kept alive this often.
+constexpr int waitStepMs = 20;
+
+} // namespace
+
 OutputWriter::OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries,
                            Operator& person, PageAccount& account)
-    : m_setup(setup), m_state(state), m_libraries(libraries), m_person(person), m_account(account) {
-}
+    : m_setup(setup), m_state(state), m_libraries(libraries), m_person(person), m_account(account),
+      m_handed(libraries.split) {}
 
 void OutputWriter::startSource(const QString& source, int totalPages) {
   m_source = source;
@@ -87,16 +94,17 @@ void OutputWriter::runExternalCommand(const ReservedOutput& output) {
 
 void OutputWriter::writeWithLibrary(const ReservedOutput& output) {
   m_person.handlePendingEvents();
-  if (m_setup.alwaysAppend && QFileInfo::exists(output.path)) {
+  settle(0);
+  if (m_setup.alwaysAppend && (QFileInfo::exists(output.path) || m_handed.holds(output.path))) {
     appendTo(output);
-  } else if (writePages(output, output.path)) {
-    wrote(output);
+  } else if (handOver(output, output.path)) {
+    m_handed.add(output);
   } else {
     failed(output, m_libraries.split.lastErrorText());
   }
 }
 
-bool OutputWriter::writePages(const ReservedOutput& output, const QString& target) {
+bool OutputWriter::handOver(const ReservedOutput& output, const QString& target) {
   const int result = m_libraries.split.SplitPdfPages(utf16(target), output.firstPage,
                                                      output.lastPage, m_totalPages);
   m_person.handlePendingEvents();
@@ -104,11 +112,44 @@ bool OutputWriter::writePages(const ReservedOutput& output, const QString& targe
   return result == CSplitPdfInit::ok;
 }
 
+/// Empty, or why the pages could not be written.
+QString OutputWriter::writeAtOnce(const ReservedOutput& output, const QString& target) {
+  finish();
+  if (!handOver(output, target)) {
+    return m_libraries.split.lastErrorText();
+  }
+  while (m_libraries.split.DrainRanges(waitStepMs) > 0) {
+    m_person.handlePendingEvents();
+  }
+  CSplitPdfInit::FailedRange failure{};
+  return m_libraries.split.TakeFailedRange(&failure) == CSplitPdfInit::ok
+             ? QString()
+             : QString::fromUtf16(failure.reason);
+}
+
+void OutputWriter::settle(int milliseconds) {
+  for (const HandedOutputs::Fate& fate : m_handed.settled(milliseconds)) {
+    if (fate.failed) {
+      failed(fate.output, fate.problem);
+    } else {
+      wrote(fate.output);
+    }
+  }
+}
+
+void OutputWriter::finish() {
+  settle(waitStepMs);
+  while (!m_handed.isEmpty()) {
+    m_person.handlePendingEvents();
+    settle(waitStepMs);
+  }
+}
+
 void OutputWriter::appendTo(const ReservedOutput& output) {
   const QString addition = output.path + QStringLiteral(".tmp");
   QFile::remove(addition);
-  if (!writePages(output, addition)) {
-    failed(output, m_libraries.split.lastErrorText());
+  if (const QString problem = writeAtOnce(output, addition); !problem.isEmpty()) {
+    failed(output, problem);
     return;
   }
   const bool appended =

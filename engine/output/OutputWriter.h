@@ -4,6 +4,7 @@
 #include "engine/job/Operator.h"
 #include "engine/job/RunState.h"
 #include "engine/naming/OutputReservation.h"
+#include "engine/output/HandedOutputs.h"
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SplitSetup.h"
 
@@ -18,7 +19,8 @@ class CSplitPdfInit;
 /// file that exists when the setup says so, or with the external command. Every output is counted
 /// in RunState::outputCount when it is taken on (one that is written again, longer, once), and its
 /// pages in the PageAccount when its fate is known. A failed output does not end the run (see
-/// RunError for what does); it leaves nothing half-written.
+/// RunError for what does); it leaves nothing half-written. The split library may write beside the
+/// engine's further work: finish() waits for it.
 class OutputWriter : public OutputList {
 public:
   struct Libraries {
@@ -35,14 +37,20 @@ public:
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
 
-  /// Files that were really written since startSource(); one that was appended to counts once.
+  /// Waits until the fate of every output is known. To be called when the last one has come.
+  void finish();
+
+  /// Files that were really written since startSource(), after finish(); one that was appended to
+  /// counts once.
   int writtenFiles() const { return static_cast<int>(m_writtenPaths.size()); }
 
 private:
   void makeFolderOf(const QString& path);
   void runExternalCommand(const ReservedOutput& output);
   void writeWithLibrary(const ReservedOutput& output);
-  bool writePages(const ReservedOutput& output, const QString& target);
+  bool handOver(const ReservedOutput& output, const QString& target);
+  QString writeAtOnce(const ReservedOutput& output, const QString& target);
+  void settle(int milliseconds);
   void appendTo(const ReservedOutput& output);
   void appendFailed(const ReservedOutput& output);
   void wrote(const ReservedOutput& output);
@@ -53,6 +61,7 @@ private:
   Libraries m_libraries;
   Operator& m_person;
   PageAccount& m_account;
+  HandedOutputs m_handed;
   QString m_source;
   int m_totalPages = 0;
   QSet<QString> m_writtenPaths;

@@ -15,7 +15,7 @@ std::string writePlain(const std::string& name, int pages = 1) {
   for (int i = 1; i <= pages; ++i)
     pdf.addPage("BT /F 10 Tf 50 700 Td (Page" + std::to_string(i) + ") Tj ET", fonts);
   pdf.addToTrailer("/ID[<0011><0011>]");
-  const std::string path = pathFor(name);
+  std::string path = pathFor(name);
   pdf.write(path);
   return path;
 }
@@ -153,13 +153,17 @@ TEST(PageCounts, AreThoseOfPagesThatExist) {
 TEST(PageCounts, LoopsAndDoublingsInTheTreeEnd) {
   PdfBuilder pdf;
   const int page = pdf.add("<</Type/Page/MediaBox[0 0 9 9]>>");
-  std::vector<int> nodes;
-  for (int i = 0; i < 300; ++i)
-    nodes.push_back(pdf.reserve());
+  std::vector<int> nodes(300);
+  for (int& node : nodes)
+    node = pdf.reserve();
   const std::string last = PdfBuilder::ref(nodes[299]);
   for (std::size_t i = 0; i < nodes.size(); ++i) {
     const std::string below = PdfBuilder::ref(i + 1 < nodes.size() ? nodes[i + 1] : 2);
-    pdf.set(nodes[i], "<</Type/Pages/Count 9/Kids[" + below + " " + below + " 2 0 R null 7]>>");
+    pdf.set(nodes[i], std::string("<</Type/Pages/Count 9/Kids[")
+                          .append(below)
+                          .append(" ")
+                          .append(below)
+                          .append(" 2 0 R null 7]>>"));
   }
   pdf.set(2, "<</Type/Pages/Count 9/Kids[" + PdfBuilder::ref(nodes[0]) + " " +
                  PdfBuilder::ref(page) + "]>>");

@@ -40,9 +40,9 @@ TEST(Hostile, FormsThatDrawThemselvesEnd) {
 
 TEST(Hostile, FormsThatMultiplyEndByTheLimitOfContent) {
   PdfBuilder pdf;
-  std::vector<int> forms;
-  for (int i = 0; i < 20; ++i)
-    forms.push_back(pdf.reserve());
+  std::vector<int> forms(20);
+  for (int& form : forms)
+    form = pdf.reserve();
   for (std::size_t i = 0; i < forms.size(); ++i) {
     const std::string next =
         i + 1 < forms.size() ? "/XObject<</N " + PdfBuilder::ref(forms[i + 1]) + ">>" : "";
@@ -56,9 +56,9 @@ TEST(Hostile, FormsThatMultiplyEndByTheLimitOfContent) {
 TEST(Hostile, DeepNestingEndsAndTheWordsAboveStay) {
   PdfBuilder pdf;
   const std::string fonts = plainFonts(pdf);
-  std::vector<int> forms;
-  for (int i = 0; i < 200; ++i)
-    forms.push_back(pdf.reserve());
+  std::vector<int> forms(200);
+  for (int& form : forms)
+    form = pdf.reserve();
   for (std::size_t i = 0; i < forms.size(); ++i)
     pdf.set(forms[i], PdfBuilder::stream(
                           "BT /F 1 Tf 50 " + std::to_string(700 - i) + " Td (x) Tj ET /N Do",

@@ -18,7 +18,7 @@ std::string manyPages() {
       content += "[(Page)-200(" + std::to_string(i) + ")] TJ /T 9 Tf 0 -20 Td ";
     pdf.addPage(content + "ET", fonts);
   }
-  const std::string path = pathFor("ahead.pdf");
+  std::string path = pathFor("ahead.pdf");
   pdf.write(path);
   return path;
 }

@@ -20,7 +20,7 @@ std::string threePages() {
     pdf.addPage("BT /B 12 Tf 50 100 Td (low) Tj 0 600 Td (" + std::string(text) + ") Tj (" +
                     " head) Tj 0 -600 Td (low) Tj ET",
                 fonts);
-  const std::string path = pathFor("three.pdf");
+  std::string path = pathFor("three.pdf");
   pdf.write(path);
   return path;
 }

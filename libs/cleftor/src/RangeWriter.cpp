@@ -15,8 +15,14 @@ namespace cleftor {
 
 namespace {
 
-/** Ranges that may wait: enough to even out large and small ones, few enough to stop soon. */
-constexpr size_t room = 64;
+/** What may wait: enough to even out large and small ranges, little enough to be done soon when the
+ * caller wants to stop. */
+constexpr size_t mostRanges = 64;
+constexpr int32_t mostPages = 256;
+
+int32_t pagesOf(const RangeOrder& order) {
+  return order.last - order.first + 1;
+}
 
 std::string pagesText(const RangeOrder& order) {
   return std::to_string(order.first) + " to " + std::to_string(order.last);
@@ -71,32 +77,33 @@ void RangeWriter::release(std::shared_ptr<Source> source) {
   put({std::move(source), {}});
 }
 
+/** A range that is longer than the whole room waits alone. */
+bool RangeWriter::hasRoomFor(int32_t pages) const {
+  return m_waiting.empty() ||
+         (m_waiting.size() < mostRanges && m_waitingPages <= mostPages - pages);
+}
+
 void RangeWriter::put(Task task) {
+  const int32_t pages = task.order ? pagesOf(*task.order) : 0;
   {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_waiting.size() < room; });
+    m_changed.wait(lock, [&] { return hasRoomFor(pages); });
+    m_waitingPages += pages;
+    m_unfinished += task.order ? 1 : 0;
     m_waiting.push_back(std::move(task));
   }
   m_changed.notify_all();
 }
 
-void RangeWriter::drain() {
+int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
   std::unique_lock lock(m_mutex);
-  m_changed.wait(lock, [this] { return m_waiting.empty() && !m_isWriting; });
-}
-
-void RangeWriter::drop() {
-  std::deque<Task> dropped;
-  {
-    const std::lock_guard lock(m_mutex);
-    dropped.swap(m_waiting);
+  const auto isDone = [this] { return m_unfinished == 0; };
+  if (longest) {
+    m_changed.wait_for(lock, *longest, isDone);
+  } else {
+    m_changed.wait(lock, isDone);
   }
-  m_changed.notify_all();
-  for (Task& task : dropped) {
-    if (task.order) {
-      fail(std::move(*task.order), CLEFTOR_DROPPED, "The range was given up before it was written");
-    }
-  }
+  return m_unfinished;
 }
 
 std::optional<FailedRange> RangeWriter::takeFailure() {
@@ -145,14 +152,14 @@ void RangeWriter::work() {
     }
     Task task = std::move(m_waiting.front());
     m_waiting.pop_front();
-    // Letting go of a source holds nobody up.
-    m_isWriting = task.order.has_value();
+    const bool isRange = task.order.has_value();
+    m_waitingPages -= isRange ? pagesOf(*task.order) : 0;
     lock.unlock();
     m_changed.notify_all();
     perform(task);
     task.source.reset();
     lock.lock();
-    m_isWriting = false;
+    m_unfinished -= isRange ? 1 : 0;
     m_changed.notify_all();
   }
 }

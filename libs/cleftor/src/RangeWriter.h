@@ -4,6 +4,7 @@
 #include "RangeBuilder.h"
 #include "Source.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -53,11 +54,8 @@ public:
   /** Takes a checked range over; waits while as many are waiting as there is room for. */
   void hand(std::shared_ptr<Source> source, RangeOrder order);
 
-  /** Waits until every range is written. */
-  void drain();
-
-  /** Gives up the ranges that no writing has begun for; each counts as failed. */
-  void drop();
+  /** Waits until every range is written, or this long; how many are left. */
+  int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
   /** Frees a source, which takes a while for a large one, without making the caller wait. */
   void release(std::shared_ptr<Source> source);
@@ -77,14 +75,16 @@ private:
   void work();
   void perform(Task& task);
   void put(Task task);
+  bool hasRoomFor(int32_t pages) const;
   void fail(RangeOrder order, int32_t code, const std::string& reason);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_changed;
   std::deque<Task> m_waiting;
+  int32_t m_waitingPages = 0;
+  int32_t m_unfinished = 0; /**< ranges that wait or are being written */
   std::deque<FailedRange> m_failed;
   int32_t m_lastWrittenPage = 0;
-  bool m_isWriting = false;
   bool m_isEnding = false;
   std::thread m_thread; /**< last, so that it sees the rest complete */
 };

@@ -72,16 +72,8 @@ void Session::setWriteBehind(bool on) {
   }
 }
 
-void Session::drain() {
-  if (m_writer) {
-    m_writer->drain();
-  }
-}
-
-void Session::drop() {
-  if (m_writer) {
-    m_writer->drop();
-  }
+int32_t Session::drain(std::optional<std::chrono::milliseconds> longest) {
+  return m_writer ? m_writer->drain(longest) : 0;
 }
 
 const FailedRange* Session::takeFailure() {

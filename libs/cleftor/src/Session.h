@@ -28,8 +28,8 @@ public:
 
   /** Whether ranges are written on a thread of their own; switching it off waits for them. */
   void setWriteBehind(bool on);
-  void drain();
-  void drop();
+  /** Ranges that are left after this long, or after as long as it takes. */
+  int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
   /** Takes a failed range off the list; its texts stay until the next one is taken. */
   const FailedRange* takeFailure();

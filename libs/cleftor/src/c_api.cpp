@@ -100,12 +100,16 @@ void SetWriteBehind(int32_t on) {
   guarded(CLEFTOR_OUT_OF_MEMORY, [&](Session& session) { session.setWriteBehind(on != 0); });
 }
 
-void DrainRanges() {
-  guarded(CLEFTOR_DAMAGED, [](Session& session) { session.drain(); });
-}
-
-void DropRanges() {
-  guarded(CLEFTOR_DAMAGED, [](Session& session) { session.drop(); });
+int32_t DrainRanges(int32_t milliseconds) {
+  int32_t left = 0;
+  guarded(CLEFTOR_DAMAGED, [&](Session& session) {
+    std::optional<std::chrono::milliseconds> longest;
+    if (milliseconds >= 0) {
+      longest = std::chrono::milliseconds(milliseconds);
+    }
+    left = session.drain(longest);
+  });
+  return left;
 }
 
 int32_t TakeFailedRange(CleftorFailedRange* failed) {

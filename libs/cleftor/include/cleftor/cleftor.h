@@ -43,8 +43,7 @@ enum {
       -4, /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
   CLEFTOR_CANNOT_WRITE =
       -5, /**< the target could not be written; nothing is left at its place that was not there */
-  CLEFTOR_DAMAGED = -8, /**< the source's pages could not be copied */
-  CLEFTOR_DROPPED = -9  /**< the range was given up by DropRanges */
+  CLEFTOR_DAMAGED = -8 /**< the source's pages could not be copied */
 };
 
 /** Facts about the open source, combined by "or". */
@@ -93,26 +92,24 @@ CLEFTOR_API void SetPageRotation(int32_t degrees);
 
 /**
  * 1: SplitPdfPages checks the range, hands it to a thread of the library's own and returns
- * CLEFTOR_OK; it waits only while 64 ranges are waiting. 0 (the start value): every range is
- * written when the call returns. Switching it off waits for what was handed over; do so before the
- * library is unloaded.
+ * CLEFTOR_OK; it waits only while 64 ranges or 256 pages are waiting. 0 (the start value): every
+ * range is written when the call returns. Switching it off waits for what was handed over; do so
+ * before the library is unloaded.
  *
  * Ranges are written one after the other in the order of the calls, each with the settings of its
- * call; of two with one target the later stays. A target is there when DrainRanges,
- * PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFailedRange tells
- * otherwise: whoever reads, renames or appends to outputs calls DrainRanges first.
- * GetProcessingStatus then is the result of handing over, GetProcessingPage that of the writing.
+ * call; of two with one target the later stays. A target is there when DrainRanges has returned 0,
+ * or PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFailedRange tells
+ * otherwise: whoever reads, renames or appends to outputs drains first. GetProcessingStatus then is
+ * the result of handing over, GetProcessingPage that of the writing.
  */
 CLEFTOR_API void SetWriteBehind(int32_t on);
 
-/** Waits until every range that was handed over is written or has failed. */
-CLEFTOR_API void DrainRanges(void);
-
 /**
- * Gives up every range that is handed over and not begun: it counts as failed with CLEFTOR_DROPPED.
- * Does not wait for the one that is being written, which becomes whole.
+ * Waits until every range that was handed over is written or has failed, but at most the given
+ * milliseconds; as long as it takes when they are negative. Returns how many are left: always the
+ * ones handed over last.
  */
-CLEFTOR_API void DropRanges(void);
+CLEFTOR_API int32_t DrainRanges(int32_t milliseconds);
 
 /** A range that was handed over and could not be written. The texts are valid until the next call.
  */
@@ -125,7 +122,8 @@ typedef struct CleftorFailedRange {
 
 /**
  * Takes the oldest failure off the list and returns its code, CLEFTOR_OK when there is none (failed
- * is then untouched). The list outlives the source; after DrainRanges it is complete.
+ * is then untouched). The list outlives the source and tells of every range that DrainRanges counts
+ * as done.
  */
 CLEFTOR_API int32_t TakeFailedRange(CleftorFailedRange* failed);
 
