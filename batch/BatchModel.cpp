@@ -52,8 +52,9 @@ QVariant cellColor(const BatchEntry& entry, int column) {
   return {};
 }
 
-QVariant cellFont(const BatchEntry& entry) {
-  if (entry.status != statusProcessing()) {
+/// Not in the status column: it is too narrow for its longest text in bold.
+QVariant cellFont(const BatchEntry& entry, int column) {
+  if (column != BatchModel::Filename || entry.status != statusProcessing()) {
     return {};
   }
   QFont font;
@@ -93,7 +94,7 @@ QVariant BatchModel::data(const QModelIndex& index, int role) const {
   case Qt::ForegroundRole:
     return cellColor(entry, index.column());
   case Qt::FontRole:
-    return cellFont(entry);
+    return cellFont(entry, index.column());
   default:
     return {};
   }

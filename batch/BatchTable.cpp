@@ -5,7 +5,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QScrollBar>
+#include <QPainter>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -18,6 +19,24 @@ namespace {
 
 constexpr std::array<int, BatchModel::columnCountAll> initialWidths = {82, 460, 80}; // pixels
 constexpr int rowPadding = 8;                                                        // pixels
+constexpr float gridStrength = 0.2F;
+
+/// Draws the grid lines, which the style of the system makes invisible on dark ground.
+class GridDelegate : public QStyledItemDelegate {
+public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    QColor line = option.palette.color(QPalette::Text);
+    line.setAlphaF(gridStrength);
+    const QRect& cell = option.rect;
+    painter->setPen(line);
+    painter->drawLine(cell.bottomLeft(), cell.bottomRight());
+    painter->drawLine(cell.topRight(), cell.bottomRight() - QPoint(0, 1));
+  }
+};
 
 QLabel* whenEmptyLabel(QWidget* viewport) {
   auto* label = new QLabel(
@@ -42,7 +61,8 @@ BatchTable::BatchTable(BatchModel& model, QWidget* parent)
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
   setEditTriggers(NoEditTriggers);
-  setShowGrid(true);
+  setShowGrid(false); // the delegate does
+  setItemDelegate(new GridDelegate(this));
   setWordWrap(false);
   setTextElideMode(Qt::ElideMiddle); // both the drive and the name tell something
   setTabKeyNavigation(false);

@@ -14,6 +14,9 @@ namespace folivex {
 
 namespace {
 
+/// Bytes that hold more than the characters of a line, whatever these are.
+constexpr qsizetype maxLineBytes = 4 * (maxListLine + 1);
+
 constexpr QChar bar = u'|';
 constexpr QChar prefixNotUsed = u'~';
 constexpr QChar prefixNoStamp = u'+';
@@ -144,7 +147,8 @@ ListFileContent parseListFile(const QByteArray& bytes) {
               .cutLine = 0};
     }
     const qsizetype end = rest.indexOf('\n');
-    const QString line = codePage.text(end < 0 ? rest : rest.first(end));
+    const QByteArrayView piece = end < 0 ? rest : rest.first(end);
+    const QString line = codePage.text(piece.first(std::min(piece.size(), maxLineBytes)));
     const bool tooLong = line.size() > maxListLine;
     if (auto entry = entryOfLine(tooLong ? cutLine(line) : QStringView(line))) {
       content.entries.push_back(*std::move(entry));

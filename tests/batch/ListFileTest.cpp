@@ -88,6 +88,9 @@ TEST_F(ListFile, ReadingEndsAtALineThatIsTooLong) {
   // Characters count, not bytes; and no half of one stays.
   const QString wide = QString::fromUtf8("é").repeated(253) + QString::fromUtf8("😀");
   EXPECT_EQ(parseListFile(wide.toUtf8()).entries.at(0).path, wide.first(253));
+  const QString widest = QString::fromUtf8("日").repeated(254);
+  EXPECT_EQ(parseListFile(widest.toUtf8()).entries.at(0).path, widest);
+  EXPECT_EQ(parseListFile(widest.repeated(1000).toUtf8()).entries.at(0).path, widest);
 }
 
 TEST_F(ListFile, UnreadableFilesSayWhy) {

@@ -58,9 +58,7 @@ protected:
     m_list.rows().append(std::move(entries));
   }
 
-  QPoint placeOf(int row) {
-    return table()->visualRect(table()->model()->index(row, 1)).center();
-  }
+  QPoint placeOf(int row) { return table()->visualRect(table()->model()->index(row, 1)).center(); }
   void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::mouseClick(table()->viewport(), Qt::LeftButton, modifiers, placeOf(row));
   }
