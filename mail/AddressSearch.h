@@ -26,9 +26,11 @@ struct AddressRules {
   static AddressRules of(const SplitSetup& setup);
 };
 
+inline constexpr qsizetype maxFurtherAddresses = 50;
+
 struct FoundAddresses {
   QString address;     ///< the first good one; empty when the page has none
-  QStringList further; ///< the other ones in reading order, each once
+  QStringList further; ///< the other ones in reading order, each once, maxFurtherAddresses at most
 
   bool operator==(const FoundAddresses&) const = default;
 };
@@ -55,6 +57,7 @@ public:
   FoundAddresses find() const;
 
 private:
+  class Page;
   struct Word {
     qsizetype start = 0; ///< in m_text
     qsizetype length = 0;

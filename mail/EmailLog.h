@@ -6,12 +6,20 @@
 #include <QHash>
 #include <QString>
 
+#include <cstdint>
+
 namespace folivex {
 
 /// The text of the last column for a mail that was taken over.
 inline const QString& emailLogOk() {
   static const QString ok = QStringLiteral("OK");
   return ok;
+}
+
+/// Begins the error text of a mail whose fate is unknown.
+inline const QString& emailLogUnknown() {
+  static const QString unknown = QStringLiteral("unknown: ");
+  return unknown;
 }
 
 /// The line "%-20s%-100s %-80s %s\r\n" in memory; on the disk its end is CR CR LF. Control
@@ -38,20 +46,30 @@ private:
   QFile m_file;
 };
 
-/// Which mails a log says were sent, for going on after a run that never came to its end. A line
-/// counts only when it is whole, to its line end.
+/// What a log says of the mails of a run that never came to its end, for going on after it. A line
+/// counts only when it is whole, to its line end; of several about one mail the last one does.
+///
+/// The mail that was on its way when the machine died stands in no log: it may arrive twice.
 class SentBefore {
 public:
+  enum class Told : std::uint8_t { Nothing, Sent, MayHaveArrived };
+
   /// A log that is missing or cannot be read says nothing.
   static SentBefore fromLog(const QString& path);
 
-  /// Whether `file` went to `recipient` since it was made: a line older than `fileTime` (the time
-  /// of the file's last change) tells of another file of that name.
-  bool contains(const QString& recipient, const QString& file, const QDateTime& fileTime) const;
-  bool isEmpty() const { return m_sent.isEmpty(); }
+  /// What became of sending `file` to `recipient` since it was made: a line older than `fileTime`
+  /// (the time of the file's last change) tells of another file of that name.
+  Told told(const QString& recipient, const QString& file, const QDateTime& fileTime) const;
+  bool isEmpty() const { return m_mails.isEmpty(); }
 
 private:
-  QHash<QString, QDateTime> m_sent; ///< by recipient and file as a line shows them; the last time
+  struct Mail {
+    QDateTime time;
+    Told told = Told::Nothing;
+  };
+  void readLine(const QByteArray& bytes);
+
+  QHash<QString, Mail> m_mails; ///< by recipient and file as a line shows them
 };
 
 } // namespace folivex

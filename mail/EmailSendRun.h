@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace folivex {
@@ -58,9 +59,9 @@ struct SendSummary {
   /// skipped. Empty when there is nothing.
   QString details() const;
   /// Rows to send again: failed ones and those not reached. Mails of unknown fate are left out, for
-  /// they may have arrived; see unknownRows().
-  std::vector<std::size_t> failedRows() const;
-  std::vector<std::size_t> unknownRows() const;
+  /// they may have arrived; rowsIn() tells them.
+  std::vector<std::size_t> rowsToSendAgain() const;
+  std::vector<std::size_t> rowsIn(EntryState state) const;
 };
 
 /// Choices where two readings were possible:
@@ -69,6 +70,9 @@ struct SendSummary {
 ///   the setup's; the invoice number, if any, follows the subject after a blank.
 /// - In test mode the copy goes to the sender too, when there is one: nobody else gets a mail.
 /// - "Handled" are the mails that were tried; entries without an address are not.
+/// - A mail that failed never ends the run. But after three in a row that the settings are to blame
+///   for (login refused, certificate not trusted), the server is left alone: the remaining entries
+///   count as failed for now, with that reason.
 /// - The two texts of a log line are the recipient and the file attached.
 class EmailSendRun {
 public:
@@ -84,21 +88,26 @@ public:
   /// Both must outlive the run.
   EmailSendRun(const SplitSetup& setup, ListSource source, Parts parts);
 
-  /// Entries that the log says were sent are skipped by run().
-  void skipSentBefore(const SentBefore& before) { m_before = before; }
-  /// How many of the entries the log says were sent: for asking the person whether to go on there.
-  std::size_t countSentBefore(const EmailEntries& entries, const SentBefore& before) const;
+  /// Entries of which the log says that they were sent, or may have arrived, are skipped by run().
+  void skipSentBefore(SentBefore before) { m_before = std::move(before); }
+  struct BeforeCount {
+    std::size_t sent = 0;
+    std::size_t mayHaveArrived = 0;
+  };
+  /// For asking the person whether to go on where a run broke off.
+  BeforeCount countSentBefore(const EmailEntries& entries, const SentBefore& before) const;
 
   SendSummary run(const EmailEntries& entries);
 
 private:
-  struct Attempt;
   bool pause();
   void handleEntry(const EmailEntry& entry, EntryResult& result);
   void sendEntry(const EmailEntry& entry, EntryResult& result);
   MailMessage messageFor(const EmailEntry& entry) const;
   QString recipientOf(const EmailEntry& entry) const;
-  bool wasSentBefore(const EmailEntry& entry, const SentBefore& before) const;
+  SentBefore::Told toldOf(const EmailEntry& entry, const SentBefore& before) const;
+  bool leftOutForLog(const EmailEntry& entry, EntryResult& result) const;
+  MailResult deliver(const EmailEntry& entry, EntryResult& result);
   void record(const EntryResult& result);
 
   const SplitSetup& m_setup;
@@ -107,6 +116,8 @@ private:
   SentBefore m_before;
   EmailLog m_log;
   EmailProgress m_progress;
+  int m_uselessTries = 0; ///< in a row, that failed for a reason that concerns every mail
+  QString m_uselessReason;
 };
 
 /// The body of a spreadsheet's cell: line ends go, and every "\n" of two characters becomes one.

@@ -1,0 +1,129 @@
+#include "mail/EmailList.h"
+
+#include "mail/MailAddress.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+EmailRow EmailRow::of(const EmailEntry& entry) {
+  return {fitted(entry), QString::number(entry.extractPageStart),
+          QString::number(entry.extractPageEnd)};
+}
+
+QString EmailRow::cell(EmailColumn column) const {
+  switch (column) {
+  case EmailColumn::Email:
+    return entry.address;
+  case EmailColumn::File:
+    return entry.file;
+  case EmailColumn::ExtractPageStart:
+    return shownPageStart;
+  case EmailColumn::ExtractPageEnd:
+    return shownPageEnd;
+  case EmailColumn::Body:
+    return entry.body;
+  case EmailColumn::Cc:
+    return entry.cc;
+  case EmailColumn::InvoiceNumberInSubject:
+    return entry.invoiceNumberInSubject;
+  case EmailColumn::SeparateInvoices:
+    return entry.separateInvoices;
+  case EmailColumn::Subject:
+    return entry.subject;
+  }
+  return {};
+}
+
+std::vector<AddressedOutput> EmailList::fill(std::span<const AddressedOutput> outputs) {
+  clear();
+  std::vector<AddressedOutput> without;
+  for (const AddressedOutput& output : outputs) {
+    if (output.address.isEmpty()) {
+      without.push_back(output);
+      continue;
+    }
+    EmailEntry entry;
+    entry.file = output.file;
+    entry.address = output.address;
+    entry.furtherAddresses = output.furtherAddresses;
+    m_rows.push_back(EmailRow::of(entry));
+  }
+  return without;
+}
+
+void EmailList::setEntries(const EmailEntries& entries, const QString& sourcePath) {
+  std::vector<EmailRow> rows(entries.size());
+  std::transform(entries.begin(), entries.end(), rows.begin(), EmailRow::of);
+  setRows(std::move(rows), sourcePath);
+}
+
+void EmailList::setRows(std::vector<EmailRow> rows, const QString& sourcePath) {
+  m_rows = std::move(rows);
+  m_sourcePath = sourcePath;
+}
+
+void EmailList::clear() {
+  m_rows.clear();
+  m_sourcePath.clear();
+}
+
+EmailEntries EmailList::entries() const {
+  EmailEntries entries(m_rows.size());
+  std::transform(m_rows.begin(), m_rows.end(), entries.begin(),
+                 [](const EmailRow& row) { return row.entry; });
+  return entries;
+}
+
+bool EmailList::isFromSpreadsheet() const {
+  return m_sourcePath.contains(QLatin1String(".xls"), Qt::CaseInsensitive);
+}
+
+bool EmailList::showsOwnTexts() const {
+  return std::any_of(m_rows.begin(), m_rows.end(),
+                     [](const EmailRow& row) { return !row.entry.body.isEmpty(); });
+}
+
+std::size_t EmailList::addressedCount() const {
+  return static_cast<std::size_t>(
+      std::count_if(m_rows.begin(), m_rows.end(),
+                    [](const EmailRow& row) { return !row.entry.address.isEmpty(); }));
+}
+
+QString EmailList::setAddress(std::size_t row, const QString& text) {
+  const QString address = text.trimmed();
+  if (!address.isEmpty()) {
+    const QString problem = addressProblem(address);
+    if (!problem.isEmpty()) {
+      return QStringLiteral("The address %1.").arg(problem);
+    }
+  }
+  m_rows.at(row).entry.address = address;
+  return {};
+}
+
+void EmailList::keepAddressesOf(std::span<const std::size_t> rows) {
+  if (rows.empty()) {
+    return;
+  }
+  std::vector<bool> kept(m_rows.size(), false);
+  for (const std::size_t row : rows) {
+    kept.at(row) = true;
+  }
+  for (std::size_t i = 0; i < m_rows.size(); ++i) {
+    if (!kept[i]) {
+      m_rows[i].entry.address.clear();
+    }
+  }
+}
+
+void EmailList::reduceTo(std::span<const std::size_t> rows) {
+  std::vector<EmailRow> kept;
+  kept.reserve(rows.size());
+  for (const std::size_t row : rows) {
+    kept.push_back(m_rows.at(row));
+  }
+  m_rows = std::move(kept);
+}
+
+} // namespace folivex

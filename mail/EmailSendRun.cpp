@@ -1,0 +1,274 @@
+#include "mail/EmailSendRun.h"
+
+#include "engine/setup/SplitSetup.h"
+#include "mail/MailHeader.h"
+#include "mail/PageRangeFile.h"
+#include "platform/Paths.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace folivex {
+
+namespace {
+
+/// How often the window lives during a pause.
+constexpr std::chrono::milliseconds tick(20);
+constexpr int uselessTriesAtMost = 3;
+
+EntryState stateOf(MailOutcome outcome) {
+  switch (outcome) {
+  case MailOutcome::Sent:
+    return EntryState::Sent;
+  case MailOutcome::Refused:
+    return EntryState::Failed;
+  case MailOutcome::Temporary:
+    return EntryState::Temporary;
+  case MailOutcome::Unknown:
+    return EntryState::Unknown;
+  case MailOutcome::Stopped:
+    return EntryState::NotReached;
+  }
+  return EntryState::Failed;
+}
+
+QString ownOr(const QString& own, const QString& general) {
+  return own.isEmpty() ? general : own;
+}
+
+void addLine(QStringList& lines, std::size_t count, const QString& text) {
+  if (count > 0) {
+    lines += text.arg(count);
+  }
+}
+
+} // namespace
+
+QString bodyFromSpreadsheet(const QString& cell) {
+  QString body = cell;
+  body.remove(u'\n').remove(u'\r');
+  return body.replace(QLatin1String("\\n"), QLatin1String("\r\n"));
+}
+
+QString SendSummary::message() const {
+  return QStringLiteral("(%1) Emails sent ok: %2, errors: %3")
+      .arg(counts.handled)
+      .arg(counts.sentOk)
+      .arg(counts.errors);
+}
+
+QString SendSummary::details() const {
+  QStringList lines;
+  addLine(lines, rowsIn(EntryState::Temporary).size(),
+          QStringLiteral("%1 failed for a reason that may pass: send them again later."));
+  addLine(
+      lines, rowsIn(EntryState::Unknown).size(),
+      QStringLiteral("%1 may have arrived, though the server never confirmed them. They are not "
+                     "sent again by themselves."));
+  addLine(lines, rowsIn(EntryState::SentBefore).size(),
+          QStringLiteral("%1 were left out: the log says that they were sent before."));
+  addLine(lines, rowsIn(EntryState::NoAddress).size(),
+          QStringLiteral("%1 were left out: they have no address."));
+  addLine(lines, rowsIn(EntryState::NotReached).size(),
+          QStringLiteral("%1 were not sent: the run was stopped."));
+  return lines.join(u'\n');
+}
+
+std::vector<std::size_t> SendSummary::rowsIn(EntryState state) const {
+  std::vector<std::size_t> rows;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (entries[i].state == state) {
+      rows.push_back(i);
+    }
+  }
+  return rows;
+}
+
+std::vector<std::size_t> SendSummary::rowsToSendAgain() const {
+  std::vector<std::size_t> rows;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const EntryState state = entries[i].state;
+    if (state == EntryState::Failed || state == EntryState::Temporary ||
+        state == EntryState::NotReached) {
+      rows.push_back(i);
+    }
+  }
+  return rows;
+}
+
+EmailSendRun::EmailSendRun(const SplitSetup& setup, ListSource source, Parts parts)
+    : m_setup(setup), m_source(source), m_parts(std::move(parts)), m_log(setup.emailLogFile) {}
+
+QString EmailSendRun::recipientOf(const EmailEntry& entry) const {
+  return m_setup.emailTest ? m_setup.emailFrom : entry.address;
+}
+
+SentBefore::Told EmailSendRun::toldOf(const EmailEntry& entry, const SentBefore& before) const {
+  if (before.isEmpty() || entry.address.isEmpty()) {
+    return SentBefore::Told::Nothing;
+  }
+  const QString attachment =
+      hasPageRange(entry) ? pageRangePath(entry.file, pageRangeLabel(entry)) : entry.file;
+  const QDateTime made = QFileInfo(platform::withoutTrailingBlanks(entry.file)).lastModified();
+  return before.told(recipientOf(entry), attachment, made);
+}
+
+EmailSendRun::BeforeCount EmailSendRun::countSentBefore(const EmailEntries& entries,
+                                                        const SentBefore& before) const {
+  BeforeCount count;
+  for (const EmailEntry& entry : entries) {
+    const SentBefore::Told told = toldOf(entry, before);
+    count.sent += told == SentBefore::Told::Sent ? 1 : 0;
+    count.mayHaveArrived += told == SentBefore::Told::MayHaveArrived ? 1 : 0;
+  }
+  return count;
+}
+
+SendSummary EmailSendRun::run(const EmailEntries& entries) {
+  SendSummary summary;
+  summary.entries.resize(entries.size());
+  m_progress = {};
+  m_progress.total = static_cast<int>(entries.size());
+  m_uselessTries = 0;
+  for (std::size_t i = 0; i < entries.size() && !summary.stopped; ++i) {
+    if (leftOutForLog(entries[i], summary.entries[i])) {
+      continue;
+    }
+    if (m_parts.watcher.stopRequested() || !pause()) {
+      summary.stopped = true;
+      break;
+    }
+    handleEntry(entries[i], summary.entries[i]);
+    m_parts.watcher.handlePendingEvents();
+  }
+  m_parts.transport.disconnect();
+  summary.stopped = summary.stopped || m_parts.watcher.stopRequested();
+  summary.counts = m_progress;
+  return summary;
+}
+
+bool EmailSendRun::leftOutForLog(const EmailEntry& entry, EntryResult& result) const {
+  switch (toldOf(entry, m_before)) {
+  case SentBefore::Told::Sent:
+    result.state = EntryState::SentBefore;
+    return true;
+  case SentBefore::Told::MayHaveArrived:
+    result.state = EntryState::Unknown;
+    result.errorText = QStringLiteral("it may have arrived in the run before");
+    return true;
+  case SentBefore::Told::Nothing:
+    break;
+  }
+  return false;
+}
+
+/// False when it was stopped.
+bool EmailSendRun::pause() {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + std::chrono::milliseconds(m_setup.emailPause);
+  while (Clock::now() < end) {
+    std::this_thread::sleep_for(
+        std::min<Clock::duration>(tick, std::max(end - Clock::now(), Clock::duration::zero())));
+    m_parts.watcher.handlePendingEvents();
+    if (m_parts.watcher.stopRequested()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void EmailSendRun::handleEntry(const EmailEntry& entry, EntryResult& result) {
+  if (entry.address.isEmpty()) {
+    result.state = EntryState::NoAddress;
+    return;
+  }
+  result.recipient = recipientOf(entry);
+  m_progress.recipient = result.recipient;
+  m_parts.watcher.onProgress(m_progress);
+  sendEntry(entry, result);
+  m_parts.watcher.onProgress(m_progress);
+}
+
+void EmailSendRun::sendEntry(const EmailEntry& entry, EntryResult& result) {
+  const MailResult sent = deliver(entry, result);
+  result.state = stateOf(sent.outcome);
+  result.errorText = sent.errorText;
+  if (sent.outcome == MailOutcome::Stopped) {
+    return; // it was not tried to its end, and stands in no log
+  }
+  m_uselessTries = sent.concernsEveryMail ? m_uselessTries + 1 : 0;
+  m_uselessReason = sent.errorText;
+  ++m_progress.handled;
+  ++(sent.sent() ? m_progress.sentOk : m_progress.errors);
+  record(result);
+}
+
+MailResult EmailSendRun::deliver(const EmailEntry& entry, EntryResult& result) {
+  MailResult failed;
+  result.attachment = entry.file;
+  if (m_uselessTries >= uselessTriesAtMost) {
+    failed.outcome = MailOutcome::Temporary;
+    failed.concernsEveryMail = true;
+    failed.errorText = m_uselessReason;
+    return failed;
+  }
+  if (hasPageRange(entry)) {
+    const QString label = pageRangeLabel(entry);
+    result.attachment = pageRangePath(entry.file, label);
+    const AttachmentFile range =
+        m_parts.splitLibrary
+            ? writePageRange(*m_parts.splitLibrary, entry, label)
+            : AttachmentFile{{}, QStringLiteral("no split library to take pages out")};
+    if (range.path.isEmpty()) {
+      failed.errorText = range.errorText;
+      return failed;
+    }
+  }
+  MailMessage message = messageFor(entry);
+  message.recipient = result.recipient;
+  message.attachmentPath = result.attachment;
+  return m_parts.transport.send(message, m_parts.watcher);
+}
+
+MailMessage EmailSendRun::messageFor(const EmailEntry& entry) const {
+  const bool fromSpreadsheet = m_source == ListSource::Spreadsheet;
+  MailMessage message;
+  message.sender = m_setup.emailFrom;
+  message.senderName = m_setup.emailFromName;
+  message.subject = ownOr(entry.subject, m_setup.emailSubject);
+  if (!entry.invoiceNumberInSubject.isEmpty()) {
+    message.subject += (message.subject.isEmpty() ? QString() : QStringLiteral(" ")) +
+                       entry.invoiceNumberInSubject;
+  }
+  message.body =
+      fromSpreadsheet && !entry.body.isEmpty() ? bodyFromSpreadsheet(entry.body) : m_setup.emailMsg;
+  message.bodyKind = m_setup.emailHtml ? BodyKind::Html : BodyKind::Plain;
+  message.cc = fromSpreadsheet ? ownOr(entry.cc, m_setup.emailInvoiceCc) : m_setup.emailInvoiceCc;
+  if (m_setup.emailTest && !message.cc.isEmpty()) {
+    message.cc = m_setup.emailFrom;
+  }
+  return message;
+}
+
+void EmailSendRun::record(const EntryResult& result) {
+  const QDateTime now = m_parts.now();
+  QString text = result.errorText;
+  if (result.state == EntryState::Unknown) {
+    text.prepend(emailLogUnknown());
+  }
+  if (result.state == EntryState::Sent) {
+    m_log.writeSent(now, result.recipient, result.attachment);
+  } else {
+    m_log.writeFailed(now, result.recipient, result.attachment, text);
+  }
+  if (m_parts.report) {
+    m_parts.report->write(
+        {now, result.recipient, result.attachment,
+         result.state == EntryState::Sent ? emailLogOk() : QStringLiteral("Error - ") + text});
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,113 @@
+#include "mail/EmailSettingsCheck.h"
+
+#include "engine/setup/SplitSetup.h"
+#include "mail/MailAddress.h"
+#include "mail/MailHeader.h"
+#include "mail/MailServer.h"
+#include "mail/MimeStream.h"
+#include "mail/OutlookMail.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+constexpr int longestPause = 3'600'000;
+
+using Findings = std::vector<EmailSettingsFinding>;
+
+void add(Findings& findings, const char* field, const QString& text,
+         FindingWeight weight = FindingWeight::Problem) {
+  findings.push_back({QString::fromLatin1(field), text, weight});
+}
+
+void checkSender(const SplitSetup& setup, Findings& findings) {
+  const QString problem = addressProblem(setup.emailFrom);
+  if (setup.emailFrom.isEmpty()) {
+    add(findings, "EMAILFROM", QStringLiteral("No From address is given."));
+  } else if (!problem.isEmpty()) {
+    add(findings, "EMAILFROM", QStringLiteral("The From address %1.").arg(problem));
+  }
+}
+
+void checkServer(const SplitSetup& setup, Findings& findings) {
+  const MailServer server = mailServerOf(setup);
+  if (!server.problem.isEmpty()) {
+    add(findings, "EMAILSMTP", server.problem);
+    return;
+  }
+  if (server.login.isEmpty() && !server.password.isEmpty()) {
+    add(findings, "EMAILLOGIN", QStringLiteral("A password is given but no login: it is not used."),
+        FindingWeight::Hint);
+  }
+  if (!server.login.isEmpty() && server.password.isEmpty()) {
+    add(findings, "EMAILPASSWORD", QStringLiteral("A login is given but no password."),
+        FindingWeight::Hint);
+  }
+  if (!server.login.isEmpty() && server.security == MailSecurity::None) {
+    add(findings, "EMAILSMTP",
+        QStringLiteral("The login and its password go to the server unencrypted: put \"ssl:\" or "
+                       "\"tls:\" in front of the server if it can do that."),
+        FindingWeight::Hint);
+  }
+}
+
+void checkCopy(const SplitSetup& setup, Findings& findings) {
+  MailMessage message;
+  message.cc = setup.emailInvoiceCc;
+  for (const QString& address : copyAddresses(message)) {
+    const QString problem = addressProblem(address);
+    if (!problem.isEmpty()) {
+      add(findings, "EMAILINVOICECC",
+          QStringLiteral("The CC address \"%1\" %2.")
+              .arg(withoutControlCharacters(address), problem));
+    }
+  }
+}
+
+} // namespace
+
+std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
+  Findings findings;
+  if (setup.useOutlook) {
+    const OutlookAvailability outlook = outlookAvailable();
+    if (!outlook.available) {
+      add(findings, "USEOUTLOOK", outlook.reason);
+    }
+  } else {
+    checkServer(setup, findings);
+    checkSender(setup, findings);
+  }
+  if (setup.useOutlook && setup.emailTest) {
+    checkSender(setup, findings); // test mails go there
+  }
+  checkCopy(setup, findings);
+  if (setup.emailSubject.trimmed().isEmpty()) {
+    add(findings, "EMAILSUBJECT", QStringLiteral("The subject is empty."), FindingWeight::Hint);
+  }
+  const QString pause = pauseProblem(QString::number(setup.emailPause));
+  if (!pause.isEmpty()) {
+    add(findings, "EMAILPAUSE", pause);
+  }
+  return findings;
+}
+
+QString pauseProblem(const QString& text) {
+  bool isNumber = false;
+  const int pause = text.trimmed().toInt(&isNumber);
+  if (!isNumber) {
+    return QStringLiteral("The pause is no number of milliseconds.");
+  }
+  return pause < 0 || pause > longestPause
+             ? QStringLiteral("The pause is between 0 and %1 milliseconds.").arg(longestPause)
+             : QString();
+}
+
+bool hasProblem(const std::vector<EmailSettingsFinding>& findings) {
+  return std::any_of(findings.begin(), findings.end(), [](const EmailSettingsFinding& finding) {
+    return finding.weight == FindingWeight::Problem;
+  });
+}
+
+} // namespace folivex

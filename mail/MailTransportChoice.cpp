@@ -1,0 +1,24 @@
+#include "mail/MailTransportChoice.h"
+
+#include "engine/setup/SplitSetup.h"
+#include "mail/OutlookMail.h"
+
+namespace folivex {
+
+MailTransportChoice transportFor(const SplitSetup& setup, const SmtpOptions& options) {
+  if (setup.useOutlook) {
+    const OutlookAvailability outlook = outlookAvailable();
+    return outlook.available
+               ? MailTransportChoice{makeOutlookMail(setup.useOutlookAuto ? OutlookMode::Send
+                                                                          : OutlookMode::Show),
+                                     {}}
+               : MailTransportChoice{nullptr, outlook.reason};
+  }
+  const MailServer server = mailServerOf(setup);
+  if (!server.problem.isEmpty()) {
+    return {nullptr, server.problem};
+  }
+  return {std::make_unique<SmtpTransport>(server, options), {}};
+}
+
+} // namespace folivex

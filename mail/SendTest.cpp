@@ -1,0 +1,58 @@
+#include "mail/SendTest.h"
+
+#include "engine/setup/SplitSetup.h"
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
+
+namespace folivex {
+
+namespace {
+
+/// Path of the file with the error, empty when it could not be made.
+QString writeErrorFile(const QString& errorText) {
+  const QString folder = platform::temporaryFolder();
+  if (folder.isEmpty()) {
+    return {};
+  }
+  const QString path = folder + QStringLiteral("folivex_mail_error.txt");
+  platform::TextWriter file;
+  if (!file.open(path, platform::FileAccess::Private)) {
+    return {};
+  }
+  file.write(errorText + QStringLiteral("\r\n"));
+  return file.close() ? path : QString();
+}
+
+} // namespace
+
+SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailWait& wait) {
+  MailMessage message;
+  message.sender = setup.emailFrom;
+  message.senderName = setup.emailFromName;
+  message.recipient = setup.emailFrom;
+  message.cc = setup.emailFrom;
+  message.subject = setup.emailSubject;
+  message.body = setup.emailMsg;
+  message.bodyKind = setup.emailHtml ? BodyKind::Html : BodyKind::Plain;
+  const MailResult sent = transport.send(message, wait);
+  transport.disconnect();
+  if (sent.sent()) {
+    return {true,
+            QStringLiteral("Message(s) Sent Successfully.\n\nNOTE: mailto and cc message sent to "
+                           "from address."),
+            {}};
+  }
+  SendTestResult result;
+  result.message = sent.errorText.isEmpty()
+                       ? QStringLiteral("Error in configuration, message not sent to:")
+                       : QStringLiteral("Error in configuration:") + sent.errorText +
+                             QStringLiteral(", message not sent to:");
+  result.message += setup.emailFrom;
+  result.reportPath = writeErrorFile(sent.errorText);
+  if (!result.reportPath.isEmpty()) {
+    result.message += QStringLiteral("\nError report output to file:") + result.reportPath;
+  }
+  return result;
+}
+
+} // namespace folivex
