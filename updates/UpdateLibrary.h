@@ -1,0 +1,20 @@
+// UpdateLibrary: the loaded library that asks the server.
+#pragma once
+
+#include "platform/LoadedLibrary.h"
+
+#include <updates/updates.h>
+
+namespace folivex {
+
+/// Its operations, bound by name; see updates.h.
+class UpdateLibrary : public platform::LoadedLibrary {
+public:
+  UpdateLibrary();
+
+  platform::Operation<int32_t(const UpdatesRequest*, UpdatesDocument*)> UpdatesFetch;
+  platform::Operation<int32_t()> UpdatesLastError;
+  platform::Operation<const char16_t*()> UpdatesLastErrorText;
+};
+
+} // namespace folivex
