@@ -2,7 +2,6 @@
 
 #include "app/viewer/PageCanvas.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -28,7 +27,7 @@ QSize PageArea::room() const {
 
 void PageArea::fitCanvas() {
   QEvent request(QEvent::LayoutRequest);
-  QApplication::sendEvent(m_canvas, &request);
+  event(&request);
 }
 
 void PageArea::bringIntoSight(const QRectF& place) {

@@ -97,8 +97,7 @@ QWidget* PageViewer::buildPageRow() {
   m_first = toolButton(row, {"firstPage", "«", "First page", "First page (Home)"});
   m_previous = toolButton(
       row, {"previousPage", "‹", "Previous page", "Previous page (Page Up, Ctrl+Page Up)"});
-  m_next =
-      toolButton(row, {"nextPage", "›", "Next page", "Next page (Page Down, Ctrl+Page Down)"});
+  m_next = toolButton(row, {"nextPage", "›", "Next page", "Next page (Page Down, Ctrl+Page Down)"});
   m_last = toolButton(row, {"lastPage", "»", "Last page", "Last page (End)"});
   m_pageField = new QSpinBox(row);
   m_pageField->setObjectName(QStringLiteral("pageField"));

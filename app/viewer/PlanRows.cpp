@@ -110,8 +110,9 @@ void PlanRows::setPlan(SplitPlan plan, const QStringList& addresses) {
     m_rows.push_back({output.firstPage == output.lastPage
                           ? QString::number(output.firstPage)
                           : QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
-                      output.path.sliced(folder), output.path.first(std::max(folder - 1, qsizetype{0})),
-                      fateText(output.fate), address});
+                      output.path.sliced(folder),
+                      output.path.first(std::max(folder - 1, qsizetype{0})), fateText(output.fate),
+                      address});
   }
   addNameClashes();
   m_warningCount = static_cast<int>(std::count_if(
@@ -138,8 +139,8 @@ void PlanRows::addNameClashes() {
   }
   for (std::size_t i = 0; i < m_rows.size(); ++i) {
     if (clashes.contains(m_plan.outputs[i].path.toCaseFolded())) {
-      m_rows[i].note = joined(m_rows[i].note,
-                              QStringLiteral("another name differs in capitals only"));
+      m_rows[i].note =
+          joined(m_rows[i].note, QStringLiteral("another name differs in capitals only"));
     }
   }
 }
@@ -217,8 +218,7 @@ void PlanRows::choose(const QString& text, bool warningsOnly) {
       continue;
     }
     if (text.isEmpty() || contains(row.pages) || contains(m_plan.outputs[index].matchedText) ||
-        contains(row.name) || contains(row.folder) || contains(row.note) ||
-        contains(row.address)) {
+        contains(row.name) || contains(row.folder) || contains(row.note) || contains(row.address)) {
       m_shown.push_back(output);
     }
   }

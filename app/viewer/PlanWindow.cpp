@@ -149,7 +149,8 @@ void PlanWindow::connectControls() {
   connect(m_table, &QTableView::activated, this, &PlanWindow::requestPage);
   connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) { m_showPage->setEnabled(current.isValid()); });
-  connect(m_showPage, &QPushButton::clicked, this, [this] { requestPage(m_table->currentIndex()); });
+  connect(m_showPage, &QPushButton::clicked, this,
+          [this] { requestPage(m_table->currentIndex()); });
   connect(m_export, &QPushButton::clicked, this, [this] { exportRows(); });
   connect(m_process, &QPushButton::clicked, this, [this] {
     accept();
@@ -179,9 +180,9 @@ void PlanWindow::setPlan(const QString& source, SplitPlan plan, const QStringLis
 
 void PlanWindow::tellPlan(const SplitPlan& plan) {
   const bool hasProblem = !plan.problem.isEmpty();
-  m_summary->setText(hasProblem ? plan.problem
-                                : m_source + QLatin1Char('\n') +
-                                      plan.account.summary(plan.fileCount));
+  m_summary->setText(hasProblem
+                         ? plan.problem
+                         : m_source + QLatin1Char('\n') + plan.account.summary(plan.fileCount));
   QPalette look = palette();
   if (hasProblem) {
     look.setColor(QPalette::WindowText, problemColor());

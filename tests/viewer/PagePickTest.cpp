@@ -1,0 +1,203 @@
+// Pointing at words: what the viewer tells is what the engine finds.
+#include "ViewerBench.h"
+
+#include <QClipboard>
+
+namespace folivex::test {
+namespace {
+
+struct ListingCase {
+  const char* fault;
+  const char* content; ///< of a page made for the case; null for the sample
+  const char* pageEntries;
+  bool swapAxes;
+  const char* someWord;
+};
+
+class PageWordsAsListed : public ViewerBench, public ::testing::WithParamInterface<ListingCase> {
+protected:
+  /// "word|h|v" of every word on page 1, as the engine lists them for a person.
+  QStringList listed() {
+    m_driver->ListPagePositions(1);
+    const QString text = QString::fromUtf8(contentOf(at("page_positions.txt")));
+    QStringList lines;
+    for (const QString& line : text.section(QStringLiteral("-----"), -1).split(u'\n')) {
+      const QStringList parts = line.split(u'\t');
+      if (parts.size() == 3) {
+        lines += parts[0].trimmed() + u'|' + parts[1].trimmed() + u'|' + parts[2].trimmed();
+      }
+    }
+    return lines;
+  }
+  bool hasInk(const QRectF& box) {
+    const QImage& image = canvas().page().image;
+    const double scale = canvas().page().pixelsPerPoint;
+    const QRect pixels =
+        QRectF(box.topLeft() * scale, box.size() * scale).toAlignedRect() & image.rect();
+    int darkest = 255;
+    int lightest = 0;
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+      for (int x = pixels.left(); x <= pixels.right(); ++x) {
+        const int lightness = image.pixelColor(x, y).lightness();
+        darkest = std::min(darkest, lightness);
+        lightest = std::max(lightest, lightness);
+      }
+    }
+    constexpr int readable = 60;
+    return lightest - darkest > readable;
+  }
+};
+
+TEST_P(PageWordsAsListed, AreThoseThatAreToldAndPicked) {
+  const ListingCase& row = GetParam();
+  QString path = samplePath();
+  if (row.content != nullptr) {
+    testpdf::PdfBuilder pdf;
+    const int font = pdf.addFont("Helvetica");
+    pdf.addPage(row.content, "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>", row.pageEntries);
+    path = at("made.pdf");
+    pdf.write(path.toStdString());
+  }
+  setup().fileName = path;
+  setup().rotated = row.swapAxes;
+  open({path, {}, row.swapAxes});
+  QStringList viewed;
+  for (const ViewedWord& one : words()) {
+    viewed += QStringLiteral("%1|%2|%3").arg(one.text).arg(one.h).arg(one.v);
+    EXPECT_TRUE(hasInk(one.box)) << one.text.toStdString() << " is boxed where nothing is drawn";
+  }
+  EXPECT_EQ(viewed, listed());
+  ASSERT_FALSE(viewed.isEmpty());
+
+  std::optional<PickedWord> picked;
+  m_viewer.onWordPicked = [&](const PickedWord& one, int) { picked = one; };
+  const ViewedWord& one = word(row.someWord);
+  moveTo(placeOf(one));
+  EXPECT_EQ(told("wordText"),
+            QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
+  QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
+  ASSERT_TRUE(picked);
+  EXPECT_EQ(QStringLiteral("%1|%2|%3").arg(picked->text).arg(picked->h).arg(picked->v),
+            QStringLiteral("%1|%2|%3").arg(one.text).arg(one.h).arg(one.v));
+  EXPECT_EQ(picked->page, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, PageWordsAsListed,
+    ::testing::Values(
+        ListingCase{"Sample", nullptr, "", false, "Customer:"},
+        ListingCase{"AxesSwapped", nullptr, "", true, "Customer:"},
+        ListingCase{"PageTurned", "BT /F 12 Tf 100 700 Td (first) Tj 0 -40 Td (second) Tj ET",
+                    "/Rotate 90", false, "second"},
+        ListingCase{"PageTurnedAndCropped",
+                    "BT /F 12 Tf 100 700 Td (first) Tj 0 -40 Td (second) Tj ET",
+                    "/Rotate 270/CropBox[50 300 500 750]", false, "first"},
+        ListingCase{"WordsUponEachOther",
+                    "BT /F 12 Tf 100 700 Td (MMMM) Tj 0 0 Td (III) Tj 0 -40 Td (last) Tj ET", "",
+                    false, "last"}),
+    [](const auto& tested) { return std::string(tested.param.fault); });
+
+class PagePick : public ViewerBench {};
+
+TEST_F(PagePick, WordsThatShareAPlaceKeepTheirOwnForLookUps) {
+  // Right-to-left lines look like this to a search: each word counts as beside the one before.
+  testpdf::PdfBuilder pdf;
+  const int font = pdf.addFont("Helvetica");
+  pdf.addPage("BT /F 12 Tf 100 700 Td (MMMM) Tj 0 0 Td (III) Tj ET",
+              "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>");
+  pdf.write(at("two.pdf").toStdString());
+  open({at("two.pdf"), {}, false});
+  ASSERT_EQ(words().size(), 2U);
+  EXPECT_EQ(words()[1].h, 110);
+  EXPECT_EQ(words()[1].lookupH, 100);
+}
+
+TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
+  m_viewer.setTargets({"Search word", "Until word"});
+  openSample();
+  control<QComboBox>(&m_viewer, "pickTarget")->setCurrentIndex(1);
+  std::vector<std::pair<PickedRange, int>> picked;
+  m_viewer.onRangePicked = [&](const PickedRange& range, int target) {
+    picked.emplace_back(range, target);
+  };
+  m_viewer.onWordPicked = [](const PickedWord&, int) { FAIL() << "a drag is no click"; };
+  // From below and right of the word to above and left of it.
+  const ViewedWord account = word("Account:");
+  const QPoint from = placeAt(account.h + 20, account.v + 5);
+  const QPoint to = placeAt(account.h - 5, account.v - 12);
+  QTest::mousePress(&canvas(), Qt::LeftButton, Qt::NoModifier, from);
+  moveTo(to, Qt::LeftButton);
+  const QString shown = told("wordText");
+  EXPECT_TRUE(shown.contains("words in it: 1")) << shown.toStdString();
+  QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, to);
+  ASSERT_EQ(picked.size(), 1U);
+  const auto [range, target] = picked[0];
+  EXPECT_EQ(target, 1);
+  EXPECT_EQ(range.page, 1);
+  const double pointsAPixel = 1 / unitsPerPoint(canvas().page().size, {});
+  EXPECT_NEAR(range.hFrom, account.h - 5, 1 + pointsAPixel);
+  EXPECT_NEAR(range.hTo, account.h + 20, 1 + pointsAPixel);
+  EXPECT_NEAR(range.vFrom, account.v - 12, 1 + pointsAPixel);
+  EXPECT_NEAR(range.vTo, account.v + 5, 1 + pointsAPixel);
+  EXPECT_TRUE(shown.startsWith(rangeText({range.hFrom, range.hTo, range.vFrom, range.vTo})));
+
+  // Out of the page's top: no position is below 1, which would mean something else in a search.
+  QTest::mousePress(&canvas(), Qt::LeftButton, Qt::NoModifier, placeAt(40, 40));
+  moveTo(QPoint(1, 1), Qt::LeftButton);
+  QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
+  ASSERT_EQ(picked.size(), 2U);
+  EXPECT_EQ(picked[1].first.hFrom, 1);
+  EXPECT_EQ(picked[1].first.vFrom, 1);
+}
+
+TEST_F(PagePick, TheKeyboardGoesFromWordToWord) {
+  openSample();
+  canvas().setFocus();
+  QStringList picked;
+  m_viewer.onWordPicked = [&](const PickedWord& one, int) { picked += one.text; };
+  key(Qt::Key_Return); // there is no cursor yet
+  key(Qt::Key_Right);
+  key(Qt::Key_Return);
+  key(Qt::Key_Tab);
+  key(Qt::Key_Return);
+  key(Qt::Key_Backtab, Qt::ShiftModifier);
+  key(Qt::Key_Return);
+  EXPECT_EQ(picked, QStringList({words()[0].text, words()[1].text, words()[0].text}));
+  while (words()[static_cast<std::size_t>(canvas().currentWord())].text != "Account:") {
+    key(Qt::Key_Right);
+  }
+  key(Qt::Key_Down);
+  key(Qt::Key_Down);
+  EXPECT_TRUE(told("wordText").endsWith("Customer:") || told("wordText").endsWith("E-mail:"))
+      << told("wordText").toStdString();
+  key(Qt::Key_Escape);
+  EXPECT_EQ(canvas().currentWord(), -1);
+  EXPECT_TRUE(m_viewer.isVisible()) << "Escape takes the cursor away first";
+  key(Qt::Key_Tab);
+  EXPECT_FALSE(canvas().hasFocus()) << "Tab leaves the page when no cursor is there";
+}
+
+TEST_F(PagePick, APositionIsCopiedAsATokenTakesIt) {
+  openSample();
+  EXPECT_FALSE(control<QPushButton>(&m_viewer, "copyPosition")->isEnabled());
+  const ViewedWord account = word("Account:");
+  QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(account));
+  click(&m_viewer, "copyPosition");
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            QStringLiteral("%1,%2").arg(account.h).arg(account.v));
+}
+
+TEST_F(PagePick, TextOfAPageIsNoMarkup) {
+  testpdf::PdfBuilder pdf;
+  const int font = pdf.addFont("Helvetica");
+  pdf.addPage("BT /F 12 Tf 100 700 Td (<h1>big</h1>) Tj ET",
+              "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>");
+  pdf.write(at("markup.pdf").toStdString());
+  open({at("markup.pdf"), {}, false});
+  moveTo(placeOf(word("<h1>big</h1>")));
+  EXPECT_EQ(control<QLabel>(&m_viewer, "wordText")->textFormat(), Qt::PlainText);
+  EXPECT_TRUE(told("wordText").endsWith("<h1>big</h1>"));
+}
+
+} // namespace
+} // namespace folivex::test

@@ -1,0 +1,115 @@
+// Files and pages that cannot be shown.
+#include "ViewerBench.h"
+
+#include <QToolButton>
+
+namespace folivex::test {
+namespace {
+
+class PageProblems : public ViewerBench {
+protected:
+  QString stateOf(const QString& path, const QString& password = {}) {
+    m_viewer.open({path, password, false});
+    EXPECT_TRUE(waitUntil(
+        [&] { return m_viewer.pageCount() > 0 || !told("viewerState").startsWith("Opening "); }));
+    return m_viewer.pageCount() > 0 ? QString() : told("viewerState");
+  }
+};
+
+TEST_F(PageProblems, AreToldInPlainWordsAndTheNextFileOpens) {
+  ASSERT_EQ(runProgram("qpdf",
+                       {"--encrypt", "user", "owner", "256", "--", samplePath(), at("locked.pdf")})
+                .exitCode,
+            0);
+  writeFile(at("text.pdf"), "This is no PDF at all.");
+  writeFile(at("empty.pdf"), "");
+  QDir(m_folder.path()).mkdir("folder.pdf");
+  const struct {
+    const char* file;
+    const char* password;
+    const char* told;
+  } rows[] = {
+      {"locked.pdf", "", "protected by a password, and none is set"},
+      {"locked.pdf", "wrong", "the password that is set does not open it"},
+      {"text.pdf", "", "no PDF"},
+      {"empty.pdf", "", "no PDF"},
+      {"folder.pdf", "", "no ordinary file"},
+      {"nothing.pdf", "", "not there"},
+  };
+  for (const auto& row : rows) {
+    const QString state = stateOf(at(row.file), row.password);
+    EXPECT_TRUE(state.startsWith(at(row.file)) && state.contains(row.told))
+        << row.file << ": " << state.toStdString();
+    EXPECT_FALSE(control<QToolButton>(&m_viewer, "nextPage")->isEnabled());
+    EXPECT_EQ(canvas().currentWord(), -1);
+  }
+  EXPECT_EQ(stateOf(at("locked.pdf"), "user"), "");
+  EXPECT_TRUE(isDrawn());
+  EXPECT_FALSE(words().empty());
+}
+
+TEST_F(PageProblems, AFileThatComesLaterOpensOnReload) {
+  EXPECT_TRUE(stateOf(at("late.pdf")).contains("not there"));
+  ASSERT_TRUE(QFile::copy(samplePath(), at("late.pdf")));
+  click(&m_viewer, "reloadFile");
+  ASSERT_TRUE(isDrawn());
+  m_viewer.goToPage(5);
+  ASSERT_TRUE(isDrawn());
+  ASSERT_TRUE(QFile::remove(at("late.pdf")));
+  QTest::keyClick(&m_viewer, Qt::Key_F5);
+  ASSERT_TRUE(waitUntil([&] { return told("viewerState").contains("not there"); }));
+  ASSERT_TRUE(QFile::copy(samplePath(), at("late.pdf")));
+  QTest::keyClick(&m_viewer, Qt::Key_F5);
+  ASSERT_TRUE(isDrawn());
+  EXPECT_EQ(m_viewer.page(), 5) << "the page looked at is kept";
+}
+
+TEST_F(PageProblems, ADamagedPageStandsAmongSoundOnes) {
+  testpdf::PdfBuilder pdf;
+  const std::string font = "/Font<</F " + testpdf::PdfBuilder::ref(pdf.addFont("Helvetica")) + ">>";
+  const std::string text = "BT /F 12 Tf 100 700 Td (word) Tj ET";
+  pdf.addPage(text, font);
+  pdf.addPage(text, font, "/MediaBox[0 0 1e30 1e30]");
+  pdf.addPageObject(testpdf::PdfBuilder::ref(4711), font, "/MediaBox[0 0 0 0]");
+  // A pattern that is filled with itself.
+  const int pattern = pdf.reserve();
+  pdf.set(pattern, testpdf::PdfBuilder::stream(
+                       "/Pattern cs /P scn 0 0 10 10 re f",
+                       "/Type/Pattern/PatternType 1/PaintType 1/TilingType 1/BBox[0 0 10 10]/XStep "
+                       "10/YStep 10/Resources<</Pattern<</P " +
+                           testpdf::PdfBuilder::ref(pattern) + ">>>>"));
+  pdf.addPage("/Pattern cs /P scn 0 0 600 800 re f",
+              "/Pattern<</P " + testpdf::PdfBuilder::ref(pattern) + ">>");
+  pdf.addPage(text, font);
+  pdf.write(at("damaged.pdf").toStdString());
+  open({at("damaged.pdf"), {}, false});
+  ASSERT_EQ(m_viewer.pageCount(), 5);
+  for (int page = 2; page <= 4; ++page) {
+    m_viewer.goToPage(page);
+    ASSERT_TRUE(waitUntil([&] {
+      return canvas().page().page == page &&
+             (!canvas().page().image.isNull() || !told("pageProblem").isEmpty());
+    })) << page;
+    m_viewer.grab();
+  }
+  m_viewer.goToPage(5);
+  ASSERT_TRUE(isDrawn());
+  EXPECT_EQ(words().size(), 1U);
+  EXPECT_TRUE(told("pageProblem").isEmpty());
+}
+
+TEST_F(PageProblems, FilesOpenedInARowLeaveTheLast) {
+  ASSERT_TRUE(QFile::copy(samplePath(), at("copy.pdf")));
+  for (int i = 0; i < 5; ++i) {
+    m_viewer.open({samplePath(), {}, false});
+    m_viewer.open({at("nothing.pdf"), {}, false});
+  }
+  m_viewer.goToPage(3);
+  open({at("copy.pdf"), {}, false});
+  EXPECT_EQ(m_viewer.page(), 1) << "a page of another file means nothing here";
+  EXPECT_EQ(m_viewer.pageCount(), 40);
+  EXPECT_TRUE(m_viewer.windowTitle().startsWith("copy.pdf"));
+}
+
+} // namespace
+} // namespace folivex::test

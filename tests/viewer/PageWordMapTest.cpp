@@ -1,0 +1,71 @@
+// Finding words by place, on words made in memory.
+#include "app/viewer/PageWordMap.h"
+
+#include "tests/support/Programs.h"
+
+namespace folivex::test {
+namespace {
+
+ViewedWord wordAt(const char* text, int h, int v) {
+  return {QString::fromUtf8(text), h, v, h, v, v, QRectF(h, v - 10, 30, 12)};
+}
+
+/// Two lines of three words, and one word that stands upon another.
+const std::vector<ViewedWord>& somePage() {
+  static const std::vector<ViewedWord> words = {
+      wordAt("Account", 100, 50), wordAt("number:", 140, 50), wordAt("17", 400, 50),
+      wordAt("Account", 90, 80),  wordAt("Number:", 145, 80), wordAt("18", 405, 80),
+      wordAt("seal", 405, 80)};
+  return words;
+}
+
+TEST(PageWordMaps, StepToTheWordThatAnEyeWouldGoTo) {
+  const PageWordMap map(somePage());
+  const struct {
+    int from;
+    WordStep step;
+    int to;
+  } rows[] = {
+      {-1, WordStep::Down, 0}, {0, WordStep::Left, 0}, {2, WordStep::Right, 3},
+      {6, WordStep::Right, 6}, {1, WordStep::Down, 4}, {2, WordStep::Down, 5},
+      {4, WordStep::Up, 1},    {0, WordStep::Up, 0},   {5, WordStep::Down, 5},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(map.step(row.from, row.step), row.to) << row.from;
+  }
+  const std::vector<ViewedWord> none;
+  EXPECT_EQ(PageWordMap(none).step(-1, WordStep::Right), -1);
+}
+
+TEST(PageWordMaps, FindTheWordsOfAMatch) {
+  const PageWordMap map(somePage());
+  const struct {
+    const char* text;
+    int h, v;
+    std::vector<int> words;
+  } rows[] = {
+      {"Account", 90, 80, {3}},
+      {"Account number:", 140, 50, {0, 1}},
+      {"account NUMBER:", 145, 80, {3, 4}},
+      {"new Account number:", 140, 50, {0, 1}}, // began on the page before
+      {"seal", 405, 80, {6}},                   // not the word below it
+      {"", 400, 50, {2}},
+      {"Account", 91, 80, {}},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(map.wordsOfMatch(QString::fromUtf8(row.text), row.h, row.v), row.words) << row.text;
+  }
+}
+
+TEST(PageWordMaps, RangesHoldTheWordsThatASearchWouldTake) {
+  const PageWordMap map(somePage());
+  EXPECT_EQ(map.wordsIn({100, 140, 50, 80}), (std::vector<int>{0, 1}));
+  EXPECT_EQ(map.wordsIn({405, 405, 80, 80}), (std::vector<int>{5, 6}));
+  EXPECT_EQ(rangeOf(QRectF(320.6, 90.2, 4.1, 19.5), false), (PositionRange{320, 325, 90, 110}));
+  EXPECT_EQ(rangeOf(QRectF(320.6, 90.2, 4.1, 19.5), true), (PositionRange{90, 110, 320, 325}));
+  EXPECT_EQ(rangeOf(QRectF(-5, -7, 6, 9), false), (PositionRange{1, 1, 1, 2}));
+  EXPECT_EQ(rangeText({320, 325, 90, 90}), "h 320-325, v 90");
+}
+
+} // namespace
+} // namespace folivex::test

@@ -1,0 +1,130 @@
+// ViewerBench: the page viewer beside an engine, with the real libraries and real files.
+#pragma once
+
+#include "app/viewer/PageArea.h"
+#include "app/viewer/PageViewer.h"
+#include "engine/job/JobDriver.h"
+#include "engine/naming/FileNameMethod.h"
+#include "engine/output/CAppendPdfInit.h"
+#include "engine/output/CSplitPdfInit.h"
+#include "engine/plan/SplitMethod.h"
+#include "engine/words/CPDFTextDumpInit.h"
+#include "tests/support/PdfBuilder.h"
+#include "tests/support/Programs.h"
+#include "tests/support/RecordingOperator.h"
+#include "tests/support/WindowBench.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLibrary>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+namespace folivex::test {
+
+using testing::click;
+using testing::control;
+using testing::ScriptedDialogs;
+using testing::typeInto;
+using testing::waitUntil;
+
+/// The libraries of this build, loaded by path first: one that is loaded is found by its name.
+struct Libraries {
+  static Libraries& get() {
+    // Kept to the end of the process: each has a state of its own that ends at no known moment.
+    static auto* libraries = new Libraries;
+    return *libraries;
+  }
+  JobDriver::Libraries all() { return {*text, *split, *append}; }
+
+  std::unique_ptr<CPDFTextDumpInit> text;
+  std::unique_ptr<CSplitPdfInit> split;
+  std::unique_ptr<CAppendPdfInit> append;
+
+private:
+  Libraries() {
+    for (const char* name : {"GlyphrunU", "CleftorU", "MelderU"}) {
+      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(name)));
+      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
+    }
+    text = std::make_unique<CPDFTextDumpInit>();
+    split = std::make_unique<CSplitPdfInit>();
+    append = std::make_unique<CAppendPdfInit>();
+    EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
+  }
+};
+
+inline QString samplePath() {
+  return QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
+}
+
+/// A viewer, and a driver with a temporary folder of its own that splits the sample at "Account:".
+class ViewerBench : public ::testing::Test {
+protected:
+  ViewerBench() {
+    m_temporaryBefore = qgetenv("TMPDIR");
+    qputenv("TMPDIR", QFile::encodeName(m_folder.path()));
+    setup().fileName = samplePath();
+    setup().outputDir = at("out");
+    setup().findString = QStringLiteral("Account:");
+    setup().pageExtract = splitMethodTexts()[0];
+    setup().extract = fileNameMethodTexts()[1];
+    m_driver = std::make_unique<JobDriver>(m_store, Libraries::get().all(), m_person);
+    m_viewer.resize(820, 900);
+    m_viewer.show();
+  }
+  ~ViewerBench() override { qputenv("TMPDIR", m_temporaryBefore); }
+
+  QString at(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
+  SplitSetup& setup() { return m_store.edited(); }
+
+  PageCanvas& canvas() { return *control<PageArea>(&m_viewer, "pageArea")->canvas(); }
+  const std::vector<ViewedWord>& words() { return canvas().page().words; }
+  QString told(const char* label) { return control<QLabel>(&m_viewer, label)->text(); }
+
+  /// Waits until the page that the viewer is at is drawn.
+  [[nodiscard]] bool isDrawn() {
+    return waitUntil([this] {
+      return m_viewer.pageCount() > 0 && canvas().page().page == m_viewer.page() &&
+             !canvas().page().image.isNull();
+    });
+  }
+  /// Opens a file and waits for its first page.
+  void open(const ViewedFile& file) {
+    m_viewer.open(file);
+    ASSERT_TRUE(isDrawn()) << told("viewerState").toStdString();
+  }
+  void openSample() { open({samplePath(), {}, false}); }
+
+  const ViewedWord& word(const char* text) {
+    for (const ViewedWord& one : words()) {
+      if (one.text == QString::fromUtf8(text)) {
+        return one;
+      }
+    }
+    ADD_FAILURE() << "the page has no word " << text;
+    std::abort();
+  }
+  QPoint placeOf(const ViewedWord& one) { return canvas().onCanvas(one.box).center().toPoint(); }
+  QPoint placeAt(double h, double v) {
+    return canvas().onCanvas(QRectF(h, v, 0, 0)).topLeft().toPoint();
+  }
+  void moveTo(QPoint place, Qt::MouseButtons buttons = Qt::NoButton) {
+    QMouseEvent event(QEvent::MouseMove, place, canvas().mapToGlobal(place), Qt::NoButton, buttons,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&canvas(), &event);
+  }
+  void key(Qt::Key which, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(&canvas(), which, modifiers);
+  }
+
+  QTemporaryDir m_folder;
+  QByteArray m_temporaryBefore;
+  SetupStore m_store;
+  RecordingOperator m_person;
+  std::unique_ptr<JobDriver> m_driver;
+  PageViewer m_viewer{*Libraries::get().text};
+};
+
+} // namespace folivex::test
