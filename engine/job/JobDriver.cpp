@@ -232,12 +232,22 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
                           deletesOldFiles ? DiskOutputPlaces::OldFile::Deleted
                                           : DiskOutputPlaces::OldFile::KeptUntilWritten);
   OutputFileList list(setup, source);
-  RangePipeline pipeline(
-      setup, m_state, m_libraries.text, m_person, {source, scannedFile(source), pageCount},
-      {places, setup.createList ? static_cast<OutputList&>(list) : writer, reports, m_emails, {}});
+  const std::unique_ptr<AddressReader> addressReader = addressReaderFor(setup);
+  RangePipeline pipeline(setup, m_state, m_libraries.text, m_person,
+                         {source, scannedFile(source), pageCount},
+                         {places,
+                          setup.createList ? static_cast<OutputList&>(list) : writer,
+                          reports,
+                          m_emails,
+                          addressReader.get(),
+                          {}});
   pipeline.run();
   writer.finish();
   m_libraries.append.FinishAppends();
+  m_emails.drop(writer.unwrittenPaths());
+  if (setup.createList) {
+    m_emails.clear(); // no file was written
+  }
   m_writtenFiles = writer.writtenFiles();
   if (setup.createList) {
     tellFileList(list);
@@ -268,6 +278,10 @@ void JobDriver::tellFileList(OutputFileList& list) {
   }
 }
 
+std::unique_ptr<AddressReader> JobDriver::addressReaderFor(const SplitSetup& setup) const {
+  return setup.emailEnable && m_addressReader ? m_addressReader(setup) : nullptr;
+}
+
 SplitPlan JobDriver::Plan() {
   m_store.commit();
   resetState();
@@ -295,13 +309,15 @@ SplitPlan JobDriver::Plan() {
                                isClearedWithFolder(setup.outputDir, sourcesToKeep(source), path);
                       });
   Reports noReports;
-  RangePipeline pipeline(setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
-                         {builder, builder, noReports, m_emails,
-                          [&builder](const ReportLine& line, const QString& namedPath) {
-                            builder.saved({line.firstPage, line.lastPage, line.matchedText,
-                                           line.outputPath, PlannedOutput::Fate::New},
-                                          namedPath);
-                          }});
+  const std::unique_ptr<AddressReader> addressReader = addressReaderFor(setup);
+  RangePipeline pipeline(
+      setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
+      {builder, builder, noReports, m_emails, addressReader.get(),
+       [&builder](const ReportLine& line, const QString& namedPath, const QString& address) {
+         builder.saved({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
+                        PlannedOutput::Fate::New, address},
+                       namedPath);
+       }});
   pipeline.run();
   plan.notes = pipeline.findings().lines();
   return plan;

@@ -9,6 +9,9 @@
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SetupStore.h"
 
+#include <functional>
+#include <memory>
+
 namespace folivex {
 
 class CAppendPdfInit;
@@ -34,6 +37,10 @@ public:
   /// Processes the file named in `FILENAME`. Everything that a person should know is told; the
   /// result is RunError::None, or the code that an unattended program ends with.
   RunError StartProcessing();
+
+  /// Makes what finds the addresses that outputs are mailed to, for runs with `EMAILENABLE`.
+  using AddressReaderMaker = std::function<std::unique_ptr<AddressReader>(const SplitSetup&)>;
+  void setAddressReaderMaker(AddressReaderMaker maker) { m_addressReader = std::move(maker); }
 
   /// What StartProcessing() would do. Nothing is written, deleted, numbered or saved; the pages are
   /// read, named and reserved by the same code.
@@ -75,6 +82,7 @@ private:
   void resetState();
   void tell(const QString& text);
   RunError fail(RunError error, const QString& text);
+  std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) const;
   void clearFolder(const QString& outputFolder, const QString& source);
   bool clearsFolder(const QString& outputFolder) const;
   QStringList sourcesToKeep(const QString& source) const;
@@ -93,6 +101,7 @@ private:
   RunState m_state;
   PageAccount m_account;
   EmailRecords m_emails;
+  AddressReaderMaker m_addressReader;
   bool m_inBatch = false;
   QStringList m_batchSources;
   QStringList m_clearedFolders; ///< of the batch

@@ -19,7 +19,7 @@ bool mergesRanges(const SplitSetup& setup) {
 
 RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
                              Operator& person, const Source& source, const Ends& ends)
-    : m_pageCount(source.pageCount), m_uniqueOutputs(ends.list),
+    : m_pageCount(source.pageCount), m_addresses(ends.addressReader), m_uniqueOutputs(ends.list),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places,
                     mergesRanges(setup) ? static_cast<OutputList&>(m_uniqueOutputs) : ends.list),
       m_lookup(text, source.scanned, setup.pdfPassword, setup.rotated,
@@ -31,9 +31,11 @@ RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextD
                  }
                }),
       m_namer(setup, m_lookup, [] { return QDateTime::currentDateTime(); }),
-      m_saver(setup, state, {m_namer, m_reservation, ends.reports, ends.emails, ends.onPlanned},
+      m_saver(setup, state,
+              {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},
               person),
       m_run(setup, state, text, m_saver, person) {
+  m_run.setAddresses(&m_addresses);
   m_namer.startSource(source.path, setup.outputDir, source.pageCount);
 }
 

@@ -24,7 +24,8 @@ public:
     OutputList& list;
     Reports& reports;
     EmailRecords& emails;
-    std::function<void(const ReportLine& line, const QString& namedPath)> onPlanned;
+    AddressReader* addressReader; ///< null when no mail is to be sent
+    OutputRangeSaver::OnPlanned onPlanned;
   };
 
   /// Takes no ownership; all must outlive the pipeline.
@@ -41,6 +42,7 @@ public:
 
 private:
   int m_pageCount;
+  PageAddresses m_addresses;
   UniqueOutputs m_uniqueOutputs;
   OutputReservation m_reservation;
   ViewWordLookup m_lookup;

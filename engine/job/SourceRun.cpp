@@ -8,6 +8,31 @@
 
 namespace folivex {
 
+namespace {
+
+/// Words whose addresses are read as soon as they are in order, before any of them is matched: a
+/// match may close a range that ends with this very page.
+class AddressedWords : public WordSource {
+public:
+  AddressedWords(WordSource& words, PageAddresses& addresses, int page)
+      : m_words(words), m_addresses(addresses), m_page(page) {}
+
+  void filePages(int first, int last) override { m_words.filePages(first, last); }
+  int numWords() override { return m_words.numWords(); }
+  void doReverseSort() override {
+    m_words.doReverseSort();
+    m_addresses.readPage(m_page, m_words);
+  }
+  PageWord word(int index) override { return m_words.word(index); }
+
+private:
+  WordSource& m_words;
+  PageAddresses& m_addresses;
+  int m_page;
+};
+
+} // namespace
+
 SourceRun::SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
                      RangeSaver& saver, Operator& person)
     : m_setup(setup), m_state(state), m_text(text), m_saver(saver), m_person(person),
@@ -46,7 +71,12 @@ void SourceRun::scanPages(PageWindow window) {
 
 void SourceRun::scanPage(int pageIndex) {
   TextLibraryWords words(m_text);
-  m_matcher.scanPage(pageIndex, words);
+  if (m_addresses != nullptr && m_addresses->isWanted()) {
+    AddressedWords addressed(words, *m_addresses, pageIndex + 1);
+    m_matcher.scanPage(pageIndex, addressed);
+  } else {
+    m_matcher.scanPage(pageIndex, words);
+  }
   m_findings.readPage();
   switch (m_text.GetPageState()) {
   case GLYPHRUN_PAGE_EMPTY:
@@ -80,6 +110,7 @@ void SourceRun::takeBookmarks(int pageCount) {
           {entry.title ? QString::fromUtf16(entry.title) : QString(), entry.level, entry.page});
     }
   }
+  readAddresses(pageCount);
   for (SplitRange& range :
        bookmarkRanges(outline, bookmarkMethodOf(m_setup.pageExtract), pageCount)) {
     if (m_state.mustEnd()) {
@@ -87,6 +118,22 @@ void SourceRun::takeBookmarks(int pageCount) {
       return;
     }
     m_saver.saveRange(range);
+  }
+}
+
+/// Bookmarks need no words, but mail does.
+void SourceRun::readAddresses(int pageCount) {
+  if (m_addresses == nullptr || !m_addresses->isWanted()) {
+    return;
+  }
+  TextLibraryWords words(m_text);
+  for (int page = 1; page <= pageCount && !m_state.mustEnd(); ++page) {
+    m_person.progress({QStringLiteral("Processing page: %1").arg(page - 1), page, pageCount,
+                       m_state.outputCount});
+    m_person.handlePendingEvents();
+    words.filePages(page, page);
+    words.doReverseSort();
+    m_addresses->readPage(page, words);
   }
 }
 

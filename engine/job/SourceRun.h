@@ -7,6 +7,7 @@
 #include "engine/job/RunState.h"
 #include "engine/job/SourceFile.h"
 #include "engine/match/PageMatcher.h"
+#include "engine/output/PageAddresses.h"
 #include "engine/plan/RangePlanner.h"
 
 namespace folivex {
@@ -21,6 +22,9 @@ public:
 
   /// Told what the matching engine sees; may be null, must outlive the run.
   void setObserver(MatchObserver* observer) { m_matcher.setObserver(observer); }
+
+  /// Given the words of every page that is read; may be null, must outlive the run.
+  void setAddresses(PageAddresses* addresses) { m_addresses = addresses; }
 
   /// Scans the window of the open file's `pageCount` pages, or takes its bookmarks.
   void run(int pageCount);
@@ -39,6 +43,7 @@ private:
   void scanPages(PageWindow window);
   void scanPage(int pageIndex);
   void takeBookmarks(int pageCount);
+  void readAddresses(int pageCount);
 
   const SplitSetup& m_setup;
   RunState& m_state;
@@ -47,6 +52,7 @@ private:
   Operator& m_person;
   RangePlanner m_planner;
   PageMatcher m_matcher;
+  PageAddresses* m_addresses = nullptr;
   Findings m_findings;
   int m_firstUnfinished = 0;
 };

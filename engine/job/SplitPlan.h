@@ -27,6 +27,7 @@ struct PlannedOutput {
   QString matchedText;
   QString path;
   Fate fate = Fate::New;
+  QString address = {}; ///< that mail will go to, when mail is sent; empty: none on its pages
 };
 
 /// In plain words; empty for Fate::New.

@@ -1,7 +1,10 @@
 // EmailRecords: the outputs that a run made, for the e-mail list.
 #pragma once
 
+#include "engine/output/PageAddresses.h"
+
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 #include <vector>
@@ -12,21 +15,33 @@ namespace folivex {
 struct EmailRecord {
   int firstPage = 0;
   int lastPage = 0;
-  QString matchedText; ///< at most 255 characters
-  QString outputPath;  ///< at most 255 characters
+  QString matchedText;            ///< at most 255 characters
+  QString outputPath;             ///< at most 255 characters
+  AddressReader::Found addresses; ///< that its pages hold
 };
 
 /// One record an output, in the order in which the outputs were first made.
 class EmailRecords {
 public:
   void clear();
-  /// Adds a record; of one that has the same output path only the last page is replaced.
-  void record(const EmailRecord& record);
+  /// What a further range with the path of an earlier one does to its file.
+  enum class Repeat {
+    Grows,   ///< it holds the pages of both: mail goes to the address that was there first
+    Replaced ///< it holds the later pages alone: mail goes to their address
+  };
+
+  /// Adds a record; of one that has the same output path only the last page is replaced, and the
+  /// addresses as `repeat` says.
+  void record(const EmailRecord& record, Repeat repeat);
+  /// Forgets the outputs with these paths: what was not written must not be mailed, nor what an
+  /// earlier run left in its place.
+  void drop(const QSet<QString>& paths);
 
   const std::vector<EmailRecord>& all() const { return m_records; }
 
 private:
   std::vector<EmailRecord> m_records;
+  std::vector<QString> m_paths; ///< of each record, whole
   QHash<QString, std::size_t> m_byPath;
 };
 

@@ -47,7 +47,9 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
 
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
   if (m_stages.onPlanned) {
-    m_stages.onPlanned(line, named.path);
+    const QString address =
+        m_setup.emailEnable ? m_stages.addresses.of(firstPage, lastPage).address : QString();
+    m_stages.onPlanned(line, named.path, address);
   }
   writeReportLine(line);
   recordEmail(line);
@@ -74,9 +76,13 @@ void OutputRangeSaver::writeReportLine(const ReportLine& line) {
 }
 
 void OutputRangeSaver::recordEmail(const ReportLine& line) {
-  if (m_setup.emailEnable) {
-    m_stages.emails.record({line.firstPage, line.lastPage, line.matchedText, line.outputPath});
+  if (!m_setup.emailEnable) {
+    return;
   }
+  const bool replaces = m_setup.alwaysOverwrite && !m_setup.alwaysAppend;
+  m_stages.emails.record({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
+                          m_stages.addresses.of(line.firstPage, line.lastPage)},
+                         replaces ? EmailRecords::Repeat::Replaced : EmailRecords::Repeat::Grows);
 }
 
 } // namespace folivex

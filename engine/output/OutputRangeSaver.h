@@ -16,14 +16,19 @@ namespace folivex {
 /// hands it to the writer), a line in both reports, and a record for the e-mail list.
 class OutputRangeSaver : public RangeSaver {
 public:
+  /// A range, its path before it was reserved, and the address that mail will go to.
+  using OnPlanned =
+      std::function<void(const ReportLine& line, const QString& namedPath, const QString& address)>;
+
   struct Stages {
     OutputNamer& namer;
     OutputReservation& reservation;
     Reports& reports; ///< not open in a run that writes nothing
     EmailRecords& emails;
-    /// Told of every saved range, with its path before it was reserved; may be empty. Where it is
+    const PageAddresses& addresses;
+    /// Told of every saved range; may be empty. Where it is
     /// set, the run writes nothing and no folder is made.
-    std::function<void(const ReportLine& line, const QString& namedPath)> onPlanned;
+    OnPlanned onPlanned;
   };
 
   OutputRangeSaver(const SplitSetup& setup, RunState& state, Stages stages, Operator& person);

@@ -28,6 +28,7 @@ void OutputWriter::startSource(const QString& source, int totalPages) {
   m_source = source;
   m_totalPages = totalPages;
   m_writtenPaths.clear();
+  m_unwrittenPaths.clear();
   m_previousPath.clear();
 }
 
@@ -38,6 +39,7 @@ void OutputWriter::output(const ReservedOutput& output) {
   }
   if (m_state.userStop || m_state.abortRun) {
     m_account.stopped(output.firstPage, output.lastPage);
+    m_unwrittenPaths.insert(output.path);
     return;
   }
   // The same file once more, with more pages, is no further file.
@@ -180,6 +182,7 @@ void OutputWriter::wrote(const ReservedOutput& output) {
 
 void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
   m_account.failed(output.firstPage, output.lastPage);
+  m_unwrittenPaths.insert(output.path);
   if (m_state.error == RunError::None) {
     m_state.error = RunError::OutputFailed;
   }

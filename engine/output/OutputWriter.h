@@ -44,6 +44,9 @@ public:
   /// counts once.
   int writtenFiles() const { return static_cast<int>(m_writtenPaths.size()); }
 
+  /// Outputs that failed, or that a Stop left out.
+  const QSet<QString>& unwrittenPaths() const { return m_unwrittenPaths; }
+
 private:
   void makeFolderOf(const QString& path);
   void runExternalCommand(const ReservedOutput& output);
@@ -65,6 +68,7 @@ private:
   QString m_source;
   int m_totalPages = 0;
   QSet<QString> m_writtenPaths;
+  QSet<QString> m_unwrittenPaths;
   QString m_previousPath;
 };
 

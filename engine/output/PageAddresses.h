@@ -1,0 +1,56 @@
+// PageAddresses: the e-mail addresses that the pages of a source hold.
+#pragma once
+
+#include "engine/words/WordSource.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace folivex {
+
+/// Finds the addresses among the words of one page. What makes an address, and where it may stand,
+/// is the implementation's.
+class AddressReader {
+public:
+  struct Found {
+    QString address; ///< the one that mail goes to; empty when the page has none
+    QStringList further;
+  };
+
+  virtual ~AddressReader() = default;
+
+  /// `words` holds the page, in reading order.
+  virtual Found read(WordSource& words) = 0;
+};
+
+/// Collects them page by page, and tells those of a range. Pages count from 1.
+class PageAddresses {
+public:
+  /// `reader` may be null: then no page has an address. It must outlive this.
+  explicit PageAddresses(AddressReader* reader) : m_reader(reader) {}
+
+  bool isWanted() const { return m_reader != nullptr; }
+
+  /// Reads a page; pages come in ascending order.
+  void readPage(int page, WordSource& words);
+
+  /// Of the pages first..last (inclusive): the address of the first page that has one, and all the
+  /// others, each once.
+  AddressReader::Found of(int first, int last) const;
+
+private:
+  struct Page {
+    int page;
+    AddressReader::Found found;
+  };
+
+  AddressReader* m_reader;
+  std::vector<Page> m_pages; ///< those that have an address
+};
+
+/// Adds to `all` what is not in it yet, at most a few dozen: they are for a person to see.
+void addFurther(AddressReader::Found& all, const AddressReader::Found& more);
+
+} // namespace folivex
