@@ -40,6 +40,8 @@ CUpdateIntervalDlg::CUpdateIntervalDlg(UpdateCheck& check, Dialogs& dialogs, QWi
 
 CUpdateIntervalDlg::~CUpdateIntervalDlg() {
   m_check.stop();
+  // A field that loses the focus while the window goes away still tells its problem.
+  hide();
 }
 
 void CUpdateIntervalDlg::makeFields() {
@@ -54,7 +56,7 @@ void CUpdateIntervalDlg::makeFields() {
   m_address = new QLineEdit(this);
   m_address->setObjectName(QStringLiteral("address"));
   m_address->setPlaceholderText(QStringLiteral("https://"));
-  m_address->setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+  m_address->setMinimumWidth(fontMetrics().averageCharWidth() * 64);
   m_address->setToolTip(QStringLiteral("Address of the document that tells the newest version"));
   m_addressProblem = std::make_unique<FieldProblem>(m_address);
 }
@@ -92,7 +94,7 @@ void CUpdateIntervalDlg::layOut() {
   auto* addressLabel = new QLabel(QStringLiteral("&Address:"), this);
   addressLabel->setBuddy(m_address);
   auto* sent = makeText("sent", this);
-  sent->setText(QStringLiteral("The server is told the program's name and version, nothing else."));
+  sent->setText(QStringLiteral("The server is told no more than the program's version."));
   QPalette faint = sent->palette();
   faint.setColor(QPalette::WindowText, faint.color(QPalette::PlaceholderText));
   sent->setPalette(faint);
@@ -107,7 +109,7 @@ void CUpdateIntervalDlg::layOut() {
   m_buttons->setObjectName(QStringLiteral("buttons"));
 
   auto* all = new QVBoxLayout(this);
-  all->addWidget(m_on);
+  all->addWidget(m_on, 0, Qt::AlignLeft);
   all->addLayout(intervalRow());
   all->addSpacing(8);
   all->addWidget(addressLabel);
@@ -126,11 +128,10 @@ void CUpdateIntervalDlg::layOut() {
 void CUpdateIntervalDlg::connectFields() {
   connect(m_on, &QCheckBox::toggled, this, [this] { followFields(); });
   connect(m_address, &QLineEdit::textChanged, this, [this] {
-    m_addressProblem->tell({});
+    tellProblem({});
     followFields();
   });
-  connect(m_address, &QLineEdit::editingFinished, this,
-          [this] { m_addressProblem->tell(form().problem()); });
+  connect(m_address, &QLineEdit::editingFinished, this, [this] { tellProblem(form().problem()); });
   connect(m_checkNow, &QPushButton::clicked, this, [this] { checkNow(); });
   connect(m_openPage, &QPushButton::clicked, this, [this] {
     if (!m_dialogs.openOutside(m_page)) {
@@ -151,6 +152,22 @@ void CUpdateIntervalDlg::fill(const UpdateSettings& settings) {
   m_days->setValue(shown.intervalDays);
   m_address->setText(shown.address);
   m_lastCheck->setText(lastCheckText(settings.lastCheck, locale()));
+}
+
+// A layout lets a window be lower than its wrapped texts need.
+void CUpdateIntervalDlg::makeRoom() {
+  layout()->activate();
+  setMinimumHeight(layout()->totalHeightForWidth(width()));
+}
+
+void CUpdateIntervalDlg::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  makeRoom();
+}
+
+void CUpdateIntervalDlg::tellProblem(const QString& problem) {
+  m_addressProblem->tell(problem);
+  makeRoom();
 }
 
 void CUpdateIntervalDlg::followFields() {
@@ -177,7 +194,7 @@ void CUpdateIntervalDlg::showResult(const UpdateResult& result) {
   m_note->setVisible(isNewer && !result.offer.note.isEmpty());
   m_lastCheck->setText(lastCheckText(m_check.settings().lastCheck, locale()));
   followFields();
-  adjustSize();
+  makeRoom();
 }
 
 void CUpdateIntervalDlg::tellResult(const QString& text, const QColor& color) {
@@ -185,11 +202,12 @@ void CUpdateIntervalDlg::tellResult(const QString& text, const QColor& color) {
   QPalette colored = m_result->palette();
   colored.setColor(QPalette::WindowText, color);
   m_result->setPalette(colored);
+  makeRoom();
 }
 
 void CUpdateIntervalDlg::accept() {
   const QString problem = form().problem();
-  m_addressProblem->tell(problem);
+  tellProblem(problem);
   if (!problem.isEmpty()) {
     m_address->setFocus();
     return;

@@ -29,6 +29,9 @@ public:
 
   void accept() override;
 
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
 private:
   void makeFields();
   void makeCheckRow();
@@ -39,6 +42,8 @@ private:
   UpdateIntervalForm form() const;
   void fill(const UpdateSettings& settings);
   void followFields();
+  void makeRoom();
+  void tellProblem(const QString& problem);
   void checkNow();
   void showResult(const UpdateResult& result);
   void tellResult(const QString& text, const QColor& color);

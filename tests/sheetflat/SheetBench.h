@@ -7,7 +7,7 @@
 
 namespace folivex::test {
 
-class SheetBench : public testing::Test {
+class SheetBench : public ::testing::Test {
 protected:
   void SetUp() override { ASSERT_TRUE(folder.isValid()); }
 

@@ -1,0 +1,134 @@
+// The dialog of the update check, driven through its controls.
+#include "updates/CUpdateIntervalDlg.h"
+#include "tests/support/WindowBench.h"
+#include "tests/updates/UpdateBench.h"
+#include "updates/WindowUpdateMemory.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+
+namespace folivex {
+
+namespace {
+
+using testing::click;
+using testing::control;
+using testing::typeInto;
+using testing::waitUntil;
+
+class UpdateIntervalDialog : public test::UpdateBench {
+protected:
+  void SetUp() override { ASSERT_TRUE(m_folder.isValid()); }
+
+  UpdateSurroundings surroundings() const {
+    UpdateSurroundings here;
+    here.ownVersion = QStringLiteral("4.9.2");
+    here.certificates = certificate(QStringLiteral("own"));
+    return here;
+  }
+
+  static QString textOf(QDialog& dialog, const char* label) {
+    return control<QLabel>(&dialog, label)->text();
+  }
+
+  static void press(QDialog& dialog, QDialogButtonBox::StandardButton button) {
+    QTest::mouseClick(control<QDialogButtonBox>(&dialog, "buttons")->button(button),
+                      Qt::LeftButton);
+  }
+
+private:
+  QTemporaryDir m_folder;
+
+protected:
+  WindowMemory windows{m_folder.filePath(QStringLiteral("window.ini"))};
+  WindowUpdateMemory memory{windows};
+  UpdateCheck check{memory, surroundings()};
+  testing::ScriptedDialogs dialogs;
+};
+
+TEST_F(UpdateIntervalDialog, OkKeepsAndCancelDoesNot) {
+  {
+    CUpdateIntervalDlg dialog(check, dialogs);
+    dialog.show();
+    EXPECT_FALSE(control<QCheckBox>(&dialog, "on")->isChecked());
+    EXPECT_FALSE(control<QSpinBox>(&dialog, "days")->isEnabled());
+    EXPECT_EQ(control<QSpinBox>(&dialog, "days")->value(), 30);
+    EXPECT_EQ(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
+    click(&dialog, "on");
+    typeInto(&dialog, "days", QStringLiteral("14"));
+    typeInto(&dialog, "address", QStringLiteral(" https://folivex.example/version.json "));
+    press(dialog, QDialogButtonBox::Cancel);
+    EXPECT_TRUE(check.settings() == UpdateSettings());
+  }
+  CUpdateIntervalDlg dialog(check, dialogs);
+  dialog.show();
+  click(&dialog, "on");
+  typeInto(&dialog, "days", QStringLiteral("14"));
+  typeInto(&dialog, "address", QStringLiteral(" https://folivex.example/version.json "));
+  press(dialog, QDialogButtonBox::Ok);
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_TRUE(check.settings().isOn);
+  EXPECT_EQ(check.settings().intervalDays, 14);
+  EXPECT_EQ(check.settings().address, QStringLiteral("https://folivex.example/version.json"));
+}
+
+TEST_F(UpdateIntervalDialog, AWrongAddressIsToldAtItsField) {
+  CUpdateIntervalDlg dialog(check, dialogs);
+  dialog.show();
+  click(&dialog, "on");
+  EXPECT_FALSE(control<QPushButton>(&dialog, "checkNow")->isEnabled());
+  press(dialog, QDialogButtonBox::Ok);
+  EXPECT_TRUE(dialog.isVisible()) << "on without an address";
+  EXPECT_EQ(textOf(dialog, "addressProblem"), QStringLiteral("An address is needed."));
+  typeInto(&dialog, "address", QStringLiteral("http://folivex.example/"));
+  EXPECT_FALSE(control<QPushButton>(&dialog, "checkNow")->isEnabled());
+  press(dialog, QDialogButtonBox::Ok);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(textOf(dialog, "addressProblem"),
+            QStringLiteral("Only addresses that begin with https:// are asked."));
+  EXPECT_FALSE(check.settings().isOn);
+}
+
+TEST_F(UpdateIntervalDialog, CheckNowTellsItsResultInPlace) {
+  CUpdateIntervalDlg dialog(check, dialogs);
+  dialog.show();
+  const auto checkNow = [&](const QString& address) {
+    typeInto(&dialog, "address", address);
+    click(&dialog, "checkNow");
+    EXPECT_FALSE(control<QPushButton>(&dialog, "checkNow")->isEnabled());
+    EXPECT_TRUE(waitUntil([this] { return !check.isRunning(); }));
+    return textOf(dialog, "result");
+  };
+  EXPECT_EQ(checkNow(secure("/to-plain")),
+            QStringLiteral("The check failed: the server sends on to an address that is not "
+                           "encrypted."));
+  EXPECT_EQ(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
+  EXPECT_EQ(checkNow(secure("/newer")),
+            QStringLiteral("Version 4.10.0 is available; this is version 4.9.2."));
+  EXPECT_NE(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
+  EXPECT_EQ(textOf(dialog, "note"), QStringLiteral("Faster.\nSmaller."));
+  click(&dialog, "openPage");
+  EXPECT_EQ(dialogs.opened, QStringList{QStringLiteral("https://folivex.example/new")});
+  EXPECT_EQ(checkNow(secure("/same")), QStringLiteral("This is the newest version, 4.9.2."));
+  EXPECT_FALSE(control<QLabel>(&dialog, "note")->isVisible());
+  EXPECT_FALSE(control<QPushButton>(&dialog, "openPage")->isVisible());
+}
+
+TEST_F(UpdateIntervalDialog, ClosingStopsACheckThatHangs) {
+  {
+    CUpdateIntervalDlg dialog(check, dialogs);
+    dialog.show();
+    typeInto(&dialog, "address", secure("/hang"));
+    click(&dialog, "checkNow");
+    press(dialog, QDialogButtonBox::Cancel);
+  }
+  EXPECT_FALSE(check.isRunning());
+}
+
+} // namespace
+
+} // namespace folivex

@@ -1,0 +1,95 @@
+// The library that asks, against a real https server.
+#include "tests/updates/UpdateBench.h"
+#include "updates/UpdateLibrary.h"
+
+namespace folivex {
+
+namespace {
+
+class UpdateFetch : public test::UpdateBench {
+protected:
+  void SetUp() override { ASSERT_TRUE(library.loaded) << library.errorDetail.toStdString(); }
+
+  struct Answer {
+    int32_t code;
+    QByteArray document;
+    QString text;
+  };
+
+  Answer fetch(const QString& address,
+               const QString& certificates = certificate(QStringLiteral("own")),
+               int32_t seconds = 0, UpdatesStop stop = nullptr) const {
+    const auto utf16 = [](const QString& text) {
+      return reinterpret_cast<const char16_t*>(text.utf16());
+    };
+    const UpdatesRequest request = {utf16(address), u"4.9.2", utf16(certificates), seconds, seconds,
+                                    stop,           nullptr};
+    UpdatesDocument document = {};
+    const int32_t code = library.UpdatesFetch(&request, &document);
+    EXPECT_EQ(code, library.UpdatesLastError());
+    return {code, QByteArray(document.bytes, document.size),
+            QString::fromUtf16(library.UpdatesLastErrorText())};
+  }
+
+  UpdateLibrary library;
+};
+
+TEST_F(UpdateFetch, HandsBackTheDocument) {
+  EXPECT_TRUE(fetch(secure("/newer")).document.contains("\"4.10.0\""));
+  EXPECT_TRUE(fetch(secure("/to-newer")).document.contains("\"4.10.0\""));
+  EXPECT_EQ(fetch(secure("/full")).document.size(), UPDATES_MOST_BYTES);
+}
+
+TEST_F(UpdateFetch, SendsNothingThatTellsAPerson) {
+  fetch(secure("/seen")); // gives a cookie
+  const QByteArray seen = fetch(secure("/seen")).document;
+  EXPECT_TRUE(seen.contains("User-Agent: Folivex/4.9.2\\n")) << seen.toStdString();
+  for (const char* header : {"Cookie", "Referer", "Authorization", "Accept-Language"}) {
+    EXPECT_FALSE(seen.contains(header)) << seen.toStdString();
+  }
+}
+
+TEST_F(UpdateFetch, RefusesWhatIsNotToBeTrusted) {
+  const QString own = certificate(QStringLiteral("own"));
+  struct Row {
+    const char* fault;
+    QString address;
+    QString certificates;
+    int32_t code;
+  };
+  const std::vector<Row> rows = {
+      {"plain address asked", plain("/newer"), own, UPDATES_BAD_ADDRESS},
+      {"file read", QStringLiteral("file:///etc/passwd"), own, UPDATES_BAD_ADDRESS},
+      {"scheme guessed", QStringLiteral("localhost/newer"), own, UPDATES_BAD_ADDRESS},
+      {"login sent", QStringLiteral("https://a:b@localhost/"), own, UPDATES_BAD_ADDRESS},
+      {"header added", secure("/newer\r\nX: 1"), own, UPDATES_BAD_ADDRESS},
+      {"redirect to plain followed", secure("/to-plain"), own, UPDATES_NOT_ENCRYPTED},
+      {"redirect to a file followed", secure("/to-file"), own, UPDATES_NOT_ENCRYPTED},
+      {"redirects without end", secure("/loop"), own, UPDATES_FAILED},
+      {"unknown authority", secure("/newer"), QString(), UPDATES_NOT_TRUSTED},
+      {"another's certificate", secure("/newer"), certificate(QStringLiteral("other")),
+       UPDATES_NOT_TRUSTED},
+      {"certificate of another host", secureByNumber("/newer"), own, UPDATES_NOT_TRUSTED},
+      {"length believed", secure("/huge"), own, UPDATES_TOO_LARGE},
+      {"body without end", secure("/endless"), own, UPDATES_TOO_LARGE},
+      {"error page taken for the document", secure("/missing"), own, UPDATES_NO_DOCUMENT},
+      {"nobody there", QStringLiteral("https://localhost:1/"), own, UPDATES_NOT_REACHED},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault);
+    const Answer answer = fetch(row.address, row.certificates);
+    EXPECT_EQ(answer.code, row.code) << answer.text.toStdString();
+    EXPECT_EQ(answer.document, QByteArray());
+    EXPECT_FALSE(answer.text.isEmpty());
+  }
+}
+
+TEST_F(UpdateFetch, AServerThatHangsIsGivenUp) {
+  const QString own = certificate(QStringLiteral("own"));
+  EXPECT_EQ(fetch(secure("/hang"), own, 1).code, UPDATES_TIMED_OUT);
+  EXPECT_EQ(fetch(secure("/hang"), own, 0, [](void*) { return 1; }).code, UPDATES_STOPPED);
+}
+
+} // namespace
+
+} // namespace folivex
