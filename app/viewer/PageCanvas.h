@@ -33,6 +33,7 @@ public:
   /// empty sheet as large as the last.
   void show(std::shared_ptr<const ViewedPage> page, const PageSizing& sizing);
   const ViewedPage& page() const { return *m_page; }
+  const std::shared_ptr<const ViewedPage>& shared() const { return m_page; }
   void setSwapAxes(bool swapAxes) { m_swapAxes = swapAxes; }
   /// Marks a match when its page is the one shown.
   void mark(const std::optional<MatchMark>& match);

@@ -148,13 +148,13 @@ void PageViewer::turn(int pages) {
 
 void PageViewer::showPage(int page, From from) {
   m_page = std::clamp(page, 1, m_pageCount);
-  std::shared_ptr<const ViewedPage> kept = m_cache.find(m_page);
-  if (!kept) {
+  std::shared_ptr<const ViewedPage> here = kept(m_page);
+  if (!here) {
     auto awaited = std::make_shared<ViewedPage>();
     awaited->page = m_page;
-    kept = awaited;
+    here = awaited;
   }
-  display(kept);
+  display(here);
   QScrollBar* bar = m_area->verticalScrollBar();
   bar->setValue(from == From::Top ? bar->minimum() : bar->maximum());
   {
@@ -170,36 +170,44 @@ PageSizing PageViewer::sizing() const {
   return {m_fit, m_zoom, m_area->room(), m_canvas->devicePixelRatioF()};
 }
 
-/// Asks for the page shown and, behind it, for its neighbours, so far as they are not here sharp.
+/// A page as far as it is here; null when it is not.
+std::shared_ptr<const ViewedPage> PageViewer::kept(int page) {
+  return page == m_canvas->shared()->page ? m_canvas->shared() : m_cache.find(page);
+}
+
+bool PageViewer::isSharp(int page) {
+  const auto here = kept(page);
+  const bool isRead = here && (!here->size.isEmpty() || !here->problem.isEmpty());
+  return isRead && (here->size.isEmpty() ||
+                    here->pixelsPerPoint == pixelsPerPoint(here->size, sizing()));
+}
+
+/// Asks for the page shown; when it is here, for its neighbours, which are likely to be next.
 void PageViewer::request() {
   if (m_pageCount == 0) {
     return;
   }
-  const PageSizing size = sizing();
   std::vector<int> missing;
-  // The page shown comes last here, so that it is the last that the cache gives up.
-  for (const int page : {m_page - 1, m_page + 1, m_page}) {
-    if (page < 1 || page > m_pageCount) {
-      continue;
-    }
-    const auto kept = m_cache.find(page);
-    const bool isDone =
-        kept && (kept->size.isEmpty() || kept->pixelsPerPoint == pixelsPerPoint(kept->size, size));
-    if (!isDone) {
-      missing.insert(missing.begin(), page);
+  if (!isSharp(m_page)) {
+    missing.push_back(m_page);
+  } else if (m_canvas->page().bytes() < cacheBytes / 4) { // else they would push each other out
+    for (const int page : {m_page + 1, m_page - 1}) {
+      if (page >= 1 && page <= m_pageCount && !isSharp(page)) {
+        missing.push_back(page);
+      }
     }
   }
-  m_loader.want(missing, size);
+  m_loader.want(missing, sizing());
 }
 
 void PageViewer::arrived(std::shared_ptr<const ViewedPage> page) {
   m_cache.put(page);
-  const auto shown = m_cache.find(m_page);
-  if (page->page != m_page || !shown) {
+  if (page->page != m_page) {
     return;
   }
-  display(shown);
+  display(page);
   updateControls();
+  request();
   tellMatch();
 }
 
@@ -233,9 +241,7 @@ void PageViewer::fitAgain() {
     updateControls();
     return;
   }
-  if (const auto kept = m_cache.find(m_page)) {
-    display(kept);
-  }
+  display(m_canvas->shared());
   updateControls();
   request();
 }

@@ -97,6 +97,8 @@ private:
   enum class From { Top, Bottom };
   void showPage(int page, From from);
   void display(const std::shared_ptr<const ViewedPage>& page);
+  std::shared_ptr<const ViewedPage> kept(int page);
+  bool isSharp(int page);
   void request();
   PageSizing sizing() const;
   void setFit(PageSizing::Fit fit, double zoom);
