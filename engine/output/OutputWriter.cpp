@@ -27,7 +27,7 @@ OutputWriter::OutputWriter(const SplitSetup& setup, RunState& state, Libraries l
 void OutputWriter::startSource(const QString& source, int totalPages) {
   m_source = source;
   m_totalPages = totalPages;
-  m_writtenPaths.clear();
+  m_written.clear();
   m_unwrittenPaths.clear();
   m_previousPath.clear();
 }
@@ -176,7 +176,11 @@ void OutputWriter::appendFailed(const ReservedOutput& output) {
 }
 
 void OutputWriter::wrote(const ReservedOutput& output) {
-  m_writtenPaths.insert(output.path);
+  const auto earlier = m_written.constFind(output.path);
+  if (!m_setup.alwaysAppend && earlier != m_written.constEnd()) {
+    m_account.overwritten(earlier->first, earlier->last);
+  }
+  m_written.insert(output.path, {output.firstPage, output.lastPage});
   m_account.written(output.firstPage, output.lastPage);
 }
 

@@ -8,6 +8,7 @@
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SplitSetup.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace folivex {
@@ -42,7 +43,7 @@ public:
 
   /// Files that were really written since startSource(), after finish(); one that was appended to
   /// counts once.
-  int writtenFiles() const { return static_cast<int>(m_writtenPaths.size()); }
+  int writtenFiles() const { return static_cast<int>(m_written.size()); }
 
   /// Outputs that failed, or that a Stop left out.
   const QSet<QString>& unwrittenPaths() const { return m_unwrittenPaths; }
@@ -67,7 +68,11 @@ private:
   HandedOutputs m_handed;
   QString m_source;
   int m_totalPages = 0;
-  QSet<QString> m_writtenPaths;
+  struct Pages {
+    int first;
+    int last;
+  };
+  QHash<QString, Pages> m_written; ///< by path: the pages that it got last
   QSet<QString> m_unwrittenPaths;
   QString m_previousPath;
 };

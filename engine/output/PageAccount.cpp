@@ -7,11 +7,18 @@
 namespace folivex {
 
 void PageAccount::start(int pageCount) {
-  m_pages.assign(static_cast<std::size_t>(std::max(pageCount, 0)), Fate::InNone);
+  m_pages.assign(static_cast<std::size_t>(std::max(pageCount, 0)), Page());
 }
 
 void PageAccount::written(int first, int last) {
-  raise(first, last, Fate::Written);
+  change(first, last, [](Page& page) { ++page.holders; });
+}
+
+void PageAccount::overwritten(int first, int last) {
+  change(first, last, [](Page& page) {
+    page.holders -= page.holders > 0 ? 1 : 0;
+    page.fate = std::max(page.fate, Fate::Replaced);
+  });
 }
 
 void PageAccount::replaced(int first, int last) {
@@ -26,22 +33,26 @@ void PageAccount::stopped(int first, int last) {
   raise(first, last, Fate::Stopped);
 }
 
-void PageAccount::raise(int first, int last, Fate fate) {
+template <typename Change> void PageAccount::change(int first, int last, Change change) {
   last = std::min(last, pageCount());
   for (int page = std::max(first, 1); page <= last; ++page) {
-    Fate& current = m_pages[static_cast<std::size_t>(page - 1)];
-    current = std::max(current, fate);
+    change(m_pages[static_cast<std::size_t>(page - 1)]);
   }
 }
 
+void PageAccount::raise(int first, int last, Fate fate) {
+  change(first, last, [fate](Page& page) { page.fate = std::max(page.fate, fate); });
+}
+
 int PageAccount::count(Fate fate) const {
-  return static_cast<int>(std::count(m_pages.begin(), m_pages.end(), fate));
+  return static_cast<int>(std::count_if(m_pages.begin(), m_pages.end(),
+                                        [fate](const Page& page) { return page.told() == fate; }));
 }
 
 QString PageAccount::pagesOf(Fate fate) const {
   std::vector<int> pages;
   for (int page = 1; page <= pageCount(); ++page) {
-    if (m_pages[static_cast<std::size_t>(page - 1)] == fate) {
+    if (m_pages[static_cast<std::size_t>(page - 1)].told() == fate) {
       pages.push_back(page);
     }
   }

@@ -15,10 +15,11 @@ class PageAccount {
 public:
   void start(int pageCount);
 
-  void written(int first, int last);  ///< stands in an output
-  void replaced(int first, int last); ///< its output gave way to a later one of the same name
-  void failed(int first, int last);   ///< its output could not be written
-  void stopped(int first, int last);  ///< the run ended before its output was written
+  void written(int first, int last);     ///< stands in an output
+  void overwritten(int first, int last); ///< an output that it was written to is another one now
+  void replaced(int first, int last);    ///< its output gave way to a later one of the same name
+  void failed(int first, int last);      ///< its output could not be written
+  void stopped(int first, int last);     ///< the run ended before its output was written
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
   /// Pages that no range took.
@@ -32,15 +33,21 @@ public:
   QString summary(int fileCount) const;
 
 private:
-  // A later, better fate overrides an earlier one: a page that stands in any output is accounted
-  // for.
+  // Of a page that stands in no output the gravest fate is told. One that stands in any output is
+  // accounted for.
   enum class Fate : std::uint8_t { InNone, Stopped, Replaced, Failed, Written };
+  struct Page {
+    Fate fate = Fate::InNone;  ///< when no output holds it
+    std::uint32_t holders = 0; ///< outputs that it stands in
+    Fate told() const { return holders > 0 ? Fate::Written : fate; }
+  };
 
+  template <typename Change> void change(int first, int last, Change change);
   void raise(int first, int last, Fate fate);
   int count(Fate fate) const;
   QString pagesOf(Fate fate) const;
 
-  std::vector<Fate> m_pages;
+  std::vector<Page> m_pages;
 };
 
 } // namespace folivex

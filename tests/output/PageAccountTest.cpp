@@ -34,6 +34,14 @@ TEST(PageAccount, EveryPageIsToldOnce) {
        },
        "4 page(s): 0 in 1 file(s), 1 in no range (4), 1 only in files that a later one of the same "
        "name replaced (1), 1 not written, since the run was stopped (3), 1 FAILED (2)."},
+      {"file that gave way to a later one after it was written", 3,
+       [](PageAccount& a) {
+         a.written(1, 2);
+         a.written(2, 3);
+         a.overwritten(1, 2);
+       },
+       "3 page(s): 2 in 1 file(s), 1 only in files that a later one of the same name replaced "
+       "(1)."},
       {"pages that the source does not have", 2,
        [](PageAccount& a) {
          a.written(-2'000'000'000, 1);
