@@ -200,6 +200,9 @@ TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
   }
   m_list.rows().append(entries);
   const QStringList before = shown();
+  std::vector<int> repainted(40);
+  QObject::connect(table()->model(), &QAbstractItemModel::dataChanged, table(),
+                   [&](const QModelIndex& from) { ++repainted[size_t(from.row())]; });
   int calls = 0;
   m_list.onProcessList = [&] {
     m_list.setRunning(true);
@@ -227,6 +230,7 @@ TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
   m_list.rows().setStatus(0, "Ready."); // the button learns of its handler with any change
   click(&m_list, "processList");
   EXPECT_EQ(calls, 40);
+  EXPECT_EQ(repainted[39], 2) << "the view does not learn of both statuses";
   QStringList after = before;
   after.replaceInStrings("Ready.", "Done");
   after[1].replace("Done", "file error");
