@@ -40,8 +40,10 @@ public:
   /// Where the marked match stands on the canvas; null when it is not on this page.
   QRectF markedPlace() const;
 
-  /// Index of the word told about: the one pointed at, else the one under the cursor; -1 for none.
-  int currentWord() const { return m_hovered >= 0 ? m_hovered : m_cursor; }
+  /// Index of the word told about: the one pointed at, else, unless a range was drawn, the one
+  /// under the cursor; -1 for none.
+  int currentWord() const { return m_hovered >= 0 ? m_hovered : (m_range ? -1 : m_cursor); }
+  /// The range drawn last, until a word is clicked or gone to.
   const std::optional<PositionRange>& range() const { return m_range; }
   /// How many words the range takes in.
   int wordsInRange() const { return static_cast<int>(m_inRange.size()); }

@@ -37,7 +37,13 @@ PageViewer::PageViewer(CPDFTextDumpInit& library, QWidget* parent)
   showState(QStringLiteral("No file is open."));
 }
 
-PageViewer::~PageViewer() = default;
+PageViewer::~PageViewer() {
+  // What a window does when it goes (a field that loses the focus takes what was typed) must still
+  // find everything here.
+  hide();
+  m_area->onResized = nullptr;
+  m_canvas->onChanged = nullptr;
+}
 
 void PageViewer::connectControls() {
   connect(m_first, &QToolButton::clicked, this, [this] { goToPage(1); });
@@ -178,8 +184,8 @@ std::shared_ptr<const ViewedPage> PageViewer::kept(int page) {
 bool PageViewer::isSharp(int page) {
   const auto here = kept(page);
   const bool isRead = here && (!here->size.isEmpty() || !here->problem.isEmpty());
-  return isRead && (here->size.isEmpty() ||
-                    here->pixelsPerPoint == pixelsPerPoint(here->size, sizing()));
+  return isRead &&
+         (here->size.isEmpty() || here->pixelsPerPoint == pixelsPerPoint(here->size, sizing()));
 }
 
 /// Asks for the page shown; when it is here, for its neighbours, which are likely to be next.
@@ -251,32 +257,28 @@ void PageViewer::tell(const QString& text) {
 }
 
 QString PageViewer::currentPosition() const {
-  if (const auto& range = m_canvas->range()) {
-    return rangeText(*range);
+  if (const int word = m_canvas->currentWord(); word >= 0) {
+    const ViewedWord& told = m_canvas->page().words[static_cast<std::size_t>(word)];
+    return positionText(told.h, told.v);
   }
-  const int word = m_canvas->currentWord();
-  if (word < 0) {
-    return {};
-  }
-  const ViewedWord& told = m_canvas->page().words[static_cast<std::size_t>(word)];
-  return positionText(told.h, told.v);
+  return m_canvas->range() ? rangeText(*m_canvas->range()) : QString();
 }
 
 void PageViewer::tellCurrent() {
   const QString position = currentPosition();
-  m_copy->setEnabled(!position.isEmpty());
   const int word = m_canvas->currentWord();
-  if (m_canvas->range()) {
-    m_wordText->setText(
-        QStringLiteral("%1   (words in it: %2)").arg(position).arg(m_canvas->wordsInRange()));
-  } else if (word >= 0) {
-    m_wordText->setText(position + QStringLiteral("   ") +
-                        m_canvas->page().words[static_cast<std::size_t>(word)].text);
-  } else {
-    m_wordText->setText(m_pageCount == 0
-                            ? QString()
-                            : QStringLiteral("Click a word, or drag a rectangle over positions."));
+  QString text;
+  if (word >= 0) {
+    text = position + QStringLiteral("   ") +
+           m_canvas->page().words[static_cast<std::size_t>(word)].text;
+  } else if (!position.isEmpty()) {
+    text = QStringLiteral("%1   (words in it: %2)").arg(position).arg(m_canvas->wordsInRange());
+  } else if (m_pageCount > 0) {
+    text = QStringLiteral("Click a word, or drag a rectangle over positions.");
   }
+  m_wordText->setText(text);
+  m_canvas->setAccessibleDescription(text);
+  m_copy->setEnabled(!position.isEmpty());
 }
 
 void PageViewer::pickWord(int word) {

@@ -74,8 +74,15 @@ QString planColumnTitle(PlanColumn column) {
 }
 
 int compareNaturally(QStringView left, QStringView right) {
+  // What both begin with decides nothing, but for a number that only begins alike.
   qsizetype i = 0;
-  qsizetype j = 0;
+  while (i < std::min(left.size(), right.size()) && left[i] == right[i]) {
+    ++i;
+  }
+  while (i > 0 && isDigit(left[i - 1])) {
+    --i;
+  }
+  qsizetype j = i;
   while (i < left.size() && j < right.size()) {
     if (isDigit(left[i]) && isDigit(right[j])) {
       const QStringView a = digitsAt(left, i);

@@ -200,10 +200,13 @@ void PlanWindow::fitColumns() {
   // By the first rows; all of a long plan would take too long to measure.
   constexpr int rowsMeasured = 100;
   constexpr int widest = 260;
+  constexpr int air = 12;
   m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
-  m_table->resizeColumnsToContents();
-  for (int column = 0; column < planColumnCount; ++column) {
-    m_table->setColumnWidth(column, std::min(m_table->columnWidth(column), widest));
+  const int last =
+      static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
+  for (int column = 0; column < last; ++column) { // the last takes the room that is left
+    m_table->resizeColumnToContents(column);
+    m_table->setColumnWidth(column, std::min(m_table->columnWidth(column) + air, widest));
   }
 }
 
