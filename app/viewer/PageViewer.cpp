@@ -7,9 +7,12 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStackedWidget>
+#include <QToolButton>
 #include <QWindow>
 
 #include <algorithm>
