@@ -18,12 +18,15 @@ struct PageTable::Step {
   int next;
 };
 
-PageTable::PageTable(QPDF& document) : m_document(document) {
+PageTable::PageTable(QPDF& document,
+                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage)
+    : m_document(document), m_onPage(onPage) {
   QPDFObjectHandle root = findRoot();
   if (root.isDictionary()) {
     walk(root);
   }
   m_resources.clear();
+  m_onPage = nullptr;
 }
 
 /** Some catalogs name a node below the root of the tree. */
@@ -59,6 +62,10 @@ void PageTable::walk(QPDFObjectHandle root) {
     }
     const int position = step.next++;
     QPDFObjectHandle kid = step.kids.getArrayItem(position);
+    if (m_pageIndex.count(kid.getObjGen()) != 0) {
+      m_pages.push_back({kid.getObjGen(), step.node}); // listed twice; it may not be in memory
+      continue;
+    }
     if (!kid.isDictionary()) {
       continue;
     }
@@ -69,6 +76,7 @@ void PageTable::walk(QPDFObjectHandle root) {
     if (!kid.isIndirect()) {
       kid = m_document.makeIndirectObject(kid);
       step.kids.setArrayItem(position, kid);
+      m_madeObjects = true;
     }
     addPage(kid, step.node);
   }
@@ -82,6 +90,7 @@ void PageTable::addPage(QPDFObjectHandle page, uint32_t node) {
   if (resources.isIndirect() && !m_resources.insert(resources.getObjGen()).second) {
     m_sharedResources.insert(resources.getObjGen());
   }
+  m_onPage(count() - 1, object);
 }
 
 std::optional<int32_t> PageTable::indexOf(QPDFObjGen object) const {

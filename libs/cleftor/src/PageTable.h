@@ -6,6 +6,7 @@
 #include <qpdf/QPDF.hh>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,8 +19,11 @@ namespace cleftor {
  */
 class PageTable {
 public:
-  /** Walks the page tree once. A node that is met again is not walked again. */
-  explicit PageTable(QPDF& document);
+  /**
+   * Walks the page tree once. A node that is met again is not walked again. Each page is told
+   * when the walk is done with it.
+   */
+  PageTable(QPDF& document, const std::function<void(int32_t page, QPDFObjGen object)>& onPage);
 
   int32_t count() const { return static_cast<int32_t>(m_pages.size()); }
 
@@ -30,6 +34,9 @@ public:
 
   /** Whether the object is an inner node of the page tree. */
   bool isNode(QPDFObjGen object) const { return m_nodeIndex.count(object) != 0; }
+
+  /** Whether pages had to be made objects of their own: the document in memory is not the file. */
+  bool madeObjects() const { return m_madeObjects; }
 
   /** Value of an entry of the nodes above the page, null when none of them has it. */
   QPDFObjectHandle inherited(int32_t page, const std::string& key) const;
@@ -53,6 +60,8 @@ private:
   void addPage(QPDFObjectHandle page, uint32_t node);
 
   QPDF& m_document;
+  std::function<void(int32_t page, QPDFObjGen object)> m_onPage;
+  bool m_madeObjects = false;
   std::vector<Page> m_pages;
   std::vector<Node> m_nodes;
   ObjGenMap<int32_t> m_pageIndex;

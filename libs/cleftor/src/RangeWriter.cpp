@@ -54,7 +54,12 @@ void writeRange(Source& source, const RangeOrder& order) {
     throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(order) + " of \"" +
                                        source.path() + "\": " + error.what());
   }
+  if (source.isCut()) {
+    throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(order) + " of \"" +
+                                       source.path() + "\": the file became shorter meanwhile");
+  }
   file.keep();
+  source.letGoOfPages(order.first - 1, order.last - 1);
   source.forgetWarnings();
 }
 

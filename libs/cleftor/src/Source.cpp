@@ -35,7 +35,7 @@ Source::Source(const std::string& path, const std::string& password) : m_path(pa
   open(password);
   try {
     gatherFacts();
-    m_pages = std::make_unique<PageTable>(*m_document);
+    readPages();
     gatherWholeDocument();
   } catch (const std::exception& error) {
     refuse(m_path, std::string("its pages cannot be read: ") + error.what());
@@ -58,8 +58,9 @@ void Source::open(const std::string& password) {
 /** False when the password is not right; any other fault throws. */
 bool Source::openWith(const std::string& password) {
   auto document = quietDocument();
+  auto input = std::make_shared<SourceInput>(m_path);
   try {
-    document->processInputSource(std::make_shared<SourceInput>(m_path), password.c_str());
+    document->processInputSource(input, password.c_str());
   } catch (const QPDFExc& error) {
     if (error.getErrorCode() == qpdf_e_password) {
       return false;
@@ -73,7 +74,111 @@ bool Source::openWith(const std::string& password) {
     refuse(m_path, error.what());
   }
   m_document = std::move(document);
+  m_input = std::move(input);
+  m_password = password;
   return true;
+}
+
+/** The walk meets every page. Of a long document most of them leave the memory at once. */
+void Source::readPages() {
+  m_pages = std::make_unique<PageTable>(*m_document, [this](int32_t page, QPDFObjGen object) {
+    if (page >= residentPages && mayRenew()) {
+      letGoOf(object);
+    }
+  });
+  if (m_pages->madeObjects() && !m_gone.empty()) {
+    // Page numbers of this document are not those of the file, so nothing can be read anew.
+    m_gone.clear();
+    open(m_password);
+    m_pages = std::make_unique<PageTable>(*m_document, [](int32_t, QPDFObjGen) {});
+  }
+}
+
+/** A repaired document is searched for its objects once, not again and again. */
+bool Source::mayRenew() const {
+  return (m_facts & CLEFTOR_FILE_REPAIRED) == 0 &&
+         m_earlierDocuments.size() < static_cast<size_t>(mostRenewals);
+}
+
+void Source::letGoOf(QPDFObjGen object) {
+  m_document->replaceObject(object, QPDFObjectHandle::newNull());
+  m_gone.insert(object);
+}
+
+void Source::renew() {
+  auto document = quietDocument();
+  try {
+    document->processInputSource(m_input, m_password.c_str());
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw Failure(CLEFTOR_DAMAGED, "\"" + m_path + "\" can no longer be read: " + error.what());
+  }
+  m_earlierDocuments.push_back(std::move(m_document));
+  m_document = std::move(document);
+  m_gone.clear();
+}
+
+QPDFObjectHandle Source::object(QPDFObjGen object) {
+  if (m_gone.count(object) != 0) {
+    renew();
+  }
+  return m_document->getObject(object);
+}
+
+bool Source::lacksPartOf(QPDFObjectHandle page) const {
+  QPDFObjectHandle contents = page.getKey("/Contents");
+  if (m_gone.count(contents.getObjGen()) != 0) {
+    return true;
+  }
+  const int count = contents.isArray() ? contents.getArrayNItems() : 0;
+  for (int i = 0; i < count; ++i) {
+    if (m_gone.count(contents.getArrayItem(i).getObjGen()) != 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+QPDFObjectHandle Source::page(int32_t index) {
+  QPDFObjectHandle page = object(m_pages->object(index));
+  if (!page.isDictionary()) {
+    throw Failure(CLEFTOR_DAMAGED, "\"" + m_path + "\" is not the file any more that was opened");
+  }
+  if (!m_gone.empty() && lacksPartOf(page)) {
+    renew();
+    return this->page(index);
+  }
+  return page;
+}
+
+void Source::letGoOfPages(int32_t first, int32_t last) {
+  if (pageCount() <= residentPages || m_pages->madeObjects() || !mayRenew()) {
+    return;
+  }
+  for (int32_t index = first; index <= last; ++index) {
+    const QPDFObjGen object = m_pages->object(index);
+    QPDFObjectHandle contents = m_document->getObject(object).getKey("/Contents");
+    const auto drop = [this](QPDFObjectHandle content) {
+      // What several pages draw is kept, once it has shown.
+      if (content.isStream() && m_cache.find(content.getObjGen()) == nullptr) {
+        letGoOf(content.getObjGen());
+      }
+    };
+    drop(contents);
+    for (int i = 0; contents.isArray() && i < contents.getArrayNItems(); ++i) {
+      drop(contents.getArrayItem(i));
+    }
+    letGoOf(object);
+  }
+}
+
+void Source::letGoOfFile() {
+  for (const auto& document : m_earlierDocuments) {
+    document->closeInputSource();
+  }
+  m_document->closeInputSource();
+  m_input.reset();
 }
 
 void Source::gatherFacts() {

@@ -9,11 +9,13 @@
 #include "PageLabels.h"
 #include "PageTable.h"
 #include "ResourcePruner.h"
+#include "SourceInput.h"
 
 #include <qpdf/QPDF.hh>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace cleftor {
 
@@ -35,8 +37,14 @@ public:
 
   QPDFObjectHandle catalog() { return m_document->getRoot(); }
   QPDFObjectHandle trailer() { return m_document->getTrailer(); }
-  QPDFObjectHandle object(QPDFObjGen object) { return m_document->getObject(object); }
-  QPDFObjectHandle page(int32_t index) { return object(m_pages->object(index)); }
+  QPDFObjectHandle object(QPDFObjGen object);
+  QPDFObjectHandle page(int32_t index);
+
+  /**
+   * The pages first..last (from 0) are written. Of a long document they leave the memory with what
+   * they draw; who asks for them again gets them, since the file is then read anew.
+   */
+  void letGoOfPages(int32_t first, int32_t last);
 
   /** "1.4" and the like. */
   std::string version() const;
@@ -55,21 +63,39 @@ public:
   ObjectCache& cache() { return m_cache; }
   ResourcePruner& resources() { return m_resources; }
 
+  /** Whether the file became shorter while it was read, so that parts may be missing. */
+  bool isCut() const { return m_input && m_input->isCut(); }
+
   /** Closes the file; nothing of the source can be read any more. */
-  void letGoOfFile() { m_document->closeInputSource(); }
+  void letGoOfFile();
 
   /** Lets go of what the parser noted since the last call. */
   void forgetWarnings() { m_document->getWarnings(); }
 
 private:
+  /** A document of no more pages stays in memory: 4 KB or so for a page. */
+  static constexpr int32_t residentPages = 16'384;
+  /** Reading anew costs time that grows with the document, so it happens a few times at most. */
+  static constexpr int mostRenewals = 4;
+
+  void readPages();
+  bool mayRenew() const;
+  void letGoOf(QPDFObjGen object);
+  bool lacksPartOf(QPDFObjectHandle page) const;
+  void renew();
   void open(const std::string& password);
   bool openWith(const std::string& password);
   void gatherFacts();
   void gatherWholeDocument();
 
   std::string m_path;
+  std::string m_password; /**< the one that opened it */
+  std::shared_ptr<SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;
+  std::vector<std::shared_ptr<QPDF>>
+      m_earlierDocuments; /**< what is known of the whole hangs on them */
   std::unique_ptr<PageTable> m_pages;
+  ObjGenSet m_gone; /**< objects of m_document that were let go of */
   ObjGenSet m_wholeDocument;
   int32_t m_facts = 0;
 

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 
 namespace cleftor {
@@ -60,7 +61,11 @@ bool SourceInput::load(qpdf_offset_t position) {
   m_file.seekg(m_blockStart);
   m_file.read(m_block.data(), static_cast<std::streamsize>(m_block.size()));
   m_blockLength = static_cast<size_t>(std::max<std::streamsize>(0, m_file.gcount()));
-  return position - m_blockStart < static_cast<qpdf_offset_t>(m_blockLength);
+  if (position - m_blockStart >= static_cast<qpdf_offset_t>(m_blockLength)) {
+    m_isCut = true;
+    throw std::runtime_error("it cannot be read to its end any more");
+  }
+  return true;
 }
 
 qpdf_offset_t SourceInput::findAndSkipNextEOL() {

@@ -19,6 +19,10 @@ public:
   /** Opens path (UTF-8); throws Failure CLEFTOR_CANNOT_OPEN with the system's reason. */
   explicit SourceInput(const std::string& path);
 
+  /** Whether the file turned out to be shorter than it was when it was opened. The read that finds
+   * it throws std::runtime_error; the parser may have swallowed that. */
+  bool isCut() const { return m_isCut; }
+
   qpdf_offset_t findAndSkipNextEOL() override;
   const std::string& getName() const override;
   qpdf_offset_t tell() override;
@@ -28,7 +32,8 @@ public:
   void unreadCh(char ch) override;
 
 private:
-  /** Makes the block hold the byte at position; false at the end of the file. */
+  /** Makes the block hold the byte at position; false at the end of the file. Throws
+   * std::runtime_error when the file ends before its end. */
   bool load(qpdf_offset_t position);
 
   std::string m_name;
@@ -38,6 +43,7 @@ private:
   qpdf_offset_t m_blockStart = 0;
   std::vector<char> m_block;
   size_t m_blockLength = 0;
+  bool m_isCut = false;
 };
 
 } // namespace cleftor
