@@ -15,7 +15,7 @@ namespace folivex {
 namespace {
 
 /// Bytes that hold more than the characters of a line, whatever these are.
-constexpr qsizetype maxLineBytes = 4 * (maxListLine + 1);
+constexpr qsizetype maxLineBytes = 4LL * (maxListLine + 1);
 
 constexpr QChar bar = u'|';
 constexpr QChar prefixNotUsed = u'~';
@@ -80,7 +80,7 @@ bool isKept(const QString& line, const QString& path) {
 
 /// A link at a place that the person chose stays, and what it leads to is replaced.
 QString placeOf(const QString& path, platform::FileAccess access) {
-  const QString name = platform::withoutTrailingBlanks(path);
+  QString name = platform::withoutTrailingBlanks(path);
   const QFileInfo info(name);
   if (access == platform::FileAccess::Private || !info.isSymLink()) {
     return name;
@@ -109,7 +109,7 @@ QString whyNotReplaced(const QString& place, platform::FileAccess access) {
 QString writeWhole(const QString& path, const QByteArray& bytes) {
   const platform::FileAccess access = accessOf(path);
   const QString place = placeOf(path, access);
-  if (const QString why = whyNotReplaced(place, access); !why.isEmpty()) {
+  if (QString why = whyNotReplaced(place, access); !why.isEmpty()) {
     return why;
   }
   QFile file;

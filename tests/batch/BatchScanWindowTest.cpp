@@ -17,7 +17,7 @@ protected:
   }
 
   /// Calls `act` with the scanning window when the first rows come in.
-  void atFirstRows(std::function<void(CScanning*)> act) {
+  void atFirstRows(const std::function<void(CScanning*)>& act) {
     QObject::connect(table()->model(), &QAbstractItemModel::rowsInserted, &m_context, [=, this] {
       auto* window = m_list.findChild<CScanning*>();
       if (window && !m_acted) {

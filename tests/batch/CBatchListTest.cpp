@@ -195,6 +195,7 @@ TEST_F(BatchListDialog, FailedSaveIsToldAndTheRowsStay) {
 
 TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
   std::vector<BatchEntry> entries;
+  entries.reserve(40);
   for (int i = 0; i < 40; ++i) {
     entries.push_back(entry("Yes", write(QStringLiteral("%1.pdf").arg(i))));
   }
