@@ -36,6 +36,8 @@ public:
   qint64 size() const { return m_size; }
   /// Up to `most` bytes to `to`. 0: the mail is whole. -1: it never will be, see errorText().
   qint64 read(char* to, qint64 most);
+  /// Every byte was given away.
+  bool isAtEnd() const { return m_part == Part::Done && m_next >= m_block.size(); }
   QString errorText() const { return m_errorText; }
 
 private:

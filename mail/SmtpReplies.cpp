@@ -34,7 +34,7 @@ void SmtpReplies::startNew(Upgrade upgrade) {
 
 void SmtpReplies::onLine(QByteArrayView line) {
   const int code = codeOf(line);
-  if (code == 0) {
+  if (code == 0 || m_over) {
     return;
   }
   const QByteArrayView text = line.sliced(qMin(line.size(), codeLength + 1)).trimmed();

@@ -30,6 +30,9 @@ public:
   /// The whole mail went out: the next answer is about it.
   void onDataEnd() { m_dataEnded = true; }
 
+  /// What comes now answers a good-bye and says nothing about the mail.
+  void onGoodbye() { m_over = true; }
+
   /// Once the server has told what it offers on the connection as it is now.
   bool offersKnown() const { return m_stage == Stage::Known; }
   const SmtpOffers& offers() const { return m_offers; }
@@ -52,6 +55,7 @@ private:
   Stage m_stage = Stage::Banner;
   Upgrade m_upgrade = Upgrade::None;
   bool m_dataEnded = false;
+  bool m_over = false;
   int m_verdict = 0;
   int m_lastCode = 0;
   QByteArray m_lastText;

@@ -339,7 +339,8 @@ std::size_t SmtpTalk::Session::onRead(char* to, std::size_t size, std::size_t co
     session.note(TalkFault::AttachmentFailed);
     return CURL_READFUNC_ABORT;
   }
-  if (read == 0) {
+  // Its size being known, the library does not ask for more once it has it all.
+  if (session.m_mail->isAtEnd()) {
     session.m_replies.onDataEnd();
     session.m_wholeMailOut = true;
   }
@@ -382,8 +383,12 @@ int SmtpTalk::Session::onTrace(CURL*, curl_infotype kind, char* bytes, std::size
     return 0;
   }
   session.touch();
-  // The login passes here too; only commands about the mail are kept.
   const QByteArrayView command(bytes, static_cast<qsizetype>(count));
+  if (command.startsWith("QUIT")) {
+    session.m_replies.onGoodbye();
+    return 0;
+  }
+  // The login passes here too; only commands about the mail are kept.
   const bool aboutMail =
       command.startsWith("MAIL ") || command.startsWith("RCPT ") || command.startsWith("DATA");
   session.m_command = aboutMail ? command.trimmed().toByteArray() : QByteArray();

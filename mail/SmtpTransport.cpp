@@ -68,7 +68,7 @@ struct FaultMeaning {
   TalkFault fault;
   MailOutcome outcome;
   bool concernsEveryMail;
-  const char* text; ///< %1: the server
+  const char* text; ///< "%1" stands for the server
 };
 
 constexpr FaultMeaning meanings[] = {
@@ -145,7 +145,7 @@ struct SmtpTransport::State {
     MailResult result;
     result.outcome = meaning.outcome;
     result.concernsEveryMail = meaning.concernsEveryMail;
-    result.errorText = QString::fromLatin1(meaning.text).arg(server.host);
+    result.errorText = QString::fromLatin1(meaning.text).replace(QLatin1String("%1"), server.host);
     const int code = talked.replies.lastCode();
     if (code >= 400) {
       result.serverCode = code;

@@ -1,0 +1,194 @@
+#include "mail/SmtpTransport.h"
+#include "tests/mail/MailServerProcess.h"
+
+#include <QTemporaryDir>
+
+namespace folivex::test {
+namespace {
+
+/// For servers that never answer: any time will do.
+SmtpOptions impatient() {
+  SmtpOptions options;
+  options.connectTimeoutMs = 500;
+  options.answerTimeoutMs = 500;
+  options.finalAnswerTimeoutMs = 500;
+  return options;
+}
+
+/// What the server says became of the mails: the recipients of those that it took.
+QStringList taken(MailServerProcess& server) {
+  QStringList recipients;
+  for (const QJsonObject& mail : server.mails()) {
+    if (mail["accepted"].toBool()) {
+      recipients += strings(mail["recipients"]);
+    }
+  }
+  return recipients;
+}
+
+/// One mail to a server that goes wrong at one point: it is called sent only if it was taken, and
+/// tried once.
+TEST(SmtpFaults, TellWhatBecameOfTheMail) {
+  struct Row {
+    QStringList fault;
+    MailOutcome outcome;
+    int code;
+    std::size_t seen; ///< mails that the server got whole
+  };
+  const Row rows[] = {
+      {{"none"}, MailOutcome::Sent, 250, 1},
+      {{"mute"}, MailOutcome::Temporary, 0, 0},
+      {{"busy"}, MailOutcome::Temporary, 421, 0},
+      {{"login-refused"}, MailOutcome::Refused, 535, 0},
+      {{"odd-login"}, MailOutcome::Refused, 0, 0},
+      {{"no-login"}, MailOutcome::Refused, 0, 0},
+      {{"code-at-sender", "550"}, MailOutcome::Refused, 550, 0},
+      {{"code-at-sender", "451"}, MailOutcome::Temporary, 451, 0},
+      {{"code-at-recipient", "550", "anna"}, MailOutcome::Refused, 550, 0},
+      {{"code-at-recipient", "452", "anna"}, MailOutcome::Temporary, 452, 0},
+      {{"code-at-recipient", "550", "copy"}, MailOutcome::Refused, 550, 0},
+      {{"code-after-mail", "554"}, MailOutcome::Refused, 554, 1},
+      {{"code-after-mail", "452"}, MailOutcome::Temporary, 452, 1},
+      {{"code-after-mail", "421"}, MailOutcome::Temporary, 421, 1},
+      {{"close-in-mail"}, MailOutcome::Temporary, 0, 0},
+      {{"close-unanswered"}, MailOutcome::Unknown, 0, 1},
+      {{"hang-unanswered"}, MailOutcome::Unknown, 0, 1},
+      {{"hang-at-quit"}, MailOutcome::Sent, 250, 1},
+  };
+  QTemporaryDir folder;
+  QFile large(folder.filePath("large.pdf"));
+  ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(30'000'000));
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault.join(' ').toStdString());
+    MailServerProcess process("faulty_smtp_server.py", row.fault);
+    MailServer server = parseMailServer(process.text());
+    if (row.fault[0].contains("login")) {
+      server.login = "me";
+      server.password = "s3cret";
+    }
+    MailMessage message = plainMail("anna@example.org");
+    message.cc = "copy@example.org";
+    if (row.fault[0] == "close-in-mail") {
+      message.attachmentPath = large.fileName();
+    }
+    const bool hangs = row.fault[0] == "mute" || row.fault[0] == "hang-unanswered";
+    SmtpTransport transport(server, hangs ? impatient() : SmtpOptions());
+    PlainWait wait;
+    const MailResult result = transport.send(message, wait);
+    transport.disconnect();
+    EXPECT_EQ(result.outcome, row.outcome) << result.errorText.toStdString();
+    EXPECT_EQ(result.sent() ? 250 : result.serverCode, row.code) << result.errorText.toStdString();
+    EXPECT_EQ(result.errorText.isEmpty(), result.sent());
+    EXPECT_FALSE(result.errorText.contains("s3cret")) << result.errorText.toStdString();
+    EXPECT_FALSE(
+        result.errorText.contains(QString::fromLatin1(QByteArray("\0me\0s3cret", 10).toBase64())));
+    if (row.fault[0] == "code-at-recipient") {
+      EXPECT_TRUE(result.errorText.contains(row.fault[2] + "@example.org"))
+          << result.errorText.toStdString();
+    }
+    EXPECT_EQ(process.mails().size(), row.seen);
+    EXPECT_EQ(!taken(process).isEmpty(), result.sent());
+    EXPECT_EQ(process.connections(), 1);
+  }
+}
+
+TEST(SmtpFaults, NobodyListensOrNoSuchServer) {
+  PlainWait wait;
+  int port = 0;
+  {
+    MailServerProcess gone("faulty_smtp_server.py", {"none"});
+    port = gone.port();
+  }
+  SmtpTransport closed(parseMailServer(QStringLiteral("127.0.0.1:%1").arg(port)));
+  EXPECT_EQ(closed.send(plainMail("anna@example.org"), wait).outcome, MailOutcome::Temporary);
+  SmtpTransport bad(parseMailServer("host:99999"));
+  const MailResult result = bad.send(plainMail("anna@example.org"), wait);
+  EXPECT_EQ(result.outcome, MailOutcome::Refused);
+  EXPECT_TRUE(result.concernsEveryMail);
+}
+
+/// Limits of a connection cost a new connection and no mail; each is sent exactly once.
+TEST(SmtpFaults, ConnectionLimitsCostNoMail) {
+  struct Row {
+    QStringList fault;
+    int sent;
+    int connections;
+  };
+  const Row rows[] = {
+      {{"limit", "10"}, 25, 3},
+      {{"close-after", "10"}, 25, 3},
+      {{"limit", "0"}, 0, 25}, // never takes one: each is tried once
+      {{"rate", "7"}, 7, -1},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault.join(' ').toStdString());
+    MailServerProcess process("faulty_smtp_server.py", row.fault);
+    SmtpTransport transport(parseMailServer(process.text()));
+    PlainWait wait;
+    QStringList sent;
+    for (int i = 0; i < 25; ++i) {
+      const QString recipient = QStringLiteral("r%1@example.org").arg(i);
+      const MailResult result = transport.send(plainMail(recipient), wait);
+      if (result.sent()) {
+        sent += recipient;
+      } else {
+        EXPECT_EQ(result.outcome, MailOutcome::Temporary) << result.errorText.toStdString();
+      }
+    }
+    transport.disconnect();
+    EXPECT_EQ(taken(process), sent);
+    EXPECT_EQ(sent.size(), row.sent);
+    EXPECT_TRUE(row.connections < 0 || process.connections() == row.connections)
+        << process.connections();
+    EXPECT_EQ(transport.connectionCount(), process.connections());
+  }
+}
+
+/// The server hangs for good: only the stop brings send() back.
+TEST(SmtpFaults, StopEndsTheWaitAtEveryPoint) {
+  struct Row {
+    QStringList fault;
+    MailOutcome outcome;
+  };
+  const Row rows[] = {{{"mute"}, MailOutcome::Stopped},
+                      {{"hang-unanswered"}, MailOutcome::Unknown}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.fault[0].toStdString());
+    MailServerProcess process("faulty_smtp_server.py", row.fault);
+    SmtpTransport transport(parseMailServer(process.text()));
+    PlainWait wait;
+    int events = 0;
+    MailOutcome nested = MailOutcome::Sent;
+    wait.onEvents = [&] {
+      if (++events == 5) {
+        nested = transport.send(plainMail("bert@example.org"), wait).outcome;
+      }
+      wait.stop = events >= 10;
+    };
+    EXPECT_EQ(transport.send(plainMail("anna@example.org"), wait).outcome, row.outcome);
+    EXPECT_EQ(nested, MailOutcome::Refused);
+    EXPECT_EQ(taken(process), QStringList());
+  }
+}
+
+/// A file that grows or shrinks while it goes out must not arrive as half a PDF.
+TEST(SmtpFaults, AttachmentThatChangesIsNotSent) {
+  MailServerProcess process("faulty_smtp_server.py", {"none"});
+  QTemporaryDir folder;
+  QFile file(folder.filePath("a.pdf"));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.resize(400'000'000));
+  SmtpTransport transport(parseMailServer(process.text()));
+  PlainWait wait;
+  wait.onEvents = [&file] { file.resize(1'000); };
+  MailMessage message = plainMail("anna@example.org");
+  message.attachmentPath = file.fileName();
+  const MailResult result = transport.send(message, wait);
+  transport.disconnect();
+  EXPECT_EQ(result.outcome, MailOutcome::Refused);
+  EXPECT_TRUE(result.errorText.contains("changed while it was sent"))
+      << result.errorText.toStdString();
+  EXPECT_EQ(process.mails().size(), 0U);
+}
+
+} // namespace
+} // namespace folivex::test
