@@ -16,6 +16,10 @@ enum Answer : int { GoOn = 1, End = 0 };
 
 MatchWalker::MatchWalker(PageViewer& viewer, std::function<void()> stopScan)
     : m_viewer(&viewer), m_stopScan(std::move(stopScan)) {
+  m_gone = QObject::connect(&viewer, &QObject::destroyed, [this] {
+    m_viewer = nullptr;
+    stop();
+  });
   viewer.onStop = [this] { stop(); };
   viewer.onNext = [this] {
     if (m_waiting != nullptr) {
@@ -26,7 +30,8 @@ MatchWalker::MatchWalker(PageViewer& viewer, std::function<void()> stopScan)
 }
 
 MatchWalker::~MatchWalker() {
-  if (m_viewer) {
+  if (m_viewer != nullptr) {
+    QObject::disconnect(m_gone);
     m_viewer->onStop = nullptr;
     m_viewer->onNext = nullptr;
     m_viewer->endWalk();
@@ -44,18 +49,18 @@ void MatchWalker::stop() {
 }
 
 void MatchWalker::onWordCount(int pageIndex, int /*wordCount*/) {
-  if (m_viewer) {
+  if (m_viewer != nullptr) {
     m_viewer->tellWalk(QStringLiteral("Looking for the next match: page %1").arg(pageIndex + 1));
   }
 }
 
 bool MatchWalker::onMatch(int pageIndex, const QString& word, int h, int v) {
-  if (m_stopped || !m_viewer) {
+  if (m_stopped || m_viewer == nullptr) {
     return false;
   }
   m_viewer->showMatch({pageIndex + 1, word, h, v}, ++m_matches);
   const bool goesOn = waitForPerson();
-  if (m_viewer) {
+  if (m_viewer != nullptr) {
     m_viewer->leaveMatch();
   }
   return goesOn;
@@ -64,7 +69,6 @@ bool MatchWalker::onMatch(int pageIndex, const QString& word, int h, int v) {
 bool MatchWalker::waitForPerson() {
   QEventLoop loop;
   m_waiting = &loop;
-  QObject::connect(m_viewer, &QObject::destroyed, &loop, [&loop] { loop.exit(Answer::End); });
   // The program's end leaves the loop with a code that is neither.
   const int answer = loop.exec();
   m_waiting = nullptr;

@@ -3,7 +3,7 @@
 
 #include "engine/match/MatchObserver.h"
 
-#include <QPointer>
+#include <QMetaObject>
 
 #include <functional>
 
@@ -35,7 +35,8 @@ public:
 private:
   bool waitForPerson();
 
-  QPointer<PageViewer> m_viewer;
+  PageViewer* m_viewer; ///< null once it is gone
+  QMetaObject::Connection m_gone;
   std::function<void()> m_stopScan;
   QEventLoop* m_waiting = nullptr; ///< while a match is looked at
   bool m_stopped = false;
