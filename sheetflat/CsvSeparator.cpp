@@ -8,7 +8,7 @@ namespace {
 
 constexpr qsizetype sampledRecords = 50;
 // A quote that never closes makes the first record the whole file.
-constexpr qsizetype sampledCharacters = 64 * 1024;
+constexpr qsizetype sampledCharacters = 65536;
 
 struct Evenness {
   qsizetype records = 0; ///< of the most frequent length, lengths of one field not counted

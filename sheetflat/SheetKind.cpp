@@ -9,7 +9,7 @@ namespace sheetflat {
 namespace {
 
 // Enough to tell text from bytes, and a web page from a table.
-constexpr qsizetype headSize = 64 * 1024;
+constexpr qsizetype headSize = 65536;
 
 // A compound file names its streams somewhere in it, in UTF-16.
 bool isEncryptedPackage(const QByteArray& content) {

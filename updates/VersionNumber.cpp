@@ -47,7 +47,7 @@ std::optional<VersionNumber> VersionNumber::read(const QString& text) {
 }
 
 std::strong_ordering VersionNumber::operator<=>(const VersionNumber& other) const {
-  if (const auto byNumbers = m_numbers <=> other.m_numbers; byNumbers != 0) {
+  if (const auto byNumbers = m_numbers <=> other.m_numbers; std::is_neq(byNumbers)) {
     return byNumbers;
   }
   if (m_preRelease.isEmpty() != other.m_preRelease.isEmpty()) {
@@ -55,7 +55,8 @@ std::strong_ordering VersionNumber::operator<=>(const VersionNumber& other) cons
   }
   const qsizetype common = std::min(m_preRelease.size(), other.m_preRelease.size());
   for (qsizetype i = 0; i < common; i++) {
-    if (const auto byPart = compareParts(m_preRelease[i], other.m_preRelease[i]); byPart != 0) {
+    if (const auto byPart = compareParts(m_preRelease[i], other.m_preRelease[i]);
+        std::is_neq(byPart)) {
       return byPart;
     }
   }

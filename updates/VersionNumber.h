@@ -19,7 +19,7 @@ public:
   static std::optional<VersionNumber> read(const QString& text);
 
   std::strong_ordering operator<=>(const VersionNumber& other) const;
-  bool operator==(const VersionNumber& other) const { return (*this <=> other) == 0; }
+  bool operator==(const VersionNumber& other) const { return std::is_eq(*this <=> other); }
 
 private:
   std::vector<int> m_numbers;
