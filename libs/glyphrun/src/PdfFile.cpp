@@ -151,6 +151,8 @@ Result PdfFile::readPages() {
     int next;
     int count;
   };
+  constexpr std::size_t fewPages = 4096;
+  std::size_t forgetAt = fewPages;
   std::unordered_set<int> visited;
   std::vector<Level> stack;
   const auto enter = [&](const PdfObject& node, std::int32_t parent) {
@@ -178,6 +180,11 @@ Result PdfFile::readPages() {
         enter(kid, static_cast<std::int32_t>(node));
       else
         m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
+      // Each time a quarter more pages are known, so that it costs the same for every page.
+      if (m_pages.size() >= forgetAt) {
+        forgetObjects();
+        forgetAt = m_pages.size() + std::max(fewPages, m_pages.size() / 4);
+      }
     }
   } catch (const std::bad_alloc&) {
     return Result::OutOfMemory;
