@@ -1,20 +1,26 @@
 #include "app/MainWindow.h"
 
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "app/RunLine.h"
+#include "app/Usage.h"
+#include "app/dialogs/CConfigureDlg.h"
+#include "app/dialogs/CEmailSettingsDlg.h"
+#include "app/dialogs/COtherSettingsDlg.h"
+#include "app/dialogs/CReportOptionsDlg.h"
+#include "app/dialogs/CStatusDlg.h"
+#include "engine/setup/SetupFields.h"
+#include "platform/Paths.h"
+#include "widgets/Dialogs.h"
+#include "widgets/WindowMemory.h"
 
+#include <QAction>
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDesktopServices>
-#include <QFileDialog>
-#include <QFormLayout>
+#include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QProgressBar>
+#include <QMenuBar>
+#include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -22,266 +28,384 @@ namespace folivex {
 
 namespace {
 
-QHBoxLayout* row(QWidget* wide, QWidget* narrow) {
-  auto* layout = new QHBoxLayout;
-  layout->addWidget(wide, 1);
-  layout->addWidget(narrow);
-  return layout;
+constexpr int eventMs = 15;
+constexpr int paintMs = 50;
+
+QString setupFilter() {
+  return QStringLiteral("Setup files (*.fxs);;All Files (*.*)");
 }
 
-/// A row of more than one control: the label belongs to the first.
-void addRow(QFormLayout* form, const QString& label, QWidget* wide, QWidget* narrow) {
-  auto* text = new QLabel(label);
-  text->setBuddy(wide);
-  form->addRow(text, row(wide, narrow));
+QString themeKey() {
+  return QStringLiteral("theme");
 }
 
-template <typename Texts> void addTexts(QComboBox* box, const Texts& texts) {
-  for (const QString& text : texts) {
-    box->addItem(text);
+/// The first dropped file that the window takes; empty when there is none.
+QString takenFile(const QMimeData* data) {
+  for (const QUrl& url : data->urls()) {
+    const QString path = url.toLocalFile();
+    for (const char* ending : {".pdf", ".fxs"}) {
+      if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive)) {
+        return QDir::toNativeSeparators(path);
+      }
+    }
   }
+  return {};
 }
 
 } // namespace
 
-MainWindow::MainWindow() : m_session(*this) {
+MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
+    : m_dialogs(dialogs), m_memory(memory), m_recent(memory), m_session(*this),
+      m_eventPace(eventMs), m_paintPace(paintMs) {
+  setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QStringLiteral("Folivex"));
+  setWindowFlag(Qt::WindowMinimizeButtonHint);
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  setAcceptDrops(true);
   buildControls();
-  connectControls();
-  setRunning(false);
+  connectMenus();
+  setParts({});
+  // Nothing can be done before the libraries are loaded.
+  m_menus->setRunning(true);
 }
 
 MainWindow::~MainWindow() = default;
 
 void MainWindow::buildControls() {
-  m_fileName = new QLineEdit(this);
-  m_browseSource = new QPushButton(QStringLiteral("&Browse..."), this);
-  m_findString = new QLineEdit(this);
-  m_ignoreCase = new QCheckBox(QStringLiteral("&Ignore case sensitive text"), this);
-  m_pageExtract = new QComboBox(this);
-  addTexts(m_pageExtract, splitMethodTexts());
-  m_extract = new QComboBox(this);
-  addTexts(m_extract, fileNameMethodTexts());
-  m_prefix = new QLineEdit(this);
-  m_postfix = new QLineEdit(this);
-  m_splitToSource = new QCheckBox(
-      QStringLiteral("&Always split to source file directory (override below)"), this);
-  m_outputDir = new QLineEdit(this);
-  m_browseOutput = new QPushButton(QStringLiteral("B&rowse..."), this);
-  m_overwrite = new QCheckBox(QStringLiteral("Always &overwrite output file (if exists)"), this);
-
-  auto* form = new QFormLayout;
-  addRow(form, QStringLiteral("&Filename:"), m_fileName, m_browseSource);
-  form->addRow(QStringLiteral("Find &word(s):"), m_findString);
-  form->addRow(QString(), m_ignoreCase);
-  form->addRow(QStringLiteral("* Page &extract:"), m_pageExtract);
-  form->addRow(QStringLiteral("File&name extract:"), m_extract);
-  form->addRow(QStringLiteral("Pre&fix output filename:"), m_prefix);
-  form->addRow(QStringLiteral("Pos&tfix output filename:"), m_postfix);
-  form->addRow(QString(), m_splitToSource);
-  addRow(form, QStringLiteral("Output &Directory:"), m_outputDir, m_browseOutput);
-  form->addRow(QString(), m_overwrite);
-
-  m_process = new QPushButton(QStringLiteral("&Process"), this);
-  m_process->setDefault(true);
-  m_stop = new QPushButton(QStringLiteral("&Stop"), this);
-  m_load = new QPushButton(QStringLiteral("&Load Setup"), this);
-  m_save = new QPushButton(QStringLiteral("Sa&ve Setup"), this);
-  m_close = new QPushButton(QStringLiteral("&Close"), this);
-  auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {m_process, m_stop}) {
-    buttons->addWidget(button);
-  }
-  buttons->addStretch(1);
-  for (QPushButton* button : {m_load, m_save, m_close}) {
-    button->setAutoDefault(false);
-    buttons->addWidget(button);
-  }
-  m_progress = new QProgressBar(this);
-  m_status = new QLabel(this);
-  m_status->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  m_status->setWordWrap(true);
+  auto* bar = new QMenuBar(this);
+  m_menus = std::make_unique<MainMenus>(bar, themeOf(m_memory.text(themeKey())));
+  m_panel = new SetupPanel(m_dialogs, m_memory, this);
+  m_runLine = new RunLine(this);
+  m_status = new CStatusDlg(this);
+  m_status->onStop = [this] { stop(); };
 
   auto* layout = new QVBoxLayout(this);
-  layout->addLayout(form);
-  layout->addLayout(buttons);
-  layout->addWidget(m_progress);
-  layout->addWidget(m_status);
-  constexpr int startWidth = 640;
-  resize(startWidth, sizeHint().height());
+  layout->setMenuBar(bar);
+  layout->addWidget(m_panel, 1);
+  layout->addWidget(m_runLine);
+  layout->addWidget(buildButtons());
+  const QSize wanted = sizeHint();
+  resize(wanted.boundedTo(screen()->availableSize()));
+  m_memory.restore(this);
 }
 
-void MainWindow::connectControls() {
-  connect(m_browseSource, &QPushButton::clicked, this, &MainWindow::chooseSource);
-  connect(m_browseOutput, &QPushButton::clicked, this, &MainWindow::chooseOutputFolder);
-  connect(m_splitToSource, &QCheckBox::toggled, this, [this] { setRunning(m_running); });
-  connect(m_process, &QPushButton::clicked, this, &MainWindow::process);
-  connect(m_stop, &QPushButton::clicked, this, [this] { m_session.driver().Stop(); });
-  connect(m_load, &QPushButton::clicked, this, &MainWindow::loadSetup);
-  connect(m_save, &QPushButton::clicked, this, &MainWindow::saveSetup);
-  connect(m_close, &QPushButton::clicked, this, &MainWindow::reject);
+QPushButton* MainWindow::commandButton(Command command, const QString& text, const char* name) {
+  auto* button = new QPushButton(text, this);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setAutoDefault(false);
+  QAction* action = m_menus->action(command);
+  const QString key = action->shortcut().toString(QKeySequence::NativeText);
+  button->setToolTip(key.isEmpty() ? action->toolTip()
+                                   : QStringLiteral("%1 (%2)").arg(action->toolTip(), key));
+  const auto follow = [button, action] { button->setEnabled(action->isEnabled()); };
+  connect(action, &QAction::changed, button, follow);
+  connect(button, &QPushButton::clicked, action, &QAction::trigger);
+  follow();
+  return button;
+}
+
+QWidget* MainWindow::buildButtons() {
+  auto* row = new QWidget(this);
+  auto* buttons = new QHBoxLayout(row);
+  buttons->setContentsMargins(0, 0, 0, 0);
+  buttons->addWidget(
+      commandButton(Command::LoadSetup, QStringLiteral("&Load Setup"), "loadSetupButton"));
+  buttons->addWidget(
+      commandButton(Command::SaveSetup, QStringLiteral("Save Setup"), "saveSetupButton"));
+  buttons->addStretch(1);
+  buttons->addWidget(commandButton(Command::Stop, QStringLiteral("Stop"), "stopButton"));
+  buttons->addWidget(commandButton(Command::Plan, QStringLiteral("Plan"), "planButton"));
+  buttons->addWidget(commandButton(Command::Show, QStringLiteral("&Show"), "showButton"));
+  QPushButton* process =
+      commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
+  process->setDefault(true);
+  buttons->addWidget(process);
+  buttons->addWidget(commandButton(Command::Close, QStringLiteral("Close"), "closeButton"));
+  return row;
+}
+
+void MainWindow::connectMenus() {
+  m_menus->onCommand = [this](Command chosen) { command(chosen); };
+  m_menus->onRecentSetup = [this](const QString& path) { loadSetupFile(path); };
+  m_menus->onTheme = [this](Theme theme) {
+    m_memory.setText(themeKey(), themeName(theme));
+    applyTheme(theme);
+    m_panel->setSetup(currentSetup()); // problems are told in colours of the theme
+  };
+  m_menus->setRecentSetups(m_recent.paths());
+  QAction* view = m_menus->action(Command::ViewPage);
+  QPushButton* button = m_panel->viewPageButton();
+  connect(button, &QPushButton::clicked, view, &QAction::trigger);
+  connect(view, &QAction::changed, button,
+          [button, view] { button->setEnabled(view->isEnabled()); });
+}
+
+void MainWindow::setParts(WindowParts parts) {
+  m_parts = std::move(parts);
+  const std::initializer_list<std::pair<Command, bool>> available = {
+      {Command::ProcessList, m_parts.batchRows != nullptr},
+      {Command::PrepareList, m_parts.prepareList != nullptr},
+      {Command::Show, m_parts.walkMatches != nullptr},
+      {Command::Plan, m_parts.showPlan != nullptr},
+      {Command::ViewPage, m_parts.viewPage != nullptr},
+      {Command::LoadEmailList, m_parts.loadEmailList != nullptr},
+      {Command::UpdateCheck, m_parts.updateCheck != nullptr},
+      {Command::Help, m_parts.openHelp != nullptr},
+      {Command::ProblemReport, m_parts.problemReport != nullptr}};
+  for (const auto& [command, isThere] : available) {
+    m_menus->setAvailable(command, isThere);
+  }
+}
+
+void MainWindow::command(Command command) {
+  switch (command) {
+  case Command::LoadSetup:
+    return loadSetup();
+  case Command::SaveSetup:
+    return saveSetup();
+  case Command::Close:
+    return reject();
+  case Command::Process:
+    return process();
+  case Command::ProcessList:
+    return processList();
+  case Command::Stop:
+    return stop();
+  case Command::Show:
+    return showMatches();
+  case Command::Plan:
+    return plan();
+  case Command::ViewPage:
+    return viewPage();
+  case Command::ListPage:
+    return listPage();
+  case Command::PrepareList:
+    return m_parts.prepareList();
+  case Command::LoadEmailList:
+    return m_parts.loadEmailList();
+  case Command::UpdateCheck:
+    return m_parts.updateCheck();
+  case Command::Help:
+    return openHelp();
+  case Command::ProblemReport:
+    return m_parts.problemReport();
+  case Command::About:
+    return about();
+  case Command::ReportOptions: {
+    CReportOptionsDlg dialog(m_dialogs, this);
+    return editWith(dialog);
+  }
+  case Command::OtherSettings: {
+    COtherSettingsDlg dialog(m_dialogs, this);
+    return editWith(dialog);
+  }
+  case Command::SplitCommand: {
+    CConfigureDlg dialog(m_dialogs, this);
+    return editWith(dialog);
+  }
+  case Command::EmailSettings: {
+    CEmailSettingsDlg dialog(m_dialogs, this);
+    dialog.onSendTest = m_parts.sendTest;
+    return editWith(dialog);
+  }
+  }
+}
+
+void MainWindow::editWith(SetupDialog& dialog) {
+  const SplitSetup before = currentSetup();
+  dialog.onHelp = m_parts.openHelp;
+  dialog.setSetup(before);
+  m_memory.restore(&dialog);
+  const bool isAccepted = dialog.exec() == QDialog::Accepted;
+  m_memory.keep(&dialog);
+  if (!isAccepted) {
+    return;
+  }
+  SetupStore& store = m_session.store();
+  takeSetup();
+  dialog.take(store.edited());
+  // The report options live in the working copy alone; the other settings come there with the next
+  // commit.
+  SplitSetup working = store.working();
+  dialog.take(working);
+  const SplitSetup edited = store.edited();
+  commitSetup(edited, working);
+  store.working() = working;
+  showSetup();
+}
+
+SplitSetup MainWindow::currentSetup() const {
+  const SetupStore& store = m_session.store();
+  SplitSetup edited = store.edited();
+  m_panel->take(edited);
+  SplitSetup setup = store.working();
+  commitSetup(edited, setup);
+  return setup;
 }
 
 void MainWindow::start(const CommandLine& line) {
   if (const QString missing = m_session.loadLibraries(); !missing.isEmpty()) {
-    m_process->setEnabled(false);
-    m_load->setEnabled(false);
-    m_save->setEnabled(false);
     message(missing);
     return;
   }
+  m_menus->setRunning(false);
   m_session.loadDefaultSetup();
   showSetup();
-  if (line.argumentCount == 0) {
-    return;
-  }
-  setRunning(true);
-  const Session::Ended ended = m_session.handleCommandLine(line);
-  setRunning(false);
-  showSetup();
-  if (ended.mustEnd) {
-    QApplication::exit(ended.exitCode);
+  if (line.argumentCount > 0) {
+    runCommandLine(line);
   }
 }
 
 void MainWindow::showSetup() {
-  const SplitSetup& setup = m_session.store().edited();
-  m_fileName->setText(setup.fileName);
-  m_findString->setText(setup.findString);
-  m_ignoreCase->setChecked(setup.ignoreCase);
-  m_pageExtract->setCurrentIndex(static_cast<int>(splitMethodOf(setup.pageExtract)));
-  const int nameMethod = m_extract->findText(setup.extract);
-  m_extract->setCurrentIndex(std::max(nameMethod, 0));
-  m_prefix->setText(setup.prefixFileName);
-  m_postfix->setText(setup.postfixFileName);
-  m_splitToSource->setChecked(setup.splitToSource);
-  m_outputDir->setText(setup.outputDir);
-  m_overwrite->setChecked(setup.alwaysOverwrite);
+  const SetupStore& store = m_session.store();
+  SplitSetup setup = store.working();
+  commitSetup(store.edited(), setup);
+  m_panel->setSetup(setup);
+  tellSetupFile();
+}
+
+void MainWindow::tellSetupFile() {
+  const QString path = m_session.store().currentPath();
+  const QString program = QStringLiteral("Folivex");
+  setWindowTitle(
+      path.isEmpty() ? program : QStringLiteral("%1 - %2").arg(platform::fileTitle(path), program));
 }
 
 void MainWindow::takeSetup() {
-  SplitSetup& setup = m_session.store().edited();
-  setup.fileName = m_fileName->text();
-  setup.findString = m_findString->text();
-  setup.ignoreCase = m_ignoreCase->isChecked();
-  setup.pageExtract = m_pageExtract->currentText();
-  setup.extract = m_extract->currentText();
-  setup.prefixFileName = m_prefix->text();
-  setup.postfixFileName = m_postfix->text();
-  setup.splitToSource = m_splitToSource->isChecked();
-  setup.outputDir = m_outputDir->text();
-  setup.alwaysOverwrite = m_overwrite->isChecked();
+  m_panel->take(m_session.store().edited());
 }
 
-void MainWindow::chooseSource() {
-  const QString path =
-      QFileDialog::getOpenFileName(this, QStringLiteral("Choose the PDF to split"),
-                                   m_fileName->text(), QStringLiteral("PDF files (*.pdf *.PDF)"));
-  if (!path.isEmpty()) {
-    m_fileName->setText(QDir::toNativeSeparators(path));
+void MainWindow::tellResult(const SetupResult& result) {
+  // A save that failed is told in the window's foot: no box, but not passed over either.
+  const bool inBox = result.status != SetupStatus::NotWritten;
+  if (!result.message.isEmpty()) {
+    inBox ? message(result.message) : note(result.message);
+  }
+  if (!result.note.isEmpty()) {
+    note(result.note);
   }
 }
 
-void MainWindow::chooseOutputFolder() {
-  const QString path = QFileDialog::getExistingDirectory(
-      this, QStringLiteral("Choose the output folder"), m_outputDir->text());
-  if (!path.isEmpty()) {
-    m_outputDir->setText(QDir::toNativeSeparators(path));
-  }
+void MainWindow::keepUsed(const QString& path) {
+  m_recent.used(path);
+  m_menus->setRecentSetups(m_recent.paths());
+  m_memory.setText(QStringLiteral("folders/setup"), platform::folderOf(path));
 }
 
 void MainWindow::loadSetup() {
-  const QString path = QFileDialog::getOpenFileName(
-      this, QStringLiteral("Load fxs parameters file"), m_session.store().currentPath(),
-      QStringLiteral("Setup files (*.fxs);;All Files (*)"));
-  if (path.isEmpty()) {
-    return;
+  const QString path = m_dialogs.openFile(
+      this, {QStringLiteral("Load fxs parameters file"), setupFilter(), setupStartPath(), {}});
+  if (!path.isEmpty()) {
+    loadSetupFile(path);
   }
+}
+
+QString MainWindow::setupStartPath() const {
+  const QString current = m_session.store().currentPath();
+  return current.isEmpty() ? m_memory.text(QStringLiteral("folders/setup")) : current;
+}
+
+void MainWindow::loadSetupFile(const QString& path) {
+  m_runLine->clearNotes();
   const SetupResult loaded = m_session.store().LoadSetup(path);
-  if (!loaded.message.isEmpty()) {
-    message(loaded.message);
+  tellResult(loaded);
+  if (loaded.ok()) {
+    keepUsed(path);
+    m_runLine->setStatus(QStringLiteral("%1 loaded.").arg(path));
+  } else {
+    m_recent.gone(path);
+    m_menus->setRecentSetups(m_recent.paths());
   }
   showSetup();
 }
 
 void MainWindow::saveSetup() {
-  const QString path = QFileDialog::getSaveFileName(
-      this, QStringLiteral("Save fxs parameters file"), m_session.store().currentPath(),
-      QStringLiteral("Setup files (*.fxs);;All Files (*)"));
+  if (!m_panel->checkInput()) {
+    return;
+  }
+  const QString path =
+      m_dialogs.saveFile(this, {QStringLiteral("Save fxs parameters file"), setupFilter(),
+                                setupStartPath(), QStringLiteral("fxs")});
   if (path.isEmpty()) {
     return;
   }
+  m_runLine->clearNotes();
   takeSetup();
   const SetupResult saved = m_session.store().SaveSetup(path);
-  if (!saved.message.isEmpty()) {
-    message(saved.message);
+  tellResult(saved);
+  if (saved.ok()) {
+    keepUsed(path);
   }
+  tellSetupFile();
 }
 
-void MainWindow::process() {
+QString MainWindow::takePickedWord(int target, const PickedPlace& place) {
   takeSetup();
-  m_notes.clear();
-  m_progress->setRange(0, 0);
-  setRunning(true);
-  m_session.driver().StartProcessing();
-  setRunning(false);
+  const QString told = takePick(m_session.store().edited(), target, place);
+  showSetup();
+  return told;
 }
 
-void MainWindow::setRunning(bool running) {
-  m_running = running;
-  for (QWidget* control : std::initializer_list<QWidget*>{
-           m_fileName, m_findString, m_ignoreCase, m_pageExtract, m_extract, m_prefix, m_postfix,
-           m_splitToSource, m_overwrite, m_process, m_load, m_save, m_browseSource}) {
-    control->setEnabled(!running);
+QString MainWindow::takePickedRange(int target, const PickedArea& area) {
+  takeSetup();
+  const QString told = takePick(m_session.store().edited(), target, area);
+  showSetup();
+  return told;
+}
+
+void MainWindow::openHelp() {
+  QString topic = QStringLiteral("main-window");
+  for (const QWidget* at = focusWidget(); at != nullptr; at = at->parentWidget()) {
+    if (const QVariant own = at->property("helpTopic"); own.isValid()) {
+      topic = own.toString();
+      break;
+    }
   }
-  for (QWidget* control : std::initializer_list<QWidget*>{m_outputDir, m_browseOutput}) {
-    control->setEnabled(!running && !m_splitToSource->isChecked());
+  m_parts.openHelp(topic);
+}
+
+void MainWindow::about() {
+  message(versionText() + QStringLiteral("\nSplits one large PDF into one PDF per document.\n"
+                                         "Free software under the GNU Affero General Public "
+                                         "License, version 3 or later."));
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!m_isRunning && m_session.isReady() && !takenFile(event->mimeData()).isEmpty()) {
+    event->acceptProposedAction();
   }
-  m_stop->setEnabled(running);
-  m_progress->setVisible(running);
 }
 
-void MainWindow::message(const QString& text) {
-  QMessageBox::information(this, windowTitle(), text);
-}
-
-Answer MainWindow::question(const QString& text, const QString& caption) {
-  const auto button = QMessageBox::question(this, caption, text);
-  return button == QMessageBox::Yes ? Answer::Yes : Answer::No;
-}
-
-void MainWindow::note(const QString& text) {
-  m_notes += text;
-  m_status->setText(m_notes.join(QLatin1Char('\n')));
-}
-
-void MainWindow::print(const QString& text) {
-  note(text);
-}
-
-void MainWindow::progress(const Progress& progress) {
-  m_progress->setRange(0, progress.pageCount);
-  m_progress->setValue(progress.page);
-  m_status->setText(progress.text);
-}
-
-void MainWindow::handlePendingEvents() {
-  QApplication::processEvents();
-}
-
-void MainWindow::openDocument(const QString& path) {
-  QDesktopServices::openUrl(QUrl::fromUserInput(path, QString(), QUrl::AssumeLocalFile));
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString path = takenFile(event->mimeData());
+  if (m_isRunning || path.isEmpty()) {
+    return;
+  }
+  event->acceptProposedAction();
+  if (path.endsWith(QLatin1String(".fxs"), Qt::CaseInsensitive)) {
+    loadSetupFile(path);
+    return;
+  }
+  takeSetup();
+  m_session.store().edited().fileName = path;
+  m_session.store().edited().useCurrent = false;
+  showSetup();
+  m_runLine->setStatus(event->mimeData()->urls().size() > 1
+                           ? QStringLiteral("One file is split at a time; for more there is Run, "
+                                            "Prepare List.")
+                           : QStringLiteral("%1 is the file to split.").arg(path));
 }
 
 void MainWindow::reject() {
-  if (m_running) {
-    m_session.driver().Stop();
+  if (m_isRunning) {
+    stop();
     return;
   }
   if (m_session.isReady()) {
     takeSetup();
     m_session.close();
   }
+  m_memory.keep(this);
   QDialog::reject();
 }
 

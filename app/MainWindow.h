@@ -1,29 +1,54 @@
-// MainWindow: the setup of one split, and the command that runs it.
+// MainWindow: the setup of one split, and the commands that use it.
 #pragma once
 
+#include "app/MainMenus.h"
+#include "app/RecentSetups.h"
 #include "app/Session.h"
+#include "app/WindowParts.h"
+#include "app/dialogs/Pace.h"
+#include "app/groups/PickTargets.h"
+#include "app/groups/SetupPanel.h"
 #include "engine/job/Operator.h"
 
 #include <QDialog>
 
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QProgressBar;
 class QPushButton;
 
 namespace folivex {
 
-/// Shows the settings that a plain split needs and edits the store's copy of them. While a run is
-/// on, the window lives on at every step of it and its Stop button ends it.
+class CStatusDlg;
+class RunLine;
+class SetupDialog;
+
+/// Shows and edits the store's copy of the settings, and is the person that the engine talks to.
+/// While a run is on, the window lives on at every step of it, and nothing but Stop can be used.
 class MainWindow : public QDialog, public Operator {
 public:
-  MainWindow();
+  /// Both must outlive the window.
+  MainWindow(Dialogs& dialogs, WindowMemory& memory);
   ~MainWindow() override;
+
+  /// To be called before start().
+  void setParts(WindowParts parts);
 
   /// Loads libraries and default setup, then does what the arguments ask for.
   void start(const CommandLine& line);
+
+  Session& session() { return m_session; }
+
+  /// Shows the store's settings: another part has changed them.
+  void refresh() { showSetup(); }
+
+  // Commands that other windows give.
+  void process();
+  void processList();
+  /// The settings as they stand in the window, those of the dialogs included.
+  SplitSetup currentSetup() const;
+
+  /// What a word or an area picked on a page can be meant for: see pickTargetTexts(). What is taken
+  /// stands in the fields at once; the sentence returned says so.
+  QString takePickedWord(int target, const PickedPlace& place);
+  QString takePickedRange(int target, const PickedArea& area);
 
   void message(const QString& text) override;
   Answer question(const QString& text, const QString& caption) override;
@@ -35,41 +60,61 @@ public:
 
   void reject() override; ///< Escape and the close box: the close command
 
+protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
 private:
+  enum class Shown { StatusDialog, StatusLine };
+  /// While one lives, a run is on.
+  class Running;
+
   void buildControls();
-  void connectControls();
+  QWidget* buildButtons();
+  QPushButton* commandButton(Command command, const QString& text, const char* name);
+  void connectMenus();
+  void command(Command command);
+
   void showSetup();
-  void takeSetup();
-  void chooseSource();
-  void chooseOutputFolder();
+  void tellSetupFile();
   void loadSetup();
+  void loadSetupFile(const QString& path);
   void saveSetup();
-  void process();
-  void setRunning(bool running);
+  void tellResult(const SetupResult& result);
+  void keepUsed(const QString& path);
 
+  QString setupStartPath() const;
+
+  bool readyFor(SetupPurpose purpose);
+  void runCommandLine(const CommandLine& line);
+  void mailOutputs();
+  void takeSetup();
+  void stop();
+  void showMatches();
+  void plan();
+  void viewPage();
+  void listPage();
+  int askForPage();
+
+  void editWith(SetupDialog& dialog);
+  void openHelp();
+  void about();
+
+  Dialogs& m_dialogs;
+  WindowMemory& m_memory;
+  RecentSetups m_recent;
+  WindowParts m_parts;
   Session m_session;
-  bool m_running = false;
-  QStringList m_notes;
+  bool m_isRunning = false;
+  bool m_usesStatusDialog = false;
+  int m_lastPage = 1;
+  Pace m_eventPace;
+  Pace m_paintPace;
 
-  QLineEdit* m_fileName = nullptr;
-  QLineEdit* m_findString = nullptr;
-  QCheckBox* m_ignoreCase = nullptr;
-  QComboBox* m_pageExtract = nullptr;
-  QComboBox* m_extract = nullptr;
-  QLineEdit* m_prefix = nullptr;
-  QLineEdit* m_postfix = nullptr;
-  QCheckBox* m_splitToSource = nullptr;
-  QLineEdit* m_outputDir = nullptr;
-  QCheckBox* m_overwrite = nullptr;
-  QPushButton* m_process = nullptr;
-  QPushButton* m_stop = nullptr;
-  QPushButton* m_load = nullptr;
-  QPushButton* m_save = nullptr;
-  QPushButton* m_close = nullptr;
-  QPushButton* m_browseSource = nullptr;
-  QPushButton* m_browseOutput = nullptr;
-  QProgressBar* m_progress = nullptr;
-  QLabel* m_status = nullptr;
+  std::unique_ptr<MainMenus> m_menus;
+  SetupPanel* m_panel = nullptr;
+  RunLine* m_runLine = nullptr;
+  CStatusDlg* m_status = nullptr;
 };
 
 } // namespace folivex

@@ -1,6 +1,7 @@
 #include "app/Session.h"
 
 #include "app/PlanPrinter.h"
+#include "engine/job/SourceFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
@@ -229,6 +230,13 @@ void Session::explainNoMatch() {
   for (const QString& line : m_driver->NearestWords()) {
     m_person.note(line);
   }
+}
+
+int Session::pageCount(const SplitSetup& setup, QString& problem) {
+  SourceFile file({*m_text, *m_split});
+  const int pages = file.countPages(platform::withoutTrailingBlanks(setup.fileName), setup);
+  problem = file.problem();
+  return pages;
 }
 
 std::optional<int> Session::processFolder(const QString& pattern) {

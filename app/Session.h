@@ -38,7 +38,14 @@ public:
   /// The close command: saves the settings to the default setup file.
   void close();
 
+  /// After a run that found nothing: tells the words that come nearest to what was looked for.
+  void explainNoMatch();
+
+  /// Pages of the file that a setup names; 0 when it cannot be read, and `problem` says why.
+  int pageCount(const SplitSetup& setup, QString& problem);
+
   SetupStore& store() { return m_store; }
+  const SetupStore& store() const { return m_store; }
   JobDriver& driver() { return *m_driver; }
   bool isReady() const { return m_driver != nullptr; }
 
@@ -49,7 +56,6 @@ private:
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
   std::optional<int> planOne(const QString& path);
-  void explainNoMatch();
   void report(const SetupResult& result);
 
   Operator& m_person;

@@ -4,6 +4,9 @@
 #include "app/TerminalOperator.h"
 #include "app/Usage.h"
 #include "platform/Terminal.h"
+#include "widgets/DesktopDialogs.h"
+#include "widgets/Theme.h"
+#include "widgets/WindowMemory.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -35,7 +38,12 @@ int runUnattended(int& argc, char** argv, const CommandLine& line) {
 
 int runWindow(int& argc, char** argv, const CommandLine& line) {
   const QApplication application(argc, argv);
-  MainWindow window;
+  WindowMemory memory;
+  applyTheme(themeOf(memory.text(QStringLiteral("theme"))));
+  DesktopDialogs dialogs;
+  MainWindow window(dialogs, memory);
+  // Windows beside the main one do not keep the program alive.
+  QObject::connect(&window, &QDialog::finished, &window, [] { QApplication::exit(0); });
   window.show();
   QTimer::singleShot(0, &window, [&] { window.start(line); });
   return QApplication::exec();

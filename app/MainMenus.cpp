@@ -1,0 +1,148 @@
+#include "app/MainMenus.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QMenu>
+#include <QMenuBar>
+
+#include <array>
+
+namespace folivex {
+
+namespace {
+
+enum class Menu { File, Run, Settings, Help };
+
+struct CommandRow {
+  Command command;
+  Menu menu;
+  const char* name; ///< object name of the action
+  const char* text;
+  const char* shortcut;
+  const char* toolTip;
+  bool separatorBefore = false;
+};
+
+// clang-format off
+constexpr std::array rows = {
+    CommandRow{Command::LoadSetup, Menu::File, "loadSetup", "&Load Setup...", "Ctrl+O", "Load the settings of a setup file"},
+    CommandRow{Command::SaveSetup, Menu::File, "saveSetup", "&Save Setup...", "Ctrl+S", "Save these settings to a setup file"},
+    CommandRow{Command::Close, Menu::File, "close", "&Close", "Ctrl+Q", "Keep these settings for the next start, and end", true},
+    CommandRow{Command::Process, Menu::Run, "process", "&Process", "F5", "Split the file now"},
+    CommandRow{Command::ProcessList, Menu::Run, "processList", "Process &List", "Shift+F5", "Split every file of the prepared list"},
+    CommandRow{Command::Stop, Menu::Run, "stopRun", "S&top", "", "End the run after the page that is being worked on"},
+    CommandRow{Command::Show, Menu::Run, "show", "&Show", "F6", "Walk through the matches, page by page; nothing is written", true},
+    CommandRow{Command::Plan, Menu::Run, "plan", "Pla&n", "F7", "List what a split would write, without writing it"},
+    CommandRow{Command::ViewPage, Menu::Run, "viewPage", "&View Page h,v...", "F8", "See a page, and where its words stand"},
+    CommandRow{Command::ListPage, Menu::Run, "listPage", "List Pa&ge h,v...", "", "List the words of a page with their positions as text"},
+    CommandRow{Command::PrepareList, Menu::Run, "prepareList", "P&repare List", "Ctrl+L", "Prepare the list of files to split", true},
+    CommandRow{Command::LoadEmailList, Menu::Run, "loadEmailList", "Load &Email List...", "", "Load a list of addresses and files to send"},
+    CommandRow{Command::ReportOptions, Menu::Settings, "openReportOptions", "&Report and file options...", "", "Reports, list of names, gaps between words"},
+    CommandRow{Command::OtherSettings, Menu::Settings, "openOtherSettings", "&Other settings...", "", "What is removed before a run and from names"},
+    CommandRow{Command::SplitCommand, Menu::Settings, "openSplitCommand", "&Split command...", "", "Write outputs with another program"},
+    CommandRow{Command::EmailSettings, Menu::Settings, "openEmailSettings", "&E-mail settings...", "", "Server, message and address search"},
+    CommandRow{Command::UpdateCheck, Menu::Settings, "updateCheck", "&Update check...", "", "Whether and how often to look for a newer version", true},
+    CommandRow{Command::Help, Menu::Help, "openHelp", "&Help", "F1", "Help on what has the cursor"},
+    CommandRow{Command::ProblemReport, Menu::Help, "problemReport", "&Problem report...", "", "Tell us what went wrong"},
+    CommandRow{Command::About, Menu::Help, "about", "&About", "", "Version and licence", true},
+};
+// clang-format on
+
+} // namespace
+
+MainMenus::MainMenus(QMenuBar* bar, Theme theme) {
+  addCommands(bar);
+  for (const CommandRow& row : rows) {
+    m_available[row.command] = true;
+  }
+  addThemes(m_themes, theme);
+  update();
+}
+
+void MainMenus::addCommands(QMenuBar* bar) {
+  std::map<Menu, QMenu*> menus = {
+      {Menu::File, bar->addMenu(QStringLiteral("&File"))},
+      {Menu::Run, bar->addMenu(QStringLiteral("&Run"))},
+      {Menu::Settings, bar->addMenu(QStringLiteral("Se&ttings"))},
+      {Menu::Help, bar->addMenu(QStringLiteral("&Help"))},
+  };
+  for (const CommandRow& row : rows) {
+    QMenu* menu = menus.at(row.menu);
+    if (row.command == Command::Close) {
+      m_recent = menu->addMenu(QStringLiteral("&Recent Setups"));
+      m_recent->setObjectName(QStringLiteral("recentSetups"));
+    }
+    if (row.command == Command::UpdateCheck) {
+      m_themes = menu->addMenu(QStringLiteral("&Theme"));
+    }
+    if (row.separatorBefore) {
+      menu->addSeparator();
+    }
+    QAction* made = menu->addAction(QString::fromLatin1(row.text));
+    made->setObjectName(QString::fromLatin1(row.name));
+    made->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
+    made->setToolTip(QString::fromLatin1(row.toolTip));
+    made->setStatusTip(made->toolTip());
+    QObject::connect(made, &QAction::triggered, made, [this, command = row.command] {
+      if (onCommand) {
+        onCommand(command);
+      }
+    });
+    m_actions[row.command] = made;
+  }
+  for (const auto& [kind, menu] : menus) {
+    menu->setToolTipsVisible(true);
+  }
+}
+
+void MainMenus::addThemes(QMenu* menu, Theme theme) {
+  struct Row {
+    Theme theme;
+    const char* text;
+  };
+  constexpr std::array themes = {Row{Theme::System, "&System"}, Row{Theme::Light, "&Light"},
+                                 Row{Theme::Dark, "&Dark"}};
+  auto* group = new QActionGroup(menu);
+  for (const Row& row : themes) {
+    QAction* choice = menu->addAction(QString::fromLatin1(row.text));
+    choice->setObjectName(QStringLiteral("theme-") + themeName(row.theme));
+    choice->setCheckable(true);
+    choice->setChecked(row.theme == theme);
+    group->addAction(choice);
+    QObject::connect(choice, &QAction::triggered, choice,
+                     [this, chosen = row.theme] { onTheme(chosen); });
+  }
+}
+
+void MainMenus::setAvailable(Command command, bool available) {
+  m_available[command] = available;
+  update();
+}
+
+void MainMenus::setRunning(bool running) {
+  m_isRunning = running;
+  update();
+}
+
+void MainMenus::update() {
+  for (const auto& [command, made] : m_actions) {
+    made->setEnabled(m_available.at(command) && m_isRunning == (command == Command::Stop));
+  }
+  m_recent->setEnabled(!m_isRunning && m_available.at(Command::LoadSetup) && !m_recent->isEmpty());
+  m_themes->setEnabled(!m_isRunning);
+}
+
+void MainMenus::setRecentSetups(const QStringList& paths) {
+  m_recent->clear();
+  int number = 0;
+  for (const QString& path : paths) {
+    QString shown = path;
+    shown.replace(u'&', QStringLiteral("&&"));
+    QAction* entry = m_recent->addAction(QStringLiteral("&%1  %2").arg(++number).arg(shown));
+    entry->setData(path);
+    QObject::connect(entry, &QAction::triggered, entry, [this, path] { onRecentSetup(path); });
+  }
+  update();
+}
+
+} // namespace folivex

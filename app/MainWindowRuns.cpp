@@ -1,0 +1,253 @@
+// The main window's runs, and what it is to the engine while they are on.
+#include "app/MainWindow.h"
+#include "app/RunLine.h"
+#include "app/dialogs/CPageNumberDlg.h"
+#include "app/dialogs/CStatusDlg.h"
+#include "widgets/Dialogs.h"
+
+#include <QApplication>
+
+namespace folivex {
+
+class MainWindow::Running {
+public:
+  Running(MainWindow& window, const QString& title, Shown shown) : m_window(window) {
+    window.m_isRunning = true;
+    window.m_eventPace.reset();
+    window.m_paintPace.reset();
+    window.m_panel->setEnabled(false);
+    window.m_menus->setRunning(true);
+    window.m_runLine->begin(title);
+    window.m_usesStatusDialog = shown == Shown::StatusDialog;
+    if (window.m_usesStatusDialog) {
+      window.m_status->begin(title, window.m_session.store().edited().fileName);
+    }
+  }
+  ~Running() {
+    m_window.m_status->end();
+    m_window.m_isRunning = false;
+    m_window.m_usesStatusDialog = false;
+    m_window.m_runLine->end();
+    m_window.m_panel->setEnabled(true);
+    m_window.m_menus->setRunning(false);
+  }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+private:
+  MainWindow& m_window;
+};
+
+namespace {
+
+/// A batch run before there is any list.
+class NoRows : public BatchRows {
+public:
+  int count() const override { return 0; }
+  QString useFlag(int /*row*/) const override { return {}; }
+  QString path(int /*row*/) const override { return {}; }
+  void setStatus(int /*row*/, const QString& /*status*/) override {}
+  void showRow(int /*row*/) override {}
+};
+
+} // namespace
+
+bool MainWindow::readyFor(SetupPurpose purpose) {
+  SettingFindings more;
+  const SplitSetup setup = currentSetup();
+  const bool needsDocument = setup.useCurrent && purpose != SetupPurpose::SplittingList;
+  const QString document = m_parts.currentDocument ? m_parts.currentDocument() : QString();
+  if (needsDocument && document.isEmpty()) {
+    more.push_back({QStringLiteral("USECURRENT"),
+                    QStringLiteral("No PDF is open in the page viewer."), FindingKind::Problem});
+  }
+  if (!m_panel->check(purpose, more)) {
+    m_runLine->setStatus(QStringLiteral("Something has to be set right first."));
+    return false;
+  }
+  takeSetup();
+  if (needsDocument) {
+    m_session.store().edited().fileName = document;
+    showSetup();
+  }
+  return true;
+}
+
+void MainWindow::process() {
+  if (m_isRunning || !m_session.isReady() || !readyFor(SetupPurpose::Splitting)) {
+    return;
+  }
+  {
+    const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
+    m_session.driver().StartProcessing();
+    m_session.explainNoMatch();
+  }
+  const RunState& state = m_session.driver().state();
+  m_runLine->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
+  if (!state.userStop && state.outputCount > 0) {
+    mailOutputs();
+  }
+}
+
+void MainWindow::mailOutputs() {
+  const SplitSetup setup = currentSetup();
+  if (setup.emailEnable && m_parts.mailOutputs) {
+    m_parts.mailOutputs(m_session.driver(), setup);
+  }
+}
+
+void MainWindow::processList() {
+  if (m_isRunning || !m_session.isReady() || !m_parts.batchRows ||
+      !readyFor(SetupPurpose::SplittingList)) {
+    return;
+  }
+  NoRows none;
+  BatchRows* rows = m_parts.batchRows();
+  const auto tellList = [this](bool running) {
+    if (m_parts.batchRunning) {
+      m_parts.batchRunning(running);
+    }
+  };
+  tellList(true);
+  BatchResult result;
+  {
+    const Running running(*this, QStringLiteral("Processing list"), Shown::StatusDialog);
+    result = m_session.driver().ProcessBatch(rows == nullptr ? none : *rows);
+  }
+  tellList(false);
+  showSetup();
+  m_runLine->setStatus(
+      QStringLiteral("%1 %2 file(s) processed.")
+          .arg(result.stopped ? QStringLiteral("Stopped.") : QStringLiteral("Ready."))
+          .arg(result.processed));
+}
+
+void MainWindow::showMatches() {
+  if (!readyFor(SetupPurpose::Reading)) {
+    return;
+  }
+  {
+    const Running running(*this, QStringLiteral("Showing matches"), Shown::StatusLine);
+    m_parts.walkMatches(m_session.driver(), currentSetup());
+    m_session.explainNoMatch();
+  }
+  m_runLine->setStatus(QStringLiteral("Ready."));
+}
+
+void MainWindow::plan() {
+  if (!readyFor(SetupPurpose::Reading)) {
+    return;
+  }
+  SplitPlan plan;
+  {
+    const Running running(*this, QStringLiteral("Planning"), Shown::StatusDialog);
+    plan = m_session.driver().Plan();
+    m_session.explainNoMatch();
+  }
+  if (m_session.driver().state().userStop) {
+    m_runLine->setStatus(QStringLiteral("Stopped: there is no plan of a part."));
+    return;
+  }
+  m_runLine->setStatus(QStringLiteral("Ready."));
+  if (!plan.problem.isEmpty()) {
+    message(plan.problem);
+    return;
+  }
+  m_parts.showPlan(m_session.store().edited().fileName, plan);
+}
+
+int MainWindow::askForPage() {
+  if (!readyFor(SetupPurpose::Viewing)) {
+    return 0;
+  }
+  QString problem;
+  const int pages = m_session.pageCount(currentSetup(), problem);
+  if (pages == 0) {
+    message(problem);
+    return 0;
+  }
+  CPageNumberDlg dialog(pages, m_lastPage, this);
+  if (dialog.exec() != QDialog::Accepted) {
+    return 0;
+  }
+  m_lastPage = dialog.page();
+  return m_lastPage;
+}
+
+void MainWindow::viewPage() {
+  if (const int page = askForPage(); page > 0) {
+    m_parts.viewPage(currentSetup(), page);
+  }
+}
+
+void MainWindow::listPage() {
+  const int page = askForPage();
+  if (page == 0) {
+    return;
+  }
+  {
+    const Running running(*this, QStringLiteral("Listing page %1").arg(page), Shown::StatusLine);
+    m_session.driver().ListPagePositions(page);
+  }
+  m_runLine->setStatus(QStringLiteral("Ready."));
+}
+
+void MainWindow::runCommandLine(const CommandLine& line) {
+  Session::Ended ended;
+  {
+    const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
+    ended = m_session.handleCommandLine(line);
+  }
+  showSetup();
+  if (ended.mustEnd) {
+    QApplication::exit(ended.exitCode);
+  }
+}
+
+void MainWindow::stop() {
+  m_session.driver().Stop();
+  if (m_parts.stopWalk) {
+    m_parts.stopWalk();
+  }
+  m_runLine->setStatus(QStringLiteral("Stopping..."));
+}
+
+void MainWindow::message(const QString& text) {
+  m_status->end(); // the next step of a run that goes on shows it again
+  m_dialogs.message(this, text);
+}
+
+Answer MainWindow::question(const QString& text, const QString& caption) {
+  m_status->end();
+  return m_dialogs.question(this, text, caption) ? Answer::Yes : Answer::No;
+}
+
+void MainWindow::note(const QString& text) {
+  m_runLine->note(text);
+}
+
+void MainWindow::print(const QString& text) {
+  m_runLine->note(text);
+}
+
+void MainWindow::progress(const Progress& progress) {
+  if (m_usesStatusDialog) {
+    m_status->progress(progress);
+  } else if (m_paintPace.isDue()) {
+    m_runLine->progress(progress);
+  }
+}
+
+void MainWindow::handlePendingEvents() {
+  if (m_eventPace.isDue()) {
+    QApplication::processEvents();
+  }
+}
+
+void MainWindow::openDocument(const QString& path) {
+  if (!m_dialogs.openOutside(path)) {
+    note(QStringLiteral("No program opens %1").arg(path));
+  }
+}
+
+} // namespace folivex

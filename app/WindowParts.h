@@ -1,0 +1,47 @@
+// WindowParts: what other parts of the program do for the main window.
+#pragma once
+
+#include "engine/job/JobDriver.h"
+#include "engine/job/SplitPlan.h"
+#include "engine/setup/SplitSetup.h"
+
+#include <functional>
+
+namespace folivex {
+
+/// A part that is not there leaves its function empty; the commands that need it are then disabled.
+/// All are called on the thread of the windows.
+struct WindowParts {
+  /// Opens the window of the batch list.
+  std::function<void()> prepareList;
+  /// The rows of a batch run; null while no list was prepared.
+  std::function<BatchRows*()> batchRows;
+  /// A batch run begins and ends: the list is not to be changed meanwhile. May be empty.
+  std::function<void(bool running)> batchRunning;
+
+  /// Opens the page viewer at a page, from 1.
+  std::function<void(const SplitSetup& setup, int page)> viewPage;
+  /// The file that the viewer has open, empty when there is none: `USECURRENT` splits it.
+  std::function<QString()> currentDocument;
+  /// Walks through the matches with JobDriver::ShowMatches(); returns when the walk is over.
+  std::function<void(JobDriver& driver, const SplitSetup& setup)> walkMatches;
+  /// Ends a walk that stands at a match; called beside JobDriver::Stop(). May be empty.
+  std::function<void()> stopWalk;
+  /// Opens the window of a plan.
+  std::function<void(const QString& source, const SplitPlan& plan)> showPlan;
+
+  /// Opens the list of mails with a list file that the person chooses.
+  std::function<void()> loadEmailList;
+  /// A split has ended with mails to send (`EMAILENABLE`), or each source of a batch has. May be
+  /// empty.
+  std::function<void(JobDriver& driver, const SplitSetup& setup)> mailOutputs;
+  /// Sends one mail to see whether the settings are right, and says what came of it.
+  std::function<void(const SplitSetup& setup)> sendTest;
+
+  std::function<void(const QString& topic)> openHelp;
+  std::function<void()> problemReport;
+  /// Opens the settings of the update check.
+  std::function<void()> updateCheck;
+};
+
+} // namespace folivex

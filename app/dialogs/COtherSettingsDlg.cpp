@@ -1,0 +1,45 @@
+#include "app/dialogs/COtherSettingsDlg.h"
+
+#include "app/dialogs/FormGrid.h"
+#include "app/dialogs/SetupChecks.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+COtherSettingsDlg::COtherSettingsDlg(Dialogs& dialogs, QWidget* parent)
+    : SetupDialog("otherSettings", QStringLiteral("Other settings"),
+                  QStringLiteral("other-settings"), dialogs, parent) {
+  auto* controls = new QWidget(this);
+  auto* removeFiles = new QCheckBox(
+      QStringLiteral("&Remove files from output folder before processing."), controls);
+  auto* removeText = new QLineEdit(controls);
+  removeText->setPlaceholderText(QStringLiteral("e.g.  Ltd|Inc."));
+  m_binding.bind(&SplitSetup::otherSettingsRemoveFiles, removeFiles);
+  m_binding.bind(&SplitSetup::otherSettingsRemoveText, removeText);
+  auto* label =
+      new QLabel(QStringLiteral("Remove &text from output filenames, use | for multiple"));
+  label->setBuddy(removeText);
+  FormGrid grid(controls, m_binding);
+  grid.wide({removeFiles});
+  grid.wide({label});
+  grid.wide({removeText});
+  grid.wide({new QLabel(QStringLiteral("* NOTE: this is case sensitive"), controls)});
+
+  auto* layout = new QVBoxLayout(this);
+  controls->layout()->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(controls);
+  layout->addStretch(1);
+  finish(layout);
+  constexpr int startWidth = 520;
+  resize(startWidth, sizeHint().height());
+}
+
+SettingFindings COtherSettingsDlg::check(const SplitSetup& setup) const {
+  return checkOtherSettings(setup);
+}
+
+} // namespace folivex

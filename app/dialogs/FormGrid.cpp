@@ -1,0 +1,90 @@
+#include "app/dialogs/FormGrid.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+namespace folivex {
+
+namespace {
+
+constexpr int numberCharacters = 9;
+
+QHBoxLayout* sideBySide(std::initializer_list<QWidget*> controls) {
+  auto* line = new QHBoxLayout;
+  bool stretches = false;
+  for (QWidget* control : controls) {
+    const bool wide = control->sizePolicy().horizontalPolicy() == QSizePolicy::Expanding;
+    line->addWidget(control, wide ? 1 : 0);
+    stretches = stretches || wide;
+  }
+  if (!stretches) {
+    line->addStretch(1);
+  }
+  return line;
+}
+
+} // namespace
+
+FormGrid::FormGrid(QWidget* owner, const SetupBinding& binding)
+    : m_grid(new QGridLayout(owner)), m_binding(binding) {
+  m_grid->setColumnStretch(1, 1);
+}
+
+void FormGrid::row(const QString& label, std::initializer_list<QWidget*> controls) {
+  auto* text = new QLabel(label);
+  QWidget* first = *controls.begin();
+  text->setBuddy(first);
+  text->setToolTip(first->toolTip());
+  const bool isTall = qobject_cast<QPlainTextEdit*>(first) != nullptr;
+  m_grid->addWidget(text, m_row, 0, isTall ? Qt::AlignTop : Qt::Alignment());
+  m_grid->addLayout(sideBySide(controls), m_row++, 1);
+  problemLines(controls, 1);
+}
+
+void FormGrid::wide(std::initializer_list<QWidget*> controls) {
+  m_grid->addLayout(sideBySide(controls), m_row++, 0, 1, 2);
+  problemLines(controls, 0);
+}
+
+void FormGrid::problemLines(std::initializer_list<QWidget*> controls, int column) {
+  for (const QWidget* control : controls) {
+    if (QLabel* line = m_binding.problemLine(control)) {
+      m_grid->addWidget(line, m_row++, column, 1, column == 0 ? 2 : 1);
+    }
+  }
+}
+
+void FormGrid::stretch() {
+  m_grid->setRowStretch(m_row++, 1);
+}
+
+QLineEdit* numberField(QWidget* parent) {
+  auto* field = new QLineEdit(parent);
+  const int width = field->fontMetrics().horizontalAdvance(QString(numberCharacters, u'9'));
+  const int frame = field->minimumSizeHint().width();
+  field->setFixedWidth(width + frame);
+  field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  return field;
+}
+
+QLineEdit* passwordField(QWidget* parent) {
+  auto* field = new QLineEdit(parent);
+  field->setEchoMode(QLineEdit::Password);
+  return field;
+}
+
+QPushButton* sideButton(const QString& text, const char* name, const QString& toolTip,
+                        QWidget* parent) {
+  auto* button = new QPushButton(text, parent);
+  button->setObjectName(QString::fromLatin1(name));
+  button->setToolTip(toolTip);
+  button->setAutoDefault(false);
+  return button;
+}
+
+} // namespace folivex

@@ -1,0 +1,46 @@
+// FormGrid: rows of labels and controls, laid out alike in every window.
+#pragma once
+
+#include "app/dialogs/SetupBinding.h"
+
+#include <initializer_list>
+
+class QGridLayout;
+class QLineEdit;
+class QPushButton;
+class QWidget;
+
+namespace folivex {
+
+/// Fills a grid of two columns: labels, and what belongs to them. Under each row are the lines for
+/// the problems of its controls, which take no room while there is nothing to say.
+class FormGrid {
+public:
+  /// A layout for `owner`, which gets it.
+  FormGrid(QWidget* owner, const SetupBinding& binding);
+
+  /// The label belongs to the first control; a text between controls is a QLabel among them.
+  void row(const QString& label, std::initializer_list<QWidget*> controls);
+  /// Without a label, over both columns.
+  void wide(std::initializer_list<QWidget*> controls);
+  void stretch();
+
+  int rowCount() const { return m_row; }
+
+private:
+  void problemLines(std::initializer_list<QWidget*> controls, int column);
+
+  QGridLayout* m_grid;
+  const SetupBinding& m_binding;
+  int m_row = 0;
+};
+
+/// A line edit for a number or a position: as wide as those are.
+QLineEdit* numberField(QWidget* parent);
+/// One that does not show what is typed.
+QLineEdit* passwordField(QWidget* parent);
+/// A button that is not pressed by Enter in a field beside it.
+QPushButton* sideButton(const QString& text, const char* name, const QString& toolTip,
+                        QWidget* parent);
+
+} // namespace folivex

@@ -1,0 +1,75 @@
+#include "app/dialogs/SettingUse.h"
+
+#include "engine/naming/FileNameMethod.h"
+#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitSetup.h"
+
+#include <initializer_list>
+
+namespace folivex {
+
+namespace {
+
+class IdleKeys {
+public:
+  void addUnless(bool isUsed, std::initializer_list<const char*> keys) {
+    for (const char* key : keys) {
+      if (!isUsed) {
+        m_keys += QString::fromLatin1(key);
+      }
+    }
+  }
+  const QSet<QString>& keys() const { return m_keys; }
+
+private:
+  QSet<QString> m_keys;
+};
+
+void addMatching(const SplitSetup& setup, IdleKeys& idle) {
+  const bool words = matchesWords(setup);
+  idle.addUnless(
+      words, {"FINDSTRING", "IGNORECASE", "STARTFROMPAGE", "STARTENDPAGE", "OCRFIRST", "EXTRACT"});
+  idle.addUnless(matchesAtPosition(setup), {"MATCHPOSH", "MATCHPOSV"});
+  idle.addUnless(endsAtUntilWords(setup), {"EXTRACTUNTIL"});
+  idle.addUnless(words && splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition,
+                 {"UNTILMATCHPOSH", "UNTILMATCHPOSV"});
+  const bool line = words && namesAfterText(fileNameMethodOf(setup.extract));
+  idle.addUnless(line, {"EXTRACTFILENAME", "TAKENWORDSFORFILENAME", "UNTILHHPOSLESSTHAN",
+                        "FIRSTCHAROFWORD", "ADDBWORDS"});
+}
+
+} // namespace
+
+bool matchesWords(const SplitSetup& setup) {
+  return bookmarkMethodOf(setup.pageExtract) == BookmarkMethod::None;
+}
+
+bool matchesAtPosition(const SplitSetup& setup) {
+  const SplitMethod method = splitMethodOf(setup.pageExtract);
+  return matchesWords(setup) && (method == SplitMethod::MatchToNextMatchAtPosition ||
+                                 method == SplitMethod::MatchToNextUniqueMatchAtPosition ||
+                                 method == SplitMethod::MatchToUntilAtPosition);
+}
+
+bool endsAtUntilWords(const SplitSetup& setup) {
+  const SplitMethod method = splitMethodOf(setup.pageExtract);
+  return matchesWords(setup) &&
+         (method == SplitMethod::MatchToUntil || method == SplitMethod::MatchToUntilAtPosition);
+}
+
+QSet<QString> idleSettings(const SplitSetup& setup) {
+  IdleKeys idle;
+  addMatching(setup, idle);
+  idle.addUnless(!setup.useCurrent, {"FILENAME"});
+  idle.addUnless(!setup.useSourceFileName, {"PREFIXFILENAME"});
+  idle.addUnless(!setup.useSourceFileNamePost, {"POSTFIXFILENAME"});
+  idle.addUnless(!setup.splitToSource, {"OUTPUTDIR", "OTHERSETTINGSREMOVEFILES"});
+  idle.addUnless(!setup.reportOptionsCurrent, {"REPORTOPTIONSOUTPUTFOLDER"});
+  idle.addUnless(setup.configUseExternal, {"CONFIGEXTERNALCOMMAND", "CONFIGEXTERNALPARAMS"});
+  idle.addUnless(!setup.useOutlook,
+                 {"EMAILSMTP", "EMAILLOGIN", "EMAILPASSWORD", "EMAILFROMNAME", "EMAILHTML"});
+  idle.addUnless(setup.useOutlook, {"USEOUTLOOKAUTO"});
+  return idle.keys();
+}
+
+} // namespace folivex

@@ -1,0 +1,89 @@
+// SetupBinding: ties settings to the controls that show and edit them.
+#pragma once
+
+#include "app/dialogs/FieldChecks.h"
+#include "app/dialogs/SettingFinding.h"
+#include "engine/setup/SplitSetup.h"
+#include "widgets/FieldProblem.h"
+
+#include <QHash>
+#include <QSet>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace folivex {
+
+/// The table of a window's settings. bind() gives the control the setting's key as its object name,
+/// its tooltip, and a line for problems. The controls belong to their window, which must live as
+/// long as this is used.
+class SetupBinding {
+public:
+  SetupBinding() = default;
+  SetupBinding(const SetupBinding&) = delete;
+  SetupBinding& operator=(const SetupBinding&) = delete;
+
+  void bind(bool SplitSetup::*setting, QCheckBox* box);
+  void bind(QString SplitSetup::*setting, QLineEdit* field);
+  /// A text that is not in the list shows as its first entry.
+  void bind(QString SplitSetup::*setting, QComboBox* list);
+  void bind(QString SplitSetup::*setting, QPlainTextEdit* field);
+  void bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits = {});
+  void bind(double SplitSetup::*setting, QLineEdit* field);
+
+  /// Another control that is enabled and disabled with a setting (a button that fills its field).
+  void follow(const QString& key, QWidget* companion);
+
+  void show(const SplitSetup& setup);
+  /// Sets what is bound, and nothing else. A number that is none leaves the setting as it was.
+  void take(SplitSetup& setup) const;
+
+  /// What stands in the fields of numbers and is none; fields that are disabled do not count.
+  SettingFindings inputFindings() const;
+
+  /// Every control of these settings is disabled, all others are enabled.
+  void disable(const QSet<QString>& keys);
+
+  enum class Telling {
+    All,    ///< everything that was found
+    Editing ///< while the person edits: hints, and problems that had been told and still hold
+  };
+  void tell(const SettingFindings& findings, Telling telling);
+  /// Puts the cursor into the first field, in the order of bind(), that has a problem.
+  void focusFirst(const SettingFindings& findings) const;
+
+  QStringList keys() const;
+  QWidget* control(const QString& key) const;
+  /// The line for problems of a control, null when the control is not bound.
+  QLabel* problemLine(const QWidget* control) const;
+
+  /// The person, or the program, changed a control; not called by show().
+  std::function<void()> onEdited;
+
+private:
+  struct Row {
+    QString key;
+    QWidget* control;
+    std::unique_ptr<FieldProblem> problem;
+    std::function<void(const SplitSetup&)> show;
+    std::function<void(SplitSetup&)> take;
+    std::function<QString()> inputProblem; ///< may be empty
+    bool tellsProblem = false;
+  };
+
+  Row& add(const QString& key, QWidget* control);
+  void edited();
+
+  std::vector<Row> m_rows;
+  QHash<QString, QList<QWidget*>> m_companions;
+  bool m_isShowing = false;
+};
+
+} // namespace folivex

@@ -1,0 +1,211 @@
+#include "app/dialogs/SetupChecks.h"
+
+#include "app/dialogs/FieldChecks.h"
+#include "app/dialogs/NameTokens.h"
+#include "app/dialogs/SettingUse.h"
+#include "engine/job/JobDriver.h"
+#include "engine/naming/FileNameMethod.h"
+#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SetupFile.h"
+#include "mail/EmailSettingsCheck.h"
+#include "platform/FileSystem.h"
+#include "platform/Paths.h"
+
+namespace folivex {
+
+namespace {
+
+class Findings {
+public:
+  void problem(const char* key, const QString& text) { add(key, text, FindingKind::Problem); }
+  void hint(const char* key, const QString& text) { add(key, text, FindingKind::Hint); }
+  SettingFindings all;
+
+private:
+  void add(const char* key, const QString& text, FindingKind kind) {
+    if (!text.isEmpty()) {
+      all.push_back({QString::fromLatin1(key), text, kind});
+    }
+  }
+};
+
+void checkSource(const SplitSetup& setup, Findings& findings) {
+  const QString path = platform::withoutTrailingBlanks(setup.fileName);
+  if (setup.useCurrent) {
+    return; // the window knows what is open
+  }
+  if (path.isEmpty()) {
+    findings.problem("FILENAME", QStringLiteral("Choose the PDF to split."));
+  } else if (!platform::isReadableFile(path)) {
+    findings.problem("FILENAME", QStringLiteral("There is no such file, or it cannot be read."));
+  }
+}
+
+void checkPages(const SplitSetup& setup, Findings& findings) {
+  if (matchesWords(setup) && setup.startEndPage > 0 && setup.startEndPage < setup.startFromPage) {
+    findings.problem("STARTENDPAGE", QStringLiteral("The last page comes before the first."));
+  }
+}
+
+void checkPosition(const SplitSetup& setup, Findings& findings) {
+  const QString h = positionProblem(setup.matchPosH);
+  const QString v = positionProblem(setup.matchPosV);
+  findings.problem("MATCHPOSH", h);
+  findings.problem("MATCHPOSV", v);
+  const auto isAnywhere = [](const QString& text) {
+    return text.trimmed().isEmpty() || text.trimmed() == QLatin1String("0");
+  };
+  if (isAnywhere(setup.matchPosH) && isAnywhere(setup.matchPosV)) {
+    findings.problem("MATCHPOSH",
+                     QStringLiteral("This method needs a position: View Page h,v shows them."));
+  }
+}
+
+void checkSearch(const SplitSetup& setup, Findings& findings) {
+  if (!matchesWords(setup)) {
+    return;
+  }
+  const bool atPosition = matchesAtPosition(setup);
+  findings.problem("FINDSTRING", contradictionIn(setup));
+  if (setup.findString.isEmpty() && !atPosition) {
+    findings.hint("FINDSTRING",
+                  QStringLiteral("With nothing to find, every word of every page matches."));
+  }
+  if (atPosition) {
+    checkPosition(setup, findings);
+  }
+  if (endsAtUntilWords(setup) && setup.extractUntil.isEmpty()) {
+    findings.hint("EXTRACTUNTIL",
+                  QStringLiteral("Without a word here the first range never ends."));
+  }
+}
+
+void checkNames(const SplitSetup& setup, Findings& findings) {
+  if (matchesWords(setup) && fileNameMethodOf(setup.extract) == FileNameMethod::FileList &&
+      setup.reportUseFileList.isEmpty()) {
+    findings.problem("EXTRACT", QStringLiteral("Choose the list of names first: Settings, Report "
+                                               "and file options, Filelist."));
+  }
+  if (!setup.useSourceFileName) {
+    findings.hint("PREFIXFILENAME", tokenHint(setup.prefixFileName));
+  }
+  if (!setup.useSourceFileNamePost) {
+    findings.hint("POSTFIXFILENAME", tokenHint(setup.postfixFileName));
+  }
+}
+
+void checkOutput(const SplitSetup& setup, SetupPurpose purpose, Findings& findings) {
+  if (setup.splitToSource) {
+    return;
+  }
+  const bool writes = purpose == SetupPurpose::Splitting || purpose == SetupPurpose::SplittingList;
+  if (writes && !setup.outputDir.isEmpty()) {
+    findings.problem("OUTPUTDIR", folderProblem(setup.outputDir));
+  }
+  if (setup.otherSettingsRemoveFiles && !setup.outputDir.isEmpty()) {
+    findings.hint("OUTPUTDIR", QStringLiteral("The files in this folder are deleted when a run "
+                                              "begins (Settings, Other settings)."));
+  } else if (setup.outputDir.isEmpty()) {
+    findings.hint("OUTPUTDIR",
+                  QStringLiteral("Left empty: %1").arg(platform::defaultOutputFolder()));
+  }
+}
+
+} // namespace
+
+SettingFindings checkSplitSettings(const SplitSetup& setup, SetupPurpose purpose) {
+  Findings findings;
+  if (purpose != SetupPurpose::Editing && purpose != SetupPurpose::SplittingList) {
+    checkSource(setup, findings);
+  }
+  if (purpose != SetupPurpose::Viewing) {
+    checkPages(setup, findings);
+    checkSearch(setup, findings);
+    checkNames(setup, findings);
+    checkOutput(setup, purpose, findings);
+  }
+  return std::move(findings.all);
+}
+
+SettingFindings checkReportOptions(const SplitSetup& setup) {
+  Findings findings;
+  if (!setup.reportOptionsCurrent && !setup.reportOptionsOutputFolder.isEmpty()) {
+    findings.problem("REPORTOPTIONSOUTPUTFOLDER", folderProblem(setup.reportOptionsOutputFolder));
+  }
+  if (!setup.reportUseFileList.isEmpty() &&
+      !platform::isReadableFile(platform::withoutTrailingBlanks(setup.reportUseFileList))) {
+    findings.problem("REPORTUSEFILELIST",
+                     QStringLiteral("There is no such file, or it cannot be read."));
+  }
+  return std::move(findings.all);
+}
+
+SettingFindings checkOtherSettings(const SplitSetup& setup) {
+  Findings findings;
+  if (setup.otherSettingsRemoveFiles && !setup.splitToSource && !setup.outputDir.isEmpty()) {
+    findings.hint("OTHERSETTINGSREMOVEFILES",
+                  QStringLiteral("Deletes the files in %1.").arg(setup.outputDir));
+  } else if (setup.splitToSource) {
+    findings.hint("OTHERSETTINGSREMOVEFILES",
+                  QStringLiteral("Not done while outputs go to the source's own folder."));
+  }
+  return std::move(findings.all);
+}
+
+SettingFindings checkExternalCommand(const SplitSetup& setup) {
+  Findings findings;
+  if (!setup.configUseExternal) {
+    return {};
+  }
+  if (setup.configExternalCommand.trimmed().isEmpty()) {
+    findings.problem("CONFIGEXTERNALCOMMAND", QStringLiteral("Name the program to start."));
+  }
+  for (const char* placeholder : {"[IN]", "[OUT]", "[START]", "[END]"}) {
+    if (!setup.configExternalParams.contains(QLatin1String(placeholder))) {
+      findings.hint("CONFIGEXTERNALPARAMS",
+                    QStringLiteral("%1 is missing: the program is not told of it.")
+                        .arg(QLatin1String(placeholder)));
+      break;
+    }
+  }
+  if (setup.alwaysAppend) {
+    findings.hint("CONFIGUSEEXTERNAL",
+                  QStringLiteral("Not used while outputs are appended to files that exist."));
+  }
+  return std::move(findings.all);
+}
+
+SettingFindings checkEmailDialog(const SplitSetup& setup) {
+  Findings findings;
+  const auto hintUnlessEnabled = setup.emailEnable ? FindingKind::Problem : FindingKind::Hint;
+  const bool isUntouched = setup.emailSmtp.isEmpty() && setup.emailFrom.isEmpty();
+  if (setup.emailEnable || !isUntouched) {
+    for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
+      findings.all.push_back(
+          {finding.field, finding.text,
+           finding.weight == FindingWeight::Problem ? hintUnlessEnabled : FindingKind::Hint});
+    }
+  }
+  if (setup.emailMatchVert >= 0 && setup.emailMatchVertTo < setup.emailMatchVert) {
+    findings.problem("EMAILMATCHVERTTO", QStringLiteral("This range ends before it begins."));
+  }
+  if (setup.emailMatchHorizFrom >= 0 && setup.emailMatchHorizTo < setup.emailMatchHorizFrom) {
+    findings.problem("EMAILMATCHHORIZTO", QStringLiteral("This range ends before it begins."));
+  }
+  return std::move(findings.all);
+}
+
+SettingFindings lostInFile(const SplitSetup& setup, const QStringList& keys) {
+  SettingFindings findings;
+  for (const QString& key : keysLostInFile(setup)) {
+    if (keys.contains(key)) {
+      findings.push_back({key,
+                          QStringLiteral("A setup file cannot keep this text whole (it must hold "
+                                         "no \";\" and not be too long)."),
+                          FindingKind::Hint});
+    }
+  }
+  return findings;
+}
+
+} // namespace folivex

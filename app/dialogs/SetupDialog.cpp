@@ -1,0 +1,103 @@
+#include "app/dialogs/SetupDialog.h"
+
+#include "app/dialogs/SettingUse.h"
+#include "app/dialogs/SetupChecks.h"
+
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+SetupDialog::SetupDialog(const char* name, const QString& title, const QString& helpTopic,
+                         Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent), m_dialogs(dialogs), m_helpTopic(helpTopic) {
+  setObjectName(QString::fromLatin1(name));
+  setWindowTitle(title);
+}
+
+void SetupDialog::finish(QVBoxLayout* layout) {
+  auto* buttons = new QDialogButtonBox(
+      QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
+  QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
+  ok->setObjectName(QStringLiteral("ok"));
+  ok->setToolTip(QStringLiteral("Take these settings"));
+  ok->setDefault(true);
+  QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
+  cancel->setObjectName(QStringLiteral("cancel"));
+  cancel->setToolTip(QStringLiteral("Leave the settings as they were"));
+  m_helpButton = buttons->button(QDialogButtonBox::Help);
+  m_helpButton->setObjectName(QStringLiteral("help"));
+  m_helpButton->setToolTip(QStringLiteral("Help on these settings (F1)"));
+  for (QPushButton* button : {cancel, buttons->button(QDialogButtonBox::Help)}) {
+    button->setAutoDefault(false);
+  }
+  layout->addWidget(buttons);
+  connect(buttons, &QDialogButtonBox::accepted, this, &SetupDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &SetupDialog::reject);
+  connect(buttons, &QDialogButtonBox::helpRequested, this, [this] { onHelp(m_helpTopic); });
+  m_binding.onEdited = [this] { edited(); };
+}
+
+void SetupDialog::setSetup(const SplitSetup& setup) {
+  m_setup = setup;
+  m_binding.show(setup);
+  edited();
+}
+
+SplitSetup SetupDialog::shown() const {
+  SplitSetup setup = m_setup;
+  m_binding.take(setup);
+  return setup;
+}
+
+QSet<QString> SetupDialog::idle(const SplitSetup& setup) const {
+  return idleSettings(setup);
+}
+
+void SetupDialog::adapt(const SplitSetup& setup) {
+  m_binding.disable(idle(setup));
+}
+
+SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
+  SettingFindings all = m_binding.inputFindings();
+  for (const SettingFindings& more : {check(setup), lostInFile(setup, m_binding.keys())}) {
+    all.insert(all.end(), more.begin(), more.end());
+  }
+  return all;
+}
+
+void SetupDialog::edited() {
+  const SplitSetup setup = shown();
+  adapt(setup);
+  m_binding.tell(findings(setup), SetupBinding::Telling::Editing);
+}
+
+bool SetupDialog::tellProblems() {
+  const SettingFindings found = findings(shown());
+  m_binding.tell(found, SetupBinding::Telling::All);
+  m_binding.focusFirst(found);
+  return !hasProblem(found);
+}
+
+void SetupDialog::accept() {
+  if (tellProblems()) {
+    QDialog::accept();
+  }
+}
+
+void SetupDialog::showEvent(QShowEvent* event) {
+  m_helpButton->setEnabled(onHelp != nullptr);
+  QDialog::showEvent(event);
+}
+
+void SetupDialog::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F1 && onHelp) {
+    onHelp(m_helpTopic);
+    return;
+  }
+  QDialog::keyPressEvent(event);
+}
+
+} // namespace folivex

@@ -1,0 +1,63 @@
+// SetupDialog: what the dialogs of settings have in common.
+#pragma once
+
+#include "app/dialogs/SetupBinding.h"
+
+#include <QDialog>
+
+class QVBoxLayout;
+
+namespace folivex {
+
+class Dialogs;
+
+/// Shows and edits some settings of a setup that it has a copy of. OK closes it only when nothing
+/// is wrong; the caller then takes the settings. Escape and Cancel leave everything as it was.
+class SetupDialog : public QDialog {
+public:
+  void setSetup(const SplitSetup& setup);
+  /// Sets the settings of this dialog, and no other.
+  void take(SplitSetup& setup) const { m_binding.take(setup); }
+  const SetupBinding& binding() const { return m_binding; }
+
+  /// Help on this dialog is asked for: F1, or the button. Without it the button is disabled.
+  std::function<void(const QString& topic)> onHelp;
+
+  void accept() override; ///< OK
+
+protected:
+  /// `dialogs` must outlive the dialog.
+  SetupDialog(const char* name, const QString& title, const QString& helpTopic, Dialogs& dialogs,
+              QWidget* parent);
+
+  /// To be called at the end of a constructor: the row of buttons goes under `layout`.
+  void finish(QVBoxLayout* layout);
+
+  /// What is wrong with the settings, beside numbers that are none.
+  virtual SettingFindings check(const SplitSetup& setup) const = 0;
+  /// Settings whose controls are disabled.
+  virtual QSet<QString> idle(const SplitSetup& setup) const;
+  /// After every change and before the dialog is shown.
+  virtual void adapt(const SplitSetup& setup);
+
+  /// The setup as the controls stand now.
+  SplitSetup shown() const;
+  /// Tells everything that is wrong at its field; false when there is a problem.
+  bool tellProblems();
+
+  SetupBinding m_binding;
+  Dialogs& m_dialogs;
+
+  void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+private:
+  void edited();
+  SettingFindings findings(const SplitSetup& setup) const;
+
+  QString m_helpTopic;
+  SplitSetup m_setup;
+  QWidget* m_helpButton = nullptr;
+};
+
+} // namespace folivex

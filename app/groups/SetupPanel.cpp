@@ -1,0 +1,97 @@
+#include "app/groups/SetupPanel.h"
+
+#include "app/dialogs/SettingUse.h"
+#include "app/groups/NamesGroup.h"
+#include "app/groups/OutputGroup.h"
+#include "app/groups/RangesGroup.h"
+#include "app/groups/SearchGroup.h"
+#include "app/groups/SourceGroup.h"
+
+#include <QHBoxLayout>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+SetupPanel::SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent)
+    : QScrollArea(parent) {
+  setObjectName(QStringLiteral("setupPanel"));
+  setFrameShape(QFrame::NoFrame);
+  setWidgetResizable(true);
+  const GroupParts parts{m_binding, dialogs, memory};
+  auto* content = new QWidget(this);
+  auto* left = new QVBoxLayout;
+  left->addWidget(new SourceGroup(parts, content));
+  m_search = new SearchGroup(parts, content);
+  left->addWidget(m_search);
+  left->addWidget(new RangesGroup(parts, content));
+  left->addStretch(1);
+  auto* right = new QVBoxLayout;
+  m_names = new NamesGroup(parts, content);
+  right->addWidget(m_names);
+  right->addWidget(new OutputGroup(parts, content));
+  right->addStretch(1);
+  auto* columns = new QHBoxLayout(content);
+  columns->setContentsMargins(0, 0, 0, 0);
+  columns->addLayout(left, 1);
+  columns->addLayout(right, 1);
+  setWidget(content);
+  m_binding.onEdited = [this] { adapt(); };
+}
+
+QPushButton* SetupPanel::viewPageButton() const {
+  return m_search->viewPageButton();
+}
+
+QSize SetupPanel::sizeHint() const {
+  return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
+}
+
+void SetupPanel::setSetup(const SplitSetup& setup) {
+  m_setup = setup;
+  m_binding.show(setup);
+  adapt();
+}
+
+SplitSetup SetupPanel::shown() const {
+  SplitSetup setup = m_setup;
+  m_binding.take(setup);
+  return setup;
+}
+
+void SetupPanel::adapt() {
+  m_names->setByBookmarks(!matchesWords(shown()));
+  const SplitSetup setup = shown();
+  m_binding.disable(idleSettings(setup));
+  SettingFindings findings = m_binding.inputFindings();
+  for (const SettingFindings& more :
+       {checkSplitSettings(setup, SetupPurpose::Editing), lostInFile(setup, m_binding.keys())}) {
+    findings.insert(findings.end(), more.begin(), more.end());
+  }
+  m_binding.tell(findings, SetupBinding::Telling::Editing);
+}
+
+bool SetupPanel::tell(const SettingFindings& findings) {
+  m_binding.tell(findings, SetupBinding::Telling::All);
+  m_binding.focusFirst(findings);
+  if (hasProblem(findings) && window()->focusWidget() != nullptr) {
+    // The line under a field appears only with the next layout.
+    widget()->layout()->activate();
+    ensureWidgetVisible(window()->focusWidget());
+  }
+  return !hasProblem(findings);
+}
+
+bool SetupPanel::check(SetupPurpose purpose, const SettingFindings& more) {
+  SettingFindings findings = m_binding.inputFindings();
+  const SettingFindings found = checkSplitSettings(shown(), purpose);
+  findings.insert(findings.end(), more.begin(), more.end());
+  findings.insert(findings.end(), found.begin(), found.end());
+  return tell(findings);
+}
+
+bool SetupPanel::checkInput() {
+  return tell(m_binding.inputFindings());
+}
+
+} // namespace folivex
