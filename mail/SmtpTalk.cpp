@@ -334,7 +334,8 @@ std::size_t SmtpTalk::Session::onRead(char* to, std::size_t size, std::size_t co
   if (session.m_brokenOff.load() != TalkFault::None) {
     return CURL_READFUNC_ABORT;
   }
-  const qint64 read = session.m_mail->read(to, static_cast<qint64>(size * count));
+  const qint64 read =
+      session.m_mail->read(to, static_cast<qint64>(size) * static_cast<qint64>(count));
   if (read < 0) {
     session.note(TalkFault::AttachmentFailed);
     return CURL_READFUNC_ABORT;

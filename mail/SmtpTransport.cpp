@@ -5,6 +5,8 @@
 #include "mail/MimeStream.h"
 #include "mail/SmtpTalk.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace folivex {
@@ -196,7 +198,7 @@ struct SmtpTransport::State {
   }
 };
 
-SmtpTransport::SmtpTransport(MailServer server, SmtpOptions options)
+SmtpTransport::SmtpTransport(const MailServer& server, const SmtpOptions& options)
     : m_state(std::make_unique<State>(server, options)) {}
 
 SmtpTransport::~SmtpTransport() = default;
@@ -215,9 +217,8 @@ MailResult SmtpTransport::send(const MailMessage& message, MailWait& wait) {
     return refused(problem);
   }
   m_state->sending = true;
-  const MailResult result = m_state->send(message, wait);
-  m_state->sending = false;
-  return result;
+  const auto done = qScopeGuard([this] { m_state->sending = false; });
+  return m_state->send(message, wait);
 }
 
 void SmtpTransport::disconnect() {

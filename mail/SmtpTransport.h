@@ -28,7 +28,7 @@ struct SmtpOptions {
 /// live; a stop takes effect within a tenth of a second.
 class SmtpTransport : public MailTransport {
 public:
-  explicit SmtpTransport(MailServer server, SmtpOptions options = {});
+  explicit SmtpTransport(const MailServer& server, const SmtpOptions& options = {});
   ~SmtpTransport() override;
   SmtpTransport(const SmtpTransport&) = delete;
   SmtpTransport& operator=(const SmtpTransport&) = delete;
