@@ -65,9 +65,11 @@ public:
     int32_t result = GLYPHRUN_OK;
     m_view = m_library.OpenView(utf16(path), utf16(file.password), &result);
     if (m_view == nullptr) {
-      m_problem = openProblem({path, file.password, false}, result, m_library.lastErrorText());
+      m_problem = openProblem({path, file.password}, result, m_library.lastErrorText());
     } else if (pageCount() < 1) {
       m_problem = QStringLiteral("This file has no pages.");
+    } else {
+      m_library.SetViewWordSpacing(m_view, file.wordSpacing);
     }
   }
   View(const View&) = delete;

@@ -22,7 +22,7 @@ RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextD
     : m_pageCount(source.pageCount), m_addresses(ends.addressReader), m_uniqueOutputs(ends.list),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places,
                     mergesRanges(setup) ? static_cast<OutputList&>(m_uniqueOutputs) : ends.list),
-      m_lookup(text, source.scanned, setup.pdfPassword, setup.rotated,
+      m_lookup(text, {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
                [&state, &person](const QString& problem) {
                  if (state.automation) {
                    person.note(problem);

@@ -35,6 +35,7 @@ CPDFTextDumpInit::CPDFTextDumpInit()
   bind(GetOutlineCount, "GetOutlineCount");
   bind(GetOutlineEntry, "GetOutlineEntry");
   bind(OpenView, "OpenView");
+  bind(SetViewWordSpacing, "SetViewWordSpacing");
   bind(CloseView, "CloseView");
   bind(GetViewPageCount, "GetViewPageCount");
   bind(GetViewPageSize, "GetViewPageSize");

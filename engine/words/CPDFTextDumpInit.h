@@ -54,6 +54,7 @@ public:
   Operation<int32_t(GlyphrunView*, int32_t, double*, double*)> GetViewPageSize;
   Operation<int32_t(GlyphrunView*, int32_t, double, GlyphrunImage*)> RenderViewPage;
   Operation<void(GlyphrunImage*)> ReleaseImage;
+  Operation<void(GlyphrunView*, double)> SetViewWordSpacing;
   Operation<int32_t(GlyphrunView*, int32_t, const GlyphrunWord**)> GetViewWords;
 
   /// Text of the last failure.

@@ -19,10 +19,9 @@ bool within(IntRange range, int value) {
 
 } // namespace
 
-ViewWordLookup::ViewWordLookup(CPDFTextDumpInit& library, QString file, QString password,
-                               bool rotated, std::function<void(const QString&)> tell)
-    : m_library(library), m_file(std::move(file)), m_password(std::move(password)),
-      m_rotated(rotated), m_tell(std::move(tell)) {}
+ViewWordLookup::ViewWordLookup(CPDFTextDumpInit& library, Source source,
+                               std::function<void(const QString&)> tell)
+    : m_library(library), m_source(std::move(source)), m_tell(std::move(tell)) {}
 
 ViewWordLookup::~ViewWordLookup() {
   if (m_view) {
@@ -33,7 +32,10 @@ ViewWordLookup::~ViewWordLookup() {
 QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
   if (!m_opened) {
     m_opened = true;
-    m_view = m_library.OpenView(utf16(m_file), utf16(m_password), nullptr);
+    m_view = m_library.OpenView(utf16(m_source.file), utf16(m_source.password), nullptr);
+    if (m_view) {
+      m_library.SetViewWordSpacing(m_view, m_source.wordSpacing);
+    }
   }
   if (!m_view) {
     return {};
@@ -46,8 +48,8 @@ QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
   }
   for (const GlyphrunWord& word :
        std::span(words, count > 0 ? static_cast<std::size_t>(count) : 0)) {
-    const int wordH = m_rotated ? word.v : word.h;
-    const int wordV = m_rotated ? word.h : word.v;
+    const int wordH = m_source.rotated ? word.v : word.h;
+    const int wordV = m_source.rotated ? word.h : word.v;
     if (within(h, wordH) && within(v, wordV)) {
       return QString::fromUtf16(word.text).left(maxWordLength);
     }

@@ -18,8 +18,16 @@ class CPDFTextDumpInit;
 /// Of several words in the ranges the first in reading order wins; words are not joined.
 class ViewWordLookup : public PageWordLookup {
 public:
+  /// What to look at, and how words and positions are meant there.
+  struct Source {
+    QString file;
+    QString password;
+    bool rotated = false;
+    double wordSpacing = 0;
+  };
+
   /// `tell` gets what hinders a look-up, once a file.
-  ViewWordLookup(CPDFTextDumpInit& library, QString file, QString password, bool rotated,
+  ViewWordLookup(CPDFTextDumpInit& library, Source source,
                  std::function<void(const QString&)> tell);
   ViewWordLookup(const ViewWordLookup&) = delete;
   ViewWordLookup& operator=(const ViewWordLookup&) = delete;
@@ -31,9 +39,7 @@ private:
   void tellOnce(const QString& text);
 
   CPDFTextDumpInit& m_library;
-  QString m_file;
-  QString m_password;
-  bool m_rotated;
+  Source m_source;
   std::function<void(const QString&)> m_tell;
   GlyphrunView* m_view = nullptr;
   bool m_opened = false;

@@ -106,5 +106,16 @@ TEST_F(Views, WordsAreThoseOfTheSession) {
   EXPECT_EQ(words[0].page, 1);
 }
 
+TEST_F(Views, WordsJoinAsTheViewIsTold) {
+  PdfBuilder pdf;
+  pdf.addPage("BT /F 10 Tf 50 600 Td [(two)-200(parts)] TJ ET", plainFonts(pdf));
+  open(pdf);
+  const GlyphrunWord* words = nullptr;
+  for (const auto& [factor, count] : {std::pair{1.02, 2}, {1.3, 1}, {1.02, 2}}) {
+    SetViewWordSpacing(view_, factor);
+    EXPECT_EQ(GetViewWords(view_, 1, &words), count);
+  }
+}
+
 } // namespace
 } // namespace glyphruntest

@@ -121,7 +121,7 @@ private:
       ADD_FAILURE() << "nothing laid out for: " << asked.toStdString();
       return otherwise;
     }
-    const Answer answer = laidOut.front();
+    Answer answer = laidOut.front();
     laidOut.pop_front();
     return answer;
   }

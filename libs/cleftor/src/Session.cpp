@@ -9,7 +9,8 @@
 namespace cleftor {
 
 Session& Session::instance() {
-  static Session session;
+  // Never destroyed: at the end of a process those who use it may go later than it would.
+  static Session& session = *new Session;
   return session;
 }
 

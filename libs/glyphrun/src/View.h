@@ -21,6 +21,7 @@ public:
   /** `page` from 1, here and below. */
   Result pageSize(std::int32_t page, double& width, double& height);
   Result render(std::int32_t page, double scale, GlyphrunImage& image, std::string& reason);
+  void setWordSpacing(double factor) { m_reader.setWordSpacing(factor); }
   Result words(std::int32_t page, const GlyphrunWord*& first, std::int32_t& count);
 
 private:

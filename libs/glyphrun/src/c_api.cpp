@@ -233,6 +233,11 @@ void ReleaseImage(GlyphrunImage* image) {
   *image = {0, 0, nullptr};
 }
 
+void SetViewWordSpacing(GlyphrunView* view, double factor) {
+  if (view != nullptr)
+    view->view->setWordSpacing(factor);
+}
+
 int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** words) {
   return guarded(codeOf(Result::OutOfMemory), [=] {
     if (view == nullptr || words == nullptr)

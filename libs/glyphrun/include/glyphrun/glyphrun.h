@@ -205,6 +205,8 @@ GLYPHRUN_API int32_t GetViewPageSize(GlyphrunView* view, int32_t page, double* w
 GLYPHRUN_API int32_t RenderViewPage(GlyphrunView* view, int32_t page, double scale,
                                     GlyphrunImage* image);
 GLYPHRUN_API void ReleaseImage(GlyphrunImage* image);
+/** The joining tolerance of this view's words: see SetWordSpacing, which views do not heed. */
+GLYPHRUN_API void SetViewWordSpacing(GlyphrunView* view, double factor);
 /**
  * The words of a page in reading order, the same that the page-by-page operations give. Returns
  * their number or a failure; *words stays the view's own until its next call.
