@@ -1,6 +1,8 @@
 #include "app/Session.h"
 
 #include "app/PlanPrinter.h"
+#include "mail/PageAddressReader.h"
+#include "mail/delivery/UnattendedDelivery.h"
 #include "engine/job/SourceFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
@@ -84,6 +86,7 @@ QString Session::loadLibraries() {
   }
   m_driver = std::make_unique<JobDriver>(
       m_store, JobDriver::Libraries{*m_text, *m_split, *m_append}, m_person);
+  m_driver->setAddressReaderMaker(addressReaderFor);
   return {};
 }
 
@@ -190,17 +193,32 @@ std::optional<int> Session::runOne(const QString& path) {
   }
   const RunError error = m_driver->StartProcessing();
   explainNoMatch();
-  const int code = static_cast<int>(error);
+  int code = static_cast<int>(error);
   if (endsProgram(error)) {
     return code;
   }
   if (m_driver->state().userStop) {
     return stoppedExitCode;
   }
+  if (!mailOutputs(path) && code == 0) {
+    code = static_cast<int>(RunError::MailFailed);
+  }
   if (m_exitCode == 0) {
     m_exitCode = code;
   }
   return std::nullopt;
+}
+
+bool Session::mailOutputs(const QString& source) {
+  const SplitSetup& setup = m_store.working();
+  if (!setup.emailEnable) {
+    return true;
+  }
+  const UnattendedResult result =
+      sendUnattended(setup, finishedRun(source, m_driver->emails()), {m_split.get(), {}}, m_person,
+                     [this] { return m_driver->state().userStop; });
+  // With a confirmation asked for, the list that was saved is all that is wanted here.
+  return result.complete || setup.emailConfirm;
 }
 
 std::optional<int> Session::planOne(const QString& path) {

@@ -55,6 +55,7 @@ private:
   std::optional<int> processFolder(const QString& pattern);
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
+  bool mailOutputs(const QString& source);
   std::optional<int> planOne(const QString& path);
   void report(const SetupResult& result);
 

@@ -26,7 +26,8 @@ QString usageText() {
       "   -2  setup file missing    -6  settings that exclude each other\n"
       "   -3  text report not      -11  an append failed\n"
       "       writable             -12  source unreadable or protected\n"
-      "    1  stopped              -13  an output could not be written\n");
+      "    1  stopped              -13  an output could not be written\n"
+      "                            -14  a mail could not be sent\n");
 }
 
 QString versionText() {

@@ -18,7 +18,8 @@ enum class RunError {
   Contradiction = -6, ///< settings that exclude each other
   Append = -11,
   Unreadable = -12,  ///< the source is no readable PDF, or is protected
-  OutputFailed = -13 ///< at least one output could not be written
+  OutputFailed = -13, ///< at least one output could not be written
+  MailFailed = -14    ///< at least one mail could not be sent, or may not have arrived
 };
 
 /// State of the run in progress. Page indexes count from 0.
