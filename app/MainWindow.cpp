@@ -73,6 +73,7 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::buildControls() {
   auto* bar = new QMenuBar(this);
+  bar->setObjectName(QStringLiteral("menus"));
   m_menus = std::make_unique<MainMenus>(bar, themeOf(m_memory.text(themeKey())));
   m_panel = new SetupPanel(m_dialogs, m_memory, this);
   m_runLine = new RunLine(this);

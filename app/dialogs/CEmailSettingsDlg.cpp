@@ -7,8 +7,8 @@
 #include "widgets/Dialogs.h"
 
 #include <QCheckBox>
-#include <QGridLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -34,14 +34,15 @@ QString offeredLogFile() {
 CEmailSettingsDlg::CEmailSettingsDlg(Dialogs& dialogs, QWidget* parent)
     : SetupDialog("emailSettings", QStringLiteral("E-mail settings"),
                   QStringLiteral("email-settings"), dialogs, parent) {
-  auto* columns = new QGridLayout;
-  columns->addWidget(buildServer(), 0, 0);
-  columns->addWidget(buildSending(), 1, 0);
-  columns->addWidget(buildMessage(), 0, 1);
-  columns->addWidget(buildSearch(), 1, 1);
-  columns->setColumnStretch(0, 1);
-  columns->setColumnStretch(1, 1);
-  columns->setRowStretch(0, 1);
+  auto* left = new QVBoxLayout;
+  left->addWidget(buildSending());
+  left->addWidget(buildServer(), 1);
+  auto* right = new QVBoxLayout;
+  right->addWidget(buildMessage(), 1);
+  right->addWidget(buildSearch());
+  auto* columns = new QHBoxLayout;
+  columns->addLayout(left, 1);
+  columns->addLayout(right, 1);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(columns, 1);
   finish(layout);
@@ -197,12 +198,7 @@ void CEmailSettingsDlg::sendTest() {
   // Checked as if sending were enabled: the test sends.
   SplitSetup setup = shown();
   setup.emailEnable = true;
-  SettingFindings found = m_binding.inputFindings();
-  const SettingFindings more = check(setup);
-  found.insert(found.end(), more.begin(), more.end());
-  m_binding.tell(found, SetupBinding::Telling::All);
-  m_binding.focusFirst(found);
-  if (!hasProblem(found)) {
+  if (tellProblems(setup)) {
     onSendTest(shown());
   }
 }

@@ -8,6 +8,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace folivex {
 
 namespace {
@@ -61,6 +63,35 @@ void FormGrid::problemLines(std::initializer_list<QWidget*> controls, int column
 
 void FormGrid::stretch() {
   m_grid->setRowStretch(m_row++, 1);
+}
+
+void alignLabels(std::initializer_list<QWidget*> owners) {
+  int width = 0;
+  for (QWidget* owner : owners) {
+    const auto* grid = static_cast<QGridLayout*>(owner->layout());
+    for (int row = 0; row < grid->rowCount(); ++row) {
+      QLayoutItem* label = grid->itemAtPosition(row, 0);
+      if (label != nullptr && label != grid->itemAtPosition(row, 1)) {
+        width = std::max(width, label->sizeHint().width());
+      }
+    }
+  }
+  for (QWidget* owner : owners) {
+    static_cast<QGridLayout*>(owner->layout())->setColumnMinimumWidth(0, width);
+  }
+}
+
+int heightForContent(QWidget* owner) {
+  // A line that is shown tells the layout above it only when events are handled next.
+  for (QWidget* inner : owner->findChildren<QWidget*>()) {
+    if (inner->layout() != nullptr) {
+      inner->layout()->invalidate();
+      inner->updateGeometry();
+    }
+  }
+  owner->layout()->invalidate();
+  const int wrapped = owner->layout()->totalHeightForWidth(owner->width());
+  return std::max(wrapped, owner->layout()->totalSizeHint().height());
 }
 
 QLineEdit* numberField(QWidget* parent) {

@@ -35,6 +35,13 @@ private:
   int m_row = 0;
 };
 
+/// Makes the columns of labels in these owners of grids equally wide.
+void alignLabels(std::initializer_list<QWidget*> owners);
+
+/// How high `owner` must be for all of its rows at its width, lines that were shown just now
+/// included.
+int heightForContent(QWidget* owner);
+
 /// A line edit for a number or a position: as wide as those are.
 QLineEdit* numberField(QWidget* parent);
 /// One that does not show what is typed.

@@ -1,9 +1,11 @@
 #include "app/dialogs/SetupDialog.h"
 
+#include "app/dialogs/FormGrid.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
 
 #include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -18,8 +20,10 @@ SetupDialog::SetupDialog(const char* name, const QString& title, const QString& 
 }
 
 void SetupDialog::finish(QVBoxLayout* layout) {
-  auto* buttons = new QDialogButtonBox(
-      QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, this);
+  auto* help = sideButton(QStringLiteral("Help"), "help",
+                          QStringLiteral("Help on these settings (F1)"), this);
+  m_helpButton = help;
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
   ok->setObjectName(QStringLiteral("ok"));
   ok->setToolTip(QStringLiteral("Take these settings"));
@@ -27,16 +31,14 @@ void SetupDialog::finish(QVBoxLayout* layout) {
   QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
   cancel->setObjectName(QStringLiteral("cancel"));
   cancel->setToolTip(QStringLiteral("Leave the settings as they were"));
-  m_helpButton = buttons->button(QDialogButtonBox::Help);
-  m_helpButton->setObjectName(QStringLiteral("help"));
-  m_helpButton->setToolTip(QStringLiteral("Help on these settings (F1)"));
-  for (QPushButton* button : {cancel, buttons->button(QDialogButtonBox::Help)}) {
-    button->setAutoDefault(false);
-  }
-  layout->addWidget(buttons);
+  cancel->setAutoDefault(false);
+  auto* row = new QHBoxLayout;
+  row->addWidget(help);
+  row->addWidget(buttons, 1);
+  layout->addLayout(row);
   connect(buttons, &QDialogButtonBox::accepted, this, &SetupDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &SetupDialog::reject);
-  connect(buttons, &QDialogButtonBox::helpRequested, this, [this] { onHelp(m_helpTopic); });
+  connect(help, &QPushButton::clicked, this, [this] { onHelp(m_helpTopic); });
   m_binding.onEdited = [this] { edited(); };
 }
 
@@ -60,6 +62,14 @@ void SetupDialog::adapt(const SplitSetup& setup) {
   m_binding.disable(idle(setup));
 }
 
+void SetupDialog::fit() {
+  // A line that tells something needs room that the dialog may not have yet.
+  const int needed = heightForContent(this);
+  if (height() < needed) {
+    resize(width(), needed);
+  }
+}
+
 SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
   SettingFindings all = m_binding.inputFindings();
   for (const SettingFindings& more : {check(setup), lostInFile(setup, m_binding.keys())}) {
@@ -72,17 +82,19 @@ void SetupDialog::edited() {
   const SplitSetup setup = shown();
   adapt(setup);
   m_binding.tell(findings(setup), SetupBinding::Telling::Editing);
+  fit();
 }
 
-bool SetupDialog::tellProblems() {
-  const SettingFindings found = findings(shown());
+bool SetupDialog::tellProblems(const SplitSetup& setup) {
+  const SettingFindings found = findings(setup);
   m_binding.tell(found, SetupBinding::Telling::All);
+  fit();
   m_binding.focusFirst(found);
   return !hasProblem(found);
 }
 
 void SetupDialog::accept() {
-  if (tellProblems()) {
+  if (tellProblems(shown())) {
     QDialog::accept();
   }
 }

@@ -42,8 +42,8 @@ protected:
 
   /// The setup as the controls stand now.
   SplitSetup shown() const;
-  /// Tells everything that is wrong at its field; false when there is a problem.
-  bool tellProblems();
+  /// Tells everything that is wrong with `setup` at its field; false when there is a problem.
+  bool tellProblems(const SplitSetup& setup);
 
   SetupBinding m_binding;
   Dialogs& m_dialogs;
@@ -53,6 +53,7 @@ protected:
 
 private:
   void edited();
+  void fit();
   SettingFindings findings(const SplitSetup& setup) const;
 
   QString m_helpTopic;

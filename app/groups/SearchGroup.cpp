@@ -22,7 +22,7 @@ SearchGroup::SearchGroup(GroupParts parts, QWidget* parent)
   QLineEdit* untilV = wholeField(&SplitSetup::untilMatchPosV);
 
   FormGrid grid(this, parts.binding);
-  grid.row(QStringLiteral("F&ind word(s):"), {find, ignoreCase});
+  grid.row(QStringLiteral("Find &word(s):"), {find, ignoreCase});
   grid.row(QStringLiteral("&At Position h:"),
            {h, between(QStringLiteral("&v:"), v), v, m_viewPage});
   grid.row(QStringLiteral("E&xtract until word(s):"), {until});

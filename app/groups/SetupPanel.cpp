@@ -20,16 +20,22 @@ SetupPanel::SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent)
   setWidgetResizable(true);
   const GroupParts parts{m_binding, dialogs, memory};
   auto* content = new QWidget(this);
-  auto* left = new QVBoxLayout;
-  left->addWidget(new SourceGroup(parts, content));
+  auto* source = new SourceGroup(parts, content);
   m_search = new SearchGroup(parts, content);
-  left->addWidget(m_search);
-  left->addWidget(new RangesGroup(parts, content));
+  auto* ranges = new RangesGroup(parts, content);
+  m_names = new NamesGroup(parts, content);
+  auto* output = new OutputGroup(parts, content);
+  alignLabels({source, m_search, ranges});
+  alignLabels({m_names, output});
+  auto* left = new QVBoxLayout;
+  for (QWidget* group : std::initializer_list<QWidget*>{source, m_search, ranges}) {
+    left->addWidget(group);
+  }
   left->addStretch(1);
   auto* right = new QVBoxLayout;
-  m_names = new NamesGroup(parts, content);
-  right->addWidget(m_names);
-  right->addWidget(new OutputGroup(parts, content));
+  for (QWidget* group : std::initializer_list<QWidget*>{m_names, output}) {
+    right->addWidget(group);
+  }
   right->addStretch(1);
   auto* columns = new QHBoxLayout(content);
   columns->setContentsMargins(0, 0, 0, 0);
@@ -44,13 +50,25 @@ QPushButton* SetupPanel::viewPageButton() const {
 }
 
 QSize SetupPanel::sizeHint() const {
-  return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
+  constexpr int linesToTell = 3; // a few problems can be told without scrolling
+  return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(),
+                                      linesToTell * fontMetrics().lineSpacing());
 }
 
 void SetupPanel::setSetup(const SplitSetup& setup) {
   m_setup = setup;
   m_binding.show(setup);
   adapt();
+}
+
+void SetupPanel::fitContent() {
+  // A scroll area does not ask how high wrapped lines become.
+  widget()->setMinimumHeight(heightForContent(widget()));
+}
+
+void SetupPanel::resizeEvent(QResizeEvent* event) {
+  QScrollArea::resizeEvent(event);
+  fitContent();
 }
 
 SplitSetup SetupPanel::shown() const {
@@ -69,14 +87,14 @@ void SetupPanel::adapt() {
     findings.insert(findings.end(), more.begin(), more.end());
   }
   m_binding.tell(findings, SetupBinding::Telling::Editing);
+  fitContent();
 }
 
 bool SetupPanel::tell(const SettingFindings& findings) {
   m_binding.tell(findings, SetupBinding::Telling::All);
+  fitContent();
   m_binding.focusFirst(findings);
   if (hasProblem(findings) && window()->focusWidget() != nullptr) {
-    // The line under a field appears only with the next layout.
-    widget()->layout()->activate();
     ensureWidgetVisible(window()->focusWidget());
   }
   return !hasProblem(findings);

@@ -33,8 +33,12 @@ public:
 
   QSize sizeHint() const override; ///< everything seen without scrolling
 
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
 private:
   SplitSetup shown() const;
+  void fitContent();
   void adapt();
   bool tell(const SettingFindings& findings);
 

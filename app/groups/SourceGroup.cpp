@@ -31,7 +31,7 @@ SourceGroup::SourceGroup(GroupParts parts, QWidget* parent)
   FormGrid grid(this, parts.binding);
   grid.row(QStringLiteral("File&name:"), {source, browse});
   grid.row(QString(), {current});
-  grid.row(QStringLiteral("Pass&word:"),
+  grid.row(QStringLiteral("Password:"),
            {password, between(QStringLiteral("(optional PDF open password)"), password)});
   grid.row(QStringLiteral("Start fro&m page:"), {first, between(QStringLiteral("to"), last), last,
                                                  between(QStringLiteral("(0 is to the end)"))});

@@ -1,0 +1,116 @@
+// MainWindowBench: the main window over the real engine, with a temporary folder and a memory of
+// its own.
+#pragma once
+
+#include "app/MainWindow.h"
+#include "engine/naming/FileNameMethod.h"
+#include "engine/plan/SplitMethod.h"
+#include "tests/support/Programs.h"
+#include "tests/support/TextPdf.h"
+#include "tests/support/WindowBench.h"
+#include "widgets/WindowMemory.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLibrary>
+#include <QLineEdit>
+#include <QTemporaryDir>
+
+namespace folivex::testing {
+
+class MainWindowBench : public ::testing::Test {
+protected:
+  MainWindowBench() : m_memory(m_folder.filePath("window.ini")) {
+    // They are looked for beside the program, which this one is not; loaded ones are found by name.
+    for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
+      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library)));
+      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
+    }
+    QDir(m_folder.path()).mkdir("tmp");
+    m_temporaryBefore = qgetenv("TMPDIR");
+    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+  }
+  ~MainWindowBench() override {
+    m_window.reset();
+    qputenv("TMPDIR", m_temporaryBefore);
+  }
+
+  /// Opens the window with a setup that splits in.pdf at "Account:", named after the next word.
+  MainWindow& open(const WindowParts& parts = {}) {
+    m_window = std::make_unique<MainWindow>(m_dialogs, m_memory);
+    m_window->setParts(parts);
+    m_window->show();
+    m_window->start({});
+    SplitSetup& setup = m_window->session().store().edited();
+    setup = defaultSetup();
+    setup.fileName = at("in.pdf");
+    setup.outputDir = at("out");
+    setup.findString = "Account:";
+    setup.prefixFileName.clear();
+    setup.pageExtract = splitMethodTexts()[0];
+    setup.extract = fileNameMethodTexts()[1];
+    m_window->refresh();
+    return *m_window;
+  }
+
+  QString at(const char* name) const { return m_folder.filePath(QString::fromLatin1(name)); }
+
+  /// Pages "Account: 1001", "Account: 1002" and so on, each with one more page behind it.
+  void writeSource(int documents) const {
+    test::TextPdf pdf;
+    for (int i = 1; i <= documents; ++i) {
+      pdf.page({QStringLiteral("Account: %1").arg(1000 + i)});
+      pdf.page({QStringLiteral("more")});
+    }
+    pdf.write(at("in.pdf"));
+  }
+
+  void trigger(const char* action) {
+    auto* found = m_window->findChild<QAction*>(QString::fromLatin1(action));
+    ASSERT_NE(found, nullptr) << action;
+    ASSERT_TRUE(found->isEnabled()) << action;
+    found->trigger();
+  }
+  bool isEnabled(const char* name) { return control<QWidget>(m_window.get(), name)->isEnabled(); }
+  bool isAvailable(const char* action) {
+    return m_window->findChild<QAction*>(QString::fromLatin1(action))->isEnabled();
+  }
+  QString text(const char* name) { return control<QLineEdit>(m_window.get(), name)->text(); }
+  /// What the line under a setting's control says, empty when it is not seen.
+  static QString problemAt(QWidget* window, const QString& key) {
+    const auto* line = window->findChild<QLabel*>(key + "Problem");
+    return line != nullptr && line->isVisible() ? line->text() : QString();
+  }
+  void choose(const char* name, const QString& entry) {
+    auto* list = control<QComboBox>(m_window.get(), name);
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Home);
+    for (int i = 0; i < list->count() && list->currentText() != entry; ++i) {
+      QTest::keyClick(list, Qt::Key_Down);
+    }
+    EXPECT_EQ(list->currentText(), entry);
+  }
+
+  QTemporaryDir m_folder;
+  QByteArray m_temporaryBefore;
+  ScriptedDialogs m_dialogs;
+  WindowMemory m_memory;
+  std::unique_ptr<MainWindow> m_window;
+};
+
+/// A setup file's values by key, a key that stands twice with its last value.
+inline QHash<QString, QString> valuesInFile(const QString& path) {
+  QHash<QString, QString> values;
+  for (const QByteArray& line : test::contentOf(path).split('\n')) {
+    const QString text = QString::fromUtf8(line).remove(u'\r');
+    const qsizetype separator = text.indexOf(u';');
+    if (separator > 0) {
+      values[text.left(separator)] = text.mid(separator + 1).chopped(1); // the blank at the end
+    }
+  }
+  return values;
+}
+
+} // namespace folivex::testing

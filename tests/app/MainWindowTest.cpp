@@ -1,0 +1,414 @@
+// The main window as a person uses it: what can be chosen, what it says about wrong input, runs.
+#include "app/dialogs/CPageNumberDlg.h"
+#include "app/dialogs/CStatusDlg.h"
+#include "tests/app/MainWindowBench.h"
+
+#include <QMenu>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+
+namespace folivex::testing {
+namespace {
+
+class MainWindowTest : public MainWindowBench {
+protected:
+  QString notes() { return control<QPlainTextEdit>(m_window.get(), "notes")->toPlainText(); }
+  QString statusLine() { return control<QLabel>(m_window.get(), "statusLine")->text(); }
+  QStringList outputs() const { return test::filesBelow(at("out")); }
+
+  bool drop(const QStringList& paths) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& path : paths) {
+      urls += QUrl::fromLocalFile(path);
+    }
+    data.setUrls(urls);
+    // A drag is offered to what is under the pointer first: a field must not take it.
+    auto* field = control<QLineEdit>(m_window.get(), "FINDSTRING");
+    EXPECT_FALSE(field->acceptDrops());
+    const QPoint place(50, 50);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    enter.ignore();
+    QApplication::sendEvent(m_window.get(), &enter);
+    if (enter.isAccepted()) {
+      QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+      QApplication::sendEvent(m_window.get(), &event);
+    }
+    return enter.isAccepted();
+  }
+};
+
+TEST_F(MainWindowTest, ChoicesDisableWhatTheyMakeIdle) {
+  open();
+  EXPECT_FALSE(isEnabled("MATCHPOSH"));
+  choose("PAGEEXTRACT", splitMethodTexts()[5]);
+  EXPECT_TRUE(isEnabled("MATCHPOSH") && isEnabled("UNTILMATCHPOSV") && isEnabled("EXTRACTUNTIL"));
+
+  choose("EXTRACT", fileNameMethodTexts()[3]);
+  choose("PAGEEXTRACT", bookmarkMethodTexts()[2]);
+  EXPECT_FALSE(isEnabled("FINDSTRING") || isEnabled("MATCHPOSH") || isEnabled("EXTRACT"));
+  EXPECT_EQ(m_window->currentSetup().extract, bookmarkFileNameMethodText());
+  choose("PAGEEXTRACT", splitMethodTexts()[0]);
+  EXPECT_TRUE(isEnabled("FINDSTRING") && isEnabled("EXTRACT"));
+  EXPECT_EQ(m_window->currentSetup().extract, fileNameMethodTexts()[3]);
+
+  click(m_window.get(), "SPLITTOSOURCE");
+  EXPECT_FALSE(isEnabled("OUTPUTDIR") || isEnabled("browseOutput"));
+  click(m_window.get(), "USESOURCEFILENAME");
+  EXPECT_FALSE(isEnabled("PREFIXFILENAME") || isEnabled("prefixTokens"));
+
+  for (const auto& [one, another] : {std::pair{"ALWAYSOVERWRITE", "ALWAYSAPPEND"},
+                                     std::pair{"ALWAYSAPPEND", "ALWAYSOVERWRITE"}}) {
+    click(m_window.get(), one);
+    EXPECT_TRUE(control<QCheckBox>(m_window.get(), one)->isChecked());
+    EXPECT_FALSE(control<QCheckBox>(m_window.get(), another)->isChecked());
+  }
+  // A setup file may have both: showing it changes nothing.
+  SplitSetup& edited = m_window->session().store().edited();
+  edited.alwaysOverwrite = edited.alwaysAppend = true;
+  m_window->refresh();
+  EXPECT_TRUE(m_window->currentSetup().alwaysOverwrite && m_window->currentSetup().alwaysAppend);
+}
+
+TEST_F(MainWindowTest, CommandsWithoutTheirPartAreDisabled) {
+  open();
+  for (const char* action : {"processList", "show", "plan", "viewPage", "prepareList",
+                             "loadEmailList", "updateCheck", "openHelp", "problemReport"}) {
+    EXPECT_FALSE(isAvailable(action)) << action;
+  }
+  EXPECT_TRUE(isAvailable("process") && isAvailable("listPage") && isAvailable("about"));
+  EXPECT_FALSE(isAvailable("stopRun"));
+  int opened = 0;
+  QString topic;
+  WindowParts parts;
+  parts.prepareList = [&] { ++opened; };
+  parts.openHelp = [&](const QString& asked) { topic = asked; };
+  m_window->setParts(parts);
+  trigger("prepareList");
+  EXPECT_EQ(opened, 1);
+  control<QLineEdit>(m_window.get(), "PREFIXFILENAME")->setFocus();
+  trigger("openHelp");
+  EXPECT_EQ(topic, "names");
+}
+
+TEST_F(MainWindowTest, WrongInputIsToldAtItsFieldAndNothingRuns) {
+  writeSource(1);
+  struct Row {
+    const char* key;
+    QString typed;
+    const char* told;
+  };
+  const std::vector<Row> rows = {
+      {"FILENAME", at("missing.pdf"), "no such file"},
+      {"STARTFROMPAGE", "three", "no whole number"},
+      {"STARTENDPAGE", "", "whole number"},
+      {"OFFSETFIRST", "-1", "least"},
+      {"MATCHPOSH", "left", "position"},
+      {"MATCHPOSV", "20-10", "ends before it begins"},
+      {"FINDSTRING", "Account number", "only one word"},
+      {"OUTPUTDIR", at("in.pdf") + "/out", "no folder"},
+  };
+  for (const Row& row : rows) {
+    MainWindow& window = open();
+    choose("PAGEEXTRACT", splitMethodTexts()[2]);
+    typeInto(&window, "MATCHPOSH", "60");
+    typeInto(&window, "MATCHPOSV", "60");
+    typeInto(&window, row.key, row.typed);
+    EXPECT_EQ(problemAt(&window, row.key), QString()) << row.key << ": not while it is typed";
+    click(&window, "processButton");
+    EXPECT_TRUE(problemAt(&window, row.key).contains(QString::fromLatin1(row.told)))
+        << row.key << ": " << problemAt(&window, row.key).toStdString();
+    EXPECT_EQ(window.focusWidget(), control<QWidget>(&window, row.key)) << row.key;
+    EXPECT_FALSE(QFile::exists(at("out"))) << row.key;
+  }
+  // It goes with the fault.
+  typeInto(m_window.get(), "OUTPUTDIR", at("out"));
+  EXPECT_EQ(problemAt(m_window.get(), "OUTPUTDIR"), QString());
+  EXPECT_TRUE(m_dialogs.messages.isEmpty());
+}
+
+TEST_F(MainWindowTest, TheFirstOfSeveralFaultsGetsTheCursor) {
+  open();
+  typeInto(m_window.get(), "OFFSETFIRST", "x");
+  typeInto(m_window.get(), "STARTENDPAGE", "y");
+  click(m_window.get(), "processButton");
+  EXPECT_EQ(m_window->focusWidget(), control<QWidget>(m_window.get(), "FILENAME"));
+  EXPECT_FALSE(problemAt(m_window.get(), "STARTENDPAGE").isEmpty());
+  EXPECT_FALSE(problemAt(m_window.get(), "OFFSETFIRST").isEmpty());
+}
+
+TEST_F(MainWindowTest, ASearchForNothingIsWarnedOfWhileItIsTyped) {
+  writeSource(2);
+  open();
+  typeInto(m_window.get(), "FINDSTRING", "");
+  EXPECT_TRUE(problemAt(m_window.get(), "FINDSTRING").contains("every word"));
+  m_dialogs.answers = {false};
+  click(m_window.get(), "processButton"); // a warning, no more
+  EXPECT_FALSE(outputs().isEmpty());
+  choose("PAGEEXTRACT", splitMethodTexts()[2]);
+  EXPECT_EQ(problemAt(m_window.get(), "FINDSTRING"), QString());
+}
+
+TEST_F(MainWindowTest, AWholeSplitByKeyboard) {
+  writeSource(3);
+  open();
+  typeInto(m_window.get(), "FILENAME", "");
+  const auto type = [this](const QString& text) {
+    QWidget* focused = m_window->focusWidget();
+    ASSERT_NE(focused, nullptr);
+    QTest::keyClicks(focused, text);
+  };
+  const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(m_window->focusWidget(), key, modifiers);
+  };
+  m_window->activateWindow();
+  ASSERT_TRUE(waitUntil([this] { return m_window->isActiveWindow(); }));
+  press(Qt::Key_N, Qt::AltModifier);
+  type(at("in.pdf"));
+  press(Qt::Key_W, Qt::AltModifier);
+  press(Qt::Key_A, Qt::ControlModifier);
+  type("account:");
+  press(Qt::Key_Tab);
+  press(Qt::Key_Space); // ignore case
+  press(Qt::Key_C, Qt::AltModifier);
+  press(Qt::Key_Home); // matched word as filename
+  press(Qt::Key_Down);
+  m_dialogs.answers = {true};
+  press(Qt::Key_W, Qt::AltModifier);
+  press(Qt::Key_Return);
+  EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf", "1003.pdf"}));
+  ASSERT_EQ(m_dialogs.questions.size(), 1);
+  EXPECT_TRUE(m_dialogs.questions[0].startsWith("Done! - 3 PDF file(s) output"));
+  EXPECT_EQ(m_dialogs.opened, QStringList(at("in.pdf") + "_report.txt"));
+  EXPECT_TRUE(isEnabled("FINDSTRING") && isAvailable("process") && !isAvailable("stopRun"));
+}
+
+TEST_F(MainWindowTest, NoMatchIsExplained) {
+  writeSource(1);
+  open();
+  typeInto(m_window.get(), "FINDSTRING", "account:");
+  click(m_window.get(), "processButton");
+  ASSERT_EQ(m_dialogs.messages.size(), 1);
+  EXPECT_TRUE(m_dialogs.messages[0].contains("no matches"));
+  EXPECT_TRUE(notes().contains("Account:")) << notes().toStdString();
+}
+
+TEST_F(MainWindowTest, StopEndsARunAndNothingElseCanBeUsedMeanwhile) {
+  constexpr int documents = 4000;
+  writeSource(documents);
+  open();
+  bool wasLocked = false;
+  QTimer stopper;
+  stopper.callOnTimeout([&] {
+    auto* status = control<CStatusDlg>(m_window.get(), "status");
+    if (status->isVisible() && control<QProgressBar>(status, "statusBar")->value() > 2) {
+      stopper.stop();
+      wasLocked = !isEnabled("FINDSTRING") && !isAvailable("process") && !isAvailable("close") &&
+                  !isAvailable("openEmailSettings") && isAvailable("stopRun");
+      click(status, "stop");
+    }
+  });
+  stopper.start(0);
+  click(m_window.get(), "processButton");
+  EXPECT_FALSE(stopper.isActive()) << "the run was over too soon";
+  EXPECT_TRUE(wasLocked);
+  EXPECT_EQ(m_dialogs.messages, QStringList("Process Stopped!"));
+  EXPECT_LT(outputs().size(), documents);
+  EXPECT_TRUE(isEnabled("FINDSTRING") && isAvailable("process"));
+}
+
+TEST_F(MainWindowTest, ClosingDuringARunStopsItAndKeepsTheWindow) {
+  writeSource(4000);
+  open();
+  QTimer closer;
+  closer.callOnTimeout([&] {
+    if (control<QDialog>(m_window.get(), "status")->isVisible()) {
+      closer.stop();
+      m_window->close();
+    }
+  });
+  closer.start(0);
+  click(m_window.get(), "processButton");
+  EXPECT_EQ(m_dialogs.messages, QStringList("Process Stopped!"));
+  EXPECT_TRUE(m_window->isVisible());
+}
+
+TEST_F(MainWindowTest, SetupFilesAreSavedLoadedAndRemembered) {
+  open();
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_march");
+  m_dialogs.files = {{at("march.fxs")}};
+  trigger("saveSetup");
+  EXPECT_EQ(m_dialogs.requests.back().title, "Save fxs parameters file");
+  EXPECT_EQ(m_dialogs.requests.back().defaultSuffix, "fxs");
+  EXPECT_EQ(m_dialogs.messages, QStringList(at("march.fxs") + " saved."));
+  EXPECT_EQ(m_window->windowTitle(), "march.fxs - Folivex");
+
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_april");
+  m_dialogs.files = {{at("march.fxs")}};
+  click(m_window.get(), "loadSetupButton");
+  EXPECT_EQ(m_dialogs.requests.back().title, "Load fxs parameters file");
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_march");
+
+  m_dialogs.messages.clear();
+  m_dialogs.files = {{at("missing.fxs")}};
+  trigger("loadSetup");
+  EXPECT_EQ(m_dialogs.messages,
+            QStringList("file error! can't read parameters file: " + at("missing.fxs")));
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_march");
+
+  m_dialogs.messages.clear();
+  m_dialogs.files = {{at("no/such/folder/a.fxs")}};
+  trigger("saveSetup");
+  EXPECT_TRUE(m_dialogs.messages.isEmpty());
+  EXPECT_TRUE(notes().contains("can't write parameters file"));
+
+  typeInto(m_window.get(), "OFFSETFIRST", "x");
+  trigger("saveSetup"); // asks for no file
+  EXPECT_FALSE(problemAt(m_window.get(), "OFFSETFIRST").isEmpty());
+
+  // The next start offers it.
+  open();
+  auto* recent = m_window->findChild<QMenu*>("recentSetups");
+  ASSERT_EQ(recent->actions().size(), 1);
+  recent->actions().first()->trigger();
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_march");
+}
+
+TEST_F(MainWindowTest, ClosingKeepsTheSettingsForTheNextStart) {
+  open();
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_kept");
+  typeInto(m_window.get(), "OFFSETFIRST", "x"); // not worth losing the rest for
+  m_window->close();
+  EXPECT_FALSE(m_window->isVisible());
+  m_window = std::make_unique<MainWindow>(m_dialogs, m_memory);
+  m_window->show();
+  m_window->start({});
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_kept");
+  EXPECT_EQ(text("OFFSETFIRST"), "0");
+}
+
+TEST_F(MainWindowTest, DroppedFilesAreTaken) {
+  writeSource(1);
+  open();
+  m_dialogs.files = {{at("a.FXS")}};
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_dropped");
+  trigger("saveSetup");
+  typeInto(m_window.get(), "POSTFIXFILENAME", "");
+  EXPECT_TRUE(drop({at("a.FXS")}));
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_dropped");
+  typeInto(m_window.get(), "FINDSTRING", "typed before");
+  EXPECT_TRUE(drop({at("letter.txt"), at("other.PDF"), at("third.pdf")}));
+  EXPECT_EQ(text("FILENAME"), at("other.PDF"));
+  EXPECT_EQ(text("FINDSTRING"), "typed before");
+  EXPECT_TRUE(statusLine().contains("One file"));
+  EXPECT_FALSE(drop({at("letter.txt")}));
+}
+
+TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
+  writeSource(3);
+  WindowParts parts;
+  QString planned;
+  std::size_t plannedOutputs = 0;
+  int viewed = 0;
+  QString current;
+  parts.showPlan = [&](const QString& source, const SplitPlan& plan) {
+    planned = source;
+    plannedOutputs = plan.outputs.size();
+  };
+  parts.viewPage = [&](const SplitSetup&, int page) { viewed = page; };
+  parts.currentDocument = [&] { return current; };
+  open(parts);
+  trigger("plan");
+  EXPECT_EQ(planned, at("in.pdf"));
+  EXPECT_EQ(plannedOutputs, 3U);
+  EXPECT_FALSE(QFile::exists(at("out")));
+
+  const auto answerPage = [](QDialog* dialog) {
+    typeInto(dialog, "page", "7");
+    click(dialog, "ok");
+    EXPECT_TRUE(dialog->isVisible()) << "there are six pages";
+    EXPECT_FALSE(problemAt(dialog, "page").isEmpty());
+    typeInto(dialog, "page", "5");
+    click(dialog, "ok");
+  };
+  {
+    const NextDialog next(answerPage);
+    trigger("viewPage");
+  }
+  EXPECT_EQ(viewed, 5);
+  {
+    const NextDialog next([](QDialog* dialog) {
+      EXPECT_EQ(control<QLineEdit>(dialog, "page")->text(), "5");
+      click(dialog, "ok");
+    });
+    trigger("listPage");
+  }
+  ASSERT_EQ(m_dialogs.opened.size(), 1);
+  EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains("1003"));
+
+  click(m_window.get(), "USECURRENT");
+  trigger("plan");
+  EXPECT_FALSE(problemAt(m_window.get(), "USECURRENT").isEmpty());
+  current = at("in.pdf");
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_x");
+  planned.clear();
+  trigger("plan");
+  EXPECT_EQ(planned, current);
+}
+
+TEST_F(MainWindowTest, PicksStandInTheFieldsAtOnce) {
+  open();
+  typeInto(m_window.get(), "POSTFIXFILENAME", "_typed");
+  m_window->takePickedWord(0, {"Invoice", 120, 340, 120, 340});
+  EXPECT_EQ(text("FINDSTRING"), "Invoice");
+  EXPECT_EQ(text("MATCHPOSV"), "340");
+  EXPECT_EQ(text("POSTFIXFILENAME"), "_typed");
+}
+
+class TwoRows : public BatchRows {
+public:
+  explicit TwoRows(QStringList paths) : m_paths(std::move(paths)) {}
+  int count() const override { return static_cast<int>(m_paths.size()); }
+  QString useFlag(int) const override { return "Yes"; }
+  QString path(int row) const override { return m_paths[row]; }
+  void setStatus(int row, const QString& status) override { m_statuses[row] = status; }
+  void showRow(int) override {}
+  QMap<int, QString> m_statuses;
+
+private:
+  QStringList m_paths;
+};
+
+TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {
+  writeSource(2);
+  TwoRows rows({at("in.pdf"), at("missing.pdf")});
+  BatchRows* prepared = nullptr;
+  QList<bool> runs;
+  WindowParts parts;
+  parts.batchRows = [&] { return prepared; };
+  parts.batchRunning = [&](bool running) { runs += running; };
+  open(parts);
+  typeInto(m_window.get(), "FILENAME", "");
+  trigger("processList");
+  EXPECT_EQ(m_dialogs.messages, QStringList("You must prepare a list first or load one"));
+  m_dialogs.messages.clear();
+  prepared = &rows;
+  trigger("processList");
+  EXPECT_EQ(rows.m_statuses[0], "Done");
+  EXPECT_EQ(rows.m_statuses[1], "file error");
+  EXPECT_EQ(m_dialogs.messages.size(), 1);
+  EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf"}));
+  EXPECT_EQ(runs, QList<bool>({true, false, true, false}));
+}
+
+TEST_F(MainWindowTest, FitsASmallScreen) {
+  open();
+  const QSize frame(10, 70); // title bar and the desktop's panel
+  EXPECT_LE(m_window->sizeHint().width(), 1366 - frame.width());
+  EXPECT_LE(m_window->sizeHint().height(), 768 - frame.height());
+}
+
+} // namespace
+} // namespace folivex::testing
