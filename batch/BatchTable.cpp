@@ -1,12 +1,11 @@
 #include "batch/BatchTable.h"
 
 #include "batch/BatchModel.h"
+#include "widgets/GridDelegate.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -19,24 +18,6 @@ namespace {
 
 constexpr std::array<int, BatchModel::columnCountAll> initialWidths = {82, 460, 80}; // pixels
 constexpr int rowPadding = 8;                                                        // pixels
-constexpr float gridStrength = 0.2F;
-
-/// Draws the grid lines, which the style of the system makes invisible on dark ground.
-class GridDelegate : public QStyledItemDelegate {
-public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    QStyledItemDelegate::paint(painter, option, index);
-    QColor line = option.palette.color(QPalette::Text);
-    line.setAlphaF(gridStrength);
-    const QRect& cell = option.rect;
-    painter->setPen(line);
-    painter->drawLine(cell.bottomLeft(), cell.bottomRight());
-    painter->drawLine(cell.topRight(), cell.bottomRight() - QPoint(0, 1));
-  }
-};
 
 QLabel* whenEmptyLabel(QWidget* viewport) {
   auto* label = new QLabel(
