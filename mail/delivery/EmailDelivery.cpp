@@ -1,0 +1,92 @@
+#include "mail/delivery/EmailDelivery.h"
+
+#include "engine/output/EmailRecords.h"
+#include "mail/EmailSettingsCheck.h"
+#include "mail/MailTransportChoice.h"
+#include "platform/Paths.h"
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+/// Only a sheet brings texts of its own, whatever its format is called. Where it has none, the
+/// settings' hold as for any list.
+EmailSendRun::ListSource listSourceOf(const EmailList& list) {
+  const bool hasOwnTexts = std::ranges::any_of(list.rows(), [](const EmailRow& row) {
+    return !row.entry.body.isEmpty() || !row.entry.cc.isEmpty();
+  });
+  if (list.isFromSpreadsheet() || hasOwnTexts) {
+    return EmailSendRun::ListSource::Spreadsheet;
+  }
+  return list.sourcePath().isEmpty() ? EmailSendRun::ListSource::SplitRun
+                                     : EmailSendRun::ListSource::ListFile;
+}
+
+} // namespace
+
+FinishedRun finishedRun(const QString& source, const EmailRecords& records) {
+  FinishedRun run;
+  run.source = platform::withoutTrailingBlanks(source);
+  run.outputs.reserve(records.all().size());
+  for (const EmailRecord& record : records.all()) {
+    run.outputs.push_back({record.outputPath, record.firstPage, record.lastPage, record.matchedText,
+                           record.addresses.address, record.addresses.further});
+  }
+  return run;
+}
+
+QString outputFolderOf(const SplitSetup& setup, const QString& source) {
+  if (setup.splitToSource) {
+    return platform::folderOf(source);
+  }
+  const QString folder = platform::withoutTrailingBlanks(setup.outputDir);
+  return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
+}
+
+QString deliveryProblem(const SplitSetup& setup) {
+  QStringList lines;
+  for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
+    if (finding.weight == FindingWeight::Problem) {
+      lines += finding.text;
+    }
+  }
+  return lines.join(u'\n');
+}
+
+void EmailDelivery::openReports() {
+  for (const FinishedRun& run : m_newRuns) {
+    m_reports.open(m_setup, run);
+  }
+  m_newRuns.clear();
+}
+
+DeliveryResult EmailDelivery::send(const EmailList& list, SendWatcher& watcher,
+                                   const SendTwice& sendTwice) {
+  DeliveryResult result;
+  result.problem = deliveryProblem(m_setup);
+  if (!result.problem.isEmpty()) {
+    return result;
+  }
+  const MailTransportChoice choice = transportFor(m_setup, m_means.smtp);
+  if (!choice.transport) {
+    result.problem = choice.problem;
+    return result;
+  }
+  openReports();
+  EmailSendRun run(m_setup, listSourceOf(list),
+                   {*choice.transport, watcher, m_means.splitLibrary, &m_reports});
+  const EmailEntries entries = list.entries();
+  if (sendTwice) {
+    const SentBefore before = SentBefore::fromLog(m_setup.emailLogFile);
+    const BeforeCount count = run.countSentBefore(entries, before);
+    if (count.sent + count.mayHaveArrived > 0 && !sendTwice(count)) {
+      run.skipSentBefore(before);
+    }
+  }
+  result.summary = run.run(entries);
+  return result;
+}
+
+} // namespace folivex

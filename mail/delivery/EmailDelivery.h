@@ -1,0 +1,75 @@
+// EmailDelivery: sends the entries of a list as the settings say, and keeps the reports of it.
+#pragma once
+
+#include "engine/setup/SplitSetup.h"
+#include "mail/EmailList.h"
+#include "mail/EmailSendRun.h"
+#include "mail/SmtpTransport.h"
+#include "mail/delivery/RunReports.h"
+
+#include <functional>
+#include <vector>
+
+namespace folivex {
+
+class CSplitPdfInit;
+class EmailRecords;
+
+/// A split run that has ended, as far as mail is concerned.
+struct FinishedRun {
+  QString source; ///< full path of the PDF that was split
+  std::vector<AddressedOutput> outputs;
+};
+
+FinishedRun finishedRun(const QString& source, const EmailRecords& records);
+
+/// Where the outputs of `source` lie.
+QString outputFolderOf(const SplitSetup& setup, const QString& source);
+
+/// What sending needs beside the settings.
+struct DeliveryMeans {
+  CSplitPdfInit* splitLibrary = nullptr; ///< for entries with a page range
+  SmtpOptions smtp;
+};
+
+struct [[nodiscard]] DeliveryResult {
+  QString
+      problem; ///< why no mail was tried, in plain words; empty when the list was worked through
+  SendSummary summary; ///< one result for each row of the list; empty when nothing was tried
+};
+
+/// Lists may be sent in several goes (what failed once more): the reports tell all of them.
+class EmailDelivery {
+public:
+  EmailDelivery(SplitSetup setup, DeliveryMeans means)
+      : m_setup(std::move(setup)), m_means(std::move(means)) {}
+
+  /// A list to come holds outputs of this run: their mails go into its report. A list that was
+  /// loaded has none.
+  void addRun(const FinishedRun& run) { m_newRuns.push_back(run); }
+
+  using BeforeCount = EmailSendRun::BeforeCount;
+  /// Asked when the log says that mails of this list went out before. True: they are sent once
+  /// more; false: they are left out.
+  using SendTwice = std::function<bool(const BeforeCount& before)>;
+
+  /// Without `sendTwice` the log is not asked: all entries are sent. That is right for outputs that
+  /// were only just made.
+  DeliveryResult send(const EmailList& list, SendWatcher& watcher, const SendTwice& sendTwice = {});
+
+  /// Ends the reports. What could not be written of them, in lines; empty when all was.
+  QString close() { return m_reports.close(); }
+
+private:
+  void openReports();
+
+  SplitSetup m_setup;
+  DeliveryMeans m_means;
+  std::vector<FinishedRun> m_newRuns; ///< without a report as yet
+  RunReports m_reports;
+};
+
+/// Why no mail would go out with these settings, a line each; empty when mails can be sent.
+QString deliveryProblem(const SplitSetup& setup);
+
+} // namespace folivex

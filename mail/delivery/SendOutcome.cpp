@@ -1,0 +1,59 @@
+#include "mail/delivery/SendOutcome.h"
+
+#include "mail/MailHeader.h"
+
+#include <QLocale>
+
+namespace folivex {
+
+namespace {
+
+using Rows = std::vector<std::size_t>;
+
+void addRows(QStringList& lines, const EmailList& list, const SendSummary& summary,
+             const Rows& rows, const QString& heading) {
+  if (rows.empty()) {
+    return;
+  }
+  if (!lines.isEmpty()) {
+    lines += QString();
+  }
+  lines += heading.arg(mailCount(rows.size()));
+  for (const std::size_t row : rows) {
+    const EmailEntry& entry = list.rows().at(row).entry;
+    lines += withoutControlCharacters(
+        QStringLiteral("    %1, %2: %3")
+            .arg(entry.address, entry.file, summary.entries[row].errorText));
+  }
+}
+
+} // namespace
+
+QString countWithCommas(std::size_t count) {
+  static const QLocale locale(QLocale::English, QLocale::UnitedStates);
+  return locale.toString(static_cast<qulonglong>(count));
+}
+
+QString mailCount(std::size_t count) {
+  return count == 1 ? QStringLiteral("1 e-mail")
+                    : QStringLiteral("%1 e-mails").arg(countWithCommas(count));
+}
+
+QStringList outcomeLines(const EmailList& list, const SendSummary& summary) {
+  QStringList lines;
+  addRows(lines, list, summary, summary.rowsIn(EntryState::Failed), QStringLiteral("%1 failed:"));
+  addRows(lines, list, summary, summary.rowsIn(EntryState::Temporary),
+          QStringLiteral("%1 failed for a reason that may pass:"));
+  addRows(lines, list, summary, summary.rowsIn(EntryState::Unknown),
+          QStringLiteral("%1 may have arrived, and will not be sent again by \"Send again\":"));
+  const std::size_t notReached = summary.rowsIn(EntryState::NotReached).size();
+  if (notReached > 0) {
+    if (!lines.isEmpty()) {
+      lines += QString();
+    }
+    lines += QStringLiteral("%1 not tried: the run was stopped.").arg(mailCount(notReached));
+  }
+  return lines;
+}
+
+} // namespace folivex

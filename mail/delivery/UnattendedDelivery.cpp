@@ -1,0 +1,124 @@
+#include "mail/delivery/UnattendedDelivery.h"
+
+#include "engine/job/Operator.h"
+#include "engine/setup/SplitSetup.h"
+#include "mail/EmailListFile.h"
+#include "mail/delivery/SendOutcome.h"
+#include "platform/Paths.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace folivex {
+
+namespace {
+
+class OperatorWatcher : public SendWatcher {
+public:
+  OperatorWatcher(Operator& person, const std::function<bool()>& stop)
+      : m_person(person), m_stop(stop) {}
+
+  void handlePendingEvents() override { m_person.handlePendingEvents(); }
+  bool stopRequested() override { return m_stop && m_stop(); }
+  void onProgress(const EmailProgress& progress) override {
+    Progress shown;
+    shown.text = QStringLiteral("Sending email: %1 (%2 of %3)")
+                     .arg(progress.recipient)
+                     .arg(progress.handled)
+                     .arg(progress.total);
+    m_person.progress(shown);
+  }
+
+private:
+  Operator& m_person;
+  const std::function<bool()>& m_stop;
+};
+
+/// In the folder of the outputs, after the source; a name that nothing has yet.
+QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind) {
+  const QString stem = platform::joinPath(
+      outputFolderOf(setup, source),
+      platform::fileTitle(source) + u'_' + kind + u'_' +
+          QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_HHmmss")));
+  QString path = stem + QStringLiteral(".lst");
+  for (int number = 2; QFileInfo::exists(path); ++number) {
+    path = QStringLiteral("%1_%2.lst").arg(stem).arg(number);
+  }
+  return path;
+}
+
+/// Path of the list; empty when it could not be saved, which is then told.
+QString save(const EmailList& list, const QString& path, Operator& person) {
+  const EmailListResult saved = saveEmailList(list, path);
+  person.note(saved.message);
+  if (!saved.note.isEmpty()) {
+    person.note(saved.note);
+  }
+  return saved.ok ? path : QString();
+}
+
+void tellWithoutAddress(std::size_t without, std::size_t all, Operator& person) {
+  if (without > 0) {
+    person.note(QStringLiteral("%1 of %2 outputs have no e-mail address on their pages: nothing is "
+                               "sent for them.")
+                    .arg(countWithCommas(without), countWithCommas(all)));
+  }
+}
+
+void tellSummary(const EmailList& list, const SendSummary& summary, Operator& person) {
+  person.note(summary.message());
+  for (const QString& line : outcomeLines(list, summary)) {
+    if (!line.isEmpty()) {
+      person.note(line);
+    }
+  }
+}
+
+} // namespace
+
+UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,
+                                const DeliveryMeans& means, Operator& person,
+                                const std::function<bool()>& stopRequested) {
+  UnattendedResult result;
+  if (!setup.emailEnable) {
+    return result;
+  }
+  EmailList list;
+  tellWithoutAddress(list.fill(run.outputs).size(), run.outputs.size(), person);
+  if (list.isEmpty()) {
+    return result;
+  }
+  if (setup.emailConfirm) {
+    person.note(QStringLiteral("%1 not sent: sending is to be confirmed, and nobody is here to do "
+                               "it. Load the list to send it.")
+                    .arg(mailCount(list.count())));
+    result.complete = false;
+    result.savedList =
+        save(list, unusedListPath(setup, run.source, QStringLiteral("emails")), person);
+    return result;
+  }
+  OperatorWatcher watcher(person, stopRequested);
+  EmailDelivery delivery(setup, means);
+  delivery.addRun(run);
+  DeliveryResult sent = delivery.send(list, watcher);
+  const QString reportProblem = delivery.close();
+  if (!reportProblem.isEmpty()) {
+    person.note(reportProblem);
+  }
+  if (sent.problem.isEmpty()) {
+    tellSummary(list, sent.summary, person);
+    result.complete = sent.summary.counts.sentOk == static_cast<int>(list.count());
+    list.reduceTo(sent.summary.rowsToSendAgain());
+    result.summary = std::move(sent.summary);
+  } else {
+    person.note(QStringLiteral("No e-mail was sent: ") + sent.problem);
+    result.complete = false;
+  }
+  if (!list.isEmpty()) {
+    result.savedList =
+        save(list, unusedListPath(setup, run.source, QStringLiteral("emails_not_sent")), person);
+  }
+  return result;
+}
+
+} // namespace folivex

@@ -1,0 +1,385 @@
+#include "mail/windows/CEmailListDlg.h"
+
+#include "mail/delivery/SendOutcome.h"
+#include "mail/import/EmailImport.h"
+#include "mail/windows/CChangeEmailDlg.h"
+#include "mail/windows/CFindingsDlg.h"
+#include "mail/windows/CMailWaitDlg.h"
+#include "mail/windows/EmailTable.h"
+#include "platform/Paths.h"
+#include "widgets/Dialogs.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+namespace {
+
+constexpr int rowsAtFirst = 16;
+
+/// A long path may go on in the next line behind any separator.
+QString breakable(QString text) {
+  static const QRegularExpression separators(QStringLiteral("([/\\\\])"));
+  return text.replace(separators, QStringLiteral("\\1\u200B"));
+}
+
+QPushButton* buttonOf(const char* name, const QString& text, const QString& toolTip,
+                      QWidget* parent) {
+  auto* button = new QPushButton(text, parent);
+  button->setObjectName(QLatin1String(name));
+  button->setToolTip(toolTip);
+  button->setAutoDefault(false); // Enter in the filter or the table must send nothing
+  return button;
+}
+
+QString caption() {
+  return QStringLiteral("Email List to Send");
+}
+
+} // namespace
+
+CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
+    : QDialog(parent), m_dialogs(dialogs), m_commands(m_list), m_model(m_list),
+      m_table(new EmailTable(m_model, this)) {
+  setObjectName(QStringLiteral("CEmailListDlg"));
+  setWindowTitle(caption());
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  m_table->setObjectName(QStringLiteral("list"));
+  m_table->setAccessibleName(QStringLiteral("E-mails to send"));
+  m_table->setToolTip(QStringLiteral("The e-mails; double-click one to change its address"));
+  m_table->onEdit = [this](std::size_t row) { editRow(row); };
+  auto* layout = new QVBoxLayout(this);
+  buildMenu();
+  layout->addWidget(buildFilter());
+  layout->addWidget(m_table, 1);
+  layout->addWidget(buildBelow());
+  connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { updateCounts(); });
+  connect(m_table, &QTableView::customContextMenuRequested, this, &CEmailListDlg::showContextMenu);
+  updateControls();
+  m_table->setFocus();
+
+  const QMargins margins = layout->contentsMargins();
+  const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
+  resize(m_table->preferredWidth() + margins.left() + margins.right(),
+         sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight);
+}
+
+CEmailListDlg::~CEmailListDlg() {
+  hide();
+  delete m_table; // before the model that it shows
+}
+
+QAction* CEmailListDlg::addCommand(const char* name, const QString& text, const QString& toolTip,
+                                   void (CEmailListDlg::*command)()) {
+  QAction* action = m_fileMenu->addAction(text);
+  action->setObjectName(QLatin1String(name));
+  action->setToolTip(toolTip);
+  connect(action, &QAction::triggered, this, command);
+  return action;
+}
+
+void CEmailListDlg::buildMenu() {
+  auto* menus = new QMenuBar(this);
+  menus->setNativeMenuBar(false); // belongs to this window, not to the program
+  m_fileMenu = menus->addMenu(QStringLiteral("&File"));
+  m_fileMenu->setToolTipsVisible(true);
+  addCommand("loadList", QStringLiteral("&Load email list"),
+             QStringLiteral("Show the rows of a list file in place of these"),
+             &CEmailListDlg::loadList)
+      ->setShortcut(QKeySequence::Open);
+  addCommand("saveList", QStringLiteral("&Save email list"),
+             QStringLiteral("Write addresses, files and pages to the list file in use"),
+             &CEmailListDlg::saveList)
+      ->setShortcut(QKeySequence::Save);
+  addCommand("saveListAs", QStringLiteral("Save&As email list"),
+             QStringLiteral("Write addresses, files and pages to a list file of your choice"),
+             &CEmailListDlg::saveListAs);
+  m_fileMenu->addSeparator();
+  addCommand("importSheet", QStringLiteral("&Import from spreadsheet..."),
+             QStringLiteral("Show the rows of a spreadsheet in place of these; its columns have "
+                            "the headers of this list"),
+             &CEmailListDlg::importSheet);
+  layout()->setMenuBar(menus);
+}
+
+QWidget* CEmailListDlg::buildFilter() {
+  auto* row = new QWidget(this);
+  m_filter = new QLineEdit(row);
+  m_filter->setObjectName(QStringLiteral("filter"));
+  m_filter->setClearButtonEnabled(true);
+  m_filter->setPlaceholderText(QStringLiteral("Part of an address, a file name, a subject"));
+  m_filter->setToolTip(QStringLiteral("Shows the rows with this text in address, file, CC, invoice "
+                                      "number or subject. Rows that are hidden stay in the list."));
+  auto* label = new QLabel(QStringLiteral("Fi&lter:"), row);
+  label->setBuddy(m_filter);
+  connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+    m_table->setFilter(text.trimmed());
+    updateControls();
+  });
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins({});
+  layout->addWidget(label);
+  layout->addWidget(m_filter, 1);
+  return row;
+}
+
+QWidget* CEmailListDlg::buildBelow() {
+  auto* below = new QWidget(this);
+  m_countLine = new QLabel(below);
+  m_countLine->setObjectName(QStringLiteral("countLine"));
+  m_notice = new QLabel(below);
+  m_notice->setObjectName(QStringLiteral("notice"));
+  m_notice->setTextFormat(Qt::PlainText); // paths are no markup
+  m_notice->setWordWrap(true);
+  // A path is one long word: it must not make the window wider.
+  QSizePolicy policy = m_notice->sizePolicy();
+  policy.setHorizontalPolicy(QSizePolicy::Ignored);
+  m_notice->setSizePolicy(policy);
+  m_notice->hide();
+  m_without =
+      buttonOf("withoutAddress", QStringLiteral("Outputs &without address..."),
+               QStringLiteral("Show the outputs of the run that are not in the list"), below);
+  m_send = buttonOf("send", QStringLiteral("&OK - Send"), QString(), below);
+  auto* cancel = buttonOf("cancel", QStringLiteral("&Cancel"),
+                          QStringLiteral("Close; nothing is sent"), below);
+  connect(m_without, &QPushButton::clicked, this, [this] { showWithoutAddress(); });
+  connect(m_send, &QPushButton::clicked, this, [this] { accept(); });
+  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(m_without);
+  buttons->addStretch();
+  buttons->addWidget(m_send);
+  buttons->addWidget(cancel);
+  auto* layout = new QVBoxLayout(below);
+  layout->setContentsMargins({});
+  layout->addWidget(m_countLine);
+  layout->addWidget(m_notice);
+  layout->addLayout(buttons);
+  return below;
+}
+
+void CEmailListDlg::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (m_loadsWhenShown && !event->spontaneous()) {
+    m_loadsWhenShown = false;
+    // Later: the chooser stands over a window that is there.
+    QMetaObject::invokeMethod(
+        this, [this] { loadList(); }, Qt::QueuedConnection);
+  }
+}
+
+void CEmailListDlg::showRun(EmailList list, std::vector<AddressedOutput> withoutAddress) {
+  m_withoutAddress = std::move(withoutAddress);
+  replaceList([&] { m_list = std::move(list); });
+  if (!m_withoutAddress.empty()) {
+    tell({{},
+          QStringLiteral("%1 of %2 outputs have no e-mail address on their pages and are not in "
+                         "the list.")
+              .arg(countWithCommas(m_withoutAddress.size()),
+                   countWithCommas(m_withoutAddress.size() + m_list.count()))});
+  }
+}
+
+void CEmailListDlg::keepOnly(const std::vector<std::size_t>& rows, const QString& notice) {
+  replaceList([&] { m_list.reduceTo(rows); });
+  tell({{}, notice});
+}
+
+void CEmailListDlg::replaceList(const std::function<void()>& change) {
+  m_model.changeList(change);
+  m_filter->clear();
+  updateControls();
+}
+
+void CEmailListDlg::updateControls() {
+  m_table->showOwnTexts(m_list.showsOwnTexts());
+  m_table->showWhetherEmpty();
+  m_without->setVisible(!m_withoutAddress.empty());
+  const bool canSend = m_list.addressedCount() > 0;
+  m_send->setEnabled(canSend);
+  m_send->setToolTip(canSend ? QStringLiteral("Send the e-mails, in the order of their numbers; "
+                                              "with rows selected you are asked which")
+                             : QStringLiteral("There is no row with an address"));
+  updateCounts();
+}
+
+void CEmailListDlg::updateCounts() {
+  m_countLine->setText(
+      EmailListCommands::countText(m_list, m_model.shownCount(), m_table->selectedCount()));
+}
+
+void CEmailListDlg::tell(const EmailWords& words) {
+  m_notice->setText(breakable(words.notice));
+  m_notice->setToolTip(words.notice.toHtmlEscaped());
+  m_notice->setVisible(!words.notice.isEmpty());
+  if (!words.message.isEmpty()) {
+    m_dialogs.message(this, words.message);
+  }
+}
+
+// The commands
+
+void CEmailListDlg::loadList() {
+  const QString path = m_dialogs.openFile(this, {QStringLiteral("Select lst file"),
+                                                 QStringLiteral("List files (*.lst *.LST)"),
+                                                 m_commands.startPath(), QStringLiteral("txt")});
+  if (path.isEmpty()) {
+    return;
+  }
+  m_withoutAddress.clear();
+  EmailWords words;
+  replaceList([&] { words = m_commands.load(path); });
+  tell(words);
+}
+
+void CEmailListDlg::saveList() {
+  tell(m_commands.save());
+}
+
+void CEmailListDlg::saveListAs() {
+  const QString path = m_dialogs.saveFile(this, {QStringLiteral("Save lst parameters file"),
+                                                 QStringLiteral("List files (*.lst *.LST)"),
+                                                 m_commands.startPath(), QStringLiteral("LST")});
+  if (!path.isEmpty()) {
+    tell(m_commands.saveAs(path));
+  }
+}
+
+void CEmailListDlg::importSheet() {
+  const QString path = m_dialogs.openFile(
+      this, {QStringLiteral("Import from spreadsheet"),
+             QStringLiteral("Spreadsheets (*.xlsx *.xls *.ods *.csv *.XLSX *.XLS *.ODS *.CSV)"),
+             platform::folderOf(m_commands.startPath()),
+             {}});
+  if (path.isEmpty()) {
+    return;
+  }
+  EmailImport import;
+  bool isStopped = false;
+  {
+    CMailWaitDlg waiting(QStringLiteral("Import from spreadsheet"),
+                         QStringLiteral("Reading %1").arg(path), this);
+    import = importEmailList(path, [&waiting] {
+      waiting.handlePendingEvents();
+    return waiting.stopRequested();
+  });
+  isStopped = waiting.stopRequested();
+}
+if (!import.done) {
+  tell({isStopped ? QString() : import.problem,
+        isStopped ? QStringLiteral("The import was stopped; the list is as it was.") : QString()});
+  return;
+}
+const QStringList findings = EmailListCommands::findingsOf(import);
+if (!findings.isEmpty()) {
+  CFindingsDlg reading({QStringLiteral("Import from spreadsheet"),
+                        QStringLiteral("%1 in %2. Please look at these points first:")
+                            .arg(mailCount(import.entries.size()), platform::fileTitle(path)),
+                        QStringLiteral("&Take them into the list"),
+                        QStringLiteral("Show the imported rows in place of the list"),
+                        QStringLiteral("&Cancel"), !import.entries.empty()},
+                       findings, this);
+  if (reading.exec() != Accepted) {
+    return;
+  }
+}
+m_withoutAddress.clear();
+EmailWords words;
+replaceList([&] { words = m_commands.take(import, path); });
+tell(words);
+} // namespace folivex
+
+void CEmailListDlg::editRow(std::size_t row) {
+  const EmailEntry& entry = m_list.rows()[row].entry;
+  CChangeEmailDlg change(entry.address, entry.file, this);
+  change.onTake = [&](const QString& text) { return m_commands.changeAddress(row, text); };
+  if (change.exec() == Accepted) {
+    m_model.addressChanged(row);
+    updateControls();
+  }
+}
+
+void CEmailListDlg::showWithoutAddress() {
+  QStringList files;
+  for (const AddressedOutput& output : m_withoutAddress) {
+    files += output.file;
+  }
+  CFindingsDlg({QStringLiteral("Outputs without address"),
+                QStringLiteral("No address was found on the pages of these files:"),
+                {},
+                {},
+                QStringLiteral("&Close")},
+               files, this)
+      .exec();
+}
+
+void CEmailListDlg::showContextMenu(const QPoint& place) {
+  const QModelIndex index = m_table->indexAt(place);
+  if (!index.isValid()) {
+    return;
+  }
+  const std::size_t row = m_model.listRow(index.row());
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("contextMenu"));
+  connect(menu.addAction(QStringLiteral("&Change Email...")), &QAction::triggered, this,
+          [this, row] { editRow(row); });
+  connect(menu.addAction(QStringLiteral("&Open file")), &QAction::triggered, this, [this, row] {
+    const QString file = m_list.rows()[row].entry.file;
+    if (!m_dialogs.openOutside(file)) {
+      m_dialogs.message(this, QStringLiteral("Unable to open file: ") + file);
+    }
+  });
+  menu.exec(m_table->viewport()->mapToGlobal(place));
+}
+
+// What is sent
+
+bool CEmailListDlg::chooseWhatToSend() {
+  const std::vector<std::size_t> selected = m_table->selectedRows();
+  m_toSend = m_list;
+  if (!selected.empty() &&
+      m_dialogs.question(this, QStringLiteral("Send selected only?"), caption())) {
+    m_toSend.keepAddressesOf(selected);
+    if (m_toSend.addressedCount() == 0) {
+      m_dialogs.message(this, QStringLiteral("None of the selected rows has an address."));
+      return false;
+    }
+    return true;
+  }
+  const std::size_t hidden = m_list.count() - m_model.shownCount();
+  return hidden == 0 ||
+         m_dialogs.question(this,
+                            QStringLiteral("The filter hides %1 of the %2 rows. Send them too?")
+                                .arg(countWithCommas(hidden), countWithCommas(m_list.count())),
+                            caption());
+}
+
+void CEmailListDlg::accept() {
+  if (m_send->isEnabled() && chooseWhatToSend()) {
+    QDialog::accept();
+  }
+}
+
+void CEmailListDlg::reject() {
+  if (m_commands.hasUnsavedWork() && isVisible() &&
+      !m_dialogs.question(this,
+                          QStringLiteral("The list was changed and is in no list file.\n\nClose it "
+                                         "and lose the changes?"),
+                          caption())) {
+    return;
+  }
+  QDialog::reject();
+}
+
+} // namespace folivex

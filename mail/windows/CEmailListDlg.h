@@ -1,0 +1,88 @@
+// CEmailListDlg: the mails that wait to be sent, for a person to look at first.
+#pragma once
+
+#include "mail/EmailList.h"
+#include "mail/windows/EmailListCommands.h"
+#include "mail/windows/EmailModel.h"
+
+#include <QDialog>
+
+#include <vector>
+
+class QAction;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+
+namespace folivex {
+
+class Dialogs;
+class EmailTable;
+
+/// Run with exec(). After Accepted, toSend() tells what the person wants to be sent; after Rejected
+/// nothing is to be sent.
+class CEmailListDlg : public QDialog {
+public:
+  /// `dialogs` must outlive this.
+  CEmailListDlg(Dialogs& dialogs, QWidget* parent);
+  ~CEmailListDlg() override;
+
+  /// The outputs of a run; `withoutAddress` are those that had none and are not in the list.
+  void showRun(EmailList list, std::vector<AddressedOutput> withoutAddress);
+  /// A list file is chosen as soon as the dialog is seen.
+  void loadWhenShown() { m_loadsWhenShown = true; }
+  /// Keeps these rows of the list (to send again what failed).
+  void keepOnly(const std::vector<std::size_t>& rows, const QString& notice);
+
+  const EmailList& list() const { return m_list; }
+  /// The list with the addresses of those rows only that are to be sent. Its rows are those of
+  /// list().
+  const EmailList& toSend() const { return m_toSend; }
+  /// All of it is to be sent, and nobody is asked.
+  void takeAll() { m_toSend = m_list; }
+
+  void accept() override; ///< "OK - Send"
+  void reject() override;
+
+protected:
+  void showEvent(QShowEvent* event) override;
+
+private:
+  void buildMenu();
+  QWidget* buildFilter();
+  QWidget* buildBelow();
+  QAction* addCommand(const char* name, const QString& text, const QString& toolTip,
+                      void (CEmailListDlg::*command)());
+  void replaceList(const std::function<void()>& change);
+  void updateControls();
+  void updateCounts();
+  void tell(const EmailWords& words);
+
+  void loadList();
+  void saveList();
+  void saveListAs();
+  void importSheet();
+  void editRow(std::size_t row);
+  void showWithoutAddress();
+  void showContextMenu(const QPoint& place);
+  bool chooseWhatToSend();
+
+  Dialogs& m_dialogs;
+  EmailList m_list;
+  EmailList m_toSend;
+  EmailListCommands m_commands;
+  EmailModel m_model;
+  std::vector<AddressedOutput> m_withoutAddress;
+  bool m_loadsWhenShown = false;
+
+  QMenu* m_fileMenu = nullptr;
+  QLineEdit* m_filter = nullptr;
+  EmailTable* m_table = nullptr;
+  QLabel* m_countLine = nullptr;
+  QLabel* m_notice = nullptr;
+  QPushButton* m_without = nullptr;
+  QPushButton* m_send = nullptr;
+};
+
+} // namespace folivex

@@ -1,0 +1,54 @@
+// CEmailStatusDlg: how far the sending of mails is, and the button that ends it.
+#pragma once
+
+#include "mail/EmailSendRun.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+
+#include <functional>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace folivex {
+
+/// Has no event loop of its own: the send run keeps it alive. Closing it in any way means Stop.
+class CEmailStatusDlg : public QDialog, public SendWatcher {
+public:
+  explicit CEmailStatusDlg(QWidget* parent);
+  ~CEmailStatusDlg() override;
+
+  /// What else may ask for a stop (the program's own one). May be empty.
+  std::function<bool()> alsoStop;
+
+  /// Cheap: what is shown changes at most twenty times a second.
+  void onProgress(const EmailProgress& progress) override;
+  void handlePendingEvents() override;
+  bool stopRequested() override;
+
+  void reject() override; ///< Stop
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  QLabel* addLine(const QString& caption, const char* name, const QString& toolTip);
+  void display();
+  void displayWhenDue();
+
+  EmailProgress m_progress;
+  QElapsedTimer m_sinceDisplay;
+  bool m_isShown = false; ///< what m_progress says is what the window says
+  bool m_stopRequested = false;
+
+  QLabel* m_recipient = nullptr;
+  QLabel* m_count = nullptr;
+  QLabel* m_sentOk = nullptr;
+  QLabel* m_sentError = nullptr;
+  QProgressBar* m_bar = nullptr;
+  QPushButton* m_stop = nullptr;
+};
+
+} // namespace folivex

@@ -1,0 +1,62 @@
+// EmailListCommands: what the e-mail list does with files, and what it then says.
+#pragma once
+
+#include "mail/EmailList.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <cstddef>
+
+namespace folivex {
+
+struct EmailImport;
+struct EmailListResult;
+
+/// What a command has to tell. Either may be empty.
+struct EmailWords {
+  QString message; ///< for a box that the person confirms
+  QString notice;  ///< for a line in the window
+};
+
+/// Knows the list file in use, and whether the list holds work that no file has. Shows and asks
+/// nothing.
+class EmailListCommands {
+public:
+  /// `list` must outlive this.
+  explicit EmailListCommands(EmailList& list) : m_list(list) {}
+
+  /// The file that save() writes: the one loaded or saved last; empty when there is none yet.
+  const QString& listPath() const { return m_listPath; }
+  /// Where choosers of list files begin.
+  QString startPath() const;
+
+  EmailWords load(const QString& path);
+  EmailWords save();
+  EmailWords saveAs(const QString& path);
+
+  /// Takes the entries of a spreadsheet in place of the list. There is no list file then.
+  EmailWords take(const EmailImport& import, const QString& spreadsheet);
+  /// What a person should read before take(), a line each: the sheet's findings, and texts that are
+  /// longer than the list holds.
+  static QStringList findingsOf(const EmailImport& import);
+
+  /// Empty, or why the text is no address; see EmailList::setAddress().
+  QString changeAddress(std::size_t row, const QString& text);
+
+  /// The list was changed by hand or imported, and not saved since.
+  bool hasUnsavedWork() const { return m_hasUnsavedWork; }
+
+  /// What a list file does not keep of this list; empty when it keeps all.
+  QString lostInFile() const;
+
+  /// "1,234 rows, 1,200 with an address, 3 selected"; `shown` are those that a filter leaves.
+  static QString countText(const EmailList& list, std::size_t shown, std::size_t selected);
+
+private:
+  EmailList& m_list;
+  QString m_listPath;
+  bool m_hasUnsavedWork = false;
+};
+
+} // namespace folivex

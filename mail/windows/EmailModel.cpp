@@ -1,0 +1,254 @@
+#include "mail/windows/EmailModel.h"
+
+#include "mail/MailAddress.h"
+#include "platform/FileSystem.h"
+#include "widgets/Theme.h"
+
+#include <QApplication>
+#include <QCollator>
+#include <QPalette>
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+namespace folivex {
+
+namespace {
+
+constexpr std::array<const char*, emailColumnCount> headers = {
+    "Email",  "File", "Extract Page Start",        "Extract Page End",
+    "Body",   "CC",   "Invoice Number in Subject", "Separate Invoices",
+    "Subject"};
+
+/// More of a body than this is on no screen.
+constexpr qsizetype longestCell = 300;
+
+using Rows = std::vector<std::size_t>;
+
+/// Line ends and the like are shown as their pictures: a cell is one line.
+QString onOneLine(QString text) {
+  constexpr char16_t firstPicture = 0x2400;
+  for (QChar& c : text) {
+    if (c.unicode() < 0x20) {
+      c = QChar(static_cast<char16_t>(firstPicture + c.unicode()));
+    } else if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
+      c = QChar(0x2424);
+    }
+  }
+  return text;
+}
+
+QString shownText(const EmailRow& row, EmailColumn column) {
+  return onOneLine(row.cell(column).left(longestCell));
+}
+
+QString addressRemark(const EmailEntry& entry) {
+  if (entry.address.isEmpty()) {
+    return QStringLiteral(
+        "No address: nothing is sent for this row. Double-click it to enter one.");
+  }
+  const QString problem = addressProblem(QStringView(entry.address));
+  return problem.isEmpty() ? QString()
+                           : QStringLiteral("This cannot be sent: the address %1.").arg(problem);
+}
+
+/// Asked only when somebody points at the row: the disk may be slow.
+QString fileRemark(const EmailEntry& entry) {
+  return platform::isReadableFile(entry.file)
+             ? QString()
+             : QStringLiteral("This cannot be sent: the file cannot be read.");
+}
+
+/// Texts of pages and sheets are no markup; the outer one makes the lines.
+QString toolTipOf(const EmailRow& row, EmailColumn column) {
+  QStringList lines = {row.cell(column), addressRemark(row.entry), fileRemark(row.entry)};
+  lines.removeAll(QString());
+  if (!row.entry.furtherAddresses.isEmpty()) {
+    lines += QStringLiteral("Other addresses on its pages: %1")
+                 .arg(row.entry.furtherAddresses.join(QStringLiteral(", ")));
+  }
+  for (QString& line : lines) {
+    line = line.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
+  }
+  return QStringLiteral("<qt>%1</qt>").arg(lines.join(QStringLiteral("<br>")));
+}
+
+QVariant cellColor(const EmailRow& row, EmailColumn column) {
+  if (row.entry.address.isEmpty()) {
+    return QApplication::palette().brush(QPalette::PlaceholderText);
+  }
+  if (column == EmailColumn::Email && !isMailAddress(row.entry.address)) {
+    return problemColor();
+  }
+  return {};
+}
+
+int pageOf(const EmailRow& row, EmailColumn column) {
+  return column == EmailColumn::ExtractPageStart ? row.entry.extractPageStart
+                                                 : row.entry.extractPageEnd;
+}
+
+bool isPageColumn(EmailColumn column) {
+  return column == EmailColumn::ExtractPageStart || column == EmailColumn::ExtractPageEnd;
+}
+
+template <typename Key>
+void sortByKeys(Rows& rows, const std::vector<Key>& keys, Qt::SortOrder order) {
+  std::vector<std::size_t> places(rows.size());
+  std::iota(places.begin(), places.end(), 0U);
+  std::ranges::stable_sort(places, [&](std::size_t a, std::size_t b) {
+    return order == Qt::AscendingOrder ? keys[a] < keys[b] : keys[b] < keys[a];
+  });
+  Rows sorted(rows.size());
+  std::ranges::transform(places, sorted.begin(),
+                         [&rows](std::size_t place) { return rows[place]; });
+  rows = std::move(sorted);
+}
+
+} // namespace
+
+EmailModel::EmailModel(EmailList& list) : m_list(list), m_shown(rowsToShow()) {}
+
+Rows EmailModel::rowsToShow() const {
+  Rows rows;
+  rows.reserve(m_list.count());
+  const auto matches = [this](const QString& text) {
+    return text.contains(m_filter, Qt::CaseInsensitive);
+  };
+  for (std::size_t row = 0; row < m_list.count(); ++row) {
+    const EmailEntry& entry = m_list.rows()[row].entry;
+    if (m_filter.isEmpty() || matches(entry.address) || matches(entry.file) || matches(entry.cc) ||
+        matches(entry.invoiceNumberInSubject) || matches(entry.subject)) {
+      rows.push_back(row);
+    }
+  }
+  putInOrder(rows);
+  return rows;
+}
+
+void EmailModel::putInOrder(Rows& rows) const {
+  if (m_sortColumn < 0) {
+    return;
+  }
+  const auto column = static_cast<EmailColumn>(m_sortColumn);
+  if (isPageColumn(column)) {
+    std::vector<int> pages;
+    pages.reserve(rows.size());
+    for (const std::size_t row : rows) {
+      pages.push_back(pageOf(m_list.rows()[row], column));
+    }
+    sortByKeys(rows, pages, m_sortOrder);
+    return;
+  }
+  QCollator collator;
+  collator.setNumericMode(true); // "9.pdf" stands before "10.pdf"
+  collator.setCaseSensitivity(Qt::CaseInsensitive);
+  std::vector<QCollatorSortKey> keys;
+  keys.reserve(rows.size());
+  for (const std::size_t row : rows) {
+    keys.push_back(collator.sortKey(m_list.rows()[row].cell(column)));
+  }
+  sortByKeys(rows, keys, m_sortOrder);
+}
+
+void EmailModel::changeList(const std::function<void()>& change) {
+  beginResetModel();
+  change();
+  m_shown = rowsToShow();
+  endResetModel();
+}
+
+void EmailModel::addressChanged(std::size_t row) {
+  const auto found = std::ranges::find(m_shown, row);
+  if (found != m_shown.end()) {
+    const int viewRow = static_cast<int>(found - m_shown.begin());
+    emit dataChanged(index(viewRow, 0), index(viewRow, emailColumnCount - 1));
+  }
+}
+
+void EmailModel::setFilter(const QString& text) {
+  beginResetModel();
+  m_filter = text;
+  m_shown = rowsToShow();
+  endResetModel();
+}
+
+void EmailModel::sort(int column, Qt::SortOrder order) {
+  emit layoutAboutToBeChanged({}, VerticalSortHint);
+  const Rows before = m_shown;
+  m_sortColumn = column;
+  m_sortOrder = order;
+  std::ranges::sort(m_shown); // equal rows stand in sending order
+  putInOrder(m_shown);
+  std::vector<int> placeOf(m_list.count());
+  for (std::size_t i = 0; i < m_shown.size(); ++i) {
+    placeOf[m_shown[i]] = static_cast<int>(i);
+  }
+  const QModelIndexList from = persistentIndexList();
+  QModelIndexList to;
+  to.reserve(from.size());
+  for (const QModelIndex& old : from) {
+    to += index(placeOf[before[static_cast<std::size_t>(old.row())]], old.column());
+  }
+  changePersistentIndexList(from, to);
+  emit layoutChanged({}, VerticalSortHint);
+}
+
+int EmailModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
+}
+
+int EmailModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : emailColumnCount;
+}
+
+QVariant EmailModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) {
+    return {};
+  }
+  const EmailRow& row = m_list.rows()[listRow(index.row())];
+  const auto column = static_cast<EmailColumn>(index.column());
+  switch (role) {
+  case Qt::DisplayRole:
+    return shownText(row, column);
+  case Qt::ToolTipRole:
+    return toolTipOf(row, column);
+  case Qt::ForegroundRole:
+    return cellColor(row, column);
+  case Qt::TextAlignmentRole:
+    return isPageColumn(column) ? QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter)
+                                : QVariant();
+  case Qt::AccessibleDescriptionRole:
+    return addressRemark(row.entry);
+  default:
+    return {};
+  }
+}
+
+QVariant EmailModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  const bool isColumn = orientation == Qt::Horizontal;
+  if (section < 0 || section >= (isColumn ? emailColumnCount : rowCount())) {
+    return {};
+  }
+  if (!isColumn) {
+    return role == Qt::DisplayRole
+               ? QVariant::fromValue(static_cast<qulonglong>(listRow(section) + 1))
+               : QVariant();
+  }
+  switch (role) {
+  case Qt::DisplayRole:
+    return QString::fromLatin1(headers[static_cast<std::size_t>(section)]);
+  case Qt::TextAlignmentRole:
+    return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+  case Qt::ToolTipRole:
+    return QStringLiteral("%1: click to sort what you see. The mails go out in the order of the "
+                          "numbers at the left, however the rows are sorted; a third click sorts "
+                          "by them.")
+        .arg(QString::fromLatin1(headers[static_cast<std::size_t>(section)]));
+  default:
+    return {};
+  }
+}
+
+} // namespace folivex

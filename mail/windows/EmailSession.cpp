@@ -1,0 +1,261 @@
+#include "mail/windows/EmailSession.h"
+
+#include "engine/setup/SplitSetup.h"
+#include "mail/delivery/SendOutcome.h"
+#include "mail/windows/CEmailListDlg.h"
+#include "mail/windows/CEmailStatusDlg.h"
+#include "mail/windows/CFindingsDlg.h"
+#include "widgets/Dialogs.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+QString caption() {
+  return QStringLiteral("Email List to Send");
+}
+
+/// The outputs of several runs as one list. A file that two of them made is in it once, as the
+/// later run left it.
+struct JoinedRuns {
+  EmailList list;
+  std::vector<AddressedOutput> withoutAddress;
+};
+
+JoinedRuns joined(const std::vector<FinishedRun>& runs) {
+  std::vector<AddressedOutput> outputs;
+  QHash<QString, std::size_t> placeOf;
+  for (const FinishedRun& run : runs) {
+    for (const AddressedOutput& output : run.outputs) {
+      const auto place = placeOf.constFind(output.file);
+      if (place == placeOf.constEnd()) {
+        placeOf.insert(output.file, outputs.size());
+        outputs.push_back(output);
+      } else {
+        outputs[*place] = output;
+      }
+    }
+  }
+  JoinedRuns all;
+  all.withoutAddress = all.list.fill(outputs);
+  return all;
+}
+
+/// Rows of the dialog's list with an address that no mail has gone out for: what failed, and what
+/// was not selected.
+std::vector<std::size_t> rowsLeft(const EmailList& list, const SendSummary& summary) {
+  std::vector<std::size_t> rows;
+  for (std::size_t row = 0; row < list.count(); ++row) {
+    const EntryState state = summary.entries.at(row).state;
+    const bool isDone = state == EntryState::Sent || state == EntryState::SentBefore ||
+                        state == EntryState::Unknown;
+    if (!isDone && !list.rows()[row].entry.address.isEmpty()) {
+      rows.push_back(row);
+    }
+  }
+  return rows;
+}
+
+/// The run with those outputs only that are to be sent again.
+FinishedRun whatFailed(const FinishedRun& run, const EmailList& list, const SendSummary& summary) {
+  QSet<QString> files;
+  for (const std::size_t row : summary.rowsToSendAgain()) {
+    files += list.rows()[row].entry.file;
+  }
+  FinishedRun failed{run.source, {}};
+  std::ranges::copy_if(
+      run.outputs, std::back_inserter(failed.outputs),
+      [&files](const AddressedOutput& output) { return files.contains(output.file); });
+  return failed;
+}
+
+QString messageOf(const SendSummary& summary) {
+  const QString details = summary.details();
+  return details.isEmpty() ? summary.message()
+                           : summary.message() + QStringLiteral("\n\n") + details;
+}
+
+} // namespace
+
+class EmailSession::AtWork {
+public:
+  explicit AtWork(EmailSession& session) : m_session(session) { m_session.m_isAtWork = true; }
+  ~AtWork() { m_session.m_isAtWork = false; }
+  AtWork(const AtWork&) = delete;
+  AtWork& operator=(const AtWork&) = delete;
+
+private:
+  EmailSession& m_session;
+};
+
+EmailSession::EmailSession(Parts parts) : m_parts(std::move(parts)) {}
+
+void EmailSession::note(const QString& text) const {
+  if (m_parts.note && !text.isEmpty()) {
+    m_parts.note(text);
+  }
+}
+
+void EmailSession::closeReports(EmailDelivery& delivery) {
+  note(delivery.close());
+}
+
+void EmailSession::afterRun(const SplitSetup& setup, const FinishedRun& run) {
+  if (!setup.emailEnable || m_isAtWork || run.outputs.empty()) {
+    return;
+  }
+  const AtWork atWork(*this);
+  JoinedRuns all = joined({run});
+  if (all.list.isEmpty()) {
+    m_parts.dialogs.message(
+        m_parts.over, QStringLiteral("None of the outputs has an e-mail address on its pages: "
+                                     "there is nothing to send."));
+    return;
+  }
+  EmailDelivery delivery(setup, m_means);
+  delivery.addRun(run);
+  CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
+  dialog.showRun(std::move(all.list), std::move(all.withoutAddress));
+  dialog.takeAll();
+  if (setup.emailConfirm || sendAndTell(dialog, delivery) == Outcome::RowsLeft) {
+    review(dialog, delivery);
+  }
+  closeReports(delivery);
+}
+
+void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun& run) {
+  if (!setup.emailEnable || m_isAtWork || run.outputs.empty()) {
+    return;
+  }
+  const AtWork atWork(*this);
+  if (!m_batch) {
+    m_batch = std::make_unique<EmailDelivery>(setup, m_means);
+  }
+  m_batch->addRun(run);
+  const JoinedRuns all = joined({run});
+  if (setup.emailConfirm || all.list.isEmpty()) {
+    m_waiting.push_back(run);
+    return;
+  }
+  const DeliveryResult result = send(all.list, *m_batch);
+  if (!result.problem.isEmpty()) {
+    note(QStringLiteral("No e-mail was sent: ") + result.problem);
+    m_waiting.push_back(run);
+    return;
+  }
+  note(result.summary.message());
+  for (const QString& line : outcomeLines(all.list, result.summary)) {
+    note(line);
+  }
+  m_waiting.push_back(whatFailed(run, all.list, result.summary));
+}
+
+void EmailSession::afterBatch() {
+  const std::vector<FinishedRun> runs = std::exchange(m_waiting, {});
+  const std::unique_ptr<EmailDelivery> delivery = std::exchange(m_batch, nullptr);
+  if (!delivery || m_isAtWork) {
+    return;
+  }
+  const AtWork atWork(*this);
+  JoinedRuns all = joined(runs);
+  if (!all.list.isEmpty()) {
+    CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
+    dialog.showRun(std::move(all.list), std::move(all.withoutAddress));
+    review(dialog, *delivery);
+  }
+  closeReports(*delivery);
+}
+
+void EmailSession::loadEmailList(const SplitSetup& setup) {
+  if (m_isAtWork) {
+    return;
+  }
+  const AtWork atWork(*this);
+  EmailDelivery delivery(setup, m_means);
+  CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
+  dialog.loadWhenShown();
+  review(dialog, delivery);
+}
+
+void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
+  while (dialog.exec() == QDialog::Accepted) {
+    if (sendAndTell(dialog, delivery) == Outcome::Done) {
+      return;
+    }
+  }
+}
+
+DeliveryResult EmailSession::send(const EmailList& list, EmailDelivery& delivery) {
+  CEmailStatusDlg status(m_parts.over);
+  status.alsoStop = m_parts.stopRequested;
+  status.show();
+  // Outputs that were only just made are in no log, whatever an older file of the name is.
+  const bool isOfRun = list.sourcePath().isEmpty();
+  return delivery.send(
+      list, status, isOfRun ? EmailDelivery::SendTwice() : [this, &status](const auto& before) {
+        return sendTwice(before, &status);
+      });
+}
+
+bool EmailSession::sendTwice(const EmailDelivery::BeforeCount& before, QWidget* over) {
+  QString text = QStringLiteral("The log says that %1 of this list went out in an earlier run")
+                     .arg(mailCount(before.sent));
+  if (before.mayHaveArrived > 0) {
+    text += QStringLiteral(", and that %1 may have arrived").arg(mailCount(before.mayHaveArrived));
+  }
+  text += QStringLiteral(".\n\nSend these once more, too? With No the sending goes on where that "
+                         "run broke off.");
+  return m_parts.dialogs.question(over, text, caption());
+}
+
+EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery) {
+  const DeliveryResult result = send(dialog.toSend(), delivery);
+  if (!result.problem.isEmpty()) {
+    m_parts.dialogs.message(m_parts.over, QStringLiteral("No e-mail was sent: ") + result.problem);
+    return Outcome::RowsLeft;
+  }
+  m_parts.dialogs.message(m_parts.over, messageOf(result.summary));
+  if (wantsToSendAgain(dialog, result.summary)) {
+    dialog.keepOnly(result.summary.rowsToSendAgain(),
+                    QStringLiteral("These were not sent. Put right what you can and send them "
+                                   "again."));
+    return Outcome::RowsLeft;
+  }
+  const std::vector<std::size_t> left = rowsLeft(dialog.list(), result.summary);
+  const std::size_t notSelected = dialog.list().addressedCount() - dialog.toSend().addressedCount();
+  if (notSelected > 0 &&
+      m_parts.dialogs.question(m_parts.over,
+                               QStringLiteral("%1 not selected and not sent. Go back to the list?")
+                                   .arg(mailCount(notSelected)),
+                               caption())) {
+    dialog.keepOnly(left, QStringLiteral("These were not sent."));
+    return Outcome::RowsLeft;
+  }
+  return Outcome::Done;
+}
+
+bool EmailSession::wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& summary) {
+  const QStringList lines = outcomeLines(dialog.toSend(), summary);
+  if (lines.isEmpty()) {
+    return false;
+  }
+  const std::size_t again = summary.rowsToSendAgain().size();
+  CFindingsDlg reading(
+      {QStringLiteral("E-mails not sent"),
+       QStringLiteral("\"Send again\" keeps the %1 that were not sent in the list, "
+                      "and nothing else.")
+           .arg(mailCount(again)),
+       QStringLiteral("&Send again..."), QStringLiteral("Show the list with what was not sent"),
+       QStringLiteral("&Close"), again > 0},
+      lines, m_parts.over);
+  return reading.exec() == QDialog::Accepted;
+}
+
+} // namespace folivex

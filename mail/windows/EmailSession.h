@@ -1,0 +1,71 @@
+// EmailSession: from the outputs of a run, or a list, to sent mails, with the windows that it
+// takes.
+#pragma once
+
+#include "mail/delivery/EmailDelivery.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QWidget;
+
+namespace folivex {
+
+class CEmailListDlg;
+class Dialogs;
+struct SplitSetup;
+
+/// Each function comes back when the person is done with the mails. While one is at work the others
+/// do nothing.
+class EmailSession {
+public:
+  struct Parts {
+    Dialogs& dialogs;
+    QWidget* over = nullptr; ///< the window that others appear over
+    /// For what needs no answer; may be empty.
+    std::function<void(const QString& text)> note = {};
+    /// The program's own stop; may be empty.
+    std::function<bool()> stopRequested = {};
+  };
+  explicit EmailSession(Parts parts);
+
+  /// Not known before the libraries are loaded.
+  void setMeans(DeliveryMeans means) { m_means = std::move(means); }
+
+  /// A run has ended. Does nothing without `EMAILENABLE`. With `EMAILCONFIRM` the list is shown
+  /// first, else the mails go out at once.
+  void afterRun(const SplitSetup& setup, const FinishedRun& run);
+
+  /// The same in a batch run. With `EMAILCONFIRM` the outputs wait for afterBatch(), so that the
+  /// batch waits for nobody; else the mails go out, and what there is to say is noted.
+  void afterSourceOfBatch(const SplitSetup& setup, const FinishedRun& run);
+  /// A batch run has ended: one list shows what waits to be confirmed, or could not be sent, of all
+  /// its sources.
+  void afterBatch();
+
+  /// "Load Email List": a list file is chosen, shown and sent.
+  void loadEmailList(const SplitSetup& setup);
+
+  bool isAtWork() const { return m_isAtWork; }
+
+private:
+  class AtWork;
+  enum class Outcome { Done, RowsLeft };
+
+  void review(CEmailListDlg& dialog, EmailDelivery& delivery);
+  Outcome sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery);
+  bool wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& summary);
+  DeliveryResult send(const EmailList& list, EmailDelivery& delivery);
+  bool sendTwice(const EmailDelivery::BeforeCount& before, QWidget* over);
+  void closeReports(EmailDelivery& delivery);
+  void note(const QString& text) const;
+
+  Parts m_parts;
+  DeliveryMeans m_means;
+  std::unique_ptr<EmailDelivery> m_batch; ///< of the batch run that is on
+  std::vector<FinishedRun> m_waiting;     ///< for its end
+  bool m_isAtWork = false;
+};
+
+} // namespace folivex

@@ -1,0 +1,178 @@
+#include "mail/windows/EmailTable.h"
+
+#include "mail/windows/EmailModel.h"
+#include "widgets/GridDelegate.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace folivex {
+
+namespace {
+
+constexpr std::array<int, emailColumnCount> initialWidths = {230, 230, 106, 99, 700,
+                                                             230, 160, 160, 200}; // pixels
+constexpr int rowPadding = 8;                                                     // pixels
+
+/// Says in the place of an address that there is none.
+class EmailDelegate : public GridDelegate {
+public:
+  using GridDelegate::GridDelegate;
+
+protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    GridDelegate::initStyleOption(option, index);
+    if (index.column() == static_cast<int>(EmailColumn::Email) && option->text.isEmpty()) {
+      option->text = QStringLiteral("no address");
+      option->font.setItalic(true);
+      option->features |= QStyleOptionViewItem::HasDisplay;
+    }
+  }
+};
+
+QLabel* whenEmptyLabel(QWidget* viewport) {
+  auto* label = new QLabel(viewport);
+  label->setObjectName(QStringLiteral("whenEmpty"));
+  label->setAlignment(Qt::AlignCenter);
+  label->setWordWrap(true);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setAttribute(Qt::WA_TransparentForMouseEvents);
+  auto* layout = new QVBoxLayout(viewport);
+  layout->addWidget(label);
+  return label;
+}
+
+} // namespace
+
+EmailTable::EmailTable(EmailModel& model, QWidget* parent)
+    : QTableView(parent), m_model(model), m_whenEmpty(whenEmptyLabel(viewport())) {
+  setModel(&model);
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(ExtendedSelection);
+  setEditTriggers(NoEditTriggers);
+  setShowGrid(false); // the delegate does
+  setItemDelegate(new EmailDelegate(this));
+  setWordWrap(false);
+  setTextElideMode(Qt::ElideMiddle); // both ends of an address and of a path tell something
+  setTabKeyNavigation(false);
+  setContextMenuPolicy(Qt::CustomContextMenu);
+  setVerticalScrollMode(ScrollPerItem);
+  setHorizontalScrollMode(ScrollPerPixel);
+  setCornerButtonEnabled(false);
+
+  QHeaderView* numbers = verticalHeader();
+  numbers->setSectionResizeMode(QHeaderView::Fixed);
+  numbers->setDefaultSectionSize(fontMetrics().height() + rowPadding);
+  numbers->setHighlightSections(false);
+  numbers->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  QHeaderView* header = horizontalHeader();
+  header->setHighlightSections(false);
+  header->setSortIndicatorClearable(true);
+  header->setSortIndicator(-1, Qt::AscendingOrder);
+  setSortingEnabled(true);
+  for (std::size_t column = 0; column < initialWidths.size(); ++column) {
+    setColumnWidth(static_cast<int>(column), initialWidths[column]);
+  }
+  connect(this, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { editRow(index); });
+}
+
+std::vector<std::size_t> EmailTable::selectedRows() const {
+  // The selection's own ranges: asking row by row grows with the square of them.
+  std::vector<std::size_t> rows;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      rows.push_back(m_model.listRow(row));
+    }
+  }
+  return rows;
+}
+
+std::size_t EmailTable::selectedCount() const {
+  int count = 0;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    count += range.height();
+  }
+  return static_cast<std::size_t>(count);
+}
+
+void EmailTable::setFilter(const QString& text) {
+  const std::vector<std::size_t> selected = selectedRows();
+  m_model.setFilter(text);
+  select(selected);
+  showWhetherEmpty();
+}
+
+void EmailTable::select(const std::vector<std::size_t>& listRows) {
+  std::vector<bool> wanted;
+  for (const std::size_t row : listRows) {
+    wanted.resize(std::max(wanted.size(), row + 1));
+    wanted[row] = true;
+  }
+  QItemSelection selection;
+  const int count = m_model.rowCount();
+  const auto isWanted = [&](int viewRow) {
+    const std::size_t row = m_model.listRow(viewRow);
+    return row < wanted.size() && wanted[row];
+  };
+  for (int first = 0; first < count; ++first) {
+    if (!isWanted(first)) {
+      continue;
+    }
+    int last = first;
+    while (last + 1 < count && isWanted(last + 1)) {
+      ++last;
+    }
+    selection.append(
+        QItemSelectionRange(m_model.index(first, 0), m_model.index(last, emailColumnCount - 1)));
+    first = last;
+  }
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void EmailTable::showOwnTexts(bool shown) {
+  for (int column = static_cast<int>(EmailColumn::Body);
+       column <= static_cast<int>(EmailColumn::SeparateInvoices); ++column) {
+    setColumnHidden(column, !shown);
+  }
+}
+
+void EmailTable::showWhetherEmpty() {
+  m_whenEmpty->setVisible(m_model.shownCount() == 0);
+  m_whenEmpty->setText(
+      m_model.filter().isEmpty()
+          ? QStringLiteral("Choose \"Load email list\" or \"Import from spreadsheet...\" from the "
+                           "File menu.")
+          : QStringLiteral("No row holds \"%1\".").arg(m_model.filter()));
+}
+
+int EmailTable::preferredWidth() const {
+  int width = 2 * frameWidth() + verticalHeader()->sizeHint().width() +
+              style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  for (int column = 0; column < emailColumnCount; ++column) {
+    width += columnWidth(column); // 0 when hidden
+  }
+  return width;
+}
+
+void EmailTable::editRow(const QModelIndex& index) {
+  if (index.isValid() && onEdit) {
+    onEdit(m_model.listRow(index.row()));
+  }
+}
+
+void EmailTable::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F2 || event->key() == Qt::Key_Return ||
+      event->key() == Qt::Key_Enter) {
+    editRow(currentIndex());
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+} // namespace folivex
