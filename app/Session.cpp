@@ -1,9 +1,9 @@
 #include "app/Session.h"
 
 #include "app/PlanPrinter.h"
+#include "engine/job/SourceFile.h"
 #include "mail/PageAddressReader.h"
 #include "mail/delivery/UnattendedDelivery.h"
-#include "engine/job/SourceFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 

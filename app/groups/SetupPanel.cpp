@@ -51,8 +51,8 @@ QPushButton* SetupPanel::viewPageButton() const {
 
 QSize SetupPanel::sizeHint() const {
   constexpr int linesToTell = 3; // a few problems can be told without scrolling
-  return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(),
-                                      linesToTell * fontMetrics().lineSpacing());
+  return widget()->sizeHint() +
+         QSize(verticalScrollBar()->sizeHint().width(), linesToTell * fontMetrics().lineSpacing());
 }
 
 void SetupPanel::setSetup(const SplitSetup& setup) {
