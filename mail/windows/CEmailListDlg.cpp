@@ -20,6 +20,9 @@
 #include <QRegularExpression>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <numeric>
+
 namespace folivex {
 
 namespace {
@@ -345,18 +348,33 @@ void CEmailListDlg::showContextMenu(const QPoint& place) {
 
 // What is sent
 
-bool CEmailListDlg::chooseWhatToSend() {
-  const std::vector<std::size_t> selected = m_table->selectedRows();
+void CEmailListDlg::takeRows(std::vector<std::size_t> rows) {
+  m_rowsToSend = std::move(rows);
   m_toSend = m_list;
+  m_toSend.reduceTo(m_rowsToSend);
+}
+
+void CEmailListDlg::takeAll() {
+  std::vector<std::size_t> rows(m_list.count());
+  std::iota(rows.begin(), rows.end(), 0U);
+  takeRows(std::move(rows));
+}
+
+/// The rows that are not selected are left out whole, and not only their addresses: no pause is
+/// made for them, and nobody is told of thousands without an address.
+bool CEmailListDlg::chooseWhatToSend() {
+  std::vector<std::size_t> selected = m_table->selectedRows();
   if (!selected.empty() &&
       m_dialogs.question(this, QStringLiteral("Send selected only?"), caption())) {
-    m_toSend.keepAddressesOf(selected);
+    std::ranges::sort(selected); // the view's order is not the sending order
+    takeRows(std::move(selected));
     if (m_toSend.addressedCount() == 0) {
       m_dialogs.message(this, QStringLiteral("None of the selected rows has an address."));
       return false;
     }
     return true;
   }
+  takeAll();
   const std::size_t hidden = m_list.count() - m_model.shownCount();
   return hidden == 0 ||
          m_dialogs.question(this,

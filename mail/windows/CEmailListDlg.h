@@ -36,11 +36,11 @@ public:
   void keepOnly(const std::vector<std::size_t>& rows, const QString& notice);
 
   const EmailList& list() const { return m_list; }
-  /// The list with the addresses of those rows only that are to be sent. Its rows are those of
-  /// list().
+  /// The rows that are to be sent, in their order, and where they stand in list().
   const EmailList& toSend() const { return m_toSend; }
+  const std::vector<std::size_t>& rowsToSend() const { return m_rowsToSend; }
   /// All of it is to be sent, and nobody is asked.
-  void takeAll() { m_toSend = m_list; }
+  void takeAll();
 
   void accept() override; ///< "OK - Send"
   void reject() override;
@@ -67,10 +67,12 @@ private:
   void showWithoutAddress();
   void showContextMenu(const QPoint& place);
   bool chooseWhatToSend();
+  void takeRows(std::vector<std::size_t> rows);
 
   Dialogs& m_dialogs;
   EmailList m_list;
   EmailList m_toSend;
+  std::vector<std::size_t> m_rowsToSend;
   EmailListCommands m_commands;
   EmailModel m_model;
   std::vector<AddressedOutput> m_withoutAddress;

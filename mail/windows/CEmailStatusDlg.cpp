@@ -37,7 +37,7 @@ CEmailStatusDlg::CEmailStatusDlg(QWidget* parent)
   m_recipient = addLine(QStringLiteral("Sending email:"), "recipient",
                         QStringLiteral("Who the e-mail on its way goes to"));
   m_count = addLine(QStringLiteral("Count:"), "count",
-                    QStringLiteral("E-mails tried, and rows of the list"));
+                    QStringLiteral("E-mails tried, and those to send"));
   m_sentOk = addLine(QStringLiteral("Sent OK:"), "sentOk",
                      QStringLiteral("E-mails that the server has taken"));
   m_sentError = addLine(QStringLiteral("Sent Error:"), "sentError",
@@ -101,7 +101,7 @@ void CEmailStatusDlg::display() {
   m_recipient->setText(m_recipient->fontMetrics().elidedText(m_progress.recipient, Qt::ElideMiddle,
                                                              m_recipient->width()));
   m_count->setText(
-      QStringLiteral("%1 of %2").arg(counted(m_progress.handled), counted(m_progress.total)));
+      QStringLiteral("%1 of %2").arg(counted(m_progress.handled), counted(m_mailCount)));
   m_sentOk->setText(counted(m_progress.sentOk));
   m_sentError->setText(counted(m_progress.errors));
   QPalette errorPalette = palette();
@@ -109,7 +109,7 @@ void CEmailStatusDlg::display() {
     errorPalette.setColor(QPalette::WindowText, problemColor());
   }
   m_sentError->setPalette(errorPalette);
-  m_bar->setRange(0, std::max(1, m_progress.total));
+  m_bar->setRange(0, std::max(1, m_mailCount));
   m_bar->setValue(m_progress.handled);
 }
 

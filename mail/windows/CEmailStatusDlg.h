@@ -20,6 +20,9 @@ public:
   explicit CEmailStatusDlg(QWidget* parent);
   ~CEmailStatusDlg() override;
 
+  /// Mails that are to be sent; a list may have rows that are not.
+  void setMailCount(std::size_t count) { m_mailCount = static_cast<int>(count); }
+
   /// What else may ask for a stop (the program's own one). May be empty.
   std::function<bool()> alsoStop;
 
@@ -39,6 +42,7 @@ private:
   void displayWhenDue();
 
   EmailProgress m_progress;
+  int m_mailCount = 0;
   QElapsedTimer m_sinceDisplay;
   bool m_isShown = false; ///< what m_progress says is what the window says
   bool m_stopRequested = false;

@@ -1,6 +1,7 @@
 #include "mail/windows/EmailModel.h"
 
 #include "mail/MailAddress.h"
+#include "mail/MailHeader.h"
 #include "platform/FileSystem.h"
 #include "widgets/Theme.h"
 
@@ -26,21 +27,8 @@ constexpr qsizetype longestCell = 300;
 
 using Rows = std::vector<std::size_t>;
 
-/// Line ends and the like are shown as their pictures: a cell is one line.
-QString onOneLine(QString text) {
-  constexpr char16_t firstPicture = 0x2400;
-  for (QChar& c : text) {
-    if (c.unicode() < 0x20) {
-      c = QChar(static_cast<char16_t>(firstPicture + c.unicode()));
-    } else if (c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
-      c = QChar(0x2424);
-    }
-  }
-  return text;
-}
-
 QString shownText(const EmailRow& row, EmailColumn column) {
-  return onOneLine(row.cell(column).left(longestCell));
+  return withoutControlCharacters(row.cell(column).left(longestCell)); // a cell is one line
 }
 
 QString addressRemark(const EmailEntry& entry) {

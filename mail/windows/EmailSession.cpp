@@ -48,19 +48,37 @@ JoinedRuns joined(const std::vector<FinishedRun>& runs) {
   return all;
 }
 
-/// Rows of the dialog's list with an address that no mail has gone out for: what failed, and what
-/// was not selected.
-std::vector<std::size_t> rowsLeft(const EmailList& list, const SendSummary& summary) {
-  std::vector<std::size_t> rows;
-  for (std::size_t row = 0; row < list.count(); ++row) {
-    const EntryState state = summary.entries.at(row).state;
-    const bool isDone = state == EntryState::Sent || state == EntryState::SentBefore ||
-                        state == EntryState::Unknown;
-    if (!isDone && !list.rows()[row].entry.address.isEmpty()) {
-      rows.push_back(row);
-    }
+using Rows = std::vector<std::size_t>;
+
+/// Where rows of what was sent stand in the dialog's list.
+Rows inList(const CEmailListDlg& dialog, const Rows& sentRows) {
+  Rows rows;
+  rows.reserve(sentRows.size());
+  for (const std::size_t row : sentRows) {
+    rows.push_back(dialog.rowsToSend().at(row));
   }
   return rows;
+}
+
+/// Rows of the dialog's list with an address that no mail has gone out for: what failed, and what
+/// was not selected.
+Rows rowsLeft(const CEmailListDlg& dialog, const SendSummary& summary) {
+  const std::vector<EmailRow>& rows = dialog.list().rows();
+  std::vector<bool> isLeft(rows.size());
+  std::transform(rows.begin(), rows.end(), isLeft.begin(),
+                 [](const EmailRow& row) { return !row.entry.address.isEmpty(); });
+  for (const EntryState done : {EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}) {
+    for (const std::size_t row : inList(dialog, summary.rowsIn(done))) {
+      isLeft[row] = false;
+    }
+  }
+  Rows left;
+  for (std::size_t row = 0; row < isLeft.size(); ++row) {
+    if (isLeft[row]) {
+      left.push_back(row);
+    }
+  }
+  return left;
 }
 
 /// The run with those outputs only that are to be sent again.
@@ -195,6 +213,7 @@ void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
 DeliveryResult EmailSession::send(const EmailList& list, EmailDelivery& delivery) {
   CEmailStatusDlg status(m_parts.over);
   status.alsoStop = m_parts.stopRequested;
+  status.setMailCount(list.addressedCount());
   status.show();
   // Outputs that were only just made are in no log, whatever an older file of the name is.
   const bool isOfRun = list.sourcePath().isEmpty();
@@ -223,19 +242,18 @@ EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDeli
   }
   m_parts.dialogs.message(m_parts.over, messageOf(result.summary));
   if (wantsToSendAgain(dialog, result.summary)) {
-    dialog.keepOnly(result.summary.rowsToSendAgain(),
+    dialog.keepOnly(inList(dialog, result.summary.rowsToSendAgain()),
                     QStringLiteral("These were not sent. Put right what you can and send them "
                                    "again."));
     return Outcome::RowsLeft;
   }
-  const std::vector<std::size_t> left = rowsLeft(dialog.list(), result.summary);
   const std::size_t notSelected = dialog.list().addressedCount() - dialog.toSend().addressedCount();
   if (notSelected > 0 &&
       m_parts.dialogs.question(m_parts.over,
                                QStringLiteral("%1 not selected and not sent. Go back to the list?")
                                    .arg(mailCount(notSelected)),
                                caption())) {
-    dialog.keepOnly(left, QStringLiteral("These were not sent."));
+    dialog.keepOnly(rowsLeft(dialog, result.summary), QStringLiteral("These were not sent."));
     return Outcome::RowsLeft;
   }
   return Outcome::Done;

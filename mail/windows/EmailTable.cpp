@@ -19,7 +19,8 @@ constexpr std::array<int, emailColumnCount> initialWidths = {230, 230, 106, 99, 
                                                              230, 160, 160, 200}; // pixels
 constexpr int rowPadding = 8;                                                     // pixels
 
-/// Says in the place of an address that there is none.
+/// Says in the place of an address that there is none, and of a path shows the end: the folders are
+/// the same in every row.
 class EmailDelegate : public GridDelegate {
 public:
   using GridDelegate::GridDelegate;
@@ -31,6 +32,9 @@ protected:
       option->text = QStringLiteral("no address");
       option->font.setItalic(true);
       option->features |= QStyleOptionViewItem::HasDisplay;
+    }
+    if (index.column() == static_cast<int>(EmailColumn::File)) {
+      option->textElideMode = Qt::ElideLeft;
     }
   }
 };
@@ -58,7 +62,7 @@ EmailTable::EmailTable(EmailModel& model, QWidget* parent)
   setShowGrid(false); // the delegate does
   setItemDelegate(new EmailDelegate(this));
   setWordWrap(false);
-  setTextElideMode(Qt::ElideMiddle); // both ends of an address and of a path tell something
+  setTextElideMode(Qt::ElideMiddle); // both ends of an address tell something
   setTabKeyNavigation(false);
   setContextMenuPolicy(Qt::CustomContextMenu);
   setVerticalScrollMode(ScrollPerItem);

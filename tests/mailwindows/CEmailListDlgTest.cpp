@@ -1,0 +1,352 @@
+// The list, through its menus, keys and mouse.
+#include "mail/windows/CEmailListDlg.h"
+#include "mail/windows/EmailModel.h"
+#include "tests/mailwindows/MailWindows.h"
+#include "tests/sheetflat/SheetBench.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include <numeric>
+
+namespace folivex::testing {
+namespace {
+
+class EmailListDialog : public MailWindows {
+protected:
+  EmailListDialog() {
+    list.show();
+    EXPECT_TRUE(waitUntil([this] { return list.isActiveWindow(); }));
+  }
+
+  /// Rows "a@x.example" with "/out/9.pdf" and so on; a dot is a row without an address.
+  void fill(const QString& letters, const QString& body = {}) {
+    EmailEntries entries;
+    for (const QChar letter : letters) {
+      EmailEntry entry;
+      entry.address = letter == u'.' ? QString() : letter + QStringLiteral("@x.example");
+      entry.file = QStringLiteral("/out/%1.pdf").arg(letters.size() - qsizetype(entries.size()));
+      entry.body = body;
+      entries.push_back(entry);
+    }
+    EmailList filled;
+    filled.setEntries(entries, {});
+    list.showRun(std::move(filled), {});
+  }
+  /// First letters of the addresses that are seen.
+  QString seen() {
+    QString letters;
+    for (const QString& address : shownIn(&list)) {
+      letters += address.isEmpty() ? QStringLiteral(".") : address.left(1);
+    }
+    return letters;
+  }
+  QString sending() {
+    QString letters;
+    for (const EmailRow& row : list.toSend().rows()) {
+      letters += row.entry.address.left(1);
+    }
+    return letters;
+  }
+  void choose(const char* action) { control<QAction>(&list, action)->trigger(); }
+  QString label(const char* name) {
+    return control<QLabel>(&list, name)->text().remove(QChar(0x200B));
+  }
+  void clickHeader(EmailColumn column) {
+    QHeaderView* header = tableOf(&list)->horizontalHeader();
+    const int x = header->sectionViewportPosition(static_cast<int>(column)) + 5;
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, {x, header->height() / 2});
+  }
+  QPoint placeOf(int row) {
+    return tableOf(&list)->visualRect(tableOf(&list)->model()->index(row, 0)).center();
+  }
+  void clickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::mouseClick(tableOf(&list)->viewport(), Qt::LeftButton, modifiers, placeOf(row));
+  }
+
+  CEmailListDlg list{dialogs, nullptr};
+  QAbstractItemModelTester tester{tableOf(&list)->model(),
+                                  QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(EmailListDialog, LooksAsItIsKnown) {
+  EXPECT_EQ(list.windowTitle(), "Email List to Send");
+  QStringList commands;
+  for (const QAction* action : list.findChild<QMenuBar*>()->actions().at(0)->menu()->actions()) {
+    commands += action->text().remove(u'&');
+  }
+  EXPECT_EQ(commands, QStringList({"Load email list", "Save email list", "SaveAs email list", "",
+                                   "Import from spreadsheet..."}));
+  EXPECT_EQ(control<QPushButton>(&list, "send")->text(), "&OK - Send");
+  EXPECT_FALSE(control<QPushButton>(&list, "send")->isEnabled());
+
+  const struct {
+    const char* header;
+    int width;
+  } columns[] = {{"Email", 230},
+                 {"File", 230},
+                 {"Extract Page Start", 106},
+                 {"Extract Page End", 99},
+                 {"Body", 700},
+                 {"CC", 230},
+                 {"Invoice Number in Subject", 160},
+                 {"Separate Invoices", 160},
+                 {"Subject", 200}};
+  const QTableView* table = tableOf(&list);
+  for (const QString& body : {QString(), QStringLiteral("own"), QString()}) {
+    fill("ab.", body);
+    for (int i = 0; i < 9; ++i) {
+      EXPECT_EQ(table->model()->headerData(i, Qt::Horizontal).toString(), columns[i].header);
+      const bool hidden = body.isEmpty() && i >= 4 && i <= 7;
+      EXPECT_EQ(table->columnWidth(i), hidden ? 0 : columns[i].width) << i;
+    }
+  }
+  EXPECT_EQ(label("countLine"), "3 rows, 2 with an address, 0 selected");
+}
+
+TEST_F(EmailListDialog, LoadsAndSavesByteForByte) {
+  const QByteArray bytes = "\xEF\xBB\xBFUNICODEV4\r\r\n"
+                           "a@x.example|/out/1.pdf|3|5\r\r\n"
+                           "|/out/\xC3\xBC.pdf|0|x\r\r\n";
+  write("in.lst", bytes);
+  QDir::setCurrent(folder.path());
+  // Nothing is loaded as yet: an existing file is left alone.
+  choose("saveList");
+  EXPECT_FALSE(QFile::exists(at("default.lst")));
+
+  dialogs.files = {{at("in.lst")}, {at("out.lst")}, {at("no/out.lst")}, {at("gone.lst")}};
+  choose("loadList");
+  EXPECT_EQ(shownIn(&list), QStringList({"a@x.example", ""}));
+  EXPECT_EQ(shownIn(&list, EmailColumn::ExtractPageEnd), QStringList({"5", "x"}));
+  choose("saveListAs");
+  EXPECT_EQ(read("out.lst"), bytes);
+  choose("saveListAs");
+  choose("loadList");
+  EXPECT_EQ(shownIn(&list), QStringList());
+  EXPECT_EQ(dialogs.messages,
+            QStringList({"Nothing to save!", "Saved email list to: " + at("out.lst"),
+                         "Unable to create file: " + at("no/out.lst"),
+                         "Unable to open file: " + at("gone.lst")}));
+  EXPECT_EQ(dialogs.requests[0].title, "Select lst file");
+  EXPECT_EQ(dialogs.requests[0].defaultSuffix, "txt");
+  EXPECT_EQ(dialogs.requests[1].title, "Save lst parameters file");
+  EXPECT_EQ(dialogs.requests[1].defaultSuffix, "LST");
+
+  // A list that came from no file goes to the current folder, and the person is told which that is.
+  dialogs.messages.clear();
+  fill("b");
+  choose("saveList");
+  EXPECT_EQ(read("default.lst"), "\xEF\xBB\xBFUNICODEV4\r\r\nb@x.example|/out/1.pdf|0|0\r\r\n");
+  EXPECT_EQ(dialogs.messages, QStringList("Saved email list to: default.lst"));
+  EXPECT_TRUE(label("notice").contains(QDir::currentPath())) << label("notice").toStdString();
+}
+
+TEST_F(EmailListDialog, ADoubleClickChangesTheAddressOfTheRowThatIsSeenThere) {
+  fill("ab.");
+  clickHeader(EmailColumn::File); // turns the order round
+  EXPECT_EQ(seen(), ".ba");
+  DialogScript script;
+  script.then("CChangeEmailDlg", [](QDialog* change) {
+    EXPECT_EQ(change->windowTitle(), "Change Email");
+    EXPECT_EQ(control<QLineEdit>(change, "address")->text(), "a@x.example");
+    typeInto(change, "address", "c@x.example, d@x.example");
+    click(change, "ok");
+    EXPECT_TRUE(change->isVisible());
+    EXPECT_TRUE(control<QLineEdit>(change, "address")->property("problem").toBool());
+    typeInto(change, "address", "c@x.example");
+    click(change, "ok");
+  });
+  clickRow(2);
+  QTest::mouseDClick(tableOf(&list)->viewport(), Qt::LeftButton, {}, placeOf(2));
+  EXPECT_EQ(seen(), ".bc");
+  EXPECT_EQ(list.list().rows()[0].entry.address, "c@x.example");
+
+  // The same by keyboard, given up; and a row that had none.
+  script.then("CChangeEmailDlg", [](QDialog* change) {
+    typeInto(change, "address", "z@x.example");
+    click(change, "cancel");
+  });
+  clickRow(1);
+  QTest::keyClick(tableOf(&list), Qt::Key_F2);
+  script.then("CChangeEmailDlg", [](QDialog* change) {
+    typeInto(change, "address", "e@x.example");
+    QTest::keyClick(change, Qt::Key_Return);
+  });
+  clickRow(0);
+  QTest::keyClick(tableOf(&list), Qt::Key_Return);
+  EXPECT_EQ(seen(), "ebc");
+  EXPECT_EQ(label("countLine"), "3 rows, 3 with an address, 1 selected");
+
+  // What was typed in is not lost by a key.
+  dialogs.answers = {false, true};
+  QTest::keyClick(&list, Qt::Key_Escape);
+  EXPECT_TRUE(list.isVisible());
+  click(&list, "cancel");
+  EXPECT_FALSE(list.isVisible());
+}
+
+TEST_F(EmailListDialog, TheViewNeverChangesWhatIsSentNorItsOrder) {
+  struct Row {
+    const char* what;
+    QList<int> clicked; ///< rows of the view, which shows "edcba."
+    std::deque<bool> answers;
+    const char* sent; ///< null: the dialog stays
+  };
+  const Row rows[] = {{"nothing selected", {}, {}, "abcde"},
+                      {"selected only, in sending order", {0, 3, 2}, {true}, "bce"},
+                      {"selected, and No", {1}, {false}, "abcde"},
+                      {"selected without an address", {5}, {true}, nullptr}};
+  for (const Row& row : rows) {
+    list.show();
+    fill("abcde.");
+    tableOf(&list)->sortByColumn(static_cast<int>(EmailColumn::Email), Qt::DescendingOrder);
+    EXPECT_EQ(seen(), "edcba.") << row.what;
+    for (const int clicked : row.clicked) {
+      clickRow(clicked, Qt::ControlModifier);
+    }
+    dialogs.answers = row.answers;
+    click(&list, "send");
+    EXPECT_EQ(list.isVisible(), row.sent == nullptr) << row.what;
+    if (row.sent != nullptr) {
+      EXPECT_EQ(sending(), row.sent) << row.what;
+    }
+  }
+  EXPECT_EQ(dialogs.questions.count("Send selected only?"), 3);
+  EXPECT_EQ(dialogs.messages, QStringList("None of the selected rows has an address."));
+}
+
+TEST_F(EmailListDialog, RowsThatAFilterHidesAreNotSentUnasked) {
+  fill("abcde");
+  clickRow(1);
+  clickRow(3, Qt::ControlModifier);
+  // A selected row stays selected as long as it is seen.
+  typeInto(&list, "filter", "/2.PDF");
+  EXPECT_EQ(seen(), "d");
+  EXPECT_EQ(label("countLine"), "5 rows, 5 with an address, 1 shown, 1 selected");
+  typeInto(&list, "filter", "A@X");
+  EXPECT_EQ(label("countLine"), "5 rows, 5 with an address, 1 shown, 0 selected");
+  // Enter in the filter sends nothing.
+  QTest::keyClick(control<QLineEdit>(&list, "filter"), Qt::Key_Return);
+  dialogs.answers = {false, true};
+  click(&list, "send");
+  EXPECT_TRUE(list.isVisible());
+  click(&list, "send");
+  EXPECT_FALSE(list.isVisible());
+  EXPECT_EQ(sending(), "abcde");
+}
+
+/// Sorting moves the selection with its rows, and a third click brings the sending order back.
+TEST_F(EmailListDialog, SelectionFollowsItsRowsThroughSortingAndFiltering) {
+  QString letters;
+  for (int i = 0; i < 200; ++i) {
+    letters += QChar(u'a' + i * 7 % 26);
+  }
+  fill(letters);
+  QItemSelectionModel* selection = tableOf(&list)->selectionModel();
+  for (int row = 0; row < letters.size(); row += 3) {
+    selection->select(tableOf(&list)->model()->index(row, 0),
+                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  }
+  clickHeader(EmailColumn::Email);
+  QString sorted = letters;
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(seen(), sorted);
+  typeInto(&list, "filter", "pdf");
+  clickHeader(EmailColumn::Email);
+  clickHeader(EmailColumn::Email);
+  EXPECT_EQ(seen(), letters);
+  for (int row = 0; row < letters.size(); ++row) {
+    EXPECT_EQ(selection->isRowSelected(row), row % 3 == 0) << row;
+  }
+}
+
+TEST_F(EmailListDialog, ToolTipsTellWhatTheRowsDoNotShow) {
+  EmailEntry entry;
+  entry.address = "a@x.example";
+  entry.file = at("<b>.pdf");
+  entry.furtherAddresses = {"b@x.example"};
+  write("<b>.pdf", "%PDF");
+  EmailEntry bad;
+  bad.address = "nowhere";
+  bad.file = at("gone.pdf");
+  EmailEntry none;
+  EmailList filled;
+  filled.setEntries({entry, bad, none}, {});
+  list.showRun(std::move(filled), {});
+  const auto tip = [this](int row) {
+    return tableOf(&list)->model()->index(row, 1).data(Qt::ToolTipRole).toString();
+  };
+  EXPECT_TRUE(tip(0).contains("&lt;b&gt;.pdf<br>Other addresses on its pages: b@x.example"))
+      << tip(0).toStdString();
+  EXPECT_FALSE(tip(0).contains("cannot"));
+  EXPECT_TRUE(tip(1).contains("the address has no") && tip(1).contains("file cannot be read"));
+  EXPECT_TRUE(tip(2).contains("No address: nothing is sent"));
+}
+
+class EmailListImport : public EmailListDialog {
+protected:
+  EmailListImport() { qputenv("PATH", QByteArray(FOLIVEX_BIN_DIR ":") + m_searchPath); }
+  ~EmailListImport() override { qputenv("PATH", m_searchPath); }
+
+  QString sheet(const QString& name, const QByteArray& rows) const {
+    const test::ProgramRun made = test::runProgram(
+        "/usr/bin/python3", {QStringLiteral(FOLIVEX_SOURCE_DIR "/tests/sheetflat/make_sheet.py"),
+                             at(name), QString::fromUtf8(rows)});
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    return at(name);
+  }
+
+private:
+  QByteArray m_searchPath = qgetenv("PATH");
+};
+
+TEST_F(EmailListImport, FindingsOfASheetAreReadBeforeItIsTaken) {
+  write("1.pdf", "%PDF");
+  const QString path = sheet("list.xlsx", R"([["Email", "File", "Body", "Colour"],
+    ["a@x.example", "1.pdf", "Dear A", "red"], ["nobody", "1.pdf"], ["c@x.example", "gone.pdf"]])");
+  fill("z");
+  dialogs.files = {{path}, {path}};
+  DialogScript script;
+  script.then("CFindingsDlg", [](QDialog* reading) {
+    const QString text = control<QPlainTextEdit>(reading, "lines")->toPlainText();
+    EXPECT_EQ(text.count('\n'), 2) << text.toStdString();
+    EXPECT_TRUE(text.contains("Colour") && text.contains("Row 3: \"nobody\"") &&
+                text.contains("gone.pdf"))
+        << text.toStdString();
+    click(reading, "close");
+  });
+  choose("importSheet");
+  EXPECT_EQ(seen(), "z");
+  script.then("CFindingsDlg", pressing("accept"));
+  choose("importSheet");
+  EXPECT_EQ(shownIn(&list), QStringList({"a@x.example", "nobody", "c@x.example"}));
+  EXPECT_EQ(shownIn(&list, EmailColumn::File)[0], at("1.pdf"));
+  EXPECT_FALSE(tableOf(&list)->isColumnHidden(static_cast<int>(EmailColumn::Body)));
+  EXPECT_TRUE(list.list().isFromSpreadsheet());
+
+  // A list file keeps no bodies: saving says so. It never goes over the spreadsheet.
+  QDir::setCurrent(folder.path());
+  choose("saveList");
+  EXPECT_EQ(dialogs.messages, QStringList("Saved email list to: default.lst"));
+  EXPECT_TRUE(label("notice").contains("bodies"));
+}
+
+TEST_F(EmailListImport, ASheetThatCannotBeReadLeavesTheListAsItWas) {
+  fill("z");
+  write("bad.xlsx", "%PDF-");
+  dialogs.files = {{at("bad.xlsx")}};
+  choose("importSheet");
+  EXPECT_EQ(seen(), "z");
+  ASSERT_EQ(dialogs.messages.size(), 1);
+  EXPECT_TRUE(dialogs.messages[0].startsWith(at("bad.xlsx"))) << dialogs.messages[0].toStdString();
+}
+
+} // namespace
+} // namespace folivex::testing

@@ -1,0 +1,271 @@
+// From outputs and lists to mails at a real server, through the windows.
+#include "mail/windows/EmailSession.h"
+#include "mail/EmailListFile.h"
+#include "mail/windows/CEmailListDlg.h"
+#include "mail/windows/RunSendTest.h"
+#include "tests/mailwindows/MailWindows.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace folivex::testing {
+namespace {
+
+using test::MailServerProcess;
+
+class MailSession : public MailWindows {
+protected:
+  FinishedRun run(const QStringList& addresses, const QString& source = "in.pdf") {
+    FinishedRun made{at(source), {}};
+    for (const QString& address : addresses) {
+      made.outputs.push_back(output(++m_number, address));
+    }
+    return made;
+  }
+  QString linesOf(QDialog* findings) {
+    return control<QPlainTextEdit>(findings, "lines")->toPlainText();
+  }
+
+  QStringList notes;
+  std::function<bool()> stop = [] { return false; };
+  EmailSession session{{dialogs, nullptr, [this](const QString& text) { notes += text; },
+                        [this] { return stop(); }}};
+  DialogScript script;
+
+private:
+  int m_number = 0;
+};
+
+TEST_F(MailSession, ShowsTheListOfARunAndSendsIt) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  script
+      .then("CEmailListDlg",
+            [this](QDialog* list) {
+              EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "b@x.example", "c@x.example"}));
+              EXPECT_TRUE(control<QLabel>(list, "notice")->text().startsWith("1 of 4 outputs"));
+              tableOf(list)->selectRow(1);
+              dialogs.answers = {true, true}; // selected only; back to the list
+              click(list, "send");
+            })
+      .then("CEmailListDlg", [](QDialog* list) {
+        EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "c@x.example"}));
+        click(list, "send");
+      });
+  session.afterRun(setup, run({"a@x.example", "b@x.example", "", "c@x.example"}));
+  EXPECT_EQ(dialogs.messages,
+            QStringList({"(1) Emails sent ok: 1, errors: 0", "(2) Emails sent ok: 2, errors: 0"}));
+  EXPECT_EQ(recipientsOf(server), QStringList({"b@x.example", "a@x.example", "c@x.example"}));
+  EXPECT_EQ(read("in.pdf_email_report.csv").count(",OK\r"), 3);
+}
+
+TEST_F(MailSession, NothingIsSentThatNobodyWantsSent) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  script.then("CEmailListDlg", pressing("cancel"));
+  session.afterRun(setup, run({"a@x.example"}));
+  session.afterRun(setup, run({"", ""}));
+  setup.emailEnable = false;
+  session.afterRun(setup, run({"a@x.example"}));
+  setup.emailEnable = true;
+  setup.emailConfirm = false;
+  setup.emailFrom = "nobody"; // found out before a server is asked; the list is not lost
+  script.then("CEmailListDlg", [](QDialog* list) {
+    EXPECT_EQ(shownIn(list), QStringList("a@x.example"));
+    click(list, "cancel");
+  });
+  session.afterRun(setup, run({"a@x.example"}));
+  EXPECT_EQ(server.mails().size(), 0U);
+  EXPECT_EQ(dialogs.messages,
+            QStringList({"None of the outputs has an e-mail address on its pages: there is nothing "
+                         "to send.",
+                         "No e-mail was sent: The From address has no \"@\"."}));
+}
+
+/// The address is put right in the list; what arrived stays out of it.
+TEST_F(MailSession, WhatFailedIsSentAgain) {
+  MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
+  setup.emailSmtp = server.text();
+  setup.emailConfirm = false;
+  script
+      .then("CFindingsDlg",
+            [this](QDialog* findings) {
+              EXPECT_TRUE(linesOf(findings).startsWith("1 e-mail failed:\n    bad@x.example, " +
+                                                       at("2.pdf") + ": "))
+                  << linesOf(findings).toStdString();
+              click(findings, "accept");
+            })
+      .then("CEmailListDlg",
+            [](QDialog* list) {
+              EXPECT_EQ(shownIn(list), QStringList("bad@x.example"));
+              tableOf(list)->selectRow(0);
+              QTest::keyClick(tableOf(list), Qt::Key_F2);
+            })
+      .then("CChangeEmailDlg",
+            [](QDialog* change) {
+              typeInto(change, "address", "good@x.example");
+              click(change, "ok");
+            })
+      .then("CEmailListDlg", [this](QDialog* list) {
+        dialogs.answers = {true};
+        click(list, "send");
+      });
+  session.afterRun(setup, run({"a@x.example", "bad@x.example", "c@x.example"}));
+  EXPECT_EQ(dialogs.messages,
+            QStringList({"(3) Emails sent ok: 2, errors: 1", "(1) Emails sent ok: 1, errors: 0"}));
+  EXPECT_EQ(recipientsOf(server), QStringList({"a@x.example", "c@x.example", "good@x.example"}));
+  // One report tells both goes.
+  EXPECT_EQ(read("in.pdf_email_report.csv").count(",OK\r"), 3);
+  EXPECT_EQ(read("in.pdf_email_report.csv").count(",Error - "), 1);
+}
+
+TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
+  MailServerProcess server("faulty_smtp_server.py", {"close-unanswered"});
+  setup.emailSmtp = server.text();
+  setup.emailConfirm = false;
+  script.then("CFindingsDlg", [this](QDialog* findings) {
+    EXPECT_TRUE(linesOf(findings).startsWith("2 e-mails may have arrived"));
+    EXPECT_FALSE(control<QWidget>(findings, "accept")->isEnabled());
+    click(findings, "close");
+  });
+  session.afterRun(setup, run({"a@x.example", "b@x.example"}));
+  EXPECT_EQ(server.mails().size(), 2U);
+  EXPECT_TRUE(dialogs.messages[0].startsWith("(2) Emails sent ok: 0, errors: 2\n\n2 may have"));
+}
+
+TEST_F(MailSession, StopKeepsWhatWasNotReached) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  setup.emailConfirm = false;
+  stop = [this] { return logged(" OK\r") == 2; };
+  script
+      .then("CFindingsDlg",
+            [this](QDialog* findings) {
+              EXPECT_EQ(linesOf(findings), "2 e-mails not tried: the run was stopped.");
+              click(findings, "accept");
+            })
+      .then("CEmailListDlg", [this](QDialog* list) {
+        stop = [] { return false; };
+        click(list, "send");
+      });
+  session.afterRun(setup, run({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
+  EXPECT_EQ(recipientsOf(server),
+            QStringList({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
+}
+
+TEST_F(MailSession, TheStopButtonEndsAPauseAtOnce) {
+  setup.emailSmtp = "127.0.0.1:9";
+  setup.emailConfirm = false;
+  setup.emailPause = 3'600'000;
+  script
+      .then("CEmailStatusDlg",
+            [this](QDialog* status) {
+              EXPECT_EQ(status->windowTitle(), "Email Status");
+              EXPECT_EQ(control<QLabel>(status, "count")->text(), "0 of 1");
+              session.afterRun(setup, {}); // the one at work is not disturbed
+              click(status, "stop");
+            })
+      .then("CFindingsDlg", pressing("close"));
+  session.afterRun(setup, run({"a@x.example", ""}));
+  EXPECT_TRUE(dialogs.messages[0].startsWith("(0) Emails sent ok: 0, errors: 0\n\n1 were not sent"))
+      << dialogs.messages[0].toStdString();
+}
+
+/// The list of a run that broke off is loaded again; the log says how far it came.
+TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
+  EmailList saved;
+  saved.fill(run({"a@x.example", "b@x.example", "c@x.example"}).outputs);
+  EXPECT_TRUE(saveEmailList(saved, at("list.lst")).ok);
+  const auto sendLoaded = [this] {
+    dialogs.files = {{at("list.lst")}};
+    script.then("CEmailListDlg", [](QDialog* list) {
+      EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 3; }));
+      click(list, "send");
+    });
+    MailServerProcess server("smtp_server.py", {});
+    setup.emailSmtp = server.text();
+    session.loadEmailList(setup);
+    return recipientsOf(server);
+  };
+  stop = [this] { return logged(" OK\r") == 2; };
+  script.then("CEmailListDlg", [](QDialog* list) {
+    EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 3; }));
+    click(list, "send");
+  });
+  script.then("CFindingsDlg", pressing("close"));
+  {
+    MailServerProcess server("smtp_server.py", {});
+    setup.emailSmtp = server.text();
+    dialogs.files = {{at("list.lst")}};
+    session.loadEmailList(setup);
+    EXPECT_EQ(recipientsOf(server).size(), 2);
+  }
+  stop = [] { return false; };
+  dialogs.answers = {false};
+  EXPECT_EQ(sendLoaded(), QStringList("c@x.example"));
+  EXPECT_TRUE(dialogs.questions[0].startsWith("The log says that 2 e-mails of this list went out"));
+  dialogs.answers = {true};
+  EXPECT_EQ(sendLoaded().size(), 3);
+}
+
+TEST_F(MailSession, ABatchWaitsForNobody) {
+  MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
+  setup.emailSmtp = server.text();
+  // Sources to be confirmed are one list at the end ...
+  session.afterSourceOfBatch(setup, run({"a@x.example", ""}, "1st.pdf"));
+  session.afterSourceOfBatch(setup, run({"b@x.example"}, "2nd.pdf"));
+  EXPECT_EQ(notes, QStringList());
+  script.then("CEmailListDlg", [](QDialog* list) {
+    EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "b@x.example"}));
+    click(list, "send");
+  });
+  session.afterBatch();
+  EXPECT_EQ(dialogs.messages, QStringList("(2) Emails sent ok: 2, errors: 0"));
+  EXPECT_EQ(read("1st.pdf_email_report.csv").count(",OK\r"), 1);
+  EXPECT_EQ(read("2nd.pdf_email_report.csv").count(",OK\r"), 1);
+  // ... the others go out at once, and only what failed is shown then.
+  setup.emailConfirm = false;
+  session.afterSourceOfBatch(setup, run({"c@x.example", "bad@x.example"}, "3rd.pdf"));
+  EXPECT_EQ(notes.value(0), "(2) Emails sent ok: 1, errors: 1");
+  EXPECT_EQ(dialogs.messages.size(), 1);
+  script.then("CEmailListDlg", [](QDialog* list) {
+    EXPECT_EQ(shownIn(list), QStringList("bad@x.example"));
+    click(list, "cancel");
+  });
+  session.afterBatch();
+  session.afterBatch(); // nothing is left
+  EXPECT_EQ(recipientsOf(server), QStringList({"a@x.example", "b@x.example", "c@x.example"}));
+}
+
+TEST_F(MailSession, SendTestTellsHowItWentAndCanBeStopped) {
+  {
+    MailServerProcess server("smtp_server.py", {});
+    setup.emailSmtp = server.text();
+    runSendTest(setup, dialogs, nullptr);
+    EXPECT_EQ(server.mails().size(), 1U);
+  }
+  runSendTest(setup, dialogs, nullptr); // nobody listens any more
+  setup.emailSmtp = "tls:x:y:z";
+  runSendTest(setup, dialogs, nullptr);
+  {
+    MailServerProcess server("faulty_smtp_server.py", {"mute"});
+    setup.emailSmtp = server.text();
+    script.then("CMailWaitDlg", pressing("stop"));
+    runSendTest(setup, dialogs, nullptr);
+  }
+  ASSERT_EQ(dialogs.messages.size(), 4);
+  EXPECT_EQ(dialogs.messages[0],
+            "Message(s) Sent Successfully.\n\nNOTE: mailto and cc message sent to from address.");
+  for (int i : {1, 2}) {
+    EXPECT_TRUE(dialogs.messages[i].startsWith("Error in configuration:"));
+    EXPECT_TRUE(dialogs.messages[i].endsWith("\nError report output to file:" +
+                                             at("folivex_mail_error.txt")));
+  }
+  EXPECT_EQ(dialogs.messages[3], "The test was stopped.");
+  EXPECT_EQ(dialogs.opened, QStringList(2, at("folivex_mail_error.txt")));
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+} // namespace
+} // namespace folivex::testing
