@@ -1,0 +1,204 @@
+#include "app/help/CProblemReportDlg.h"
+
+#include "widgets/Dialogs.h"
+#include "widgets/WindowMemory.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+namespace {
+
+QString addressKey() {
+  return QStringLiteral("problemReport/address");
+}
+
+/// Above this line the person writes, below it the report begins.
+QString rulingLine() {
+  return QStringLiteral("----- What the program adds -----");
+}
+
+QString invitation() {
+  return QStringLiteral("What happened, and what did you expect?\n\n\n");
+}
+
+/// Empty, or why the file could not be written. The old file stays then.
+QString writeWhole(const QString& path, const QString& text) {
+  QSaveFile file(path);
+  const QByteArray bytes = text.toUtf8();
+  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+    return {};
+  }
+  return file.errorString();
+}
+
+QPushButton* pushButton(QWidget* parent, const char* name, const char* label, const char* tip) {
+  auto* button = new QPushButton(QString::fromUtf8(label), parent);
+  button->setObjectName(QString::fromUtf8(name));
+  button->setToolTip(QString::fromUtf8(tip));
+  button->setAutoDefault(false); // Enter in the address must not send anything
+  return button;
+}
+
+} // namespace
+
+CProblemReportDlg::CProblemReportDlg(ProblemReport report, Dialogs& dialogs, WindowMemory& memory,
+                                     QWidget* parent)
+    : QDialog(parent), m_report(std::move(report)), m_dialogs(dialogs), m_memory(memory) {
+  setObjectName(QStringLiteral("problemReportDialog"));
+  setWindowTitle(QStringLiteral("Problem report"));
+  buildControls();
+  m_text->setPlainText(invitation());
+  fill();
+  m_text->setFocus();
+}
+
+CProblemReportDlg::~CProblemReportDlg() {
+  // A field that loses the cursor while the window goes must not ask for what is gone already.
+  hide();
+}
+
+void CProblemReportDlg::buildControls() {
+  auto* intro = new QLabel(QStringLiteral("Nothing has left this computer. Read the text, change "
+                                          "what you like, then copy, save or mail it."),
+                           this);
+  intro->setWordWrap(true);
+  m_text = new QPlainTextEdit(this);
+  m_text->setObjectName(QStringLiteral("reportText"));
+  m_text->setAccessibleName(QStringLiteral("Report"));
+  m_text->setToolTip(QStringLiteral("The report; you may change all of it"));
+  m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  m_text->setTabChangesFocus(true);
+  m_includeNames = new QCheckBox(QStringLiteral("&Include file names and search words"), this);
+  m_includeNames->setObjectName(QStringLiteral("includeNames"));
+  m_includeNames->setToolTip(QStringLiteral("They often help to find the fault. Passwords and "
+                                            "addresses are left out in any case"));
+  connect(m_includeNames, &QCheckBox::toggled, this, [this] { fill(); });
+  m_to = new QLineEdit(this);
+  m_to->setObjectName(QStringLiteral("reportTo"));
+  m_to->setToolTip(QStringLiteral("E-mail address of whoever looks after Folivex for you"));
+  m_to->setText(m_memory.text(addressKey()));
+  auto* toLabel = new QLabel(QStringLiteral("Send &to:"), this);
+  toLabel->setBuddy(m_to);
+  m_told = new QLabel(this);
+  m_told->setObjectName(QStringLiteral("reportTold"));
+  m_told->setTextFormat(Qt::PlainText);
+  m_told->setWordWrap(true);
+
+  auto* to = new QHBoxLayout;
+  to->addWidget(toLabel);
+  to->addWidget(m_to, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(intro);
+  layout->addWidget(m_text, 1);
+  layout->addWidget(m_includeNames);
+  layout->addLayout(to);
+  layout->addWidget(m_told);
+  layout->addWidget(buildButtons());
+  constexpr QSize startSize(720, 640);
+  resize(startSize);
+}
+
+QWidget* CProblemReportDlg::buildButtons() {
+  auto* row = new QWidget(this);
+  auto* copyButton = pushButton(row, "reportCopy", "&Copy", "Put the text into the clipboard");
+  auto* saveButton = pushButton(row, "reportSave", "&Save as...", "Write the text to a file");
+  auto* mailButton = pushButton(row, "reportMail", "Open in &mail program",
+                                "Open a mail with the text in your own mail program; you send it");
+  auto* closeButton = pushButton(row, "reportClose", "Close", "Close; the text is not kept");
+  connect(copyButton, &QPushButton::clicked, this, [this] { copy(); });
+  connect(saveButton, &QPushButton::clicked, this, [this] { save(); });
+  connect(mailButton, &QPushButton::clicked, this, [this] { openMail(); });
+  connect(closeButton, &QPushButton::clicked, this, [this] { reject(); });
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(copyButton);
+  layout->addWidget(saveButton);
+  layout->addWidget(mailButton);
+  layout->addStretch(1);
+  layout->addWidget(closeButton);
+  return row;
+}
+
+QString CProblemReportDlg::ownWords() const {
+  const QString text = m_text->toPlainText();
+  const qsizetype line = text.indexOf(rulingLine());
+  return line < 0 ? text : text.first(line);
+}
+
+void CProblemReportDlg::fill() {
+  const PrivateNames names =
+      m_includeNames->isChecked() ? PrivateNames::Included : PrivateNames::LeftOut;
+  QString own = ownWords();
+  if (!own.isEmpty() && !own.endsWith(u'\n')) {
+    own += u'\n';
+  }
+  m_text->setPlainText(own + rulingLine() + QStringLiteral("\n\n") + m_report.text(names));
+}
+
+void CProblemReportDlg::tell(const QString& text) {
+  m_told->setText(text);
+}
+
+void CProblemReportDlg::copy() {
+  QGuiApplication::clipboard()->setText(m_text->toPlainText());
+  tell(QStringLiteral("The report is in the clipboard."));
+}
+
+void CProblemReportDlg::save() {
+  const QString path = m_dialogs.saveFile(
+      this, {QStringLiteral("Save the report"),
+             QStringLiteral("Text files (*.txt);;All files (*)"),
+             QStringLiteral("folivex_problem.txt"), QStringLiteral("txt")});
+  if (path.isEmpty()) {
+    return;
+  }
+  const QString problem = writeWhole(path, m_text->toPlainText());
+  tell(problem.isEmpty() ? QStringLiteral("Saved: %1").arg(path)
+                         : QStringLiteral("%1: cannot be written: %2").arg(path, problem));
+}
+
+void CProblemReportDlg::openMail() {
+  const QString text = m_text->toPlainText();
+  QString address = mailAddress(m_to->text(), m_report.subject(), text);
+  const bool isTooLong = address.size() > longestMailAddress;
+  if (isTooLong) {
+    QGuiApplication::clipboard()->setText(text);
+    address = mailAddress(m_to->text(), m_report.subject(),
+                          QStringLiteral("The report is in the clipboard: paste it here."));
+  }
+  if (!m_dialogs.openOutside(address)) {
+    tell(QStringLiteral("No mail program was found. Copy the report, or save it."));
+  } else if (isTooLong) {
+    tell(QStringLiteral("The report is too long to be handed over. It is in the clipboard: paste "
+                        "it into the mail."));
+  } else {
+    tell(QStringLiteral("The mail is open in your mail program. It is sent from there."));
+  }
+}
+
+void CProblemReportDlg::done(int result) {
+  m_memory.setText(addressKey(), m_to->text().trimmed());
+  QDialog::done(result);
+}
+
+void CProblemReportDlg::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F1 && onHelp) {
+    onHelp(QStringLiteral("problem-report"));
+    return;
+  }
+  QDialog::keyPressEvent(event);
+}
+
+} // namespace folivex

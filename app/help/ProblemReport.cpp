@@ -1,0 +1,218 @@
+#include "app/help/ProblemReport.h"
+
+#include "engine/naming/FileNameMethod.h"
+#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SetupFields.h"
+
+#include <QHash>
+#include <QRegularExpression>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+enum class Kind {
+  Open,   ///< always told
+  Name,   ///< told when the person agrees
+  Secret, ///< never told
+};
+
+/// Kinds of the text settings; numbers and boxes are open. What is not here is secret.
+Kind kindOf(const SetupField& field) {
+  static const QHash<QLatin1StringView, Kind> kinds = {
+      {QLatin1StringView("EXTRACT"), Kind::Open},
+      {QLatin1StringView("PAGEEXTRACT"), Kind::Open},
+      {QLatin1StringView("MATCHPOSH"), Kind::Open},
+      {QLatin1StringView("MATCHPOSV"), Kind::Open},
+      {QLatin1StringView("ADDBWORDS"), Kind::Name},
+      {QLatin1StringView("FILENAME"), Kind::Name},
+      {QLatin1StringView("FIRSTCHAROFWORD"), Kind::Name},
+      {QLatin1StringView("ANYCHAROFWORD"), Kind::Name},
+      {QLatin1StringView("FINDSTRING"), Kind::Name},
+      {QLatin1StringView("PREFIXFILENAME"), Kind::Name},
+      {QLatin1StringView("POSTFIXFILENAME"), Kind::Name},
+      {QLatin1StringView("OUTPUTDIR"), Kind::Name},
+      {QLatin1StringView("EXTRACTUNTIL"), Kind::Name},
+      {QLatin1StringView("EXTRACTFILENAME"), Kind::Name},
+      {QLatin1StringView("REPORTOPTIONSOUTPUTFOLDER"), Kind::Name},
+      {QLatin1StringView("REPORTUSEFILELIST"), Kind::Name},
+      {QLatin1StringView("REPORTREMOVECHARS"), Kind::Name},
+      {QLatin1StringView("CONFIGEXTERNALCOMMAND"), Kind::Name},
+      {QLatin1StringView("EMAILLOGFILE"), Kind::Name},
+      {QLatin1StringView("EMAILHORIZAFTERTEXT"), Kind::Name},
+      {QLatin1StringView("EMAILHORIZBEFORETEXT"), Kind::Name},
+      {QLatin1StringView("OTHERSETTINGSREMOVETEXT"), Kind::Name},
+  };
+  return std::holds_alternative<QString SplitSetup::*>(field.member)
+             ? kinds.value(field.key, Kind::Secret)
+             : Kind::Open;
+}
+
+/// Empty for the keys that have no field.
+QString valueOf(const SetupField& field, const SplitSetup& setup) {
+  return std::visit(
+      [&](auto member) {
+        using Member = decltype(member);
+        if constexpr (std::is_same_v<Member, QString SplitSetup::*>) {
+          return setup.*member;
+        } else if constexpr (std::is_member_object_pointer_v<Member>) {
+          return QString::number(setup.*member);
+        } else {
+          return QString();
+        }
+      },
+      field.member);
+}
+
+bool hasField(const SetupField& field) {
+  return !std::holds_alternative<AutomationKey>(field.member) &&
+         !std::holds_alternative<AddSpaceKey>(field.member);
+}
+
+/// A setup file may hold any text where the program knows a few.
+bool isHarmless(const QString& value) {
+  static const QRegularExpression position(QStringLiteral("\\A[-|0-9]{0,40}\\z"));
+  const auto isOneOf = [&value](const auto& texts) {
+    return std::find(texts.begin(), texts.end(), value) != texts.end();
+  };
+  return isOneOf(fileNameMethodTexts()) || isOneOf(splitMethodTexts()) ||
+         isOneOf(bookmarkMethodTexts()) || value == bookmarkFileNameMethodText() ||
+         position.match(value).hasMatch();
+}
+
+QString told(const SetupField& field, const SplitSetup& setup, PrivateNames names) {
+  const QString value = valueOf(field, setup);
+  if (value.isEmpty()) {
+    return QStringLiteral("(empty)");
+  }
+  const Kind kind = kindOf(field);
+  const bool isText = std::holds_alternative<QString SplitSetup::*>(field.member);
+  if (kind == Kind::Open && (!isText || isHarmless(value))) {
+    return value;
+  }
+  return kind == Kind::Name && names == PrivateNames::Included ? u'"' + value + u'"'
+                                                               : QStringLiteral("(given)");
+}
+
+/// Shorter ones tell nothing, and would tear every message to pieces.
+constexpr qsizetype shortestHidden = 3;
+
+/// Values that a message may quote, the longest first: one may be part of another.
+QStringList hiddenValues(const SplitSetup& setup, PrivateNames names) {
+  QStringList values;
+  for (const SetupField& field : setupFields()) {
+    const bool isHidden = kindOf(field) == Kind::Secret ||
+                          (kindOf(field) == Kind::Name && names == PrivateNames::LeftOut);
+    if (isHidden) {
+      values += valueOf(field, setup).split(QRegularExpression(QStringLiteral("[\\r\\n]+")));
+    }
+  }
+  // "tls:host:587" is told by its host.
+  values += setup.emailSmtp.split(u':');
+  values += setup.emailInvoiceCc.split(QRegularExpression(QStringLiteral("[,;\\s]+")));
+  values.erase(std::remove_if(values.begin(), values.end(),
+                              [](const QString& value) { return value.size() < shortestHidden; }),
+               values.end());
+  std::sort(values.begin(), values.end(),
+            [](const QString& a, const QString& b) { return a.size() > b.size(); });
+  return values;
+}
+
+QString withoutValues(QString message, const QStringList& values) {
+  for (const QString& value : values) {
+    message.replace(value, QStringLiteral("(hidden)"), Qt::CaseInsensitive);
+  }
+  return message;
+}
+
+QString withoutAddresses(QString message) {
+  static const QRegularExpression address(QStringLiteral("[^\\s<>\"',;:()]+@[^\\s<>\"',;:()]+"));
+  return message.replace(address, QStringLiteral("(address)"));
+}
+
+/// Better too much is taken away than a name told: everything that may be a path, up to the colon
+/// that messages put behind one, and everything between quotes, which is text of a page.
+QString withoutNames(QString message) {
+  static const QRegularExpression quoted(QStringLiteral("\"[^\"]*\""));
+  static const QRegularExpression file(
+      QStringLiteral("(?:[A-Za-z]:[\\\\/]|\\\\\\\\|/|~/)[^\\n]*?(?=: |$)"),
+      QRegularExpression::MultilineOption);
+  static const QRegularExpression nameOnly(
+      QStringLiteral("[^:\\n]*\\.(?:pdf|fxs|lst|txt|csv|xlsx?|ods|ini|tmp)\\b"),
+      QRegularExpression::CaseInsensitiveOption);
+  message.replace(quoted, QStringLiteral("\"...\""));
+  message.replace(file, QStringLiteral("(file)"));
+  return message.replace(nameOnly, QStringLiteral(" (file)")).trimmed();
+}
+
+QString memoryText(qint64 bytes) {
+  constexpr double gib = 1024.0 * 1024.0 * 1024.0;
+  return bytes > 0 ? QStringLiteral("%1 GiB").arg(static_cast<double>(bytes) / gib, 0, 'f', 1)
+                   : QStringLiteral("not known");
+}
+
+} // namespace
+
+ProblemReport::ProblemReport(SystemFacts facts, SplitSetup setup, QStringList messages)
+    : m_facts(std::move(facts)), m_setup(std::move(setup)), m_messages(std::move(messages)) {}
+
+QString ProblemReport::subject() const {
+  return QStringLiteral("Folivex %1: problem report").arg(m_facts.programVersion);
+}
+
+QString ProblemReport::text(PrivateNames names) const {
+  return systemText() + u'\n' + messagesText(names) + u'\n' + setupText(names);
+}
+
+QString ProblemReport::systemText() const {
+  QString text = QStringLiteral("Program:       Folivex %1\n").arg(m_facts.programVersion);
+  for (const LibraryVersion& library : m_facts.libraries) {
+    text += QStringLiteral("Library:       %1 %2\n").arg(library.name, library.version);
+  }
+  text += QStringLiteral("System:        %1\n").arg(m_facts.system);
+  text += QStringLiteral("Processors:    %1\n").arg(m_facts.processors);
+  text += QStringLiteral("Memory:        %1\n").arg(memoryText(m_facts.memoryBytes));
+  return text + QStringLiteral("Screen scale:  %1 %\n").arg(qRound(m_facts.screenScale * 100));
+}
+
+QString ProblemReport::messagesText(PrivateNames names) const {
+  QString text = QStringLiteral("Last messages:\n");
+  const QStringList hidden = hiddenValues(m_setup, names);
+  for (const QString& message : m_messages) {
+    QString line = withoutAddresses(message);
+    if (names == PrivateNames::LeftOut) {
+      line = withoutNames(line);
+    }
+    text += QStringLiteral("  ") + withoutValues(line, hidden).simplified() + u'\n';
+  }
+  return m_messages.isEmpty() ? text + QStringLiteral("  (none)\n") : text;
+}
+
+QString ProblemReport::setupText(PrivateNames names) const {
+  const QString text = QStringLiteral("Settings:\n");
+  QStringList lines; // a key that the format holds twice is told once
+  for (const SetupField& field : setupFields()) {
+    const QString line =
+        QStringLiteral("  %1: %2\n").arg(field.key, told(field, m_setup, names));
+    if (hasField(field) && !lines.contains(line)) {
+      lines += line;
+    }
+  }
+  // With names included, an address may stand in one of them.
+  return withoutAddresses(text + lines.join(QString()));
+}
+
+QString mailAddress(const QString& to, const QString& subject, const QString& body) {
+  const auto encoded = [](const QString& text, const char* kept) {
+    return QString::fromLatin1(QUrl::toPercentEncoding(text, kept));
+  };
+  QString lines = body;
+  lines.replace(u'\n', QStringLiteral("\r\n"));
+  return QStringLiteral("mailto:") + encoded(to.trimmed(), "@") + QStringLiteral("?subject=") +
+         encoded(subject, "") + QStringLiteral("&body=") + encoded(lines, "");
+}
+
+} // namespace folivex

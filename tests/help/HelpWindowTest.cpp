@@ -1,0 +1,135 @@
+// The window of the help, driven by its controls.
+#include "app/help/HelpPages.h"
+#include "app/help/HelpWindow.h"
+#include "tests/support/Programs.h"
+#include "tests/support/WindowBench.h"
+#include "widgets/Theme.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTreeWidget>
+
+namespace folivex::test {
+namespace {
+
+using namespace folivex::testing;
+
+class Help : public ::testing::Test {
+protected:
+  Help() { m_window.openTopic(QStringLiteral("main-window")); }
+
+  QTextBrowser* page() { return control<QTextBrowser>(&m_window, "helpPage"); }
+  QListWidget* hits() { return control<QListWidget>(&m_window, "helpHits"); }
+  QString place() { return page()->source().toString().section(u'/', -1); }
+  QString entry() {
+    return control<QTreeWidget>(&m_window, "helpContents")->currentItem()->text(0);
+  }
+
+  ScriptedDialogs m_dialogs;
+  HelpWindow m_window{m_dialogs};
+};
+
+TEST_F(Help, OpensTopicsAndFindsTheWayBack) {
+  EXPECT_EQ(place(), QStringLiteral("index.html"));
+  EXPECT_FALSE(control<QWidget>(&m_window, "helpBack")->isEnabled());
+  m_window.openTopic(QStringLiteral("search"));
+  EXPECT_EQ(place(), QStringLiteral("find-words.html"));
+  EXPECT_EQ(entry(), QStringLiteral("Which words"));
+  m_window.openTopic(QStringLiteral("nobody knows this"));
+  EXPECT_EQ(place(), QStringLiteral("index.html"));
+  click(&m_window, "helpBack");
+  EXPECT_EQ(place(), QStringLiteral("find-words.html"));
+  click(&m_window, "helpForward");
+  EXPECT_EQ(place(), QStringLiteral("index.html"));
+  m_window.openTopic(QStringLiteral("ocr"));
+  click(&m_window, "helpHome");
+  EXPECT_EQ(place(), QStringLiteral("index.html"));
+}
+
+TEST_F(Help, ContentsLeadToAPartOfAPage) {
+  auto* contents = control<QTreeWidget>(&m_window, "helpContents");
+  const auto parts =
+      contents->findItems(QStringLiteral("Exit codes"), Qt::MatchExactly | Qt::MatchRecursive);
+  ASSERT_EQ(parts.size(), 1);
+  contents->setCurrentItem(parts.front());
+  EXPECT_EQ(place(), QStringLiteral("command-line.html#codes"));
+  EXPECT_GT(page()->verticalScrollBar()->value(), 0);
+  // Scrolled away, the same entry leads there again.
+  page()->verticalScrollBar()->setValue(0);
+  QTest::mouseClick(contents->viewport(), Qt::LeftButton, Qt::NoModifier,
+                    contents->visualItemRect(parts.front()).center());
+  EXPECT_GT(page()->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(Help, FindsWordsInAllPagesAndMarksThem) {
+  typeInto(&m_window, "helpSought", QStringLiteral("SEPARATOR sheet"));
+  ASSERT_GE(hits()->count(), 1);
+  EXPECT_TRUE(hits()->isVisible());
+  QTest::keyClick(control<QLineEdit>(&m_window, "helpSought"), Qt::Key_Return);
+  EXPECT_TRUE(place().contains(QStringLiteral(".html#"))) << place().toStdString();
+  EXPECT_FALSE(page()->extraSelections().isEmpty());
+  for (int row = 0; row < hits()->count(); ++row) {
+    hits()->setCurrentRow(row);
+    QStringList marked;
+    for (const auto& mark : page()->extraSelections()) {
+      marked += mark.cursor.selectedText().toLower();
+    }
+    EXPECT_TRUE(marked.contains(QStringLiteral("separator")) &&
+                marked.contains(QStringLiteral("sheet")))
+        << place().toStdString();
+  }
+  typeInto(&m_window, "helpSought", QStringLiteral("xyzzyx"));
+  EXPECT_EQ(hits()->count(), 0);
+  EXPECT_TRUE(control<QLabel>(&m_window, "helpHitCount")->text().startsWith(u"No page"));
+  // Escape ends the search first and closes then.
+  QTest::keyClick(&m_window, Qt::Key_Escape);
+  EXPECT_TRUE(m_window.isVisible());
+  EXPECT_TRUE(control<QTreeWidget>(&m_window, "helpContents")->isVisible());
+  EXPECT_TRUE(page()->extraSelections().isEmpty());
+  QTest::keyClick(&m_window, Qt::Key_Escape);
+  EXPECT_FALSE(m_window.isVisible());
+}
+
+TEST_F(Help, AWordInAHeadingComesFirst) {
+  typeInto(&m_window, "helpSought", QStringLiteral("exit codes"));
+  ASSERT_GE(hits()->count(), 1);
+  EXPECT_TRUE(hits()->item(0)->text().startsWith(u"The command line: Exit codes"));
+}
+
+TEST_F(Help, PagesFollowTheTheme) {
+  const auto linkColour = [this] {
+    for (QTextBlock block = page()->document()->begin(); block.isValid(); block = block.next()) {
+      for (auto at = block.begin(); !at.atEnd(); ++at) {
+        if (at.fragment().charFormat().isAnchor() &&
+            !at.fragment().charFormat().anchorHref().isEmpty()) {
+          return at.fragment().charFormat().foreground().color();
+        }
+      }
+    }
+    return QColor();
+  };
+  applyTheme(Theme::Light);
+  QApplication::processEvents();
+  const QColor light = linkColour();
+  EXPECT_EQ(light, m_window.palette().color(QPalette::Link));
+  applyTheme(Theme::Dark);
+  QApplication::processEvents();
+  EXPECT_NE(linkColour(), light);
+  EXPECT_EQ(linkColour(), m_window.palette().color(QPalette::Link));
+  applyTheme(Theme::System);
+}
+
+TEST(HelpWindow, MayGoInTheMiddleOfTyping) {
+  ScriptedDialogs dialogs;
+  auto window = std::make_unique<HelpWindow>(dialogs);
+  window->openTopic(QStringLiteral("ocr"));
+  typeInto(window.get(), "helpSought", QStringLiteral("scan"));
+  window.reset();
+}
+
+} // namespace
+} // namespace folivex::test
