@@ -250,6 +250,7 @@ void MainWindow::start(const CommandLine& line) {
     return;
   }
   m_menus->setRunning(false);
+  m_runLine->setStatus(QStringLiteral("Ready."));
   m_session.loadDefaultSetup();
   showSetup();
   if (line.argumentCount > 0) {

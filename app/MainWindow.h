@@ -88,6 +88,7 @@ private:
   bool readyFor(SetupPurpose purpose);
   void runCommandLine(const CommandLine& line);
   void mailOutputs();
+  void mailBatchSource();
   void takeSetup();
   void stop();
   void showMatches();

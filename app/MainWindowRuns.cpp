@@ -96,6 +96,13 @@ void MainWindow::mailOutputs() {
   }
 }
 
+void MainWindow::mailBatchSource() {
+  const SplitSetup& setup = m_session.store().working();
+  if (setup.emailEnable && m_parts.mailBatchSource) {
+    m_parts.mailBatchSource(m_session.driver(), setup);
+  }
+}
+
 void MainWindow::processList() {
   if (m_isRunning || !m_session.isReady() || !m_parts.batchRows ||
       !readyFor(SetupPurpose::SplittingList)) {
@@ -112,9 +119,13 @@ void MainWindow::processList() {
   BatchResult result;
   {
     const Running running(*this, QStringLiteral("Processing list"), Shown::StatusDialog);
-    result = m_session.driver().ProcessBatch(rows == nullptr ? none : *rows);
+    result = m_session.driver().ProcessBatch(rows == nullptr ? none : *rows,
+                                             [this](const QString&) { mailBatchSource(); });
   }
   tellList(false);
+  if (m_session.store().working().emailEnable && m_parts.mailBatchEnd) {
+    m_parts.mailBatchEnd();
+  }
   showSetup();
   m_runLine->setStatus(
       QStringLiteral("%1 %2 file(s) processed.")

@@ -47,6 +47,9 @@ public:
   SetupStore& store() { return m_store; }
   const SetupStore& store() const { return m_store; }
   JobDriver& driver() { return *m_driver; }
+  /// Only once the libraries are loaded.
+  CPDFTextDumpInit& textLibrary() { return *m_text; }
+  CSplitPdfInit& splitLibrary() { return *m_split; }
   bool isReady() const { return m_driver != nullptr; }
 
 private:

@@ -32,9 +32,12 @@ struct WindowParts {
 
   /// Opens the list of mails with a list file that the person chooses.
   std::function<void()> loadEmailList;
-  /// A split has ended with mails to send (`EMAILENABLE`), or each source of a batch has. May be
-  /// empty.
+  /// A split has ended with mails to send (`EMAILENABLE`). May be empty, as the two below.
   std::function<void(JobDriver& driver, const SplitSetup& setup)> mailOutputs;
+  /// One source of a batch has; the batch goes on afterwards.
+  std::function<void(JobDriver& driver, const SplitSetup& setup)> mailBatchSource;
+  /// The batch whose sources had mails to send has ended.
+  std::function<void()> mailBatchEnd;
   /// Sends one mail to see whether the settings are right, and says what came of it.
   std::function<void(const SplitSetup& setup)> sendTest;
 

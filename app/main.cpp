@@ -1,8 +1,8 @@
 #include "app/CommandLine.h"
-#include "app/MainWindow.h"
 #include "app/Session.h"
 #include "app/TerminalOperator.h"
 #include "app/Usage.h"
+#include "app/program/ProgramWindows.h"
 #include "platform/Terminal.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/Theme.h"
@@ -41,11 +41,12 @@ int runWindow(int& argc, char** argv, const CommandLine& line) {
   WindowMemory memory;
   applyTheme(themeOf(memory.text(QStringLiteral("theme"))));
   DesktopDialogs dialogs;
-  MainWindow window(dialogs, memory);
+  ProgramWindows windows(dialogs, memory);
+  MainWindow& main = windows.main();
   // Windows beside the main one do not keep the program alive.
-  QObject::connect(&window, &QDialog::finished, &window, [] { QApplication::exit(0); });
-  window.show();
-  QTimer::singleShot(0, &window, [&] { window.start(line); });
+  QObject::connect(&main, &QDialog::finished, &main, [] { QApplication::exit(0); });
+  main.show();
+  QTimer::singleShot(0, &main, [&] { windows.start(line); });
   return QApplication::exec();
 }
 

@@ -18,8 +18,8 @@ class UpdateLibrary;
 struct UpdateSurroundings {
   QString ownVersion;
   std::function<QDateTime()> now = [] { return QDateTime::currentDateTimeUtc(); };
-  QString certificates;   ///< see UpdatesRequest; empty: the system's
-  int connectSeconds = 0; ///< 0: as the library has it
+  QString certificates = {}; ///< see UpdatesRequest; empty: the system's
+  int connectSeconds = 0;    ///< 0: as the library has it
   int totalSeconds = 0;
 };
 

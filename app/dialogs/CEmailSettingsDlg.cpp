@@ -34,12 +34,18 @@ QString offeredLogFile() {
 CEmailSettingsDlg::CEmailSettingsDlg(Dialogs& dialogs, QWidget* parent)
     : SetupDialog("emailSettings", QStringLiteral("E-mail settings"),
                   QStringLiteral("email-settings"), dialogs, parent) {
+  QWidget* sending = buildSending();
+  QWidget* server = buildServer();
+  alignLabels({sending, server});
   auto* left = new QVBoxLayout;
-  left->addWidget(buildSending());
-  left->addWidget(buildServer(), 1);
+  left->addWidget(sending);
+  left->addWidget(server, 1);
+  QWidget* message = buildMessage();
+  QWidget* search = buildSearch();
+  alignLabels({message, search});
   auto* right = new QVBoxLayout;
-  right->addWidget(buildMessage(), 1);
-  right->addWidget(buildSearch());
+  right->addWidget(message, 1);
+  right->addWidget(search);
   auto* columns = new QHBoxLayout;
   columns->addLayout(left, 1);
   columns->addLayout(right, 1);

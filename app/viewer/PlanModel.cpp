@@ -18,9 +18,9 @@ bool isNumeric(PlanColumn column) {
 
 } // namespace
 
-void PlanModel::setPlan(SplitPlan plan, const QStringList& addresses) {
+void PlanModel::setPlan(SplitPlan plan) {
   beginResetModel();
-  m_rows.setPlan(std::move(plan), addresses);
+  m_rows.setPlan(std::move(plan));
   endResetModel();
 }
 

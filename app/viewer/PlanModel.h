@@ -13,7 +13,7 @@ public:
   explicit PlanModel(QObject* parent) : QAbstractTableModel(parent) {}
 
   const PlanRows& rows() const { return m_rows; }
-  void setPlan(SplitPlan plan, const QStringList& addresses);
+  void setPlan(SplitPlan plan);
   void choose(const QString& text, bool warningsOnly);
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -105,21 +105,20 @@ int compareNaturally(QStringView left, QStringView right) {
   return compareValues(left.size() - i, right.size() - j);
 }
 
-void PlanRows::setPlan(SplitPlan plan, const QStringList& addresses) {
+void PlanRows::setPlan(SplitPlan plan) {
   m_plan = std::move(plan);
   m_rows.clear();
   m_rows.reserve(m_plan.outputs.size());
   m_hasAddresses = false;
   for (const PlannedOutput& output : m_plan.outputs) {
     const qsizetype folder = folderLength(output.path);
-    const QString address = addresses.value(std::ssize(m_rows));
-    m_hasAddresses = m_hasAddresses || !address.isEmpty();
+    m_hasAddresses = m_hasAddresses || !output.address.isEmpty();
     m_rows.push_back({output.firstPage == output.lastPage
                           ? QString::number(output.firstPage)
                           : QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
                       output.path.sliced(folder),
                       output.path.first(std::max(folder - 1, qsizetype{0})), fateText(output.fate),
-                      address});
+                      output.address});
   }
   addNameClashes();
   m_warningCount = static_cast<int>(std::count_if(

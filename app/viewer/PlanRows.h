@@ -21,8 +21,7 @@ int compareNaturally(QStringView left, QStringView right);
 /// Rows count from 0 in the order shown. An output is a row's index in the plan.
 class PlanRows {
 public:
-  /// `addresses`, when there are any, has one for each output.
-  void setPlan(SplitPlan plan, const QStringList& addresses = {});
+  void setPlan(SplitPlan plan);
   const SplitPlan& plan() const { return m_plan; }
 
   int count() const { return static_cast<int>(m_shown.size()); }

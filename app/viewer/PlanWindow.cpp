@@ -161,13 +161,13 @@ void PlanWindow::connectControls() {
   connect(m_close, &QPushButton::clicked, this, &PlanWindow::reject);
 }
 
-void PlanWindow::setPlan(const QString& source, SplitPlan plan, const QStringList& addresses) {
+void PlanWindow::setPlan(const QString& source, SplitPlan plan) {
   m_source = source;
   setWindowTitle(QStringLiteral("%1 - Plan").arg(QFileInfo(source).fileName()));
   tellPlan(plan);
   const bool isPlanned = plan.problem.isEmpty() && !plan.outputs.empty();
   m_process->setEnabled(isPlanned);
-  m_model->setPlan(std::move(plan), addresses);
+  m_model->setPlan(std::move(plan));
   m_table->setColumnHidden(static_cast<int>(PlanColumn::Address), !m_model->rows().hasAddresses());
   const int warnings = m_model->rows().warningCount();
   m_warningsOnly->setText(QStringLiteral("Only rows with &warnings (%1)").arg(warnings));

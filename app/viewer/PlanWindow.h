@@ -23,9 +23,8 @@ public:
   /// `dialogs` must outlive the window.
   explicit PlanWindow(Dialogs& dialogs, QWidget* parent = nullptr);
 
-  /// `source` is the file that the plan is of. `addresses`, when there are any, has one for each
-  /// output.
-  void setPlan(const QString& source, SplitPlan plan, const QStringList& addresses = {});
+  /// `source` is the file that the plan is of.
+  void setPlan(const QString& source, SplitPlan plan);
 
   std::function<void(int page)> onPageRequested; ///< from 1: the first page of a row
   std::function<void()> onProcess;               ///< the window is closed by then

@@ -459,15 +459,21 @@ void JobDriver::ListPagePositions(int page) {
   m_person.openDocument(path);
 }
 
-BatchResult JobDriver::ProcessBatch(BatchRows& rows) {
+BatchResult
+JobDriver::ProcessBatch(BatchRows& rows,
+                        const std::function<void(const QString& source)>& onProcessed) {
   QStringList sources;
   for (int row = 0; row < rows.count(); ++row) {
     sources += rows.path(row);
   }
   beginBatch(sources);
-  const BatchResult result = runBatch(rows, m_state, m_person, [this](const QString& path) {
+  const BatchResult result = runBatch(rows, m_state, m_person, [&](const QString& path) {
     m_store.edited().fileName = path;
-    return wasProcessed(StartProcessing());
+    const bool processed = wasProcessed(StartProcessing());
+    if (processed && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
+      onProcessed(path);
+    }
+    return processed;
   });
   endBatch();
   return result;

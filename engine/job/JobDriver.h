@@ -57,8 +57,10 @@ public:
   /// and opens the listing.
   void ListPagePositions(int page);
 
-  /// Processes every row in use, in automation mode.
-  BatchResult ProcessBatch(BatchRows& rows);
+  /// Processes every row in use, in automation mode. `onProcessed`, which may be empty, is told of
+  /// each source that has outputs, while emails() are still its own.
+  BatchResult ProcessBatch(BatchRows& rows,
+                           const std::function<void(const QString& source)>& onProcessed = {});
 
   /// Several sources are processed as one piece of work, until endBatch():
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and

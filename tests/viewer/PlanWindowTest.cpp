@@ -139,7 +139,10 @@ TEST_F(PlanTable, ProcessesOnceAndOnlyWhenAsked) {
 
 TEST_F(PlanTable, ShowsAddressesWhenThereAreAny) {
   EXPECT_TRUE(table()->isColumnHidden(static_cast<int>(PlanColumn::Address)));
-  m_window.setPlan("/in/a.pdf", somePlan(), {"z@example.com", "", "", "a@example.com"});
+  SplitPlan plan = somePlan();
+  plan.outputs[0].address = "z@example.com";
+  plan.outputs[3].address = "a@example.com";
+  m_window.setPlan("/in/a.pdf", plan);
   EXPECT_FALSE(table()->isColumnHidden(static_cast<int>(PlanColumn::Address)));
   typeInto(&m_window, "planFilter", "@example");
   EXPECT_EQ(column(PlanColumn::Address), QStringList({"z@example.com", "a@example.com"}));

@@ -1,0 +1,193 @@
+#include "app/program/ProgramWindows.h"
+
+#include "app/help/HelpWindow.h"
+#include "app/viewer/MatchWalker.h"
+#include "app/viewer/PageViewer.h"
+#include "app/viewer/PlanWindow.h"
+#include "batch/CBatchList.h"
+#include "mail/windows/EmailSession.h"
+#include "mail/windows/RunSendTest.h"
+#include "platform/Paths.h"
+#include "updates/CUpdateIntervalDlg.h"
+#include "updates/UpdateCheck.h"
+#include "updates/WindowUpdateMemory.h"
+#include "widgets/Dialogs.h"
+#include "widgets/WindowMemory.h"
+
+namespace folivex {
+
+namespace {
+
+void bringUp(QWidget& window) {
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+PickedPlace placeOf(const PickedWord& word) {
+  return {word.text, word.h, word.v, word.lookupH, word.lookupV};
+}
+
+PickedArea areaOf(const PickedRange& range) {
+  return {range.hFrom, range.hTo, range.vFrom, range.vTo};
+}
+
+} // namespace
+
+ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
+    : m_dialogs(dialogs), m_memory(memory), m_main(dialogs, memory),
+      m_updateMemory(std::make_unique<WindowUpdateMemory>(memory)),
+      m_updates(std::make_unique<UpdateCheck>(
+          *m_updateMemory, UpdateSurroundings{QStringLiteral(FOLIVEX_VERSION)})) {
+  m_main.setParts(parts());
+}
+
+ProgramWindows::~ProgramWindows() {
+  for (QWidget* window :
+       std::initializer_list<QWidget*>{m_viewer.get(), m_plan.get(), m_list.get(), m_help.get()}) {
+    if (window != nullptr) {
+      m_memory.keep(window);
+      window->close();
+    }
+  }
+}
+
+void ProgramWindows::start(const CommandLine& line) {
+  m_main.start(line);
+  if (m_main.session().isReady() && line.argumentCount == 0) {
+    lookForUpdate();
+  }
+}
+
+WindowParts ProgramWindows::parts() {
+  WindowParts parts;
+  parts.prepareList = [this] { prepareList(); };
+  parts.batchRows = [this]() -> BatchRows* { return m_list ? &m_list->rows() : nullptr; };
+  parts.batchRunning = [this](bool running) {
+    if (m_list) {
+      m_list->setRunning(running);
+    }
+  };
+  parts.viewPage = [this](const SplitSetup& setup, int page) { viewPage(setup, page); };
+  parts.currentDocument = [this] {
+    return m_viewer && m_viewer->pageCount() > 0 ? m_viewer->file().path : QString();
+  };
+  parts.walkMatches = [this](JobDriver& driver, const SplitSetup& setup) {
+    walkMatches(driver, setup);
+  };
+  parts.stopWalk = [this] {
+    if (m_walker != nullptr) {
+      m_walker->stop();
+    }
+  };
+  parts.showPlan = [this](const QString& source, const SplitPlan& plan) { showPlan(source, plan); };
+  parts.loadEmailList = [this] { emails().loadEmailList(m_main.currentSetup()); };
+  parts.mailOutputs = [this](JobDriver& driver, const SplitSetup& setup) {
+    emails().afterRun(setup, finishedRun(setup.fileName, driver.emails()));
+  };
+  parts.mailBatchSource = [this](JobDriver& driver, const SplitSetup& setup) {
+    emails().afterSourceOfBatch(setup, finishedRun(setup.fileName, driver.emails()));
+  };
+  parts.mailBatchEnd = [this] { emails().afterBatch(); };
+  parts.sendTest = [this](const SplitSetup& setup) {
+    QWidget* over = QApplication::activeWindow();
+    runSendTest(setup, m_dialogs, over != nullptr ? over : &m_main);
+  };
+  parts.openHelp = [this](const QString& topic) { openHelp(topic); };
+  parts.updateCheck = [this] { editUpdateCheck(); };
+  return parts;
+}
+
+PageViewer& ProgramWindows::viewer() {
+  if (!m_viewer) {
+    m_viewer = std::make_unique<PageViewer>(m_main.session().textLibrary());
+    m_viewer->setTargets(pickTargetTexts());
+    m_viewer->onWordPicked = [this](const PickedWord& word, int target) {
+      m_viewer->tell(m_main.takePickedWord(target, placeOf(word)));
+    };
+    m_viewer->onRangePicked = [this](const PickedRange& range, int target) {
+      m_viewer->tell(m_main.takePickedRange(target, areaOf(range)));
+    };
+    m_memory.restore(m_viewer.get());
+  }
+  return *m_viewer;
+}
+
+void ProgramWindows::openInViewer(const SplitSetup& setup) {
+  viewer().open({platform::withoutTrailingBlanks(setup.fileName), setup.pdfPassword, setup.rotated,
+                 setup.horizWordSpacing});
+}
+
+void ProgramWindows::viewPage(const SplitSetup& setup, int page) {
+  openInViewer(setup);
+  viewer().goToPage(page);
+  bringUp(viewer());
+}
+
+void ProgramWindows::walkMatches(JobDriver& driver, const SplitSetup& setup) {
+  openInViewer(setup);
+  bringUp(viewer());
+  MatchWalker walker(viewer(), [&driver] { driver.Stop(); });
+  m_walker = &walker;
+  driver.ShowMatches(walker);
+  m_walker = nullptr;
+}
+
+void ProgramWindows::showPlan(const QString& source, const SplitPlan& plan) {
+  if (!m_plan) {
+    m_plan = std::make_unique<PlanWindow>(m_dialogs);
+    m_plan->onPageRequested = [this](int page) { viewPage(m_main.currentSetup(), page); };
+    m_plan->onProcess = [this] { m_main.process(); };
+    m_memory.restore(m_plan.get());
+  }
+  m_plan->setPlan(source, plan);
+  bringUp(*m_plan);
+}
+
+void ProgramWindows::prepareList() {
+  if (!m_list) {
+    m_list = std::make_unique<CBatchList>(m_dialogs);
+    m_list->onProcessList = [this] { m_main.processList(); };
+    m_memory.restore(m_list.get());
+  }
+  bringUp(*m_list);
+}
+
+EmailSession& ProgramWindows::emails() {
+  if (!m_emails) {
+    m_emails = std::make_unique<EmailSession>(
+        EmailSession::Parts{m_dialogs, &m_main, [this](const QString& text) { m_main.note(text); },
+                            [this] { return m_main.session().driver().state().userStop; }});
+    m_emails->setMeans({&m_main.session().splitLibrary(), {}});
+  }
+  return *m_emails;
+}
+
+void ProgramWindows::openHelp(const QString& topic) {
+  if (!m_help) {
+    m_help = std::make_unique<HelpWindow>(m_dialogs);
+    m_memory.restore(m_help.get());
+  }
+  m_help->openTopic(topic);
+}
+
+void ProgramWindows::editUpdateCheck() {
+  CUpdateIntervalDlg dialog(*m_updates, m_dialogs, &m_main);
+  dialog.exec();
+}
+
+void ProgramWindows::lookForUpdate() {
+  if (m_updates->isDue()) {
+    m_updates->start(m_updates->settings().address,
+                     [this](const UpdateResult& result) { tellUpdate(result); });
+  }
+}
+
+/// Only news is told unasked.
+void ProgramWindows::tellUpdate(const UpdateResult& result) {
+  if (result.outcome == UpdateOutcome::Newer) {
+    m_main.note(result.text);
+  }
+}
+
+} // namespace folivex

@@ -1,0 +1,65 @@
+// ProgramWindows: the main window with all the windows that belong to it.
+#pragma once
+
+#include "app/MainWindow.h"
+
+#include <memory>
+
+namespace folivex {
+
+class CBatchList;
+class EmailSession;
+class HelpWindow;
+class MatchWalker;
+class PageViewer;
+class PlanWindow;
+class UpdateCheck;
+class WindowUpdateMemory;
+struct UpdateResult;
+
+/// Makes each window when it is first asked for, and ties it to the main window. What a person
+/// picks in the page viewer goes into the main window's fields.
+class ProgramWindows {
+public:
+  /// Both must outlive this.
+  ProgramWindows(Dialogs& dialogs, WindowMemory& memory);
+  ~ProgramWindows();
+  ProgramWindows(const ProgramWindows&) = delete;
+  ProgramWindows& operator=(const ProgramWindows&) = delete;
+
+  MainWindow& main() { return m_main; }
+
+  /// Loads libraries and default setup, does what the arguments ask for, and looks for a newer
+  /// version where that is wanted and due.
+  void start(const CommandLine& line);
+
+private:
+  WindowParts parts();
+  PageViewer& viewer();
+  void viewPage(const SplitSetup& setup, int page);
+  void openInViewer(const SplitSetup& setup);
+  void walkMatches(JobDriver& driver, const SplitSetup& setup);
+  void showPlan(const QString& source, const SplitPlan& plan);
+  void prepareList();
+  EmailSession& emails();
+  void openHelp(const QString& topic);
+  void reportProblem();
+  void editUpdateCheck();
+  void lookForUpdate();
+  void tellUpdate(const UpdateResult& result);
+
+  Dialogs& m_dialogs;
+  WindowMemory& m_memory;
+  MainWindow m_main;
+  // What follows uses the libraries of the main window's session and goes first.
+  std::unique_ptr<WindowUpdateMemory> m_updateMemory;
+  std::unique_ptr<UpdateCheck> m_updates;
+  std::unique_ptr<PageViewer> m_viewer;
+  std::unique_ptr<PlanWindow> m_plan;
+  std::unique_ptr<CBatchList> m_list;
+  std::unique_ptr<EmailSession> m_emails;
+  std::unique_ptr<HelpWindow> m_help;
+  MatchWalker* m_walker = nullptr; ///< while matches are walked through
+};
+
+} // namespace folivex
