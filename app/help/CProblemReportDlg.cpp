@@ -158,8 +158,7 @@ void CProblemReportDlg::copy() {
 
 void CProblemReportDlg::save() {
   const QString path = m_dialogs.saveFile(
-      this, {QStringLiteral("Save the report"),
-             QStringLiteral("Text files (*.txt);;All files (*)"),
+      this, {QStringLiteral("Save the report"), QStringLiteral("Text files (*.txt);;All files (*)"),
              QStringLiteral("folivex_problem.txt"), QStringLiteral("txt")});
   if (path.isEmpty()) {
     return;

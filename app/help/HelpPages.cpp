@@ -95,9 +95,8 @@ QString helpHtml(const QString& page) {
 }
 
 std::vector<HelpSection> helpSections(const QString& page) {
-  static const QRegularExpression heading(
-      QStringLiteral("<h2 id=\"([^\"]+)\">(.*?)</h2>"),
-      QRegularExpression::DotMatchesEverythingOption);
+  static const QRegularExpression heading(QStringLiteral("<h2 id=\"([^\"]+)\">(.*?)</h2>"),
+                                          QRegularExpression::DotMatchesEverythingOption);
   std::vector<HelpSection> sections;
   for (auto found = heading.globalMatch(helpHtml(page)); found.hasNext();) {
     const QRegularExpressionMatch match = found.next();

@@ -27,8 +27,8 @@ std::span<const HelpPage> helpPages();
 /// What a window may ask for; each leads to a place that is there.
 QStringList helpTopics();
 
-/// The place of a topic: "page" or "page#anchor". A topic that nobody knows leads to the first page,
-/// since a person who asked for help must not be left without any.
+/// The place of a topic: "page" or "page#anchor". A topic that nobody knows leads to the first
+/// page, since a person who asked for help must not be left without any.
 QString helpPlace(const QString& topic);
 
 /// Where the resource of a page lies, for QTextBrowser: "qrc:/help/page.html".

@@ -16,9 +16,8 @@ constexpr qsizetype excerptBefore = 40;
 constexpr qsizetype excerptLength = 150;
 
 bool holdsAll(const QString& text, const QStringList& words) {
-  return std::all_of(words.begin(), words.end(), [&](const QString& word) {
-    return text.contains(word, Qt::CaseInsensitive);
-  });
+  return std::all_of(words.begin(), words.end(),
+                     [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
 }
 
 /// Cut at blanks where there are some near.

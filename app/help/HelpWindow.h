@@ -53,7 +53,8 @@ private:
   bool isSearching() const;
 
   Dialogs& m_dialogs;
-  std::unique_ptr<HelpSearch> m_search; ///< made with the first search: reading all pages takes time
+  std::unique_ptr<HelpSearch>
+      m_search; ///< made with the first search: reading all pages takes time
 
   QPushButton* m_back = nullptr;
   QPushButton* m_forward = nullptr;

@@ -195,8 +195,7 @@ QString ProblemReport::setupText(PrivateNames names) const {
   const QString text = QStringLiteral("Settings:\n");
   QStringList lines; // a key that the format holds twice is told once
   for (const SetupField& field : setupFields()) {
-    const QString line =
-        QStringLiteral("  %1: %2\n").arg(field.key, told(field, m_setup, names));
+    const QString line = QStringLiteral("  %1: %2\n").arg(field.key, told(field, m_setup, names));
     if (hasField(field) && !lines.contains(line)) {
       lines += line;
     }

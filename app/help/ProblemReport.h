@@ -32,10 +32,10 @@ SystemFacts systemFacts(const QString& programVersion, std::vector<LibraryVersio
 /// File names and words of the setup: what a person may want to tell, and may not.
 enum class PrivateNames { LeftOut, Included };
 
-/// Builds the text of a report. Passwords, the login, the mail server, e-mail addresses, subject and
-/// text of mails and the parameters of the split command are never in it, wherever they came from: a
-/// message that quotes them is told without them. A text setting that this class does not know
-/// counts as one of these.
+/// Builds the text of a report. Passwords, the login, the mail server, e-mail addresses, subject
+/// and text of mails and the parameters of the split command are never in it, wherever they came
+/// from: a message that quotes them is told without them. A text setting that this class does not
+/// know counts as one of these.
 class ProblemReport {
 public:
   /// `messages` are the last ones told, the newest at the end.

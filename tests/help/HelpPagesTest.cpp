@@ -1,7 +1,7 @@
 // The pages of the help against each other and against the program that they explain.
+#include "app/help/HelpPages.h"
 #include "app/Usage.h"
 #include "app/dialogs/NameTokens.h"
-#include "app/help/HelpPages.h"
 #include "engine/naming/FileNameMethod.h"
 #include "engine/plan/SplitMethod.h"
 #include "engine/setup/SetupFields.h"
@@ -104,10 +104,12 @@ TEST(HelpPages, EveryLinkPictureAndTopicLeadsSomewhere) {
 /// without one.
 TEST(HelpPages, HasWhatTheWindowsAskFor) {
   for (const char* topic :
-       {"first-split", "find-words", "positions", "ranges", "names", "tokens", "output", "reports",
-        "external-command", "ocr", "batch", "email", "email-settings", "email-list", "viewer",
-        "plan", "messages", "command-line", "recipes", "updates", "source", "search",
-        "report-options", "other-settings", "split-command", "main-window", "problem-report"}) {
+       {"first-split", "find-words",    "positions",      "ranges",           "names",
+        "tokens",      "output",        "reports",        "external-command", "ocr",
+        "batch",       "email",         "email-settings", "email-list",       "viewer",
+        "plan",        "messages",      "command-line",   "recipes",          "updates",
+        "source",      "search",        "report-options", "other-settings",   "split-command",
+        "main-window", "problem-report"}) {
     EXPECT_TRUE(helpTopics().contains(QLatin1String(topic))) << topic;
   }
   EXPECT_EQ(helpPlace(QStringLiteral("nobody knows this")), QStringLiteral("index"));
@@ -139,9 +141,8 @@ TEST(HelpPages, NamesEveryMethodTokenAndExitCode) {
   }
   for (const NameToken& token : nameTokens()) {
     const QString text = QString::fromLatin1(token.text).section(u',', 0, 0);
-    EXPECT_TRUE(page("tokens").contains(text.startsWith(QLatin1String("[POS"))
-                                            ? QStringLiteral("[POS")
-                                            : text))
+    EXPECT_TRUE(page("tokens").contains(
+        text.startsWith(QLatin1String("[POS")) ? QStringLiteral("[POS") : text))
         << token.text;
   }
   static const QRegularExpression code(QStringLiteral("(?<= )(-?\\d+)  [a-zA-Z]"));

@@ -51,8 +51,8 @@ public:
 
   void add(const QString& name, const QImage& picture) {
     const double scale = picture.devicePixelRatio();
-    const QString path =
-        m_folder.filePath(scale > 1 ? name + QStringLiteral("@2x.png") : name + QStringLiteral(".png"));
+    const QString path = m_folder.filePath(scale > 1 ? name + QStringLiteral("@2x.png")
+                                                     : name + QStringLiteral(".png"));
     // Windows have few colours: a palette makes the files a third as large.
     QImage small = picture.convertToFormat(QImage::Format_Indexed8, Qt::AvoidDither);
     if (!small.save(path, "PNG", 0)) {
@@ -97,8 +97,7 @@ SplitSetup statements(const QString& path) {
 }
 
 void takeMainWindow(Album& album, MainWindow& window) {
-  window.session().store().edited() =
-      statements(shownFolder() + QStringLiteral("statements.pdf"));
+  window.session().store().edited() = statements(shownFolder() + QStringLiteral("statements.pdf"));
   window.refresh();
   window.show();
   window.resize(window.size().expandedTo(QSize(1240, 700)));
@@ -129,8 +128,8 @@ void takeViewer(Album& album, const QString& file) {
     for (const ViewedWord& word : canvas->page().words) {
       if (word.text == QLatin1String("Account:")) {
         const QPointF at = canvas->onCanvas(word.box).center();
-        QMouseEvent move(QEvent::MouseMove, at, canvas->mapToGlobal(at), Qt::NoButton,
-                         Qt::NoButton, Qt::NoModifier);
+        QMouseEvent move(QEvent::MouseMove, at, canvas->mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
         QApplication::sendEvent(canvas, &move);
         break;
       }

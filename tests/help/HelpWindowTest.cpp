@@ -1,6 +1,6 @@
 // The window of the help, driven by its controls.
-#include "app/help/HelpPages.h"
 #include "app/help/HelpWindow.h"
+#include "app/help/HelpPages.h"
 #include "tests/support/Programs.h"
 #include "tests/support/WindowBench.h"
 #include "widgets/Theme.h"

@@ -35,11 +35,11 @@ SplitSetup filledSetup() {
 
 const QStringList& secretKeys() {
   static const QStringList keys = {
-      QStringLiteral("PDFPASSWORD"),   QStringLiteral("CONFIGEXTERNALPARAMS"),
-      QStringLiteral("EMAILSMTP"),     QStringLiteral("EMAILFROM"),
+      QStringLiteral("PDFPASSWORD"),    QStringLiteral("CONFIGEXTERNALPARAMS"),
+      QStringLiteral("EMAILSMTP"),      QStringLiteral("EMAILFROM"),
       QStringLiteral("EMAILINVOICECC"), QStringLiteral("EMAILFROMNAME"),
-      QStringLiteral("EMAILSUBJECT"),  QStringLiteral("EMAILLOGIN"),
-      QStringLiteral("EMAILPASSWORD"), QStringLiteral("EMAILMSG")};
+      QStringLiteral("EMAILSUBJECT"),   QStringLiteral("EMAILLOGIN"),
+      QStringLiteral("EMAILPASSWORD"),  QStringLiteral("EMAILMSG")};
   return keys;
 }
 
@@ -101,10 +101,12 @@ TEST(ProblemReport, MessagesLoseNamesAndAddressesAndKeepTheirSense) {
        "(file): cannot be opened for splitting: no trailer"},
       {"C:\\Users\\Anna\\x.pdf: the file cannot be read", "(file): the file cannot be read"},
       {"statement of anna.pdf: the file cannot be read", "(file): the file cannot be read"},
-      {"file error! can't read parameters file: /x/anna", "file error! can't read parameters file: (file)"},
+      {"file error! can't read parameters file: /x/anna",
+       "file error! can't read parameters file: (file)"},
       {"Page 1, h 3, v 4: \"Anna\" differs from the text in punctuation.",
        "Page 1, h 3, v 4: \"...\" differs from the text in punctuation."},
-      {"the server MAIL.example.net refused anna@example.org", "the server (hidden) refused (address)"},
+      {"the server MAIL.example.net refused anna@example.org",
+       "the server (hidden) refused (address)"},
   };
   for (const Row& row : rows) {
     const QString text = reportOf(setup, PrivateNames::LeftOut, {QString::fromUtf8(row.message)});
@@ -178,9 +180,9 @@ TEST_F(ReportDialog, HandsAShortReportToTheMailProgramWhole) {
   EXPECT_EQ(url.scheme(), QStringLiteral("mailto"));
   EXPECT_EQ(url.path(), QStringLiteral("helpdesk@example.com"));
   const QUrlQuery query(url);
-  EXPECT_EQ(query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded)
-                .remove(QLatin1Char('\r')),
-            body);
+  EXPECT_EQ(
+      query.queryItemValue(QStringLiteral("body"), QUrl::FullyDecoded).remove(QLatin1Char('\r')),
+      body);
   EXPECT_EQ(query.queryItems().size(), 2);
 }
 
@@ -189,8 +191,9 @@ TEST_F(ReportDialog, ALongReportGoesThroughTheClipboardAndTheMailSaysSo) {
   click(m_dialog.get(), "reportMail");
   ASSERT_EQ(m_dialogs.opened.size(), 1);
   EXPECT_LE(m_dialogs.opened.front().size(), longestMailAddress);
-  EXPECT_TRUE(QUrl(m_dialogs.opened.front()).query(QUrl::FullyDecoded).contains(
-      QStringLiteral("paste it here")));
+  EXPECT_TRUE(QUrl(m_dialogs.opened.front())
+                  .query(QUrl::FullyDecoded)
+                  .contains(QStringLiteral("paste it here")));
   EXPECT_EQ(clipboard(), all);
 }
 
