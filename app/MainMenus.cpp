@@ -50,7 +50,10 @@ constexpr std::array rows = {
 
 } // namespace
 
-MainMenus::MainMenus(QMenuBar* bar, Theme theme) {
+MainMenus::MainMenus(QMenuBar* bar, Theme theme)
+    : m_recent(new QMenu(QStringLiteral("&Recent Setups"), bar)),
+      m_themes(new QMenu(QStringLiteral("&Theme"), bar)) {
+  m_recent->setObjectName(QStringLiteral("recentSetups"));
   addCommands(bar);
   for (const CommandRow& row : rows) {
     m_available[row.command] = true;
@@ -69,11 +72,10 @@ void MainMenus::addCommands(QMenuBar* bar) {
   for (const CommandRow& row : rows) {
     QMenu* menu = menus.at(row.menu);
     if (row.command == Command::Close) {
-      m_recent = menu->addMenu(QStringLiteral("&Recent Setups"));
-      m_recent->setObjectName(QStringLiteral("recentSetups"));
+      menu->addMenu(m_recent);
     }
     if (row.command == Command::UpdateCheck) {
-      m_themes = menu->addMenu(QStringLiteral("&Theme"));
+      menu->addMenu(m_themes);
     }
     if (row.separatorBefore) {
       menu->addSeparator();

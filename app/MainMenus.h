@@ -60,8 +60,8 @@ private:
 
   std::map<Command, QAction*> m_actions;
   std::map<Command, bool> m_available;
-  QMenu* m_recent = nullptr;
-  QMenu* m_themes = nullptr;
+  QMenu* m_recent;
+  QMenu* m_themes;
   bool m_isRunning = false;
 };
 

@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -343,14 +344,14 @@ void MainWindow::saveSetup() {
 
 QString MainWindow::takePickedWord(int target, const PickedPlace& place) {
   takeSetup();
-  const QString told = takePick(m_session.store().edited(), target, place);
+  QString told = takePick(m_session.store().edited(), target, place);
   showSetup();
   return told;
 }
 
 QString MainWindow::takePickedRange(int target, const PickedArea& area) {
   takeSetup();
-  const QString told = takePick(m_session.store().edited(), target, area);
+  QString told = takePick(m_session.store().edited(), target, area);
   showSetup();
   return told;
 }

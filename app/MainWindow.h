@@ -36,6 +36,9 @@ public:
 
   Session& session() { return m_session; }
 
+  /// Findings and the status, the newest at the end.
+  QStringList lastTold() const;
+
   /// Shows the store's settings: another part has changed them.
   void refresh() { showSetup(); }
 

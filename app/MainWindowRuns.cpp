@@ -237,6 +237,10 @@ void MainWindow::note(const QString& text) {
   m_runLine->note(text);
 }
 
+QStringList MainWindow::lastTold() const {
+  return m_runLine->lastTold();
+}
+
 void MainWindow::print(const QString& text) {
   m_runLine->note(text);
 }

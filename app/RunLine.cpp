@@ -77,4 +77,11 @@ void RunLine::clearNotes() {
   m_notes->setVisible(false);
 }
 
+QStringList RunLine::lastTold() const {
+  constexpr int most = 50;
+  QStringList lines = m_notes->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+  lines = lines.mid(std::max<qsizetype>(lines.size() - most, 0));
+  return lines << m_status->text();
+}
+
 } // namespace folivex

@@ -24,6 +24,8 @@ public:
   /// Findings collect above the status line.
   void note(const QString& text);
   void clearNotes();
+  /// What was told last, the newest at the end.
+  QStringList lastTold() const;
 
 private:
   QLabel* m_status;

@@ -61,6 +61,7 @@ CProblemReportDlg::CProblemReportDlg(ProblemReport report, Dialogs& dialogs, Win
   buildControls();
   m_text->setPlainText(invitation());
   fill();
+  m_text->moveCursor(QTextCursor::Down); // below the question
   m_text->setFocus();
 }
 

@@ -136,6 +136,8 @@ QWidget* HelpWindow::buildSide() {
   m_hits->setWordWrap(true);
   m_hits->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_hits->setAlternatingRowColors(true);
+  constexpr int air = 3;
+  m_hits->setSpacing(air);
   auto* layout = new QVBoxLayout(found);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_hitCount);
@@ -164,7 +166,8 @@ void HelpWindow::connectControls() {
   connect(m_forward, &QPushButton::clicked, m_page, &QTextBrowser::forward);
   connect(m_home, &QPushButton::clicked, this, [this] { goTo(helpPlace(QString())); });
   connect(m_page, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { follow(link); });
-  connect(m_page, &QTextBrowser::sourceChanged, this, [this] { arrived(); });
+  connect(m_page, &QTextBrowser::sourceChanged, this,
+          [this](const QUrl& address) { arrived(address); });
   connect(m_page, &QTextBrowser::historyChanged, this, [this] {
     m_back->setEnabled(m_page->isBackwardAvailable());
     m_forward->setEnabled(m_page->isForwardAvailable());
@@ -253,8 +256,9 @@ void HelpWindow::follow(const QUrl& link) {
   }
 }
 
-void HelpWindow::arrived() {
-  const QString place = placeOf(m_page->source());
+void HelpWindow::arrived(const QUrl& address) {
+  // The browser itself still names the page before.
+  const QString place = placeOf(address);
   const QSignalBlocker quiet(m_contents);
   QTreeWidgetItem* pageEntry = nullptr;
   for (QTreeWidgetItemIterator at(m_contents); *at != nullptr; ++at) {

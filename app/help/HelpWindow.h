@@ -46,7 +46,7 @@ private:
   void applyLook();
   void goTo(const QString& place);
   void follow(const QUrl& link);
-  void arrived();
+  void arrived(const QUrl& address);
   void find();
   void highlight();
   void tellHits(qsizetype count);

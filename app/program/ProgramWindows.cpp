@@ -1,6 +1,8 @@
 #include "app/program/ProgramWindows.h"
 
+#include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
+#include "app/help/ProblemReport.h"
 #include "app/viewer/MatchWalker.h"
 #include "app/viewer/PageViewer.h"
 #include "app/viewer/PlanWindow.h"
@@ -94,6 +96,7 @@ WindowParts ProgramWindows::parts() {
     runSendTest(setup, m_dialogs, over != nullptr ? over : &m_main);
   };
   parts.openHelp = [this](const QString& topic) { openHelp(topic); };
+  parts.problemReport = [this] { reportProblem(); };
   parts.updateCheck = [this] { editUpdateCheck(); };
   return parts;
 }
@@ -169,6 +172,14 @@ void ProgramWindows::openHelp(const QString& topic) {
     m_memory.restore(m_help.get());
   }
   m_help->openTopic(topic);
+}
+
+void ProgramWindows::reportProblem() {
+  CProblemReportDlg dialog(ProblemReport(systemFacts(QStringLiteral(FOLIVEX_VERSION)),
+                                         m_main.currentSetup(), m_main.lastTold()),
+                           m_dialogs, m_memory, &m_main);
+  dialog.onHelp = [this](const QString& topic) { openHelp(topic); };
+  dialog.exec();
 }
 
 void ProgramWindows::editUpdateCheck() {
