@@ -40,7 +40,21 @@ public:
 
 /// A folder that tells nothing of the computer that the pictures were taken on.
 QString shownFolder() {
-  return QStringLiteral("/home/anna/statements/");
+  return QStringLiteral("/home/anna/");
+}
+
+/// With a rim of the window's own colour, so that nothing stands at the edge.
+QImage framed(const QImage& picture) {
+  const double scale = picture.devicePixelRatio();
+  const int rim = qRound(8 * scale);
+  QImage all(picture.width() + 2 * rim, picture.height() + 2 * rim, QImage::Format_RGB888);
+  all.fill(QApplication::palette().color(QPalette::Window));
+  QPainter painter(&all);
+  QImage flat = picture;
+  flat.setDevicePixelRatio(1);
+  painter.drawImage(rim, rim, flat);
+  painter.end();
+  return all;
 }
 
 class Album {
@@ -50,14 +64,16 @@ public:
   bool isComplete() const { return m_isComplete; }
 
   void add(const QString& name, const QImage& picture) {
+    constexpr int strongest = 0; // compression; nothing is lost by it
     const double scale = picture.devicePixelRatio();
     const QString path = m_folder.filePath(scale > 1 ? name + QStringLiteral("@2x.png")
                                                      : name + QStringLiteral(".png"));
-    // Windows have few colours: a palette makes the files a third as large.
-    QImage small = picture.convertToFormat(QImage::Format_Indexed8, Qt::AvoidDither);
-    if (!small.save(path, "PNG", 0)) {
+    constexpr qint64 largest = 120 * 1024;
+    if (!framed(picture).save(path, "PNG", strongest)) {
       std::fprintf(stderr, "cannot write %s\n", path.toLocal8Bit().constData());
       m_isComplete = false;
+    } else if (QFileInfo(path).size() > largest && scale > 1) {
+      QFile::remove(path); // the picture for 100 % is shown larger instead
     }
   }
 
@@ -71,8 +87,10 @@ QImage picture(QWidget* widget) {
 }
 
 /// One below the other.
-QImage stacked(const QImage& above, const QImage& below) {
+QImage stacked(QImage above, QImage below) {
   const double scale = above.devicePixelRatio();
+  above.setDevicePixelRatio(1);
+  below.setDevicePixelRatio(1);
   const int gap = qRound(6 * scale);
   QImage all(qMax(above.width(), below.width()), above.height() + gap + below.height(),
              QImage::Format_RGB32);
@@ -117,7 +135,7 @@ void takeViewer(Album& album, const QString& file) {
   viewer.setTargets(pickTargetTexts());
   viewer.setTarget(1);
   viewer.show();
-  constexpr QSize size(660, 460);
+  constexpr QSize size(640, 390);
   viewer.resize(size);
   viewer.open({file, {}});
   auto* canvas = viewer.findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
@@ -147,7 +165,7 @@ void takePlan(Album& album, Dialogs& dialogs, MainWindow& window, const QString&
   PlanWindow table(dialogs);
   table.setPlan(shownFolder() + QStringLiteral("statements.pdf"), plan);
   table.show();
-  constexpr QSize size(660, 440);
+  constexpr QSize size(660, 300);
   table.resize(size);
   QApplication::processEvents();
   album.add(QStringLiteral("first-split-5"), picture(&table));
