@@ -45,7 +45,7 @@ QStringList outcomeLines(const EmailList& list, const SendSummary& summary) {
   addRows(lines, list, summary, summary.rowsIn(EntryState::Temporary),
           QStringLiteral("%1 failed for a reason that may pass:"));
   addRows(lines, list, summary, summary.rowsIn(EntryState::Unknown),
-          QStringLiteral("%1 may have arrived, and will not be sent again by \"Send again\":"));
+          QStringLiteral("%1 may have arrived; they are not sent again:"));
   const std::size_t notReached = summary.rowsIn(EntryState::NotReached).size();
   if (notReached > 0) {
     if (!lines.isEmpty()) {

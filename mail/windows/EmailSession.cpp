@@ -265,13 +265,15 @@ bool EmailSession::wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& su
     return false;
   }
   const std::size_t again = summary.rowsToSendAgain().size();
+  const QString heading =
+      again > 0 ? QStringLiteral("\"Send again\" keeps the %1 that were not sent in the list, and "
+                                 "nothing else.")
+                      .arg(mailCount(again))
+                : QStringLiteral("Nobody knows whether these have arrived; ask those who should "
+                                 "have them.");
   CFindingsDlg reading(
-      {QStringLiteral("E-mails not sent"),
-       QStringLiteral("\"Send again\" keeps the %1 that were not sent in the list, "
-                      "and nothing else.")
-           .arg(mailCount(again)),
-       QStringLiteral("&Send again..."), QStringLiteral("Show the list with what was not sent"),
-       QStringLiteral("&Close"), again > 0},
+      {QStringLiteral("E-mails not sent"), heading, QStringLiteral("&Send again..."),
+       QStringLiteral("Show the list with what was not sent"), QStringLiteral("&Close"), again > 0},
       lines, m_parts.over);
   return reading.exec() == QDialog::Accepted;
 }
