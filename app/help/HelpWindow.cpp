@@ -3,6 +3,7 @@
 #include "app/help/HelpPages.h"
 #include "widgets/Dialogs.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -15,6 +16,7 @@
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace folivex {
 
@@ -157,6 +159,7 @@ void HelpWindow::fillContents() {
     for (const HelpSection& section : helpSections(name)) {
       auto* part = new QTreeWidgetItem(entry, {section.title});
       part->setData(0, placeRole, QString(name + u'#' + section.anchor));
+      part->setToolTip(0, section.title); // there may be no room for all of it
     }
   }
 }
@@ -205,9 +208,22 @@ void HelpWindow::connectControls() {
 void HelpWindow::openTopic(const QString& topic) {
   m_sought->clear();
   goTo(helpPlace(topic));
+  standOverModalWindow();
   show();
   raise();
   activateWindow();
+}
+
+void HelpWindow::standOverModalWindow() {
+  // A dialog that is asked for help is mostly modal, and would let nobody turn the page: only what
+  // belongs to it stays alive.
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal == nullptr || modal == this) {
+    return;
+  }
+  hide();
+  winId(); // makes the window of the system, which is not there before it was shown
+  windowHandle()->setTransientParent(modal->windowHandle());
 }
 
 void HelpWindow::reject() {

@@ -44,6 +44,7 @@ private:
   void fillContents();
   void connectControls();
   void applyLook();
+  void standOverModalWindow();
   void goTo(const QString& place);
   void follow(const QUrl& link);
   void arrived(const QUrl& address);

@@ -179,16 +179,18 @@ QString ProblemReport::systemText() const {
 }
 
 QString ProblemReport::messagesText(PrivateNames names) const {
-  QString text = QStringLiteral("Last messages:\n");
   const QStringList hidden = hiddenValues(m_setup, names);
+  QString lines;
   for (const QString& message : m_messages) {
     QString line = withoutAddresses(message);
     if (names == PrivateNames::LeftOut) {
       line = withoutNames(line);
     }
-    text += QStringLiteral("  ") + withoutValues(line, hidden).simplified() + u'\n';
+    line = withoutValues(line, hidden).simplified();
+    lines += line.isEmpty() ? QString() : QStringLiteral("  ") + line + u'\n';
   }
-  return m_messages.isEmpty() ? text + QStringLiteral("  (none)\n") : text;
+  return QStringLiteral("Last messages:\n") +
+         (lines.isEmpty() ? QStringLiteral("  (none)\n") : lines);
 }
 
 QString ProblemReport::setupText(PrivateNames names) const {

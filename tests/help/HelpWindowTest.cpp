@@ -12,6 +12,7 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTreeWidget>
+#include <QWindow>
 
 namespace folivex::test {
 namespace {
@@ -98,6 +99,22 @@ TEST_F(Help, AWordInAHeadingComesFirst) {
   typeInto(&m_window, "helpSought", QStringLiteral("exit codes"));
   ASSERT_GE(hits()->count(), 1);
   EXPECT_TRUE(hits()->item(0)->text().startsWith(u"The command line: Exit codes"));
+}
+
+TEST_F(Help, CanBeUsedBesideTheModalDialogThatAskedForIt) {
+  QDialog settings;
+  const NextDialog next([this](QDialog* dialog) {
+    m_window.openTopic(QStringLiteral("email-settings"));
+    const auto* home = control<QWidget>(&m_window, "helpHome");
+    // Through the window of the system, where a modal dialog stops events.
+    QTest::mouseClick(m_window.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      home->mapTo(&m_window, home->rect().center()));
+    QApplication::processEvents();
+    EXPECT_EQ(place(), QStringLiteral("index.html"));
+    dialog->accept();
+  });
+  settings.exec();
+  EXPECT_TRUE(m_window.isVisible());
 }
 
 TEST_F(Help, PagesFollowTheTheme) {
