@@ -46,10 +46,10 @@ private:
   void putInOrder(std::vector<std::size_t>& rows) const;
 
   EmailList& m_list;
-  std::vector<std::size_t> m_shown; ///< rows of the list, as they are seen
   QString m_filter;
   int m_sortColumn = -1;
   Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+  std::vector<std::size_t> m_shown; ///< rows of the list, as they are seen
 };
 
 } // namespace folivex
