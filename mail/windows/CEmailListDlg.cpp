@@ -18,6 +18,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
