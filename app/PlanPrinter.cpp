@@ -1,12 +1,11 @@
 #include "app/PlanPrinter.h"
 
-#include <array>
+#include <algorithm>
+#include <vector>
 
 namespace folivex {
 
 namespace {
-
-using Row = std::array<QString, 4>;
 
 QString csvField(QString text) {
   constexpr QStringView needQuotes = u"\",\r\n";
@@ -19,42 +18,66 @@ QString csvField(QString text) {
   return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
+/// The column of addresses is there when there is an address.
+bool hasAddresses(const SplitPlan& plan) {
+  return std::any_of(plan.outputs.begin(), plan.outputs.end(),
+                     [](const PlannedOutput& output) { return !output.address.isEmpty(); });
+}
+
 QString planAsCsv(const SplitPlan& plan) {
-  QString text = QStringLiteral("Start Page,End Page,Matched,Output File,Note\n");
+  const bool addresses = hasAddresses(plan);
+  QString text = QStringLiteral("Start Page,End Page,Matched,Output File,Note%1\n")
+                     .arg(addresses ? QStringLiteral(",Email") : QString());
   for (const PlannedOutput& output : plan.outputs) {
-    text += QStringLiteral("%1,%2,").arg(output.firstPage).arg(output.lastPage);
-    text += csvField(output.matchedText) + QLatin1Char(',') + csvField(output.path) +
-            QLatin1Char(',') + csvField(fateText(output.fate)) + QLatin1Char('\n');
+    QStringList row = {QString::number(output.firstPage), QString::number(output.lastPage),
+                       csvField(output.matchedText), csvField(output.path),
+                       csvField(fateText(output.fate))};
+    if (addresses) {
+      row += csvField(output.address);
+    }
+    text += row.join(QLatin1Char(',')) + QLatin1Char('\n');
   }
   return text;
 }
 
-QString planAsTable(const SplitPlan& plan) {
-  std::vector<Row> rows = {{QStringLiteral("Pages"), QStringLiteral("Matched"),
-                            QStringLiteral("Output File"), QStringLiteral("Note")}};
-  for (const PlannedOutput& output : plan.outputs) {
-    rows.push_back({QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
-                    output.matchedText, output.path, fateText(output.fate)});
-  }
-  std::array<qsizetype, 3> widths = {};
-  for (const Row& row : rows) {
+/// Columns as wide as their longest text, no blanks at the end of a line.
+QString aligned(const std::vector<QStringList>& rows) {
+  std::vector<qsizetype> widths(static_cast<std::size_t>(rows.front().size()), 0);
+  for (const QStringList& row : rows) {
     for (std::size_t column = 0; column < widths.size(); ++column) {
-      widths[column] = std::max(widths[column], row[column].size());
+      widths[column] = std::max(widths[column], row[static_cast<qsizetype>(column)].size());
     }
   }
   QString text;
-  for (const Row& row : rows) {
+  for (const QStringList& row : rows) {
     QString line;
     for (std::size_t column = 0; column < widths.size(); ++column) {
-      line += row[column].leftJustified(widths[column]) + QStringLiteral("  ");
+      line += row[static_cast<qsizetype>(column)].leftJustified(widths[column] + 2);
     }
-    line += row.back();
     while (line.endsWith(QLatin1Char(' '))) {
       line.chop(1);
     }
     text += line + QLatin1Char('\n');
   }
-  return text + QLatin1Char('\n') + plan.account.summary(plan.fileCount) + QLatin1Char('\n');
+  return text;
+}
+
+QString planAsTable(const SplitPlan& plan) {
+  std::vector<QStringList> rows = {{QStringLiteral("Pages"), QStringLiteral("Matched"),
+                                    QStringLiteral("Output File"), QStringLiteral("Note")}};
+  rows.reserve(plan.outputs.size() + 1);
+  for (const PlannedOutput& output : plan.outputs) {
+    rows.push_back({QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
+                    output.matchedText, output.path, fateText(output.fate)});
+  }
+  if (hasAddresses(plan)) {
+    rows.front() += QStringLiteral("Email");
+    for (std::size_t i = 0; i < plan.outputs.size(); ++i) {
+      rows[i + 1] += plan.outputs[i].address;
+    }
+  }
+  return aligned(rows) + QLatin1Char('\n') + plan.account.summary(plan.fileCount) +
+         QLatin1Char('\n');
 }
 
 } // namespace
