@@ -459,9 +459,8 @@ void JobDriver::ListPagePositions(int page) {
   m_person.openDocument(path);
 }
 
-BatchResult
-JobDriver::ProcessBatch(BatchRows& rows,
-                        const std::function<void(const QString& source)>& onProcessed) {
+BatchResult JobDriver::ProcessBatch(BatchRows& rows,
+                                    const std::function<void(const QString& source)>& onProcessed) {
   QStringList sources;
   for (int row = 0; row < rows.count(); ++row) {
     sources += rows.path(row);

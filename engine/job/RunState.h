@@ -17,7 +17,7 @@ enum class RunError {
   SetupFile = -5,
   Contradiction = -6, ///< settings that exclude each other
   Append = -11,
-  Unreadable = -12,  ///< the source is no readable PDF, or is protected
+  Unreadable = -12,   ///< the source is no readable PDF, or is protected
   OutputFailed = -13, ///< at least one output could not be written
   MailFailed = -14    ///< at least one mail could not be sent, or may not have arrived
 };

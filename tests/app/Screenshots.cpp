@@ -39,7 +39,7 @@ public:
 
 class Camera {
 public:
-  explicit Camera(QDir folder) : m_folder(std::move(folder)) {}
+  explicit Camera(const QDir& folder) : m_folder(folder) {}
 
   void setLook(Theme theme) {
     applyTheme(theme);
