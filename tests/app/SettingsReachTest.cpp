@@ -200,7 +200,7 @@ TEST_F(SettingsReach, CancelledDialogsChangeNothing) {
       for (auto* box : dialog->findChildren<QCheckBox*>()) {
         box->toggle();
       }
-      QTest::keyClick(dialog, Qt::Key_Escape);
+      click(dialog, "cancel");
     });
     trigger(action);
   }
