@@ -46,11 +46,30 @@ function(folivex_static_library name)
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
 endfunction()
 
-# folivex_qt_core_pch(TARGET) precompiles the Qt Core headers that nearly every file includes.
-function(folivex_qt_core_pch target)
-  target_precompile_headers(${target} PRIVATE
-    <QtCore/QString> <QtCore/QStringList> <QtCore/QFile> <QtCore/QDir> <QtCore/QDateTime>
+# The Qt headers that nearly every file includes, precompiled once for all targets: each copy would
+# take hundreds of megabytes. (Linking Qt gives every target -fPIC, so that one copy fits libraries and
+# programs alike.)
+function(folivex_precompiled name)
+  cmake_parse_arguments(arg "" "" "LIBS;HEADERS" ${ARGN})
+  add_library(${name} OBJECT ${CMAKE_SOURCE_DIR}/cmake/precompiled.cpp)
+  target_link_libraries(${name} PRIVATE folivex_warnings ${arg_LIBS})
+  target_precompile_headers(${name} PRIVATE ${arg_HEADERS}
     <functional> <memory> <optional> <string> <vector>)
+endfunction()
+
+# folivex_qt_core_pch(TARGET) is for code on Qt Core alone, folivex_qt_widgets_pch(TARGET) for windows.
+function(folivex_qt_core_pch target)
+  if(NOT TARGET folivex_qt_core_headers)
+    folivex_precompiled(folivex_qt_core_headers LIBS Qt6::Core
+      HEADERS <QtCore/QString> <QtCore/QStringList> <QtCore/QFile> <QtCore/QDir> <QtCore/QDateTime>)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM folivex_qt_core_headers)
+endfunction()
+function(folivex_qt_widgets_pch target)
+  if(NOT TARGET folivex_qt_widgets_headers)
+    folivex_precompiled(folivex_qt_widgets_headers LIBS Qt6::Widgets HEADERS <QtWidgets/QtWidgets>)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM folivex_qt_widgets_headers)
 endfunction()
 
 # folivex_test(NAME SOURCES... [LIBS ...] [WINDOWS]) adds one GoogleTest program and registers each of
@@ -61,8 +80,12 @@ function(folivex_test name)
   if(arg_WINDOWS)
     target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/window_main.cpp)
     target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest folivex_widgets Qt6::Test ${arg_LIBS})
+    folivex_qt_widgets_pch(${name})
   else()
     target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest_main ${arg_LIBS})
+    if("${arg_LIBS}" MATCHES "folivex_|Qt6::")
+      folivex_qt_core_pch(${name})
+    endif()
   endif()
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE

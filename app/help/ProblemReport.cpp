@@ -84,7 +84,7 @@ bool isHarmless(const QString& value) {
 }
 
 QString told(const SetupField& field, const SplitSetup& setup, PrivateNames names) {
-  const QString value = valueOf(field, setup);
+  QString value = valueOf(field, setup);
   if (value.isEmpty()) {
     return QStringLiteral("(empty)");
   }

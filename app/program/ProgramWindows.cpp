@@ -16,6 +16,8 @@
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
+#include <QtWidgets/QApplication>
+
 namespace folivex {
 
 namespace {
@@ -117,8 +119,8 @@ PageViewer& ProgramWindows::viewer() {
 }
 
 void ProgramWindows::openInViewer(const SplitSetup& setup) {
-  viewer().open({platform::withoutTrailingBlanks(setup.fileName), setup.pdfPassword, setup.rotated,
-                 setup.horizWordSpacing});
+  viewer().openFile({platform::withoutTrailingBlanks(setup.fileName), setup.pdfPassword,
+                     setup.rotated, setup.horizWordSpacing});
 }
 
 void ProgramWindows::viewPage(const SplitSetup& setup, int page) {

@@ -36,7 +36,7 @@ PageViewer::PageViewer(CPDFTextDumpInit& library, QWidget* parent)
   connectControls();
   connectPage();
   m_loader.onOpened = [this](int count, const QString& problem) { opened(count, problem); };
-  m_loader.onPage = [this](std::shared_ptr<const ViewedPage> page) { arrived(std::move(page)); };
+  m_loader.onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
   showState(QStringLiteral("No file is open."));
 }
 
@@ -85,7 +85,7 @@ void PageViewer::connectPage() {
   m_canvas->onRangePicked = [this](const PositionRange& range) { pickRange(range); };
 }
 
-void PageViewer::open(const ViewedFile& file) {
+void PageViewer::openFile(const ViewedFile& file) {
   if (file == m_file && (m_isOpening || m_pageCount > 0)) {
     return;
   }
@@ -209,7 +209,7 @@ void PageViewer::request() {
   m_loader.want(missing, sizing());
 }
 
-void PageViewer::arrived(std::shared_ptr<const ViewedPage> page) {
+void PageViewer::arrived(const std::shared_ptr<const ViewedPage>& page) {
   m_cache.put(page);
   if (page->page != m_page) {
     return;

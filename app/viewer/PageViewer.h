@@ -49,7 +49,7 @@ public:
   ~PageViewer() override;
 
   /// Opens a file at its first page; the one that is open stays at its page.
-  void open(const ViewedFile& file);
+  void openFile(const ViewedFile& file);
   const ViewedFile& file() const { return m_file; }
 
   /// Turns to a page (from 1), or to the nearest that there is, as soon as the file is open.
@@ -92,7 +92,7 @@ private:
   void connectPage();
   void reload();
   void opened(int pageCount, const QString& problem);
-  void arrived(std::shared_ptr<const ViewedPage> page);
+  void arrived(const std::shared_ptr<const ViewedPage>& page);
   void turn(int pages);
   enum class From { Top, Bottom };
   void showPage(int page, From from);

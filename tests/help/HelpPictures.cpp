@@ -137,7 +137,7 @@ void takeViewer(Album& album, const QString& file) {
   viewer.show();
   constexpr QSize size(640, 390);
   viewer.resize(size);
-  viewer.open({file, {}});
+  viewer.openFile({file, {}});
   auto* canvas = viewer.findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
   constexpr int patienceMs = 60'000;
   const bool isThere = QTest::qWaitFor(

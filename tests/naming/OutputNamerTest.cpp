@@ -78,7 +78,8 @@ INSTANTIATE_TEST_SUITE_P(
             "textIsRemovedAfterCleaning",
             with([](SplitSetup& setup) { setup.otherSettingsRemoveText = u"12/"_s; }, u"12/1203"_s),
             "1203.pdf"},
-        NameRow{"capacityIsNot255", text(QString(300, u'a')), std::string(240, 'a') + ".pdf"},
+        NameRow{"capacityIsNot255", text(QString(300, u'a')),
+                (QString(240, u'a') + u".pdf"_s).toStdString()},
         NameRow{"endIsTrimmedBeforeTokens",
                 with(
                     [](SplitSetup& setup) {

@@ -101,7 +101,7 @@ TEST_F(MatchWalk, StopsBetweenMatchesToo) {
 
 TEST_F(MatchWalk, TheViewerMayGoWhileAMatchIsLookedAt) {
   auto viewer = std::make_unique<PageViewer>(*Libraries::get().text);
-  viewer->open({samplePath(), {}, false});
+  viewer->openFile({samplePath(), {}, false});
   viewer->show();
   QTimer person;
   person.callOnTimeout([&] {

@@ -9,7 +9,7 @@ namespace {
 class PageProblems : public ViewerBench {
 protected:
   QString stateOf(const QString& path, const QString& password = {}) {
-    m_viewer.open({path, password, false});
+    m_viewer.openFile({path, password, false});
     EXPECT_TRUE(waitUntil(
         [&] { return m_viewer.pageCount() > 0 || !told("viewerState").startsWith("Opening "); }));
     return m_viewer.pageCount() > 0 ? QString() : told("viewerState");
@@ -101,8 +101,8 @@ TEST_F(PageProblems, ADamagedPageStandsAmongSoundOnes) {
 TEST_F(PageProblems, FilesOpenedInARowLeaveTheLast) {
   ASSERT_TRUE(QFile::copy(samplePath(), at("copy.pdf")));
   for (int i = 0; i < 5; ++i) {
-    m_viewer.open({samplePath(), {}, false});
-    m_viewer.open({at("nothing.pdf"), {}, false});
+    m_viewer.openFile({samplePath(), {}, false});
+    m_viewer.openFile({at("nothing.pdf"), {}, false});
   }
   m_viewer.goToPage(3);
   open({at("copy.pdf"), {}, false});

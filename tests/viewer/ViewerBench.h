@@ -92,7 +92,7 @@ protected:
   }
   /// Opens a file and waits for its first page.
   void open(const ViewedFile& file) {
-    m_viewer.open(file);
+    m_viewer.openFile(file);
     ASSERT_TRUE(isDrawn()) << told("viewerState").toStdString();
   }
   void openSample() { open({samplePath(), {}, false}); }

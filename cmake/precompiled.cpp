@@ -1,0 +1,1 @@
+// A library of precompiled headers needs one file to compile with them.
