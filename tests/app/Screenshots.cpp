@@ -1,179 +1,67 @@
-// Pictures of every window, in both themes and at the scale that QT_SCALE_FACTOR asks for:
-//   screenshots FOLDER
-#include "app/MainWindow.h"
-#include "app/dialogs/CConfigureDlg.h"
-#include "app/dialogs/CEmailSettingsDlg.h"
-#include "app/dialogs/COtherSettingsDlg.h"
-#include "app/dialogs/CPageNumberDlg.h"
-#include "app/dialogs/CReportOptionsDlg.h"
-#include "app/dialogs/CStatusDlg.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
-#include "widgets/Dialogs.h"
-#include "widgets/Theme.h"
+// Pictures of every window, at the scale that QT_SCALE_FACTOR asks for:
+//   screenshots FOLDER            all windows in both themes, to look at
+//   screenshots --documents TREE  the pictures of the help and the documents, into a source tree
+#include "tests/app/ScreenshotsScenes.h"
 #include "widgets/WindowMemory.h"
 
-#include <QApplication>
-#include <QDir>
 #include <QLibrary>
-#include <QPixmap>
 #include <QTemporaryDir>
 
-#include <cstdio>
-
 using namespace folivex;
+using namespace folivex::screenshots;
 
 namespace {
 
-/// Nobody is asked anything.
-class NoDialogs : public Dialogs {
-public:
-  void message(QWidget*, const QString& text) override { std::puts(text.toLocal8Bit()); }
-  bool question(QWidget*, const QString&, const QString&) override { return false; }
-  QString openFile(QWidget*, const FileRequest&) override { return {}; }
-  QStringList openFiles(QWidget*, const FileRequest&) override { return {}; }
-  QString saveFile(QWidget*, const FileRequest&) override { return {}; }
-  QString chooseFolder(QWidget*, const QString&, const QString&) override { return {}; }
-  bool openOutside(const QString&) override { return true; }
-};
-
-class Camera {
-public:
-  explicit Camera(const QDir& folder) : m_folder(folder) {}
-
-  void setLook(Theme theme) {
-    applyTheme(theme);
-    m_look = themeName(theme);
+/// A screen of a common size in place of the small one that the platform without a display has.
+void choosePlatform(const QTemporaryDir& own) {
+  if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    return;
   }
-  void take(QWidget& window, const QString& name) {
-    window.show();
-    // The screen of the offscreen platform is smaller than a real one.
-    window.resize(window.size().expandedTo(window.sizeHint()));
-    QApplication::processEvents();
-    const int percent = qRound(window.devicePixelRatioF() * 100);
-    const QString path =
-        m_folder.filePath(QStringLiteral("%1-%2-%3.png").arg(name, m_look).arg(percent));
-    if (!window.grab().save(path)) {
-      std::fprintf(stderr, "cannot write %s\n", path.toLocal8Bit().constData());
-    }
-    window.hide();
+  QFile screens(own.filePath(QStringLiteral("screens.json")));
+  if (screens.open(QIODevice::WriteOnly)) {
+    screens.write(R"({"screens": [{"name": "one", "x": 0, "y": 0, "width": 1920, "height": 1080,
+                      "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
   }
-
-private:
-  QDir m_folder;
-  QString m_look;
-};
-
-SplitSetup byPosition() {
-  SplitSetup setup = defaultSetup();
-  setup.fileName = QStringLiteral("/srv/scans/2026/march/statements-of-the-month.pdf");
-  setup.outputDir = QStringLiteral("/srv/split/2026/march");
-  setup.findString = QStringLiteral("Account:");
-  setup.pageExtract = splitMethodTexts()[2];
-  setup.extract = fileNameMethodTexts()[7];
-  setup.extractFileName = QStringLiteral("Account:");
-  setup.matchPosH = QStringLiteral("397-399");
-  setup.matchPosV = QStringLiteral("117|120");
-  setup.addBWords = QStringLiteral("_");
-  setup.prefixFileName = QStringLiteral("[YYYY]-[MM]_");
-  setup.emailSmtp = QStringLiteral("tls:smtp.example.com:587");
-  setup.emailFrom = QStringLiteral("billing@example.com");
-  setup.emailLogin = QStringLiteral("billing");
-  setup.emailPassword = QStringLiteral("secret");
-  setup.emailSubject = QStringLiteral("Your statement");
-  setup.emailMsg = QStringLiteral("Dear customer,\r\n\r\nyour statement is attached.");
-  setup.emailEnable = true;
-  return setup;
+  qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
 }
 
-SplitSetup withFaults() {
-  SplitSetup setup = byPosition();
-  setup.matchPosH = QStringLiteral("left");
-  setup.findString = QStringLiteral("Account number");
-  setup.fileName = QStringLiteral("/no/such/file.pdf");
-  setup.prefixFileName = QStringLiteral("[DATE]_");
-  setup.otherSettingsRemoveFiles = true;
-  return setup;
-}
-
-template <typename Dialog>
-void takeDialog(Camera& camera, Dialogs& dialogs, const QString& name, const SplitSetup& setup) {
-  Dialog dialog(dialogs);
-  dialog.onHelp = [](const QString&) {};
-  dialog.setSetup(setup);
-  camera.take(dialog, name);
-}
-
-void takeMainWindow(Camera& camera, Dialogs& dialogs, WindowMemory& memory) {
-  MainWindow window(dialogs, memory);
-  WindowParts parts;
-  parts.walkMatches = [](JobDriver&, const SplitSetup&) {};
-  parts.showPlan = [](const QString&, const SplitPlan&) {};
-  parts.viewPage = [](const SplitSetup&, int) {};
-  window.setParts(parts);
-  window.start({});
-  SetupStore& store = window.session().store();
-  const auto take = [&](const SplitSetup& setup, const char* name) {
-    store.edited() = setup;
-    window.refresh();
-    camera.take(window, QString::fromLatin1(name));
-  };
-  take(byPosition(), "main");
-  SplitSetup bookmarks = byPosition();
-  bookmarks.pageExtract = bookmarkMethodTexts()[1];
-  bookmarks.splitToSource = true;
-  take(bookmarks, "main-bookmarks");
-  store.edited() = withFaults();
-  window.refresh();
-  window.process();
-  camera.take(window, QStringLiteral("main-faults"));
-}
-
-void takeAll(Camera& camera, Dialogs& dialogs, WindowMemory& memory) {
-  const SplitSetup setup = byPosition();
-  takeMainWindow(camera, dialogs, memory);
-  takeDialog<CReportOptionsDlg>(camera, dialogs, QStringLiteral("report-options"), setup);
-  takeDialog<COtherSettingsDlg>(camera, dialogs, QStringLiteral("other-settings"), withFaults());
-  SplitSetup external = setup;
-  external.configUseExternal = true;
-  external.configExternalCommand = QStringLiteral("/usr/local/bin/splitpdf");
-  external.configExternalParams = QStringLiteral("\"[IN]\" -o\"[OUT]\"");
-  takeDialog<CConfigureDlg>(camera, dialogs, QStringLiteral("split-command"), external);
-  takeDialog<CEmailSettingsDlg>(camera, dialogs, QStringLiteral("email-settings"), setup);
-  CPageNumberDlg page(1204, 17);
-  camera.take(page, QStringLiteral("page-number"));
-  CStatusDlg status;
-  status.begin(QStringLiteral("Processing"), setup.fileName);
-  // The first is shown at once; a later one could fall into the pause between two.
-  status.progress({QStringLiteral("Processing page: 411"), 412, 1204, 137});
-  camera.take(status, QStringLiteral("status"));
+bool takeAll(const QDir& folder, const Studio& studio) {
+  QDir().mkpath(folder.path());
+  Camera camera(folder);
+  for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    camera.setLook(theme);
+    takeMainWindow(camera, studio);
+    takeSettings(camera, studio);
+    takeMessages(camera);
+    takePages(camera, studio);
+    takeBatch(camera, studio);
+    takeMail(camera, studio);
+    takeHelp(camera, studio);
+  }
+  return camera.isComplete();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("screenshots FOLDER\n", stderr);
+  const bool forDocuments = argc == 3 && qstrcmp(argv[1], "--documents") == 0;
+  if (argc != 2 && !forDocuments) {
+    std::fputs("screenshots FOLDER, or screenshots --documents TREE\n", stderr);
     return 2;
-  }
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
   }
   const QTemporaryDir own;
   qputenv("TMPDIR", own.path().toLocal8Bit());
+  choosePlatform(own);
   const QApplication application(argc, argv);
-  const QDir folder(QString::fromLocal8Bit(argv[1]));
-  QDir().mkpath(folder.path());
   // The program looks for them beside itself, which this one is not; loaded ones are found by name.
   for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
     QLibrary(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library))).load();
   }
-  NoDialogs dialogs;
+  const QString sample = own.filePath(QStringLiteral("statements.pdf"));
+  QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), sample);
+  QuietDialogs dialogs;
   WindowMemory memory(own.filePath(QStringLiteral("window.ini")));
-  Camera camera(folder);
-  for (const Theme theme : {Theme::Light, Theme::Dark}) {
-    camera.setLook(theme);
-    takeAll(camera, dialogs, memory);
-  }
-  return 0;
+  const Studio studio{dialogs, memory, sample};
+  const QDir target(QString::fromLocal8Bit(argv[argc - 1]));
+  return (forDocuments ? takeDocuments(target, studio) : takeAll(target, studio)) ? 0 : 1;
 }

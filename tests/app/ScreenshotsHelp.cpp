@@ -1,0 +1,149 @@
+// The help, the problem report, the update check; and the pictures that the help itself shows.
+#include "app/MainWindow.h"
+#include "app/help/CProblemReportDlg.h"
+#include "app/help/HelpWindow.h"
+#include "tests/app/ScreenshotsScenes.h"
+#include "tests/updates/KeptInMemory.h"
+#include "updates/CUpdateIntervalDlg.h"
+#include "widgets/WindowMemory.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+
+namespace folivex::screenshots {
+
+void takeHelp(Camera& camera, const Studio& studio) {
+  HelpWindow help(studio.dialogs);
+  help.openTopic(QStringLiteral("main-window"));
+  camera.take(help, QStringLiteral("help"));
+  help.openTopic(QStringLiteral("names"));
+  help.findChild<QLineEdit*>(QStringLiteral("helpSought"))->setText(QStringLiteral("bookmark"));
+  camera.take(help, QStringLiteral("help-search"));
+  help.findChild<QLineEdit*>(QStringLiteral("helpSought"))->clear();
+  help.openTopic(QStringLiteral("first-split"));
+  camera.take(help, QStringLiteral("help-pictures"));
+  CProblemReportDlg report(
+      ProblemReport(systemFacts(QStringLiteral("1.0.0"),
+                                {{QStringLiteral("GlyphrunU"), QStringLiteral("interface 1")}}),
+                    byPosition(), {QStringLiteral("Ready.")}),
+      studio.dialogs, studio.memory);
+  camera.take(report, QStringLiteral("problem-report"));
+  test::KeptInMemory kept;
+  UpdateCheck check(kept, UpdateSurroundings{QStringLiteral("1.0.0")});
+  {
+    CUpdateIntervalDlg off(check, studio.dialogs);
+    camera.take(off, QStringLiteral("updates-off"));
+  }
+  UpdateSettings settings;
+  settings.isOn = true;
+  settings.address = QStringLiteral("https://updates.example.com/folivex.json");
+  check.keepSettings(settings);
+  CUpdateIntervalDlg updates(check, studio.dialogs);
+  camera.take(updates, QStringLiteral("updates"));
+}
+
+namespace {
+
+/// With a rim of the window's own colour, so that nothing stands at the edge.
+QImage framed(const QImage& picture) {
+  const double scale = picture.devicePixelRatio();
+  const int rim = qRound(8 * scale);
+  QImage all(picture.width() + 2 * rim, picture.height() + 2 * rim, QImage::Format_RGB888);
+  all.fill(QApplication::palette().color(QPalette::Window));
+  QPainter painter(&all);
+  QImage flat = picture;
+  flat.setDevicePixelRatio(1);
+  painter.drawImage(rim, rim, flat);
+  painter.end();
+  return all;
+}
+
+/// One below the other.
+QImage stacked(QImage above, QImage below) {
+  const double scale = above.devicePixelRatio();
+  above.setDevicePixelRatio(1);
+  below.setDevicePixelRatio(1);
+  const int gap = qRound(6 * scale);
+  QImage all(qMax(above.width(), below.width()), above.height() + gap + below.height(),
+             QImage::Format_RGB32);
+  all.fill(QApplication::palette().color(QPalette::Window));
+  QPainter painter(&all);
+  painter.drawImage(0, 0, above);
+  painter.drawImage(0, above.height() + gap, below);
+  painter.end();
+  all.setDevicePixelRatio(scale);
+  return all;
+}
+
+class Album {
+public:
+  explicit Album(QDir tree) : m_tree(std::move(tree)) {}
+
+  bool isComplete() const { return m_isComplete; }
+
+  /// For the help, at 100 % as NAME.png and at 200 % as NAME@2x.png.
+  void addToHelp(const QString& name, const QImage& picture) {
+    const bool isLarge = picture.devicePixelRatio() > 1;
+    const QString path =
+        m_tree.filePath(QStringLiteral("app/help/pictures/%1%2.png")
+                            .arg(name, isLarge ? QStringLiteral("@2x") : QString()));
+    constexpr qint64 largest = 120 * 1024;
+    save(framed(picture), path);
+    if (isLarge && QFileInfo(path).size() > largest) {
+      QFile::remove(path); // the picture for 100 % is shown larger instead
+    }
+  }
+  void addToDocuments(const QString& name, const QImage& picture) {
+    if (picture.devicePixelRatio() <= 1) {
+      save(picture.convertToFormat(QImage::Format_RGB888),
+           m_tree.filePath(QStringLiteral("docs/images/%1.png").arg(name)));
+    }
+  }
+
+private:
+  void save(const QImage& picture, const QString& path) {
+    constexpr int strongest = 0; // compression; nothing is lost by it
+    if (!picture.save(path, "PNG", strongest)) {
+      std::fprintf(stderr, "cannot write %s\n", path.toLocal8Bit().constData());
+      m_isComplete = false;
+    }
+  }
+
+  QDir m_tree;
+  bool m_isComplete = true;
+};
+
+} // namespace
+
+bool takeDocuments(const QDir& tree, const Studio& studio) {
+  Album album(tree);
+  applyTheme(Theme::Light);
+  {
+    ReadyMainWindow main(studio);
+    MainWindow& window = main.window();
+    main.show(firstSplit(shownFolder() + QStringLiteral("statements.pdf")));
+    window.show();
+    window.resize(window.sizeHint());
+    QApplication::processEvents();
+    album.addToDocuments(QStringLiteral("window"), window.grab().toImage());
+    window.resize(window.size().expandedTo(QSize(1240, 700)));
+    QApplication::processEvents();
+    const auto group = [&window](const char* name) {
+      return window.findChild<QWidget*>(QString::fromLatin1(name))->grab().toImage();
+    };
+    album.addToHelp(QStringLiteral("first-split-1"), group("sourceGroup"));
+    album.addToHelp(QStringLiteral("first-split-3"), group("searchGroup"));
+    album.addToHelp(QStringLiteral("first-split-4"),
+                    stacked(group("rangesGroup"), group("namesGroup")));
+  }
+  const QImage viewer = viewerPicture(studio);
+  album.addToHelp(QStringLiteral("first-split-2"), viewer);
+  album.addToDocuments(QStringLiteral("viewer"), viewer);
+  const QImage plan = planPicture(studio);
+  album.addToHelp(QStringLiteral("first-split-5"), plan);
+  album.addToDocuments(QStringLiteral("plan"), plan);
+  return album.isComplete();
+}
+
+} // namespace folivex::screenshots

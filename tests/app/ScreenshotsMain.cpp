@@ -1,0 +1,119 @@
+// The main window, its dialogs and its messages.
+#include "app/MainWindow.h"
+#include "app/dialogs/CConfigureDlg.h"
+#include "app/dialogs/CEmailSettingsDlg.h"
+#include "app/dialogs/COtherSettingsDlg.h"
+#include "app/dialogs/CPageNumberDlg.h"
+#include "app/dialogs/CReportOptionsDlg.h"
+#include "app/dialogs/CStatusDlg.h"
+#include "engine/plan/SplitMethod.h"
+#include "tests/app/ScreenshotsScenes.h"
+#include "widgets/DesktopDialogs.h"
+
+#include <QTimer>
+
+namespace folivex::screenshots {
+
+ReadyMainWindow::ReadyMainWindow(const Studio& studio)
+    : m_window(std::make_unique<MainWindow>(studio.dialogs, studio.memory)) {
+  WindowParts parts;
+  parts.batchRows = []() -> BatchRows* { return nullptr; };
+  parts.prepareList = [] {};
+  parts.walkMatches = [](JobDriver&, const SplitSetup&) {};
+  parts.showPlan = [](const QString&, const SplitPlan&) {};
+  parts.viewPage = [](const SplitSetup&, int) {};
+  parts.openHelp = [](const QString&) {};
+  m_window->setParts(parts);
+  m_window->start({});
+}
+
+ReadyMainWindow::~ReadyMainWindow() = default;
+
+void ReadyMainWindow::show(const SplitSetup& setup) {
+  m_window->session().store().edited() = setup;
+  m_window->refresh();
+}
+
+void takeMainWindow(Camera& camera, const Studio& studio) {
+  ReadyMainWindow main(studio);
+  MainWindow& window = main.window();
+  main.show(byPosition());
+  camera.take(window, QStringLiteral("main"));
+  SplitSetup bookmarks = byPosition();
+  bookmarks.pageExtract = bookmarkMethodTexts()[1];
+  bookmarks.splitToSource = true;
+  main.show(bookmarks);
+  camera.take(window, QStringLiteral("main-bookmarks"));
+  main.show(withFaults());
+  window.process();
+  camera.take(window, QStringLiteral("main-faults"));
+  main.show(byPosition());
+  window.note(QStringLiteral("page 17: the page is damaged; its words were not read"));
+  window.note(QStringLiteral("page 203: its text cannot be read as letters; run text recognition"));
+  // As much of it as a screen of 1366 x 768 has beside its own bars.
+  const QSize screen(1366, 700);
+  camera.take(window, QStringLiteral("main-small-screen"), screen / window.devicePixelRatioF());
+}
+
+namespace {
+
+template <typename Dialog>
+void takeDialog(Camera& camera, Dialogs& dialogs, const QString& name, const SplitSetup& setup) {
+  Dialog dialog(dialogs);
+  dialog.onHelp = [](const QString&) {};
+  dialog.setSetup(setup);
+  camera.take(dialog, name);
+}
+
+} // namespace
+
+void takeSettings(Camera& camera, const Studio& studio) {
+  Dialogs& dialogs = studio.dialogs;
+  takeDialog<CReportOptionsDlg>(camera, dialogs, QStringLiteral("report-options"), byPosition());
+  takeDialog<COtherSettingsDlg>(camera, dialogs, QStringLiteral("other-settings"), withFaults());
+  SplitSetup external = byPosition();
+  takeDialog<CConfigureDlg>(camera, dialogs, QStringLiteral("split-command-unused"), external);
+  external.configUseExternal = true;
+  external.configExternalCommand = QStringLiteral("/usr/local/bin/splitpdf");
+  external.configExternalParams = QStringLiteral("\"[IN]\" -o\"[OUT]\"");
+  takeDialog<CConfigureDlg>(camera, dialogs, QStringLiteral("split-command"), external);
+  takeDialog<CEmailSettingsDlg>(camera, dialogs, QStringLiteral("email-settings"), byPosition());
+  takeDialog<CEmailSettingsDlg>(camera, dialogs, QStringLiteral("email-settings-faults"),
+                                withFaults());
+  CPageNumberDlg page(1204, 17);
+  camera.take(page, QStringLiteral("page-number"));
+  CStatusDlg status;
+  status.begin(QStringLiteral("Processing"), byPosition().fileName);
+  // The first is shown at once; a later one could fall into the pause between two.
+  status.progress({QStringLiteral("Processing page: 411"), 412, 1204, 137});
+  camera.take(status, QStringLiteral("status"));
+}
+
+namespace {
+
+/// The box that `open` shows and waits for.
+template <typename Open> void takeBox(Camera& camera, const QString& name, Open&& open) {
+  QTimer::singleShot(0, qApp, [&] {
+    QWidget* box = QApplication::activeModalWidget();
+    QApplication::processEvents();
+    camera.takeShown(*box, name);
+    box->close();
+  });
+  open();
+}
+
+} // namespace
+
+void takeMessages(Camera& camera) {
+  DesktopDialogs dialogs;
+  takeBox(camera, QStringLiteral("message"), [&] {
+    dialogs.message(nullptr, QStringLiteral("There was a problem opening/reading the PDF file: "
+                                            "/srv/scans/2026/march/statements-of-the-month.pdf"));
+  });
+  takeBox(camera, QStringLiteral("question"), [&] {
+    dialogs.question(nullptr, QStringLiteral("Send selected only?"),
+                     QStringLiteral("Email List to Send"));
+  });
+}
+
+} // namespace folivex::screenshots
