@@ -2,8 +2,12 @@
 
 #include <qpdf/Pipeline.hh>
 
+#include <libdeflate.h>
+
+#include <algorithm>
 #include <exception>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 
 namespace cleftor {
@@ -72,6 +76,34 @@ bool pipe(QPDFObjectHandle stream, Pipeline& target, qpdf_stream_decode_level_e 
   }
 }
 
+bool isDeflatedOnly(QPDFObjectHandle stream) {
+  QPDFObjectHandle dictionary = stream.getDict();
+  QPDFObjectHandle filter = dictionary.getKey("/Filter");
+  if (filter.isArray() && filter.getArrayNItems() == 1) {
+    filter = filter.getArrayItem(0);
+  }
+  return filter.isNameAndEquals("/FlateDecode") && dictionary.getKey("/DecodeParms").isNull() &&
+         dictionary.getKey("/F").isNull();
+}
+
+/** Twice as fast as the step by step inflater, but all or nothing: false leaves content as it was.
+ */
+bool inflateSound(const std::string& data, std::string& content) {
+  const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> inflater(
+      libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);
+  const size_t before = content.size();
+  // Most content grows four to eight times; what grows more is left to the step by step inflater.
+  content.resize(before + std::min(std::max<size_t>(4096, data.size() * 10), mostContent));
+  size_t taken = 0;
+  size_t made = 0;
+  const bool whole =
+      inflater && libdeflate_zlib_decompress_ex(inflater.get(), data.data(), data.size(),
+                                                content.data() + before, content.size() - before,
+                                                &taken, &made) == LIBDEFLATE_SUCCESS;
+  content.resize(whole ? before + made : before);
+  return whole;
+}
+
 } // namespace
 
 std::string storedData(QPDFObjectHandle stream) {
@@ -88,6 +120,9 @@ void writeStoredData(QPDFObjectHandle stream, DocumentWriter& writer) {
 }
 
 bool decodeContent(QPDFObjectHandle stream, std::string& content) {
+  if (isDeflatedOnly(stream) && inflateSound(storedData(stream), content)) {
+    return true;
+  }
   StringPipe target(content, mostContent);
   return pipe(stream, target, qpdf_dl_generalized);
 }

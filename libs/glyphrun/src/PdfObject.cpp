@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 namespace glyphrun {
@@ -78,18 +79,24 @@ std::string_view PdfObject::bytes() const {
 }
 
 struct StreamReader::Inflater {
-  z_stream z{};
+  Inflater() : whole(libdeflate_alloc_decompressor()) { ready = inflateInit(&z) == Z_OK; }
+  ~Inflater() {
+    libdeflate_free_decompressor(whole);
+    if (ready)
+      inflateEnd(&z);
+  }
+  Inflater(const Inflater&) = delete;
+  Inflater& operator=(const Inflater&) = delete;
+
+  libdeflate_decompressor* whole; /**< for sound data, or null */
+  z_stream z{};                   /**< for the rest: keeps what came before the damage */
   bool ready = false;
+  std::size_t growth = 6; /**< how many times longer than its stream the last content was */
 };
 
-StreamReader::StreamReader(MuContext& mu) : m_mu(mu), m_inflater(std::make_unique<Inflater>()) {
-  m_inflater->ready = inflateInit(&m_inflater->z) == Z_OK;
-}
+StreamReader::StreamReader(MuContext& mu) : m_mu(mu), m_inflater(std::make_unique<Inflater>()) {}
 
-StreamReader::~StreamReader() {
-  if (m_inflater->ready)
-    inflateEnd(&m_inflater->z);
-}
+StreamReader::~StreamReader() = default;
 
 bool StreamReader::append(const PdfObject& stream, std::size_t limit, StreamData& out) {
   if (!stream.isStream())
@@ -142,7 +149,38 @@ bool StreamReader::appendInflated(const PdfObject& stream, std::size_t limit, St
   if (!readAll(opened, limit, m_raw))
     return false;
   out.damaged = out.damaged || m_raw.damaged;
+  if (!inflateSound(limit, out))
+    inflateWhatThereIs(limit, out);
+  return true;
+}
 
+// Twice as fast as the step by step inflater, but all or nothing.
+bool StreamReader::inflateSound(std::size_t limit, StreamData& out) {
+  if (m_inflater->whole == nullptr)
+    return false;
+  const std::size_t before = out.bytes.size();
+  const std::size_t length = m_raw.bytes.size();
+  std::size_t room = std::max<std::size_t>(4096, length * (m_inflater->growth + 1));
+  for (int attempt = 0; attempt < 2; ++attempt, room *= 4) {
+    out.bytes.resize(before + std::min(room, limit));
+    std::size_t taken = 0;
+    std::size_t made = 0;
+    const libdeflate_result result = libdeflate_zlib_decompress_ex(
+        m_inflater->whole, m_raw.bytes.data(), length, out.bytes.data() + before,
+        out.bytes.size() - before, &taken, &made);
+    if (result == LIBDEFLATE_SUCCESS && made < limit) {
+      m_inflater->growth = std::clamp<std::size_t>(made / std::max<std::size_t>(length, 1), 1, 16);
+      out.bytes.resize(before + made);
+      return true;
+    }
+    if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room >= limit)
+      break;
+  }
+  out.bytes.resize(before);
+  return false;
+}
+
+void StreamReader::inflateWhatThereIs(std::size_t limit, StreamData& out) {
   z_stream& z = m_inflater->z;
   inflateReset(&z);
   z.next_in = reinterpret_cast<Bytef*>(m_raw.bytes.data());
@@ -164,7 +202,7 @@ bool StreamReader::appendInflated(const PdfObject& stream, std::size_t limit, St
   out.bytes.resize(filled);
   if (filled - before >= limit) {
     out.cut = true;
-    return true;
+    return;
   }
   // All data with a wrong or missing checksum behind it is no loss.
   if (status == Z_BUF_ERROR && z.avail_in == 0) {
@@ -181,7 +219,6 @@ bool StreamReader::appendInflated(const PdfObject& stream, std::size_t limit, St
   const bool checksumOnly =
       status == Z_DATA_ERROR && z.msg != nullptr && std::strcmp(z.msg, "incorrect data check") == 0;
   out.damaged = out.damaged || (status != Z_STREAM_END && !checksumOnly);
-  return true;
 }
 
 } // namespace glyphrun

@@ -76,6 +76,8 @@ private:
 
   bool readAll(fz_stream* stream, std::size_t limit, StreamData& out);
   bool appendInflated(const PdfObject& stream, std::size_t limit, StreamData& out);
+  bool inflateSound(std::size_t limit, StreamData& out);
+  void inflateWhatThereIs(std::size_t limit, StreamData& out);
 
   MuContext& m_mu;
   std::unique_ptr<Inflater> m_inflater;
