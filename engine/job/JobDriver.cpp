@@ -199,17 +199,25 @@ const QString& JobDriver::scannedFile(const QString& source) const {
 
 int JobDriver::openSource(SourceFile& file, const SplitSetup& setup, const QString& source) {
   m_person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
-  file.openForSplitting(source, setup);
+  file.beginForSplitting(source, setup);
   const int pageCount = file.countPages(source, setup);
-  if (pageCount == 0) {
+  // Bookmarks need no words.
+  const bool recognises =
+      setup.ocrFirst && bookmarkMethodOf(setup.pageExtract) == BookmarkMethod::None;
+  // The reading of words begins while the split library still opens the file, unless a file that it
+  // refuses would be read by the hour first.
+  if (pageCount > 0 && !recognises) {
+    file.openWords(scannedFile(source), setup);
+  }
+  file.openForSplitting(source, setup);
+  if (pageCount == 0 || !file.problem().isEmpty()) {
     return 0;
   }
   m_person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
-  // Bookmarks need no words.
-  if (setup.ocrFirst && bookmarkMethodOf(setup.pageExtract) == BookmarkMethod::None) {
+  if (recognises) {
     OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
+    file.openWords(scannedFile(source), setup);
   }
-  file.openWords(scannedFile(source), setup);
   return file.problem().isEmpty() ? pageCount : 0;
 }
 

@@ -34,23 +34,11 @@ SourceFile::~SourceFile() {
   m_libraries.split.PdfTextDumpCloseFile();
 }
 
-void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup) {
-  if (usesExternalCommand(setup) || isNoOrdinaryFile(source)) {
-    return;
-  }
-  m_splits = true;
-  m_libraries.split.SetWriteBehind(1);
-  m_libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
-  const int result = m_libraries.split.PdfTextDumpOpenFile(utf16(source), utf16(setup.pdfPassword));
-  if (result == CSplitPdfInit::ok) {
-    return;
-  }
-  if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(source)) {
-    m_splitProblem =
-        QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(source);
-  } else {
-    m_splitProblem = QStringLiteral("%1: cannot be opened for splitting: %2")
-                         .arg(source, m_libraries.split.lastErrorText());
+void SourceFile::beginForSplitting(const QString& source, const SplitSetup& setup) {
+  m_splits = !usesExternalCommand(setup) && !isNoOrdinaryFile(source);
+  if (m_splits) {
+    m_libraries.split.SetWriteBehind(1);
+    m_libraries.split.BeginOpenFile(utf16(source), utf16(setup.pdfPassword));
   }
 }
 
@@ -65,18 +53,29 @@ int SourceFile::countPages(const QString& source, const SplitSetup& setup) {
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
                     .arg(source, m_libraries.text.lastErrorText());
   }
-  if (!m_splitProblem.isEmpty()) {
-    m_problem = m_splitProblem;
-  } else if (m_splits && m_problem.isEmpty()) {
-    if (const int other = m_libraries.split.GetPageCount2(); other != m_pageCount) {
-      m_problem = QStringLiteral("%1: is damaged: one reading finds %2 page(s), another %3; it is "
-                                 "not split, since pages could be lost")
-                      .arg(source)
-                      .arg(m_pageCount)
-                      .arg(other);
-    }
+  return m_pageCount;
+}
+
+void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup) {
+  if (!m_splits) {
+    return;
   }
-  return m_problem.isEmpty() ? m_pageCount : 0;
+  m_libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
+  const int result = m_libraries.split.PdfTextDumpOpenFile(utf16(source), utf16(setup.pdfPassword));
+  if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(source)) {
+    m_problem =
+        QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(source);
+  } else if (result != CSplitPdfInit::ok) {
+    m_problem = QStringLiteral("%1: cannot be opened for splitting: %2")
+                    .arg(source, m_libraries.split.lastErrorText());
+  } else if (const int other = m_libraries.split.GetPageCount2();
+             m_problem.isEmpty() && other != m_pageCount) {
+    m_problem = QStringLiteral("%1: is damaged: one reading finds %2 page(s), another %3; it is "
+                               "not split, since pages could be lost")
+                    .arg(source)
+                    .arg(m_pageCount)
+                    .arg(other);
+  }
 }
 
 void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {

@@ -23,15 +23,18 @@ public:
   SourceFile& operator=(const SourceFile&) = delete;
   ~SourceFile();
 
-  /// Opens `source` in the split library. Needed before openWords() where outputs are written with
-  /// it.
-  void openForSplitting(const QString& source, const SplitSetup& setup);
+  /// Begins to open `source` in the split library, where outputs are written with it.
+  void beginForSplitting(const QString& source, const SplitSetup& setup);
 
   /// Counts the pages of `source` in the text library; 0 when it cannot be read. See problem().
   int countPages(const QString& source, const SplitSetup& setup);
 
   /// Opens `fileToScan` (the source, or its OCR'd copy) for reading its words.
   void openWords(const QString& fileToScan, const SplitSetup& setup);
+
+  /// Waits until the source that was begun is open in the split library and compares what both
+  /// libraries see.
+  void openForSplitting(const QString& source, const SplitSetup& setup);
 
   /// Empty, or why the source cannot be processed: names the file and the step that failed.
   const QString& problem() const { return m_problem; }
@@ -42,7 +45,6 @@ public:
 private:
   Libraries m_libraries;
   QString m_problem;
-  QString m_splitProblem;
   int m_pageCount = 0;
   bool m_splits = false;
 };

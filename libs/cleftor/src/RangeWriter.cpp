@@ -5,6 +5,7 @@
 #include "Paths.h"
 #include "cleftor/cleftor.h"
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <new>
@@ -19,6 +20,16 @@ namespace {
  * caller wants to stop. */
 constexpr size_t mostRanges = 64;
 constexpr int32_t mostPages = 256;
+
+/** So often must the caller have waited before a second thread opens the source once more. */
+constexpr int waitsForHelp = 64;
+
+/** On many systems names that differ in case alone lead to one file. */
+bool isSameTarget(const std::string& one, const std::string& other) {
+  const auto lower = [](char ch) { return ch >= 'A' && ch <= 'Z' ? ch | 0x20 : ch; };
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [&](char left, char right) { return lower(left) == lower(right); });
+}
 
 int32_t pagesOf(const RangeOrder& order) {
   return order.last - order.first + 1;
@@ -72,6 +83,9 @@ RangeWriter::~RangeWriter() {
   }
   m_changed.notify_all();
   m_thread.join();
+  if (m_helper.joinable()) {
+    m_helper.join();
+  }
 }
 
 void RangeWriter::hand(std::shared_ptr<Source> source, RangeOrder order) {
@@ -79,6 +93,7 @@ void RangeWriter::hand(std::shared_ptr<Source> source, RangeOrder order) {
 }
 
 void RangeWriter::release(std::shared_ptr<Source> source) {
+  endHelp();
   put({std::move(source), {}});
 }
 
@@ -90,25 +105,81 @@ bool RangeWriter::hasRoomFor(int32_t pages) const {
 
 void RangeWriter::put(Task task) {
   const int32_t pages = task.order ? pagesOf(*task.order) : 0;
+  const std::shared_ptr<Source> source = task.source;
+  bool isSlow = false;
   {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return hasRoomFor(pages); });
+    if (!hasRoomFor(pages)) {
+      isSlow = ++m_waits == waitsForHelp;
+      m_changed.wait(lock, [&] { return hasRoomFor(pages); });
+    }
     m_waitingPages += pages;
-    m_unfinished += task.order ? 1 : 0;
+    if (task.order) {
+      task.number = ++m_handed;
+    }
     m_waiting.push_back(std::move(task));
+  }
+  m_changed.notify_all();
+  if (isSlow) {
+    callHelp(source);
+  }
+}
+
+/** Opening a file again is worth its while only where much is left to be written. */
+void RangeWriter::callHelp(const std::shared_ptr<Source>& source) {
+  if (std::thread::hardware_concurrency() < 2) {
+    return;
+  }
+  if (m_helper.joinable()) {
+    m_helper.join();
+  }
+  {
+    const std::lock_guard lock(m_mutex);
+    m_helped = source.get();
+  }
+  try {
+    m_helper = std::thread(&RangeWriter::help, this, source.get(), source->ticket());
+  } catch (const std::system_error&) {
+    // The first thread writes what the second does not.
+  }
+}
+
+/** The second thread may still be opening its source: it ends when it finds that nobody wants it.
+ */
+void RangeWriter::endHelp() {
+  {
+    const std::lock_guard lock(m_mutex);
+    m_helped = nullptr;
+    m_waits = 0;
   }
   m_changed.notify_all();
 }
 
+int32_t RangeWriter::unfinished() const {
+  int64_t before = m_handed;
+  for (const Task& task : m_waiting) {
+    if (task.order) {
+      before = task.number - 1;
+      break;
+    }
+  }
+  for (const Written* written : {&m_first, &m_second}) {
+    if (written->number != 0) {
+      before = std::min(before, written->number - 1);
+    }
+  }
+  return static_cast<int32_t>(m_handed - before);
+}
+
 int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
   std::unique_lock lock(m_mutex);
-  const auto isDone = [this] { return m_unfinished == 0; };
+  const auto isDone = [this] { return unfinished() == 0; };
   if (longest) {
     m_changed.wait_for(lock, *longest, isDone);
   } else {
     m_changed.wait(lock, isDone);
   }
-  return m_unfinished;
+  return unfinished();
 }
 
 std::optional<FailedRange> RangeWriter::takeFailure() {
@@ -116,8 +187,8 @@ std::optional<FailedRange> RangeWriter::takeFailure() {
   if (m_failed.empty()) {
     return std::nullopt;
   }
-  FailedRange failure = std::move(m_failed.front());
-  m_failed.pop_front();
+  FailedRange failure = std::move(m_failed.begin()->second);
+  m_failed.erase(m_failed.begin());
   return failure;
 }
 
@@ -126,46 +197,85 @@ int32_t RangeWriter::lastWrittenPage() const {
   return m_lastWrittenPage;
 }
 
-void RangeWriter::fail(RangeOrder order, int32_t code, const std::string& reason) {
+void RangeWriter::fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason) {
   const std::lock_guard lock(m_mutex);
-  m_failed.push_back({std::move(order), code, reason});
+  m_failed.insert_or_assign(number, FailedRange{std::move(order), code, reason});
 }
 
-void RangeWriter::perform(Task& task) {
-  if (!task.order) {
-    return;
-  }
+void RangeWriter::perform(Source& source, RangeOrder& order, int64_t number) {
   try {
-    writeRange(*task.source, *task.order);
+    writeRange(source, order);
     const std::lock_guard lock(m_mutex);
-    m_lastWrittenPage = task.order->last;
+    if (number > m_lastWritten) {
+      m_lastWritten = number;
+      m_lastWrittenPage = order.last;
+    }
   } catch (const Failure& failure) {
-    fail(std::move(*task.order), failure.code(), failure.what());
+    fail(std::move(order), number, failure.code(), failure.what());
   } catch (const std::bad_alloc&) {
-    fail(std::move(*task.order), CLEFTOR_OUT_OF_MEMORY, "Out of memory");
+    fail(std::move(order), number, CLEFTOR_OUT_OF_MEMORY, "Out of memory");
   } catch (const std::exception& error) {
-    fail(std::move(*task.order), CLEFTOR_DAMAGED, error.what());
+    fail(std::move(order), number, CLEFTOR_DAMAGED, error.what());
   }
+}
+
+bool RangeWriter::isBeingWritten(const std::string& target) const {
+  return (m_first.number != 0 && isSameTarget(m_first.target, target)) ||
+         (m_second.number != 0 && isSameTarget(m_second.target, target));
+}
+
+/** Whether the range in front need not wait for an earlier one with its target. */
+bool RangeWriter::mayBegin() const {
+  return !m_waiting.empty() &&
+         !(m_waiting.front().order && isBeingWritten(m_waiting.front().order->target));
+}
+
+/** Takes the front off; the lock is given back while it is written from `source`. */
+void RangeWriter::writeFront(std::unique_lock<std::mutex>& lock, Written& mine, Source* source) {
+  Task task = std::move(m_waiting.front());
+  m_waiting.pop_front();
+  if (task.order) {
+    m_waitingPages -= pagesOf(*task.order);
+    mine = {task.number, task.order->target};
+  }
+  lock.unlock();
+  m_changed.notify_all();
+  if (task.order) {
+    perform(source == nullptr ? *task.source : *source, *task.order, task.number);
+  }
+  task.source.reset();
+  lock.lock();
+  mine.number = 0;
+  m_changed.notify_all();
 }
 
 void RangeWriter::work() {
   std::unique_lock lock(m_mutex);
   for (;;) {
-    m_changed.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
+    m_changed.wait(lock, [this] { return mayBegin() || (m_isEnding && m_waiting.empty()); });
     if (m_waiting.empty()) {
       return;
     }
-    Task task = std::move(m_waiting.front());
-    m_waiting.pop_front();
-    const bool isRange = task.order.has_value();
-    m_waitingPages -= isRange ? pagesOf(*task.order) : 0;
-    lock.unlock();
-    m_changed.notify_all();
-    perform(task);
-    task.source.reset();
-    lock.lock();
-    m_unfinished -= isRange ? 1 : 0;
-    m_changed.notify_all();
+    writeFront(lock, m_first, nullptr);
+  }
+}
+
+void RangeWriter::help(const Source* original, const Source::Ticket& ticket) {
+  const std::shared_ptr<Source> source = Source::of(ticket);
+  if (!source) {
+    return;
+  }
+  std::unique_lock lock(m_mutex);
+  const auto isOver = [&] { return m_helped != original || (m_isEnding && m_waiting.empty()); };
+  for (;;) {
+    m_changed.wait(lock, [&] {
+      return isOver() ||
+             (mayBegin() && m_waiting.front().order && m_waiting.front().source.get() == original);
+    });
+    if (isOver()) {
+      return;
+    }
+    writeFront(lock, m_second, source.get());
   }
 }
 

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -38,8 +39,10 @@ struct FailedRange {
 };
 
 /**
- * Writes ranges on a thread of its own, in the order in which they come, so that of two with one
- * target the later stays. Between hand() and drain() the source belongs to that thread.
+ * Writes ranges on a thread of its own. When the caller keeps waiting for it, a second thread joins
+ * in, with a source of its own of the same file. Ranges are begun in the order in which they come,
+ * and never two with one target at a time, so that the later of those stays. Between hand() and
+ * drain() a source belongs to the first thread.
  */
 class RangeWriter {
 public:
@@ -54,13 +57,14 @@ public:
   /** Takes a checked range over; waits while as many are waiting as there is room for. */
   void hand(std::shared_ptr<Source> source, RangeOrder order);
 
-  /** Waits until every range is written, or this long; how many are left. */
+  /** Waits until every range is written, or this long; how many are left, counted from the oldest
+   * that is not written. */
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
   /** Frees a source, which takes a while for a large one, without making the caller wait. */
   void release(std::shared_ptr<Source> source);
 
-  /** The failure that has waited longest, if any. */
+  /** The failure of the range that was handed over first, if any. */
   std::optional<FailedRange> takeFailure();
 
   /** Last page of the last range that was written, 0 before the first. */
@@ -70,23 +74,44 @@ private:
   struct Task {
     std::shared_ptr<Source> source;
     std::optional<RangeOrder> order; /**< nothing: let go of the source */
+    int64_t number = 0;              /**< of ranges, from 1 in the order of handing over */
+  };
+  /** What a thread is writing. */
+  struct Written {
+    int64_t number = 0; /**< 0: nothing */
+    std::string target;
   };
 
   void work();
-  void perform(Task& task);
+  void help(const Source* original, const Source::Ticket& ticket);
+  void callHelp(const std::shared_ptr<Source>& source);
+  void endHelp();
+  bool isBeingWritten(const std::string& target) const;
+  bool mayBegin() const;
+  void writeFront(std::unique_lock<std::mutex>& lock, Written& mine, Source* source);
+  void perform(Source& source, RangeOrder& order, int64_t number);
   void put(Task task);
   bool hasRoomFor(int32_t pages) const;
-  void fail(RangeOrder order, int32_t code, const std::string& reason);
+  int32_t unfinished() const;
+  void fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_changed;
   std::deque<Task> m_waiting;
   int32_t m_waitingPages = 0;
-  int32_t m_unfinished = 0; /**< ranges that wait or are being written */
-  std::deque<FailedRange> m_failed;
+  int64_t m_handed = 0; /**< number of the last range */
+  Written m_first;
+  Written m_second;
+  std::map<int64_t, FailedRange> m_failed; /**< by number */
+  int64_t m_lastWritten = 0;
   int32_t m_lastWrittenPage = 0;
   bool m_isEnding = false;
-  std::thread m_thread; /**< last, so that it sees the rest complete */
+
+  int m_waits = 0;                  /**< of the caller, for the present source */
+  const Source* m_helped = nullptr; /**< whose ranges the second thread may write */
+
+  std::thread m_thread; /**< last, so that they see the rest complete */
+  std::thread m_helper;
 };
 
 } // namespace cleftor

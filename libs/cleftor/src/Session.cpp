@@ -4,6 +4,7 @@
 #include "Utf16.h"
 #include "cleftor/cleftor.h"
 
+#include <system_error>
 #include <utility>
 
 namespace cleftor {
@@ -14,12 +15,25 @@ Session& Session::instance() {
   return session;
 }
 
-void Session::open(const std::string& path, const std::string& password) {
+void Session::beginOpening(const std::string& path, const std::string& password) {
   close();
-  m_source = std::make_shared<Source>(path, password);
+  const auto open = [path, password] { return std::make_shared<Source>(path, password); };
+  try {
+    m_opening = {path, password, std::async(std::launch::async, open)};
+  } catch (const std::system_error&) {
+    // Without a thread the source is opened when it is asked for.
+  }
+}
+
+void Session::open(const std::string& path, const std::string& password) {
+  std::optional<Opening> opening = std::exchange(m_opening, {});
+  close();
+  const bool isBegun = opening && opening->path == path && opening->password == password;
+  m_source = isBegun ? opening->source.get() : std::make_shared<Source>(path, password);
 }
 
 void Session::close() {
+  m_opening.reset(); // waits for it
   drain();
   if (!m_source) {
     return;
@@ -64,6 +78,7 @@ void Session::setWriteBehind(bool on) {
   if (on && !m_writer) {
     m_writer = std::make_unique<RangeWriter>();
   } else if (!on && m_writer) {
+    m_opening.reset();
     m_writer->drain();
     m_lastWrittenPage = lastWrittenPage();
     for (auto failure = m_writer->takeFailure(); failure; failure = m_writer->takeFailure()) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +18,8 @@ class Session {
 public:
   static Session& instance();
 
+  /** Opens on another thread what open() is then asked for. */
+  void beginOpening(const std::string& path, const std::string& password);
   void open(const std::string& path, const std::string& password);
   void close();
 
@@ -51,7 +54,14 @@ public:
   const std::u16string& errorText() const { return m_errorText; }
 
 private:
+  struct Opening {
+    std::string path;
+    std::string password;
+    std::future<std::shared_ptr<Source>> source;
+  };
+
   std::shared_ptr<Source> m_source;
+  std::optional<Opening> m_opening;
   RangeSettings m_settings;
   std::unique_ptr<RangeWriter> m_writer;
   std::deque<FailedRange> m_leftFailures; /**< of a writer that is gone */

@@ -46,6 +46,17 @@ Source::Source(const std::string& path, const std::string& password) : m_path(pa
   forgetWarnings();
 }
 
+std::shared_ptr<Source> Source::of(const Ticket& ticket) {
+  try {
+    auto source = std::make_shared<Source>(ticket.path, ticket.password);
+    const bool same =
+        source->m_input->stamp() == ticket.stamp && source->pageCount() == ticket.pageCount;
+    return same ? source : nullptr;
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
 void Source::open(const std::string& password) {
   for (const std::string& candidate : passwordCandidates(password)) {
     if (openWith(candidate)) {

@@ -66,6 +66,17 @@ public:
   /** Whether the file became shorter while it was read, so that parts may be missing. */
   bool isCut() const { return m_input && m_input->isCut(); }
 
+  /** How another thread gets a source of its own of the same file. */
+  struct Ticket {
+    std::string path;
+    std::string password;
+    FileStamp stamp;
+    int32_t pageCount = 0;
+  };
+  Ticket ticket() const { return {m_path, m_password, m_input->stamp(), pageCount()}; }
+  /** Null when the file cannot be opened or is not the same any more. */
+  static std::shared_ptr<Source> of(const Ticket& ticket);
+
   /** Closes the file; nothing of the source can be read any more. */
   void letGoOfFile();
 

@@ -43,6 +43,7 @@ SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockS
   }
   m_file.seekg(0, std::ios::end);
   m_size = m_file.tellg();
+  m_changed = std::filesystem::last_write_time(place, error);
 }
 
 bool SourceInput::load(qpdf_offset_t position) {

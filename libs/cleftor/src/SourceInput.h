@@ -3,11 +3,19 @@
 
 #include <qpdf/InputSource.hh>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 namespace cleftor {
+
+struct FileStamp {
+  qpdf_offset_t size = 0;
+  std::filesystem::file_time_type changed;
+
+  bool operator==(const FileStamp&) const = default;
+};
 
 /**
  * The source file, read in blocks. The parser jumps between neighbouring objects and steps back a
@@ -22,6 +30,9 @@ public:
   /** Whether the file turned out to be shorter than it was when it was opened. The read that finds
    * it throws std::runtime_error; the parser may have swallowed that. */
   bool isCut() const { return m_isCut; }
+
+  /** Tells a file from what may have taken its place. */
+  FileStamp stamp() const { return {m_size, m_changed}; }
 
   qpdf_offset_t findAndSkipNextEOL() override;
   const std::string& getName() const override;
@@ -39,6 +50,7 @@ private:
   std::string m_name;
   std::ifstream m_file;
   qpdf_offset_t m_size = 0;
+  std::filesystem::file_time_type m_changed;
   qpdf_offset_t m_position = 0;
   qpdf_offset_t m_blockStart = 0;
   std::vector<char> m_block;

@@ -49,8 +49,13 @@ int32_t CleftorInterfaceVersion() {
 
 int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password) {
   return guarded(CLEFTOR_CANNOT_OPEN, [&](Session& session) {
-    session.close();
     session.open(pathText(path), cleftor::toUtf8(password));
+  });
+}
+
+void BeginOpenFile(const char16_t* path, const char16_t* password) {
+  guarded(CLEFTOR_CANNOT_OPEN, [&](Session& session) {
+    session.beginOpening(pathText(path), cleftor::toUtf8(password));
   });
 }
 

@@ -83,6 +83,21 @@ std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u1
   return result == Result::Ok ? std::move(file) : nullptr;
 }
 
+std::unique_ptr<PdfFile> PdfFile::openKnown(const std::u16string& path,
+                                            const std::u16string& password, const PageList& pages) {
+  auto mu = MuContext::create(storeBytes);
+  if (!mu)
+    return nullptr;
+  std::unique_ptr<PdfFile> file(new PdfFile(std::move(mu)));
+  std::string reason;
+  FileIdentity identity;
+  const bool isGood =
+      file->openDocument(toUtf8(path), reason) == Result::Ok &&
+      file->authenticate(password) == Result::Ok && (file->facts() & GLYPHRUN_FILE_REPAIRED) == 0 &&
+      FileIdentity::of(path, identity) && identity == pages.file && file->takePages(pages);
+  return isGood ? std::move(file) : nullptr;
+}
+
 PdfFile::~PdfFile() {
   fz_context* ctx = m_mu->raw();
   for (const PageEntry& page : m_pages)
@@ -190,6 +205,38 @@ Result PdfFile::readPages() {
     return Result::OutOfMemory;
   }
   return m_pages.empty() ? Result::NotAPdf : Result::Ok;
+}
+
+PageList PdfFile::pageList() const {
+  PageList list;
+  if ((facts() & GLYPHRUN_FILE_REPAIRED) != 0)
+    return list;
+  const auto numberOf = [this](pdf_obj* object) { return PdfObject(*m_mu, object).objectNumber(); };
+  list.nodes.reserve(m_nodes.size());
+  for (const Node& node : m_nodes)
+    list.nodes.push_back({numberOf(node.object), node.parent});
+  list.pages.reserve(m_pages.size());
+  for (const PageEntry& page : m_pages)
+    list.pages.push_back({numberOf(page.object), page.node});
+  const auto hasNone = [](const auto& entry) { return entry.number == 0; };
+  if (std::any_of(list.nodes.begin(), list.nodes.end(), hasNone) ||
+      std::any_of(list.pages.begin(), list.pages.end(), hasNone))
+    list = {};
+  return list;
+}
+
+// References only: a page is read when it is asked for.
+bool PdfFile::takePages(const PageList& list) {
+  fz_context* ctx = m_mu->raw();
+  m_nodes.reserve(list.nodes.size());
+  m_pages.reserve(list.pages.size());
+  const Outcome outcome = m_mu->attempt([&] {
+    for (const PageList::Node& node : list.nodes)
+      m_nodes.push_back({pdf_new_indirect(ctx, m_document, node.number, 0), node.parent});
+    for (const PageList::Page& page : list.pages)
+      m_pages.push_back({pdf_new_indirect(ctx, m_document, page.number, 0), page.node});
+  });
+  return outcome == Outcome::Ok && !m_pages.empty();
 }
 
 PdfObject PdfFile::page(std::int32_t index) const {

@@ -37,6 +37,25 @@ struct FileIdentity {
   static bool of(const std::u16string& path, FileIdentity& identity);
 };
 
+/**
+ * Where the pages of a file are: object numbers of the page tree. Good for every document of the
+ * same file, each of which would else walk the tree anew. Empty when a file has no such list (pages
+ * that are no objects of their own, a damaged file).
+ */
+struct PageList {
+  struct Page {
+    int number;
+    std::uint32_t node;
+  };
+  struct Node {
+    int number;
+    std::int32_t parent;
+  };
+  std::vector<Page> pages;
+  std::vector<Node> nodes;
+  FileIdentity file;
+};
+
 /** What a page says of itself, its own or by inheritance. */
 struct PageFrame {
   Rect crop;        /**< visible part, in the page's own coordinates */
@@ -53,6 +72,9 @@ public:
   /** Null on failure: `result` and `reason` (English, without the password) tell. */
   static std::unique_ptr<PdfFile> open(const std::u16string& path, const std::u16string& password,
                                        Result& result, std::string& reason);
+  /** The same for a file whose pages are known; null on any failure. */
+  static std::unique_ptr<PdfFile> openKnown(const std::u16string& path,
+                                            const std::u16string& password, const PageList& pages);
   ~PdfFile();
   PdfFile(const PdfFile&) = delete;
   PdfFile& operator=(const PdfFile&) = delete;
@@ -68,6 +90,9 @@ public:
   PageFrame frameOf(std::int32_t index) const;
   /** Index of the page with an object number, or -1. */
   std::int32_t pageWithNumber(int objectNumber) const;
+
+  /** See PageList; `file` is left to the caller. */
+  PageList pageList() const;
 
   /** GLYPHRUN_FILE_... */
   std::int32_t facts() const;
@@ -93,6 +118,7 @@ private:
   Result openDocument(const std::string& path, std::string& reason);
   Result authenticate(const std::u16string& password);
   Result readPages();
+  bool takePages(const PageList& list);
   bool fillPageTables();
   PdfObject inherited(const PageEntry& entry, const char* key) const;
 

@@ -13,9 +13,10 @@ constexpr std::size_t mostBytesAhead = std::size_t{64} << 20;
 } // namespace
 
 ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
-                     int threads, double wordSpacing)
+                     PageList pages, int threads, double wordSpacing)
     : m_path(std::move(path)), m_password(std::move(password)), m_pageCount(pageCount),
-      m_window(threads * pagesAheadPerThread), m_wordSpacing(wordSpacing) {
+      m_pages(std::move(pages)), m_window(threads * pagesAheadPerThread),
+      m_wordSpacing(wordSpacing) {
   // Too few threads are no failure: the caller reads what nobody else does.
   try {
     for (int i = 0; i < threads; ++i)
@@ -90,7 +91,11 @@ void ReadAhead::setWordSpacing(double factor) {
 std::unique_ptr<PageReader> ReadAhead::openFile() {
   Result result = Result::Ok;
   std::string reason;
-  std::unique_ptr<PdfFile> file = PdfFile::open(m_path, m_password, result, reason);
+  std::unique_ptr<PdfFile> file;
+  if (!m_pages.pages.empty())
+    file = PdfFile::openKnown(m_path, m_password, m_pages);
+  if (!file)
+    file = PdfFile::open(m_path, m_password, result, reason);
   if (!file || file->pageCount() != m_pageCount)
     return nullptr;
   return std::make_unique<PageReader>(std::move(file));

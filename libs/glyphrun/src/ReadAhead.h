@@ -20,9 +20,12 @@ namespace glyphrun {
  */
 class ReadAhead {
 public:
-  /** `pageCount` is the caller's; a thread that finds another number in the file stands aside. */
-  ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount, int threads,
-            double wordSpacing);
+  /**
+   * The threads open the file at once. `pageCount` is the caller's; a thread that finds another
+   * number in the file stands aside. `pages` saves it the search for them, and may be empty.
+   */
+  ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount, PageList pages,
+            int threads, double wordSpacing);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -52,6 +55,7 @@ private:
   const std::u16string m_path;
   const std::u16string m_password;
   const std::int32_t m_pageCount;
+  const PageList m_pages;
   const std::int32_t m_window;
 
   std::mutex m_mutex;

@@ -10,6 +10,9 @@ namespace glyphrun {
 
 namespace {
 
+/** A file with so many pages is read from end to end, most likely. */
+constexpr std::int32_t manyPages = 256;
+
 const Word noWord;
 constexpr char16_t noText[] = u"";
 
@@ -53,6 +56,7 @@ void Session::openFile(const std::u16string& path, const std::u16string& passwor
   if (unchanged) {
     m_status = Result::Ok;
     m_reader = std::move(m_ready);
+    identity = m_readyIdentity;
   } else {
     m_ready.reset();
     m_reader = openReader(path, password, identity);
@@ -62,6 +66,16 @@ void Session::openFile(const std::u16string& path, const std::u16string& passwor
   m_reader->setWordSpacing(m_wordSpacing);
   m_path = path;
   m_password = password;
+  if (m_aheadThreads > 0 && pageCount() >= manyPages) {
+    PageList pages = m_reader->file().pageList();
+    pages.file = identity;
+    startReadAhead(std::move(pages));
+  }
+}
+
+void Session::startReadAhead(PageList pages) {
+  m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), std::move(pages),
+                                        m_aheadThreads, m_wordSpacing);
 }
 
 void Session::closeFile() {
@@ -121,8 +135,7 @@ void Session::extract(std::int32_t first, std::int32_t last) {
 void Session::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
   if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage)
-    m_ahead =
-        std::make_unique<ReadAhead>(m_path, m_password, pageCount(), m_aheadThreads, m_wordSpacing);
+    startReadAhead({});
   if (!m_ahead || !m_ahead->take(index, words))
     m_reader->read(index, words);
 }

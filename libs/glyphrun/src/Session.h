@@ -48,12 +48,14 @@ private:
 
   std::unique_ptr<PageReader> openReader(const std::u16string& path, const std::u16string& password,
                                          FileIdentity& identity);
+  void startReadAhead(PageList pages);
   void readPage(std::int32_t index, PageWords& words);
   void dropWords();
   void fillOrder(bool reading);
 
   std::unique_ptr<PageReader> m_reader;
-  std::unique_ptr<ReadAhead> m_ahead; /**< from the second of two pages in a row on */
+  std::unique_ptr<ReadAhead>
+      m_ahead; /**< of a short file from the second of two pages in a row on */
   std::int32_t m_aheadThreads = 0;
   std::u16string m_path;
   std::u16string m_password;

@@ -58,6 +58,12 @@ CLEFTOR_API int32_t CleftorInterfaceVersion(void);
  */
 CLEFTOR_API int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password);
 
+/**
+ * Begins to open a source on another thread and returns at once: the PdfTextDumpOpenFile of the
+ * same path and password that follows waits for it and tells how it went. Closes what is open.
+ */
+CLEFTOR_API void BeginOpenFile(const char16_t* path, const char16_t* password);
+
 /** Closes the source when every range handed over is written. */
 CLEFTOR_API void PdfTextDumpCloseFile(void);
 
@@ -96,8 +102,9 @@ CLEFTOR_API void SetPageRotation(int32_t degrees);
  * range is written when the call returns. Switching it off waits for what was handed over; do so
  * before the library is unloaded.
  *
- * Ranges are written one after the other in the order of the calls, each with the settings of its
- * call; of two with one target the later stays. A target is there when DrainRanges has returned 0,
+ * Ranges are begun in the order of the calls, each with the settings of its call; of two with one
+ * target the later stays. When the caller keeps waiting, a second thread opens the source once more
+ * and writes beside the first. A target is there when DrainRanges has returned 0,
  * or PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFailedRange tells
  * otherwise: whoever reads, renames or appends to outputs drains first. GetProcessingStatus then is
  * the result of handing over, GetProcessingPage that of the writing.
