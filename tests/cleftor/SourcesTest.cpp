@@ -67,6 +67,30 @@ TEST_F(SourcesTest, WhatCannotBeOpenedIsRefusedWithTheReason) {
   EXPECT_EQ(PdfTextDumpOpenFile(u"/dev/zero", u""), CLEFTOR_CANNOT_OPEN);
 }
 
+/** What was begun is taken only where it is asked for, and its fault is told there. */
+TEST_F(SourcesTest, OnesBegunBeforehandOpenLikeTheOthers) {
+  const auto begin = [](const char* name, const char16_t* password = u"") {
+    BeginOpenFile(wide(source(name).string()).c_str(), password);
+  };
+  for (const char* begun : {"compressed", "garbage", "no such file", "everything"}) {
+    SCOPED_TRACE(begun);
+    begin(begun);
+    EXPECT_EQ(GetPageCount2(), 0);
+    EXPECT_EQ(open("compressed"), CLEFTOR_OK) << errorText();
+    EXPECT_EQ(GetPageCount2(), 30);
+  }
+  begin("garbage");
+  EXPECT_EQ(open("garbage"), CLEFTOR_CANNOT_OPEN);
+  EXPECT_THAT(errorText(), HasSubstr(source("garbage").string()));
+  begin("protected-aes", u"wrong");
+  EXPECT_EQ(open("protected-aes", "grüße"), CLEFTOR_OK) << errorText();
+  begin("protected-aes", u"grüße");
+  EXPECT_EQ(open("protected-aes", "wrong"), CLEFTOR_CANNOT_OPEN);
+  begin("everything");
+  PdfTextDumpCloseFile();
+  EXPECT_EQ(split(1, 1), CLEFTOR_NOT_OPEN);
+}
+
 TEST_F(SourcesTest, ADamagedOneIsRepairedWithoutAWordOnStandardError) {
   testing::internal::CaptureStderr();
   ASSERT_EQ(open("noxref"), CLEFTOR_OK) << errorText();

@@ -1,6 +1,7 @@
 #include "Splitting.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tests::cleftor {
 
@@ -24,20 +25,29 @@ protected:
   }
 };
 
+/** So many ranges that the second thread joins in; each keeps the settings of its call. */
 TEST_F(WriteBehindTest, WritesWhatWritingAtOnceWrites) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
-  for (int page = 1; page <= 12; ++page) {
-    SetKeepBookmarks(page % 2);
-    ASSERT_EQ(split(page, 12, "behind" + std::to_string(page)), CLEFTOR_OK) << errorText();
+  constexpr int count = 480;
+  const auto first = [](int range) { return 1 + range % 12; };
+  const auto keep = [](int range) { return range / 12 % 2; };
+  for (int range = 0; range < count; ++range) {
+    SetKeepBookmarks(keep(range));
+    ASSERT_EQ(split(first(range), 12, "behind" + std::to_string(range)), CLEFTOR_OK);
   }
   EXPECT_EQ(DrainRanges(-1), 0);
   EXPECT_EQ(GetProcessingPage(), 12);
   SetWriteBehind(0);
-  for (int page = 1; page <= 12; ++page) {
-    SetKeepBookmarks(page % 2);
-    ASSERT_EQ(split(page, 12, "once"), CLEFTOR_OK) << errorText();
-    EXPECT_TRUE(contentsOf(output("once")) == contentsOf(output("behind" + std::to_string(page))))
-        << "from page " << page;
+  std::array<std::string, 24> atOnce;
+  for (int range = 0; range < 24; ++range) {
+    SetKeepBookmarks(keep(range));
+    ASSERT_EQ(split(first(range), 12, "once"), CLEFTOR_OK) << errorText();
+    atOnce[static_cast<size_t>(range)] = contentsOf(output("once"));
+  }
+  for (int range = 0; range < count; ++range) {
+    EXPECT_TRUE(contentsOf(output("behind" + std::to_string(range))) ==
+                atOnce[static_cast<size_t>(range % 24)])
+        << range;
   }
   EXPECT_EQ(TakeFailedRange(nullptr), CLEFTOR_OK);
 }
@@ -73,24 +83,51 @@ TEST_F(WriteBehindTest, FailuresAreToldOnceAndOutliveTheSource) {
   EXPECT_TRUE(fs::exists(output("good.pdf")));
 }
 
-/** Whatever is left is the tail of what was handed over, and the rest is there or has failed. */
+/** Whatever is left is the tail of what was handed over, and the rest is there or has failed; the
+ * failures come in the order of the calls. */
 TEST_F(WriteBehindTest, WhatIsNotLeftIsDone) {
   ASSERT_EQ(open("clinging"), CLEFTOR_OK);
-  constexpr int count = 60;
+  constexpr int count = 300;
   for (int i = 0; i < count; ++i) {
     ASSERT_EQ(split(1, 6, (i % 10 == 3 ? "none/" : "") + std::to_string(i)), CLEFTOR_OK);
   }
-  int failures = 0;
+  std::vector<std::string> failures;
   for (int left = count; left > 0;) {
     left = DrainRanges(1);
-    for (; TakeFailedRange(nullptr) != CLEFTOR_OK; ++failures) {
+    CleftorFailedRange failed{};
+    while (TakeFailedRange(&failed) != CLEFTOR_OK) {
+      failures.push_back(fs::path(narrow(failed.target)).filename().string());
     }
     for (int i = 0; i < count - left; ++i) {
       EXPECT_EQ(fs::exists(output(std::to_string(i))), i % 10 != 3) << i;
     }
-    EXPECT_GE(failures, (count - left + 6) / 10);
+    EXPECT_GE(failures.size(), static_cast<size_t>((count - left + 6) / 10));
   }
-  EXPECT_EQ(failures, count / 10);
+  std::vector<std::string> expected;
+  for (int i = 3; i < count; i += 10) {
+    expected.push_back(std::to_string(i));
+  }
+  EXPECT_EQ(failures, expected);
+}
+
+/** The second thread opens the file again, and must not write from another one. */
+TEST_F(WriteBehindTest, AFileThatTookTheSourcesPlaceIsNotWritten) {
+  const fs::path place = output("source.pdf");
+  fs::copy_file(source("compressed"), place);
+  ASSERT_EQ(PdfTextDumpOpenFile(wide(place.string()).c_str(), u""), CLEFTOR_OK);
+  const fs::path other = output("other.pdf");
+  fs::copy_file(source("everything"), other);
+  fs::rename(other, place);
+  for (int i = 0; i < 300; ++i) {
+    ASSERT_EQ(
+        SplitPdfPages(wide(output(std::to_string(i)).string()).c_str(), 1 + i % 30, 1 + i % 30, 30),
+        CLEFTOR_OK);
+  }
+  PdfTextDumpCloseFile();
+  for (int i = 280; i < 300; ++i) {
+    EXPECT_THAT(run("pdftotext " + output(std::to_string(i)).string() + " -"),
+                testing::StartsWith("Page number " + std::to_string(1 + i % 30)));
+  }
 }
 
 /** A range of more pages than may wait goes through, and what follows it. */
