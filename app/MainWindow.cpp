@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "app/NewsLine.h"
 #include "app/RunLine.h"
 #include "app/Usage.h"
 #include "app/dialogs/CConfigureDlg.h"
@@ -77,12 +78,14 @@ void MainWindow::buildControls() {
   bar->setObjectName(QStringLiteral("menus"));
   m_menus = std::make_unique<MainMenus>(bar, themeOf(m_memory.text(themeKey())));
   m_panel = new SetupPanel(m_dialogs, m_memory, this);
+  m_news = new NewsLine(this);
   m_runLine = new RunLine(this);
   m_status = new CStatusDlg(this);
   m_status->onStop = [this] { stop(); };
 
   auto* layout = new QVBoxLayout(this);
   layout->setMenuBar(bar);
+  layout->addWidget(m_news);
   layout->addWidget(m_panel, 1);
   layout->addWidget(m_runLine);
   layout->addWidget(buildButtons());

@@ -5,10 +5,10 @@
 #include "app/RecentSetups.h"
 #include "app/Session.h"
 #include "app/WindowParts.h"
-#include "app/dialogs/Pace.h"
 #include "app/groups/PickTargets.h"
 #include "app/groups/SetupPanel.h"
 #include "engine/job/Operator.h"
+#include "widgets/Pace.h"
 
 #include <QDialog>
 
@@ -17,6 +17,7 @@ class QPushButton;
 namespace folivex {
 
 class CStatusDlg;
+class NewsLine;
 class RunLine;
 class SetupDialog;
 
@@ -36,8 +37,14 @@ public:
 
   Session& session() { return m_session; }
 
-  /// Findings and the status, the newest at the end.
+  /// Findings, message boxes that were remembered, and the status, the newest at the end.
   QStringList lastTold() const;
+  /// A message box was shown, here or by another window.
+  void remember(const QString& text);
+
+  /// Shows a line above the settings that stays until it is answered or put away. `onMore` is what
+  /// its button does.
+  void tellNews(const QString& text, const std::function<void()>& onMore);
 
   /// Shows the store's settings: another part has changed them.
   void refresh() { showSetup(); }
@@ -117,6 +124,7 @@ private:
 
   std::unique_ptr<MainMenus> m_menus;
   SetupPanel* m_panel = nullptr;
+  NewsLine* m_news = nullptr;
   RunLine* m_runLine = nullptr;
   CStatusDlg* m_status = nullptr;
 };

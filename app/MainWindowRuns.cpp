@@ -1,5 +1,6 @@
 // The main window's runs, and what it is to the engine while they are on.
 #include "app/MainWindow.h"
+#include "app/NewsLine.h"
 #include "app/RunLine.h"
 #include "app/dialogs/CPageNumberDlg.h"
 #include "app/dialogs/CStatusDlg.h"
@@ -239,6 +240,14 @@ void MainWindow::note(const QString& text) {
 
 QStringList MainWindow::lastTold() const {
   return m_runLine->lastTold();
+}
+
+void MainWindow::remember(const QString& text) {
+  m_runLine->remember(text);
+}
+
+void MainWindow::tellNews(const QString& text, const std::function<void()>& onMore) {
+  m_news->tell(text, onMore);
 }
 
 void MainWindow::print(const QString& text) {

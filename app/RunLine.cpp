@@ -1,11 +1,13 @@
 #include "app/RunLine.h"
 
-#include "app/dialogs/ElidedLabel.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace folivex {
 
@@ -33,9 +35,6 @@ RunLine::RunLine(QWidget* parent)
   m_notes->setReadOnly(true);
   m_notes->setTabChangesFocus(true);
   m_notes->setMaximumBlockCount(mostNotes);
-  m_notes->setFixedHeight(noteLines * m_notes->fontMetrics().lineSpacing() +
-                          2 * static_cast<int>(m_notes->document()->documentMargin()) +
-                          2 * m_notes->frameWidth());
   m_notes->setVisible(false);
   auto* line = new QHBoxLayout;
   line->addWidget(m_status, 1);
@@ -69,7 +68,18 @@ void RunLine::progress(const Progress& progress) {
 
 void RunLine::note(const QString& text) {
   m_notes->appendPlainText(text);
+  fitNotes();
   m_notes->setVisible(true);
+  remember(text);
+}
+
+/// As high as its lines, up to a few: on a small screen the settings need the room.
+void RunLine::fitNotes() {
+  const int lines = std::min(m_notes->blockCount(), noteLines);
+  constexpr int air = 4; // a line may be a fraction of a pixel higher than its metrics say
+  m_notes->setFixedHeight(lines * m_notes->fontMetrics().lineSpacing() +
+                          2 * static_cast<int>(m_notes->document()->documentMargin()) +
+                          2 * m_notes->frameWidth() + air);
 }
 
 void RunLine::clearNotes() {
@@ -77,11 +87,14 @@ void RunLine::clearNotes() {
   m_notes->setVisible(false);
 }
 
+void RunLine::remember(const QString& text) {
+  constexpr qsizetype most = 50;
+  m_told += text.split(u'\n', Qt::SkipEmptyParts);
+  m_told = m_told.mid(std::max<qsizetype>(m_told.size() - most, 0));
+}
+
 QStringList RunLine::lastTold() const {
-  constexpr int most = 50;
-  QStringList lines = m_notes->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-  lines = lines.mid(std::max<qsizetype>(lines.size() - most, 0));
-  return lines << m_status->text();
+  return m_told + QStringList{m_status->text()};
 }
 
 } // namespace folivex

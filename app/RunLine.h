@@ -24,13 +24,18 @@ public:
   /// Findings collect above the status line.
   void note(const QString& text);
   void clearNotes();
-  /// What was told last, the newest at the end.
+  /// Something was told in another place, such as a message box.
+  void remember(const QString& text);
+  /// What was told last, the newest at the end; earlier runs included.
   QStringList lastTold() const;
 
 private:
+  void fitNotes();
+
   QLabel* m_status;
   QProgressBar* m_bar;
   QPlainTextEdit* m_notes;
+  QStringList m_told;
 };
 
 } // namespace folivex

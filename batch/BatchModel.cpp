@@ -1,5 +1,6 @@
 #include "batch/BatchModel.h"
 
+#include "widgets/ListTable.h"
 #include "widgets/Theme.h"
 
 #include <QApplication>
@@ -89,8 +90,7 @@ QVariant BatchModel::data(const QModelIndex& index, int role) const {
   case Qt::DisplayRole:
     return cellText(entry, index.column());
   case Qt::ToolTipRole:
-    // As a tool tip "<b>.pdf" would be taken for markup.
-    return cellText(entry, index.column()).toHtmlEscaped();
+    return cellToolTip(cellText(entry, index.column()));
   case Qt::ForegroundRole:
     return cellColor(entry, index.column());
   case Qt::FontRole:
@@ -108,7 +108,7 @@ QVariant BatchModel::headerData(int section, Qt::Orientation orientation, int ro
     return QString::fromLatin1(headers[static_cast<std::size_t>(section)]);
   }
   if (role == Qt::TextAlignmentRole) {
-    return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+    return headerAlignment();
   }
   return {};
 }

@@ -2,19 +2,15 @@
 #pragma once
 
 #include "batch/BatchEntries.h"
-
-#include <QTableView>
+#include "widgets/ListTable.h"
 
 #include <vector>
-
-class QLabel;
 
 namespace folivex {
 
 class BatchModel;
 
-/// Whole rows are selected. While there are none, it says how to get some.
-class BatchTable : public QTableView {
+class BatchTable : public ListTable {
 public:
   /// The model must outlive the table.
   BatchTable(BatchModel& model, QWidget* parent);
@@ -28,16 +24,9 @@ public:
   /// Moves the keyboard there without selecting.
   void goTo(int row);
   void scrollToRow(int row);
-  void showWhetherEmpty();
-
-  /// Width at which every column has its initial one.
-  int preferredWidth() const;
 
 protected:
   void keyPressEvent(QKeyEvent* event) override;
-
-private:
-  QLabel* m_whenEmpty;
 };
 
 } // namespace folivex

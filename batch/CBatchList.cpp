@@ -3,7 +3,9 @@
 #include "batch/BatchTable.h"
 #include "batch/CScanning.h"
 #include "platform/Paths.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
+#include "widgets/NoticeLine.h"
 
 #include <QAction>
 #include <QDir>
@@ -15,7 +17,6 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -35,28 +36,6 @@ QStringList localPaths(const QMimeData* data) {
     }
   }
   return paths;
-}
-
-/// A long path may go on in the next line behind any separator.
-QString breakable(QString text) {
-  static const QRegularExpression separators(QStringLiteral("([/\\\\])"));
-  return text.replace(separators, QStringLiteral("\\1\u200B"));
-}
-
-QLabel* lineOf(const char* name, QWidget* parent) {
-  auto* label = new QLabel(parent);
-  label->setObjectName(QLatin1String(name));
-  label->setTextFormat(Qt::PlainText); // paths are no markup
-  return label;
-}
-
-QPushButton* buttonOf(const char* name, const QString& text, const QString& toolTip,
-                      QWidget* parent) {
-  auto* button = new QPushButton(text, parent);
-  button->setObjectName(QLatin1String(name));
-  button->setToolTip(toolTip);
-  button->setAutoDefault(false); // Enter belongs to the table
-  return button;
 }
 
 } // namespace
@@ -151,20 +130,15 @@ void CBatchList::buildMenus() {
 
 QWidget* CBatchList::buildBelow() {
   auto* below = new QWidget(this);
-  m_countLine = lineOf("countLine", below);
-  m_notice = lineOf("notice", below);
-  m_notice->setWordWrap(true);
-  // A path is one long word: it must not make the window wider.
-  QSizePolicy policy = m_notice->sizePolicy();
-  policy.setHorizontalPolicy(QSizePolicy::Ignored);
-  m_notice->setSizePolicy(policy);
-  m_notice->hide();
-  m_process = buttonOf("processList", QStringLiteral("&Process List"),
-                       QStringLiteral("Run the current setup on every row in use"), below);
-  m_clearAll = buttonOf("clearAll", QStringLiteral("&Clear ALL"),
-                        QStringLiteral("Take all rows off the list; the files stay"), below);
-  auto* close =
-      buttonOf("close", QStringLiteral("&Close"), QStringLiteral("Close; the list is kept"), below);
+  m_countLine = new QLabel(below);
+  m_countLine->setObjectName(QStringLiteral("countLine"));
+  m_notice = new NoticeLine(below);
+  m_process = sideButton("processList", QStringLiteral("&Process List"),
+                         QStringLiteral("Run the current setup on every row in use"), below);
+  m_clearAll = sideButton("clearAll", QStringLiteral("&Clear ALL"),
+                          QStringLiteral("Take all rows off the list; the files stay"), below);
+  auto* close = sideButton("close", QStringLiteral("&Close"),
+                           QStringLiteral("Close; the list is kept"), below);
   connect(m_process, &QPushButton::clicked, this, &CBatchList::processList);
   connect(m_clearAll, &QPushButton::clicked, this, &CBatchList::clearAll);
   connect(close, &QPushButton::clicked, this, &CBatchList::closeList);
@@ -225,9 +199,7 @@ void CBatchList::updateControls() {
 }
 
 void CBatchList::tell(const CommandWords& words) {
-  m_notice->setText(breakable(words.notice));
-  m_notice->setToolTip(words.notice.toHtmlEscaped());
-  m_notice->setVisible(!words.notice.isEmpty());
+  m_notice->tell(words.notice);
   if (!words.message.isEmpty()) {
     m_dialogs.message(this, words.message);
   }

@@ -19,6 +19,7 @@ namespace folivex {
 
 class BatchTable;
 class Dialogs;
+class NoticeLine;
 struct FileRequest;
 
 /// Modeless. Closing it in any way saves the rows to the list file of the temporary folder, hides
@@ -88,7 +89,7 @@ private:
   QMenuBar* m_menus = nullptr;
   BatchTable* m_table = nullptr;
   QLabel* m_countLine = nullptr;
-  QLabel* m_notice = nullptr;
+  NoticeLine* m_notice = nullptr;
   QPushButton* m_process = nullptr;
   QPushButton* m_clearAll = nullptr;
   std::vector<QAction*> m_editing;         ///< only while the rows may be changed

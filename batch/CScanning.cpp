@@ -1,9 +1,10 @@
 #include "batch/CScanning.h"
 
+#include "widgets/ElidedLabel.h"
+
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -15,43 +16,15 @@ constexpr int widthInCharacters = 70;
 
 } // namespace
 
-/// One line however long the path is; the end that names the file stays.
-class CScanning::PlaceLine : public QWidget {
-public:
-  explicit PlaceLine(QWidget* parent) : QWidget(parent) {
-    setObjectName(QStringLiteral("place"));
-    setAccessibleName(QStringLiteral("Folder being scanned"));
-    setToolTip(QStringLiteral("Where the scan is"));
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  }
-
-  void setText(const QString& text) {
-    m_text = text;
-    setAccessibleDescription(text);
-    update();
-  }
-
-  QSize sizeHint() const override {
-    return {fontMetrics().averageCharWidth() * widthInCharacters, fontMetrics().height()};
-  }
-  QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
-
-protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     fontMetrics().elidedText(m_text, Qt::ElideMiddle, width()));
-  }
-
-private:
-  QString m_text;
-};
-
-CScanning::CScanning(QWidget* parent) : QDialog(parent), m_place(new PlaceLine(this)) {
+CScanning::CScanning(QWidget* parent) : QDialog(parent), m_place(new ElidedLabel(this)) {
   setObjectName(QStringLiteral("CScanning"));
   setWindowTitle(QStringLiteral("Scanning"));
   setWindowModality(Qt::ApplicationModal);
 
+  m_place->setObjectName(QStringLiteral("place"));
+  m_place->setAccessibleName(QStringLiteral("Folder being scanned"));
+  m_place->setToolTip(QStringLiteral("Where the scan is"));
+  m_place->setMinimumWidth(fontMetrics().averageCharWidth() * widthInCharacters);
   auto* text = new QLabel(QStringLiteral("Scanning disk, please wait."), this);
   text->setObjectName(QStringLiteral("text"));
   auto* stop = new QPushButton(QStringLiteral("&Stop"), this);
@@ -71,6 +44,7 @@ CScanning::CScanning(QWidget* parent) : QDialog(parent), m_place(new PlaceLine(t
 
 void CScanning::showPlace(const QString& path) {
   m_place->setText(path);
+  m_place->setAccessibleDescription(path);
 }
 
 void CScanning::handlePendingEvents() {

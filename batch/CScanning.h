@@ -7,6 +7,8 @@
 
 namespace folivex {
 
+class ElidedLabel;
+
 /// Keeps every other window of the program from being used while it is open, so that the list stays
 /// as the scan knows it. Its Stop button, Escape and its close box all stop the scan; who opened it
 /// closes it.
@@ -21,9 +23,7 @@ public:
   void reject() override;
 
 private:
-  class PlaceLine;
-
-  PlaceLine* m_place;
+  ElidedLabel* m_place;
   bool m_stopRequested = false;
 };
 

@@ -81,12 +81,18 @@ void CUpdateIntervalDlg::makeCheckRow() {
 QBoxLayout* CUpdateIntervalDlg::intervalRow() {
   auto* before = new QLabel(QStringLiteral("&every"), this);
   before->setBuddy(m_days);
+  auto* after = new QLabel(QStringLiteral("days"), this);
+  for (QLabel* label : {before, after}) {
+    label->setToolTip(m_days->toolTip());
+    connect(m_on, &QCheckBox::toggled, label, &QWidget::setEnabled);
+    label->setEnabled(m_on->isChecked());
+  }
   auto* row = new QHBoxLayout;
   row->addSpacing(style()->pixelMetric(QStyle::PM_IndicatorWidth) +
                   style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing));
   row->addWidget(before);
   row->addWidget(m_days);
-  row->addWidget(new QLabel(QStringLiteral("days"), this));
+  row->addWidget(after);
   row->addStretch();
   return row;
 }

@@ -14,14 +14,14 @@ FieldProblem::FieldProblem(QWidget* field)
   m_label->setVisible(false);
 }
 
-void FieldProblem::tell(const QString& problem) {
-  m_label->setText(problem);
-  m_label->setVisible(!problem.isEmpty());
+void FieldProblem::tell(const QString& text, Weight weight) {
+  m_label->setText(text);
+  m_label->setVisible(!text.isEmpty());
   QPalette palette = m_label->palette();
-  palette.setColor(QPalette::WindowText, problemColor());
+  palette.setColor(QPalette::WindowText, weight == Weight::Problem ? problemColor() : hintColor());
   m_label->setPalette(palette);
-  m_field->setAccessibleDescription(problem);
-  m_field->setProperty("problem", !problem.isEmpty());
+  m_field->setAccessibleDescription(text);
+  m_field->setProperty("problem", !text.isEmpty() && weight == Weight::Problem);
 }
 
 bool FieldProblem::isTold() const {

@@ -8,9 +8,9 @@ class QWidget;
 
 namespace folivex {
 
-/// The line below a field that says what is wrong with its content. It takes no room while there is
-/// nothing to say. The same text is the field's accessible description, and the field carries the
-/// dynamic property "problem" (true or false).
+/// The line below a field that says what is wrong with its content, or worth a thought. It takes no
+/// room while there is nothing to say. The same text is the field's accessible description, and the
+/// field carries the dynamic property "problem" (true or false).
 class FieldProblem {
 public:
   /// Makes the line as a child of the field's parent; the caller puts label() into a layout, under
@@ -20,8 +20,9 @@ public:
   QLabel* label() const { return m_label; }
   QWidget* field() const { return m_field; }
 
-  /// Shows what is wrong, in plain words; empty: nothing is.
-  void tell(const QString& problem);
+  enum class Weight { Problem, Hint };
+  /// Shows what is wrong, in plain words; empty: nothing is. A hint looks milder.
+  void tell(const QString& text, Weight weight = Weight::Problem);
   bool isTold() const;
 
 private:

@@ -1,5 +1,7 @@
 #include "widgets/Theme.h"
 
+#include "widgets/LookStyle.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
@@ -103,8 +105,9 @@ void applyTheme(Theme theme) {
   const QPalette system = systemPalette();
   const QString style = systemStyle();
   // Only Fusion draws every control from the palette; a desktop's own style has its own colours.
-  QApplication::setStyle(
-      QStyleFactory::create(theme == Theme::System ? style : QStringLiteral("fusion")));
+  const bool isOwnLook =
+      theme != Theme::System || style.compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
+  QApplication::setStyle(isOwnLook ? new LookStyle : QStyleFactory::create(style));
   switch (theme) {
   case Theme::System:
     QApplication::setPalette(system);
@@ -124,6 +127,10 @@ bool isDark() {
 
 QColor problemColor() {
   return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+}
+
+QColor hintColor() {
+  return isDark() ? QColor(0xf2, 0xc5, 0x6b) : QColor(0x7a, 0x54, 0x00);
 }
 
 QColor successColor() {

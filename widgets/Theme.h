@@ -20,6 +20,8 @@ bool isDark();
 
 /// Colour of text that tells a problem, readable on the look's window background.
 QColor problemColor();
+/// Colour of text that tells what is worth a thought, and stops nothing.
+QColor hintColor();
 /// Colour of text that tells a success.
 QColor successColor();
 

@@ -3,6 +3,7 @@
 #include "app/dialogs/FormGrid.h"
 #include "app/dialogs/SetupChecks.h"
 #include "engine/output/ExternalCommand.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
 #include <QCheckBox>
@@ -43,9 +44,9 @@ QWidget* CConfigureDlg::buildControls() {
   auto* use = new QCheckBox(QStringLiteral("&Use external command"), controls);
   m_binding.bind(&SplitSetup::configUseExternal, use);
   m_command = new QLineEdit(controls);
-  m_binding.bind(&SplitSetup::configExternalCommand, m_command);
+  m_binding.bind(&SplitSetup::configExternalCommand, m_command, SetupBinding::Shown::End);
   QPushButton* browse =
-      sideButton(QStringLiteral("&Browse..."), "browseCommand",
+      sideButton("browseCommand", QStringLiteral("&Browse..."),
                  QStringLiteral("Choose the program that is started for each output"), controls);
   connect(browse, &QPushButton::clicked, this, [this] { chooseProgram(); });
   m_parameters = new QLineEdit(controls);
@@ -67,7 +68,7 @@ QWidget* CConfigureDlg::buildControls() {
 
 QWidget* CConfigureDlg::placeholderButton(QWidget* parent) {
   QPushButton* button =
-      sideButton(QStringLiteral("&Insert"), "insertPlaceholder",
+      sideButton("insertPlaceholder", QStringLiteral("&Insert"),
                  QStringLiteral("Put a placeholder where the cursor stands"), parent);
   auto* menu = new QMenu(button);
   for (const Placeholder& placeholder : placeholders) {
@@ -85,7 +86,7 @@ QWidget* CConfigureDlg::placeholderButton(QWidget* parent) {
 
 QWidget* CConfigureDlg::offerButton(QWidget* parent) {
   QPushButton* button = sideButton(
-      QStringLiteral("&Default command"), "offerCommand",
+      "offerCommand", QStringLiteral("&Default command"),
       QStringLiteral("Put the usual program and its parameters into both fields"), parent);
   connect(button, &QPushButton::clicked, this, [this] {
     m_command->setText(offeredExternalCommand());

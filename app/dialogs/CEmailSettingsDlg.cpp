@@ -4,6 +4,7 @@
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
 #include "mail/OutlookMail.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
 #include <QCheckBox>
@@ -36,19 +37,16 @@ CEmailSettingsDlg::CEmailSettingsDlg(Dialogs& dialogs, QWidget* parent)
                   QStringLiteral("email-settings"), dialogs, parent) {
   QWidget* sending = buildSending();
   QWidget* server = buildServer();
+  QWidget* search = buildSearch();
   alignLabels({sending, server});
   auto* left = new QVBoxLayout;
   left->addWidget(sending);
-  left->addWidget(server, 1);
-  QWidget* message = buildMessage();
-  QWidget* search = buildSearch();
-  alignLabels({message, search});
-  auto* right = new QVBoxLayout;
-  right->addWidget(message, 1);
-  right->addWidget(search);
+  left->addWidget(server);
+  left->addWidget(search);
+  left->addStretch(1);
   auto* columns = new QHBoxLayout;
   columns->addLayout(left, 1);
-  columns->addLayout(right, 1);
+  columns->addWidget(buildMessage(), 1); // as much room as there is: it is what one writes here
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(columns, 1);
   finish(layout);
@@ -65,7 +63,7 @@ QWidget* CEmailSettingsDlg::buildServer() {
   m_binding.bind(&SplitSetup::emailLogin, login);
   m_binding.bind(&SplitSetup::emailPassword, password);
   m_sendTest =
-      sideButton(QStringLiteral("&Send Test"), "sendTest",
+      sideButton("sendTest", QStringLiteral("&Send Test"),
                  QStringLiteral("Send one mail to the From address with these settings"), group);
   connect(m_sendTest, &QPushButton::clicked, this, [this] { sendTest(); });
   auto* outlook =
@@ -106,8 +104,8 @@ QWidget* CEmailSettingsDlg::buildSending() {
   m_binding.bind(&SplitSetup::emailTest, test);
   constexpr int longestPause = 3'600'000;
   m_binding.bind(&SplitSetup::emailPause, pause, {0, longestPause});
-  m_binding.bind(&SplitSetup::emailLogFile, log);
-  QPushButton* browse = sideButton(QStringLiteral("&Browse..."), "browseLogFile",
+  m_binding.bind(&SplitSetup::emailLogFile, log, SetupBinding::Shown::End);
+  QPushButton* browse = sideButton("browseLogFile", QStringLiteral("&Browse..."),
                                    QStringLiteral("Choose the log file"), group);
   connect(browse, &QPushButton::clicked, this, [this] { chooseLogFile(); });
 

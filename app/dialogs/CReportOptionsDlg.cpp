@@ -2,6 +2,7 @@
 
 #include "app/dialogs/FormGrid.h"
 #include "app/dialogs/SetupChecks.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
 #include <QCheckBox>
@@ -36,8 +37,8 @@ QWidget* CReportOptionsDlg::buildReports() {
   m_binding.bind(&SplitSetup::reportOptionsTxt, txt);
   m_binding.bind(&SplitSetup::reportOptionsCsv, csv);
   m_binding.bind(&SplitSetup::reportOptionsCurrent, current);
-  m_binding.bind(&SplitSetup::reportOptionsOutputFolder, folder);
-  QPushButton* browse = sideButton(QStringLiteral("&Browse..."), "browseReportFolder",
+  m_binding.bind(&SplitSetup::reportOptionsOutputFolder, folder, SetupBinding::Shown::End);
+  QPushButton* browse = sideButton("browseReportFolder", QStringLiteral("&Browse..."),
                                    QStringLiteral("Choose the folder of the reports"), group);
   m_binding.follow(folder->objectName(), browse);
   connect(browse, &QPushButton::clicked, this, [this, folder] {
@@ -60,10 +61,10 @@ QWidget* CReportOptionsDlg::buildFiles() {
   auto* list = new QLineEdit(group);
   auto* removed = new QLineEdit(group);
   QLineEdit* spacing = numberField(group);
-  m_binding.bind(&SplitSetup::reportUseFileList, list);
+  m_binding.bind(&SplitSetup::reportUseFileList, list, SetupBinding::Shown::End);
   m_binding.bind(&SplitSetup::reportRemoveChars, removed);
   m_binding.bind(&SplitSetup::horizWordSpacing, spacing);
-  QPushButton* browse = sideButton(QStringLiteral("Br&owse..."), "browseFileList",
+  QPushButton* browse = sideButton("browseFileList", QStringLiteral("Br&owse..."),
                                    QStringLiteral("Choose the list of names"), group);
   connect(browse, &QPushButton::clicked, this, [this, list] {
     const QString chosen =

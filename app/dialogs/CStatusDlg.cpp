@@ -1,7 +1,7 @@
 #include "app/dialogs/CStatusDlg.h"
 
-#include "app/dialogs/ElidedLabel.h"
 #include "app/dialogs/RunEstimate.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QHBoxLayout>
 #include <QProgressBar>

@@ -1,8 +1,8 @@
 // CStatusDlg: how far a run is, and the button that ends it.
 #pragma once
 
-#include "app/dialogs/Pace.h"
 #include "engine/job/Operator.h"
+#include "widgets/Pace.h"
 
 #include <QDialog>
 #include <QElapsedTimer>

@@ -32,7 +32,7 @@ QHBoxLayout* sideBySide(std::initializer_list<QWidget*> controls) {
 
 } // namespace
 
-FormGrid::FormGrid(QWidget* owner, const SetupBinding& binding)
+FormGrid::FormGrid(QWidget* owner, SetupBinding& binding)
     : m_grid(new QGridLayout(owner)), m_binding(binding) {
   m_grid->setColumnStretch(1, 1);
 }
@@ -42,6 +42,8 @@ void FormGrid::row(const QString& label, std::initializer_list<QWidget*> control
   QWidget* first = *controls.begin();
   text->setBuddy(first);
   text->setToolTip(first->toolTip());
+  m_binding.follow(first->objectName(), text);
+  followBuddies(controls);
   const bool isTall = qobject_cast<QPlainTextEdit*>(first) != nullptr;
   m_grid->addWidget(text, m_row, 0, isTall ? Qt::AlignTop : Qt::Alignment());
   m_grid->addLayout(sideBySide(controls), m_row++, 1);
@@ -49,8 +51,18 @@ void FormGrid::row(const QString& label, std::initializer_list<QWidget*> control
 }
 
 void FormGrid::wide(std::initializer_list<QWidget*> controls) {
+  followBuddies(controls);
   m_grid->addLayout(sideBySide(controls), m_row++, 0, 1, 2);
   problemLines(controls, 0);
+}
+
+void FormGrid::followBuddies(std::initializer_list<QWidget*> controls) {
+  for (QWidget* control : controls) {
+    const auto* text = qobject_cast<const QLabel*>(control);
+    if (text != nullptr && text->buddy() != nullptr) {
+      m_binding.follow(text->buddy()->objectName(), control);
+    }
+  }
 }
 
 void FormGrid::problemLines(std::initializer_list<QWidget*> controls, int column) {
@@ -65,7 +77,7 @@ void FormGrid::stretch() {
   m_grid->setRowStretch(m_row++, 1);
 }
 
-void alignLabels(std::initializer_list<QWidget*> owners) {
+void alignLabels(const QList<QWidget*>& owners) {
   int width = 0;
   for (QWidget* owner : owners) {
     const auto* grid = static_cast<QGridLayout*>(owner->layout());
@@ -107,15 +119,6 @@ QLineEdit* passwordField(QWidget* parent) {
   auto* field = new QLineEdit(parent);
   field->setEchoMode(QLineEdit::Password);
   return field;
-}
-
-QPushButton* sideButton(const QString& text, const char* name, const QString& toolTip,
-                        QWidget* parent) {
-  auto* button = new QPushButton(text, parent);
-  button->setObjectName(QString::fromLatin1(name));
-  button->setToolTip(toolTip);
-  button->setAutoDefault(false);
-  return button;
 }
 
 } // namespace folivex

@@ -3,6 +3,8 @@
 
 #include "app/dialogs/SetupBinding.h"
 
+#include <QList>
+
 #include <initializer_list>
 
 class QGridLayout;
@@ -17,9 +19,10 @@ namespace folivex {
 class FormGrid {
 public:
   /// A layout for `owner`, which gets it.
-  FormGrid(QWidget* owner, const SetupBinding& binding);
+  FormGrid(QWidget* owner, SetupBinding& binding);
 
-  /// The label belongs to the first control; a text between controls is a QLabel among them.
+  /// The label belongs to the first control; a text between controls is a QLabel among them, and
+  /// belongs to its buddy. Labels are enabled and disabled with the setting that they belong to.
   void row(const QString& label, std::initializer_list<QWidget*> controls);
   /// Without a label, over both columns.
   void wide(std::initializer_list<QWidget*> controls);
@@ -28,15 +31,16 @@ public:
   int rowCount() const { return m_row; }
 
 private:
+  void followBuddies(std::initializer_list<QWidget*> controls);
   void problemLines(std::initializer_list<QWidget*> controls, int column);
 
   QGridLayout* m_grid;
-  const SetupBinding& m_binding;
+  SetupBinding& m_binding;
   int m_row = 0;
 };
 
 /// Makes the columns of labels in these owners of grids equally wide.
-void alignLabels(std::initializer_list<QWidget*> owners);
+void alignLabels(const QList<QWidget*>& owners);
 
 /// How high `owner` must be for all of its rows at its width, lines that were shown just now
 /// included.
@@ -46,8 +50,5 @@ int heightForContent(QWidget* owner);
 QLineEdit* numberField(QWidget* parent);
 /// One that does not show what is typed.
 QLineEdit* passwordField(QWidget* parent);
-/// A button that is not pressed by Enter in a field beside it.
-QPushButton* sideButton(const QString& text, const char* name, const QString& toolTip,
-                        QWidget* parent);
 
 } // namespace folivex

@@ -38,9 +38,10 @@ const QHash<QString, QString>& tips() {
        QStringLiteral("Distance of the word from the top, written as for h")},
       {QStringLiteral("EXTRACTUNTIL"), QStringLiteral("The word or words that end a document")},
       {QStringLiteral("UNTILMATCHPOSH"),
-       QStringLiteral("Distance of the until word from the left; 0 means anywhere")},
+       QStringLiteral("Distance of the until word from the left; 0 means anywhere, -3 any word of "
+                      "three characters")},
       {QStringLiteral("UNTILMATCHPOSV"),
-       QStringLiteral("Distance of the until word from the top; 0 means anywhere")},
+       QStringLiteral("Distance of the until word from the top, written as for h")},
       {QStringLiteral("PAGEEXTRACT"),
        QStringLiteral("Where a document begins and where it ends. With bookmarks no words are "
                       "searched")},

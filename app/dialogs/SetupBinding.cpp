@@ -59,14 +59,16 @@ void SetupBinding::bind(bool SplitSetup::*setting, QCheckBox* box) {
   QObject::connect(box, &QCheckBox::toggled, box, [this] { edited(); });
 }
 
-void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field) {
+void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown) {
   Row& row = add(keyOf(setting), field);
   if (const int limit = fieldOf(setting).limit; limit > 0) {
     field->setMaxLength(limit);
   }
   row.show = [=](const SplitSetup& setup) {
     field->setText(setup.*setting);
-    field->setCursorPosition(0);
+    if (shown == Shown::Front) {
+      field->setCursorPosition(0);
+    }
   };
   row.take = [=](SplitSetup& setup) { setup.*setting = field->text(); };
   QObject::connect(field, &QLineEdit::textChanged, field, [this] { edited(); });
@@ -169,7 +171,8 @@ void SetupBinding::tell(const SettingFindings& findings, Telling telling) {
     const bool isProblem = found != findings.end() && found->kind == FindingKind::Problem;
     const bool isTold = found != findings.end() && row.control->isEnabled() &&
                         (!isProblem || telling == Telling::All || row.tellsProblem);
-    row.problem->tell(isTold ? found->text : QString());
+    row.problem->tell(isTold ? found->text : QString(),
+                      isProblem ? FieldProblem::Weight::Problem : FieldProblem::Weight::Hint);
     row.tellsProblem = isTold && isProblem;
   }
 }

@@ -31,7 +31,9 @@ public:
   SetupBinding& operator=(const SetupBinding&) = delete;
 
   void bind(bool SplitSetup::*setting, QCheckBox* box);
-  void bind(QString SplitSetup::*setting, QLineEdit* field);
+  /// What is seen of a text that is too long for its field: of a path, the end tells more.
+  enum class Shown { Front, End };
+  void bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown = Shown::Front);
   /// A text that is not in the list shows as its first entry.
   void bind(QString SplitSetup::*setting, QComboBox* list);
   void bind(QString SplitSetup::*setting, QPlainTextEdit* field);

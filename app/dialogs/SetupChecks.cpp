@@ -11,6 +11,8 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
+#include <QRegularExpression>
+
 namespace folivex {
 
 namespace {
@@ -47,17 +49,60 @@ void checkPages(const SplitSetup& setup, Findings& findings) {
   }
 }
 
+/// What a position says that can be read: 0 is anywhere, a negative number the length of a word.
+struct WrittenPosition {
+  explicit WrittenPosition(const QString& text) {
+    static const QRegularExpression number(QStringLiteral("^\\s*(-?\\d+)\\s*$"));
+    const QRegularExpressionMatch match = number.match(text);
+    isOneNumber = text.trimmed().isEmpty() || match.hasMatch();
+    low = match.captured(1).toInt();
+    isPlace = !isOneNumber || low > 0;
+  }
+  bool isOneNumber = false; ///< no range, no alternative
+  int low = 0;              ///< of one number
+  bool isPlace = false;
+};
+
+/// In one field stands no place, in the other `text`: of a range there, only the first number
+/// counts.
+void hintAtRange(const char* key, const WrittenPosition& position, Findings& findings) {
+  if (!position.isOneNumber) {
+    findings.hint(key, QStringLiteral("With no position in the other field only the first number "
+                                      "here counts."));
+  }
+}
+
 void checkPosition(const SplitSetup& setup, Findings& findings) {
-  const QString h = positionProblem(setup.matchPosH);
-  const QString v = positionProblem(setup.matchPosV);
-  findings.problem("MATCHPOSH", h);
-  findings.problem("MATCHPOSV", v);
-  const auto isAnywhere = [](const QString& text) {
-    return text.trimmed().isEmpty() || text.trimmed() == QLatin1String("0");
-  };
-  if (isAnywhere(setup.matchPosH) && isAnywhere(setup.matchPosV)) {
-    findings.problem("MATCHPOSH",
-                     QStringLiteral("This method needs a position: View Page h,v shows them."));
+  const QString problemOfH = positionProblem(setup.matchPosH);
+  const QString problemOfV = positionProblem(setup.matchPosV);
+  findings.problem("MATCHPOSH", problemOfH);
+  findings.problem("MATCHPOSV", problemOfV);
+  if (!problemOfH.isEmpty() || !problemOfV.isEmpty()) {
+    return;
+  }
+  const WrittenPosition h(setup.matchPosH);
+  const WrittenPosition v(setup.matchPosV);
+  if (!h.isPlace && !v.isPlace) {
+    const bool isLength = h.low < 0 || v.low < 0;
+    findings.problem(h.low < 0 || !isLength ? "MATCHPOSH" : "MATCHPOSV",
+                     isLength ? QStringLiteral("This is the length of a word. One of both fields "
+                                               "must tell a place on the page.")
+                              : QStringLiteral("This method needs a position: View Page h,v shows "
+                                               "them."));
+  } else if (!v.isPlace) {
+    hintAtRange("MATCHPOSH", h, findings);
+  } else if (!h.isPlace) {
+    hintAtRange("MATCHPOSV", v, findings);
+  }
+}
+
+void checkUntilPosition(const SplitSetup& setup, Findings& findings) {
+  if (splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition &&
+      setup.untilMatchPosH <= 0 && setup.untilMatchPosV <= 0) {
+    findings.hint(
+        "UNTILMATCHPOSH",
+        QStringLiteral("The until word is found nowhere while neither field tells a place "
+                       "on the page."));
   }
 }
 
@@ -78,6 +123,13 @@ void checkSearch(const SplitSetup& setup, Findings& findings) {
     findings.hint("EXTRACTUNTIL",
                   QStringLiteral("Without a word here the first range never ends."));
   }
+  checkUntilPosition(setup, findings);
+}
+
+/// Text is removed from matched words, and not from the rest of a line.
+bool keepsRemovedText(const SplitSetup& setup) {
+  return matchesWords(setup) && takesRestOfLine(fileNameMethodOf(setup.extract)) &&
+         !setup.otherSettingsRemoveText.isEmpty();
 }
 
 void checkNames(const SplitSetup& setup, Findings& findings) {
@@ -85,6 +137,11 @@ void checkNames(const SplitSetup& setup, Findings& findings) {
       setup.reportUseFileList.isEmpty()) {
     findings.problem("EXTRACT", QStringLiteral("Choose the list of names first: Settings, Report "
                                                "and file options, Filelist."));
+  }
+  if (keepsRemovedText(setup)) {
+    findings.hint("EXTRACT",
+                  QStringLiteral("The text to remove (Settings, Other settings) stays in "
+                                 "names that take the rest of a line."));
   }
   if (!setup.useSourceFileName) {
     findings.hint("PREFIXFILENAME", tokenHint(setup.prefixFileName));
@@ -148,6 +205,11 @@ SettingFindings checkOtherSettings(const SplitSetup& setup) {
   } else if (setup.splitToSource) {
     findings.hint("OTHERSETTINGSREMOVEFILES",
                   QStringLiteral("Not done while outputs go to the source's own folder."));
+  }
+  if (keepsRemovedText(setup)) {
+    findings.hint("OTHERSETTINGSREMOVETEXT",
+                  QStringLiteral("Not removed by the chosen Filename extract: it takes the rest of "
+                                 "the line as it is."));
   }
   return std::move(findings.all);
 }

@@ -3,6 +3,7 @@
 #include "app/dialogs/FormGrid.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
+#include "widgets/Controls.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -20,7 +21,7 @@ SetupDialog::SetupDialog(const char* name, const QString& title, const QString& 
 }
 
 void SetupDialog::finish(QVBoxLayout* layout) {
-  auto* help = sideButton(QStringLiteral("Help"), "help",
+  auto* help = sideButton("help", QStringLiteral("Help"),
                           QStringLiteral("Help on these settings (F1)"), this);
   m_helpButton = help;
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

@@ -2,6 +2,7 @@
 
 #include "app/dialogs/NameTokens.h"
 #include "engine/naming/FileNameMethod.h"
+#include "widgets/Controls.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -57,7 +58,7 @@ NamesGroup::NamesGroup(GroupParts parts, QWidget* parent)
 
 QWidget* NamesGroup::tokenButton(QLineEdit* field, const char* name) {
   QPushButton* button =
-      sideButton(QStringLiteral("[...]"), name,
+      sideButton(name, QStringLiteral("[...]"),
                  QStringLiteral("Insert a token: it is replaced in each name"), this);
   auto* menu = new QMenu(button);
   for (const NameToken& token : nameTokens()) {

@@ -1,5 +1,6 @@
 #include "app/groups/OutputGroup.h"
 
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -28,8 +29,8 @@ OutputGroup::OutputGroup(GroupParts parts, QWidget* parent)
   QCheckBox* toSource =
       box(&SplitSetup::splitToSource,
           QStringLiteral("Alwa&ys split to source file directory (override below)"));
-  QLineEdit* folder = textField(&SplitSetup::outputDir);
-  QPushButton* browse = sideButton(QStringLiteral("Browse..."), "browseOutput",
+  QLineEdit* folder = textField(&SplitSetup::outputDir, SetupBinding::Shown::End);
+  QPushButton* browse = sideButton("browseOutput", QStringLiteral("Browse..."),
                                    QStringLiteral("Choose the output folder"), this);
   parts.binding.follow(folder->objectName(), browse);
   connect(browse, &QPushButton::clicked, this, [this, folder] { chooseFolder(folder); });

@@ -1,4 +1,5 @@
 #include "app/groups/SearchGroup.h"
+#include "widgets/Controls.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -15,7 +16,7 @@ SearchGroup::SearchGroup(GroupParts parts, QWidget* parent)
       box(&SplitSetup::ignoreCase, QStringLiteral("&Ignore case sensitive text"));
   QLineEdit* h = positionField(&SplitSetup::matchPosH);
   QLineEdit* v = positionField(&SplitSetup::matchPosV);
-  m_viewPage = sideButton(QStringLiteral("View Pa&ge h,v..."), "viewPageButton",
+  m_viewPage = sideButton("viewPageButton", QStringLiteral("View Pa&ge h,v..."),
                           QStringLiteral("See a page, and where its words stand"), this);
   QLineEdit* until = textField(&SplitSetup::extractUntil);
   QLineEdit* untilH = wholeField(&SplitSetup::untilMatchPosH);

@@ -13,10 +13,10 @@ SetupGroup::SetupGroup(const char* name, const QString& title, const char* helpT
   setProperty("helpTopic", QString::fromLatin1(helpTopic));
 }
 
-QLineEdit* SetupGroup::textField(QString SplitSetup::*setting) {
+QLineEdit* SetupGroup::textField(QString SplitSetup::*setting, SetupBinding::Shown shown) {
   auto* field = new QLineEdit(this);
   field->setAcceptDrops(false);
-  m_parts.binding.bind(setting, field);
+  m_parts.binding.bind(setting, field, shown);
   return field;
 }
 

@@ -27,7 +27,8 @@ protected:
              QWidget* parent);
 
   /// Fields for text of a setting. A file dropped on one is for the window, not for its text.
-  QLineEdit* textField(QString SplitSetup::*setting);
+  QLineEdit* textField(QString SplitSetup::*setting,
+                       SetupBinding::Shown shown = SetupBinding::Shown::Front);
   QLineEdit* wholeField(int SplitSetup::*setting, WholeLimits limits = {});
   QLineEdit* positionField(QString SplitSetup::*setting);
   QCheckBox* box(bool SplitSetup::*setting, const QString& label);

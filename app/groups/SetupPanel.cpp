@@ -25,23 +25,25 @@ SetupPanel::SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent)
   auto* ranges = new RangesGroup(parts, content);
   m_names = new NamesGroup(parts, content);
   auto* output = new OutputGroup(parts, content);
-  alignLabels({source, m_search, ranges});
-  alignLabels({m_names, output});
+  m_leftGroups = {source, m_search, ranges};
+  m_rightGroups = {m_names, output};
   auto* left = new QVBoxLayout;
-  for (QWidget* group : std::initializer_list<QWidget*>{source, m_search, ranges}) {
+  for (QWidget* group : m_leftGroups) {
     left->addWidget(group);
   }
   left->addStretch(1);
   auto* right = new QVBoxLayout;
-  for (QWidget* group : std::initializer_list<QWidget*>{m_names, output}) {
+  for (QWidget* group : m_rightGroups) {
     right->addWidget(group);
   }
   right->addStretch(1);
-  auto* columns = new QHBoxLayout(content);
-  columns->setContentsMargins(0, 0, 0, 0);
-  columns->addLayout(left, 1);
-  columns->addLayout(right, 1);
+  m_columns = new QBoxLayout(QBoxLayout::LeftToRight, content);
+  m_columns->setContentsMargins(0, 0, 0, 0);
+  m_columns->addLayout(left, 1);
+  m_columns->addLayout(right, 1);
   setWidget(content);
+  arrange(Arrangement::SideBySide);
+  m_sideBySideWidth = m_columns->minimumSize().width();
   m_binding.onEdited = [this] { adapt(); };
 }
 
@@ -66,8 +68,26 @@ void SetupPanel::fitContent() {
   widget()->setMinimumHeight(heightForContent(widget()));
 }
 
+void SetupPanel::arrange(Arrangement arrangement) {
+  const bool stacked = arrangement == Arrangement::Stacked;
+  m_columns->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  m_columns->setStretch(0, stacked ? 0 : 1);
+  if (stacked) {
+    alignLabels(m_leftGroups + m_rightGroups);
+  } else {
+    alignLabels(m_leftGroups);
+    alignLabels(m_rightGroups);
+  }
+}
+
 void SetupPanel::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
+  // Scrolling both ways is no way to fill in a form.
+  const bool isNarrow = viewport()->width() < m_sideBySideWidth;
+  const bool isStacked = m_columns->direction() == QBoxLayout::TopToBottom;
+  if (isNarrow != isStacked) {
+    arrange(isNarrow ? Arrangement::Stacked : Arrangement::SideBySide);
+  }
   fitContent();
 }
 

@@ -6,6 +6,7 @@
 
 #include <QScrollArea>
 
+class QBoxLayout;
 class QPushButton;
 
 namespace folivex {
@@ -39,11 +40,17 @@ protected:
 private:
   SplitSetup shown() const;
   void fitContent();
+  enum class Arrangement { SideBySide, Stacked };
+  void arrange(Arrangement arrangement);
   void adapt();
   bool tell(const SettingFindings& findings);
 
   SetupBinding m_binding;
   SplitSetup m_setup; ///< as shown last, with the settings that have no control here
+  QList<QWidget*> m_leftGroups;
+  QList<QWidget*> m_rightGroups;
+  QBoxLayout* m_columns = nullptr;
+  int m_sideBySideWidth = 0; ///< less than this has no room for two columns
   SearchGroup* m_search = nullptr;
   NamesGroup* m_names = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "app/groups/SourceGroup.h"
 
 #include "platform/Paths.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -15,8 +16,8 @@ SourceGroup::SourceGroup(GroupParts parts, QWidget* parent)
     : SetupGroup("sourceGroup", QStringLiteral("Which file"), "source", parts, parent) {
   QCheckBox* current =
       box(&SplitSetup::useCurrent, QStringLiteral("&Use current open PDF document"));
-  QLineEdit* source = textField(&SplitSetup::fileName);
-  QPushButton* browse = sideButton(QStringLiteral("&Browse..."), "browseSource",
+  QLineEdit* source = textField(&SplitSetup::fileName, SetupBinding::Shown::End);
+  QPushButton* browse = sideButton("browseSource", QStringLiteral("&Browse..."),
                                    QStringLiteral("Choose the PDF to split"), this);
   parts.binding.follow(source->objectName(), browse);
   connect(browse, &QPushButton::clicked, this, [this, source] { chooseSource(source); });
@@ -33,8 +34,9 @@ SourceGroup::SourceGroup(GroupParts parts, QWidget* parent)
   grid.row(QString(), {current});
   grid.row(QStringLiteral("Password:"),
            {password, between(QStringLiteral("(optional PDF open password)"), password)});
-  grid.row(QStringLiteral("Start fro&m page:"), {first, between(QStringLiteral("to"), last), last,
-                                                 between(QStringLiteral("(0 is to the end)"))});
+  grid.row(QStringLiteral("Start fro&m page:"),
+           {first, between(QStringLiteral("to"), last), last,
+            between(QStringLiteral("(0 is to the end)"), last)});
   grid.row(QString(), {ocr, rotated});
 }
 

@@ -1,6 +1,8 @@
 #include "app/help/CProblemReportDlg.h"
 
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
+#include "widgets/TextExport.h"
 #include "widgets/WindowMemory.h"
 
 #include <QCheckBox>
@@ -13,7 +15,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSaveFile>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace folivex {
@@ -31,24 +33,6 @@ QString rulingLine() {
 
 QString invitation() {
   return QStringLiteral("What happened, and what did you expect?\n\n\n");
-}
-
-/// Empty, or why the file could not be written. The old file stays then.
-QString writeWhole(const QString& path, const QString& text) {
-  QSaveFile file(path);
-  const QByteArray bytes = text.toUtf8();
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
-    return {};
-  }
-  return file.errorString();
-}
-
-QPushButton* pushButton(QWidget* parent, const char* name, const char* label, const char* tip) {
-  auto* button = new QPushButton(QString::fromUtf8(label), parent);
-  button->setObjectName(QString::fromUtf8(name));
-  button->setToolTip(QString::fromUtf8(tip));
-  button->setAutoDefault(false); // Enter in the address must not send anything
-  return button;
 }
 
 } // namespace
@@ -113,11 +97,15 @@ void CProblemReportDlg::buildControls() {
 
 QWidget* CProblemReportDlg::buildButtons() {
   auto* row = new QWidget(this);
-  auto* copyButton = pushButton(row, "reportCopy", "&Copy", "Put the text into the clipboard");
-  auto* saveButton = pushButton(row, "reportSave", "&Save as...", "Write the text to a file");
-  auto* mailButton = pushButton(row, "reportMail", "Open in &mail program",
-                                "Open a mail with the text in your own mail program; you send it");
-  auto* closeButton = pushButton(row, "reportClose", "Close", "Close; the text is not kept");
+  auto* copyButton = sideButton("reportCopy", QStringLiteral("&Copy"),
+                                QStringLiteral("Put the text into the clipboard"), row);
+  auto* saveButton = sideButton("reportSave", QStringLiteral("&Save as..."),
+                                QStringLiteral("Write the text to a file"), row);
+  auto* mailButton = sideButton(
+      "reportMail", QStringLiteral("Open in &mail program"),
+      QStringLiteral("Open a mail with the text in your own mail program; you send it"), row);
+  auto* closeButton = sideButton("reportClose", QStringLiteral("Close"),
+                                 QStringLiteral("Close; the text is not kept"), row);
   connect(copyButton, &QPushButton::clicked, this, [this] { copy(); });
   connect(saveButton, &QPushButton::clicked, this, [this] { save(); });
   connect(mailButton, &QPushButton::clicked, this, [this] { openMail(); });
@@ -164,7 +152,7 @@ void CProblemReportDlg::save() {
   if (path.isEmpty()) {
     return;
   }
-  const QString problem = writeWhole(path, m_text->toPlainText());
+  const QString problem = exportText(path, m_text->toPlainText());
   tell(problem.isEmpty() ? QStringLiteral("Saved: %1").arg(path)
                          : QStringLiteral("%1: cannot be written: %2").arg(path, problem));
 }
@@ -186,6 +174,12 @@ void CProblemReportDlg::openMail() {
   } else {
     tell(QStringLiteral("The mail is open in your mail program. It is sent from there."));
   }
+}
+
+void CProblemReportDlg::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  // The cursor was put below the question while nothing had a size, which scrolled that away.
+  m_text->verticalScrollBar()->setValue(0);
 }
 
 void CProblemReportDlg::done(int result) {

@@ -31,6 +31,7 @@ public:
 
 protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
 private:
   void buildControls();

@@ -1,6 +1,7 @@
 #include "app/help/HelpWindow.h"
 
 #include "app/help/HelpPages.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
@@ -23,14 +24,6 @@ namespace folivex {
 namespace {
 
 constexpr int placeRole = Qt::UserRole;
-
-QPushButton* pushButton(QWidget* parent, const char* name, const char* label, const char* tip) {
-  auto* button = new QPushButton(QString::fromUtf8(label), parent);
-  button->setObjectName(QString::fromUtf8(name));
-  button->setToolTip(QString::fromUtf8(tip));
-  button->setAutoDefault(false); // Enter in the search field belongs to the search
-  return button;
-}
 
 /// The look of the pages, in the colours that the windows have just now.
 QString styleSheetOf(const QPalette& palette) {
@@ -98,9 +91,11 @@ void HelpWindow::buildControls() {
 
 QWidget* HelpWindow::buildTools() {
   auto* row = new QWidget(this);
-  m_back = pushButton(row, "helpBack", "&Back", "The page shown before (Alt+Left)");
-  m_forward = pushButton(row, "helpForward", "&Forward", "Undo a step back (Alt+Right)");
-  m_home = pushButton(row, "helpHome", "&Home", "The first page");
+  m_back = sideButton("helpBack", QStringLiteral("&Back"),
+                      QStringLiteral("The page shown before (Alt+Left)"), row);
+  m_forward = sideButton("helpForward", QStringLiteral("&Forward"),
+                         QStringLiteral("Undo a step back (Alt+Right)"), row);
+  m_home = sideButton("helpHome", QStringLiteral("&Home"), QStringLiteral("The first page"), row);
   m_sought = new QLineEdit(row);
   m_sought->setObjectName(QStringLiteral("helpSought"));
   m_sought->setToolTip(QStringLiteral("Find words in all pages of the help (Ctrl+F)"));

@@ -3,6 +3,7 @@
 #include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
 #include "app/help/ProblemReport.h"
+#include "app/program/LibraryVersions.h"
 #include "app/viewer/MatchWalker.h"
 #include "app/viewer/PageViewer.h"
 #include "app/viewer/PlanWindow.h"
@@ -39,10 +40,11 @@ PickedArea areaOf(const PickedRange& range) {
 } // namespace
 
 ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
-    : m_dialogs(dialogs), m_memory(memory), m_main(dialogs, memory),
+    : m_dialogs(dialogs), m_memory(memory), m_main(m_dialogs, memory),
       m_updateMemory(std::make_unique<WindowUpdateMemory>(memory)),
       m_updates(std::make_unique<UpdateCheck>(
           *m_updateMemory, UpdateSurroundings{QStringLiteral(FOLIVEX_VERSION)})) {
+  m_dialogs.onHeard = [this](const QString& text) { m_main.remember(text); };
   m_main.setParts(parts());
 }
 
@@ -177,9 +179,10 @@ void ProgramWindows::openHelp(const QString& topic) {
 }
 
 void ProgramWindows::reportProblem() {
-  CProblemReportDlg dialog(ProblemReport(systemFacts(QStringLiteral(FOLIVEX_VERSION)),
-                                         m_main.currentSetup(), m_main.lastTold()),
-                           m_dialogs, m_memory, &m_main);
+  CProblemReportDlg dialog(
+      ProblemReport(systemFacts(QStringLiteral(FOLIVEX_VERSION), libraryVersions()),
+                    m_main.currentSetup(), m_main.lastTold()),
+      m_dialogs, m_memory, &m_main);
   dialog.onHelp = [this](const QString& topic) { openHelp(topic); };
   dialog.exec();
 }
@@ -198,9 +201,16 @@ void ProgramWindows::lookForUpdate() {
 
 /// Only news is told unasked.
 void ProgramWindows::tellUpdate(const UpdateResult& result) {
-  if (result.outcome == UpdateOutcome::Newer) {
-    m_main.note(result.text);
+  if (result.outcome != UpdateOutcome::Newer) {
+    return;
   }
+  m_main.tellNews(result.text, [this, page = result.offer.page] {
+    if (page.isEmpty()) {
+      editUpdateCheck();
+    } else if (!m_dialogs.openOutside(page)) {
+      m_dialogs.message(&m_main, QStringLiteral("Unable to open: ") + page);
+    }
+  });
 }
 
 } // namespace folivex

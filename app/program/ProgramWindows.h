@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/MainWindow.h"
+#include "widgets/HeardDialogs.h"
 
 #include <memory>
 
@@ -48,7 +49,7 @@ private:
   void lookForUpdate();
   void tellUpdate(const UpdateResult& result);
 
-  Dialogs& m_dialogs;
+  HeardDialogs m_dialogs;
   WindowMemory& m_memory;
   MainWindow m_main;
   // What follows uses the libraries of the main window's session and goes first.

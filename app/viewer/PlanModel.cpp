@@ -1,5 +1,6 @@
 #include "app/viewer/PlanModel.h"
 
+#include "widgets/ListTable.h"
 #include "widgets/Theme.h"
 
 #include <utility>
@@ -48,8 +49,7 @@ QVariant PlanModel::data(const QModelIndex& index, int role) const {
   case Qt::DisplayRole:
     return m_rows.text(index.row(), column);
   case Qt::ToolTipRole:
-    // A page's text is no markup.
-    return m_rows.text(index.row(), column).toHtmlEscaped();
+    return cellToolTip(m_rows.text(index.row(), column));
   case Qt::TextAlignmentRole:
     return QVariant(Qt::AlignVCenter | (isNumeric(column) ? Qt::AlignRight : Qt::AlignLeft));
   case Qt::ForegroundRole:

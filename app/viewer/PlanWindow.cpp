@@ -1,7 +1,10 @@
 #include "app/viewer/PlanWindow.h"
 
 #include "app/PlanPrinter.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
+#include "widgets/ListTable.h"
+#include "widgets/TextExport.h"
 #include "widgets/Theme.h"
 
 #include <QCheckBox>
@@ -13,35 +16,12 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSaveFile>
-#include <QTableView>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace folivex {
-
-namespace {
-
-QPushButton* pushButton(QWidget* parent, const char* name, const char* label, const char* tip) {
-  auto* button = new QPushButton(QString::fromUtf8(label), parent);
-  button->setObjectName(QString::fromUtf8(name));
-  button->setToolTip(QString::fromUtf8(tip));
-  button->setAutoDefault(false); // Enter in the table or the filter must not start a run
-  return button;
-}
-
-/// Empty, or why the file could not be written. The old file stays then.
-QString writeWhole(const QString& path, const QString& text) {
-  QSaveFile file(path);
-  const QByteArray bytes = text.toUtf8();
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
-    return {};
-  }
-  return file.errorString();
-}
-
-} // namespace
 
 PlanWindow::PlanWindow(Dialogs& dialogs, QWidget* parent)
     : QDialog(parent), m_dialogs(dialogs), m_model(new PlanModel(this)) {
@@ -100,39 +80,30 @@ QWidget* PlanWindow::buildFilterRow() {
 }
 
 QWidget* PlanWindow::buildTable() {
-  m_table = new QTableView(this);
+  m_table = new ListTable(*m_model, this);
   m_table->setObjectName(QStringLiteral("planTable"));
   m_table->setAccessibleName(QStringLiteral("Planned outputs"));
   m_table->setToolTip(QStringLiteral("Double-click a row, or press Enter, to see its first page"));
-  m_table->setModel(m_model);
-  m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
   m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-  m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  m_table->setAlternatingRowColors(true);
-  m_table->setTextElideMode(Qt::ElideMiddle); // the ends of paths tell them apart
-  m_table->setWordWrap(false);
-  m_table->setTabKeyNavigation(false);
   m_table->setSortingEnabled(true);
+  m_table->setWhenEmpty(QStringLiteral("Nothing would be written."));
   m_table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
   m_table->horizontalHeader()->setStretchLastSection(true);
-  m_table->horizontalHeader()->setHighlightSections(false);
-  // Rows of one height, else a long plan would be measured row by row.
-  QHeaderView* side = m_table->verticalHeader();
-  side->setSectionResizeMode(QHeaderView::Fixed);
-  constexpr int airAbove = 6;
-  side->setDefaultSectionSize(m_table->fontMetrics().height() + airAbove);
-  side->hide();
+  m_table->verticalHeader()->hide();
   return m_table;
 }
 
 QWidget* PlanWindow::buildButtons() {
   auto* row = new QWidget(this);
-  m_showPage = pushButton(row, "showPlanPage", "&Show page", "Show the first page of the row");
-  m_export = pushButton(row, "exportPlan", "&Export...",
-                        "Write the rows shown, in the order shown, to a CSV file");
-  m_process =
-      pushButton(row, "processNow", "&Process now", "Close this window and make these files");
-  m_close = pushButton(row, "closePlan", "&Close", "Close this window; nothing is made");
+  m_showPage = sideButton("showPlanPage", QStringLiteral("&Show page"),
+                          QStringLiteral("Show the first page of the row"), row);
+  m_export =
+      sideButton("exportPlan", QStringLiteral("&Export..."),
+                 QStringLiteral("Write the rows shown, in the order shown, to a CSV file"), row);
+  m_process = sideButton("processNow", QStringLiteral("&Process now"),
+                         QStringLiteral("Close this window and make these files"), row);
+  m_close = sideButton("closePlan", QStringLiteral("&Close"),
+                       QStringLiteral("Close this window; nothing is made"), row);
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(m_showPage);
@@ -196,18 +167,33 @@ void PlanWindow::tellPlan(const SplitPlan& plan) {
                           2 * m_notes->frameWidth());
 }
 
+void PlanWindow::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  layout()->activate();
+  fitColumns(); // the table has its width only now
+}
+
 void PlanWindow::fitColumns() {
   // By the first rows; all of a long plan would take too long to measure.
   constexpr int rowsMeasured = 100;
   constexpr int widest = 260;
-  constexpr int air = 12;
+  constexpr int air = 4;
   m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
   const int last =
       static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
-  for (int column = 0; column < last; ++column) { // the last takes the room that is left
+  int needed = m_table->verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column <= last; ++column) {
     m_table->resizeColumnToContents(column);
     m_table->setColumnWidth(column, std::min(m_table->columnWidth(column) + air, widest));
+    needed += column < last ? m_table->columnWidth(column) : 0; // the last takes what is left
   }
+  needed += std::max(std::min(m_table->sizeHintForColumn(last) + air, widest),
+                     m_table->horizontalHeader()->sectionSizeHint(last));
+  // The folder is the same in nearly every row: it gives way where there is too little room.
+  constexpr auto folder = static_cast<int>(PlanColumn::Folder);
+  constexpr int narrowest = 90;
+  const int excess = std::max(needed - m_table->viewport()->width(), 0);
+  m_table->setColumnWidth(folder, std::max(m_table->columnWidth(folder) - excess, narrowest));
 }
 
 void PlanWindow::choose() {
@@ -229,6 +215,9 @@ void PlanWindow::tellCounts() {
   const PlanRows& rows = m_model->rows();
   m_shown->setText(QStringLiteral("%1 of %2 outputs").arg(rows.count()).arg(rows.total()));
   m_export->setEnabled(rows.count() > 0);
+  m_table->setWhenEmpty(rows.total() > 0 ? QStringLiteral("No row holds this text.")
+                                         : QStringLiteral("Nothing would be written."));
+  m_table->showWhetherEmpty();
 }
 
 void PlanWindow::requestPage(const QModelIndex& index) {
@@ -245,7 +234,7 @@ void PlanWindow::exportRows() {
     return;
   }
   const QString text = planText(m_model->rows().shownPlan(), PlanOutput::Csv);
-  if (const QString problem = writeWhole(path, text); !problem.isEmpty()) {
+  if (const QString problem = exportText(path, text); !problem.isEmpty()) {
     m_dialogs.message(this, QStringLiteral("%1: cannot be written: %2").arg(path, problem));
   }
 }

@@ -12,11 +12,11 @@ class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
-class QTableView;
 
 namespace folivex {
 
 class Dialogs;
+class ListTable;
 
 class PlanWindow : public QDialog {
 public:
@@ -28,6 +28,9 @@ public:
 
   std::function<void(int page)> onPageRequested; ///< from 1: the first page of a row
   std::function<void()> onProcess;               ///< the window is closed by then
+
+protected:
+  void showEvent(QShowEvent* event) override;
 
 private:
   void buildControls();
@@ -51,7 +54,7 @@ private:
   QLineEdit* m_filter = nullptr;
   QCheckBox* m_warningsOnly = nullptr;
   QLabel* m_shown = nullptr;
-  QTableView* m_table = nullptr;
+  ListTable* m_table = nullptr;
   QPushButton* m_showPage = nullptr;
   QPushButton* m_export = nullptr;
   QPushButton* m_process = nullptr;

@@ -7,7 +7,9 @@
 #include "mail/windows/CMailWaitDlg.h"
 #include "mail/windows/EmailTable.h"
 #include "platform/Paths.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
+#include "widgets/NoticeLine.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -17,7 +19,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
@@ -29,21 +30,6 @@ namespace folivex {
 namespace {
 
 constexpr int rowsAtFirst = 16;
-
-/// A long path may go on in the next line behind any separator.
-QString breakable(QString text) {
-  static const QRegularExpression separators(QStringLiteral("([/\\\\])"));
-  return text.replace(separators, QStringLiteral("\\1\u200B"));
-}
-
-QPushButton* buttonOf(const char* name, const QString& text, const QString& toolTip,
-                      QWidget* parent) {
-  auto* button = new QPushButton(text, parent);
-  button->setObjectName(QLatin1String(name));
-  button->setToolTip(toolTip);
-  button->setAutoDefault(false); // Enter in the filter or the table must send nothing
-  return button;
-}
 
 QString caption() {
   return QStringLiteral("Email List to Send");
@@ -141,21 +127,13 @@ QWidget* CEmailListDlg::buildBelow() {
   auto* below = new QWidget(this);
   m_countLine = new QLabel(below);
   m_countLine->setObjectName(QStringLiteral("countLine"));
-  m_notice = new QLabel(below);
-  m_notice->setObjectName(QStringLiteral("notice"));
-  m_notice->setTextFormat(Qt::PlainText); // paths are no markup
-  m_notice->setWordWrap(true);
-  // A path is one long word: it must not make the window wider.
-  QSizePolicy policy = m_notice->sizePolicy();
-  policy.setHorizontalPolicy(QSizePolicy::Ignored);
-  m_notice->setSizePolicy(policy);
-  m_notice->hide();
+  m_notice = new NoticeLine(below);
   m_without =
-      buttonOf("withoutAddress", QStringLiteral("Outputs &without address..."),
-               QStringLiteral("Show the outputs of the run that are not in the list"), below);
-  m_send = buttonOf("send", QStringLiteral("&OK - Send"), QString(), below);
-  auto* cancel = buttonOf("cancel", QStringLiteral("&Cancel"),
-                          QStringLiteral("Close; nothing is sent"), below);
+      sideButton("withoutAddress", QStringLiteral("Outputs &without address..."),
+                 QStringLiteral("Show the outputs of the run that are not in the list"), below);
+  m_send = sideButton("send", QStringLiteral("&OK - Send"), QString(), below);
+  auto* cancel = sideButton("cancel", QStringLiteral("&Cancel"),
+                            QStringLiteral("Close; nothing is sent"), below);
   connect(m_without, &QPushButton::clicked, this, [this] { showWithoutAddress(); });
   connect(m_send, &QPushButton::clicked, this, [this] { accept(); });
   connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
@@ -224,9 +202,7 @@ void CEmailListDlg::updateCounts() {
 }
 
 void CEmailListDlg::tell(const EmailWords& words) {
-  m_notice->setText(breakable(words.notice));
-  m_notice->setToolTip(words.notice.toHtmlEscaped());
-  m_notice->setVisible(!words.notice.isEmpty());
+  m_notice->tell(words.notice);
   if (!words.message.isEmpty()) {
     m_dialogs.message(this, words.message);
   }

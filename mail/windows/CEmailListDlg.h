@@ -19,6 +19,7 @@ namespace folivex {
 
 class Dialogs;
 class EmailTable;
+class NoticeLine;
 
 /// Run with exec(). After Accepted, toSend() tells what the person wants to be sent; after Rejected
 /// nothing is to be sent.
@@ -82,7 +83,7 @@ private:
   QLineEdit* m_filter = nullptr;
   EmailTable* m_table = nullptr;
   QLabel* m_countLine = nullptr;
-  QLabel* m_notice = nullptr;
+  NoticeLine* m_notice = nullptr;
   QPushButton* m_without = nullptr;
   QPushButton* m_send = nullptr;
 };

@@ -3,6 +3,7 @@
 #include "mail/MailAddress.h"
 #include "mail/MailHeader.h"
 #include "platform/FileSystem.h"
+#include "widgets/ListTable.h"
 #include "widgets/Theme.h"
 
 #include <QApplication>
@@ -228,7 +229,7 @@ QVariant EmailModel::headerData(int section, Qt::Orientation orientation, int ro
   case Qt::DisplayRole:
     return QString::fromLatin1(headers[static_cast<std::size_t>(section)]);
   case Qt::TextAlignmentRole:
-    return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
+    return headerAlignment();
   case Qt::ToolTipRole:
     return QStringLiteral("%1: click to sort what you see. The mails go out in the order of the "
                           "numbers at the left, however the rows are sorted; a third click sorts "

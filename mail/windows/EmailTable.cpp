@@ -5,8 +5,6 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <array>
@@ -17,7 +15,6 @@ namespace {
 
 constexpr std::array<int, emailColumnCount> initialWidths = {230, 230, 106, 99, 700,
                                                              230, 160, 160, 200}; // pixels
-constexpr int rowPadding = 8;                                                     // pixels
 
 /// Says in the place of an address that there is none, and of a path shows the end: the folders are
 /// the same in every row.
@@ -39,49 +36,18 @@ protected:
   }
 };
 
-QLabel* whenEmptyLabel(QWidget* viewport) {
-  auto* label = new QLabel(viewport);
-  label->setObjectName(QStringLiteral("whenEmpty"));
-  label->setAlignment(Qt::AlignCenter);
-  label->setWordWrap(true);
-  label->setForegroundRole(QPalette::PlaceholderText);
-  label->setAttribute(Qt::WA_TransparentForMouseEvents);
-  auto* layout = new QVBoxLayout(viewport);
-  layout->addWidget(label);
-  return label;
-}
-
 } // namespace
 
 EmailTable::EmailTable(EmailModel& model, QWidget* parent)
-    : QTableView(parent), m_model(model), m_whenEmpty(whenEmptyLabel(viewport())) {
-  setModel(&model);
-  setSelectionBehavior(SelectRows);
-  setSelectionMode(ExtendedSelection);
-  setEditTriggers(NoEditTriggers);
-  setShowGrid(false); // the delegate does
+    : ListTable(model, parent), m_model(model) {
   setItemDelegate(new EmailDelegate(this));
-  setWordWrap(false);
-  setTextElideMode(Qt::ElideMiddle); // both ends of an address tell something
-  setTabKeyNavigation(false);
-  setContextMenuPolicy(Qt::CustomContextMenu);
-  setVerticalScrollMode(ScrollPerItem);
-  setHorizontalScrollMode(ScrollPerPixel);
-  setCornerButtonEnabled(false);
-
-  QHeaderView* numbers = verticalHeader();
-  numbers->setSectionResizeMode(QHeaderView::Fixed);
-  numbers->setDefaultSectionSize(fontMetrics().height() + rowPadding);
-  numbers->setHighlightSections(false);
-  numbers->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QHeaderView* header = horizontalHeader();
-  header->setHighlightSections(false);
+  header->setStretchLastSection(true);
   header->setSortIndicatorClearable(true);
   header->setSortIndicator(-1, Qt::AscendingOrder);
   setSortingEnabled(true);
-  for (std::size_t column = 0; column < initialWidths.size(); ++column) {
-    setColumnWidth(static_cast<int>(column), initialWidths[column]);
-  }
+  setInitialWidths(initialWidths);
   connect(this, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { editRow(index); });
 }
@@ -147,21 +113,11 @@ void EmailTable::showOwnTexts(bool shown) {
 }
 
 void EmailTable::showWhetherEmpty() {
-  m_whenEmpty->setVisible(m_model.shownCount() == 0);
-  m_whenEmpty->setText(
-      m_model.filter().isEmpty()
-          ? QStringLiteral("Choose \"Load email list\" or \"Import from spreadsheet...\" from the "
-                           "File menu.")
-          : QStringLiteral("No row holds \"%1\".").arg(m_model.filter()));
-}
-
-int EmailTable::preferredWidth() const {
-  int width = 2 * frameWidth() + verticalHeader()->sizeHint().width() +
-              style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  for (int column = 0; column < emailColumnCount; ++column) {
-    width += columnWidth(column); // 0 when hidden
-  }
-  return width;
+  setWhenEmpty(m_model.filter().isEmpty()
+                   ? QStringLiteral("Choose \"Load email list\" or \"Import from "
+                                    "spreadsheet...\" from the File menu.")
+                   : QStringLiteral("No row holds \"%1\".").arg(m_model.filter()));
+  ListTable::showWhetherEmpty();
 }
 
 void EmailTable::editRow(const QModelIndex& index) {
@@ -176,7 +132,7 @@ void EmailTable::keyPressEvent(QKeyEvent* event) {
     editRow(currentIndex());
     return;
   }
-  QTableView::keyPressEvent(event);
+  ListTable::keyPressEvent(event);
 }
 
 } // namespace folivex

@@ -1,19 +1,16 @@
 // EmailTable: the list view of the e-mail list.
 #pragma once
 
-#include <QTableView>
+#include "widgets/ListTable.h"
 
 #include <functional>
 #include <vector>
-
-class QLabel;
 
 namespace folivex {
 
 class EmailModel;
 
-/// Whole rows are selected. While there are none, it says how to get some.
-class EmailTable : public QTableView {
+class EmailTable : public ListTable {
 public:
   /// The model must outlive the table.
   EmailTable(EmailModel& model, QWidget* parent);
@@ -27,10 +24,8 @@ public:
 
   /// Shows the columns 4 to 7 ("Body" to "Separate Invoices") or not.
   void showOwnTexts(bool shown);
+  /// Beside ListTable's: says what hides the rows when a filter does.
   void showWhetherEmpty();
-
-  /// Width at which every column that is shown has its initial one.
-  int preferredWidth() const;
 
   /// A row is to be edited: double-click, F2 or Enter.
   std::function<void(std::size_t listRow)> onEdit;
@@ -43,7 +38,6 @@ private:
   void select(const std::vector<std::size_t>& listRows);
 
   EmailModel& m_model;
-  QLabel* m_whenEmpty;
 };
 
 } // namespace folivex

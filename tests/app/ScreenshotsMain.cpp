@@ -78,8 +78,10 @@ void takeSettings(Camera& camera, const Studio& studio) {
   external.configExternalParams = QStringLiteral("\"[IN]\" -o\"[OUT]\"");
   takeDialog<CConfigureDlg>(camera, dialogs, QStringLiteral("split-command"), external);
   takeDialog<CEmailSettingsDlg>(camera, dialogs, QStringLiteral("email-settings"), byPosition());
-  takeDialog<CEmailSettingsDlg>(camera, dialogs, QStringLiteral("email-settings-faults"),
-                                withFaults());
+  CEmailSettingsDlg faults(dialogs);
+  faults.setSetup(withFaults());
+  faults.accept(); // tells what is wrong, and stays
+  camera.take(faults, QStringLiteral("email-settings-faults"));
   CPageNumberDlg page(1204, 17);
   camera.take(page, QStringLiteral("page-number"));
   CStatusDlg status;

@@ -1,4 +1,4 @@
-#include "app/dialogs/ElidedLabel.h"
+#include "widgets/ElidedLabel.h"
 
 #include <QPainter>
 #include <QStyle>
