@@ -10,6 +10,7 @@
 #include "app/dialogs/CStatusDlg.h"
 #include "engine/setup/SetupFields.h"
 #include "platform/Paths.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -22,7 +23,6 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -89,19 +89,17 @@ void MainWindow::buildControls() {
   layout->addWidget(m_panel, 1);
   layout->addWidget(m_runLine);
   layout->addWidget(buildButtons());
-  const QSize wanted = sizeHint();
-  resize(wanted.boundedTo(screen()->availableSize()));
+  resizeOnScreen(this, sizeHint());
   m_memory.restore(this);
 }
 
 QPushButton* MainWindow::commandButton(Command command, const QString& text, const char* name) {
-  auto* button = new QPushButton(text, this);
-  button->setObjectName(QString::fromLatin1(name));
-  button->setAutoDefault(false);
   QAction* action = m_menus->action(command);
   const QString key = action->shortcut().toString(QKeySequence::NativeText);
-  button->setToolTip(key.isEmpty() ? action->toolTip()
-                                   : QStringLiteral("%1 (%2)").arg(action->toolTip(), key));
+  QPushButton* button = sideButton(
+      name, text,
+      key.isEmpty() ? action->toolTip() : QStringLiteral("%1 (%2)").arg(action->toolTip(), key),
+      this);
   const auto follow = [button, action] { button->setEnabled(action->isEnabled()); };
   connect(action, &QAction::changed, button, follow);
   connect(button, &QPushButton::clicked, action, &QAction::trigger);

@@ -1,5 +1,6 @@
 #include "updates/CUpdateIntervalDlg.h"
 
+#include "widgets/Controls.h"
 #include "widgets/Theme.h"
 
 #include <QCheckBox>
@@ -64,16 +65,12 @@ void CUpdateIntervalDlg::makeFields() {
 
 void CUpdateIntervalDlg::makeCheckRow() {
   m_lastCheck = makeText("lastCheck", this);
-  m_checkNow = new QPushButton(QStringLiteral("Check &now"), this);
-  m_checkNow->setObjectName(QStringLiteral("checkNow"));
-  m_checkNow->setAutoDefault(false);
-  m_checkNow->setToolTip(QStringLiteral("Ask the server at the address above at once"));
+  m_checkNow = sideButton("checkNow", QStringLiteral("Check &now"),
+                          QStringLiteral("Ask the server at the address above at once"), this);
   m_result = makeText("result", this);
   m_note = makeText("note", this);
-  m_openPage = new QPushButton(QStringLiteral("Open its &page"), this);
-  m_openPage->setObjectName(QStringLiteral("openPage"));
-  m_openPage->setAutoDefault(false);
-  m_openPage->setToolTip(QStringLiteral("Show the new version's page in the web browser"));
+  m_openPage = sideButton("openPage", QStringLiteral("Open its &page"),
+                          QStringLiteral("Show the new version's page in the web browser"), this);
   m_note->hide();
   m_openPage->hide();
 }

@@ -67,6 +67,20 @@ QPalette darkPalette() {
                     .link = QColor(0x7c, 0xb9, 0xf2)});
 }
 
+/// Qt's own colours for what is disabled can hardly be read.
+QPalette readable(QPalette palette) {
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    const QColor text = palette.color(QPalette::Active, role);
+    const QColor ground = palette.color(QPalette::Active, QPalette::Window);
+    const auto between = [](int a, int b) { return (a + b) / 2; };
+    palette.setColor(QPalette::Disabled, role,
+                     QColor(between(text.red(), ground.red()),
+                            between(text.green(), ground.green()),
+                            between(text.blue(), ground.blue())));
+  }
+  return palette;
+}
+
 /// What the desktop gave the application before any theme was applied.
 const QPalette& systemPalette() {
   static const QPalette palette = QApplication::palette();
@@ -110,7 +124,7 @@ void applyTheme(Theme theme) {
   QApplication::setStyle(isOwnLook ? new LookStyle : QStyleFactory::create(style));
   switch (theme) {
   case Theme::System:
-    QApplication::setPalette(system);
+    QApplication::setPalette(isOwnLook ? readable(system) : system);
     break;
   case Theme::Light:
     QApplication::setPalette(lightPalette());

@@ -10,7 +10,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include <array>
 
@@ -31,12 +30,8 @@ constexpr std::array placeholders = {
 CConfigureDlg::CConfigureDlg(Dialogs& dialogs, QWidget* parent)
     : SetupDialog("splitCommand", QStringLiteral("Split command"), QStringLiteral("split-command"),
                   dialogs, parent) {
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(buildControls());
-  layout->addStretch(1);
-  finish(layout);
   constexpr int startWidth = 620;
-  resize(startWidth, sizeHint().height());
+  finish({buildControls()}, {}, startWidth);
 }
 
 QWidget* CConfigureDlg::buildControls() {

@@ -9,12 +9,10 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -35,23 +33,10 @@ QString offeredLogFile() {
 CEmailSettingsDlg::CEmailSettingsDlg(Dialogs& dialogs, QWidget* parent)
     : SetupDialog("emailSettings", QStringLiteral("E-mail settings"),
                   QStringLiteral("email-settings"), dialogs, parent) {
-  QWidget* sending = buildSending();
-  QWidget* server = buildServer();
-  QWidget* search = buildSearch();
-  alignLabels({sending, server});
-  auto* left = new QVBoxLayout;
-  left->addWidget(sending);
-  left->addWidget(server);
-  left->addWidget(search);
-  left->addStretch(1);
-  auto* columns = new QHBoxLayout;
-  columns->addLayout(left, 1);
-  columns->addWidget(buildMessage(), 1); // as much room as there is: it is what one writes here
-  auto* layout = new QVBoxLayout(this);
-  layout->addLayout(columns, 1);
-  finish(layout);
+  // In the order of the columns, which is the order that the Tab key takes.
+  const QList<QWidget*> left = {buildSending(), buildServer(), buildSearch()};
   constexpr int startWidth = 940;
-  resize(startWidth, sizeHint().height());
+  finish(left, {buildMessage()}, startWidth);
 }
 
 QWidget* CEmailSettingsDlg::buildServer() {
@@ -86,7 +71,6 @@ QWidget* CEmailSettingsDlg::buildServer() {
   grid.row(QStringLiteral("Pass&word:"), {password});
   grid.wide({outlook, automatic});
   grid.wide({m_sendTest});
-  grid.stretch();
   return group;
 }
 
@@ -116,7 +100,6 @@ QWidget* CEmailSettingsDlg::buildSending() {
   grid.row(QStringLiteral("&Pause:"),
            {pause, new QLabel(QStringLiteral("Milliseconds between sends,"), group)});
   grid.row(QStringLiteral("Lo&g file:"), {log, browse});
-  grid.stretch();
   return group;
 }
 
@@ -171,7 +154,6 @@ QWidget* CEmailSettingsDlg::buildSearch() {
            {horiz, buddyLabel(QStringLiteral("to"), horizTo, group), horizTo});
   grid.row(QStringLiteral("&After text:"), {after});
   grid.row(QStringLiteral("Before te&xt:"), {before});
-  grid.stretch();
   return group;
 }
 

@@ -6,7 +6,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -29,13 +28,9 @@ COtherSettingsDlg::COtherSettingsDlg(Dialogs& dialogs, QWidget* parent)
   grid.wide({removeText});
   grid.wide({new QLabel(QStringLiteral("* NOTE: this is case sensitive"), controls)});
 
-  auto* layout = new QVBoxLayout(this);
   controls->layout()->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(controls);
-  layout->addStretch(1);
-  finish(layout);
   constexpr int startWidth = 520;
-  resize(startWidth, sizeHint().height());
+  finish({controls}, {}, startWidth);
 }
 
 SettingFindings COtherSettingsDlg::check(const SplitSetup& setup) const {

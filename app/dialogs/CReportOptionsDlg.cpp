@@ -10,20 +10,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace folivex {
 
 CReportOptionsDlg::CReportOptionsDlg(Dialogs& dialogs, QWidget* parent)
     : SetupDialog("reportOptions", QStringLiteral("Report and file options"),
                   QStringLiteral("report-options"), dialogs, parent) {
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(buildReports());
-  layout->addWidget(buildFiles());
-  layout->addStretch(1);
-  finish(layout);
   constexpr int startWidth = 620;
-  resize(startWidth, sizeHint().height());
+  finish({buildReports(), buildFiles()}, {}, startWidth);
 }
 
 QWidget* CReportOptionsDlg::buildReports() {

@@ -47,13 +47,27 @@ void FormGrid::row(const QString& label, std::initializer_list<QWidget*> control
   const bool isTall = qobject_cast<QPlainTextEdit*>(first) != nullptr;
   m_grid->addWidget(text, m_row, 0, isTall ? Qt::AlignTop : Qt::Alignment());
   m_grid->addLayout(sideBySide(controls), m_row++, 1);
+  tabThrough(controls);
   problemLines(controls, 1);
 }
 
 void FormGrid::wide(std::initializer_list<QWidget*> controls) {
   followBuddies(controls);
   m_grid->addLayout(sideBySide(controls), m_row++, 0, 1, 2);
+  tabThrough(controls);
   problemLines(controls, 0);
+}
+
+void FormGrid::tabThrough(std::initializer_list<QWidget*> controls) {
+  for (QWidget* control : controls) {
+    if (control->focusPolicy() == Qt::NoFocus) {
+      continue;
+    }
+    if (m_lastStop != nullptr) {
+      QWidget::setTabOrder(m_lastStop, control);
+    }
+    m_lastStop = control;
+  }
 }
 
 void FormGrid::followBuddies(std::initializer_list<QWidget*> controls) {
@@ -71,10 +85,6 @@ void FormGrid::problemLines(std::initializer_list<QWidget*> controls, int column
       m_grid->addWidget(line, m_row++, column, 1, column == 0 ? 2 : 1);
     }
   }
-}
-
-void FormGrid::stretch() {
-  m_grid->setRowStretch(m_row++, 1);
 }
 
 void alignLabels(const QList<QWidget*>& owners) {

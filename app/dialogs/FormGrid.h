@@ -15,7 +15,8 @@ class QWidget;
 namespace folivex {
 
 /// Fills a grid of two columns: labels, and what belongs to them. Under each row are the lines for
-/// the problems of its controls, which take no room while there is nothing to say.
+/// the problems of its controls, which take no room while there is nothing to say. The Tab key goes
+/// through the controls as they stand.
 class FormGrid {
 public:
   /// A layout for `owner`, which gets it.
@@ -26,16 +27,17 @@ public:
   void row(const QString& label, std::initializer_list<QWidget*> controls);
   /// Without a label, over both columns.
   void wide(std::initializer_list<QWidget*> controls);
-  void stretch();
 
   int rowCount() const { return m_row; }
 
 private:
+  void tabThrough(std::initializer_list<QWidget*> controls);
   void followBuddies(std::initializer_list<QWidget*> controls);
   void problemLines(std::initializer_list<QWidget*> controls, int column);
 
   QGridLayout* m_grid;
   SetupBinding& m_binding;
+  QWidget* m_lastStop = nullptr; ///< of the Tab key
   int m_row = 0;
 };
 

@@ -1,6 +1,6 @@
 #include "app/dialogs/SetupDialog.h"
 
-#include "app/dialogs/FormGrid.h"
+#include "app/dialogs/FormArea.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
 #include "widgets/Controls.h"
@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace folivex {
 
 SetupDialog::SetupDialog(const char* name, const QString& title, const QString& helpTopic,
@@ -20,10 +22,7 @@ SetupDialog::SetupDialog(const char* name, const QString& title, const QString& 
   setWindowTitle(title);
 }
 
-void SetupDialog::finish(QVBoxLayout* layout) {
-  auto* help = sideButton("help", QStringLiteral("Help"),
-                          QStringLiteral("Help on these settings (F1)"), this);
-  m_helpButton = help;
+QDialogButtonBox* SetupDialog::buildButtons() {
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
   QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
   ok->setObjectName(QStringLiteral("ok"));
@@ -32,14 +31,25 @@ void SetupDialog::finish(QVBoxLayout* layout) {
   QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
   cancel->setObjectName(QStringLiteral("cancel"));
   cancel->setToolTip(QStringLiteral("Leave the settings as they were"));
-  cancel->setAutoDefault(false);
-  auto* row = new QHBoxLayout;
-  row->addWidget(help);
-  row->addWidget(buttons, 1);
-  layout->addLayout(row);
   connect(buttons, &QDialogButtonBox::accepted, this, &SetupDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &SetupDialog::reject);
-  connect(help, &QPushButton::clicked, this, [this] { onHelp(m_helpTopic); });
+  return buttons;
+}
+
+void SetupDialog::finish(const QList<QWidget*>& left, const QList<QWidget*>& right,
+                         int startWidth) {
+  m_form = new FormArea(this);
+  m_form->setColumns(left, right);
+  m_helpButton = sideButton("help", QStringLiteral("Help"),
+                            QStringLiteral("Help on these settings (F1)"), this);
+  connect(m_helpButton, &QPushButton::clicked, this, [this] { onHelp(m_helpTopic); });
+  auto* row = new QHBoxLayout;
+  row->addWidget(m_helpButton);
+  row->addWidget(buildButtons(), 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(m_form, 1);
+  layout->addLayout(row);
+  resizeOnScreen(this, QSize(startWidth, sizeHint().height()));
   m_binding.onEdited = [this] { edited(); };
 }
 
@@ -64,10 +74,15 @@ void SetupDialog::adapt(const SplitSetup& setup) {
 }
 
 void SetupDialog::fit() {
-  // A line that tells something needs room that the dialog may not have yet.
-  const int needed = heightForContent(this);
-  if (height() < needed) {
-    resize(width(), needed);
+  // A line that tells something needs room that the dialog may not have yet. How much is known once
+  // it is seen: see showEvent().
+  if (!isVisible()) {
+    return;
+  }
+  layout()->activate();
+  m_form->fitContent();
+  if (const int missing = m_form->missingHeight(); missing > 0) {
+    resize(width(), std::max(std::min(height() + missing, heightOnScreen(this)), height()));
   }
 }
 
@@ -91,6 +106,9 @@ bool SetupDialog::tellProblems(const SplitSetup& setup) {
   m_binding.tell(found, SetupBinding::Telling::All);
   fit();
   m_binding.focusFirst(found);
+  if (hasProblem(found) && focusWidget() != nullptr) {
+    m_form->ensureWidgetVisible(focusWidget());
+  }
   return !hasProblem(found);
 }
 
@@ -103,6 +121,7 @@ void SetupDialog::accept() {
 void SetupDialog::showEvent(QShowEvent* event) {
   m_helpButton->setEnabled(onHelp != nullptr);
   QDialog::showEvent(event);
+  fit();
 }
 
 void SetupDialog::keyPressEvent(QKeyEvent* event) {

@@ -5,11 +5,13 @@
 
 #include <QDialog>
 
-class QVBoxLayout;
+class QDialogButtonBox;
+class QPushButton;
 
 namespace folivex {
 
 class Dialogs;
+class FormArea;
 
 /// Shows and edits some settings of a setup that it has a copy of. OK closes it only when nothing
 /// is wrong; the caller then takes the settings. Escape and Cancel leave everything as it was.
@@ -30,8 +32,9 @@ protected:
   SetupDialog(const char* name, const QString& title, const QString& helpTopic, Dialogs& dialogs,
               QWidget* parent);
 
-  /// To be called at the end of a constructor: the row of buttons goes under `layout`.
-  void finish(QVBoxLayout* layout);
+  /// To be called at the end of a constructor: columns of groups (see FormArea) with the row of
+  /// buttons below. `startWidth` is in pixels.
+  void finish(const QList<QWidget*>& left, const QList<QWidget*>& right, int startWidth);
 
   /// What is wrong with the settings, beside numbers that are none.
   virtual SettingFindings check(const SplitSetup& setup) const = 0;
@@ -52,13 +55,15 @@ protected:
   void showEvent(QShowEvent* event) override;
 
 private:
+  QDialogButtonBox* buildButtons();
   void edited();
   void fit();
   SettingFindings findings(const SplitSetup& setup) const;
 
   QString m_helpTopic;
   SplitSetup m_setup;
-  QWidget* m_helpButton = nullptr;
+  FormArea* m_form = nullptr;
+  QPushButton* m_helpButton = nullptr;
 };
 
 } // namespace folivex

@@ -7,43 +7,19 @@
 #include "app/groups/SearchGroup.h"
 #include "app/groups/SourceGroup.h"
 
-#include <QHBoxLayout>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 namespace folivex {
 
-SetupPanel::SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent)
-    : QScrollArea(parent) {
+SetupPanel::SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent) : FormArea(parent) {
   setObjectName(QStringLiteral("setupPanel"));
-  setFrameShape(QFrame::NoFrame);
-  setWidgetResizable(true);
   const GroupParts parts{m_binding, dialogs, memory};
-  auto* content = new QWidget(this);
-  auto* source = new SourceGroup(parts, content);
-  m_search = new SearchGroup(parts, content);
-  auto* ranges = new RangesGroup(parts, content);
-  m_names = new NamesGroup(parts, content);
-  auto* output = new OutputGroup(parts, content);
-  m_leftGroups = {source, m_search, ranges};
-  m_rightGroups = {m_names, output};
-  auto* left = new QVBoxLayout;
-  for (QWidget* group : m_leftGroups) {
-    left->addWidget(group);
-  }
-  left->addStretch(1);
-  auto* right = new QVBoxLayout;
-  for (QWidget* group : m_rightGroups) {
-    right->addWidget(group);
-  }
-  right->addStretch(1);
-  m_columns = new QBoxLayout(QBoxLayout::LeftToRight, content);
-  m_columns->setContentsMargins(0, 0, 0, 0);
-  m_columns->addLayout(left, 1);
-  m_columns->addLayout(right, 1);
-  setWidget(content);
-  arrange(Arrangement::SideBySide);
-  m_sideBySideWidth = m_columns->minimumSize().width();
+  auto* source = new SourceGroup(parts, widget());
+  m_search = new SearchGroup(parts, widget());
+  auto* ranges = new RangesGroup(parts, widget());
+  m_names = new NamesGroup(parts, widget());
+  auto* output = new OutputGroup(parts, widget());
+  setColumns({source, m_search, ranges}, {m_names, output});
   m_binding.onEdited = [this] { adapt(); };
 }
 
@@ -53,7 +29,7 @@ QPushButton* SetupPanel::viewPageButton() const {
 
 QSize SetupPanel::sizeHint() const {
   constexpr int linesToTell = 3; // a few problems can be told without scrolling
-  return widget()->sizeHint() +
+  return FormArea::sizeHint() +
          QSize(verticalScrollBar()->sizeHint().width(), linesToTell * fontMetrics().lineSpacing());
 }
 
@@ -61,34 +37,6 @@ void SetupPanel::setSetup(const SplitSetup& setup) {
   m_setup = setup;
   m_binding.show(setup);
   adapt();
-}
-
-void SetupPanel::fitContent() {
-  // A scroll area does not ask how high wrapped lines become.
-  widget()->setMinimumHeight(heightForContent(widget()));
-}
-
-void SetupPanel::arrange(Arrangement arrangement) {
-  const bool stacked = arrangement == Arrangement::Stacked;
-  m_columns->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-  m_columns->setStretch(0, stacked ? 0 : 1);
-  if (stacked) {
-    alignLabels(m_leftGroups + m_rightGroups);
-  } else {
-    alignLabels(m_leftGroups);
-    alignLabels(m_rightGroups);
-  }
-}
-
-void SetupPanel::resizeEvent(QResizeEvent* event) {
-  QScrollArea::resizeEvent(event);
-  // Scrolling both ways is no way to fill in a form.
-  const bool isNarrow = viewport()->width() < m_sideBySideWidth;
-  const bool isStacked = m_columns->direction() == QBoxLayout::TopToBottom;
-  if (isNarrow != isStacked) {
-    arrange(isNarrow ? Arrangement::Stacked : Arrangement::SideBySide);
-  }
-  fitContent();
 }
 
 SplitSetup SetupPanel::shown() const {

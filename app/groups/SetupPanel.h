@@ -1,12 +1,10 @@
 // SetupPanel: the settings of the main window, in the order in which one thinks of a split.
 #pragma once
 
+#include "app/dialogs/FormArea.h"
 #include "app/dialogs/SetupChecks.h"
 #include "app/groups/SetupGroup.h"
 
-#include <QScrollArea>
-
-class QBoxLayout;
 class QPushButton;
 
 namespace folivex {
@@ -14,7 +12,7 @@ namespace folivex {
 class NamesGroup;
 class SearchGroup;
 
-class SetupPanel : public QScrollArea {
+class SetupPanel : public FormArea {
 public:
   SetupPanel(Dialogs& dialogs, WindowMemory& memory, QWidget* parent);
 
@@ -32,25 +30,15 @@ public:
   QPushButton* viewPageButton() const;
   const SetupBinding& binding() const { return m_binding; }
 
-  QSize sizeHint() const override; ///< everything seen without scrolling
-
-protected:
-  void resizeEvent(QResizeEvent* event) override;
+  QSize sizeHint() const override; ///< with room for a few lines that tell problems
 
 private:
   SplitSetup shown() const;
-  void fitContent();
-  enum class Arrangement { SideBySide, Stacked };
-  void arrange(Arrangement arrangement);
   void adapt();
   bool tell(const SettingFindings& findings);
 
   SetupBinding m_binding;
   SplitSetup m_setup; ///< as shown last, with the settings that have no control here
-  QList<QWidget*> m_leftGroups;
-  QList<QWidget*> m_rightGroups;
-  QBoxLayout* m_columns = nullptr;
-  int m_sideBySideWidth = 0; ///< less than this has no room for two columns
   SearchGroup* m_search = nullptr;
   NamesGroup* m_names = nullptr;
 };

@@ -92,7 +92,7 @@ void CProblemReportDlg::buildControls() {
   layout->addWidget(m_told);
   layout->addWidget(buildButtons());
   constexpr QSize startSize(720, 640);
-  resize(startSize);
+  resizeOnScreen(this, startSize);
 }
 
 QWidget* CProblemReportDlg::buildButtons() {

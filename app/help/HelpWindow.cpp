@@ -83,7 +83,7 @@ void HelpWindow::buildControls() {
   layout->addWidget(buildTools());
   layout->addWidget(m_split, 1);
   constexpr QSize startSize(1040, 740);
-  resize(startSize);
+  resizeOnScreen(this, startSize);
   const int letter = fontMetrics().averageCharWidth();
   constexpr int sideLetters = 44;
   m_split->setSizes({sideLetters * letter, startSize.width() - sideLetters * letter});

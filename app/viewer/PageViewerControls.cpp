@@ -2,6 +2,7 @@
 #include "app/viewer/PageArea.h"
 #include "app/viewer/PageViewer.h"
 
+#include "widgets/Controls.h"
 #include "widgets/Theme.h"
 
 #include <QComboBox>
@@ -38,11 +39,7 @@ QToolButton* toolButton(QWidget* parent, const ToolText& text) {
 }
 
 QPushButton* pushButton(QWidget* parent, const ToolText& text) {
-  auto* button = new QPushButton(QString::fromUtf8(text.label), parent);
-  button->setObjectName(QString::fromUtf8(text.name));
-  button->setToolTip(QString::fromUtf8(text.tip));
-  button->setAutoDefault(false);
-  return button;
+  return sideButton(text.name, QString::fromUtf8(text.label), QString::fromUtf8(text.tip), parent);
 }
 
 /// A line whose text comes from a page: of any length, and no markup.
@@ -88,7 +85,7 @@ void PageViewer::buildControls() {
   layout->addWidget(m_pageProblem);
   layout->addWidget(buildPickRow());
   constexpr QSize startSize(820, 900);
-  resize(startSize);
+  resizeOnScreen(this, startSize);
   setTargets({});
 }
 

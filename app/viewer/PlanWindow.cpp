@@ -53,7 +53,7 @@ void PlanWindow::buildControls() {
   layout->addWidget(buildTable(), 1);
   layout->addWidget(buildButtons());
   constexpr QSize startSize(900, 620);
-  resize(startSize);
+  resizeOnScreen(this, startSize);
 }
 
 QWidget* PlanWindow::buildFilterRow() {

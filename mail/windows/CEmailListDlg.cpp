@@ -60,8 +60,9 @@ CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
 
   const QMargins margins = layout->contentsMargins();
   const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
-  resize(m_table->preferredWidth() + margins.left() + margins.right(),
-         sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight);
+  resizeOnScreen(
+      this, QSize(m_table->preferredWidth() + margins.left() + margins.right(),
+                  sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight));
 }
 
 CEmailListDlg::~CEmailListDlg() {

@@ -43,7 +43,6 @@ EmailTable::EmailTable(EmailModel& model, QWidget* parent)
   setItemDelegate(new EmailDelegate(this));
   verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QHeaderView* header = horizontalHeader();
-  header->setStretchLastSection(true);
   header->setSortIndicatorClearable(true);
   header->setSortIndicator(-1, Qt::AscendingOrder);
   setSortingEnabled(true);
