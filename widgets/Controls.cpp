@@ -22,8 +22,9 @@ protected:
   }
 };
 
-/// Pixels that the desktop's frame around a window takes.
-constexpr QSize frame(8, 40);
+/// Pixels left free around a window. A dialog is centred before anybody knows its frame, a little
+/// above the middle: with less than this its title would stand above the screen.
+constexpr QSize frame(8, 80);
 
 } // namespace
 

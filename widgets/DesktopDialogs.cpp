@@ -1,5 +1,7 @@
 #include "widgets/DesktopDialogs.h"
 
+#include "widgets/Controls.h"
+
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
@@ -23,6 +25,7 @@ QStringList chosen(QFileDialog& chooser, const FileRequest& request) {
     chooser.setDirectory(start.path());
     chooser.selectFile(start.fileName());
   }
+  resizeOnScreen(&chooser, chooser.sizeHint());
   if (chooser.exec() != QDialog::Accepted) {
     return {};
   }

@@ -1,7 +1,9 @@
 #include "widgets/ElidedLabel.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 namespace folivex {
 
@@ -12,6 +14,16 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 
 QSize ElidedLabel::minimumSizeHint() const {
   return {0, fontMetrics().height()};
+}
+
+bool ElidedLabel::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && fontMetrics().horizontalAdvance(text()) > width()) {
+    // As a paragraph it is broken into lines, and what stands in a page is no markup.
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                       QStringLiteral("<p>%1</p>").arg(text().toHtmlEscaped()), this);
+    return true;
+  }
+  return QLabel::event(event);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {

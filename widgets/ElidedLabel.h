@@ -5,7 +5,8 @@
 
 namespace folivex {
 
-/// For paths: the window never grows to fit one. The whole text is the accessible name.
+/// For paths and texts of pages: the window never grows to fit one. The whole text is the accessible
+/// name, and the tool tip while it is cut.
 class ElidedLabel : public QLabel {
 public:
   explicit ElidedLabel(QWidget* parent = nullptr);
@@ -13,6 +14,7 @@ public:
   QSize minimumSizeHint() const override;
 
 protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 };
 

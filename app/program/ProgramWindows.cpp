@@ -45,6 +45,7 @@ ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
       m_updates(std::make_unique<UpdateCheck>(
           *m_updateMemory, UpdateSurroundings{QStringLiteral(FOLIVEX_VERSION)})) {
   m_dialogs.onHeard = [this](const QString& text) { m_main.remember(text); };
+  m_helpKey.onHelp = [this](const QString& topic) { openHelp(topic); };
   m_main.setParts(parts());
 }
 

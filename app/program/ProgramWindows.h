@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/MainWindow.h"
+#include "app/program/HelpKey.h"
 #include "widgets/HeardDialogs.h"
 
 #include <memory>
@@ -60,6 +61,7 @@ private:
   std::unique_ptr<CBatchList> m_list;
   std::unique_ptr<EmailSession> m_emails;
   std::unique_ptr<HelpWindow> m_help;
+  HelpKey m_helpKey;
   MatchWalker* m_walker = nullptr; ///< while matches are walked through
 };
 

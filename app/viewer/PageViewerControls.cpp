@@ -3,6 +3,7 @@
 #include "app/viewer/PageViewer.h"
 
 #include "widgets/Controls.h"
+#include "widgets/ElidedLabel.h"
 #include "widgets/Theme.h"
 
 #include <QComboBox>
@@ -44,10 +45,8 @@ QPushButton* pushButton(QWidget* parent, const ToolText& text) {
 
 /// A line whose text comes from a page: of any length, and no markup.
 QLabel* pageTextLine(QWidget* parent, const char* name) {
-  auto* line = new QLabel(parent);
+  auto* line = new ElidedLabel(parent);
   line->setObjectName(QString::fromUtf8(name));
-  line->setTextFormat(Qt::PlainText);
-  line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   return line;
 }
 

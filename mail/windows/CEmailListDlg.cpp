@@ -60,8 +60,11 @@ CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
 
   const QMargins margins = layout->contentsMargins();
   const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
+  // Beside the columns a scroll bar, and wider row numbers than those of no rows.
+  const int beside =
+      margins.left() + margins.right() + 2 * style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   resizeOnScreen(
-      this, QSize(m_table->preferredWidth() + margins.left() + margins.right(),
+      this, QSize(m_table->preferredWidth() + beside,
                   sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight));
 }
 

@@ -1,0 +1,49 @@
+#include "app/program/HelpKey.h"
+
+#include <QtWidgets/QApplication>
+
+#include <array>
+
+namespace folivex {
+
+namespace {
+
+struct Row {
+  const char* window; ///< object name
+  const char* topic;
+};
+constexpr std::array rows = {
+    Row{"CBatchList", "batch"},           Row{"CChangeEmailDlg", "email-list"},
+    Row{"CEmailListDlg", "email-list"},   Row{"CFindingsDlg", "email-list"},
+    Row{"CUpdateIntervalDlg", "updates"}, Row{"pageNumber", "page-number"},
+    Row{"pageViewer", "viewer"},          Row{"planWindow", "plan"}};
+
+QString topicOf(const QString& window) {
+  for (const Row& row : rows) {
+    if (window == QLatin1String(row.window)) {
+      return QString::fromLatin1(row.topic);
+    }
+  }
+  return {};
+}
+
+} // namespace
+
+HelpKey::HelpKey() {
+  qApp->installEventFilter(this);
+}
+
+bool HelpKey::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || static_cast<QKeyEvent*>(event)->key() != Qt::Key_F1) {
+    return false;
+  }
+  const auto* control = qobject_cast<QWidget*>(watched);
+  const QString topic = control == nullptr ? QString() : topicOf(control->window()->objectName());
+  if (topic.isEmpty() || !onHelp) {
+    return false;
+  }
+  onHelp(topic);
+  return true;
+}
+
+} // namespace folivex
