@@ -73,6 +73,14 @@ Change method(int index) {
   };
 }
 
+Change at(const char* h, const char* v) {
+  return [h, v](SplitSetup& setup) {
+    method(2)(setup);
+    setup.matchPosH = h;
+    setup.matchPosV = v;
+  };
+}
+
 Change bookmarks() {
   return [](SplitSetup& setup) { setup.pageExtract = bookmarkMethodTexts()[1]; };
 }
@@ -179,6 +187,29 @@ TEST(SetupChecks, WhatIsWrongIsFoundAtItsSetting) {
        },
        nullptr},
       {"position missing", method(3), "MATCHPOSH"},
+      {"length of a word and no place", at("0", "-3"), "MATCHPOSV"},
+      {"length of a word on a line", at("-3", "320"), nullptr},
+      {"two lengths", at("-3", "-2"), "MATCHPOSH"},
+      {"range on no line", at("320-325", ""), "MATCHPOSH", FindingKind::Hint},
+      {"alternative in no column", at("0", "320|400"), "MATCHPOSV", FindingKind::Hint},
+      {"range and range", at("320-325", "100|200"), nullptr},
+      {"no digit is judged twice", at("-", "0"), "MATCHPOSH"},
+      {"until word nowhere",
+       [](SplitSetup& s) {
+         method(5)(s);
+         s.matchPosH = "1";
+         s.matchPosV = "1";
+         s.extractUntil = "end";
+         s.untilMatchPosH = -3;
+       },
+       "UNTILMATCHPOSH", FindingKind::Hint},
+      {"text stays in the rest of a line",
+       [](SplitSetup& s) {
+         s.extract = fileNameMethodTexts()[7];
+         s.otherSettingsRemoveText = "Ltd";
+       },
+       "EXTRACT", FindingKind::Hint},
+      {"text goes from a word", [](SplitSetup& s) { s.otherSettingsRemoveText = "Ltd"; }, nullptr},
       {"position of another method", [](SplitSetup& s) { s.matchPosH = "left"; }, nullptr},
       {"until nothing", method(4), "EXTRACTUNTIL", FindingKind::Hint},
       {"names from no list", [](SplitSetup& s) { s.extract = fileNameMethodTexts()[9]; },
