@@ -12,6 +12,8 @@ namespace folivex {
 namespace {
 
 constexpr qint64 progressMilliseconds = 100;
+/// A line that wraps is not taken off the terminal again.
+constexpr qsizetype longestProgress = 78;
 
 std::atomic<bool> interrupted = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "read and written by a signal handler");
@@ -20,6 +22,18 @@ extern "C" void onInterrupt(int signal) {
   interrupted = true;
   // A second one ends the program at once.
   std::signal(signal, SIG_DFL);
+}
+
+QString progressLine(const Progress& progress) {
+  if (progress.pageCount > 0) {
+    return QStringLiteral("Page %1 of %2, %3 file(s)")
+        .arg(progress.page)
+        .arg(progress.pageCount)
+        .arg(progress.outputs);
+  }
+  const QString text = progress.text.simplified();
+  return text.size() <= longestProgress ? text
+                                        : text.left(longestProgress - 3) + QStringLiteral("...");
 }
 
 } // namespace
@@ -59,14 +73,14 @@ void TerminalOperator::print(const QString& text) {
 }
 
 void TerminalOperator::progress(const Progress& progress) {
-  if (!m_onTerminal || progress.pageCount == 0) {
+  if (!m_onTerminal || (m_progressShown && m_sinceProgress.elapsed() < progressMilliseconds)) {
     return;
   }
-  if (m_progressShown && m_sinceProgress.elapsed() < progressMilliseconds) {
+  const QString line = progressLine(progress);
+  if (line.isEmpty()) {
     return;
   }
-  std::fprintf(stderr, "\r\033[KPage %d of %d, %d file(s)", progress.page, progress.pageCount,
-               progress.outputs);
+  std::fprintf(stderr, "\r\033[K%s", platform::terminalText(line).constData());
   std::fflush(stderr);
   m_progressShown = true;
   m_sinceProgress.start();

@@ -9,7 +9,8 @@
 
 namespace folivex {
 
-/// Writes messages and notes to standard error and, on a terminal, keeps one progress line there.
+/// Writes messages and notes to standard error and, on a terminal, keeps one progress line there:
+/// the page a run is at, or what else takes long (mails that go out).
 /// It never waits for a person: every question is answered with No.
 class TerminalOperator : public Operator {
 public:

@@ -182,10 +182,10 @@ void PlanWindow::fitColumns() {
   const int last =
       static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
   int needed = m_table->verticalScrollBar()->sizeHint().width();
-  for (int column = 0; column <= last; ++column) {
+  for (int column = 0; column < last; ++column) { // the last takes the room that is left
     m_table->resizeColumnToContents(column);
     m_table->setColumnWidth(column, std::min(m_table->columnWidth(column) + air, widest));
-    needed += column < last ? m_table->columnWidth(column) : 0; // the last takes what is left
+    needed += m_table->columnWidth(column);
   }
   needed += std::max(std::min(m_table->sizeHintForColumn(last) + air, widest),
                      m_table->horizontalHeader()->sectionSizeHint(last));

@@ -135,8 +135,8 @@ QImage viewerPicture(const Studio& studio) {
 QImage planPicture(const Studio& studio) {
   PlanWindow table(studio.dialogs);
   table.setPlan(shownFolder() + QStringLiteral("statements.pdf"), planOf(studio));
-  table.show();
   table.resize(QSize(660, 300));
+  table.show();
   QApplication::processEvents();
   return table.grab().toImage();
 }
