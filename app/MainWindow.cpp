@@ -133,7 +133,6 @@ void MainWindow::connectMenus() {
   m_menus->onTheme = [this](Theme theme) {
     m_memory.setText(themeKey(), themeName(theme));
     applyTheme(theme);
-    m_panel->setSetup(currentSetup()); // problems are told in colours of the theme
   };
   m_menus->setRecentSetups(m_recent.paths());
   QAction* view = m_menus->action(Command::ViewPage);

@@ -99,9 +99,7 @@ void CUpdateIntervalDlg::layOut() {
   addressLabel->setBuddy(m_address);
   auto* sent = makeText("sent", this);
   sent->setText(QStringLiteral("The server is told no more than the program's version."));
-  QPalette faint = sent->palette();
-  faint.setColor(QPalette::WindowText, faint.color(QPalette::PlaceholderText));
-  sent->setPalette(faint);
+  sent->setForegroundRole(QPalette::PlaceholderText);
 
   auto* checkRow = new QHBoxLayout;
   checkRow->addWidget(m_checkNow, 0, Qt::AlignTop);
@@ -182,7 +180,7 @@ void CUpdateIntervalDlg::followFields() {
 void CUpdateIntervalDlg::checkNow() {
   m_note->hide();
   m_openPage->hide();
-  tellResult(QStringLiteral("The server is being asked..."), palette().color(QPalette::WindowText));
+  tellResult(QStringLiteral("The server is being asked..."), Tone::Plain);
   m_check.start(m_address->text().trimmed(),
                 [this](const UpdateResult& result) { showResult(result); });
   followFields();
@@ -191,7 +189,7 @@ void CUpdateIntervalDlg::checkNow() {
 void CUpdateIntervalDlg::showResult(const UpdateResult& result) {
   const bool hasFailed = result.outcome == UpdateOutcome::Failed;
   const bool isNewer = result.outcome == UpdateOutcome::Newer;
-  tellResult(result.text, hasFailed ? problemColor() : successColor());
+  tellResult(result.text, hasFailed ? Tone::Problem : Tone::Success);
   m_page = result.offer.page;
   m_openPage->setVisible(isNewer && !m_page.isEmpty());
   m_note->setText(result.offer.note);
@@ -201,11 +199,9 @@ void CUpdateIntervalDlg::showResult(const UpdateResult& result) {
   makeRoom();
 }
 
-void CUpdateIntervalDlg::tellResult(const QString& text, const QColor& color) {
+void CUpdateIntervalDlg::tellResult(const QString& text, Tone tone) {
   m_result->setText(text);
-  QPalette colored = m_result->palette();
-  colored.setColor(QPalette::WindowText, color);
-  m_result->setPalette(colored);
+  setTone(m_result, tone);
   makeRoom();
 }
 

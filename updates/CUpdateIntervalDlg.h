@@ -5,6 +5,7 @@
 #include "updates/UpdateIntervalForm.h"
 #include "widgets/Dialogs.h"
 #include "widgets/FieldProblem.h"
+#include "widgets/Theme.h"
 
 #include <QDialog>
 
@@ -46,7 +47,7 @@ private:
   void tellProblem(const QString& problem);
   void checkNow();
   void showResult(const UpdateResult& result);
-  void tellResult(const QString& text, const QColor& color);
+  void tellResult(const QString& text, Tone tone);
 
   UpdateCheck& m_check;
   Dialogs& m_dialogs;

@@ -5,8 +5,8 @@
 
 namespace folivex {
 
-/// For paths and texts of pages: the window never grows to fit one. The whole text is the accessible
-/// name, and the tool tip while it is cut.
+/// For paths and texts of pages: the window never grows to fit one. The whole text is the
+/// accessible name, and the tool tip while it is cut.
 class ElidedLabel : public QLabel {
 public:
   explicit ElidedLabel(QWidget* parent = nullptr);

@@ -17,9 +17,7 @@ FieldProblem::FieldProblem(QWidget* field)
 void FieldProblem::tell(const QString& text, Weight weight) {
   m_label->setText(text);
   m_label->setVisible(!text.isEmpty());
-  QPalette palette = m_label->palette();
-  palette.setColor(QPalette::WindowText, weight == Weight::Problem ? problemColor() : hintColor());
-  m_label->setPalette(palette);
+  setTone(m_label, weight == Weight::Problem ? Tone::Problem : Tone::Hint);
   m_field->setAccessibleDescription(text);
   m_field->setProperty("problem", !text.isEmpty() && weight == Weight::Problem);
 }

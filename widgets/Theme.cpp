@@ -6,6 +6,7 @@
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QWidget>
 
 namespace folivex {
 
@@ -92,6 +93,26 @@ const QString& systemStyle() {
   return name;
 }
 
+constexpr const char* toneProperty = "tone";
+
+void paintTone(QWidget* label) {
+  QPalette own; // of which only the colour set here counts; all else comes from the window
+  switch (static_cast<Tone>(label->property(toneProperty).toInt())) {
+  case Tone::Plain:
+    break;
+  case Tone::Problem:
+    own.setColor(QPalette::WindowText, problemColor());
+    break;
+  case Tone::Hint:
+    own.setColor(QPalette::WindowText, hintColor());
+    break;
+  case Tone::Success:
+    own.setColor(QPalette::WindowText, successColor());
+    break;
+  }
+  label->setPalette(own);
+}
+
 } // namespace
 
 QString themeName(Theme theme) {
@@ -133,6 +154,16 @@ void applyTheme(Theme theme) {
     QApplication::setPalette(darkPalette());
     break;
   }
+  for (QWidget* widget : QApplication::allWidgets()) {
+    if (widget->property(toneProperty).isValid()) {
+      paintTone(widget);
+    }
+  }
+}
+
+void setTone(QWidget* label, Tone tone) {
+  label->setProperty(toneProperty, static_cast<int>(tone));
+  paintTone(label);
 }
 
 bool isDark() {

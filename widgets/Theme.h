@@ -4,6 +4,8 @@
 #include <QColor>
 #include <QString>
 
+class QWidget;
+
 namespace folivex {
 
 enum class Theme { System, Light, Dark };
@@ -17,6 +19,12 @@ void applyTheme(Theme theme);
 
 /// Whether the windows are light on dark just now.
 bool isDark();
+
+/// What a text tells by its colour.
+enum class Tone { Plain, Problem, Hint, Success };
+
+/// Gives a label the colour of what it tells. It changes with the look.
+void setTone(QWidget* label, Tone tone);
 
 /// Colour of text that tells a problem, readable on the look's window background.
 QColor problemColor();

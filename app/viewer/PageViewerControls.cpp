@@ -72,9 +72,7 @@ void PageViewer::buildControls() {
   m_stack->addWidget(m_state);
   m_stack->addWidget(m_area);
   m_pageProblem = pageTextLine(this, "pageProblem");
-  QPalette palette = m_pageProblem->palette();
-  palette.setColor(QPalette::WindowText, problemColor());
-  m_pageProblem->setPalette(palette);
+  setTone(m_pageProblem, Tone::Problem);
   m_pageProblem->hide();
 
   auto* layout = new QVBoxLayout(this);

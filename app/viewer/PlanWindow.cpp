@@ -154,11 +154,7 @@ void PlanWindow::tellPlan(const SplitPlan& plan) {
   m_summary->setText(hasProblem
                          ? plan.problem
                          : m_source + QLatin1Char('\n') + plan.account.summary(plan.fileCount));
-  QPalette look = palette();
-  if (hasProblem) {
-    look.setColor(QPalette::WindowText, problemColor());
-  }
-  m_summary->setPalette(look);
+  setTone(m_summary, hasProblem ? Tone::Problem : Tone::Plain);
   m_notes->setPlainText(plan.notes.join(QLatin1Char('\n')));
   m_notes->setVisible(!plan.notes.isEmpty());
   constexpr qsizetype mostLines = 5;

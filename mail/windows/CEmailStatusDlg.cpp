@@ -106,11 +106,7 @@ void CEmailStatusDlg::display() {
       QStringLiteral("%1 of %2").arg(counted(m_progress.handled), counted(m_mailCount)));
   m_sentOk->setText(counted(m_progress.sentOk));
   m_sentError->setText(counted(m_progress.errors));
-  QPalette errorPalette = palette();
-  if (m_progress.errors > 0) {
-    errorPalette.setColor(QPalette::WindowText, problemColor());
-  }
-  m_sentError->setPalette(errorPalette);
+  setTone(m_sentError, m_progress.errors > 0 ? Tone::Problem : Tone::Plain);
   m_bar->setRange(0, std::max(1, m_mailCount));
   m_bar->setValue(m_progress.handled);
 }

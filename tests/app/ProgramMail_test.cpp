@@ -31,6 +31,13 @@ protected:
     return QStringLiteral("-f") + place.at(QStringLiteral("all.pdf"));
   }
 
+  /// Of the one list in the output folder whose name says this.
+  QByteArray listNamed(const QString& kind) const {
+    const QStringList lists = savedLists();
+    EXPECT_TRUE(lists.size() == 1 && lists[0].startsWith(QStringLiteral("all.pdf_") + kind))
+        << lists.join(u' ').toStdString();
+    return contentOf(place.at(QStringLiteral("out/") + lists.value(0)));
+  }
   QStringList savedLists() const { return outputs().filter(QStringLiteral(".lst")); }
 };
 
@@ -50,6 +57,7 @@ TEST_F(ProgramMail, EveryAddressGetsItsOwnFile) {
   }
   EXPECT_EQ(got, (QStringList{"anna@example.org 1.pdf", "carl@example.org 3.pdf"}));
   EXPECT_TRUE(run.err.contains("(2) Emails sent ok: 2, errors: 0")) << run.err.toStdString();
+  EXPECT_FALSE(run.err.contains("Sending email")) << "progress where nobody sees it";
   EXPECT_TRUE(savedLists().isEmpty());
 }
 
@@ -60,12 +68,41 @@ TEST_F(ProgramMail, WhatIsToBeConfirmedIsSavedAndNotSent) {
   const ProgramRun run = place.run({fxs(), fourAccounts(), QStringLiteral("-c")});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
   EXPECT_TRUE(server.mails().empty());
-  ASSERT_EQ(savedLists().size(), 1) << run.err.toStdString();
-  const QString list = place.at(QStringLiteral("out/") + savedLists().front());
-  EXPECT_TRUE(run.err.contains(list.toUtf8())) << run.err.toStdString();
+  EXPECT_EQ(listNamed("emails_2").count("@example.org|"), 2);
+  EXPECT_TRUE(run.err.contains(savedLists().value(0).toUtf8())) << run.err.toStdString();
+}
+
+/// Killed between two mails: both are in a list, and the log tells which of them went out.
+TEST_F(ProgramMail, ARunThatDiesLeavesItsList) {
+  MailServerProcess server("faulty_smtp_server.py", {"hang-unanswered", "1"});
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  QProcess program;
+  program.setProcessEnvironment(place.environment());
+  program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"), {fxs(), fourAccounts(), "-c"});
+  while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
+    ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
+  }
+  program.kill();
+  ASSERT_TRUE(program.waitForFinished(hangLimit));
+  EXPECT_EQ(listNamed("emails_sending_"),
+            "\xEF\xBB\xBFUNICODEV4\r\r\nanna@example.org|" + place.at("out/1.pdf").toUtf8() +
+                "|0|0\r\r\ncarl@example.org|" + place.at("out/3.pdf").toUtf8() + "|0|0\r\r\n");
+  EXPECT_FALSE(contentOf(setup.emailLogFile).contains("carl"));
+}
+
+TEST_F(ProgramMail, ATerminalShowsHowFarTheMailsAre) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  setup.emailPause = 150; // longer than a line of progress stays
+  const QString command = QStringLiteral("'" FOLIVEX_BIN_DIR "/folivex' '%1' '%2' -c");
+  const ProgramRun run = place.run({"-qefc", command.arg(fxs(), fourAccounts()), "/dev/null"},
+                                   QStringLiteral("script"));
+  EXPECT_EQ(run.exitCode, 0) << run.out.toStdString();
   EXPECT_TRUE(
-      contentOf(list).contains("carl@example.org|" + place.at("out/3.pdf").toUtf8() + "|0|0"))
-      << contentOf(list).toStdString();
+      run.out.contains("\r\033[KSending email (0 of 2, errors: 0): anna@example.org") &&
+      run.out.contains("\r\033[KSending email (1 of 2, errors: 0): carl@example.org\r\033[K"))
+      << run.out.toStdString();
 }
 
 TEST_F(ProgramMail, MailThatCannotBeSentIsAnErrorWithoutSecrets) {
@@ -73,7 +110,7 @@ TEST_F(ProgramMail, MailThatCannotBeSentIsAnErrorWithoutSecrets) {
   setup.emailLogin = QStringLiteral("office");
   const ProgramRun run = place.run({fxs(), fourAccounts(), QStringLiteral("-c")});
   EXPECT_EQ(run.exitCode, shown(-14)) << run.err.toStdString();
-  EXPECT_EQ(savedLists().size(), 1);
+  EXPECT_EQ(listNamed("emails_not_sent_").count("@example.org|"), 2);
   EXPECT_EQ(outputs().size(), 4);
   const QByteArray told = run.err + contentOf(setup.emailLogFile);
   EXPECT_FALSE(told.contains("hunter2")) << told.toStdString();

@@ -44,6 +44,13 @@ void takeMainWindow(Camera& camera, const Studio& studio) {
   bookmarks.splitToSource = true;
   main.show(bookmarks);
   camera.take(window, QStringLiteral("main-bookmarks"));
+  {
+    ReadyMainWindow other(studio);
+    other.show(byPosition());
+    other.window().tellNews(QStringLiteral("Version 4.10.0 is available; this is version 4.9.2."),
+                            [] {});
+    camera.take(other.window(), QStringLiteral("main-news"));
+  }
   main.show(withFaults());
   window.process();
   camera.take(window, QStringLiteral("main-faults"));
