@@ -1,5 +1,7 @@
 #include "platform/TextFile.h"
 
+#include "platform/Windows1252.h"
+
 #include <QIODevice>
 
 #include <algorithm>
@@ -12,23 +14,6 @@ namespace {
 constexpr qint64 blockSize = 16LL * 1024;
 /// CR CR LF, the longest line end.
 constexpr qsizetype longestLineEnd = 3;
-
-/// Windows-1252 from 0x80 to 0x9F; all other bytes are the code points of the same value. The five
-/// that stand for nothing map to themselves, as they do on Windows.
-constexpr std::array<char16_t, 32> windows1252 = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-QString fromWindows1252(QByteArrayView bytes) {
-  QString text = QString::fromLatin1(bytes);
-  for (QChar& c : text) {
-    if (c.unicode() >= 0x80 && c.unicode() < 0x80 + windows1252.size()) {
-      c = QChar(windows1252[c.unicode() - 0x80U]);
-    }
-  }
-  return text;
-}
 
 bool isLineEnd(QChar c) {
   return c == QLatin1Char('\r') || c == QLatin1Char('\n');
