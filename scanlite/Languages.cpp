@@ -1,6 +1,6 @@
 #include "scanlite/Languages.h"
 
-#include "scanlite/ChildProgram.h"
+#include "scanlite/Tool.h"
 
 #include <QLocale>
 #include <QRegularExpression>
@@ -31,8 +31,8 @@ QString languageOfLocale(const QLocale& locale) {
 }
 
 QStringList installedLanguages(const QString& workFolder) {
-  const ChildRun run =
-      runChild(QStringLiteral("tesseract"), {QStringLiteral("--list-langs")}, workFolder);
+  const folivex::platform::ChildRun run =
+      runTool(QStringLiteral("tesseract"), {QStringLiteral("--list-langs")}, workFolder);
   static const QRegularExpression lineEnd(QStringLiteral("[\r\n]+"));
   return run.output.split(lineEnd, Qt::SkipEmptyParts);
 }

@@ -1,7 +1,7 @@
 #include "scanlite/TextLayer.h"
 
-#include "scanlite/ChildProgram.h"
 #include "scanlite/Languages.h"
+#include "scanlite/Tool.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +13,9 @@
 namespace scanlite {
 
 namespace {
+
+using folivex::platform::ChildEnd;
+using folivex::platform::ChildRun;
 
 // OCRmyPDF's exit codes that mean something to a person.
 enum OcrExit { OcrDone = 0, OcrBadInput = 2, OcrMissing = 3, OcrNoAccess = 5, OcrEncrypted = 8 };
@@ -33,13 +36,13 @@ ChildRun runOcr(const QString& source, const QString& target, const QString& lan
                 const QString& workFolder) {
   // The copy is read once and thrown away: no time for archiving, linearising or recompressing it.
   // Pages are not turned: positions must stay those of the source.
-  return runChild(QStringLiteral("ocrmypdf"),
-                  {QStringLiteral("--skip-text"), QStringLiteral("--output-type"),
-                   QStringLiteral("pdf"), QStringLiteral("--optimize"), QStringLiteral("0"),
-                   QStringLiteral("--fast-web-view"), QStringLiteral("999999"),
-                   QStringLiteral("--quiet"), QStringLiteral("--language=") + languages, source,
-                   target},
-                  workFolder);
+  return runTool(QStringLiteral("ocrmypdf"),
+                 {QStringLiteral("--skip-text"), QStringLiteral("--output-type"),
+                  QStringLiteral("pdf"), QStringLiteral("--optimize"), QStringLiteral("0"),
+                  QStringLiteral("--fast-web-view"), QStringLiteral("999999"),
+                  QStringLiteral("--quiet"), QStringLiteral("--language=") + languages, source,
+                  target},
+                 workFolder);
 }
 
 ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
@@ -51,7 +54,7 @@ ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
         ScanResult::ProgramMissing,
         QStringLiteral("OCRmyPDF (ocrmypdf) is not installed or not on the search path"));
   }
-  if (run.end == ChildEnd::Crashed) {
+  if (run.end != ChildEnd::Exited) {
     return failure(ScanResult::Failed,
                    QStringLiteral("OCRmyPDF crashed: %1").arg(lastWords(run.output)));
   }
@@ -84,7 +87,7 @@ ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
 
 // OCRmyPDF refuses every encrypted file, also one that opens without a password.
 ScanOutcome decrypt(const QString& source, const QString& target, const QString& workFolder) {
-  const ChildRun run = runChild(
+  const ChildRun run = runTool(
       QStringLiteral("qpdf"),
       {QStringLiteral("--password="), QStringLiteral("--decrypt"), source, target}, workFolder);
   switch (run.end) {
@@ -95,6 +98,8 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
         ScanResult::ProgramMissing,
         QStringLiteral("it is encrypted, and qpdf, which decrypts it, is not installed"));
   case ChildEnd::Crashed:
+  case ChildEnd::WroteTooMuch: // by a limit of the person's own: we set none
+  case ChildEnd::TimedOut:
     return failure(ScanResult::Failed, QStringLiteral("qpdf crashed"));
   case ChildEnd::Exited:
     break;

@@ -4,7 +4,7 @@
 //
 // The last parameter is the mode; 0, the only one, leaves pages that have text as they are. The
 // exit code is a ScanResult; a failure is told on standard error.
-#include "scanlite/ChildProgram.h"
+#include "platform/ChildProgram.h"
 #include "scanlite/TextLayer.h"
 
 #include <QCoreApplication>
@@ -18,7 +18,7 @@ int main(int argc, char* argv[]) {
     std::fputs("usage: Scanlite SOURCE COPY 0\n", stderr);
     return static_cast<int>(scanlite::ScanResult::Usage);
   }
-  scanlite::passOnStopSignals();
+  folivex::platform::passOnStopSignals();
   const scanlite::ScanOutcome outcome = scanlite::addTextLayer(arguments[1], arguments[2]);
   if (outcome.result != scanlite::ScanResult::Done) {
     std::fprintf(stderr, "Scanlite: %s: %s\n", qPrintable(arguments[1]), qPrintable(outcome.text));

@@ -86,7 +86,7 @@ private:
             QStringLiteral("--export-type=Gnumeric_stf:stf_assistant"),
             QStringLiteral("--export-options=eol=unix separator=, charset=UTF-8 %1").arg(options)} +
         further + QStringList{sourceName(), name + QStringLiteral(".%n")};
-    const ConverterRun converter = runConverter(arguments, m_workFolder, m_deadline);
+    const platform::ChildRun converter = runConverter(arguments, m_workFolder, m_deadline);
     const QString made = m_workFolder + u'/' + name + QStringLiteral(".0");
     FlattenOutcome outcome = outcomeOf(converter, made);
     QString text;
@@ -97,24 +97,24 @@ private:
     return outcome;
   }
 
-  static FlattenOutcome outcomeOf(const ConverterRun& converter, const QString& made) {
+  static FlattenOutcome outcomeOf(const platform::ChildRun& converter, const QString& made) {
     switch (converter.end) {
-    case ConverterEnd::Stopped:
+    case platform::ChildEnd::Stopped:
       return failure(FlattenResult::Stopped, QStringLiteral("stopped"));
-    case ConverterEnd::TimedOut:
+    case platform::ChildEnd::TimedOut:
       return failure(FlattenResult::TimedOut,
                      QStringLiteral("the sheet took longer to read than %1 seconds")
                          .arg(timeLimitMilliseconds / 1000));
-    case ConverterEnd::Missing:
+    case platform::ChildEnd::Missing:
       return failure(FlattenResult::ProgramMissing,
                      QStringLiteral("the converter of Gnumeric (ssconvert, Debian: the package "
                                     "gnumeric) is not installed or not on the search path"));
-    case ConverterEnd::Crashed:
+    case platform::ChildEnd::Crashed:
       return failure(FlattenResult::NotASheet,
                      QStringLiteral("it is damaged: the converter crashed over it"));
-    case ConverterEnd::WroteTooMuch:
+    case platform::ChildEnd::WroteTooMuch:
       return tooLarge();
-    case ConverterEnd::Exited:
+    case platform::ChildEnd::Exited:
       break;
     }
     if (converter.exitCode == 0 && QFileInfo::exists(made)) {

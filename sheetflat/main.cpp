@@ -4,7 +4,7 @@
 //
 // INPUT is .xlsx, .xls, .ods or text of separated values; OUTPUT is UTF-8, comma, LF. The exit code
 // is a FlattenResult; a failure is told on standard error.
-#include "sheetflat/Converter.h"
+#include "platform/ChildProgram.h"
 #include "sheetflat/Flatten.h"
 
 #include <QCoreApplication>
@@ -18,7 +18,7 @@ int main(int argc, char* argv[]) {
     std::fputs("usage: Sheetflat INPUT OUTPUT\n", stderr);
     return static_cast<int>(sheetflat::FlattenResult::Usage);
   }
-  sheetflat::passOnStopSignals();
+  folivex::platform::passOnStopSignals();
   const sheetflat::FlattenOutcome outcome = sheetflat::flattenSheet(arguments[1], arguments[2]);
   if (outcome.result != sheetflat::FlattenResult::Done) {
     std::fprintf(stderr, "Sheetflat: %s: %s\n", qPrintable(arguments[1]), qPrintable(outcome.text));
