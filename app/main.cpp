@@ -5,6 +5,7 @@
 #include "app/program/ProgramWindows.h"
 #include "platform/Terminal.h"
 #include "widgets/DesktopDialogs.h"
+#include "widgets/ProgramIcon.h"
 #include "widgets/Theme.h"
 #include "widgets/WindowMemory.h"
 
@@ -38,6 +39,7 @@ int runUnattended(int& argc, char** argv, const CommandLine& line) {
 
 int runWindow(int& argc, char** argv, const CommandLine& line) {
   const QApplication application(argc, argv);
+  QApplication::setWindowIcon(programIcon());
   WindowMemory memory;
   applyTheme(themeOf(memory.text(QStringLiteral("theme"))));
   DesktopDialogs dialogs;

@@ -9,7 +9,9 @@
 #include "engine/plan/SplitMethod.h"
 #include "tests/app/ScreenshotsScenes.h"
 #include "widgets/DesktopDialogs.h"
+#include "widgets/ProgramIcon.h"
 
+#include <QLabel>
 #include <QTimer>
 
 namespace folivex::screenshots {
@@ -114,6 +116,10 @@ template <typename Open> void takeBox(Camera& camera, const QString& name, Open&
 } // namespace
 
 void takeMessages(Camera& camera) {
+  QLabel icon;
+  constexpr int iconSize = 128;
+  icon.setPixmap(programIcon().pixmap(iconSize));
+  camera.take(icon, QStringLiteral("icon"));
   DesktopDialogs dialogs;
   takeBox(camera, QStringLiteral("message"), [&] {
     dialogs.message(nullptr, QStringLiteral("There was a problem opening/reading the PDF file: "
