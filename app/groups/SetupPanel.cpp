@@ -28,7 +28,7 @@ QPushButton* SetupPanel::viewPageButton() const {
 }
 
 QSize SetupPanel::sizeHint() const {
-  constexpr int linesToTell = 3; // a few problems can be told without scrolling
+  constexpr int linesToTell = 4; // a few problems or notes can be told without scrolling
   return FormArea::sizeHint() +
          QSize(verticalScrollBar()->sizeHint().width(), linesToTell * fontMetrics().lineSpacing());
 }
