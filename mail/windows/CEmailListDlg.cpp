@@ -249,40 +249,44 @@ void CEmailListDlg::importSheet() {
   if (path.isEmpty()) {
     return;
   }
-  EmailImport import;
+  EmailImport sheet;
   bool isStopped = false;
   {
     CMailWaitDlg waiting(QStringLiteral("Import from spreadsheet"),
                          QStringLiteral("Reading %1").arg(path), this);
-    import = importEmailList(path, [&waiting] {
+    sheet = importEmailList(path, [&waiting] {
       waiting.handlePendingEvents();
-    return waiting.stopRequested();
-  });
-  isStopped = waiting.stopRequested();
-}
-if (!import.done) {
-  tell({isStopped ? QString() : import.problem,
-        isStopped ? QStringLiteral("The import was stopped; the list is as it was.") : QString()});
-  return;
-}
-const QStringList findings = EmailListCommands::findingsOf(import);
-if (!findings.isEmpty()) {
-  CFindingsDlg reading({QStringLiteral("Import from spreadsheet"),
-                        QStringLiteral("%1 in %2. Please look at these points first:")
-                            .arg(mailCount(import.entries.size()), platform::fileTitle(path)),
-                        QStringLiteral("&Take them into the list"),
-                        QStringLiteral("Show the imported rows in place of the list"),
-                        QStringLiteral("&Cancel"), !import.entries.empty()},
-                       findings, this);
-  if (reading.exec() != Accepted) {
-    return;
+      return waiting.stopRequested();
+    });
+    isStopped = waiting.stopRequested();
+  }
+  if (isStopped && !sheet.done) {
+    tell({{}, QStringLiteral("The import was stopped; the list is as it was.")});
+  } else if (!sheet.done) {
+    tell({sheet.problem, {}});
+  } else if (wantsSheet(sheet, path)) {
+    m_withoutAddress.clear();
+    EmailWords words;
+    replaceList([&] { words = m_commands.take(sheet, path); });
+    tell(words);
   }
 }
-m_withoutAddress.clear();
-EmailWords words;
-replaceList([&] { words = m_commands.take(import, path); });
-tell(words);
-} // namespace folivex
+
+/// What is doubtful in a sheet is read before the list of before goes.
+bool CEmailListDlg::wantsSheet(const EmailImport& sheet, const QString& path) {
+  const QStringList findings = EmailListCommands::findingsOf(sheet);
+  if (findings.isEmpty()) {
+    return true;
+  }
+  CFindingsDlg reading({QStringLiteral("Import from spreadsheet"),
+                        QStringLiteral("%1 in %2. Please look at these points first:")
+                            .arg(mailCount(sheet.entries.size()), platform::fileTitle(path)),
+                        QStringLiteral("&Take them into the list"),
+                        QStringLiteral("Show the imported rows in place of the list"),
+                        QStringLiteral("&Cancel"), !sheet.entries.empty()},
+                       findings, this);
+  return reading.exec() == Accepted;
+}
 
 void CEmailListDlg::editRow(std::size_t row) {
   const EmailEntry& entry = m_list.rows()[row].entry;

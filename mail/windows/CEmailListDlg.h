@@ -20,6 +20,7 @@ namespace folivex {
 class Dialogs;
 class EmailTable;
 class NoticeLine;
+struct EmailImport;
 
 /// Run with exec(). After Accepted, toSend() tells what the person wants to be sent; after Rejected
 /// nothing is to be sent.
@@ -64,6 +65,7 @@ private:
   void saveList();
   void saveListAs();
   void importSheet();
+  bool wantsSheet(const EmailImport& sheet, const QString& path);
   void editRow(std::size_t row);
   void showWithoutAddress();
   void showContextMenu(const QPoint& place);
