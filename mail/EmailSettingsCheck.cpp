@@ -54,9 +54,7 @@ void checkServer(const SplitSetup& setup, Findings& findings) {
 }
 
 void checkCopy(const SplitSetup& setup, Findings& findings) {
-  MailMessage message;
-  message.cc = setup.emailInvoiceCc;
-  for (const QString& address : copyAddresses(message)) {
+  for (const QString& address : copyAddresses(setup.emailInvoiceCc)) {
     const QString problem = addressProblem(address);
     if (!problem.isEmpty()) {
       add(findings, "EMAILINVOICECC",

@@ -83,7 +83,7 @@ QByteArray head(const MailMessage& message, const MailIdentity& identity) {
   QByteArray lines = "Date: " + mailDate(identity.time) + "\r\n";
   lines += addressHeader("From", message.senderName, message.sender);
   lines += addressHeader("To", {}, message.recipient);
-  const QStringList copies = copyAddresses(message);
+  const QStringList copies = copyAddresses(message.cc);
   if (!copies.isEmpty()) {
     lines += addressListHeader("Cc", copies);
   }
@@ -114,11 +114,11 @@ QString named(const QString& role, const QString& address) {
 
 } // namespace
 
-QStringList copyAddresses(const MailMessage& message) {
+QStringList copyAddresses(const QString& cc) {
   QStringList addresses;
   qsizetype from = 0;
   bool inQuotes = false;
-  const QString text = message.cc + u';';
+  const QString text = cc + u';';
   for (qsizetype i = 0; i < text.size(); ++i) {
     inQuotes = inQuotes != (text[i] == u'"');
     if ((text[i] == u';' || text[i] == u',') && (!inQuotes || i + 1 == text.size())) {
@@ -137,7 +137,7 @@ QString messageProblem(const MailMessage& message) {
   if (problem.isEmpty()) {
     problem = named(QStringLiteral("the recipient's"), message.recipient);
   }
-  for (const QString& copy : copyAddresses(message)) {
+  for (const QString& copy : copyAddresses(message.cc)) {
     if (problem.isEmpty()) {
       problem = named(QStringLiteral("the copy"), copy);
     }

@@ -14,8 +14,8 @@ namespace folivex {
 /// none. Empty when there is nothing.
 QString messageProblem(const MailMessage& message);
 
-/// The copy addresses, apart.
-QStringList copyAddresses(const MailMessage& message);
+/// The copy addresses of MailMessage::cc, apart.
+QStringList copyAddresses(const QString& cc);
 
 /// What makes one mail itself, the same however often it is tried.
 struct MailIdentity {

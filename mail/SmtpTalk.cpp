@@ -7,8 +7,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <future>
 #include <thread>
 
 namespace folivex {
@@ -79,7 +78,8 @@ TalkFault faultOf(CURLcode code, const SmtpReplies& replies) {
     return TalkFault::NoStartTls;
   case CURLE_LOGIN_DENIED:
   case CURLE_AUTH_ERROR:
-    return TalkFault::LoginRefused;
+    // Without a refusal there was no way to log in that both sides know.
+    return replies.lastCode() >= 400 ? TalkFault::LoginRefused : TalkFault::LoginNotOffered;
   default:
     break;
   }
@@ -94,7 +94,8 @@ TalkFault faultOf(CURLcode code, const SmtpReplies& replies) {
 } // namespace
 
 /// Owns the library's handle. The callbacks run on the talk's thread, all else on the caller's;
-/// what both touch is atomic or under a lock.
+/// what both touch while the talk
+/// goes on is atomic or under a lock.
 class SmtpTalk::Session {
 public:
   Session(MailServer server, SmtpOptions options)
@@ -114,7 +115,7 @@ private:
   void setFixedOptions();
   void setTlsOptions();
   CURLcode performWatched(MailWait& wait);
-  void watch(MailWait& wait);
+  void watch(const std::future<CURLcode>& talk, MailWait& wait);
   std::chrono::milliseconds longestSilence() const;
   /// Ends the talk from the caller's thread.
   void breakOff(TalkFault why);
@@ -146,9 +147,6 @@ private:
   std::atomic<bool> m_wholeMailOut = false;
   std::atomic<TalkFault> m_brokenOff = TalkFault::None;
   std::atomic<Clock::rep> m_lastSign = 0;
-  std::mutex m_mutex;
-  std::condition_variable m_wake;
-  bool m_ended = false;
 };
 
 void SmtpTalk::Session::setFixedOptions() {
@@ -211,7 +209,6 @@ void SmtpTalk::Session::begin(const SmtpEnvelope& envelope, MimeStream& mail) {
   m_wholeMailOut = false;
   m_brokenOff = TalkFault::None;
   m_errorText[0] = '\0';
-  m_ended = false;
   touch();
   if (!m_handle) {
     m_handle = curl_easy_init();
@@ -259,28 +256,22 @@ TalkResult SmtpTalk::Session::attempt(const SmtpEnvelope& envelope, MimeStream& 
 }
 
 CURLcode SmtpTalk::Session::performWatched(MailWait& wait) {
-  CURLcode code = CURLE_OK;
-  std::thread talk([this, &code] {
-    code = curl_easy_perform(m_handle);
-    const std::lock_guard lock(m_mutex);
-    m_ended = true;
-    m_wake.notify_all();
-  });
+  std::packaged_task<CURLcode()> perform([this] { return curl_easy_perform(m_handle); });
+  std::future<CURLcode> code = perform.get_future();
+  std::thread talk(std::move(perform));
   try {
-    watch(wait);
+    watch(code, wait);
   } catch (...) {
     breakOff(TalkFault::StoppedByPerson);
     talk.join();
     throw;
   }
   talk.join();
-  return code;
+  return code.get();
 }
 
-void SmtpTalk::Session::watch(MailWait& wait) {
-  std::unique_lock lock(m_mutex);
-  while (!m_wake.wait_for(lock, tick, [this] { return m_ended; })) {
-    lock.unlock();
+void SmtpTalk::Session::watch(const std::future<CURLcode>& talk, MailWait& wait) {
+  while (talk.wait_for(tick) != std::future_status::ready) {
     wait.handlePendingEvents();
     const Clock::duration silence =
         Clock::now().time_since_epoch() - Clock::duration(m_lastSign.load());
@@ -291,7 +282,6 @@ void SmtpTalk::Session::watch(MailWait& wait) {
         breakOff(TalkFault::NoAnswer);
       }
     }
-    lock.lock();
   }
 }
 
@@ -310,19 +300,11 @@ void SmtpTalk::Session::disconnect() {
   if (!m_handle) {
     return;
   }
-  m_ended = false;
-  std::thread goodbye([this] {
-    curl_easy_cleanup(m_handle);
-    const std::lock_guard lock(m_mutex);
-    m_ended = true;
-    m_wake.notify_all();
-  });
-  {
-    std::unique_lock lock(m_mutex);
-    if (!m_wake.wait_for(lock, patienceAtEnd, [this] { return m_ended; })) {
-      lock.unlock();
-      m_sockets.shutDownAll();
-    }
+  std::packaged_task<void()> cleanUp([this] { curl_easy_cleanup(m_handle); });
+  const std::future<void> cleanedUp = cleanUp.get_future();
+  std::thread goodbye(std::move(cleanUp));
+  if (cleanedUp.wait_for(patienceAtEnd) != std::future_status::ready) {
+    m_sockets.shutDownAll();
   }
   goodbye.join();
   m_handle = nullptr;

@@ -23,7 +23,7 @@ SmtpEnvelope envelopeOf(const MailMessage& message) {
   SmtpEnvelope envelope;
   envelope.sender = addressForServer(message.sender);
   QStringList recipients = {addressForServer(message.recipient)};
-  for (const QString& copy : copyAddresses(message)) {
+  for (const QString& copy : copyAddresses(message.cc)) {
     recipients += addressForServer(copy);
   }
   recipients.removeDuplicates();
@@ -90,7 +90,7 @@ constexpr FaultMeaning meanings[] = {
     {TalkFault::LoginRefused, MailOutcome::Refused, true,
      "the server %1 refused the login or its password"},
     {TalkFault::LoginNotOffered, MailOutcome::Refused, true,
-     "a login is set, but the server %1 does not offer one on this connection"},
+     "a login is set, but the server %1 offers none on this connection that could be used"},
     {TalkFault::Utf8NotOffered, MailOutcome::Refused, false,
      "the server %1 takes no address with letters beyond a-z before the \"@\""},
     {TalkFault::Other, MailOutcome::Refused, false,

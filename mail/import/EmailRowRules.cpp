@@ -6,19 +6,11 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <tuple>
 
 namespace folivex {
 
 namespace {
-
-bool hasDomain(const QString& domain) {
-  const QStringList labels = domain.split(u'.');
-  return std::ranges::none_of(labels, [](const QString& label) {
-    return label.isEmpty() || label.startsWith(u'-') || label.endsWith(u'-');
-  });
-}
 
 /// A page number as a cell shows it: "3", and "3.0" where a column has decimals. -1: it is none.
 int pageOf(const QString& cell) {
@@ -28,22 +20,6 @@ int pageOf(const QString& cell) {
 }
 
 } // namespace
-
-QString addressProblem(const QString& address) {
-  if (address.isEmpty()) {
-    return QStringLiteral("there is no address, nothing will be sent");
-  }
-  // One of these parts addresses, names or fields of a list from each other.
-  static const QRegularExpression foreign(
-      QStringLiteral("[\\s\\x{00}-\\x{1f},;:|<>()\\[\\]\\\\\"]"));
-  const QString local = address.section(u'@', 0, 0);
-  const QString domain = address.section(u'@', 1);
-  const bool isPossible = address.count(u'@') == 1 && !address.contains(foreign) &&
-                          !local.isEmpty() && !local.startsWith(u'.') && !local.endsWith(u'.') &&
-                          !local.contains(QStringLiteral("..")) && hasDomain(domain);
-  return isPossible ? QString()
-                    : QStringLiteral("\"%1\" cannot be one e-mail address").arg(address);
-}
 
 QString readPages(const QString& startCell, const QString& endCell, int& start, int& end) {
   if (startCell.trimmed().isEmpty() && endCell.trimmed().isEmpty()) {

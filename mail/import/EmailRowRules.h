@@ -5,10 +5,6 @@
 
 namespace folivex {
 
-/// What is wrong with one e-mail address; empty when it can be one. Whether somebody reads what is
-/// sent to it, no one can tell from here.
-QString addressProblem(const QString& address);
-
 /// Reads the first and last page of a range, both from 1, inclusive; two blank cells give 0 and 0,
 /// the whole file. Returns what is wrong, and the numbers are then as they were; empty when they
 /// are good.

@@ -1,5 +1,7 @@
 #include "mail/import/EmailRows.h"
 
+#include "mail/MailAddress.h"
+#include "mail/MimeStream.h"
 #include "mail/import/EmailRowRules.h"
 
 #include <algorithm>
@@ -87,12 +89,14 @@ public:
       return;
     }
     entry.address = oneLine(cells, Column::Address);
-    tell(addressProblem(entry.address));
+    tell(entry.address.isEmpty() ? QStringLiteral("there is no address, nothing will be sent")
+                                 : remarkOn(entry.address));
     entry.file = fullPath(oneLine(cells, Column::File), m_folder);
     tell(fileProblem(entry.file));
     entry.cc = oneLine(cells, Column::Cc);
-    if (!entry.cc.isEmpty() && !addressProblem(entry.cc).isEmpty()) {
-      tell(QStringLiteral("CC: ") + addressProblem(entry.cc));
+    for (const QString& copy : copyAddresses(entry.cc)) {
+      const QString remark = remarkOn(copy);
+      tell(remark.isEmpty() ? QString() : QStringLiteral("CC: ") + remark);
     }
     entry.body = m_places.cell(cells, Column::Body);
     entry.invoiceNumberInSubject = oneLine(cells, Column::InvoiceNumber);
@@ -108,6 +112,13 @@ private:
     std::ranges::replace_if(
         text, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(u' '));
     return text.trimmed();
+  }
+
+  static QString remarkOn(const QString& address) {
+    const QString problem = addressProblem(address);
+    return problem.isEmpty()
+               ? QString()
+               : QStringLiteral("\"%1\" is no e-mail address: it %2").arg(address, problem);
   }
 
   void tell(const QString& what) {

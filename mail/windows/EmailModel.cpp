@@ -37,7 +37,7 @@ QString addressRemark(const EmailEntry& entry) {
     return QStringLiteral(
         "No address: nothing is sent for this row. Double-click it to enter one.");
   }
-  const QString problem = addressProblem(QStringView(entry.address));
+  const QString problem = addressProblem(entry.address);
   return problem.isEmpty() ? QString()
                            : QStringLiteral("This cannot be sent: the address %1.").arg(problem);
 }

@@ -99,7 +99,7 @@ TEST_F(MailImport, TellsWhatIsDoubtfulWithItsRow) {
                                            "Email,File,Telephone,email,Extract Page Start,"
                                            "Extract Page End,CC\n"
                                            "a@x.org,pdf\\a.pdf,,,,,\n" // folders as on Windows
-                                           "a@x.org;b@x.org,pdf/a.pdf,,,,,no\n"
+                                           "a@x.org;b@x.org,pdf/a.pdf,,,,,c@x.org;no\n"
                                            "\n"
                                            ",pdf/b.pdf,,,0,0,\n"
                                            "a@x.org,,,,,,\n"
@@ -110,8 +110,9 @@ TEST_F(MailImport, TellsWhatIsDoubtfulWithItsRow) {
   const QStringList expected = {
       QStringLiteral("Row 1: the column \"Telephone\" is not known and is not read"),
       QStringLiteral("Row 1: \"Email\" stands twice; only the first such column is read"),
-      QStringLiteral("Row 3: \"a@x.org;b@x.org\" cannot be one e-mail address"),
-      QStringLiteral("Row 3: CC: \"no\" cannot be one e-mail address"),
+      QStringLiteral("Row 3: \"a@x.org;b@x.org\" is no e-mail address: it has no valid domain "
+                     "behind the \"@\""),
+      QStringLiteral("Row 3: CC: \"no\" is no e-mail address: it has no \"@\""),
       QStringLiteral("Row 5: there is no address, nothing will be sent"),
       QStringLiteral("Row 5: the file %1 is missing").arg(path(QStringLiteral("pdf/b.pdf"))),
       QStringLiteral("Row 6: there is no file to attach"),
@@ -143,18 +144,6 @@ TEST_F(MailImport, StopImportsNothing) {
   EXPECT_FALSE(list.done);
   EXPECT_EQ(list.problem, far + QStringLiteral(": the import was stopped"));
   EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*import*")}), QStringList());
-}
-
-TEST(EmailRowRules, Addresses) {
-  for (const char* good : {"a@b", "first.last+tag@sub.example.org", "o'neil@x.ie",
-                           "käthe@exämple.de", "渡辺@例え.jp"}) {
-    EXPECT_EQ(addressProblem(QString::fromUtf8(good)), QString()) << good;
-  }
-  for (const char* bad :
-       {"", "a", "@b.org", "a@", "a@b@c", "a b@c.org", "a@b..org", "a@b.org.", "A <a@b.org>",
-        "a@b.org|x", "a@b.org,", ".a@b.org", "#NAME?", "a@b.org\nBcc:c@d.org"}) {
-    EXPECT_NE(addressProblem(QString::fromUtf8(bad)), QString()) << bad;
-  }
 }
 
 TEST(EmailRowRules, Pages) {
