@@ -102,21 +102,6 @@ QString EmailList::setAddress(std::size_t row, const QString& text) {
   return {};
 }
 
-void EmailList::keepAddressesOf(std::span<const std::size_t> rows) {
-  if (rows.empty()) {
-    return;
-  }
-  std::vector<bool> kept(m_rows.size(), false);
-  for (const std::size_t row : rows) {
-    kept.at(row) = true;
-  }
-  for (std::size_t i = 0; i < m_rows.size(); ++i) {
-    if (!kept[i]) {
-      m_rows[i].entry.address.clear();
-    }
-  }
-}
-
 void EmailList::reduceTo(std::span<const std::size_t> rows) {
   std::vector<EmailRow> kept;
   kept.reserve(rows.size());

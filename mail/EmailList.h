@@ -77,11 +77,7 @@ public:
   /// character). An empty text is taken: the entry is then not sent.
   QString setAddress(std::size_t row, const QString& text);
 
-  /// "Send selected only?" answered with Yes: every address but those of the rows given is cleared.
-  /// No rows given: nothing changes.
-  void keepAddressesOf(std::span<const std::size_t> rows);
-
-  /// Keeps the rows given, in their order (for sending again what failed).
+  /// Keeps the rows given, in their order (those selected; those that failed, to send them again).
   void reduceTo(std::span<const std::size_t> rows);
 
 private:

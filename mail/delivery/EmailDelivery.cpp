@@ -85,8 +85,34 @@ DeliveryResult EmailDelivery::send(const EmailList& list, SendWatcher& watcher,
       run.skipSentBefore(before);
     }
   }
+  const bool kept = keep(list);
   result.summary = run.run(entries);
+  if (kept && result.summary.rowsToSendAgain().empty()) {
+    m_kept.dropLast();
+  }
   return result;
+}
+
+/// A list from a file is on the disk already.
+bool EmailDelivery::keep(const EmailList& list) {
+  if (m_lastSource.isEmpty() || !list.sourcePath().isEmpty()) {
+    return false;
+  }
+  const QString problem = m_kept.keep(list, m_setup, m_lastSource);
+  if (!problem.isEmpty()) {
+    m_problems += problem;
+  }
+  return problem.isEmpty();
+}
+
+QString EmailDelivery::close() {
+  QStringList lines = m_problems;
+  m_problems.clear();
+  const QString ofReports = m_reports.close();
+  if (!ofReports.isEmpty()) {
+    lines += ofReports;
+  }
+  return lines.join(u'\n');
 }
 
 } // namespace folivex

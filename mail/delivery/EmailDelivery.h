@@ -5,6 +5,7 @@
 #include "mail/EmailList.h"
 #include "mail/EmailSendRun.h"
 #include "mail/SmtpTransport.h"
+#include "mail/delivery/KeptLists.h"
 #include "mail/delivery/RunReports.h"
 
 #include <functional>
@@ -38,7 +39,8 @@ struct [[nodiscard]] DeliveryResult {
   SendSummary summary; ///< one result for each row of the list; empty when nothing was tried
 };
 
-/// Lists may be sent in several goes (what failed once more): the reports tell all of them.
+/// Lists may be sent in several goes (what failed once more): the reports tell all of them. A list
+/// that comes straight from a run is saved before its first mail goes out, see KeptLists.
 class EmailDelivery {
 public:
   EmailDelivery(SplitSetup setup, DeliveryMeans means)
@@ -46,7 +48,10 @@ public:
 
   /// A list to come holds outputs of this run: their mails go into its report. A list that was
   /// loaded has none.
-  void addRun(const FinishedRun& run) { m_newRuns.push_back(run); }
+  void addRun(const FinishedRun& run) {
+    m_newRuns.push_back(run);
+    m_lastSource = run.source;
+  }
 
   using BeforeCount = EmailSendRun::BeforeCount;
   /// Asked when the log says that mails of this list went out before. True: they are sent once
@@ -57,16 +62,25 @@ public:
   /// were only just made.
   DeliveryResult send(const EmailList& list, SendWatcher& watcher, const SendTwice& sendTwice = {});
 
-  /// Ends the reports. What could not be written of them, in lines; empty when all was.
-  QString close() { return m_reports.close(); }
+  /// Removes the lists that were saved for sending. Not before what is left of them has been told,
+  /// or is in another file; without this call they stay.
+  void dropKeptLists() { m_kept.dropAll(); }
+
+  /// Ends the reports. What could not be written of them and of the lists, in lines; empty when all
+  /// was.
+  QString close();
 
 private:
   void openReports();
+  bool keep(const EmailList& list);
 
   SplitSetup m_setup;
   DeliveryMeans m_means;
   std::vector<FinishedRun> m_newRuns; ///< without a report as yet
+  QString m_lastSource;
   RunReports m_reports;
+  KeptLists m_kept;
+  QStringList m_problems;
 };
 
 /// Why no mail would go out with these settings, a line each; empty when mails can be sent.

@@ -4,10 +4,6 @@
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailListFile.h"
 #include "mail/delivery/SendOutcome.h"
-#include "platform/Paths.h"
-
-#include <QDateTime>
-#include <QFileInfo>
 
 namespace folivex {
 
@@ -22,10 +18,11 @@ public:
   bool stopRequested() override { return m_stop && m_stop(); }
   void onProgress(const EmailProgress& progress) override {
     Progress shown;
-    shown.text = QStringLiteral("Sending email: %1 (%2 of %3)")
-                     .arg(progress.recipient)
+    shown.text = QStringLiteral("Sending email (%1 of %2, errors: %3): %4")
                      .arg(progress.handled)
-                     .arg(progress.total);
+                     .arg(progress.total)
+                     .arg(progress.errors)
+                     .arg(progress.recipient);
     m_person.progress(shown);
   }
 
@@ -33,19 +30,6 @@ private:
   Operator& m_person;
   const std::function<bool()>& m_stop;
 };
-
-/// In the folder of the outputs, after the source; a name that nothing has yet.
-QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind) {
-  const QString stem = platform::joinPath(
-      outputFolderOf(setup, source),
-      platform::fileTitle(source) + u'_' + kind + u'_' +
-          QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd_HHmmss")));
-  QString path = stem + QStringLiteral(".lst");
-  for (int number = 2; QFileInfo::exists(path); ++number) {
-    path = QStringLiteral("%1_%2.lst").arg(stem).arg(number);
-  }
-  return path;
-}
 
 /// Path of the list; empty when it could not be saved, which is then told.
 QString save(const EmailList& list, const QString& path, Operator& person) {
@@ -101,9 +85,9 @@ UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,
   EmailDelivery delivery(setup, means);
   delivery.addRun(run);
   DeliveryResult sent = delivery.send(list, watcher);
-  const QString reportProblem = delivery.close();
-  if (!reportProblem.isEmpty()) {
-    person.note(reportProblem);
+  const QString fileProblem = delivery.close();
+  if (!fileProblem.isEmpty()) {
+    person.note(fileProblem);
   }
   if (sent.problem.isEmpty()) {
     tellSummary(list, sent.summary, person);
@@ -117,6 +101,9 @@ UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,
   if (!list.isEmpty()) {
     result.savedList =
         save(list, unusedListPath(setup, run.source, QStringLiteral("emails_not_sent")), person);
+  }
+  if (list.isEmpty() || !result.savedList.isEmpty()) {
+    delivery.dropKeptLists();
   }
   return result;
 }

@@ -19,8 +19,9 @@ struct [[nodiscard]] UnattendedResult {
 /// would have to agree, nothing is sent: the list is saved in the output folder, as
 /// "SOURCE_emails_TIME.lst", for "Load Email List". What could not be sent, and what a stop left
 /// behind, is saved in the same way as "SOURCE_emails_not_sent_TIME.lst"; mails that may have
-/// arrived are not in it. SOURCE is the source's name, TIME reads "20240131_235959"; a list that
-/// exists is never replaced.
+/// arrived are not in it. While mails go out the whole list lies there as
+/// "SOURCE_emails_sending_TIME.lst" (see KeptLists). SOURCE is the source's name, TIME reads
+/// "20240131_235959"; a list that exists is never replaced.
 ///
 /// Everything is told with Operator::note(); no message, no question. `stopRequested` may be empty.
 UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,

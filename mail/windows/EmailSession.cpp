@@ -122,6 +122,7 @@ void EmailSession::note(const QString& text) const {
 }
 
 void EmailSession::closeReports(EmailDelivery& delivery) {
+  delivery.dropKeptLists(); // the person has seen what became of them
   note(delivery.close());
 }
 

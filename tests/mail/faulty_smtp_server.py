@@ -29,6 +29,9 @@ class Connection(asyncio.Protocol):
 
     def data_received(self, data):
         self.buffer += data
+        if self.in_data and fault == "stall-in-mail":
+            self.transport.pause_reading()
+            return
         if self.in_data and fault == "close-in-mail" and len(self.buffer) > 100000:
             self.transport.abort()
             return
@@ -47,13 +50,14 @@ class Connection(asyncio.Protocol):
         global taken
         self.in_data = False
         content = content.replace(b"\r\n..", b"\r\n.")
-        accepted = fault not in ("close-unanswered", "hang-unanswered", "code-after-mail")
+        hangs = fault == "hang-unanswered" and taken >= number
+        accepted = fault not in ("close-unanswered", "code-after-mail") and not hangs
         record(recipients=self.recipients, accepted=accepted, **parsed(content))
         if fault == "close-unanswered":
             self.transport.abort()
         elif fault == "code-after-mail":
             self.say(f"{number} no thanks")
-        elif fault != "hang-unanswered":
+        elif not hangs:
             taken += 1
             self.served += 1
             self.say("250 taken")

@@ -156,11 +156,16 @@ TEST_F(MailSession, StopKeepsWhatWasNotReached) {
   MailServerProcess server("smtp_server.py", {});
   setup.emailSmtp = server.text();
   setup.emailConfirm = false;
-  stop = [this] { return logged(" OK\r") == 2; };
+  const auto kept = [this] { return QDir(folder.path()).entryList({"in.pdf_emails_sending_*"}); };
+  stop = [&] {
+    EXPECT_EQ(kept().size(), 1) << "a dying program would lose the list";
+    return logged(" OK\r") == 2;
+  };
   script
       .then("CFindingsDlg",
-            [this](QDialog* findings) {
+            [&](QDialog* findings) {
               EXPECT_EQ(linesOf(findings), "2 e-mails not tried: the run was stopped.");
+              EXPECT_EQ(kept().size(), 1) << "lost before the person has decided";
               click(findings, "accept");
             })
       .then("CEmailListDlg", [this](QDialog* list) {
@@ -168,6 +173,7 @@ TEST_F(MailSession, StopKeepsWhatWasNotReached) {
         click(list, "send");
       });
   session.afterRun(setup, run({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
+  EXPECT_EQ(kept(), QStringList());
   EXPECT_EQ(recipientsOf(server),
             QStringList({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
 }

@@ -91,6 +91,30 @@ TEST_F(Unattended, WhatCouldNotBeSentIsInAList) {
   EXPECT_TRUE(person.allNotes().contains("No e-mail was sent: "));
 }
 
+/// The list is on the disk before the first mail goes out, or that is told; it goes once its mails
+/// are told of.
+TEST_F(Unattended, AListIsKeptWhileItIsSent) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  setup.emailConfirm = false;
+  add("a@x.example");
+  add("b@x.example");
+  QByteArray kept;
+  person.onProgress = [&](const Progress&) {
+    if (kept.isEmpty() && !lists().isEmpty()) {
+      EXPECT_TRUE(lists()[0].startsWith("in.pdf_emails_sending_")) << lists()[0].toStdString();
+      kept = contentOf(setup.outputDir + "/" + lists()[0]);
+    }
+  };
+  EXPECT_TRUE(send().complete);
+  EXPECT_EQ(kept.count("@x.example|"), 2);
+  EXPECT_EQ(lists(), QStringList());
+  setup.outputDir = folder.filePath("gone");
+  EXPECT_TRUE(send().complete);
+  EXPECT_TRUE(person.allNotes().contains("The list could not be kept")) << "nobody was told";
+  EXPECT_EQ(server.mails().size(), 4U);
+}
+
 /// It may have arrived: a list that is loaded and sent without a look must not send it twice.
 TEST_F(Unattended, WhatMayHaveArrivedIsInNoList) {
   MailServerProcess server("faulty_smtp_server.py", {"close-unanswered"});
