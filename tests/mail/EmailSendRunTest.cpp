@@ -7,6 +7,7 @@
 #include "tests/mail/MailServerProcess.h"
 #include "tests/support/RunBench.h"
 
+#include <QSet>
 #include <QTemporaryDir>
 
 namespace folivex::test {
@@ -54,7 +55,7 @@ protected:
   SendSummary run(const QString& server, const EmailEntries& entries,
                   Source source = Source::SplitRun, const SentBefore& before = {}) {
     setup.emailSmtp = server;
-    SmtpTransport transport(mailServerOf(setup));
+    SmtpTransport transport(mailServerOf(setup), options);
     EmailSendRun sending(
         setup, source,
         {transport, watcher, RealLibraries::get().split.get(), report, [this] { return now; }});
@@ -65,6 +66,7 @@ protected:
 
   QTemporaryDir folder;
   SplitSetup setup;
+  SmtpOptions options;
   Watcher watcher;
   EmailReport* report = nullptr;
   QDateTime now = QDateTime(QDate(2099, 3, 4), QTime(5, 6, 7));
@@ -228,6 +230,67 @@ TEST_F(EmailSend, GoesOnWhereARunBrokeOff) {
   EXPECT_TRUE(log().contains("\n1999-01-01 00:00:00 r4@example.org"));
 }
 
+/// Whatever goes wrong: every mail of the list is tried or given its reason, and nothing that was
+/// not taken counts as sent.
+TEST_F(EmailSend, EveryFaultIsCountedLoggedAndToldAndTheRunGoesOn) {
+  struct Row {
+    const char* script;
+    QStringList arguments;
+    const char* prefix;
+    int sent;
+    const char* told;
+  };
+  const char* const faulty = "faulty_smtp_server.py";
+  const char* const good = "smtp_server.py";
+  const QStringList encrypted = {"--security", "tls", "--folder", folder.path()};
+  const Row rows[] = {
+      {faulty, {"login-refused"}, "", 0, "refused the login"},
+      {faulty, {"odd-login"}, "", 0, "offers none on this connection"},
+      {faulty, {"code-at-sender", "451"}, "", 0, "451 no thanks"},
+      {faulty, {"code-at-recipient", "550", "r2"}, "", 3, "550 nobody here (recipient r2@"},
+      {faulty, {"code-after-mail", "554"}, "", 0, "554 no thanks"},
+      {faulty, {"close-in-mail"}, "", 0, "closed the connection"},
+      {faulty, {"close-unanswered"}, "", 0, "may have arrived"},
+      {faulty, {"stall-in-mail"}, "", 0, "stopped answering"},
+      {faulty, {"hang-unanswered"}, "", 0, "it stopped answering before it was confirmed"},
+      {faulty, {"rate", "2"}, "", 2, "451 rate limit"},
+      {good, {}, "tls:", 0, "does not offer the encryption"},
+      {good, {}, "ssl:", 0, "no encrypted connection"},
+      {good, encrypted, "tls:", 0, "cannot be trusted"},
+  };
+  setup.emailPassword = "s3cret";
+  EmailEntries entries;
+  for (int i = 0; i < 4; ++i) {
+    entries.push_back(entry(QStringLiteral("r%1@example.org").arg(i), "1.pdf"));
+  }
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.prefix + row.arguments.join(u' ').toStdString());
+    const QString fault = row.arguments.value(0);
+    QFile::remove(setup.emailLogFile);
+    ASSERT_TRUE(QFile::resize(entries[0].file, fault.endsWith("-in-mail") ? 12'000'000 : 1'000));
+    setup.emailLogin = fault.contains("login") ? "me" : "";
+    const bool hangs = fault.startsWith("stall") || fault.startsWith("hang"); // any time will do
+    options.answerTimeoutMs = hangs ? 500 : SmtpOptions().answerTimeoutMs;
+    options.finalAnswerTimeoutMs = hangs ? 500 : SmtpOptions().finalAnswerTimeoutMs;
+    watcher = {};
+    MailServerProcess server(row.script, row.arguments);
+    const SendSummary summary = run(server.text(row.prefix), entries);
+    EXPECT_EQ(summary.message(),
+              QStringLiteral("(4) Emails sent ok: %1, errors: %2").arg(row.sent).arg(4 - row.sent));
+    EXPECT_EQ(log().count(" OK\r\r\n"), row.sent);
+    EXPECT_EQ(log().count("\nerror: ") + (log().startsWith("error: ") ? 1 : 0), 4 - row.sent);
+    EXPECT_EQ(log().count(" Error - "), 4 - row.sent);
+    EXPECT_EQ(log().count(row.told), 2 * (4 - row.sent)) << log().toStdString();
+    EXPECT_FALSE(log().contains("s3cret"));
+    QStringList taken;
+    for (const QJsonObject& mail : server.mails()) {
+      taken += mail["accepted"].toBool() ? strings(mail["recipients"]) : QStringList();
+    }
+    EXPECT_EQ(taken.size(), row.sent);
+    EXPECT_EQ(QSet<QString>(taken.begin(), taken.end()).size(), row.sent) << "sent twice";
+  }
+}
+
 TEST_F(EmailSend, LeavesAServerAloneThatRefusesTheLogin) {
   MailServerProcess server("faulty_smtp_server.py", {"login-refused"});
   setup.emailLogin = "me";
@@ -286,7 +349,8 @@ TEST_F(EmailSend, SendTestTellsHowItWent) {
   EXPECT_TRUE(failed.message.endsWith(
       ", message not sent to:office@example.org\nError report output to file:" + path))
       << failed.message.toStdString();
-  EXPECT_TRUE(contentOf(path).endsWith("\r\r\n"));
+  const QString error = failed.message.section(", message not sent to:", 0, 0).section(":", 1);
+  EXPECT_EQ(contentOf(path), "\xEF\xBB\xBF" + error.toUtf8() + "\r\r\n");
 }
 
 TEST_F(EmailSend, SettingsAreCheckedBeforeARun) {

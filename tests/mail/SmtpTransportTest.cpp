@@ -201,6 +201,8 @@ TEST(SmtpTransport, RefusesWhatIsNoAddress) {
                            "a@example.org\r\nRCPT TO:<b@example.org>",
                            "a@example.org> <b@example.org",
                            "a@example.org\n",
+                           QString(10'000, u'a') + "@example.org",
+                           "a@" + QString(10'000, u'x') + ".example",
                            "<a@example.org>"};
   for (const QString& address : bad) {
     EXPECT_EQ(sendOne(to, plainMail(address)).outcome, MailOutcome::Refused);
