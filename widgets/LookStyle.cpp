@@ -1,5 +1,6 @@
 #include "widgets/LookStyle.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -40,6 +41,15 @@ void drawBorder(const QStyleOption& option, QPainter* painter) {
   painter->restore();
 }
 
+/// Fusion fills the cell, over its text.
+void drawCellFocus(const QStyleOption& option, QPainter* painter) {
+  const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+  painter->setPen(
+      option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Highlight));
+  painter->setBrush(Qt::NoBrush);
+  painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
+
 /// A disc with a sign in it, in the colours of the look.
 QPixmap signPixmap(const QString& sign, const QPalette& palette, int size) {
   QPixmap pixmap(size, size);
@@ -65,13 +75,17 @@ LookStyle::LookStyle() : QProxyStyle(QStringLiteral("fusion")) {}
 
 void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                               QPainter* painter, const QWidget* widget) const {
+  if (element == PE_FrameFocusRect && qobject_cast<const QAbstractItemView*>(widget) != nullptr) {
+    drawCellFocus(*option, painter);
+    return;
+  }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
   // What has the cursor is drawn with a bright border already; a check box is not.
   const bool isMarked = option->state.testFlag(State_HasFocus);
   const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
   const bool hasFrame = frame != nullptr && frame->lineWidth > 0;
   if (element == PE_IndicatorCheckBox || (element == PE_FrameLineEdit && !isMarked) ||
-      (element == PE_Frame && hasFrame && !isMarked)) {
+      (element == PE_Frame && hasFrame)) {
     drawBorder(*option, painter);
   }
 }

@@ -44,7 +44,13 @@ void checkSource(const SplitSetup& setup, Findings& findings) {
 }
 
 void checkPages(const SplitSetup& setup, Findings& findings) {
-  if (matchesWords(setup) && setup.startEndPage > 0 && setup.startEndPage < setup.startFromPage) {
+  if (!matchesWords(setup)) {
+    return;
+  }
+  if (setup.startFromPage < 0) {
+    findings.hint("STARTFROMPAGE", QStringLiteral("This means the first page."));
+  }
+  if (setup.startEndPage > 0 && setup.startEndPage < setup.startFromPage) {
     findings.problem("STARTENDPAGE", QStringLiteral("The last page comes before the first."));
   }
 }

@@ -163,6 +163,8 @@ TEST(SetupChecks, WhatIsWrongIsFoundAtItsSetting) {
          s.startEndPage = 4;
        },
        "STARTENDPAGE"},
+      {"a first page before the first", [](SplitSetup& s) { s.startFromPage = -2; },
+       "STARTFROMPAGE", FindingKind::Hint},
       {"pages off the end",
        [](SplitSetup& s) {
          s.startFromPage = 5;
