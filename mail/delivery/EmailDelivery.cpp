@@ -105,6 +105,11 @@ bool EmailDelivery::keep(const EmailList& list) {
   return problem.isEmpty();
 }
 
+bool EmailDelivery::mayHaveBeenSent(const EmailList& list) const {
+  return isListOfBrokenRun(list.sourcePath()) &&
+         SentBefore::fromLog(m_setup.emailLogFile).isEmpty();
+}
+
 QString EmailDelivery::close() {
   QStringList lines = m_problems;
   m_problems.clear();

@@ -62,6 +62,9 @@ public:
   /// were only just made.
   DeliveryResult send(const EmailList& list, SendWatcher& watcher, const SendTwice& sendTwice = {});
 
+  /// The list was being sent when the program died, and there is no log that tells how far it came.
+  bool mayHaveBeenSent(const EmailList& list) const;
+
   /// Removes the lists that were saved for sending. Not before what is left of them has been told,
   /// or is in another file; without this call they stay.
   void dropKeptLists() { m_kept.dropAll(); }

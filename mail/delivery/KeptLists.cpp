@@ -9,6 +9,19 @@
 
 namespace folivex {
 
+namespace {
+
+const QString& keptKind() {
+  static const QString kind = QStringLiteral("emails_sending");
+  return kind;
+}
+
+} // namespace
+
+bool isListOfBrokenRun(const QString& path) {
+  return platform::fileTitle(path).contains(u'_' + keptKind() + u'_');
+}
+
 QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind) {
   const QString stem = platform::joinPath(
       outputFolderOf(setup, source),
@@ -22,7 +35,7 @@ QString unusedListPath(const SplitSetup& setup, const QString& source, const QSt
 }
 
 QString KeptLists::keep(const EmailList& list, const SplitSetup& setup, const QString& source) {
-  const QString path = unusedListPath(setup, source, QStringLiteral("emails_sending"));
+  const QString path = unusedListPath(setup, source, keptKind());
   const EmailListResult saved = saveEmailList(list, path);
   if (!saved.ok) {
     return QStringLiteral("The list could not be kept in a file while it was sent: %1 (%2)")

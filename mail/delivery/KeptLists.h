@@ -14,6 +14,9 @@ struct SplitSetup;
 /// like "20240131_235959". A name that nothing has yet: a list that exists is never replaced.
 QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind);
 
+/// Whether `path` is named like a list of KeptLists: its program died while it was sent.
+bool isListOfBrokenRun(const QString& path);
+
 /// Lists that are in no file while they are sent. Each lies as "SOURCE_emails_sending_TIME.lst"
 /// beside the outputs until it is dropped. A program that dies leaves it there, whole: loaded as
 /// any other list, the log tells which of its mails went out.

@@ -236,6 +236,14 @@ bool EmailSession::sendTwice(const EmailDelivery::BeforeCount& before, QWidget* 
 }
 
 EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery) {
+  if (delivery.mayHaveBeenSent(dialog.toSend()) &&
+      !m_parts.dialogs.question(
+          m_parts.over,
+          QStringLiteral("The program ended while this list was sent, and no log file tells which "
+                         "of its e-mails went out.\n\nSend them all the same?"),
+          caption())) {
+    return Outcome::RowsLeft;
+  }
   const DeliveryResult result = send(dialog.toSend(), delivery);
   if (!result.problem.isEmpty()) {
     m_parts.dialogs.message(m_parts.over, QStringLiteral("No e-mail was sent: ") + result.problem);

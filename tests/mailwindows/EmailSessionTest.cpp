@@ -235,6 +235,26 @@ TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
   EXPECT_EQ(sendLoaded().size(), 3);
 }
 
+/// The same without a log: nobody knows how far it came, and nothing goes out unasked.
+TEST_F(MailSession, AListOfABrokenRunWithoutALogIsNotSentUnasked) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailSmtp = server.text();
+  setup.emailLogFile.clear();
+  EmailList saved;
+  saved.fill(run({"a@x.example"}).outputs);
+  EXPECT_TRUE(saveEmailList(saved, at("in.pdf_emails_sending_20260407_090530.lst")).ok);
+  dialogs.files = {{at("in.pdf_emails_sending_20260407_090530.lst")}};
+  dialogs.answers = {false};
+  script.then("CEmailListDlg", [this](QDialog* list) {
+    EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 1; }));
+    script.then("CEmailListDlg", pressing("cancel")); // the same list, shown again
+    click(list, "send");
+  });
+  session.loadEmailList(setup);
+  EXPECT_TRUE(dialogs.questions.value(0).startsWith("The program ended while this list was sent"));
+  EXPECT_EQ(server.mails().size(), 0U);
+}
+
 TEST_F(MailSession, ABatchWaitsForNobody) {
   MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
   setup.emailSmtp = server.text();
