@@ -5,6 +5,8 @@
 #include "engine/words/Utf16.h"
 #include "platform/Paths.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QFileInfo>
 #include <QObject>
 
@@ -141,8 +143,22 @@ private:
   QString m_problem;
 };
 
+/// Rung by the thread, it calls in the window's thread. It carries nothing: the answers are handed
+/// over under the loader's own mutex.
+class PageLoader::Bell : public QObject {
+public:
+  explicit Bell(PageLoader& loader) : m_loader(loader) {}
+  void ring() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
+
+protected:
+  void customEvent(QEvent* /*event*/) override { m_loader.tellAnswers(); }
+
+private:
+  PageLoader& m_loader;
+};
+
 PageLoader::PageLoader(CPDFTextDumpInit& library)
-    : m_library(library), m_receiver(std::make_unique<QObject>()), m_thread([this] { work(); }) {}
+    : m_library(library), m_bell(std::make_unique<Bell>(*this)), m_thread([this] { work(); }) {}
 
 PageLoader::~PageLoader() {
   {
@@ -230,14 +246,24 @@ void PageLoader::loadPage(int page, const PageSizing& sizing, int generation) {
 
 /// Calls `tell` in the window's thread unless another file was opened in the meantime.
 void PageLoader::answer(int generation, std::function<void()> tell) {
-  QMetaObject::invokeMethod(
-      m_receiver.get(),
-      [this, generation, tell = std::move(tell)] {
-        if (generation == m_generation) {
-          tell();
-        }
-      },
-      Qt::QueuedConnection);
+  {
+    const std::lock_guard lock(m_mutex);
+    m_answers.push_back({generation, std::move(tell)});
+  }
+  m_bell->ring();
+}
+
+/// One answer for each ring, so that the window's other events have their turn between them.
+void PageLoader::tellAnswers() {
+  Answer answer;
+  {
+    const std::lock_guard lock(m_mutex);
+    answer = std::move(m_answers.front());
+    m_answers.pop_front();
+  }
+  if (answer.generation == m_generation) {
+    answer.tell();
+  }
 }
 
 } // namespace folivex

@@ -11,8 +11,6 @@
 #include <optional>
 #include <thread>
 
-class QObject;
-
 namespace folivex {
 
 class CPDFTextDumpInit;
@@ -41,20 +39,27 @@ public:
 
 private:
   class View;
+  class Bell;
+  struct Answer {
+    int generation = 0;
+    std::function<void()> tell;
+  };
 
   void work();
   void openView(const ViewedFile& file, int generation);
   void loadPage(int page, const PageSizing& sizing, int generation);
   void answer(int generation, std::function<void()> tell);
+  void tellAnswers();
 
   CPDFTextDumpInit& m_library;
-  std::unique_ptr<QObject> m_receiver; ///< lives in the window's thread
-  std::unique_ptr<View> m_view;        ///< used by the thread alone
+  std::unique_ptr<Bell> m_bell; ///< lives in the window's thread
+  std::unique_ptr<View> m_view; ///< used by the thread alone
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_due;
   std::optional<ViewedFile> m_toOpen;
   std::deque<int> m_wanted;
+  std::deque<Answer> m_answers;
   PageSizing m_sizing;
   int m_generation = 0; ///< counts the files opened; written by the window's thread alone
   bool m_ending = false;
