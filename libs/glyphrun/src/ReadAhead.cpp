@@ -7,16 +7,18 @@ namespace glyphrun {
 
 namespace {
 
-constexpr std::int32_t pagesAheadPerThread = 16;
+// Some megabytes of words: they bridge the time in which the caller does something else, such as
+// opening the file elsewhere or writing.
+constexpr std::int32_t pagesAheadPerThread = 256;
 constexpr std::size_t mostBytesAhead = std::size_t{64} << 20;
 
 } // namespace
 
 ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
-                     PageList pages, int threads, double wordSpacing)
+                     std::int32_t first, PageList pages, int threads, double wordSpacing)
     : m_path(std::move(path)), m_password(std::move(password)), m_pageCount(pageCount),
-      m_pages(std::move(pages)), m_window(threads * pagesAheadPerThread),
-      m_wordSpacing(wordSpacing) {
+      m_pages(std::move(pages)), m_window(threads * pagesAheadPerThread), m_wanted(first),
+      m_next(first), m_wordSpacing(wordSpacing) {
   // Too few threads are no failure: the caller reads what nobody else does.
   try {
     for (int i = 0; i < threads; ++i)

@@ -22,10 +22,12 @@ class ReadAhead {
 public:
   /**
    * The threads open the file at once. `pageCount` is the caller's; a thread that finds another
-   * number in the file stands aside. `pages` saves it the search for them, and may be empty.
+   * number in the file stands aside. Reading begins with page `first` (from 0), or behind the first
+   * page that is taken when it is -1. `pages` saves the threads the search for the pages, and may
+   * be empty.
    */
-  ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount, PageList pages,
-            int threads, double wordSpacing);
+  ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
+            std::int32_t first, PageList pages, int threads, double wordSpacing);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -64,8 +66,8 @@ private:
   std::map<std::int32_t, Slot> m_slots; /**< claimed pages, read or being read */
   std::vector<PageWords> m_spare;       /**< storage to use again */
   std::vector<MuContext*> m_contexts;   /**< of the threads, to stop them */
-  std::int32_t m_wanted = -1;           /**< the page expected to be asked for next */
-  std::int32_t m_next = 0;              /**< the page to claim next */
+  std::int32_t m_wanted;                /**< the page expected to be asked for next */
+  std::int32_t m_next;                  /**< the page to claim next */
   std::size_t m_bytes = 0;
   std::uint32_t m_generation = 0; /**< raised when claimed pages lose their meaning */
   double m_wordSpacing;

@@ -69,12 +69,12 @@ void Session::openFile(const std::u16string& path, const std::u16string& passwor
   if (m_aheadThreads > 0 && pageCount() >= manyPages) {
     PageList pages = m_reader->file().pageList();
     pages.file = identity;
-    startReadAhead(std::move(pages));
+    startReadAhead(0, std::move(pages));
   }
 }
 
-void Session::startReadAhead(PageList pages) {
-  m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), std::move(pages),
+void Session::startReadAhead(std::int32_t first, PageList pages) {
+  m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), first, std::move(pages),
                                         m_aheadThreads, m_wordSpacing);
 }
 
@@ -135,7 +135,7 @@ void Session::extract(std::int32_t first, std::int32_t last) {
 void Session::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
   if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage)
-    startReadAhead({});
+    startReadAhead(-1, {});
   if (!m_ahead || !m_ahead->take(index, words))
     m_reader->read(index, words);
 }

@@ -48,7 +48,7 @@ private:
 
   std::unique_ptr<PageReader> openReader(const std::u16string& path, const std::u16string& password,
                                          FileIdentity& identity);
-  void startReadAhead(PageList pages);
+  void startReadAhead(std::int32_t first, PageList pages);
   void readPage(std::int32_t index, PageWords& words);
   void dropWords();
   void fillOrder(bool reading);
