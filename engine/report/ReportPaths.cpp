@@ -43,16 +43,20 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
 
 bool currentFolderIsWritable() {
   const QString name = QStringLiteral("perm.dat");
-  if (QFileInfo::exists(name)) {
-    // Somebody's own file, which proves nothing and is not ours to delete.
-    return QFileInfo(QStringLiteral(".")).isWritable();
+  // A file that comes and goes is the probe of another run in the same folder.
+  constexpr int attempts = 10;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    if (QFileInfo::exists(name)) {
+      // Somebody's own file, which proves nothing and is not ours to delete.
+      return QFileInfo(QStringLiteral(".")).isWritable();
+    }
+    QFile probe(name);
+    if (probe.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+      probe.close();
+      return probe.remove();
+    }
   }
-  QFile probe(name);
-  if (!probe.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-    return false;
-  }
-  probe.close();
-  return probe.remove();
+  return false;
 }
 
 } // namespace folivex

@@ -7,6 +7,7 @@
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/plan/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
+#include "tests/support/AtTestEnd.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RecordingOperator.h"
 #include "tests/support/TextPdf.h"
@@ -46,6 +47,11 @@ private:
     split = std::make_unique<CSplitPdfInit>();
     append = std::make_unique<CAppendPdfInit>();
     EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
+    test::atTestEnd([this] {
+      append.reset();
+      split.reset();
+      text.reset();
+    });
   }
 };
 

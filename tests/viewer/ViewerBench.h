@@ -9,6 +9,7 @@
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/plan/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
+#include "tests/support/AtTestEnd.h"
 #include "tests/support/PdfBuilder.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RecordingOperator.h"
@@ -32,9 +33,8 @@ using testing::waitUntil;
 /// The libraries of this build, loaded by path first: one that is loaded is found by its name.
 struct Libraries {
   static Libraries& get() {
-    // Kept to the end of the process: each has a state of its own that ends at no known moment.
-    static auto* libraries = new Libraries;
-    return *libraries;
+    static Libraries libraries;
+    return libraries;
   }
   JobDriver::Libraries all() { return {*text, *split, *append}; }
 
@@ -52,6 +52,11 @@ private:
     split = std::make_unique<CSplitPdfInit>();
     append = std::make_unique<CAppendPdfInit>();
     EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
+    test::atTestEnd([this] {
+      append.reset();
+      split.reset();
+      text.reset();
+    });
   }
 };
 
