@@ -137,8 +137,8 @@ Theme themeOf(const QString& name) {
 }
 
 void applyTheme(Theme theme) {
-  const QPalette system = systemPalette();
-  const QString style = systemStyle();
+  const QPalette& system = systemPalette();
+  const QString& style = systemStyle();
   // Only Fusion draws every control from the palette; a desktop's own style has its own colours.
   const bool isOwnLook =
       theme != Theme::System || style.compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;

@@ -7,6 +7,7 @@
 #include "widgets/Dialogs.h"
 
 #include <QCheckBox>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>

@@ -1,6 +1,8 @@
 #include "app/program/HelpKey.h"
 
-#include <QtWidgets/QApplication>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWidget>
 
 #include <array>
 

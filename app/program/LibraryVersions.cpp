@@ -30,6 +30,7 @@ QString versionOf(const Row& row) {
 
 std::vector<LibraryVersion> libraryVersions() {
   std::vector<LibraryVersion> versions;
+  versions.reserve(std::size(rows));
   for (const Row& row : rows) {
     versions.push_back({QString::fromLatin1(row.library), versionOf(row)});
   }

@@ -17,7 +17,7 @@
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
-#include <QtWidgets/QApplication>
+#include <QApplication>
 
 namespace folivex {
 

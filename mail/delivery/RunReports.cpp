@@ -36,7 +36,7 @@ QString RunReports::close() {
   }
   m_reports.clear();
   m_reportOf.clear();
-  const QString problems = m_problems.join(u'\n');
+  QString problems = m_problems.join(u'\n');
   m_problems.clear();
   return problems;
 }

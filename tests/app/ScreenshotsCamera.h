@@ -29,7 +29,7 @@ public:
 /// Takes pictures named NAME-LOOK-PERCENT.png.
 class Camera {
 public:
-  explicit Camera(QDir folder) : m_folder(std::move(folder)) {}
+  explicit Camera(const QDir& folder) : m_folder(folder) {}
 
   bool isComplete() const { return m_isComplete; }
 

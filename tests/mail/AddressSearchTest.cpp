@@ -198,7 +198,7 @@ TEST(MailAddress, ChecksWhatATypedAddressMayBe) {
       {"anna@example.org\r\nBcc: all@example.org", false},
       {"anna@example.org\n", false},
       {"\"anna\r\nRCPT TO:<x@y.example>\"@example.org", false},
-      {"anna@example.org\xE2\x80\xAE", false},
+      {"anna@example.org\xE2\x80\xAE", false}, // NOLINT(misc-misleading-bidirectional)
       {"anna@exa mple.org", false},
       {"anna @example.org", false},
       {".anna@example.org", false},

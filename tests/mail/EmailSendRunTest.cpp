@@ -42,7 +42,7 @@ protected:
   }
 
   QString file(const QString& name) {
-    const QString path = folder.filePath(name);
+    QString path = folder.filePath(name);
     writeFile(path, "%PDF " + name.toUtf8());
     return path;
   }
@@ -78,6 +78,7 @@ QByteArray padded(const QString& text, int width) {
 
 std::vector<EntryState> states(const SendSummary& summary) {
   std::vector<EntryState> all;
+  all.reserve(summary.entries.size());
   for (const EntryResult& result : summary.entries) {
     all.push_back(result.state);
   }

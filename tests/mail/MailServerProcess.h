@@ -93,7 +93,7 @@ public:
 
 inline QStringList strings(const QJsonValue& array) {
   QStringList texts;
-  for (const QJsonValue& value : array.toArray()) {
+  for (const auto& value : array.toArray()) {
     texts += value.toString();
   }
   return texts;

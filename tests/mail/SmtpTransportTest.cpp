@@ -98,7 +98,7 @@ TEST(SmtpTransport, MailsArriveAsTheyWereMeant) {
       {"copies", with([](auto& m) { m.cc = "b@example.org; \"c,d\"@example.org"; }), {}, {}},
       {"PDF", with([](auto&) {}), "statement 7.pdf", oddBytes(200'000)},
       {"empty file", with([](auto&) {}), "empty.pdf", {}},
-      {"exactly one block", with([](auto&) {}), "block.bin", oddBytes(57 * 512)},
+      {"exactly one block", with([](auto&) {}), "block.bin", oddBytes(qsizetype{57} * 512)},
       {"accents in the file name", with([](auto& m) { m.bodyKind = BodyKind::Html; }),
        "Rechnung für 株式会社 100%.pdf", "x"},
       {"a long file name", with([](auto&) {}), longName, "x"},

@@ -254,7 +254,7 @@ TEST_F(EmailListDialog, SelectionFollowsItsRowsThroughSortingAndFiltering) {
     selection->select(tableOf(&list)->model()->index(row, 0),
                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
   }
-  const auto selectedFiles = [this, selection] {
+  const auto selectedFiles = [selection] {
     QStringList files;
     for (const QModelIndex& index : selection->selectedRows(static_cast<int>(EmailColumn::File))) {
       files += index.data().toString();

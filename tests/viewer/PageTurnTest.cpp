@@ -65,7 +65,7 @@ TEST_F(PageTurn, EveryWayLeadsToItsPageAndShowsItsWords) {
     ASSERT_TRUE(isDrawn()) << step.way;
     EXPECT_EQ(m_viewer.page(), step.page) << step.way;
     EXPECT_EQ(control<QSpinBox>(&m_viewer, "pageField")->value(), step.page) << step.way;
-    const QString expected = texts[step.page - 1];
+    const QString& expected = texts[step.page - 1];
     for (const ViewedWord& one : words()) {
       ASSERT_TRUE(expected.contains(one.text)) << step.way << ": " << one.text.toStdString();
     }

@@ -11,7 +11,8 @@
 #ifndef UPDATES_UPDATES_H
 #define UPDATES_UPDATES_H
 
-#include <stdint.h> // NOLINT(modernize-deprecated-headers): C programs read this, too
+// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): C compilers read this as well.
+#include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {
@@ -82,5 +83,7 @@ UPDATES_API const char16_t* UpdatesLastErrorText(void);
 #ifdef __cplusplus
 }
 #endif
+
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 
 #endif
