@@ -78,7 +78,7 @@ QImage stacked(QImage above, QImage below) {
 
 class Album {
 public:
-  explicit Album(QDir tree) : m_tree(std::move(tree)) {}
+  explicit Album(const QDir& tree) : m_tree(tree) {}
 
   bool isComplete() const { return m_isComplete; }
 
@@ -88,7 +88,7 @@ public:
     const QString path =
         m_tree.filePath(QStringLiteral("app/help/pictures/%1%2.png")
                             .arg(name, isLarge ? QStringLiteral("@2x") : QString()));
-    constexpr qint64 largest = 120 * 1024;
+    constexpr qint64 largest = qint64{120} * 1024;
     save(framed(picture), path);
     if (isLarge && QFileInfo(path).size() > largest) {
       QFile::remove(path); // the picture for 100 % is shown larger instead
