@@ -5,6 +5,7 @@
 #include "app/MainWindow.h"
 #include "engine/naming/FileNameMethod.h"
 #include "engine/plan/SplitMethod.h"
+#include "tests/support/BuiltLibraries.h"
 #include "tests/support/Programs.h"
 #include "tests/support/TextPdf.h"
 #include "tests/support/WindowBench.h"
@@ -14,7 +15,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QLibrary>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
@@ -23,11 +23,7 @@ namespace folivex::testing {
 class MainWindowBench : public ::testing::Test {
 protected:
   MainWindowBench() : m_memory(m_folder.filePath("window.ini")) {
-    // They are looked for beside the program, which this one is not; loaded ones are found by name.
-    for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
-      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library)));
-      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
-    }
+    EXPECT_EQ(test::loadBuiltLibraries(), QString());
     QDir(m_folder.path()).mkdir("tmp");
     m_temporaryBefore = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(at("tmp")));

@@ -2,9 +2,9 @@
 //   screenshots FOLDER            all windows in both themes, to look at
 //   screenshots --documents TREE  the pictures of the help and the documents, into a source tree
 #include "tests/app/ScreenshotsScenes.h"
+#include "tests/support/BuiltLibraries.h"
 #include "widgets/WindowMemory.h"
 
-#include <QLibrary>
 #include <QTemporaryDir>
 
 using namespace folivex;
@@ -53,9 +53,9 @@ int main(int argc, char** argv) {
   qputenv("TMPDIR", own.path().toLocal8Bit());
   choosePlatform(own);
   const QApplication application(argc, argv);
-  // The program looks for them beside itself, which this one is not; loaded ones are found by name.
-  for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
-    QLibrary(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library))).load();
+  if (const QString problem = test::loadBuiltLibraries(); !problem.isEmpty()) {
+    std::fprintf(stderr, "%s\n", qPrintable(problem));
+    return 1;
   }
   const QString sample = own.filePath(QStringLiteral("statements.pdf"));
   QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), sample);

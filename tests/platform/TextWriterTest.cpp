@@ -1,5 +1,6 @@
 // What TextWriter leaves on the disk, also when the disk or somebody else is in the way.
 #include "platform/TextFile.h"
+#include "tests/support/Programs.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,21 +14,12 @@
 #include <unistd.h>
 
 using namespace folivex::platform;
+using folivex::test::contentOf;
+using folivex::test::writeFile;
 
 namespace {
 
 const QByteArray mark("\xEF\xBB\xBF");
-
-QByteArray contentOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-void put(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  ASSERT_EQ(file.write(content), content.size());
-}
 
 unsigned modeOf(const QString& path) {
   struct stat status {};
@@ -140,7 +132,7 @@ TEST_F(TextWriterTest, FullDiskIsToldAndRemembered) {
 }
 
 TEST_F(TextWriterTest, ReplacementLeavesTheOldFileUntilItIsWhole) {
-  put(at("f"), "old");
+  writeFile(at("f"), "old");
   {
     TextWriter dropped;
     ASSERT_TRUE(dropped.openReplacement(at("f")));
@@ -167,7 +159,7 @@ TEST_F(TextWriterTest, ReplacementLeavesTheOldFileUntilItIsWhole) {
 }
 
 TEST_F(TextWriterTest, ReplacementKeepsLinkAndPermissions) {
-  put(at("real"), "old");
+  writeFile(at("real"), "old");
   ASSERT_EQ(chmod(QFile::encodeName(at("real")).constData(), 0640), 0);
   ASSERT_TRUE(QFile::link(QStringLiteral("real"), at("link")));
   TextWriter writer;
@@ -187,7 +179,7 @@ TEST_F(TextWriterTest, SecretsAreMadeForTheirOwnerAlone) {
   ASSERT_TRUE(writer.open(at("private"), FileAccess::Private));
   ASSERT_TRUE(writer.openReplacement(at("aside"), FileAccess::Confidential));
   ASSERT_TRUE(writer.close());
-  put(at("wide"), "old");
+  writeFile(at("wide"), "old");
   ASSERT_TRUE(writer.open(at("wide"), FileAccess::Private));
   ASSERT_TRUE(writer.close());
   umask(old);
@@ -198,7 +190,7 @@ TEST_F(TextWriterTest, SecretsAreMadeForTheirOwnerAlone) {
 }
 
 TEST_F(TextWriterTest, PlantedFilesAreRefusedAndUnharmed) {
-  put(at("victim"), "precious");
+  writeFile(at("victim"), "precious");
   ASSERT_TRUE(QFile::link(at("victim"), at("link")));
   ASSERT_EQ(link(QFile::encodeName(at("victim")).constData(),
                  QFile::encodeName(at("hardlink")).constData()),
@@ -206,7 +198,7 @@ TEST_F(TextWriterTest, PlantedFilesAreRefusedAndUnharmed) {
   ASSERT_EQ(mkfifo(QFile::encodeName(at("pipe")).constData(), 0600), 0);
   QStringList planted = {at("link"), at("hardlink"), at("pipe"), m_folder.path()};
   if (geteuid() == 0) {
-    put(at("foreign"), "precious");
+    writeFile(at("foreign"), "precious");
     ASSERT_EQ(chown(QFile::encodeName(at("foreign")).constData(), 65534, 65534), 0);
     planted += at("foreign");
   } else {

@@ -4,6 +4,7 @@
 #include "app/viewer/PageViewer.h"
 #include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
+#include "tests/support/BuiltLibraries.h"
 #include "tests/support/Programs.h"
 #include "tests/support/WindowBench.h"
 #include "widgets/WindowMemory.h"
@@ -11,7 +12,6 @@
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
-#include <QLibrary>
 #include <QLineEdit>
 #include <QListView>
 #include <QTableView>
@@ -23,10 +23,7 @@ namespace {
 class FirstSplit : public ::testing::Test {
 protected:
   FirstSplit() : m_memory(m_folder.filePath(QStringLiteral("window.ini"))) {
-    for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
-      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library)));
-      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
-    }
+    EXPECT_EQ(test::loadBuiltLibraries(), QString());
     QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
     m_temporaryBefore = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(at("tmp")));

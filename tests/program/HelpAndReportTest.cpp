@@ -4,11 +4,11 @@
 #include "app/program/LibraryVersions.h"
 #include "app/program/ProgramWindows.h"
 #include "batch/CBatchList.h"
+#include "tests/support/BuiltLibraries.h"
 #include "tests/support/WindowBench.h"
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
-#include <QLibrary>
 #include <QPlainTextEdit>
 #include <QTemporaryDir>
 #include <QTextBrowser>
@@ -19,10 +19,7 @@ namespace {
 class HelpAndReport : public ::testing::Test {
 protected:
   HelpAndReport() : m_memory(m_folder.filePath(QStringLiteral("window.ini"))) {
-    for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
-      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library)));
-      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
-    }
+    EXPECT_EQ(test::loadBuiltLibraries(), QString());
     m_temporaryBefore = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(m_folder.path()));
     m_windows = std::make_unique<ProgramWindows>(m_dialogs, m_memory);

@@ -1,5 +1,6 @@
 // Loading and saving setups on a real disk.
 #include "engine/setup/SetupStore.h"
+#include "tests/support/Programs.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,19 +14,10 @@
 #include <sys/stat.h>
 
 using namespace folivex;
+using folivex::test::contentOf;
+using folivex::test::writeFile;
 
 namespace {
-
-QByteArray contentOf(const QString& path) {
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-void put(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  ASSERT_EQ(file.write(content), content.size());
-}
 
 unsigned modeOf(const QString& path) {
   struct stat status {};
@@ -81,7 +73,7 @@ TEST_F(SetupStoreTest, SamplesComeBackByteForByte) {
 }
 
 TEST_F(SetupStoreTest, LoadResetsMailAndExternalCommandOnly) {
-  put(at("a.fxs"), "FINDSTRING;new \n");
+  writeFile(at("a.fxs"), "FINDSTRING;new \n");
   SplitSetup& setup = store.edited();
   setup.emailEnable = setup.configUseExternal = setup.useOutlookAuto = true;
   setup.emailTest = false;
@@ -120,7 +112,7 @@ TEST_F(SetupStoreTest, AutomationCheckSeesTheFirstLineOnly) {
     SCOPED_TRACE(row.fault);
     SetupStore fresh(m_samples);
     fresh.edited().emailLogin = QStringLiteral("kept");
-    put(at("a.fxs"), row.text);
+    writeFile(at("a.fxs"), row.text);
     EXPECT_TRUE(fresh.LoadSetup(at("a.fxs"), LoadMode::AutomationCheck).ok());
     EXPECT_EQ(fresh.automation(), row.atCheck);
     EXPECT_EQ(fresh.edited().emailLogin, QStringLiteral("kept"));
@@ -192,7 +184,7 @@ TEST_F(SetupStoreTest, ExampleServesOnceAsDefault) {
   EXPECT_EQ(store.DefaultSetupPath(), defaultFile());
   EXPECT_EQ(contentOf(defaultFile()), contentOf(m_samples + QStringLiteral("/example.fxs")));
   EXPECT_EQ(modeOf(defaultFile()), 0600U);
-  put(defaultFile(), "FINDSTRING;mine \n");
+  writeFile(defaultFile(), "FINDSTRING;mine \n");
   EXPECT_TRUE(store.LoadSetup(store.DefaultSetupPath()).ok());
   EXPECT_EQ(store.edited().findString, QStringLiteral("mine"));
 
@@ -205,7 +197,7 @@ TEST_F(SetupStoreTest, ExampleServesOnceAsDefault) {
 }
 
 TEST_F(SetupStoreTest, PlantedDefaultFileIsNeitherReadNorWritten) {
-  put(at("theirs"), "CONFIGUSEEXTERNAL;1 \nCONFIGEXTERNALCOMMAND;evil \n");
+  writeFile(at("theirs"), "CONFIGUSEEXTERNAL;1 \nCONFIGEXTERNALCOMMAND;evil \n");
   const QByteArray theirs = contentOf(at("theirs"));
   for (const QString& target : {at("theirs"), at("not there")}) {
     ASSERT_TRUE(QFile::link(target, defaultFile()));

@@ -3,57 +3,17 @@
 
 #include "engine/job/JobDriver.h"
 #include "engine/naming/FileNameMethod.h"
-#include "engine/output/CAppendPdfInit.h"
-#include "engine/output/CSplitPdfInit.h"
 #include "engine/plan/SplitMethod.h"
-#include "engine/words/CPDFTextDumpInit.h"
-#include "tests/support/AtTestEnd.h"
 #include "tests/support/Programs.h"
+#include "tests/support/RealLibraries.h"
 #include "tests/support/RecordingOperator.h"
 #include "tests/support/TextPdf.h"
 
-#include <QCoreApplication>
-#include <QLibrary>
 #include <QTemporaryDir>
 
 #include <memory>
 
 namespace folivex::test {
-
-/// The three libraries of this build. They are looked for beside the running program, which a test
-/// is not; but one that is loaded already is found by its name alone.
-struct RealLibraries {
-  static RealLibraries& get() {
-    static RealLibraries libraries;
-    return libraries;
-  }
-  JobDriver::Libraries all() { return {*text, *split, *append}; }
-
-  std::unique_ptr<CPDFTextDumpInit> text;
-  std::unique_ptr<CSplitPdfInit> split;
-  std::unique_ptr<CAppendPdfInit> append;
-
-private:
-  RealLibraries() {
-    static int argumentCount = 1;
-    static char name[] = "test";
-    static char* arguments[] = {name, nullptr};
-    static const QCoreApplication application(argumentCount, arguments);
-    for (const char* library : {"GlyphrunU", "CleftorU", "MelderU"}) {
-      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(library)));
-      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
-    }
-    text = std::make_unique<CPDFTextDumpInit>();
-    split = std::make_unique<CSplitPdfInit>();
-    append = std::make_unique<CAppendPdfInit>();
-    EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
-    test::atTestEnd([this] {
-      append.reset();
-      split.reset();
-      text.reset();
-    });
-  }
-};
 
 /// One page a text: "Account: NUMBER" pages begin documents, the others continue them.
 inline TextPdf statements(const QStringList& pages) {

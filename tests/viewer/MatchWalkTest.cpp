@@ -100,7 +100,7 @@ TEST_F(MatchWalk, StopsBetweenMatchesToo) {
 }
 
 TEST_F(MatchWalk, TheViewerMayGoWhileAMatchIsLookedAt) {
-  auto viewer = std::make_unique<PageViewer>(*Libraries::get().text);
+  auto viewer = std::make_unique<PageViewer>(*RealLibraries::get().text);
   viewer->openFile({samplePath(), {}, false});
   viewer->show();
   QTimer person;

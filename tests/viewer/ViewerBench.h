@@ -5,19 +5,15 @@
 #include "app/viewer/PageViewer.h"
 #include "engine/job/JobDriver.h"
 #include "engine/naming/FileNameMethod.h"
-#include "engine/output/CAppendPdfInit.h"
-#include "engine/output/CSplitPdfInit.h"
 #include "engine/plan/SplitMethod.h"
-#include "engine/words/CPDFTextDumpInit.h"
-#include "tests/support/AtTestEnd.h"
 #include "tests/support/PdfBuilder.h"
 #include "tests/support/Programs.h"
+#include "tests/support/RealLibraries.h"
 #include "tests/support/RecordingOperator.h"
 #include "tests/support/WindowBench.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <QLibrary>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -29,36 +25,6 @@ using testing::control;
 using testing::ScriptedDialogs;
 using testing::typeInto;
 using testing::waitUntil;
-
-/// The libraries of this build, loaded by path first: one that is loaded is found by its name.
-struct Libraries {
-  static Libraries& get() {
-    static Libraries libraries;
-    return libraries;
-  }
-  JobDriver::Libraries all() { return {*text, *split, *append}; }
-
-  std::unique_ptr<CPDFTextDumpInit> text;
-  std::unique_ptr<CSplitPdfInit> split;
-  std::unique_ptr<CAppendPdfInit> append;
-
-private:
-  Libraries() {
-    for (const char* name : {"GlyphrunU", "CleftorU", "MelderU"}) {
-      QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(name)));
-      EXPECT_TRUE(file.load()) << file.errorString().toStdString();
-    }
-    text = std::make_unique<CPDFTextDumpInit>();
-    split = std::make_unique<CSplitPdfInit>();
-    append = std::make_unique<CAppendPdfInit>();
-    EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
-    test::atTestEnd([this] {
-      append.reset();
-      split.reset();
-      text.reset();
-    });
-  }
-};
 
 inline QString samplePath() {
   return QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
@@ -75,7 +41,7 @@ protected:
     setup().findString = QStringLiteral("Account:");
     setup().pageExtract = splitMethodTexts()[0];
     setup().extract = fileNameMethodTexts()[1];
-    m_driver = std::make_unique<JobDriver>(m_store, Libraries::get().all(), m_person);
+    m_driver = std::make_unique<JobDriver>(m_store, RealLibraries::get().all(), m_person);
     m_viewer.resize(820, 900);
     m_viewer.show();
   }
@@ -129,7 +95,7 @@ protected:
   SetupStore m_store;
   RecordingOperator m_person;
   std::unique_ptr<JobDriver> m_driver;
-  PageViewer m_viewer{*Libraries::get().text};
+  PageViewer m_viewer{*RealLibraries::get().text};
 };
 
 } // namespace folivex::test
