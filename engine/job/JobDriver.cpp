@@ -21,6 +21,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+
 namespace folivex {
 
 namespace {
@@ -56,6 +58,18 @@ bool wasProcessed(RunError error) {
   default:
     return true;
   }
+}
+
+/// A run that was stopped is not mailed; whoever waits for the mails must know. Empty when none of
+/// its outputs has an address.
+QString unmailedSentence(const EmailRecords& records) {
+  const auto count = std::ranges::count_if(
+      records.all(), [](const EmailRecord& record) { return !record.addresses.address.isEmpty(); });
+  return count == 0
+             ? QString()
+             : QStringLiteral("%1 output(s) with an e-mail address were written before the stop; "
+                              "none of them was mailed.")
+                   .arg(count);
 }
 
 /// Nothing is written in a show-only run.
@@ -337,6 +351,9 @@ void JobDriver::tellEnd(const Reports& reports) {
   }
   if (m_state.userStop) {
     tell(QStringLiteral("Process Stopped!"));
+    if (const QString unmailed = unmailedSentence(m_emails); !unmailed.isEmpty()) {
+      m_person.note(unmailed);
+    }
   } else if (m_state.outputCount == 0) {
     tell(QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
   } else {

@@ -41,6 +41,20 @@ public:
   QStringList matches;
 };
 
+/// Any word with an "@".
+class AtSigns : public AddressReader {
+public:
+  Found read(WordSource& words) override {
+    Found found;
+    for (int i = 0; i < words.numWords(); ++i) {
+      if (const PageWord word = words.word(i); word.text.contains(u'@')) {
+        found.address = word.text.toString();
+      }
+    }
+    return found;
+  }
+};
+
 } // namespace
 
 TEST_F(Job, ReportsAreOpenedFirstAndEndMessageAsksForThem) {
@@ -292,6 +306,33 @@ TEST_F(Job, StopBetweenPagesLeavesWholeFilesAndClosedReports) {
                   ? "5 page(s): 0 in 0 file(s), 5 not written, since the run was stopped (1-5)."
                   : "5 page(s): 1 in 1 file(s), 4 not written, since the run was stopped (2-5).");
     EXPECT_EQ(reportLines().back(), overwrite ? ",0, PDF file(s)" : ",1, PDF file(s)");
+  }
+}
+
+/// Nobody mails the outputs of a stopped run: without a word they would pass for sent.
+TEST_F(Job, AStoppedRunTellsOfTheMailsThatNobodySent) {
+  statements({"Account: 1 a@x.example", "Account: 2", "Account: 3 c@x.example", "Account: 4",
+              "Account: 5"})
+      .write(source());
+  driver().setAddressReaderMaker([](const SplitSetup&) { return std::make_unique<AtSigns>(); });
+  const QString told = "2 output(s) with an e-mail address were written before the stop; none of "
+                       "them was mailed.";
+  struct Row {
+    bool enabled;
+    int stopAt;
+    bool tells;
+  };
+  for (const Row& row : {Row{true, 5, true}, {true, 99, false}, {false, 5, false}}) {
+    setup().emailEnable = row.enabled;
+    QDir(at("out")).removeRecursively();
+    m_person.notes.clear();
+    m_person.onProgress = [&](const Progress& progress) {
+      if (progress.page == row.stopAt && progress.text.startsWith("Processing page")) {
+        driver().Stop();
+      }
+    };
+    run();
+    EXPECT_EQ(m_person.notes.contains(told), row.tells) << m_person.allNotes().toStdString();
   }
 }
 
