@@ -13,7 +13,7 @@ namespace folivex {
 struct EmailEntry {
   int extractPageStart = 0;
   int extractPageEnd = 0;
-  QString file;                   ///< full path of the file to attach; at most 255 characters
+  QString file;                   ///< full path of the file to attach, whole (see fileIsCut)
   QString address;                ///< recipient, at most 255; an entry without one is not sent
   QString body;                   ///< at most 4096; empty: the setup's `EMAILMSG`
   QString cc;                     ///< at most 265; empty: the setup's `EMAILINVOICECC`
@@ -22,6 +22,8 @@ struct EmailEntry {
   QString subject;                ///< at most 255; empty: the setup's `EMAILSUBJECT`
   /// Other addresses that the pages of the file hold, for the person to see; not stored in files.
   QStringList furtherAddresses;
+  /// Read from a list that could not hold the whole path: `file` is its beginning.
+  bool fileIsCut = false;
 
   bool operator==(const EmailEntry&) const = default;
 };
@@ -29,7 +31,11 @@ struct EmailEntry {
 /// In sending order.
 using EmailEntries = std::vector<EmailEntry>;
 
-/// The entry with every text cut to what its field holds.
+/// The entry with every text cut to what its field holds. A path stays whole: what is left of one
+/// attaches nothing, or the wrong file.
 EmailEntry fitted(EmailEntry entry);
+
+/// Cuts to `limit` characters, or one less: half a character would not survive being written.
+void cutText(QString& text, qsizetype limit);
 
 } // namespace folivex

@@ -12,6 +12,10 @@ namespace {
 constexpr QStringView headerStart = u"UNICODE";
 /// What one read of the line buffer takes.
 constexpr int longestPiece = 4095;
+/// Of a line without its end.
+constexpr qsizetype longestLine = longestPiece - 2;
+/// Programs that keep a path in a buffer of fixed size write no more of it.
+constexpr qsizetype pathOfOthers = 255;
 constexpr std::size_t fieldCount = 4;
 
 /// A text with one of these reads back as something else.
@@ -19,34 +23,62 @@ bool breaksLine(const QString& text) {
   return text.contains(u'|') || text.contains(u'\r') || text.contains(u'\n');
 }
 
-QString line(const EmailRow& row) {
-  return row.entry.address + u'|' + row.entry.file + u'|' + row.shownPageStart + u'|' +
-         row.shownPageEnd + QStringLiteral("\r\n");
+/// Characters that a line has for the path.
+qsizetype roomForFile(const EmailRow& row) {
+  constexpr qsizetype separators = 3;
+  return std::max<qsizetype>(0, longestLine - separators - row.entry.address.size() -
+                                    row.shownPageStart.size() - row.shownPageEnd.size());
 }
 
-QString noteAbout(const EmailList& list) {
+/// The rest of a longer line would read back as an entry of its own.
+QString line(const EmailRow& row) {
+  QString file = row.entry.file;
+  cutText(file, roomForFile(row));
+  return row.entry.address + u'|' + file + u'|' + row.shownPageStart + u'|' + row.shownPageEnd +
+         QStringLiteral("\r\n");
+}
+
+bool breaksLine(const EmailRow& row) {
+  return breaksLine(row.entry.address) || breaksLine(row.entry.file) ||
+         breaksLine(row.shownPageStart) || breaksLine(row.shownPageEnd) ||
+         row.entry.address.startsWith(headerStart);
+}
+
+bool isTooLong(const EmailRow& row) {
+  return row.entry.file.size() > roomForFile(row);
+}
+
+/// Empty when `concerns` is true of no row.
+QString noteAbout(const EmailList& list, bool (*concerns)(const EmailRow&), const char* reason) {
   QStringList numbers;
   std::size_t count = 0;
   constexpr std::size_t mostNamed = 10;
   for (std::size_t i = 0; i < list.count(); ++i) {
-    const EmailRow& row = list.rows()[i];
-    const bool readsBack = line(row).size() <= longestPiece && !breaksLine(row.entry.address) &&
-                           !breaksLine(row.entry.file) && !breaksLine(row.shownPageStart) &&
-                           !breaksLine(row.shownPageEnd) &&
-                           !row.entry.address.startsWith(headerStart);
-    if (!readsBack && ++count <= mostNamed) {
+    if (concerns(list.rows()[i]) && ++count <= mostNamed) {
       numbers += QString::number(i + 1);
     }
   }
   if (count == 0) {
     return {};
   }
-  return QStringLiteral(
-             "%1 of the saved rows will not read back as they are, because of a \"|\" or "
-             "a line end in a field: row %2%3")
+  return QStringLiteral("%1 of the saved rows will not read back as they are, because %2: row %3%4")
       .arg(count)
-      .arg(numbers.join(QStringLiteral(", ")),
+      .arg(QLatin1String(reason), numbers.join(QStringLiteral(", ")),
            count > mostNamed ? QStringLiteral(", ...") : QString());
+}
+
+QString noteAbout(const EmailList& list) {
+  QStringList notes = {noteAbout(list, breaksLine, "of a \"|\" or a line end in a field"),
+                       noteAbout(list, isTooLong, "the path is longer than such a list holds")};
+  notes.removeAll(QString());
+  return notes.join(u'\n');
+}
+
+/// No path ends just where a line or a buffer of others does, in the middle of its name.
+bool endsAtALimit(QStringView text, const QString& file) {
+  const bool fillsLine = text.size() >= longestLine - 1;
+  const bool fillsBuffer = file.size() == pathOfOthers || file.size() == pathOfOthers - 1;
+  return fillsLine || (fillsBuffer && !file.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive));
 }
 
 EmailRow rowOf(QStringView text) {
@@ -63,6 +95,7 @@ EmailRow rowOf(QStringView text) {
   EmailEntry entry;
   entry.address = fields[0];
   entry.file = fields[1];
+  entry.fileIsCut = endsAtALimit(text, entry.file);
   entry.extractPageStart = fields[2].toInt(); // 0 when it is no number
   entry.extractPageEnd = fields[3].toInt();
   return {fitted(entry), fields[2], fields[3]};

@@ -215,6 +215,11 @@ MailResult EmailSendRun::deliver(const EmailEntry& entry, EntryResult& result) {
     failed.errorText = m_uselessReason;
     return failed;
   }
+  if (entry.fileIsCut && !QFileInfo::exists(platform::withoutTrailingBlanks(entry.file))) {
+    failed.errorText = QStringLiteral("the path of the file is longer than an e-mail list holds: "
+                                      "what is left of it leads to no file");
+    return failed;
+  }
   if (hasPageRange(entry)) {
     const QString label = pageRangeLabel(entry);
     result.attachment = pageRangePath(entry.file, label);

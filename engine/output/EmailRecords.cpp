@@ -8,16 +8,20 @@ namespace {
 
 constexpr qsizetype maxRecordText = 255;
 
+/// Half a character at the end would not survive being written.
+QString cut(const QString& text) {
+  const bool splitsPair = text.size() > maxRecordText && text[maxRecordText - 1].isHighSurrogate();
+  return text.left(splitsPair ? maxRecordText - 1 : maxRecordText);
+}
+
 } // namespace
 
 void EmailRecords::clear() {
   m_records.clear();
-  m_paths.clear();
   m_byPath.clear();
 }
 
 void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
-  // By the whole path: two long ones may differ only behind what a record keeps.
   const auto known = m_byPath.constFind(record.outputPath);
   if (known != m_byPath.constEnd()) {
     EmailRecord& earlier = m_records[*known];
@@ -31,10 +35,8 @@ void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
   }
   m_byPath.insert(record.outputPath, m_records.size());
   EmailRecord kept = record;
-  kept.matchedText.truncate(maxRecordText);
-  kept.outputPath.truncate(maxRecordText);
+  kept.matchedText = cut(record.matchedText);
   m_records.push_back(kept);
-  m_paths.push_back(record.outputPath);
 }
 
 void EmailRecords::drop(const QSet<QString>& paths) {
@@ -42,17 +44,14 @@ void EmailRecords::drop(const QSet<QString>& paths) {
     return;
   }
   std::vector<EmailRecord> records;
-  std::vector<QString> recordPaths;
   m_byPath.clear();
-  for (std::size_t i = 0; i < m_records.size(); ++i) {
-    if (!paths.contains(m_paths[i])) {
-      m_byPath.insert(m_paths[i], records.size());
-      records.push_back(std::move(m_records[i]));
-      recordPaths.push_back(std::move(m_paths[i]));
+  for (EmailRecord& record : m_records) {
+    if (!paths.contains(record.outputPath)) {
+      m_byPath.insert(record.outputPath, records.size());
+      records.push_back(std::move(record));
     }
   }
   m_records = std::move(records);
-  m_paths = std::move(recordPaths);
 }
 
 } // namespace folivex

@@ -16,7 +16,7 @@ struct EmailRecord {
   int firstPage = 0;
   int lastPage = 0;
   QString matchedText;            ///< at most 255 characters
-  QString outputPath;             ///< at most 255 characters
+  QString outputPath;             ///< whole: mail attaches what lies there
   AddressReader::Found addresses; ///< that its pages hold
 };
 
@@ -41,7 +41,6 @@ public:
 
 private:
   std::vector<EmailRecord> m_records;
-  std::vector<QString> m_paths; ///< of each record, whole
   QHash<QString, std::size_t> m_byPath;
 };
 

@@ -16,6 +16,12 @@ EmailEntry entry(const QString& address, const QString& file, int first = 0, int
   return made;
 }
 
+EmailEntry cutEntry(const QString& address, const QString& file) {
+  EmailEntry made = entry(address, file);
+  made.fileIsCut = true;
+  return made;
+}
+
 TEST(EmailList, HoldsTheOutputsThatHaveAnAddress) {
   const std::vector<AddressedOutput> outputs = {
       {"/out/1.pdf", 1, 3, "4711", "a@x.example", {"b@x.example"}},
@@ -85,8 +91,29 @@ TEST(EmailListFile, WritesTheFormatByteForByte) {
   EXPECT_TRUE(saveEmailList(list, path).note.contains("row 1"));
 }
 
+/// Half a path attaches nothing, and its rest must not become an entry.
+TEST(EmailListFile, PathsStayWholeAsFarAsALineHoldsThem) {
+  QTemporaryDir folder;
+  const QString path = folder.filePath("mails.lst");
+  const QString fits = "/out/" + QString(1000, u'f') + ".pdf";
+  // Address, separators and numbers take 10 of the line's 4093 characters.
+  const QString clef = QString::fromUtf8("\xF0\x9D\x84\x9E");
+  const QString tooLong = QString(4082, u'f') + clef + ".pdf";
+  EmailList list;
+  list.setEntries({entry("a@x.e", fits), entry("b@x.e", tooLong)}, {});
+  EXPECT_EQ(list.entries()[1].file, tooLong);
+  EXPECT_EQ(saveEmailList(list, path).note,
+            "1 of the saved rows will not read back as they are, because the path is longer than "
+            "such a list holds: row 2");
+  EmailList read;
+  EXPECT_TRUE(loadEmailList(read, path).ok);
+  EXPECT_EQ(read.entries(),
+            EmailEntries({entry("a@x.e", fits), cutEntry("b@x.e", QString(4082, u'f'))}));
+}
+
 TEST(EmailListFile, ReadsWhatOthersWrote) {
   const QByteArray longName(4095 - 12, 'f');
+  const QByteArray name255(252, 'f');
   struct Row {
     const char* fault;
     QByteArray content;
@@ -109,9 +136,15 @@ TEST(EmailListFile, ReadsWhatOthersWrote) {
        "UNICODE\na@x|f|1|2|body|cc\nb@x\n",
        {shown(entry("a@x", "f", 1, 2), "1", "2"), shown(entry("b@x", ""), "", "")}},
       {"an entry that is not sent", "UNICODE\n|f|0|0\n\n", {shown(entry("", "f"), "0", "0")}},
+      {"a path that another program cut",
+       "UNICODE\na@x|" + name255 + ".pd|0|0\nb@x|" + name255 + "pdf|0|0\nc@x|" + name255 +
+           "x.pdf|0|0",
+       {shown(cutEntry("a@x", name255 + ".pd"), "0", "0"),
+        shown(cutEntry("b@x", name255 + "pdf"), "0", "0"),
+        shown(entry("c@x", name255 + "x.pdf"), "0", "0")}},
       {"a line in pieces of 4095",
        "UNICODE\na@x.example|" + longName + "b@x|g|1|2",
-       {shown(entry("a@x.example", QString(255, u'f')), "", ""),
+       {shown(cutEntry("a@x.example", longName), "", ""),
         shown(entry("b@x", "g", 1, 2), "1", "2")}},
   };
   QTemporaryDir folder;

@@ -308,6 +308,19 @@ TEST_F(EmailSend, LeavesAServerAloneThatRefusesTheLogin) {
   EXPECT_FALSE(log().contains(QByteArray("\0me\0s3cret", 10).toBase64()));
 }
 
+TEST_F(EmailSend, APathThatAListCutIsTold) {
+  MailServerProcess server("smtp_server.py", {});
+  EmailEntry found = entry("anna@example.org", "1.pd");
+  EmailEntry gone = entry("bert@example.org", "2.pd");
+  QFile::remove(gone.file);
+  found.fileIsCut = gone.fileIsCut = true;
+  gone.extractPageStart = gone.extractPageEnd = 1;
+  const SendSummary summary = run(server.text(), {found, gone});
+  EXPECT_EQ(states(summary), std::vector({EntryState::Sent, EntryState::Failed}));
+  EXPECT_TRUE(summary.entries[1].errorText.contains("longer than an e-mail list holds"))
+      << summary.entries[1].errorText.toStdString();
+}
+
 TEST_F(EmailSend, APauseStandsBeforeTheFirstMailToo) {
   MailServerProcess server("smtp_server.py", {});
   setup.emailPause = 3'600'000;

@@ -24,15 +24,17 @@ TEST(EmailRecords, OneAFileWithItsLastPage) {
   EXPECT_EQ(records.all().size(), 1u);
 }
 
-TEST(EmailRecords, FilesThatDifferOnlyBehindTheKeptPartStayTwo) {
+TEST(EmailRecords, LongPathsStayWhole) {
   EmailRecords records;
   const QString folder = QString(300, QLatin1Char('x'));
-  records.record({1, 1, folder, folder + QStringLiteral("1.pdf"), {}}, Repeat::Grows);
+  const QString matched = QString(254, QLatin1Char('m')) + QString::fromUtf8("\xF0\x9D\x84\x9E");
+  records.record({1, 1, matched, folder + QStringLiteral("1.pdf"), {}}, Repeat::Grows);
   records.record({2, 2, folder, folder + QStringLiteral("2.pdf"), {}}, Repeat::Grows);
   ASSERT_EQ(records.all().size(), 2u);
   EXPECT_EQ(records.all()[0].lastPage, 1);
-  EXPECT_EQ(records.all()[0].matchedText.size(), 255);
-  EXPECT_EQ(records.all()[1].outputPath.size(), 255);
+  EXPECT_EQ(records.all()[0].matchedText.size(), 254) << "half a character";
+  EXPECT_EQ(records.all()[1].matchedText.size(), 255);
+  EXPECT_EQ(records.all()[1].outputPath, folder + QStringLiteral("2.pdf"));
 }
 
 /// Whoever's pages are not in the file any more must not get it.
