@@ -15,21 +15,27 @@ bool mergesRanges(const SplitSetup& setup) {
          method == SplitMethod::MatchToNextUniqueMatchAtPosition;
 }
 
+/// For what a look-up among the words of a page has to say. Both must outlive it.
+std::function<void(const QString&)> tellerFor(RunState& state, Operator& person) {
+  return [&state, &person](const QString& problem) {
+    if (state.automation) {
+      person.note(problem);
+    } else {
+      person.message(problem);
+    }
+  };
+}
+
 } // namespace
 
 RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
                              Operator& person, const Source& source, const Ends& ends)
-    : m_pageCount(source.pageCount), m_addresses(ends.addressReader), m_uniqueOutputs(ends.list),
+    : m_pageCount(source.pageCount), m_addresses(ends.addressReader, tellerFor(state, person)),
+      m_uniqueOutputs(ends.list),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places,
                     mergesRanges(setup) ? static_cast<OutputList&>(m_uniqueOutputs) : ends.list),
       m_lookup(text, {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
-               [&state, &person](const QString& problem) {
-                 if (state.automation) {
-                   person.note(problem);
-                 } else {
-                   person.message(problem);
-                 }
-               }),
+               tellerFor(state, person)),
       m_namer(setup, m_lookup, [] { return QDateTime::currentDateTime(); }),
       m_saver(setup, state,
               {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},

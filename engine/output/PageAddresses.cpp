@@ -29,7 +29,17 @@ void addFurther(AddressReader::Found& all, const AddressReader::Found& more) {
   }
 }
 
+void PageAddresses::tellTooManyWords() {
+  if (const Tell tell = std::exchange(m_tell, nullptr)) {
+    tell(QStringLiteral("Too many words on the page!"));
+  }
+}
+
 void PageAddresses::readPage(int page, WordSource& words) {
+  if (words.numWords() > maxWordsOfPage) {
+    tellTooManyWords();
+    return;
+  }
   AddressReader::Found found = m_reader->read(words);
   if (!found.address.isEmpty()) {
     m_pages.push_back({page, std::move(found)});

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace folivex {
@@ -28,8 +30,14 @@ public:
 /// Collects them page by page, and tells those of a range. Pages count from 1.
 class PageAddresses {
 public:
-  /// `reader` may be null: then no page has an address. It must outlive this.
-  explicit PageAddresses(AddressReader* reader) : m_reader(reader) {}
+  using Tell = std::function<void(const QString& problem)>;
+  /// A page with more words is no page of a document, and is not looked at.
+  static constexpr int maxWordsOfPage = 32768;
+
+  /// `reader` may be null: then no page has an address. It must outlive this. `tell` is called at
+  /// most once, when a page has too many words; it may be empty.
+  explicit PageAddresses(AddressReader* reader, Tell tell = {})
+      : m_reader(reader), m_tell(std::move(tell)) {}
 
   bool isWanted() const { return m_reader != nullptr; }
 
@@ -46,7 +54,10 @@ private:
     AddressReader::Found found;
   };
 
+  void tellTooManyWords();
+
   AddressReader* m_reader;
+  Tell m_tell;               ///< empty once it was called
   std::vector<Page> m_pages; ///< those that have an address
 };
 

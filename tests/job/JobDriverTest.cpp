@@ -336,6 +336,31 @@ TEST_F(Job, AStoppedRunTellsOfTheMailsThatNobodySent) {
   }
 }
 
+TEST_F(Job, NoAddressIsLookedForOnAPageOfTooManyWords) {
+  constexpr int mostWords = 32768;
+  TextPdf pdf;
+  for (const int words : {mostWords, mostWords + 1, mostWords + 1}) {
+    pdf.page({"Account: " + QString::number(pdf.pages.size()), "a@x.example"});
+    int left = words - 3; // of the two lines
+    for (int v = 200; left > 0; ++v) {
+      const int inLine = std::min(left, 1500);
+      pdf.pages.back().texts.push_back({60, v, QStringLiteral("x ").repeated(inLine), 0.2});
+      left -= inLine;
+    }
+  }
+  pdf.write(source());
+  driver().setAddressReaderMaker([](const SplitSetup&) { return std::make_unique<AtSigns>(); });
+  setup().emailEnable = true;
+  run();
+  QStringList found;
+  for (const EmailRecord& record : driver().emails().all()) {
+    found += record.addresses.address;
+  }
+  EXPECT_EQ(found, QStringList({"a@x.example", "", ""}));
+  EXPECT_EQ(m_person.messages.count("Too many words on the page!"), 1)
+      << m_person.messages.join('\n').toStdString();
+}
+
 TEST_F(Job, ShowOnlyRun) {
   struct Row {
     const char* search;
