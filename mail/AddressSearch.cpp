@@ -52,48 +52,126 @@ bool isNameCharacter(QChar c) {
   return c.isLetterOrNumber() || c == u'_' || c == u'+' || c == u'-' || c == u'.';
 }
 
-/// "anna_" and "anna+": nobody ends a word so, somebody's name was cut.
+/// "anna_": somebody's name was cut, or a form has a line there. A text that ends in "+" ("A+") is
+/// none of an address.
 bool breaksOffInName(QStringView piece) {
-  return piece.size() >= 2 && (piece.back() == u'_' || piece.back() == u'+') &&
-         piece[piece.size() - 2].isLetterOrNumber();
+  return piece.size() >= 2 && piece.back() == u'_' && piece[piece.size() - 2].isLetterOrNumber();
 }
 
-bool isTopDomain(QStringView label) {
+bool isKnownTop(QStringView label) {
   static constexpr std::array<QStringView, 7> known = {u"com", u"net",  u"org", u"edu",
                                                        u"gov", u"info", u"biz"};
   return std::find(known.begin(), known.end(), label) != known.end();
 }
 
-/// ".org" or "org" and nothing else but punctuation behind.
+bool isCountry(QStringView label) {
+  return label.size() == 2 && label[0].isLower() && label[1].isLower();
+}
+
+/// Names stand below these in many countries: "example.co.uk".
+bool isSecondLevel(QStringView label) {
+  return isKnownTop(label) || label == u"co" || label == u"ac";
+}
+
+/// Whether a domain that ends with this label may be whole.
+bool endsDomain(QStringView label) {
+  return isKnownTop(label) || isCountry(label);
+}
+
+/// ".org" or "org" and nothing else but punctuation behind. A web address is a word of its own.
 bool isDomainPiece(QStringView piece) {
   const QChar first = piece.front();
-  return first.isLetterOrNumber() || (first == u'.' && piece.size() > 1);
+  return (first.isLetterOrNumber() || (first == u'.' && piece.size() > 1)) &&
+         !piece.startsWith(u"www.", Qt::CaseInsensitive);
+}
+
+/// Without the punctuation behind it.
+QStringView bare(QStringView piece) {
+  while (!piece.isEmpty() && !piece.back().isLetterOrNumber()) {
+    piece.chop(1);
+  }
+  return piece;
+}
+
+/// Has a dot with something on either side.
+bool hasLabels(QStringView piece) {
+  const qsizetype dot = piece.indexOf(u'.');
+  return dot > 0 && dot + 1 < piece.size();
+}
+
+/// The address has nothing of its own before its "@", or begins in the middle of a name.
+bool lacksName(QStringView text) {
+  return text.front() == u'@' || text.front() == u'.';
 }
 
 bool wantsPieceBefore(QStringView text, QStringView before) {
-  const qsizetype at = text.indexOf(u'@');
-  const bool cut = at == 0 || text.front() == u'.';
-  return before.contains(u'@') ? false
-                               : (cut ? isNameCharacter(before.back()) : breaksOffInName(before));
+  return lacksName(text) && !before.contains(u'@') && isNameCharacter(before.back());
 }
 
-bool wantsPieceBehind(QStringView text, QStringView behind, bool ownName) {
+/// A domain as far as it was put together.
+struct DomainSoFar {
+  QStringView text;
+  bool inPieces = false; ///< the last label came as a word of its own, with its dot in front
+
+  bool hasDot() const { return text.left(text.size() - 1).contains(u'.'); }
+  /// The last label, without the dot behind it.
+  QStringView label() const {
+    const QStringView whole = text.endsWith(u'.') ? text.chopped(1) : text;
+    return whole.mid(whole.lastIndexOf(u'.') + 1);
+  }
+};
+
+/// What to do with the next word.
+enum class Next {
+  Take,
+  Leave,
+  Doubt ///< whether it belongs to the address cannot be told: no address is better than a wrong one
+};
+
+Next takeIf(bool wanted) {
+  return wanted ? Next::Take : Next::Leave;
+}
+
+/// ".org" behind a domain.
+Next dottedPiece(const DomainSoFar& domain, QStringView behind) {
+  if (domain.text.isEmpty() || !domain.text.back().isLetterOrNumber() || !behind[1].isLower()) {
+    return Next::Leave;
+  }
+  if (!domain.hasDot() || !endsDomain(domain.label())) {
+    return Next::Take;
+  }
+  const bool mayGoOn = isSecondLevel(domain.label()) && isCountry(bare(behind.mid(1)));
+  return !mayGoOn ? Next::Leave : domain.inPieces ? Next::Take : Next::Doubt;
+}
+
+/// What stands behind a domain that ends with a dot: its end, or the next sentence.
+bool wantsTopDomain(const DomainSoFar& domain, QStringView behind) {
+  return domain.hasDot() ? isKnownTop(bare(behind)) && !endsDomain(domain.label())
+                         : endsDomain(bare(behind)) || hasLabels(behind);
+}
+
+Next pieceBehind(const DomainSoFar& domain, QStringView behind, bool ownName) {
   if (behind.contains(u'@') || !isDomainPiece(behind)) {
-    return false;
+    return Next::Leave;
   }
-  const QStringView domain = text.mid(text.lastIndexOf(u'@') + 1);
-  const QChar last = text.back();
   if (behind.front() == u'.') {
-    return last.isLetterOrNumber() && behind[1].isLower();
+    return dottedPiece(domain, behind);
   }
-  const qsizetype dot = domain.left(domain.size() - 1).lastIndexOf(u'.');
-  if (dot >= 0) {
-    // "anna@mail.example." is the end of a sentence, unless "com" follows.
-    return last == u'.' && isTopDomain(behind) &&
-           !isTopDomain(domain.mid(dot + 1, domain.size() - dot - 2));
+  if (domain.text.isEmpty()) {
+    return Next::Take;
   }
-  return domain.isEmpty() || last == u'.' || last == u'-' ||
-         (ownName && last.isLower() && behind.front().isLower() && behind.indexOf(u'.') > 0);
+  const QChar last = domain.text.back();
+  if (last == u'.') {
+    return takeIf(wantsTopDomain(domain, behind));
+  }
+  const bool startsMidWord = ownName && last.isLower() && behind.front().isLower() &&
+                             hasLabels(behind) && behind.count(u'.') == 1;
+  return takeIf(!domain.hasDot() && (last == u'-' || startsMidWord));
+}
+
+/// "anna@mail.my-": the domain goes on, and nobody knows where. A row of dashes is a line.
+bool breaksOffInDomain(QStringView text) {
+  return text.size() >= 2 && text.back() == u'-' && text[text.size() - 2].isLetterOrNumber();
 }
 
 } // namespace
@@ -143,8 +221,8 @@ public:
     }
     const Pieces pieces = gather(index);
     for (const PlacedAddress& placed : addressesIn(pieces.text)) {
-      if (standsRight(index, positionOf(pieces, placed.start),
-                      positionOf(pieces, placed.end - 1) + 1)) {
+      if (isWhole(pieces, placed) && standsRight(index, positionOf(pieces, placed.start),
+                                                 positionOf(pieces, placed.end - 1) + 1)) {
         m_found.push_back(placed.address);
       }
     }
@@ -157,34 +235,48 @@ private:
     std::size_t first = 0;
     std::size_t last = 0;
     QString text;
+    bool doubtBefore = false; ///< the name at the start may lack its beginning
+    bool doubtBehind = false; ///< the domain at the end may go on
   };
 
   QStringView textOf(std::size_t index) const {
     return QStringView(m_search.m_text).mid(m_words[index].start, m_words[index].length);
   }
 
-  /// First and last neighbour of every word, but for the limit on their number.
+  /// First and last word of every word's line, and those of them that a row of words inside the
+  /// horizontal window leads to, all but for the limit on their number.
   void findLines() {
     const std::size_t count = m_words.size();
-    m_lineStart.resize(count);
-    m_lineEnd.resize(count);
+    for (Reach* reach : {&m_line, &m_inWindow}) {
+      reach->first.resize(count);
+      reach->last.resize(count);
+    }
     for (std::size_t i = 0; i < count; ++i) {
-      const bool joins = i > 0 && m_words[i - 1].v == m_words[i].v &&
-                         isInside(m_words[i - 1].h, m_rules.horizontalFrom, -1);
-      m_lineStart[i] = joins ? m_lineStart[i - 1] : i;
+      const bool sameLine = i > 0 && m_words[i - 1].v == m_words[i].v;
+      const bool joins = sameLine && isInside(m_words[i - 1].h, m_rules.horizontalFrom, -1);
+      m_line.first[i] = sameLine ? m_line.first[i - 1] : i;
+      m_inWindow.first[i] = joins ? m_inWindow.first[i - 1] : i;
     }
     for (std::size_t i = count; i-- > 0;) {
-      const bool joins = i + 1 < count && m_words[i + 1].v == m_words[i].v &&
-                         isInside(m_words[i + 1].h, -1, m_rules.horizontalTo);
-      m_lineEnd[i] = joins ? m_lineEnd[i + 1] : i;
+      const bool sameLine = i + 1 < count && m_words[i + 1].v == m_words[i].v;
+      const bool joins = sameLine && isInside(m_words[i + 1].h, -1, m_rules.horizontalTo);
+      m_line.last[i] = sameLine ? m_line.last[i + 1] : i;
+      m_inWindow.last[i] = joins ? m_inWindow.last[i + 1] : i;
     }
   }
-  std::size_t firstNeighbour(std::size_t index) const {
-    return std::max(m_lineStart[index], index - std::min(index, neighbourLimit));
-  }
-  std::size_t lastNeighbour(std::size_t index) const {
-    return std::min(m_lineEnd[index], index + neighbourLimit);
-  }
+
+  /// How far the neighbours of each word go.
+  struct Reach {
+    std::vector<std::size_t> first;
+    std::vector<std::size_t> last;
+
+    std::size_t firstOf(std::size_t index) const {
+      return std::max(first[index], index - std::min(index, neighbourLimit));
+    }
+    std::size_t lastOf(std::size_t index) const {
+      return std::min(last[index], index + neighbourLimit);
+    }
+  };
 
   /// A blank at most lies between words `left` and `left` + 1, as far as their positions tell, and
   /// what is put together is not too long for an address yet.
@@ -200,18 +292,45 @@ private:
 
   Pieces gather(std::size_t index) const {
     Pieces pieces{index, index, textOf(index).toString()};
-    const bool ownName = pieces.text.indexOf(u'@') > 0;
-    while (pieces.first > firstNeighbour(index) && mayJoin(pieces, pieces.first - 1) &&
-           m_words[pieces.first - 1].length > 0 &&
-           wantsPieceBefore(pieces.text, textOf(pieces.first - 1))) {
-      pieces.text.prepend(textOf(--pieces.first));
+    const bool ownName = !lacksName(pieces.text);
+    while (pieces.first > m_inWindow.firstOf(index) && mayJoin(pieces, pieces.first - 1)) {
+      const QStringView before = textOf(pieces.first - 1);
+      if (before.isEmpty() || !wantsPieceBefore(pieces.text, before)) {
+        pieces.doubtBefore = !before.isEmpty() && breaksOffInName(before);
+        break;
+      }
+      pieces.text.prepend(before);
+      --pieces.first;
     }
-    while (pieces.last < lastNeighbour(index) && mayJoin(pieces, pieces.last) &&
-           m_words[pieces.last + 1].length > 0 &&
-           wantsPieceBehind(pieces.text, textOf(pieces.last + 1), ownName)) {
-      pieces.text.append(textOf(++pieces.last));
-    }
+    gatherBehind(pieces, m_inWindow.lastOf(index), ownName);
     return pieces;
+  }
+
+  void gatherBehind(Pieces& pieces, std::size_t lastNeighbour, bool ownName) const {
+    bool inPieces = false;
+    while (pieces.last < lastNeighbour && mayJoin(pieces, pieces.last)) {
+      const QStringView behind = textOf(pieces.last + 1);
+      const QStringView text(pieces.text);
+      const Next next =
+          behind.isEmpty()
+              ? Next::Leave
+              : pieceBehind({text.mid(text.lastIndexOf(u'@') + 1), inPieces}, behind, ownName);
+      pieces.doubtBehind = next == Next::Doubt;
+      if (next != Next::Take) {
+        break;
+      }
+      inPieces = behind.front() == u'.';
+      pieces.text.append(behind);
+      ++pieces.last;
+    }
+    pieces.doubtBehind = pieces.doubtBehind || breaksOffInDomain(pieces.text);
+  }
+
+  /// An address at an end of the pieces that may be but a part of one is none.
+  static bool isWhole(const Pieces& pieces, const PlacedAddress& placed) {
+    const bool atStart = placed.start == 0;
+    const bool atEnd = placed.end + 1 >= pieces.text.size();
+    return !(atStart && pieces.doubtBefore) && !(atEnd && pieces.doubtBehind);
   }
 
   /// Where a character of the pieces stands in the page's text.
@@ -226,7 +345,7 @@ private:
 
   bool standsRight(std::size_t index, qsizetype start, qsizetype end) const {
     if (!m_rules.afterText.isEmpty()) {
-      const qsizetype lineStart = m_words[firstNeighbour(index)].start;
+      const qsizetype lineStart = m_words[m_line.firstOf(index)].start;
       const auto behind =
           std::upper_bound(m_after.begin(), m_after.end(), start - m_rules.afterText.size());
       if (behind == m_after.begin() || *(behind - 1) < lineStart) {
@@ -234,7 +353,7 @@ private:
       }
     }
     if (!m_rules.beforeText.isEmpty()) {
-      const Word& last = m_words[lastNeighbour(index)];
+      const Word& last = m_words[m_line.lastOf(index)];
       const auto next = std::lower_bound(m_before.begin(), m_before.end(), end);
       if (next == m_before.end() || *next + m_rules.beforeText.size() > last.start + last.length) {
         return false;
@@ -248,8 +367,8 @@ private:
   const std::vector<Word>& m_words;
   std::vector<qsizetype> m_after;
   std::vector<qsizetype> m_before;
-  std::vector<std::size_t> m_lineStart;
-  std::vector<std::size_t> m_lineEnd;
+  Reach m_line;
+  Reach m_inWindow;
   QStringList m_found;
 };
 

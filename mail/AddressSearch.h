@@ -41,8 +41,10 @@ struct FoundAddresses {
 /// A word with "@" inside the windows is a candidate. An address that a page draws in pieces
 /// ("anna", "@", "example.org") is put together without blanks from the candidate and the words
 /// around it with the same v, at most 255 on either side; a piece is taken only while the address
-/// is not complete without it, and never over a gap that no blank has. The texts before and after
-/// are looked for in the same words, joined by one blank.
+/// is not complete without it, and never over a gap that no blank has. Where a name or a domain
+/// breaks off and nobody can tell what belongs to it, there is no address: none is better than a
+/// wrong one. The texts before and after are looked for among all words of the line, as many of
+/// them, joined by one blank, whatever the horizontal window.
 ///
 /// Time and memory grow with the number of words, whatever stands on the page.
 class AddressSearch {
