@@ -1,5 +1,7 @@
 #include "mail/EmailEntry.h"
 
+#include "engine/match/MatchText.h"
+
 namespace folivex {
 
 namespace {
@@ -11,15 +13,6 @@ constexpr qsizetype maxInvoiceNumber = 10;
 constexpr qsizetype maxFlagText = 5;
 
 } // namespace
-
-void cutText(QString& text, qsizetype limit) {
-  if (text.size() <= limit) {
-    return;
-  }
-  const bool splitsPair =
-      limit > 0 && text[limit - 1].isHighSurrogate() && text[limit].isLowSurrogate();
-  text.truncate(splitsPair ? limit - 1 : limit);
-}
 
 EmailEntry fitted(EmailEntry entry) {
   cutText(entry.address, maxText);

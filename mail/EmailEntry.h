@@ -35,7 +35,4 @@ using EmailEntries = std::vector<EmailEntry>;
 /// attaches nothing, or the wrong file.
 EmailEntry fitted(EmailEntry entry);
 
-/// Cuts to `limit` characters, or one less: half a character would not survive being written.
-void cutText(QString& text, qsizetype limit);
-
 } // namespace folivex

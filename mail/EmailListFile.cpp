@@ -1,5 +1,6 @@
 #include "mail/EmailListFile.h"
 
+#include "engine/match/MatchText.h"
 #include "platform/TextFile.h"
 
 #include <algorithm>
