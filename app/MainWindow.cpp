@@ -310,9 +310,7 @@ QString MainWindow::setupStartPath() const {
 
 void MainWindow::loadSetupFile(const QString& path) {
   m_runLine->clearNotes();
-  const SetupResult loaded = m_session.store().LoadSetup(path);
-  tellResult(loaded);
-  if (loaded.ok()) {
+  if (m_session.loadSetup(path)) {
     keepUsed(path);
     m_runLine->setStatus(QStringLiteral("%1 loaded.").arg(path));
   } else {

@@ -2,6 +2,7 @@
 #include "app/MainWindow.h"
 #include "app/NewsLine.h"
 #include "app/RunLine.h"
+#include "app/TerminalOperator.h"
 #include "app/dialogs/CPageNumberDlg.h"
 #include "app/dialogs/CStatusDlg.h"
 #include "widgets/Dialogs.h"
@@ -235,6 +236,9 @@ Answer MainWindow::question(const QString& text, const QString& caption) {
 }
 
 void MainWindow::note(const QString& text) {
+  if (m_session.isReady() && m_session.driver().state().commandLine) {
+    tellTerminal(text); // the window may close before anybody has read it
+  }
   m_runLine->note(text);
 }
 

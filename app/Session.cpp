@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace folivex {
 
@@ -34,15 +35,26 @@ bool endsProgram(RunError error) {
   }
 }
 
+/// A file name as it is, but for "*", which stands for any text.
+QRegularExpression wildcard(const QString& pattern) {
+  QStringList parts;
+  for (const QString& part : pattern.split(QLatin1Char('*'))) {
+    parts += QRegularExpression::escape(part);
+  }
+  return QRegularExpression(QRegularExpression::anchoredPattern(parts.join(QStringLiteral(".*"))),
+                            QRegularExpression::DotMatchesEverythingOption);
+}
+
 /// The PDFs that a path with "*" means, by name.
 QStringList filesOfPattern(const QString& pattern) {
   const QDir folder(platform::folderOf(pattern).isEmpty() ? QStringLiteral(".")
                                                           : platform::folderOf(pattern));
   QStringList paths;
-  const QStringList names =
-      folder.entryList({platform::fileTitle(pattern)}, QDir::Files, QDir::Name);
-  for (const QString& name : names) {
-    if (name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"))) {
+  const QRegularExpression wanted = wildcard(platform::fileTitle(pattern));
+  for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
+    const bool isPdf =
+        name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"));
+    if (isPdf && wanted.match(name).hasMatch()) {
       paths += folder.filePath(name);
     }
   }
@@ -106,7 +118,18 @@ void Session::report(const SetupResult& result) {
 void Session::loadDefaultSetup() {
   const QString path = m_store.DefaultSetupPath();
   report(m_store.LoadSetup(path, LoadMode::AutomationCheck));
-  report(m_store.LoadSetup(path));
+  loadSetup(path); // a first start has none
+}
+
+bool Session::loadSetup(const QString& path) {
+  const SetupResult loaded = m_store.LoadSetup(path);
+  m_driver->setAutomation(m_store.automation());
+  report(loaded);
+  return loaded.ok();
+}
+
+void Session::setUnattended(bool on) {
+  m_store.setUnattended(on);
   m_driver->setAutomation(m_store.automation());
 }
 
@@ -124,15 +147,50 @@ Session::Ended Session::handleCommandLine(const CommandLine& line) {
     m_person.note(QStringLiteral("these arguments mean nothing here and are left out: %1")
                       .arg(line.ignored.join(QStringLiteral(", "))));
   }
+  tellUnused(line);
   m_driver->beginBatch(sourcesOf(line));
-  for (const CommandAction& action : line.actions) {
-    if (const std::optional<int> code = perform(action)) {
-      return {true, *code};
-    }
-  }
+  const std::optional<int> code = performAll(line);
   m_driver->endBatch();
   m_driver->setCommandLine(false);
-  return {false, m_exitCode};
+  setUnattended(false);
+  // A person who stopped the work has not asked for the window to go.
+  const bool closes =
+      !line.actions.empty() && line.actions.back().kind == CommandAction::Kind::Close;
+  return {code && (closes || *code != stoppedExitCode), code.value_or(m_exitCode)};
+}
+
+std::optional<int> Session::performAll(const CommandLine& line) {
+  for (const CommandAction& action : line.actions) {
+    if (const std::optional<int> code = perform(action)) {
+      return code;
+    }
+  }
+  return std::nullopt;
+}
+
+/// A setup or a password behind the last file is most likely a slip.
+void Session::tellUnused(const CommandLine& line) {
+  const char* unused = nullptr;
+  for (const CommandAction& action : line.actions) {
+    switch (action.kind) {
+    case CommandAction::Kind::SetSetupPath:
+      unused = "-u";
+      break;
+    case CommandAction::Kind::SetPassword:
+      unused = "-p";
+      break;
+    case CommandAction::Kind::ProcessFile:
+    case CommandAction::Kind::ProcessFolder:
+      unused = nullptr;
+      break;
+    case CommandAction::Kind::Close:
+      break;
+    }
+  }
+  if (unused != nullptr) {
+    m_person.note(QStringLiteral("\"%1\" counts for the \"-f\" behind it, and none stands there")
+                      .arg(QLatin1String(unused)));
+  }
 }
 
 std::optional<int> Session::perform(const CommandAction& action) {
@@ -165,7 +223,9 @@ std::optional<int> Session::loadNamedSetup() {
     m_person.note(QStringLiteral("%1: the setup file cannot be read").arg(m_setupPath));
     return static_cast<int>(RunError::SetupMissing);
   }
-  report(m_store.LoadSetup(m_setupPath));
+  if (!loadSetup(m_setupPath)) {
+    return static_cast<int>(RunError::SetupMissing);
+  }
   if (m_password) {
     // What the command line says stands above what the setup file says.
     m_store.edited().pdfPassword = *m_password;
@@ -174,8 +234,7 @@ std::optional<int> Session::loadNamedSetup() {
 }
 
 std::optional<int> Session::processSource(const QString& path) {
-  m_store.setAutomation(true);
-  m_driver->setAutomation(true);
+  setUnattended(true);
   if (!platform::isReadableFile(path)) {
     m_person.note(QStringLiteral("%1: the file cannot be read").arg(path));
     return static_cast<int>(RunError::SourceMissing);
@@ -202,6 +261,9 @@ std::optional<int> Session::runOne(const QString& path) {
   }
   if (!mailOutputs(path) && code == 0) {
     code = static_cast<int>(RunError::MailFailed);
+  }
+  if (m_driver->state().userStop) {
+    return stoppedExitCode; // while the mails went out
   }
   if (m_exitCode == 0) {
     m_exitCode = code;
@@ -258,8 +320,7 @@ int Session::pageCount(const SplitSetup& setup, QString& problem) {
 }
 
 std::optional<int> Session::processFolder(const QString& pattern) {
-  m_store.setAutomation(true);
-  m_driver->setAutomation(true);
+  setUnattended(true);
   const QString folder = platform::folderOf(pattern);
   if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
     m_person.note(QStringLiteral("%1: there is no such folder").arg(folder));

@@ -27,8 +27,12 @@ public:
   /// Loads the default setup file, which is made from the installed example when it is missing.
   void loadDefaultSetup();
 
+  /// Loads a setup file for the runs that follow and tells what there is to tell of it; false when
+  /// it could not be read.
+  bool loadSetup(const QString& path);
+
   /// Does what the arguments ask for. The program ends with the result when `mustEnd` is set, by
-  /// "-c" or by a failure; else its window stays.
+  /// "-c" or by a failure; else its window stays, and is used by a person from then on.
   struct Ended {
     bool mustEnd = false;
     int exitCode = 0;
@@ -53,6 +57,7 @@ public:
   bool isReady() const { return m_driver != nullptr; }
 
 private:
+  std::optional<int> performAll(const CommandLine& line);
   std::optional<int> perform(const CommandAction& action);
   std::optional<int> processSource(const QString& path);
   std::optional<int> processFolder(const QString& pattern);
@@ -61,6 +66,8 @@ private:
   bool mailOutputs(const QString& source);
   std::optional<int> planOne(const QString& path);
   void report(const SetupResult& result);
+  void setUnattended(bool on);
+  void tellUnused(const CommandLine& line);
 
   Operator& m_person;
   SetupStore m_store;

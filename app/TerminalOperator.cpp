@@ -41,11 +41,18 @@ QString progressLine(const Progress& progress) {
 void catchSignals() {
   std::signal(SIGINT, onInterrupt);
   std::signal(SIGTERM, onInterrupt);
+}
+
+void ignoreWriteSignals() {
 #if defined(SIGXFSZ)
   // A file over its size limit, and a reader that has gone, are write errors like any other.
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
 #endif
+}
+
+void tellTerminal(const QString& text) {
+  std::fprintf(stderr, "%s\n", platform::terminalText(text).constData());
 }
 
 TerminalOperator::TerminalOperator(std::function<void()> stop)
@@ -63,7 +70,7 @@ Answer TerminalOperator::question(const QString& text, const QString& caption) {
 
 void TerminalOperator::note(const QString& text) {
   clearProgress();
-  std::fprintf(stderr, "%s\n", platform::terminalText(text).constData());
+  tellTerminal(text);
 }
 
 void TerminalOperator::print(const QString& text) {

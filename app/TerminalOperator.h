@@ -35,8 +35,13 @@ private:
   QElapsedTimer m_sinceProgress;
 };
 
-/// Lets Ctrl+C and SIGTERM end a run at the next page in place of killing it in the middle, and
-/// turns signals about files into ordinary write errors.
+/// Lets Ctrl+C and SIGTERM end a run at the next page in place of killing it in the middle.
 void catchSignals();
+
+/// Turns signals about files into ordinary write errors.
+void ignoreWriteSignals();
+
+/// One line on standard error.
+void tellTerminal(const QString& text);
 
 } // namespace folivex

@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/DisplayProbe.h"
 #include "app/Session.h"
 #include "app/TerminalOperator.h"
 #include "app/Usage.h"
@@ -52,6 +53,18 @@ int runWindow(int& argc, char** argv, const CommandLine& line) {
   return QApplication::exec();
 }
 
+/// Work that ends by itself needs no window where a terminal can show it, and a plan is for the
+/// terminal anyhow. Without a terminal (a desktop's starter) a window shows how far it is.
+bool wantsWindow(const CommandLine& line) {
+  if (line.argumentCount == 0) {
+    return platform::hasDisplay() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+  }
+  const bool closes =
+      !line.actions.empty() && line.actions.back().kind == CommandAction::Kind::Close;
+  return platform::hasDisplay() && line.plan == PlanOutput::None &&
+         !(closes && platform::isTerminal(stderr));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -59,14 +72,14 @@ int main(int argc, char** argv) {
   for (int i = 0; i < argc; ++i) {
     arguments += QString::fromLocal8Bit(argv[i]);
   }
+  ignoreWriteSignals();
   const CommandLine line = parseCommandLine(arguments);
   if (line.help || line.version) {
     const QString text = line.help ? usageText() : versionText();
     std::fputs(text.toLocal8Bit().constData(), stdout);
     return 0;
   }
-  if (platform::hasDisplay() ||
-      (line.argumentCount == 0 && qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))) {
+  if (wantsWindow(line) && (line.argumentCount == 0 || displayAnswers(argc, argv))) {
     return runWindow(argc, argv, line);
   }
   if (line.argumentCount == 0) {

@@ -111,7 +111,8 @@ struct ValueTaker {
   }
 
   void operator()(bool SplitSetup::*member) const {
-    const bool allowed = field.rule != FieldRule::NotUnattended || !target.automation;
+    const bool attended = !target.automation && !target.unattended;
+    const bool allowed = field.rule != FieldRule::NotUnattended || attended;
     record().*member = allowed && toInt(value) != 0;
   }
   void operator()(int SplitSetup::*member) const { record().*member = toInt(value); }
@@ -166,12 +167,13 @@ bool isAutomationLine(QStringView line) {
   return key && *key == automationKey;
 }
 
-void readSetupLine(QStringView line, SetupTarget& target) {
+int readSetupLine(QStringView line, SetupTarget& target) {
   QStringView rest = line;
   const std::optional<QStringView> key = nextToken(rest);
   if (!key) {
-    return;
+    return 0;
   }
+  int taken = 0;
   QStringView name = *key;
   // Only the line's own key may stand without a token: what is chained to it must be spelled out.
   bool mayBeEmpty = !rest.isEmpty() || name == automationKey;
@@ -181,19 +183,23 @@ void readSetupLine(QStringView line, SetupTarget& target) {
     }
     const std::optional<QStringView> value = nextValue(rest);
     if (!value && !mayBeEmpty) {
-      return;
+      break;
     }
     name = value.value_or(QStringView());
     std::visit(ValueTaker{field, name, target}, field.member);
     mayBeEmpty = false;
+    ++taken;
   }
+  return taken;
 }
 
-void readSetupLines(platform::TextReader& reader, SetupTarget& target) {
+int readSetupLines(platform::TextReader& reader, SetupTarget& target) {
   QString line;
+  int taken = 0;
   while (reader.readLine(line)) {
-    readSetupLine(line, target);
+    taken += readSetupLine(line, target);
   }
+  return taken;
 }
 
 QStringList keysLostInFile(const SplitSetup& setup) {

@@ -17,7 +17,8 @@ namespace folivex {
 struct SetupTarget {
   SplitSetup& edited;
   SplitSetup& working;
-  bool& automation; ///< set by the key AUTOMATION, never cleared
+  bool& automation;        ///< set by the key AUTOMATION, never cleared
+  bool unattended = false; ///< USECURRENT is 0 as with the key AUTOMATION
 };
 
 /// The whole file as text: the header line and one line a field, each ending in CR LF. What the
@@ -26,11 +27,12 @@ QString setupFileText(const SplitSetup& setup);
 
 /// Takes one line: key, ";", value. A value that spells a later key is taken as that key too, with
 /// the line's next token as its value; one without a further token changes nothing. "KEY;" with
-/// nothing behind it is an empty value, since editors cut blanks at the ends of lines.
-void readSetupLine(QStringView line, SetupTarget& target);
+/// nothing behind it is an empty value, since editors cut blanks at the ends of lines. Returns how
+/// many values were taken.
+int readSetupLine(QStringView line, SetupTarget& target);
 
-/// Takes every line that is left in `reader`.
-void readSetupLines(platform::TextReader& reader, SetupTarget& target);
+/// Takes every line that is left in `reader`. Returns how many values were taken.
+int readSetupLines(platform::TextReader& reader, SetupTarget& target);
 
 /// Whether the line's key is AUTOMATION.
 bool isAutomationLine(QStringView line);

@@ -106,8 +106,8 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   SplitSetup edited = m_edited;
   SplitSetup working = m_working;
   bool automation = m_automation;
-  SetupTarget target{edited, working, automation};
-  readSetupLines(reader, target);
+  SetupTarget target{edited, working, automation, m_unattended};
+  const int taken = readSetupLines(reader, target);
   if (reader.error() != platform::FileError::None) {
     return notRead(path, reader);
   }
@@ -116,7 +116,11 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   m_automation = automation;
   m_currentPath = isDefaultPath(path) ? QString() : path;
   commit();
-  return {};
+  SetupResult result;
+  if (taken == 0) {
+    result.note = QStringLiteral("%1: no setting was found in this file").arg(path);
+  }
+  return result;
 }
 
 SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {
@@ -137,7 +141,7 @@ SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {
     m_currentPath = isDefaultPath(target) ? QString() : target;
   }
   SetupResult result{SetupStatus::Ok, {}, lossNote(m_working)};
-  if (target.contains(namedExtension) && !m_automation) {
+  if (target.contains(namedExtension) && !automation()) {
     result.message = QStringLiteral("%1 saved.").arg(target);
   }
   return result;

@@ -56,9 +56,10 @@ public:
   SplitSetup& working() { return m_working; }
   const SplitSetup& working() const { return m_working; }
 
-  /// Set once by a setup file with the key AUTOMATION, or by the caller for unattended work.
-  bool automation() const { return m_automation; }
-  void setAutomation(bool on) { m_automation = on; }
+  /// A setup file with the key AUTOMATION was loaded, which counts from then on, or the work is
+  /// unattended for now.
+  bool automation() const { return m_automation || m_unattended; }
+  void setUnattended(bool on) { m_unattended = on; }
 
   /// The named setup file that was loaded or saved last, empty when there is none.
   QString currentPath() const { return m_currentPath; }
@@ -85,6 +86,7 @@ private:
   SplitSetup m_working;
   QString m_currentPath;
   bool m_automation = false;
+  bool m_unattended = false;
 };
 
 } // namespace folivex

@@ -91,6 +91,23 @@ TEST_F(ProgramMail, ARunThatDiesLeavesItsList) {
   EXPECT_FALSE(contentOf(setup.emailLogFile).contains("carl"));
 }
 
+TEST_F(ProgramMail, AStopWhileMailsGoOutIsTheEndOfAllFiles) {
+  MailServerProcess server("faulty_smtp_server.py", {"hang-unanswered", "1"});
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  QProcess program;
+  program.setProcessEnvironment(place.environment());
+  program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"),
+                {fxs(), fourAccounts(), source("b.pdf", {"B1"}), "-c"});
+  while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
+    ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
+  }
+  program.terminate();
+  ASSERT_TRUE(program.waitForFinished(hangLimit));
+  EXPECT_EQ(program.exitCode(), 1);
+  EXPECT_TRUE(outputs().filter("B1").isEmpty());
+}
+
 TEST_F(ProgramMail, ATerminalShowsHowFarTheMailsAre) {
   MailServerProcess server("smtp_server.py", {});
   setup.emailSmtp = server.text();

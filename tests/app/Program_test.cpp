@@ -98,6 +98,7 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
   source("folder/2.PDF", {"F2"});
   source("folder/1.pdf", {"F1"});
   source("folder/sub/3.pdf", {"F3"});
+  source("b[1].pdf", {"K1"});
   writeFile(place.at("folder/4.txt"), "no PDF");
   writeFile(place.at("folder/5.pdf.bak"), "no PDF");
   QDir(place.work()).mkpath("blocked.pdf_report.txt");
@@ -111,6 +112,9 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
   const QByteArray defaults = contentOf(place.temporary() + "/Folivex.ini");
   setup.findString = "Account:";
   fxs("split.fxs");
+  const QString linked = place.temporary() + "/linked.fxs";
+  ASSERT_TRUE(QFile::link(place.at("split.fxs"), linked));
+  writeFile(place.at("empty.fxs"), "UNICODEV4\r\n");
 
   struct Row {
     const char* fault;
@@ -120,6 +124,21 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
     const char* said;
   };
   const Row rows[] = {
+      {"settings of the last run in place of a refused setup",
+       {"-u" + linked, "-fa.pdf", "-c"},
+       shown(-2),
+       {},
+       "was not used: it is a link"},
+      {"setup without a setting not told",
+       {"-uempty.fxs", "-fa.pdf", "-c"},
+       0,
+       {},
+       "empty.fxs: no setting was found"},
+      {"setup without a file behind it not told",
+       {"-usplit.fxs", "-c"},
+       0,
+       {},
+       "\"-u\" counts for the \"-f\" behind it"},
       {"source missing", {"-fnone.pdf", "-fa.pdf", "-c"}, shown(-1), {}, "none.pdf: "},
       {"setup missing", {"-unone.fxs", "-fa.pdf", "-c"}, shown(-2), {}, "none.fxs: "},
       {"both missing, source asked first", {"-unone.fxs", "-fnone.pdf"}, shown(-1), {}, "none.pdf"},
@@ -146,6 +165,8 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
        {},
        "no such folder"},
       {"folder without a PDF", {"-usplit.fxs", "-ffolder/x*", "-c"}, 0, {}, "no PDF is there"},
+      {"pattern of another case", {"-usplit.fxs", "-fA*", "-c"}, 0, {}, "no PDF is there"},
+      {"brackets in a pattern", {"-usplit.fxs", "-fb[1]*", "-c"}, 0, {"K1.pdf"}, ""},
       {"blanks in a path", {"-usplit.fxs", "-fmy file.pdf", "-c"}, 0, {"M1.pdf"}, ""},
       {"quotes handed on", {"-u\"split.fxs\"", "-f\"my file.pdf\"", "-c"}, 0, {"M1.pdf"}, ""},
       {"values apart, not closed", {"-u", "split.fxs", "-f", "my file.pdf"}, 0, {"M1.pdf"}, ""},
@@ -226,6 +247,17 @@ TEST_F(Program, WithoutDisplayAndArgumentsItSaysSo) {
   EXPECT_TRUE(run.ended);
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_TRUE(run.err.contains("--help")) << run.err.toStdString();
+}
+
+TEST_F(Program, ADisplayThatIsNotThereIsDoneWithout) {
+  place.environment().insert("DISPLAY", ":4321");
+  const QStringList arguments{fxs(), source("a.pdf", {"A1"})};
+  const ProgramRun planned = place.run(arguments + QStringList("--plan=csv"));
+  EXPECT_EQ(planned.exitCode, 0) << planned.err.toStdString();
+  EXPECT_TRUE(planned.out.contains("A1.pdf")) << planned.out.toStdString();
+  const ProgramRun split = place.run(arguments);
+  EXPECT_EQ(split.exitCode, 0) << split.err.toStdString();
+  EXPECT_EQ(outputs(), QStringList("A1.pdf"));
 }
 
 TEST_F(Program, PlanWritesNothingAndTellsWhatTheRunDoes) {

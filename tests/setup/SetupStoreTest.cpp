@@ -141,7 +141,7 @@ TEST_F(SetupStoreTest, WhereASaveGoes) {
   EXPECT_TRUE(contentOf(defaultFile()).contains("second"));
   EXPECT_EQ(store.currentPath(), at("a.fxs"));
 
-  store.setAutomation(true);
+  store.setUnattended(true);
   EXPECT_EQ(store.SaveSetup(at("b.fxs")).message, QString());
   EXPECT_EQ(store.currentPath(), at("b.fxs"));
 }
