@@ -15,6 +15,8 @@ constexpr qsizetype maxFlagText = 5;
 } // namespace
 
 EmailEntry fitted(EmailEntry entry) {
+  entry.address = entry.address.trimmed();
+  entry.cc = entry.cc.trimmed();
   cutText(entry.address, maxText);
   cutText(entry.body, maxBody);
   cutText(entry.cc, maxCopyAddress);

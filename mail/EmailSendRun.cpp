@@ -1,6 +1,7 @@
 #include "mail/EmailSendRun.h"
 
 #include "engine/setup/SplitSetup.h"
+#include "mail/EmailSettingsCheck.h"
 #include "mail/MailHeader.h"
 #include "mail/PageRangeFile.h"
 #include "platform/Paths.h"
@@ -103,7 +104,7 @@ EmailSendRun::EmailSendRun(const SplitSetup& setup, ListSource source, Parts par
     : m_setup(setup), m_source(source), m_parts(std::move(parts)), m_log(setup.emailLogFile) {}
 
 QString EmailSendRun::recipientOf(const EmailEntry& entry) const {
-  return m_setup.emailTest ? m_setup.emailFrom : entry.address;
+  return m_setup.emailTest ? senderOf(m_setup) : entry.address.trimmed();
 }
 
 SentBefore::Told EmailSendRun::toldOf(const EmailEntry& entry, const SentBefore& before) const {
@@ -137,7 +138,7 @@ SendSummary EmailSendRun::run(const EmailEntries& entries) {
     if (leftOutForLog(entries[i], summary.entries[i])) {
       continue;
     }
-    if (m_parts.watcher.stopRequested() || !pause()) {
+    if (m_parts.watcher.stopRequested() || (!isServerGivenUp() && !pause())) {
       summary.stopped = true;
       break;
     }
@@ -163,6 +164,10 @@ bool EmailSendRun::leftOutForLog(const EmailEntry& entry, EntryResult& result) c
     break;
   }
   return false;
+}
+
+bool EmailSendRun::isServerGivenUp() const {
+  return m_uselessTries >= uselessTriesAtMost;
 }
 
 /// False when it was stopped.
@@ -200,7 +205,7 @@ void EmailSendRun::sendEntry(const EmailEntry& entry, EntryResult& result) {
     return; // it was not tried to its end, and stands in no log
   }
   m_uselessTries = sent.concernsEveryMail ? m_uselessTries + 1 : 0;
-  m_uselessReason = sent.errorText;
+  m_uselessResult = sent;
   ++m_progress.handled;
   ++(sent.sent() ? m_progress.sentOk : m_progress.errors);
   record(result);
@@ -209,11 +214,8 @@ void EmailSendRun::sendEntry(const EmailEntry& entry, EntryResult& result) {
 MailResult EmailSendRun::deliver(const EmailEntry& entry, EntryResult& result) {
   MailResult failed;
   result.attachment = entry.file;
-  if (m_uselessTries >= uselessTriesAtMost) {
-    failed.outcome = MailOutcome::Temporary;
-    failed.concernsEveryMail = true;
-    failed.errorText = m_uselessReason;
-    return failed;
+  if (isServerGivenUp()) {
+    return m_uselessResult;
   }
   if (entry.fileIsCut && !QFileInfo::exists(platform::withoutTrailingBlanks(entry.file))) {
     failed.errorText = QStringLiteral("the path of the file is longer than an e-mail list holds: "
@@ -241,7 +243,7 @@ MailResult EmailSendRun::deliver(const EmailEntry& entry, EntryResult& result) {
 MailMessage EmailSendRun::messageFor(const EmailEntry& entry) const {
   const bool fromSpreadsheet = m_source == ListSource::Spreadsheet;
   MailMessage message;
-  message.sender = m_setup.emailFrom;
+  message.sender = senderOf(m_setup);
   message.senderName = m_setup.emailFromName;
   message.subject = ownOr(entry.subject, m_setup.emailSubject);
   if (!entry.invoiceNumberInSubject.isEmpty()) {
@@ -253,7 +255,7 @@ MailMessage EmailSendRun::messageFor(const EmailEntry& entry) const {
   message.bodyKind = m_setup.emailHtml ? BodyKind::Html : BodyKind::Plain;
   message.cc = fromSpreadsheet ? ownOr(entry.cc, m_setup.emailInvoiceCc) : m_setup.emailInvoiceCc;
   if (m_setup.emailTest && !message.cc.isEmpty()) {
-    message.cc = m_setup.emailFrom;
+    message.cc = senderOf(m_setup);
   }
   return message;
 }

@@ -72,7 +72,7 @@ struct SendSummary {
 /// - "Handled" are the mails that were tried; entries without an address are not.
 /// - A mail that failed never ends the run. But after three in a row that the settings are to blame
 ///   for (login refused, certificate not trusted), the server is left alone: the remaining entries
-///   count as failed for now, with that reason.
+///   fail at once as the last of the three did, with its reason.
 /// - The two texts of a log line are the recipient and the file attached.
 class EmailSendRun {
 public:
@@ -100,6 +100,7 @@ public:
   SendSummary run(const EmailEntries& entries);
 
 private:
+  bool isServerGivenUp() const;
   bool pause();
   void handleEntry(const EmailEntry& entry, EntryResult& result);
   void sendEntry(const EmailEntry& entry, EntryResult& result);
@@ -117,7 +118,7 @@ private:
   EmailLog m_log;
   EmailProgress m_progress;
   int m_uselessTries = 0; ///< in a row, that failed for a reason that concerns every mail
-  QString m_uselessReason;
+  MailResult m_uselessResult;
 };
 
 /// The body of a spreadsheet's cell: line ends go, and every "\n" of two characters becomes one.

@@ -23,8 +23,9 @@ void add(Findings& findings, const char* field, const QString& text,
 }
 
 void checkSender(const SplitSetup& setup, Findings& findings) {
-  const QString problem = addressProblem(setup.emailFrom);
-  if (setup.emailFrom.isEmpty()) {
+  const QString sender = senderOf(setup);
+  const QString problem = addressProblem(sender);
+  if (sender.isEmpty()) {
     add(findings, "EMAILFROM", QStringLiteral("No From address is given."));
   } else if (!problem.isEmpty()) {
     add(findings, "EMAILFROM", QStringLiteral("The From address %1.").arg(problem));
@@ -66,6 +67,10 @@ void checkCopy(const SplitSetup& setup, Findings& findings) {
 
 } // namespace
 
+QString senderOf(const SplitSetup& setup) {
+  return setup.emailFrom.trimmed();
+}
+
 std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
   Findings findings;
   if (setup.useOutlook) {
@@ -84,7 +89,8 @@ std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
   if (setup.emailSubject.trimmed().isEmpty()) {
     add(findings, "EMAILSUBJECT", QStringLiteral("The subject is empty."), FindingWeight::Hint);
   }
-  const QString pause = pauseProblem(QString::number(setup.emailPause));
+  // Below 0 means no pause, wherever such a setup comes from.
+  const QString pause = pauseProblem(QString::number(std::max(setup.emailPause, 0)));
   if (!pause.isEmpty()) {
     add(findings, "EMAILPAUSE", pause);
   }

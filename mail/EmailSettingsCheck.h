@@ -23,6 +23,9 @@ struct EmailSettingsFinding {
 /// In the order of the settings dialog; empty when all is well. Names no password.
 std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup);
 
+/// The From address as it is checked and used: a blank that was pasted along is none of it.
+QString senderOf(const SplitSetup& setup);
+
 /// Why a typed pause is none (milliseconds, 0 to one hour); empty when it is one.
 QString pauseProblem(const QString& text);
 

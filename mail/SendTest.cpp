@@ -1,6 +1,7 @@
 #include "mail/SendTest.h"
 
 #include "engine/setup/SplitSetup.h"
+#include "mail/EmailSettingsCheck.h"
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
 
@@ -27,10 +28,10 @@ QString writeErrorFile(const QString& errorText) {
 
 SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailWait& wait) {
   MailMessage message;
-  message.sender = setup.emailFrom;
+  message.sender = senderOf(setup);
   message.senderName = setup.emailFromName;
-  message.recipient = setup.emailFrom;
-  message.cc = setup.emailFrom;
+  message.recipient = senderOf(setup);
+  message.cc = senderOf(setup);
   message.subject = setup.emailSubject;
   message.body = setup.emailMsg;
   message.bodyKind = setup.emailHtml ? BodyKind::Html : BodyKind::Plain;
@@ -47,7 +48,7 @@ SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailW
                        ? QStringLiteral("Error in configuration, message not sent to:")
                        : QStringLiteral("Error in configuration:") + sent.errorText +
                              QStringLiteral(", message not sent to:");
-  result.message += setup.emailFrom;
+  result.message += senderOf(setup);
   result.reportPath = writeErrorFile(sent.errorText);
   if (!result.reportPath.isEmpty()) {
     result.message += QStringLiteral("\nError report output to file:") + result.reportPath;

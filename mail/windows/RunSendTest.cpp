@@ -1,6 +1,7 @@
 #include "mail/windows/RunSendTest.h"
 
 #include "engine/setup/SplitSetup.h"
+#include "mail/EmailSettingsCheck.h"
 #include "mail/MailTransportChoice.h"
 #include "mail/SendTest.h"
 #include "mail/windows/CMailWaitDlg.h"
@@ -38,7 +39,7 @@ void runSendTest(const SplitSetup& setup, Dialogs& dialogs, QWidget* over,
   bool isStopped = false;
   {
     CMailWaitDlg waiting(QStringLiteral("Send Test"),
-                         QStringLiteral("Sending a test message to %1").arg(setup.emailFrom), over);
+                         QStringLiteral("Sending a test message to %1").arg(senderOf(setup)), over);
     result = sendTest(setup, *choice.transport, waiting);
     isStopped = waiting.stopRequested();
   }

@@ -18,7 +18,11 @@ using Source = EmailSendRun::ListSource;
 /// Answers and keeps what the status dialog would show.
 class Watcher : public SendWatcher {
 public:
-  void handlePendingEvents() override {}
+  void handlePendingEvents() override {
+    if (onEvents) {
+      onEvents();
+    }
+  }
   bool stopRequested() override { return stopAfter >= 0 && last.handled >= stopAfter; }
   void onProgress(const EmailProgress& progress) override {
     last = progress;
@@ -27,6 +31,7 @@ public:
 
   EmailProgress last;
   QStringList recipients;
+  std::function<void()> onEvents;
   int stopAfter = -1;
 };
 
@@ -292,6 +297,28 @@ TEST_F(EmailSend, EveryFaultIsCountedLoggedAndToldAndTheRunGoesOn) {
   }
 }
 
+/// What the checks let pass is what the server gets.
+TEST_F(EmailSend, BlanksAroundAddressesAndAPauseBelowZeroMeanNothing) {
+  MailServerProcess server("smtp_server.py", {});
+  setup.emailFrom = " office@example.org ";
+  setup.emailInvoiceCc = "boss@example.org ";
+  setup.emailPause = -1;
+  EXPECT_EQ(run(server.text(), {entry("anna@example.org ", "1.pdf")}).counts.sentOk, 1)
+      << log().toStdString();
+  setup.emailTest = true;
+  EXPECT_EQ(run(server.text(), {entry("anna@example.org", "1.pdf")}).counts.sentOk, 1);
+  setup.emailSmtp = server.text();
+  const MailTransportChoice choice = transportFor(setup);
+  PlainWait wait;
+  EXPECT_TRUE(sendTest(setup, *choice.transport, wait).ok);
+  QStringList recipients;
+  for (const QJsonObject& mail : server.mails()) {
+    recipients += strings(mail["recipients"]).join(u' ');
+  }
+  EXPECT_EQ(recipients, QStringList({"anna@example.org boss@example.org", "office@example.org",
+                                     "office@example.org"}));
+}
+
 TEST_F(EmailSend, LeavesAServerAloneThatRefusesTheLogin) {
   MailServerProcess server("faulty_smtp_server.py", {"login-refused"});
   setup.emailLogin = "me";
@@ -300,10 +327,20 @@ TEST_F(EmailSend, LeavesAServerAloneThatRefusesTheLogin) {
   for (int i = 0; i < 10; ++i) {
     entries.push_back(entry(QStringLiteral("r%1@example.org").arg(i), "1.pdf"));
   }
+  // No pause between mails that are not tried: in one, only the stop would go on.
+  int ticks = 0;
+  watcher.onEvents = [&] {
+    setup.emailPause = watcher.last.errors >= 3 ? 3'600'000 : 0;
+    ticks += setup.emailPause > 0 ? 1 : 0;
+    watcher.stopAfter = ticks > 100 ? 0 : -1;
+  };
   const SendSummary summary = run(server.text(), entries);
   EXPECT_EQ(summary.message(), "(10) Emails sent ok: 0, errors: 10");
   EXPECT_EQ(server.connections(), 3);
   EXPECT_EQ(summary.rowsToSendAgain().size(), 10U);
+  // Those that were not tried stand with those of the same cause.
+  EXPECT_EQ(summary.rowsIn(EntryState::Failed).size(), 10U);
+  EXPECT_EQ(summary.details(), "");
   EXPECT_FALSE(log().contains("s3cret"));
   EXPECT_FALSE(log().contains(QByteArray("\0me\0s3cret", 10).toBase64()));
 }
@@ -379,7 +416,10 @@ TEST_F(EmailSend, SettingsAreCheckedBeforeARun) {
       {[](auto& s) { s.emailSmtp = "tls:mail.example.org:x"; }, "EMAILSMTP"},
       {[](auto& s) { s.emailFrom = "office"; }, "EMAILFROM"},
       {[](auto& s) { s.emailInvoiceCc = "a@example.org;b"; }, "EMAILINVOICECC"},
-      {[](auto& s) { s.emailPause = -1; }, "EMAILPAUSE"},
+      {[](auto& s) { s.emailPause = -1; }, ""}, // no wait
+      {[](auto& s) { s.emailPause = 3'600'001; }, "EMAILPAUSE"},
+      {[](auto& s) { s.emailFrom = " office@example.org "; }, ""},
+      {[](auto& s) { s.emailInvoiceCc = " a@example.org ; b@example.org "; }, ""},
       {[](auto& s) { s.emailSubject = " "; }, "EMAILSUBJECT", FindingWeight::Hint},
       {[](auto& s) {
          s.emailLogin = "me";
