@@ -26,11 +26,13 @@ BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
     ++result.processed;
     const bool automationBefore = state.automation;
     state.automation = true;
-    const bool readable = processFile(path);
+    const bool whole = processFile(path);
     state.automation = automationBefore;
     // The next file would clear the flag: a Stop ends the whole batch.
     result.stopped = state.userStop;
-    rows.setStatus(row, readable ? QStringLiteral("Done") : fileError);
+    rows.setStatus(row, result.stopped ? QStringLiteral("Stopped")
+                        : whole        ? QStringLiteral("Done")
+                                       : fileError);
     rows.showRow(row);
   }
   person.message(QStringLiteral("Done!\n\n%1 files processed").arg(result.processed));

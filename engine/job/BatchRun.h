@@ -30,8 +30,8 @@ struct BatchResult {
 
 /// Runs `processFile` for each row in use, in list order and in automation mode, and sets the rows'
 /// status: "Processing", then "Done", or "file error" for a file that cannot be opened or for which
-/// `processFile` returns false. A file that fails does not end the batch; Stop does, at the next
-/// row. At the end the person is told.
+/// `processFile` returns false, which means that not all of it was split, or "Stopped". A file that
+/// fails does not end the batch; Stop does, at the next row. At the end the person is told.
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
                      const std::function<bool(const QString& path)>& processFile);
 

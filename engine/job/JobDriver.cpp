@@ -110,6 +110,7 @@ void JobDriver::resetState() {
   m_account.start(0);
   m_emails.clear();
   m_writtenFiles = 0;
+  m_outputsFailed = false;
 }
 
 void JobDriver::tell(const QString& text) {
@@ -278,12 +279,23 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
     m_account.stopped(page, pageCount);
   }
-  if (m_state.outputCount == 0 && m_state.rangeCount > 0 && !m_state.mustEnd()) {
-    m_state.outputCount = 1;
-  }
+  settleCounts(writer);
+  reports.dropRanges(writer.missingPaths());
   reports.writeTotals(m_state.outputCount);
+  if (m_account.failedPages() > 0 || m_account.stoppedPages() > 0) {
+    reports.writeFinding(m_account.summary(m_writtenFiles));
+  }
   for (const QString& line : pipeline.findings().lines()) {
     m_person.note(QStringLiteral("%1: %2").arg(source, line));
+  }
+}
+
+void JobDriver::settleCounts(const OutputWriter& writer) {
+  m_outputsFailed = writer.failedOutputs() > 0;
+  if (m_outputsFailed) {
+    m_state.outputCount = std::max(m_state.outputCount - writer.failedOutputs(), 0);
+  } else if (m_state.outputCount == 0 && m_state.rangeCount > 0 && !m_state.mustEnd()) {
+    m_state.outputCount = 1;
   }
 }
 
@@ -354,7 +366,7 @@ void JobDriver::tellEnd(const Reports& reports) {
     if (const QString unmailed = unmailedSentence(m_emails); !unmailed.isEmpty()) {
       m_person.note(unmailed);
     }
-  } else if (m_state.outputCount == 0) {
+  } else if (m_state.outputCount == 0 && !m_outputsFailed) {
     tell(QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
   } else {
     const QString done = QStringLiteral("Done! - %1 PDF file(s) output").arg(m_state.outputCount);
@@ -493,11 +505,11 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
   beginBatch(sources);
   const BatchResult result = runBatch(rows, m_state, m_person, [&](const QString& path) {
     m_store.edited().fileName = path;
-    const bool processed = wasProcessed(StartProcessing());
-    if (processed && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
+    const RunError error = StartProcessing();
+    if (wasProcessed(error) && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
       onProcessed(path);
     }
-    return processed;
+    return error == RunError::None;
   });
   endBatch();
   return result;

@@ -19,6 +19,7 @@ class CPDFTextDumpInit;
 class CSplitPdfInit;
 class MatchObserver;
 class OutputFileList;
+class OutputWriter;
 class Reports;
 class SourceFile;
 
@@ -91,6 +92,7 @@ private:
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
+  void settleCounts(const OutputWriter& writer);
   void tellFileList(OutputFileList& list);
   void tellEnd(const Reports& reports);
   void tellShowEnd();
@@ -109,6 +111,7 @@ private:
   QStringList m_clearedFolders; ///< of the batch
   bool m_folderWritable;
   int m_writtenFiles = 0;
+  bool m_outputsFailed = false;
 };
 
 /// Empty, or why these settings cannot be run together.

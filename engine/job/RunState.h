@@ -26,7 +26,7 @@ enum class RunError {
 struct RunState {
   int pendingStart = -1; ///< first page of the range that is open, -1 when none
   int pendingEnd = -1;   ///< last page of that range, -1 when none
-  int outputCount = 0;   ///< output files handed to the writer
+  int outputCount = 0;   ///< output files handed to the writer; at the end, those written
   int rangeCount = 0;    ///< ranges saved, those that were taken back included
   bool userStop = false;
   bool abortRun = false;

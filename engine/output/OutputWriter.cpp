@@ -30,6 +30,13 @@ void OutputWriter::startSource(const QString& source, int totalPages) {
   m_written.clear();
   m_unwrittenPaths.clear();
   m_previousPath.clear();
+  m_failedOutputs = 0;
+}
+
+QSet<QString> OutputWriter::missingPaths() const {
+  QSet<QString> missing = m_unwrittenPaths;
+  missing.removeIf([this](const QString& path) { return m_written.contains(path); });
+  return missing;
 }
 
 void OutputWriter::output(const ReservedOutput& output) {
@@ -186,6 +193,9 @@ void OutputWriter::wrote(const ReservedOutput& output) {
 
 void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
   m_account.failed(output.firstPage, output.lastPage);
+  if (m_setup.alwaysAppend || !m_unwrittenPaths.contains(output.path)) {
+    ++m_failedOutputs;
+  }
   m_unwrittenPaths.insert(output.path);
   if (m_state.error == RunError::None) {
     m_state.error = RunError::OutputFailed;

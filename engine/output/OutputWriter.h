@@ -47,6 +47,10 @@ public:
 
   /// Outputs that failed, or that a Stop left out.
   const QSet<QString>& unwrittenPaths() const { return m_unwrittenPaths; }
+  /// Those of them under whose name nothing at all was written.
+  QSet<QString> missingPaths() const;
+  /// How many of those that RunState::outputCount counts came to nothing.
+  int failedOutputs() const { return m_failedOutputs; }
 
 private:
   void makeFolderOf(const QString& path);
@@ -75,6 +79,7 @@ private:
   QHash<QString, Pages> m_written; ///< by path: the pages that it got last
   QSet<QString> m_unwrittenPaths;
   QString m_previousPath;
+  int m_failedOutputs = 0;
 };
 
 } // namespace folivex

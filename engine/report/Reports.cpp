@@ -4,6 +4,9 @@
 
 #include <QFile>
 
+#include <algorithm>
+#include <iterator>
+
 namespace folivex {
 
 namespace {
@@ -19,33 +22,36 @@ QString padded(int number, int width) {
 constexpr int pageWidth = 2;
 constexpr int textWidth = 30;
 
-QString cannotWrite(const QString& path) {
-  return QStringLiteral("file error! can't write to report file: %1, try changing the report path "
-                        "in report options")
-      .arg(path);
+QString cannotWriteCsv(const QString& path) {
+  return QStringLiteral("file error! can't write to report file: %1").arg(path);
+}
+
+QString cannotWriteText(const QString& path) {
+  return cannotWriteCsv(path) + QStringLiteral(", try changing the report path in report options");
 }
 
 } // namespace
 
-bool Reports::openOne(Report& report, const QString& path) {
+bool Reports::openOne(platform::TextWriter& file, const QString& path) {
   if (!platform::isNullDevice(path)) {
     QFile::remove(path);
   }
-  report.lastLine = -1;
-  return report.file.open(path);
+  return file.open(path);
 }
 
 Reports::Opened Reports::open(const ReportPaths& paths, const QString& source,
                               const QString& searchText, const QDateTime& now) {
   m_paths = paths;
   if (!openOne(m_text, paths.text)) {
-    return {RunError::TextReport, cannotWrite(paths.text)};
+    return {RunError::TextReport, cannotWriteText(paths.text)};
   }
   if (!openOne(m_csv, paths.csv)) {
-    static_cast<void>(m_text.file.close());
-    return {RunError::CsvReport, cannotWrite(paths.csv)};
+    static_cast<void>(m_text.close());
+    return {RunError::CsvReport, cannotWriteCsv(paths.csv)};
   }
   m_open = true;
+  m_ranges.clear();
+  m_mayTakeBack = false;
   writeHeaders(source, searchText, now);
   return {};
 }
@@ -53,41 +59,73 @@ Reports::Opened Reports::open(const ReportPaths& paths, const QString& source,
 void Reports::writeHeaders(const QString& source, const QString& searchText, const QDateTime& now) {
   const QString date = now.toString(QStringLiteral("MM/dd/yy"));
   const QString time = now.toString(QStringLiteral("HH:mm:ss"));
-  m_text.file.write(QStringLiteral("\t\t\t\tFolivex ") + reportVersion() +
-                    QStringLiteral(" Report\t\t\t") + date + QLatin1Char(' ') + time +
-                    QStringLiteral("\r\n\r\n"));
-  m_text.file.write(QStringLiteral("\tPDF Filename: ") + padded(source, textWidth) +
-                    QStringLiteral("\r\n\tFind: ") + searchText + QStringLiteral("\r\n\r\n"));
-  m_csv.file.write(QStringLiteral("Folivex ") + reportVersion() + QStringLiteral(" SA Report,,") +
-                   date + QLatin1Char(',') + time + QStringLiteral("\r\n\r\n"));
-  m_csv.file.write(QStringLiteral("PDF Filename:,") + padded(source, textWidth) +
-                   QStringLiteral("\r\nFind:,") + searchText + QStringLiteral("\r\n\r\n"));
-  m_csv.file.write(QStringLiteral("Start Page,End Page,Matched,Output File\r\n"));
+  m_text.write(QStringLiteral("\t\t\t\tFolivex ") + reportVersion() +
+               QStringLiteral(" Report\t\t\t") + date + QLatin1Char(' ') + time +
+               QStringLiteral("\r\n\r\n"));
+  m_text.write(QStringLiteral("\tPDF Filename: ") + padded(source, textWidth) +
+               QStringLiteral("\r\n\tFind: ") + searchText + QStringLiteral("\r\n\r\n"));
+  m_csv.write(QStringLiteral("Folivex ") + reportVersion() + QStringLiteral(" SA Report,,") + date +
+              QLatin1Char(',') + time + QStringLiteral("\r\n\r\n"));
+  m_csv.write(QStringLiteral("PDF Filename:,") + padded(source, textWidth) +
+              QStringLiteral("\r\nFind:,") + searchText + QStringLiteral("\r\n\r\n"));
+  m_csv.write(QStringLiteral("Start Page,End Page,Matched,Output File\r\n"));
 }
 
 void Reports::writeRange(const ReportLine& line) {
   if (!m_open) {
     return;
   }
-  m_text.lastLine = m_text.file.position();
-  m_csv.lastLine = m_csv.file.position();
+  m_mayTakeBack = true;
+  m_ranges.push_back({line.outputPath, m_text.position(), m_csv.position()});
   const QString first = padded(line.firstPage, pageWidth);
   const QString last = padded(line.lastPage, pageWidth);
   const QString matched = padded(line.matchedText, textWidth);
-  m_text.file.write(QStringLiteral("Page: ") + first + QStringLiteral(" - ") + last +
-                    QLatin1Char('\t') + matched + QStringLiteral("\tOutput file:") +
-                    line.outputPath + QStringLiteral("\r\n"));
-  m_csv.file.write(first + QLatin1Char(',') + last + QLatin1Char(',') + matched + QLatin1Char(',') +
-                   line.outputPath + QStringLiteral("\r\n"));
+  m_text.write(QStringLiteral("Page: ") + first + QStringLiteral(" - ") + last + QLatin1Char('\t') +
+               matched + QStringLiteral("\tOutput file:") + line.outputPath +
+               QStringLiteral("\r\n"));
+  m_csv.write(first + QLatin1Char(',') + last + QLatin1Char(',') + matched + QLatin1Char(',') +
+              line.outputPath + QStringLiteral("\r\n"));
 }
 
 void Reports::takeBackRange() {
-  for (Report* report : {&m_text, &m_csv}) {
-    if (report->lastLine >= 0) {
-      report->file.truncateTo(report->lastLine);
-      report->lastLine = -1;
+  if (m_mayTakeBack) {
+    m_text.truncateTo(m_ranges.back().inText);
+    m_csv.truncateTo(m_ranges.back().inCsv);
+    m_ranges.pop_back();
+    m_mayTakeBack = false;
+  }
+}
+
+void Reports::dropRanges(const QSet<QString>& outputPaths) {
+  if (!m_open || outputPaths.isEmpty()) {
+    return;
+  }
+  dropLines(m_text, m_paths.text, &Range::inText, outputPaths);
+  dropLines(m_csv, m_paths.csv, &Range::inCsv, outputPaths);
+  m_ranges.clear(); // they begin elsewhere now, and no further line comes
+  m_mayTakeBack = false;
+}
+
+void Reports::dropLines(platform::TextWriter& file, const QString& path, qint64 Range::*begin,
+                        const QSet<QString>& outputPaths) const {
+  const auto isDropped = [&](const Range& range) { return outputPaths.contains(range.outputPath); };
+  const auto first = std::ranges::find_if(m_ranges, isDropped);
+  QFile written;
+  platform::FileFailure ignored; // a report that cannot be read stays as it is
+  if (first == m_ranges.end() || platform::isNullDevice(path) || !file.flush() ||
+      !platform::openForReading(written, path, platform::FileAccess::Ordinary, ignored)) {
+    return;
+  }
+  QByteArray kept;
+  for (auto range = first; range != m_ranges.end(); ++range) {
+    const auto next = std::next(range);
+    const qint64 end = next == m_ranges.end() ? file.position() : (*next).*begin;
+    if (!isDropped(*range) && written.seek((*range).*begin)) {
+      kept += written.read(end - (*range).*begin);
     }
   }
+  file.truncateTo((*first).*begin);
+  file.write(QString::fromUtf8(kept.replace("\r\n", "\n"))); // writing puts the CRs back
 }
 
 void Reports::writeTotals(int fileCount) {
@@ -95,14 +133,20 @@ void Reports::writeTotals(int fileCount) {
     return;
   }
   const QString count = QString::number(fileCount);
-  m_text.file.write(QStringLiteral("\r\n\t") + count + QStringLiteral(" PDF file(s)\r\n"));
-  m_csv.file.write(QStringLiteral("\r\n,") + count + QStringLiteral(", PDF file(s)\r\n"));
+  m_text.write(QStringLiteral("\r\n\t") + count + QStringLiteral(" PDF file(s)\r\n"));
+  m_csv.write(QStringLiteral("\r\n,") + count + QStringLiteral(", PDF file(s)\r\n"));
+}
+
+void Reports::writeFinding(const QString& sentence) {
+  if (m_open) {
+    m_text.write(QStringLiteral("\r\n\t") + sentence + QStringLiteral("\r\n"));
+  }
 }
 
 void Reports::flush() {
   if (m_open) {
-    m_text.file.flush();
-    m_csv.file.flush();
+    m_text.flush();
+    m_csv.flush();
   }
 }
 
@@ -111,13 +155,13 @@ Reports::Opened Reports::close() {
     return {};
   }
   m_open = false;
-  const bool textIsWhole = m_text.file.close();
-  const bool csvIsWhole = m_csv.file.close();
+  const bool textIsWhole = m_text.close();
+  const bool csvIsWhole = m_csv.close();
   if (!textIsWhole) {
-    return {RunError::TextReport, cannotWrite(m_paths.text)};
+    return {RunError::TextReport, cannotWriteText(m_paths.text)};
   }
   if (!csvIsWhole) {
-    return {RunError::CsvReport, cannotWrite(m_paths.csv)};
+    return {RunError::CsvReport, cannotWriteCsv(m_paths.csv)};
   }
   return {};
 }

@@ -6,6 +6,9 @@
 #include "platform/TextFile.h"
 
 #include <QDateTime>
+#include <QSet>
+
+#include <vector>
 
 namespace folivex {
 
@@ -43,24 +46,34 @@ public:
   /// Removes the line that writeRange() wrote last from both reports. Only one line can be taken
   /// back.
   void takeBackRange();
+  /// Removes the lines of outputs that are not there after all. The lines behind them move up.
+  void dropRanges(const QSet<QString>& outputPaths);
   void writeTotals(int fileCount);
+  /// A finding that a reader of the text report must not miss.
+  void writeFinding(const QString& sentence);
   void flush();
 
   /// Closes both; tells the first report that could not be written whole.
   Opened close();
 
 private:
-  struct Report {
-    platform::TextWriter file;
-    qint64 lastLine = -1; ///< where the last range line begins
+  /// One line in both reports.
+  struct Range {
+    QString outputPath;
+    qint64 inText; ///< where the line begins, in bytes
+    qint64 inCsv;
   };
 
-  static bool openOne(Report& report, const QString& path);
+  static bool openOne(platform::TextWriter& file, const QString& path);
+  void dropLines(platform::TextWriter& file, const QString& path, qint64 Range::*begin,
+                 const QSet<QString>& outputPaths) const;
   void writeHeaders(const QString& source, const QString& searchText, const QDateTime& now);
 
   ReportPaths m_paths;
-  Report m_text;
-  Report m_csv;
+  platform::TextWriter m_text;
+  platform::TextWriter m_csv;
+  std::vector<Range> m_ranges;
+  bool m_mayTakeBack = false;
   bool m_open = false;
 };
 

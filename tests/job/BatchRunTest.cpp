@@ -97,7 +97,7 @@ TEST_F(Batch, StopEndsTheWholeBatch) {
   };
   const BatchResult result = driver().ProcessBatch(m_rows);
   EXPECT_TRUE(result.stopped);
-  EXPECT_EQ(m_rows.statuses(), (QStringList{"Done", "Done", "Ready."}));
+  EXPECT_EQ(m_rows.statuses(), (QStringList{"Done", "Stopped", "Ready."}));
 }
 
 TEST_F(Batch, EmptyListIsRefused) {

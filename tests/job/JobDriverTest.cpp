@@ -84,16 +84,17 @@ TEST_F(Job, UnwritableReportsEndTheRunBeforeItsFirstOutput) {
   struct Row {
     const char* inTheWay;
     RunError error;
+    const char* hint;
   };
-  for (const Row& row : {Row{"in/a.pdf_report.txt", RunError::TextReport},
-                         Row{"in/a.pdf_report.csv", RunError::CsvReport}}) {
+  for (const Row& row : {Row{"in/a.pdf_report.txt", RunError::TextReport,
+                             ", try changing the report path in report options"},
+                         Row{"in/a.pdf_report.csv", RunError::CsvReport, ""}}) {
     SCOPED_TRACE(row.inTheWay);
     QDir(folder()).mkpath(row.inTheWay);
     m_person.messages.clear();
     EXPECT_EQ(run(), row.error);
-    EXPECT_EQ(m_person.messages,
-              QStringList{"file error! can't write to report file: " + at(row.inTheWay) +
-                          ", try changing the report path in report options"});
+    EXPECT_EQ(m_person.messages, QStringList{"file error! can't write to report file: " +
+                                             at(row.inTheWay) + row.hint});
     EXPECT_TRUE(filesBelow(at("out")).isEmpty());
     QDir(folder()).rmdir(row.inTheWay);
   }
@@ -305,7 +306,11 @@ TEST_F(Job, StopBetweenPagesLeavesWholeFilesAndClosedReports) {
               overwrite
                   ? "5 page(s): 0 in 0 file(s), 5 not written, since the run was stopped (1-5)."
                   : "5 page(s): 1 in 1 file(s), 4 not written, since the run was stopped (2-5).");
-    EXPECT_EQ(reportLines().back(), overwrite ? ",0, PDF file(s)" : ",1, PDF file(s)");
+    EXPECT_EQ(reportLines(), overwrite ? QStringList{",0, PDF file(s)"}
+                                       : (QStringList{"1 ,1 ,1 ,out/1.pdf", ",1, PDF file(s)"}));
+    EXPECT_TRUE(contentOf(at("in/a.pdf_report.txt"))
+                    .endsWith("not written, since the run was stopped (" +
+                              QByteArray(overwrite ? "1" : "2") + "-5).\r\r\n"));
   }
 }
 

@@ -215,6 +215,7 @@ TEST_F(Writing, UnwritablePlaceLeavesNoPartOfAFile) {
     EXPECT_TRUE(m_person.notes.back().contains("0 in 0 file(s)"))
         << m_person.notes.back().toStdString();
     EXPECT_TRUE(m_person.notes.back().contains("FAILED")) << m_person.notes.back().toStdString();
+    EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
     EXPECT_FALSE(
         m_person.notes.filter(at("out/1002.pdf") + ": pages 3-3 could not be written: ").isEmpty())
         << m_person.allNotes().toStdString();
@@ -240,6 +241,10 @@ TEST_F(Writing, FullDiskLeavesNoPartOfAFile) {
             (QStringList{"1001_part002.pdf: Account: 1001 | last", "1002.pdf: Account: 1002"}));
   EXPECT_EQ(filesBelow(at("out")).size(), 2) << filesBelow(at("out")).join(' ').toStdString();
   EXPECT_EQ(m_person.notes.back(), "5 page(s): 3 in 2 file(s), 2 FAILED (1-2).");
+  // What is told is what is there.
+  EXPECT_EQ(m_person.questions.filter("Done! - 2 PDF file(s) output").size(), 1);
+  EXPECT_EQ(reportLines(), (QStringList{"3 ,3 ,1002 ,out/1002.pdf",
+                                        "4 ,5 ,1001 ,out/1001_part002.pdf", ",2, PDF file(s)"}));
 }
 
 TEST_F(Writing, ListInPlaceOfOutputs) {

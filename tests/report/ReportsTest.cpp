@@ -84,6 +84,27 @@ TEST_F(ReportsTest, LineTakenBackWhateverItHeld) {
   }
 }
 
+TEST_F(ReportsTest, LinesOfMissingOutputsAreDropped) {
+  for (const bool withoutText : {false, true}) {
+    SCOPED_TRACE(withoutText);
+    ASSERT_EQ(open({withoutText ? nullReport() : at("r.txt"), at("r.csv"), {}}).error,
+              RunError::None);
+    m_reports.writeRange(foreign);
+    m_reports.writeRange(first);
+    m_reports.writeRange(foreign);
+    m_reports.flush();
+    m_reports.writeRange(longOne);
+    m_reports.writeRange(foreign);
+    m_reports.dropRanges({foreign.outputPath, QStringLiteral("/no/line/of/it")});
+    m_reports.writeTotals(2);
+    ASSERT_EQ(m_reports.close().error, RunError::None);
+    EXPECT_EQ(contentOf(at("r.csv")), onDisk(csvHead + csvLines + "\n,2, PDF file(s)\n"));
+    if (!withoutText) {
+      EXPECT_EQ(contentOf(at("r.txt")), onDisk(textHead + textLines + "\n\t2 PDF file(s)\n"));
+    }
+  }
+}
+
 TEST_F(ReportsTest, SwitchedOffReportLeavesTheOtherAlone) {
   ASSERT_EQ(open({nullReport(), at("r.csv"), nullReport()}).error, RunError::None);
   m_reports.writeRange(first);
@@ -107,29 +128,29 @@ TEST_F(ReportsTest, FailureTellsWhichReport) {
     const char* fault;
     ReportPaths paths;
     RunError error;
-    QString named;
+    QString message;
   };
+  const QString message = QStringLiteral("file error! can't write to report file: %1");
+  const QString hint = QStringLiteral(", try changing the report path in report options");
   const Row rows[] = {
       {"text report in a folder that is not there",
        {at("no/r.txt"), at("r.csv"), {}},
        RunError::TextReport,
-       at("no/r.txt")},
+       message.arg(at("no/r.txt")) + hint},
       {"csv report in a folder that is not there",
        {at("r.txt"), at("no/r.csv"), {}},
        RunError::CsvReport,
-       at("no/r.csv")},
+       message.arg(at("no/r.csv"))},
       {"folder at the report's place",
        {m_folder.path(), at("r.csv"), {}},
        RunError::TextReport,
-       m_folder.path()},
+       message.arg(m_folder.path()) + hint},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.fault);
     const Reports::Opened opened = open(row.paths);
     EXPECT_EQ(opened.error, row.error);
-    EXPECT_EQ(opened.message, QStringLiteral("file error! can't write to report file: %1, try "
-                                             "changing the report path in report options")
-                                  .arg(row.named));
+    EXPECT_EQ(opened.message, row.message);
     EXPECT_FALSE(m_reports.isOpen());
     m_reports.writeRange(first); // must do nothing
     EXPECT_EQ(m_reports.close().error, RunError::None);
