@@ -34,6 +34,14 @@ QString countWithCommas(std::size_t count) {
   return locale.toString(static_cast<qulonglong>(count));
 }
 
+QString withoutAddressSentence(std::size_t without, std::size_t outputs) {
+  return without == 0
+             ? QString()
+             : QStringLiteral("%1 of %2 outputs have no e-mail address on their pages: nothing is "
+                              "sent for them.")
+                   .arg(countWithCommas(without), countWithCommas(outputs));
+}
+
 QString mailCount(std::size_t count) {
   return count == 1 ? QStringLiteral("1 e-mail")
                     : QStringLiteral("%1 e-mails").arg(countWithCommas(count));

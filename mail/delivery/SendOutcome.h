@@ -12,6 +12,9 @@ namespace folivex {
 /// ones that a stop left behind are a number. Empty when every mail went out.
 QStringList outcomeLines(const EmailList& list, const SendSummary& summary);
 
+/// What there is to say of a run of which `without` outputs have no address; empty when all have.
+QString withoutAddressSentence(std::size_t without, std::size_t outputs);
+
 /// "1,234"
 QString countWithCommas(std::size_t count);
 

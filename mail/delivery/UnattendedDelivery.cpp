@@ -41,14 +41,6 @@ QString save(const EmailList& list, const QString& path, Operator& person) {
   return saved.ok ? path : QString();
 }
 
-void tellWithoutAddress(std::size_t without, std::size_t all, Operator& person) {
-  if (without > 0) {
-    person.note(QStringLiteral("%1 of %2 outputs have no e-mail address on their pages: nothing is "
-                               "sent for them.")
-                    .arg(countWithCommas(without), countWithCommas(all)));
-  }
-}
-
 void tellSummary(const EmailList& list, const SendSummary& summary, Operator& person) {
   person.note(summary.message());
   for (const QString& line : outcomeLines(list, summary)) {
@@ -68,7 +60,11 @@ UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,
     return result;
   }
   EmailList list;
-  tellWithoutAddress(list.fill(run.outputs).size(), run.outputs.size(), person);
+  if (const QString without =
+          withoutAddressSentence(list.fill(run.outputs).size(), run.outputs.size());
+      !without.isEmpty()) {
+    person.note(without);
+  }
   if (list.isEmpty()) {
     return result;
   }

@@ -1,5 +1,6 @@
 #include "mail/windows/EmailSession.h"
 
+#include "engine/output/PageAddresses.h"
 #include "engine/setup/SplitSetup.h"
 #include "mail/delivery/SendOutcome.h"
 #include "mail/windows/CEmailListDlg.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace folivex {
 
@@ -22,8 +24,22 @@ QString caption() {
   return QStringLiteral("Email List to Send");
 }
 
-/// The outputs of several runs as one list. A file that two of them made is in it once, as the
-/// later run left it.
+QString nothingToSend() {
+  return QStringLiteral("None of the outputs has an e-mail address on its pages: there is nothing "
+                        "to send.");
+}
+
+/// To a file that an earlier run made, a later one has added its pages: mail goes to the address
+/// that was there first.
+void addPages(AddressedOutput& output, const AddressedOutput& added) {
+  AddressReader::Found addresses{output.address, output.furtherAddresses};
+  addFurther(addresses, {added.address, added.furtherAddresses});
+  output.address = addresses.address;
+  output.furtherAddresses = addresses.further;
+  output.lastPage = added.lastPage;
+}
+
+/// The outputs of several runs as one list. A file that several of them wrote to is in it once.
 struct JoinedRuns {
   EmailList list;
   std::vector<AddressedOutput> withoutAddress;
@@ -39,7 +55,7 @@ JoinedRuns joined(const std::vector<FinishedRun>& runs) {
         placeOf.insert(output.file, outputs.size());
         outputs.push_back(output);
       } else {
-        outputs[*place] = output;
+        addPages(outputs[*place], output);
       }
     }
   }
@@ -113,7 +129,33 @@ private:
   EmailSession& m_session;
 };
 
+struct EmailSession::Batch {
+  Batch(const SplitSetup& setup, const DeliveryMeans& means) : delivery(setup, means) {}
+
+  /// What is to be confirmed, or could not be sent, of this run is for the end of the batch.
+  void keep(FinishedRun run) { waiting.push_back(std::move(run)); }
+
+  /// Files that wait and that this run has written anew hold its pages alone.
+  void forgetReplaced(const FinishedRun& run) {
+    QSet<QString> files;
+    for (const AddressedOutput& output : run.outputs) {
+      files += output.file;
+    }
+    for (FinishedRun& earlier : waiting) {
+      std::erase_if(earlier.outputs, [&files](const AddressedOutput& output) {
+        return files.contains(output.file);
+      });
+    }
+  }
+
+  EmailDelivery delivery;
+  std::vector<FinishedRun> waiting;
+  bool wasSent = false; ///< some of its mails went out, or were tried, while it was on
+};
+
 EmailSession::EmailSession(Parts parts) : m_parts(std::move(parts)) {}
+
+EmailSession::~EmailSession() = default;
 
 void EmailSession::note(const QString& text) const {
   if (m_parts.note && !text.isEmpty()) {
@@ -133,10 +175,11 @@ void EmailSession::afterRun(const SplitSetup& setup, const FinishedRun& run) {
   const AtWork atWork(*this);
   JoinedRuns all = joined({run});
   if (all.list.isEmpty()) {
-    m_parts.dialogs.message(
-        m_parts.over, QStringLiteral("None of the outputs has an e-mail address on its pages: "
-                                     "there is nothing to send."));
+    m_parts.dialogs.message(m_parts.over, nothingToSend());
     return;
+  }
+  if (!setup.emailConfirm) { // else the list says it
+    note(withoutAddressSentence(all.withoutAddress.size(), run.outputs.size()));
   }
   EmailDelivery delivery(setup, m_means);
   delivery.addRun(run);
@@ -155,41 +198,50 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
   }
   const AtWork atWork(*this);
   if (!m_batch) {
-    m_batch = std::make_unique<EmailDelivery>(setup, m_means);
+    m_batch = std::make_unique<Batch>(setup, m_means);
   }
-  m_batch->addRun(run);
-  const JoinedRuns all = joined({run});
-  if (setup.emailConfirm || all.list.isEmpty()) {
-    m_waiting.push_back(run);
+  m_batch->delivery.addRun(run);
+  if (!setup.alwaysAppend) {
+    m_batch->forgetReplaced(run);
+  }
+  if (setup.emailConfirm) {
+    m_batch->keep(run);
     return;
   }
-  const DeliveryResult result = send(all.list, *m_batch);
+  const JoinedRuns all = joined({run});
+  note(withoutAddressSentence(all.withoutAddress.size(), run.outputs.size()));
+  if (all.list.isEmpty()) {
+    return;
+  }
+  m_batch->wasSent = true;
+  const DeliveryResult result = send(all.list, m_batch->delivery);
   if (!result.problem.isEmpty()) {
     note(QStringLiteral("No e-mail was sent: ") + result.problem);
-    m_waiting.push_back(run);
+    m_batch->keep(run);
     return;
   }
   note(result.summary.message());
   for (const QString& line : outcomeLines(all.list, result.summary)) {
     note(line);
   }
-  m_waiting.push_back(whatFailed(run, all.list, result.summary));
+  m_batch->keep(whatFailed(run, all.list, result.summary));
 }
 
 void EmailSession::afterBatch() {
-  const std::vector<FinishedRun> runs = std::exchange(m_waiting, {});
-  const std::unique_ptr<EmailDelivery> delivery = std::exchange(m_batch, nullptr);
-  if (!delivery || m_isAtWork) {
+  const std::unique_ptr<Batch> batch = std::exchange(m_batch, nullptr);
+  if (!batch || m_isAtWork) {
     return;
   }
   const AtWork atWork(*this);
-  JoinedRuns all = joined(runs);
+  JoinedRuns all = joined(batch->waiting);
   if (!all.list.isEmpty()) {
     CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
     dialog.showRun(std::move(all.list), std::move(all.withoutAddress));
-    review(dialog, *delivery);
+    review(dialog, batch->delivery);
+  } else if (!batch->wasSent) {
+    m_parts.dialogs.message(m_parts.over, nothingToSend());
   }
-  closeReports(*delivery);
+  closeReports(batch->delivery);
 }
 
 void EmailSession::loadEmailList(const SplitSetup& setup) {
@@ -213,7 +265,9 @@ void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
 
 DeliveryResult EmailSession::send(const EmailList& list, EmailDelivery& delivery) {
   CEmailStatusDlg status(m_parts.over);
-  status.alsoStop = m_parts.stopRequested;
+  if (m_parts.stopRequested && !m_parts.stopRequested()) {
+    status.alsoStop = m_parts.stopRequested;
+  }
   status.setMailCount(list.addressedCount());
   status.show();
   // Outputs that were only just made are in no log, whatever an older file of the name is.

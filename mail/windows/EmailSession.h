@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 class QWidget;
 
@@ -25,10 +24,14 @@ public:
     QWidget* over = nullptr; ///< the window that others appear over
     /// For what needs no answer; may be empty.
     std::function<void(const QString& text)> note = {};
-    /// The program's own stop; may be empty.
+    /// Whether the program's own stop was asked for; may be empty. One that came before the sending
+    /// ended something else.
     std::function<bool()> stopRequested = {};
   };
   explicit EmailSession(Parts parts);
+  ~EmailSession();
+  EmailSession(const EmailSession&) = delete;
+  EmailSession& operator=(const EmailSession&) = delete;
 
   /// Not known before the libraries are loaded.
   void setMeans(DeliveryMeans means) { m_means = std::move(means); }
@@ -51,6 +54,7 @@ public:
 
 private:
   class AtWork;
+  struct Batch;
   enum class Outcome { Done, RowsLeft };
 
   void review(CEmailListDlg& dialog, EmailDelivery& delivery);
@@ -63,8 +67,7 @@ private:
 
   Parts m_parts;
   DeliveryMeans m_means;
-  std::unique_ptr<EmailDelivery> m_batch; ///< of the batch run that is on
-  std::vector<FinishedRun> m_waiting;     ///< for its end
+  std::unique_ptr<Batch> m_batch; ///< the batch run that is on
   bool m_isAtWork = false;
 };
 
