@@ -5,6 +5,7 @@
 #include "app/TerminalOperator.h"
 #include "app/dialogs/CPageNumberDlg.h"
 #include "app/dialogs/CStatusDlg.h"
+#include "mail/delivery/UnattendedDelivery.h"
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
@@ -52,6 +53,14 @@ public:
   void showRow(int /*row*/) override {}
 };
 
+/// In automation mode nobody is asked about mails, and what there is to say of them is noted.
+void mailUnattended(Session& session, const SplitSetup& setup, Operator& person) {
+  const JobDriver& driver = session.driver();
+  static_cast<void>(sendUnattended(setup, finishedRun(setup.fileName, driver.emails()),
+                                   {&session.splitLibrary(), {}}, person,
+                                   [&driver] { return driver.state().userStop; }));
+}
+
 } // namespace
 
 bool MainWindow::readyFor(SetupPurpose purpose) {
@@ -79,28 +88,42 @@ void MainWindow::process() {
   if (m_isRunning || !m_session.isReady() || !readyFor(SetupPurpose::Splitting)) {
     return;
   }
+  const RunState& state = m_session.driver().state();
+  const auto mail = [this, &state] {
+    if (!state.userStop && state.outputCount > 0) {
+      mailOutputs();
+    }
+  };
+  // Mails that nobody watches are a part of the run, and its Stop is theirs.
+  const bool isUnattended = m_session.store().automation();
   {
     const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
     m_session.driver().StartProcessing();
     m_session.explainNoMatch();
+    if (isUnattended) {
+      mail();
+    }
   }
-  const RunState& state = m_session.driver().state();
   m_runLine->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
-  if (!state.userStop && state.outputCount > 0) {
-    mailOutputs();
+  if (!isUnattended) {
+    mail();
   }
 }
 
 void MainWindow::mailOutputs() {
   const SplitSetup setup = currentSetup();
-  if (setup.emailEnable && m_parts.mailOutputs) {
+  if (setup.emailEnable && m_session.store().automation()) {
+    mailUnattended(m_session, setup, *this);
+  } else if (setup.emailEnable && m_parts.mailOutputs) {
     m_parts.mailOutputs(m_session.driver(), setup);
   }
 }
 
 void MainWindow::mailBatchSource() {
   const SplitSetup& setup = m_session.store().working();
-  if (setup.emailEnable && m_parts.mailBatchSource) {
+  if (setup.emailEnable && m_session.store().automation()) {
+    mailUnattended(m_session, setup, *this);
+  } else if (setup.emailEnable && m_parts.mailBatchSource) {
     m_parts.mailBatchSource(m_session.driver(), setup);
   }
 }

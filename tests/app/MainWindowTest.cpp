@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 
 namespace folivex::testing {
 namespace {
@@ -401,6 +402,39 @@ TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {
   EXPECT_EQ(m_dialogs.messages.size(), 1);
   EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf"}));
   EXPECT_EQ(runs, QList<bool>({true, false, true, false}));
+}
+
+/// In automation mode nobody is there to answer: what is to be confirmed is saved, and noted.
+TEST_F(MainWindowTest, InAutomationModeMailsAreNobodysBusiness) {
+  test::TextPdf pdf;
+  pdf.page({"Account: 1001 anna@example.org"});
+  pdf.page({"Account: 1002"});
+  pdf.write(at("in.pdf"));
+  TwoRows rows({at("in.pdf"), at("missing.pdf")});
+  int windows = 0;
+  WindowParts parts;
+  parts.batchRows = [&] { return &rows; };
+  parts.mailOutputs = parts.mailBatchSource = [&](JobDriver&, const SplitSetup&) { ++windows; };
+  parts.mailBatchEnd = [] {};
+  open(parts);
+  m_window->session().store().setUnattended(true);
+  m_window->session().driver().setAutomation(true);
+  SplitSetup& setup = m_window->session().store().edited();
+  setup.emailEnable = setup.emailConfirm = true;
+  setup.emailSmtp = "127.0.0.1:1";
+  setup.emailFrom = "office@example.org";
+  setup.reportOptionsTxt = false;
+  m_window->refresh();
+  for (const char* command : {"process", "processList"}) {
+    QDir(at("out")).removeRecursively();
+    trigger(command);
+    EXPECT_EQ(outputs().filter(QRegularExpression("^in\\.pdf_emails_[0-9_]+\\.lst$")).size(), 1)
+        << outputs().join(u' ').toStdString();
+    EXPECT_TRUE(notes().contains("1 of 2 outputs have no e-mail address")) << notes().toStdString();
+    EXPECT_TRUE(notes().contains("1 e-mail not sent: sending is to be confirmed"));
+  }
+  EXPECT_EQ(windows, 0);
+  EXPECT_EQ(m_dialogs.messages.filter("mail"), QStringList());
 }
 
 TEST_F(MainWindowTest, FitsASmallScreen) {
