@@ -82,7 +82,7 @@ QWidget* CEmailSettingsDlg::buildSending() {
       QStringLiteral("&Test mode! all emails will be sent to from address instead"), group);
   QLineEdit* pause = numberField(group);
   auto* log = new QLineEdit(group);
-  log->setPlaceholderText(offeredLogFile());
+  log->setPlaceholderText(QStringLiteral("no log"));
   m_binding.bind(&SplitSetup::emailEnable, enable);
   m_binding.bind(&SplitSetup::emailConfirm, confirm);
   m_binding.bind(&SplitSetup::emailTest, test);

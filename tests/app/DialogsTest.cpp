@@ -156,6 +156,21 @@ TEST_F(DialogsTest, SettingsThatSendNothingMayStayUnfinished) {
   EXPECT_TRUE(enabled->isVisible());
 }
 
+/// No log is kept then: a name there would read as the log in use.
+TEST_F(DialogsTest, AnEmptyLogFieldNamesNoFile) {
+  CEmailSettingsDlg dialog(m_dialogs);
+  SplitSetup setup = defaultSetup();
+  setup.emailLogFile.clear();
+  dialog.setSetup(setup);
+  dialog.show();
+  EXPECT_EQ(control<QLineEdit>(&dialog, "EMAILLOGFILE")->placeholderText(), "no log");
+  m_dialogs.files = {{"mails.txt"}};
+  click(&dialog, "browseLogFile");
+  EXPECT_EQ(m_dialogs.requests.back().startPath, "emails_log.txt");
+  dialog.take(setup);
+  EXPECT_EQ(setup.emailLogFile, "mails.txt");
+}
+
 TEST_F(DialogsTest, RoomIsMadeForWhatIsTold) {
   const auto dialog = shown<CEmailSettingsDlg>();
   QApplication::processEvents();
