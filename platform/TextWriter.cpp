@@ -20,13 +20,13 @@ QString linkTarget(const QString& path) {
 }
 
 bool mayBeReplaced(const QString& path, FileAccess access, FileFailure& failure) {
-  if (access == FileAccess::Private && !isTrustedPrivateFile(path)) {
-    failure = {FileError::Refused, QStringLiteral("it is a link or belongs to another user")};
-    return false;
-  }
   const QFileInfo info(path);
   if (info.exists() && !info.isFile()) {
     failure = {FileError::Refused, QStringLiteral("it is no ordinary file")};
+    return false;
+  }
+  if (access == FileAccess::Private && !isTrustedPrivateFile(path)) {
+    failure = {FileError::Refused, QStringLiteral("it is a link or belongs to another user")};
     return false;
   }
   if (info.exists() && !info.isWritable()) {

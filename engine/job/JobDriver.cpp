@@ -230,10 +230,19 @@ int JobDriver::openSource(SourceFile& file, const SplitSetup& setup, const QStri
   }
   m_person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
   if (recognises) {
-    OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
-    file.openWords(scannedFile(source), setup);
+    recognise(file, setup, source);
   }
   return file.problem().isEmpty() ? pageCount : 0;
+}
+
+void JobDriver::recognise(SourceFile& file, const SplitSetup& setup, const QString& source) {
+  OcrFirst(source, platform::temporaryFolder(), m_state, m_person);
+  file.openWords(scannedFile(source), setup);
+  if (!file.problem().isEmpty() && !m_state.ocrFile.isEmpty()) {
+    m_person.note(QStringLiteral("%1: this copy of \"%2\" with its recognised words is made anew "
+                                 "when it is not there; remove it and run again")
+                      .arg(m_state.ocrFile, source));
+  }
 }
 
 void JobDriver::processFile(const SplitSetup& setup, const QString& source, Reports& reports) {
@@ -442,9 +451,12 @@ void JobDriver::tellShowEnd() {
 }
 
 int JobDriver::openForReading(SourceFile& file, const QString& source) {
-  const int pageCount = file.countPages(source, m_store.working());
-  if (pageCount > 0) {
-    file.openWords(source, m_store.working());
+  const SplitSetup& setup = m_store.working();
+  const int pageCount = file.countPages(source, setup);
+  if (pageCount > 0 && setup.ocrFirst) {
+    recognise(file, setup, source);
+  } else if (pageCount > 0) {
+    file.openWords(source, setup);
   }
   if (!file.problem().isEmpty()) {
     fail(RunError::Unreadable, file.problem());

@@ -92,6 +92,7 @@ private:
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
+  void recognise(SourceFile& file, const SplitSetup& setup, const QString& source);
   void settleCounts(const OutputWriter& writer);
   void tellFileList(OutputFileList& list);
   void tellEnd(const Reports& reports);

@@ -47,8 +47,11 @@ QString clearOutputFolder(const QString& folder, const QStringList& keep) {
   kept.remove(QString()); // of a link that leads nowhere
   // The names are taken first: deleting while a folder is listed may skip entries.
   const QStringList names =
-      QDir(folder).entryList(QDir::Files | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+      QDir(folder).entryList(QDir::Files | QDir::System | QDir::Hidden, QDir::Unsorted);
   for (const QString& name : names) {
+    if (name.startsWith(QLatin1Char('.'))) {
+      continue;
+    }
     const QFileInfo file(QDir(folder), name);
     if (kept.contains(file.canonicalFilePath())) {
       continue;

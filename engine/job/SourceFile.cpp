@@ -86,7 +86,7 @@ void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
                     .arg(fileToScan, m_libraries.text.lastErrorText());
   } else if (const int pages = m_libraries.text.GetPageCount2(); pages != m_pageCount) {
-    m_problem = QStringLiteral("%1: has %2 page(s), its source %3; remove it and run again")
+    m_problem = QStringLiteral("%1: has %2 page(s), its source %3")
                     .arg(fileToScan)
                     .arg(pages)
                     .arg(m_pageCount);

@@ -23,8 +23,10 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   if (m_state.userStop || m_state.abortRun) {
     return;
   }
-  const int firstPage = std::max(range.firstPage + m_setup.offsetFirst, 0) + 1;
   const int lastPage = range.lastPage + 1;
+  // A setup file may hold any number.
+  const auto first = std::clamp<qint64>(qint64{range.firstPage} + m_setup.offsetFirst, 0, lastPage);
+  const int firstPage = static_cast<int>(first) + 1;
   if (firstPage > lastPage) {
     m_person.note(QStringLiteral("pages %1-%2 (%3): nothing is left when %4 page(s) are removed "
                                  "from the front")

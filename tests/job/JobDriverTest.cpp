@@ -230,6 +230,11 @@ TEST_F(Job, OcrCopyOfAnEarlierRunIsReadButNotSplit) {
   EXPECT_EQ(run(), RunError::None) << m_person.messages.join('\n').toStdString();
   EXPECT_EQ(outputs(), (QStringList{"1001.pdf: scan | scan", "1002.pdf: scan"}));
   EXPECT_EQ(m_person.notes.filter("the OCR'd copy of an earlier run is used").size(), 1);
+
+  // Who looks for positions sees the words that a run would see.
+  driver().ListPagePositions(1);
+  EXPECT_TRUE(contentOf(at("tmp/page_positions.txt")).contains("\n1001 "))
+      << contentOf(at("tmp/page_positions.txt")).toStdString();
 }
 
 TEST_F(Job, OcrCopyThatCannotBeTheSourcesIsRefused) {
@@ -239,6 +244,11 @@ TEST_F(Job, OcrCopyThatCannotBeTheSourcesIsRefused) {
   EXPECT_TRUE(filesBelow(at("out")).isEmpty());
   EXPECT_TRUE(m_person.messages.back().contains("has 1 page(s), its source 3"))
       << m_person.messages.back().toStdString();
+  EXPECT_EQ(m_person.notes.filter("remove it and run again").size(), 1);
+
+  writeFile(at("tmp/a.pdf_fxs_ocr.pdf"), "");
+  EXPECT_EQ(run(), RunError::Unreadable);
+  EXPECT_EQ(m_person.notes.filter("remove it and run again").size(), 2);
 
   // A link to somebody's file would choose the names of the outputs.
   QFile::remove(at("tmp/a.pdf_fxs_ocr.pdf"));

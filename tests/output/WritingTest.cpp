@@ -3,6 +3,8 @@
 #include "tests/support/RunBench.h"
 #include "tests/support/SmallDisk.h"
 
+#include <limits>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -296,6 +298,11 @@ TEST_F(Writing, PagesAreTakenOffTheFrontOnce) {
             (QStringList{"2 ,2 ,1001 ,out/1-2.pdf", "5 ,5 ,1001 ,out/4-5.pdf", ",2, PDF file(s)"}));
   EXPECT_EQ(m_person.notes.back(), "5 page(s): 2 in 2 file(s), 3 in no range (1, 3-4).");
   EXPECT_EQ(m_person.notes.filter("pages 3-3 (1002): nothing is left").size(), 1);
+
+  setup().offsetFirst = std::numeric_limits<int>::max();
+  QDir(at("out")).removeRecursively();
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(outputs(), QStringList());
 }
 
 TEST_F(Writing, EveryOutputIsRecordedForMail) {
