@@ -304,7 +304,7 @@ std::optional<int> Session::planOne(const QString& path) {
 
 void Session::explainNoMatch() {
   const RunState& state = m_driver->state();
-  if (state.rangeCount > 0 || state.userStop || state.error != RunError::None) {
+  if (state.rangeCount > 0 || state.emptiedRanges > 0 || state.userStop || state.error != RunError::None) {
     return;
   }
   for (const QString& line : m_driver->NearestWords()) {

@@ -70,11 +70,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const QString text = QString::fromUtf8(page) + units;
 
   EverywhereWord words(text);
-  OutputNamer namer(setup, words, [] { return QDateTime(QDate(2026, 3, 9), QTime(8, 5, 7)); });
+  NameList list;
+  OutputNamer namer(setup, words, list,
+                    [] { return QDateTime(QDate(2026, 3, 9), QTime(8, 5, 7)); });
   namer.startSource(text, QStringLiteral("/out"), 9);
   SplitRange range;
   range.rangeText = range.restOfLine = text;
-  const NamedOutput named = namer.name(range, NamePurpose::Save);
+  const NamedOutput named = namer.name(range);
 
   require(named.path.startsWith(u"/out/") && named.path.endsWith(u".pdf"));
   const QStringList names = named.path.sliced(5).split(u'/');

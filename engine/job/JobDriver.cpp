@@ -130,6 +130,7 @@ RunError JobDriver::fail(RunError error, const QString& text) {
 void JobDriver::beginBatch(const QStringList& sources) {
   m_inBatch = true;
   m_batchSources = sources;
+  m_names.reset();
   m_clearedFolders.clear();
 }
 
@@ -269,6 +270,7 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
                          {source, scannedFile(source), pageCount},
                          {places,
                           setup.createList ? static_cast<OutputList&>(list) : writer,
+                          nameList(setup),
                           reports,
                           m_emails,
                           addressReader.get(),
@@ -297,6 +299,14 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   for (const QString& line : pipeline.findings().lines()) {
     m_person.note(QStringLiteral("%1: %2").arg(source, line));
   }
+}
+
+/// A batch goes through one list; every other run begins it.
+NameList& JobDriver::nameList(const SplitSetup& setup) {
+  if (!m_inBatch || !m_names || m_names->path() != setup.reportUseFileList) {
+    m_names.emplace(setup.reportUseFileList);
+  }
+  return *m_names;
 }
 
 void JobDriver::settleCounts(const OutputWriter& writer) {
@@ -355,7 +365,7 @@ SplitPlan JobDriver::Plan() {
   const std::unique_ptr<AddressReader> addressReader = addressReaderFor(setup);
   RangePipeline pipeline(
       setup, m_state, m_libraries.text, m_person, {source, scanned, pageCount},
-      {builder, builder, noReports, m_emails, addressReader.get(),
+      {builder, builder, nameList(setup), noReports, m_emails, addressReader.get(),
        [&builder](const ReportLine& line, const QString& namedPath, const QString& address) {
          builder.saved({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
                         PlannedOutput::Fate::New, address},
@@ -375,7 +385,7 @@ void JobDriver::tellEnd(const Reports& reports) {
     if (const QString unmailed = unmailedSentence(m_emails); !unmailed.isEmpty()) {
       m_person.note(unmailed);
     }
-  } else if (m_state.outputCount == 0 && !m_outputsFailed) {
+  } else if (m_state.outputCount == 0 && !m_outputsFailed && m_state.emptiedRanges == 0) {
     tell(QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
   } else {
     const QString done = QStringLiteral("Done! - %1 PDF file(s) output").arg(m_state.outputCount);

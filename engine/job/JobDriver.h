@@ -5,12 +5,14 @@
 #include "engine/job/Operator.h"
 #include "engine/job/RunState.h"
 #include "engine/job/SplitPlan.h"
+#include "engine/naming/NameList.h"
 #include "engine/output/EmailRecords.h"
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SetupStore.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace folivex {
 
@@ -65,7 +67,7 @@ public:
 
   /// Several sources are processed as one piece of work, until endBatch():
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
-  /// none of the sources with it.
+  /// none of the sources with it, and the list of names goes on from source to source.
   void beginBatch(const QStringList& sources);
   void endBatch();
 
@@ -92,6 +94,7 @@ private:
   void saveDefaultSetup();
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
+  NameList& nameList(const SplitSetup& setup);
   void recognise(SourceFile& file, const SplitSetup& setup, const QString& source);
   void settleCounts(const OutputWriter& writer);
   void tellFileList(OutputFileList& list);
@@ -113,6 +116,7 @@ private:
   bool m_folderWritable;
   int m_writtenFiles = 0;
   bool m_outputsFailed = false;
+  std::optional<NameList> m_names; ///< of the run, or of all runs of a batch
 };
 
 /// Empty, or why these settings cannot be run together.

@@ -1,6 +1,5 @@
 #include "engine/job/RangePipeline.h"
 
-#include "engine/plan/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <QDateTime>
@@ -8,12 +7,6 @@
 namespace folivex {
 
 namespace {
-
-bool mergesRanges(const SplitSetup& setup) {
-  const SplitMethod method = splitMethodOf(setup.pageExtract);
-  return method == SplitMethod::MatchToNextUniqueMatch ||
-         method == SplitMethod::MatchToNextUniqueMatchAtPosition;
-}
 
 /// For what a look-up among the words of a page has to say. Both must outlive it.
 std::function<void(const QString&)> tellerFor(RunState& state, Operator& person) {
@@ -31,12 +24,10 @@ std::function<void(const QString&)> tellerFor(RunState& state, Operator& person)
 RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
                              Operator& person, const Source& source, const Ends& ends)
     : m_pageCount(source.pageCount), m_addresses(ends.addressReader, tellerFor(state, person)),
-      m_uniqueOutputs(ends.list),
-      m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places,
-                    mergesRanges(setup) ? static_cast<OutputList&>(m_uniqueOutputs) : ends.list),
+      m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
       m_lookup(text, {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
                tellerFor(state, person)),
-      m_namer(setup, m_lookup, [] { return QDateTime::currentDateTime(); }),
+      m_namer(setup, m_lookup, ends.names, [] { return QDateTime::currentDateTime(); }),
       m_saver(setup, state,
               {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},
               person),
@@ -47,8 +38,13 @@ RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextD
 
 void RangePipeline::run() {
   m_run.run(m_pageCount);
+  m_saver.finish();
   m_reservation.flush();
-  m_uniqueOutputs.release();
+}
+
+int RangePipeline::firstUnfinishedPage() const {
+  const int held = m_saver.firstHeldPage();
+  return held > 0 ? held : m_run.firstUnfinishedPage();
 }
 
 } // namespace folivex

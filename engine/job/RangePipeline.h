@@ -5,7 +5,6 @@
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
 #include "engine/output/OutputRangeSaver.h"
-#include "engine/output/UniqueOutputs.h"
 #include "engine/words/ViewWordLookup.h"
 
 namespace folivex {
@@ -22,6 +21,7 @@ public:
   struct Ends {
     OutputPlaces& places;
     OutputList& list;
+    NameList& names; ///< goes on where it stands
     Reports& reports;
     EmailRecords& emails;
     AddressReader* addressReader; ///< null when no mail is to be sent
@@ -36,14 +36,13 @@ public:
   void run();
 
   /// After a run that was stopped: the first page (from 1) that no finished range can hold; else 0.
-  int firstUnfinishedPage() const { return m_run.firstUnfinishedPage(); }
+  int firstUnfinishedPage() const;
 
   const Findings& findings() const { return m_run.findings(); }
 
 private:
   int m_pageCount;
   PageAddresses m_addresses;
-  UniqueOutputs m_uniqueOutputs;
   OutputReservation m_reservation;
   ViewWordLookup m_lookup;
   OutputNamer m_namer;

@@ -27,7 +27,8 @@ struct RunState {
   int pendingStart = -1; ///< first page of the range that is open, -1 when none
   int pendingEnd = -1;   ///< last page of that range, -1 when none
   int outputCount = 0;   ///< output files handed to the writer; at the end, those written
-  int rangeCount = 0;    ///< ranges saved, those that were taken back included
+  int rangeCount = 0;    ///< ranges saved
+  int emptiedRanges = 0; ///< ranges of which no page was left
   bool userStop = false;
   bool abortRun = false;
   bool finished = false; ///< nothing more is to be done

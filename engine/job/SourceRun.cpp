@@ -1,5 +1,6 @@
 #include "engine/job/SourceRun.h"
 
+#include "engine/match/MatchObserver.h"
 #include "engine/plan/BookmarkRanges.h"
 #include "engine/setup/SplitSetup.h"
 #include "engine/words/CPDFTextDumpInit.h"
@@ -31,6 +32,27 @@ private:
   int m_page;
 };
 
+/// The status line of a page that is about to be matched.
+class WordCountTeller : public MatchObserver {
+public:
+  WordCountTeller(Operator& person, const RunState& state, int pageCount)
+      : m_person(person), m_state(state), m_pageCount(pageCount) {}
+
+  void onWordCount(int pageIndex, int wordCount) override {
+    m_person.progress(
+        {QStringLiteral("Processing page: %1, Num Words: %2").arg(pageIndex).arg(wordCount),
+         pageIndex + 1, m_pageCount, m_state.outputCount});
+  }
+  bool onMatch(int, const QString&, int, int) override { return true; }
+  void onListedWord(QStringView, int, int) override {}
+  void onEmptyPage(int) override {}
+
+private:
+  Operator& m_person;
+  const RunState& m_state;
+  int m_pageCount;
+};
+
 } // namespace
 
 SourceRun::SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
@@ -55,6 +77,15 @@ void SourceRun::run(int pageCount) {
 }
 
 void SourceRun::scanPages(PageWindow window) {
+  WordCountTeller teller(m_person, m_state, window.end);
+  if (m_observer == nullptr) {
+    m_matcher.setObserver(&teller);
+  }
+  walk(window);
+  m_matcher.setObserver(m_observer);
+}
+
+void SourceRun::walk(PageWindow window) {
   for (int page = window.first; page < window.end; ++page) {
     m_person.progress({QStringLiteral("Processing page: %1").arg(page), page + 1, window.end,
                        m_state.outputCount});

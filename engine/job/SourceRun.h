@@ -21,7 +21,10 @@ public:
             Operator& person);
 
   /// Told what the matching engine sees; may be null, must outlive the run.
-  void setObserver(MatchObserver* observer) { m_matcher.setObserver(observer); }
+  void setObserver(MatchObserver* observer) {
+    m_observer = observer;
+    m_matcher.setObserver(observer);
+  }
 
   /// Given the words of every page that is read; may be null, must outlive the run.
   void setAddresses(PageAddresses* addresses) { m_addresses = addresses; }
@@ -41,6 +44,7 @@ public:
 
 private:
   void scanPages(PageWindow window);
+  void walk(PageWindow window);
   void scanPage(int pageIndex);
   void takeBookmarks(int pageCount);
   void readAddresses(int pageCount);
@@ -52,6 +56,7 @@ private:
   Operator& m_person;
   RangePlanner m_planner;
   PageMatcher m_matcher;
+  MatchObserver* m_observer = nullptr;
   PageAddresses* m_addresses = nullptr;
   Findings m_findings;
   int m_firstUnfinished = 0;

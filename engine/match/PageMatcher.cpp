@@ -41,11 +41,6 @@ PageMatcher::PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& p
       m_untilRing(setup.extractUntil, m_sensitivity),
       m_afterRing(setup.extractFileName, Qt::CaseSensitive) {}
 
-void PageMatcher::setPickedPosition(int h, int v) {
-  m_pickedH = h;
-  m_pickedV = v;
-}
-
 void PageMatcher::beginPage() {
   LineCollector::beginPage(m_planner.texts().line,
                            m_nameMethod == FileNameMethod::AfterTextRestOfLineAndNextPage);
@@ -85,9 +80,6 @@ void PageMatcher::takeWordNumber(int wordIndex, QStringView text) {
 
 void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
   RangeTexts& texts = m_planner.texts();
-  if (m_pickedH > 0 && m_pickedV > 0 && word.h == m_pickedH && word.v == m_pickedV) {
-    texts.pickedWord = word.text.toString();
-  }
   if (m_listing) {
     if (m_observer != nullptr) {
       m_observer->onListedWord(word.text, word.h, word.v);

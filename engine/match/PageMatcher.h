@@ -32,8 +32,6 @@ public:
   void setObserver(MatchObserver* observer) { m_observer = observer; }
   /// Listing mode: every word is told with its position, nothing is matched.
   void setListing(bool on) { m_listing = on; }
-  /// The position whose word is kept in RangeTexts::pickedWord; both values above 0, else none.
-  void setPickedPosition(int h, int v);
 
   /// The job goes on to another page; called before each scanPage().
   void beginPage();
@@ -58,8 +56,6 @@ private:
   MatchObserver* m_observer = nullptr;
   bool m_listing = false;
   bool m_leavePage = false; ///< a show-only run is not to go on
-  int m_pickedH = 0;
-  int m_pickedV = 0;
 
   // What the setup asks for.
   FileNameMethod m_nameMethod;

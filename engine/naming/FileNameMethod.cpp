@@ -1,5 +1,8 @@
 #include "engine/naming/FileNameMethod.h"
 
+#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitSetup.h"
+
 namespace folivex {
 
 const std::array<QString, 10>& fileNameMethodTexts() {
@@ -34,6 +37,12 @@ FileNameMethod fileNameMethodOf(const QString& text) {
     }
   }
   return FileNameMethod::MatchedWord;
+}
+
+FileNameMethod fileNameMethodOf(const SplitSetup& setup) {
+  const FileNameMethod method = fileNameMethodOf(setup.extract);
+  const bool fromBookmarks = bookmarkMethodOf(setup.pageExtract) != BookmarkMethod::None;
+  return fromBookmarks && namesAfterText(method) ? FileNameMethod::Bookmark : method;
 }
 
 bool namesAfterText(FileNameMethod method) {

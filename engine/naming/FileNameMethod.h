@@ -7,6 +7,8 @@
 
 namespace folivex {
 
+struct SplitSetup;
+
 /// Index into the table of file-name methods; a setup holds the method's text (`EXTRACT`).
 enum class FileNameMethod {
   MatchedWord = 0,
@@ -30,6 +32,10 @@ const QString& bookmarkFileNameMethodText();
 
 /// The method of a setup's text, compared exactly; a text that is in no table gives MatchedWord.
 FileNameMethod fileNameMethodOf(const QString& text);
+
+/// The method that a run with this setup uses: a bookmark has no text behind it, so that its title
+/// stands in for the methods that ask for one.
+FileNameMethod fileNameMethodOf(const SplitSetup& setup);
 
 /// One of the three "USE 'use as filename name after text'" methods.
 bool namesAfterText(FileNameMethod method);

@@ -21,6 +21,7 @@ public:
 
   NameList() = default;
   explicit NameList(const QString& path);
+  const QString& path() const { return m_path; }
 
   /// The next line, which stays the next until it is taken. The file is opened at the first call.
   const QString& next();

@@ -25,12 +25,12 @@ QString titleOf(const QString& sourcePath) {
 
 } // namespace
 
-OutputNamer::OutputNamer(const SplitSetup& setup, PageWordLookup& words, NameClock clock,
-                         FileSystemRules rules)
-    : m_method(fileNameMethodOf(setup.extract)), m_cleaner(setup), m_trimCount(setup.stripEnd),
+OutputNamer::OutputNamer(const SplitSetup& setup, PageWordLookup& words, NameList& list,
+                         NameClock clock, FileSystemRules rules)
+    : m_method(fileNameMethodOf(setup)), m_cleaner(setup), m_trimCount(setup.stripEnd),
       m_pageOffset(setup.offsetFirst), m_titleAsPrefix(setup.useSourceFileName),
       m_titleAsPostfix(setup.useSourceFileNamePost), m_words(words), m_clock(std::move(clock)),
-      m_rules(rules), m_list(setup.reportUseFileList), m_prefix(setup.prefixFileName),
+      m_rules(rules), m_list(list), m_prefix(setup.prefixFileName),
       m_postfix(setup.postfixFileName) {}
 
 void OutputNamer::startSource(const QString& sourcePath, const QString& outputFolder,
@@ -48,7 +48,7 @@ void OutputNamer::startSource(const QString& sourcePath, const QString& outputFo
   m_sequence = 0;
 }
 
-NamedOutput OutputNamer::name(const SplitRange& range, NamePurpose purpose) {
+NamedOutput OutputNamer::name(const SplitRange& range) {
   NamedOutput named;
   named.namedAfterText = namesAfterText(m_method);
   named.cleanedRestOfLine = m_cleaner.restOfLine(range.restOfLine);
@@ -67,7 +67,7 @@ NamedOutput OutputNamer::name(const SplitRange& range, NamePurpose purpose) {
   if (m_trimCount > 0) {
     cutText(named.cleanedText, std::max<qsizetype>(matchText.size() - m_trimCount, 0));
   }
-  named.path = path.text(body(range, purpose, named));
+  named.path = path.text(body(range, named));
   return named;
 }
 
@@ -86,8 +86,7 @@ NameTokenValues OutputNamer::tokenValues(const SplitRange& range, const QString&
   return values;
 }
 
-OutputPath::Body OutputNamer::body(const SplitRange& range, NamePurpose purpose,
-                                   NamedOutput& named) {
+OutputPath::Body OutputNamer::body(const SplitRange& range, NamedOutput& named) {
   using Cut = OutputPath::Cut;
   const qint64 firstPage = qint64{range.firstPage} + 1;
   const qint64 lastPage = qint64{range.lastPage} + 1;
@@ -102,34 +101,21 @@ OutputPath::Body OutputNamer::body(const SplitRange& range, NamePurpose purpose,
     return {QString::number(firstPage), Cut::BodyLast};
   case FileNameMethod::PageStartEnd:
     return {QString::number(firstPage) + u'-' + QString::number(lastPage), Cut::BodyLast};
-  case FileNameMethod::SequentialNumber: {
-    const int number = range.repeatsPrevious ? m_sequence : m_sequence + 1;
-    if (purpose == NamePurpose::Save) {
-      m_sequence = number;
-    }
-    return {sixDigits(number), Cut::BodyLast};
-  }
+  case FileNameMethod::SequentialNumber:
+    return {sixDigits(++m_sequence), Cut::BodyLast};
   case FileNameMethod::AfterTextRestOfLine:
   case FileNameMethod::AfterTextRestOfLineAndNextPage:
     return {named.cleanedRestOfLine, Cut::BodyFirst};
   case FileNameMethod::FileList:
-    return {listLine(range, purpose, named), Cut::BodyFirst};
+    return {listLine(named), Cut::BodyFirst};
   }
   return {};
 }
 
-QString OutputNamer::listLine(const SplitRange& range, NamePurpose purpose, NamedOutput& named) {
-  if (range.repeatsPrevious && m_previousListState != NameList::State::NotAsked) {
-    named.nameList = m_previousListState;
-    return m_previousLine;
-  }
+QString OutputNamer::listLine(NamedOutput& named) {
   QString line = m_cleaner.word(m_list.next());
   named.nameList = m_list.state();
-  if (purpose == NamePurpose::Save) {
-    m_previousLine = line;
-    m_previousListState = m_list.state();
-    m_list.take();
-  }
+  m_list.take();
   return line;
 }
 

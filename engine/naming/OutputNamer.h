@@ -16,12 +16,6 @@
 
 namespace folivex {
 
-enum class NamePurpose {
-  Preview, ///< the name that a save would give; no sequence number, no line of the name list used
-           ///< up
-  Save     ///< one number and one line for each output
-};
-
 /// One name and what became of its texts on the way.
 struct NamedOutput {
   QString path; ///< full path with ".pdf", separators the system's own
@@ -34,31 +28,32 @@ struct NamedOutput {
   NameList::State nameList = NameList::State::NotAsked;
 };
 
-/// Names the outputs of one run by its setup. Touches the disk only to read the name list.
+/// Names the outputs of one source by its setup. Touches the disk only to read the name list.
 ///
 /// Text that comes from a page, from a line of the name list or from the source's own name never
 /// chooses a folder outside the output folder and never acts as a token.
 class OutputNamer {
 public:
-  /// Keeps what it needs of the setup; `words` must outlive the namer.
-  OutputNamer(const SplitSetup& setup, PageWordLookup& words, NameClock clock,
+  /// Keeps what it needs of the setup. `words` must outlive the namer, and so must `list`, which
+  /// goes on where it stands.
+  OutputNamer(const SplitSetup& setup, PageWordLookup& words, NameList& list, NameClock clock,
               FileSystemRules rules = FileSystemRules::ofThisSystem());
 
   /// Begins a source: its path (or bare name), the folder of its outputs and its page count. The
-  /// sequence counter starts again; the position in the name list stays.
+  /// sequence counter starts again.
   void startSource(const QString& sourcePath, const QString& outputFolder, int totalPages);
 
-  /// Name of a range as planned: the pages that the setup takes off its front are still in it. A
-  /// range that repeats the previous one gets the number and the line of that one again.
-  NamedOutput name(const SplitRange& range, NamePurpose purpose);
+  /// Name of a range as planned: the pages that the setup takes off its front are still in it. Uses
+  /// up one number or one line of the list.
+  NamedOutput name(const SplitRange& range);
 
   /// The rest of a line as it comes into a name.
   QString cleanRestOfLine(const QString& text) const { return m_cleaner.restOfLine(text); }
 
 private:
   NameTokenValues tokenValues(const SplitRange& range, const QString& matchText) const;
-  QString listLine(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
-  OutputPath::Body body(const SplitRange& range, NamePurpose purpose, NamedOutput& named);
+  QString listLine(NamedOutput& named);
+  OutputPath::Body body(const SplitRange& range, NamedOutput& named);
 
   FileNameMethod m_method;
   NameCleaner m_cleaner;
@@ -69,7 +64,7 @@ private:
   PageWordLookup& m_words;
   NameClock m_clock;
   FileSystemRules m_rules;
-  NameList m_list;
+  NameList& m_list;
 
   NameTemplate m_prefix;
   NameTemplate m_postfix;
@@ -77,8 +72,6 @@ private:
   QString m_title;
   int m_totalPages = 0;
   int m_sequence = 0;
-  QString m_previousLine;
-  NameList::State m_previousListState = NameList::State::NotAsked;
 };
 
 } // namespace folivex

@@ -45,10 +45,8 @@ OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, 
                                      FileSystemRules rules)
     : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
 
-QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage, Place place) {
-  QString target = placeFor(path, place);
-  m_previousPlain = path;
-  m_previousReserved = target;
+QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage) {
+  QString target = placeFor(path);
   if (!m_whenTaken.overwrite) {
     m_list.output({target, firstPage, lastPage});
     return target;
@@ -63,10 +61,7 @@ QString OutputReservation::reserve(const QString& path, int firstPage, int lastP
   return target;
 }
 
-QString OutputReservation::placeFor(const QString& path, Place place) {
-  if (place == Place::OfPrevious && path == m_previousPlain) {
-    return m_previousReserved;
-  }
+QString OutputReservation::placeFor(const QString& path) {
   if (m_whenTaken.overwrite || m_whenTaken.append) {
     return unprotectedPath(path);
   }

@@ -81,13 +81,6 @@ public:
     bool append = false;
   };
 
-  enum class Place {
-    New,
-    /// That of the output reserved last, when it had the same plain path: its pages are in this
-    /// one.
-    OfPrevious
-  };
-
   /// Entries that wait at most before they are handed on.
   static constexpr std::size_t pendingLimit = 50'000;
 
@@ -98,13 +91,13 @@ public:
   /// Reserves a path that ends in ".pdf" for pages firstPage..lastPage (from 1, inclusive) and
   /// hands it on, or keeps it until the next flush when outputs are overwritten. Returns the path
   /// under which the output will be written: "_partNNN" is in it where the plain path was taken.
-  QString reserve(const QString& path, int firstPage, int lastPage, Place place = Place::New);
+  QString reserve(const QString& path, int firstPage, int lastPage);
 
   /// Hands on what waits. To be called when a source is finished.
   void flush();
 
 private:
-  QString placeFor(const QString& path, Place place);
+  QString placeFor(const QString& path);
   bool isTaken(const QString& path);
   QString unusedPath(const QString& path);
   QString unprotectedPath(const QString& path);
@@ -116,8 +109,6 @@ private:
   FileSystemRules m_rules;
   QSet<QString> m_promised;        ///< comparable paths
   QHash<QString, int> m_lastParts; ///< last part number looked at, by comparable plain path
-  QString m_previousPlain;
-  QString m_previousReserved;
   std::vector<ReservedOutput> m_pending;
 };
 

@@ -11,70 +11,108 @@ OutputRangeSaver::OutputRangeSaver(const SplitSetup& setup, RunState& state, Sta
                                    Operator& person)
     : m_setup(setup), m_state(state), m_stages(std::move(stages)), m_person(person),
       m_splitMethod(splitMethodOf(setup.pageExtract)),
-      m_nameMethod(fileNameMethodOf(setup.extract)) {}
+      m_nameMethod(fileNameMethodOf(setup)) {}
 
 QString OutputRangeSaver::cleanRestOfLine(const QString& text) {
-  SplitRange range;
-  range.restOfLine = text;
-  return m_stages.namer.name(range, NamePurpose::Preview).cleanedRestOfLine;
+  return m_stages.namer.cleanRestOfLine(text);
 }
 
 void OutputRangeSaver::saveRange(SplitRange& range) {
   if (m_state.userStop || m_state.abortRun) {
     return;
   }
+  if (takesRestOfLine(m_nameMethod)) {
+    range.rangeText = cleanRestOfLine(range.restOfLine);
+  }
+  if (!range.repeatsPrevious) {
+    finish();
+  }
+  m_held.push_back(range);
+  if (!mergesRanges(m_splitMethod)) {
+    finish();
+  }
+  m_person.handlePendingEvents();
+}
+
+void OutputRangeSaver::finish() {
+  if (m_held.empty() || m_state.userStop || m_state.abortRun) {
+    return;
+  }
+  save(std::exchange(m_held, {}));
+}
+
+void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
+  const SplitRange& range = growth.back();
   const int lastPage = range.lastPage + 1;
   // A setup file may hold any number.
   const auto first = std::clamp<qint64>(qint64{range.firstPage} + m_setup.offsetFirst, 0, lastPage);
   const int firstPage = static_cast<int>(first) + 1;
-  if (firstPage > lastPage) {
-    m_person.note(QStringLiteral("pages %1-%2 (%3): nothing is left when %4 page(s) are removed "
-                                 "from the front")
-                      .arg(range.firstPage + 1)
-                      .arg(lastPage)
-                      .arg(range.rangeText)
-                      .arg(m_setup.offsetFirst));
+  if (isEmptied(range, firstPage)) {
     return;
   }
-  const NamedOutput named = m_stages.namer.name(range, NamePurpose::Save);
-  if (takesRestOfLine(m_nameMethod)) {
-    range.rangeText = named.cleanedRestOfLine;
-  }
+  const NamedOutput named = m_stages.namer.name(range);
+  tellNameList(named.nameList);
   if (!named.folderToMake.isEmpty() && !m_stages.onPlanned && !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
-  using Place = OutputReservation::Place;
-  const QString path = m_stages.reservation.reserve(
-      named.path, firstPage, lastPage, range.repeatsPrevious ? Place::OfPrevious : Place::New);
-
+  const QString path = m_stages.reservation.reserve(named.path, firstPage, lastPage);
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
   if (m_stages.onPlanned) {
     const QString address =
         m_setup.emailEnable ? m_stages.addresses.of(firstPage, lastPage).address : QString();
     m_stages.onPlanned(line, named.path, address);
   }
-  writeReportLine(line);
+  writeReportLines(growth, line);
   recordEmail(line);
   ++m_state.rangeCount;
-  m_person.handlePendingEvents();
 }
 
-bool OutputRangeSaver::repeatsPreviousLine(const QString& matchedText) const {
-  const bool mayRepeat =
-      m_splitMethod == SplitMethod::MatchToNextUniqueMatchAtPosition ||
-      (m_splitMethod == SplitMethod::MatchToNextUniqueMatch && takesRestOfLine(m_nameMethod));
-  return mayRepeat && m_hasPrevious && matchedText == m_previousText;
-}
-
-void OutputRangeSaver::writeReportLine(const ReportLine& line) {
-  if (repeatsPreviousLine(line.matchedText)) {
-    m_stages.reports.takeBackRange();
-    m_state.rangeCount = std::max(m_state.rangeCount - 1, 0);
+bool OutputRangeSaver::isEmptied(const SplitRange& range, int firstPage) {
+  const int lastPage = range.lastPage + 1;
+  if (firstPage <= lastPage) {
+    return false;
   }
-  m_stages.reports.writeRange(line);
+  ++m_state.emptiedRanges;
+  m_person.note(QStringLiteral("pages %1-%2 (%3): nothing is left when %4 page(s) are removed "
+                               "from the front")
+                    .arg(range.firstPage + 1)
+                    .arg(lastPage)
+                    .arg(range.rangeText)
+                    .arg(m_setup.offsetFirst));
+  return true;
+}
+
+/// Outputs that all have the same name are not what the list was made for.
+void OutputRangeSaver::tellNameList(NameList::State state) {
+  if (state == m_toldOfList) {
+    return;
+  }
+  m_toldOfList = state;
+  if (state == NameList::State::NotOpened) {
+    m_person.note(QStringLiteral("%1: this list of names cannot be opened; the outputs have the "
+                                 "name \"NOT FOUND!!!\"")
+                      .arg(m_setup.reportUseFileList));
+  } else if (state == NameList::State::Ended) {
+    m_person.note(QStringLiteral("%1: this list has fewer names than there are outputs; the "
+                                 "further ones have the name \"NOT FOUND!!!\"")
+                      .arg(m_setup.reportUseFileList));
+  }
+}
+
+/// A range that grew has a line for each time, all of the file that it became, but where the method
+/// takes the earlier lines back.
+void OutputRangeSaver::writeReportLines(const std::vector<SplitRange>& growth,
+                                        const ReportLine& whole) {
+  const bool takesBack = m_splitMethod == SplitMethod::MatchToNextUniqueMatchAtPosition ||
+                         takesRestOfLine(m_nameMethod);
+  for (const SplitRange& range : growth) {
+    const int lastPage = range.lastPage + 1;
+    const bool isWhole = &range == &growth.back();
+    if (isWhole || (!takesBack && lastPage >= whole.firstPage)) {
+      m_stages.reports.writeRange({whole.firstPage, lastPage, range.rangeText, whole.outputPath});
+    }
+  }
   m_stages.reports.flush();
-  m_hasPrevious = true;
-  m_previousText = line.matchedText;
 }
 
 void OutputRangeSaver::recordEmail(const ReportLine& line) {

@@ -10,10 +10,17 @@
 #include "engine/plan/SplitMethod.h"
 #include "engine/report/Reports.h"
 
+#include <vector>
+
 namespace folivex {
 
 /// The way of a closed range: `OFFSETFIRST` pages off its front, a name, a reserved path (which
 /// hands it to the writer), a line in both reports, and a record for the e-mail list.
+///
+/// In the methods that merge consecutive ranges of the same text each further match saves the range
+/// again, longer. It is held until the next range or the end shows that it is complete: its last
+/// page may be in its name, no address may be missed, and what is written, told and looked at would
+/// else grow with the square of the matches.
 class OutputRangeSaver : public RangeSaver {
 public:
   /// A range, its path before it was reserved, and the address that mail will go to.
@@ -26,8 +33,8 @@ public:
     Reports& reports; ///< not open in a run that writes nothing
     EmailRecords& emails;
     const PageAddresses& addresses;
-    /// Told of every saved range; may be empty. Where it is
-    /// set, the run writes nothing and no folder is made.
+    /// Told of every output; may be empty. Where it is set, the run writes nothing and no folder is
+    /// made.
     OnPlanned onPlanned;
   };
 
@@ -36,9 +43,16 @@ public:
   void saveRange(SplitRange& range) override;
   QString cleanRestOfLine(const QString& text) override;
 
+  /// Hands on what is held, unless the run was stopped. To be called when the last range has come.
+  void finish();
+  /// First page (from 1) of the range that is held; 0 when none is.
+  int firstHeldPage() const { return m_held.empty() ? 0 : m_held.back().firstPage + 1; }
+
 private:
-  bool repeatsPreviousLine(const QString& matchedText) const;
-  void writeReportLine(const ReportLine& line);
+  void save(const std::vector<SplitRange>& growth);
+  bool isEmptied(const SplitRange& range, int firstPage);
+  void tellNameList(NameList::State state);
+  void writeReportLines(const std::vector<SplitRange>& growth, const ReportLine& whole);
   void recordEmail(const ReportLine& line);
 
   const SplitSetup& m_setup;
@@ -47,8 +61,8 @@ private:
   Operator& m_person;
   SplitMethod m_splitMethod;
   FileNameMethod m_nameMethod;
-  bool m_hasPrevious = false;
-  QString m_previousText;
+  std::vector<SplitRange> m_held; ///< one range as it grew, the whole of it last
+  NameList::State m_toldOfList = NameList::State::NotAsked;
 };
 
 } // namespace folivex

@@ -73,7 +73,7 @@ void OutputWriter::makeFolderOf(const QString& path) {
       std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QDir::separator()));
   if (separator > 0) {
     // A folder that cannot be made shows when the file is written, with the reason.
-    QDir().mkdir(path.left(separator));
+    QDir().mkpath(path.left(separator));
   }
 }
 

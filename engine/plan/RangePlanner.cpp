@@ -18,18 +18,13 @@ void RangePlanner::openAt(int pageIndex) {
   m_run.pendingStart = pageIndex;
 }
 
-bool RangePlanner::isUnique() const {
-  return m_method == SplitMethod::MatchToNextUniqueMatch ||
-         m_method == SplitMethod::MatchToNextUniqueMatchAtPosition;
-}
-
 void RangePlanner::closeAtMatch(int pageIndex) {
   if (m_run.pendingStart < 0) {
     return;
   }
   const int start = m_run.pendingStart;
   const int end = m_method == SplitMethod::MatchedPageOnly ? start : std::max(start, pageIndex - 1);
-  if (isUnique()) {
+  if (mergesRanges(m_method)) {
     // A range that repeats the one before stays open: should no word follow the match, the end of
     // the document still finds it.
     if (!saveUnique(end)) {
@@ -107,7 +102,7 @@ bool RangePlanner::repeatsPrevious() {
 
 void RangePlanner::save(int start, int end, const QString& text, bool repeats) {
   m_run.pendingEnd = end;
-  SplitRange range{start, end, text, m_texts.line.text, m_texts.pickedWord, repeats};
+  SplitRange range{start, end, text, m_texts.line.text, repeats};
   if (!m_run.showOnly) {
     m_saver.saveRange(range);
   }

@@ -46,7 +46,6 @@ private:
     QString shownText;   ///< range text when it came back
   };
 
-  bool isUnique() const;
   bool repeatsPrevious();
   /// Returns whether the range repeats the one before.
   bool saveUnique(int end);

@@ -26,7 +26,6 @@ struct LineCollection {
 struct RangeTexts {
   QString rangeText;   ///< will name the open range's output
   QString matchedWord; ///< the word, or the words with a blank between, of the last start match
-  QString pickedWord;  ///< the word that stood at the picked position
   LineCollection line;
 
   /// The filename-after text is looked for only between a range's opening and its save.
@@ -46,7 +45,6 @@ struct RangeTexts {
     seekAfterText = false;
     afterTextFirstTime = true;
     line = {};
-    pickedWord.clear();
   }
 };
 

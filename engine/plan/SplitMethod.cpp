@@ -23,6 +23,11 @@ SplitMethod splitMethodOf(const QString& text) {
                               : static_cast<SplitMethod>(found - texts.begin());
 }
 
+bool mergesRanges(SplitMethod method) {
+  return method == SplitMethod::MatchToNextUniqueMatch ||
+         method == SplitMethod::MatchToNextUniqueMatchAtPosition;
+}
+
 const std::array<QString, 3>& bookmarkMethodTexts() {
   static const std::array<QString, 3> texts = {QStringLiteral("Bookmarks"),
                                                QStringLiteral("Bookmarks Root Level"),

@@ -24,6 +24,9 @@ const std::array<QString, 7>& splitMethodTexts();
 /// The method of a setup's text, compared exactly; a text that is not in the table gives index 0.
 SplitMethod splitMethodOf(const QString& text);
 
+/// One of the two methods in which consecutive ranges of the same text are one.
+bool mergesRanges(SplitMethod method);
+
 /// Ranges taken from the source's bookmarks in place of matches.
 enum class BookmarkMethod { None, All, RootLevel, SecondLevel };
 

@@ -11,9 +11,7 @@ struct SplitRange {
   int lastPage = 0;
   QString rangeText;  ///< text that names the output
   QString restOfLine; ///< text collected for the "take rest of line" names, at most 1023 characters
-  QString pickedWord; ///< word seen at the picked position since the last save, empty when none
-  /// The range repeats the one saved before it, from the same first page, with more pages: its
-  /// output takes the place of the earlier one.
+  /// The range is the one saved before it, from the same first page, grown longer.
   bool repeatsPrevious = false;
 };
 

@@ -104,3 +104,17 @@ TEST_F(Batch, EmptyListIsRefused) {
   driver().ProcessBatch(m_rows);
   EXPECT_EQ(m_person.messages, QStringList{"You must prepare a list first or load one"});
 }
+
+TEST_F(Batch, OneListOfNamesServesAllFilesAndEveryBatchBeginsIt) {
+  writeFile(at("names.txt"), "one\ntwo\nthree\n");
+  setup().extract = fileNameMethodTexts()[9];
+  m_store.working().reportUseFileList = at("names.txt");
+  for (const char* again : {"", "again"}) {
+    SCOPED_TRACE(again);
+    QDir(at("out")).removeRecursively();
+    m_rows.rows = {use("in/c.pdf"), use("in/a.pdf"), use("in/b.pdf")};
+    driver().ProcessBatch(m_rows);
+    EXPECT_EQ(outputs(),
+              (QStringList{"one.pdf: Account: c", "three.pdf: Account: b", "two.pdf: Account: a"}));
+  }
+}

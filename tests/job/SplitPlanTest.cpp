@@ -73,8 +73,7 @@ TEST_F(Plan, Fates) {
        false,
        false,
        1,
-       {"1-1 A.pdf given up for a later one of the same name", "1-2 A.pdf",
-        "3-4 B_part002.pdf name taken, number added",
+       {"1-2 A.pdf", "3-4 B_part002.pdf name taken, number added",
         "5-5 A_part002.pdf name taken, number added"}},
   };
   for (const PlanRow& row : rows) {

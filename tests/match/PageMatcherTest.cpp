@@ -143,21 +143,5 @@ TEST(EmptyPage, isAskedAboutInListingOnly) {
   EXPECT_TRUE(job.observer.emptyPages.empty());
 }
 
-TEST(PickedPosition, keepsItsWordUntilTheNextSave) {
-  SplitSetup setup = setupFor(MatchToNextMatch, "Acc");
-  Job job(setup, pages({"Acc A", "x\nAcc B", "Acc C"}));
-  job.matcher.setPickedPosition(110, 100);
-  job.scan();
-  ASSERT_EQ(job.saver.ranges.size(), 3U);
-  EXPECT_EQ(job.saver.ranges[0].pickedWord, QStringLiteral("A"));
-  EXPECT_EQ(job.saver.ranges[1].pickedWord, QString());
-  EXPECT_EQ(job.saver.ranges[2].pickedWord, QStringLiteral("C"));
-
-  Job unpicked(setup, {{{"Acc", 10, 10}, {"A", 0, 0}}});
-  unpicked.matcher.setPickedPosition(0, 0);
-  unpicked.scan();
-  EXPECT_EQ(unpicked.saver.ranges.at(0).pickedWord, QString());
-}
-
 } // namespace
 } // namespace folivex::test

@@ -117,7 +117,7 @@ QString nameThatFits(const LongName& row) {
   bench.range.rangeText = row.text;
   OutputNamer namer = bench.namer();
   namer.startSource(bench.source, folder.path(), 12);
-  const QString path = namer.name(bench.range, NamePurpose::Save).path;
+  const QString path = namer.name(bench.range).path;
   QFile file(path.chopped(4) + u"_part12345.pdf"_s);
   EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << row.fault << file.errorString().toStdString();
   return path.sliced(folder.path().size() + 1);

@@ -25,9 +25,7 @@ protected:
     OutputNamer namer = m_bench.namer();
     QStringList names;
     for (int i = 0; i < count; ++i) {
-      const NamedOutput preview = namer.name(m_bench.range, NamePurpose::Preview);
-      const NamedOutput saved = namer.name(m_bench.range, NamePurpose::Save);
-      EXPECT_EQ(preview.path, saved.path) << "a preview used a line up";
+      const NamedOutput saved = namer.name(m_bench.range);
       m_states += saved.nameList;
       names += saved.path.sliced(7).chopped(4);
     }
@@ -68,15 +66,12 @@ TEST_F(NamesFromList, areAsHarmlessAsPageText) {
   EXPECT_EQ(found[5], u"last"_s) << "the rest of a long line became a name";
 }
 
-TEST_F(NamesFromList, areNotUsedUpByRepetitionsAndGoOnWithTheNextSource) {
+TEST_F(NamesFromList, goOnWithTheNextSource) {
   writeList("a\nb\n");
   OutputNamer namer = m_bench.namer();
-  namer.name(m_bench.range, NamePurpose::Save);
-  m_bench.range.repeatsPrevious = true;
-  EXPECT_EQ(namer.name(m_bench.range, NamePurpose::Save).path, u"/out/p_a.pdf"_s);
-  m_bench.range.repeatsPrevious = false;
+  EXPECT_EQ(namer.name(m_bench.range).path, u"/out/p_a.pdf"_s);
   namer.startSource(u"/in/2.pdf"_s, u"/out"_s, 1);
-  EXPECT_EQ(namer.name(m_bench.range, NamePurpose::Save).path, u"/out/p_b.pdf"_s);
+  EXPECT_EQ(namer.name(m_bench.range).path, u"/out/p_b.pdf"_s);
 }
 
 TEST_F(NamesFromList, sayThatThereIsNoList) {

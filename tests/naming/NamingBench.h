@@ -40,13 +40,14 @@ struct NamingBench {
   }
 
   OutputNamer namer() {
+    list = NameList(setup.reportUseFileList);
     OutputNamer made(
-        setup, words, [] { return QDateTime(QDate(2026, 3, 9), QTime(8, 5, 7)); }, rules);
+        setup, words, list, [] { return QDateTime(QDate(2026, 3, 9), QTime(8, 5, 7)); }, rules);
     made.startSource(source, QStringLiteral("/out"), 12);
     return made;
   }
 
-  NamedOutput named() { return namer().name(range, NamePurpose::Save); }
+  NamedOutput named() { return namer().name(range); }
 
   /// Path of the output below "/out/".
   std::string path() {
@@ -57,6 +58,7 @@ struct NamingBench {
 
   SplitSetup setup;
   PlacedWords words;
+  NameList list;
   FileSystemRules rules;
   QString source = QStringLiteral("/in/Batch 7.pdf");
   SplitRange range;

@@ -187,30 +187,23 @@ TEST(OutputNamer, asksForTheFirstPlannedPageAndReadsRanges) {
   EXPECT_EQ(bench.words.asked, u"p2 h100-120 v400-400;p2 h-5--1 v7-0;p2 h0-0 v0-0;"_s);
 }
 
-TEST(OutputNamer, countsOutputsOfOneSourceAndNoPreviews) {
+TEST(OutputNamer, countsOutputsOfOneSource) {
   NamingBench bench;
   bench.setup.extract = methodText(SequentialNumber);
   OutputNamer namer = bench.namer();
-  const auto next = [&](NamePurpose purpose) { return namer.name(bench.range, purpose).path; };
-  EXPECT_EQ(next(NamePurpose::Preview), u"/out/extract_000001.pdf"_s);
-  EXPECT_EQ(next(NamePurpose::Save), u"/out/extract_000001.pdf"_s);
-  EXPECT_EQ(next(NamePurpose::Preview), u"/out/extract_000002.pdf"_s);
-  EXPECT_EQ(next(NamePurpose::Save), u"/out/extract_000002.pdf"_s);
-  bench.range.repeatsPrevious = true;
-  EXPECT_EQ(next(NamePurpose::Save), u"/out/extract_000002.pdf"_s);
-  bench.range.repeatsPrevious = false;
-  EXPECT_EQ(next(NamePurpose::Save), u"/out/extract_000003.pdf"_s);
+  EXPECT_EQ(namer.name(bench.range).path, u"/out/extract_000001.pdf"_s);
+  EXPECT_EQ(namer.name(bench.range).path, u"/out/extract_000002.pdf"_s);
   namer.startSource(u"/in/next.pdf"_s, u"/other/"_s, 1);
-  EXPECT_EQ(next(NamePurpose::Save), u"/other/extract_000001.pdf"_s);
+  EXPECT_EQ(namer.name(bench.range).path, u"/other/extract_000001.pdf"_s);
 }
 
 TEST(OutputNamer, tokensAreFreshForEveryRange) {
   NamingBench bench;
   bench.setup.prefixFileName = u"[PAGESTARTNOMASK]_"_s;
   OutputNamer namer = bench.namer();
-  EXPECT_EQ(namer.name(bench.range, NamePurpose::Save).path, u"/out/3_ACME.pdf"_s);
+  EXPECT_EQ(namer.name(bench.range).path, u"/out/3_ACME.pdf"_s);
   bench.range.firstPage = bench.range.lastPage = 7;
-  EXPECT_EQ(namer.name(bench.range, NamePurpose::Save).path, u"/out/8_ACME.pdf"_s);
+  EXPECT_EQ(namer.name(bench.range).path, u"/out/8_ACME.pdf"_s);
 }
 
 TEST(OutputNamer, tellsTheTextsThatItUsed) {

@@ -158,18 +158,6 @@ TEST_F(Reservation, handsOnWhenFiftyThousandWait) {
   EXPECT_EQ(list.outputs.size(), std::size_t{limit}) << "the count did not start again";
 }
 
-TEST_F(Reservation, longerRepetitionTakesThePlaceOfThePreviousOutput) {
-  using enum OutputReservation::Place;
-  places.files = {plain};
-  OutputReservation reservation = when(false, false);
-  EXPECT_EQ(reservation.reserve(plain, 1, 2), u"/out/a_part002.pdf"_s);
-  EXPECT_EQ(reservation.reserve(plain, 1, 4, OfPrevious), u"/out/a_part002.pdf"_s);
-  EXPECT_EQ(reservation.reserve(plain, 5, 5), u"/out/a_part003.pdf"_s);
-  EXPECT_EQ(reservation.reserve(u"/out/b.pdf"_s, 5, 7, OfPrevious), u"/out/b.pdf"_s)
-      << "a name that shows the last page differs";
-  EXPECT_EQ(list.outputs.size(), 4U);
-}
-
 TEST_F(Reservation, neverTouchesTheSource) {
   places.files = {plain, u"/out/a_part002.pdf"_s};
   places.source = plain;

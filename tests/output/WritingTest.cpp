@@ -301,8 +301,30 @@ TEST_F(Writing, PagesAreTakenOffTheFrontOnce) {
 
   setup().offsetFirst = std::numeric_limits<int>::max();
   QDir(at("out")).removeRecursively();
+  m_person.messages.clear();
+  m_person.questions.clear();
   EXPECT_EQ(run(), RunError::None);
   EXPECT_EQ(outputs(), QStringList());
+  EXPECT_TRUE((m_person.messages + m_person.questions).filter("no matches").isEmpty())
+      << "there were matches";
+}
+
+/// The folders of a prefix are made, however deep.
+TEST_F(Writing, APrefixMayNameFoldersInFolders) {
+  setup().prefixFileName = "2026/03/x_";
+  EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
+  EXPECT_EQ(filesBelow(at("out")), (QStringList{"2026/03/x_1001.pdf", "2026/03/x_1001_part002.pdf",
+                                                "2026/03/x_1002.pdf"}));
+}
+
+TEST_F(Writing, ANameListThatIsMissingOrTooShortIsTold) {
+  setup().extract = fileNameMethodTexts()[9];
+  m_store.working().reportUseFileList = at("names.txt");
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(m_person.notes.filter("names.txt: this list of names cannot be opened").size(), 1);
+  writeFile(at("names.txt"), "one\n");
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(m_person.notes.filter("names.txt: this list has fewer names").size(), 1);
 }
 
 TEST_F(Writing, EveryOutputIsRecordedForMail) {

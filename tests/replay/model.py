@@ -168,6 +168,8 @@ class Scan:
         if self.on_line:
             if word.v == self.line_v:
                 self.add(word)
+            else:
+                self.taken = 0
         elif self.next_line:
             if self.line_v is None:
                 self.line_v = word.v
@@ -283,7 +285,9 @@ class Namer:
     def __init__(self, settings, source, title, folder, lines):
         self.s, self.source, self.title, self.folder = settings, source, title, folder
         self.naming = NAMES.index(settings["EXTRACT"]) if settings["EXTRACT"] in NAMES else 0
-        self.number, self.lines, self.line = 0, list(lines), None
+        if settings["PAGEEXTRACT"] in BOOKMARKS and self.naming in (6, 7, 8):
+            self.naming = 10  # a bookmark has no line of its own
+        self.number, self.lines = 0, list(lines)
 
     def cleaned(self, text):
         return "".join(c for c in text if (c.isprintable() or "\x80" <= c <= "\xff") and c not in '<>:?*"/\\|'
@@ -346,14 +350,12 @@ class Namer:
         if self.naming == 3:
             return f"{r.first + 1}-{r.last + 1}"
         if self.naming == 5:
-            self.number += 0 if r.again else 1
+            self.number += 1
             return f"{self.number:06}"
         if self.naming in REST_OF_LINE:
             return self.clean_line(r.line)
         if self.naming == 9:
-            if not (r.again and self.line is not None):
-                self.line = self.cleaned(self.lines.pop(0) if self.lines else "NOT FOUND!!!")
-            return self.line
+            return self.cleaned(self.lines.pop(0) if self.lines else "NOT FOUND!!!")
         return match
 
 
@@ -381,9 +383,9 @@ class Run:
         self.files = dict(before)
         self.overwrite, self.append = settings["ALWAYSOVERWRITE"] == "1", settings["ALWAYSAPPEND"] == "1"
         self.rows, self.waiting, self.written, self.replaced = [], [], [], []
-        self.count, self.ranges = 0, 0
+        self.count, self.growth = 0, []
         self.paths = set()
-        self.last_path = self.previous = None
+        self.last_path = None
         title = re.sub(r"\.pdf$", "", source_path.rsplit("/", 1)[-1], flags=re.I)
         self.namer = Namer(settings, source, title, folder, lines)
         if settings["PAGEEXTRACT"] in BOOKMARKS:
@@ -394,59 +396,61 @@ class Run:
             to = int(settings["STARTENDPAGE"])
             end = to if 0 < to < total else total + to if to < 0 < total + to else total
             Scan(settings, self.save, self.namer.clean_line).run(source, max(int(settings["STARTFROMPAGE"]) - 1, 0), end)
+        self.settle()
         self.flush()
 
     def save(self, r):
-        first, last = r.first + int(self.s["OFFSETFIRST"]) + 1, r.last + 1
-        if first > last:
-            return
-        plain = self.namer.path(r)
+        """A range that is saved again, longer, is one output with a line for each time."""
         if self.namer.naming in REST_OF_LINE:
             r.text = self.namer.clean_line(r.line)
-        path = self.reserve(r, plain, first, last)
-        self.report(r, first, last, path)
+        if not r.again:
+            self.settle()
+        self.growth.append(r)
 
-    def reserve(self, r, plain, first, last):
-        again = r.again and self.previous and self.previous[0] == plain
-        path = self.previous[1] if again else plain
-        if again and self.append:
-            first = max(first, self.previous[2] + 1)
-        if not again and not self.overwrite and not self.append:
+    def settle(self):
+        growth, self.growth = self.growth, []
+        if not growth:
+            return
+        r = growth[-1]
+        first, last = max(r.first + int(self.s["OFFSETFIRST"]), 0) + 1, r.last + 1
+        if first > last:
+            return
+        path = self.reserve(self.namer.path(r), first, last)
+        took_back = self.s["PAGEEXTRACT"] == METHODS[3] or self.namer.naming in REST_OF_LINE
+        for step in growth:
+            if step is r or (not took_back and step.last + 1 >= first):
+                self.rows.append((first, step.last + 1, step.text, path))
+
+    def reserve(self, plain, first, last):
+        path = plain
+        if not self.overwrite and not self.append:
             number = 2
             while path in self.files:
                 path = f"{plain[:-4]}_part{number:03}.pdf"
                 number += 1
-        self.previous = (plain, path, last)
         if self.overwrite:
             if not self.append:
                 self.files.pop(path, None)
-            self.waiting.append((path, first, last, again))
+            self.waiting.append((path, first, last))
         else:
-            self.write(path, first, last, again)
+            self.write(path, first, last)
         return path
 
     def flush(self):
-        for index, (path, first, last, again) in enumerate(self.waiting):
+        for index, (path, first, last) in enumerate(self.waiting):
             if not self.append and any(path == later[0] for later in self.waiting[index + 1:]):
                 self.replaced += range(first, last + 1)
             else:
-                self.write(path, first, last, again)
+                self.write(path, first, last)
 
-    def write(self, path, first, last, again):
+    def write(self, path, first, last):
         pages = [page.text() for page in self.source.pages[first - 1:last]]
-        if path != self.last_path or (self.append and not again):
+        if path != self.last_path or self.append:
             self.count += 1
         self.last_path = path
         self.files[path] = self.files.get(path, []) + pages if self.append else pages
         self.paths.add(path)
         self.written += range(first, last + 1)
-
-    def report(self, r, first, last, path):
-        method = self.s["PAGEEXTRACT"]
-        may_repeat = method == METHODS[3] or (method == METHODS[1] and self.namer.naming in REST_OF_LINE)
-        if may_repeat and self.rows and self.rows[-1][2] == r.text:
-            self.rows.pop()
-        self.rows.append((first, last, r.text, path))
 
     def account(self):
         total = len(self.source.pages)
