@@ -88,9 +88,10 @@ void CStatusDlg::display() {
   m_text->setText(m_isStopping ? QStringLiteral("Stopping...") : m_progress.text);
   m_bar->setRange(0, isCounted ? m_progress.pageCount : 0);
   m_bar->setValue(m_progress.page);
-  m_page->setText(
-      isCounted ? QStringLiteral("Page %1 of %2").arg(m_progress.page).arg(m_progress.pageCount)
-                : QString());
+  m_page->setText(isCounted ? QStringLiteral("Extracting Page: %1 of %2")
+                                  .arg(m_progress.page)
+                                  .arg(m_progress.pageCount)
+                            : QString());
   m_outputs->setText(QStringLiteral("Outputs: %1").arg(m_progress.outputs));
   m_timeLeft->setText(timeLeftText(m_progress.page, m_progress.pageCount, m_elapsed.elapsed()));
 }

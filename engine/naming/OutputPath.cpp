@@ -107,8 +107,14 @@ QString OutputPath::fileName(QString before, const Body& body, QString after,
   shorten(after);
   shorten(middle);
 
-  const QString name = before + middle + after;
-  return platform::safePathComponent((isBlank(name) ? QStringLiteral("unnamed") : name) + ending());
+  QString name = before + middle + after;
+  if (isBlank(name)) {
+    name = QStringLiteral("unnamed");
+  } else if (before.isEmpty() && name.startsWith(QLatin1Char('.'))) {
+    // Many file managers do not show such a file, and nobody would find the document.
+    name.prepend(QLatin1Char('_'));
+  }
+  return platform::safePathComponent(name + ending());
 }
 
 } // namespace folivex

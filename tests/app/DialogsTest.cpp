@@ -202,7 +202,7 @@ TEST_F(DialogsTest, StatusTellsTheRunAndStopsItOnce) {
   status.onStop = [&] { ++stops; };
   status.begin("Processing", "/in/a.pdf");
   status.progress({"Processing page: 4", 5, 20, 2});
-  EXPECT_EQ(control<QLabel>(&status, "statusPage")->text(), "Page 5 of 20");
+  EXPECT_EQ(control<QLabel>(&status, "statusPage")->text(), "Extracting Page: 5 of 20");
   EXPECT_EQ(control<QLabel>(&status, "statusOutputs")->text(), "Outputs: 2");
   QTest::keyClick(&status, Qt::Key_Escape);
   EXPECT_EQ(stops, 1);

@@ -342,6 +342,8 @@ class Namer:
         if cut > 0:
             match = match[:max(len(match) - cut, 0)]
         name = prefix + self.body(r, match) + postfix
+        if name.startswith(".") and not prefix.rpartition("/")[2]:
+            name = "_" + name
         return f"{self.folder}/{name if name.strip() else 'unnamed'}.pdf"
 
     def body(self, r, match):
