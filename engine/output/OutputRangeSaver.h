@@ -46,7 +46,7 @@ public:
   /// Hands on what is held, unless the run was stopped. To be called when the last range has come.
   void finish();
   /// First page (from 1) of the range that is held; 0 when none is.
-  int firstHeldPage() const { return m_held.empty() ? 0 : m_held.back().firstPage + 1; }
+  int firstHeldPage() const { return m_held.empty() ? 0 : m_held.front().firstPage + 1; }
 
 private:
   void save(const std::vector<SplitRange>& growth);
