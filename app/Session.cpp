@@ -35,14 +35,25 @@ bool endsProgram(RunError error) {
   }
 }
 
-/// A file name as it is, but for "*", which stands for any text.
+bool isPdfName(const QString& name) {
+  return name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"));
+}
+
+/// A file name as it is, but for "*", which stands for any text, and the case of ".pdf", which
+/// nobody means to tell apart.
 QRegularExpression wildcard(const QString& pattern) {
+  const bool namesEnding = isPdfName(pattern);
   QStringList parts;
-  for (const QString& part : pattern.split(QLatin1Char('*'))) {
+  for (const QString& part : pattern.chopped(namesEnding ? 4 : 0).split(QLatin1Char('*'))) {
     parts += QRegularExpression::escape(part);
   }
-  return QRegularExpression(QRegularExpression::anchoredPattern(parts.join(QStringLiteral(".*"))),
-                            QRegularExpression::DotMatchesEverythingOption);
+  const QString ending = namesEnding ? QStringLiteral("\\.(pdf|PDF)") : QString();
+  QRegularExpression::PatternOptions options = QRegularExpression::DotMatchesEverythingOption;
+#if defined(Q_OS_WIN)
+  options |= QRegularExpression::CaseInsensitiveOption;
+#endif
+  return QRegularExpression(
+      QRegularExpression::anchoredPattern(parts.join(QStringLiteral(".*")) + ending), options);
 }
 
 /// The PDFs that a path with "*" means, by name.
@@ -52,9 +63,7 @@ QStringList filesOfPattern(const QString& pattern) {
   QStringList paths;
   const QRegularExpression wanted = wildcard(platform::fileTitle(pattern));
   for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
-    const bool isPdf =
-        name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"));
-    if (isPdf && wanted.match(name).hasMatch()) {
+    if (isPdfName(name) && wanted.match(name).hasMatch()) {
       paths += folder.filePath(name);
     }
   }
@@ -304,7 +313,8 @@ std::optional<int> Session::planOne(const QString& path) {
 
 void Session::explainNoMatch() {
   const RunState& state = m_driver->state();
-  if (state.rangeCount > 0 || state.emptiedRanges > 0 || state.userStop || state.error != RunError::None) {
+  if (state.rangeCount > 0 || state.emptiedRanges > 0 || state.userStop ||
+      state.error != RunError::None) {
     return;
   }
   for (const QString& line : m_driver->NearestWords()) {

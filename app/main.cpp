@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
     std::fputs(text.toLocal8Bit().constData(), stdout);
     return 0;
   }
-  if (wantsWindow(line) && (line.argumentCount == 0 || displayAnswers(argc, argv))) {
+  if (wantsWindow(line) && displayAnswers(argc, argv)) {
     return runWindow(argc, argv, line);
   }
   if (line.argumentCount == 0) {

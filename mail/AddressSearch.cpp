@@ -52,10 +52,11 @@ bool isNameCharacter(QChar c) {
   return c.isLetterOrNumber() || c == u'_' || c == u'+' || c == u'-' || c == u'.';
 }
 
-/// "anna_": somebody's name was cut, or a form has a line there. A text that ends in "+" ("A+") is
-/// none of an address.
+/// "anna_": somebody's name was cut, or a form has a line there. "E-mail_" is the name of a field,
+/// and a text that ends in "+" ("A+") is none of an address.
 bool breaksOffInName(QStringView piece) {
-  return piece.size() >= 2 && piece.back() == u'_' && piece[piece.size() - 2].isLetterOrNumber();
+  return piece.size() >= 2 && piece.back() == u'_' && piece[piece.size() - 2].isLetterOrNumber() &&
+         !piece.contains(u"mail", Qt::CaseInsensitive);
 }
 
 bool isKnownTop(QStringView label) {
@@ -169,9 +170,12 @@ Next pieceBehind(const DomainSoFar& domain, QStringView behind, bool ownName) {
   return takeIf(!domain.hasDot() && (last == u'-' || startsMidWord));
 }
 
-/// "anna@mail.my-": the domain goes on, and nobody knows where. A row of dashes is a line.
+/// "anna@mail.my-": the domain goes on, and nobody knows where. A row of dashes is a line, and one
+/// behind a top domain is a dash.
 bool breaksOffInDomain(QStringView text) {
-  return text.size() >= 2 && text.back() == u'-' && text[text.size() - 2].isLetterOrNumber();
+  const QStringView label = text.chopped(1).mid(text.lastIndexOf(u'.') + 1);
+  return text.size() >= 2 && text.back() == u'-' && text[text.size() - 2].isLetterOrNumber() &&
+         !isKnownTop(label);
 }
 
 } // namespace

@@ -32,8 +32,8 @@ struct EmailEntry {
 using EmailEntries = std::vector<EmailEntry>;
 
 /// The entry with every text cut to what its field holds, addresses without the blanks around them:
-/// lists are made by hand, too. A path stays whole: what is left of one
-/// attaches nothing, or the wrong file.
+/// lists are made by hand, too. A path stays whole: what is left of one attaches nothing, or the
+/// wrong file.
 EmailEntry fitted(EmailEntry entry);
 
 } // namespace folivex

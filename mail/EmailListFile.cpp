@@ -75,7 +75,7 @@ QString noteAbout(const EmailList& list) {
   return notes.join(u'\n');
 }
 
-/// No path ends just where a line or a buffer of others does, in the middle of its name.
+/// Hardly any path ends just where a line or a buffer of other programs does: it was cut there.
 bool endsAtALimit(QStringView text, const QString& file) {
   const bool fillsLine = text.size() >= longestLine - 1;
   const bool fillsBuffer = file.size() == pathOfOthers || file.size() == pathOfOthers - 1;

@@ -5,7 +5,7 @@
 namespace folivex {
 
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
-                     const std::function<bool(const QString& path)>& processFile) {
+                     const std::function<RowEnd(const QString& path)>& processFile) {
   const QString fileError = QStringLiteral("file error");
   BatchResult result;
   if (rows.count() == 0) {
@@ -26,13 +26,13 @@ BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
     ++result.processed;
     const bool automationBefore = state.automation;
     state.automation = true;
-    const bool whole = processFile(path);
+    const RowEnd end = processFile(path);
     state.automation = automationBefore;
     // The next file would clear the flag: a Stop ends the whole batch.
     result.stopped = state.userStop;
-    rows.setStatus(row, result.stopped ? QStringLiteral("Stopped")
-                        : whole        ? QStringLiteral("Done")
-                                       : fileError);
+    rows.setStatus(row, end == RowEnd::Stopped ? QStringLiteral("Stopped")
+                        : end == RowEnd::Done  ? QStringLiteral("Done")
+                                               : fileError);
     rows.showRow(row);
   }
   person.message(QStringLiteral("Done!\n\n%1 files processed").arg(result.processed));

@@ -28,11 +28,18 @@ struct BatchResult {
   bool stopped = false;
 };
 
+/// What became of one row.
+enum class RowEnd {
+  Done,
+  Failed, ///< not all of it was split
+  Stopped ///< in the middle
+};
+
 /// Runs `processFile` for each row in use, in list order and in automation mode, and sets the rows'
-/// status: "Processing", then "Done", or "file error" for a file that cannot be opened or for which
-/// `processFile` returns false, which means that not all of it was split, or "Stopped". A file that
+/// status: "Processing", then "Done", or "file error" for a file that cannot be opened or not be
+/// split whole, or "Stopped". A file that
 /// fails does not end the batch; Stop does, at the next row. At the end the person is told.
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
-                     const std::function<bool(const QString& path)>& processFile);
+                     const std::function<RowEnd(const QString& path)>& processFile);
 
 } // namespace folivex

@@ -136,6 +136,7 @@ void JobDriver::beginBatch(const QStringList& sources) {
 
 void JobDriver::endBatch() {
   m_inBatch = false;
+  m_names.reset();
   m_batchSources.clear();
   m_clearedFolders.clear();
 }
@@ -276,6 +277,7 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
                           addressReader.get(),
                           {}});
   pipeline.run();
+  closeNameList();
   writer.finish();
   m_libraries.append.FinishAppends();
   m_emails.drop(writer.unwrittenPaths());
@@ -291,7 +293,8 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
     m_account.stopped(page, pageCount);
   }
   settleCounts(writer);
-  reports.dropRanges(writer.missingPaths());
+  reports.dropRanges(
+      [&writer](const QString& path, int firstPage) { return writer.isMissing(path, firstPage); });
   reports.writeTotals(m_state.outputCount);
   if (m_account.failedPages() > 0 || m_account.stoppedPages() > 0) {
     reports.writeFinding(m_account.summary(m_writtenFiles));
@@ -307,6 +310,13 @@ NameList& JobDriver::nameList(const SplitSetup& setup) {
     m_names.emplace(setup.reportUseFileList);
   }
   return *m_names;
+}
+
+/// Nobody could save the list while it is open.
+void JobDriver::closeNameList() {
+  if (!m_inBatch) {
+    m_names.reset();
+  }
 }
 
 void JobDriver::settleCounts(const OutputWriter& writer) {
@@ -372,6 +382,7 @@ SplitPlan JobDriver::Plan() {
                        namedPath);
        }});
   pipeline.run();
+  closeNameList();
   plan.notes = pipeline.findings().lines();
   return plan;
 }
@@ -528,10 +539,11 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
   const BatchResult result = runBatch(rows, m_state, m_person, [&](const QString& path) {
     m_store.edited().fileName = path;
     const RunError error = StartProcessing();
+    const bool stopped = m_state.userStop; // in the split, not while its mails go out
     if (wasProcessed(error) && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
       onProcessed(path);
     }
-    return error == RunError::None;
+    return stopped ? RowEnd::Stopped : error == RunError::None ? RowEnd::Done : RowEnd::Failed;
   });
   endBatch();
   return result;

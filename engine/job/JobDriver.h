@@ -95,6 +95,7 @@ private:
   void processFile(const SplitSetup& setup, const QString& source, Reports& reports);
   int openSource(SourceFile& file, const SplitSetup& setup, const QString& source);
   NameList& nameList(const SplitSetup& setup);
+  void closeNameList();
   void recognise(SourceFile& file, const SplitSetup& setup, const QString& source);
   void settleCounts(const OutputWriter& writer);
   void tellFileList(OutputFileList& list);

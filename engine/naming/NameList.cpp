@@ -23,36 +23,23 @@ bool isEncodingMark(const QString& line) {
 
 NameList::NameList(const QString& path) : m_path(path) {}
 
-const QString& NameList::next() {
-  if (m_state == State::NotAsked) {
-    open();
-  }
-  return m_next;
-}
-
-void NameList::open() {
-  if (m_path.isEmpty() || !m_reader.open(m_path)) {
+QString NameList::take() {
+  QString line;
+  if (m_state == State::NotAsked && !open()) {
     m_state = State::NotOpened;
-    m_next = notFound();
-    return;
+  } else if (m_state == State::NotAsked || m_state == State::Line) {
+    const bool isFirst = m_state == State::NotAsked;
+    bool read = m_reader.readLine(line, longestLine);
+    if (read && isFirst && isEncodingMark(line)) {
+      read = m_reader.readLine(line, longestLine);
+    }
+    m_state = read ? State::Line : State::Ended;
   }
-  readNext();
-  if (m_state == State::Line && isEncodingMark(m_next)) {
-    readNext();
-  }
+  return m_state == State::Line ? line : notFound();
 }
 
-void NameList::readNext() {
-  m_state = m_reader.readLine(m_next, longestLine) ? State::Line : State::Ended;
-  if (m_state == State::Ended) {
-    m_next = notFound();
-  }
-}
-
-void NameList::take() {
-  if (m_state == State::Line) {
-    readNext();
-  }
+bool NameList::open() {
+  return !m_path.isEmpty() && m_reader.open(m_path);
 }
 
 } // namespace folivex

@@ -23,19 +23,16 @@ public:
   explicit NameList(const QString& path);
   const QString& path() const { return m_path; }
 
-  /// The next line, which stays the next until it is taken. The file is opened at the first call.
-  const QString& next();
-  /// What the last call of next() found.
+  /// The next line. The file is opened at the first call.
+  QString take();
+  /// What the last call of take() found.
   State state() const { return m_state; }
-  void take();
 
 private:
-  void open();
-  void readNext();
+  bool open();
 
   QString m_path;
   platform::TextReader m_reader;
-  QString m_next;
   State m_state = State::NotAsked;
 };
 

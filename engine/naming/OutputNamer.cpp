@@ -50,7 +50,6 @@ void OutputNamer::startSource(const QString& sourcePath, const QString& outputFo
 
 NamedOutput OutputNamer::name(const SplitRange& range) {
   NamedOutput named;
-  named.namedAfterText = namesAfterText(m_method);
   named.cleanedRestOfLine = m_cleaner.restOfLine(range.restOfLine);
   const QString matchText =
       m_cleaner.matchText(takesRestOfLine(m_method) ? range.restOfLine : range.rangeText);
@@ -113,9 +112,8 @@ OutputPath::Body OutputNamer::body(const SplitRange& range, NamedOutput& named) 
 }
 
 QString OutputNamer::listLine(NamedOutput& named) {
-  QString line = m_cleaner.word(m_list.next());
+  QString line = m_cleaner.word(m_list.take());
   named.nameList = m_list.state();
-  m_list.take();
   return line;
 }
 

@@ -23,8 +23,7 @@ struct NamedOutput {
   /// The caller makes it. A prefix may name further folders: those are in `path` alone.
   QString folderToMake;
   QString cleanedText; ///< matched text, cleaned, filtered and trimmed; at most 255 characters
-  QString cleanedRestOfLine;   ///< rest of line, cleaned and filtered; at most 1024 characters
-  bool namedAfterText = false; ///< by one of the "use as filename name after text" methods
+  QString cleanedRestOfLine; ///< rest of line, cleaned and filtered; at most 1024 characters
   NameList::State nameList = NameList::State::NotAsked;
 };
 

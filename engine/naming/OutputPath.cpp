@@ -36,6 +36,12 @@ std::vector<QString> split(const QString& text) {
   return parts;
 }
 
+/// Many file managers do not show a name that begins with a dot, and nobody would find the
+/// document.
+QString seen(const QString& name) {
+  return name.startsWith(QLatin1Char('.')) ? QLatin1Char('_') + name : name;
+}
+
 } // namespace
 
 OutputPath::Pieces OutputPath::piecesOf(const QString& typed, const QString& expanded) {
@@ -58,7 +64,7 @@ void OutputPath::setPostfix(const QString& typed, const QString& expanded) {
 }
 
 QString OutputPath::harmless(const QString& name) const {
-  return platform::safePathComponent(m_rules.fitted(name, m_rules.nameLimit - roomForMark));
+  return seen(platform::safePathComponent(m_rules.fitted(name, m_rules.nameLimit - roomForMark)));
 }
 
 QString OutputPath::folder(const QString& name) const {
@@ -75,21 +81,23 @@ QString OutputPath::text(const Body& body) const {
   };
   std::for_each(m_prefix.begin(), m_prefix.end() - 1, enter);
 
-  QString before = m_prefix.back().text;
+  Piece before = m_prefix.back();
   Body middle = body;
   // A postfix with separators: the body names a folder, and the file's name is all postfix.
   for (auto piece = m_postfix.begin(); piece + 1 < m_postfix.end(); ++piece) {
-    enter({before + middle.text + piece->text, false});
-    before.clear();
+    enter({before.text + middle.text + piece->text, false});
+    before = {};
     middle = {};
   }
   const qsizetype left = m_rules.pathLimit - m_rules.length(path) - 1;
   return platform::joinPath(
-      path, fileName(before, middle, m_postfix.back().text, std::min(m_rules.nameLimit, left)));
+      path, fileName(before, middle, m_postfix.back(), std::min(m_rules.nameLimit, left)));
 }
 
-QString OutputPath::fileName(QString before, const Body& body, QString after,
+QString OutputPath::fileName(const Piece& prefix, const Body& body, const Piece& postfix,
                              qsizetype limit) const {
+  QString before = prefix.text;
+  QString after = postfix.text;
   QString middle = body.text;
   qsizetype excess = m_rules.length(before) + m_rules.length(middle) + m_rules.length(after) -
                      std::max(limit - ending().size() - roomForPart - roomForMark, shortestName);
@@ -110,9 +118,11 @@ QString OutputPath::fileName(QString before, const Body& body, QString after,
   QString name = before + middle + after;
   if (isBlank(name)) {
     name = QStringLiteral("unnamed");
-  } else if (before.isEmpty() && name.startsWith(QLatin1Char('.'))) {
-    // Many file managers do not show such a file, and nobody would find the document.
-    name.prepend(QLatin1Char('_'));
+  }
+  const bool startIsTyped =
+      !before.isEmpty() ? prefix.isTyped : middle.isEmpty() && postfix.isTyped;
+  if (!startIsTyped) {
+    name = seen(name);
   }
   return platform::safePathComponent(name + ending());
 }

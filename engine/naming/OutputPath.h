@@ -53,7 +53,8 @@ private:
 
   static Pieces piecesOf(const QString& typed, const QString& expanded);
   QString harmless(const QString& name) const;
-  QString fileName(QString before, const Body& body, QString after, qsizetype limit) const;
+  QString fileName(const Piece& prefix, const Body& body, const Piece& postfix,
+                   qsizetype limit) const;
 
   QString m_folder;
   FileSystemRules m_rules;

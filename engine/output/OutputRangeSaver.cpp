@@ -10,8 +10,9 @@ namespace folivex {
 OutputRangeSaver::OutputRangeSaver(const SplitSetup& setup, RunState& state, Stages stages,
                                    Operator& person)
     : m_setup(setup), m_state(state), m_stages(std::move(stages)), m_person(person),
-      m_splitMethod(splitMethodOf(setup.pageExtract)),
-      m_nameMethod(fileNameMethodOf(setup)) {}
+      m_splitMethod(splitMethodOf(setup.pageExtract)), m_nameMethod(fileNameMethodOf(setup)),
+      m_listsGrowth(m_splitMethod == SplitMethod::MatchToNextUniqueMatch &&
+                    !takesRestOfLine(m_nameMethod)) {}
 
 QString OutputRangeSaver::cleanRestOfLine(const QString& text) {
   return m_stages.namer.cleanRestOfLine(text);
@@ -26,6 +27,9 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
   }
   if (!range.repeatsPrevious) {
     finish();
+  }
+  if (!m_listsGrowth) {
+    m_held.clear();
   }
   m_held.push_back(range);
   if (!mergesRanges(m_splitMethod)) {
@@ -99,16 +103,12 @@ void OutputRangeSaver::tellNameList(NameList::State state) {
   }
 }
 
-/// A range that grew has a line for each time, all of the file that it became, but where the method
-/// takes the earlier lines back.
+/// A range that grew may have a line for each time; all of them name the file that it became.
 void OutputRangeSaver::writeReportLines(const std::vector<SplitRange>& growth,
                                         const ReportLine& whole) {
-  const bool takesBack = m_splitMethod == SplitMethod::MatchToNextUniqueMatchAtPosition ||
-                         takesRestOfLine(m_nameMethod);
   for (const SplitRange& range : growth) {
     const int lastPage = range.lastPage + 1;
-    const bool isWhole = &range == &growth.back();
-    if (isWhole || (!takesBack && lastPage >= whole.firstPage)) {
+    if (lastPage >= whole.firstPage) {
       m_stages.reports.writeRange({whole.firstPage, lastPage, range.rangeText, whole.outputPath});
     }
   }

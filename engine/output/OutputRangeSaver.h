@@ -61,7 +61,9 @@ private:
   Operator& m_person;
   SplitMethod m_splitMethod;
   FileNameMethod m_nameMethod;
-  std::vector<SplitRange> m_held; ///< one range as it grew, the whole of it last
+  bool m_listsGrowth; ///< a range that grew has a line in the reports for each time
+  std::vector<SplitRange>
+      m_held; ///< one range as it grew, where that is listed; the whole of it last
   NameList::State m_toldOfList = NameList::State::NotAsked;
 };
 

@@ -28,15 +28,18 @@ void OutputWriter::startSource(const QString& source, int totalPages) {
   m_source = source;
   m_totalPages = totalPages;
   m_written.clear();
-  m_unwrittenPaths.clear();
-  m_previousPath.clear();
+  m_unwritten.clear();
   m_failedOutputs = 0;
 }
 
-QSet<QString> OutputWriter::missingPaths() const {
-  QSet<QString> missing = m_unwrittenPaths;
-  missing.removeIf([this](const QString& path) { return m_written.contains(path); });
-  return missing;
+QSet<QString> OutputWriter::unwrittenPaths() const {
+  return {m_unwritten.keyBegin(), m_unwritten.keyEnd()};
+}
+
+bool OutputWriter::isMissing(const QString& path, int firstPage) const {
+  const auto unwritten = m_unwritten.constFind(path);
+  return unwritten != m_unwritten.constEnd() &&
+         (unwritten->contains(firstPage) || !m_written.contains(path));
 }
 
 void OutputWriter::output(const ReservedOutput& output) {
@@ -46,14 +49,10 @@ void OutputWriter::output(const ReservedOutput& output) {
   }
   if (m_state.userStop || m_state.abortRun) {
     m_account.stopped(output.firstPage, output.lastPage);
-    m_unwrittenPaths.insert(output.path);
+    m_unwritten[output.path].insert(output.firstPage);
     return;
   }
-  // The same file once more, with more pages, is no further file.
-  if (m_setup.alwaysAppend || output.path != m_previousPath) {
-    ++m_state.outputCount;
-  }
-  m_previousPath = output.path;
+  ++m_state.outputCount;
   makeFolderOf(output.path);
   m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
                      m_totalPages, m_state.outputCount});
@@ -193,10 +192,8 @@ void OutputWriter::wrote(const ReservedOutput& output) {
 
 void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
   m_account.failed(output.firstPage, output.lastPage);
-  if (m_setup.alwaysAppend || !m_unwrittenPaths.contains(output.path)) {
-    ++m_failedOutputs;
-  }
-  m_unwrittenPaths.insert(output.path);
+  ++m_failedOutputs;
+  m_unwritten[output.path].insert(output.firstPage);
   if (m_state.error == RunError::None) {
     m_state.error = RunError::OutputFailed;
   }

@@ -18,8 +18,8 @@ class CSplitPdfInit;
 
 /// Writes one output after the other: with the split library, joined by the append library to a
 /// file that exists when the setup says so, or with the external command. Every output is counted
-/// in RunState::outputCount when it is taken on (one that is written again, longer, once), and its
-/// pages in the PageAccount when its fate is known. A failed output does not end the run (see
+/// in RunState::outputCount when it is taken on, and its pages in the PageAccount when its
+/// fate is known. A failed output does not end the run (see
 /// RunError for what does); it leaves nothing half-written. The split library may write beside the
 /// engine's further work: finish() waits for it.
 class OutputWriter : public OutputList {
@@ -46,9 +46,9 @@ public:
   int writtenFiles() const { return static_cast<int>(m_written.size()); }
 
   /// Outputs that failed, or that a Stop left out.
-  const QSet<QString>& unwrittenPaths() const { return m_unwrittenPaths; }
-  /// Those of them under whose name nothing at all was written.
-  QSet<QString> missingPaths() const;
+  QSet<QString> unwrittenPaths() const;
+  /// Whether the pages of this range from `firstPage` on are not in the file at `path` after all.
+  bool isMissing(const QString& path, int firstPage) const;
   /// How many of those that RunState::outputCount counts came to nothing.
   int failedOutputs() const { return m_failedOutputs; }
 
@@ -76,9 +76,8 @@ private:
     int first;
     int last;
   };
-  QHash<QString, Pages> m_written; ///< by path: the pages that it got last
-  QSet<QString> m_unwrittenPaths;
-  QString m_previousPath;
+  QHash<QString, Pages> m_written;       ///< by path: the pages that it got last
+  QHash<QString, QSet<int>> m_unwritten; ///< first pages, by path
   int m_failedOutputs = 0;
 };
 

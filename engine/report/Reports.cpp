@@ -51,7 +51,6 @@ Reports::Opened Reports::open(const ReportPaths& paths, const QString& source,
   }
   m_open = true;
   m_ranges.clear();
-  m_mayTakeBack = false;
   writeHeaders(source, searchText, now);
   return {};
 }
@@ -75,8 +74,7 @@ void Reports::writeRange(const ReportLine& line) {
   if (!m_open) {
     return;
   }
-  m_mayTakeBack = true;
-  m_ranges.push_back({line.outputPath, m_text.position(), m_csv.position()});
+  m_ranges.push_back({line.outputPath, line.firstPage, false, m_text.position(), m_csv.position()});
   const QString first = padded(line.firstPage, pageWidth);
   const QString last = padded(line.lastPage, pageWidth);
   const QString matched = padded(line.matchedText, textWidth);
@@ -87,32 +85,28 @@ void Reports::writeRange(const ReportLine& line) {
               line.outputPath + QStringLiteral("\r\n"));
 }
 
-void Reports::takeBackRange() {
-  if (m_mayTakeBack) {
-    m_text.truncateTo(m_ranges.back().inText);
-    m_csv.truncateTo(m_ranges.back().inCsv);
-    m_ranges.pop_back();
-    m_mayTakeBack = false;
-  }
-}
-
-void Reports::dropRanges(const QSet<QString>& outputPaths) {
-  if (!m_open || outputPaths.isEmpty()) {
+void Reports::dropRanges(const IsDropped& isDropped) {
+  if (!m_open) {
     return;
   }
-  dropLines(m_text, m_paths.text, &Range::inText, outputPaths);
-  dropLines(m_csv, m_paths.csv, &Range::inCsv, outputPaths);
-  m_ranges.clear(); // they begin elsewhere now, and no further line comes
-  m_mayTakeBack = false;
+  bool anyDropped = false;
+  for (Range& range : m_ranges) {
+    range.isDropped = isDropped(range.outputPath, range.firstPage);
+    anyDropped = anyDropped || range.isDropped;
+  }
+  if (anyDropped) {
+    dropLines(m_text, m_paths.text, &Range::inText);
+    dropLines(m_csv, m_paths.csv, &Range::inCsv);
+    m_ranges.clear(); // they begin elsewhere now, and no further line comes
+  }
 }
 
-void Reports::dropLines(platform::TextWriter& file, const QString& path, qint64 Range::*begin,
-                        const QSet<QString>& outputPaths) const {
-  const auto isDropped = [&](const Range& range) { return outputPaths.contains(range.outputPath); };
-  const auto first = std::ranges::find_if(m_ranges, isDropped);
+void Reports::dropLines(platform::TextWriter& file, const QString& path,
+                        qint64 Range::*begin) const {
+  const auto first = std::ranges::find_if(m_ranges, &Range::isDropped);
   QFile written;
   platform::FileFailure ignored; // a report that cannot be read stays as it is
-  if (first == m_ranges.end() || platform::isNullDevice(path) || !file.flush() ||
+  if (platform::isNullDevice(path) || !file.flush() ||
       !platform::openForReading(written, path, platform::FileAccess::Ordinary, ignored)) {
     return;
   }
@@ -120,7 +114,7 @@ void Reports::dropLines(platform::TextWriter& file, const QString& path, qint64 
   for (auto range = first; range != m_ranges.end(); ++range) {
     const auto next = std::next(range);
     const qint64 end = next == m_ranges.end() ? file.position() : (*next).*begin;
-    if (!isDropped(*range) && written.seek((*range).*begin)) {
+    if (!range->isDropped && written.seek((*range).*begin)) {
       kept += written.read(end - (*range).*begin);
     }
   }

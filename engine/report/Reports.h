@@ -6,8 +6,8 @@
 #include "platform/TextFile.h"
 
 #include <QDateTime>
-#include <QSet>
 
+#include <functional>
 #include <vector>
 
 namespace folivex {
@@ -43,11 +43,10 @@ public:
   const ReportPaths& paths() const { return m_paths; }
 
   void writeRange(const ReportLine& line);
-  /// Removes the line that writeRange() wrote last from both reports. Only one line can be taken
-  /// back.
-  void takeBackRange();
+  /// Whether a line is to go, by its output's path and first page.
+  using IsDropped = std::function<bool(const QString& outputPath, int firstPage)>;
   /// Removes the lines of outputs that are not there after all. The lines behind them move up.
-  void dropRanges(const QSet<QString>& outputPaths);
+  void dropRanges(const IsDropped& isDropped);
   void writeTotals(int fileCount);
   /// A finding that a reader of the text report must not miss.
   void writeFinding(const QString& sentence);
@@ -60,20 +59,20 @@ private:
   /// One line in both reports.
   struct Range {
     QString outputPath;
+    int firstPage;
+    bool isDropped;
     qint64 inText; ///< where the line begins, in bytes
     qint64 inCsv;
   };
 
   static bool openOne(platform::TextWriter& file, const QString& path);
-  void dropLines(platform::TextWriter& file, const QString& path, qint64 Range::*begin,
-                 const QSet<QString>& outputPaths) const;
+  void dropLines(platform::TextWriter& file, const QString& path, qint64 Range::*begin) const;
   void writeHeaders(const QString& source, const QString& searchText, const QDateTime& now);
 
   ReportPaths m_paths;
   platform::TextWriter m_text;
   platform::TextWriter m_csv;
   std::vector<Range> m_ranges;
-  bool m_mayTakeBack = false;
   bool m_open = false;
 };
 

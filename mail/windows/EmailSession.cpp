@@ -133,17 +133,24 @@ struct EmailSession::Batch {
   Batch(const SplitSetup& setup, const DeliveryMeans& means) : delivery(setup, means) {}
 
   /// What is to be confirmed, or could not be sent, of this run is for the end of the batch.
-  void keep(FinishedRun run) { waiting.push_back(std::move(run)); }
+  void keep(FinishedRun run) {
+    for (const AddressedOutput& output : run.outputs) {
+      m_runOf.insert(output.file, waiting.size());
+    }
+    waiting.push_back(std::move(run));
+  }
 
   /// Files that wait and that this run has written anew hold its pages alone.
   void forgetReplaced(const FinishedRun& run) {
-    QSet<QString> files;
+    QHash<std::size_t, QSet<QString>> replaced; // by the run that waits
     for (const AddressedOutput& output : run.outputs) {
-      files += output.file;
+      if (const auto earlier = m_runOf.constFind(output.file); earlier != m_runOf.constEnd()) {
+        replaced[*earlier] += output.file;
+      }
     }
-    for (FinishedRun& earlier : waiting) {
-      std::erase_if(earlier.outputs, [&files](const AddressedOutput& output) {
-        return files.contains(output.file);
+    for (auto files = replaced.constBegin(); files != replaced.constEnd(); ++files) {
+      std::erase_if(waiting[files.key()].outputs, [&files](const AddressedOutput& output) {
+        return files->contains(output.file);
       });
     }
   }
@@ -151,6 +158,9 @@ struct EmailSession::Batch {
   EmailDelivery delivery;
   std::vector<FinishedRun> waiting;
   bool wasSent = false; ///< some of its mails went out, or were tried, while it was on
+
+private:
+  QHash<QString, std::size_t> m_runOf; ///< which of those that wait made a file last
 };
 
 EmailSession::EmailSession(Parts parts) : m_parts(std::move(parts)) {}
@@ -201,7 +211,7 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
     m_batch = std::make_unique<Batch>(setup, m_means);
   }
   m_batch->delivery.addRun(run);
-  if (!setup.alwaysAppend) {
+  if (setup.alwaysOverwrite && !setup.alwaysAppend) {
     m_batch->forgetReplaced(run);
   }
   if (setup.emailConfirm) {

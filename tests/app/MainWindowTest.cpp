@@ -430,8 +430,8 @@ TEST_F(MainWindowTest, InAutomationModeMailsAreNobodysBusiness) {
     trigger(command);
     EXPECT_EQ(outputs().filter(QRegularExpression("^in\\.pdf_emails_[0-9_]+\\.lst$")).size(), 1)
         << outputs().join(u' ').toStdString();
-    EXPECT_TRUE(notes().contains("1 of 2 outputs have no e-mail address")) << notes().toStdString();
-    EXPECT_TRUE(notes().contains("1 e-mail not sent: sending is to be confirmed"));
+    EXPECT_EQ(notes().count("1 of 2 outputs have no e-mail address"), 1) << notes().toStdString();
+    EXPECT_EQ(notes().count("1 e-mail not sent: sending is to be confirmed"), 1);
   }
   EXPECT_EQ(windows, 0);
   EXPECT_EQ(m_dialogs.messages.filter("mail"), QStringList());

@@ -158,6 +158,11 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
        {"A1.pdf", "A2.pdf"},
        ""},
       {"files of a folder", {"-usplit.fxs", "-ffolder/*", "-c"}, 0, {"F1.pdf", "F2.pdf"}, ""},
+      {"ending of another case left out",
+       {"-usplit.fxs", "-ffolder/*.pdf", "-c"},
+       0,
+       {"F1.pdf", "F2.pdf"},
+       ""},
       {"pattern taken for all files", {"-usplit.fxs", "-ffolder/1*.pdf", "-c"}, 0, {"F1.pdf"}, ""},
       {"folder that is not there",
        {"-usplit.fxs", "-fno/*.pdf", "-c"},
@@ -251,6 +256,7 @@ TEST_F(Program, WithoutDisplayAndArgumentsItSaysSo) {
 
 TEST_F(Program, ADisplayThatIsNotThereIsDoneWithout) {
   place.environment().insert("DISPLAY", ":4321");
+  EXPECT_EQ(place.run({}).exitCode, 1) << "a window was tried";
   const QStringList arguments{fxs(), source("a.pdf", {"A1"})};
   const ProgramRun planned = place.run(arguments + QStringList("--plan=csv"));
   EXPECT_EQ(planned.exitCode, 0) << planned.err.toStdString();

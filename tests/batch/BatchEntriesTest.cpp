@@ -144,7 +144,7 @@ TEST_F(Entries, RunSetsStatusesAndTheCountsFollow) {
   runBatch(m_rows, state, person, [&](const QString& path) {
     processed += QFileInfo(path).fileName();
     EXPECT_EQ(texts(m_rows.all()).filter(": Processing").size(), 1);
-    return !path.endsWith("bad");
+    return path.endsWith("bad") ? RowEnd::Failed : RowEnd::Done;
   });
   EXPECT_EQ(processed, (QStringList{"a", "bad", "a"}));
   EXPECT_EQ(m_rows.at(1).status, "Ready.");

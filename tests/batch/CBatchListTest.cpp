@@ -224,7 +224,7 @@ TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
         EXPECT_FALSE(control<QWidget>(&m_list, "clearAll")->isEnabled());
         EXPECT_FALSE(control<QWidget>(&m_list, "processList")->isEnabled());
       }
-      return calls != 2;
+      return calls == 2 ? RowEnd::Failed : RowEnd::Done;
     });
     m_list.setRunning(false);
   };

@@ -63,6 +63,8 @@ TEST(AddressSearch, FindsAddressesOnRealisticLines) {
       {"anna@example .co .uk", "anna@example.co.uk"},
       {"anna_ meyer@example.org", ""},
       {"Email:____ anna@example.org", "anna@example.org"},
+      {"E-mail_ anna@example.org", "anna@example.org"},
+      {"anna@example.org- call us", "anna@example.org"},
       {"____anna@example.org____", "anna@example.org"},
       {"anna ^@example.org", ""},
       {"anna @ / example.org", ""},

@@ -321,6 +321,7 @@ TEST_F(MailSession, AFileOfSeveralSourcesIsMailedOnceForThePagesItHolds) {
   };
   for (const Row& row : rows) {
     setup.alwaysAppend = row.append;
+    setup.alwaysOverwrite = !row.append;
     for (const QString& address : row.addresses) {
       session.afterSourceOfBatch(setup, {at("in.pdf"), {output(1, address)}});
     }

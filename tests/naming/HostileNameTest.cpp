@@ -32,6 +32,10 @@ INSTANTIATE_TEST_SUITE_P(
     Texts, HarmlessName,
     testing::Values(
         NameRow{"pathIsClimbed", found(u"../../etc/passwd"_s), "_....etcpasswd.pdf"},
+        NameRow{"hiddenFile", found(u".47"_s), "_.47.pdf"},
+        NameRow{"hiddenFileFromPrefix", found(u".47"_s, u"[EXTRACTTEXT]-"_s), "_.47-.47.pdf"},
+        NameRow{"hiddenFolder", found(u".47"_s, asFolder + u'x'), "_.47/x.47.pdf"},
+        NameRow{"hiddenAsTyped", found(u"A"_s, u".x"_s), ".xA.pdf"},
         NameRow{"parentFolder", found(u".."_s, asFolder), "_/_...pdf"},
         NameRow{"thisFolder", found(u"."_s, u"[EXTRACTTEXT]/x"_s), "_/x..pdf"},
         NameRow{"parentFolderFromTwoHalves", found(u"."_s, u".[EXTRACTTEXT]/"_s), "_/_..pdf"},

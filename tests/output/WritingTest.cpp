@@ -37,6 +37,16 @@ protected:
   }
 };
 
+/// Room for the reports and the setup, in bytes, not for a page with tooMuch() on it.
+constexpr int smallDisk = 24'000;
+PdfText tooMuch() {
+  QString noise;
+  for (int i = 0; i < 40'000; ++i) {
+    noise += QChar(0x4E00 + (i * 7919) % 20'000);
+  }
+  return {10, 10, noise, 0.01};
+}
+
 const QByteArray cutWithQpdf = "exec qpdf \"$1\" --pages . \"$3-$4\" -- \"$2\"";
 
 } // namespace
@@ -227,16 +237,11 @@ TEST_F(Writing, UnwritablePlaceLeavesNoPartOfAFile) {
 }
 
 TEST_F(Writing, FullDiskLeavesNoPartOfAFile) {
-  // Room for the reports and the setup, not for a page of this.
   TextPdf pdf = fivePages();
-  QString noise;
-  for (int i = 0; i < 40'000; ++i) {
-    noise += QChar(0x4E00 + (i * 7919) % 20'000);
-  }
-  pdf.pages[0].texts.push_back({10, 10, noise, 0.01});
+  pdf.pages[0].texts.push_back(tooMuch());
   pdf.write(source());
   {
-    const SmallDisk full(24'000);
+    const SmallDisk full(smallDisk);
     EXPECT_EQ(run(), RunError::OutputFailed);
   }
   EXPECT_EQ(outputs(),
@@ -247,6 +252,20 @@ TEST_F(Writing, FullDiskLeavesNoPartOfAFile) {
   EXPECT_EQ(m_person.questions.filter("Done! - 2 PDF file(s) output").size(), 1);
   EXPECT_EQ(reportLines(), (QStringList{"3 ,3 ,1002 ,out/1002.pdf",
                                         "4 ,5 ,1001 ,out/1001_part002.pdf", ",2, PDF file(s)"}));
+}
+
+TEST_F(Writing, APartThatCouldNotBeAppendedIsNotListed) {
+  TextPdf pdf = statements({"Account: 1001", "Account: 1002", "Account: 1001"});
+  pdf.pages[2].texts.push_back(tooMuch());
+  pdf.write(source());
+  setup().alwaysAppend = true;
+  {
+    const SmallDisk full(smallDisk);
+    EXPECT_NE(run(), RunError::None);
+  }
+  EXPECT_EQ(outputs(), (QStringList{"1001.pdf: Account: 1001", "1002.pdf: Account: 1002"}));
+  EXPECT_EQ(reportLines(), (QStringList{"1 ,1 ,1001 ,out/1001.pdf", "2 ,2 ,1002 ,out/1002.pdf",
+                                        ",2, PDF file(s)"}));
 }
 
 TEST_F(Writing, ListInPlaceOfOutputs) {

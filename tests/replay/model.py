@@ -337,13 +337,14 @@ class Namer:
             prefix = self.title
         if self.s["USESOURCEFILENAMEPOST"] == "1":
             postfix = self.title
+        typed = prefix == self.expanded(prefix, r, match)
         prefix, postfix = self.expanded(prefix, r, match), self.expanded(postfix, r, match)
         cut = int(self.s["STRIPEND"])
         if cut > 0:
             match = match[:max(len(match) - cut, 0)]
         name = prefix + self.body(r, match) + postfix
-        if name.startswith(".") and not prefix.rpartition("/")[2]:
-            name = "_" + name
+        if name.startswith(".") and not (prefix and typed):
+            name = "_" + name  # nobody would see it
         return f"{self.folder}/{name if name.strip() else 'unnamed'}.pdf"
 
     def body(self, r, match):

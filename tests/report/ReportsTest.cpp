@@ -66,24 +66,6 @@ TEST_F(ReportsTest, WholeReport) {
   EXPECT_EQ(contentOf(at("r.csv")), onDisk(csvHead + csvLines + "\n,2, PDF file(s)\n"));
 }
 
-TEST_F(ReportsTest, LineTakenBackWhateverItHeld) {
-  for (const bool flushedBetween : {false, true}) {
-    SCOPED_TRACE(flushedBetween);
-    ASSERT_EQ(open().error, RunError::None);
-    m_reports.writeRange(first);
-    m_reports.writeRange(foreign);
-    if (flushedBetween) {
-      m_reports.flush();
-    }
-    m_reports.takeBackRange();
-    m_reports.takeBackRange(); // one line only, however often it is asked
-    m_reports.writeRange(longOne);
-    ASSERT_EQ(m_reports.close().error, RunError::None);
-    EXPECT_EQ(contentOf(at("r.txt")), onDisk(textHead + textLines));
-    EXPECT_EQ(contentOf(at("r.csv")), onDisk(csvHead + csvLines));
-  }
-}
-
 TEST_F(ReportsTest, LinesOfMissingOutputsAreDropped) {
   for (const bool withoutText : {false, true}) {
     SCOPED_TRACE(withoutText);
@@ -95,7 +77,9 @@ TEST_F(ReportsTest, LinesOfMissingOutputsAreDropped) {
     m_reports.flush();
     m_reports.writeRange(longOne);
     m_reports.writeRange(foreign);
-    m_reports.dropRanges({foreign.outputPath, QStringLiteral("/no/line/of/it")});
+    m_reports.dropRanges([](const QString& path, int firstPage) {
+      return path == foreign.outputPath && firstPage == foreign.firstPage;
+    });
     m_reports.writeTotals(2);
     ASSERT_EQ(m_reports.close().error, RunError::None);
     EXPECT_EQ(contentOf(at("r.csv")), onDisk(csvHead + csvLines + "\n,2, PDF file(s)\n"));
@@ -108,8 +92,6 @@ TEST_F(ReportsTest, LinesOfMissingOutputsAreDropped) {
 TEST_F(ReportsTest, SwitchedOffReportLeavesTheOtherAlone) {
   ASSERT_EQ(open({nullReport(), at("r.csv"), nullReport()}).error, RunError::None);
   m_reports.writeRange(first);
-  m_reports.writeRange(foreign);
-  m_reports.takeBackRange();
   m_reports.writeRange(longOne);
   EXPECT_EQ(m_reports.close().error, RunError::None);
   EXPECT_EQ(contentOf(at("r.csv")), onDisk(csvHead + csvLines));
