@@ -33,6 +33,10 @@ struct CommandLine {
   static constexpr int maxArguments = 255;
 
   std::vector<CommandAction> actions;
+  /// The program is to end when all is done.
+  bool closes() const {
+    return !actions.empty() && actions.back().kind == CommandAction::Kind::Close;
+  }
   PlanOutput plan = PlanOutput::None;
   bool help = false;
   bool version = false;

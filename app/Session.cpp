@@ -163,9 +163,7 @@ Session::Ended Session::handleCommandLine(const CommandLine& line) {
   m_driver->setCommandLine(false);
   setUnattended(false);
   // A person who stopped the work has not asked for the window to go.
-  const bool closes =
-      !line.actions.empty() && line.actions.back().kind == CommandAction::Kind::Close;
-  return {code && (closes || *code != stoppedExitCode), code.value_or(m_exitCode)};
+  return {code && (line.closes() || *code != stoppedExitCode), code.value_or(m_exitCode)};
 }
 
 std::optional<int> Session::performAll(const CommandLine& line) {

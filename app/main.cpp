@@ -59,10 +59,8 @@ bool wantsWindow(const CommandLine& line) {
   if (line.argumentCount == 0) {
     return platform::hasDisplay() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
   }
-  const bool closes =
-      !line.actions.empty() && line.actions.back().kind == CommandAction::Kind::Close;
   return platform::hasDisplay() && line.plan == PlanOutput::None &&
-         !(closes && platform::isTerminal(stderr));
+         !(line.closes() && platform::isTerminal(stderr));
 }
 
 } // namespace

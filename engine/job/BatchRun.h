@@ -37,8 +37,8 @@ enum class RowEnd {
 
 /// Runs `processFile` for each row in use, in list order and in automation mode, and sets the rows'
 /// status: "Processing", then "Done", or "file error" for a file that cannot be opened or not be
-/// split whole, or "Stopped". A file that
-/// fails does not end the batch; Stop does, at the next row. At the end the person is told.
+/// split whole, or "Stopped". A file that fails does not end the batch; Stop does, at the next row.
+/// At the end the person is told.
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
                      const std::function<RowEnd(const QString& path)>& processFile);
 

@@ -1,5 +1,7 @@
 #include "engine/output/EmailRecords.h"
 
+#include "engine/match/MatchText.h"
+
 #include <utility>
 
 namespace folivex {
@@ -7,12 +9,6 @@ namespace folivex {
 namespace {
 
 constexpr qsizetype maxRecordText = 255;
-
-/// Half a character at the end would not survive being written.
-QString cut(const QString& text) {
-  const bool splitsPair = text.size() > maxRecordText && text[maxRecordText - 1].isHighSurrogate();
-  return text.left(splitsPair ? maxRecordText - 1 : maxRecordText);
-}
 
 } // namespace
 
@@ -35,7 +31,7 @@ void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
   }
   m_byPath.insert(record.outputPath, m_records.size());
   EmailRecord kept = record;
-  kept.matchedText = cut(record.matchedText);
+  cutText(kept.matchedText, maxRecordText);
   m_records.push_back(kept);
 }
 

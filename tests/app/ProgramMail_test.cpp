@@ -31,6 +31,22 @@ protected:
     return QStringLiteral("-f") + place.at(QStringLiteral("all.pdf"));
   }
 
+  /// Takes one mail; the next one gets no answer.
+  struct HangingServer : MailServerProcess {
+    HangingServer() : MailServerProcess("faulty_smtp_server.py", {"hang-unanswered", "1"}) {}
+  };
+
+  void startUntilFirstMail(QProcess& program, HangingServer& server, const QStringList& further) {
+    setup.emailSmtp = server.text();
+    setup.emailPassword.clear();
+    program.setProcessEnvironment(place.environment());
+    program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"),
+                  QStringList{fxs(), fourAccounts()} + further + QStringList("-c"));
+    while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
+      ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
+    }
+  }
+
   /// Of the one list in the output folder whose name says this.
   QByteArray listNamed(const QString& kind) const {
     const QStringList lists = savedLists();
@@ -74,15 +90,9 @@ TEST_F(ProgramMail, WhatIsToBeConfirmedIsSavedAndNotSent) {
 
 /// Killed between two mails: both are in a list, and the log tells which of them went out.
 TEST_F(ProgramMail, ARunThatDiesLeavesItsList) {
-  MailServerProcess server("faulty_smtp_server.py", {"hang-unanswered", "1"});
-  setup.emailSmtp = server.text();
-  setup.emailPassword.clear();
+  HangingServer server;
   QProcess program;
-  program.setProcessEnvironment(place.environment());
-  program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"), {fxs(), fourAccounts(), "-c"});
-  while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
-    ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
-  }
+  startUntilFirstMail(program, server, {});
   program.kill();
   ASSERT_TRUE(program.waitForFinished(hangLimit));
   EXPECT_EQ(listNamed("emails_sending_"),
@@ -92,16 +102,9 @@ TEST_F(ProgramMail, ARunThatDiesLeavesItsList) {
 }
 
 TEST_F(ProgramMail, AStopWhileMailsGoOutIsTheEndOfAllFiles) {
-  MailServerProcess server("faulty_smtp_server.py", {"hang-unanswered", "1"});
-  setup.emailSmtp = server.text();
-  setup.emailPassword.clear();
+  HangingServer server;
   QProcess program;
-  program.setProcessEnvironment(place.environment());
-  program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"),
-                {fxs(), fourAccounts(), source("b.pdf", {"B1"}), "-c"});
-  while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
-    ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
-  }
+  startUntilFirstMail(program, server, {source("b.pdf", {"B1"})});
   program.terminate();
   ASSERT_TRUE(program.waitForFinished(hangLimit));
   EXPECT_EQ(program.exitCode(), 1);
