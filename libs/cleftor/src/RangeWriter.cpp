@@ -155,7 +155,7 @@ void RangeWriter::endHelp() {
   m_changed.notify_all();
 }
 
-int32_t RangeWriter::unfinished() const {
+int64_t RangeWriter::finishedUpTo() const {
   int64_t before = m_handed;
   for (const Task& task : m_waiting) {
     if (task.order) {
@@ -168,7 +168,11 @@ int32_t RangeWriter::unfinished() const {
       before = std::min(before, written->number - 1);
     }
   }
-  return static_cast<int32_t>(m_handed - before);
+  return before;
+}
+
+int32_t RangeWriter::unfinished() const {
+  return static_cast<int32_t>(m_handed - finishedUpTo());
 }
 
 int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
@@ -184,7 +188,8 @@ int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
 
 std::optional<FailedRange> RangeWriter::takeFailure() {
   const std::lock_guard lock(m_mutex);
-  if (m_failed.empty()) {
+  // While an earlier range is still being written, it may be the first to be told.
+  if (m_failed.empty() || m_failed.begin()->first > finishedUpTo()) {
     return std::nullopt;
   }
   FailedRange failure = std::move(m_failed.begin()->second);

@@ -64,7 +64,8 @@ public:
   /** Frees a source, which takes a while for a large one, without making the caller wait. */
   void release(std::shared_ptr<Source> source);
 
-  /** The failure of the range that was handed over first, if any. */
+  /** The failure of the range that was handed over first, if any; only when all before it are done,
+   * so that failures come in the order of the calls. */
   std::optional<FailedRange> takeFailure();
 
   /** Last page of the last range that was written, 0 before the first. */
@@ -92,6 +93,7 @@ private:
   void perform(Source& source, RangeOrder& order, int64_t number);
   void put(Task task);
   bool hasRoomFor(int32_t pages) const;
+  int64_t finishedUpTo() const; /**< the range of this number and all before it are done */
   int32_t unfinished() const;
   void fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason);
 
