@@ -26,6 +26,7 @@ CSplitPdfInit::CSplitPdfInit()
   bind(PdfTextDumpOpenFile, "PdfTextDumpOpenFile");
   bind(GetPageCount2, "GetPageCount2");
   bind(SplitPdfPages, "SplitPdfPages");
+  bind(SplitPdfRanges, "SplitPdfRanges");
   bind(BeginOpenFile, "BeginOpenFile");
   bind(SetKeepBookmarks, "SetKeepBookmarks");
   bind(SetPageRotation, "SetPageRotation");

@@ -45,6 +45,7 @@ public:
   Operation<int32_t()> GetPageCount2;
   Operation<int32_t(const char16_t*, int32_t, int32_t, int32_t)> SplitPdfPages;
 
+  Operation<int32_t(const char16_t*, const int32_t*, int32_t, int32_t)> SplitPdfRanges;
   Operation<void(const char16_t*, const char16_t*)> BeginOpenFile;
   Operation<void(int32_t)> SetKeepBookmarks;
   Operation<void(int32_t)> SetPageRotation;

@@ -39,6 +39,35 @@ TEST_F(KeepingTest, WholeRangeOfADocumentWithEverything) {
                           "calculated ['account']", "form ['/CO', '/DA', '/DR', '/Fields']"));
 }
 
+/// They are one document: links lead from one to the other, a field is one field, labels go with
+/// their pages, and a page that is asked for twice stands there twice.
+TEST_F(KeepingTest, SeveralRangesInOneFile) {
+  SetKeepBookmarks(1);
+  ASSERT_EQ(open("everything"), CLEFTOR_OK);
+  const int32_t ranges[] = {6, 6, 4, 4, 9, 10, 4, 4};
+  ASSERT_EQ(SplitPdfRanges(wide(output().string()).c_str(), ranges, 4, 12), CLEFTOR_OK)
+      << errorText();
+  EXPECT_THAT(facts("out.pdf", "bookmark"),
+              ElementsAre("bookmark 1 Part one -> nowhere", "bookmark 2 On four -> 2",
+                          "bookmark 2 On nine -> 3", "bookmark 1 Part two -> 4"));
+  EXPECT_THAT(facts("out.pdf", "page 1"),
+              ElementsAre("page 1 text", "page 1 label A-8",
+                          "page 1 rotation 90 box [10, 92, 500, 782]", "page 1 link 2"));
+  EXPECT_THAT(facts("out.pdf", "page 2 l"),
+              ElementsAre("page 2 label iv", "page 2 link 1", "page 2 link https://example.org/"));
+  EXPECT_THAT(facts("out.pdf", "page 3 label"), ElementsAre("page 3 label A-11"));
+  EXPECT_THAT(facts("out.pdf", "page 5 l"),
+              ElementsAre("page 5 label iv", "page 5 link 1", "page 5 link https://example.org/"));
+  EXPECT_THAT(facts("out.pdf", "field"), ElementsAre("field account = 4711 on [1, 2, 3, 5]"));
+  EXPECT_EQ(SplitPdfRanges(wide(output("none.pdf").string()).c_str(), ranges, 0, 12),
+            CLEFTOR_BAD_RANGE);
+  EXPECT_EQ(SplitPdfRanges(wide(output("none.pdf").string()).c_str(), nullptr, 4, 12),
+            CLEFTOR_BAD_RANGE);
+  const int32_t outside[] = {6, 6, 12, 13};
+  EXPECT_EQ(SplitPdfRanges(wide(output("none.pdf").string()).c_str(), outside, 2, 12),
+            CLEFTOR_BAD_RANGE);
+}
+
 TEST_F(KeepingTest, CatalogEntries) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
   ASSERT_EQ(split(4, 6), CLEFTOR_OK) << errorText();

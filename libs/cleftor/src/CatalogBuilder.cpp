@@ -53,8 +53,11 @@ std::string CatalogBuilder::identifier(int32_t rotation) {
   if (id.isArray() && id.getArrayNItems() > 0 && id.getArrayItem(0).isString()) {
     text = id.getArrayItem(0).getStringValue();
   }
-  text += ' ' + std::to_string(m_source.pageCount()) + ' ' + std::to_string(m_range.first) + ' ' +
-          std::to_string(m_range.last) + ' ' + std::to_string(rotation);
+  text += ' ' + std::to_string(m_source.pageCount());
+  for (const auto& [first, last] : m_ranges) {
+    text += ' ' + std::to_string(first) + ' ' + std::to_string(last);
+  }
+  text += ' ' + std::to_string(rotation);
   std::string bytes;
   appendBytes(bytes, hashOf(text, 0));
   appendBytes(bytes, hashOf(text, 0x9E3779B97F4A7C15ULL));
@@ -67,12 +70,12 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.number(pageTree);
   addPlainEntries(out);
   addViewerPreferences(out);
-  if (const auto labels = m_source.labels().within(m_range.first, m_range.last)) {
+  if (const auto labels = m_source.labels().within(m_ranges)) {
     out.text("/PageLabels");
     out.append(*labels);
   }
   const int outline =
-      keepBookmarks ? writeOutline(m_source, m_copier, m_links, m_writer, m_range) : 0;
+      keepBookmarks ? writeOutline(m_source, m_copier, m_links, m_writer, m_ranges) : 0;
   if (outline != 0) {
     out.text("/Outlines ");
     out.number(outline);
@@ -138,7 +141,7 @@ void CatalogBuilder::addOpenAction(Fragment& out) {
 void CatalogBuilder::addNames(Fragment& out) {
   Fragment older;
   Fragment names;
-  for (const auto* destination : m_source.names().within(m_range.first, m_range.last)) {
+  for (const auto* destination : m_source.names().within(m_ranges)) {
     if (destination->isNameObject) {
       m_links.writeDestination(older,
                                QPDFObjectHandle::newName(destination->name).unparse().c_str(),

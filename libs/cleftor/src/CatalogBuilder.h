@@ -16,9 +16,9 @@ namespace cleftor {
 class CatalogBuilder {
 public:
   CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
-                 DocumentWriter& writer, PageRange range)
+                 DocumentWriter& writer, const std::vector<PageRange>& ranges)
       : m_source(source), m_copier(copier), m_links(links), m_form(form), m_writer(writer),
-        m_range(range) {}
+        m_ranges(ranges) {}
 
   /** Number of the document information, 0 when the source has none. */
   int writeInfo();
@@ -26,7 +26,7 @@ public:
   /** Writes the catalog and everything that only it refers to; the pages are written before. */
   void writeCatalog(int number, int pageTree, bool keepBookmarks);
 
-  /** 16 bytes, the same whenever the same range of the same source is written. */
+  /** 16 bytes, the same whenever the same pages of the same source is written. */
   std::string identifier(int32_t rotation);
 
 private:
@@ -42,7 +42,7 @@ private:
   LinkRules& m_links;
   FormBuilder& m_form;
   DocumentWriter& m_writer;
-  PageRange m_range;
+  const std::vector<PageRange>& m_ranges; /**< in the order of the output */
 };
 
 } // namespace cleftor

@@ -25,10 +25,7 @@ const char* targetsKey(const std::string& kind) {
 
 bool LinkRules::leadsInside(QPDFObjectHandle destination) {
   const auto page = m_source.names().pageOfDestination(destination);
-  if (!page) {
-    return false;
-  }
-  return m_range.contains(*page) || m_copier.isPlaced(m_source.pages().object(*page));
+  return page && m_copier.isPlaced(m_source.pages().object(*page));
 }
 
 void LinkRules::destinationBody(Fragment& out, QPDFObjectHandle destination) {

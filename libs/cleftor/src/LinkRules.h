@@ -9,27 +9,19 @@
 
 namespace cleftor {
 
-/** Pages first..last of the source, as indexes from 0, both included. */
-struct PageRange {
-  int32_t first;
-  int32_t last;
-
-  bool contains(int32_t page) const { return page >= first && page <= last; }
-};
-
 /**
- * What becomes of links and actions in a range: those that lead to one of its pages stay, those
- * that lead to another page go, and those that have nothing to do with pages stay as they are.
+ * What becomes of links and actions in an output: those that lead to one of its pages stay, those
+ * that lead to another page go, and those that have nothing to do with pages stay as they are. Its
+ * pages have to be placed before.
  */
 class LinkRules {
 public:
-  LinkRules(Source& source, ObjectCopier& copier, PageRange range)
-      : m_source(source), m_copier(copier), m_range(range) {}
+  LinkRules(Source& source, ObjectCopier& copier) : m_source(source), m_copier(copier) {}
 
-  /** Whether a destination of any kind leads into the range. */
+  /** Whether a destination of any kind leads to a page of the output. */
   bool leadsInside(QPDFObjectHandle destination);
 
-  /** Writes "/key value" when the destination leads into the range; false when it goes. */
+  /** Writes "/key value" when the destination leads into the output; false when it goes. */
   bool writeDestination(Fragment& out, const char* key, QPDFObjectHandle destination);
 
   /** Writes "/key value" for what stays of an action and those that follow it; false when none
@@ -51,7 +43,6 @@ private:
 
   Source& m_source;
   ObjectCopier& m_copier;
-  PageRange m_range;
   int m_actionsWritten = 0;
 };
 

@@ -77,19 +77,22 @@ std::optional<int32_t> NamedDestinations::pageOfDestination(QPDFObjectHandle des
   return destination.isArray() ? pageOfArray(destination) : pageOf(destination);
 }
 
-std::vector<const NamedDestinations::Destination*> NamedDestinations::within(int32_t first,
-                                                                             int32_t last) const {
-  const auto begin =
-      std::lower_bound(m_all.begin(), m_all.end(), first,
-                       [](const Destination& left, int32_t page) { return left.page < page; });
+std::vector<const NamedDestinations::Destination*>
+NamedDestinations::within(const std::vector<PageRange>& ranges) const {
   std::vector<const Destination*> found;
-  for (auto at = begin; at != m_all.end() && at->page <= last; ++at) {
-    found.push_back(&*at);
+  for (const auto& [first, last] : ranges) {
+    auto at =
+        std::lower_bound(m_all.begin(), m_all.end(), first,
+                         [](const Destination& left, int32_t page) { return left.page < page; });
+    for (; at != m_all.end() && at->page <= last; ++at) {
+      found.push_back(&*at);
+    }
   }
   std::sort(found.begin(), found.end(), [](const Destination* left, const Destination* right) {
     return std::tuple(!left->isNameObject, std::string_view(left->name)) <
            std::tuple(!right->isNameObject, std::string_view(right->name));
   });
+  found.erase(std::unique(found.begin(), found.end()), found.end());
   return found;
 }
 

@@ -28,8 +28,8 @@ public:
   /** Page index that any kind of destination leads to: array, dictionary, name or string. */
   std::optional<int32_t> pageOfDestination(QPDFObjectHandle destination) const;
 
-  /** Those that lead to pages first..last (indexes), ordered by name, the older kind first. */
-  std::vector<const Destination*> within(int32_t first, int32_t last) const;
+  /** Those that lead into the ranges, each once, ordered by name, the older kind first. */
+  std::vector<const Destination*> within(const std::vector<PageRange>& ranges) const;
 
 private:
   void addTree(QPDFObjectHandle root);

@@ -115,8 +115,8 @@ private:
 } // namespace
 
 int writeOutline(Source& source, ObjectCopier& copier, LinkRules& links, DocumentWriter& writer,
-                 PageRange range) {
-  const std::vector<int32_t> positions = source.outline().within(range.first, range.last);
+                 const std::vector<PageRange>& ranges) {
+  const std::vector<int32_t> positions = source.outline().within(ranges);
   if (positions.empty()) {
     return 0;
   }

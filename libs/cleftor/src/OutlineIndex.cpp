@@ -59,14 +59,16 @@ void OutlineIndex::walk(QPDFObjectHandle root, const NamedDestinations& names) {
   }
 }
 
-std::vector<int32_t> OutlineIndex::within(int32_t first, int32_t last) const {
-  const auto begin = std::lower_bound(
-      m_byPage.begin(), m_byPage.end(), first,
-      [this](int32_t position, int32_t page) { return item(position).page < page; });
+std::vector<int32_t> OutlineIndex::within(const std::vector<PageRange>& ranges) const {
   std::set<int32_t> kept;
-  for (auto at = begin; at != m_byPage.end() && item(*at).page <= last; ++at) {
-    for (int32_t up = *at; up != none && kept.insert(up).second;) {
-      up = item(up).parent;
+  for (const auto& [first, last] : ranges) {
+    auto at = std::lower_bound(
+        m_byPage.begin(), m_byPage.end(), first,
+        [this](int32_t position, int32_t page) { return item(position).page < page; });
+    for (; at != m_byPage.end() && item(*at).page <= last; ++at) {
+      for (int32_t up = *at; up != none && kept.insert(up).second;) {
+        up = item(up).parent;
+      }
     }
   }
   return {kept.begin(), kept.end()};

@@ -23,9 +23,8 @@ public:
 
   const Item& item(int32_t position) const { return m_items[static_cast<size_t>(position)]; }
 
-  /** Positions, ascending, of the bookmarks into pages first..last (indexes) and of those above
-   * them. */
-  std::vector<int32_t> within(int32_t first, int32_t last) const;
+  /** Positions, ascending, of the bookmarks into the ranges and of those above them. */
+  std::vector<int32_t> within(const std::vector<PageRange>& ranges) const;
 
 private:
   void walk(QPDFObjectHandle root, const NamedDestinations& names);

@@ -41,19 +41,33 @@ void writeSection(Fragment& out, int64_t page, QPDFObjectHandle label, int64_t s
 
 } // namespace
 
-std::optional<Fragment> PageLabels::within(int32_t first, int32_t last) const {
-  auto at = std::upper_bound(m_sections.begin(), m_sections.end(), first,
+/** place: index of the range's first page in the output. False when its pages have no labels. */
+bool PageLabels::writeRange(Fragment& out, PageRange range, int64_t place) const {
+  auto at = std::upper_bound(m_sections.begin(), m_sections.end(), range.first,
                              [](int64_t page, const Section& right) { return page < right.page; });
   if (at != m_sections.begin()) {
     --at;
   }
+  if (at == m_sections.end() || at->page > range.last) {
+    // Those of the range before would else go on here.
+    writeSection(out, place, QPDFObjectHandle::parse("<</S/D>>"), place);
+    return false;
+  }
+  for (; at != m_sections.end() && at->page <= range.last; ++at) {
+    const int64_t skipped = std::max<int64_t>(0, range.first - at->page);
+    writeSection(out, place + std::max<int64_t>(0, at->page - range.first), at->label, skipped);
+  }
+  return true;
+}
+
+std::optional<Fragment> PageLabels::within(const std::vector<PageRange>& ranges) const {
   Fragment out;
   out.text("<</Nums[");
   bool any = false;
-  for (; at != m_sections.end() && at->page <= last; ++at) {
-    const int64_t skipped = std::max<int64_t>(0, first - at->page);
-    writeSection(out, std::max<int64_t>(0, at->page - first), at->label, skipped);
-    any = true;
+  int64_t place = 0;
+  for (const PageRange& range : ranges) {
+    any = writeRange(out, range, place) || any;
+    place += range.last - range.first + 1;
   }
   out.text("]>>");
   return any ? std::optional(std::move(out)) : std::nullopt;

@@ -2,6 +2,7 @@
 #define CLEFTOR_PAGE_LABELS_H
 
 #include "Fragment.h"
+#include "PageTable.h"
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -16,11 +17,13 @@ class PageLabels {
 public:
   explicit PageLabels(QPDFObjectHandle catalog);
 
-  /** The number tree that gives pages first..last (indexes) the labels they have, when they have
-   * any. */
-  std::optional<Fragment> within(int32_t first, int32_t last) const;
+  /** The number tree that gives the pages of the ranges, one after the other, the labels they have,
+   * when they have any. */
+  std::optional<Fragment> within(const std::vector<PageRange>& ranges) const;
 
 private:
+  bool writeRange(Fragment& out, PageRange range, int64_t place) const;
+
   struct Section {
     int64_t page;
     QPDFObjectHandle label;

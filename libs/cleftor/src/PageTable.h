@@ -13,6 +13,12 @@
 
 namespace cleftor {
 
+/** Some pages in a row, both included; indexes from 0 unless it says otherwise. */
+struct PageRange {
+  int32_t first;
+  int32_t last;
+};
+
 /**
  * The pages of a document, each seen before it counts: no number that the file states is believed.
  * Page indexes here count from 0.

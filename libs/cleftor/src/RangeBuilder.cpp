@@ -3,6 +3,7 @@
 #include "CatalogBuilder.h"
 
 #include <array>
+#include <utility>
 
 namespace cleftor {
 
@@ -26,11 +27,17 @@ int turned(QPDFObjectHandle rotation, int32_t further) {
 
 } // namespace
 
-RangeBuilder::RangeBuilder(Source& source, PageRange range, const RangeSettings& settings,
-                           AtomicFile& file)
-    : m_source(source), m_range(range), m_settings(settings), m_writer(file, source.version()),
-      m_copier(source, m_writer), m_links(source, m_copier, range),
-      m_form(source, m_copier, m_links) {}
+RangeBuilder::RangeBuilder(Source& source, std::vector<PageRange> ranges,
+                           const RangeSettings& settings, AtomicFile& file)
+    : m_source(source), m_ranges(std::move(ranges)), m_settings(settings),
+      m_writer(file, source.version()), m_copier(source, m_writer), m_links(source, m_copier),
+      m_form(source, m_copier, m_links) {
+  for (const PageRange& range : m_ranges) {
+    for (int32_t page = range.first; page <= range.last; ++page) {
+      m_pages.push_back(page);
+    }
+  }
+}
 
 void RangeBuilder::write() {
   const int catalog = m_writer.reserve();
@@ -40,7 +47,7 @@ void RangeBuilder::write() {
   if (!m_form.isEmpty()) {
     m_form.writeFields();
   }
-  CatalogBuilder document(m_source, m_copier, m_links, m_form, m_writer, m_range);
+  CatalogBuilder document(m_source, m_copier, m_links, m_form, m_writer, m_ranges);
   const int info = document.writeInfo();
   document.writeCatalog(catalog, m_treeNumber, m_settings.keepBookmarks);
   m_writer.finish(catalog, info, document.identifier(m_settings.rotation));
@@ -49,13 +56,13 @@ void RangeBuilder::write() {
 /** Every page and annotation has its number before one is written: links lead backward and forward.
  */
 void RangeBuilder::placePages() {
-  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
+  for (const int32_t page : m_pages) {
     const QPDFObjGen object = m_source.pages().object(page);
-    // A page that the tree lists twice is two pages.
+    // A page that is listed twice is two pages.
     m_pageNumbers.push_back(m_copier.isPlaced(object) ? m_writer.reserve()
                                                       : m_copier.place(object));
   }
-  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
+  for (const int32_t page : m_pages) {
     placeAnnotations(page);
   }
 }
@@ -86,8 +93,8 @@ void RangeBuilder::writePages() {
   }
   tree.text("]>>");
   m_copier.write(m_treeNumber, tree);
-  for (int32_t page = m_range.first; page <= m_range.last; ++page) {
-    writePage(page, m_pageNumbers[static_cast<size_t>(page - m_range.first)]);
+  for (size_t i = 0; i < m_pages.size(); ++i) {
+    writePage(m_pages[i], m_pageNumbers[i]);
     // Page by page, so that what a page is made of lies together and little is waiting.
     m_copier.copyWaiting();
   }

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace cleftor {
 
@@ -15,11 +16,12 @@ struct RangeSettings {
   int32_t rotation = 0; /**< degrees clockwise, a multiple of 90 */
 };
 
-/** Writes one range of a source as a document of its own. */
+/** Writes ranges of a source, in their order, as one document. */
 class RangeBuilder {
 public:
   /** file is not kept by the builder; whoever made it does that. */
-  RangeBuilder(Source& source, PageRange range, const RangeSettings& settings, AtomicFile& file);
+  RangeBuilder(Source& source, std::vector<PageRange> ranges, const RangeSettings& settings,
+               AtomicFile& file);
 
   void write();
 
@@ -40,13 +42,14 @@ private:
   void dropStrayRelations(Entries& entries);
 
   Source& m_source;
-  PageRange m_range;
+  std::vector<PageRange> m_ranges;
+  std::vector<int32_t> m_pages; /**< indexes in the source, in the order of the output */
   RangeSettings m_settings;
   DocumentWriter m_writer;
   ObjectCopier m_copier;
   LinkRules m_links;
   FormBuilder m_form;
-  std::vector<int> m_pageNumbers;
+  std::vector<int> m_pageNumbers; /**< as m_pages */
   ObjGenSet m_annotationsWritten;
   int m_treeNumber = 0;
 };

@@ -31,20 +31,39 @@ bool isSameTarget(const std::string& one, const std::string& other) {
                     [&](char left, char right) { return lower(left) == lower(right); });
 }
 
+/** What an order weighs while it waits; one too many stands for any number. */
 int32_t pagesOf(const RangeOrder& order) {
-  return order.last - order.first + 1;
+  int32_t pages = 0;
+  for (const auto& [first, last] : order.ranges) {
+    pages = std::min(pages + std::min(last - first, mostPages) + 1, mostPages + 1);
+  }
+  return pages;
+}
+
+std::string pagesText(const PageRange& range) {
+  return std::to_string(range.first) + " to " + std::to_string(range.last);
 }
 
 std::string pagesText(const RangeOrder& order) {
-  return std::to_string(order.first) + " to " + std::to_string(order.last);
+  std::string text = pagesText(order.ranges.front());
+  if (order.ranges.size() > 1) {
+    text += " and " + std::to_string(order.ranges.size() - 1) + " more ranges";
+  }
+  return text;
 }
 
 } // namespace
 
 void checkOrder(const Source& source, const RangeOrder& order) {
-  if (order.first < 1 || order.last < order.first || order.last > source.pageCount()) {
-    throw Failure(CLEFTOR_BAD_RANGE, "\"" + source.path() + "\" has no pages " + pagesText(order) +
-                                         ", it has " + std::to_string(source.pageCount()));
+  if (order.ranges.empty()) {
+    throw Failure(CLEFTOR_BAD_RANGE, "No pages were asked for");
+  }
+  for (const PageRange& range : order.ranges) {
+    if (range.first < 1 || range.last < range.first || range.last > source.pageCount()) {
+      throw Failure(CLEFTOR_BAD_RANGE, "\"" + source.path() + "\" has no pages " +
+                                           pagesText(range) + ", it has " +
+                                           std::to_string(source.pageCount()));
+    }
   }
   std::error_code ignored;
   if (std::filesystem::equivalent(pathOf(source.path()), pathOf(order.target), ignored)) {
@@ -54,9 +73,13 @@ void checkOrder(const Source& source, const RangeOrder& order) {
 }
 
 void writeRange(Source& source, const RangeOrder& order) {
+  std::vector<PageRange> indexes;
+  for (const auto& [first, last] : order.ranges) {
+    indexes.push_back({first - 1, last - 1});
+  }
   AtomicFile file(order.target);
   try {
-    RangeBuilder(source, {order.first - 1, order.last - 1}, order.settings, file).write();
+    RangeBuilder(source, indexes, order.settings, file).write();
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
@@ -70,7 +93,9 @@ void writeRange(Source& source, const RangeOrder& order) {
                                        source.path() + "\": the file became shorter meanwhile");
   }
   file.keep();
-  source.letGoOfPages(order.first - 1, order.last - 1);
+  for (const auto& [first, last] : indexes) {
+    source.letGoOfPages(first, last);
+  }
   source.forgetWarnings();
 }
 
@@ -213,7 +238,7 @@ void RangeWriter::perform(Source& source, RangeOrder& order, int64_t number) {
     const std::lock_guard lock(m_mutex);
     if (number > m_lastWritten) {
       m_lastWritten = number;
-      m_lastWrittenPage = order.last;
+      m_lastWrittenPage = order.lastPage();
     }
   } catch (const Failure& failure) {
     fail(std::move(order), number, failure.code(), failure.what());

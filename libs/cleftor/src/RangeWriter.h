@@ -14,15 +14,18 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace cleftor {
 
-/** A range to be written; pages count from 1, both included. */
+/** Ranges to be written to one file, in their order; pages count from 1 here. */
 struct RangeOrder {
   std::string target;
-  int32_t first = 0;
-  int32_t last = 0;
+  std::vector<PageRange> ranges;
   RangeSettings settings;
+
+  int32_t firstPage() const { return ranges.front().first; }
+  int32_t lastPage() const { return ranges.back().last; }
 };
 
 /** Refuses pages that the source does not have, and the source itself as the target. */

@@ -61,7 +61,7 @@ void Session::split(RangeOrder order, int32_t totalPages) {
     return;
   }
   writeRange(*m_source, order);
-  m_lastWrittenPage = order.last;
+  m_lastWrittenPage = order.lastPage();
 }
 
 void Session::splitAlone(const std::string& path, const std::string& password, RangeOrder order) {
@@ -71,7 +71,7 @@ void Session::splitAlone(const std::string& path, const std::string& password, R
   order.settings = m_settings;
   checkOrder(source, order);
   writeRange(source, order);
-  m_lastWrittenPage = order.last;
+  m_lastWrittenPage = order.lastPage();
 }
 
 void Session::setWriteBehind(bool on) {

@@ -6,6 +6,7 @@
 
 #include <exception>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -69,7 +70,20 @@ int32_t GetPageCount2() {
 
 int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32_t totalPages) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
-    session.split({pathText(target), first, last, {}}, totalPages);
+    session.split({pathText(target), {{first, last}}, {}}, totalPages);
+  });
+  Session::instance().setStatus(code);
+  return code;
+}
+
+int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges, int32_t count,
+                       int32_t totalPages) {
+  const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
+    cleftor::RangeOrder order{pathText(target), {}, {}};
+    for (int32_t i = 0; ranges != nullptr && i < count; ++i, ranges += 2) {
+      order.ranges.push_back({ranges[0], ranges[1]});
+    }
+    session.split(std::move(order), totalPages);
   });
   Session::instance().setStatus(code);
   return code;
@@ -79,7 +93,7 @@ int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_
                  int32_t first, int32_t last) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
     session.splitAlone(pathText(source), cleftor::toUtf8(password),
-                       {pathText(target), first, last, {}});
+                       {pathText(target), {{first, last}}, {}});
   });
   Session::instance().setStatus(code);
   return code;
@@ -126,8 +140,8 @@ int32_t TakeFailedRange(CleftorFailedRange* failed) {
     }
     code = taken->code;
     if (failed != nullptr) {
-      *failed = {session.failedTarget().c_str(), session.failedReason().c_str(), taken->order.first,
-                 taken->order.last};
+      *failed = {session.failedTarget().c_str(), session.failedReason().c_str(),
+                 taken->order.firstPage(), taken->order.lastPage()};
     }
   });
   return fault == CLEFTOR_OK ? code : fault;

@@ -30,7 +30,7 @@ extern "C" {
 #define CLEFTOR_API __attribute__((visibility("default")))
 #endif
 
-#define CLEFTOR_INTERFACE_VERSION 1
+#define CLEFTOR_INTERFACE_VERSION 2
 
 /** Results. Zero is success, every failure is negative. */
 enum {
@@ -77,6 +77,16 @@ CLEFTOR_API int32_t GetPageCount2(void);
  */
 CLEFTOR_API int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last,
                                   int32_t totalPages);
+
+/**
+ * Writes several ranges, in the order given, to one new file: as SplitPdfPages, for which they are
+ * one range. ranges holds count pairs of a first and a last page, counted from 1, both included. A
+ * page of two ranges stands in the output twice, with the same annotations; links lead to the first
+ * of the two. When the output fails, TakeFailedRange tells the first page of the first range and
+ * the last page of the last.
+ */
+CLEFTOR_API int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges, int32_t count,
+                                   int32_t totalPages);
 
 /** Opens a source, writes pages first..last to target and closes the source again; settings as set.
  */
