@@ -3,8 +3,8 @@
 #include "engine/setup/SplitSetup.h"
 #include "mail/MailAddress.h"
 #include "mail/MailHeader.h"
+#include "mail/MailMessage.h"
 #include "mail/MailServer.h"
-#include "mail/MimeStream.h"
 #include "mail/OutlookMail.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace folivex {
 
@@ -17,5 +18,12 @@ struct MailMessage {
   BodyKind bodyKind = BodyKind::Plain;
   QString attachmentPath; ///< empty: none
 };
+
+/// The copy addresses of MailMessage::cc, apart.
+QStringList copyAddresses(const QString& cc);
+
+/// Why the message cannot be sent whoever carries it: a sender, recipient or copy address that is
+/// none. Empty when there is nothing.
+QString messageProblem(const MailMessage& message);
 
 } // namespace folivex

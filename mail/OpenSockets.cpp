@@ -5,54 +5,30 @@
 #ifdef _WIN32
 #include <winsock2.h>
 #else
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #endif
 
 namespace folivex {
 
+namespace {
+
 #ifdef _WIN32
-
-namespace {
-
-int closeHandle(curl_socket_t handle) {
-  return closesocket(handle);
-}
-void shutDown(curl_socket_t handle) {
-  ::shutdown(handle, SD_BOTH);
-}
-curl_socket_t makeSocket(const curl_sockaddr& address) {
-  return ::socket(address.family, address.socktype, address.protocol);
-}
-
-} // namespace
-
+constexpr int notInherited = 0;
+constexpr int bothWays = SD_BOTH;
+constexpr auto closeHandle = &closesocket;
 #else
-
-namespace {
-
-int closeHandle(curl_socket_t handle) {
-  return ::close(handle);
-}
-void shutDown(curl_socket_t handle) {
-  ::shutdown(handle, SHUT_RDWR);
-}
 /// No program that is started meanwhile inherits the connection.
-curl_socket_t makeSocket(const curl_sockaddr& address) {
-  const curl_socket_t handle = ::socket(address.family, address.socktype, address.protocol);
-  if (handle >= 0) {
-    ::fcntl(handle, F_SETFD, FD_CLOEXEC);
-  }
-  return handle;
-}
-
-} // namespace
-
+constexpr int notInherited = SOCK_CLOEXEC;
+constexpr int bothWays = SHUT_RDWR;
+constexpr auto closeHandle = &::close;
 #endif
 
+} // namespace
+
 curl_socket_t OpenSockets::open(const curl_sockaddr& address) {
-  const curl_socket_t handle = makeSocket(address);
+  const curl_socket_t handle =
+      ::socket(address.family, address.socktype | notInherited, address.protocol);
   if (handle != CURL_SOCKET_BAD) {
     const std::lock_guard lock(m_mutex);
     m_open.push_back(handle);
@@ -69,7 +45,9 @@ int OpenSockets::close(curl_socket_t handle) {
 
 void OpenSockets::shutDownAll() {
   const std::lock_guard lock(m_mutex);
-  std::for_each(m_open.begin(), m_open.end(), shutDown);
+  for (const curl_socket_t handle : m_open) {
+    ::shutdown(handle, bothWays);
+  }
 }
 
 } // namespace folivex

@@ -1,4 +1,4 @@
-#include "mail/MimeStream.h"
+#include "mail/MailMessage.h"
 #include "mail/OutlookMail.h"
 
 #include <QDir>
@@ -185,7 +185,7 @@ private:
   static bool fill(Automated& mail, const MailMessage& message) {
     const bool html = message.bodyKind == BodyKind::Html;
     if (!mail.set(L"To", text(Text(message.recipient))) ||
-        !mail.set(L"CC", text(Text(copyAddresses(message).join(u';')))) ||
+        !mail.set(L"CC", text(Text(copyAddresses(message.cc).join(u';')))) ||
         !mail.set(L"Subject", text(Text(message.subject))) ||
         !mail.set(html ? L"HTMLBody" : L"Body", text(Text(message.body)))) {
       return false;

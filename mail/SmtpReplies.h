@@ -4,14 +4,11 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-#include <cstdint>
-
 namespace folivex {
 
 /// What a server offers after its greeting.
 struct SmtpOffers {
   bool login = false;
-  bool startTls = false;
   bool utf8Addresses = false;
 };
 
@@ -21,20 +18,18 @@ class SmtpReplies {
 public:
   /// A mail on a connection that was kept: what it offers is known already.
   void startKept(const SmtpOffers& offers);
-  /// A new connection, which is to become an encrypted one by STARTTLS or is not.
-  enum class Upgrade : std::uint8_t { None, StartTls };
-  void startNew(Upgrade upgrade);
+  /// A new connection, whose server has told its offers with its `goodAnswers`th good answer.
+  void startNew(int goodAnswers);
 
   /// One line as it came, its line end included.
   void onLine(QByteArrayView line);
   /// The whole mail went out: the next answer is about it.
   void onDataEnd() { m_dataEnded = true; }
-
   /// What comes now answers a good-bye and says nothing about the mail.
   void onGoodbye() { m_over = true; }
 
   /// Once the server has told what it offers on the connection as it is now.
-  bool offersKnown() const { return m_stage == Stage::Known; }
+  bool offersKnown() const { return m_answersToOffers == 0; }
   const SmtpOffers& offers() const { return m_offers; }
 
   bool dataEnded() const { return m_dataEnded; }
@@ -46,14 +41,11 @@ public:
   QByteArray lastText() const { return m_lastText; }
 
 private:
-  /// What the next good answer is about.
-  enum class Stage : std::uint8_t { Banner, Hello, Upgrade, HelloAgain, Known };
   void onAnswer(int code);
 
   SmtpOffers m_offers;
   SmtpOffers m_incoming; ///< of the answer whose lines are coming in
-  Stage m_stage = Stage::Banner;
-  Upgrade m_upgrade = Upgrade::None;
+  int m_answersToOffers = 0;
   bool m_dataEnded = false;
   bool m_over = false;
   int m_verdict = 0;

@@ -1,14 +1,10 @@
 #include "mail/SmtpTalk.h"
 
-#include "mail/OpenSockets.h"
+#include "mail/MailAddress.h"
 
-#include <curl/curl.h>
+#include <QScopeGuard>
 
-#include <array>
-#include <atomic>
-#include <chrono>
-#include <future>
-#include <thread>
+#include <algorithm>
 
 namespace folivex {
 
@@ -22,29 +18,16 @@ constexpr std::chrono::milliseconds tick(20);
 constexpr std::chrono::milliseconds patienceAtEnd(2000);
 /// The library's own limit stays behind ours, which knows what is being waited for.
 constexpr int libraryMarginSeconds = 60;
+/// Greeting and EHLO, by STARTTLS its answer and EHLO again: then the offers are known.
+constexpr int answersToOffers = 2;
+constexpr int answersToOffersByStartTls = 4;
 
-void startLibrary() {
-  static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
-  static_cast<void>(started);
+bool isAscii(const QByteArray& text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
-struct SlistDeleter {
-  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-};
-using Slist = std::unique_ptr<curl_slist, SlistDeleter>;
-
-Slist listOf(const QStringList& texts) {
-  Slist list;
-  for (const QString& text : texts) {
-    curl_slist* const longer =
-        curl_slist_append(list.get(), ('<' + text.toUtf8() + '>').constData());
-    if (!longer) {
-      break;
-    }
-    static_cast<void>(list.release());
-    list.reset(longer);
-  }
-  return list;
+QByteArray pathOf(const QString& address) {
+  return '<' + addressForServer(address).toUtf8() + '>';
 }
 
 /// Without a path: the library then greets with this machine's own name.
@@ -57,99 +40,50 @@ QByteArray urlOf(const MailServer& server) {
          QByteArray::number(server.port > 0 ? server.port : standardPort);
 }
 
-TalkFault faultOf(CURLcode code, const SmtpReplies& replies) {
-  switch (code) {
-  case CURLE_OK:
-    return TalkFault::None;
-  case CURLE_COULDNT_RESOLVE_HOST:
-    return TalkFault::NoSuchServer;
-  case CURLE_COULDNT_CONNECT:
-    return TalkFault::NotReached;
-  case CURLE_OPERATION_TIMEDOUT:
-    return TalkFault::TimedOut;
-  case CURLE_PEER_FAILED_VERIFICATION:
-    return TalkFault::Certificate;
-  case CURLE_SSL_CONNECT_ERROR:
-  case CURLE_SSL_CIPHER:
-  case CURLE_SSL_CACERT_BADFILE:
-  case CURLE_SSL_ISSUER_ERROR:
-    return TalkFault::Encryption;
-  case CURLE_USE_SSL_FAILED:
-    return TalkFault::NoStartTls;
-  case CURLE_LOGIN_DENIED:
-  case CURLE_AUTH_ERROR:
-    // Without a refusal there was no way to log in that both sides know.
-    return replies.lastCode() >= 400 ? TalkFault::LoginRefused : TalkFault::LoginNotOffered;
-  default:
-    break;
-  }
-  if (replies.lastCode() >= 400) {
-    return TalkFault::ServerRefused;
-  }
-  const bool lost =
-      code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR || code == CURLE_GOT_NOTHING;
-  return lost ? TalkFault::ConnectionLost : TalkFault::Other;
-}
+struct CodeMeaning {
+  CURLcode code;
+  TalkFault fault;
+};
+
+constexpr CodeMeaning codeMeanings[] = {
+    {CURLE_OK, TalkFault::None},
+    {CURLE_COULDNT_RESOLVE_HOST, TalkFault::NoSuchServer},
+    {CURLE_COULDNT_CONNECT, TalkFault::NotReached},
+    {CURLE_OPERATION_TIMEDOUT, TalkFault::TimedOut},
+    {CURLE_PEER_FAILED_VERIFICATION, TalkFault::Certificate},
+    {CURLE_SSL_CONNECT_ERROR, TalkFault::Encryption},
+    {CURLE_SSL_CIPHER, TalkFault::Encryption},
+    {CURLE_SSL_CACERT_BADFILE, TalkFault::Encryption},
+    {CURLE_SSL_ISSUER_ERROR, TalkFault::Encryption},
+    {CURLE_USE_SSL_FAILED, TalkFault::NoStartTls},
+    {CURLE_LOGIN_DENIED, TalkFault::LoginRefused},
+    {CURLE_AUTH_ERROR, TalkFault::LoginRefused},
+    // These only where the server said nothing:
+    {CURLE_SEND_ERROR, TalkFault::ConnectionLost},
+    {CURLE_RECV_ERROR, TalkFault::ConnectionLost},
+    {CURLE_GOT_NOTHING, TalkFault::ConnectionLost},
+};
 
 } // namespace
 
-/// Owns the library's handle. The callbacks run on the talk's thread, all else on the caller's;
-/// what both touch while the talk
-/// goes on is atomic or under a lock.
-class SmtpTalk::Session {
-public:
-  Session(MailServer server, SmtpOptions options)
-      : m_server(std::move(server)), m_options(std::move(options)) {
-    startLibrary();
+OutgoingMail::OutgoingMail(const MailMessage& mail)
+    : message(mail), head(mailHead(mail)),
+      sender(pathOf(mail.sender)), recipients{pathOf(mail.recipient)} {
+  for (const QString& copy : copyAddresses(mail.cc)) {
+    if (const QByteArray path = pathOf(copy); !recipients.contains(path)) {
+      recipients += path;
+    }
   }
-  ~Session() { disconnect(); }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
+  needsUtf8 = !isAscii(sender + recipients.join());
+}
 
-  TalkResult attempt(const SmtpEnvelope& envelope, MimeStream& mail, Use use, MailWait& wait);
-  void disconnect();
-  int connectionCount() const { return m_connections; }
+SmtpTalk::SmtpTalk(const MailServer& server, const SmtpOptions& options)
+    : m_server(server), m_options(options) {
+  static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
+  static_cast<void>(started);
+}
 
-private:
-  void begin(const SmtpEnvelope& envelope, MimeStream& mail);
-  void setFixedOptions();
-  void setTlsOptions();
-  CURLcode performWatched(MailWait& wait);
-  void watch(const std::future<CURLcode>& talk, MailWait& wait);
-  std::chrono::milliseconds longestSilence() const;
-  /// Ends the talk from the caller's thread.
-  void breakOff(TalkFault why);
-  /// From within a callback; the library then gives up by itself.
-  void note(TalkFault why) { m_brokenOff.store(why); }
-  void touch() { m_lastSign.store(Clock::now().time_since_epoch().count()); }
-
-  static std::size_t onRead(char* to, std::size_t size, std::size_t count, void* self);
-  static std::size_t onAnswer(char* line, std::size_t size, std::size_t count, void* self);
-  static int onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
-  static int onTrace(CURL*, curl_infotype kind, char* bytes, std::size_t count, void* self);
-  static curl_socket_t onOpenSocket(void* self, curlsocktype, curl_sockaddr* address);
-  static int onCloseSocket(void* self, curl_socket_t handle);
-  bool acceptsOffers();
-
-  MailServer m_server;
-  SmtpOptions m_options;
-  OpenSockets m_sockets; ///< outlives the handle, which closes them
-  CURL* m_handle = nullptr;
-  std::array<char, CURL_ERROR_SIZE> m_errorText{};
-  int m_connections = 0;
-  SmtpOffers m_offers; ///< of the kept connection
-
-  // One attempt:
-  const SmtpEnvelope* m_envelope = nullptr;
-  MimeStream* m_mail = nullptr;
-  SmtpReplies m_replies; ///< the talk's thread alone, until it has ended
-  QByteArray m_command;  ///< the last one about a recipient
-  std::atomic<bool> m_wholeMailOut = false;
-  std::atomic<TalkFault> m_brokenOff = TalkFault::None;
-  std::atomic<Clock::rep> m_lastSign = 0;
-};
-
-void SmtpTalk::Session::setFixedOptions() {
+void SmtpTalk::setFixedOptions() {
   curl_easy_setopt(m_handle, CURLOPT_URL, urlOf(m_server).constData());
   curl_easy_setopt(m_handle, CURLOPT_PROTOCOLS_STR, "smtp,smtps");
   // The environment has no say in where mails and passwords go.
@@ -165,20 +99,21 @@ void SmtpTalk::Session::setFixedOptions() {
   const int longest = std::max(m_options.answerTimeoutMs, m_options.finalAnswerTimeoutMs);
   curl_easy_setopt(m_handle, CURLOPT_SERVER_RESPONSE_TIMEOUT,
                    static_cast<long>(longest / 1000 + libraryMarginSeconds));
-  curl_easy_setopt(m_handle, CURLOPT_READFUNCTION, &Session::onRead);
-  curl_easy_setopt(m_handle, CURLOPT_READDATA, this);
-  curl_easy_setopt(m_handle, CURLOPT_HEADERFUNCTION, &Session::onAnswer);
+  curl_easy_setopt(m_handle, CURLOPT_HEADERFUNCTION, &SmtpTalk::onAnswer);
   curl_easy_setopt(m_handle, CURLOPT_HEADERDATA, this);
   curl_easy_setopt(m_handle, CURLOPT_NOPROGRESS, 0L);
-  curl_easy_setopt(m_handle, CURLOPT_XFERINFOFUNCTION, &Session::onProgress);
+  curl_easy_setopt(m_handle, CURLOPT_XFERINFOFUNCTION, &SmtpTalk::onProgress);
   curl_easy_setopt(m_handle, CURLOPT_XFERINFODATA, this);
   curl_easy_setopt(m_handle, CURLOPT_VERBOSE, 1L);
-  curl_easy_setopt(m_handle, CURLOPT_DEBUGFUNCTION, &Session::onTrace);
+  curl_easy_setopt(m_handle, CURLOPT_DEBUGFUNCTION, &SmtpTalk::onTrace);
   curl_easy_setopt(m_handle, CURLOPT_DEBUGDATA, this);
-  curl_easy_setopt(m_handle, CURLOPT_OPENSOCKETFUNCTION, &Session::onOpenSocket);
+  curl_easy_setopt(m_handle, CURLOPT_OPENSOCKETFUNCTION, &SmtpTalk::onOpenSocket);
   curl_easy_setopt(m_handle, CURLOPT_OPENSOCKETDATA, this);
-  curl_easy_setopt(m_handle, CURLOPT_CLOSESOCKETFUNCTION, &Session::onCloseSocket);
+  curl_easy_setopt(m_handle, CURLOPT_CLOSESOCKETFUNCTION, &SmtpTalk::onCloseSocket);
   curl_easy_setopt(m_handle, CURLOPT_CLOSESOCKETDATA, this);
+}
+
+void SmtpTalk::setSecurityOptions() {
   if (!m_server.login.isEmpty()) {
     curl_easy_setopt(m_handle, CURLOPT_USERNAME, m_server.login.toUtf8().constData());
     curl_easy_setopt(m_handle, CURLOPT_PASSWORD, m_server.password.toUtf8().constData());
@@ -186,9 +121,6 @@ void SmtpTalk::Session::setFixedOptions() {
     curl_easy_setopt(m_handle, CURLOPT_LOGIN_OPTIONS,
                      "AUTH=PLAIN;AUTH=LOGIN;AUTH=CRAM-MD5;AUTH=DIGEST-MD5;AUTH=NTLM");
   }
-}
-
-void SmtpTalk::Session::setTlsOptions() {
   curl_easy_setopt(m_handle, CURLOPT_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(m_handle, CURLOPT_SSL_VERIFYHOST, 2L);
   curl_easy_setopt(m_handle, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
@@ -201,9 +133,8 @@ void SmtpTalk::Session::setTlsOptions() {
   }
 }
 
-void SmtpTalk::Session::begin(const SmtpEnvelope& envelope, MimeStream& mail) {
-  m_envelope = &envelope;
-  m_mail = &mail;
+void SmtpTalk::begin(const OutgoingMail& outgoing) {
+  m_outgoing = &outgoing;
   m_replies.startKept(m_offers);
   m_command.clear();
   m_wholeMailOut = false;
@@ -214,30 +145,34 @@ void SmtpTalk::Session::begin(const SmtpEnvelope& envelope, MimeStream& mail) {
     m_handle = curl_easy_init();
     if (m_handle) {
       setFixedOptions();
-      setTlsOptions();
+      setSecurityOptions();
     }
   }
 }
 
-TalkResult SmtpTalk::Session::attempt(const SmtpEnvelope& envelope, MimeStream& mail, Use use,
-                                      MailWait& wait) {
-  begin(envelope, mail);
+TalkResult SmtpTalk::attempt(const OutgoingMail& outgoing, Use use, MailWait& wait) {
+  begin(outgoing);
   TalkResult result;
   if (!m_handle) {
     result.fault = TalkFault::Other;
     return result;
   }
-  if (m_connections > 0 && envelope.needsUtf8 && !m_offers.utf8Addresses) {
+  if (m_connections > 0 && outgoing.needsUtf8 && !m_offers.utf8Addresses) {
     result.fault = TalkFault::Utf8NotOffered;
     return result;
   }
-  const Slist recipients = listOf(envelope.recipients);
-  curl_easy_setopt(m_handle, CURLOPT_MAIL_FROM, ('<' + envelope.sender.toUtf8() + '>').constData());
+  MimeMail mail;
+  if (!mail.open(m_handle, outgoing.message, outgoing.head)) {
+    result.fault = TalkFault::AttachmentFailed;
+    result.text = mail.errorText();
+    return result;
+  }
+  m_mail = &mail;
+  const CurlList recipients = curlList(outgoing.recipients);
+  curl_easy_setopt(m_handle, CURLOPT_MAIL_FROM, outgoing.sender.constData());
   curl_easy_setopt(m_handle, CURLOPT_MAIL_RCPT, recipients.get());
-  curl_easy_setopt(m_handle, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(mail.size()));
   curl_easy_setopt(m_handle, CURLOPT_FRESH_CONNECT, use == Use::Fresh ? 1L : 0L);
   const CURLcode code = performWatched(wait);
-  curl_easy_setopt(m_handle, CURLOPT_MAIL_RCPT, nullptr);
 
   long made = 0;
   curl_easy_getinfo(m_handle, CURLINFO_NUM_CONNECTS, &made);
@@ -245,9 +180,9 @@ TalkResult SmtpTalk::Session::attempt(const SmtpEnvelope& envelope, MimeStream& 
   m_offers = m_replies.offers();
   result.onKeptConnection = made == 0;
   result.replies = m_replies;
-  result.libraryText = QString::fromUtf8(m_errorText.data());
-  const TalkFault brokenOff = m_brokenOff;
-  result.fault = brokenOff != TalkFault::None ? brokenOff : faultOf(code, m_replies);
+  result.fault = faultOf(code, mail);
+  result.text = result.fault == TalkFault::AttachmentFailed ? mail.errorText()
+                                                            : QString::fromUtf8(m_errorText.data());
   if (result.fault == TalkFault::ServerRefused && m_command.startsWith("RCPT TO:<")) {
     const qsizetype end = m_command.lastIndexOf('>');
     result.refusedRecipient = QString::fromUtf8(m_command.mid(9, end - 9));
@@ -255,157 +190,124 @@ TalkResult SmtpTalk::Session::attempt(const SmtpEnvelope& envelope, MimeStream& 
   return result;
 }
 
-CURLcode SmtpTalk::Session::performWatched(MailWait& wait) {
-  std::packaged_task<CURLcode()> perform([this] { return curl_easy_perform(m_handle); });
-  std::future<CURLcode> code = perform.get_future();
-  std::thread talk(std::move(perform));
-  try {
-    watch(code, wait);
-  } catch (...) {
-    breakOff(TalkFault::StoppedByPerson);
-    talk.join();
-    throw;
+TalkFault SmtpTalk::faultOf(CURLcode code, const MimeMail& mail) const {
+  if (!mail.errorText().isEmpty()) {
+    return TalkFault::AttachmentFailed;
   }
-  talk.join();
-  return code.get();
+  if (m_brokenOff != TalkFault::None) {
+    return m_brokenOff;
+  }
+  const auto* const known = std::find_if(std::begin(codeMeanings), std::end(codeMeanings),
+                                         [code](const CodeMeaning& m) { return m.code == code; });
+  const TalkFault fault = known != std::end(codeMeanings) ? known->fault : TalkFault::Other;
+  const bool refused = m_replies.lastCode() >= 400;
+  if (fault == TalkFault::LoginRefused && !refused) {
+    return TalkFault::LoginNotOffered; // there was no way to log in that both sides know
+  }
+  return refused && (fault == TalkFault::Other || fault == TalkFault::ConnectionLost)
+             ? TalkFault::ServerRefused
+             : fault;
 }
 
-void SmtpTalk::Session::watch(const std::future<CURLcode>& talk, MailWait& wait) {
-  while (talk.wait_for(tick) != std::future_status::ready) {
+CURLcode SmtpTalk::performWatched(MailWait& wait) {
+  auto code = std::async(std::launch::async, curl_easy_perform, m_handle);
+  auto end = qScopeGuard([this] { breakOff(TalkFault::StoppedByPerson); });
+  while (code.wait_for(tick) != std::future_status::ready) {
     wait.handlePendingEvents();
-    const Clock::duration silence =
-        Clock::now().time_since_epoch() - Clock::duration(m_lastSign.load());
-    if (m_brokenOff.load() == TalkFault::None) {
+    if (m_brokenOff == TalkFault::None) {
       if (wait.stopRequested()) {
         breakOff(TalkFault::StoppedByPerson);
-      } else if (silence > longestSilence()) {
+      } else if (isSilentTooLong()) {
         breakOff(TalkFault::NoAnswer);
       }
     }
   }
+  end.dismiss();
+  return code.get();
 }
 
-std::chrono::milliseconds SmtpTalk::Session::longestSilence() const {
-  return std::chrono::milliseconds(m_wholeMailOut ? m_options.finalAnswerTimeoutMs
-                                                  : m_options.answerTimeoutMs);
+bool SmtpTalk::isSilentTooLong() const {
+  const Clock::duration silence = Clock::now().time_since_epoch() - Clock::duration(m_lastSign);
+  return silence > std::chrono::milliseconds(m_wholeMailOut ? m_options.finalAnswerTimeoutMs
+                                                            : m_options.answerTimeoutMs);
 }
 
-void SmtpTalk::Session::breakOff(TalkFault why) {
-  note(why);
+void SmtpTalk::breakOff(TalkFault why) {
+  m_brokenOff = why;
   // While it waits for an answer the library looks at the flag once a second only.
   m_sockets.shutDownAll();
 }
 
-void SmtpTalk::Session::disconnect() {
-  if (!m_handle) {
-    return;
+void SmtpTalk::disconnect() {
+  if (m_handle) {
+    const auto goodbye = std::async(std::launch::async, curl_easy_cleanup, m_handle);
+    if (goodbye.wait_for(patienceAtEnd) != std::future_status::ready) {
+      m_sockets.shutDownAll();
+    }
+    m_handle = nullptr;
   }
-  std::packaged_task<void()> cleanUp([this] { curl_easy_cleanup(m_handle); });
-  const std::future<void> cleanedUp = cleanUp.get_future();
-  std::thread goodbye(std::move(cleanUp));
-  if (cleanedUp.wait_for(patienceAtEnd) != std::future_status::ready) {
-    m_sockets.shutDownAll();
-  }
-  goodbye.join();
-  m_handle = nullptr;
-}
-
-std::size_t SmtpTalk::Session::onRead(char* to, std::size_t size, std::size_t count, void* self) {
-  Session& session = *static_cast<Session*>(self);
-  session.touch();
-  if (session.m_brokenOff.load() != TalkFault::None) {
-    return CURL_READFUNC_ABORT;
-  }
-  const qint64 read =
-      session.m_mail->read(to, static_cast<qint64>(size) * static_cast<qint64>(count));
-  if (read < 0) {
-    session.note(TalkFault::AttachmentFailed);
-    return CURL_READFUNC_ABORT;
-  }
-  // Its size being known, the library does not ask for more once it has it all.
-  if (session.m_mail->isAtEnd()) {
-    session.m_replies.onDataEnd();
-    session.m_wholeMailOut = true;
-  }
-  return static_cast<std::size_t>(read);
 }
 
 /// Before a mail is begun: what it needs must be offered, for the library would go on without.
-bool SmtpTalk::Session::acceptsOffers() {
-  if (!m_server.login.isEmpty() && !m_replies.offers().login) {
-    note(TalkFault::LoginNotOffered);
+bool SmtpTalk::acceptsOffers() {
+  const SmtpOffers& offers = m_replies.offers();
+  if (!m_server.login.isEmpty() && !offers.login) {
+    m_brokenOff = TalkFault::LoginNotOffered;
     return false;
   }
-  if (m_envelope->needsUtf8 && !m_replies.offers().utf8Addresses) {
-    note(TalkFault::Utf8NotOffered);
+  if (m_outgoing->needsUtf8 && !offers.utf8Addresses) {
+    m_brokenOff = TalkFault::Utf8NotOffered;
     return false;
   }
   return true;
 }
 
-std::size_t SmtpTalk::Session::onAnswer(char* line, std::size_t size, std::size_t count,
-                                        void* self) {
-  Session& session = *static_cast<Session*>(self);
-  session.touch();
-  const bool known = session.m_replies.offersKnown();
-  session.m_replies.onLine({line, static_cast<qsizetype>(size * count)});
-  if (!known && session.m_replies.offersKnown() && !session.acceptsOffers()) {
-    return 0;
-  }
-  return size * count;
+std::size_t SmtpTalk::onAnswer(char* line, std::size_t size, std::size_t count, void* self) {
+  SmtpTalk& talk = *static_cast<SmtpTalk*>(self);
+  talk.touch();
+  const bool known = talk.m_replies.offersKnown();
+  talk.m_replies.onLine({line, static_cast<qsizetype>(size * count)});
+  return known || !talk.m_replies.offersKnown() || talk.acceptsOffers() ? size * count : 0;
 }
 
-int SmtpTalk::Session::onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
-  return static_cast<Session*>(self)->m_brokenOff.load() != TalkFault::None ? 1 : 0;
+int SmtpTalk::onProgress(void* self, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+  return static_cast<SmtpTalk*>(self)->m_brokenOff != TalkFault::None ? 1 : 0;
 }
 
-int SmtpTalk::Session::onTrace(CURL*, curl_infotype kind, char* bytes, std::size_t count,
-                               void* self) {
-  Session& session = *static_cast<Session*>(self);
-  if (kind != CURLINFO_HEADER_OUT) {
-    return 0;
+int SmtpTalk::onTrace(CURL*, curl_infotype kind, char* bytes, std::size_t count, void* self) {
+  SmtpTalk& talk = *static_cast<SmtpTalk*>(self);
+  if (kind == CURLINFO_DATA_OUT) {
+    talk.touch();
+    // The line that ends the mail goes out behind its last bytes, in the same call.
+    if (talk.m_mail->isAtEnd()) {
+      talk.m_replies.onDataEnd();
+      talk.m_wholeMailOut = true;
+    }
+  } else if (kind == CURLINFO_HEADER_OUT) {
+    talk.touch();
+    const QByteArrayView command(bytes, static_cast<qsizetype>(count));
+    if (command.startsWith("QUIT")) {
+      talk.m_replies.onGoodbye();
+      return 0;
+    }
+    // The login passes here too; only commands about the mail are kept.
+    const bool aboutMail =
+        command.startsWith("MAIL ") || command.startsWith("RCPT ") || command.startsWith("DATA");
+    talk.m_command = aboutMail ? command.trimmed().toByteArray() : QByteArray();
   }
-  session.touch();
-  const QByteArrayView command(bytes, static_cast<qsizetype>(count));
-  if (command.startsWith("QUIT")) {
-    session.m_replies.onGoodbye();
-    return 0;
-  }
-  // The login passes here too; only commands about the mail are kept.
-  const bool aboutMail =
-      command.startsWith("MAIL ") || command.startsWith("RCPT ") || command.startsWith("DATA");
-  session.m_command = aboutMail ? command.trimmed().toByteArray() : QByteArray();
   return 0;
 }
 
-curl_socket_t SmtpTalk::Session::onOpenSocket(void* self, curlsocktype, curl_sockaddr* address) {
-  Session& session = *static_cast<Session*>(self);
-  session.m_replies.startNew(session.m_server.security == MailSecurity::StartTls
-                                 ? SmtpReplies::Upgrade::StartTls
-                                 : SmtpReplies::Upgrade::None);
-  return session.m_sockets.open(*address);
+curl_socket_t SmtpTalk::onOpenSocket(void* self, curlsocktype, curl_sockaddr* address) {
+  SmtpTalk& talk = *static_cast<SmtpTalk*>(self);
+  talk.m_replies.startNew(talk.m_server.security == MailSecurity::StartTls
+                              ? answersToOffersByStartTls
+                              : answersToOffers);
+  return talk.m_sockets.open(*address);
 }
 
-int SmtpTalk::Session::onCloseSocket(void* self, curl_socket_t handle) {
-  return static_cast<Session*>(self)->m_sockets.close(handle);
-}
-
-SmtpTalk::SmtpTalk(MailServer server, SmtpOptions options)
-    : m_session(std::make_unique<Session>(std::move(server), std::move(options))) {}
-
-SmtpTalk::~SmtpTalk() = default;
-
-TalkResult SmtpTalk::attempt(const SmtpEnvelope& envelope, MimeStream& mail, Use use,
-                             MailWait& wait) {
-  return m_session->attempt(envelope, mail, use, wait);
-}
-
-void SmtpTalk::disconnect() {
-  m_session->disconnect();
-}
-
-int SmtpTalk::connectionCount() const {
-  return m_session->connectionCount();
+int SmtpTalk::onCloseSocket(void* self, curl_socket_t handle) {
+  return static_cast<SmtpTalk*>(self)->m_sockets.close(handle);
 }
 
 } // namespace folivex

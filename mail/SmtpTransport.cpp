@@ -1,8 +1,6 @@
 #include "mail/SmtpTransport.h"
 
-#include "mail/MailAddress.h"
 #include "mail/MailHeader.h"
-#include "mail/MimeStream.h"
 #include "mail/SmtpTalk.h"
 
 #include <QScopeGuard>
@@ -14,23 +12,6 @@ namespace folivex {
 namespace {
 
 constexpr int serviceClosing = 421;
-
-bool isAsciiText(const QString& text) {
-  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-}
-
-SmtpEnvelope envelopeOf(const MailMessage& message) {
-  SmtpEnvelope envelope;
-  envelope.sender = addressForServer(message.sender);
-  QStringList recipients = {addressForServer(message.recipient)};
-  for (const QString& copy : copyAddresses(message.cc)) {
-    recipients += addressForServer(copy);
-  }
-  recipients.removeDuplicates();
-  envelope.recipients = recipients;
-  envelope.needsUtf8 = !isAsciiText(envelope.sender + recipients.join(QString()));
-  return envelope;
-}
 
 /// An answer that quotes what it was sent must not carry the password into a log.
 QString withoutPassword(QString text, const MailServer& server) {
@@ -139,9 +120,9 @@ struct SmtpTransport::State {
     return result;
   }
 
-  MailResult failed(const TalkResult& talked, const MimeStream& mail) const {
+  MailResult failed(const TalkResult& talked) const {
     if (talked.fault == TalkFault::AttachmentFailed) {
-      return refused(mail.errorText());
+      return refused(talked.text);
     }
     const FaultMeaning& meaning = meaningOf(talked.fault);
     MailResult result;
@@ -155,9 +136,9 @@ struct SmtpTransport::State {
       if (meaning.outcome == MailOutcome::Refused) {
         result.outcome = outcomeOf(code);
       }
-    } else if (!talked.libraryText.isEmpty() && meaning.outcome != MailOutcome::Stopped) {
+    } else if (!talked.text.isEmpty() && meaning.outcome != MailOutcome::Stopped) {
       result.errorText += QStringLiteral(" (%1)").arg(
-          withoutControlCharacters(withoutPassword(talked.libraryText, server)));
+          withoutControlCharacters(withoutPassword(talked.text, server)));
     }
     if (!talked.refusedRecipient.isEmpty()) {
       result.errorText += QStringLiteral(" (recipient %1)").arg(talked.refusedRecipient);
@@ -165,11 +146,10 @@ struct SmtpTransport::State {
     return result;
   }
 
-  MailResult judge(const TalkResult& talked, const MimeStream& mail) const {
-    if (talked.replies.verdict() > 0) {
-      return answered(talked);
-    }
-    return talked.replies.dataEnded() ? unanswered(talked) : failed(talked, mail);
+  MailResult judge(const TalkResult& talked) const {
+    return talked.replies.verdict() > 0 ? answered(talked)
+           : talked.replies.dataEnded() ? unanswered(talked)
+                                        : failed(talked);
   }
 
   /// The server has had enough of a connection that served mails before, and cannot have taken this
@@ -182,19 +162,12 @@ struct SmtpTransport::State {
   }
 
   MailResult send(const MailMessage& message, MailWait& wait) {
-    const SmtpEnvelope envelope = envelopeOf(message);
-    const MailIdentity identity = MailIdentity::fresh(message);
-    for (const auto use : {SmtpTalk::Use::Kept, SmtpTalk::Use::Fresh}) {
-      MimeStream mail;
-      if (!mail.open(message, identity)) {
-        return refused(mail.errorText());
-      }
-      const TalkResult talked = talk.attempt(envelope, mail, use, wait);
-      if (use == SmtpTalk::Use::Fresh || !asksForNewConnection(talked)) {
-        return judge(talked, mail);
-      }
+    const OutgoingMail mail(message);
+    TalkResult talked = talk.attempt(mail, SmtpTalk::Use::Kept, wait);
+    if (asksForNewConnection(talked)) {
+      talked = talk.attempt(mail, SmtpTalk::Use::Fresh, wait);
     }
-    return {};
+    return judge(talked);
   }
 };
 

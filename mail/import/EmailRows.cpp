@@ -1,7 +1,7 @@
 #include "mail/import/EmailRows.h"
 
 #include "mail/MailAddress.h"
-#include "mail/MimeStream.h"
+#include "mail/MailMessage.h"
 #include "mail/import/EmailRowRules.h"
 
 #include <algorithm>
