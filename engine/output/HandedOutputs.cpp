@@ -10,7 +10,7 @@ namespace folivex {
 
 bool HandedOutputs::holds(const QString& path) const {
   return std::any_of(m_entries.begin(), m_entries.end(),
-                     [&path](const Fate& entry) { return entry.output.path == path; });
+                     [&path](const Fate& entry) { return entry.file.path == path; });
 }
 
 void HandedOutputs::takeFailures() {
@@ -18,8 +18,8 @@ void HandedOutputs::takeFailures() {
   while (m_split.TakeFailedRange(&failed) != CSplitPdfInit::ok) {
     const QString target = QString::fromUtf16(failed.target);
     const auto entry = std::find_if(m_entries.begin(), m_entries.end(), [&](const Fate& e) {
-      return !e.failed && e.output.firstPage == failed.first &&
-             platform::withoutTrailingBlanks(e.output.path) == target;
+      return !e.failed && e.file.ranges.front().firstPage == failed.first &&
+             platform::withoutTrailingBlanks(e.file.path) == target;
     });
     if (entry != m_entries.end()) {
       entry->failed = true;

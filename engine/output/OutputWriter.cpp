@@ -30,6 +30,9 @@ void OutputWriter::startSource(const QString& source, int totalPages) {
   m_written.clear();
   m_unwritten.clear();
   m_failedOutputs = 0;
+  m_held.clear();
+  m_heldFor.clear();
+  m_appendEndsRun = false;
 }
 
 QSet<QString> OutputWriter::unwrittenPaths() const {
@@ -103,49 +106,85 @@ void OutputWriter::runExternalCommand(const ReservedOutput& output) {
 void OutputWriter::writeWithLibrary(const ReservedOutput& output) {
   m_person.handlePendingEvents();
   settle(0);
-  if (m_setup.alwaysAppend && (QFileInfo::exists(output.path) || m_handed.holds(output.path))) {
-    appendTo(output);
-  } else if (handOver(output, output.path)) {
-    m_handed.add(output);
+  if (m_setup.alwaysAppend) {
+    hold(output);
   } else {
-    failed(output, m_libraries.split.lastErrorText());
+    handOver({output.path, {output}});
   }
 }
 
-bool OutputWriter::handOver(const ReservedOutput& output, const QString& target) {
-  const int result = m_libraries.split.SplitPdfPages(utf16(target), output.firstPage,
-                                                     output.lastPage, m_totalPages);
+void OutputWriter::hold(const ReservedOutput& output) {
+  const QString place = m_rules.comparable(output.path);
+  const auto known = m_heldFor.constFind(place);
+  if (known == m_heldFor.constEnd()) {
+    m_heldFor.insert(place, m_held.size());
+    m_held.push_back({output});
+  } else {
+    m_held[*known].push_back(output);
+  }
+}
+
+void OutputWriter::writeHeld(Ranges ranges) {
+  const QString& path = ranges.front().path;
+  m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(path), ranges.front().firstPage,
+                     m_totalPages, m_state.outputCount});
   m_person.handlePendingEvents();
-  m_libraries.split.GetProcessingStatus();
-  return result == CSplitPdfInit::ok;
+  if (m_handed.holds(path)) {
+    waitForHanded();
+  }
+  if (!QFileInfo::exists(path)) {
+    handOver({path, std::move(ranges)});
+    return;
+  }
+  const QString addition = path + QStringLiteral(".tmp");
+  QFile::remove(addition);
+  handOver({addition, std::move(ranges)});
+  waitForHanded();
 }
 
-/// Empty, or why the pages could not be written.
-QString OutputWriter::writeAtOnce(const ReservedOutput& output, const QString& target) {
-  finish();
-  if (!handOver(output, target)) {
-    return m_libraries.split.lastErrorText();
+void OutputWriter::leaveOut(const Ranges& ranges) {
+  for (const ReservedOutput& range : ranges) {
+    m_account.stopped(range.firstPage, range.lastPage);
+    m_unwritten[range.path].insert(range.firstPage);
+    --m_state.outputCount;
   }
-  while (m_libraries.split.DrainRanges(waitStepMs) > 0) {
-    m_person.handlePendingEvents();
+}
+
+void OutputWriter::handOver(HandedFile file) {
+  std::vector<std::int32_t> pages;
+  for (const ReservedOutput& range : file.ranges) {
+    pages.push_back(range.firstPage);
+    pages.push_back(range.lastPage);
   }
-  CSplitPdfInit::FailedRange failure{};
-  return m_libraries.split.TakeFailedRange(&failure) == CSplitPdfInit::ok
-             ? QString()
-             : QString::fromUtf16(failure.reason);
+  const auto count = static_cast<std::int32_t>(file.ranges.size());
+  CSplitPdfInit& split = m_libraries.split;
+  const int result =
+      count == 1 ? split.SplitPdfPages(utf16(file.path), pages[0], pages[1], m_totalPages)
+                 : split.SplitPdfRanges(utf16(file.path), pages.data(), count, m_totalPages);
+  m_person.handlePendingEvents();
+  split.GetProcessingStatus();
+  if (result == CSplitPdfInit::ok) {
+    m_handed.add(std::move(file));
+  } else {
+    missed(file, split.lastErrorText());
+  }
 }
 
 void OutputWriter::settle(int milliseconds) {
   for (const HandedOutputs::Fate& fate : m_handed.settled(milliseconds)) {
     if (fate.failed) {
-      failed(fate.output, fate.problem);
+      missed(fate.file, fate.problem);
+    } else if (fate.file.isAddition()) {
+      join(fate.file);
     } else {
-      wrote(fate.output);
+      for (const ReservedOutput& range : fate.file.ranges) {
+        wrote(range);
+      }
     }
   }
 }
 
-void OutputWriter::finish() {
+void OutputWriter::waitForHanded() {
   settle(waitStepMs);
   while (!m_handed.isEmpty()) {
     m_person.handlePendingEvents();
@@ -153,31 +192,61 @@ void OutputWriter::finish() {
   }
 }
 
-void OutputWriter::appendTo(const ReservedOutput& output) {
-  const QString addition = output.path + QStringLiteral(".tmp");
-  QFile::remove(addition);
-  if (const QString problem = writeAtOnce(output, addition); !problem.isEmpty()) {
-    failed(output, problem);
-    return;
-  }
-  const bool appended =
-      m_libraries.append.getAppendPDFToFile(utf16(addition), utf16(output.path), u"") != 0;
-  m_libraries.append.GetStatus();
-  if (appended) {
-    wrote(output);
-  } else {
-    appendFailed(output);
-  }
-  QFile::remove(addition);
+void OutputWriter::finish() {
+  const bool stoppedBefore = m_state.userStop;
+  m_heldFor.clear();
+  do {
+    while (!m_held.empty()) {
+      Ranges ranges = std::move(m_held.front());
+      m_held.pop_front();
+      if (m_appendEndsRun || (m_state.userStop && !stoppedBefore)) {
+        leaveOut(ranges);
+      } else {
+        writeHeld(std::move(ranges));
+      }
+    }
+    // What could not be written in one is held again, range by range.
+    waitForHanded();
+  } while (!m_held.empty());
 }
 
-void OutputWriter::appendFailed(const ReservedOutput& output) {
+void OutputWriter::join(const HandedFile& addition) {
+  const QString& path = addition.ranges.front().path;
+  const bool joined =
+      m_libraries.append.getAppendPDFToFile(utf16(addition.path), utf16(path), u"") != 0;
+  m_libraries.append.GetStatus();
+  if (joined) {
+    for (const ReservedOutput& range : addition.ranges) {
+      wrote(range);
+    }
+  } else {
+    appendFailed(addition);
+  }
+  QFile::remove(addition.path);
+}
+
+/// One page that cannot be copied must not cost the ranges beside it.
+void OutputWriter::missed(const HandedFile& file, const QString& reason) {
+  if (file.ranges.size() == 1) {
+    failed(file.ranges.front(), reason);
+    return;
+  }
+  for (const ReservedOutput& range : file.ranges) {
+    m_held.push_back({range});
+  }
+}
+
+void OutputWriter::appendFailed(const HandedFile& addition) {
   m_state.error = RunError::Append;
-  failed(output, m_libraries.append.lastErrorText());
+  for (const ReservedOutput& range : addition.ranges) {
+    failed(range, m_libraries.append.lastErrorText());
+  }
   if (m_state.commandLine) {
     m_state.abortRun = true;
+    m_appendEndsRun = true;
   } else if (!m_state.automation) {
-    m_person.message(QStringLiteral("problem appending to file: %1").arg(output.path));
+    m_person.message(
+        QStringLiteral("problem appending to file: %1").arg(addition.ranges.front().path));
   }
 }
 

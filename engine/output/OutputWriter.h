@@ -11,17 +11,24 @@
 #include <QHash>
 #include <QSet>
 
+#include <deque>
+#include <vector>
+
 namespace folivex {
 
 class CAppendPdfInit;
 class CSplitPdfInit;
 
-/// Writes one output after the other: with the split library, joined by the append library to a
-/// file that exists when the setup says so, or with the external command. Every output is counted
-/// in RunState::outputCount when it is taken on, and its pages in the PageAccount when its
-/// fate is known. A failed output does not end the run (see
-/// RunError for what does); it leaves nothing half-written. The split library may write beside the
-/// engine's further work: finish() waits for it.
+/// Writes one output after the other, with the split library or with the external command. Every
+/// output is counted in RunState::outputCount when it is taken on, and its pages in the PageAccount
+/// when its fate is known. A failed output does not end the run (see RunError for what does); it
+/// leaves nothing half-written. The split library may write beside the engine's further work:
+/// finish() waits for it.
+///
+/// Where outputs are appended, ranges are held until finish(): those that go to one file are split
+/// together and, when the file exists, joined to it once, so that it is rewritten once a source. A
+/// Stop before finish() ends the reading only, what was taken on until then is written; one that
+/// comes later leaves out the files not yet begun.
 class OutputWriter : public OutputList {
 public:
   struct Libraries {
@@ -38,7 +45,8 @@ public:
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
 
-  /// Waits until the fate of every output is known. To be called when the last one has come.
+  /// Writes what is held and waits until the fate of every output is known. To be called when the
+  /// last one has come.
   void finish();
 
   /// Files that were really written since startSource(), after finish(); one that was appended to
@@ -53,14 +61,20 @@ public:
   int failedOutputs() const { return m_failedOutputs; }
 
 private:
+  using Ranges = std::vector<ReservedOutput>;
+
   void makeFolderOf(const QString& path);
   void runExternalCommand(const ReservedOutput& output);
   void writeWithLibrary(const ReservedOutput& output);
-  bool handOver(const ReservedOutput& output, const QString& target);
-  QString writeAtOnce(const ReservedOutput& output, const QString& target);
+  void hold(const ReservedOutput& output);
+  void writeHeld(Ranges ranges);
+  void leaveOut(const Ranges& ranges);
+  void handOver(HandedFile file);
   void settle(int milliseconds);
-  void appendTo(const ReservedOutput& output);
-  void appendFailed(const ReservedOutput& output);
+  void waitForHanded();
+  void join(const HandedFile& addition);
+  void missed(const HandedFile& file, const QString& reason);
+  void appendFailed(const HandedFile& addition);
   void wrote(const ReservedOutput& output);
   void failed(const ReservedOutput& output, const QString& reason);
 
@@ -70,6 +84,10 @@ private:
   Operator& m_person;
   PageAccount& m_account;
   HandedOutputs m_handed;
+  FileSystemRules m_rules = FileSystemRules::ofThisSystem();
+  std::deque<Ranges> m_held;             ///< by output, as the outputs came first
+  QHash<QString, std::size_t> m_heldFor; ///< places in m_held, by comparable path
+  bool m_appendEndsRun = false;
   QString m_source;
   int m_totalPages = 0;
   struct Pages {
