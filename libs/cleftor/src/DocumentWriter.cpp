@@ -1,7 +1,7 @@
 #include "DocumentWriter.h"
 
-#include "Failure.h"
 #include "cleftor/cleftor.h"
+#include "common/Failure.h"
 
 #include <array>
 #include <cstdio>
@@ -27,7 +27,7 @@ std::string hexText(const std::string& bytes) {
 
 } // namespace
 
-DocumentWriter::DocumentWriter(AtomicFile& file, const std::string& version)
+DocumentWriter::DocumentWriter(common::AsideFile& file, const std::string& version)
     : m_file(file), m_offsets(1) {
   // The four high bytes tell tools which guess at a file's kind that it is binary.
   m_file.append("%PDF-" + version + "\n%\xE2\xE3\xCF\xD3\n");
@@ -40,7 +40,7 @@ int DocumentWriter::reserve() {
 
 void DocumentWriter::beginObject(int number) {
   if (m_file.size() > largestOffset) {
-    throw Failure(CLEFTOR_CANNOT_WRITE, "The pages are too large for one file");
+    throw common::Failure(CLEFTOR_CANNOT_WRITE, "The pages are too large for one file");
   }
   m_offsets[static_cast<size_t>(number)] = m_file.size();
   m_file.append(std::to_string(number));
@@ -78,7 +78,7 @@ void DocumentWriter::beginStream(int number, std::string_view dictionary) {
 void DocumentWriter::endStream() {
   const uint64_t length = m_file.size() - m_dataStart;
   if (length > largestOffset) {
-    throw Failure(CLEFTOR_CANNOT_WRITE, "The pages are too large for one file");
+    throw common::Failure(CLEFTOR_CANNOT_WRITE, "The pages are too large for one file");
   }
   m_file.overwrite(m_lengthPlace, std::to_string(length));
   m_file.append("\nendstream\nendobj\n");

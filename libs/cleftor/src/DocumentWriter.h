@@ -1,7 +1,7 @@
 #ifndef CLEFTOR_DOCUMENT_WRITER_H
 #define CLEFTOR_DOCUMENT_WRITER_H
 
-#include "AtomicFile.h"
+#include "common/AsideFile.h"
 
 #include <cstdint>
 #include <string>
@@ -18,7 +18,7 @@ namespace cleftor {
 class DocumentWriter {
 public:
   /** version: "1.7" and the like. */
-  DocumentWriter(AtomicFile& file, const std::string& version);
+  DocumentWriter(common::AsideFile& file, const std::string& version);
 
   int reserve();
 
@@ -38,7 +38,7 @@ public:
 private:
   void beginObject(int number);
 
-  AtomicFile& m_file;
+  common::AsideFile& m_file;
   std::vector<uint64_t> m_offsets; /**< by object number, 0 for one not written */
   uint64_t m_lengthPlace = 0;
   uint64_t m_dataStart = 0;

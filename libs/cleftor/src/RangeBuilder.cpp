@@ -28,7 +28,7 @@ int turned(QPDFObjectHandle rotation, int32_t further) {
 } // namespace
 
 RangeBuilder::RangeBuilder(Source& source, std::vector<PageRange> ranges,
-                           const RangeSettings& settings, AtomicFile& file)
+                           const RangeSettings& settings, common::AsideFile& file)
     : m_source(source), m_ranges(std::move(ranges)), m_settings(settings),
       m_writer(file, source.version()), m_copier(source, m_writer), m_links(source, m_copier),
       m_form(source, m_copier, m_links) {

@@ -21,7 +21,7 @@ class RangeBuilder {
 public:
   /** file is not kept by the builder; whoever made it does that. */
   RangeBuilder(Source& source, std::vector<PageRange> ranges, const RangeSettings& settings,
-               AtomicFile& file);
+               common::AsideFile& file);
 
   void write();
 

@@ -1,9 +1,9 @@
 #include "RangeWriter.h"
 
-#include "AtomicFile.h"
-#include "Failure.h"
-#include "Paths.h"
 #include "cleftor/cleftor.h"
+#include "common/AsideFile.h"
+#include "common/Failure.h"
+#include "common/Paths.h"
 
 #include <algorithm>
 #include <exception>
@@ -13,6 +13,9 @@
 #include <utility>
 
 namespace cleftor {
+
+using common::Failure;
+using common::pathOf;
 
 namespace {
 
@@ -77,7 +80,7 @@ void writeRange(Source& source, const RangeOrder& order) {
   for (const auto& [first, last] : order.ranges) {
     indexes.push_back({first - 1, last - 1});
   }
-  AtomicFile file(order.target);
+  common::AsideFile file(order.target);
   try {
     RangeBuilder(source, indexes, order.settings, file).write();
   } catch (const Failure&) {

@@ -1,13 +1,15 @@
 #include "Session.h"
 
-#include "Failure.h"
-#include "Utf16.h"
 #include "cleftor/cleftor.h"
+#include "common/Utf16.h"
 
 #include <system_error>
 #include <utility>
 
 namespace cleftor {
+
+using common::Failure;
+using common::toUtf16;
 
 Session& Session::instance() {
   // Never destroyed: at the end of a process those who use it may go later than it would.
@@ -15,21 +17,21 @@ Session& Session::instance() {
   return session;
 }
 
-void Session::beginOpening(const std::string& path, const std::string& password) {
+void Session::beginOpening(const std::string& path, const Passwords& passwords) {
   close();
-  const auto open = [path, password] { return std::make_shared<Source>(path, password); };
+  const auto open = [path, passwords] { return std::make_shared<Source>(path, passwords); };
   try {
-    m_opening = {path, password, std::async(std::launch::async, open)};
+    m_opening = {path, passwords, std::async(std::launch::async, open)};
   } catch (const std::system_error&) {
     // Without a thread the source is opened when it is asked for.
   }
 }
 
-void Session::open(const std::string& path, const std::string& password) {
+void Session::open(const std::string& path, const Passwords& passwords) {
   std::optional<Opening> opening = std::exchange(m_opening, {});
   close();
-  const bool isBegun = opening && opening->path == path && opening->password == password;
-  m_source = isBegun ? opening->source.get() : std::make_shared<Source>(path, password);
+  const bool isBegun = opening && opening->path == path && opening->passwords == passwords;
+  m_source = isBegun ? opening->source.get() : std::make_shared<Source>(path, passwords);
 }
 
 void Session::close() {
@@ -64,10 +66,10 @@ void Session::split(RangeOrder order, int32_t totalPages) {
   m_lastWrittenPage = order.lastPage();
 }
 
-void Session::splitAlone(const std::string& path, const std::string& password, RangeOrder order) {
+void Session::splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order) {
   // A range on its way to the same target must not come later than this one.
   drain();
-  Source source(path, password);
+  Source source(path, passwords);
   order.settings = m_settings;
   checkOrder(source, order);
   writeRange(source, order);
@@ -112,16 +114,6 @@ int32_t Session::lastWrittenPage() const {
 void Session::setRotation(int32_t degrees) {
   // Pages turn by quarters only; anything else goes to the quarter below.
   m_settings.rotation = degrees % 360 - degrees % 90;
-}
-
-void Session::noteError(int32_t code, const std::string& text) {
-  m_errorCode = code;
-  m_errorText = toUtf16(text);
-}
-
-void Session::clearError() {
-  m_errorCode = CLEFTOR_OK;
-  m_errorText.clear();
 }
 
 } // namespace cleftor

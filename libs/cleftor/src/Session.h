@@ -3,6 +3,7 @@
 
 #include "RangeWriter.h"
 #include "Source.h"
+#include "common/Failure.h"
 
 #include <cstdint>
 #include <deque>
@@ -16,18 +17,21 @@ namespace cleftor {
 /** The one state of the process: the open source, the settings and how the last range went. */
 class Session {
 public:
+  /** Bytes to try one after the other. */
+  using Passwords = std::vector<std::string>;
+
   static Session& instance();
 
   /** Opens on another thread what open() is then asked for. */
-  void beginOpening(const std::string& path, const std::string& password);
-  void open(const std::string& path, const std::string& password);
+  void beginOpening(const std::string& path, const Passwords& passwords);
+  void open(const std::string& path, const Passwords& passwords);
   void close();
 
   int32_t pageCount() const { return m_source ? m_source->pageCount() : 0; }
   int32_t facts() const { return m_source ? m_source->facts() : 0; }
 
   void split(RangeOrder order, int32_t totalPages);
-  void splitAlone(const std::string& path, const std::string& password, RangeOrder order);
+  void splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order);
 
   /** Whether ranges are written on a thread of their own; switching it off waits for them. */
   void setWriteBehind(bool on);
@@ -48,15 +52,12 @@ public:
   int32_t status() const { return m_status; }
   void setStatus(int32_t status) { m_status = status; }
 
-  void noteError(int32_t code, const std::string& text);
-  void clearError();
-  int32_t errorCode() const { return m_errorCode; }
-  const std::u16string& errorText() const { return m_errorText; }
+  common::LastError& lastError() { return m_lastError; }
 
 private:
   struct Opening {
     std::string path;
-    std::string password;
+    Passwords passwords;
     std::future<std::shared_ptr<Source>> source;
   };
 
@@ -70,8 +71,7 @@ private:
   std::u16string m_failedReason;
   int32_t m_status = 0;
   int32_t m_lastWrittenPage = 0;
-  int32_t m_errorCode = 0;
-  std::u16string m_errorText;
+  common::LastError m_lastError;
 };
 
 } // namespace cleftor

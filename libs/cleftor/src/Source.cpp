@@ -1,16 +1,18 @@
 #include "Source.h"
 
-#include "Failure.h"
-#include "Passwords.h"
 #include "SourceInput.h"
 #include "cleftor/cleftor.h"
+#include "common/Failure.h"
 
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFLogger.hh>
 
+#include <algorithm>
 #include <cctype>
 
 namespace cleftor {
+
+using common::Failure;
 
 namespace {
 
@@ -31,8 +33,8 @@ std::shared_ptr<QPDF> quietDocument() {
 
 } // namespace
 
-Source::Source(const std::string& path, const std::string& password) : m_path(path) {
-  open(password);
+Source::Source(const std::string& path, const std::vector<std::string>& passwords) : m_path(path) {
+  open(passwords);
   try {
     gatherFacts();
     readPages();
@@ -48,22 +50,22 @@ Source::Source(const std::string& path, const std::string& password) : m_path(pa
 
 std::shared_ptr<Source> Source::of(const Ticket& ticket) {
   try {
-    auto source = std::make_shared<Source>(ticket.path, ticket.password);
+    auto source = std::make_shared<Source>(ticket.path, std::vector{ticket.password});
     const bool same =
-        source->m_input->stamp() == ticket.stamp && source->pageCount() == ticket.pageCount;
+        source->m_input->identity() == ticket.identity && source->pageCount() == ticket.pageCount;
     return same ? source : nullptr;
   } catch (const std::exception&) {
     return nullptr;
   }
 }
 
-void Source::open(const std::string& password) {
-  for (const std::string& candidate : passwordCandidates(password)) {
-    if (openWith(candidate)) {
-      return;
-    }
+void Source::open(const std::vector<std::string>& passwords) {
+  // The empty one opens what anybody may open.
+  const bool isOpen =
+      std::ranges::any_of(passwords, [&](const auto& one) { return openWith(one); });
+  if (!isOpen && !openWith("")) {
+    refuse(m_path, passwords.empty() ? "it needs a password" : "the password is not right");
   }
-  refuse(m_path, password.empty() ? "it needs a password" : "the password is not right");
 }
 
 /** False when the password is not right; any other fault throws. */
@@ -100,7 +102,7 @@ void Source::readPages() {
   if (m_pages->madeObjects() && !m_gone.empty()) {
     // Page numbers of this document are not those of the file, so nothing can be read anew.
     m_gone.clear();
-    open(m_password);
+    open({m_password});
     m_pages = std::make_unique<PageTable>(*m_document, [](int32_t, QPDFObjGen) {});
   }
 }

@@ -25,8 +25,9 @@ namespace cleftor {
  */
 class Source {
 public:
-  /** Throws Failure CLEFTOR_CANNOT_OPEN. Both texts are UTF-8. */
-  Source(const std::string& path, const std::string& password);
+  /** Tries the passwords (bytes) one after the other, then the empty one. Throws Failure
+   * CLEFTOR_CANNOT_OPEN. */
+  Source(const std::string& path, const std::vector<std::string>& passwords);
 
   const std::string& path() const { return m_path; }
   const PageTable& pages() const { return *m_pages; }
@@ -70,10 +71,10 @@ public:
   struct Ticket {
     std::string path;
     std::string password;
-    FileStamp stamp;
+    common::FileIdentity identity;
     int32_t pageCount = 0;
   };
-  Ticket ticket() const { return {m_path, m_password, m_input->stamp(), pageCount()}; }
+  Ticket ticket() const { return {m_path, m_password, m_input->identity(), pageCount()}; }
   /** Null when the file cannot be opened or is not the same any more. */
   static std::shared_ptr<Source> of(const Ticket& ticket);
 
@@ -94,7 +95,7 @@ private:
   void letGoOf(QPDFObjGen object);
   bool lacksPartOf(QPDFObjectHandle page) const;
   void renew();
-  void open(const std::string& password);
+  void open(const std::vector<std::string>& passwords);
   bool openWith(const std::string& password);
   void gatherFacts();
   void gatherWholeDocument();

@@ -1,8 +1,8 @@
 #include "SourceInput.h"
 
-#include "Failure.h"
-#include "Paths.h"
 #include "cleftor/cleftor.h"
+#include "common/Failure.h"
+#include "common/Paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,13 +19,13 @@ namespace {
 constexpr size_t blockSize = size_t{64} * 1024;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure(CLEFTOR_CANNOT_OPEN, "Unable to open \"" + path + "\": " + reason);
+  throw common::Failure(CLEFTOR_CANNOT_OPEN, "Unable to open \"" + path + "\": " + reason);
 }
 
 } // namespace
 
 SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockSize) {
-  const std::filesystem::path place = pathOf(path);
+  const std::filesystem::path place = common::pathOf(path);
   std::error_code error;
   const auto status = std::filesystem::status(place, error);
   if (error) {
@@ -43,7 +43,7 @@ SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockS
   }
   m_file.seekg(0, std::ios::end);
   m_size = m_file.tellg();
-  m_changed = std::filesystem::last_write_time(place, error);
+  m_identity = common::FileIdentity::of(path).value_or(common::FileIdentity());
 }
 
 bool SourceInput::load(qpdf_offset_t position) {

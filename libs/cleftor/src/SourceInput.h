@@ -1,21 +1,15 @@
 #ifndef CLEFTOR_SOURCE_INPUT_H
 #define CLEFTOR_SOURCE_INPUT_H
 
+#include "common/FileIdentity.h"
+
 #include <qpdf/InputSource.hh>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 namespace cleftor {
-
-struct FileStamp {
-  qpdf_offset_t size = 0;
-  std::filesystem::file_time_type changed;
-
-  bool operator==(const FileStamp&) const = default;
-};
 
 /**
  * The source file, read in blocks. The parser jumps between neighbouring objects and steps back a
@@ -32,7 +26,7 @@ public:
   bool isCut() const { return m_isCut; }
 
   /** Tells a file from what may have taken its place. */
-  FileStamp stamp() const { return {m_size, m_changed}; }
+  const common::FileIdentity& identity() const { return m_identity; }
 
   qpdf_offset_t findAndSkipNextEOL() override;
   const std::string& getName() const override;
@@ -50,7 +44,7 @@ private:
   std::string m_name;
   std::ifstream m_file;
   qpdf_offset_t m_size = 0;
-  std::filesystem::file_time_type m_changed;
+  common::FileIdentity m_identity;
   qpdf_offset_t m_position = 0;
   qpdf_offset_t m_blockStart = 0;
   std::vector<char> m_block;

@@ -1,45 +1,31 @@
 #include "cleftor/cleftor.h"
 
-#include "Failure.h"
 #include "Session.h"
-#include "Utf16.h"
+#include "common/Passwords.h"
+#include "common/Paths.h"
+#include "common/Utf16.h"
 
-#include <exception>
-#include <new>
 #include <utility>
 
 namespace {
 
 using cleftor::Session;
+using common::pathText;
 
-/** A trailing blank is no part of a file's name. */
-std::string pathText(const char16_t* path) {
-  std::string text = cleftor::toUtf8(path);
-  text.erase(text.find_last_not_of(' ') + 1);
-  return text;
+Session::Passwords passwordsOf(const char16_t* password) {
+  return common::passwordCandidates(common::textOf(password));
 }
 
 /** Runs one operation; whatever goes wrong in it becomes a code and a text. */
 template <typename Operation> int32_t guarded(int32_t unforeseen, Operation operation) noexcept {
   Session& session = Session::instance();
-  int32_t code = CLEFTOR_OK;
+  session.lastError().clear();
   try {
-    session.clearError();
     operation(session);
-  } catch (const cleftor::Failure& failure) {
-    code = failure.code();
-    session.noteError(code, failure.what());
-  } catch (const std::bad_alloc&) {
-    code = CLEFTOR_OUT_OF_MEMORY;
-    session.noteError(code, "Out of memory");
-  } catch (const std::exception& error) {
-    code = unforeseen;
-    session.noteError(code, error.what());
   } catch (...) {
-    code = unforeseen;
-    session.noteError(code, "Unknown fault");
+    return session.lastError().keepCaught(unforeseen);
   }
-  return code;
+  return CLEFTOR_OK;
 }
 
 } // namespace
@@ -49,15 +35,13 @@ int32_t CleftorInterfaceVersion() {
 }
 
 int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* password) {
-  return guarded(CLEFTOR_CANNOT_OPEN, [&](Session& session) {
-    session.open(pathText(path), cleftor::toUtf8(password));
-  });
+  return guarded(CLEFTOR_CANNOT_OPEN,
+                 [&](Session& session) { session.open(pathText(path), passwordsOf(password)); });
 }
 
 void BeginOpenFile(const char16_t* path, const char16_t* password) {
-  guarded(CLEFTOR_CANNOT_OPEN, [&](Session& session) {
-    session.beginOpening(pathText(path), cleftor::toUtf8(password));
-  });
+  guarded(CLEFTOR_CANNOT_OPEN,
+          [&](Session& session) { session.beginOpening(pathText(path), passwordsOf(password)); });
 }
 
 void PdfTextDumpCloseFile() {
@@ -92,7 +76,7 @@ int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges, int32_t co
 int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_t* target,
                  int32_t first, int32_t last) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Session& session) {
-    session.splitAlone(pathText(source), cleftor::toUtf8(password),
+    session.splitAlone(pathText(source), passwordsOf(password),
                        {pathText(target), {{first, last}}, {}});
   });
   Session::instance().setStatus(code);
@@ -152,9 +136,9 @@ int32_t GetFileFacts() {
 }
 
 int32_t CleftorLastError() {
-  return Session::instance().errorCode();
+  return Session::instance().lastError().code();
 }
 
 const char16_t* CleftorLastErrorText() {
-  return Session::instance().errorText().c_str();
+  return Session::instance().lastError().text();
 }

@@ -1,5 +1,7 @@
 #include "FontLoader.h"
 
+#include "common/Utf16.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -22,7 +24,7 @@ std::u16string plainName(const char* baseFont) {
     if (tag)
       name.remove_prefix(7);
   }
-  return fromUtf8(name);
+  return common::toUtf16(name);
 }
 
 /** Text of a glyph name; "f_f_i" stands for its parts, what follows a dot only names a variant. */

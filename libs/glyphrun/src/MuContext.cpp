@@ -8,6 +8,7 @@ namespace glyphrun {
 namespace {
 
 constexpr std::size_t standingCeiling = std::size_t{1536} << 20;
+constexpr std::size_t storeBytes = std::size_t{48} << 20;
 constexpr std::size_t headerBytes = alignof(std::max_align_t);
 constexpr unsigned allocationsPerClock = 256;
 
@@ -50,9 +51,7 @@ void completePredefinedMaps(MuContext& mu) {
 } // namespace
 
 bool MuContext::Budget::refuses(std::size_t bytes) {
-  if (bytes > ceiling || used > ceiling - bytes || stopped.load(std::memory_order_relaxed))
-    return true;
-  if (late)
+  if (bytes > ceiling || used > ceiling - bytes || isStopped() || late)
     return true;
   if (deadline != std::chrono::steady_clock::time_point::max() && untilClock-- == 0) {
     untilClock = allocationsPerClock;
@@ -97,18 +96,18 @@ void MuContext::release(void* user, void* block) {
   std::free(base);
 }
 
-std::unique_ptr<MuContext> MuContext::create(std::size_t storeBytes) {
-  std::unique_ptr<MuContext> self(new (std::nothrow) MuContext);
-  if (!self)
-    return nullptr;
+std::unique_ptr<MuContext> MuContext::create(const std::atomic<bool>* stop) {
+  std::unique_ptr<MuContext> self(new MuContext);
   self->m_budget.ceiling = standingCeiling;
   self->m_allocator = {&self->m_budget, allocate, reallocate, release};
   self->m_context = fz_new_context(&self->m_allocator, nullptr, storeBytes);
   if (self->m_context == nullptr)
-    return nullptr;
+    throw std::bad_alloc();
   fz_set_warning_callback(self->m_context, swallow, nullptr);
   fz_set_error_callback(self->m_context, swallow, nullptr);
   completePredefinedMaps(*self);
+  // Not before: a context that cannot be made tells so on the terminal.
+  self->m_budget.stop = stop;
   return self;
 }
 
@@ -140,7 +139,7 @@ void MuContext::relax() {
 }
 
 bool MuContext::overdue() const {
-  return m_budget.late || m_budget.stopped.load(std::memory_order_relaxed) ||
+  return m_budget.late || m_budget.isStopped() ||
          std::chrono::steady_clock::now() > m_budget.deadline;
 }
 

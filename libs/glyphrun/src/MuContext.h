@@ -24,8 +24,9 @@ enum class Outcome { Ok, Failed, OutOfMemory };
  */
 class MuContext {
 public:
-  /** Null when there is no memory. */
-  static std::unique_ptr<MuContext> create(std::size_t storeBytes);
+  /** Every allocation fails once `*stop` is true, which any thread may do. Throws std::bad_alloc.
+   */
+  static std::unique_ptr<MuContext> create(const std::atomic<bool>* stop);
   ~MuContext();
   MuContext(const MuContext&) = delete;
   MuContext& operator=(const MuContext&) = delete;
@@ -54,10 +55,8 @@ public:
   void allow(std::size_t bytes, std::chrono::milliseconds time);
   /** Back to the standing limits, without a deadline. */
   void relax();
-  /** True once the moment set by allow() has passed, or stop() was called. */
+  /** True once the moment set by allow() has passed, or the work was stopped. */
   bool overdue() const;
-  /** Makes every further allocation fail; for any thread. */
-  void stop() { m_budget.stopped.store(true, std::memory_order_relaxed); }
 
 private:
   struct Budget {
@@ -66,8 +65,9 @@ private:
     std::chrono::steady_clock::time_point deadline = std::chrono::steady_clock::time_point::max();
     unsigned untilClock = 0;
     bool late = false;
-    std::atomic<bool> stopped{false};
+    const std::atomic<bool>* stop = nullptr;
 
+    bool isStopped() const { return stop != nullptr && stop->load(std::memory_order_relaxed); }
     bool refuses(std::size_t bytes);
   };
 

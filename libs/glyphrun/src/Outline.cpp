@@ -1,6 +1,6 @@
 #include "Outline.h"
 
-#include "Unicode.h"
+#include "common/Utf16.h"
 
 #include <unordered_set>
 
@@ -20,7 +20,7 @@ std::u16string titleOf(const PdfFile& file, const PdfObject& item) {
     if (pdf_is_string(ctx, title.raw()))
       utf8 = pdf_new_utf8_from_pdf_string_obj(ctx, title.raw());
   });
-  std::u16string text = utf8 == nullptr ? std::u16string() : fromUtf8(utf8);
+  std::u16string text = utf8 == nullptr ? std::u16string() : common::toUtf16(utf8);
   fz_free(ctx, utf8);
   return text;
 }

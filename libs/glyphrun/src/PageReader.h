@@ -15,7 +15,7 @@ class PageReader {
 public:
   explicit PageReader(std::unique_ptr<PdfFile> file);
 
-  PdfFile& file() { return *m_file; }
+  PdfFile& file() const { return *m_file; }
   void setWordSpacing(double factor) { m_tolerance = JoiningTolerance::fromFactor(factor); }
   /** Words of the page `index` (from 0, and there). Storage of `out` is used again. */
   void read(std::int32_t index, PageWords& out);

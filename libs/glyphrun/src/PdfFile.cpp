@@ -1,20 +1,20 @@
 #include "PdfFile.h"
 
-#include "Passwords.h"
-#include "Unicode.h"
+#include "common/Failure.h"
+#include "common/Passwords.h"
+#include "common/Utf16.h"
 
 #include <glyphrun/glyphrun.h>
 
 #include <algorithm>
 #include <unordered_set>
 
-#include <sys/stat.h>
-
 namespace glyphrun {
+
+using common::Failure;
 
 namespace {
 
-constexpr std::size_t storeBytes = std::size_t{48} << 20;
 constexpr double standardWidth = 612;
 constexpr double standardHeight = 792;
 // Larger coordinates are damage; they would only spoil the arithmetic.
@@ -46,56 +46,20 @@ Matrix shownMatrix(const Rect& crop, int rotation) {
 
 } // namespace
 
-bool FileIdentity::of(const std::u16string& path, FileIdentity& identity) {
-  struct stat info {};
-  if (stat(toUtf8(path).c_str(), &info) != 0)
-    return false;
-  identity.device = static_cast<std::uint64_t>(info.st_dev);
-  identity.number = static_cast<std::uint64_t>(info.st_ino);
-  identity.size = static_cast<std::uint64_t>(info.st_size);
-#if defined(__linux__)
-  identity.changed = info.st_mtim.tv_sec * 1'000'000'000LL + info.st_mtim.tv_nsec;
-#else
-  identity.changed = static_cast<std::int64_t>(info.st_mtime);
-#endif
-  return true;
-}
-
 std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u16string& password,
-                                       Result& result, std::string& reason) {
-  auto mu = MuContext::create(storeBytes);
-  if (!mu) {
-    result = Result::OutOfMemory;
-    reason = "out of memory";
-    return nullptr;
+                                       const PageList& known, const std::atomic<bool>* stop) {
+  std::unique_ptr<PdfFile> file(new PdfFile(stop));
+  const std::string name = common::toUtf8(path);
+  file->openDocument(name);
+  file->authenticate(password);
+  const bool areKnown = known.file && known.file == common::FileIdentity::of(name) &&
+                        (file->facts() & GLYPHRUN_FILE_REPAIRED) == 0;
+  if (areKnown) {
+    file->takePages(known);
+  } else {
+    file->readPages();
   }
-  std::unique_ptr<PdfFile> file(new PdfFile(std::move(mu)));
-  result = file->openDocument(toUtf8(path), reason);
-  if (result == Result::Ok)
-    result = file->authenticate(password);
-  if (result == Result::WrongPassword)
-    reason = password.empty() ? "the file needs a password" : "the password is wrong";
-  if (result == Result::Ok) {
-    result = file->readPages();
-    if (result != Result::Ok)
-      reason = result == Result::OutOfMemory ? "out of memory" : "no page can be found";
-  }
-  return result == Result::Ok ? std::move(file) : nullptr;
-}
-
-std::unique_ptr<PdfFile> PdfFile::openKnown(const std::u16string& path,
-                                            const std::u16string& password, const PageList& pages) {
-  auto mu = MuContext::create(storeBytes);
-  if (!mu)
-    return nullptr;
-  std::unique_ptr<PdfFile> file(new PdfFile(std::move(mu)));
-  std::string reason;
-  FileIdentity identity;
-  const bool isGood =
-      file->openDocument(toUtf8(path), reason) == Result::Ok &&
-      file->authenticate(password) == Result::Ok && (file->facts() & GLYPHRUN_FILE_REPAIRED) == 0 &&
-      FileIdentity::of(path, identity) && identity == pages.file && file->takePages(pages);
-  return isGood ? std::move(file) : nullptr;
+  return file;
 }
 
 PdfFile::~PdfFile() {
@@ -110,27 +74,24 @@ PdfFile::~PdfFile() {
   fz_drop_stream(ctx, m_stream);
 }
 
-Result PdfFile::openDocument(const std::string& path, std::string& reason) {
+void PdfFile::openDocument(const std::string& path) {
   fz_context* ctx = m_mu->raw();
   Outcome outcome = m_mu->attempt([&] { m_stream = fz_open_file(ctx, path.c_str()); });
-  if (outcome != Outcome::Ok) {
-    reason = m_mu->message();
-    return outcome == Outcome::OutOfMemory ? Result::OutOfMemory : Result::CannotOpen;
+  int32_t code = GLYPHRUN_CANNOT_OPEN;
+  if (outcome == Outcome::Ok) {
+    outcome = m_mu->attempt([&] { m_document = pdf_open_document_with_stream(ctx, m_stream); });
+    // The document is gone with a failure, so its handler is known only by MuPDF's words.
+    const std::string& reason = m_mu->message();
+    const bool handler = reason.find("encryption handler") != std::string::npos ||
+                         reason.find("encryption version") != std::string::npos ||
+                         reason.find("crypt revision") != std::string::npos;
+    code = handler ? GLYPHRUN_UNSUPPORTED : GLYPHRUN_NOT_A_PDF;
   }
-  outcome = m_mu->attempt([&] { m_document = pdf_open_document_with_stream(ctx, m_stream); });
-  if (outcome == Outcome::Ok)
-    return Result::Ok;
-  reason = m_mu->message();
-  if (outcome == Outcome::OutOfMemory)
-    return Result::OutOfMemory;
-  // The document is gone with the failure, so its handler is known only by MuPDF's words.
-  const bool handler = reason.find("encryption handler") != std::string::npos ||
-                       reason.find("encryption version") != std::string::npos ||
-                       reason.find("crypt revision") != std::string::npos;
-  return handler ? Result::Unsupported : Result::NotAPdf;
+  if (outcome != Outcome::Ok)
+    throw Failure(outcome == Outcome::OutOfMemory ? GLYPHRUN_OUT_OF_MEMORY : code, m_mu->message());
 }
 
-Result PdfFile::authenticate(const std::u16string& password) {
+void PdfFile::authenticate(const std::u16string& password) {
   fz_context* ctx = m_mu->raw();
   int needed = 1;
   int revision = 0;
@@ -139,16 +100,24 @@ Result PdfFile::authenticate(const std::u16string& password) {
     revision = m_document->crypt == nullptr ? 0 : pdf_crypt_revision(ctx, m_document->crypt);
   });
   if (needed == 0)
-    return Result::Ok;
+    return;
+  // For older encryption MuPDF turns each character into its byte of PDFDocEncoding, so other
+  // encodings are given as the characters that stand for their bytes.
   constexpr int lastByteEncoded = 4;
-  for (const std::string& candidate : passwordCandidates(password, revision <= lastByteEncoded)) {
+  std::vector<std::string> candidates = common::passwordCandidates(password);
+  if (revision <= lastByteEncoded) {
+    std::ranges::transform(candidates, candidates.begin(), common::textOfPdfDocBytes);
+    candidates.insert(candidates.begin(), common::toUtf8(password));
+  }
+  for (const std::string& candidate : candidates) {
     int accepted = 0;
     m_mu->attempt(
         [&] { accepted = pdf_authenticate_password(ctx, m_document, candidate.c_str()); });
     if (accepted != 0)
-      return Result::Ok;
+      return;
   }
-  return Result::WrongPassword;
+  throw Failure(GLYPHRUN_WRONG_PASSWORD,
+                password.empty() ? "the file needs a password" : "the password is wrong");
 }
 
 PdfObject PdfFile::catalog() const {
@@ -159,7 +128,7 @@ PdfObject PdfFile::catalog() const {
 
 // Walks the page tree once, with a stack of its own: depth, loops and claimed counts of the file
 // decide nothing. Every page found has been read, so the number is that of pages which exist.
-Result PdfFile::readPages() {
+void PdfFile::readPages() {
   constexpr std::size_t deepest = 256;
   struct Level {
     std::uint32_t node;
@@ -177,34 +146,31 @@ Result PdfFile::readPages() {
     m_nodes.push_back({pdf_keep_obj(m_mu->raw(), node.raw()), parent});
     stack.push_back({static_cast<std::uint32_t>(m_nodes.size() - 1), 0, node.get("Kids").size()});
   };
-  try {
-    const PdfObject root = catalog().get("Pages");
-    if (root.isDict())
-      enter(root, -1);
-    while (!stack.empty()) {
-      Level& level = stack.back();
-      if (level.next >= level.count) {
-        stack.pop_back();
-        continue;
-      }
-      const std::uint32_t node = level.node;
-      const PdfObject kid = PdfObject(*m_mu, m_nodes[node].object).get("Kids").at(level.next++);
-      if (!kid.isDict())
-        continue;
-      if (kid.get("Kids").isArray())
-        enter(kid, static_cast<std::int32_t>(node));
-      else
-        m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
-      // Each time a quarter more pages are known, so that it costs the same for every page.
-      if (m_pages.size() >= forgetAt) {
-        forgetObjects();
-        forgetAt = m_pages.size() + std::max(fewPages, m_pages.size() / 4);
-      }
+  const PdfObject root = catalog().get("Pages");
+  if (root.isDict())
+    enter(root, -1);
+  while (!stack.empty() && !m_mu->overdue()) {
+    Level& level = stack.back();
+    if (level.next >= level.count) {
+      stack.pop_back();
+      continue;
     }
-  } catch (const std::bad_alloc&) {
-    return Result::OutOfMemory;
+    const std::uint32_t node = level.node;
+    const PdfObject kid = PdfObject(*m_mu, m_nodes[node].object).get("Kids").at(level.next++);
+    if (!kid.isDict())
+      continue;
+    if (kid.get("Kids").isArray())
+      enter(kid, static_cast<std::int32_t>(node));
+    else
+      m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
+    // Each time a quarter more pages are known, so that it costs the same for every page.
+    if (m_pages.size() >= forgetAt) {
+      forgetObjects();
+      forgetAt = m_pages.size() + std::max(fewPages, m_pages.size() / 4);
+    }
   }
-  return m_pages.empty() ? Result::NotAPdf : Result::Ok;
+  if (m_pages.empty())
+    throw Failure(GLYPHRUN_NOT_A_PDF, "no page can be found");
 }
 
 PageList PdfFile::pageList() const {
@@ -226,7 +192,7 @@ PageList PdfFile::pageList() const {
 }
 
 // References only: a page is read when it is asked for.
-bool PdfFile::takePages(const PageList& list) {
+void PdfFile::takePages(const PageList& list) {
   fz_context* ctx = m_mu->raw();
   m_nodes.reserve(list.nodes.size());
   m_pages.reserve(list.pages.size());
@@ -236,7 +202,8 @@ bool PdfFile::takePages(const PageList& list) {
     for (const PageList::Page& page : list.pages)
       m_pages.push_back({pdf_new_indirect(ctx, m_document, page.number, 0), page.node});
   });
-  return outcome == Outcome::Ok && !m_pages.empty();
+  if (outcome != Outcome::Ok)
+    throw std::bad_alloc();
 }
 
 PdfObject PdfFile::page(std::int32_t index) const {

@@ -4,38 +4,16 @@
 #include "Geometry.h"
 #include "MuContext.h"
 #include "PdfObject.h"
+#include "common/FileIdentity.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace glyphrun {
-
-/** Why an operation failed; the values are those of the C interface. */
-enum class Result : std::int32_t {
-  Ok = 0,
-  NotOpen = -1,
-  BadPage = -2,
-  OutOfMemory = -3,
-  CannotOpen = -4,
-  NotAPdf = -5,
-  WrongPassword = -6,
-  Unsupported = -7,
-  Damaged = -8
-};
-
-/** Which file a path led to, to tell whether it is still the same one. */
-struct FileIdentity {
-  std::uint64_t device = 0;
-  std::uint64_t number = 0;
-  std::uint64_t size = 0;
-  std::int64_t changed = 0;
-
-  bool operator==(const FileIdentity&) const = default;
-  static bool of(const std::u16string& path, FileIdentity& identity);
-};
 
 /**
  * Where the pages of a file are: object numbers of the page tree. Good for every document of the
@@ -53,7 +31,7 @@ struct PageList {
   };
   std::vector<Page> pages;
   std::vector<Node> nodes;
-  FileIdentity file;
+  std::optional<common::FileIdentity> file;
 };
 
 /** What a page says of itself, its own or by inheritance. */
@@ -69,12 +47,13 @@ struct PageFrame {
 /** A document in a context of its own. One thread at a time. */
 class PdfFile {
 public:
-  /** Null on failure: `result` and `reason` (English, without the password) tell. */
+  /**
+   * Throws Failure. Pages that are known from another document of the same file are not searched
+   * for again. `stop`: see MuContext.
+   */
   static std::unique_ptr<PdfFile> open(const std::u16string& path, const std::u16string& password,
-                                       Result& result, std::string& reason);
-  /** The same for a file whose pages are known; null on any failure. */
-  static std::unique_ptr<PdfFile> openKnown(const std::u16string& path,
-                                            const std::u16string& password, const PageList& pages);
+                                       const PageList& known = {},
+                                       const std::atomic<bool>* stop = nullptr);
   ~PdfFile();
   PdfFile(const PdfFile&) = delete;
   PdfFile& operator=(const PdfFile&) = delete;
@@ -114,11 +93,11 @@ private:
     std::int32_t parent;
   };
 
-  explicit PdfFile(std::unique_ptr<MuContext> mu) : m_mu(std::move(mu)) {}
-  Result openDocument(const std::string& path, std::string& reason);
-  Result authenticate(const std::u16string& password);
-  Result readPages();
-  bool takePages(const PageList& list);
+  explicit PdfFile(const std::atomic<bool>* stop) : m_mu(MuContext::create(stop)) {}
+  void openDocument(const std::string& path);
+  void authenticate(const std::u16string& password);
+  void readPages();
+  void takePages(const PageList& list);
   bool fillPageTables();
   PdfObject inherited(const PageEntry& entry, const char* key) const;
 

@@ -32,8 +32,6 @@ ReadAhead::~ReadAhead() {
   {
     const std::lock_guard lock(m_mutex);
     m_stopping = true;
-    for (MuContext* context : m_contexts)
-      context->stop();
   }
   m_changed.notify_all();
   for (std::thread& thread : m_threads)
@@ -90,56 +88,40 @@ void ReadAhead::setWordSpacing(double factor) {
   restartAt(std::max(m_wanted, 0));
 }
 
-std::unique_ptr<PageReader> ReadAhead::openFile() {
-  Result result = Result::Ok;
-  std::string reason;
-  std::unique_ptr<PdfFile> file;
-  if (!m_pages.pages.empty())
-    file = PdfFile::openKnown(m_path, m_password, m_pages);
-  if (!file)
-    file = PdfFile::open(m_path, m_password, result, reason);
-  if (!file || file->pageCount() != m_pageCount)
-    return nullptr;
-  return std::make_unique<PageReader>(std::move(file));
-}
-
 void ReadAhead::work() {
   try {
-    const std::unique_ptr<PageReader> reader = openFile();
-    if (!reader)
-      return;
-    MuContext* const context = &reader->file().mu();
-    {
-      const std::lock_guard lock(m_mutex);
-      m_contexts.push_back(context);
-    }
-    readClaimedPages(*reader);
-    const std::lock_guard lock(m_mutex);
-    std::erase(m_contexts, context);
-  } catch (const std::bad_alloc&) {
-    // Without memory this thread stands aside; it had nothing claimed.
+    PageReader reader(PdfFile::open(m_path, m_password, m_pages, &m_stopping));
+    if (reader.file().pageCount() == m_pageCount)
+      readClaimedPages(reader);
+  } catch (const std::exception&) {
+    // Without file or memory this thread stands aside; it has nothing claimed.
   }
 }
 
-void ReadAhead::readClaimedPages(PageReader& reader) noexcept {
+/** Waits for a page to read; false when there is no more work. Throws before it claims anything. */
+bool ReadAhead::claim(std::unique_lock<std::mutex>& lock, std::int32_t& index, PageWords& words) {
+  m_changed.wait(lock, [this] { return m_stopping || mayClaim(); });
+  if (m_stopping)
+    return false;
+  index = m_next;
+  m_slots.try_emplace(index);
+  ++m_next;
+  if (!m_spare.empty()) {
+    words = std::move(m_spare.back());
+    m_spare.pop_back();
+  }
+  return true;
+}
+
+void ReadAhead::readClaimedPages(PageReader& reader) {
   std::unique_lock lock(m_mutex);
-  for (;;) {
-    m_changed.wait(lock, [this] { return m_stopping || mayClaim(); });
-    if (m_stopping)
-      return;
+  std::int32_t index = 0;
+  for (PageWords words; claim(lock, index, words); words = PageWords()) {
     const std::uint32_t generation = m_generation;
-    const std::int32_t index = m_next;
-    PageWords words;
+    const double spacing = m_wordSpacing;
+    lock.unlock();
+    reader.setWordSpacing(spacing);
     try {
-      m_slots[index];
-      ++m_next;
-      if (!m_spare.empty()) {
-        words = std::move(m_spare.back());
-        m_spare.pop_back();
-      }
-      const double spacing = m_wordSpacing;
-      lock.unlock();
-      reader.setWordSpacing(spacing);
       reader.read(index, words);
     } catch (const std::bad_alloc&) {
       words.clear();
@@ -147,8 +129,7 @@ void ReadAhead::readClaimedPages(PageReader& reader) noexcept {
       words.state = PageState::Damaged;
       words.outOfMemory = true;
     }
-    if (!lock.owns_lock())
-      lock.lock();
+    lock.lock();
     const auto slot = m_slots.find(index);
     if (generation != m_generation || slot == m_slots.end())
       continue;

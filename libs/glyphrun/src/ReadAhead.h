@@ -3,6 +3,7 @@
 
 #include "PageReader.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -16,7 +17,7 @@ namespace glyphrun {
 /**
  * Each thread has a document and a context of its own. They run only so far ahead of the pages
  * taken, in pages and in bytes, and work on nothing that the caller has begun to read itself. Used
- * by one thread; the destructor ends the work within a page's next allocation.
+ * by one thread; the destructor ends the work, opening the file too, within its next allocation.
  */
 class ReadAhead {
 public:
@@ -48,8 +49,8 @@ private:
   };
 
   void work();
-  void readClaimedPages(PageReader& reader) noexcept;
-  std::unique_ptr<PageReader> openFile();
+  bool claim(std::unique_lock<std::mutex>& lock, std::int32_t& index, PageWords& words);
+  void readClaimedPages(PageReader& reader);
   bool mayClaim() const;
   void restartAt(std::int32_t index);
   static std::size_t bytesOf(const PageWords& words);
@@ -59,19 +60,18 @@ private:
   const std::int32_t m_pageCount;
   const PageList m_pages;
   const std::int32_t m_window;
+  std::atomic<bool> m_stopping{false}; /**< changed under the mutex; the contexts look at it */
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
   // Under the mutex.
   std::map<std::int32_t, Slot> m_slots; /**< claimed pages, read or being read */
   std::vector<PageWords> m_spare;       /**< storage to use again */
-  std::vector<MuContext*> m_contexts;   /**< of the threads, to stop them */
   std::int32_t m_wanted;                /**< the page expected to be asked for next */
   std::int32_t m_next;                  /**< the page to claim next */
   std::size_t m_bytes = 0;
   std::uint32_t m_generation = 0; /**< raised when claimed pages lose their meaning */
   double m_wordSpacing;
-  bool m_stopping = false;
 
   std::vector<std::thread> m_threads;
 };

@@ -7,6 +7,7 @@
 
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>
+#include <unicode/utf16.h>
 
 namespace glyphrun {
 
@@ -270,73 +271,18 @@ void visualToLogical(std::u16string& text) {
 }
 
 void appendCodePoint(std::u16string& text, char32_t c) {
-  if (c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
+  if (c > 0x10FFFF || U_IS_SURROGATE(c))
     c = replacementCharacter;
-  if (c < 0x10000) {
+  if (U_IS_BMP(c))
     text.push_back(static_cast<char16_t>(c));
-    return;
-  }
-  text.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
-  text.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+  else
+    text.append({U16_LEAD(c), U16_TRAIL(c)});
 }
 
 char32_t takeCodePoint(std::u16string_view text, std::size_t& at) {
-  const char16_t unit = text[at++];
-  if (unit < 0xD800 || unit > 0xDFFF)
-    return unit;
-  if (unit < 0xDC00 && at < text.size() && text[at] >= 0xDC00 && text[at] <= 0xDFFF) {
-    const char16_t low = text[at++];
-    return 0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) + (low - 0xDC00U);
-  }
-  return replacementCharacter;
-}
-
-std::string toUtf8(std::u16string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const char32_t c = takeCodePoint(text, at);
-    if (c < 0x80) {
-      out.push_back(static_cast<char>(c));
-    } else if (c < 0x800) {
-      out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else if (c < 0x10000) {
-      out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-      out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    } else {
-      out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-      out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-      out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-    }
-  }
-  return out;
-}
-
-std::u16string fromUtf8(std::string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const auto lead = static_cast<unsigned char>(text[at++]);
-    const int more = lead < 0x80 ? 0 : lead < 0xC0 ? -1 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    char32_t c = more <= 0 ? lead : lead & (0x3FU >> more);
-    int taken = 0;
-    while (taken < more && at < text.size() &&
-           (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80)
-      c = (c << 6) | (static_cast<unsigned char>(text[at++]) & 0x3FU), ++taken;
-    appendCodePoint(out, more < 0 || taken < more ? char32_t{replacementCharacter} : c);
-  }
-  return out;
-}
-
-std::u16string passwordForm(std::u16string_view text) {
-  std::u16string kept;
-  for (const char16_t unit : text)
-    if (unit != 0x00AD)
-      kept.push_back(unit == 0x00A0 || unit == 0x3000 ? u' ' : unit);
-  return normalized(compatibilityComposer(), kept);
+  char32_t c = 0;
+  U16_NEXT_OR_FFFD(text, at, text.size(), c);
+  return c;
 }
 
 } // namespace glyphrun

@@ -49,11 +49,4 @@ void appendCodePoint(std::u16string& text, char32_t c);
 /** Takes the code point at `at` and moves behind it; an unpaired surrogate gives U+FFFD. */
 char32_t takeCodePoint(std::u16string_view text, std::size_t& at);
 
-std::string toUtf8(std::u16string_view text);
-std::u16string fromUtf8(std::string_view text);
-
-/** Compatibility composition (NFKC) without soft hyphens, the form in which newer encryption takes
- * passwords. */
-std::u16string passwordForm(std::u16string_view text);
-
 } // namespace glyphrun

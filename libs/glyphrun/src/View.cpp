@@ -1,5 +1,7 @@
 #include "View.h"
 
+#include "common/Failure.h"
+
 #include <cmath>
 #include <condition_variable>
 #include <cstdlib>
@@ -7,6 +9,8 @@
 #include <thread>
 
 namespace glyphrun {
+
+using common::Failure;
 
 namespace {
 
@@ -44,49 +48,38 @@ private:
 
 } // namespace
 
-std::unique_ptr<View> View::open(const std::u16string& path, const std::u16string& password,
-                                 Result& result, std::string& reason) {
-  std::unique_ptr<PdfFile> file = PdfFile::open(path, password, result, reason);
-  return file ? std::unique_ptr<View>(new View(std::move(file))) : nullptr;
+void View::requirePage(std::int32_t page) {
+  if (page < 1 || page > pageCount())
+    throw Failure(GLYPHRUN_BAD_PAGE, "there is no such page");
 }
 
-Result View::pageSize(std::int32_t page, double& width, double& height) {
-  if (!has(page))
-    return Result::BadPage;
-  const PageFrame frame = m_reader.file().frameOf(page - 1);
-  width = frame.width;
-  height = frame.height;
-  return Result::Ok;
+PageFrame View::frameOf(std::int32_t page) {
+  requirePage(page);
+  return m_reader.file().frameOf(page - 1);
 }
 
-Result View::render(std::int32_t page, double scale, GlyphrunImage& image, std::string& reason) {
-  double width = 0;
-  double height = 0;
-  if (const Result result = pageSize(page, width, height); result != Result::Ok)
-    return result;
-  width = std::max(1.0, std::round(width * scale));
-  height = std::max(1.0, std::round(height * scale));
-  if (!(scale > 0) || !(width * height <= mostPixels)) {
-    reason = "the picture would be too large";
-    return Result::OutOfMemory;
-  }
+GlyphrunImage View::render(std::int32_t page, double scale) {
+  const PageFrame frame = frameOf(page);
+  const double width = std::max(1.0, std::round(frame.width * scale));
+  const double height = std::max(1.0, std::round(frame.height * scale));
+  if (!(scale > 0) || !(width * height <= mostPixels))
+    throw Failure(GLYPHRUN_OUT_OF_MEMORY, "the picture would be too large");
   const auto columns = static_cast<int>(width);
   const auto rows = static_cast<int>(height);
   const std::size_t bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
   auto* pixels = static_cast<unsigned char*>(std::malloc(bytes));
   if (pixels == nullptr)
-    return Result::OutOfMemory;
+    throw std::bad_alloc();
   MuContext& mu = m_reader.file().mu();
   mu.allow(drawingMemory, drawingTime);
   const Outcome outcome = draw(page, columns, rows, pixels);
   mu.relax();
   if (outcome != Outcome::Ok) {
     std::free(pixels);
-    reason = mu.message();
-    return outcome == Outcome::OutOfMemory ? Result::OutOfMemory : Result::Damaged;
+    throw Failure(outcome == Outcome::OutOfMemory ? GLYPHRUN_OUT_OF_MEMORY : GLYPHRUN_DAMAGED,
+                  mu.message());
   }
-  image = {columns, rows, pixels};
-  return Result::Ok;
+  return {columns, rows, pixels};
 }
 
 Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixels) {
@@ -124,9 +117,8 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   return outcome;
 }
 
-Result View::words(std::int32_t page, const GlyphrunWord*& first, std::int32_t& count) {
-  if (!has(page))
-    return Result::BadPage;
+const std::vector<GlyphrunWord>& View::words(std::int32_t page) {
+  requirePage(page);
   m_reader.read(page - 1, m_pageWords);
   m_list.clear();
   for (const std::uint32_t index : m_pageWords.reading) {
@@ -134,9 +126,7 @@ Result View::words(std::int32_t page, const GlyphrunWord*& first, std::int32_t& 
     m_list.push_back({m_pageWords.textOf(word), word.h, word.v, page, word.left, word.top,
                       word.right, word.bottom});
   }
-  first = m_list.data();
-  count = static_cast<std::int32_t>(m_list.size());
-  return Result::Ok;
+  return m_list;
 }
 
 } // namespace glyphrun

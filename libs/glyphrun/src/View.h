@@ -5,28 +5,27 @@
 
 #include <glyphrun/glyphrun.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace glyphrun {
 
+/** Pages count from 1. What fails throws common::Failure. */
 class View {
 public:
-  /** Null on failure; `result` and `reason` tell. */
-  static std::unique_ptr<View> open(const std::u16string& path, const std::u16string& password,
-                                    Result& result, std::string& reason);
+  View(const std::u16string& path, const std::u16string& password)
+      : m_reader(PdfFile::open(path, password)) {}
 
-  std::int32_t pageCount() { return m_reader.file().pageCount(); }
-  /** `page` from 1, here and below. */
-  Result pageSize(std::int32_t page, double& width, double& height);
-  Result render(std::int32_t page, double scale, GlyphrunImage& image, std::string& reason);
+  std::int32_t pageCount() const { return m_reader.file().pageCount(); }
+  PageFrame frameOf(std::int32_t page);
+  /** `scale` pixels a point; the pixels are the caller's, to be freed. */
+  GlyphrunImage render(std::int32_t page, double scale);
   void setWordSpacing(double factor) { m_reader.setWordSpacing(factor); }
-  Result words(std::int32_t page, const GlyphrunWord*& first, std::int32_t& count);
+  /** In reading order; the view's own until the next call. */
+  const std::vector<GlyphrunWord>& words(std::int32_t page);
 
 private:
-  explicit View(std::unique_ptr<PdfFile> file) : m_reader(std::move(file)) {}
-  bool has(std::int32_t page) { return page >= 1 && page <= pageCount(); }
+  void requirePage(std::int32_t page);
   Outcome draw(std::int32_t page, int width, int height, unsigned char* pixels);
 
   PageReader m_reader;

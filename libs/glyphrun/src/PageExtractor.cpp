@@ -1,12 +1,17 @@
-#include "Session.h"
+#include "PageExtractor.h"
 
-#include "LastError.h"
+#include "common/Failure.h"
+#include "common/Utf16.h"
+
+#include <glyphrun/glyphrun.h>
 
 #include <algorithm>
 #include <string_view>
 #include <unordered_set>
 
 namespace glyphrun {
+
+using common::Failure;
 
 namespace {
 
@@ -18,67 +23,48 @@ constexpr char16_t noText[] = u"";
 
 } // namespace
 
-Session& Session::instance() {
-  static Session session;
+PageExtractor& PageExtractor::instance() {
+  static PageExtractor session;
   return session;
 }
 
-std::unique_ptr<PageReader> Session::openReader(const std::u16string& path,
-                                                const std::u16string& password,
-                                                FileIdentity& identity) {
-  Result result = Result::Ok;
-  std::string reason;
-  FileIdentity::of(path, identity);
-  std::unique_ptr<PdfFile> file = PdfFile::open(path, password, result, reason);
-  m_status = result;
-  if (!file) {
-    setLastError(result, reason);
-    return nullptr;
-  }
-  return std::make_unique<PageReader>(std::move(file));
-}
-
-std::int32_t Session::countPages(const std::u16string& path, const std::u16string& password) {
+std::int32_t PageExtractor::countPages(const std::u16string& path, const std::u16string& password) {
   m_ready.reset();
-  m_ready = openReader(path, password, m_readyIdentity);
-  if (!m_ready)
-    return 0;
+  m_readyIdentity = common::FileIdentity::of(common::toUtf8(path));
+  m_ready = std::make_unique<PageReader>(PdfFile::open(path, password));
   m_readyPath = path;
   m_readyPassword = password;
   return m_ready->file().pageCount();
 }
 
-void Session::openFile(const std::u16string& path, const std::u16string& password) {
+void PageExtractor::openFile(const std::u16string& path, const std::u16string& password) {
   closeFile();
-  FileIdentity identity;
+  const auto identity = common::FileIdentity::of(common::toUtf8(path));
   const bool unchanged = m_ready && path == m_readyPath && password == m_readyPassword &&
-                         FileIdentity::of(path, identity) && identity == m_readyIdentity;
+                         identity && identity == m_readyIdentity;
   if (unchanged) {
-    m_status = Result::Ok;
     m_reader = std::move(m_ready);
-    identity = m_readyIdentity;
   } else {
     m_ready.reset();
-    m_reader = openReader(path, password, identity);
+    m_reader = std::make_unique<PageReader>(PdfFile::open(path, password));
   }
-  if (!m_reader)
-    return;
   m_reader->setWordSpacing(m_wordSpacing);
   m_path = path;
   m_password = password;
   if (m_aheadThreads > 0 && pageCount() >= manyPages) {
     PageList pages = m_reader->file().pageList();
-    pages.file = identity;
+    if (!pages.pages.empty())
+      pages.file = identity;
     startReadAhead(0, std::move(pages));
   }
 }
 
-void Session::startReadAhead(std::int32_t first, PageList pages) {
+void PageExtractor::startReadAhead(std::int32_t first, PageList pages) {
   m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), first, std::move(pages),
                                         m_aheadThreads, m_wordSpacing);
 }
 
-void Session::closeFile() {
+void PageExtractor::closeFile() {
   dropWords();
   m_outline.clear();
   m_outlineRead = false;
@@ -90,26 +76,20 @@ void Session::closeFile() {
   m_pageState = PageState::Empty;
 }
 
-void Session::dropWords() {
+void PageExtractor::dropWords() {
   m_order.clear();
   m_pagesUsed = 0;
   m_hasSelection = false;
 }
 
-void Session::extract(std::int32_t first, std::int32_t last) {
+void PageExtractor::extract(std::int32_t first, std::int32_t last) {
   dropWords();
   m_pageState = PageState::Empty;
-  if (!m_reader) {
-    m_status = Result::NotOpen;
-    setLastError(m_status, "no file is open");
-    return;
-  }
-  if (first < 1 || last < first || last > m_reader->file().pageCount()) {
-    m_status = Result::BadPage;
-    setLastError(m_status, "there is no such page");
-    return;
-  }
-  m_status = Result::Ok;
+  if (!m_reader)
+    throw Failure(GLYPHRUN_NOT_OPEN, "no file is open");
+  if (first < 1 || last < first || last > m_reader->file().pageCount())
+    throw Failure(GLYPHRUN_BAD_PAGE, "there is no such page");
+  std::int32_t worst = GLYPHRUN_OK;
   bool anyWords = false;
   for (std::int32_t page = first; page <= last; ++page) {
     if (m_pagesUsed == m_pages.size())
@@ -120,19 +100,19 @@ void Session::extract(std::int32_t first, std::int32_t last) {
     anyWords = anyWords || !words.words.empty();
     m_pageState = std::max(m_pageState, words.state);
     if (words.outOfMemory)
-      m_status = Result::OutOfMemory;
-    else if (words.state == PageState::Damaged && m_status == Result::Ok)
-      m_status = Result::Damaged;
+      worst = GLYPHRUN_OUT_OF_MEMORY;
+    else if (words.state == PageState::Damaged && worst == GLYPHRUN_OK)
+      worst = GLYPHRUN_DAMAGED;
   }
   // Of several pages an empty one is no grave matter.
   if (m_pageState == PageState::Empty && anyWords)
     m_pageState = PageState::Good;
-  if (m_status != Result::Ok)
-    setLastError(m_status, "a page is damaged or goes beyond what one page may cost");
   fillOrder(false);
+  if (worst != GLYPHRUN_OK)
+    throw Failure(worst, "a page is damaged or goes beyond what one page may cost");
 }
 
-void Session::readPage(std::int32_t index, PageWords& words) {
+void PageExtractor::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
   if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage)
     startReadAhead(-1, {});
@@ -140,7 +120,7 @@ void Session::readPage(std::int32_t index, PageWords& words) {
     m_reader->read(index, words);
 }
 
-void Session::fillOrder(bool reading) {
+void PageExtractor::fillOrder(bool reading) {
   m_order.clear();
   for (std::uint32_t slot = 0; slot < m_pagesUsed; ++slot) {
     const PageWords& page = m_pages[slot];
@@ -149,17 +129,17 @@ void Session::fillOrder(bool reading) {
   }
 }
 
-void Session::sortAsDrawn() {
+void PageExtractor::sortAsDrawn() {
   fillOrder(false);
 }
 
-void Session::sortForReading() {
+void PageExtractor::sortForReading() {
   fillOrder(true);
 }
 
 // A page that repeats the words of another page is no repetition: only words of one page are
 // compared.
-void Session::removeRepeats() {
+void PageExtractor::removeRepeats() {
   struct Key {
     std::uint32_t slot;
     std::int32_t h;
@@ -184,7 +164,7 @@ void Session::removeRepeats() {
   m_hasSelection = false;
 }
 
-void Session::setWordSpacing(double factor) {
+void PageExtractor::setWordSpacing(double factor) {
   m_wordSpacing = factor;
   if (m_reader)
     m_reader->setWordSpacing(factor);
@@ -192,31 +172,31 @@ void Session::setWordSpacing(double factor) {
     m_ahead->setWordSpacing(factor);
 }
 
-void Session::setReadAhead(std::int32_t threads) {
+void PageExtractor::setReadAhead(std::int32_t threads) {
   constexpr std::int32_t mostThreads = 64;
   m_aheadThreads = std::clamp(threads, 0, mostThreads);
   m_ahead.reset();
 }
 
-void Session::select(std::int32_t index) {
+void PageExtractor::select(std::int32_t index) {
   m_hasSelection = index >= 0 && index < wordCount();
   if (m_hasSelection)
     m_selected = m_order[static_cast<std::size_t>(index)];
 }
 
-const Word& Session::selected() const {
+const Word& PageExtractor::selected() const {
   return m_hasSelection ? m_pages[m_selected.slot].words[m_selected.word] : noWord;
 }
 
-const char16_t* Session::selectedText() const {
+const char16_t* PageExtractor::selectedText() const {
   return m_hasSelection ? m_pages[m_selected.slot].textOf(selected()) : noText;
 }
 
-const char16_t* Session::selectedFont() const {
+const char16_t* PageExtractor::selectedFont() const {
   return m_hasSelection ? m_pages[m_selected.slot].pool.data() + selected().font : noText;
 }
 
-const std::vector<OutlineEntry>& Session::outline() {
+const std::vector<OutlineEntry>& PageExtractor::outline() {
   if (m_reader && !m_outlineRead) {
     m_outline = readOutline(m_reader->file());
     m_outlineRead = true;

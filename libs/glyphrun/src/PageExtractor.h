@@ -11,17 +11,23 @@
 
 namespace glyphrun {
 
-class Session {
+/** Words of pages by number, in the order asked for; one word at a time is selected. */
+class PageExtractor {
 public:
-  static Session& instance();
+  static PageExtractor& instance();
+
+  // These three throw common::Failure.
 
   std::int32_t countPages(const std::u16string& path, const std::u16string& password);
   void openFile(const std::u16string& path, const std::u16string& password);
-  void closeFile();
+  /** Pages from 1, inclusive. When one of them is damaged, its words are there all the same. */
   void extract(std::int32_t first, std::int32_t last);
+  void closeFile();
 
   std::int32_t pageCount() const { return m_reader ? m_reader->file().pageCount() : 0; }
-  std::int32_t status() const { return static_cast<std::int32_t>(m_status); }
+  /** How the last count, opening or extraction went: noted by who called it. */
+  std::int32_t status() const { return m_status; }
+  void setStatus(std::int32_t code) { m_status = code; }
   std::int32_t lastPage() const { return m_lastPage; }
   std::int32_t pageState() const { return static_cast<std::int32_t>(m_pageState); }
   std::int32_t facts() const { return m_reader ? m_reader->file().facts() : 0; }
@@ -46,8 +52,6 @@ private:
     std::uint32_t word;
   };
 
-  std::unique_ptr<PageReader> openReader(const std::u16string& path, const std::u16string& password,
-                                         FileIdentity& identity);
   void startReadAhead(std::int32_t first, PageList pages);
   void readPage(std::int32_t index, PageWords& words);
   void dropWords();
@@ -63,9 +67,9 @@ private:
   std::unique_ptr<PageReader> m_ready;
   std::u16string m_readyPath;
   std::u16string m_readyPassword;
-  FileIdentity m_readyIdentity;
+  std::optional<common::FileIdentity> m_readyIdentity;
 
-  Result m_status = Result::Ok;
+  std::int32_t m_status = 0;
   PageState m_pageState = PageState::Empty;
   std::int32_t m_lastPage = 0;
   double m_wordSpacing = 0;

@@ -1,0 +1,147 @@
+#include "common/FileLock.h"
+
+#include "common/Failure.h"
+#include "common/Paths.h"
+
+#include <cerrno>
+#include <chrono>
+#include <system_error>
+#include <thread>
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace common {
+
+namespace {
+
+constexpr auto patience = std::chrono::seconds(30);
+constexpr auto pause = std::chrono::milliseconds(5);
+
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+  throw Failure(cannotOpen, "Unable to open \"" + path + "\": " + reason);
+}
+
+} // namespace
+
+FileLock::FileLock(const std::string& path) {
+  try {
+    do {
+      close();
+      open(path);
+      lock(path);
+    } while (!isCurrent(path));
+  } catch (...) {
+    close();
+    throw;
+  }
+}
+
+FileLock::~FileLock() {
+  close();
+}
+
+#if defined(_WIN32)
+
+void FileLock::open(const std::string& path) {
+  // Others may read and even replace the file meanwhile: only the lock keeps them apart.
+  const HANDLE file = CreateFileW(pathOf(path).c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    refuse(path, std::system_category().message(static_cast<int>(GetLastError())));
+  }
+  m_file = file;
+  if (GetFileType(file) != FILE_TYPE_DISK) {
+    refuse(path, "it is no ordinary file");
+  }
+}
+
+void FileLock::lock(const std::string& path) const {
+  const auto giveUp = std::chrono::steady_clock::now() + patience;
+  OVERLAPPED place{};
+  place.OffsetHigh = 0x7FFFFFFF; // beyond any byte, since locked bytes cannot be read
+  while (
+      !LockFileEx(m_file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place)) {
+    if (GetLastError() != ERROR_LOCK_VIOLATION && GetLastError() != ERROR_IO_PENDING) {
+      return;
+    }
+    if (std::chrono::steady_clock::now() >= giveUp) {
+      throw Failure(cannotWrite, "Unable to write \"" + path + "\": another program is writing it");
+    }
+    std::this_thread::sleep_for(pause);
+  }
+}
+
+bool FileLock::isCurrent(const std::string& path) const {
+  const HANDLE other =
+      CreateFileW(pathOf(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  BY_HANDLE_FILE_INFORMATION mine{};
+  BY_HANDLE_FILE_INFORMATION there{};
+  const bool isSame = other != INVALID_HANDLE_VALUE && GetFileInformationByHandle(m_file, &mine) &&
+                      GetFileInformationByHandle(other, &there) &&
+                      mine.nFileIndexHigh == there.nFileIndexHigh &&
+                      mine.nFileIndexLow == there.nFileIndexLow;
+  if (other != INVALID_HANDLE_VALUE) {
+    CloseHandle(other);
+  }
+  return isSame;
+}
+
+void FileLock::close() {
+  if (m_file != nullptr) {
+    CloseHandle(m_file);
+    m_file = nullptr;
+  }
+}
+
+#else
+
+void FileLock::open(const std::string& path) {
+  m_file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (m_file < 0) {
+    refuse(path, std::generic_category().message(errno));
+  }
+  struct stat found {};
+  if (::fstat(m_file, &found) != 0 || !S_ISREG(found.st_mode)) {
+    refuse(path, "it is no ordinary file");
+  }
+}
+
+void FileLock::lock(const std::string& path) const {
+  const auto giveUp = std::chrono::steady_clock::now() + patience;
+  while (::flock(m_file, LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+      return;
+    }
+    if (std::chrono::steady_clock::now() >= giveUp) {
+      throw Failure(cannotWrite, "Unable to write \"" + path + "\": another program is writing it");
+    }
+    std::this_thread::sleep_for(pause);
+  }
+}
+
+bool FileLock::isCurrent(const std::string& path) const {
+  struct stat mine {};
+  struct stat there {};
+  return ::fstat(m_file, &mine) == 0 && ::stat(path.c_str(), &there) == 0 &&
+         mine.st_dev == there.st_dev && mine.st_ino == there.st_ino;
+}
+
+void FileLock::close() {
+  if (m_file >= 0) {
+    ::close(m_file);
+    m_file = -1;
+  }
+}
+
+#endif
+
+} // namespace common

@@ -1,0 +1,36 @@
+// FileLock: one process at a time replaces a file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace common {
+
+/// Held while the file at a path is read and then replaced, so that of two processes that do so the
+/// second one reads what the first one wrote. It binds only those who ask for it.
+class FileLock {
+public:
+  /// Waits until no other process holds the lock of the file that `path` (UTF-8, links followed)
+  /// leads to. Throws Failure: `cannotOpen` when there is no ordinary file, `cannotWrite` when
+  /// another process still holds the lock after half a minute. Where files cannot be locked there
+  /// is nothing to wait for.
+  explicit FileLock(const std::string& path);
+  ~FileLock();
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+private:
+  /// Whether the locked file is still the one at the path, and not one that was replaced meanwhile.
+  [[nodiscard]] bool isCurrent(const std::string& path) const;
+  void open(const std::string& path);
+  void lock(const std::string& path) const;
+  void close();
+
+#if defined(_WIN32)
+  void* m_file = nullptr;
+#else
+  int m_file = -1;
+#endif
+};
+
+} // namespace common
