@@ -33,29 +33,32 @@ const BatchEntry& BatchEntries::at(int row) const {
   return has(row) ? m_entries[static_cast<std::size_t>(row)] : none;
 }
 
-void BatchEntries::countIn(const BatchEntry& entry, int sign) {
-  m_inUse += entry.useFlag == useYes() ? sign : 0;
-  m_done += entry.status == statusDone() ? sign : 0;
-  m_fileErrors += entry.status == statusFileError() ? sign : 0;
+void BatchEntries::countIn(RowRange rows, int sign) {
+  for (int row = rows.first; row <= rows.last; ++row) {
+    const BatchEntry& entry = at(row);
+    m_inUse += entry.useFlag == useYes() ? sign : 0;
+    m_done += entry.status == statusDone() ? sign : 0;
+    m_fileErrors += entry.status == statusFileError() ? sign : 0;
+  }
 }
 
-void BatchEntries::recount() {
-  m_inUse = m_done = m_fileErrors = 0;
-  for (const BatchEntry& entry : m_entries) {
-    countIn(entry, +1);
+void BatchEntries::change(RowChange change, RowRange rows, const std::function<void()>& make) {
+  if (change != RowChange::Added) {
+    countIn(rows, -1);
   }
+  const auto makeAndCount = [&] {
+    make();
+    if (change == RowChange::Added || change == RowChange::Changed) {
+      countIn(rows, +1);
+    }
+  };
+  m_watcher ? m_watcher->onChange(change, rows, makeAndCount) : makeAndCount();
 }
 
 void BatchEntries::setStatus(int row, const QString& status) {
-  if (!has(row)) {
-    return;
-  }
-  BatchEntry& entry = m_entries[static_cast<std::size_t>(row)];
-  countIn(entry, -1);
-  entry.status = status;
-  countIn(entry, +1);
-  if (m_watcher) {
-    m_watcher->rowsChanged({row, row});
+  if (has(row)) {
+    change(RowChange::Changed, {row, row},
+           [&] { m_entries[static_cast<std::size_t>(row)].status = status; });
   }
 }
 
@@ -66,20 +69,11 @@ void BatchEntries::showRow(int row) {
 }
 
 void BatchEntries::append(std::vector<BatchEntry> entries) {
-  if (entries.empty()) {
-    return;
-  }
-  const int first = count();
-  if (m_watcher) {
-    m_watcher->rowsAboutToBeAdded({first, first + static_cast<int>(entries.size()) - 1});
-  }
-  for (const BatchEntry& entry : entries) {
-    countIn(entry, +1);
-  }
-  m_entries.insert(m_entries.end(), std::make_move_iterator(entries.begin()),
-                   std::make_move_iterator(entries.end()));
-  if (m_watcher) {
-    m_watcher->rowsAdded();
+  if (!entries.empty()) {
+    change(RowChange::Added, {count(), count() + static_cast<int>(entries.size()) - 1}, [&] {
+      m_entries.insert(m_entries.end(), std::make_move_iterator(entries.begin()),
+                       std::make_move_iterator(entries.end()));
+    });
   }
 }
 
@@ -93,29 +87,25 @@ void BatchEntries::remove(const std::vector<RowRange>& ranges) {
     return;
   }
   // Views walk all their rows for each range that goes, so many ranges are one change to them.
-  const bool atOnce = gone.size() > 1;
-  if (m_watcher) {
-    atOnce ? m_watcher->aboutToReset() : m_watcher->rowsAboutToBeRemoved(gone.front());
-  }
-  auto kept = m_entries.begin() + gone.front().first;
-  for (std::size_t i = 0; i < gone.size(); ++i) {
-    const auto from = m_entries.begin() + gone[i].last + 1;
-    const auto to = i + 1 < gone.size() ? m_entries.begin() + gone[i + 1].first : m_entries.end();
-    kept = std::move(from, to, kept);
-  }
-  m_entries.erase(kept, m_entries.end());
-  recount();
-  if (m_watcher) {
-    atOnce ? m_watcher->wasReset() : m_watcher->rowsRemoved();
-  }
+  const RowChange kind = gone.size() > 1 ? RowChange::RemovedAllOver : RowChange::Removed;
+  const RowRange touched = {gone.front().first, gone.size() > 1 ? count() - 1 : gone.front().last};
+  change(kind, touched, [&] {
+    auto kept = m_entries.begin() + gone.front().first;
+    for (std::size_t i = 0; i < gone.size(); ++i) {
+      const auto from = m_entries.begin() + gone[i].last + 1;
+      const auto to = i + 1 < gone.size() ? m_entries.begin() + gone[i + 1].first : m_entries.end();
+      kept = std::move(from, to, kept);
+    }
+    m_entries.erase(kept, m_entries.end());
+    if (kind == RowChange::RemovedAllOver) {
+      countIn({touched.first, count() - 1}, +1);
+    }
+  });
 }
 
 void BatchEntries::swapWithNext(int row) {
-  const auto upper = m_entries.begin() + row;
-  std::iter_swap(upper, upper + 1);
-  if (m_watcher) {
-    m_watcher->rowsChanged({row, row + 1});
-  }
+  change(RowChange::Changed, {row, row + 1},
+         [&] { std::iter_swap(m_entries.begin() + row, m_entries.begin() + row + 1); });
 }
 
 int BatchEntries::moveUp(int row) {
@@ -139,16 +129,12 @@ void BatchEntries::toggleUse(RowRange rows) {
   if (there.first > there.last) {
     return;
   }
-  for (int row = there.first; row <= there.last; ++row) {
-    BatchEntry& entry = m_entries[static_cast<std::size_t>(row)];
-    countIn(entry, -1);
-    const bool unused = entry.useFlag.isEmpty() || entry.useFlag == useNo();
-    entry.useFlag = unused ? useYes() : useNo();
-    countIn(entry, +1);
-  }
-  if (m_watcher) {
-    m_watcher->rowsChanged(there);
-  }
+  change(RowChange::Changed, there, [&] {
+    for (int row = there.first; row <= there.last; ++row) {
+      QString& flag = m_entries[static_cast<std::size_t>(row)].useFlag;
+      flag = flag.isEmpty() || flag == useNo() ? useYes() : useNo();
+    }
+  });
 }
 
 } // namespace folivex

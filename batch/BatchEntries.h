@@ -4,6 +4,7 @@
 #include "batch/BatchEntry.h"
 #include "engine/job/BatchRun.h"
 
+#include <functional>
 #include <vector>
 
 namespace folivex {
@@ -14,19 +15,20 @@ struct RowRange {
   int last = 0;
 };
 
+enum class RowChange {
+  Added,
+  Removed,
+  RemovedAllOver, ///< whatever the range is
+  Changed
+};
+
 /// Is told what happens to the rows, for showing them.
 class BatchEntriesWatcher {
 public:
   virtual ~BatchEntriesWatcher() = default;
 
-  virtual void rowsAboutToBeAdded(RowRange rows) = 0;
-  virtual void rowsAdded() = 0;
-  virtual void rowsAboutToBeRemoved(RowRange rows) = 0;
-  virtual void rowsRemoved() = 0;
-  /// Rows all over the list are about to go.
-  virtual void aboutToReset() = 0;
-  virtual void wasReset() = 0;
-  virtual void rowsChanged(RowRange rows) = 0;
+  /// Must call `make`, which makes the change.
+  virtual void onChange(RowChange change, RowRange rows, const std::function<void()>& make) = 0;
   virtual void showRow(int row) = 0;
 };
 
@@ -67,9 +69,9 @@ public:
 
 private:
   bool has(int row) const { return row >= 0 && row < count(); }
-  void countIn(const BatchEntry& entry, int sign);
-  void recount();
+  void change(RowChange change, RowRange rows, const std::function<void()>& make);
   void swapWithNext(int row);
+  void countIn(RowRange rows, int sign);
 
   std::vector<BatchEntry> m_entries;
   BatchEntriesWatcher* m_watcher = nullptr;

@@ -113,42 +113,31 @@ QVariant BatchModel::headerData(int section, Qt::Orientation orientation, int ro
   return {};
 }
 
-void BatchModel::tellChanged() const {
+void BatchModel::onChange(RowChange change, RowRange rows, const std::function<void()>& make) {
+  switch (change) {
+  case RowChange::Added:
+    beginInsertRows({}, rows.first, rows.last);
+    make();
+    endInsertRows();
+    break;
+  case RowChange::Removed:
+    beginRemoveRows({}, rows.first, rows.last);
+    make();
+    endRemoveRows();
+    break;
+  case RowChange::RemovedAllOver:
+    beginResetModel();
+    make();
+    endResetModel();
+    break;
+  case RowChange::Changed:
+    make();
+    emit dataChanged(index(rows.first, 0), index(rows.last, columnCountAll - 1));
+    break;
+  }
   if (onChanged) {
     onChanged();
   }
-}
-
-void BatchModel::rowsAboutToBeAdded(RowRange rows) {
-  beginInsertRows({}, rows.first, rows.last);
-}
-
-void BatchModel::rowsAdded() {
-  endInsertRows();
-  tellChanged();
-}
-
-void BatchModel::rowsAboutToBeRemoved(RowRange rows) {
-  beginRemoveRows({}, rows.first, rows.last);
-}
-
-void BatchModel::rowsRemoved() {
-  endRemoveRows();
-  tellChanged();
-}
-
-void BatchModel::aboutToReset() {
-  beginResetModel();
-}
-
-void BatchModel::wasReset() {
-  endResetModel();
-  tellChanged();
-}
-
-void BatchModel::rowsChanged(RowRange rows) {
-  emit dataChanged(index(rows.first, 0), index(rows.last, columnCountAll - 1));
-  tellChanged();
 }
 
 void BatchModel::showRow(int row) {

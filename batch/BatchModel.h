@@ -30,15 +30,8 @@ public:
   std::function<void()> onChanged;
 
 private:
-  void rowsAboutToBeAdded(RowRange rows) override;
-  void rowsAdded() override;
-  void rowsAboutToBeRemoved(RowRange rows) override;
-  void rowsRemoved() override;
-  void aboutToReset() override;
-  void wasReset() override;
-  void rowsChanged(RowRange rows) override;
+  void onChange(RowChange change, RowRange rows, const std::function<void()>& make) override;
   void showRow(int row) override;
-  void tellChanged() const;
 
   BatchEntries& m_rows;
 };

@@ -1,9 +1,9 @@
 #include "batch/ListFile.h"
 
-#include "batch/SystemCodePage.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
+#include "platform/Windows1252.h"
 
 #include <QFileInfo>
 
@@ -78,77 +78,37 @@ bool isKept(const QString& line, const QString& path) {
   return readBack && readBack->path == path;
 }
 
-/// A link at a place that the person chose stays, and what it leads to is replaced.
-QString placeOf(const QString& path, platform::FileAccess access) {
-  QString name = platform::withoutTrailingBlanks(path);
-  const QFileInfo info(name);
-  if (access == platform::FileAccess::Private || !info.isSymLink()) {
-    return name;
-  }
-  return info.exists() ? info.canonicalFilePath() : info.symLinkTarget();
-}
-
-/// Renaming would take the place of what could not have been written to.
-QString whyNotReplaced(const QString& place, platform::FileAccess access) {
-  const QFileInfo info(place);
-  if (!info.isAbsolute()) {
+QString whyNotWritten(const QString& path, const QString& text) {
+  if (!QFileInfo(path).isAbsolute()) {
     return QStringLiteral("it is in no folder");
   }
-  if (access == platform::FileAccess::Private && !platform::isTrustedPrivateFile(place)) {
-    return QStringLiteral("it is a link or belongs to another user");
-  }
-  if (info.exists() && !info.isFile()) {
+  if (platform::isNullDevice(path)) {
     return QStringLiteral("it is no ordinary file");
   }
-  if (info.exists() && !info.isWritable()) {
-    return QStringLiteral("Permission denied");
-  }
-  return {};
-}
-
-QString writeWhole(const QString& path, const QByteArray& bytes) {
-  const platform::FileAccess access = accessOf(path);
-  const QString place = placeOf(path, access);
-  if (QString why = whyNotReplaced(place, access); !why.isEmpty()) {
-    return why;
-  }
-  QFile file;
-  platform::FileFailure failure;
-  const QString aside = platform::openAside(file, place, access, failure);
-  if (aside.isEmpty()) {
-    return failure.text;
-  }
-  bool whole = file.write(bytes) == bytes.size();
-  if (!whole) {
-    failure.text = file.errorString();
-  }
-  whole = whole && platform::syncToDisk(file, failure);
-  file.close();
-  if (!whole || !platform::replaceFile(aside, place, failure)) {
-    QFile::remove(aside);
-    return failure.text;
-  }
-  return {};
+  platform::TextWriter file;
+  const bool isWhole =
+      file.openReplacement(path, accessOf(path), platform::TextWriter::Form::Plain) &&
+      file.write(text) >= 0 && file.close();
+  return isWhole ? QString() : file.errorText();
 }
 
 } // namespace
 
 ListFileContent parseListFile(const QByteArray& bytes) {
   ListFileContent content;
-  const SystemCodePage codePage(bytes);
+  const bool isUtf8 = bytes.isValidUtf8();
   QByteArrayView rest(bytes);
   if (rest.startsWith("\xEF\xBB\xBF")) {
     rest = rest.sliced(3); // an editor's mark, no part of the first path
   }
   for (int number = 1; !rest.isEmpty(); ++number) {
     if (number > maxListLines) {
-      return {.failure = QStringLiteral("it has too many lines to be a list"),
-              .entries = {},
-              .cutLine = 0};
+      return {QStringLiteral("it has too many lines to be a list"), {}, 0};
     }
     const qsizetype end = rest.indexOf('\n');
     const QByteArrayView piece = end < 0 ? rest : rest.first(end);
-    const QString line = codePage.text(piece.first(std::min(piece.size(), maxLineBytes)));
+    const QByteArrayView start = piece.first(std::min(piece.size(), maxLineBytes));
+    const QString line = isUtf8 ? QString::fromUtf8(start) : platform::fromWindows1252(start);
     const bool tooLong = line.size() > maxListLine;
     if (auto entry = entryOfLine(tooLong ? cutLine(line) : QStringView(line))) {
       content.entries.push_back(*std::move(entry));
@@ -166,27 +126,27 @@ ListFileContent readListFile(const QString& path) {
   QFile file;
   platform::FileFailure failure;
   if (!platform::openForReading(file, path, accessOf(path), failure)) {
-    return {.failure = failure.text, .entries = {}, .cutLine = 0};
+    return {failure.text, {}, 0};
   }
   if (file.size() > platform::TextReader::maxFileSize) {
-    return {.failure = QStringLiteral("it is too large to be a list"), .entries = {}, .cutLine = 0};
+    return {QStringLiteral("it is too large to be a list"), {}, 0};
   }
   const QByteArray bytes = file.readAll();
   if (file.error() != QFileDevice::NoError) {
-    return {.failure = file.errorString(), .entries = {}, .cutLine = 0};
+    return {file.errorString(), {}, 0};
   }
   return parseListFile(bytes);
 }
 
 ListFileSaved writeListFile(const QString& path, const std::vector<BatchEntry>& entries) {
   ListFileSaved saved;
-  QByteArray bytes;
+  QString text;
   for (const BatchEntry& entry : entries) {
     const QString line = lineOf(entry);
     saved.notKept += isKept(line, entry.path) ? 0 : 1;
-    bytes += line.toUtf8() + '\n';
+    text += line + u'\n';
   }
-  saved.failure = writeWhole(path, bytes);
+  saved.failure = whyNotWritten(path, text);
   return saved;
 }
 

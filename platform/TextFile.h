@@ -23,6 +23,9 @@ namespace folivex::platform {
 /// nothing.
 class TextWriter {
 public:
+  /// Plain: no mark, and an LF stays one.
+  enum class Form { Own, Plain };
+
   TextWriter();
   /// Closes; drops what openReplacement() began. Who wants to know how it went calls close() first.
   ~TextWriter();
@@ -36,7 +39,8 @@ public:
   /// when anything fails, the old file stays as it is and nothing else is left behind. A link is
   /// followed and stays a link, unless the access is private. A file that could not be written in
   /// place (no permission, no ordinary file) is not replaced either.
-  [[nodiscard]] bool openReplacement(const QString& path, FileAccess access = FileAccess::Ordinary);
+  [[nodiscard]] bool openReplacement(const QString& path, FileAccess access = FileAccess::Ordinary,
+                                     Form form = Form::Own);
 
   bool isOpen() const;
 

@@ -46,6 +46,7 @@ struct TextWriter::State {
   QString aside;      ///< where it is written until then
   bool open = false;
   bool null = false;
+  bool plain = false;
   FileFailure failure;
 
   bool sound() const { return failure.kind == FileError::None; }
@@ -57,7 +58,7 @@ struct TextWriter::State {
 
   void begin() {
     open = true;
-    buffer = QByteArray(byteOrderMark);
+    buffer = plain ? QByteArray() : QByteArray(byteOrderMark);
   }
 
   bool flushBuffer() {
@@ -122,12 +123,13 @@ bool TextWriter::open(const QString& path, FileAccess access) {
   return true;
 }
 
-bool TextWriter::openReplacement(const QString& path, FileAccess access) {
+bool TextWriter::openReplacement(const QString& path, FileAccess access, Form form) {
   if (isNullDevice(path)) {
     return open(path, access);
   }
   abandon();
   m_state = std::make_unique<State>();
+  m_state->plain = form == Form::Plain;
   const QString name = withoutTrailingBlanks(path);
   m_state->target = access == FileAccess::Private ? name : linkTarget(name);
   if (!mayBeReplaced(m_state->target, access, m_state->failure)) {
@@ -152,7 +154,11 @@ qint64 TextWriter::write(QStringView text) {
   if (m_state->null) {
     return text.size();
   }
-  m_state->buffer += text.toString().replace(QLatin1Char('\n'), QLatin1String("\r\n")).toUtf8();
+  QString onDisk = text.toString();
+  if (!m_state->plain) {
+    onDisk.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+  }
+  m_state->buffer += onDisk.toUtf8();
   if (m_state->buffer.size() >= bufferSize && !m_state->flushBuffer()) {
     return -1;
   }

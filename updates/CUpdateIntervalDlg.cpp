@@ -133,7 +133,8 @@ void CUpdateIntervalDlg::connectFields() {
     tellProblem({});
     followFields();
   });
-  connect(m_address, &QLineEdit::editingFinished, this, [this] { tellProblem(form().problem()); });
+  connect(m_address, &QLineEdit::editingFinished, this,
+          [this] { tellProblem(problemOf(entered())); });
   connect(m_checkNow, &QPushButton::clicked, this, [this] { checkNow(); });
   connect(m_openPage, &QPushButton::clicked, this, [this] {
     if (!m_dialogs.openOutside(m_page)) {
@@ -144,16 +145,26 @@ void CUpdateIntervalDlg::connectFields() {
   connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
-UpdateIntervalForm CUpdateIntervalDlg::form() const {
-  return {m_on->isChecked(), m_days->value(), m_address->text()};
+UpdateSettings CUpdateIntervalDlg::entered() const {
+  UpdateSettings settings;
+  settings.isOn = m_on->isChecked();
+  settings.address = m_address->text().trimmed();
+  settings.intervalDays = m_days->value();
+  return settings;
 }
 
 void CUpdateIntervalDlg::fill(const UpdateSettings& settings) {
-  const UpdateIntervalForm shown = UpdateIntervalForm::of(settings);
-  m_on->setChecked(shown.isOn);
-  m_days->setValue(shown.intervalDays);
-  m_address->setText(shown.address);
-  m_lastCheck->setText(lastCheckText(settings.lastCheck, locale()));
+  m_on->setChecked(settings.isOn);
+  m_days->setValue(settings.intervalDays);
+  m_address->setText(settings.address);
+  showLastCheck(settings.lastCheck);
+}
+
+void CUpdateIntervalDlg::showLastCheck(const QDateTime& lastCheck) {
+  m_lastCheck->setText(QStringLiteral("Last check: ") +
+                       (lastCheck.isValid()
+                            ? locale().toString(lastCheck.toLocalTime(), QLocale::ShortFormat)
+                            : QStringLiteral("never")));
 }
 
 // A layout lets a window be lower than its wrapped texts need.
@@ -174,15 +185,14 @@ void CUpdateIntervalDlg::tellProblem(const QString& problem) {
 
 void CUpdateIntervalDlg::followFields() {
   m_days->setEnabled(m_on->isChecked());
-  m_checkNow->setEnabled(!m_check.isRunning() && form().canCheck());
+  m_checkNow->setEnabled(!m_check.isRunning() && addressProblemOf(entered().address).isEmpty());
 }
 
 void CUpdateIntervalDlg::checkNow() {
   m_note->hide();
   m_openPage->hide();
   tellResult(QStringLiteral("The server is being asked..."), Tone::Plain);
-  m_check.start(m_address->text().trimmed(),
-                [this](const UpdateResult& result) { showResult(result); });
+  m_check.start(entered().address, [this](const UpdateResult& result) { showResult(result); });
   followFields();
 }
 
@@ -194,7 +204,7 @@ void CUpdateIntervalDlg::showResult(const UpdateResult& result) {
   m_openPage->setVisible(isNewer && !m_page.isEmpty());
   m_note->setText(result.offer.note);
   m_note->setVisible(isNewer && !result.offer.note.isEmpty());
-  m_lastCheck->setText(lastCheckText(m_check.settings().lastCheck, locale()));
+  showLastCheck(m_check.settings().lastCheck);
   followFields();
   makeRoom();
 }
@@ -206,13 +216,13 @@ void CUpdateIntervalDlg::tellResult(const QString& text, Tone tone) {
 }
 
 void CUpdateIntervalDlg::accept() {
-  const QString problem = form().problem();
+  const QString problem = problemOf(entered());
   tellProblem(problem);
   if (!problem.isEmpty()) {
     m_address->setFocus();
     return;
   }
-  m_check.keepSettings(form().settings());
+  m_check.keepSettings(entered());
   QDialog::accept();
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "updates/UpdateCheck.h"
-#include "updates/UpdateIntervalForm.h"
 #include "widgets/Dialogs.h"
 #include "widgets/FieldProblem.h"
 #include "widgets/Theme.h"
@@ -40,8 +39,9 @@ private:
   QBoxLayout* intervalRow();
   void connectFields();
 
-  UpdateIntervalForm form() const;
+  UpdateSettings entered() const;
   void fill(const UpdateSettings& settings);
+  void showLastCheck(const QDateTime& lastCheck);
   void followFields();
   void makeRoom();
   void tellProblem(const QString& problem);

@@ -44,7 +44,7 @@ UpdateResult ask(const UpdateLibrary& library, UpdatesRequest request, const QSt
 
 } // namespace
 
-UpdateCheck::UpdateCheck(UpdateMemory& memory, UpdateSurroundings surroundings)
+UpdateCheck::UpdateCheck(QSettings& memory, UpdateSurroundings surroundings)
     : m_memory(memory), m_surroundings(std::move(surroundings)) {}
 
 UpdateCheck::~UpdateCheck() {

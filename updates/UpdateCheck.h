@@ -30,7 +30,7 @@ public:
   using OnResult = std::function<void(const UpdateResult&)>;
 
   /// `memory` must outlive this.
-  UpdateCheck(UpdateMemory& memory, UpdateSurroundings surroundings);
+  UpdateCheck(QSettings& memory, UpdateSurroundings surroundings);
   /// Stops what runs; waits for its thread, at most about a second.
   ~UpdateCheck();
   UpdateCheck(const UpdateCheck&) = delete;
@@ -57,7 +57,7 @@ private:
   void finish(int number, const UpdateResult& result);
   void dropEnded();
 
-  UpdateMemory& m_memory;
+  QSettings& m_memory;
   UpdateSurroundings m_surroundings;
   std::unique_ptr<UpdateLibrary> m_library; ///< loaded at the first check
   std::shared_ptr<Run> m_current;           ///< null when none runs

@@ -8,43 +8,32 @@ namespace folivex {
 
 namespace {
 
-const QString& onKey() {
-  static const QString key = QStringLiteral("updates/on");
-  return key;
-}
-const QString& addressKey() {
-  static const QString key = QStringLiteral("updates/address");
-  return key;
-}
-const QString& daysKey() {
-  static const QString key = QStringLiteral("updates/days");
-  return key;
-}
-const QString& lastCheckKey() {
-  static const QString key = QStringLiteral("updates/lastCheck");
-  return key;
-}
+constexpr QLatin1String onKey("updates/on");
+constexpr QLatin1String addressKey("updates/address");
+constexpr QLatin1String daysKey("updates/days");
+constexpr QLatin1String lastCheckKey("updates/lastCheck");
 
 } // namespace
 
-UpdateSettings loadSettings(const UpdateMemory& memory) {
+UpdateSettings loadSettings(const QSettings& memory) {
   UpdateSettings settings;
-  settings.isOn = memory.text(onKey()) == QLatin1String("1");
-  settings.address = memory.text(addressKey());
+  settings.isOn = memory.value(onKey).toString() == QLatin1String("1");
+  settings.address = memory.value(addressKey).toString();
   bool isNumber = false;
-  const int days = memory.text(daysKey()).toInt(&isNumber);
+  const int days = memory.value(daysKey).toInt(&isNumber);
   if (isNumber) {
     settings.intervalDays = std::clamp(days, UpdateSettings::leastDays, UpdateSettings::mostDays);
   }
-  settings.lastCheck = QDateTime::fromString(memory.text(lastCheckKey()), Qt::ISODate).toUTC();
+  settings.lastCheck =
+      QDateTime::fromString(memory.value(lastCheckKey).toString(), Qt::ISODate).toUTC();
   return settings;
 }
 
-void storeSettings(const UpdateSettings& settings, UpdateMemory& memory) {
-  memory.setText(onKey(), settings.isOn ? QStringLiteral("1") : QStringLiteral("0"));
-  memory.setText(addressKey(), settings.address);
-  memory.setText(daysKey(), QString::number(settings.intervalDays));
-  memory.setText(lastCheckKey(), settings.lastCheck.toUTC().toString(Qt::ISODate));
+void storeSettings(const UpdateSettings& settings, QSettings& memory) {
+  memory.setValue(onKey, settings.isOn ? QStringLiteral("1") : QStringLiteral("0"));
+  memory.setValue(addressKey, settings.address);
+  memory.setValue(daysKey, QString::number(settings.intervalDays));
+  memory.setValue(lastCheckKey, settings.lastCheck.toUTC().toString(Qt::ISODate));
 }
 
 QString addressProblemOf(const QString& address) {
@@ -60,6 +49,11 @@ QString addressProblemOf(const QString& address) {
   }
   return url.userInfo().isEmpty() ? QString()
                                   : QStringLiteral("The address must not hold a name or password.");
+}
+
+QString problemOf(const UpdateSettings& settings) {
+  return settings.address.isEmpty() && !settings.isOn ? QString()
+                                                      : addressProblemOf(settings.address);
 }
 
 bool isCheckDue(const UpdateSettings& settings, const QDateTime& now) {

@@ -2,17 +2,10 @@
 #pragma once
 
 #include <QDateTime>
+#include <QSettings>
 #include <QString>
 
 namespace folivex {
-
-/// Where settings are remembered from one start to the next. Keys are of the form "updates/...".
-class UpdateMemory {
-public:
-  virtual ~UpdateMemory() = default;
-  virtual QString text(const QString& key) const = 0; ///< empty when nothing is remembered
-  virtual void setText(const QString& key, const QString& value) = 0;
-};
 
 struct UpdateSettings {
   static constexpr int leastDays = 1;
@@ -27,12 +20,17 @@ struct UpdateSettings {
   bool operator==(const UpdateSettings&) const = default;
 };
 
-/// What is remembered; what makes no sense is as if it were not there.
-UpdateSettings loadSettings(const UpdateMemory& memory);
-void storeSettings(const UpdateSettings& settings, UpdateMemory& memory);
+/// What is remembered under keys of the form "updates/..."; what makes no sense is as if it were
+/// not there.
+UpdateSettings loadSettings(const QSettings& memory);
+void storeSettings(const UpdateSettings& settings, QSettings& memory);
 
 /// What is wrong with an address to ask; empty when it is a good one of https.
 QString addressProblemOf(const QString& address);
+
+/// What keeps settings from being agreed to: only a check that is on needs an address, but none may
+/// be wrong. Empty when nothing does.
+QString problemOf(const UpdateSettings& settings);
 
 /// Whether a check is to be made unasked. A last check that lies in the future (somebody put the
 /// clock right since) does not count.

@@ -8,12 +8,6 @@ namespace folivex {
 
 namespace {
 
-constexpr std::size_t mostNumbers = 4;
-
-std::strong_ordering compareTexts(const QString& a, const QString& b) {
-  return QString::compare(a, b) <=> 0;
-}
-
 /// Numbers by value and before words, as in 1 < 2 < 10 < alpha < beta.
 std::strong_ordering compareParts(const QString& a, const QString& b) {
   bool isNumberA = false;
@@ -23,7 +17,7 @@ std::strong_ordering compareParts(const QString& a, const QString& b) {
   if (isNumberA && isNumberB) {
     return numberA <=> numberB;
   }
-  return isNumberA != isNumberB ? isNumberB <=> isNumberA : compareTexts(a, b);
+  return isNumberA != isNumberB ? isNumberB <=> isNumberA : QString::compare(a, b) <=> 0;
 }
 
 } // namespace
@@ -38,29 +32,22 @@ std::optional<VersionNumber> VersionNumber::read(const QString& text) {
     return std::nullopt;
   }
   VersionNumber version;
-  for (const QString& number : match.captured(1).split(u'.')) {
-    version.m_numbers.push_back(number.toInt());
-  }
-  version.m_numbers.resize(mostNumbers);
+  version.m_numbers = QVersionNumber::fromString(match.captured(1)).normalized();
   version.m_preRelease = match.captured(2).split(u'.', Qt::SkipEmptyParts);
   return version;
 }
 
 std::strong_ordering VersionNumber::operator<=>(const VersionNumber& other) const {
-  if (const auto byNumbers = m_numbers <=> other.m_numbers; std::is_neq(byNumbers)) {
-    return byNumbers;
+  const int byNumbers = QVersionNumber::compare(m_numbers, other.m_numbers);
+  if (byNumbers != 0) {
+    return byNumbers <=> 0;
   }
   if (m_preRelease.isEmpty() != other.m_preRelease.isEmpty()) {
     return m_preRelease.isEmpty() <=> other.m_preRelease.isEmpty();
   }
-  const qsizetype common = std::min(m_preRelease.size(), other.m_preRelease.size());
-  for (qsizetype i = 0; i < common; i++) {
-    if (const auto byPart = compareParts(m_preRelease[i], other.m_preRelease[i]);
-        std::is_neq(byPart)) {
-      return byPart;
-    }
-  }
-  return m_preRelease.size() <=> other.m_preRelease.size();
+  return std::lexicographical_compare_three_way(m_preRelease.begin(), m_preRelease.end(),
+                                                other.m_preRelease.begin(),
+                                                other.m_preRelease.end(), compareParts);
 }
 
 } // namespace folivex

@@ -3,10 +3,10 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVersionNumber>
 
 #include <compare>
 #include <optional>
-#include <vector>
 
 namespace folivex {
 
@@ -22,7 +22,7 @@ public:
   bool operator==(const VersionNumber& other) const { return std::is_eq(*this <=> other); }
 
 private:
-  std::vector<int> m_numbers;
+  QVersionNumber m_numbers;
   QStringList m_preRelease; ///< its parts between dots; empty: a release
 };
 

@@ -26,6 +26,9 @@ public:
   void restore(QWidget* window) const;
   void keep(const QWidget* window);
 
+  /// For parts of the program that open no window.
+  QSettings& settings() { return m_settings; }
+
 private:
   QSettings m_settings;
 };

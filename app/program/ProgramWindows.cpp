@@ -13,7 +13,6 @@
 #include "platform/Paths.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "updates/UpdateCheck.h"
-#include "updates/WindowUpdateMemory.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -41,9 +40,8 @@ PickedArea areaOf(const PickedRange& range) {
 
 ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
     : m_dialogs(dialogs), m_memory(memory), m_main(m_dialogs, memory),
-      m_updateMemory(std::make_unique<WindowUpdateMemory>(memory)),
       m_updates(std::make_unique<UpdateCheck>(
-          *m_updateMemory, UpdateSurroundings{QStringLiteral(FOLIVEX_VERSION)})) {
+          memory.settings(), UpdateSurroundings{QStringLiteral(FOLIVEX_VERSION)})) {
   m_dialogs.onHeard = [this](const QString& text) { m_main.remember(text); };
   m_helpKey.onHelp = [this](const QString& topic) { openHelp(topic); };
   m_main.setParts(parts());

@@ -16,7 +16,6 @@ class MatchWalker;
 class PageViewer;
 class PlanWindow;
 class UpdateCheck;
-class WindowUpdateMemory;
 struct UpdateResult;
 
 /// Makes each window when it is first asked for, and ties it to the main window. What a person
@@ -54,7 +53,6 @@ private:
   WindowMemory& m_memory;
   MainWindow m_main;
   // What follows uses the libraries of the main window's session and goes first.
-  std::unique_ptr<WindowUpdateMemory> m_updateMemory;
   std::unique_ptr<UpdateCheck> m_updates;
   std::unique_ptr<PageViewer> m_viewer;
   std::unique_ptr<PlanWindow> m_plan;

@@ -3,7 +3,6 @@
 #include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
 #include "tests/app/ScreenshotsScenes.h"
-#include "tests/updates/KeptInMemory.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "widgets/WindowMemory.h"
 
@@ -29,8 +28,7 @@ void takeHelp(Camera& camera, const Studio& studio) {
                     byPosition(), {QStringLiteral("Ready.")}),
       studio.dialogs, studio.memory);
   camera.take(report, QStringLiteral("problem-report"));
-  test::KeptInMemory kept;
-  UpdateCheck check(kept, UpdateSurroundings{QStringLiteral("1.0.0")});
+  UpdateCheck check(studio.memory.settings(), UpdateSurroundings{QStringLiteral("1.0.0")});
   {
     CUpdateIntervalDlg off(check, studio.dialogs);
     camera.take(off, QStringLiteral("updates-off"));

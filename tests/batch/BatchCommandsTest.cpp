@@ -31,15 +31,6 @@ TEST_F(Commands, ListPathFollowsLoadSaveAndClose) {
   EXPECT_EQ(read("tmp/default.lst"), read("b.lst"));
 }
 
-TEST_F(Commands, EmptyListIsNotPutAway) {
-  write("tmp/default.lst", "old||\n");
-  write("a.lst", "");
-  m_commands.append(at("a.lst"));
-  m_commands.putAway();
-  EXPECT_EQ(read("tmp/default.lst"), "old||\n");
-  EXPECT_EQ(m_commands.listPath(), at("a.lst"));
-}
-
 TEST_F(Commands, FailuresAreToldAndLeaveTheRows) {
   m_rows.append({entry("Yes", "a.pdf")});
   const CommandWords unread = m_commands.append(at("none.lst"));

