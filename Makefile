@@ -15,6 +15,7 @@ build: packages
 	@cmake --build --preset $(PRESET)
 
 test: build
+	@cmake --build --preset $(PRESET) --target folivex_tests
 	@ctest --preset $(PRESET)
 
 sanitize:

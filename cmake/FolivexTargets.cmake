@@ -7,6 +7,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_AUTOMOC OFF)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 set(FOLIVEX_SANITIZE "" CACHE STRING "Value of -fsanitize= for the whole tree, or empty")
 option(FOLIVEX_COVERAGE "Instrument for line coverage" OFF)
@@ -46,30 +47,42 @@ function(folivex_static_library name)
   target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
 endfunction()
 
-# The Qt headers that nearly every file includes, precompiled once for all targets: each copy would
-# take hundreds of megabytes. (Linking Qt gives every target -fPIC, so that one copy fits libraries and
-# programs alike.)
+# Headers that nearly every file of a kind includes, precompiled once for all targets of the kind: each
+# copy would take hundreds of megabytes. (Linking Qt gives every target -fPIC, so that one copy fits
+# libraries and programs alike.)
+#   folivex_precompiled(NAME LIBS ... HEADERS ... [OPTIONS ...])
 function(folivex_precompiled name)
-  cmake_parse_arguments(arg "" "" "LIBS;HEADERS" ${ARGN})
-  add_library(${name} OBJECT ${CMAKE_SOURCE_DIR}/cmake/precompiled.cpp)
+  cmake_parse_arguments(arg "" "" "LIBS;HEADERS;OPTIONS" ${ARGN})
+  add_library(${name} OBJECT EXCLUDE_FROM_ALL ${CMAKE_SOURCE_DIR}/cmake/precompiled.cpp)
   target_link_libraries(${name} PRIVATE folivex_warnings ${arg_LIBS})
+  target_compile_options(${name} PRIVATE ${arg_OPTIONS})
   target_precompile_headers(${name} PRIVATE ${arg_HEADERS}
     <functional> <memory> <optional> <string> <vector>)
 endfunction()
+set(qt_core_headers <QtCore/QString> <QtCore/QStringList> <QtCore/QFile> <QtCore/QDir> <QtCore/QDateTime>)
+folivex_precompiled(folivex_qt_core_headers LIBS Qt6::Core HEADERS ${qt_core_headers})
+folivex_precompiled(folivex_qt_widgets_headers LIBS Qt6::Widgets HEADERS <QtWidgets/QtWidgets>)
 
 # folivex_qt_core_pch(TARGET) is for code on Qt Core alone, folivex_qt_widgets_pch(TARGET) for windows.
 function(folivex_qt_core_pch target)
-  if(NOT TARGET folivex_qt_core_headers)
-    folivex_precompiled(folivex_qt_core_headers LIBS Qt6::Core
-      HEADERS <QtCore/QString> <QtCore/QStringList> <QtCore/QFile> <QtCore/QDir> <QtCore/QDateTime>)
-  endif()
   target_precompile_headers(${target} REUSE_FROM folivex_qt_core_headers)
 endfunction()
 function(folivex_qt_widgets_pch target)
-  if(NOT TARGET folivex_qt_widgets_headers)
-    folivex_precompiled(folivex_qt_widgets_headers LIBS Qt6::Widgets HEADERS <QtWidgets/QtWidgets>)
-  endif()
   target_precompile_headers(${target} REUSE_FROM folivex_qt_widgets_headers)
+endfunction()
+
+# Tests run once after each build: what makes them compile quickly counts, not what makes them fast.
+set(folivex_test_options -O0 -g0)
+
+# The headers of tests, when there are any.
+function(folivex_test_headers)
+  find_package(GTest REQUIRED)
+  folivex_precompiled(folivex_test_core_headers OPTIONS ${folivex_test_options}
+    LIBS Qt6::Core GTest::gtest HEADERS ${qt_core_headers} <gtest/gtest.h>)
+  folivex_precompiled(folivex_test_window_headers OPTIONS ${folivex_test_options}
+    LIBS Qt6::Widgets GTest::gtest HEADERS <QtWidgets/QtWidgets> <gtest/gtest.h>)
+  # Built by "make test" and not by what a user builds.
+  add_custom_target(folivex_tests)
 endfunction()
 
 # folivex_test(NAME SOURCES... [LIBS ...] [WINDOWS]) adds one GoogleTest program and registers each of
@@ -77,21 +90,24 @@ endfunction()
 function(folivex_test name)
   cmake_parse_arguments(arg "WINDOWS" "" "SOURCES;LIBS;DEPENDS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE folivex_warnings ${arg_LIBS})
+  target_compile_options(${name} PRIVATE ${folivex_test_options})
   if(arg_WINDOWS)
     target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/support/window_main.cpp)
-    target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest folivex_widgets Qt6::Test ${arg_LIBS})
-    folivex_qt_widgets_pch(${name})
+    target_link_libraries(${name} PRIVATE GTest::gtest folivex_widgets Qt6::Test)
+    target_precompile_headers(${name} REUSE_FROM folivex_test_window_headers)
   else()
-    target_link_libraries(${name} PRIVATE folivex_warnings GTest::gtest_main ${arg_LIBS})
-    if("${arg_LIBS}" MATCHES "folivex_|Qt6::")
-      folivex_qt_core_pch(${name})
-    endif()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main Qt6::Core)
+    target_precompile_headers(${name} REUSE_FROM folivex_test_core_headers)
   endif()
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE
     FOLIVEX_BIN_DIR="${CMAKE_BINARY_DIR}/bin"
     FOLIVEX_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  # Tests name their helpers alike in each file.
+  set_target_properties(${name} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests UNITY_BUILD OFF)
+  add_dependencies(folivex_tests ${name})
   if(arg_DEPENDS)
     add_dependencies(${name} ${arg_DEPENDS})
   endif()

@@ -9,8 +9,8 @@ namespace folivex::platform {
 
 namespace {
 
-constexpr int tickMilliseconds = 100;
-constexpr int graceMilliseconds = 3000;
+constexpr int stepMilliseconds = 100;
+constexpr int patienceMilliseconds = 3000;
 constexpr qsizetype keptErrorOutput = 4096;
 
 void keepTail(QByteArray& tail, QProcess& process) {
@@ -22,7 +22,7 @@ void keepTail(QByteArray& tail, QProcess& process) {
 
 void end(QProcess& process) {
   process.terminate();
-  if (!process.waitForFinished(graceMilliseconds)) {
+  if (!process.waitForFinished(patienceMilliseconds)) {
     process.kill();
     process.waitForFinished();
   }
@@ -49,7 +49,7 @@ ProgramEnd runOutsideProgram(const OutsideProgram& program, const std::function<
 
   QByteArray errorOutput;
   bool stopped = false;
-  while (process.state() != QProcess::NotRunning && !process.waitForFinished(tickMilliseconds)) {
+  while (process.state() != QProcess::NotRunning && !process.waitForFinished(stepMilliseconds)) {
     keepTail(errorOutput, process);
     if (tick() && program.onStop == OutsideProgram::OnStop::Terminate) {
       end(process);

@@ -21,9 +21,9 @@ qint64 memoryBytes() {
   status.dwLength = sizeof status;
   return GlobalMemoryStatusEx(&status) ? static_cast<qint64>(status.ullTotalPhys) : 0;
 #else
-  const long pages = sysconf(_SC_PHYS_PAGES);
+  const long memoryPages = sysconf(_SC_PHYS_PAGES);
   const long size = sysconf(_SC_PAGESIZE);
-  return pages > 0 && size > 0 ? qint64{pages} * size : 0;
+  return memoryPages > 0 && size > 0 ? qint64{memoryPages} * size : 0;
 #endif
 }
 

@@ -8,31 +8,31 @@ namespace folivex {
 
 namespace {
 
-struct Row {
-  const char* library;
+struct Library {
+  const char* name;
   const char* operation; ///< that tells the version of its interface
 };
-constexpr std::array rows = {Row{"GlyphrunU", "GlyphrunInterfaceVersion"},
-                             Row{"CleftorU", "CleftorInterfaceVersion"},
-                             Row{"MelderU", "MelderInterfaceVersion"}};
+constexpr std::array libraries = {Library{"GlyphrunU", "GlyphrunInterfaceVersion"},
+                                  Library{"CleftorU", "CleftorInterfaceVersion"},
+                                  Library{"MelderU", "MelderInterfaceVersion"}};
 
-QString versionOf(const Row& row) {
-  platform::DynamicLibrary library;
-  if (!library.load(QString::fromLatin1(row.library))) {
-    return QStringLiteral("not loaded: ") + library.errorText();
+QString versionOf(const Library& library) {
+  platform::DynamicLibrary loaded;
+  if (!loaded.load(QString::fromLatin1(library.name))) {
+    return QStringLiteral("not loaded: ") + loaded.errorText();
   }
   platform::Operation<int()> version;
-  return version.bind(library, row.operation) ? QStringLiteral("interface %1").arg(version())
-                                              : QStringLiteral("of another program");
+  return version.bind(loaded, library.operation) ? QStringLiteral("interface %1").arg(version())
+                                                 : QStringLiteral("of another program");
 }
 
 } // namespace
 
 std::vector<LibraryVersion> libraryVersions() {
   std::vector<LibraryVersion> versions;
-  versions.reserve(std::size(rows));
-  for (const Row& row : rows) {
-    versions.push_back({QString::fromLatin1(row.library), versionOf(row)});
+  versions.reserve(std::size(libraries));
+  for (const Library& library : libraries) {
+    versions.push_back({QString::fromLatin1(library.name), versionOf(library)});
   }
   return versions;
 }

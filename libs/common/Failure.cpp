@@ -7,6 +7,10 @@
 
 namespace common {
 
+void refuseToOpen(const std::string& path, const std::string& reason) {
+  throw Failure(cannotOpen, "Unable to open \"" + path + "\": " + reason);
+}
+
 void LastError::set(int32_t code, std::string_view text) noexcept {
   m_code = code;
   try {

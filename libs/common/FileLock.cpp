@@ -24,10 +24,6 @@ namespace {
 constexpr auto patience = std::chrono::seconds(30);
 constexpr auto pause = std::chrono::milliseconds(5);
 
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure(cannotOpen, "Unable to open \"" + path + "\": " + reason);
-}
-
 } // namespace
 
 FileLock::FileLock(const std::string& path) {
@@ -55,11 +51,11 @@ void FileLock::open(const std::string& path) {
                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
-    refuse(path, std::system_category().message(static_cast<int>(GetLastError())));
+    refuseToOpen(path, std::system_category().message(static_cast<int>(GetLastError())));
   }
   m_file = file;
   if (GetFileType(file) != FILE_TYPE_DISK) {
-    refuse(path, "it is no ordinary file");
+    refuseToOpen(path, "it is no ordinary file");
   }
 }
 
@@ -107,11 +103,11 @@ void FileLock::close() {
 void FileLock::open(const std::string& path) {
   m_file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (m_file < 0) {
-    refuse(path, std::generic_category().message(errno));
+    refuseToOpen(path, std::generic_category().message(errno));
   }
   struct stat found {};
   if (::fstat(m_file, &found) != 0 || !S_ISREG(found.st_mode)) {
-    refuse(path, "it is no ordinary file");
+    refuseToOpen(path, "it is no ordinary file");
   }
 }
 

@@ -17,7 +17,7 @@ namespace folivex {
 
 namespace {
 
-constexpr int widthInCharacters = 64;
+constexpr int statusWidthInCharacters = 64;
 constexpr qint64 displayMs = 50;
 
 QString counted(int count) {
@@ -56,7 +56,7 @@ CEmailStatusDlg::CEmailStatusDlg(QWidget* parent)
   buttons->addWidget(m_stop);
   layout->addStretch(1);
   layout->addLayout(buttons);
-  resize(fontMetrics().averageCharWidth() * widthInCharacters, sizeHint().height());
+  resize(fontMetrics().averageCharWidth() * statusWidthInCharacters, sizeHint().height());
   display();
 }
 

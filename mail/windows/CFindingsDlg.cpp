@@ -10,7 +10,7 @@ namespace folivex {
 
 namespace {
 
-constexpr int widthInCharacters = 90;
+constexpr int findingsWidthInCharacters = 90;
 constexpr int heightInLines = 18;
 
 QPushButton* buttonOf(const char* name, const QString& text, const QString& toolTip,
@@ -54,7 +54,7 @@ CFindingsDlg::CFindingsDlg(const Texts& texts, const QStringList& lines, QWidget
   layout->addWidget(heading);
   layout->addWidget(text, 1);
   layout->addLayout(buttons);
-  resize(fontMetrics().averageCharWidth() * widthInCharacters,
+  resize(fontMetrics().averageCharWidth() * findingsWidthInCharacters,
          fontMetrics().lineSpacing() * heightInLines);
 }
 

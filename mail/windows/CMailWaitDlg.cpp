@@ -11,7 +11,7 @@ namespace folivex {
 
 namespace {
 
-constexpr int widthInCharacters = 60;
+constexpr int waitWidthInCharacters = 60;
 
 } // namespace
 
@@ -23,7 +23,7 @@ CMailWaitDlg::CMailWaitDlg(const QString& title, const QString& text, QWidget* p
   auto* label = new QLabel(this);
   label->setObjectName(QStringLiteral("text"));
   label->setTextFormat(Qt::PlainText);
-  const int width = fontMetrics().averageCharWidth() * widthInCharacters;
+  const int width = fontMetrics().averageCharWidth() * waitWidthInCharacters;
   label->setText(fontMetrics().elidedText(text, Qt::ElideMiddle, width));
   label->setToolTip(text.toHtmlEscaped());
   label->setMinimumWidth(width);

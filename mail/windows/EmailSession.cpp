@@ -20,7 +20,7 @@ namespace folivex {
 
 namespace {
 
-QString caption() {
+QString questionCaption() {
   return QStringLiteral("Email List to Send");
 }
 
@@ -296,7 +296,7 @@ bool EmailSession::sendTwice(const EmailDelivery::BeforeCount& before, QWidget* 
   }
   text += QStringLiteral(".\n\nSend these once more, too? With No the sending goes on where that "
                          "run broke off.");
-  return m_parts.dialogs.question(over, text, caption());
+  return m_parts.dialogs.question(over, text, questionCaption());
 }
 
 EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery) {
@@ -305,7 +305,7 @@ EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDeli
           m_parts.over,
           QStringLiteral("The program ended while this list was sent, and no log file tells which "
                          "of its e-mails went out.\n\nSend them all the same?"),
-          caption())) {
+          questionCaption())) {
     return Outcome::RowsLeft;
   }
   const DeliveryResult result = send(dialog.toSend(), delivery);
@@ -325,7 +325,7 @@ EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDeli
       m_parts.dialogs.question(m_parts.over,
                                QStringLiteral("%1 not selected and not sent. Go back to the list?")
                                    .arg(mailCount(notSelected)),
-                               caption())) {
+                               questionCaption())) {
     dialog.keepOnly(rowsLeft(dialog, result.summary), QStringLiteral("These were not sent."));
     return Outcome::RowsLeft;
   }

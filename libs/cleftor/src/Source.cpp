@@ -13,12 +13,9 @@
 namespace cleftor {
 
 using common::Failure;
+using common::refuseToOpen;
 
 namespace {
-
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw Failure(CLEFTOR_CANNOT_OPEN, "Unable to open \"" + path + "\": " + reason);
-}
 
 std::shared_ptr<QPDF> quietDocument() {
   auto document = QPDF::create();
@@ -40,10 +37,10 @@ Source::Source(const std::string& path, const std::vector<std::string>& password
     readPages();
     gatherWholeDocument();
   } catch (const std::exception& error) {
-    refuse(m_path, std::string("its pages cannot be read: ") + error.what());
+    refuseToOpen(m_path, std::string("its pages cannot be read: ") + error.what());
   }
   if (m_pages->count() == 0) {
-    refuse(m_path, "it has no pages");
+    refuseToOpen(m_path, "it has no pages");
   }
   forgetWarnings();
 }
@@ -64,7 +61,7 @@ void Source::open(const std::vector<std::string>& passwords) {
   const bool isOpen =
       std::ranges::any_of(passwords, [&](const auto& one) { return openWith(one); });
   if (!isOpen && !openWith("")) {
-    refuse(m_path, passwords.empty() ? "it needs a password" : "the password is not right");
+    refuseToOpen(m_path, passwords.empty() ? "it needs a password" : "the password is not right");
   }
 }
 
@@ -78,13 +75,13 @@ bool Source::openWith(const std::string& password) {
     if (error.getErrorCode() == qpdf_e_password) {
       return false;
     }
-    refuse(m_path, error.getMessageDetail());
+    refuseToOpen(m_path, error.getMessageDetail());
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {
-    refuse(m_path, error.what());
+    refuseToOpen(m_path, error.what());
   }
   m_document = std::move(document);
   m_input = std::move(input);

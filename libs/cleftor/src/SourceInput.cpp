@@ -18,10 +18,6 @@ namespace {
 
 constexpr size_t blockSize = size_t{64} * 1024;
 
-[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
-  throw common::Failure(CLEFTOR_CANNOT_OPEN, "Unable to open \"" + path + "\": " + reason);
-}
-
 } // namespace
 
 SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockSize) {
@@ -29,17 +25,17 @@ SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockS
   std::error_code error;
   const auto status = std::filesystem::status(place, error);
   if (error) {
-    refuse(path, error.message());
+    common::refuseToOpen(path, error.message());
   }
   // A folder opens for reading on some systems and a pipe would keep the run waiting for ever.
   if (!std::filesystem::is_regular_file(status)) {
-    refuse(path, "it is no ordinary file");
+    common::refuseToOpen(path, "it is no ordinary file");
   }
   m_file.rdbuf()->pubsetbuf(nullptr, 0);
   errno = 0;
   m_file.open(place, std::ios::binary);
   if (!m_file) {
-    refuse(path, std::generic_category().message(errno));
+    common::refuseToOpen(path, std::generic_category().message(errno));
   }
   m_file.seekg(0, std::ios::end);
   m_size = m_file.tellg();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace glyphrun {
 
@@ -11,6 +12,12 @@ struct Point {
   double x = 0;
   double y = 0;
 };
+
+/// The nearest whole number; what no page can hold is cut to a million points.
+inline std::int32_t rounded(double value) {
+  constexpr double farthest = 1e6;
+  return static_cast<std::int32_t>(std::floor(std::clamp(value, -farthest, farthest) + 0.5));
+}
 
 inline Point operator+(Point a, Point b) {
   return {a.x + b.x, a.y + b.y};

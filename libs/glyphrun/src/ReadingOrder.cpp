@@ -9,11 +9,6 @@ namespace glyphrun {
 
 namespace {
 
-std::int32_t rounded(double value) {
-  constexpr double farthest = 1e6;
-  return static_cast<std::int32_t>(std::floor(std::clamp(value, -farthest, farthest) + 0.5));
-}
-
 bool runsSideways(const Fragment& fragment) {
   return fragment.heading == HeadingRight || fragment.heading == HeadingLeft;
 }

@@ -62,11 +62,6 @@ void narrow(double base, double slope, double low, double high, double& from, do
   to = std::min(to, std::max(a, b));
 }
 
-std::int32_t rounded(double value) {
-  constexpr double farthest = 1e6;
-  return static_cast<std::int32_t>(std::floor(std::clamp(value, -farthest, farthest) + 0.5));
-}
-
 } // namespace
 
 JoiningTolerance JoiningTolerance::fromFactor(double factor) {
