@@ -72,7 +72,7 @@ function(folivex_qt_widgets_pch target)
 endfunction()
 
 # Tests run once after each build: what makes them compile quickly counts, not what makes them fast.
-set(folivex_test_options -O0 -g0)
+set(folivex_test_options $<$<CONFIG:Release>:-O0>)
 
 # The headers of tests, when there are any.
 function(folivex_test_headers)
