@@ -85,6 +85,9 @@ public:
   int pageCount() const { return m_view != nullptr ? m_library.GetViewPageCount(m_view) : 0; }
   const QString& problem() const { return m_problem; }
 
+  /// For any thread: the page that is being drawn is given up soon, and those that follow at once.
+  void abandon() { m_library.AbortView(m_view); }
+
   void load(ViewedPage& into, const PageSizing& sizing) {
     double width = 0;
     double height = 0;
@@ -164,6 +167,7 @@ PageLoader::~PageLoader() {
   {
     const std::lock_guard lock(m_mutex);
     m_ending = true;
+    abandonView();
   }
   m_due.notify_one();
   m_thread.join();
@@ -175,8 +179,16 @@ void PageLoader::open(const ViewedFile& file) {
     ++m_generation;
     m_toOpen = file;
     m_wanted.clear();
+    abandonView();
   }
   m_due.notify_one();
+}
+
+/// Nobody waits for the pages of the file that is open any more. To be called under the lock.
+void PageLoader::abandonView() {
+  if (m_view) {
+    m_view->abandon();
+  }
 }
 
 void PageLoader::want(const std::vector<int>& pages, const PageSizing& sizing) {
@@ -210,14 +222,22 @@ void PageLoader::work() {
     lock.lock();
   }
   lock.unlock();
-  m_view.reset();
+  changeView(nullptr);
+}
+
+/// Under the lock, so that the view can be abandoned at any moment; but closed without it.
+void PageLoader::changeView(std::unique_ptr<View> view) {
+  const std::lock_guard lock(m_mutex);
+  m_view.swap(view);
 }
 
 void PageLoader::openView(const ViewedFile& file, int generation) {
-  m_view.reset();
-  m_view = std::make_unique<View>(m_library, file);
-  const int count = m_view->problem().isEmpty() ? m_view->pageCount() : 0;
-  answer(generation, [this, count, problem = m_view->problem()] {
+  changeView(nullptr);
+  auto view = std::make_unique<View>(m_library, file);
+  const QString problem = view->problem();
+  const int count = problem.isEmpty() ? view->pageCount() : 0;
+  changeView(std::move(view));
+  answer(generation, [this, count, problem] {
     if (onOpened) {
       onOpened(count, problem);
     }

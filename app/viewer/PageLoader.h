@@ -17,7 +17,7 @@ class CPDFTextDumpInit;
 
 /// One thread owns the text library's view of the file. The functions are called by the thread that
 /// made the loader, and its event loop is where the answers come in. No call waits for the thread
-/// but the destructor, which waits for the page just being drawn.
+/// but the destructor, which gives up the page just being drawn.
 class PageLoader {
 public:
   /// `library` must outlive this.
@@ -48,12 +48,14 @@ private:
   void work();
   void openView(const ViewedFile& file, int generation);
   void loadPage(int page, const PageSizing& sizing, int generation);
+  void changeView(std::unique_ptr<View> view);
+  void abandonView();
   void answer(int generation, std::function<void()> tell);
   void tellAnswers();
 
   CPDFTextDumpInit& m_library;
   std::unique_ptr<Bell> m_bell; ///< lives in the window's thread
-  std::unique_ptr<View> m_view; ///< used by the thread alone
+  std::unique_ptr<View> m_view; ///< the thread's own; only it is changed and abandoned under lock
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_due;

@@ -31,6 +31,7 @@ CSplitPdfInit::CSplitPdfInit()
   bind(SetKeepBookmarks, "SetKeepBookmarks");
   bind(SetPageRotation, "SetPageRotation");
   bind(SetWriteBehind, "SetWriteBehind");
+  bind(WaitForRoom, "WaitForRoom");
   bind(DrainRanges, "DrainRanges");
   bind(TakeFailedRange, "TakeFailedRange");
   bind(GetFileFacts, "GetFileFacts");

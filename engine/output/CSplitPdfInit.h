@@ -50,6 +50,7 @@ public:
   Operation<void(int32_t)> SetKeepBookmarks;
   Operation<void(int32_t)> SetPageRotation;
   Operation<void(int32_t)> SetWriteBehind;
+  Operation<int32_t(int32_t, int32_t)> WaitForRoom;
   Operation<int32_t(int32_t)> DrainRanges;
   Operation<int32_t(FailedRange*)> TakeFailedRange;
   Operation<int32_t()> GetFileFacts;

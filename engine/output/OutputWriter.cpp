@@ -152,12 +152,18 @@ void OutputWriter::leaveOut(const Ranges& ranges) {
 
 void OutputWriter::handOver(HandedFile file) {
   std::vector<std::int32_t> pages;
+  qint64 pageCount = 0;
   for (const ReservedOutput& range : file.ranges) {
     pages.push_back(range.firstPage);
     pages.push_back(range.lastPage);
+    pageCount += range.lastPage - range.firstPage + 1;
   }
   const auto count = static_cast<std::int32_t>(file.ranges.size());
+  const auto room = static_cast<std::int32_t>(std::min<qint64>(pageCount, m_totalPages));
   CSplitPdfInit& split = m_libraries.split;
+  while (split.WaitForRoom(room, waitStepMs) != 0) {
+    m_person.handlePendingEvents();
+  }
   const int result =
       count == 1 ? split.SplitPdfPages(utf16(file.path), pages[0], pages[1], m_totalPages)
                  : split.SplitPdfRanges(utf16(file.path), pages.data(), count, m_totalPages);

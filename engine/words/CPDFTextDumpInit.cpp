@@ -37,6 +37,7 @@ CPDFTextDumpInit::CPDFTextDumpInit()
   bind(OpenView, "OpenView");
   bind(SetViewWordSpacing, "SetViewWordSpacing");
   bind(CloseView, "CloseView");
+  bind(AbortView, "AbortView");
   bind(GetViewPageCount, "GetViewPageCount");
   bind(GetViewPageSize, "GetViewPageSize");
   bind(RenderViewPage, "RenderViewPage");

@@ -50,6 +50,7 @@ public:
   Operation<int32_t(int32_t, GlyphrunOutlineEntry*)> GetOutlineEntry;
   Operation<GlyphrunView*(const char16_t*, const char16_t*, int32_t*)> OpenView;
   Operation<void(GlyphrunView*)> CloseView;
+  Operation<void(GlyphrunView*)> AbortView;
   Operation<int32_t(const GlyphrunView*)> GetViewPageCount;
   Operation<int32_t(GlyphrunView*, int32_t, double*, double*)> GetViewPageSize;
   Operation<int32_t(GlyphrunView*, int32_t, double, GlyphrunImage*)> RenderViewPage;

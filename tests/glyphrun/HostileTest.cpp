@@ -8,13 +8,6 @@
 namespace glyphruntest {
 namespace {
 
-std::string repeat(const std::string& text, int times) {
-  std::string all;
-  for (int i = 0; i < times; ++i)
-    all += text;
-  return all;
-}
-
 /** Adds a good page, and checks that it reads well after the bad one. */
 void expectNextPageGood(PdfBuilder& pdf, int expectedState) {
   pdf.addPage("BT /F 10 Tf 50 700 Td (Next) Tj ET", plainFonts(pdf));

@@ -23,6 +23,7 @@ std::ostream& operator<<(std::ostream& out, const Word& word);
 
 std::u16string wide(const std::string& utf8);
 std::string narrow(const char16_t* text);
+std::string repeat(const std::string& text, int times);
 
 /** A path in a folder of the test's own, which is gone when the test program ends. */
 std::string pathFor(const std::string& name);

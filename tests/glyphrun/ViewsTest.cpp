@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+
 namespace glyphruntest {
 namespace {
 
@@ -92,6 +94,26 @@ TEST_F(Views, AGlyphThatDrawsItselfEnds) {
   const GlyphrunWord* words = nullptr;
   ASSERT_EQ(GetViewWords(view_, 1, &words), 1);
   EXPECT_EQ(narrow(words[0].text), "AAA");
+}
+
+TEST_F(Views, APageThatIsBeingDrawnIsGivenUp) {
+  PdfBuilder pdf;
+  int form = pdf.addStream(repeat("0 0 600 800 re f ", 100), "/Subtype/Form/BBox[0 0 600 800]");
+  std::string resources;
+  for (int depth = 0; depth < 8; ++depth) {
+    resources = "/XObject<</N " + PdfBuilder::ref(form) + ">>";
+    form = pdf.addStream(repeat("/N Do ", 10),
+                         "/Subtype/Form/BBox[0 0 600 800]/Resources<<" + resources + ">>");
+  }
+  pdf.addPage("/N Do", "/XObject<</N " + PdfBuilder::ref(form) + ">>");
+  open(pdf);
+  auto reason = std::async(std::launch::async, [this] {
+    EXPECT_LT(RenderViewPage(view_, 1, 1, &image_), 0);
+    return narrow(GlyphrunLastErrorText());
+  });
+  AbortView(view_);
+  EXPECT_EQ(reason.get(), "the drawing was given up");
+  EXPECT_EQ(image_.pixels, nullptr);
 }
 
 TEST_F(Views, WordsAreThoseOfTheSession) {

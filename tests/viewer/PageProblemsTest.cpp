@@ -1,7 +1,10 @@
 // Files and pages that cannot be shown.
 #include "ViewerBench.h"
 
+#include <QEventLoop>
 #include <QToolButton>
+
+#include <future>
 
 namespace folivex::test {
 namespace {
@@ -96,6 +99,35 @@ TEST_F(PageProblems, ADamagedPageStandsAmongSoundOnes) {
   ASSERT_TRUE(isDrawn());
   EXPECT_EQ(words().size(), 1U);
   EXPECT_TRUE(told("pageProblem").isEmpty());
+}
+
+TEST_F(PageProblems, APageThatDrawsForLongKeepsNobodyWaitingAtTheEnd) {
+  testpdf::PdfBuilder pdf;
+  const auto form = [&pdf](const char* content, int inner) {
+    std::string all;
+    for (int i = 0; i < 20; ++i) {
+      all += content;
+    }
+    return pdf.addStream(all, "/Subtype/Form/BBox[0 0 600 800]/Resources<</XObject<</N " +
+                                  testpdf::PdfBuilder::ref(inner) + ">>>>");
+  };
+  int content = form("0 0 600 800 re f ", 1);
+  for (int depth = 0; depth < 8; ++depth) {
+    content = form("/N Do ", content);
+  }
+  pdf.addPage("/N Do", "/XObject<</N " + testpdf::PdfBuilder::ref(content) + ">>");
+  pdf.write(at("slow.pdf").toStdString());
+  const auto end = std::async(std::launch::async, [this] {
+    const QEventLoop events; // without one, a thread has no events
+    PageLoader loader(*RealLibraries::get().text);
+    bool isOpen = false;
+    loader.onOpened = [&isOpen](int, const QString&) { isOpen = true; };
+    loader.open({at("slow.pdf"), {}, false});
+    loader.want({1}, PageSizing());
+    EXPECT_TRUE(waitUntil([&isOpen] { return isOpen; }));
+  });
+  // The library itself gives such a page up only after half of the usual patience.
+  EXPECT_EQ(end.wait_for(std::chrono::milliseconds(patienceMs / 4)), std::future_status::ready);
 }
 
 TEST_F(PageProblems, FilesOpenedInARowLeaveTheLast) {

@@ -22,6 +22,7 @@ namespace folivex::test {
 
 using testing::click;
 using testing::control;
+using testing::patienceMs;
 using testing::ScriptedDialogs;
 using testing::typeInto;
 using testing::waitUntil;

@@ -131,16 +131,29 @@ bool RangeWriter::hasRoomFor(int32_t pages) const {
          (m_waiting.size() < mostRanges && m_waitingPages <= mostPages - pages);
 }
 
-void RangeWriter::put(Task task) {
-  const int32_t pages = task.order ? pagesOf(*task.order) : 0;
-  const std::shared_ptr<Source> source = task.source;
+bool RangeWriter::waitForRoom(const std::shared_ptr<Source>& source, int32_t pages,
+                              std::optional<std::chrono::milliseconds> longest) {
   bool isSlow = false;
+  bool hasRoom = true;
   {
     std::unique_lock lock(m_mutex);
     if (!hasRoomFor(pages)) {
       isSlow = ++m_waits == waitsForHelp;
-      m_changed.wait(lock, [&] { return hasRoomFor(pages); });
+      hasRoom = waitUntil(
+          lock, [&] { return hasRoomFor(pages); }, longest);
     }
+  }
+  if (isSlow) {
+    callHelp(source);
+  }
+  return hasRoom;
+}
+
+void RangeWriter::put(Task task) {
+  const int32_t pages = task.order ? pagesOf(*task.order) : 0;
+  waitForRoom(task.source, pages);
+  {
+    const std::lock_guard lock(m_mutex);
     m_waitingPages += pages;
     if (task.order) {
       task.number = ++m_handed;
@@ -148,9 +161,6 @@ void RangeWriter::put(Task task) {
     m_waiting.push_back(std::move(task));
   }
   m_changed.notify_all();
-  if (isSlow) {
-    callHelp(source);
-  }
 }
 
 /** Opening a file again is worth its while only where much is left to be written. */
@@ -203,14 +213,19 @@ int32_t RangeWriter::unfinished() const {
   return static_cast<int32_t>(m_handed - finishedUpTo());
 }
 
+bool RangeWriter::waitUntil(std::unique_lock<std::mutex>& lock, const std::function<bool()>& holds,
+                            std::optional<std::chrono::milliseconds> longest) {
+  if (longest) {
+    return m_changed.wait_for(lock, *longest, holds);
+  }
+  m_changed.wait(lock, holds);
+  return true;
+}
+
 int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
   std::unique_lock lock(m_mutex);
-  const auto isDone = [this] { return unfinished() == 0; };
-  if (longest) {
-    m_changed.wait_for(lock, *longest, isDone);
-  } else {
-    m_changed.wait(lock, isDone);
-  }
+  waitUntil(
+      lock, [this] { return unfinished() == 0; }, longest);
   return unfinished();
 }
 

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -57,6 +58,10 @@ public:
   RangeWriter(const RangeWriter&) = delete;
   RangeWriter& operator=(const RangeWriter&) = delete;
 
+  /** Waits until there is room for a range of so many pages, or this long; whether there is. */
+  bool waitForRoom(const std::shared_ptr<Source>& source, int32_t pages,
+                   std::optional<std::chrono::milliseconds> longest = {});
+
   /** Takes a checked range over; waits while as many are waiting as there is room for. */
   void hand(std::shared_ptr<Source> source, RangeOrder order);
 
@@ -96,6 +101,8 @@ private:
   void perform(Source& source, RangeOrder& order, int64_t number);
   void put(Task task);
   bool hasRoomFor(int32_t pages) const;
+  bool waitUntil(std::unique_lock<std::mutex>& lock, const std::function<bool()>& holds,
+                 std::optional<std::chrono::milliseconds> longest);
   int64_t finishedUpTo() const; /**< the range of this number and all before it are done */
   int32_t unfinished() const;
   void fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason);

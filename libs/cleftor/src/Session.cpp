@@ -90,6 +90,10 @@ void Session::setWriteBehind(bool on) {
   }
 }
 
+bool Session::waitForRoom(int32_t pages, std::chrono::milliseconds longest) {
+  return !m_writer || !m_source || m_writer->waitForRoom(m_source, pages, longest);
+}
+
 int32_t Session::drain(std::optional<std::chrono::milliseconds> longest) {
   return m_writer ? m_writer->drain(longest) : 0;
 }

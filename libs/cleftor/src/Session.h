@@ -35,6 +35,8 @@ public:
 
   /** Whether ranges are written on a thread of their own; switching it off waits for them. */
   void setWriteBehind(bool on);
+  /** Whether a range of so many pages is taken over at once, after at most this long. */
+  bool waitForRoom(int32_t pages, std::chrono::milliseconds longest);
   /** Ranges that are left after this long, or after as long as it takes. */
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 

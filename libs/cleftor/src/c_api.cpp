@@ -103,6 +103,14 @@ void SetWriteBehind(int32_t on) {
   guarded(CLEFTOR_OUT_OF_MEMORY, [&](Session& session) { session.setWriteBehind(on != 0); });
 }
 
+int32_t WaitForRoom(int32_t pages, int32_t milliseconds) {
+  bool hasRoom = true; // what goes wrong shows when the range is handed over
+  guarded(CLEFTOR_DAMAGED, [&](Session& session) {
+    hasRoom = session.waitForRoom(pages, std::chrono::milliseconds(milliseconds));
+  });
+  return hasRoom ? 0 : 1;
+}
+
 int32_t DrainRanges(int32_t milliseconds) {
   int32_t left = 0;
   guarded(CLEFTOR_DAMAGED, [&](Session& session) {

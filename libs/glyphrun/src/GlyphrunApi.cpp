@@ -187,6 +187,12 @@ void CloseView(GlyphrunView* view) {
   delete view;
 }
 
+void AbortView(GlyphrunView* view) {
+  if (view != nullptr) {
+    view->view.abort();
+  }
+}
+
 int32_t GetViewPageCount(const GlyphrunView* view) {
   return view == nullptr ? 0 : view->view.pageCount();
 }

@@ -77,7 +77,7 @@ GlyphrunImage View::render(std::int32_t page, double scale) {
   if (outcome != Outcome::Ok) {
     std::free(pixels);
     throw Failure(outcome == Outcome::OutOfMemory ? GLYPHRUN_OUT_OF_MEMORY : GLYPHRUN_DAMAGED,
-                  mu.message());
+                  m_isAborted ? "the drawing was given up" : mu.message());
   }
   return {columns, rows, pixels};
 }
@@ -87,6 +87,7 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   fz_context* ctx = mu.raw();
   fz_cookie cookie{};
   const DrawingTimer timer(cookie);
+  const std::stop_callback onAbort(m_abort.get_token(), [&cookie] { cookie.abort = 1; });
   fz_pixmap* pixmap = nullptr;
   fz_device* device = nullptr;
   pdf_page* loaded = m_reader.file().loadForDrawing(page - 1);
@@ -127,6 +128,11 @@ const std::vector<GlyphrunWord>& View::words(std::int32_t page) {
                       word.right, word.bottom});
   }
   return m_list;
+}
+
+void View::abort() {
+  m_isAborted = true;
+  m_abort.request_stop();
 }
 
 } // namespace glyphrun

@@ -5,6 +5,8 @@
 
 #include <glyphrun/glyphrun.h>
 
+#include <atomic>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -14,7 +16,7 @@ namespace glyphrun {
 class View {
 public:
   View(const std::u16string& path, const std::u16string& password)
-      : m_reader(PdfFile::open(path, password)) {}
+      : m_reader(PdfFile::open(path, password, {}, &m_isAborted)) {}
 
   std::int32_t pageCount() const { return m_reader.file().pageCount(); }
   PageFrame frameOf(std::int32_t page);
@@ -23,11 +25,15 @@ public:
   void setWordSpacing(double factor) { m_reader.setWordSpacing(factor); }
   /** In reading order; the view's own until the next call. */
   const std::vector<GlyphrunWord>& words(std::int32_t page);
+  /** For any thread; see AbortView. */
+  void abort();
 
 private:
   void requirePage(std::int32_t page);
   Outcome draw(std::int32_t page, int width, int height, unsigned char* pixels);
 
+  std::atomic<bool> m_isAborted = false; /**< ends what heeds no cookie; outlives the reader */
+  std::stop_source m_abort;              /**< reaches the cookie */
   PageReader m_reader;
   PageWords m_pageWords;
   std::vector<GlyphrunWord> m_list;

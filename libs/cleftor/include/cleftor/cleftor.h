@@ -122,6 +122,12 @@ CLEFTOR_API void SetPageRotation(int32_t degrees);
 CLEFTOR_API void SetWriteBehind(int32_t on);
 
 /**
+ * Waits until SplitPdfPages would take a range of so many pages over without waiting, but at most
+ * the given milliseconds. Returns 0 when it would, else 1.
+ */
+CLEFTOR_API int32_t WaitForRoom(int32_t pages, int32_t milliseconds);
+
+/**
  * Waits until every range that was handed over is written or has failed, but at most the given
  * milliseconds; as long as it takes when they are negative. Returns how many are left: always the
  * ones handed over last.

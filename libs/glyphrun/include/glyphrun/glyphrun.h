@@ -194,6 +194,11 @@ typedef struct GlyphrunImage {
 GLYPHRUN_API GlyphrunView* OpenView(const char16_t* path, const char16_t* password,
                                     int32_t* result);
 GLYPHRUN_API void CloseView(GlyphrunView* view);
+/**
+ * Makes what another thread is at in this view end soon, and what follows at once: pictures fail,
+ * words are missing. For any thread, as long as the view is not being closed.
+ */
+GLYPHRUN_API void AbortView(GlyphrunView* view);
 GLYPHRUN_API int32_t GetViewPageCount(const GlyphrunView* view);
 /** Size in points of a page as shown. */
 GLYPHRUN_API int32_t GetViewPageSize(GlyphrunView* view, int32_t page, double* width,
