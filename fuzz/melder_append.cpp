@@ -76,7 +76,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   put(good, goodFile());
   appendOrLeave(good, any);
   appendOrLeave(good, any);
-  FinishAppends();
   fs::remove_all(folder);
   return 0;
 }

@@ -279,7 +279,6 @@ void JobDriver::processFile(const SplitSetup& setup, const QString& source, Repo
   pipeline.run();
   closeNameList();
   writer.finish();
-  m_libraries.append.FinishAppends();
   m_emails.drop(writer.unwrittenPaths());
   if (setup.createList) {
     m_emails.clear(); // no file was written

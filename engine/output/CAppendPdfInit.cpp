@@ -12,7 +12,6 @@ CAppendPdfInit::CAppendPdfInit()
   bind(GetStatus, "GetStatus");
   bind(getAppendPDFToFile, "getAppendPDFToFile");
   bind(getAppendPDFFile, "getAppendPDFFile");
-  bind(FinishAppends, "FinishAppends");
   bind(MelderLastErrorText, "MelderLastErrorText");
 }
 

@@ -22,7 +22,6 @@ public:
   Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFToFile;
   Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFFile;
 
-  Operation<void()> FinishAppends;
   Operation<const char16_t*()> MelderLastErrorText;
 
   QString lastErrorText() const;

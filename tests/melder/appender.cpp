@@ -1,16 +1,11 @@
-// Appends one file to another again and again: melder_appender EXISTING ADDITION TIMES [wait|leave]
-// After each append it prints the size of the file; with "wait" it then stays until it is killed,
-// with "leave" it ends without a word to the library.
+// Appends one file to another again and again: melder_appender EXISTING ADDITION TIMES
 #include "melder/melder.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <string>
-#include <unistd.h>
 
 int main(int count, char** words) {
-  if (count < 4) {
+  if (count != 4) {
     return 2;
   }
   const std::filesystem::path existing(words[1]);
@@ -19,15 +14,6 @@ int main(int count, char** words) {
     if (getAppendPDFToFile(addition.u16string().c_str(), existing.u16string().c_str(), u"") == 0) {
       return 1;
     }
-    std::printf("%ju\n", static_cast<uintmax_t>(std::filesystem::file_size(existing)));
-    std::fflush(stdout);
-  }
-  const std::string ending = count > 4 ? words[4] : "";
-  if (ending == "wait") {
-    pause();
-  }
-  if (ending != "leave") {
-    FinishAppends();
   }
   return 0;
 }

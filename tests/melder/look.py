@@ -18,10 +18,6 @@ with fitz.open(path) as doc:
 
 with pikepdf.open(path) as pdf:
     print("pikepdf pages", len(pdf.pages), "warnings", len(pdf.get_warnings()))
-    node, depth = pdf.pages[-1].obj, 0
-    while "/Parent" in node:
-        node, depth = node.Parent, depth + 1
-    print("depth", depth)
     print("encrypted", pdf.is_encrypted)
     if "/AcroForm" in pdf.Root:
         print("top fields", *(str(f.get("/T")) for f in pdf.Root.AcroForm.Fields))

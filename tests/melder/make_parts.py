@@ -115,6 +115,7 @@ def flat():
 
 pages("plain.pdf", ["plain 1", "plain 2", "plain 3"])
 pages("one.pdf", ["one"], font="DejaVu")
+pages("one-other.pdf", ["two"], font="DejaVu")
 resave("plain.pdf", "packed.pdf", object_stream_mode=pikepdf.ObjectStreamMode.generate)
 resave("plain.pdf", "linear.pdf", linearize=True)
 resave("plain.pdf", "open-locked.pdf", encryption=pikepdf.Encryption(user="", owner="owner", R=6))

@@ -138,7 +138,6 @@ void Workshop::SetUp() {
 }
 
 void Workshop::TearDown() {
-  FinishAppends();
   EXPECT_TRUE(litter().empty()) << "left behind: " << litter().front();
   fs::remove_all(m_folder);
 }

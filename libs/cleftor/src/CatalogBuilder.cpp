@@ -70,10 +70,7 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.number(pageTree);
   addPlainEntries(out);
   addViewerPreferences(out);
-  if (const auto labels = m_source.labels().within(m_ranges)) {
-    out.text("/PageLabels");
-    out.append(*labels);
-  }
+  addLabels(out);
   const int outline =
       keepBookmarks ? writeOutline(m_source, m_copier, m_links, m_writer, m_ranges) : 0;
   if (outline != 0) {
@@ -103,6 +100,19 @@ void CatalogBuilder::addPlainEntries(Fragment& out) {
       out.entry(key, value);
     }
   }
+}
+
+void CatalogBuilder::addLabels(Fragment& out) {
+  const auto sections = m_source.labels().within(m_ranges);
+  if (sections.empty()) {
+    return;
+  }
+  out.text("/PageLabels<</Nums[");
+  for (const pages::PageLabels::Section& section : sections) {
+    out.integer(section.page);
+    out.value(section.shifted());
+  }
+  out.text("]>>");
 }
 
 void CatalogBuilder::addViewerPreferences(Fragment& out) {

@@ -16,7 +16,7 @@ namespace cleftor {
 class CatalogBuilder {
 public:
   CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
-                 DocumentWriter& writer, const std::vector<PageRange>& ranges)
+                 DocumentWriter& writer, const std::vector<pages::PageRange>& ranges)
       : m_source(source), m_copier(copier), m_links(links), m_form(form), m_writer(writer),
         m_ranges(ranges) {}
 
@@ -31,6 +31,7 @@ public:
 
 private:
   void addPlainEntries(Fragment& out);
+  void addLabels(Fragment& out);
   void addViewerPreferences(Fragment& out);
   void addNames(Fragment& out);
   void addForm(Fragment& out);
@@ -42,7 +43,7 @@ private:
   LinkRules& m_links;
   FormBuilder& m_form;
   DocumentWriter& m_writer;
-  const std::vector<PageRange>& m_ranges; /**< in the order of the output */
+  const std::vector<pages::PageRange>& m_ranges; /**< in the order of the output */
 };
 
 } // namespace cleftor

@@ -1,7 +1,7 @@
 #ifndef CLEFTOR_FIELD_INDEX_H
 #define CLEFTOR_FIELD_INDEX_H
 
-#include "ObjGenHash.h"
+#include "pages/ObjGenHash.h"
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -35,7 +35,7 @@ private:
   void walk();
 
   QPDFObjectHandle m_form;
-  ObjGenMap<Field> m_fields;
+  pages::ObjGenMap<Field> m_fields;
 };
 
 } // namespace cleftor

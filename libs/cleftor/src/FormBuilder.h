@@ -45,7 +45,7 @@ private:
   Source& m_source;
   ObjectCopier& m_copier;
   LinkRules& m_links;
-  ObjGenMap<Kept> m_kept;
+  pages::ObjGenMap<Kept> m_kept;
   std::vector<QPDFObjGen> m_top;
 };
 

@@ -13,7 +13,7 @@ constexpr int deepestList = 64;
 /** Writes layer configurations with every layer left out that an output does not use. */
 class Reducer {
 public:
-  Reducer(Fragment& out, const ObjGenSet& used) : m_out(out), m_used(used) {}
+  Reducer(Fragment& out, const pages::ObjGenSet& used) : m_out(out), m_used(used) {}
 
   void configuration(QPDFObjectHandle configuration) {
     m_out.text("<<");
@@ -108,7 +108,7 @@ private:
   }
 
   Fragment& m_out;
-  const ObjGenSet& m_used;
+  const pages::ObjGenSet& m_used;
 };
 
 } // namespace
@@ -125,7 +125,7 @@ LayerIndex::LayerIndex(QPDFObjectHandle catalog) : m_properties(catalog.getKey("
   }
 }
 
-Fragment LayerIndex::reducedTo(const ObjGenSet& used) const {
+Fragment LayerIndex::reducedTo(const pages::ObjGenSet& used) const {
   std::vector<std::pair<uint32_t, QPDFObjGen>> ordered;
   for (const QPDFObjGen& layer : used) {
     ordered.emplace_back(m_positions.at(layer), layer);

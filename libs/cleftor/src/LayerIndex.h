@@ -2,7 +2,7 @@
 #define CLEFTOR_LAYER_INDEX_H
 
 #include "Fragment.h"
-#include "ObjGenHash.h"
+#include "pages/ObjGenHash.h"
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -20,11 +20,11 @@ public:
   bool isLayer(QPDFObjGen object) const { return m_positions.count(object) != 0; }
 
   /** The catalog's entry for an output that uses these layers, with their states and order. */
-  Fragment reducedTo(const ObjGenSet& used) const;
+  Fragment reducedTo(const pages::ObjGenSet& used) const;
 
 private:
   QPDFObjectHandle m_properties;
-  ObjGenMap<uint32_t> m_positions;
+  pages::ObjGenMap<uint32_t> m_positions;
 };
 
 } // namespace cleftor

@@ -2,7 +2,7 @@
 #define CLEFTOR_OBJECT_CACHE_H
 
 #include "Fragment.h"
-#include "ObjGenHash.h"
+#include "pages/ObjGenHash.h"
 
 #include <memory>
 #include <string>
@@ -36,8 +36,8 @@ public:
 private:
   static constexpr size_t room = size_t{12} * 1024 * 1024;
 
-  ObjGenMap<std::unique_ptr<CopiedObject>> m_kept;
-  ObjGenSet m_seen;
+  pages::ObjGenMap<std::unique_ptr<CopiedObject>> m_kept;
+  pages::ObjGenSet m_seen;
   size_t m_used = 0;
 };
 

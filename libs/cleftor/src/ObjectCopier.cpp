@@ -2,6 +2,7 @@
 
 #include "StreamPipes.h"
 #include "cleftor/cleftor.h"
+#include "pages/CryptFilter.h"
 
 #include <algorithm>
 #include <array>
@@ -47,37 +48,6 @@ bool isOfOtherType(QPDFObjectHandle dictionary) {
   }
   const std::string name = type.getName();
   return std::find(types.begin(), types.end(), name) != types.end();
-}
-
-/** Takes "/Crypt" out of a stream's filters: its data is written as anybody may read it. */
-void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
-  const auto filter = entries.find("/Filter");
-  if (filter == entries.end()) {
-    return;
-  }
-  const auto parameters = entries.find("/DecodeParms");
-  if (filter->second.isNameAndEquals("/Crypt")) {
-    entries.erase(filter);
-    entries.erase("/DecodeParms");
-    return;
-  }
-  if (!filter->second.isArray()) {
-    return;
-  }
-  std::vector<QPDFObjectHandle> filters;
-  std::vector<QPDFObjectHandle> kept;
-  const bool parallel = parameters != entries.end() && parameters->second.isArray();
-  for (int i = 0; i < filter->second.getArrayNItems(); ++i) {
-    if (filter->second.getArrayItem(i).isNameAndEquals("/Crypt")) {
-      continue;
-    }
-    filters.push_back(filter->second.getArrayItem(i));
-    kept.push_back(parallel ? parameters->second.getArrayItem(i) : QPDFObjectHandle::newNull());
-  }
-  filter->second = QPDFObjectHandle::newArray(filters);
-  if (parallel) {
-    parameters->second = QPDFObjectHandle::newArray(kept);
-  }
 }
 
 } // namespace
@@ -203,7 +173,7 @@ Fragment ObjectCopier::streamEntries(QPDFObjectHandle stream) {
   entries.erase("/StructParent");
   entries.erase("/StructParents");
   if ((m_source.facts() & CLEFTOR_FILE_ENCRYPTED) != 0) {
-    dropCryptFilter(entries);
+    pages::dropCryptFilter(entries);
   }
   if (entries.count("/Resources") != 0) {
     if (const auto resources = m_source.resources().forOwner(stream)) {

@@ -3,8 +3,8 @@
 
 #include "DocumentWriter.h"
 #include "Fragment.h"
-#include "ObjGenHash.h"
 #include "Source.h"
+#include "pages/ObjGenHash.h"
 
 #include <utility>
 #include <vector>
@@ -39,7 +39,7 @@ public:
   void copyWaiting();
 
   /** Layers that the copied objects depend on. */
-  const ObjGenSet& usedLayers() const { return m_usedLayers; }
+  const pages::ObjGenSet& usedLayers() const { return m_usedLayers; }
 
 private:
   void copy(QPDFObjGen object, int number);
@@ -52,9 +52,9 @@ private:
 
   Source& m_source;
   DocumentWriter& m_writer;
-  ObjGenMap<int> m_numbers;
+  pages::ObjGenMap<int> m_numbers;
   std::vector<std::pair<QPDFObjGen, int>> m_waiting;
-  ObjGenSet m_usedLayers;
+  pages::ObjGenSet m_usedLayers;
   std::string m_scratch;
 };
 

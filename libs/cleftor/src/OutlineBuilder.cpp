@@ -1,82 +1,47 @@
 #include "OutlineBuilder.h"
 
-#include <unordered_map>
 #include <vector>
 
 namespace cleftor {
 
 namespace {
 
-/** A bookmark of the output; relations are positions in the list of those kept, or none. */
-struct Bookmark {
-  static constexpr int none = -1;
-
-  const OutlineIndex::Item* item = nullptr;
-  int number = 0;
-  int parent = none;
-  int previous = none;
-  int next = none;
-  int first = none;
-  int last = none;
-  int visibleBelow = 0;
-};
-
-bool isOpen(const Bookmark& bookmark) {
-  QPDFObjectHandle dictionary = bookmark.item->dictionary;
-  QPDFObjectHandle count = dictionary.getKey("/Count");
-  return count.isInteger() && count.getIntValue() > 0;
-}
-
-/** Links bookmarks as siblings; parents come before what is below them. */
-void relate(std::vector<Bookmark>& list, Bookmark& root) {
-  for (size_t i = 0; i < list.size(); ++i) {
-    Bookmark& parent =
-        list[i].parent == Bookmark::none ? root : list[static_cast<size_t>(list[i].parent)];
-    list[i].previous = parent.last;
-    if (parent.last == Bookmark::none) {
-      parent.first = static_cast<int>(i);
-    } else {
-      list[static_cast<size_t>(parent.last)].next = static_cast<int>(i);
-    }
-    parent.last = static_cast<int>(i);
-  }
-  for (size_t i = list.size(); i > 0; --i) {
-    Bookmark& below = list[i - 1];
-    Bookmark& parent =
-        below.parent == Bookmark::none ? root : list[static_cast<size_t>(below.parent)];
-    parent.visibleBelow += 1 + (isOpen(below) ? below.visibleBelow : 0);
-  }
-}
+using pages::Bookmark;
 
 class Writer {
 public:
-  Writer(ObjectCopier& copier, LinkRules& links, std::vector<Bookmark>& list, const Bookmark& root)
-      : m_copier(copier), m_links(links), m_list(list), m_root(root) {}
+  /** numbers: that of the outline, then those of the bookmarks. */
+  Writer(ObjectCopier& copier, LinkRules& links, const std::vector<Bookmark>& list,
+         const std::vector<int>& numbers)
+      : m_copier(copier), m_links(links), m_list(list), m_numbers(numbers) {}
 
-  void writeAll() {
+  void writeAll(const Bookmark& root) {
     Fragment out;
     out.text("<</Type/Outlines");
-    relation(out, "/First", m_root.first);
-    relation(out, "/Last", m_root.last);
+    relation(out, "/First", root.first);
+    relation(out, "/Last", root.last);
     out.text("/Count ");
-    out.integer(m_root.visibleBelow);
+    out.integer(root.visibleBelow);
     out.text(">>");
-    m_copier.write(m_root.number, out);
-    for (const Bookmark& bookmark : m_list) {
-      write(bookmark);
+    m_copier.write(numberOf(Bookmark::none), out);
+    for (size_t i = 0; i < m_list.size(); ++i) {
+      write(m_list[i], m_numbers[i + 1]);
     }
   }
 
 private:
+  /** Of a bookmark, or of the outline itself for none. */
+  int numberOf(int position) const { return m_numbers[static_cast<size_t>(position + 1)]; }
+
   void relation(Fragment& out, const char* key, int position) {
     if (position != Bookmark::none) {
       out.text(key);
       out.separate();
-      out.number(m_list[static_cast<size_t>(position)].number);
+      out.number(numberOf(position));
     }
   }
 
-  void write(const Bookmark& bookmark) {
+  void write(const Bookmark& bookmark, int number) {
     QPDFObjectHandle source = bookmark.item->dictionary;
     Fragment out;
     out.text("<<");
@@ -86,16 +51,14 @@ private:
       }
     }
     out.text("/Parent ");
-    out.number(bookmark.parent == Bookmark::none
-                   ? m_root.number
-                   : m_list[static_cast<size_t>(bookmark.parent)].number);
+    out.number(numberOf(bookmark.parent));
     relation(out, "/Prev", bookmark.previous);
     relation(out, "/Next", bookmark.next);
     relation(out, "/First", bookmark.first);
     relation(out, "/Last", bookmark.last);
     if (bookmark.visibleBelow != 0) {
       out.text("/Count ");
-      out.integer(isOpen(bookmark) ? bookmark.visibleBelow : -bookmark.visibleBelow);
+      out.integer(bookmark.isOpen() ? bookmark.visibleBelow : -bookmark.visibleBelow);
     }
     if (QPDFObjectHandle target = source.getKey("/Dest"); !target.isNull()) {
       m_links.writeDestination(out, "/Dest", target);
@@ -103,40 +66,31 @@ private:
       m_links.writeAction(out, "/A", action);
     }
     out.text(">>");
-    m_copier.write(bookmark.number, out);
+    m_copier.write(number, out);
   }
 
   ObjectCopier& m_copier;
   LinkRules& m_links;
-  std::vector<Bookmark>& m_list;
-  const Bookmark& m_root;
+  const std::vector<Bookmark>& m_list;
+  const std::vector<int>& m_numbers;
 };
 
 } // namespace
 
 int writeOutline(Source& source, ObjectCopier& copier, LinkRules& links, DocumentWriter& writer,
-                 const std::vector<PageRange>& ranges) {
+                 const std::vector<pages::PageRange>& ranges) {
   const std::vector<int32_t> positions = source.outline().within(ranges);
   if (positions.empty()) {
     return 0;
   }
   Bookmark root;
-  root.number = writer.reserve();
-  std::vector<Bookmark> list;
-  std::unordered_map<int32_t, int> places;
-  for (const int32_t position : positions) {
-    Bookmark bookmark;
-    bookmark.item = &source.outline().item(position);
-    bookmark.number = writer.reserve();
-    if (bookmark.item->parent != OutlineIndex::none) {
-      bookmark.parent = places.at(bookmark.item->parent);
-    }
-    places.emplace(position, static_cast<int>(list.size()));
-    list.push_back(bookmark);
+  const std::vector<Bookmark> list = pages::bookmarksAt(source.outline(), positions, root);
+  std::vector<int> numbers;
+  for (size_t i = 0; i <= list.size(); ++i) {
+    numbers.push_back(writer.reserve());
   }
-  relate(list, root);
-  Writer(copier, links, list, root).writeAll();
-  return root.number;
+  Writer(copier, links, list, numbers).writeAll(root);
+  return numbers.front();
 }
 
 } // namespace cleftor

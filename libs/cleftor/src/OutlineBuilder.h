@@ -10,7 +10,7 @@ namespace cleftor {
  * target when bookmarks below it are kept. Returns the number of the outline, 0 when there is none.
  */
 int writeOutline(Source& source, ObjectCopier& copier, LinkRules& links, DocumentWriter& writer,
-                 const std::vector<PageRange>& ranges);
+                 const std::vector<pages::PageRange>& ranges);
 
 } // namespace cleftor
 

@@ -20,7 +20,7 @@ struct RangeSettings {
 class RangeBuilder {
 public:
   /** file is not kept by the builder; whoever made it does that. */
-  RangeBuilder(Source& source, std::vector<PageRange> ranges, const RangeSettings& settings,
+  RangeBuilder(Source& source, std::vector<pages::PageRange> ranges, const RangeSettings& settings,
                common::AsideFile& file);
 
   void write();
@@ -42,7 +42,7 @@ private:
   void dropStrayRelations(Entries& entries);
 
   Source& m_source;
-  std::vector<PageRange> m_ranges;
+  std::vector<pages::PageRange> m_ranges;
   std::vector<int32_t> m_pages; /**< indexes in the source, in the order of the output */
   RangeSettings m_settings;
   DocumentWriter m_writer;
@@ -50,7 +50,7 @@ private:
   LinkRules m_links;
   FormBuilder m_form;
   std::vector<int> m_pageNumbers; /**< as m_pages */
-  ObjGenSet m_annotationsWritten;
+  pages::ObjGenSet m_annotationsWritten;
   int m_treeNumber = 0;
 };
 

@@ -43,7 +43,7 @@ int32_t pagesOf(const RangeOrder& order) {
   return pages;
 }
 
-std::string pagesText(const PageRange& range) {
+std::string pagesText(const pages::PageRange& range) {
   return std::to_string(range.first) + " to " + std::to_string(range.last);
 }
 
@@ -61,7 +61,7 @@ void checkOrder(const Source& source, const RangeOrder& order) {
   if (order.ranges.empty()) {
     throw Failure(CLEFTOR_BAD_RANGE, "No pages were asked for");
   }
-  for (const PageRange& range : order.ranges) {
+  for (const pages::PageRange& range : order.ranges) {
     if (range.first < 1 || range.last < range.first || range.last > source.pageCount()) {
       throw Failure(CLEFTOR_BAD_RANGE, "\"" + source.path() + "\" has no pages " +
                                            pagesText(range) + ", it has " +
@@ -76,7 +76,7 @@ void checkOrder(const Source& source, const RangeOrder& order) {
 }
 
 void writeRange(Source& source, const RangeOrder& order) {
-  std::vector<PageRange> indexes;
+  std::vector<pages::PageRange> indexes;
   for (const auto& [first, last] : order.ranges) {
     indexes.push_back({first - 1, last - 1});
   }

@@ -22,7 +22,7 @@ namespace cleftor {
 /** Ranges to be written to one file, in their order; pages count from 1 here. */
 struct RangeOrder {
   std::string target;
-  std::vector<PageRange> ranges;
+  std::vector<pages::PageRange> ranges;
   RangeSettings settings;
 
   int32_t firstPage() const { return ranges.front().first; }

@@ -124,7 +124,7 @@ private:
 
   QPDFObjectHandle m_resources;
   ContentNames m_names;
-  ObjGenSet m_seen;
+  pages::ObjGenSet m_seen;
 };
 
 } // namespace

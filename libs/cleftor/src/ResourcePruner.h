@@ -3,7 +3,7 @@
 
 #include "ContentNames.h"
 #include "Fragment.h"
-#include "ObjGenHash.h"
+#include "pages/ObjGenHash.h"
 
 #include <optional>
 #include <vector>
@@ -32,8 +32,8 @@ private:
   static bool holdsStream(QPDFObjectHandle value, int depth);
   static Fragment usedPart(QPDFObjectHandle resources, const ContentNames& names);
 
-  ObjGenMap<bool> m_heavy;
-  ObjGenMap<bool> m_worth;
+  pages::ObjGenMap<bool> m_heavy;
+  pages::ObjGenMap<bool> m_worth;
 };
 
 } // namespace cleftor

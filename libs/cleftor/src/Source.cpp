@@ -1,11 +1,11 @@
 #include "Source.h"
 
-#include "SourceInput.h"
 #include "cleftor/cleftor.h"
 #include "common/Failure.h"
+#include "pages/QuietDocument.h"
+#include "pages/SourceInput.h"
 
 #include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFLogger.hh>
 
 #include <algorithm>
 #include <cctype>
@@ -14,21 +14,6 @@ namespace cleftor {
 
 using common::Failure;
 using common::refuseToOpen;
-
-namespace {
-
-std::shared_ptr<QPDF> quietDocument() {
-  auto document = QPDF::create();
-  const auto logger = QPDFLogger::create();
-  logger->setInfo(logger->discard());
-  logger->setWarn(logger->discard());
-  logger->setError(logger->discard());
-  document->setLogger(logger);
-  document->setSuppressWarnings(true);
-  return document;
-}
-
-} // namespace
 
 Source::Source(const std::string& path, const std::vector<std::string>& passwords) : m_path(path) {
   open(passwords);
@@ -67,8 +52,8 @@ void Source::open(const std::vector<std::string>& passwords) {
 
 /** False when the password is not right; any other fault throws. */
 bool Source::openWith(const std::string& password) {
-  auto document = quietDocument();
-  auto input = std::make_shared<SourceInput>(m_path);
+  auto document = pages::quietDocument();
+  auto input = std::make_shared<pages::SourceInput>(m_path);
   try {
     document->processInputSource(input, password.c_str());
   } catch (const QPDFExc& error) {
@@ -91,16 +76,17 @@ bool Source::openWith(const std::string& password) {
 
 /** The walk meets every page. Of a long document most of them leave the memory at once. */
 void Source::readPages() {
-  m_pages = std::make_unique<PageTable>(*m_document, [this](int32_t page, QPDFObjGen object) {
-    if (page >= residentPages && mayRenew()) {
-      letGoOf(object);
-    }
-  });
+  m_pages =
+      std::make_unique<pages::PageTable>(*m_document, [this](int32_t page, QPDFObjGen object) {
+        if (page >= residentPages && mayRenew()) {
+          letGoOf(object);
+        }
+      });
   if (m_pages->madeObjects() && !m_gone.empty()) {
     // Page numbers of this document are not those of the file, so nothing can be read anew.
     m_gone.clear();
     open({m_password});
-    m_pages = std::make_unique<PageTable>(*m_document, [](int32_t, QPDFObjGen) {});
+    m_pages = std::make_unique<pages::PageTable>(*m_document, [](int32_t, QPDFObjGen) {});
   }
 }
 
@@ -116,7 +102,7 @@ void Source::letGoOf(QPDFObjGen object) {
 }
 
 void Source::renew() {
-  auto document = quietDocument();
+  auto document = pages::quietDocument();
   try {
     document->processInputSource(m_input, m_password.c_str());
   } catch (const std::bad_alloc&) {
@@ -195,10 +181,8 @@ void Source::gatherFacts() {
   if (m_document->isEncrypted()) {
     m_facts |= CLEFTOR_FILE_ENCRYPTED;
   }
-  for (const QPDFExc& warning : m_document->getWarnings()) {
-    if (warning.getMessageDetail().find("reconstruct") != std::string::npos) {
-      m_facts |= CLEFTOR_FILE_REPAIRED;
-    }
+  if (pages::isRepaired(*m_document)) {
+    m_facts |= CLEFTOR_FILE_REPAIRED;
   }
 }
 
@@ -224,23 +208,23 @@ std::string Source::version() const {
   return sound ? version : "1.7";
 }
 
-NamedDestinations& Source::names() {
+pages::NamedDestinations& Source::names() {
   if (!m_names) {
-    m_names = std::make_unique<NamedDestinations>(catalog(), *m_pages);
+    m_names = std::make_unique<pages::NamedDestinations>(catalog(), *m_pages);
   }
   return *m_names;
 }
 
-OutlineIndex& Source::outline() {
+pages::OutlineIndex& Source::outline() {
   if (!m_outline) {
-    m_outline = std::make_unique<OutlineIndex>(catalog(), names());
+    m_outline = std::make_unique<pages::OutlineIndex>(catalog(), names());
   }
   return *m_outline;
 }
 
-PageLabels& Source::labels() {
+pages::PageLabels& Source::labels() {
   if (!m_labels) {
-    m_labels = std::make_unique<PageLabels>(catalog());
+    m_labels = std::make_unique<pages::PageLabels>(catalog());
   }
   return *m_labels;
 }

@@ -3,13 +3,13 @@
 
 #include "FieldIndex.h"
 #include "LayerIndex.h"
-#include "NamedDestinations.h"
 #include "ObjectCache.h"
-#include "OutlineIndex.h"
-#include "PageLabels.h"
-#include "PageTable.h"
 #include "ResourcePruner.h"
-#include "SourceInput.h"
+#include "pages/NamedDestinations.h"
+#include "pages/OutlineIndex.h"
+#include "pages/PageLabels.h"
+#include "pages/PageTable.h"
+#include "pages/SourceInput.h"
 
 #include <qpdf/QPDF.hh>
 
@@ -30,7 +30,7 @@ public:
   Source(const std::string& path, const std::vector<std::string>& passwords);
 
   const std::string& path() const { return m_path; }
-  const PageTable& pages() const { return *m_pages; }
+  const pages::PageTable& pages() const { return *m_pages; }
   int32_t pageCount() const { return m_pages->count(); }
 
   /** CLEFTOR_FILE_... facts. */
@@ -55,9 +55,9 @@ public:
     return m_wholeDocument.count(object) != 0 || m_pages->isNode(object);
   }
 
-  NamedDestinations& names();
-  OutlineIndex& outline();
-  PageLabels& labels();
+  pages::NamedDestinations& names();
+  pages::OutlineIndex& outline();
+  pages::PageLabels& labels();
   FieldIndex& fields();
   LayerIndex& layers();
 
@@ -102,18 +102,18 @@ private:
 
   std::string m_path;
   std::string m_password; /**< the one that opened it */
-  std::shared_ptr<SourceInput> m_input;
+  std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;
   std::vector<std::shared_ptr<QPDF>>
       m_earlierDocuments; /**< what is known of the whole hangs on them */
-  std::unique_ptr<PageTable> m_pages;
-  ObjGenSet m_gone; /**< objects of m_document that were let go of */
-  ObjGenSet m_wholeDocument;
+  std::unique_ptr<pages::PageTable> m_pages;
+  pages::ObjGenSet m_gone; /**< objects of m_document that were let go of */
+  pages::ObjGenSet m_wholeDocument;
   int32_t m_facts = 0;
 
-  std::unique_ptr<NamedDestinations> m_names;
-  std::unique_ptr<OutlineIndex> m_outline;
-  std::unique_ptr<PageLabels> m_labels;
+  std::unique_ptr<pages::NamedDestinations> m_names;
+  std::unique_ptr<pages::OutlineIndex> m_outline;
+  std::unique_ptr<pages::PageLabels> m_labels;
   std::unique_ptr<FieldIndex> m_fields;
   std::unique_ptr<LayerIndex> m_layers;
   ObjectCache m_cache;

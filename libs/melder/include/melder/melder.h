@@ -5,7 +5,12 @@
  * crosses it. One state for the whole process (the last result); it belongs to one thread.
  *
  * At every moment the receiving file is the old one or the new one, byte for byte, also when the
- * process is killed. The cost of an append grows with what is appended, not with what is there.
+ * process is killed: the new one is written whole beside the old one (under a hidden name, which a
+ * killed process leaves there) and takes its place. So an append costs what the whole file costs to
+ * write: add parts to one file together where they are at hand together.
+ *
+ * The same files always give the same bytes, but where the receiving file is protected: protection
+ * takes random numbers.
  */
 #ifndef MELDER_MELDER_H
 #define MELDER_MELDER_H
@@ -24,7 +29,7 @@ extern "C" {
 #define MELDER_API __attribute__((visibility("default")))
 #endif
 
-#define MELDER_INTERFACE_VERSION 1
+#define MELDER_INTERFACE_VERSION 2
 
 /** What GetStatus returns. */
 enum {
@@ -45,12 +50,11 @@ MELDER_API int32_t MelderInterfaceVersion(void);
  *
  * The part keeps its annotations, field values, links, boxes, rotation, layers, page labels and
  * bookmarks (these follow those of `existing`). A field or named destination whose name is taken
- * gets another one; pages without labels are numbered by their place if others have labels.
- * Document information, attachments and protection are those of `existing`. An addition that is cut
- * off, has lost objects or holds fewer pages than it says is refused.
- *
- * Until FinishAppends a hidden working copy may lie beside `existing` (as large as it is); a killed
- * process leaves it there, and the next append to the file removes it.
+ * gets another one ("Total+1", "p0000012.chapter1"); pages without labels are numbered by their
+ * place if others have labels. Fonts and images that `existing` has on its first or last pages are
+ * not stored again. Document information, attachments and protection are those of `existing`;
+ * signatures of either file are no longer valid. An addition that is cut off, has lost objects or
+ * holds fewer pages than it says is refused.
  */
 MELDER_API int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
                                       const char16_t* options);
@@ -65,12 +69,6 @@ MELDER_API int32_t getAppendPDFFile(const char16_t* first, const char16_t* secon
 
 /** Result of the last append. */
 MELDER_API int32_t GetStatus(void);
-
-/**
- * Lets go of what is kept to make a further append to the same file cheap (a working copy beside
- * it). Called at the end of a run; also done when the library is unloaded.
- */
-MELDER_API void FinishAppends(void);
 
 /** Code and text of the last failure; English; valid until the next call. */
 MELDER_API int32_t MelderLastError(void);

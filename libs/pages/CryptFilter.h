@@ -1,0 +1,14 @@
+// CryptFilter: streams of a protected file, written where anybody may read them.
+#pragma once
+
+#include <qpdf/QPDFObjectHandle.hh>
+
+#include <map>
+#include <string>
+
+namespace pages {
+
+/// Takes "/Crypt" out of the filters of a stream's entries.
+void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries);
+
+} // namespace pages

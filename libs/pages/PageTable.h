@@ -1,0 +1,76 @@
+// PageTable: the pages of a document.
+#pragma once
+
+#include "ObjGenHash.h"
+
+#include <qpdf/QPDF.hh>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pages {
+
+/// Some pages in a row, both included; indexes from 0 unless it says otherwise.
+struct PageRange {
+  int32_t first;
+  int32_t last;
+};
+
+/// The pages of a document, each seen before it counts: no number that the file states is believed.
+/// Page indexes here count from 0.
+class PageTable {
+public:
+  /// Walks the page tree once. A node that is met again is not walked again. Each page is told
+  /// when the walk is done with it.
+  explicit PageTable(QPDF& document,
+                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage = {});
+
+  int32_t count() const { return static_cast<int32_t>(m_pages.size()); }
+
+  QPDFObjGen object(int32_t page) const { return m_pages[static_cast<size_t>(page)].object; }
+
+  /// Index of the page that the object is (the first, when the tree lists it twice).
+  std::optional<int32_t> indexOf(QPDFObjGen object) const;
+
+  /// Whether the object is an inner node of the page tree.
+  bool isNode(QPDFObjGen object) const { return m_nodeIndex.count(object) != 0; }
+
+  /// Whether pages had to be made objects of their own: the document in memory is not the file.
+  bool madeObjects() const { return m_madeObjects; }
+
+  /// Value of an entry of the nodes above the page, null when none of them has it.
+  QPDFObjectHandle inherited(int32_t page, const std::string& key) const;
+
+  /// Whether more than one page names this object as its resources.
+  bool isSharedResource(QPDFObjGen object) const { return m_sharedResources.count(object) != 0; }
+
+private:
+  struct Page {
+    QPDFObjGen object;
+    uint32_t node;
+  };
+  struct Node {
+    QPDFObjectHandle dictionary;
+    uint32_t parent;
+  };
+  struct Step;
+
+  QPDFObjectHandle findRoot();
+  void walk(QPDFObjectHandle root);
+  void addPage(QPDFObjectHandle page, uint32_t node);
+
+  QPDF& m_document;
+  std::function<void(int32_t page, QPDFObjGen object)> m_onPage;
+  bool m_madeObjects = false;
+  std::vector<Page> m_pages;
+  std::vector<Node> m_nodes;
+  ObjGenMap<int32_t> m_pageIndex;
+  ObjGenSet m_nodeIndex;
+  ObjGenSet m_resources;
+  ObjGenSet m_sharedResources;
+};
+
+} // namespace pages

@@ -1,0 +1,53 @@
+// SourceInput: a file as the parser reads it.
+#pragma once
+
+#include "common/FileIdentity.h"
+
+#include <qpdf/InputSource.hh>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace pages {
+
+/// A file, read in blocks. The parser jumps between neighbouring objects and steps back a
+/// byte at a time; a block keeps such steps out of the system. The file is read, never mapped, so
+/// one that shrinks meanwhile is a damaged file and not a dead process.
+class SourceInput : public InputSource {
+public:
+  /// Opens path (UTF-8); throws common::Failure `cannotOpen` with the system's reason.
+  explicit SourceInput(const std::string& path);
+
+  /// Whether the file turned out to be shorter than it was when it was opened. The read that finds
+  /// it throws std::runtime_error; the parser may have swallowed that.
+  bool isCut() const { return m_isCut; }
+
+  /// Tells a file from what may have taken its place.
+  const common::FileIdentity& identity() const { return m_identity; }
+
+  qpdf_offset_t findAndSkipNextEOL() override;
+  const std::string& getName() const override;
+  qpdf_offset_t tell() override;
+  void seek(qpdf_offset_t offset, int whence) override;
+  void rewind() override;
+  size_t read(char* target, size_t length) override;
+  void unreadCh(char ch) override;
+
+private:
+  /// Makes the block hold the byte at position; false at the end of the file. Throws
+  /// std::runtime_error when the file ends before its end.
+  bool load(qpdf_offset_t position);
+
+  std::string m_name;
+  std::ifstream m_file;
+  qpdf_offset_t m_size = 0;
+  common::FileIdentity m_identity;
+  qpdf_offset_t m_position = 0;
+  qpdf_offset_t m_blockStart = 0;
+  std::vector<char> m_block;
+  size_t m_blockLength = 0;
+  bool m_isCut = false;
+};
+
+} // namespace pages
