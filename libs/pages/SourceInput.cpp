@@ -19,7 +19,8 @@ constexpr size_t blockSize = size_t{64} * 1024;
 
 } // namespace
 
-SourceInput::SourceInput(const std::string& path) : m_name(path), m_block(blockSize) {
+SourceInput::SourceInput(const std::string& path, const std::atomic<bool>* stop)
+    : m_name(path), m_stop(stop), m_block(blockSize) {
   const std::filesystem::path place = common::pathOf(path);
   std::error_code error;
   const auto status = std::filesystem::status(place, error);
@@ -48,6 +49,9 @@ bool SourceInput::load(qpdf_offset_t position) {
   }
   if (position >= m_size) {
     return false;
+  }
+  if (m_stop != nullptr && *m_stop) {
+    throw std::runtime_error("reading it was stopped");
   }
   // A little of what lies before comes along: the parser reads a header again from its first byte.
   constexpr qpdf_offset_t before = 1024;

@@ -5,6 +5,7 @@
 
 #include <qpdf/InputSource.hh>
 
+#include <atomic>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -16,8 +17,9 @@ namespace pages {
 /// one that shrinks meanwhile is a damaged file and not a dead process.
 class SourceInput : public InputSource {
 public:
-  /// Opens path (UTF-8); throws common::Failure `cannotOpen` with the system's reason.
-  explicit SourceInput(const std::string& path);
+  /// Opens path (UTF-8); throws common::Failure `cannotOpen` with the system's reason. Once `*stop`
+  /// is true, which any thread may do, nothing more is read from the file.
+  explicit SourceInput(const std::string& path, const std::atomic<bool>* stop = nullptr);
 
   /// Whether the file turned out to be shorter than it was when it was opened. The read that finds
   /// it throws std::runtime_error; the parser may have swallowed that.
@@ -40,6 +42,7 @@ private:
   bool load(qpdf_offset_t position);
 
   std::string m_name;
+  const std::atomic<bool>* m_stop; ///< may be null
   std::ifstream m_file;
   qpdf_offset_t m_size = 0;
   common::FileIdentity m_identity;

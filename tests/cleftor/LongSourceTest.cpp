@@ -110,6 +110,29 @@ TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
   }
 }
 
+/** The second thread may still be opening the source when the last range is written. */
+TEST_F(LongSourceTest, ClosingClosesTheFileOfBothThreads) {
+  const fs::path file = output("long.pdf");
+  writeFile(file, longDocument());
+  const auto timesOpen = [&file] {
+    int times = 0;
+    for (const fs::directory_entry& descriptor : fs::directory_iterator("/proc/self/fd")) {
+      std::error_code ignored;
+      times += fs::read_symlink(descriptor, ignored) == file ? 1 : 0;
+    }
+    return times;
+  };
+  SetWriteBehind(1);
+  ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u""), CLEFTOR_OK);
+  for (int i = 0; i < 100 && timesOpen() < 2; ++i) {
+    ASSERT_EQ(SplitPdfPages(output().u16string().c_str(), 1, 200, pageCount), CLEFTOR_OK);
+  }
+  PdfTextDumpCloseFile();
+  EXPECT_EQ(timesOpen(), 0);
+  SetWriteBehind(0);
+  EXPECT_EQ(textOf("out.pdf"), expected(1, 200));
+}
+
 /** What cannot be read anew is a failure, never an empty page. */
 TEST_F(LongSourceTest, FileThatIsCutOffMeanwhileIsNoBlankPage) {
   const fs::path file = output("long.pdf");

@@ -1,11 +1,25 @@
 // Reading ahead on threads changes nothing but the time.
 
 #include "Pages.h"
+#include "ScarceMemory.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <fstream>
+
 namespace glyphruntest {
 namespace {
+
+/** Bytes that this process has read so far. */
+std::uint64_t bytesRead() {
+  std::ifstream counters("/proc/self/io");
+  std::string name;
+  std::uint64_t bytes = 0;
+  counters >> name >> bytes;
+  EXPECT_EQ(name, "rchar:");
+  return bytes;
+}
 
 // Enough for the threads to begin with the opening of the file.
 constexpr int pageCount = 300;
@@ -85,7 +99,52 @@ TEST_P(Ahead, ClosingEndsTheWork) {
   }
 }
 
+/** Waiting for a page of a thread that cannot even note what it is at would be for ever. */
+TEST_P(Ahead, ThreadsWithoutMemoryStandAside) {
+  const std::string last = extract(pageCount);
+  // Sometimes they are still at the file, sometimes pages ahead.
+  for (int inPeace = 2; inPeace < 40; inPeace += 4) {
+    SetReadAhead(GetParam());
+    for (int page = 1; page <= inPeace; ++page)
+      extract(page);
+    const NoMemoryForOtherThreads shortage;
+    for (int page = inPeace + 1; page < pageCount; ++page)
+      PdfTextDumpFilePages(page, page);
+    SetReadAhead(0);
+    EXPECT_EQ(extract(pageCount), last);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Threads, Ahead, testing::Values(1, 3));
+
+/** A damaged file is read whole to be opened; a thread that is at it must not hold up the closing.
+ */
+TEST(ReadAhead, ClosingEndsAnOpening) {
+  manyPages();
+  const std::string path = pathFor("damaged.pdf");
+  std::ifstream sound(pathFor("ahead.pdf"), std::ios::binary);
+  std::string bytes(std::istreambuf_iterator<char>(sound), {});
+  bytes.resize(bytes.rfind("xref\n0"));
+  for (int number = 5'000; number < 12'000; ++number)
+    bytes += std::to_string(number) + " 0 obj <</A 1>> endobj\n";
+  std::ofstream(path, std::ios::binary) << bytes;
+
+  const auto openAndClose = [&path](int threads) {
+    const std::uint64_t before = bytesRead();
+    SetReadAhead(threads);
+    PdfTextDumpOpenFile(wide(path).c_str(), u"");
+    EXPECT_EQ(GetPageCount2(), pageCount);
+    PdfTextDumpCloseFile();
+    return bytesRead() - before;
+  };
+  const std::uint64_t once = openAndClose(0);
+  constexpr int rounds = 10;
+  std::uint64_t all = 0;
+  for (int round = 0; round < rounds; ++round)
+    all += openAndClose(1);
+  EXPECT_LT(all, (2 * rounds - 1) * once);
+  SetReadAhead(0);
+}
 
 } // namespace
 } // namespace glyphruntest

@@ -105,6 +105,8 @@ void writeRange(Source& source, const RangeOrder& order) {
 RangeWriter::RangeWriter() : m_thread(&RangeWriter::work, this) {}
 
 RangeWriter::~RangeWriter() {
+  drain();
+  endHelp();
   {
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;
@@ -154,11 +156,11 @@ void RangeWriter::put(Task task) {
   waitForRoom(task.source, pages);
   {
     const std::lock_guard lock(m_mutex);
-    m_waitingPages += pages;
-    if (task.order) {
-      task.number = ++m_handed;
-    }
     m_waiting.push_back(std::move(task));
+    m_waitingPages += pages;
+    if (m_waiting.back().order) {
+      m_waiting.back().number = ++m_handed;
+    }
   }
   m_changed.notify_all();
 }
@@ -171,26 +173,22 @@ void RangeWriter::callHelp(const std::shared_ptr<Source>& source) {
   if (m_helper.joinable()) {
     m_helper.join();
   }
-  {
-    const std::lock_guard lock(m_mutex);
-    m_helped = source.get();
-  }
+  m_helpEnds = false;
+  m_isHelperOpen = true;
   try {
     m_helper = std::thread(&RangeWriter::help, this, source.get(), source->ticket());
   } catch (const std::system_error&) {
-    // The first thread writes what the second does not.
+    m_isHelperOpen = false; // the first thread writes what the second does not
   }
 }
 
-/** The second thread may still be opening its source: it ends when it finds that nobody wants it.
- */
+/** Waits for the file alone: to free a large source takes a while. Nothing may be left to write. */
 void RangeWriter::endHelp() {
-  {
-    const std::lock_guard lock(m_mutex);
-    m_helped = nullptr;
-    m_waits = 0;
-  }
+  std::unique_lock lock(m_mutex);
+  m_helpEnds = true;
+  m_waits = 0;
   m_changed.notify_all();
+  m_changed.wait(lock, [this] { return !m_isHelperOpen; });
 }
 
 int64_t RangeWriter::finishedUpTo() const {
@@ -309,22 +307,22 @@ void RangeWriter::work() {
 }
 
 void RangeWriter::help(const Source* original, const Source::Ticket& ticket) {
-  const std::shared_ptr<Source> source = Source::of(ticket);
-  if (!source) {
-    return;
-  }
+  const std::unique_ptr<Source> source = Source::of(ticket, m_helpEnds);
   std::unique_lock lock(m_mutex);
-  const auto isOver = [&] { return m_helped != original || (m_isEnding && m_waiting.empty()); };
-  for (;;) {
-    m_changed.wait(lock, [&] {
-      return isOver() ||
-             (mayBegin() && m_waiting.front().order && m_waiting.front().source.get() == original);
-    });
-    if (isOver()) {
-      return;
+  while (source && !m_helpEnds) {
+    const bool hasWork =
+        mayBegin() && m_waiting.front().order && m_waiting.front().source.get() == original;
+    if (hasWork) {
+      writeFront(lock, m_second, source.get());
+    } else {
+      m_changed.wait(lock);
     }
-    writeFront(lock, m_second, source.get());
   }
+  if (source) {
+    source->letGoOfFile();
+  }
+  m_isHelperOpen = false;
+  m_changed.notify_all();
 }
 
 } // namespace cleftor

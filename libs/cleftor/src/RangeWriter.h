@@ -4,6 +4,7 @@
 #include "RangeBuilder.h"
 #include "Source.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -69,7 +70,8 @@ public:
    * that is not written. */
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
-  /** Frees a source, which takes a while for a large one, without making the caller wait. */
+  /** Frees a source without making the caller wait for it; its file is closed at once. Only when
+   * every range is written. */
   void release(std::shared_ptr<Source> source);
 
   /** The failure of the range that was handed over first, if any; only when all before it are done,
@@ -119,8 +121,9 @@ private:
   int32_t m_lastWrittenPage = 0;
   bool m_isEnding = false;
 
-  int m_waits = 0;                  /**< of the caller, for the present source */
-  const Source* m_helped = nullptr; /**< whose ranges the second thread may write */
+  int m_waits = 0;                     /**< of the caller, for the present source */
+  std::atomic<bool> m_helpEnds{false}; /**< changed under the mutex; opening a source looks at it */
+  bool m_isHelperOpen = false;         /**< the second thread may have the file open */
 
   std::thread m_thread; /**< last, so that they see the rest complete */
   std::thread m_helper;

@@ -15,7 +15,9 @@ namespace cleftor {
 using common::Failure;
 using common::refuseToOpen;
 
-Source::Source(const std::string& path, const std::vector<std::string>& passwords) : m_path(path) {
+Source::Source(const std::string& path, const std::vector<std::string>& passwords,
+               const std::atomic<bool>* stop)
+    : m_path(path), m_stop(stop) {
   open(passwords);
   try {
     gatherFacts();
@@ -30,12 +32,12 @@ Source::Source(const std::string& path, const std::vector<std::string>& password
   forgetWarnings();
 }
 
-std::shared_ptr<Source> Source::of(const Ticket& ticket) {
+std::unique_ptr<Source> Source::of(const Ticket& ticket, const std::atomic<bool>& stop) {
   try {
-    auto source = std::make_shared<Source>(ticket.path, std::vector{ticket.password});
-    const bool same =
-        source->m_input->identity() == ticket.identity && source->pageCount() == ticket.pageCount;
-    return same ? source : nullptr;
+    auto source = std::make_unique<Source>(ticket.path, std::vector{ticket.password}, &stop);
+    const bool same = source->m_input->identity() == ticket.identity &&
+                      source->pageCount() == ticket.pageCount && !stop;
+    return same ? std::move(source) : nullptr;
   } catch (const std::exception&) {
     return nullptr;
   }
@@ -53,7 +55,7 @@ void Source::open(const std::vector<std::string>& passwords) {
 /** False when the password is not right; any other fault throws. */
 bool Source::openWith(const std::string& password) {
   auto document = pages::quietDocument();
-  auto input = std::make_shared<pages::SourceInput>(m_path);
+  auto input = std::make_shared<pages::SourceInput>(m_path, m_stop);
   try {
     document->processInputSource(input, password.c_str());
   } catch (const QPDFExc& error) {

@@ -13,6 +13,7 @@
 
 #include <qpdf/QPDF.hh>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,8 +27,9 @@ namespace cleftor {
 class Source {
 public:
   /** Tries the passwords (bytes) one after the other, then the empty one. Throws Failure
-   * CLEFTOR_CANNOT_OPEN. */
-  Source(const std::string& path, const std::vector<std::string>& passwords);
+   * CLEFTOR_CANNOT_OPEN. `stop`: see SourceInput. */
+  Source(const std::string& path, const std::vector<std::string>& passwords,
+         const std::atomic<bool>* stop = nullptr);
 
   const std::string& path() const { return m_path; }
   const pages::PageTable& pages() const { return *m_pages; }
@@ -75,8 +77,8 @@ public:
     int32_t pageCount = 0;
   };
   Ticket ticket() const { return {m_path, m_password, m_input->identity(), pageCount()}; }
-  /** Null when the file cannot be opened or is not the same any more. */
-  static std::shared_ptr<Source> of(const Ticket& ticket);
+  /** Null when the file cannot be opened, is not the same any more, or opening it was stopped. */
+  static std::unique_ptr<Source> of(const Ticket& ticket, const std::atomic<bool>& stop);
 
   /** Closes the file; nothing of the source can be read any more. */
   void letGoOfFile();
@@ -101,6 +103,7 @@ private:
   void gatherWholeDocument();
 
   std::string m_path;
+  const std::atomic<bool>* m_stop;
   std::string m_password; /**< the one that opened it */
   std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;

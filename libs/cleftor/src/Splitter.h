@@ -15,12 +15,12 @@
 namespace cleftor {
 
 /** The one state of the process: the open source, the settings and how the last range went. */
-class Session {
+class Splitter {
 public:
   /** Bytes to try one after the other. */
   using Passwords = std::vector<std::string>;
 
-  static Session& instance();
+  static Splitter& instance();
 
   /** Opens on another thread what open() is then asked for. */
   void beginOpening(const std::string& path, const Passwords& passwords);

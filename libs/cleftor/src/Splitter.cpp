@@ -1,4 +1,4 @@
-#include "Session.h"
+#include "Splitter.h"
 
 #include "cleftor/cleftor.h"
 #include "common/Utf16.h"
@@ -11,13 +11,13 @@ namespace cleftor {
 using common::Failure;
 using common::toUtf16;
 
-Session& Session::instance() {
+Splitter& Splitter::instance() {
   // Never destroyed: at the end of a process those who use it may go later than it would.
-  static Session& session = *new Session;
-  return session;
+  static Splitter& splitter = *new Splitter;
+  return splitter;
 }
 
-void Session::beginOpening(const std::string& path, const Passwords& passwords) {
+void Splitter::beginOpening(const std::string& path, const Passwords& passwords) {
   close();
   const auto open = [path, passwords] { return std::make_shared<Source>(path, passwords); };
   try {
@@ -27,14 +27,14 @@ void Session::beginOpening(const std::string& path, const Passwords& passwords) 
   }
 }
 
-void Session::open(const std::string& path, const Passwords& passwords) {
+void Splitter::open(const std::string& path, const Passwords& passwords) {
   std::optional<Opening> opening = std::exchange(m_opening, {});
   close();
   const bool isBegun = opening && opening->path == path && opening->passwords == passwords;
   m_source = isBegun ? opening->source.get() : std::make_shared<Source>(path, passwords);
 }
 
-void Session::close() {
+void Splitter::close() {
   m_opening.reset(); // waits for it
   drain();
   if (!m_source) {
@@ -47,7 +47,7 @@ void Session::close() {
   m_source.reset();
 }
 
-void Session::split(RangeOrder order, int32_t totalPages) {
+void Splitter::split(RangeOrder order, int32_t totalPages) {
   if (!m_source) {
     throw Failure(CLEFTOR_NOT_OPEN, "No file is open to be split");
   }
@@ -66,7 +66,7 @@ void Session::split(RangeOrder order, int32_t totalPages) {
   m_lastWrittenPage = order.lastPage();
 }
 
-void Session::splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order) {
+void Splitter::splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order) {
   // A range on its way to the same target must not come later than this one.
   drain();
   Source source(path, passwords);
@@ -76,7 +76,7 @@ void Session::splitAlone(const std::string& path, const Passwords& passwords, Ra
   m_lastWrittenPage = order.lastPage();
 }
 
-void Session::setWriteBehind(bool on) {
+void Splitter::setWriteBehind(bool on) {
   if (on && !m_writer) {
     m_writer = std::make_unique<RangeWriter>();
   } else if (!on && m_writer) {
@@ -90,15 +90,15 @@ void Session::setWriteBehind(bool on) {
   }
 }
 
-bool Session::waitForRoom(int32_t pages, std::chrono::milliseconds longest) {
+bool Splitter::waitForRoom(int32_t pages, std::chrono::milliseconds longest) {
   return !m_writer || !m_source || m_writer->waitForRoom(m_source, pages, longest);
 }
 
-int32_t Session::drain(std::optional<std::chrono::milliseconds> longest) {
+int32_t Splitter::drain(std::optional<std::chrono::milliseconds> longest) {
   return m_writer ? m_writer->drain(longest) : 0;
 }
 
-const FailedRange* Session::takeFailure() {
+const FailedRange* Splitter::takeFailure() {
   if (!m_leftFailures.empty()) {
     m_failure = std::move(m_leftFailures.front());
     m_leftFailures.pop_front();
@@ -110,12 +110,12 @@ const FailedRange* Session::takeFailure() {
   return m_failure ? &*m_failure : nullptr;
 }
 
-int32_t Session::lastWrittenPage() const {
+int32_t Splitter::lastWrittenPage() const {
   const int32_t behind = m_writer ? m_writer->lastWrittenPage() : 0;
   return behind != 0 ? behind : m_lastWrittenPage;
 }
 
-void Session::setRotation(int32_t degrees) {
+void Splitter::setRotation(int32_t degrees) {
   // Pages turn by quarters only; anything else goes to the quarter below.
   m_settings.rotation = degrees % 360 - degrees % 90;
 }

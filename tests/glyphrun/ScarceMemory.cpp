@@ -1,0 +1,43 @@
+#include "ScarceMemory.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <thread>
+
+namespace {
+
+std::atomic<bool> isScarce{false};
+std::atomic<std::thread::id> provided;
+
+} // namespace
+
+// The library's own calls end here as well: a program's operators go before those of its libraries.
+void* operator new(std::size_t bytes) {
+  const bool isRefused = isScarce && provided.load() != std::this_thread::get_id();
+  void* block = isRefused ? nullptr : std::malloc(bytes);
+  if (block == nullptr)
+    throw std::bad_alloc();
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept {
+  std::free(block);
+}
+
+namespace glyphruntest {
+
+NoMemoryForOtherThreads::NoMemoryForOtherThreads() {
+  provided = std::this_thread::get_id();
+  isScarce = true;
+}
+
+NoMemoryForOtherThreads::~NoMemoryForOtherThreads() {
+  isScarce = false;
+}
+
+} // namespace glyphruntest

@@ -1,0 +1,15 @@
+// Memory that the threads of the library can be refused.
+#pragma once
+
+namespace glyphruntest {
+
+/** While it lives, only the thread that made it gets memory from operator new. */
+class NoMemoryForOtherThreads {
+public:
+  NoMemoryForOtherThreads();
+  ~NoMemoryForOtherThreads();
+  NoMemoryForOtherThreads(const NoMemoryForOtherThreads&) = delete;
+  NoMemoryForOtherThreads& operator=(const NoMemoryForOtherThreads&) = delete;
+};
+
+} // namespace glyphruntest
