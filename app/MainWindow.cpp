@@ -57,7 +57,7 @@ QString takenFile(const QMimeData* data) {
 } // namespace
 
 MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
-    : m_dialogs(dialogs), m_memory(memory), m_recent(memory), m_session(*this),
+    : m_dialogs(dialogs), m_memory(memory), m_recent(memory), m_program(*this),
       m_eventPace(eventMs), m_paintPace(paintMs) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QStringLiteral("Folivex"));
@@ -223,7 +223,7 @@ void MainWindow::editWith(SetupDialog& dialog) {
   if (!isAccepted) {
     return;
   }
-  SetupStore& store = m_session.store();
+  SetupStore& store = m_program.store();
   takeSetup();
   dialog.take(store.edited());
   // The report options live in the working copy alone; the other settings come there with the next
@@ -237,7 +237,7 @@ void MainWindow::editWith(SetupDialog& dialog) {
 }
 
 SplitSetup MainWindow::currentSetup() const {
-  const SetupStore& store = m_session.store();
+  const SetupStore& store = m_program.store();
   SplitSetup edited = store.edited();
   m_panel->take(edited);
   SplitSetup setup = store.working();
@@ -246,13 +246,13 @@ SplitSetup MainWindow::currentSetup() const {
 }
 
 void MainWindow::start(const CommandLine& line) {
-  if (const QString missing = m_session.loadLibraries(); !missing.isEmpty()) {
+  if (const QString missing = m_program.loadLibraries(); !missing.isEmpty()) {
     message(missing);
     return;
   }
   m_menus->setRunning(false);
   m_runLine->setStatus(QStringLiteral("Ready."));
-  m_session.loadDefaultSetup();
+  m_program.loadDefaultSetup();
   showSetup();
   if (line.argumentCount > 0) {
     runCommandLine(line);
@@ -260,7 +260,7 @@ void MainWindow::start(const CommandLine& line) {
 }
 
 void MainWindow::showSetup() {
-  const SetupStore& store = m_session.store();
+  const SetupStore& store = m_program.store();
   SplitSetup setup = store.working();
   commitSetup(store.edited(), setup);
   m_panel->setSetup(setup);
@@ -268,14 +268,14 @@ void MainWindow::showSetup() {
 }
 
 void MainWindow::tellSetupFile() {
-  const QString path = m_session.store().currentPath();
+  const QString path = m_program.store().currentPath();
   const QString program = QStringLiteral("Folivex");
   setWindowTitle(
       path.isEmpty() ? program : QStringLiteral("%1 - %2").arg(platform::fileTitle(path), program));
 }
 
 void MainWindow::takeSetup() {
-  m_panel->take(m_session.store().edited());
+  m_panel->take(m_program.store().edited());
 }
 
 void MainWindow::tellResult(const SetupResult& result) {
@@ -304,13 +304,13 @@ void MainWindow::loadSetup() {
 }
 
 QString MainWindow::setupStartPath() const {
-  const QString current = m_session.store().currentPath();
+  const QString current = m_program.store().currentPath();
   return current.isEmpty() ? m_memory.text(QStringLiteral("folders/setup")) : current;
 }
 
 void MainWindow::loadSetupFile(const QString& path) {
   m_runLine->clearNotes();
-  if (m_session.loadSetup(path)) {
+  if (m_program.loadSetup(path)) {
     keepUsed(path);
     m_runLine->setStatus(QStringLiteral("%1 loaded.").arg(path));
   } else {
@@ -332,7 +332,7 @@ void MainWindow::saveSetup() {
   }
   m_runLine->clearNotes();
   takeSetup();
-  const SetupResult saved = m_session.store().SaveSetup(path);
+  const SetupResult saved = m_program.store().SaveSetup(path);
   tellResult(saved);
   if (saved.ok()) {
     keepUsed(path);
@@ -342,14 +342,14 @@ void MainWindow::saveSetup() {
 
 QString MainWindow::takePickedWord(int target, const PickedPlace& place) {
   takeSetup();
-  QString told = takePick(m_session.store().edited(), target, place);
+  QString told = takePick(m_program.store().edited(), target, place);
   showSetup();
   return told;
 }
 
 QString MainWindow::takePickedRange(int target, const PickedArea& area) {
   takeSetup();
-  QString told = takePick(m_session.store().edited(), target, area);
+  QString told = takePick(m_program.store().edited(), target, area);
   showSetup();
   return told;
 }
@@ -372,7 +372,7 @@ void MainWindow::about() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!m_isRunning && m_session.isReady() && !takenFile(event->mimeData()).isEmpty()) {
+  if (!m_isRunning && m_program.isReady() && !takenFile(event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
   }
 }
@@ -388,8 +388,8 @@ void MainWindow::dropEvent(QDropEvent* event) {
     return;
   }
   takeSetup();
-  m_session.store().edited().fileName = path;
-  m_session.store().edited().useCurrent = false;
+  m_program.store().edited().fileName = path;
+  m_program.store().edited().useCurrent = false;
   showSetup();
   m_runLine->setStatus(event->mimeData()->urls().size() > 1
                            ? QStringLiteral("One file is split at a time; for more there is Run, "
@@ -402,9 +402,9 @@ void MainWindow::reject() {
     stop();
     return;
   }
-  if (m_session.isReady()) {
+  if (m_program.isReady()) {
     takeSetup();
-    m_session.close();
+    m_program.close();
   }
   m_memory.keep(this);
   QDialog::reject();

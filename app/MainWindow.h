@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/MainMenus.h"
+#include "app/Program.h"
 #include "app/RecentSetups.h"
-#include "app/Session.h"
 #include "app/WindowParts.h"
 #include "app/groups/PickTargets.h"
 #include "app/groups/SetupPanel.h"
@@ -35,7 +35,7 @@ public:
   /// Loads libraries and default setup, then does what the arguments ask for.
   void start(const CommandLine& line);
 
-  Session& session() { return m_session; }
+  Program& program() { return m_program; }
 
   /// Findings, message boxes that were remembered, and the status, the newest at the end.
   QStringList lastTold() const;
@@ -115,7 +115,7 @@ private:
   WindowMemory& m_memory;
   RecentSetups m_recent;
   WindowParts m_parts;
-  Session m_session;
+  Program m_program;
   bool m_isRunning = false;
   bool m_usesStatusDialog = false;
   int m_lastPage = 1;

@@ -23,7 +23,7 @@ public:
     window.m_runLine->begin(title);
     window.m_usesStatusDialog = shown == Shown::StatusDialog;
     if (window.m_usesStatusDialog) {
-      window.m_status->begin(title, window.m_session.store().edited().fileName);
+      window.m_status->begin(title, window.m_program.store().edited().fileName);
     }
   }
   ~Running() {
@@ -54,10 +54,10 @@ public:
 };
 
 /// In automation mode nobody is asked about mails, and what there is to say of them is noted.
-void mailUnattended(Session& session, const SplitSetup& setup, Operator& person) {
-  const JobDriver& driver = session.driver();
+void mailUnattended(Program& program, const SplitSetup& setup, Operator& person) {
+  const JobDriver& driver = program.driver();
   static_cast<void>(sendUnattended(setup, finishedRun(setup.fileName, driver.emails()),
-                                   {&session.splitLibrary(), {}}, person,
+                                   {&program.splitLibrary(), {}}, person,
                                    [&driver] { return driver.state().userStop; }));
 }
 
@@ -78,28 +78,28 @@ bool MainWindow::readyFor(SetupPurpose purpose) {
   }
   takeSetup();
   if (needsDocument) {
-    m_session.store().edited().fileName = document;
+    m_program.store().edited().fileName = document;
     showSetup();
   }
   return true;
 }
 
 void MainWindow::process() {
-  if (m_isRunning || !m_session.isReady() || !readyFor(SetupPurpose::Splitting)) {
+  if (m_isRunning || !m_program.isReady() || !readyFor(SetupPurpose::Splitting)) {
     return;
   }
-  const RunState& state = m_session.driver().state();
+  const RunState& state = m_program.driver().state();
   const auto mail = [this, &state] {
     if (!state.userStop && state.outputCount > 0) {
       mailOutputs();
     }
   };
   // Mails that nobody watches are a part of the run, and its Stop is theirs.
-  const bool isUnattended = m_session.store().automation();
+  const bool isUnattended = m_program.store().automation();
   {
     const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
-    m_session.driver().StartProcessing();
-    m_session.explainNoMatch();
+    m_program.driver().StartProcessing();
+    m_program.explainNoMatch();
     if (isUnattended) {
       mail();
     }
@@ -112,24 +112,24 @@ void MainWindow::process() {
 
 void MainWindow::mailOutputs() {
   const SplitSetup setup = currentSetup();
-  if (setup.emailEnable && m_session.store().automation()) {
-    mailUnattended(m_session, setup, *this);
+  if (setup.emailEnable && m_program.store().automation()) {
+    mailUnattended(m_program, setup, *this);
   } else if (setup.emailEnable && m_parts.mailOutputs) {
-    m_parts.mailOutputs(m_session.driver(), setup);
+    m_parts.mailOutputs(m_program.driver(), setup);
   }
 }
 
 void MainWindow::mailBatchSource() {
-  const SplitSetup& setup = m_session.store().working();
-  if (setup.emailEnable && m_session.store().automation()) {
-    mailUnattended(m_session, setup, *this);
+  const SplitSetup& setup = m_program.store().working();
+  if (setup.emailEnable && m_program.store().automation()) {
+    mailUnattended(m_program, setup, *this);
   } else if (setup.emailEnable && m_parts.mailBatchSource) {
-    m_parts.mailBatchSource(m_session.driver(), setup);
+    m_parts.mailBatchSource(m_program.driver(), setup);
   }
 }
 
 void MainWindow::processList() {
-  if (m_isRunning || !m_session.isReady() || !m_parts.batchRows ||
+  if (m_isRunning || !m_program.isReady() || !m_parts.batchRows ||
       !readyFor(SetupPurpose::SplittingList)) {
     return;
   }
@@ -144,11 +144,11 @@ void MainWindow::processList() {
   BatchResult result;
   {
     const Running running(*this, QStringLiteral("Processing list"), Shown::StatusDialog);
-    result = m_session.driver().ProcessBatch(rows == nullptr ? none : *rows,
+    result = m_program.driver().ProcessBatch(rows == nullptr ? none : *rows,
                                              [this](const QString&) { mailBatchSource(); });
   }
   tellList(false);
-  if (m_session.store().working().emailEnable && m_parts.mailBatchEnd) {
+  if (m_program.store().working().emailEnable && m_parts.mailBatchEnd) {
     m_parts.mailBatchEnd();
   }
   showSetup();
@@ -164,8 +164,8 @@ void MainWindow::showMatches() {
   }
   {
     const Running running(*this, QStringLiteral("Showing matches"), Shown::StatusLine);
-    m_parts.walkMatches(m_session.driver(), currentSetup());
-    m_session.explainNoMatch();
+    m_parts.walkMatches(m_program.driver(), currentSetup());
+    m_program.explainNoMatch();
   }
   m_runLine->setStatus(QStringLiteral("Ready."));
 }
@@ -177,10 +177,10 @@ void MainWindow::plan() {
   SplitPlan plan;
   {
     const Running running(*this, QStringLiteral("Planning"), Shown::StatusDialog);
-    plan = m_session.driver().Plan();
-    m_session.explainNoMatch();
+    plan = m_program.driver().Plan();
+    m_program.explainNoMatch();
   }
-  if (m_session.driver().state().userStop) {
+  if (m_program.driver().state().userStop) {
     m_runLine->setStatus(QStringLiteral("Stopped: there is no plan of a part."));
     return;
   }
@@ -189,7 +189,7 @@ void MainWindow::plan() {
     message(plan.problem);
     return;
   }
-  m_parts.showPlan(m_session.store().edited().fileName, plan);
+  m_parts.showPlan(m_program.store().edited().fileName, plan);
 }
 
 int MainWindow::askForPage() {
@@ -197,7 +197,7 @@ int MainWindow::askForPage() {
     return 0;
   }
   QString problem;
-  const int pages = m_session.pageCount(currentSetup(), problem);
+  const int pages = m_program.pageCount(currentSetup(), problem);
   if (pages == 0) {
     message(problem);
     return 0;
@@ -223,16 +223,16 @@ void MainWindow::listPage() {
   }
   {
     const Running running(*this, QStringLiteral("Listing page %1").arg(page), Shown::StatusLine);
-    m_session.driver().ListPagePositions(page);
+    m_program.driver().ListPagePositions(page);
   }
   m_runLine->setStatus(QStringLiteral("Ready."));
 }
 
 void MainWindow::runCommandLine(const CommandLine& line) {
-  Session::Ended ended;
+  Program::Ended ended;
   {
     const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
-    ended = m_session.handleCommandLine(line);
+    ended = m_program.handleCommandLine(line);
   }
   showSetup();
   if (ended.mustEnd) {
@@ -241,7 +241,7 @@ void MainWindow::runCommandLine(const CommandLine& line) {
 }
 
 void MainWindow::stop() {
-  m_session.driver().Stop();
+  m_program.driver().Stop();
   if (m_parts.stopWalk) {
     m_parts.stopWalk();
   }
@@ -259,7 +259,7 @@ Answer MainWindow::question(const QString& text, const QString& caption) {
 }
 
 void MainWindow::note(const QString& text) {
-  if (m_session.isReady() && m_session.driver().state().commandLine) {
+  if (m_program.isReady() && m_program.driver().state().commandLine) {
     tellTerminal(text); // the window may close before anybody has read it
   }
   m_runLine->note(text);

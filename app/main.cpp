@@ -1,6 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/DisplayProbe.h"
-#include "app/Session.h"
+#include "app/Program.h"
 #include "app/TerminalOperator.h"
 #include "app/Usage.h"
 #include "app/program/ProgramWindows.h"
@@ -23,17 +23,17 @@ constexpr int cannotStart = 1;
 
 int runUnattended(int& argc, char** argv, const CommandLine& line) {
   const QCoreApplication application(argc, argv);
-  Session* running = nullptr;
+  Program* running = nullptr;
   TerminalOperator person([&running] { running->driver().Stop(); });
-  Session session(person);
-  if (const QString missing = session.loadLibraries(); !missing.isEmpty()) {
+  Program program(person);
+  if (const QString missing = program.loadLibraries(); !missing.isEmpty()) {
     person.message(missing);
     return cannotStart;
   }
-  running = &session;
+  running = &program;
   catchSignals();
-  session.loadDefaultSetup();
-  const Session::Ended ended = session.handleCommandLine(line);
+  program.loadDefaultSetup();
+  const Program::Ended ended = program.handleCommandLine(line);
   person.clearProgress();
   return ended.exitCode;
 }

@@ -59,7 +59,7 @@ ProgramWindows::~ProgramWindows() {
 
 void ProgramWindows::start(const CommandLine& line) {
   m_main.start(line);
-  if (m_main.session().isReady() && line.argumentCount == 0) {
+  if (m_main.program().isReady() && line.argumentCount == 0) {
     lookForUpdate();
   }
 }
@@ -106,7 +106,7 @@ WindowParts ProgramWindows::parts() {
 
 PageViewer& ProgramWindows::viewer() {
   if (!m_viewer) {
-    m_viewer = std::make_unique<PageViewer>(m_main.session().textLibrary());
+    m_viewer = std::make_unique<PageViewer>(m_main.program().textLibrary());
     m_viewer->setTargets(pickTargetTexts());
     m_viewer->onWordPicked = [this](const PickedWord& word, int target) {
       m_viewer->tell(m_main.takePickedWord(target, placeOf(word)));
@@ -163,8 +163,8 @@ EmailSession& ProgramWindows::emails() {
   if (!m_emails) {
     m_emails = std::make_unique<EmailSession>(
         EmailSession::Parts{m_dialogs, &m_main, [this](const QString& text) { m_main.note(text); },
-                            [this] { return m_main.session().driver().state().userStop; }});
-    m_emails->setMeans({&m_main.session().splitLibrary(), {}});
+                            [this] { return m_main.program().driver().state().userStop; }});
+    m_emails->setMeans({&m_main.program().splitLibrary(), {}});
   }
   return *m_emails;
 }

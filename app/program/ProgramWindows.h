@@ -52,7 +52,7 @@ private:
   HeardDialogs m_dialogs;
   WindowMemory& m_memory;
   MainWindow m_main;
-  // What follows uses the libraries of the main window's session and goes first.
+  // What follows uses the libraries of the main window and goes first.
   std::unique_ptr<UpdateCheck> m_updates;
   std::unique_ptr<PageViewer> m_viewer;
   std::unique_ptr<PlanWindow> m_plan;

@@ -39,7 +39,7 @@ protected:
     m_window->setParts(parts);
     m_window->show();
     m_window->start({});
-    SplitSetup& setup = m_window->session().store().edited();
+    SplitSetup& setup = m_window->program().store().edited();
     setup = defaultSetup();
     setup.fileName = at("in.pdf");
     setup.outputDir = at("out");

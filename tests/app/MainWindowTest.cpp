@@ -67,7 +67,7 @@ TEST_F(MainWindowTest, ChoicesDisableWhatTheyMakeIdle) {
     EXPECT_FALSE(control<QCheckBox>(m_window.get(), another)->isChecked());
   }
   // A setup file may have both: showing it changes nothing.
-  SplitSetup& edited = m_window->session().store().edited();
+  SplitSetup& edited = m_window->program().store().edited();
   edited.alwaysOverwrite = edited.alwaysAppend = true;
   m_window->refresh();
   EXPECT_TRUE(m_window->currentSetup().alwaysOverwrite && m_window->currentSetup().alwaysAppend);
@@ -417,9 +417,9 @@ TEST_F(MainWindowTest, InAutomationModeMailsAreNobodysBusiness) {
   parts.mailOutputs = parts.mailBatchSource = [&](JobDriver&, const SplitSetup&) { ++windows; };
   parts.mailBatchEnd = [] {};
   open(parts);
-  m_window->session().store().setUnattended(true);
-  m_window->session().driver().setAutomation(true);
-  SplitSetup& setup = m_window->session().store().edited();
+  m_window->program().store().setUnattended(true);
+  m_window->program().driver().setAutomation(true);
+  SplitSetup& setup = m_window->program().store().edited();
   setup.emailEnable = setup.emailConfirm = true;
   setup.emailSmtp = "127.0.0.1:1";
   setup.emailFrom = "office@example.org";

@@ -157,8 +157,8 @@ protected:
 
 TEST_F(SettingsReach, EverySettingComesBackFromTheFile) {
   open();
-  m_window->session().store().edited().useOutlook = true;
-  m_window->session().store().edited().emailFrom.clear();
+  m_window->program().store().edited().useOutlook = true;
+  m_window->program().store().edited().emailFrom.clear();
   m_window->refresh();
   for (const char* window : {report, other, command, email, mainWindow}) {
     setAllIn(window);
@@ -187,7 +187,7 @@ TEST_F(SettingsReach, EverySettingComesBackFromTheFile) {
 
 TEST_F(SettingsReach, SettingsWithoutAControlAreKept) {
   open();
-  m_window->session().store().working().stripEnd = 3;
+  m_window->program().store().working().stripEnd = 3;
   setAllIn(report);
   EXPECT_EQ(save("kept.fxs")["STRIPEND"], "3");
 }

@@ -207,7 +207,7 @@ TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   click(&main(), "showButton");
   next.stop();
   EXPECT_GE(matches, 3);
-  EXPECT_TRUE(main().session().driver().state().matchesShown >= 1);
+  EXPECT_TRUE(main().program().driver().state().matchesShown >= 1);
 }
 
 } // namespace folivex::testing

@@ -1,4 +1,4 @@
-// Session: one start of the program without its window.
+// Program: what lives as long as the program, without its windows.
 #pragma once
 
 #include "app/CommandLine.h"
@@ -13,12 +13,12 @@
 
 namespace folivex {
 
-/// Owns what lives as long as the program: the libraries, the setup and the driver. A window or a
+/// The libraries, the setup and the driver, and what a start with arguments does. A window or a
 /// terminal is its Operator.
-class Session {
+class Program {
 public:
-  explicit Session(Operator& person);
-  ~Session();
+  explicit Program(Operator& person);
+  ~Program();
 
   /// Loads the three libraries in their order. Empty, or the message for the first that did not
   /// load; then nothing else may be called.

@@ -1,4 +1,4 @@
-#include "app/Session.h"
+#include "app/Program.h"
 
 #include "app/PlanPrinter.h"
 #include "engine/job/SourceFile.h"
@@ -85,11 +85,11 @@ QStringList sourcesOf(const CommandLine& line) {
 
 } // namespace
 
-Session::Session(Operator& person) : m_person(person) {}
+Program::Program(Operator& person) : m_person(person) {}
 
-Session::~Session() = default;
+Program::~Program() = default;
 
-QString Session::loadLibraries() {
+QString Program::loadLibraries() {
   m_text = std::make_unique<CPDFTextDumpInit>();
   if (!m_text->loaded) {
     m_person.note(m_text->error + QStringLiteral(" (%1)").arg(m_text->errorDetail));
@@ -111,7 +111,7 @@ QString Session::loadLibraries() {
   return {};
 }
 
-void Session::report(const SetupResult& result) {
+void Program::report(const SetupResult& result) {
   if (!result.message.isEmpty()) {
     if (m_store.automation()) {
       m_person.note(result.message);
@@ -124,25 +124,25 @@ void Session::report(const SetupResult& result) {
   }
 }
 
-void Session::loadDefaultSetup() {
+void Program::loadDefaultSetup() {
   const QString path = m_store.DefaultSetupPath();
   report(m_store.LoadSetup(path, LoadMode::AutomationCheck));
   loadSetup(path); // a first start has none
 }
 
-bool Session::loadSetup(const QString& path) {
+bool Program::loadSetup(const QString& path) {
   const SetupResult loaded = m_store.LoadSetup(path);
   m_driver->setAutomation(m_store.automation());
   report(loaded);
   return loaded.ok();
 }
 
-void Session::setUnattended(bool on) {
+void Program::setUnattended(bool on) {
   m_store.setUnattended(on);
   m_driver->setAutomation(m_store.automation());
 }
 
-Session::Ended Session::handleCommandLine(const CommandLine& line) {
+Program::Ended Program::handleCommandLine(const CommandLine& line) {
   m_driver->setCommandLine(true);
   m_plan = line.plan;
   m_setupPath.clear();
@@ -166,7 +166,7 @@ Session::Ended Session::handleCommandLine(const CommandLine& line) {
   return {code && (line.closes() || *code != stoppedExitCode), code.value_or(m_exitCode)};
 }
 
-std::optional<int> Session::performAll(const CommandLine& line) {
+std::optional<int> Program::performAll(const CommandLine& line) {
   for (const CommandAction& action : line.actions) {
     if (const std::optional<int> code = perform(action)) {
       return code;
@@ -176,7 +176,7 @@ std::optional<int> Session::performAll(const CommandLine& line) {
 }
 
 /// A setup or a password behind the last file is most likely a slip.
-void Session::tellUnused(const CommandLine& line) {
+void Program::tellUnused(const CommandLine& line) {
   const char* unused = nullptr;
   for (const CommandAction& action : line.actions) {
     switch (action.kind) {
@@ -200,7 +200,7 @@ void Session::tellUnused(const CommandLine& line) {
   }
 }
 
-std::optional<int> Session::perform(const CommandAction& action) {
+std::optional<int> Program::perform(const CommandAction& action) {
   switch (action.kind) {
   case CommandAction::Kind::SetPassword:
     m_password = action.value;
@@ -222,7 +222,7 @@ std::optional<int> Session::perform(const CommandAction& action) {
   return std::nullopt;
 }
 
-std::optional<int> Session::loadNamedSetup() {
+std::optional<int> Program::loadNamedSetup() {
   if (m_setupPath.isEmpty()) {
     return std::nullopt;
   }
@@ -240,7 +240,7 @@ std::optional<int> Session::loadNamedSetup() {
   return std::nullopt;
 }
 
-std::optional<int> Session::processSource(const QString& path) {
+std::optional<int> Program::processSource(const QString& path) {
   setUnattended(true);
   if (!platform::isReadableFile(path)) {
     m_person.note(QStringLiteral("%1: the file cannot be read").arg(path));
@@ -252,7 +252,7 @@ std::optional<int> Session::processSource(const QString& path) {
   return runOne(path);
 }
 
-std::optional<int> Session::runOne(const QString& path) {
+std::optional<int> Program::runOne(const QString& path) {
   m_store.edited().fileName = path;
   if (m_plan != PlanOutput::None) {
     return planOne(path);
@@ -278,7 +278,7 @@ std::optional<int> Session::runOne(const QString& path) {
   return std::nullopt;
 }
 
-bool Session::mailOutputs(const QString& source) {
+bool Program::mailOutputs(const QString& source) {
   const SplitSetup& setup = m_store.working();
   if (!setup.emailEnable) {
     return true;
@@ -290,7 +290,7 @@ bool Session::mailOutputs(const QString& source) {
   return result.complete || setup.emailConfirm;
 }
 
-std::optional<int> Session::planOne(const QString& path) {
+std::optional<int> Program::planOne(const QString& path) {
   const SplitPlan plan = m_driver->Plan();
   if (m_driver->state().userStop) {
     m_person.note(QStringLiteral("%1: stopped; a plan of a part would mislead").arg(path));
@@ -309,7 +309,7 @@ std::optional<int> Session::planOne(const QString& path) {
   return std::nullopt;
 }
 
-void Session::explainNoMatch() {
+void Program::explainNoMatch() {
   const RunState& state = m_driver->state();
   if (state.rangeCount > 0 || state.emptiedRanges > 0 || state.userStop ||
       state.error != RunError::None) {
@@ -320,14 +320,14 @@ void Session::explainNoMatch() {
   }
 }
 
-int Session::pageCount(const SplitSetup& setup, QString& problem) {
+int Program::pageCount(const SplitSetup& setup, QString& problem) {
   SourceFile file({*m_text, *m_split});
   const int pages = file.countPages(platform::withoutTrailingBlanks(setup.fileName), setup);
   problem = file.problem();
   return pages;
 }
 
-std::optional<int> Session::processFolder(const QString& pattern) {
+std::optional<int> Program::processFolder(const QString& pattern) {
   setUnattended(true);
   const QString folder = platform::folderOf(pattern);
   if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
@@ -349,7 +349,7 @@ std::optional<int> Session::processFolder(const QString& pattern) {
   return std::nullopt;
 }
 
-void Session::close() {
+void Program::close() {
   const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
   if (!saved.ok()) {
     m_person.note(saved.message);

@@ -1,5 +1,5 @@
 // One start with arguments, and what it leaves to the person who goes on at the window.
-#include "app/Session.h"
+#include "app/Program.h"
 #include "tests/app/ProgramBench.h"
 #include "tests/support/BuiltLibraries.h"
 #include "tests/support/RecordingOperator.h"
@@ -11,9 +11,9 @@ using namespace folivex::test;
 
 namespace {
 
-class SessionStart : public ProgramBench {
+class ProgramStart : public ProgramBench {
 protected:
-  SessionStart() {
+  ProgramStart() {
     if (QCoreApplication::instance() == nullptr) {
       static int count = 1;
       static char name[] = "test";
@@ -22,47 +22,47 @@ protected:
     }
     EXPECT_EQ(loadBuiltLibraries(), QString());
     qputenv("TMPDIR", QFile::encodeName(place.temporary()));
-    EXPECT_EQ(m_session.loadLibraries(), QString());
-    m_session.loadDefaultSetup();
+    EXPECT_EQ(m_program.loadLibraries(), QString());
+    m_program.loadDefaultSetup();
   }
-  ~SessionStart() override { qputenv("TMPDIR", m_temporaryBefore); }
+  ~ProgramStart() override { qputenv("TMPDIR", m_temporaryBefore); }
 
-  Session::Ended handle(const QStringList& arguments) {
-    return m_session.handleCommandLine(parseCommandLine(QStringList("folivex") + arguments));
+  Program::Ended handle(const QStringList& arguments) {
+    return m_program.handleCommandLine(parseCommandLine(QStringList("folivex") + arguments));
   }
 
   QByteArray m_temporaryBefore = qgetenv("TMPDIR");
   RecordingOperator m_person;
-  Session m_session{m_person};
+  Program m_program{m_person};
 };
 
 } // namespace
 
-TEST_F(SessionStart, UnattendedWorkIsOverWithItsArguments) {
+TEST_F(ProgramStart, UnattendedWorkIsOverWithItsArguments) {
   const QString file = source("a.pdf", {"A1"});
   EXPECT_FALSE(handle({fxs(), file}).mustEnd);
   EXPECT_EQ(outputs(), QStringList("A1.pdf"));
   EXPECT_TRUE(m_person.messages.isEmpty() && m_person.questions.isEmpty())
       << "nobody was there to answer";
-  EXPECT_FALSE(m_session.store().automation());
+  EXPECT_FALSE(m_program.store().automation());
 
-  m_session.driver().StartProcessing();
+  m_program.driver().StartProcessing();
   EXPECT_EQ(m_person.messages.size() + m_person.questions.size(), 1) << "how the run ended";
 
   writeFile(place.at("always.fxs"), contentOf(place.at("split.fxs")) + "AUTOMATION;1\r\n");
   EXPECT_FALSE(handle({"-u" + place.at("always.fxs"), file}).mustEnd);
-  EXPECT_TRUE(m_session.store().automation()) << "a setup that asks for it is heeded";
-  EXPECT_TRUE(m_session.driver().state().automation);
+  EXPECT_TRUE(m_program.store().automation()) << "a setup that asks for it is heeded";
+  EXPECT_TRUE(m_program.driver().state().automation);
 }
 
-TEST_F(SessionStart, AStopEndsTheWorkAndTheProgramOnlyWhenItWasToEnd) {
+TEST_F(ProgramStart, AStopEndsTheWorkAndTheProgramOnlyWhenItWasToEnd) {
   const QString first = source("a.pdf", {"A1", "A2", "A3"});
   const QString second = source("b.pdf", {"B1"});
-  m_person.onProgress = [this](const Progress&) { m_session.driver().Stop(); };
-  const Session::Ended stays = handle({fxs(), first, second});
+  m_person.onProgress = [this](const Progress&) { m_program.driver().Stop(); };
+  const Program::Ended stays = handle({fxs(), first, second});
   EXPECT_EQ(stays.exitCode, 1);
   EXPECT_FALSE(stays.mustEnd);
-  const Session::Ended closes = handle({fxs(), first, second, "-c"});
+  const Program::Ended closes = handle({fxs(), first, second, "-c"});
   EXPECT_EQ(closes.exitCode, 1);
   EXPECT_TRUE(closes.mustEnd);
   EXPECT_EQ(outputs().filter("B1"), QStringList());
