@@ -4,12 +4,12 @@
 #include "app/viewer/PageViewer.h"
 #include "app/viewer/PlanWindow.h"
 #include "platform/Paths.h"
-#include "tests/app/ScreenshotsScenes.h"
+#include "scripts/pictures/Scenes.h"
 
 #include <QMouseEvent>
 #include <QTest>
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 namespace {
 
@@ -73,7 +73,7 @@ private:
 SplitPlan planOf(const Studio& studio) {
   ReadyMainWindow main(studio);
   main.show(firstSplit(studio.sample));
-  SplitPlan plan = main.window().session().driver().Plan();
+  SplitPlan plan = main.window().program().driver().Plan();
   for (PlannedOutput& output : plan.outputs) {
     output.path = shownFolder() + QStringLiteral("out/") + platform::fileTitle(output.path);
   }
@@ -141,4 +141,4 @@ QImage planPicture(const Studio& studio) {
   return table.grab().toImage();
 }
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

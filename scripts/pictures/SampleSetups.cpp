@@ -1,8 +1,8 @@
 #include "engine/naming/FileNameMethod.h"
 #include "engine/plan/SplitMethod.h"
-#include "tests/app/ScreenshotsCamera.h"
+#include "scripts/pictures/Camera.h"
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 SplitSetup firstSplit(const QString& source) {
   SplitSetup setup = defaultSetup();
@@ -49,4 +49,4 @@ SplitSetup withFaults() {
   return setup;
 }
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

@@ -2,15 +2,16 @@
 #include "app/MainWindow.h"
 #include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
-#include "tests/app/ScreenshotsScenes.h"
+#include "scripts/pictures/Scenes.h"
 #include "updates/CUpdateIntervalDlg.h"
+
 #include "widgets/WindowMemory.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 void takeHelp(Camera& camera, const Studio& studio) {
   HelpWindow help(studio.dialogs);
@@ -39,6 +40,7 @@ void takeHelp(Camera& camera, const Studio& studio) {
   check.keepSettings(settings);
   CUpdateIntervalDlg updates(check, studio.dialogs);
   camera.take(updates, QStringLiteral("updates"));
+  check.keepSettings({}); // the next look begins without them
 }
 
 namespace {
@@ -144,4 +146,4 @@ bool takeDocuments(const QDir& tree, const Studio& studio) {
   return album.isComplete();
 }
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

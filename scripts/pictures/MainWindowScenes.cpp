@@ -7,14 +7,14 @@
 #include "app/dialogs/CReportOptionsDlg.h"
 #include "app/dialogs/CStatusDlg.h"
 #include "engine/plan/SplitMethod.h"
-#include "tests/app/ScreenshotsScenes.h"
+#include "scripts/pictures/Scenes.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
 
 #include <QLabel>
 #include <QTimer>
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 ReadyMainWindow::ReadyMainWindow(const Studio& studio)
     : m_window(std::make_unique<MainWindow>(studio.dialogs, studio.memory)) {
@@ -32,7 +32,7 @@ ReadyMainWindow::ReadyMainWindow(const Studio& studio)
 ReadyMainWindow::~ReadyMainWindow() = default;
 
 void ReadyMainWindow::show(const SplitSetup& setup) {
-  m_window->session().store().edited() = setup;
+  m_window->program().store().edited() = setup;
   m_window->refresh();
 }
 
@@ -131,4 +131,4 @@ void takeMessages(Camera& camera) {
   });
 }
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

@@ -6,11 +6,11 @@
 #include "mail/windows/CEmailListDlg.h"
 #include "mail/windows/CEmailStatusDlg.h"
 #include "mail/windows/CFindingsDlg.h"
-#include "tests/app/ScreenshotsScenes.h"
+#include "scripts/pictures/Scenes.h"
 
 #include <QTableView>
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 void takeBatch(Camera& camera, const Studio& studio) {
   CBatchList list(studio.dialogs);
@@ -107,4 +107,4 @@ void takeMail(Camera& camera, const Studio& studio) {
   takeSending(camera);
 }
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

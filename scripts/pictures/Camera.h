@@ -12,7 +12,7 @@
 
 #include <cstdio>
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 /// Nobody is asked anything.
 class QuietDialogs : public Dialogs {
@@ -82,4 +82,4 @@ SplitSetup byPosition();
 /// One with something wrong in every group.
 SplitSetup withFaults();
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

@@ -1,7 +1,7 @@
 // The windows that pictures are taken of. Each function opens one or some and puts them away again.
 #pragma once
 
-#include "tests/app/ScreenshotsCamera.h"
+#include "scripts/pictures/Camera.h"
 
 #include <QImage>
 
@@ -12,7 +12,7 @@ class WindowMemory;
 
 } // namespace folivex
 
-namespace folivex::screenshots {
+namespace folivex::pictures {
 
 /// What the scenes share. `sample` is the path of a real PDF.
 struct Studio {
@@ -51,4 +51,4 @@ QImage planPicture(const Studio& studio);
 /// Takes the pictures of the help and of the documents anew, into a source tree.
 bool takeDocuments(const QDir& tree, const Studio& studio);
 
-} // namespace folivex::screenshots
+} // namespace folivex::pictures

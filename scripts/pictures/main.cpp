@@ -1,14 +1,13 @@
 // Pictures of every window, at the scale that QT_SCALE_FACTOR asks for:
-//   screenshots FOLDER            all windows in both themes, to look at
-//   screenshots --documents TREE  the pictures of the help and the documents, into a source tree
-#include "tests/app/ScreenshotsScenes.h"
-#include "tests/support/BuiltLibraries.h"
+//   pictures FOLDER            all windows in both themes, to look at
+//   pictures --documents TREE  the pictures of the help and the documents, into a source tree
+#include "scripts/pictures/Scenes.h"
 #include "widgets/WindowMemory.h"
 
 #include <QTemporaryDir>
 
 using namespace folivex;
-using namespace folivex::screenshots;
+using namespace folivex::pictures;
 
 namespace {
 
@@ -46,17 +45,13 @@ bool takeAll(const QDir& folder, const Studio& studio) {
 int main(int argc, char** argv) {
   const bool forDocuments = argc == 3 && qstrcmp(argv[1], "--documents") == 0;
   if (argc != 2 && !forDocuments) {
-    std::fputs("screenshots FOLDER, or screenshots --documents TREE\n", stderr);
+    std::fputs("pictures FOLDER, or pictures --documents TREE\n", stderr);
     return 2;
   }
   const QTemporaryDir own;
   qputenv("TMPDIR", own.path().toLocal8Bit());
   choosePlatform(own);
   const QApplication application(argc, argv);
-  if (const QString problem = test::loadBuiltLibraries(); !problem.isEmpty()) {
-    std::fprintf(stderr, "%s\n", qPrintable(problem));
-    return 1;
-  }
   const QString sample = own.filePath(QStringLiteral("statements.pdf"));
   QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), sample);
   QuietDialogs dialogs;
