@@ -1,5 +1,7 @@
 #include "app/MainMenus.h"
 
+#include "widgets/Controls.h"
+
 #include <QAction>
 #include <QActionGroup>
 #include <QMenu>
@@ -81,15 +83,11 @@ void MainMenus::addCommands(QMenuBar* bar) {
       menu->addSeparator();
     }
     QAction* made = menu->addAction(QString::fromLatin1(row.text));
-    made->setObjectName(QString::fromLatin1(row.name));
+    named(made, row.name, row.toolTip);
     made->setShortcut(QKeySequence(QString::fromLatin1(row.shortcut)));
-    made->setToolTip(QString::fromLatin1(row.toolTip));
     made->setStatusTip(made->toolTip());
-    QObject::connect(made, &QAction::triggered, made, [this, command = row.command] {
-      if (onCommand) {
-        onCommand(command);
-      }
-    });
+    QObject::connect(made, &QAction::triggered, made,
+                     [this, command = row.command] { onCommand(command); });
     m_actions[row.command] = made;
   }
   for (const auto& [kind, menu] : menus) {

@@ -19,12 +19,11 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QFileInfo>
-#include <QHBoxLayout>
+#include <QLayout>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QUrl>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -52,6 +51,14 @@ QString takenFile(const QMimeData* data) {
     }
   }
   return {};
+}
+
+/// The button does what the command does, when that can be done.
+void followAction(QPushButton* button, QAction* action) {
+  const auto follow = [button, action] { button->setEnabled(action->isEnabled()); };
+  QObject::connect(action, &QAction::changed, button, follow);
+  QObject::connect(button, &QPushButton::clicked, action, &QAction::trigger);
+  follow();
 }
 
 } // namespace
@@ -83,12 +90,8 @@ void MainWindow::buildControls() {
   m_status = new CStatusDlg(this);
   m_status->onStop = [this] { stop(); };
 
-  auto* layout = new QVBoxLayout(this);
-  layout->setMenuBar(bar);
-  layout->addWidget(m_news);
-  layout->addWidget(m_panel, 1);
-  layout->addWidget(m_runLine);
-  layout->addWidget(buildButtons());
+  stack(this, {m_news, {m_panel, 1}, m_runLine, buildButtons()});
+  layout()->setMenuBar(bar);
   resizeOnScreen(this, sizeHint());
   m_memory.restore(this);
 }
@@ -100,31 +103,23 @@ QPushButton* MainWindow::commandButton(Command command, const QString& text, con
       name, text,
       key.isEmpty() ? action->toolTip() : QStringLiteral("%1 (%2)").arg(action->toolTip(), key),
       this);
-  const auto follow = [button, action] { button->setEnabled(action->isEnabled()); };
-  connect(action, &QAction::changed, button, follow);
-  connect(button, &QPushButton::clicked, action, &QAction::trigger);
-  follow();
+  followAction(button, action);
   return button;
 }
 
 QWidget* MainWindow::buildButtons() {
-  auto* row = new QWidget(this);
-  auto* buttons = new QHBoxLayout(row);
-  buttons->setContentsMargins(0, 0, 0, 0);
-  buttons->addWidget(
-      commandButton(Command::LoadSetup, QStringLiteral("&Load Setup"), "loadSetupButton"));
-  buttons->addWidget(
-      commandButton(Command::SaveSetup, QStringLiteral("Save Setup"), "saveSetupButton"));
-  buttons->addStretch(1);
-  buttons->addWidget(commandButton(Command::Stop, QStringLiteral("Stop"), "stopButton"));
-  buttons->addWidget(commandButton(Command::Plan, QStringLiteral("Plan"), "planButton"));
-  buttons->addWidget(commandButton(Command::Show, QStringLiteral("&Show"), "showButton"));
-  QPushButton* process =
-      commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
+  const auto button = [this](Command command, const char* text, const char* name) {
+    return commandButton(command, QString::fromLatin1(text), name);
+  };
+  QPushButton* load = button(Command::LoadSetup, "&Load Setup", "loadSetupButton");
+  QPushButton* save = button(Command::SaveSetup, "Save Setup", "saveSetupButton");
+  QPushButton* stop = button(Command::Stop, "Stop", "stopButton");
+  QPushButton* plan = button(Command::Plan, "Plan", "planButton");
+  QPushButton* show = button(Command::Show, "&Show", "showButton");
+  QPushButton* process = button(Command::Process, "&Process", "processButton");
   process->setDefault(true);
-  buttons->addWidget(process);
-  buttons->addWidget(commandButton(Command::Close, QStringLiteral("Close"), "closeButton"));
-  return row;
+  QPushButton* close = button(Command::Close, "Close", "closeButton");
+  return sideBySide(this, {load, save, gap(), stop, plan, show, process, close});
 }
 
 void MainWindow::connectMenus() {
@@ -135,11 +130,7 @@ void MainWindow::connectMenus() {
     applyTheme(theme);
   };
   m_menus->setRecentSetups(m_recent.paths());
-  QAction* view = m_menus->action(Command::ViewPage);
-  QPushButton* button = m_panel->viewPageButton();
-  connect(button, &QPushButton::clicked, view, &QAction::trigger);
-  connect(view, &QAction::changed, button,
-          [button, view] { button->setEnabled(view->isEnabled()); });
+  followAction(m_panel->viewPageButton(), m_menus->action(Command::ViewPage));
 }
 
 void MainWindow::setParts(WindowParts parts) {
@@ -160,57 +151,37 @@ void MainWindow::setParts(WindowParts parts) {
 }
 
 void MainWindow::command(Command command) {
-  switch (command) {
-  case Command::LoadSetup:
-    return loadSetup();
-  case Command::SaveSetup:
-    return saveSetup();
-  case Command::Close:
-    return reject();
-  case Command::Process:
-    return process();
-  case Command::ProcessList:
-    return processList();
-  case Command::Stop:
-    return stop();
-  case Command::Show:
-    return showMatches();
-  case Command::Plan:
-    return plan();
-  case Command::ViewPage:
-    return viewPage();
-  case Command::ListPage:
-    return listPage();
-  case Command::PrepareList:
-    return m_parts.prepareList();
-  case Command::LoadEmailList:
-    return m_parts.loadEmailList();
-  case Command::UpdateCheck:
-    return m_parts.updateCheck();
-  case Command::Help:
-    return openHelp();
-  case Command::ProblemReport:
-    return m_parts.problemReport();
-  case Command::About:
-    return about();
-  case Command::ReportOptions: {
-    CReportOptionsDlg dialog(m_dialogs, this);
-    return editWith(dialog);
-  }
-  case Command::OtherSettings: {
-    COtherSettingsDlg dialog(m_dialogs, this);
-    return editWith(dialog);
-  }
-  case Command::SplitCommand: {
-    CConfigureDlg dialog(m_dialogs, this);
-    return editWith(dialog);
-  }
-  case Command::EmailSettings: {
-    CEmailSettingsDlg dialog(m_dialogs, this);
+  static const std::map<Command, std::function<void(MainWindow&)>> commands = {
+      {Command::LoadSetup, &MainWindow::loadSetup},
+      {Command::SaveSetup, &MainWindow::saveSetup},
+      {Command::Close, &MainWindow::reject},
+      {Command::Process, &MainWindow::process},
+      {Command::ProcessList, &MainWindow::processList},
+      {Command::Stop, &MainWindow::stop},
+      {Command::Show, &MainWindow::showMatches},
+      {Command::Plan, &MainWindow::plan},
+      {Command::ViewPage, &MainWindow::viewPage},
+      {Command::ListPage, &MainWindow::listPage},
+      {Command::PrepareList, [](MainWindow& window) { window.m_parts.prepareList(); }},
+      {Command::LoadEmailList, [](MainWindow& window) { window.m_parts.loadEmailList(); }},
+      {Command::UpdateCheck, [](MainWindow& window) { window.m_parts.updateCheck(); }},
+      {Command::Help, &MainWindow::openHelp},
+      {Command::ProblemReport, [](MainWindow& window) { window.m_parts.problemReport(); }},
+      {Command::About, &MainWindow::about},
+      {Command::ReportOptions, &MainWindow::editIn<CReportOptionsDlg>},
+      {Command::OtherSettings, &MainWindow::editIn<COtherSettingsDlg>},
+      {Command::SplitCommand, &MainWindow::editIn<CConfigureDlg>},
+      {Command::EmailSettings, &MainWindow::editIn<CEmailSettingsDlg>},
+  };
+  commands.at(command)(*this);
+}
+
+template <typename Dialog> void MainWindow::editIn() {
+  Dialog dialog(m_dialogs, this);
+  if constexpr (std::is_same_v<Dialog, CEmailSettingsDlg>) {
     dialog.onSendTest = m_parts.sendTest;
-    return editWith(dialog);
   }
-  }
+  editWith(dialog);
 }
 
 void MainWindow::editWith(SetupDialog& dialog) {

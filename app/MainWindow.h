@@ -107,6 +107,7 @@ private:
   void listPage();
   int askForPage();
 
+  template <typename Dialog> void editIn();
   void editWith(SetupDialog& dialog);
   void openHelp();
   void about();

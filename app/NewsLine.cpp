@@ -13,19 +13,14 @@ NewsLine::NewsLine(QWidget* parent) : QFrame(parent), m_text(new QLabel(this)) {
   setFrameShape(QFrame::StyledPanel);
   setAutoFillBackground(true);
   setBackgroundRole(QPalette::Base);
-  m_text->setObjectName(QStringLiteral("newsText"));
+  named(m_text, "newsText");
   m_text->setTextFormat(Qt::PlainText); // it may come from a server
   m_text->setWordWrap(true);
   QPushButton* more = sideButton("newsMore", QStringLiteral("More..."),
-                                 QStringLiteral("See what is new, and where to get it"), this);
+                                 QStringLiteral("See what is new, and where to get it"), this,
+                                 [this] { m_onMore(); });
   QPushButton* later = sideButton("newsLater", QStringLiteral("Not now"),
-                                  QStringLiteral("Put this line away"), this);
-  connect(more, &QPushButton::clicked, this, [this] {
-    if (m_onMore) {
-      m_onMore();
-    }
-  });
-  connect(later, &QPushButton::clicked, this, &QWidget::hide);
+                                  QStringLiteral("Put this line away"), this, [this] { hide(); });
   auto* layout = new QHBoxLayout(this);
   layout->addWidget(m_text, 1);
   layout->addWidget(more);

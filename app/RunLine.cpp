@@ -1,11 +1,11 @@
 #include "app/RunLine.h"
 
+#include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
 
-#include <QHBoxLayout>
+#include <QLayout>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -22,27 +22,19 @@ constexpr int mostNotes = 5000;
 RunLine::RunLine(QWidget* parent)
     : QWidget(parent), m_status(new ElidedLabel(this)), m_bar(new QProgressBar(this)),
       m_notes(new QPlainTextEdit(this)) {
-  m_status->setObjectName(QStringLiteral("statusLine"));
-  m_status->setToolTip(QStringLiteral("What is going on"));
-  m_bar->setObjectName(QStringLiteral("progress"));
-  m_bar->setToolTip(QStringLiteral("Share of the pages that are done"));
+  named(m_status, "statusLine", "What is going on");
+  named(m_bar, "progress", "Share of the pages that are done");
   m_bar->setTextVisible(false);
   constexpr int barWidth = 160;
   m_bar->setFixedWidth(barWidth);
   m_bar->setVisible(false);
-  m_notes->setObjectName(QStringLiteral("notes"));
-  m_notes->setToolTip(QStringLiteral("What was found along the way"));
+  named(m_notes, "notes", "What was found along the way");
   m_notes->setReadOnly(true);
   m_notes->setTabChangesFocus(true);
   m_notes->setMaximumBlockCount(mostNotes);
   m_notes->setVisible(false);
-  auto* line = new QHBoxLayout;
-  line->addWidget(m_status, 1);
-  line->addWidget(m_bar);
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(m_notes);
-  layout->addLayout(line);
+  stack(this, {m_notes, sideBySide(this, {{m_status, 1}, m_bar})});
+  layout()->setContentsMargins(0, 0, 0, 0);
 }
 
 void RunLine::begin(const QString& text) {

@@ -1,6 +1,10 @@
 #include "widgets/Controls.h"
 
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
 
@@ -26,6 +30,16 @@ protected:
 /// above the middle: with less than this its title would stand above the screen.
 constexpr QSize frame(8, 80);
 
+void place(QBoxLayout& layout, std::initializer_list<Placed> controls) {
+  for (const Placed& placed : controls) {
+    if (placed.control == nullptr) {
+      layout.addStretch(placed.stretch);
+    } else {
+      layout.addWidget(placed.control, placed.stretch);
+    }
+  }
+}
+
 } // namespace
 
 QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
@@ -35,6 +49,59 @@ QPushButton* sideButton(const char* name, const QString& text, const QString& to
   button->setToolTip(toolTip);
   button->setAutoDefault(false);
   return button;
+}
+
+QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
+                        QWidget* parent, std::function<void()> onClicked) {
+  QPushButton* button = sideButton(name, text, toolTip, parent);
+  QObject::connect(button, &QPushButton::clicked, button, std::move(onClicked));
+  return button;
+}
+
+QWidget* okAndCancel(QDialog* dialog, const char* okToolTip, const char* cancelToolTip) {
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
+  named(buttons->button(QDialogButtonBox::Ok), "ok", okToolTip)->setDefault(true);
+  named(buttons->button(QDialogButtonBox::Cancel), "cancel", cancelToolTip);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+  return buttons;
+}
+
+QPushButton* browseButton(const char* name, const QString& text, const QString& toolTip,
+                          QLineEdit* field, std::function<QString(const QString&)> choose) {
+  return sideButton(name, text, toolTip, field->parentWidget(),
+                    [field, choose = std::move(choose)] {
+                      if (const QString chosen = choose(field->text()); !chosen.isEmpty()) {
+                        field->setText(chosen);
+                      }
+                    });
+}
+
+QLineEdit* numberField(QWidget* parent) {
+  constexpr int characters = 9;
+  auto* field = new QLineEdit(parent);
+  const int width = field->fontMetrics().horizontalAdvance(QString(characters, u'9'));
+  field->setFixedWidth(width + field->minimumSizeHint().width());
+  field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  return field;
+}
+
+QLabel* labelFor(QWidget* field, const QString& text) {
+  auto* label = new QLabel(text, field->parentWidget());
+  label->setBuddy(field);
+  return label;
+}
+
+QWidget* sideBySide(QWidget* parent, std::initializer_list<Placed> controls) {
+  auto* row = new QWidget(parent);
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  place(*layout, controls);
+  return row;
+}
+
+void stack(QWidget* owner, std::initializer_list<Placed> controls) {
+  place(*new QVBoxLayout(owner), controls);
 }
 
 void resizeOnScreen(QWidget* window, QSize wanted) {

@@ -1,11 +1,16 @@
 // Controls: what windows make alike.
 #pragma once
 
+#include <QLabel>
 #include <QSize>
 #include <QString>
 
+#include <functional>
+#include <initializer_list>
+
+class QDialog;
+class QLineEdit;
 class QPushButton;
-class QWidget;
 
 namespace folivex {
 
@@ -13,6 +18,48 @@ namespace folivex {
 /// beside it keeps its Enter.
 QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
                         QWidget* parent);
+
+/// The same with what it does.
+QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
+                        QWidget* parent, std::function<void()> onClicked);
+
+/// Buttons named "ok", which Enter presses, and "cancel".
+QWidget* okAndCancel(QDialog* dialog, const char* okToolTip, const char* cancelToolTip);
+
+/// A button that asks for what stands in `field`: `choose` gets that and returns what takes its
+/// place, or nothing.
+QPushButton* browseButton(const char* name, const QString& text, const QString& toolTip,
+                          QLineEdit* field, std::function<QString(const QString& now)> choose);
+
+/// Gives a control its object name and its tooltip, and back.
+template <typename Control>
+Control* named(Control* control, const char* name, const char* toolTip = "") {
+  control->setObjectName(QString::fromUtf8(name));
+  control->setToolTip(QString::fromUtf8(toolTip));
+  return control;
+}
+
+/// A line edit for a number or a position: as wide as those are.
+QLineEdit* numberField(QWidget* parent);
+
+/// A text that the Tab key's letter leads from to its field.
+QLabel* labelFor(QWidget* field, const QString& text);
+
+/// A control and its share of the room that is left; null is empty room.
+struct Placed {
+  Placed(QWidget* placed, int share = 0) : control(placed), stretch(share) {}
+  QWidget* control;
+  int stretch;
+};
+/// Room that grows between two controls.
+inline Placed gap() {
+  return {nullptr, 1};
+}
+
+/// A part of `parent` with the controls side by side, and no air around them.
+QWidget* sideBySide(QWidget* parent, std::initializer_list<Placed> controls);
+/// Lays out `owner`: the controls one below the other.
+void stack(QWidget* owner, std::initializer_list<Placed> controls);
 
 /// Gives a window that is not shown yet its first size, as far as the screen has room for it.
 void resizeOnScreen(QWidget* window, QSize wanted);

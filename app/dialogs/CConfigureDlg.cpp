@@ -9,101 +9,58 @@
 #include <QCheckBox>
 #include <QLayout>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
-
-#include <array>
 
 namespace folivex {
 
-namespace {
-
-struct Placeholder {
-  const char* text;
-  const char* meaning;
-};
-constexpr std::array placeholders = {
-    Placeholder{"[IN]", "the source"}, Placeholder{"[OUT]", "the output"},
-    Placeholder{"[START]", "first page"}, Placeholder{"[END]", "last page"}};
-
-} // namespace
-
 CConfigureDlg::CConfigureDlg(Dialogs& dialogs, QWidget* parent)
-    : SetupDialog("splitCommand", QStringLiteral("Split command"), QStringLiteral("split-command"),
-                  dialogs, parent) {
+    : SetupDialog("splitCommand", "Split command", "split-command", checkExternalCommand, dialogs,
+                  parent) {
   constexpr int startWidth = 620;
   finish({buildControls()}, {}, startWidth);
 }
 
 QWidget* CConfigureDlg::buildControls() {
   auto* controls = new QWidget(this);
-  auto* use = new QCheckBox(QStringLiteral("&Use external command"), controls);
-  m_binding.bind(&SplitSetup::configUseExternal, use);
-  m_command = new QLineEdit(controls);
-  m_binding.bind(&SplitSetup::configExternalCommand, m_command, SetupBinding::Shown::End);
-  QPushButton* browse =
-      sideButton("browseCommand", QStringLiteral("&Browse..."),
-                 QStringLiteral("Choose the program that is started for each output"), controls);
-  connect(browse, &QPushButton::clicked, this, [this] { chooseProgram(); });
-  m_parameters = new QLineEdit(controls);
-  m_binding.bind(&SplitSetup::configExternalParams, m_parameters);
-  QWidget* insert = placeholderButton(controls);
-  QWidget* offer = offerButton(controls);
-  m_binding.follow(m_command->objectName(), browse);
-  m_binding.follow(m_command->objectName(), offer);
-  m_binding.follow(m_parameters->objectName(), insert);
+  QCheckBox* use = m_binding.box(&SplitSetup::configUseExternal,
+                                 QStringLiteral("&Use external command"), controls);
+  QLineEdit* command =
+      m_binding.field(&SplitSetup::configExternalCommand, controls, SetupBinding::Shown::End);
+  QPushButton* browse = browseButton(
+      "browseCommand", QStringLiteral("&Browse..."),
+      QStringLiteral("Choose the program that is started for each output"), command,
+      [this](const QString& now) {
+        return m_dialogs.openFile(this, {QStringLiteral("Choose the external program"),
+                                         QStringLiteral("Programs (*.exe *.bat);;All files (*)"),
+                                         now,
+                                         {}});
+      });
+  QLineEdit* parameters = m_binding.field(&SplitSetup::configExternalParams, controls);
+  QPushButton* insert =
+      sideButton("insertPlaceholder", QStringLiteral("&Insert"),
+                 QStringLiteral("Put a placeholder where the cursor stands"), controls);
+  addInsertion(insert, parameters, "[IN]", "the source");
+  addInsertion(insert, parameters, "[OUT]", "the output");
+  addInsertion(insert, parameters, "[START]", "first page");
+  addInsertion(insert, parameters, "[END]", "last page");
+  QPushButton* offer =
+      sideButton("offerCommand", QStringLiteral("&Default command"),
+                 QStringLiteral("Put the usual program and its parameters into both fields"),
+                 controls, [command, parameters] {
+                   command->setText(offeredExternalCommand());
+                   parameters->setText(offeredExternalParams());
+                 });
+  m_binding.follow(command->objectName(), browse);
+  m_binding.follow(command->objectName(), offer);
+  m_binding.follow(parameters->objectName(), insert);
 
   FormGrid grid(controls, m_binding);
   controls->layout()->setContentsMargins(0, 0, 0, 0);
   grid.wide({use});
-  grid.row(QStringLiteral("&External program:"), {m_command, browse});
-  grid.row(QStringLiteral("&Parameters:"), {m_parameters, insert});
+  grid.row(QStringLiteral("&External program:"), {command, browse});
+  grid.row(QStringLiteral("&Parameters:"), {parameters, insert});
   grid.wide({offer});
   return controls;
-}
-
-QWidget* CConfigureDlg::placeholderButton(QWidget* parent) {
-  QPushButton* button =
-      sideButton("insertPlaceholder", QStringLiteral("&Insert"),
-                 QStringLiteral("Put a placeholder where the cursor stands"), parent);
-  auto* menu = new QMenu(button);
-  for (const Placeholder& placeholder : placeholders) {
-    const QString text = QString::fromLatin1(placeholder.text);
-    QAction* entry = menu->addAction(text + u'\t' + QString::fromLatin1(placeholder.meaning));
-    entry->setObjectName(text);
-    connect(entry, &QAction::triggered, this, [this, text] {
-      m_parameters->insert(text);
-      m_parameters->setFocus();
-    });
-  }
-  button->setMenu(menu);
-  return button;
-}
-
-QWidget* CConfigureDlg::offerButton(QWidget* parent) {
-  QPushButton* button = sideButton(
-      "offerCommand", QStringLiteral("&Default command"),
-      QStringLiteral("Put the usual program and its parameters into both fields"), parent);
-  connect(button, &QPushButton::clicked, this, [this] {
-    m_command->setText(offeredExternalCommand());
-    m_parameters->setText(offeredExternalParams());
-  });
-  return button;
-}
-
-void CConfigureDlg::chooseProgram() {
-  const QString chosen =
-      m_dialogs.openFile(this, {QStringLiteral("Choose the external program"),
-                                QStringLiteral("Programs (*.exe *.bat);;All files (*)"),
-                                m_command->text(),
-                                {}});
-  if (!chosen.isEmpty()) {
-    m_command->setText(chosen);
-  }
-}
-
-SettingFindings CConfigureDlg::check(const SplitSetup& setup) const {
-  return checkExternalCommand(setup);
 }
 
 } // namespace folivex

@@ -16,7 +16,6 @@ public:
   std::function<void(const SplitSetup& setup)> onSendTest;
 
 protected:
-  SettingFindings check(const SplitSetup& setup) const override;
   QSet<QString> idle(const SplitSetup& setup) const override;
   void showEvent(QShowEvent* event) override;
 
@@ -25,7 +24,6 @@ private:
   QWidget* buildSending();
   QWidget* buildMessage();
   QWidget* buildSearch();
-  void chooseLogFile();
   void sendTest();
 
   QPushButton* m_sendTest = nullptr;

@@ -8,9 +8,6 @@ namespace folivex {
 class COtherSettingsDlg : public SetupDialog {
 public:
   explicit COtherSettingsDlg(Dialogs& dialogs, QWidget* parent = nullptr);
-
-protected:
-  SettingFindings check(const SplitSetup& setup) const override;
 };
 
 } // namespace folivex

@@ -1,14 +1,9 @@
 #include "app/dialogs/CPageNumberDlg.h"
 
 #include "app/dialogs/FieldChecks.h"
-#include "app/dialogs/FormGrid.h"
+#include "widgets/Controls.h"
 
-#include <QDialogButtonBox>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -23,27 +18,11 @@ CPageNumberDlg::CPageNumberDlg(int pageCount, int page, QWidget* parent)
   m_page->setText(QString::number(std::clamp(page, 1, pageCount)));
   m_page->selectAll();
   m_problem = std::make_unique<FieldProblem>(m_page);
-  auto* label = new QLabel(QStringLiteral("&Page number:"), this);
-  label->setBuddy(m_page);
-  auto* row = new QHBoxLayout;
-  row->addWidget(label);
-  row->addWidget(m_page);
-  row->addWidget(new QLabel(QStringLiteral("of %1").arg(pageCount), this));
-  row->addStretch(1);
-
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("ok"));
-  buttons->button(QDialogButtonBox::Ok)->setToolTip(QStringLiteral("Show this page"));
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancel"));
-  buttons->button(QDialogButtonBox::Cancel)->setToolTip(QStringLiteral("Show no page"));
-  connect(buttons, &QDialogButtonBox::accepted, this, &CPageNumberDlg::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &CPageNumberDlg::reject);
-
-  auto* layout = new QVBoxLayout(this);
-  layout->addLayout(row);
-  layout->addWidget(m_problem->label());
-  layout->addStretch(1);
-  layout->addWidget(buttons);
+  QWidget* row =
+      sideBySide(this, {labelFor(m_page, QStringLiteral("&Page number:")), m_page,
+                        new QLabel(QStringLiteral("of %1").arg(pageCount), this), gap()});
+  stack(this,
+        {row, m_problem->label(), gap(), okAndCancel(this, "Show this page", "Show no page")});
 }
 
 int CPageNumberDlg::page() const {

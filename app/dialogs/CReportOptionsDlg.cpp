@@ -7,41 +7,36 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
 namespace folivex {
 
 CReportOptionsDlg::CReportOptionsDlg(Dialogs& dialogs, QWidget* parent)
-    : SetupDialog("reportOptions", QStringLiteral("Report and file options"),
-                  QStringLiteral("report-options"), dialogs, parent) {
+    : SetupDialog("reportOptions", "Report and file options", "report-options", checkReportOptions,
+                  dialogs, parent) {
   constexpr int startWidth = 620;
   finish({buildReports(), buildFiles()}, {}, startWidth);
 }
 
 QWidget* CReportOptionsDlg::buildReports() {
   auto* group = new QGroupBox(QStringLiteral("Reports"), this);
-  auto* txt = new QCheckBox(QStringLiteral("Always write out a &txt report file"), group);
-  auto* csv = new QCheckBox(QStringLiteral("Always write out a &csv report file"), group);
-  auto* current = new QCheckBox(QStringLiteral("&Always write to current source file folder\n"
-                                               "if no permissions then it will use output folder"),
-                                group);
-  auto* folder = new QLineEdit(group);
-  m_binding.bind(&SplitSetup::reportOptionsTxt, txt);
-  m_binding.bind(&SplitSetup::reportOptionsCsv, csv);
-  m_binding.bind(&SplitSetup::reportOptionsCurrent, current);
-  m_binding.bind(&SplitSetup::reportOptionsOutputFolder, folder, SetupBinding::Shown::End);
-  QPushButton* browse = sideButton("browseReportFolder", QStringLiteral("&Browse..."),
-                                   QStringLiteral("Choose the folder of the reports"), group);
+  QCheckBox* txt = m_binding.box(&SplitSetup::reportOptionsTxt,
+                                 QStringLiteral("Always write out a &txt report file"), group);
+  QCheckBox* csv = m_binding.box(&SplitSetup::reportOptionsCsv,
+                                 QStringLiteral("Always write out a &csv report file"), group);
+  QCheckBox* current =
+      m_binding.box(&SplitSetup::reportOptionsCurrent,
+                    QStringLiteral("&Always write to current source file folder\n"
+                                   "if no permissions then it will use output folder"),
+                    group);
+  QLineEdit* folder =
+      m_binding.field(&SplitSetup::reportOptionsOutputFolder, group, SetupBinding::Shown::End);
+  const QString title = QStringLiteral("Choose the folder of the reports");
+  QPushButton* browse = browseButton(
+      "browseReportFolder", QStringLiteral("&Browse..."), title, folder,
+      [this, title](const QString& now) { return m_dialogs.chooseFolder(this, title, now); });
   m_binding.follow(folder->objectName(), browse);
-  connect(browse, &QPushButton::clicked, this, [this, folder] {
-    const QString chosen = m_dialogs.chooseFolder(
-        this, QStringLiteral("Choose the folder of the reports"), folder->text());
-    if (!chosen.isEmpty()) {
-      folder->setText(chosen);
-    }
-  });
   FormGrid grid(group, m_binding);
   grid.wide({txt});
   grid.wide({csv});
@@ -52,24 +47,18 @@ QWidget* CReportOptionsDlg::buildReports() {
 
 QWidget* CReportOptionsDlg::buildFiles() {
   auto* group = new QGroupBox(QStringLiteral("Files and words"), this);
-  auto* list = new QLineEdit(group);
-  auto* removed = new QLineEdit(group);
+  QLineEdit* list =
+      m_binding.field(&SplitSetup::reportUseFileList, group, SetupBinding::Shown::End);
+  const QString title = QStringLiteral("Choose the list of names");
+  QPushButton* browse = browseButton(
+      "browseFileList", QStringLiteral("Br&owse..."), title, list,
+      [this, title](const QString& now) {
+        return m_dialogs.openFile(
+            this, {title, QStringLiteral("Text files (*.txt *.lst);;All files (*)"), now, {}});
+      });
+  QLineEdit* removed = m_binding.field(&SplitSetup::reportRemoveChars, group);
   QLineEdit* spacing = numberField(group);
-  m_binding.bind(&SplitSetup::reportUseFileList, list, SetupBinding::Shown::End);
-  m_binding.bind(&SplitSetup::reportRemoveChars, removed);
   m_binding.bind(&SplitSetup::horizWordSpacing, spacing);
-  QPushButton* browse = sideButton("browseFileList", QStringLiteral("Br&owse..."),
-                                   QStringLiteral("Choose the list of names"), group);
-  connect(browse, &QPushButton::clicked, this, [this, list] {
-    const QString chosen =
-        m_dialogs.openFile(this, {QStringLiteral("Choose the list of names"),
-                                  QStringLiteral("Text files (*.txt *.lst);;All files (*)"),
-                                  list->text(),
-                                  {}});
-    if (!chosen.isEmpty()) {
-      list->setText(chosen);
-    }
-  });
   FormGrid grid(group, m_binding);
   grid.row(QStringLiteral("&Filelist:"), {list, browse});
   grid.row(QStringLiteral("Remove c&hars:"), {removed});
@@ -77,10 +66,6 @@ QWidget* CReportOptionsDlg::buildFiles() {
       QStringLiteral("Horizontal &Spacing Detection:"),
       {spacing, new QLabel(QStringLiteral("(default is 1.02, more is more tolerant)"), group)});
   return group;
-}
-
-SettingFindings CReportOptionsDlg::check(const SplitSetup& setup) const {
-  return checkReportOptions(setup);
 }
 
 } // namespace folivex

@@ -10,9 +10,6 @@ class CReportOptionsDlg : public SetupDialog {
 public:
   explicit CReportOptionsDlg(Dialogs& dialogs, QWidget* parent = nullptr);
 
-protected:
-  SettingFindings check(const SplitSetup& setup) const override;
-
 private:
   QWidget* buildReports();
   QWidget* buildFiles();

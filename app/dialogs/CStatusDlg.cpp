@@ -1,12 +1,11 @@
 #include "app/dialogs/CStatusDlg.h"
 
 #include "app/dialogs/RunEstimate.h"
+#include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
 
-#include <QHBoxLayout>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -15,10 +14,8 @@ namespace {
 constexpr int paintMs = 50;
 
 QLabel* line(QLabel* label, const char* name, const char* toolTip) {
-  label->setObjectName(QString::fromLatin1(name));
-  label->setToolTip(QString::fromLatin1(toolTip));
   label->setTextFormat(Qt::PlainText);
-  return label;
+  return named(label, name, toolTip);
 }
 
 } // namespace
@@ -35,29 +32,12 @@ void CStatusDlg::buildControls() {
   m_page = line(new QLabel(this), "statusPage", "The page that is being worked on");
   m_outputs = line(new QLabel(this), "statusOutputs", "Outputs made so far");
   m_timeLeft = line(new QLabel(this), "statusTimeLeft", "Estimated from the pages done");
-  m_bar = new QProgressBar(this);
-  m_bar->setObjectName(QStringLiteral("statusBar"));
-  m_bar->setToolTip(QStringLiteral("Share of the pages that are done"));
-  m_stop = new QPushButton(QStringLiteral("&Stop"), this);
-  m_stop->setObjectName(QStringLiteral("stop"));
-  m_stop->setToolTip(QStringLiteral("End the run after the page that is being worked on"));
+  m_bar = named(new QProgressBar(this), "statusBar", "Share of the pages that are done");
+  m_stop = named(new QPushButton(QStringLiteral("&Stop"), this), "stop",
+                 "End the run after the page that is being worked on");
   connect(m_stop, &QPushButton::clicked, this, &CStatusDlg::reject);
-
-  auto* facts = new QHBoxLayout;
-  facts->addWidget(m_page);
-  facts->addStretch(1);
-  facts->addWidget(m_outputs);
-  auto* below = new QHBoxLayout;
-  below->addWidget(m_timeLeft);
-  below->addStretch(1);
-  below->addWidget(m_stop);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(m_source);
-  layout->addWidget(m_text);
-  layout->addWidget(m_bar);
-  layout->addLayout(facts);
-  layout->addStretch(1);
-  layout->addLayout(below);
+  stack(this, {m_source, m_text, m_bar, sideBySide(this, {m_page, gap(), m_outputs}), gap(),
+               sideBySide(this, {m_timeLeft, gap(), m_stop})});
   constexpr int startWidth = 460;
   resize(startWidth, sizeHint().height());
 }

@@ -1,10 +1,10 @@
 #include "app/dialogs/FormGrid.h"
 
-#include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -13,8 +13,6 @@
 namespace folivex {
 
 namespace {
-
-constexpr int numberCharacters = 9;
 
 QHBoxLayout* sideBySide(std::initializer_list<QWidget*> controls) {
   auto* line = new QHBoxLayout;
@@ -87,6 +85,19 @@ void FormGrid::problemLines(std::initializer_list<QWidget*> controls, int column
   }
 }
 
+void addInsertion(QPushButton* button, QLineEdit* field, const char* text, const char* meaning) {
+  if (button->menu() == nullptr) {
+    button->setMenu(new QMenu(button));
+  }
+  const QString inserted = QString::fromLatin1(text);
+  QAction* entry = button->menu()->addAction(inserted + u'\t' + QString::fromLatin1(meaning));
+  entry->setObjectName(inserted);
+  QObject::connect(entry, &QAction::triggered, field, [field, inserted] {
+    field->insert(inserted);
+    field->setFocus();
+  });
+}
+
 void alignLabels(const QList<QWidget*>& owners) {
   int width = 0;
   for (QWidget* owner : owners) {
@@ -114,21 +125,6 @@ int heightForContent(QWidget* owner) {
   owner->layout()->invalidate();
   const int wrapped = owner->layout()->totalHeightForWidth(owner->width());
   return std::max(wrapped, owner->layout()->totalSizeHint().height());
-}
-
-QLineEdit* numberField(QWidget* parent) {
-  auto* field = new QLineEdit(parent);
-  const int width = field->fontMetrics().horizontalAdvance(QString(numberCharacters, u'9'));
-  const int frame = field->minimumSizeHint().width();
-  field->setFixedWidth(width + frame);
-  field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  return field;
-}
-
-QLineEdit* passwordField(QWidget* parent) {
-  auto* field = new QLineEdit(parent);
-  field->setEchoMode(QLineEdit::Password);
-  return field;
 }
 
 } // namespace folivex

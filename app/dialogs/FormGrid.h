@@ -41,16 +41,14 @@ private:
   int m_row = 0;
 };
 
+/// Adds an entry to the button's menu that inserts `text` where the cursor of the field stands.
+void addInsertion(QPushButton* button, QLineEdit* field, const char* text, const char* meaning);
+
 /// Makes the columns of labels in these owners of grids equally wide.
 void alignLabels(const QList<QWidget*>& owners);
 
 /// How high `owner` must be for all of its rows at its width, lines that were shown just now
 /// included.
 int heightForContent(QWidget* owner);
-
-/// A line edit for a number or a position: as wide as those are.
-QLineEdit* numberField(QWidget* parent);
-/// One that does not show what is typed.
-QLineEdit* passwordField(QWidget* parent);
 
 } // namespace folivex

@@ -2,6 +2,7 @@
 
 #include "app/dialogs/SettingTips.h"
 #include "engine/setup/SetupFields.h"
+#include "widgets/Controls.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -121,6 +122,25 @@ void SetupBinding::bind(double SplitSetup::*setting, QLineEdit* field) {
   };
   row.inputProblem = [=] { return factorProblem(field->text()); };
   QObject::connect(field, &QLineEdit::textChanged, field, [this] { edited(); });
+}
+
+QLineEdit* SetupBinding::field(QString SplitSetup::*setting, QWidget* parent, Shown shown) {
+  auto* made = new QLineEdit(parent);
+  bind(setting, made, shown);
+  return made;
+}
+
+QLineEdit* SetupBinding::numberField(int SplitSetup::*setting, QWidget* parent,
+                                     WholeLimits limits) {
+  QLineEdit* made = folivex::numberField(parent);
+  bind(setting, made, limits);
+  return made;
+}
+
+QCheckBox* SetupBinding::box(bool SplitSetup::*setting, const QString& label, QWidget* parent) {
+  auto* made = new QCheckBox(label, parent);
+  bind(setting, made);
+  return made;
 }
 
 void SetupBinding::follow(const QString& key, QWidget* companion) {

@@ -40,6 +40,11 @@ public:
   void bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits = {});
   void bind(double SplitSetup::*setting, QLineEdit* field);
 
+  /// Controls that are made here, for a text, a number of the usual width and a yes or no.
+  QLineEdit* field(QString SplitSetup::*setting, QWidget* parent, Shown shown = Shown::Front);
+  QLineEdit* numberField(int SplitSetup::*setting, QWidget* parent, WholeLimits limits = {});
+  QCheckBox* box(bool SplitSetup::*setting, const QString& label, QWidget* parent);
+
   /// Another control that is enabled and disabled with a setting (a button that fills its field).
   void follow(const QString& key, QWidget* companion);
 

@@ -5,50 +5,30 @@
 #include "app/dialogs/SetupChecks.h"
 #include "widgets/Controls.h"
 
-#include <QDialogButtonBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace folivex {
 
-SetupDialog::SetupDialog(const char* name, const QString& title, const QString& helpTopic,
+SetupDialog::SetupDialog(const char* name, const char* title, const char* helpTopic, Check check,
                          Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent), m_dialogs(dialogs), m_helpTopic(helpTopic) {
+    : QDialog(parent), m_dialogs(dialogs), m_helpTopic(QString::fromLatin1(helpTopic)),
+      m_check(check) {
   setObjectName(QString::fromLatin1(name));
-  setWindowTitle(title);
-}
-
-QDialogButtonBox* SetupDialog::buildButtons() {
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
-  ok->setObjectName(QStringLiteral("ok"));
-  ok->setToolTip(QStringLiteral("Take these settings"));
-  ok->setDefault(true);
-  QPushButton* cancel = buttons->button(QDialogButtonBox::Cancel);
-  cancel->setObjectName(QStringLiteral("cancel"));
-  cancel->setToolTip(QStringLiteral("Leave the settings as they were"));
-  connect(buttons, &QDialogButtonBox::accepted, this, &SetupDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &SetupDialog::reject);
-  return buttons;
+  setWindowTitle(QString::fromLatin1(title));
 }
 
 void SetupDialog::finish(const QList<QWidget*>& left, const QList<QWidget*>& right,
                          int startWidth) {
   m_form = new FormArea(this);
   m_form->setColumns(left, right);
-  m_helpButton = sideButton("help", QStringLiteral("Help"),
-                            QStringLiteral("Help on these settings (F1)"), this);
-  connect(m_helpButton, &QPushButton::clicked, this, [this] { onHelp(m_helpTopic); });
-  auto* row = new QHBoxLayout;
-  row->addWidget(m_helpButton);
-  row->addWidget(buildButtons(), 1);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(m_form, 1);
-  layout->addLayout(row);
+  m_helpButton =
+      sideButton("help", QStringLiteral("Help"), QStringLiteral("Help on these settings (F1)"),
+                 this, [this] { onHelp(m_helpTopic); });
+  QWidget* buttons = okAndCancel(this, "Take these settings", "Leave the settings as they were");
+  stack(this, {{m_form, 1}, sideBySide(this, {m_helpButton, {buttons, 1}})});
   resizeOnScreen(this, QSize(startWidth, sizeHint().height()));
   m_binding.onEdited = [this] { edited(); };
 }
@@ -69,10 +49,6 @@ QSet<QString> SetupDialog::idle(const SplitSetup& setup) const {
   return idleSettings(setup);
 }
 
-void SetupDialog::adapt(const SplitSetup& setup) {
-  m_binding.disable(idle(setup));
-}
-
 void SetupDialog::fit() {
   // A line that tells something needs room that the dialog may not have yet. How much is known once
   // it is seen: see showEvent().
@@ -88,7 +64,7 @@ void SetupDialog::fit() {
 
 SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
   SettingFindings all = m_binding.inputFindings();
-  for (const SettingFindings& more : {check(setup), lostInFile(setup, m_binding.keys())}) {
+  for (const SettingFindings& more : {m_check(setup), lostInFile(setup, m_binding.keys())}) {
     all.insert(all.end(), more.begin(), more.end());
   }
   return all;
@@ -96,7 +72,7 @@ SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
 
 void SetupDialog::edited() {
   const SplitSetup setup = shown();
-  adapt(setup);
+  m_binding.disable(idle(setup));
   m_binding.tell(findings(setup), SetupBinding::Telling::Editing);
   fit();
 }

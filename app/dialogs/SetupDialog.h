@@ -5,7 +5,6 @@
 
 #include <QDialog>
 
-class QDialogButtonBox;
 class QPushButton;
 
 namespace folivex {
@@ -28,20 +27,19 @@ public:
   void accept() override; ///< OK
 
 protected:
+  /// What is wrong with the settings of a dialog, beside numbers that are none.
+  using Check = SettingFindings (*)(const SplitSetup& setup);
+
   /// `dialogs` must outlive the dialog.
-  SetupDialog(const char* name, const QString& title, const QString& helpTopic, Dialogs& dialogs,
-              QWidget* parent);
+  SetupDialog(const char* name, const char* title, const char* helpTopic, Check check,
+              Dialogs& dialogs, QWidget* parent);
 
   /// To be called at the end of a constructor: columns of groups (see FormArea) with the row of
   /// buttons below. `startWidth` is in pixels.
   void finish(const QList<QWidget*>& left, const QList<QWidget*>& right, int startWidth);
 
-  /// What is wrong with the settings, beside numbers that are none.
-  virtual SettingFindings check(const SplitSetup& setup) const = 0;
   /// Settings whose controls are disabled.
   virtual QSet<QString> idle(const SplitSetup& setup) const;
-  /// After every change and before the dialog is shown.
-  virtual void adapt(const SplitSetup& setup);
 
   /// The setup as the controls stand now.
   SplitSetup shown() const;
@@ -55,12 +53,12 @@ protected:
   void showEvent(QShowEvent* event) override;
 
 private:
-  QDialogButtonBox* buildButtons();
   void edited();
   void fit();
   SettingFindings findings(const SplitSetup& setup) const;
 
   QString m_helpTopic;
+  Check m_check;
   SplitSetup m_setup;
   FormArea* m_form = nullptr;
   QPushButton* m_helpButton = nullptr;

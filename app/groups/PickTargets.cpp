@@ -20,19 +20,24 @@ void setFindPosition(SplitSetup& setup, Place place) {
   setup.matchPosV = QString::number(place.v);
 }
 
-void setUntilPosition(SplitSetup& setup, Place place) {
-  setup.untilMatchPosH = place.h;
-  setup.untilMatchPosV = place.v;
+void setFindArea(SplitSetup& setup, Area area) {
+  setup.matchPosH = spanText(area.hFrom, area.hTo);
+  setup.matchPosV = spanText(area.vFrom, area.vTo);
 }
 
-void appendToken(QString& affix, const QString& h, const QString& v) {
-  affix += QStringLiteral("[POS%1,%2]").arg(h, v);
+template <QString SplitSetup::*affix> void appendPlace(SplitSetup& setup, Place place) {
+  setup.*affix += QStringLiteral("[POS%1,%2]").arg(place.lookupH).arg(place.lookupV);
+}
+
+template <QString SplitSetup::*affix> void appendArea(SplitSetup& setup, Area area) {
+  setup.*affix += QStringLiteral("[POS%1,%2]")
+                      .arg(spanText(area.hFrom, area.hTo), spanText(area.vFrom, area.vTo));
 }
 
 struct Target {
   const char* text;
-  void (*takePlace)(SplitSetup&, Place);
-  void (*takeArea)(SplitSetup&, Area); ///< null: an area means nothing here
+  void (*takePlace)(SplitSetup&, Place); ///< null: a word means nothing here
+  void (*takeArea)(SplitSetup&, Area);   ///< null: an area means nothing here
 };
 
 constexpr std::array targets = {
@@ -41,43 +46,23 @@ constexpr std::array targets = {
              setup.findString = place.text;
              setFindPosition(setup, place);
            },
-           [](SplitSetup& setup, Area area) {
-             setup.matchPosH = spanText(area.hFrom, area.hTo);
-             setup.matchPosV = spanText(area.vFrom, area.vTo);
-           }},
+           setFindArea},
     Target{"Find word(s)", [](SplitSetup& setup, Place place) { setup.findString = place.text; },
            nullptr},
-    Target{"At Position h, v", setFindPosition,
-           [](SplitSetup& setup, Area area) {
-             setup.matchPosH = spanText(area.hFrom, area.hTo);
-             setup.matchPosV = spanText(area.vFrom, area.vTo);
-           }},
+    Target{"At Position h, v", setFindPosition, setFindArea},
     Target{"Extract until word(s) and position",
            [](SplitSetup& setup, Place place) {
              setup.extractUntil = place.text;
-             setUntilPosition(setup, place);
+             setup.untilMatchPosH = place.h;
+             setup.untilMatchPosV = place.v;
            },
            nullptr},
     Target{"Use as filename after text",
            [](SplitSetup& setup, Place place) { setup.extractFileName = place.text; }, nullptr},
-    Target{"Prefix: the word at this position",
-           [](SplitSetup& setup, Place place) {
-             appendToken(setup.prefixFileName, QString::number(place.lookupH),
-                         QString::number(place.lookupV));
-           },
-           [](SplitSetup& setup, Area area) {
-             appendToken(setup.prefixFileName, spanText(area.hFrom, area.hTo),
-                         spanText(area.vFrom, area.vTo));
-           }},
-    Target{"Postfix: the word at this position",
-           [](SplitSetup& setup, Place place) {
-             appendToken(setup.postfixFileName, QString::number(place.lookupH),
-                         QString::number(place.lookupV));
-           },
-           [](SplitSetup& setup, Area area) {
-             appendToken(setup.postfixFileName, spanText(area.hFrom, area.hTo),
-                         spanText(area.vFrom, area.vTo));
-           }},
+    Target{"Prefix: the word at this position", appendPlace<&SplitSetup::prefixFileName>,
+           appendArea<&SplitSetup::prefixFileName>},
+    Target{"Postfix: the word at this position", appendPlace<&SplitSetup::postfixFileName>,
+           appendArea<&SplitSetup::postfixFileName>},
     Target{"E-mail address: where it stands", nullptr,
            [](SplitSetup& setup, Area area) {
              setup.emailMatchHorizFrom = area.hFrom;

@@ -1,7 +1,11 @@
 #include "app/groups/SetupGroup.h"
 
+#include "platform/Paths.h"
+#include "widgets/Controls.h"
+#include "widgets/WindowMemory.h"
+
 #include <QCheckBox>
-#include <QLabel>
+#include <QFileInfo>
 #include <QLineEdit>
 
 namespace folivex {
@@ -14,16 +18,14 @@ SetupGroup::SetupGroup(const char* name, const QString& title, const char* helpT
 }
 
 QLineEdit* SetupGroup::textField(QString SplitSetup::*setting, SetupBinding::Shown shown) {
-  auto* field = new QLineEdit(this);
+  QLineEdit* field = m_parts.binding.field(setting, this, shown);
   field->setAcceptDrops(false);
-  m_parts.binding.bind(setting, field, shown);
   return field;
 }
 
 QLineEdit* SetupGroup::wholeField(int SplitSetup::*setting, WholeLimits limits) {
-  QLineEdit* field = numberField(this);
+  QLineEdit* field = m_parts.binding.numberField(setting, this, limits);
   field->setAcceptDrops(false);
-  m_parts.binding.bind(setting, field, limits);
   return field;
 }
 
@@ -35,18 +37,30 @@ QLineEdit* SetupGroup::positionField(QString SplitSetup::*setting) {
 }
 
 QCheckBox* SetupGroup::box(bool SplitSetup::*setting, const QString& label) {
-  auto* made = new QCheckBox(label, this);
-  m_parts.binding.bind(setting, made);
-  return made;
+  return m_parts.binding.box(setting, label, this);
 }
 
 QLabel* SetupGroup::between(const QString& text, QWidget* of) {
-  auto* label = new QLabel(text, this);
-  if (of != nullptr) {
-    label->setBuddy(of);
-    label->setToolTip(of->toolTip());
-  }
+  QLabel* label = labelFor(of, text);
+  label->setToolTip(of->toolTip());
   return label;
+}
+
+QPushButton* SetupGroup::browseButton(const char* name, const QString& text, const QString& toolTip,
+                                      QLineEdit* field, const char* memoryKey,
+                                      std::function<QString(const QString& start)> choose) {
+  const QString key = QString::fromLatin1(memoryKey);
+  QPushButton* button = folivex::browseButton(
+      name, text, toolTip, field, [this, key, choose = std::move(choose)](const QString& now) {
+        const QString chosen = choose(now.isEmpty() ? m_parts.memory.text(key) : now);
+        if (!chosen.isEmpty()) {
+          m_parts.memory.setText(key,
+                                 QFileInfo(chosen).isDir() ? chosen : platform::folderOf(chosen));
+        }
+        return chosen;
+      });
+  m_parts.binding.follow(field->objectName(), button);
+  return button;
 }
 
 } // namespace folivex

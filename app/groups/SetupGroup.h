@@ -32,8 +32,12 @@ protected:
   QLineEdit* wholeField(int SplitSetup::*setting, WholeLimits limits = {});
   QLineEdit* positionField(QString SplitSetup::*setting);
   QCheckBox* box(bool SplitSetup::*setting, const QString& label);
-  /// A text between two controls; with `of` it is that control's label.
-  QLabel* between(const QString& text, QWidget* of = nullptr);
+  /// A text between two controls, which is the label of one of them.
+  QLabel* between(const QString& text, QWidget* of);
+  /// A button that fills `field`; it begins there, or where the person chose last.
+  QPushButton* browseButton(const char* name, const QString& text, const QString& toolTip,
+                            QLineEdit* field, const char* memoryKey,
+                            std::function<QString(const QString& start)> choose);
 
   GroupParts m_parts;
 };

@@ -1,11 +1,7 @@
 #include "app/groups/SetupPanel.h"
 
 #include "app/dialogs/SettingUse.h"
-#include "app/groups/NamesGroup.h"
-#include "app/groups/OutputGroup.h"
-#include "app/groups/RangesGroup.h"
-#include "app/groups/SearchGroup.h"
-#include "app/groups/SourceGroup.h"
+#include "app/groups/SetupGroups.h"
 
 #include <QScrollBar>
 

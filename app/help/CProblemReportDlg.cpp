@@ -9,14 +9,12 @@
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -59,65 +57,41 @@ void CProblemReportDlg::buildControls() {
                                           "what you like, then copy, save or mail it."),
                            this);
   intro->setWordWrap(true);
-  m_text = new QPlainTextEdit(this);
-  m_text->setObjectName(QStringLiteral("reportText"));
+  m_text = named(new QPlainTextEdit(this), "reportText", "The report; you may change all of it");
   m_text->setAccessibleName(QStringLiteral("Report"));
-  m_text->setToolTip(QStringLiteral("The report; you may change all of it"));
   m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   m_text->setTabChangesFocus(true);
-  m_includeNames = new QCheckBox(QStringLiteral("&Include file names and search words"), this);
-  m_includeNames->setObjectName(QStringLiteral("includeNames"));
-  m_includeNames->setToolTip(QStringLiteral("They often help to find the fault. Passwords and "
-                                            "addresses are left out in any case"));
+  m_includeNames = named(
+      new QCheckBox(QStringLiteral("&Include file names and search words"), this), "includeNames",
+      "They often help to find the fault. Passwords and addresses are left out in any case");
   connect(m_includeNames, &QCheckBox::toggled, this, [this] { fill(); });
-  m_to = new QLineEdit(this);
-  m_to->setObjectName(QStringLiteral("reportTo"));
-  m_to->setToolTip(QStringLiteral("E-mail address of whoever looks after Folivex for you"));
+  m_to = named(new QLineEdit(this), "reportTo",
+               "E-mail address of whoever looks after Folivex for you");
   m_to->setText(m_memory.text(addressKey()));
-  auto* toLabel = new QLabel(QStringLiteral("Send &to:"), this);
-  toLabel->setBuddy(m_to);
-  m_told = new QLabel(this);
-  m_told->setObjectName(QStringLiteral("reportTold"));
+  m_told = named(new QLabel(this), "reportTold");
   m_told->setTextFormat(Qt::PlainText);
   m_told->setWordWrap(true);
-
-  auto* to = new QHBoxLayout;
-  to->addWidget(toLabel);
-  to->addWidget(m_to, 1);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(intro);
-  layout->addWidget(m_text, 1);
-  layout->addWidget(m_includeNames);
-  layout->addLayout(to);
-  layout->addWidget(m_told);
-  layout->addWidget(buildButtons());
+  QWidget* to = sideBySide(this, {labelFor(m_to, QStringLiteral("Send &to:")), {m_to, 1}});
+  stack(this, {intro, {m_text, 1}, m_includeNames, to, m_told, buildButtons()});
   constexpr QSize startSize(720, 640);
   resizeOnScreen(this, startSize);
 }
 
 QWidget* CProblemReportDlg::buildButtons() {
-  auto* row = new QWidget(this);
-  auto* copyButton = sideButton("reportCopy", QStringLiteral("&Copy"),
-                                QStringLiteral("Put the text into the clipboard"), row);
-  auto* saveButton = sideButton("reportSave", QStringLiteral("&Save as..."),
-                                QStringLiteral("Write the text to a file"), row);
-  auto* mailButton = sideButton(
-      "reportMail", QStringLiteral("Open in &mail program"),
-      QStringLiteral("Open a mail with the text in your own mail program; you send it"), row);
-  auto* closeButton = sideButton("reportClose", QStringLiteral("Close"),
-                                 QStringLiteral("Close; the text is not kept"), row);
-  connect(copyButton, &QPushButton::clicked, this, [this] { copy(); });
-  connect(saveButton, &QPushButton::clicked, this, [this] { save(); });
-  connect(mailButton, &QPushButton::clicked, this, [this] { openMail(); });
-  connect(closeButton, &QPushButton::clicked, this, [this] { reject(); });
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(copyButton);
-  layout->addWidget(saveButton);
-  layout->addWidget(mailButton);
-  layout->addStretch(1);
-  layout->addWidget(closeButton);
-  return row;
+  QPushButton* copyButton =
+      sideButton("reportCopy", QStringLiteral("&Copy"),
+                 QStringLiteral("Put the text into the clipboard"), this, [this] { copy(); });
+  QPushButton* saveButton =
+      sideButton("reportSave", QStringLiteral("&Save as..."),
+                 QStringLiteral("Write the text to a file"), this, [this] { save(); });
+  QPushButton* mailButton =
+      sideButton("reportMail", QStringLiteral("Open in &mail program"),
+                 QStringLiteral("Open a mail with the text in your own mail program; you send it"),
+                 this, [this] { openMail(); });
+  QPushButton* closeButton =
+      sideButton("reportClose", QStringLiteral("Close"),
+                 QStringLiteral("Close; the text is not kept"), this, [this] { reject(); });
+  return sideBySide(this, {copyButton, saveButton, mailButton, gap(), closeButton});
 }
 
 QString CProblemReportDlg::ownWords() const {

@@ -6,9 +6,9 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -16,7 +16,6 @@
 #include <QStackedWidget>
 #include <QTextBrowser>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 #include <QWindow>
 
 namespace folivex {
@@ -69,8 +68,7 @@ HelpWindow::~HelpWindow() {
 }
 
 void HelpWindow::buildControls() {
-  m_page = new QTextBrowser(this);
-  m_page->setObjectName(QStringLiteral("helpPage"));
+  m_page = named(new QTextBrowser(this), "helpPage");
   m_page->setAccessibleName(QStringLiteral("Page of the help"));
   m_page->setOpenLinks(false);
   m_page->document()->setDocumentMargin(18);
@@ -79,9 +77,7 @@ void HelpWindow::buildControls() {
   m_split->addWidget(m_page);
   m_split->setStretchFactor(1, 1);
   m_split->setChildrenCollapsible(false);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(buildTools());
-  layout->addWidget(m_split, 1);
+  stack(this, {buildTools(), {m_split, 1}});
   constexpr QSize startSize(1040, 740);
   resizeOnScreen(this, startSize);
   const int letter = fontMetrics().averageCharWidth();
@@ -90,55 +86,41 @@ void HelpWindow::buildControls() {
 }
 
 QWidget* HelpWindow::buildTools() {
-  auto* row = new QWidget(this);
   m_back = sideButton("helpBack", QStringLiteral("&Back"),
-                      QStringLiteral("The page shown before (Alt+Left)"), row);
+                      QStringLiteral("The page shown before (Alt+Left)"), this);
   m_forward = sideButton("helpForward", QStringLiteral("&Forward"),
-                         QStringLiteral("Undo a step back (Alt+Right)"), row);
-  m_home = sideButton("helpHome", QStringLiteral("&Home"), QStringLiteral("The first page"), row);
-  m_sought = new QLineEdit(row);
-  m_sought->setObjectName(QStringLiteral("helpSought"));
-  m_sought->setToolTip(QStringLiteral("Find words in all pages of the help (Ctrl+F)"));
+                         QStringLiteral("Undo a step back (Alt+Right)"), this);
+  m_home = sideButton("helpHome", QStringLiteral("&Home"), QStringLiteral("The first page"), this);
+  m_sought =
+      named(new QLineEdit(this), "helpSought", "Find words in all pages of the help (Ctrl+F)");
   m_sought->setPlaceholderText(QStringLiteral("Words to find"));
   m_sought->setClearButtonEnabled(true);
-  auto* label = new QLabel(QStringLiteral("&Search:"), row);
-  label->setBuddy(m_sought);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  for (QWidget* button : {m_back, m_forward, m_home}) {
-    layout->addWidget(button);
-  }
-  layout->addStretch(1);
-  layout->addWidget(label);
-  layout->addWidget(m_sought, 1);
-  return row;
+  return sideBySide(this, {m_back,
+                           m_forward,
+                           m_home,
+                           gap(),
+                           labelFor(m_sought, QStringLiteral("&Search:")),
+                           {m_sought, 1}});
 }
 
 QWidget* HelpWindow::buildSide() {
-  m_contents = new QTreeWidget(this);
-  m_contents->setObjectName(QStringLiteral("helpContents"));
+  m_contents = named(new QTreeWidget(this), "helpContents", "Pages of the help and their parts");
   m_contents->setAccessibleName(QStringLiteral("Contents"));
-  m_contents->setToolTip(QStringLiteral("Pages of the help and their parts"));
   m_contents->setHeaderHidden(true);
   m_contents->setUniformRowHeights(true);
 
   auto* found = new QWidget(this);
-  m_hitCount = new QLabel(found);
-  m_hitCount->setObjectName(QStringLiteral("helpHitCount"));
+  m_hitCount = named(new QLabel(found), "helpHitCount");
   m_hitCount->setWordWrap(true);
-  m_hits = new QListWidget(found);
-  m_hits->setObjectName(QStringLiteral("helpHits"));
+  m_hits = named(new QListWidget(found), "helpHits", "Where the words were found");
   m_hits->setAccessibleName(QStringLiteral("Places found"));
-  m_hits->setToolTip(QStringLiteral("Where the words were found"));
   m_hits->setWordWrap(true);
   m_hits->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   m_hits->setAlternatingRowColors(true);
   constexpr int air = 3;
   m_hits->setSpacing(air);
-  auto* layout = new QVBoxLayout(found);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(m_hitCount);
-  layout->addWidget(m_hits, 1);
+  stack(found, {m_hitCount, {m_hits, 1}});
+  found->layout()->setContentsMargins(0, 0, 0, 0);
 
   m_side = new QStackedWidget(this);
   m_side->addWidget(m_contents);
@@ -271,20 +253,12 @@ void HelpWindow::arrived(const QUrl& address) {
   // The browser itself still names the page before.
   const QString place = placeOf(address);
   const QSignalBlocker quiet(m_contents);
-  QTreeWidgetItem* pageEntry = nullptr;
   for (QTreeWidgetItemIterator at(m_contents); *at != nullptr; ++at) {
+    // A page comes before its parts, one of which fits better.
     const QString entry = (*at)->data(0, placeRole).toString();
-    if (entry == place) {
+    if (entry == place || entry == place.section(u'#', 0, 0)) {
       m_contents->setCurrentItem(*at);
-      pageEntry = nullptr;
-      break;
     }
-    if (entry == place.section(u'#', 0, 0)) {
-      pageEntry = *at;
-    }
-  }
-  if (pageEntry != nullptr) {
-    m_contents->setCurrentItem(pageEntry);
   }
   if (QTreeWidgetItem* current = m_contents->currentItem()) {
     (current->parent() == nullptr ? current : current->parent())->setExpanded(true);

@@ -10,14 +10,12 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -34,56 +32,35 @@ PlanWindow::PlanWindow(Dialogs& dialogs, QWidget* parent)
 }
 
 void PlanWindow::buildControls() {
-  m_summary = new QLabel(this);
-  m_summary->setObjectName(QStringLiteral("planSummary"));
+  m_summary = named(new QLabel(this), "planSummary");
   m_summary->setTextFormat(Qt::PlainText);
   m_summary->setWordWrap(true);
   m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  m_notes = new QPlainTextEdit(this);
-  m_notes->setObjectName(QStringLiteral("planNotes"));
+  m_notes = named(new QPlainTextEdit(this), "planNotes", "What was found while the file was read");
   m_notes->setAccessibleName(QStringLiteral("Findings"));
-  m_notes->setToolTip(QStringLiteral("What was found while the file was read"));
   m_notes->setReadOnly(true);
   m_notes->setTabChangesFocus(true);
-
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(m_summary);
-  layout->addWidget(m_notes);
-  layout->addWidget(buildFilterRow());
-  layout->addWidget(buildTable(), 1);
-  layout->addWidget(buildButtons());
+  stack(this, {m_summary, m_notes, buildFilterRow(), {buildTable(), 1}, buildButtons()});
   constexpr QSize startSize(900, 620);
   resizeOnScreen(this, startSize);
 }
 
 QWidget* PlanWindow::buildFilterRow() {
-  auto* row = new QWidget(this);
-  m_filter = new QLineEdit(row);
-  m_filter->setObjectName(QStringLiteral("planFilter"));
-  m_filter->setToolTip(QStringLiteral("Show only rows with this text in any column"));
+  m_filter =
+      named(new QLineEdit(this), "planFilter", "Show only rows with this text in any column");
   m_filter->setClearButtonEnabled(true);
-  auto* label = new QLabel(QStringLiteral("&Filter:"), row);
-  label->setBuddy(m_filter);
-  m_warningsOnly = new QCheckBox(row);
-  m_warningsOnly->setObjectName(QStringLiteral("warningsOnly"));
-  m_warningsOnly->setToolTip(
-      QStringLiteral("Rows whose file replaces or meets another one, or is given up"));
-  m_shown = new QLabel(row);
-  m_shown->setObjectName(QStringLiteral("shownRows"));
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(label);
-  layout->addWidget(m_filter, 1);
-  layout->addWidget(m_warningsOnly);
-  layout->addWidget(m_shown);
-  return row;
+  m_warningsOnly = named(new QCheckBox(this), "warningsOnly",
+                         "Rows whose file replaces or meets another one, or is given up");
+  m_shown = named(new QLabel(this), "shownRows");
+  return sideBySide(
+      this,
+      {labelFor(m_filter, QStringLiteral("&Filter:")), {m_filter, 1}, m_warningsOnly, m_shown});
 }
 
 QWidget* PlanWindow::buildTable() {
-  m_table = new ListTable(*m_model, this);
-  m_table->setObjectName(QStringLiteral("planTable"));
+  m_table = named(new ListTable(*m_model, this), "planTable",
+                  "Double-click a row, or press Enter, to see its first page");
   m_table->setAccessibleName(QStringLiteral("Planned outputs"));
-  m_table->setToolTip(QStringLiteral("Double-click a row, or press Enter, to see its first page"));
   m_table->setSelectionMode(QAbstractItemView::SingleSelection);
   m_table->setSortingEnabled(true);
   m_table->setWhenEmpty(QStringLiteral("Nothing would be written."));
@@ -94,24 +71,23 @@ QWidget* PlanWindow::buildTable() {
 }
 
 QWidget* PlanWindow::buildButtons() {
-  auto* row = new QWidget(this);
   m_showPage = sideButton("showPlanPage", QStringLiteral("&Show page"),
-                          QStringLiteral("Show the first page of the row"), row);
-  m_export =
-      sideButton("exportPlan", QStringLiteral("&Export..."),
-                 QStringLiteral("Write the rows shown, in the order shown, to a CSV file"), row);
+                          QStringLiteral("Show the first page of the row"), this,
+                          [this] { requestPage(m_table->currentIndex()); });
+  m_export = sideButton("exportPlan", QStringLiteral("&Export..."),
+                        QStringLiteral("Write the rows shown, in the order shown, to a CSV file"),
+                        this, [this] { exportRows(); });
   m_process = sideButton("processNow", QStringLiteral("&Process now"),
-                         QStringLiteral("Close this window and make these files"), row);
-  m_close = sideButton("closePlan", QStringLiteral("&Close"),
-                       QStringLiteral("Close this window; nothing is made"), row);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(m_showPage);
-  layout->addWidget(m_export);
-  layout->addStretch(1);
-  layout->addWidget(m_process);
-  layout->addWidget(m_close);
-  return row;
+                         QStringLiteral("Close this window and make these files"), this, [this] {
+                           accept();
+                           if (onProcess) {
+                             onProcess();
+                           }
+                         });
+  QPushButton* close =
+      sideButton("closePlan", QStringLiteral("&Close"),
+                 QStringLiteral("Close this window; nothing is made"), this, [this] { reject(); });
+  return sideBySide(this, {m_showPage, m_export, gap(), m_process, close});
 }
 
 void PlanWindow::connectControls() {
@@ -120,16 +96,6 @@ void PlanWindow::connectControls() {
   connect(m_table, &QTableView::activated, this, &PlanWindow::requestPage);
   connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) { m_showPage->setEnabled(current.isValid()); });
-  connect(m_showPage, &QPushButton::clicked, this,
-          [this] { requestPage(m_table->currentIndex()); });
-  connect(m_export, &QPushButton::clicked, this, [this] { exportRows(); });
-  connect(m_process, &QPushButton::clicked, this, [this] {
-    accept();
-    if (onProcess) {
-      onProcess();
-    }
-  });
-  connect(m_close, &QPushButton::clicked, this, &PlanWindow::reject);
 }
 
 void PlanWindow::setPlan(const QString& source, SplitPlan plan) {

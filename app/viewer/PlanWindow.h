@@ -58,7 +58,6 @@ private:
   QPushButton* m_showPage = nullptr;
   QPushButton* m_export = nullptr;
   QPushButton* m_process = nullptr;
-  QPushButton* m_close = nullptr;
 };
 
 } // namespace folivex
