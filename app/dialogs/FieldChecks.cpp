@@ -42,6 +42,14 @@ bool hasProblem(const SettingFindings& findings) {
   });
 }
 
+SettingFindings joined(std::initializer_list<SettingFindings> parts) {
+  SettingFindings all;
+  for (const SettingFindings& part : parts) {
+    all.insert(all.end(), part.begin(), part.end());
+  }
+  return all;
+}
+
 QString wholeNumberProblem(const QString& text, WholeLimits limits) {
   bool isNumber = false;
   const int value = text.trimmed().toInt(&isNumber);

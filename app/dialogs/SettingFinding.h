@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <initializer_list>
 #include <vector>
 
 namespace folivex {
@@ -21,5 +22,7 @@ struct SettingFinding {
 using SettingFindings = std::vector<SettingFinding>;
 
 bool hasProblem(const SettingFindings& findings);
+/// In this order.
+SettingFindings joined(std::initializer_list<SettingFindings> parts);
 
 } // namespace folivex

@@ -63,11 +63,7 @@ void SetupDialog::fit() {
 }
 
 SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
-  SettingFindings all = m_binding.inputFindings();
-  for (const SettingFindings& more : {m_check(setup), lostInFile(setup, m_binding.keys())}) {
-    all.insert(all.end(), more.begin(), more.end());
-  }
-  return all;
+  return joined({m_binding.inputFindings(), m_check(setup), lostInFile(setup, m_binding.keys())});
 }
 
 void SetupDialog::edited() {

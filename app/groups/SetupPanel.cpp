@@ -45,12 +45,10 @@ void SetupPanel::adapt() {
   m_names->setByBookmarks(!matchesWords(shown()));
   const SplitSetup setup = shown();
   m_binding.disable(idleSettings(setup));
-  SettingFindings findings = m_binding.inputFindings();
-  for (const SettingFindings& more :
-       {checkSplitSettings(setup, SetupPurpose::Editing), lostInFile(setup, m_binding.keys())}) {
-    findings.insert(findings.end(), more.begin(), more.end());
-  }
-  m_binding.tell(findings, SetupBinding::Telling::Editing);
+  m_binding.tell(
+      joined({m_binding.inputFindings(), checkSplitSettings(setup, SetupPurpose::Editing),
+              lostInFile(setup, m_binding.keys())}),
+      SetupBinding::Telling::Editing);
   fitContent();
 }
 
@@ -65,11 +63,7 @@ bool SetupPanel::tell(const SettingFindings& findings) {
 }
 
 bool SetupPanel::check(SetupPurpose purpose, const SettingFindings& more) {
-  SettingFindings findings = m_binding.inputFindings();
-  const SettingFindings found = checkSplitSettings(shown(), purpose);
-  findings.insert(findings.end(), more.begin(), more.end());
-  findings.insert(findings.end(), found.begin(), found.end());
-  return tell(findings);
+  return tell(joined({m_binding.inputFindings(), more, checkSplitSettings(shown(), purpose)}));
 }
 
 bool SetupPanel::checkInput() {

@@ -4,11 +4,11 @@
 #include "engine/plan/SplitMethod.h"
 #include "engine/setup/SetupFields.h"
 
-#include <QHash>
 #include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 
 namespace folivex {
 
@@ -22,33 +22,33 @@ enum class Kind {
 
 /// Kinds of the text settings; numbers and boxes are open. What is not here is secret.
 Kind kindOf(const SetupField& field) {
-  static const QHash<QLatin1StringView, Kind> kinds = {
-      {QLatin1StringView("EXTRACT"), Kind::Open},
-      {QLatin1StringView("PAGEEXTRACT"), Kind::Open},
-      {QLatin1StringView("MATCHPOSH"), Kind::Open},
-      {QLatin1StringView("MATCHPOSV"), Kind::Open},
-      {QLatin1StringView("ADDBWORDS"), Kind::Name},
-      {QLatin1StringView("FILENAME"), Kind::Name},
-      {QLatin1StringView("FIRSTCHAROFWORD"), Kind::Name},
-      {QLatin1StringView("ANYCHAROFWORD"), Kind::Name},
-      {QLatin1StringView("FINDSTRING"), Kind::Name},
-      {QLatin1StringView("PREFIXFILENAME"), Kind::Name},
-      {QLatin1StringView("POSTFIXFILENAME"), Kind::Name},
-      {QLatin1StringView("OUTPUTDIR"), Kind::Name},
-      {QLatin1StringView("EXTRACTUNTIL"), Kind::Name},
-      {QLatin1StringView("EXTRACTFILENAME"), Kind::Name},
-      {QLatin1StringView("REPORTOPTIONSOUTPUTFOLDER"), Kind::Name},
-      {QLatin1StringView("REPORTUSEFILELIST"), Kind::Name},
-      {QLatin1StringView("REPORTREMOVECHARS"), Kind::Name},
-      {QLatin1StringView("CONFIGEXTERNALCOMMAND"), Kind::Name},
-      {QLatin1StringView("EMAILLOGFILE"), Kind::Name},
-      {QLatin1StringView("EMAILHORIZAFTERTEXT"), Kind::Name},
-      {QLatin1StringView("EMAILHORIZBEFORETEXT"), Kind::Name},
-      {QLatin1StringView("OTHERSETTINGSREMOVETEXT"), Kind::Name},
+  constexpr std::array open = {"EXTRACT", "PAGEEXTRACT", "MATCHPOSH", "MATCHPOSV"};
+  constexpr std::array names = {"ADDBWORDS",
+                                "FILENAME",
+                                "FIRSTCHAROFWORD",
+                                "ANYCHAROFWORD",
+                                "FINDSTRING",
+                                "PREFIXFILENAME",
+                                "POSTFIXFILENAME",
+                                "OUTPUTDIR",
+                                "EXTRACTUNTIL",
+                                "EXTRACTFILENAME",
+                                "REPORTOPTIONSOUTPUTFOLDER",
+                                "REPORTUSEFILELIST",
+                                "REPORTREMOVECHARS",
+                                "CONFIGEXTERNALCOMMAND",
+                                "EMAILLOGFILE",
+                                "EMAILHORIZAFTERTEXT",
+                                "EMAILHORIZBEFORETEXT",
+                                "OTHERSETTINGSREMOVETEXT"};
+  const auto isAmong = [&field](const auto& keys) {
+    return std::any_of(keys.begin(), keys.end(),
+                       [&field](const char* key) { return field.key == QLatin1StringView(key); });
   };
-  return std::holds_alternative<QString SplitSetup::*>(field.member)
-             ? kinds.value(field.key, Kind::Secret)
-             : Kind::Open;
+  if (!std::holds_alternative<QString SplitSetup::*>(field.member) || isAmong(open)) {
+    return Kind::Open;
+  }
+  return isAmong(names) ? Kind::Name : Kind::Secret;
 }
 
 /// Empty for the keys that have no field.

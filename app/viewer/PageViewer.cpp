@@ -33,7 +33,6 @@ PageViewer::PageViewer(CPDFTextDumpInit& library, QWidget* parent)
   setWindowFlags(Qt::Window);
   setModal(false);
   buildControls();
-  connectControls();
   connectPage();
   m_loader.onOpened = [this](int count, const QString& problem) { opened(count, problem); };
   m_loader.onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
@@ -46,32 +45,6 @@ PageViewer::~PageViewer() {
   hide();
   m_area->onResized = nullptr;
   m_canvas->onChanged = nullptr;
-}
-
-void PageViewer::connectControls() {
-  connect(m_first, &QToolButton::clicked, this, [this] { goToPage(1); });
-  connect(m_previous, &QToolButton::clicked, this, [this] { turn(-1); });
-  connect(m_next, &QToolButton::clicked, this, [this] { turn(1); });
-  connect(m_last, &QToolButton::clicked, this, [this] { goToPage(m_pageCount); });
-  connect(m_pageField, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
-  connect(m_zoomOut, &QToolButton::clicked, this, [this] { zoomBy(-1); });
-  connect(m_zoomIn, &QToolButton::clicked, this, [this] { zoomBy(1); });
-  connect(m_fitWidth, &QToolButton::clicked, this,
-          [this] { setFit(PageSizing::Fit::Width, m_zoom); });
-  connect(m_fitPage, &QToolButton::clicked, this,
-          [this] { setFit(PageSizing::Fit::Page, m_zoom); });
-  connect(m_reload, &QToolButton::clicked, this, [this] { reload(); });
-  connect(m_copy, &QPushButton::clicked, this, [this] { copyPosition(); });
-  connect(m_nextMatch, &QPushButton::clicked, this, [this] {
-    if (onNext) {
-      onNext();
-    }
-  });
-  connect(m_stopMatches, &QPushButton::clicked, this, [this] {
-    if (onStop) {
-      onStop();
-    }
-  });
 }
 
 void PageViewer::connectPage() {

@@ -88,7 +88,6 @@ private:
   QWidget* buildPageRow();
   QWidget* buildWalkRow();
   QWidget* buildPickRow();
-  void connectControls();
   void connectPage();
   void reload();
   void opened(int pageCount, const QString& problem);

@@ -1,39 +1,17 @@
 #include "app/viewer/PlanRows.h"
 
+#include <QCollator>
 #include <QHash>
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <utility>
 
 namespace folivex {
 
 namespace {
-
-bool isDigit(QChar c) {
-  return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-}
-
-QStringView digitsAt(QStringView text, qsizetype from) {
-  qsizetype end = from;
-  while (end < text.size() && isDigit(text[end])) {
-    ++end;
-  }
-  return text.sliced(from, end - from);
-}
-
-int compareNumbers(QStringView left, QStringView right) {
-  const auto significant = [](QStringView digits) {
-    while (digits.size() > 1 && digits.front() == QLatin1Char('0')) {
-      digits = digits.sliced(1);
-    }
-    return digits;
-  };
-  const QStringView a = significant(left);
-  const QStringView b = significant(right);
-  return a.size() != b.size() ? (a.size() < b.size() ? -1 : 1) : a.compare(b);
-}
 
 template <typename Number> int compareValues(Number left, Number right) {
   return left < right ? -1 : (right < left ? 1 : 0);
@@ -51,58 +29,23 @@ QString joined(const QString& note, const QString& more) {
   return note.isEmpty() ? more : note + QStringLiteral("; ") + more;
 }
 
+/// In the order that a person counts in: "a2" before "a10", capitals beside small letters.
+int compareNaturally(const QString& left, const QString& right) {
+  static const QCollator collator = [] {
+    QCollator made(QLocale::English); // the C locale cannot count
+    made.setNumericMode(true);
+    made.setCaseSensitivity(Qt::CaseInsensitive);
+    return made;
+  }();
+  return collator.compare(left, right);
+}
+
 } // namespace
 
 QString planColumnTitle(PlanColumn column) {
-  switch (column) {
-  case PlanColumn::Pages:
-    return QStringLiteral("Pages");
-  case PlanColumn::Count:
-    return QStringLiteral("Count");
-  case PlanColumn::Text:
-    return QStringLiteral("Matched");
-  case PlanColumn::Name:
-    return QStringLiteral("Output file");
-  case PlanColumn::Folder:
-    return QStringLiteral("Folder");
-  case PlanColumn::Note:
-    return QStringLiteral("Note");
-  case PlanColumn::Address:
-    return QStringLiteral("E-mail address");
-  }
-  return {};
-}
-
-int compareNaturally(QStringView left, QStringView right) {
-  // What both begin with decides nothing, but for a number that only begins alike.
-  qsizetype i = 0;
-  while (i < std::min(left.size(), right.size()) && left[i] == right[i]) {
-    ++i;
-  }
-  while (i > 0 && isDigit(left[i - 1])) {
-    --i;
-  }
-  qsizetype j = i;
-  while (i < left.size() && j < right.size()) {
-    if (isDigit(left[i]) && isDigit(right[j])) {
-      const QStringView a = digitsAt(left, i);
-      const QStringView b = digitsAt(right, j);
-      if (const int order = compareNumbers(a, b); order != 0) {
-        return order;
-      }
-      i += a.size();
-      j += b.size();
-      continue;
-    }
-    const QChar a = left[i].toCaseFolded();
-    const QChar b = right[j].toCaseFolded();
-    if (a != b) {
-      return compareValues(a, b);
-    }
-    ++i;
-    ++j;
-  }
-  return compareValues(left.size() - i, right.size() - j);
+  constexpr std::array<const char*, planColumnCount> titles = {
+      "Pages", "Count", "Matched", "Output file", "Folder", "Note", "E-mail address"};
+  return QString::fromLatin1(titles.at(static_cast<std::size_t>(column)));
 }
 
 void PlanRows::setPlan(SplitPlan plan) {

@@ -15,9 +15,6 @@ inline constexpr int planColumnCount = 7;
 
 QString planColumnTitle(PlanColumn column);
 
-/// Texts in the order that a person counts in: "a2" before "a10", capitals beside small letters.
-int compareNaturally(QStringView left, QStringView right);
-
 /// Rows count from 0 in the order shown. An output is a row's index in the plan.
 class PlanRows {
 public:
@@ -34,7 +31,6 @@ public:
     return m_plan.outputs[static_cast<std::size_t>(output(row))];
   }
   QString text(int row, PlanColumn column) const;
-  bool hasWarning(int row) const { return !of(row).note.isEmpty(); }
 
   /// Rows of equal content stay in the plan's order.
   void sort(PlanColumn column, bool descending);
