@@ -52,7 +52,7 @@ TEST_F(ProgramFaults, LibraryThatIsMissingOrNotOurs) {
       const char* detail;
     };
     const Row rows[] = {
-        {"missing", [] {}, ""},
+        {"missing", nullptr, ""},
         {"no library", [&] { writeFile(library, "MZ"); }, ""},
         {"older", [&] { QFile::link(QStringLiteral(REFUSED_LIBRARIES "/libold.so"), library); },
          "interface version 0, version 1 is needed"},
@@ -61,9 +61,14 @@ TEST_F(ProgramFaults, LibraryThatIsMissingOrNotOurs) {
          "does not tell its interface version"},
     };
     for (const Row& row : rows) {
+      if (name != "GlyphrunU" && row.arrange != nullptr) {
+        continue; // all three are loaded alike
+      }
       SCOPED_TRACE((name + ' ' + row.kind).toStdString());
       QFile::remove(library);
-      row.arrange();
+      if (row.arrange) {
+        row.arrange();
+      }
       const ProgramRun run = place.run(arguments, program);
       EXPECT_TRUE(run.ended);
       EXPECT_NE(run.exitCode, 0);

@@ -1,57 +1,23 @@
 // A first split with all the windows of the program, as somebody new to it does it.
-#include "app/program/ProgramWindows.h"
 #include "app/viewer/PageArea.h"
 #include "app/viewer/PageViewer.h"
 #include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
-#include "tests/support/BuiltLibraries.h"
-#include "tests/support/Programs.h"
-#include "tests/support/WindowBench.h"
-#include "widgets/WindowMemory.h"
+#include "tests/program/ProgramWindowsBench.h"
 
-#include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QTableView>
-#include <QTemporaryDir>
 
 namespace folivex::testing {
 namespace {
 
-class FirstSplit : public ::testing::Test {
+class FirstSplit : public ProgramWindowsBench {
 protected:
-  FirstSplit() : m_memory(m_folder.filePath(QStringLiteral("window.ini"))) {
-    EXPECT_EQ(test::loadBuiltLibraries(), QString());
-    QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+  FirstSplit() {
     QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), at("statements.pdf"));
-    m_windows = std::make_unique<ProgramWindows>(m_dialogs, m_memory);
-    main().show();
-    m_windows->start({});
-  }
-  ~FirstSplit() override {
-    m_windows.reset();
-    qputenv("TMPDIR", m_temporaryBefore);
-  }
-
-  MainWindow& main() { return m_windows->main(); }
-  QString at(const char* name) const { return m_folder.filePath(QString::fromLatin1(name)); }
-
-  template <typename Window> Window* opened() {
-    Window* found = nullptr;
-    const bool came = waitUntil([&] {
-      for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (auto* one = dynamic_cast<Window*>(window); one != nullptr && one->isVisible()) {
-          found = one;
-        }
-      }
-      return found != nullptr;
-    });
-    EXPECT_TRUE(came) << "the window never opened";
-    return found;
   }
 
   static PageCanvas& canvasOf(PageViewer* viewer) {
@@ -76,12 +42,6 @@ protected:
     ASSERT_EQ(m_dialogs.opened.size(), 1);
     EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains(names[0].toUtf8()));
   }
-
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
-  ScriptedDialogs m_dialogs;
-  WindowMemory m_memory;
-  std::unique_ptr<ProgramWindows> m_windows;
 };
 
 /// Chooses an entry of a list with the mouse.
@@ -124,6 +84,7 @@ TEST_F(FirstSplit, WithTheMouseAlone) {
 
   click(&main(), "planButton");
   ASSERT_EQ(planTable()->model()->rowCount(), 12);
+  EXPECT_TRUE(control<QLabel>(opened<PlanWindow>(), "planSummary")->text().contains("40 page"));
   EXPECT_FALSE(QFile::exists(at("out")));
   m_dialogs.answers = {true};
   click(opened<PlanWindow>(), "processNow");
@@ -190,7 +151,7 @@ TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   click(&main(), "browseSource");
   typeInto(&main(), "FINDSTRING", QStringLiteral("Account:"));
   for (const char* action : {"prepareList", "openHelp", "plan"}) {
-    main().findChild<QAction*>(QString::fromLatin1(action))->trigger();
+    trigger(action);
   }
   EXPECT_NE(opened<CBatchList>(), nullptr);
   EXPECT_EQ(planTable()->model()->rowCount(), 12);

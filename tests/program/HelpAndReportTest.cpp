@@ -2,54 +2,16 @@
 #include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
 #include "app/program/LibraryVersions.h"
-#include "app/program/ProgramWindows.h"
 #include "batch/CBatchList.h"
-#include "tests/support/BuiltLibraries.h"
-#include "tests/support/WindowBench.h"
-#include "widgets/WindowMemory.h"
+#include "tests/program/ProgramWindowsBench.h"
 
-#include <QAction>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <QTextBrowser>
 
 namespace folivex::testing {
 namespace {
 
-class HelpAndReport : public ::testing::Test {
-protected:
-  HelpAndReport() : m_memory(m_folder.filePath(QStringLiteral("window.ini"))) {
-    EXPECT_EQ(test::loadBuiltLibraries(), QString());
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(m_folder.path()));
-    m_windows = std::make_unique<ProgramWindows>(m_dialogs, m_memory);
-    main().show();
-    m_windows->start({});
-  }
-  ~HelpAndReport() override {
-    m_windows.reset();
-    qputenv("TMPDIR", m_temporaryBefore);
-  }
-
-  MainWindow& main() { return m_windows->main(); }
-  void trigger(const char* action) {
-    main().findChild<QAction*>(QString::fromLatin1(action))->trigger();
-  }
-  template <typename Window> static Window* opened() {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-      if (auto* one = dynamic_cast<Window*>(window); one != nullptr && one->isVisible()) {
-        return one;
-      }
-    }
-    return nullptr;
-  }
-
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
-  ScriptedDialogs m_dialogs;
-  WindowMemory m_memory;
-  std::unique_ptr<ProgramWindows> m_windows;
-};
+using HelpAndReport = ProgramWindowsBench;
 
 TEST_F(HelpAndReport, F1AsksForThePageOfTheWindowItIsPressedIn) {
   trigger("prepareList");

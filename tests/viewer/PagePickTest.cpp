@@ -187,17 +187,5 @@ TEST_F(PagePick, APositionIsCopiedAsATokenTakesIt) {
             QStringLiteral("%1,%2").arg(account.h).arg(account.v));
 }
 
-TEST_F(PagePick, TextOfAPageIsNoMarkup) {
-  testpdf::PdfBuilder pdf;
-  const int font = pdf.addFont("Helvetica");
-  pdf.addPage("BT /F 12 Tf 100 700 Td (<h1>big</h1>) Tj ET",
-              "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>");
-  pdf.write(at("markup.pdf").toStdString());
-  open({at("markup.pdf"), {}, false});
-  moveTo(placeOf(word("<h1>big</h1>")));
-  EXPECT_EQ(control<QLabel>(&m_viewer, "wordText")->textFormat(), Qt::PlainText);
-  EXPECT_TRUE(told("wordText").endsWith("<h1>big</h1>"));
-}
-
 } // namespace
 } // namespace folivex::test

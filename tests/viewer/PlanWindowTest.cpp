@@ -151,35 +151,5 @@ TEST_F(PlanTable, ShowsAddressesWhenThereAreAny) {
   EXPECT_EQ(model()->rowCount(), 5) << "another plan is shown whole";
 }
 
-TEST(NaturalOrder, CountsAsAPersonDoes) {
-  const struct {
-    const char* left;
-    const char* right;
-  } rising[] = {{"", "1"},       {"2", "10"},    {"a2", "A10"},
-                {"a10", "a10b"}, {"b007", "b8"}, {"99999999999999999999", "100000000000000000000"},
-                {"007", "8"},    {"9", "a"}};
-  for (const auto& row : rising) {
-    const QString left = QString::fromUtf8(row.left);
-    const QString right = QString::fromUtf8(row.right);
-    EXPECT_LT(compareNaturally(left, right), 0) << row.left << " before " << row.right;
-    EXPECT_GT(compareNaturally(right, left), 0) << row.right << " behind " << row.left;
-  }
-  EXPECT_EQ(compareNaturally(u"Abc 007", u"aBC 7"), 0);
-}
-
-class PlanOfSample : public ViewerBench {};
-
-TEST_F(PlanOfSample, ShowsWhatTheEngineWouldDo) {
-  ScriptedDialogs dialogs;
-  PlanWindow window(dialogs);
-  const SplitPlan plan = m_driver->Plan();
-  ASSERT_EQ(plan.problem, "");
-  window.setPlan(samplePath(), plan);
-  const auto* table = control<QTableView>(&window, "planTable");
-  ASSERT_EQ(table->model()->rowCount(), static_cast<int>(plan.outputs.size()));
-  EXPECT_TRUE(control<QLabel>(&window, "planSummary")->text().contains("40 page"));
-  EXPECT_EQ(table->model()->index(0, static_cast<int>(PlanColumn::Text)).data(), "10472");
-}
-
 } // namespace
 } // namespace folivex::test
