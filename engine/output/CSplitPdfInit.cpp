@@ -29,7 +29,6 @@ CSplitPdfInit::CSplitPdfInit()
   bind(SplitPdfRanges, "SplitPdfRanges");
   bind(BeginOpenFile, "BeginOpenFile");
   bind(SetKeepBookmarks, "SetKeepBookmarks");
-  bind(SetPageRotation, "SetPageRotation");
   bind(SetWriteBehind, "SetWriteBehind");
   bind(WaitForRoom, "WaitForRoom");
   bind(DrainRanges, "DrainRanges");

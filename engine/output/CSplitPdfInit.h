@@ -48,7 +48,6 @@ public:
   Operation<int32_t(const char16_t*, const int32_t*, int32_t, int32_t)> SplitPdfRanges;
   Operation<void(const char16_t*, const char16_t*)> BeginOpenFile;
   Operation<void(int32_t)> SetKeepBookmarks;
-  Operation<void(int32_t)> SetPageRotation;
   Operation<void(int32_t)> SetWriteBehind;
   Operation<int32_t(int32_t, int32_t)> WaitForRoom;
   Operation<int32_t(int32_t)> DrainRanges;

@@ -22,10 +22,6 @@ std::string partName() {
          ".part";
 }
 
-[[noreturn]] void refuse(const std::string& target, const std::string& reason) {
-  throw Failure(cannotWrite, "Unable to write \"" + target + "\": " + reason);
-}
-
 } // namespace
 
 AsideFile::AsideFile(const std::string& target, const AsideOptions& options)
@@ -33,10 +29,10 @@ AsideFile::AsideFile(const std::string& target, const AsideOptions& options)
   std::error_code ignored;
   const auto status = std::filesystem::status(m_place, ignored);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-    refuse(target, "something that is no ordinary file is there");
+    refuseToWrite(target, "something that is no ordinary file is there");
   }
   if (!m_place.has_filename()) {
-    refuse(target, "it names no file");
+    refuseToWrite(target, "it names no file");
   }
   try {
     open();
@@ -122,7 +118,7 @@ void AsideFile::keep() {
 }
 
 void AsideFile::fail(int error) const {
-  refuse(m_target, error == 0 ? "writing failed" : std::generic_category().message(error));
+  refuseToWrite(m_target, error == 0 ? "writing failed" : std::generic_category().message(error));
 }
 
 void AsideFile::drop() {

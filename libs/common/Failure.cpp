@@ -11,6 +11,10 @@ void refuseToOpen(const std::string& path, const std::string& reason) {
   throw Failure(cannotOpen, "Unable to open \"" + path + "\": " + reason);
 }
 
+void refuseToWrite(const std::string& path, const std::string& reason) {
+  throw Failure(cannotWrite, "Unable to write \"" + path + "\": " + reason);
+}
+
 void LastError::set(int32_t code, std::string_view text) noexcept {
   m_code = code;
   try {

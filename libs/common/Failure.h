@@ -28,8 +28,9 @@ private:
   int32_t m_code;
 };
 
-/// Throws Failure `cannotOpen`.
+/// Throw Failure `cannotOpen` and `cannotWrite`.
 [[noreturn]] void refuseToOpen(const std::string& path, const std::string& reason);
+[[noreturn]] void refuseToWrite(const std::string& path, const std::string& reason);
 
 /// Code and text of the last failure, as a C interface hands them out.
 class LastError {

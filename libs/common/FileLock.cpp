@@ -27,11 +27,17 @@ constexpr auto pause = std::chrono::milliseconds(5);
 } // namespace
 
 FileLock::FileLock(const std::string& path) {
+  const auto giveUp = std::chrono::steady_clock::now() + patience;
   try {
     do {
       close();
       open(path);
-      lock(path);
+      while (!tryLock()) {
+        if (std::chrono::steady_clock::now() >= giveUp) {
+          refuseToWrite(path, "another program is writing it");
+        }
+        std::this_thread::sleep_for(pause);
+      }
     } while (!isCurrent(path));
   } catch (...) {
     close();
@@ -59,20 +65,11 @@ void FileLock::open(const std::string& path) {
   }
 }
 
-void FileLock::lock(const std::string& path) const {
-  const auto giveUp = std::chrono::steady_clock::now() + patience;
+bool FileLock::tryLock() const {
   OVERLAPPED place{};
   place.OffsetHigh = 0x7FFFFFFF; // beyond any byte, since locked bytes cannot be read
-  while (
-      !LockFileEx(m_file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place)) {
-    if (GetLastError() != ERROR_LOCK_VIOLATION && GetLastError() != ERROR_IO_PENDING) {
-      return;
-    }
-    if (std::chrono::steady_clock::now() >= giveUp) {
-      throw Failure(cannotWrite, "Unable to write \"" + path + "\": another program is writing it");
-    }
-    std::this_thread::sleep_for(pause);
-  }
+  return LockFileEx(m_file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ||
+         (GetLastError() != ERROR_LOCK_VIOLATION && GetLastError() != ERROR_IO_PENDING);
 }
 
 bool FileLock::isCurrent(const std::string& path) const {
@@ -111,17 +108,8 @@ void FileLock::open(const std::string& path) {
   }
 }
 
-void FileLock::lock(const std::string& path) const {
-  const auto giveUp = std::chrono::steady_clock::now() + patience;
-  while (::flock(m_file, LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EWOULDBLOCK && errno != EINTR) {
-      return;
-    }
-    if (std::chrono::steady_clock::now() >= giveUp) {
-      throw Failure(cannotWrite, "Unable to write \"" + path + "\": another program is writing it");
-    }
-    std::this_thread::sleep_for(pause);
-  }
+bool FileLock::tryLock() const {
+  return ::flock(m_file, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
 }
 
 bool FileLock::isCurrent(const std::string& path) const {

@@ -1,7 +1,6 @@
 // FileLock: one process at a time replaces a file.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 namespace common {
@@ -23,7 +22,8 @@ private:
   /// Whether the locked file is still the one at the path, and not one that was replaced meanwhile.
   [[nodiscard]] bool isCurrent(const std::string& path) const;
   void open(const std::string& path);
-  void lock(const std::string& path) const;
+  /// True where files cannot be locked, too.
+  [[nodiscard]] bool tryLock() const;
   void close();
 
 #if defined(_WIN32)

@@ -6,7 +6,6 @@
 #include <unicode/unorm2.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 
 namespace common {

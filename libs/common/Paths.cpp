@@ -28,7 +28,7 @@ std::string linkEnd(const std::string& path) {
   const std::filesystem::path end =
       isThere ? std::filesystem::canonical(place, error) : std::filesystem::absolute(place, error);
   if (error) {
-    throw Failure(cannotOpen, "Unable to open \"" + path + "\": " + error.message());
+    refuseToOpen(path, error.message());
   }
   const std::u8string text = end.u8string();
   return {text.begin(), text.end()};
@@ -42,8 +42,7 @@ void requireWritable(const std::string& path) {
   const bool isWritable = ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 #endif
   if (!isWritable) {
-    throw Failure(cannotWrite,
-                  "Unable to write \"" + path + "\": " + std::generic_category().message(errno));
+    refuseToWrite(path, std::generic_category().message(errno));
   }
 }
 

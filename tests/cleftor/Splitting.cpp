@@ -16,7 +16,7 @@ fs::path temporary(const std::string& name) {
   return fs::temp_directory_path() / ("cleftor-" + name + "-" + std::to_string(getpid()));
 }
 
-/** The made sources, gone with the program. */
+/// The made sources, gone with the program.
 class Sources {
 public:
   Sources() : folder_(temporary("sources")) {
@@ -93,7 +93,6 @@ void SplittingTest::SetUp() {
 void SplittingTest::TearDown() {
   PdfTextDumpCloseFile();
   SetKeepBookmarks(0);
-  SetPageRotation(0);
   fs::remove_all(folder_);
 }
 

@@ -1,5 +1,4 @@
-#ifndef TESTS_CLEFTOR_SPLITTING_H
-#define TESTS_CLEFTOR_SPLITTING_H
+#pragma once
 
 #include <cleftor/cleftor.h>
 #include <gmock/gmock.h>
@@ -17,16 +16,15 @@ namespace fs = std::filesystem;
 std::u16string wide(const std::string& utf8);
 std::string narrow(const char16_t* text);
 
-/** Runs a command; its standard output, with the exit code (124: it took too long) in status. */
+/// Runs a command; its standard output, with the exit code (124: it took too long) in status.
 std::string run(const std::string& command, int& status);
 std::string run(const std::string& command);
 
-/** The text of a file, empty when there is none. */
+/// The text of a file, empty when there is none.
 std::string contentsOf(const fs::path& file);
 void writeFile(const fs::path& file, const std::string& bytes);
 
-/** Opens sources that are made once for the whole program, and splits into a folder of each test.
- */
+/// Opens sources that are made once for the whole program, and splits into a folder of each test.
 class SplittingTest : public testing::Test {
 public:
   static void SetUpTestSuite();
@@ -35,30 +33,28 @@ protected:
   void SetUp() override;
   void TearDown() override;
 
-  /** The source of that name, as the maker script calls it. */
+  /// The source of that name, as the maker script calls it.
   static fs::path source(const std::string& name);
 
   int32_t open(const std::string& name, const std::string& password = {});
 
-  /** Writes pages first..last of the open source; the result, and the file in output(). */
+  /// Writes pages first..last of the open source; the result, and the file in output().
   int32_t split(int32_t first, int32_t last, const std::string& name = "out.pdf");
   fs::path output(const std::string& name = "out.pdf") const { return folder_ / name; }
 
-  /** What a file shows and does, one fact a line; a checker must find it sound, too. */
+  /// What a file shows and does, one fact a line; a checker must find it sound, too.
   std::vector<std::string> facts(const std::string& name = "out.pdf") const;
   std::vector<std::string> factsOf(const fs::path& file) const;
 
-  /** The facts that begin with a word. */
+  /// The facts that begin with a word.
   std::vector<std::string> facts(const std::string& name, const std::string& beginning) const;
 
   static std::string errorText() { return narrow(CleftorLastErrorText()); }
 
-  /** Names of all files in the test's folder. */
+  /// Names of all files in the test's folder.
   std::vector<std::string> files() const;
 
   fs::path folder_;
 };
 
 } // namespace tests::cleftor
-
-#endif

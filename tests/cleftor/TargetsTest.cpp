@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/** Lets no file grow beyond a size, as a full disk does. */
+/// Lets no file grow beyond a size, as a full disk does.
 class SizeLimit {
 public:
   explicit SizeLimit(rlim_t bytes) {

@@ -12,8 +12,9 @@ namespace {
 std::string writePlain(const std::string& name, int pages = 1) {
   PdfBuilder pdf;
   const std::string fonts = plainFonts(pdf);
-  for (int i = 1; i <= pages; ++i)
+  for (int i = 1; i <= pages; ++i) {
     pdf.addPage("BT /F 10 Tf 50 700 Td (Page" + std::to_string(i) + ") Tj ET", fonts);
+  }
   pdf.addToTrailer("/ID[<0011><0011>]");
   std::string path = pathFor(name);
   pdf.write(path);
@@ -142,8 +143,9 @@ TEST(PageCounts, AreThoseOfPagesThatExist) {
   for (const long long claimed : {0LL, 1LL, 2'000'000'000LL, -5LL}) {
     PdfBuilder pdf;
     const std::string fonts = plainFonts(pdf);
-    for (int i = 1; i <= 3; ++i)
+    for (int i = 1; i <= 3; ++i) {
       pdf.addPage("BT /F 10 Tf 50 700 Td (Page" + std::to_string(i) + ") Tj ET", fonts);
+    }
     pdf.claimPages(claimed);
     EXPECT_EQ(textOf(wordsOf(pdf, 3)), "Page3");
     EXPECT_EQ(GetPageCount2(), 3);
@@ -154,8 +156,9 @@ TEST(PageCounts, LoopsAndDoublingsInTheTreeEnd) {
   PdfBuilder pdf;
   const int page = pdf.add("<</Type/Page/MediaBox[0 0 9 9]>>");
   std::vector<int> nodes(300);
-  for (int& node : nodes)
+  for (int& node : nodes) {
     node = pdf.reserve();
+  }
   const std::string last = PdfBuilder::ref(nodes[299]);
   for (std::size_t i = 0; i < nodes.size(); ++i) {
     const std::string below = PdfBuilder::ref(i + 1 < nodes.size() ? nodes[i + 1] : 2);

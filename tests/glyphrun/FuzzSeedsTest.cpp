@@ -40,8 +40,9 @@ TEST(FuzzSeeds, DamagedCopiesEndWell) {
         random = random * 1664525 + 1013904223;
         damaged[random % damaged.size()] = static_cast<char>(random >> 24);
       }
-      if (round % 10 == 9)
+      if (round % 10 == 9) {
         damaged.resize(random % damaged.size());
+      }
       walkPdf(damaged.data(), damaged.size());
     }
   }

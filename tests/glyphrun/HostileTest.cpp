@@ -8,7 +8,7 @@
 namespace glyphruntest {
 namespace {
 
-/** Adds a good page, and checks that it reads well after the bad one. */
+/// Adds a good page, and checks that it reads well after the bad one.
 void expectNextPageGood(PdfBuilder& pdf, int expectedState) {
   pdf.addPage("BT /F 10 Tf 50 700 Td (Next) Tj ET", plainFonts(pdf));
   wordsOf(pdf, 1);
@@ -34,8 +34,9 @@ TEST(Hostile, FormsThatDrawThemselvesEnd) {
 TEST(Hostile, FormsThatMultiplyEndByTheLimitOfContent) {
   PdfBuilder pdf;
   std::vector<int> forms(20);
-  for (int& form : forms)
+  for (int& form : forms) {
     form = pdf.reserve();
+  }
   for (std::size_t i = 0; i < forms.size(); ++i) {
     const std::string next =
         i + 1 < forms.size() ? "/XObject<</N " + PdfBuilder::ref(forms[i + 1]) + ">>" : "";
@@ -50,13 +51,15 @@ TEST(Hostile, DeepNestingEndsAndTheWordsAboveStay) {
   PdfBuilder pdf;
   const std::string fonts = plainFonts(pdf);
   std::vector<int> forms(200);
-  for (int& form : forms)
+  for (int& form : forms) {
     form = pdf.reserve();
-  for (std::size_t i = 0; i < forms.size(); ++i)
+  }
+  for (std::size_t i = 0; i < forms.size(); ++i) {
     pdf.set(forms[i], PdfBuilder::stream(
                           "BT /F 1 Tf 50 " + std::to_string(700 - i) + " Td (x) Tj ET /N Do",
                           "/Subtype/Form/BBox[0 0 600 800]/Resources<<" + fonts + "/XObject<</N " +
                               PdfBuilder::ref(forms[(i + 1) % forms.size()]) + ">>>>"));
+  }
   pdf.addPage("/N Do", "/XObject<</N " + PdfBuilder::ref(forms[0]) + ">>");
   const auto words = wordsOf(pdf);
   EXPECT_EQ(GetPageState(), GLYPHRUN_PAGE_DAMAGED);

@@ -12,7 +12,7 @@ namespace glyphruntest {
 
 namespace {
 
-/** The folder for all files of this process. */
+/// The folder for all files of this process.
 class Folder {
 public:
   Folder() {
@@ -90,8 +90,9 @@ std::vector<Word> wordsOfContent(const std::string& content, const std::string& 
 
 std::string textOf(const std::vector<Word>& words) {
   std::string text;
-  for (const Word& word : words)
+  for (const Word& word : words) {
     text += (text.empty() ? "" : " ") + word.text;
+  }
   return text;
 }
 

@@ -13,7 +13,7 @@ namespace glyphruntest {
 using testpdf::PdfBuilder;
 
 struct Word {
-  std::string text; /**< UTF-8 */
+  std::string text; ///< UTF-8
   int h = 0;
   int v = 0;
 
@@ -25,21 +25,20 @@ std::u16string wide(const std::string& utf8);
 std::string narrow(const char16_t* text);
 std::string repeat(const std::string& text, int times);
 
-/** A path in a folder of the test's own, which is gone when the test program ends. */
+/// A path in a folder of the test's own, which is gone when the test program ends.
 std::string pathFor(const std::string& name);
 
-/** Resources with Helvetica as /F and Times as /T. Call after other objects or before, as you like.
- */
+/// Resources with Helvetica as /F and Times as /T. Call after other objects or before, as you like.
 std::string plainFonts(PdfBuilder& pdf);
 
-/** Opens a file and gives the words of one page in reading order. */
+/// Opens a file and gives the words of one page in reading order.
 std::vector<Word> wordsOf(const std::string& path, int page = 1);
-/** The same for a file that holds one page with this content. */
+/// The same for a file that holds one page with this content.
 std::vector<Word> wordsOfContent(const std::string& content, const std::string& pageEntries = "");
-/** Writes the file and gives its words. */
+/// Writes the file and gives its words.
 std::vector<Word> wordsOf(const PdfBuilder& pdf, int page = 1);
 
-/** Texts alone, with a blank between them. */
+/// Texts alone, with a blank between them.
 std::string textOf(const std::vector<Word>& words);
 
 } // namespace glyphruntest

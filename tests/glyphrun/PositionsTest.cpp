@@ -42,8 +42,9 @@ INSTANTIATE_TEST_SUITE_P(
         TurnedPage{"crop box beyond the page", "/CropBox[-99 -99 999 999]", {"Word", 100, 100}}),
     [](const auto& test) {
       std::string name = test.param.fault;
-      for (char& c : name)
+      for (char& c : name) {
         c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+      }
       return name;
     });
 

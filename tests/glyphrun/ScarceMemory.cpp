@@ -16,8 +16,9 @@ std::atomic<std::thread::id> provided;
 void* operator new(std::size_t bytes) {
   const bool isRefused = isScarce && provided.load() != std::this_thread::get_id();
   void* block = isRefused ? nullptr : std::malloc(bytes);
-  if (block == nullptr)
+  if (block == nullptr) {
     throw std::bad_alloc();
+  }
   return block;
 }
 

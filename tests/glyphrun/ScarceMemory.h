@@ -3,7 +3,7 @@
 
 namespace glyphruntest {
 
-/** While it lives, only the thread that made it gets memory from operator new. */
+/// While it lives, only the thread that made it gets memory from operator new.
 class NoMemoryForOtherThreads {
 public:
   NoMemoryForOtherThreads();

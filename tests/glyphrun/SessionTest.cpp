@@ -16,10 +16,11 @@ std::string threePages() {
   PdfBuilder pdf;
   const std::string fonts =
       "/Font<</B " + PdfBuilder::ref(pdf.addFont("ABCDEF+Courier-Bold")) + ">>";
-  for (const char* text : {"one", "two", "three"})
+  for (const char* text : {"one", "two", "three"}) {
     pdf.addPage("BT /B 12 Tf 50 100 Td (low) Tj 0 600 Td (" + std::string(text) + ") Tj (" +
                     " head) Tj 0 -600 Td (low) Tj ET",
                 fonts);
+  }
   std::string path = pathFor("three.pdf");
   pdf.write(path);
   return path;
@@ -100,8 +101,9 @@ TEST(Session, FilesWithUnusualNames) {
 TEST(Session, ManyPagesStayReadable) {
   // More pages than the reader goes on without forgetting objects, with fonts of their own.
   PdfBuilder pdf;
-  for (int i = 0; i < 1500; ++i)
+  for (int i = 0; i < 1500; ++i) {
     pdf.addPage("BT /F 10 Tf 50 700 Td (" + std::to_string(i) + ") Tj ET", plainFonts(pdf));
+  }
   const std::string path = pathFor("many.pdf");
   pdf.write(path);
   PdfTextDumpOpenFile(wide(path).c_str(), u"");

@@ -80,8 +80,9 @@ TEST_F(Views, AGlyphThatDrawsItselfEnds) {
   PdfBuilder pdf;
   const int font = pdf.reserve();
   std::string show = "1000 0 d0 BT /S 1 Tf ";
-  for (int i = 0; i < 30; ++i)
+  for (int i = 0; i < 30; ++i) {
     show += "(AAAAAAAAAA) Tj ";
+  }
   const int glyph = pdf.addStream(show + "ET");
   pdf.set(font, "<</Type/Font/Subtype/Type3/FontMatrix[1 0 0 1 0 0]/FontBBox[0 0 1 1]/FirstChar "
                 "65/LastChar 65"
@@ -123,8 +124,9 @@ TEST_F(Views, WordsAreThoseOfTheSession) {
   open(pdf);
   const GlyphrunWord* words = nullptr;
   ASSERT_EQ(GetViewWords(view_, 1, &words), static_cast<int>(session.size()));
-  for (std::size_t i = 0; i < session.size(); ++i)
+  for (std::size_t i = 0; i < session.size(); ++i) {
     EXPECT_EQ((Word{narrow(words[i].text), words[i].h, words[i].v}), session[i]);
+  }
   EXPECT_EQ(words[0].page, 1);
 }
 

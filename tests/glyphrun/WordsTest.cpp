@@ -9,7 +9,7 @@ namespace {
 
 struct Joining {
   const char* fault;
-  const char* content; /**< inside BT ... ET, Helvetica 10 at 50,700 */
+  const char* content; ///< inside BT ... ET, Helvetica 10 at 50,700
   const char* words;
 };
 
@@ -54,8 +54,9 @@ INSTANTIATE_TEST_SUITE_P(
         Joining{"accent drawn before its letter", "[(caf)-10(\\264)450(e)]TJ", "caf\u00E9"}),
     [](const auto& test) {
       std::string name = test.param.fault;
-      for (char& c : name)
+      for (char& c : name) {
         c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+      }
       return name;
     });
 
@@ -70,7 +71,7 @@ TEST(WordSpacing, MoreIsMoreTolerant) {
   }
 }
 
-/** A composite font whose two-byte codes are their own text. */
+/// A composite font whose two-byte codes are their own text.
 std::string unicodeFont(PdfBuilder& pdf, const std::string& encoding = "Identity-H") {
   const int map = pdf.addStream("1 begincodespacerange <0000> <FFFF> endcodespacerange\n"
                                 "1 beginbfrange <0000> <FFFF> <0000> endbfrange");
@@ -99,8 +100,9 @@ TEST(Unicode, LigaturesAreSpelledOutAndAccentsComposed) {
 }
 
 TEST(Unicode, BlanksOfEveryKindEndAWord) {
-  for (const char* blank : {"0020", "00A0", "2003", "2009", "202F", "3000", "0009"})
+  for (const char* blank : {"0020", "00A0", "2003", "2009", "202F", "3000", "0009"}) {
     EXPECT_EQ(textOf(wordsInUnicode(std::string("<0041") + blank + "0042> Tj")), "A B") << blank;
+  }
 }
 
 TEST(RightToLeft, VisualOrderBecomesLogical) {

@@ -12,7 +12,7 @@ namespace {
 constexpr std::array plainEntries = {"/Version",  "/Extensions",    "/Lang", "/PageLayout",
                                      "/Metadata", "/OutputIntents", "/URI"};
 
-/** A hash that is stable from run to run and system to system. */
+/// A hash that is stable from run to run and system to system.
 uint64_t hashOf(const std::string& text, uint64_t seed) {
   uint64_t hash = 0xCBF29CE484222325ULL ^ seed;
   for (const char ch : text) {
@@ -47,7 +47,7 @@ int CatalogBuilder::writeInfo() {
   return number;
 }
 
-std::string CatalogBuilder::identifier(int32_t rotation) {
+std::string CatalogBuilder::identifier() {
   QPDFObjectHandle id = m_source.trailer().getKey("/ID");
   std::string text = m_source.path();
   if (id.isArray() && id.getArrayNItems() > 0 && id.getArrayItem(0).isString()) {
@@ -57,7 +57,6 @@ std::string CatalogBuilder::identifier(int32_t rotation) {
   for (const auto& [first, last] : m_ranges) {
     text += ' ' + std::to_string(first) + ' ' + std::to_string(last);
   }
-  text += ' ' + std::to_string(rotation);
   std::string bytes;
   appendBytes(bytes, hashOf(text, 0));
   appendBytes(bytes, hashOf(text, 0x9E3779B97F4A7C15ULL));
@@ -138,7 +137,7 @@ void CatalogBuilder::addPageMode(Fragment& out, bool hasOutline) {
   }
 }
 
-/** Where a document opens is kept; what it runs when it opens is not. */
+/// Where a document opens is kept; what it runs when it opens is not.
 void CatalogBuilder::addOpenAction(Fragment& out) {
   QPDFObjectHandle opening = m_source.catalog().getKey("/OpenAction");
   if (opening.isArray()) {

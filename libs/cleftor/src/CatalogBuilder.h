@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_CATALOG_BUILDER_H
-#define CLEFTOR_CATALOG_BUILDER_H
+#pragma once
 
 #include "FormBuilder.h"
 #include "LinkRules.h"
@@ -8,11 +7,9 @@
 
 namespace cleftor {
 
-/**
- * What an output says as a document: information, labels, bookmarks, names, form, layers. Files
- * that are attached to the source as a whole stay behind, as does its tree of structure; scripts of
- * the whole document come along with form fields, whose own scripts call them.
- */
+/// What an output says as a document: information, labels, bookmarks, names, form, layers. Files
+/// that are attached to the source as a whole stay behind, as does its tree of structure; scripts
+/// of the whole document come along with form fields, whose own scripts call them.
 class CatalogBuilder {
 public:
   CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
@@ -20,14 +17,14 @@ public:
       : m_source(source), m_copier(copier), m_links(links), m_form(form), m_writer(writer),
         m_ranges(ranges) {}
 
-  /** Number of the document information, 0 when the source has none. */
+  /// Number of the document information, 0 when the source has none.
   int writeInfo();
 
-  /** Writes the catalog and everything that only it refers to; the pages are written before. */
+  /// Writes the catalog and everything that only it refers to; the pages are written before.
   void writeCatalog(int number, int pageTree, bool keepBookmarks);
 
-  /** 16 bytes, the same whenever the same pages of the same source is written. */
-  std::string identifier(int32_t rotation);
+  /// 16 bytes, the same whenever the same pages of the same source is written.
+  std::string identifier();
 
 private:
   void addPlainEntries(Fragment& out);
@@ -43,9 +40,7 @@ private:
   LinkRules& m_links;
   FormBuilder& m_form;
   DocumentWriter& m_writer;
-  const std::vector<pages::PageRange>& m_ranges; /**< in the order of the output */
+  const std::vector<pages::PageRange>& m_ranges; ///< in the order of the output
 };
 
 } // namespace cleftor
-
-#endif

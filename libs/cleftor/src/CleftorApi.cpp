@@ -16,7 +16,7 @@ Splitter::Passwords passwordsOf(const char16_t* password) {
   return common::passwordCandidates(common::textOf(password));
 }
 
-/** Runs one operation; whatever goes wrong in it becomes a code and a text. */
+/// Runs one operation; whatever goes wrong in it becomes a code and a text.
 template <typename Operation> int32_t guarded(int32_t unforeseen, Operation operation) noexcept {
   Splitter& splitter = Splitter::instance();
   splitter.lastError().clear();
@@ -94,10 +94,6 @@ int32_t GetProcessingPage() {
 
 void SetKeepBookmarks(int32_t keep) {
   Splitter::instance().keepBookmarks(keep != 0);
-}
-
-void SetPageRotation(int32_t degrees) {
-  Splitter::instance().setRotation(degrees);
 }
 
 void SetWriteBehind(int32_t on) {

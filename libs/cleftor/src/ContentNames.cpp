@@ -40,7 +40,7 @@ int hexValue(char ch) {
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-/** Resolves "#41" escapes, so that both spellings of a name are one. */
+/// Resolves "#41" escapes, so that both spellings of a name are one.
 std::string plainName(std::string_view name) {
   std::string out;
   for (size_t i = 0; i < name.size(); ++i) {

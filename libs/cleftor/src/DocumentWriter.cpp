@@ -10,7 +10,7 @@ namespace cleftor {
 
 namespace {
 
-/** Room for the longest length that the cross-reference table could still point behind. */
+/// Room for the longest length that the cross-reference table could still point behind.
 constexpr std::string_view lengthRoom = "          ";
 constexpr uint64_t largestOffset = 9'999'999'999;
 

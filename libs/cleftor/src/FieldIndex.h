@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_FIELD_INDEX_H
-#define CLEFTOR_FIELD_INDEX_H
+#pragma once
 
 #include "pages/ObjGenHash.h"
 
@@ -11,24 +10,24 @@
 
 namespace cleftor {
 
-/** The form fields and widgets of a document, each with its place in the tree of fields. */
+/// The form fields and widgets of a document, each with its place in the tree of fields.
 class FieldIndex {
 public:
   static constexpr uint32_t none = std::numeric_limits<uint32_t>::max();
 
   struct Field {
-    QPDFObjGen parent;           /**< object 0 for a field at the top */
-    uint32_t position = 0;       /**< in the order of the tree */
-    uint32_t calculation = none; /**< in the order of calculation */
-    bool isSigned = false;       /**< a signature field that holds a signature */
+    QPDFObjGen parent;           ///< object 0 for a field at the top
+    uint32_t position = 0;       ///< in the order of the tree
+    uint32_t calculation = none; ///< in the order of calculation
+    bool isSigned = false;       ///< a signature field that holds a signature
   };
 
   explicit FieldIndex(QPDFObjectHandle catalog);
 
-  /** The field or widget that an object is, nullptr for one that the form does not reach. */
+  /// The field or widget that an object is, nullptr for one that the form does not reach.
   const Field* find(QPDFObjGen object) const;
 
-  /** The form dictionary, null when the document has none. */
+  /// The form dictionary, null when the document has none.
   QPDFObjectHandle form() const { return m_form; }
 
 private:
@@ -39,5 +38,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

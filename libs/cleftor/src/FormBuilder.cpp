@@ -6,10 +6,8 @@ namespace cleftor {
 
 namespace {
 
-/**
- * A signature vouches for bytes that an output does not have. What it looks like stays, as a stamp:
- * a signature field without its signature would show something else.
- */
+/// A signature vouches for bytes that an output does not have. What it looks like stays, as a
+/// stamp: a signature field without its signature would show something else.
 void makeStamp(std::map<std::string, QPDFObjectHandle>& entries) {
   for (const char* key : {"/FT", "/T", "/TU", "/TM", "/Ff", "/V", "/DV", "/DA", "/Parent", "/Kids",
                           "/MK", "/Lock", "/SV", "/A", "/AA"}) {

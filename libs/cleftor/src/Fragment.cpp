@@ -8,7 +8,7 @@ namespace cleftor {
 
 namespace {
 
-/** Whether a character may stand in a name as it is. */
+/// Whether a character may stand in a name as it is.
 bool isPlain(char ch) {
   return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || (ch >= '0' && ch <= '9') ||
          ch == '.' || ch == '-' || ch == '_' || ch == '+' || ch == ':' || ch == '*' || ch == ',';

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_FRAGMENT_H
-#define CLEFTOR_FRAGMENT_H
+#pragma once
 
 #include <qpdf/QPDFObjectHandle.hh>
 
@@ -9,15 +8,13 @@
 
 namespace cleftor {
 
-/**
- * An object of an output as text in which the references to source objects are still open. The text
- * is the same for every output, the numbers are not: an object that many outputs share is turned
- * into text once.
- */
+/// An object of an output as text in which the references to source objects are still open. The
+/// text is the same for every output, the numbers are not: an object that many outputs share is
+/// turned into text once.
 class Fragment {
 public:
   struct Reference {
-    size_t at; /**< offset in bytes() before which the reference belongs */
+    size_t at; ///< offset in bytes() before which the reference belongs
     QPDFObjGen object;
   };
 
@@ -27,33 +24,31 @@ public:
   void text(std::string_view text) { m_bytes.append(text); }
   void integer(long long value);
 
-  /** A name as a key or value; name begins with its slash and is not escaped. */
+  /// A name as a key or value; name begins with its slash and is not escaped.
   void name(const std::string& name);
 
-  /** A reference to a source object, which the output resolves. */
+  /// A reference to a source object, which the output resolves.
   void reference(QPDFObjGen object);
 
-  /** A reference to an object of the output itself. */
+  /// A reference to an object of the output itself.
   void number(int object);
 
-  /** All of another fragment. */
+  /// All of another fragment.
   void append(const Fragment& other);
 
-  /** A source value as it stands: an indirect one as a reference, a direct one with all it holds.
-   */
+  /// A source value as it stands: an indirect one as a reference, a direct one with all it holds.
   void value(QPDFObjectHandle value);
 
-  /** A source value written out in place, even when it is an object of its own; no stream's data.
-   */
+  /// A source value written out in place, even when it is an object of its own; no stream's data.
   void resolved(QPDFObjectHandle value);
 
-  /** "/Key value" for each entry of map; entries that are null stay out. */
+  /// "/Key value" for each entry of map; entries that are null stay out.
   void entries(std::map<std::string, QPDFObjectHandle>& map);
 
-  /** "/Key value" */
+  /// "/Key value"
   void entry(const std::string& key, QPDFObjectHandle value);
 
-  /** Puts a blank where two tokens would run together. */
+  /// Puts a blank where two tokens would run together.
   void separate();
 
 private:
@@ -62,5 +57,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

@@ -7,10 +7,10 @@ namespace cleftor {
 
 namespace {
 
-/** Deeper layer lists than this are made to exhaust the stack. */
+/// Deeper layer lists than this are made to exhaust the stack.
 constexpr int deepestList = 64;
 
-/** Writes layer configurations with every layer left out that an output does not use. */
+/// Writes layer configurations with every layer left out that an output does not use.
 class Reducer {
 public:
   Reducer(Fragment& out, const pages::ObjGenSet& used) : m_out(out), m_used(used) {}
@@ -40,7 +40,7 @@ private:
     return value.isIndirect() && m_used.count(value.getObjGen()) != 0;
   }
 
-  /** Whether anything of a list stays, so that no empty group is listed. */
+  /// Whether anything of a list stays, so that no empty group is listed.
   bool anyUsed(QPDFObjectHandle list, int depth) const {
     const int count = list.getArrayNItems();
     for (int i = 0; i < count; ++i) {

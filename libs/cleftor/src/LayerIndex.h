@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_LAYER_INDEX_H
-#define CLEFTOR_LAYER_INDEX_H
+#pragma once
 
 #include "Fragment.h"
 #include "pages/ObjGenHash.h"
@@ -11,7 +10,7 @@
 
 namespace cleftor {
 
-/** The layers of a document (optional content groups) and what tells which of them show. */
+/// The layers of a document (optional content groups) and what tells which of them show.
 class LayerIndex {
 public:
   explicit LayerIndex(QPDFObjectHandle catalog);
@@ -19,7 +18,7 @@ public:
   bool isEmpty() const { return m_positions.empty(); }
   bool isLayer(QPDFObjGen object) const { return m_positions.count(object) != 0; }
 
-  /** The catalog's entry for an output that uses these layers, with their states and order. */
+  /// The catalog's entry for an output that uses these layers, with their states and order.
   Fragment reducedTo(const pages::ObjGenSet& used) const;
 
 private:
@@ -28,5 +27,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

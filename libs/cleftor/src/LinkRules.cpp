@@ -4,7 +4,7 @@ namespace cleftor {
 
 namespace {
 
-/** Chains of actions longer or deeper than this are made to exhaust stack or disk. */
+/// Chains of actions longer or deeper than this are made to exhaust stack or disk.
 constexpr int deepestChain = 32;
 constexpr int mostActions = 100'000;
 
@@ -13,7 +13,7 @@ std::string kindOf(QPDFObjectHandle action) {
   return kind.isName() ? kind.getName() : std::string();
 }
 
-/** The entry of an action that names fields or annotations, or nullptr. */
+/// The entry of an action that names fields or annotations, or nullptr.
 const char* targetsKey(const std::string& kind) {
   if (kind == "/ResetForm" || kind == "/SubmitForm") {
     return "/Fields";
@@ -55,7 +55,7 @@ bool LinkRules::writeDestination(Fragment& out, const char* key, QPDFObjectHandl
   return true;
 }
 
-/** A form's fields and a page's annotations are referred to directly or by name. */
+/// A form's fields and a page's annotations are referred to directly or by name.
 bool LinkRules::targetsAny(QPDFObjectHandle targets) {
   if (!targets.isArray()) {
     return !targets.isIndirect() || !targets.isDictionary() ||
@@ -85,7 +85,7 @@ void LinkRules::writeTargets(Fragment& out, QPDFObjectHandle targets) {
   out.text("]");
 }
 
-/** Whether an action still means something in the range, whatever follows it. */
+/// Whether an action still means something in the range, whatever follows it.
 bool LinkRules::staysAlone(QPDFObjectHandle action) {
   const std::string kind = kindOf(action);
   if (kind == "/GoTo") {
@@ -124,7 +124,7 @@ void LinkRules::actionEntries(Fragment& out, QPDFObjectHandle action, const std:
   }
 }
 
-/** Writes the actions that follow, as one or as an array; false when none stays. */
+/// Writes the actions that follow, as one or as an array; false when none stays.
 bool LinkRules::followers(Fragment& out, QPDFObjectHandle next, int depth) {
   if (!next.isArray()) {
     return actionBody(out, next, depth);

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_LINK_RULES_H
-#define CLEFTOR_LINK_RULES_H
+#pragma once
 
 #include "Fragment.h"
 #include "ObjectCopier.h"
@@ -9,26 +8,24 @@
 
 namespace cleftor {
 
-/**
- * What becomes of links and actions in an output: those that lead to one of its pages stay, those
- * that lead to another page go, and those that have nothing to do with pages stay as they are. Its
- * pages have to be placed before.
- */
+/// What becomes of links and actions in an output: those that lead to one of its pages stay, those
+/// that lead to another page go, and those that have nothing to do with pages stay as they are. Its
+/// pages have to be placed before.
 class LinkRules {
 public:
   LinkRules(Source& source, ObjectCopier& copier) : m_source(source), m_copier(copier) {}
 
-  /** Whether a destination of any kind leads to a page of the output. */
+  /// Whether a destination of any kind leads to a page of the output.
   bool leadsInside(QPDFObjectHandle destination);
 
-  /** Writes "/key value" when the destination leads into the output; false when it goes. */
+  /// Writes "/key value" when the destination leads into the output; false when it goes.
   bool writeDestination(Fragment& out, const char* key, QPDFObjectHandle destination);
 
-  /** Writes "/key value" for what stays of an action and those that follow it; false when none
-   * does. */
+  /// Writes "/key value" for what stays of an action and those that follow it; false when none
+  /// does.
   bool writeAction(Fragment& out, const char* key, QPDFObjectHandle action);
 
-  /** Writes "/key value" for what stays of a dictionary of actions by event. */
+  /// Writes "/key value" for what stays of a dictionary of actions by event.
   void writeEventActions(Fragment& out, const char* key, QPDFObjectHandle events);
 
 private:
@@ -47,5 +44,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

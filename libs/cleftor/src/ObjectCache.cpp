@@ -4,7 +4,7 @@ namespace cleftor {
 
 namespace {
 
-/** Beyond this, forgetting which objects were seen costs less than remembering them. */
+/// Beyond this, forgetting which objects were seen costs less than remembering them.
 constexpr size_t mostSeen = 100'000;
 
 size_t weight(const CopiedObject& object) {

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_OBJECT_CACHE_H
-#define CLEFTOR_OBJECT_CACHE_H
+#pragma once
 
 #include "Fragment.h"
 #include "pages/ObjGenHash.h"
@@ -9,26 +8,24 @@
 
 namespace cleftor {
 
-/** A source object ready to be written into any output. */
+/// A source object ready to be written into any output.
 struct CopiedObject {
-  Fragment body;    /**< the object, or the entries of a stream's dictionary without its length */
-  std::string data; /**< a stream's data as stored */
+  Fragment body;    ///< the object, or the entries of a stream's dictionary without its length
+  std::string data; ///< a stream's data as stored
   bool isStream = false;
 };
 
-/**
- * Objects that outputs share: fonts, images, document information. What is asked for a second time
- * is kept; when the room is used up everything goes, and what is still shared is soon back.
- */
+/// Objects that outputs share: fonts, images, document information. What is asked for a second time
+/// is kept; when the room is used up everything goes, and what is still shared is soon back.
 class ObjectCache {
 public:
-  /** Largest stream worth keeping, in bytes as the source states them. */
+  /// Largest stream worth keeping, in bytes as the source states them.
   static constexpr size_t largestData = size_t{512} * 1024;
 
-  /** The kept object, or nullptr. */
+  /// The kept object, or nullptr.
   const CopiedObject* find(QPDFObjGen object) const;
 
-  /** Whether the object was asked for before, so that it is worth keeping now. */
+  /// Whether the object was asked for before, so that it is worth keeping now.
   bool isWanted(QPDFObjGen object);
 
   void keep(QPDFObjGen object, CopiedObject&& copied);
@@ -42,5 +39,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

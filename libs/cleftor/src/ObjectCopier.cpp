@@ -32,7 +32,7 @@ bool isBookmark(QPDFObjectHandle dictionary) {
           has(dictionary, "/Dest") || has(dictionary, "/A"));
 }
 
-/** Beads of an article form a ring through the whole document. */
+/// Beads of an article form a ring through the whole document.
 bool isBead(QPDFObjectHandle dictionary) {
   return has(dictionary, "/N") && has(dictionary, "/V") && has(dictionary, "/P") &&
          has(dictionary, "/R");
@@ -74,7 +74,7 @@ int ObjectCopier::numberOf(QPDFObjGen object) {
   return place->second;
 }
 
-/** Makes the text of a fragment final in m_scratch. */
+/// Makes the text of a fragment final in m_scratch.
 void ObjectCopier::resolve(const Fragment& fragment) {
   m_scratch.clear();
   const std::string& bytes = fragment.bytes();

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_OBJECT_COPIER_H
-#define CLEFTOR_OBJECT_COPIER_H
+#pragma once
 
 #include "DocumentWriter.h"
 #include "Fragment.h"
@@ -11,34 +10,32 @@
 
 namespace cleftor {
 
-/**
- * Copies source objects into one output, each once and together with what it refers to. The copying
- * ends where other pages begin: a reference to a page outside the range, to the page tree, to
- * structure, fields, annotations or bookmarks that nobody placed becomes null.
- */
+/// Copies source objects into one output, each once and together with what it refers to. The
+/// copying ends where other pages begin: a reference to a page outside the range, to the page tree,
+/// to structure, fields, annotations or bookmarks that nobody placed becomes null.
 class ObjectCopier {
 public:
   ObjectCopier(Source& source, DocumentWriter& writer) : m_source(source), m_writer(writer) {}
 
-  /** Gives a source object its number in the output; whoever places it writes it too. */
+  /// Gives a source object its number in the output; whoever places it writes it too.
   int place(QPDFObjGen object);
 
-  /** Whether the object has a number already. */
+  /// Whether the object has a number already.
   bool isPlaced(QPDFObjGen object) const { return m_numbers.count(object) != 0; }
 
-  /** Number of an object, which is copied later if need be; 0 when it stays out. */
+  /// Number of an object, which is copied later if need be; 0 when it stays out.
   int numberOf(QPDFObjGen object);
 
-  /** Makes sure that everything a fragment refers to gets copied. */
+  /// Makes sure that everything a fragment refers to gets copied.
   void request(const Fragment& body);
 
-  /** Writes an object of the output. */
+  /// Writes an object of the output.
   void write(int number, const Fragment& body);
 
-  /** Copies everything that was referred to and is not written yet. */
+  /// Copies everything that was referred to and is not written yet.
   void copyWaiting();
 
-  /** Layers that the copied objects depend on. */
+  /// Layers that the copied objects depend on.
   const pages::ObjGenSet& usedLayers() const { return m_usedLayers; }
 
 private:
@@ -59,5 +56,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

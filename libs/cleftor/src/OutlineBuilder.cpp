@@ -10,7 +10,7 @@ using pages::Bookmark;
 
 class Writer {
 public:
-  /** numbers: that of the outline, then those of the bookmarks. */
+  /// numbers: that of the outline, then those of the bookmarks.
   Writer(ObjectCopier& copier, LinkRules& links, const std::vector<Bookmark>& list,
          const std::vector<int>& numbers)
       : m_copier(copier), m_links(links), m_list(list), m_numbers(numbers) {}
@@ -30,7 +30,7 @@ public:
   }
 
 private:
-  /** Of a bookmark, or of the outline itself for none. */
+  /// Of a bookmark, or of the outline itself for none.
   int numberOf(int position) const { return m_numbers[static_cast<size_t>(position + 1)]; }
 
   void relation(Fragment& out, const char* key, int position) {

@@ -9,21 +9,14 @@ namespace cleftor {
 
 namespace {
 
-/** Entries that a page takes from the nodes above it. */
+/// Entries that a page takes from the nodes above it.
 constexpr std::array inheritable = {"/MediaBox", "/CropBox", "/Rotate"};
 
-/**
- * Entries of a page that lead into the document beyond it: the tree of pages, articles, structure,
- * parts; and those that are written by rules of their own.
- */
+/// Entries of a page that lead into the document beyond it: the tree of pages, articles, structure,
+/// parts; and those that are written by rules of their own.
 constexpr std::array setAside = {"/Parent",    "/B",      "/StructParents",
                                  "/DPart",     "/Annots", "/AA",
                                  "/Resources", "/Rotate", "/StructParent"};
-
-int turned(QPDFObjectHandle rotation, int32_t further) {
-  const long long now = rotation.isInteger() ? rotation.getIntValue() % 360 : 0;
-  return static_cast<int>(((now + further) % 360 + 360) % 360);
-}
 
 } // namespace
 
@@ -50,11 +43,10 @@ void RangeBuilder::write() {
   CatalogBuilder document(m_source, m_copier, m_links, m_form, m_writer, m_ranges);
   const int info = document.writeInfo();
   document.writeCatalog(catalog, m_treeNumber, m_settings.keepBookmarks);
-  m_writer.finish(catalog, info, document.identifier(m_settings.rotation));
+  m_writer.finish(catalog, info, document.identifier());
 }
 
-/** Every page and annotation has its number before one is written: links lead backward and forward.
- */
+/// Every page and annotation has its number before one is written: links lead backward and forward.
 void RangeBuilder::placePages() {
   for (const int32_t page : m_pages) {
     const QPDFObjGen object = m_source.pages().object(page);
@@ -164,7 +156,8 @@ void RangeBuilder::writeResources(Fragment& out, int32_t page, Entries& entries)
 
 void RangeBuilder::writeRotation(Fragment& out, Entries& entries) {
   QPDFObjectHandle rotation = entries["/Rotate"];
-  const int degrees = turned(rotation, m_settings.rotation);
+  const long long turned = rotation.isInteger() ? rotation.getIntValue() % 360 : 0;
+  const long long degrees = (turned + 360) % 360;
   if (degrees != 0) {
     out.text("/Rotate ");
     out.integer(degrees);
@@ -202,7 +195,7 @@ void RangeBuilder::writeAnnotations(QPDFObjectHandle annotations) {
   }
 }
 
-/** An annotation answers to others and to its page only as far as these are in the range. */
+/// An annotation answers to others and to its page only as far as these are in the range.
 void RangeBuilder::dropStrayRelations(Entries& entries) {
   entries.erase("/StructParent");
   for (const char* key : {"/P", "/Parent", "/Popup", "/IRT"}) {

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_RANGE_BUILDER_H
-#define CLEFTOR_RANGE_BUILDER_H
+#pragma once
 
 #include "FormBuilder.h"
 #include "LinkRules.h"
@@ -10,16 +9,15 @@
 
 namespace cleftor {
 
-/** Settings of an output. */
+/// Settings of an output.
 struct RangeSettings {
   bool keepBookmarks = false;
-  int32_t rotation = 0; /**< degrees clockwise, a multiple of 90 */
 };
 
-/** Writes ranges of a source, in their order, as one document. */
+/// Writes ranges of a source, in their order, as one document.
 class RangeBuilder {
 public:
-  /** file is not kept by the builder; whoever made it does that. */
+  /// file is not kept by the builder; whoever made it does that.
   RangeBuilder(Source& source, std::vector<pages::PageRange> ranges, const RangeSettings& settings,
                common::AsideFile& file);
 
@@ -43,17 +41,15 @@ private:
 
   Source& m_source;
   std::vector<pages::PageRange> m_ranges;
-  std::vector<int32_t> m_pages; /**< indexes in the source, in the order of the output */
+  std::vector<int32_t> m_pages; ///< indexes in the source, in the order of the output
   RangeSettings m_settings;
   DocumentWriter m_writer;
   ObjectCopier m_copier;
   LinkRules m_links;
   FormBuilder m_form;
-  std::vector<int> m_pageNumbers; /**< as m_pages */
+  std::vector<int> m_pageNumbers; ///< as m_pages
   pages::ObjGenSet m_annotationsWritten;
   int m_treeNumber = 0;
 };
 
 } // namespace cleftor
-
-#endif

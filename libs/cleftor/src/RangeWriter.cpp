@@ -19,22 +19,22 @@ using common::pathOf;
 
 namespace {
 
-/** What may wait: enough to even out large and small ranges, little enough to be done soon when the
- * caller wants to stop. */
+/// What may wait: enough to even out large and small ranges, little enough to be done soon when the
+/// caller wants to stop.
 constexpr size_t mostRanges = 64;
 constexpr int32_t mostPages = 256;
 
-/** So often must the caller have waited before a second thread opens the source once more. */
+/// So often must the caller have waited before a second thread opens the source once more.
 constexpr int waitsForHelp = 64;
 
-/** On many systems names that differ in case alone lead to one file. */
+/// On many systems names that differ in case alone lead to one file.
 bool isSameTarget(const std::string& one, const std::string& other) {
   const auto lower = [](char ch) { return ch >= 'A' && ch <= 'Z' ? ch | 0x20 : ch; };
   return std::equal(one.begin(), one.end(), other.begin(), other.end(),
                     [&](char left, char right) { return lower(left) == lower(right); });
 }
 
-/** What an order weighs while it waits; one too many stands for any number. */
+/// What an order weighs while it waits; one too many stands for any number.
 int32_t pagesOf(const RangeOrder& order) {
   int32_t pages = 0;
   for (const auto& [first, last] : order.ranges) {
@@ -127,7 +127,7 @@ void RangeWriter::release(std::shared_ptr<Source> source) {
   put({std::move(source), {}});
 }
 
-/** A range that is longer than the whole room waits alone. */
+/// A range that is longer than the whole room waits alone.
 bool RangeWriter::hasRoomFor(int32_t pages) const {
   return m_waiting.empty() ||
          (m_waiting.size() < mostRanges && m_waitingPages <= mostPages - pages);
@@ -165,7 +165,7 @@ void RangeWriter::put(Task task) {
   m_changed.notify_all();
 }
 
-/** Opening a file again is worth its while only where much is left to be written. */
+/// Opening a file again is worth its while only where much is left to be written.
 void RangeWriter::callHelp(const std::shared_ptr<Source>& source) {
   if (std::thread::hardware_concurrency() < 2) {
     return;
@@ -182,7 +182,7 @@ void RangeWriter::callHelp(const std::shared_ptr<Source>& source) {
   }
 }
 
-/** Waits for the file alone: to free a large source takes a while. Nothing may be left to write. */
+/// Waits for the file alone: to free a large source takes a while. Nothing may be left to write.
 void RangeWriter::endHelp() {
   std::unique_lock lock(m_mutex);
   m_helpEnds = true;
@@ -270,13 +270,13 @@ bool RangeWriter::isBeingWritten(const std::string& target) const {
          (m_second.number != 0 && isSameTarget(m_second.target, target));
 }
 
-/** Whether the range in front need not wait for an earlier one with its target. */
+/// Whether the range in front need not wait for an earlier one with its target.
 bool RangeWriter::mayBegin() const {
   return !m_waiting.empty() &&
          !(m_waiting.front().order && isBeingWritten(m_waiting.front().order->target));
 }
 
-/** Takes the front off; the lock is given back while it is written from `source`. */
+/// Takes the front off; the lock is given back while it is written from `source`.
 void RangeWriter::writeFront(std::unique_lock<std::mutex>& lock, Written& mine, Source* source) {
   Task task = std::move(m_waiting.front());
   m_waiting.pop_front();

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_RANGE_WRITER_H
-#define CLEFTOR_RANGE_WRITER_H
+#pragma once
 
 #include "RangeBuilder.h"
 #include "Source.h"
@@ -20,7 +19,7 @@
 
 namespace cleftor {
 
-/** Ranges to be written to one file, in their order; pages count from 1 here. */
+/// Ranges to be written to one file, in their order; pages count from 1 here.
 struct RangeOrder {
   std::string target;
   std::vector<pages::PageRange> ranges;
@@ -30,66 +29,64 @@ struct RangeOrder {
   int32_t lastPage() const { return ranges.back().last; }
 };
 
-/** Refuses pages that the source does not have, and the source itself as the target. */
+/// Refuses pages that the source does not have, and the source itself as the target.
 void checkOrder(const Source& source, const RangeOrder& order);
 
-/** Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc. */
+/// Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc.
 void writeRange(Source& source, const RangeOrder& order);
 
-/** A range that was taken over and not written. */
+/// A range that was taken over and not written.
 struct FailedRange {
   RangeOrder order;
   int32_t code = 0;
   std::string reason;
 };
 
-/**
- * Writes ranges on a thread of its own. When the caller keeps waiting for it, a second thread joins
- * in, with a source of its own of the same file. Ranges are begun in the order in which they come,
- * and never two with one target at a time, so that the later of those stays. Between hand() and
- * drain() a source belongs to the first thread.
- */
+/// Writes ranges on a thread of its own. When the caller keeps waiting for it, a second thread
+/// joins in, with a source of its own of the same file. Ranges are begun in the order in which they
+/// come, and never two with one target at a time, so that the later of those stays. Between hand()
+/// and drain() a source belongs to the first thread.
 class RangeWriter {
 public:
   RangeWriter();
 
-  /** Writes what is waiting, then ends. */
+  /// Writes what is waiting, then ends.
   ~RangeWriter();
 
   RangeWriter(const RangeWriter&) = delete;
   RangeWriter& operator=(const RangeWriter&) = delete;
 
-  /** Waits until there is room for a range of so many pages, or this long; whether there is. */
+  /// Waits until there is room for a range of so many pages, or this long; whether there is.
   bool waitForRoom(const std::shared_ptr<Source>& source, int32_t pages,
                    std::optional<std::chrono::milliseconds> longest = {});
 
-  /** Takes a checked range over; waits while as many are waiting as there is room for. */
+  /// Takes a checked range over; waits while as many are waiting as there is room for.
   void hand(std::shared_ptr<Source> source, RangeOrder order);
 
-  /** Waits until every range is written, or this long; how many are left, counted from the oldest
-   * that is not written. */
+  /// Waits until every range is written, or this long; how many are left, counted from the oldest
+  /// that is not written.
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
-  /** Frees a source without making the caller wait for it; its file is closed at once. Only when
-   * every range is written. */
+  /// Frees a source without making the caller wait for it; its file is closed at once. Only when
+  /// every range is written.
   void release(std::shared_ptr<Source> source);
 
-  /** The failure of the range that was handed over first, if any; only when all before it are done,
-   * so that failures come in the order of the calls. */
+  /// The failure of the range that was handed over first, if any; only when all before it are done,
+  /// so that failures come in the order of the calls.
   std::optional<FailedRange> takeFailure();
 
-  /** Last page of the last range that was written, 0 before the first. */
+  /// Last page of the last range that was written, 0 before the first.
   int32_t lastWrittenPage() const;
 
 private:
   struct Task {
     std::shared_ptr<Source> source;
-    std::optional<RangeOrder> order; /**< nothing: let go of the source */
-    int64_t number = 0;              /**< of ranges, from 1 in the order of handing over */
+    std::optional<RangeOrder> order; ///< nothing: let go of the source
+    int64_t number = 0;              ///< of ranges, from 1 in the order of handing over
   };
-  /** What a thread is writing. */
+  /// What a thread is writing.
   struct Written {
-    int64_t number = 0; /**< 0: nothing */
+    int64_t number = 0; ///< 0: nothing
     std::string target;
   };
 
@@ -105,7 +102,7 @@ private:
   bool hasRoomFor(int32_t pages) const;
   bool waitUntil(std::unique_lock<std::mutex>& lock, const std::function<bool()>& holds,
                  std::optional<std::chrono::milliseconds> longest);
-  int64_t finishedUpTo() const; /**< the range of this number and all before it are done */
+  int64_t finishedUpTo() const; ///< the range of this number and all before it are done
   int32_t unfinished() const;
   void fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason);
 
@@ -113,22 +110,20 @@ private:
   std::condition_variable m_changed;
   std::deque<Task> m_waiting;
   int32_t m_waitingPages = 0;
-  int64_t m_handed = 0; /**< number of the last range */
+  int64_t m_handed = 0; ///< number of the last range
   Written m_first;
   Written m_second;
-  std::map<int64_t, FailedRange> m_failed; /**< by number */
+  std::map<int64_t, FailedRange> m_failed; ///< by number
   int64_t m_lastWritten = 0;
   int32_t m_lastWrittenPage = 0;
   bool m_isEnding = false;
 
-  int m_waits = 0;                     /**< of the caller, for the present source */
-  std::atomic<bool> m_helpEnds{false}; /**< changed under the mutex; opening a source looks at it */
-  bool m_isHelperOpen = false;         /**< the second thread may have the file open */
+  int m_waits = 0;                     ///< of the caller, for the present source
+  std::atomic<bool> m_helpEnds{false}; ///< changed under the mutex; opening a source looks at it
+  bool m_isHelperOpen = false;         ///< the second thread may have the file open
 
-  std::thread m_thread; /**< last, so that they see the rest complete */
+  std::thread m_thread; ///< last, so that they see the rest complete
   std::thread m_helper;
 };
 
 } // namespace cleftor
-
-#endif

@@ -9,11 +9,10 @@ namespace {
 constexpr std::array categories = {"/Font",       "/XObject",   "/Pattern",   "/Shading",
                                    "/ColorSpace", "/ExtGState", "/Properties"};
 
-/** A dictionary of a page's own is read through only when it holds more than pages commonly need.
- */
+/// A dictionary of a page's own is read through only when it holds more than pages commonly need.
 constexpr int commonCount = 16;
 
-/** The dictionary of a dictionary or stream, null for anything else. */
+/// The dictionary of a dictionary or stream, null for anything else.
 QPDFObjectHandle dictionaryOf(QPDFObjectHandle value) {
   if (value.isStream()) {
     return value.getDict();
@@ -26,18 +25,16 @@ QPDFObjectHandle entryOf(QPDFObjectHandle value, const std::string& key) {
   return dictionary.isDictionary() ? dictionary.getKey(key) : QPDFObjectHandle::newNull();
 }
 
-/**
- * Finds every name that content drawing with one resource dictionary can use: content that brings
- * no resources of its own (old forms, glyphs of Type 3 fonts, patterns, masks) draws with those of
- * whatever shows it.
- */
+/// Finds every name that content drawing with one resource dictionary can use: content that brings
+/// no resources of its own (old forms, glyphs of Type 3 fonts, patterns, masks) draws with those of
+/// whatever shows it.
 class UseCollector {
 public:
   explicit UseCollector(QPDFObjectHandle resources) : m_resources(resources) {}
 
   bool addContents(QPDFObjectHandle contents) { return m_names.addContents(contents); }
 
-  /** Content of a stream or Type 3 font that may lack resources. */
+  /// Content of a stream or Type 3 font that may lack resources.
   bool addBorrower(QPDFObjectHandle owner) {
     if (!owner.isIndirect() && !owner.isDictionary()) {
       return true;
@@ -67,7 +64,7 @@ public:
     return true;
   }
 
-  /** Follows what the names found so far lead to, until nothing new comes up. */
+  /// Follows what the names found so far lead to, until nothing new comes up.
   bool complete() {
     for (size_t before = 0; before != m_names.size();) {
       before = m_names.size();
@@ -109,7 +106,7 @@ private:
     return true;
   }
 
-  /** An appearance is a stream, or streams by state. */
+  /// An appearance is a stream, or streams by state.
   bool addAppearance(QPDFObjectHandle appearance, int depth) {
     for (auto& [key, value] : appearance.getDictAsMap()) {
       const bool added =

@@ -52,7 +52,7 @@ void Source::open(const std::vector<std::string>& passwords) {
   }
 }
 
-/** False when the password is not right; any other fault throws. */
+/// False when the password is not right; any other fault throws.
 bool Source::openWith(const std::string& password) {
   auto document = pages::quietDocument();
   auto input = std::make_shared<pages::SourceInput>(m_path, m_stop);
@@ -76,7 +76,7 @@ bool Source::openWith(const std::string& password) {
   return true;
 }
 
-/** The walk meets every page. Of a long document most of them leave the memory at once. */
+/// The walk meets every page. Of a long document most of them leave the memory at once.
 void Source::readPages() {
   m_pages =
       std::make_unique<pages::PageTable>(*m_document, [this](int32_t page, QPDFObjGen object) {
@@ -92,7 +92,7 @@ void Source::readPages() {
   }
 }
 
-/** A repaired document is searched for its objects once, not again and again. */
+/// A repaired document is searched for its objects once, not again and again.
 bool Source::mayRenew() const {
   return (m_facts & CLEFTOR_FILE_REPAIRED) == 0 &&
          m_earlierDocuments.size() < static_cast<size_t>(mostRenewals);

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_SOURCE_H
-#define CLEFTOR_SOURCE_H
+#pragma once
 
 #include "FieldIndex.h"
 #include "LayerIndex.h"
@@ -20,14 +19,13 @@
 
 namespace cleftor {
 
-/**
- * A source document, opened once and only read. What a range needs to know about the whole document
- * (bookmarks, names, fields, labels, layers) is gathered once, when a range first asks for it.
- */
+/// A source document, opened once and only read. What a range needs to know about the whole
+/// document (bookmarks, names, fields, labels, layers) is gathered once, when a range first asks
+/// for it.
 class Source {
 public:
-  /** Tries the passwords (bytes) one after the other, then the empty one. Throws Failure
-   * CLEFTOR_CANNOT_OPEN. `stop`: see SourceInput. */
+  /// Tries the passwords (bytes) one after the other, then the empty one. Throws Failure
+  /// CLEFTOR_CANNOT_OPEN. `stop`: see SourceInput.
   Source(const std::string& path, const std::vector<std::string>& passwords,
          const std::atomic<bool>* stop = nullptr);
 
@@ -35,7 +33,7 @@ public:
   const pages::PageTable& pages() const { return *m_pages; }
   int32_t pageCount() const { return m_pages->count(); }
 
-  /** CLEFTOR_FILE_... facts. */
+  /// CLEFTOR_FILE_... facts.
   int32_t facts() const { return m_facts; }
 
   QPDFObjectHandle catalog() { return m_document->getRoot(); }
@@ -43,16 +41,14 @@ public:
   QPDFObjectHandle object(QPDFObjGen object);
   QPDFObjectHandle page(int32_t index);
 
-  /**
-   * The pages first..last (from 0) are written. Of a long document they leave the memory with what
-   * they draw; who asks for them again gets them, since the file is then read anew.
-   */
+  /// The pages first..last (from 0) are written. Of a long document they leave the memory with what
+  /// they draw; who asks for them again gets them, since the file is then read anew.
   void letGoOfPages(int32_t first, int32_t last);
 
-  /** "1.4" and the like. */
+  /// "1.4" and the like.
   std::string version() const;
 
-  /** Whether an object stands for the document as a whole and so never belongs to a range. */
+  /// Whether an object stands for the document as a whole and so never belongs to a range.
   bool isOfWholeDocument(QPDFObjGen object) const {
     return m_wholeDocument.count(object) != 0 || m_pages->isNode(object);
   }
@@ -66,10 +62,10 @@ public:
   ObjectCache& cache() { return m_cache; }
   ResourcePruner& resources() { return m_resources; }
 
-  /** Whether the file became shorter while it was read, so that parts may be missing. */
+  /// Whether the file became shorter while it was read, so that parts may be missing.
   bool isCut() const { return m_input && m_input->isCut(); }
 
-  /** How another thread gets a source of its own of the same file. */
+  /// How another thread gets a source of its own of the same file.
   struct Ticket {
     std::string path;
     std::string password;
@@ -77,19 +73,19 @@ public:
     int32_t pageCount = 0;
   };
   Ticket ticket() const { return {m_path, m_password, m_input->identity(), pageCount()}; }
-  /** Null when the file cannot be opened, is not the same any more, or opening it was stopped. */
+  /// Null when the file cannot be opened, is not the same any more, or opening it was stopped.
   static std::unique_ptr<Source> of(const Ticket& ticket, const std::atomic<bool>& stop);
 
-  /** Closes the file; nothing of the source can be read any more. */
+  /// Closes the file; nothing of the source can be read any more.
   void letGoOfFile();
 
-  /** Lets go of what the parser noted since the last call. */
+  /// Lets go of what the parser noted since the last call.
   void forgetWarnings() { m_document->getWarnings(); }
 
 private:
-  /** A document of no more pages stays in memory: 4 KB or so for a page. */
+  /// A document of no more pages stays in memory: 4 KB or so for a page.
   static constexpr int32_t residentPages = 16'384;
-  /** Reading anew costs time that grows with the document, so it happens a few times at most. */
+  /// Reading anew costs time that grows with the document, so it happens a few times at most.
   static constexpr int mostRenewals = 4;
 
   void readPages();
@@ -104,13 +100,13 @@ private:
 
   std::string m_path;
   const std::atomic<bool>* m_stop;
-  std::string m_password; /**< the one that opened it */
+  std::string m_password; ///< the one that opened it
   std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;
   std::vector<std::shared_ptr<QPDF>>
-      m_earlierDocuments; /**< what is known of the whole hangs on them */
+      m_earlierDocuments; ///< what is known of the whole hangs on them
   std::unique_ptr<pages::PageTable> m_pages;
-  pages::ObjGenSet m_gone; /**< objects of m_document that were let go of */
+  pages::ObjGenSet m_gone; ///< objects of m_document that were let go of
   pages::ObjGenSet m_wholeDocument;
   int32_t m_facts = 0;
 
@@ -124,5 +120,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

@@ -115,9 +115,4 @@ int32_t Splitter::lastWrittenPage() const {
   return behind != 0 ? behind : m_lastWrittenPage;
 }
 
-void Splitter::setRotation(int32_t degrees) {
-  // Pages turn by quarters only; anything else goes to the quarter below.
-  m_settings.rotation = degrees % 360 - degrees % 90;
-}
-
 } // namespace cleftor

@@ -1,5 +1,4 @@
-#ifndef CLEFTOR_SESSION_H
-#define CLEFTOR_SESSION_H
+#pragma once
 
 #include "RangeWriter.h"
 #include "Source.h"
@@ -14,15 +13,15 @@
 
 namespace cleftor {
 
-/** The one state of the process: the open source, the settings and how the last range went. */
+/// The one state of the process: the open source, the settings and how the last range went.
 class Splitter {
 public:
-  /** Bytes to try one after the other. */
+  /// Bytes to try one after the other.
   using Passwords = std::vector<std::string>;
 
   static Splitter& instance();
 
-  /** Opens on another thread what open() is then asked for. */
+  /// Opens on another thread what open() is then asked for.
   void beginOpening(const std::string& path, const Passwords& passwords);
   void open(const std::string& path, const Passwords& passwords);
   void close();
@@ -33,24 +32,23 @@ public:
   void split(RangeOrder order, int32_t totalPages);
   void splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order);
 
-  /** Whether ranges are written on a thread of their own; switching it off waits for them. */
+  /// Whether ranges are written on a thread of their own; switching it off waits for them.
   void setWriteBehind(bool on);
-  /** Whether a range of so many pages is taken over at once, after at most this long. */
+  /// Whether a range of so many pages is taken over at once, after at most this long.
   bool waitForRoom(int32_t pages, std::chrono::milliseconds longest);
-  /** Ranges that are left after this long, or after as long as it takes. */
+  /// Ranges that are left after this long, or after as long as it takes.
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
-  /** Takes a failed range off the list; its texts stay until the next one is taken. */
+  /// Takes a failed range off the list; its texts stay until the next one is taken.
   const FailedRange* takeFailure();
   const std::u16string& failedTarget() const { return m_failedTarget; }
   const std::u16string& failedReason() const { return m_failedReason; }
 
   void keepBookmarks(bool keep) { m_settings.keepBookmarks = keep; }
-  void setRotation(int32_t degrees);
 
   int32_t lastWrittenPage() const;
 
-  /** Result of the last range, 0 before the first. */
+  /// Result of the last range, 0 before the first.
   int32_t status() const { return m_status; }
   void setStatus(int32_t status) { m_status = status; }
 
@@ -67,7 +65,7 @@ private:
   std::optional<Opening> m_opening;
   RangeSettings m_settings;
   std::unique_ptr<RangeWriter> m_writer;
-  std::deque<FailedRange> m_leftFailures; /**< of a writer that is gone */
+  std::deque<FailedRange> m_leftFailures; ///< of a writer that is gone
   std::optional<FailedRange> m_failure;
   std::u16string m_failedTarget;
   std::u16string m_failedReason;
@@ -77,5 +75,3 @@ private:
 };
 
 } // namespace cleftor
-
-#endif

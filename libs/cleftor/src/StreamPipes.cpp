@@ -8,13 +8,12 @@
 #include <exception>
 #include <limits>
 #include <memory>
-#include <stdexcept>
 
 namespace cleftor {
 
 namespace {
 
-/** Decoded content beyond this is a file made to exhaust memory. */
+/// Decoded content beyond this is a file made to exhaust memory.
 constexpr size_t mostContent = size_t{256} * 1024 * 1024;
 
 class StringPipe : public Pipeline {
@@ -35,7 +34,7 @@ private:
   size_t m_most;
 };
 
-/** The parser takes any fault below it for a fault of the source, so faults wait here. */
+/// The parser takes any fault below it for a fault of the source, so faults wait here.
 class WriterPipe : public Pipeline {
 public:
   explicit WriterPipe(DocumentWriter& writer) : Pipeline("output", nullptr), m_writer(writer) {}
@@ -63,7 +62,7 @@ private:
   std::exception_ptr m_fault;
 };
 
-/** False when something was wrong on the way. */
+/// False when something was wrong on the way.
 bool pipe(QPDFObjectHandle stream, Pipeline& target, qpdf_stream_decode_level_e level) {
   try {
     bool filtered = false;
@@ -86,8 +85,7 @@ bool isDeflatedOnly(QPDFObjectHandle stream) {
          dictionary.getKey("/F").isNull();
 }
 
-/** Twice as fast as the step by step inflater, but all or nothing: false leaves content as it was.
- */
+/// Twice as fast as the step by step inflater, but all or nothing: false leaves content as it was.
 bool inflateSound(const std::string& data, std::string& content) {
   const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> inflater(
       libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);

@@ -13,18 +13,21 @@ constexpr int flagHidden = 1 << 1;
 constexpr int flagNoView = 1 << 5;
 
 bool readNumbers(const PdfObject& array, int count, double* out) {
-  if (array.size() < count)
+  if (array.size() < count) {
     return false;
-  for (int i = 0; i < count; ++i)
+  }
+  for (int i = 0; i < count; ++i) {
     out[i] = array.at(i).number();
+  }
   return true;
 }
 
-/** The appearance for the screen in the annotation's present state, or nothing. */
+/// The appearance for the screen in the annotation's present state, or nothing.
 PdfObject appearanceOf(const PdfObject& annotation) {
   const PdfObject normal = annotation.get("AP").get("N");
-  if (normal.isStream() || !normal.isDict())
+  if (normal.isStream() || !normal.isDict()) {
     return normal;
+  }
   const PdfObject state = annotation.get("AS");
   return state.isName() ? normal.get(state.name()) : PdfObject();
 }
@@ -34,8 +37,9 @@ bool placeInRectangle(const PdfObject& annotation, const PdfObject& form, Matrix
   double r[4];
   double b[4];
   double m[6] = {1, 0, 0, 1, 0, 0};
-  if (!readNumbers(annotation.get("Rect"), 4, r) || !readNumbers(form.get("BBox"), 4, b))
+  if (!readNumbers(annotation.get("Rect"), 4, r) || !readNumbers(form.get("BBox"), 4, b)) {
     return false;
+  }
   readNumbers(form.get("Matrix"), 6, m);
   const Rect target{std::min(r[0], r[2]), std::min(r[1], r[3]), std::max(r[0], r[2]),
                     std::max(r[1], r[3])};
@@ -55,19 +59,22 @@ bool isShown(const PdfObject& annotation, LayerVisibility& layers) {
          !layers.hides(annotation.get("OC"));
 }
 
-/** A value of a field, its own or by inheritance. */
+/// A value of a field, its own or by inheritance.
 PdfObject inheritedOf(const PdfObject& field, const char* key) {
   constexpr int deepest = 32;
   PdfObject at = field;
-  for (int i = 0; i < deepest && at; ++i, at = at.get("Parent"))
-    if (const PdfObject value = at.get(key))
+  for (int i = 0; i < deepest && at; ++i, at = at.get("Parent")) {
+    if (const PdfObject value = at.get(key)) {
       return value;
+    }
+  }
   return {};
 }
 
 bool isFilledText(const PdfObject& annotation) {
-  if (!annotation.get("Subtype").isNamed("Widget") || !inheritedOf(annotation, "V"))
+  if (!annotation.get("Subtype").isNamed("Widget") || !inheritedOf(annotation, "V")) {
     return false;
+  }
   const PdfObject type = inheritedOf(annotation, "FT");
   return type.isNamed("Tx") || type.isNamed("Ch");
 }
@@ -76,13 +83,15 @@ bool isFilledText(const PdfObject& annotation) {
 void drawAppearances(PdfFile& file, std::int32_t index, bool existingToo) {
   fz_context* ctx = file.mu().raw();
   pdf_page* page = file.loadForDrawing(index);
-  if (page == nullptr)
+  if (page == nullptr) {
     return;
+  }
   for (pdf_annot* widget = pdf_first_widget(ctx, page); widget != nullptr;
        widget = pdf_next_widget(ctx, widget)) {
     const PdfObject annotation(file.mu(), pdf_annot_obj(ctx, widget));
-    if (!isFilledText(annotation) || (!existingToo && annotation.get("AP")))
+    if (!isFilledText(annotation) || (!existingToo && annotation.get("AP"))) {
       continue;
+    }
     // MuPDF keeps what it draws to itself, unless it is asked to after a change of the document.
     file.mu().attempt([&] {
       pdf_dict_puts_drop(ctx, annotation.raw(), "AP", pdf_new_dict(ctx, file.document(), 1));
@@ -108,8 +117,9 @@ std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
   bool drawn = false;
   for (int i = 0; i < count; ++i) {
     const PdfObject annotation = list.at(i);
-    if (!annotation.isDict() || !isShown(annotation, layers))
+    if (!annotation.isDict() || !isShown(annotation, layers)) {
       continue;
+    }
     PdfObject form = appearanceOf(annotation);
     if (!drawn && isFilledText(annotation) && (redraw || !annotation.get("AP"))) {
       drawn = true;
@@ -117,8 +127,9 @@ std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
       form = appearanceOf(annotation);
     }
     Matrix matrix;
-    if (form.isStream() && placeInRectangle(annotation, form, matrix))
+    if (form.isStream() && placeInRectangle(annotation, form, matrix)) {
       found.push_back({form, matrix});
+    }
   }
   return found;
 }

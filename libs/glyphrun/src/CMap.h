@@ -8,30 +8,26 @@
 
 namespace glyphrun {
 
-/**
- * A map read from a stream of the file. It keeps ranges as ranges: a file may claim one of four
- * billion codes in twenty bytes.
- */
+/// A map read from a stream of the file. It keeps ranges as ranges: a file may claim one of four
+/// billion codes in twenty bytes.
 class CMap {
 public:
-  /** Takes what the stream holds; what makes no sense in it is passed over. */
+  /// Takes what the stream holds; what makes no sense in it is passed over.
   static CMap parse(std::string_view stream);
 
   bool empty() const { return m_cids.empty() && m_texts.empty() && m_codeSpaces.empty(); }
   bool hasTexts() const { return !m_texts.empty(); }
   bool vertical() const { return m_vertical; }
-  /** Name of the map that this one builds on, or empty. */
+  /// Name of the map that this one builds on, or empty.
   const std::string& base() const { return m_base; }
 
-  /**
-   * Takes the next code of a string by the code spaces: its value and, as result, its number of
-   * bytes (at least 1 and at most what is there). 0 when no code space fits.
-   */
+  /// Takes the next code of a string by the code spaces: its value and, as result, its number of
+  /// bytes (at least 1 and at most what is there). 0 when no code space fits.
   unsigned takeCode(std::string_view bytes, std::uint32_t& code) const;
 
-  /** The CID of a code. */
+  /// The CID of a code.
   bool findCid(std::uint32_t code, std::uint32_t& cid) const;
-  /** Appends the text of a code. */
+  /// Appends the text of a code.
   bool appendText(std::uint32_t code, std::u16string& text) const;
 
 private:
@@ -48,7 +44,7 @@ private:
   struct TextRange {
     std::uint32_t low;
     std::uint32_t high;
-    std::uint32_t offset; /**< of the text of `low` in m_pool */
+    std::uint32_t offset; ///< of the text of `low` in m_pool
     std::uint32_t length;
   };
   friend class CMapParser;

@@ -11,21 +11,26 @@ enum CharacterClass : std::uint8_t { Regular, White, Delimiter };
 
 constexpr std::array<std::uint8_t, 256> makeClasses() {
   std::array<std::uint8_t, 256> classes{};
-  for (const char c : {'\0', '\t', '\n', '\f', '\r', ' '})
+  for (const char c : {'\0', '\t', '\n', '\f', '\r', ' '}) {
     classes[static_cast<unsigned char>(c)] = White;
-  for (const char c : {'(', ')', '<', '>', '[', ']', '{', '}', '/', '%'})
+  }
+  for (const char c : {'(', ')', '<', '>', '[', ']', '{', '}', '/', '%'}) {
     classes[static_cast<unsigned char>(c)] = Delimiter;
+  }
   return classes;
 }
 
 constexpr std::array<std::int8_t, 256> makeHexDigits() {
   std::array<std::int8_t, 256> digits{};
-  for (auto& digit : digits)
+  for (auto& digit : digits) {
     digit = -1;
-  for (std::size_t i = 0; i < 10; ++i)
+  }
+  for (std::size_t i = 0; i < 10; ++i) {
     digits['0' + i] = static_cast<std::int8_t>(i);
-  for (std::size_t i = 0; i < 6; ++i)
+  }
+  for (std::size_t i = 0; i < 6; ++i) {
     digits['a' + i] = digits['A' + i] = static_cast<std::int8_t>(10 + i);
+  }
   return digits;
 }
 
@@ -53,15 +58,18 @@ constexpr int maximumDigits = 15;
 
 TokenKind ContentLexer::next(Token& token) {
   for (;;) {
-    while (m_at < m_end && classOf(*m_at) == White)
+    while (m_at < m_end && classOf(*m_at) == White) {
       ++m_at;
-    if (m_at >= m_end)
+    }
+    if (m_at >= m_end) {
       return token.kind = TokenKind::End;
+    }
     const char c = *m_at;
     switch (c) {
     case '%':
-      while (m_at < m_end && *m_at != '\n' && *m_at != '\r')
+      while (m_at < m_end && *m_at != '\n' && *m_at != '\r') {
         ++m_at;
+      }
       continue;
     case '/':
       readName(token);
@@ -134,8 +142,9 @@ void ContentLexer::readNumber(Token& token) {
   }
   // "12-34" and the like occur; the rest of such a number means nothing.
   while (m_at < m_end && classOf(*m_at) == Regular &&
-         (*m_at == '-' || *m_at == '.' || isDigit(*m_at)))
+         (*m_at == '-' || *m_at == '.' || isDigit(*m_at))) {
     ++m_at;
+  }
   const double value = static_cast<double>(mantissa) * fractions[scale] * overflow;
   token.number = negative ? -value : value;
 }
@@ -148,8 +157,9 @@ void ContentLexer::readName(Token& token) {
     ++m_at;
   }
   token.text = std::string_view(from, static_cast<std::size_t>(m_at - from));
-  if (!escaped)
+  if (!escaped) {
     return;
+  }
   char* out = scratchFor(from);
   std::size_t length = 0;
   for (const char* p = from; p < m_at; ++p) {
@@ -175,18 +185,20 @@ void ContentLexer::readString(Token& token) {
     } else if (c == '(') {
       ++depth;
     } else if (c == ')') {
-      if (--depth == 0)
+      if (--depth == 0) {
         break;
+      }
     } else if (c == '\r') {
       plain = false;
     }
   }
   const char* to = m_at < m_end ? m_at : m_end;
   m_at = to < m_end ? to + 1 : m_end;
-  if (plain)
+  if (plain) {
     token.text = std::string_view(from, static_cast<std::size_t>(to - from));
-  else
+  } else {
     decodeString(from, to, token);
+  }
 }
 
 void ContentLexer::decodeString(const char* from, const char* to, Token& token) {
@@ -195,16 +207,18 @@ void ContentLexer::decodeString(const char* from, const char* to, Token& token) 
   for (const char* p = from; p < to; ++p) {
     if (*p == '\r') {
       out[length++] = '\n';
-      if (p + 1 < to && p[1] == '\n')
+      if (p + 1 < to && p[1] == '\n') {
         ++p;
+      }
       continue;
     }
     if (*p != '\\') {
       out[length++] = *p;
       continue;
     }
-    if (++p >= to)
+    if (++p >= to) {
       break;
+    }
     switch (*p) {
     case 'n':
       out[length++] = '\n';
@@ -222,16 +236,18 @@ void ContentLexer::decodeString(const char* from, const char* to, Token& token) 
       out[length++] = '\f';
       break;
     case '\r':
-      if (p + 1 < to && p[1] == '\n')
+      if (p + 1 < to && p[1] == '\n') {
         ++p;
+      }
       break;
     case '\n':
       break;
     default:
       if (isOctal(*p)) {
         int value = *p - '0';
-        for (int i = 0; i < 2 && p + 1 < to && isOctal(p[1]); ++i)
+        for (int i = 0; i < 2 && p + 1 < to && isOctal(p[1]); ++i) {
           value = value * 8 + (*++p - '0');
+        }
         out[length++] = static_cast<char>(value & 0xFF);
       } else {
         out[length++] = *p;
@@ -248,8 +264,9 @@ void ContentLexer::readHexString(Token& token) {
   int high = -1;
   for (; m_at < m_end && *m_at != '>'; ++m_at) {
     const int digit = hexDigit(*m_at);
-    if (digit < 0)
+    if (digit < 0) {
       continue;
+    }
     if (high < 0) {
       high = digit;
     } else {
@@ -257,43 +274,51 @@ void ContentLexer::readHexString(Token& token) {
       high = -1;
     }
   }
-  if (high >= 0)
+  if (high >= 0) {
     out[length++] = static_cast<char>(high * 16);
-  if (m_at < m_end)
+  }
+  if (m_at < m_end) {
     ++m_at;
+  }
   token.text = std::string_view(out, length);
 }
 
 void ContentLexer::readKeyword(Token& token) {
   const char* from = m_at;
-  while (m_at < m_end && classOf(*m_at) == Regular)
+  while (m_at < m_end && classOf(*m_at) == Regular) {
     ++m_at;
+  }
   token.text = std::string_view(from, static_cast<std::size_t>(m_at - from));
 }
 
 char* ContentLexer::scratchFor(const char* source) {
   // One byte more: an empty buffer still needs a place to point at.
-  if (!m_scratch)
+  if (!m_scratch) {
     m_scratch.reset(new char[static_cast<std::size_t>(m_end - m_begin) + 1]);
+  }
   return m_scratch.get() + (source - m_begin);
 }
 
 void ContentLexer::skipInlineImageData() {
   constexpr std::ptrdiff_t lookAhead = 24;
-  if (m_at < m_end)
+  if (m_at < m_end) {
     ++m_at;
+  }
   for (; m_end - m_at >= 2; ++m_at) {
     m_at = static_cast<const char*>(std::memchr(m_at, 'E', static_cast<std::size_t>(m_end - m_at)));
-    if (m_at == nullptr || m_end - m_at < 2)
+    if (m_at == nullptr || m_end - m_at < 2) {
       break;
+    }
     if (m_at[1] != 'I' || (m_at > m_begin && classOf(m_at[-1]) != White) ||
-        (m_at + 2 < m_end && classOf(m_at[2]) != White))
+        (m_at + 2 < m_end && classOf(m_at[2]) != White)) {
       continue;
+    }
     const char* from = m_at + 2;
     const char* to = m_end - from < lookAhead ? m_end : from + lookAhead;
     bool text = true;
-    for (const char* p = from; p < to && text; ++p)
+    for (const char* p = from; p < to && text; ++p) {
       text = classOf(*p) == White ? *p != '\0' : (*p >= 0x20 && *p < 0x7F);
+    }
     if (text) {
       m_at = from;
       return;

@@ -23,25 +23,21 @@ enum class TokenKind : std::uint8_t {
 struct Token {
   TokenKind kind = TokenKind::End;
   double number = 0;
-  std::string_view text; /**< name without its slash, decoded string, or keyword */
+  std::string_view text; ///< name without its slash, decoded string, or keyword
 };
 
-/**
- * Reads a flat buffer without ever failing: what is no token is passed over. Texts of tokens stay
- * valid as long as the buffer and the lexer.
- */
+/// Reads a flat buffer without ever failing: what is no token is passed over. Texts of tokens stay
+/// valid as long as the buffer and the lexer.
 class ContentLexer {
 public:
   explicit ContentLexer(std::string_view buffer)
       : m_begin(buffer.data()), m_at(buffer.data()), m_end(buffer.data() + buffer.size()) {}
 
-  /** Fills `token` and returns its kind; End from the end of the buffer on. */
+  /// Fills `token` and returns its kind; End from the end of the buffer on.
   TokenKind next(Token& token);
 
-  /**
-   * Goes on behind an inline image, called after its "ID". The length of its data is told nowhere,
-   * so the end is the first "EI" that stands alone and is followed by something like operators.
-   */
+  /// Goes on behind an inline image, called after its "ID". The length of its data is told nowhere,
+  /// so the end is the first "EI" that stands alone and is followed by something like operators.
   void skipInlineImageData();
 
 private:

@@ -15,14 +15,16 @@ constexpr std::size_t operatorsPerClock = 65536;
 
 constexpr std::uint32_t keyOf(std::string_view keyword) {
   std::uint32_t key = 0;
-  for (std::size_t i = 0; i < keyword.size(); ++i)
+  for (std::size_t i = 0; i < keyword.size(); ++i) {
     key |= static_cast<std::uint32_t>(static_cast<unsigned char>(keyword[i])) << (8 * i);
+  }
   return key;
 }
 
 Matrix matrixOf(const PdfObject& array) {
-  if (array.size() < 6)
+  if (array.size() < 6) {
     return {};
+  }
   return {array.at(0).number(), array.at(1).number(), array.at(2).number(),
           array.at(3).number(), array.at(4).number(), array.at(5).number()};
 }
@@ -38,14 +40,16 @@ Rect rectOf(const PdfObject& array) {
 std::u16string textOfString(std::string_view bytes) {
   if (bytes.size() >= 2 && bytes.substr(0, 2) == "\xFE\xFF") {
     std::u16string text;
-    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
+    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
       text.push_back(static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 |
                                            static_cast<unsigned char>(bytes[i + 1])));
+    }
     return text;
   }
   std::u16string text;
-  for (const char byte : bytes)
+  for (const char byte : bytes) {
     text.push_back(fz_unicode_from_pdf_doc_encoding[static_cast<unsigned char>(byte)]);
+  }
   return text;
 }
 
@@ -87,8 +91,9 @@ void ContentReader::runContent(std::string_view content, const PdfObject& resour
   m_frames.push_back({resources, {}, m_states.size(), m_marks.size()});
   ContentLexer lexer(content);
   execute(lexer);
-  while (m_marks.size() > m_frames.back().marksBelow)
+  while (m_marks.size() > m_frames.back().marksBelow) {
     endMarked();
+  }
   m_states.resize(m_frames.back().statesBelow);
   m_unsavedStates = 0;
   m_frames.pop_back();
@@ -98,25 +103,29 @@ void ContentReader::runContent(std::string_view content, const PdfObject& resour
 
 void ContentReader::runForm(const PdfObject& form, const PdfObject& resources,
                             const Matrix& matrix) {
-  if (m_stopped)
+  if (m_stopped) {
     return;
+  }
   if (m_openForms.size() >= static_cast<std::size_t>(m_formDepth)) {
     m_damaged = true;
     return;
   }
   const int number = form.objectNumber();
-  if (std::find(m_openForms.begin(), m_openForms.end(), number) != m_openForms.end())
+  if (std::find(m_openForms.begin(), m_openForms.end(), number) != m_openForms.end()) {
     return;
+  }
   const std::shared_ptr<FormCache::Form> content = m_forms.find(form, m_bytesLeft);
   if (!content) {
     m_damaged = true;
     return;
   }
-  if (content->textless)
+  if (content->textless) {
     return;
+  }
   m_damaged = m_damaged || content->data.damaged;
-  if (!spend(content->data.bytes.size() + 64))
+  if (!spend(content->data.bytes.size() + 64)) {
     return;
+  }
 
   const State outer = m_state;
   const Matrix outerText = m_textMatrix;
@@ -127,23 +136,26 @@ void ContentReader::runForm(const PdfObject& form, const PdfObject& resources,
 
   m_state.matrix = matrixOf(form.get("Matrix")) * matrix;
   const PdfObject box = form.get("BBox");
-  if (box.size() == 4)
+  if (box.size() == 4) {
     m_words.setVisible(outerVisible.intersected(m_state.matrix.bounds(rectOf(box))));
+  }
   const PdfObject own = form.get("Resources");
   m_openForms.push_back(number);
   m_frames.push_back({own.isDict() ? own : resources, {}, m_states.size(), m_marks.size()});
   const std::size_t unsaved = std::exchange(m_unsavedStates, 0);
   ContentLexer lexer(content->data.view());
   execute(lexer);
-  while (m_marks.size() > m_frames.back().marksBelow)
+  while (m_marks.size() > m_frames.back().marksBelow) {
     endMarked();
+  }
   m_states.resize(m_frames.back().statesBelow);
   m_unsavedStates = unsaved;
   m_frames.pop_back();
   m_openForms.pop_back();
 
-  if (m_textOperators == textBefore && !m_stopped && m_damaged == damagedBefore && own.isDict())
+  if (m_textOperators == textBefore && !m_stopped && m_damaged == damagedBefore && own.isDict()) {
     content->textless = true;
+  }
   m_words.setVisible(outerVisible);
   m_state = outer;
   m_textMatrix = outerText;
@@ -158,8 +170,9 @@ void ContentReader::execute(ContentLexer& lexer) {
     case TokenKind::Number:
     case TokenKind::Name:
     case TokenKind::String:
-      if (m_operands.size() >= mostOperands)
+      if (m_operands.size() >= mostOperands) {
         m_operands.clear();
+      }
       m_operands.push_back(token);
       break;
     case TokenKind::ArrayOpen:
@@ -173,8 +186,9 @@ void ContentReader::execute(ContentLexer& lexer) {
         m_damaged = m_stopped = true;
         return;
       }
-      if (token.text.size() <= 3)
+      if (token.text.size() <= 3) {
         handleOperator(keyOf(token.text), lexer);
+      }
       m_operands.clear();
       m_array.clear();
       break;
@@ -187,10 +201,12 @@ void ContentReader::execute(ContentLexer& lexer) {
 void ContentReader::readArray(ContentLexer& lexer) {
   m_array.clear();
   Token item;
-  while (lexer.next(item) != TokenKind::End && item.kind != TokenKind::ArrayClose)
+  while (lexer.next(item) != TokenKind::End && item.kind != TokenKind::ArrayClose) {
     if (m_array.size() < mostArrayItems &&
-        (item.kind == TokenKind::Number || item.kind == TokenKind::String))
+        (item.kind == TokenKind::Number || item.kind == TokenKind::String)) {
       m_array.push_back(item);
+    }
+  }
 }
 
 // Of a dictionary in the content only a replacement text matters.
@@ -200,10 +216,11 @@ void ContentReader::readDictionary(ContentLexer& lexer) {
   int depth = 1;
   Token token;
   while (depth > 0 && lexer.next(token) != TokenKind::End) {
-    if (token.kind == TokenKind::DictOpen)
+    if (token.kind == TokenKind::DictOpen) {
       ++depth;
-    else if (token.kind == TokenKind::DictClose)
+    } else if (token.kind == TokenKind::DictClose) {
       --depth;
+    }
     if (token.kind == TokenKind::String && awaited) {
       m_hasActualText = true;
       m_actualText = token.text;
@@ -212,8 +229,9 @@ void ContentReader::readDictionary(ContentLexer& lexer) {
   }
   Token marker;
   marker.kind = TokenKind::DictOpen;
-  if (m_operands.size() < mostOperands)
+  if (m_operands.size() < mostOperands) {
     m_operands.push_back(marker);
+  }
 }
 
 double ContentReader::number(std::size_t index) const {
@@ -304,8 +322,9 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
     beginMarked(true);
     break;
   case keyOf("EMC"):
-    if (m_marks.size() > m_frames.back().marksBelow)
+    if (m_marks.size() > m_frames.back().marksBelow) {
       endMarked();
+    }
     break;
   case keyOf("ID"):
     lexer.skipInlineImageData();
@@ -317,10 +336,11 @@ void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
 
 void ContentReader::save() {
   // States beyond the limit are counted only, so that the ones below come back at their own Q.
-  if (m_states.size() >= mostStates)
+  if (m_states.size() >= mostStates) {
     ++m_unsavedStates;
-  else
+  } else {
     m_states.push_back(m_state);
+  }
 }
 
 void ContentReader::restore() {
@@ -333,13 +353,15 @@ void ContentReader::restore() {
 }
 
 void ContentReader::drawXObject(std::string_view name) {
-  if (hidden())
+  if (hidden()) {
     return;
+  }
   const std::string key(name);
   const PdfObject& resources = m_frames.back().resources;
   const PdfObject object = resources.get("XObject").get(key.c_str());
-  if (!object.get("Subtype").isNamed("Form") || m_layers.hides(object.get("OC")))
+  if (!object.get("Subtype").isNamed("Form") || m_layers.hides(object.get("OC"))) {
     return;
+  }
   runForm(object, PdfObject(resources), m_state.matrix);
 }
 
@@ -356,12 +378,14 @@ void ContentReader::beginMarked(bool withProperties) {
       const PdfObject actual = dictionary.get("ActualText");
       replaces = actual.isString();
       replacement = std::string(actual.bytes());
-      if (tag == "OC" && m_layers.hides(dictionary))
+      if (tag == "OC" && m_layers.hides(dictionary)) {
         mark = Mark::Hidden;
+      }
     } else if (m_operands.size() > 1 && m_operands[1].kind == TokenKind::DictOpen) {
       replaces = m_hasActualText;
-      if (replaces)
+      if (replaces) {
         replacement = std::string(m_actualText);
+      }
     }
     if (mark == Mark::Plain && replaces && !hidden() && !m_words.replacing()) {
       mark = Mark::Replacement;
@@ -375,10 +399,11 @@ void ContentReader::beginMarked(bool withProperties) {
 void ContentReader::endMarked() {
   const Mark mark = m_marks.back();
   m_marks.pop_back();
-  if (mark == Mark::Hidden)
+  if (mark == Mark::Hidden) {
     --m_hiddenMarks;
-  else if (mark == Mark::Replacement)
+  } else if (mark == Mark::Replacement) {
     m_words.endReplacement();
+  }
 }
 
 } // namespace glyphrun

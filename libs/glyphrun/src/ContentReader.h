@@ -8,14 +8,13 @@
 #include "SharedContent.h"
 #include "WordAssembler.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace glyphrun {
 
-/** What one page may cost. Counts, not seconds: the same file gives the same words everywhere. */
+/// What one page may cost. Counts, not seconds: the same file gives the same words everywhere.
 struct PageLimits {
   std::size_t operators = 20'000'000;
   std::size_t glyphs = 1'000'000;
@@ -23,23 +22,23 @@ struct PageLimits {
   int formDepth = 28;
 };
 
-/** Reads the content of one page after the other. Only text, state, matrix and form operators
- * matter. */
+/// Reads the content of one page after the other. Only text, state, matrix and form operators
+/// matter.
 class ContentReader {
 public:
   ContentReader(MuContext& mu, StreamReader& streams, FontCache& fonts, LayerVisibility& layers,
                 WordAssembler& words);
 
   void beginPage(const PageLimits& limits);
-  /** Runs a content stream in the coordinates given by `matrix` (content to shown page). */
+  /// Runs a content stream in the coordinates given by `matrix` (content to shown page).
   void runContent(std::string_view content, const PdfObject& resources, const Matrix& matrix);
-  /** Draws a form XObject as an annotation's appearance. */
+  /// Draws a form XObject as an annotation's appearance.
   void runForm(const PdfObject& form, const PdfObject& resources, const Matrix& matrix);
-  /** Counts bytes of content against the page's limit; false when they are too many. */
+  /// Counts bytes of content against the page's limit; false when they are too many.
   bool spend(std::size_t bytes);
   std::size_t bytesLeft() const { return m_bytesLeft; }
 
-  /** True when a limit was reached or content could not be read in full. */
+  /// True when a limit was reached or content could not be read in full.
   bool damaged() const { return m_damaged; }
   void setDamaged() { m_damaged = true; }
 
@@ -111,12 +110,12 @@ private:
   std::string_view m_actualText;
 
   // Of the run being shown.
-  double m_pen = 0;            /**< along the direction, from the run's origin */
-  double m_unit = 0;           /**< points along the direction for one unit of text space */
-  double m_textShift = 0;      /**< the same pen in text space */
-  double m_spacing = 0;        /**< letter-spacing, in points along the direction */
-  double m_lastSpacing = 0;    /**< of the run before */
-  bool m_spacingParts = false; /**< it is a gap, not letter-spacing */
+  double m_pen = 0;            ///< along the direction, from the run's origin
+  double m_unit = 0;           ///< points along the direction for one unit of text space
+  double m_textShift = 0;      ///< the same pen in text space
+  double m_spacing = 0;        ///< letter-spacing, in points along the direction
+  double m_lastSpacing = 0;    ///< of the run before
+  bool m_spacingParts = false; ///< it is a gap, not letter-spacing
   bool m_emits = false;
 
   std::size_t m_operatorsLeft = 0;

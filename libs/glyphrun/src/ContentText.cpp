@@ -51,8 +51,9 @@ void ContentReader::moveLine(double x, double y) {
 void ContentReader::startRun(std::size_t longestPiece) {
   ++m_textOperators;
   TextState& textState = m_state.text;
-  if (textState.font == nullptr)
+  if (textState.font == nullptr) {
     textState.font = m_fonts.find(PdfObject());
+  }
   const Matrix matrix = m_textMatrix * m_state.matrix;
   const bool vertical = textState.font->vertical;
   const Point right = matrix.applyVector({1, 0});
@@ -69,8 +70,9 @@ void ContentReader::startRun(std::size_t longestPiece) {
   const double perUnit = vertical ? -length(up) : length(right);
   const double sign = (vertical ? textState.size : horizontal) < 0 ? -1 : 1;
   m_unit = perUnit * sign;
-  if (!matrix.finite() || !std::isfinite(emAlong) || emAlong < 1e-6)
+  if (!matrix.finite() || !std::isfinite(emAlong) || emAlong < 1e-6) {
     return;
+  }
   GlyphRun run;
   run.origin = matrix.apply({0, textState.rise});
   run.direction = along * (1 / emAlong);
@@ -80,12 +82,14 @@ void ContentReader::startRun(std::size_t longestPiece) {
   run.vertical = vertical;
   run.font = textState.font;
   if (run.em < 1e-6 || !std::isfinite(run.em) || !std::isfinite(run.origin.x) ||
-      !std::isfinite(run.origin.y))
+      !std::isfinite(run.origin.y)) {
     return;
+  }
   m_spacing = textState.charSpace * (vertical ? 1 : textState.scale) * m_unit;
   m_emits = !hidden();
-  if (m_emits)
+  if (m_emits) {
     m_words.beginRun(run);
+  }
   // Some producers set character spacing for a single gap inside a line. Spaced letters are more
   // than two, and do not go on from plain ones.
   const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
@@ -113,23 +117,27 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
     if (m_emits) {
       const double end = m_pen + advance * m_unit;
       m_words.addGlyph(*info, std::min(m_pen, end), std::max(m_pen, end));
-      if (m_spacingParts)
+      if (m_spacingParts) {
         m_words.addGap(m_spacing);
+      }
     }
     double shift = advance + textState.charSpace * scale;
-    if (taken == 1 && code == ' ')
+    if (taken == 1 && code == ' ') {
       shift += textState.wordSpace * scale;
+    }
     m_textShift += shift;
     m_pen += shift * m_unit;
   }
   m_glyphsShown += bytes.size();
-  if (m_glyphsShown > m_glyphsAllowed)
+  if (m_glyphsShown > m_glyphsAllowed) {
     m_damaged = m_stopped = true;
+  }
 }
 
 void ContentReader::finishRun() {
-  if (m_emits)
+  if (m_emits) {
     m_words.endRun(m_spacingParts ? 0 : m_spacing);
+  }
   m_lastSpacing = m_spacing;
   const bool vertical = m_state.text.font->vertical;
   m_textMatrix.e += m_textShift * (vertical ? m_textMatrix.c : m_textMatrix.a);
@@ -138,10 +146,11 @@ void ContentReader::finishRun() {
 
 void ContentReader::showString(std::string_view bytes) {
   startRun(bytes.size());
-  if (m_state.text.font->oneByte)
+  if (m_state.text.font->oneByte) {
     showGlyphs<true>(bytes);
-  else
+  } else {
     showGlyphs<false>(bytes);
+  }
   finishRun();
 }
 
@@ -150,21 +159,24 @@ void ContentReader::showArray() {
   std::size_t piece = 0;
   std::size_t longest = 0;
   for (const Token& item : m_array) {
-    if (item.kind == TokenKind::Number)
+    if (item.kind == TokenKind::Number) {
       piece = std::abs(item.number) < smallAdjustment ? piece : 0;
-    else
+    } else {
       longest = std::max(longest, piece += item.text.size());
+    }
   }
   startRun(longest);
   for (const Token& item : m_array) {
-    if (item.kind == TokenKind::Number)
+    if (item.kind == TokenKind::Number) {
       showAdjustment(item.number);
-    else if (m_state.text.font->oneByte)
+    } else if (m_state.text.font->oneByte) {
       showGlyphs<true>(item.text);
-    else
+    } else {
       showGlyphs<false>(item.text);
-    if (m_stopped)
+    }
+    if (m_stopped) {
       break;
+    }
   }
   m_array.clear();
   finishRun();
@@ -177,8 +189,9 @@ void ContentReader::showAdjustment(double thousandths) {
   m_textShift += shift;
   m_pen += shift * m_unit;
   // Negative letter-spacing narrows what the adjustment opens; a positive one is no gap by itself.
-  if (m_emits)
+  if (m_emits) {
     m_words.addGap(shift * m_unit + (m_spacingParts ? m_spacing : std::min(m_spacing, 0.0)));
+  }
 }
 
 } // namespace glyphrun

@@ -21,8 +21,9 @@ float CidMetrics::find(int cid) const {
   constexpr int neighbours = 8;
   for (int i = 0; i < neighbours && after != ranges.begin(); ++i) {
     --after;
-    if (cid <= after->last)
+    if (cid <= after->last) {
       return after->value;
+    }
   }
   return otherwise;
 }
@@ -30,8 +31,9 @@ float CidMetrics::find(int cid) const {
 unsigned Font::takeCode(std::string_view bytes, std::uint32_t& code) const {
   if (identityEncoding) {
     code = static_cast<unsigned char>(bytes[0]);
-    if (bytes.size() < 2)
+    if (bytes.size() < 2) {
       return 1;
+    }
     code = code << 8 | static_cast<unsigned char>(bytes[1]);
     return 2;
   }
@@ -52,11 +54,13 @@ unsigned Font::takeCode(std::string_view bytes, std::uint32_t& code) const {
 }
 
 std::uint32_t Font::cidOf(std::uint32_t code) const {
-  if (identityEncoding)
+  if (identityEncoding) {
     return code;
+  }
   std::uint32_t cid = 0;
-  if (encoding.findCid(code, cid))
+  if (encoding.findCid(code, cid)) {
     return cid;
+  }
   if (predefinedEncoding != nullptr) {
     const int found = pdf_lookup_cmap(predefinedEncoding, code);
     return found < 0 ? 0 : static_cast<std::uint32_t>(found);
@@ -66,25 +70,30 @@ std::uint32_t Font::cidOf(std::uint32_t code) const {
 
 std::u16string Font::textOfCode(std::uint32_t code, std::uint32_t cid) const {
   std::u16string text;
-  if (toUnicode.appendText(code, text) && (traitsOf(text) & TraitUnknown) == 0)
+  if (toUnicode.appendText(code, text) && (traitsOf(text) & TraitUnknown) == 0) {
     return text;
+  }
   std::u16string better;
-  if (codesAreUnicode)
+  if (codesAreUnicode) {
     appendCodePoint(better, code);
+  }
   if (better.empty() && collectionToUnicode != nullptr) {
     // Room for the longest text that a predefined map gives.
     int units[256];
     const int count = pdf_lookup_cmap_full(collectionToUnicode, cid, units);
-    for (int i = 0; i < count; ++i)
-      if (units[i] < 0x10000)
+    for (int i = 0; i < count; ++i) {
+      if (units[i] < 0x10000) {
         better.push_back(static_cast<char16_t>(units[i]));
-      else
+      } else {
         appendCodePoint(better, static_cast<char32_t>(units[i]));
+      }
+    }
   }
   if (better.empty()) {
     const auto known = programTexts.find(cid);
-    if (known != programTexts.end())
+    if (known != programTexts.end()) {
       appendCodePoint(better, known->second);
+    }
   }
   return better.empty() ? text : better;
 }
@@ -92,13 +101,15 @@ std::u16string Font::textOfCode(std::uint32_t code, std::uint32_t cid) const {
 CodeInfo& Font::slotFor(std::uint32_t code) {
   if (code > 0xFFFF) {
     constexpr std::size_t mostLongCodes = 65536;
-    if (m_longCodes.size() > mostLongCodes)
+    if (m_longCodes.size() > mostLongCodes) {
       m_longCodes.clear();
+    }
     return m_longCodes[code];
   }
   auto& page = m_pages[code >> 8];
-  if (!page)
+  if (!page) {
     page = std::make_unique<Page>();
+  }
   return (*page)[code & 0xFF];
 }
 
@@ -108,10 +119,11 @@ const CodeInfo& Font::lookUp(std::uint32_t code) {
     const std::uint32_t cid = cidOf(code);
     info.advance = advances.find(static_cast<int>(cid & 0xFFFFFF));
     const std::u16string text = textOfCode(code, cid);
-    if (text.empty() && toUnicode.hasTexts())
+    if (text.empty() && toUnicode.hasTexts()) {
       setNoText(info);
-    else
+    } else {
       setText(info, text);
+    }
   }
   return info;
 }
@@ -136,16 +148,18 @@ void Font::setText(CodeInfo& info, std::u16string_view text) {
 
 void Font::setNoText(CodeInfo& info) {
   setText(info, {});
-  if (longTexts.size() >= mostLongTexts)
+  if (longTexts.size() >= mostLongTexts) {
     return;
+  }
   info.traits |= CodeManyUnits;
   info.text = static_cast<char16_t>(longTexts.size());
   longTexts.emplace_back();
 }
 
 void Font::forgetLookUps() {
-  for (auto& page : m_pages)
+  for (auto& page : m_pages) {
     page.reset();
+  }
   m_longCodes.clear();
   longTexts.clear();
 }

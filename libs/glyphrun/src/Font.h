@@ -13,20 +13,20 @@
 
 namespace glyphrun {
 
-/** Further traits of a code, besides those of its text. */
+/// Further traits of a code, besides those of its text.
 enum CodeTrait : std::uint16_t {
-  CodeFilled = 0x100,   /**< looked up already */
-  CodeManyUnits = 0x200 /**< `text` is an index into Font::longTexts */
+  CodeFilled = 0x100,   ///< looked up already
+  CodeManyUnits = 0x200 ///< `text` is an index into Font::longTexts
 };
 
-/** What one character code stands for. */
+/// What one character code stands for.
 struct CodeInfo {
-  float advance = 0;        /**< in ems, along the writing direction; negative downwards */
-  char16_t text = 0;        /**< its only UTF-16 unit, unless CodeManyUnits */
-  std::uint16_t traits = 0; /**< TextTrait and CodeTrait */
+  float advance = 0;        ///< in ems, along the writing direction; negative downwards
+  char16_t text = 0;        ///< its only UTF-16 unit, unless CodeManyUnits
+  std::uint16_t traits = 0; ///< TextTrait and CodeTrait
 };
 
-/** Widths of a CID font's W and W2 arrays. */
+/// Widths of a CID font's W and W2 arrays.
 struct CidMetrics {
   struct Range {
     int first;
@@ -41,26 +41,25 @@ struct CidMetrics {
   float find(int cid) const;
 };
 
-/** One font. Made by FontLoader, kept by FontCache; lives in one thread. */
+/// One font. Made by FontLoader, kept by FontCache; lives in one thread.
 class Font {
 public:
   bool oneByte = true;
   bool vertical = false;
-  bool drawnByContent = false; /**< Type 3: its glyphs are content streams, which are never run */
-  /** Height above and depth (negative) below the baseline, in ems. */
+  bool drawnByContent = false; ///< Type 3: its glyphs are content streams, which are never run
+  /// Height above and depth (negative) below the baseline, in ems.
   float ascent = 0.8F;
   float descent = -0.2F;
   std::u16string name;
-  std::array<CodeInfo, 256> codes{}; /**< all of a one-byte font, in advance */
+  std::array<CodeInfo, 256> codes{}; ///< all of a one-byte font, in advance
   std::vector<std::u16string> longTexts;
 
-  /** Takes the next code of a string of a font that is not one-byte; returns its number of bytes.
-   */
+  /// Takes the next code of a string of a font that is not one-byte; returns its number of bytes.
   unsigned takeCode(std::string_view bytes, std::uint32_t& code) const;
-  /** What a code of a font that is not one-byte stands for. */
+  /// What a code of a font that is not one-byte stands for.
   const CodeInfo& lookUp(std::uint32_t code);
 
-  /** True when the font program itself may tell more about codes without text. */
+  /// True when the font program itself may tell more about codes without text.
   bool mayAskProgram = false;
   int objectNumber = 0;
   bool usedOnPage = false;
@@ -70,25 +69,23 @@ public:
                                               : std::u16string_view(&info.text, 1);
   }
 
-  /** Gives a code its text, spelled out and composed. */
+  /// Gives a code its text, spelled out and composed.
   void setText(CodeInfo& info, std::u16string_view text);
-  /**
-   * For a code that a map to Unicode leaves out: a glyph that goes with the one before it, whose
-   * entry holds the text of both. It has no text but takes room.
-   */
+  /// For a code that a map to Unicode leaves out: a glyph that goes with the one before it, whose
+  /// entry holds the text of both. It has no text but takes room.
   void setNoText(CodeInfo& info);
 
   // Parts of a CID font.
   CMap toUnicode;
   CMap encoding;
-  pdf_cmap* predefinedEncoding = nullptr; /**< MuPDF's own static data */
+  pdf_cmap* predefinedEncoding = nullptr; ///< MuPDF's own static data
   pdf_cmap* collectionToUnicode = nullptr;
   bool identityEncoding = false;
   bool codesAreUnicode = false;
   CidMetrics advances;
-  std::unordered_map<std::uint32_t, char32_t> programTexts; /**< by CID, from the font program */
+  std::unordered_map<std::uint32_t, char32_t> programTexts; ///< by CID, from the font program
 
-  /** Drops what was looked up, since programTexts changed. */
+  /// Drops what was looked up, since programTexts changed.
   void forgetLookUps();
 
 private:

@@ -18,10 +18,12 @@ FontCache::FontCache(MuContext& mu, pdf_document* document, StreamReader& stream
     : m_mu(mu), m_document(document), m_streams(streams) {}
 
 FontCache::~FontCache() {
-  for (auto& [number, entry] : m_numbered)
+  for (auto& [number, entry] : m_numbered) {
     drop(entry);
-  for (Entry& entry : m_unnumbered)
+  }
+  for (Entry& entry : m_unnumbered) {
     drop(entry);
+  }
 }
 
 void FontCache::drop(Entry& entry) {
@@ -31,8 +33,9 @@ void FontCache::drop(Entry& entry) {
 
 Font* FontCache::find(const PdfObject& dictionary) {
   if (!dictionary.isDict()) {
-    if (!m_substitute)
+    if (!m_substitute) {
       m_substitute = FontLoader(m_mu, m_streams).makeSubstitute();
+    }
     return m_substitute.get();
   }
   const int number = dictionary.objectNumber();
@@ -43,9 +46,11 @@ Font* FontCache::find(const PdfObject& dictionary) {
       return known->second.font.get();
     }
   } else {
-    for (const Entry& entry : m_unnumbered)
-      if (entry.dictionary == dictionary.raw())
+    for (const Entry& entry : m_unnumbered) {
+      if (entry.dictionary == dictionary.raw()) {
         return entry.font.get();
+      }
+    }
   }
   return add(dictionary, FontLoader(m_mu, m_streams).load(dictionary));
 }
@@ -62,14 +67,16 @@ Font* FontCache::add(const PdfObject& dictionary, std::unique_ptr<Font> font) {
   const bool widthless = result->oneByte && !result->drawnByContent &&
                          std::all_of(result->codes.begin(), result->codes.end(),
                                      [](const CodeInfo& info) { return info.advance == 0; });
-  if (widthless)
+  if (widthless) {
     askProgram(*result);
+  }
   return result;
 }
 
 void FontCache::endPage() {
-  for (Entry& entry : m_unnumbered)
+  for (Entry& entry : m_unnumbered) {
     drop(entry);
+  }
   m_unnumbered.clear();
   const bool full = m_numbered.size() > mostFonts;
   for (auto it = m_numbered.begin(); it != m_numbered.end();) {
@@ -112,18 +119,23 @@ pdf_font_desc* FontCache::loadWithMuPdf(pdf_obj* dictionary) {
 void FontCache::askProgram(Font& font) {
   font.mayAskProgram = false;
   pdf_obj* dictionary = nullptr;
-  if (font.objectNumber != 0)
+  if (font.objectNumber != 0) {
     dictionary = m_numbered[font.objectNumber].dictionary;
-  for (const Entry& entry : m_unnumbered)
-    if (entry.font.get() == &font)
+  }
+  for (const Entry& entry : m_unnumbered) {
+    if (entry.font.get() == &font) {
       dictionary = entry.dictionary;
+    }
+  }
   pdf_font_desc* program = dictionary == nullptr ? nullptr : loadWithMuPdf(dictionary);
-  if (program == nullptr)
+  if (program == nullptr) {
     return;
-  if (font.oneByte)
+  }
+  if (font.oneByte) {
     explainOneByte(font, *program);
-  else
+  } else {
     explainCids(font, *program);
+  }
   pdf_drop_font(m_mu.raw(), program);
 }
 
@@ -151,19 +163,23 @@ void FontCache::explainCids(Font& font, pdf_font_desc& program) {
   auto* face = program.font == nullptr
                    ? nullptr
                    : static_cast<FT_Face>(fz_font_ft_face(m_mu.raw(), program.font));
-  if (face == nullptr || FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0)
+  if (face == nullptr || FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0) {
     return;
+  }
   std::unordered_map<FT_UInt, char32_t> characters;
   FT_UInt glyph = 0;
   for (FT_ULong c = FT_Get_First_Char(face, &glyph); glyph != 0 && characters.size() < mostCids;
-       c = FT_Get_Next_Char(face, c, &glyph))
-    if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown)
+       c = FT_Get_Next_Char(face, c, &glyph)) {
+    if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown) {
       characters.emplace(glyph, static_cast<char32_t>(c));
+    }
+  }
   for (int cid = 0; cid < mostCids; ++cid) {
     const int wanted = pdf_font_cid_to_gid(m_mu.raw(), &program, cid);
     const auto found = characters.find(static_cast<FT_UInt>(wanted));
-    if (wanted > 0 && found != characters.end())
+    if (wanted > 0 && found != characters.end()) {
       font.programTexts.emplace(static_cast<std::uint32_t>(cid), found->second);
+    }
   }
   font.forgetLookUps();
 }

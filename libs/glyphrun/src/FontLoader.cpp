@@ -14,20 +14,22 @@ constexpr int symbolicFlag = 4;
 constexpr int nonsymbolicFlag = 32;
 constexpr std::uint16_t blankCode = 32;
 
-/** Font name without the tag of a subset ("ABCDEF+"). */
+/// Font name without the tag of a subset ("ABCDEF+").
 std::u16string plainName(const char* baseFont) {
   std::string_view name = baseFont;
   if (name.size() > 7 && name[6] == '+') {
     bool tag = true;
-    for (const char c : name.substr(0, 6))
+    for (const char c : name.substr(0, 6)) {
       tag = tag && c >= 'A' && c <= 'Z';
-    if (tag)
+    }
+    if (tag) {
       name.remove_prefix(7);
+    }
   }
   return common::toUtf16(name);
 }
 
-/** Text of a glyph name; "f_f_i" stands for its parts, what follows a dot only names a variant. */
+/// Text of a glyph name; "f_f_i" stands for its parts, what follows a dot only names a variant.
 std::u16string textOfGlyphName(std::string_view name) {
   std::u16string text;
   name = name.substr(0, name.find('.'));
@@ -36,8 +38,9 @@ std::u16string textOfGlyphName(std::string_view name) {
     const std::string_view part = name.substr(0, underscore);
     name = underscore == std::string_view::npos ? std::string_view() : name.substr(underscore + 1);
     char buffer[64] = {};
-    if (part.empty() || part.size() >= sizeof buffer)
+    if (part.empty() || part.size() >= sizeof buffer) {
       return {};
+    }
     std::memcpy(buffer, part.data(), part.size());
     // "uniXXXXYYYY" names several characters at once.
     if (part.size() > 7 && part.substr(0, 3) == "uni" && (part.size() - 3) % 4 == 0) {
@@ -71,10 +74,11 @@ std::unique_ptr<Font> FontLoader::load(const PdfObject& dictionary) {
   auto font = std::make_unique<Font>();
   const PdfObject subtype = dictionary.get("Subtype");
   const bool type3 = subtype.isNamed("Type3") || dictionary.get("CharProcs");
-  if (!type3 && (subtype.isNamed("Type0") || dictionary.get("DescendantFonts")))
+  if (!type3 && (subtype.isNamed("Type0") || dictionary.get("DescendantFonts"))) {
     loadComposite(dictionary, *font);
-  else
+  } else {
     loadSimple(dictionary, type3, *font);
+  }
   return font;
 }
 
@@ -103,30 +107,33 @@ void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font)
   }
   const double scale = type3 ? dictionary.get("FontMatrix").at(0).number(0.001) : 0.001;
   const double missing = descriptor.get("MissingWidth").number();
-  if (dictionary.get("Widths").isArray())
+  if (dictionary.get("Widths").isArray()) {
     readWidths(dictionary, missing, scale, font);
-  else if (!type3 && !embedded && !ownSymbols)
+  } else if (!type3 && !embedded && !ownSymbols) {
     readBuiltInWidths(builtIn, font);
+  }
 }
 
 void FontLoader::readNames(const PdfObject& dictionary, bool programHasEncoding,
                            GlyphNames& names) {
   const PdfObject encoding = dictionary.get("Encoding");
   const PdfObject base = encoding.isName() ? encoding : encoding.get("BaseEncoding");
-  if (base.isName())
+  if (base.isName()) {
     pdf_load_encoding(names.data(), base.name());
-  else if (!programHasEncoding)
+  } else if (!programHasEncoding) {
     pdf_load_encoding(names.data(), "StandardEncoding");
+  }
 
   const PdfObject differences = encoding.get("Differences");
   const int count = differences.size();
   int code = 0;
   for (int i = 0; i < count; ++i) {
     const PdfObject item = differences.at(i);
-    if (item.isNumber())
+    if (item.isNumber()) {
       code = item.integer();
-    else if (item.isName() && code >= 0 && code < 256)
+    } else if (item.isName() && code >= 0 && code < 256) {
       names[static_cast<std::size_t>(code++)] = item.name();
+    }
   }
 }
 
@@ -134,38 +141,44 @@ void FontLoader::readSimpleTexts(const PdfObject& dictionary, const GlyphNames& 
                                  Font& font) {
   const PdfObject map = dictionary.get("ToUnicode");
   CMap toUnicode;
-  if (map.isStream())
+  if (map.isStream()) {
     toUnicode = readCMap(map);
+  }
   for (std::uint32_t code = 0; code < 256; ++code) {
     std::u16string text;
     toUnicode.appendText(code, text);
     if (!explains(text) && names[code] != nullptr) {
       const std::u16string named = textOfGlyphName(names[code]);
-      if (explains(named) || text.empty())
+      if (explains(named) || text.empty()) {
         text = named;
+      }
     }
     // Glyphs of a bitmap font often bear meaningless names at the places of ASCII.
-    if (type3 && !explains(text) && code > blankCode && code < 127)
+    if (type3 && !explains(text) && code > blankCode && code < 127) {
       text.assign(1, static_cast<char16_t>(code));
-    if (text.empty() && toUnicode.hasTexts())
+    }
+    if (text.empty() && toUnicode.hasTexts()) {
       font.setNoText(font.codes[code]);
-    else
+    } else {
       font.setText(font.codes[code], text);
+    }
   }
   font.mayAskProgram = !toUnicode.hasTexts();
 }
 
 void FontLoader::readWidths(const PdfObject& dictionary, double missing, double scale, Font& font) {
-  for (CodeInfo& info : font.codes)
+  for (CodeInfo& info : font.codes) {
     info.advance = static_cast<float>(missing * scale);
+  }
   const PdfObject widths = dictionary.get("Widths");
   const int first = std::clamp(dictionary.get("FirstChar").integer(), -256, 256);
   const int count = std::min(widths.size(), 256);
   for (int i = 0; i < count; ++i) {
     const int code = first + i;
-    if (code >= 0 && code < 256)
+    if (code >= 0 && code < 256) {
       font.codes[static_cast<std::size_t>(code)].advance =
           static_cast<float>(widths.at(i).number() * scale);
+    }
   }
 }
 
@@ -174,16 +187,18 @@ void FontLoader::readBuiltInWidths(const char* baseFont, Font& font) {
   const bool known = fz_lookup_base14_font(m_mu.raw(), baseFont, &length) != nullptr;
   fz_font* metrics = nullptr;
   m_mu.attempt([&] { metrics = fz_new_base14_font(m_mu.raw(), known ? baseFont : "Helvetica"); });
-  if (metrics == nullptr)
+  if (metrics == nullptr) {
     return;
+  }
   for (CodeInfo& info : font.codes) {
     const std::u16string_view text = font.textOf(info);
     float advance = 0;
     m_mu.attempt([&] {
       for (const char16_t unit : text) {
         const int glyph = fz_encode_character(m_mu.raw(), metrics, unit);
-        if (glyph > 0)
+        if (glyph > 0) {
           advance += fz_advance_glyph(m_mu.raw(), metrics, glyph, 0);
+        }
       }
     });
     info.advance = advance;
@@ -193,8 +208,9 @@ void FontLoader::readBuiltInWidths(const char* baseFont, Font& font) {
 
 CMap FontLoader::readCMap(const PdfObject& stream) {
   StreamData data;
-  if (!m_streams.append(stream, longestCMap, data))
+  if (!m_streams.append(stream, longestCMap, data)) {
     return {};
+  }
   return CMap::parse(data.view());
 }
 
@@ -209,14 +225,16 @@ void FontLoader::loadComposite(const PdfObject& dictionary, Font& font) {
   font.name = plainName(dictionary.get("BaseFont").name());
   const PdfObject descendant = dictionary.get("DescendantFonts").at(0);
   readEncoding(dictionary.get("Encoding"), font, 0);
-  if (font.predefinedEncoding == nullptr && font.encoding.empty())
+  if (font.predefinedEncoding == nullptr && font.encoding.empty()) {
     font.identityEncoding = true;
+  }
 
   const PdfObject map = dictionary.get("ToUnicode");
-  if (map.isStream())
+  if (map.isStream()) {
     font.toUnicode = readCMap(map);
-  else if (map.isName())
+  } else if (map.isName()) {
     font.codesAreUnicode = std::strncmp(map.name(), "Identity", 8) == 0;
+  }
   readCollection(descendant, font);
 
   const PdfObject descriptor = descendant.get("FontDescriptor");
@@ -230,40 +248,47 @@ void FontLoader::loadComposite(const PdfObject& dictionary, Font& font) {
 
 void FontLoader::readEncoding(const PdfObject& encoding, Font& font, int depth) {
   constexpr int deepest = 4;
-  if (depth > deepest)
+  if (depth > deepest) {
     return;
+  }
   if (encoding.isName()) {
     const std::string_view name = encoding.name();
     font.vertical = font.vertical || (!name.empty() && (name == "V" || name.ends_with("-V")));
-    if (name.substr(0, 9) == "Identity-")
+    if (name.substr(0, 9) == "Identity-") {
       font.identityEncoding = true;
-    else
+    } else {
       font.predefinedEncoding = predefined(encoding.name());
+    }
     return;
   }
-  if (!encoding.isStream())
+  if (!encoding.isStream()) {
     return;
+  }
   CMap map = readCMap(encoding);
   if (depth == 0) {
     font.vertical = map.vertical() || encoding.get("WMode").integer() == 1;
     font.encoding = std::move(map);
   }
   const PdfObject base = encoding.get("UseCMap");
-  if (base)
+  if (base) {
     readEncoding(base, font, depth + 1);
-  else if (!font.encoding.base().empty() && depth == 0)
+  } else if (!font.encoding.base().empty() && depth == 0) {
     font.predefinedEncoding = predefined(font.encoding.base().c_str());
+  }
   font.identityEncoding = font.identityEncoding && font.encoding.empty();
 }
 
 void FontLoader::readCollection(const PdfObject& descendant, Font& font) {
   const PdfObject info = descendant.get("CIDSystemInfo");
-  if (info.get("Registry").bytes() != "Adobe")
+  if (info.get("Registry").bytes() != "Adobe") {
     return;
+  }
   const std::string_view ordering = info.get("Ordering").bytes();
-  for (const char* known : {"CNS1", "GB1", "Japan1", "Korea1"})
-    if (ordering == known)
+  for (const char* known : {"CNS1", "GB1", "Japan1", "Korea1"}) {
+    if (ordering == known) {
       font.collectionToUnicode = predefined(("Adobe-" + std::string(known) + "-UCS2").c_str());
+    }
+  }
 }
 
 void FontLoader::readCidWidths(const PdfObject& descendant, Font& font) {
@@ -279,9 +304,10 @@ void FontLoader::readCidWidths(const PdfObject& descendant, Font& font) {
     const PdfObject next = widths.at(i + 1);
     if (next.isArray()) {
       const int inner = next.size();
-      for (int k = 0; k < inner; k += values)
+      for (int k = 0; k < inner; k += values) {
         metrics.add(first + k / values, first + k / values,
                     static_cast<float>(next.at(k).number() / 1000));
+      }
       i += 2;
     } else {
       metrics.add(first, next.integer(), static_cast<float>(widths.at(i + 2).number() / 1000));

@@ -9,11 +9,9 @@
 
 namespace glyphrun {
 
-/**
- * Fonts of one document. A font is loaded once, by the number of its object; the font program
- * (FontFile) is touched only when the dictionary alone leaves a code of the text unexplained, since
- * merged files carry the same program thousands of times.
- */
+/// Fonts of one document. A font is loaded once, by the number of its object; the font program
+/// (FontFile) is touched only when the dictionary alone leaves a code of the text unexplained,
+/// since merged files carry the same program thousands of times.
 class FontCache {
 public:
   FontCache(MuContext& mu, pdf_document* document, StreamReader& streams);
@@ -21,18 +19,17 @@ public:
   FontCache(const FontCache&) = delete;
   FontCache& operator=(const FontCache&) = delete;
 
-  /** The font of a dictionary; never null: a missing or broken one gives a plain substitute. */
+  /// The font of a dictionary; never null: a missing or broken one gives a plain substitute.
   Font* find(const PdfObject& dictionary);
-  /** Lets the font program explain codes without text. Called when the text first uses such a code.
-   */
+  /// Lets the font program explain codes without text. Called when the text first uses such a code.
   void askProgram(Font& font);
-  /** To be called between pages: fonts without a number of their own, and long unused ones, go. */
+  /// To be called between pages: fonts without a number of their own, and long unused ones, go.
   void endPage();
 
 private:
   struct Entry {
     std::unique_ptr<Font> font;
-    pdf_obj* dictionary = nullptr; /**< kept */
+    pdf_obj* dictionary = nullptr; ///< kept
   };
 
   Font* add(const PdfObject& dictionary, std::unique_ptr<Font> font);
@@ -49,12 +46,12 @@ private:
   std::unique_ptr<Font> m_substitute;
 };
 
-/** Builds one font from its dictionary. */
+/// Builds one font from its dictionary.
 class FontLoader {
 public:
   FontLoader(MuContext& mu, StreamReader& streams) : m_mu(mu), m_streams(streams) {}
 
-  /** A font with the standard encoding and the widths of Helvetica. */
+  /// A font with the standard encoding and the widths of Helvetica.
   std::unique_ptr<Font> makeSubstitute();
   std::unique_ptr<Font> load(const PdfObject& dictionary);
 

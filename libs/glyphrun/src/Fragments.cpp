@@ -33,11 +33,13 @@ Point headingVector(std::uint8_t heading) {
 void LineJoiner::run() {
   std::vector<std::uint32_t> order;
   order.reserve(m_fragments.size());
-  for (std::uint32_t i = 0; i < m_fragments.size(); ++i)
-    if (m_fragments[i].heading < HeadingOblique)
+  for (std::uint32_t i = 0; i < m_fragments.size(); ++i) {
+    if (m_fragments[i].heading < HeadingOblique) {
       order.push_back(i);
-    else
+    } else {
       m_fragments[i].line = m_fragments[i].across;
+    }
+  }
 
   const auto above = [this](std::uint32_t a, std::uint32_t b) {
     const Fragment& left = m_fragments[a];
@@ -45,8 +47,9 @@ void LineJoiner::run() {
     return left.heading != right.heading ? left.heading < right.heading
                                          : left.across < right.across;
   };
-  if (!std::is_sorted(order.begin(), order.end(), above))
+  if (!std::is_sorted(order.begin(), order.end(), above)) {
     std::stable_sort(order.begin(), order.end(), above);
+  }
 
   for (std::size_t from = 0; from < order.size();) {
     const Fragment& first = m_fragments[order[from]];
@@ -57,12 +60,14 @@ void LineJoiner::run() {
       const float allowed =
           std::max(smallestSliver, sliver * std::min({first.em, last.em, next.em}));
       if (next.heading != first.heading || next.across - last.across > allowed ||
-          next.across - first.across > 2 * allowed)
+          next.across - first.across > 2 * allowed) {
         break;
+      }
     }
     const float line = m_fragments[order[from + (to - from) / 2]].across;
-    for (std::size_t i = from; i < to; ++i)
+    for (std::size_t i = from; i < to; ++i) {
       m_fragments[order[i]].line = line;
+    }
     handleLine(order.data() + from, order.data() + to);
     from = to;
   }
@@ -72,16 +77,19 @@ void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
   const auto before = [this](std::uint32_t a, std::uint32_t b) {
     return m_fragments[a].start < m_fragments[b].start;
   };
-  if (!std::is_sorted(from, to, before))
+  if (!std::is_sorted(from, to, before)) {
     std::stable_sort(from, to, before);
+  }
 
-  for (std::uint32_t* at = from; at != to; ++at)
+  for (std::uint32_t* at = from; at != to; ++at) {
     dropRepeats(from, at);
+  }
   std::uint32_t* last = nullptr;
   for (std::uint32_t* at = from; at != to; ++at) {
     Fragment& fragment = m_fragments[*at];
-    if ((fragment.state & FragmentRepeats) != 0)
+    if ((fragment.state & FragmentRepeats) != 0) {
       continue;
+    }
     if (last != nullptr && touches(m_fragments[*last], fragment)) {
       m_fragments[*last].next = static_cast<std::int32_t>(*at);
       fragment.state |= FragmentContinues;
@@ -97,12 +105,15 @@ void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at)
   Fragment& fragment = m_fragments[*at];
   for (const std::uint32_t* back = at; back != from && at - back < neighbours;) {
     Fragment& earlier = m_fragments[*--back];
-    if (fragment.start - earlier.start > boldShift * std::min(fragment.em, earlier.em))
+    if (fragment.start - earlier.start > boldShift * std::min(fragment.em, earlier.em)) {
       return;
+    }
     const std::uint32_t shared = std::min(fragment.length, earlier.length);
     if ((earlier.state & FragmentRepeats) != 0 ||
-        std::memcmp(&m_pool[earlier.text], &m_pool[fragment.text], shared * sizeof(char16_t)) != 0)
+        std::memcmp(&m_pool[earlier.text], &m_pool[fragment.text], shared * sizeof(char16_t)) !=
+            0) {
       continue;
+    }
     Fragment& shorter = fragment.length <= earlier.length ? fragment : earlier;
     shorter.state |= FragmentRepeats;
     return;
@@ -111,8 +122,9 @@ void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at)
 
 bool LineJoiner::touches(const Fragment& left, const Fragment& right) const {
   const bool rightToLeft = (left.traits & TraitRightToLeft) != 0;
-  if ((left.state & FragmentEndsAtBlank) != 0 && !rightToLeft)
+  if ((left.state & FragmentEndsAtBlank) != 0 && !rightToLeft) {
     return false;
+  }
   const float em = std::min(left.em, right.em);
   const float gap = right.start - left.end;
   return gap <= static_cast<float>(m_tolerance) * em && gap >= -deepestOverlap * em &&

@@ -7,26 +7,26 @@
 
 namespace glyphrun {
 
-/** Direction of a fragment's text on the shown page. */
+/// Direction of a fragment's text on the shown page.
 enum Heading : std::uint8_t {
   HeadingRight,
   HeadingDown,
   HeadingLeft,
   HeadingUp,
-  HeadingVertical, /**< glyphs below one another; added to one of the four above */
+  HeadingVertical, ///< glyphs below one another; added to one of the four above
   HeadingOblique = 8
 };
 
-/** The unit vector of the four upright headings. */
+/// The unit vector of the four upright headings.
 Point headingVector(std::uint8_t heading);
 
 enum FragmentState : std::uint8_t {
   FragmentEndsAtBlank = 1,
-  FragmentRepeats = 2,  /**< draws again what another one shows */
-  FragmentContinues = 4 /**< is part of the word that an earlier one of its line begins */
+  FragmentRepeats = 2,  ///< draws again what another one shows
+  FragmentContinues = 4 ///< is part of the word that an earlier one of its line begins
 };
 
-/** Groups fragments to lines, marks repeated ones and links those that form one word. */
+/// Groups fragments to lines, marks repeated ones and links those that form one word.
 class LineJoiner {
 public:
   LineJoiner(std::vector<Fragment>& fragments, const std::vector<char16_t>& pool, double tolerance)

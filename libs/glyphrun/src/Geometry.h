@@ -35,14 +35,14 @@ inline double length(Point a) {
   return std::hypot(a.x, a.y);
 }
 
-/** A rectangle with left <= right and top <= bottom, unless it is empty. */
+/// A rectangle with left <= right and top <= bottom, unless it is empty.
 struct Rect {
   double left = 0;
   double top = 0;
   double right = 0;
   double bottom = 0;
 
-  /** A rectangle with an edge that is no number is empty. */
+  /// A rectangle with an edge that is no number is empty.
   bool empty() const {
     return !(left < right && top < bottom); // NOLINT(readability-simplify-boolean-expr)
   }
@@ -53,7 +53,7 @@ struct Rect {
   }
 };
 
-/** Row vectors, as in PDF: (x, y, 1) times the matrix. */
+/// Row vectors, as in PDF: (x, y, 1) times the matrix.
 struct Matrix {
   double a = 1;
   double b = 0;
@@ -64,7 +64,7 @@ struct Matrix {
 
   Point apply(Point p) const { return {a * p.x + c * p.y + e, b * p.x + d * p.y + f}; }
 
-  /** Direction and length of a vector, without the translation. */
+  /// Direction and length of a vector, without the translation.
   Point applyVector(Point p) const { return {a * p.x + c * p.y, b * p.x + d * p.y}; }
 
   bool finite() const {
@@ -72,7 +72,7 @@ struct Matrix {
            std::isfinite(e) && std::isfinite(f);
   }
 
-  /** The smallest upright rectangle that holds the transformed one. */
+  /// The smallest upright rectangle that holds the transformed one.
   Rect bounds(const Rect& r) const {
     const Point p[4] = {apply({r.left, r.top}), apply({r.right, r.top}), apply({r.left, r.bottom}),
                         apply({r.right, r.bottom})};
@@ -87,7 +87,7 @@ struct Matrix {
   }
 };
 
-/** First `m`, then `n`. */
+/// First `m`, then `n`.
 inline Matrix operator*(const Matrix& m, const Matrix& n) {
   return {m.a * n.a + m.b * n.c, m.a * n.b + m.b * n.d,       m.c * n.a + m.d * n.c,
           m.c * n.b + m.d * n.d, m.e * n.a + m.f * n.c + n.e, m.e * n.b + m.f * n.d + n.f};

@@ -23,13 +23,13 @@ std::u16string textOf(const char16_t* text) {
   return std::u16string(common::textOf(text));
 }
 
-/** One for each thread, since views may be used by several. */
+/// One for each thread, since views may be used by several.
 common::LastError& lastError() {
   thread_local common::LastError error;
   return error;
 }
 
-/** Runs an operation; what it throws becomes the last error, and its code the result. */
+/// Runs an operation; what it throws becomes the last error, and its code the result.
 template <typename Body> std::int32_t guarded(Body&& body) noexcept {
   try {
     body(PageExtractor::instance());
@@ -39,20 +39,22 @@ template <typename Body> std::int32_t guarded(Body&& body) noexcept {
   }
 }
 
-/** The same for an operation whose result GetProcessingStatus tells. */
+/// The same for an operation whose result GetProcessingStatus tells.
 template <typename Body> void guardedWithStatus(Body&& body) noexcept {
   PageExtractor::instance().setStatus(guarded(body));
 }
 
 glyphrun::View& existing(GlyphrunView* view) {
-  if (view == nullptr)
+  if (view == nullptr) {
     throw Failure(GLYPHRUN_NOT_OPEN, "no file is open");
+  }
   return view->view;
 }
 
 template <typename Value> void store(Value* place, Value value) {
-  if (place != nullptr)
+  if (place != nullptr) {
     *place = value;
+  }
 }
 
 } // namespace
@@ -165,11 +167,13 @@ int32_t GetOutlineCount(void) {
 
 int32_t GetOutlineEntry(int32_t index, GlyphrunOutlineEntry* entry) {
   return guarded([=](PageExtractor& file) {
-    if (file.pageCount() == 0)
+    if (file.pageCount() == 0) {
       throw Failure(GLYPHRUN_NOT_OPEN, "no file is open");
+    }
     const auto& outline = file.outline();
-    if (entry == nullptr || index < 0 || static_cast<std::size_t>(index) >= outline.size())
+    if (entry == nullptr || index < 0 || static_cast<std::size_t>(index) >= outline.size()) {
       throw Failure(GLYPHRUN_BAD_PAGE, "there is no such outline entry");
+    }
     const glyphrun::OutlineEntry& found = outline[static_cast<std::size_t>(index)];
     *entry = {found.title.c_str(), found.level, found.page};
   });
@@ -208,29 +212,33 @@ int32_t GetViewPageSize(GlyphrunView* view, int32_t page, double* width, double*
 int32_t RenderViewPage(GlyphrunView* view, int32_t page, double scale, GlyphrunImage* image) {
   store(image, GlyphrunImage{0, 0, nullptr});
   return guarded([=](PageExtractor&) {
-    if (image == nullptr)
+    if (image == nullptr) {
       throw Failure(GLYPHRUN_BAD_PAGE, "no place for the picture");
+    }
     *image = existing(view).render(page, scale);
   });
 }
 
 void ReleaseImage(GlyphrunImage* image) {
-  if (image == nullptr)
+  if (image == nullptr) {
     return;
+  }
   std::free(image->pixels);
   *image = {0, 0, nullptr};
 }
 
 void SetViewWordSpacing(GlyphrunView* view, double factor) {
-  if (view != nullptr)
+  if (view != nullptr) {
     view->view.setWordSpacing(factor);
+  }
 }
 
 int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** words) {
   std::int32_t count = 0;
   const std::int32_t result = guarded([&](PageExtractor&) {
-    if (words == nullptr)
+    if (words == nullptr) {
       throw Failure(GLYPHRUN_NOT_OPEN, "no place for the words");
+    }
     const auto& list = existing(view).words(page);
     *words = list.data();
     count = static_cast<std::int32_t>(list.size());

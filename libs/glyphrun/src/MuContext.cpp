@@ -1,7 +1,6 @@
 #include "MuContext.h"
 
 #include <cstdlib>
-#include <cstring>
 
 namespace glyphrun {
 
@@ -41,8 +40,9 @@ void completePredefinedMaps(MuContext& mu) {
           "UniCNS-UTF16-V", "UniGB-UCS2-H",   "UniGB-UCS2-V",     "UniGB-UTF16-H",
           "UniGB-UTF16-V",  "UniJIS-UCS2-H",  "UniJIS-UCS2-HW-H", "UniJIS-UCS2-HW-V",
           "UniJIS-UCS2-V",  "UniJIS-UTF16-H", "UniJIS-UTF16-V",   "UniKS-UCS2-H",
-          "UniKS-UCS2-V",   "UniKS-UTF16-H",  "UniKS-UTF16-V",    "V"})
+          "UniKS-UCS2-V",   "UniKS-UTF16-H",  "UniKS-UTF16-V",    "V"}) {
       mu.attempt([&] { pdf_load_system_cmap(mu.raw(), name); });
+    }
     return true;
   }();
   static_cast<void>(done);
@@ -51,8 +51,9 @@ void completePredefinedMaps(MuContext& mu) {
 } // namespace
 
 bool MuContext::Budget::refuses(std::size_t bytes) {
-  if (bytes > ceiling || used > ceiling - bytes || isStopped() || late)
+  if (bytes > ceiling || used > ceiling - bytes || isStopped() || late) {
     return true;
+  }
   if (deadline != std::chrono::steady_clock::time_point::max() && untilClock-- == 0) {
     untilClock = allocationsPerClock;
     late = std::chrono::steady_clock::now() > deadline;
@@ -62,35 +63,41 @@ bool MuContext::Budget::refuses(std::size_t bytes) {
 
 void* MuContext::allocate(void* user, std::size_t bytes) {
   auto& budget = *static_cast<Budget*>(user);
-  if (bytes > SIZE_MAX - headerBytes || budget.refuses(bytes))
+  if (bytes > SIZE_MAX - headerBytes || budget.refuses(bytes)) {
     return nullptr;
+  }
   void* base = std::malloc(bytes + headerBytes);
-  if (base == nullptr)
+  if (base == nullptr) {
     return nullptr;
+  }
   sizeOf(base) = bytes;
   budget.used += bytes;
   return bodyOf(base);
 }
 
 void* MuContext::reallocate(void* user, void* block, std::size_t bytes) {
-  if (block == nullptr)
+  if (block == nullptr) {
     return allocate(user, bytes);
+  }
   auto& budget = *static_cast<Budget*>(user);
   void* base = baseOf(block);
   const std::size_t before = sizeOf(base);
-  if (bytes > SIZE_MAX - headerBytes || (bytes > before && budget.refuses(bytes - before)))
+  if (bytes > SIZE_MAX - headerBytes || (bytes > before && budget.refuses(bytes - before))) {
     return nullptr;
+  }
   void* moved = std::realloc(base, bytes + headerBytes);
-  if (moved == nullptr)
+  if (moved == nullptr) {
     return nullptr;
+  }
   sizeOf(moved) = bytes;
   budget.used = budget.used - before + bytes;
   return bodyOf(moved);
 }
 
 void MuContext::release(void* user, void* block) {
-  if (block == nullptr)
+  if (block == nullptr) {
     return;
+  }
   void* base = baseOf(block);
   static_cast<Budget*>(user)->used -= sizeOf(base);
   std::free(base);
@@ -101,8 +108,9 @@ std::unique_ptr<MuContext> MuContext::create(const std::atomic<bool>* stop) {
   self->m_budget.ceiling = standingCeiling;
   self->m_allocator = {&self->m_budget, allocate, reallocate, release};
   self->m_context = fz_new_context(&self->m_allocator, nullptr, storeBytes);
-  if (self->m_context == nullptr)
+  if (self->m_context == nullptr) {
     throw std::bad_alloc();
+  }
   fz_set_warning_callback(self->m_context, swallow, nullptr);
   fz_set_error_callback(self->m_context, swallow, nullptr);
   completePredefinedMaps(*self);
@@ -112,8 +120,9 @@ std::unique_ptr<MuContext> MuContext::create(const std::atomic<bool>* stop) {
 }
 
 MuContext::~MuContext() {
-  if (m_context != nullptr)
+  if (m_context != nullptr) {
     fz_drop_context(m_context);
+  }
 }
 
 Outcome MuContext::caught() noexcept {

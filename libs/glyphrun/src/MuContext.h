@@ -17,15 +17,12 @@ namespace glyphrun {
 
 enum class Outcome { Ok, Failed, OutOfMemory };
 
-/**
- * A MuPDF context of its own with an allocator that refuses to go beyond a ceiling of bytes or past
- * a moment. MuPDF asks for memory all the time, so refusing it is what ends a computation that
- * offers no other way to be stopped. One thread at a time.
- */
+/// A MuPDF context of its own with an allocator that refuses to go beyond a ceiling of bytes or
+/// past a moment. MuPDF asks for memory all the time, so refusing it is what ends a computation
+/// that offers no other way to be stopped. One thread at a time.
 class MuContext {
 public:
-  /** Every allocation fails once `*stop` is true, which any thread may do. Throws std::bad_alloc.
-   */
+  /// Every allocation fails once `*stop` is true, which any thread may do. Throws std::bad_alloc.
   static std::unique_ptr<MuContext> create(const std::atomic<bool>* stop);
   ~MuContext();
   MuContext(const MuContext&) = delete;
@@ -33,10 +30,8 @@ public:
 
   fz_context* raw() const { return m_context; }
 
-  /**
-   * Runs a body that calls MuPDF. The body must own nothing with a destructor: a MuPDF error leaves
-   * it without running any. Objects that it captures by reference are safe.
-   */
+  /// Runs a body that calls MuPDF. The body must own nothing with a destructor: a MuPDF error
+  /// leaves it without running any. Objects that it captures by reference are safe.
   template <typename Body> Outcome attempt(Body&& body) noexcept {
     m_outOfMemory = false;
     fz_try(m_context) {
@@ -48,14 +43,14 @@ public:
     return m_outOfMemory ? Outcome::OutOfMemory : Outcome::Ok;
   }
 
-  /** Message of the failure that attempt() last returned. */
+  /// Message of the failure that attempt() last returned.
   const std::string& message() const { return m_message; }
 
-  /** Lets the context take `bytes` more than it holds now, for at most `time`. */
+  /// Lets the context take `bytes` more than it holds now, for at most `time`.
   void allow(std::size_t bytes, std::chrono::milliseconds time);
-  /** Back to the standing limits, without a deadline. */
+  /// Back to the standing limits, without a deadline.
   void relax();
-  /** True once the moment set by allow() has passed, or the work was stopped. */
+  /// True once the moment set by allow() has passed, or the work was stopped.
   bool overdue() const;
 
 private:

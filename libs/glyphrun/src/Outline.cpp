@@ -17,8 +17,9 @@ std::u16string titleOf(const PdfFile& file, const PdfObject& item) {
   char* utf8 = nullptr;
   fz_context* ctx = file.mu().raw();
   file.mu().attempt([&] {
-    if (pdf_is_string(ctx, title.raw()))
+    if (pdf_is_string(ctx, title.raw())) {
       utf8 = pdf_new_utf8_from_pdf_string_obj(ctx, title.raw());
+    }
   });
   std::u16string text = utf8 == nullptr ? std::u16string() : common::toUtf16(utf8);
   fz_free(ctx, utf8);
@@ -29,8 +30,9 @@ std::int32_t pageOf(PdfFile& file, const PdfObject& item) {
   PdfObject destination = item.get("Dest");
   if (!destination) {
     const PdfObject action = item.get("A");
-    if (action.get("S").isNamed("GoTo"))
+    if (action.get("S").isNamed("GoTo")) {
       destination = action.get("D");
+    }
   }
   // A name leads to a destination, or to a dictionary that holds one.
   for (int i = 0; i < mostReferences && destination && !destination.isArray(); ++i) {
@@ -71,8 +73,9 @@ std::vector<OutlineEntry> readOutline(PdfFile& file) {
     // onwards.
     levels.back() = item.get("Next");
     const PdfObject first = item.get("First");
-    if (first && levels.size() < deepest)
+    if (first && levels.size() < deepest) {
       levels.push_back(first);
+    }
   }
   return entries;
 }

@@ -15,7 +15,7 @@ using common::Failure;
 
 namespace {
 
-/** A file with so many pages is read from end to end, most likely. */
+/// A file with so many pages is read from end to end, most likely.
 constexpr std::int32_t manyPages = 256;
 
 const Word noWord;
@@ -53,8 +53,9 @@ void PageExtractor::openFile(const std::u16string& path, const std::u16string& p
   m_password = password;
   if (m_aheadThreads > 0 && pageCount() >= manyPages) {
     PageList pages = m_reader->file().pageList();
-    if (!pages.pages.empty())
+    if (!pages.pages.empty()) {
       pages.file = identity;
+    }
     startReadAhead(0, std::move(pages));
   }
 }
@@ -85,47 +86,56 @@ void PageExtractor::dropWords() {
 void PageExtractor::extract(std::int32_t first, std::int32_t last) {
   dropWords();
   m_pageState = PageState::Empty;
-  if (!m_reader)
+  if (!m_reader) {
     throw Failure(GLYPHRUN_NOT_OPEN, "no file is open");
-  if (first < 1 || last < first || last > m_reader->file().pageCount())
+  }
+  if (first < 1 || last < first || last > m_reader->file().pageCount()) {
     throw Failure(GLYPHRUN_BAD_PAGE, "there is no such page");
+  }
   std::int32_t worst = GLYPHRUN_OK;
   bool anyWords = false;
   for (std::int32_t page = first; page <= last; ++page) {
-    if (m_pagesUsed == m_pages.size())
+    if (m_pagesUsed == m_pages.size()) {
       m_pages.emplace_back();
+    }
     PageWords& words = m_pages[m_pagesUsed++];
     readPage(page - 1, words);
     m_lastPage = page;
     anyWords = anyWords || !words.words.empty();
     m_pageState = std::max(m_pageState, words.state);
-    if (words.outOfMemory)
+    if (words.outOfMemory) {
       worst = GLYPHRUN_OUT_OF_MEMORY;
-    else if (words.state == PageState::Damaged && worst == GLYPHRUN_OK)
+    } else if (words.state == PageState::Damaged && worst == GLYPHRUN_OK) {
       worst = GLYPHRUN_DAMAGED;
+    }
   }
   // Of several pages an empty one is no grave matter.
-  if (m_pageState == PageState::Empty && anyWords)
+  if (m_pageState == PageState::Empty && anyWords) {
     m_pageState = PageState::Good;
+  }
   fillOrder(false);
-  if (worst != GLYPHRUN_OK)
+  if (worst != GLYPHRUN_OK) {
     throw Failure(worst, "a page is damaged or goes beyond what one page may cost");
+  }
 }
 
 void PageExtractor::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
-  if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage)
+  if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage) {
     startReadAhead(-1, {});
-  if (!m_ahead || !m_ahead->take(index, words))
+  }
+  if (!m_ahead || !m_ahead->take(index, words)) {
     m_reader->read(index, words);
+  }
 }
 
 void PageExtractor::fillOrder(bool reading) {
   m_order.clear();
   for (std::uint32_t slot = 0; slot < m_pagesUsed; ++slot) {
     const PageWords& page = m_pages[slot];
-    for (std::uint32_t i = 0; i < page.words.size(); ++i)
+    for (std::uint32_t i = 0; i < page.words.size(); ++i) {
       m_order.push_back({slot, reading ? page.reading[i] : i});
+    }
   }
 }
 
@@ -166,10 +176,12 @@ void PageExtractor::removeRepeats() {
 
 void PageExtractor::setWordSpacing(double factor) {
   m_wordSpacing = factor;
-  if (m_reader)
+  if (m_reader) {
     m_reader->setWordSpacing(factor);
-  if (m_ahead)
+  }
+  if (m_ahead) {
     m_ahead->setWordSpacing(factor);
+  }
 }
 
 void PageExtractor::setReadAhead(std::int32_t threads) {
@@ -180,8 +192,9 @@ void PageExtractor::setReadAhead(std::int32_t threads) {
 
 void PageExtractor::select(std::int32_t index) {
   m_hasSelection = index >= 0 && index < wordCount();
-  if (m_hasSelection)
+  if (m_hasSelection) {
     m_selected = m_order[static_cast<std::size_t>(index)];
+  }
 }
 
 const Word& PageExtractor::selected() const {

@@ -11,7 +11,7 @@
 
 namespace glyphrun {
 
-/** Words of pages by number, in the order asked for; one word at a time is selected. */
+/// Words of pages by number, in the order asked for; one word at a time is selected.
 class PageExtractor {
 public:
   static PageExtractor& instance();
@@ -20,12 +20,12 @@ public:
 
   std::int32_t countPages(const std::u16string& path, const std::u16string& password);
   void openFile(const std::u16string& path, const std::u16string& password);
-  /** Pages from 1, inclusive. When one of them is damaged, its words are there all the same. */
+  /// Pages from 1, inclusive. When one of them is damaged, its words are there all the same.
   void extract(std::int32_t first, std::int32_t last);
   void closeFile();
 
   std::int32_t pageCount() const { return m_reader ? m_reader->file().pageCount() : 0; }
-  /** How the last count, opening or extraction went: noted by who called it. */
+  /// How the last count, opening or extraction went: noted by who called it.
   std::int32_t status() const { return m_status; }
   void setStatus(std::int32_t code) { m_status = code; }
   std::int32_t lastPage() const { return m_lastPage; }
@@ -39,7 +39,7 @@ public:
   void sortForReading();
   void removeRepeats();
   void select(std::int32_t index);
-  /** The selected word; an empty one at 0,0 without a selection. */
+  /// The selected word; an empty one at 0,0 without a selection.
   const Word& selected() const;
   const char16_t* selectedText() const;
   const char16_t* selectedFont() const;
@@ -58,8 +58,7 @@ private:
   void fillOrder(bool reading);
 
   std::unique_ptr<PageReader> m_reader;
-  std::unique_ptr<ReadAhead>
-      m_ahead; /**< of a short file from the second of two pages in a row on */
+  std::unique_ptr<ReadAhead> m_ahead; ///< of a short file from the second of two pages in a row on
   std::int32_t m_aheadThreads = 0;
   std::u16string m_path;
   std::u16string m_password;
@@ -73,7 +72,7 @@ private:
   PageState m_pageState = PageState::Empty;
   std::int32_t m_lastPage = 0;
   double m_wordSpacing = 0;
-  std::vector<PageWords> m_pages; /**< the first `m_pagesUsed` count; the others are storage */
+  std::vector<PageWords> m_pages; ///< the first `m_pagesUsed` count; the others are storage
   std::size_t m_pagesUsed = 0;
   std::vector<WordIndex> m_order;
   WordIndex m_selected{};

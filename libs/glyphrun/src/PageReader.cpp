@@ -36,8 +36,9 @@ void PageReader::read(std::int32_t index, PageWords& out) {
     out.outOfMemory = true;
   }
   m_words.finish(out);
-  if (m_content.damaged() || mu.overdue())
+  if (m_content.damaged() || mu.overdue()) {
     out.state = PageState::Damaged;
+  }
   out.page = index + 1;
   mu.relax();
   m_fonts.endPage();
@@ -51,8 +52,9 @@ void PageReader::readContents(std::int32_t index, const PageFrame& frame) {
   const auto take = [this](const PdfObject& stream) {
     const std::size_t before = m_data.bytes.size();
     if (!m_streams.append(stream, m_content.bytesLeft(), m_data)) {
-      if (stream)
+      if (stream) {
         m_content.setDamaged();
+      }
       return;
     }
     m_content.spend(m_data.bytes.size() - before);
@@ -60,29 +62,34 @@ void PageReader::readContents(std::int32_t index, const PageFrame& frame) {
   };
   if (contents.isArray()) {
     const int count = contents.size();
-    for (int i = 0; i < count && m_content.bytesLeft() > 0; ++i)
+    for (int i = 0; i < count && m_content.bytesLeft() > 0; ++i) {
       take(contents.at(i));
+    }
   } else {
     take(contents);
   }
-  if (m_data.damaged || m_data.cut)
+  if (m_data.damaged || m_data.cut) {
     m_content.setDamaged();
+  }
   m_content.runContent(m_data.view(), frame.resources, frame.toShown);
 }
 
 void PageReader::readAnnotations(std::int32_t index, const PageFrame& frame) {
   const PdfObject list = m_file->page(index).get("Annots");
-  if (!list.isArray())
+  if (!list.isArray()) {
     return;
-  for (const Appearance& appearance : visibleAppearances(*m_file, index, m_layers))
+  }
+  for (const Appearance& appearance : visibleAppearances(*m_file, index, m_layers)) {
     m_content.runForm(appearance.form, frame.resources, appearance.matrix * frame.toShown);
+  }
 }
 
 // Objects that were read stay in memory until they are forgotten. Forgetting walks over all of the
 // file's objects, so it happens only a few times in a document.
 void PageReader::forgetNowAndThen() {
-  if (++m_sinceForgotten < std::max(fewestPagesToForget, m_file->pageCount() / 16))
+  if (++m_sinceForgotten < std::max(fewestPagesToForget, m_file->pageCount() / 16)) {
     return;
+  }
   m_sinceForgotten = 0;
   m_file->forgetObjects();
 }

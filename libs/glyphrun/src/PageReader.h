@@ -9,15 +9,14 @@
 
 namespace glyphrun {
 
-/** Reads the words of single pages of one file. What a page costs does not grow with the document.
- */
+/// Reads the words of single pages of one file. What a page costs does not grow with the document.
 class PageReader {
 public:
   explicit PageReader(std::unique_ptr<PdfFile> file);
 
   PdfFile& file() const { return *m_file; }
   void setWordSpacing(double factor) { m_tolerance = JoiningTolerance::fromFactor(factor); }
-  /** Words of the page `index` (from 0, and there). Storage of `out` is used again. */
+  /// Words of the page `index` (from 0, and there). Storage of `out` is used again.
   void read(std::int32_t index, PageWords& out);
 
 private:

@@ -21,11 +21,13 @@ constexpr double standardHeight = 792;
 constexpr double farthest = 1e6;
 
 bool readRect(const PdfObject& array, Rect& out) {
-  if (array.size() < 4)
+  if (array.size() < 4) {
     return false;
+  }
   double value[4];
-  for (int i = 0; i < 4; ++i)
+  for (int i = 0; i < 4; ++i) {
     value[i] = std::clamp(array.at(i).number(), -farthest, farthest);
+  }
   out = {std::min(value[0], value[2]), std::min(value[1], value[3]), std::max(value[0], value[2]),
          std::max(value[1], value[3])};
   return !out.empty();
@@ -64,12 +66,15 @@ std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u1
 
 PdfFile::~PdfFile() {
   fz_context* ctx = m_mu->raw();
-  for (const PageEntry& page : m_pages)
+  for (const PageEntry& page : m_pages) {
     pdf_drop_obj(ctx, page.object);
-  for (const Node& node : m_nodes)
+  }
+  for (const Node& node : m_nodes) {
     pdf_drop_obj(ctx, node.object);
-  if (m_treeLoaded)
+  }
+  if (m_treeLoaded) {
     pdf_drop_page_tree(ctx, m_document);
+  }
   pdf_drop_document(ctx, m_document);
   fz_drop_stream(ctx, m_stream);
 }
@@ -87,8 +92,9 @@ void PdfFile::openDocument(const std::string& path) {
                          reason.find("crypt revision") != std::string::npos;
     code = handler ? GLYPHRUN_UNSUPPORTED : GLYPHRUN_NOT_A_PDF;
   }
-  if (outcome != Outcome::Ok)
+  if (outcome != Outcome::Ok) {
     throw Failure(outcome == Outcome::OutOfMemory ? GLYPHRUN_OUT_OF_MEMORY : code, m_mu->message());
+  }
 }
 
 void PdfFile::authenticate(const std::u16string& password) {
@@ -99,8 +105,9 @@ void PdfFile::authenticate(const std::u16string& password) {
     needed = pdf_needs_password(ctx, m_document);
     revision = m_document->crypt == nullptr ? 0 : pdf_crypt_revision(ctx, m_document->crypt);
   });
-  if (needed == 0)
+  if (needed == 0) {
     return;
+  }
   // For older encryption MuPDF turns each character into its byte of PDFDocEncoding, so other
   // encodings are given as the characters that stand for their bytes.
   constexpr int lastByteEncoded = 4;
@@ -113,8 +120,9 @@ void PdfFile::authenticate(const std::u16string& password) {
     int accepted = 0;
     m_mu->attempt(
         [&] { accepted = pdf_authenticate_password(ctx, m_document, candidate.c_str()); });
-    if (accepted != 0)
+    if (accepted != 0) {
       return;
+    }
   }
   throw Failure(GLYPHRUN_WRONG_PASSWORD,
                 password.empty() ? "the file needs a password" : "the password is wrong");
@@ -141,14 +149,16 @@ void PdfFile::readPages() {
   std::vector<Level> stack;
   const auto enter = [&](const PdfObject& node, std::int32_t parent) {
     const int number = node.objectNumber();
-    if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second))
+    if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second)) {
       return;
+    }
     m_nodes.push_back({pdf_keep_obj(m_mu->raw(), node.raw()), parent});
     stack.push_back({static_cast<std::uint32_t>(m_nodes.size() - 1), 0, node.get("Kids").size()});
   };
   const PdfObject root = catalog().get("Pages");
-  if (root.isDict())
+  if (root.isDict()) {
     enter(root, -1);
+  }
   while (!stack.empty() && !m_mu->overdue()) {
     Level& level = stack.back();
     if (level.next >= level.count) {
@@ -157,37 +167,44 @@ void PdfFile::readPages() {
     }
     const std::uint32_t node = level.node;
     const PdfObject kid = PdfObject(*m_mu, m_nodes[node].object).get("Kids").at(level.next++);
-    if (!kid.isDict())
+    if (!kid.isDict()) {
       continue;
-    if (kid.get("Kids").isArray())
+    }
+    if (kid.get("Kids").isArray()) {
       enter(kid, static_cast<std::int32_t>(node));
-    else
+    } else {
       m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
+    }
     // Each time a quarter more pages are known, so that it costs the same for every page.
     if (m_pages.size() >= forgetAt) {
       forgetObjects();
       forgetAt = m_pages.size() + std::max(fewPages, m_pages.size() / 4);
     }
   }
-  if (m_pages.empty())
+  if (m_pages.empty()) {
     throw Failure(GLYPHRUN_NOT_A_PDF, "no page can be found");
+  }
 }
 
 PageList PdfFile::pageList() const {
   PageList list;
-  if ((facts() & GLYPHRUN_FILE_REPAIRED) != 0)
+  if ((facts() & GLYPHRUN_FILE_REPAIRED) != 0) {
     return list;
+  }
   const auto numberOf = [this](pdf_obj* object) { return PdfObject(*m_mu, object).objectNumber(); };
   list.nodes.reserve(m_nodes.size());
-  for (const Node& node : m_nodes)
+  for (const Node& node : m_nodes) {
     list.nodes.push_back({numberOf(node.object), node.parent});
+  }
   list.pages.reserve(m_pages.size());
-  for (const PageEntry& page : m_pages)
+  for (const PageEntry& page : m_pages) {
     list.pages.push_back({numberOf(page.object), page.node});
+  }
   const auto hasNone = [](const auto& entry) { return entry.number == 0; };
   if (std::any_of(list.nodes.begin(), list.nodes.end(), hasNone) ||
-      std::any_of(list.pages.begin(), list.pages.end(), hasNone))
+      std::any_of(list.pages.begin(), list.pages.end(), hasNone)) {
     list = {};
+  }
   return list;
 }
 
@@ -197,13 +214,16 @@ void PdfFile::takePages(const PageList& list) {
   m_nodes.reserve(list.nodes.size());
   m_pages.reserve(list.pages.size());
   const Outcome outcome = m_mu->attempt([&] {
-    for (const PageList::Node& node : list.nodes)
+    for (const PageList::Node& node : list.nodes) {
       m_nodes.push_back({pdf_new_indirect(ctx, m_document, node.number, 0), node.parent});
-    for (const PageList::Page& page : list.pages)
+    }
+    for (const PageList::Page& page : list.pages) {
       m_pages.push_back({pdf_new_indirect(ctx, m_document, page.number, 0), page.node});
+    }
   });
-  if (outcome != Outcome::Ok)
+  if (outcome != Outcome::Ok) {
     throw std::bad_alloc();
+  }
 }
 
 PdfObject PdfFile::page(std::int32_t index) const {
@@ -213,8 +233,9 @@ PdfObject PdfFile::page(std::int32_t index) const {
 PdfObject PdfFile::inherited(const PageEntry& entry, const char* key) const {
   PdfObject value = PdfObject(*m_mu, entry.object).get(key);
   for (auto node = static_cast<std::int32_t>(entry.node); !value && node >= 0;
-       node = m_nodes[static_cast<std::size_t>(node)].parent)
+       node = m_nodes[static_cast<std::size_t>(node)].parent) {
     value = PdfObject(*m_mu, m_nodes[static_cast<std::size_t>(node)].object).get(key);
+  }
   return value;
 }
 
@@ -223,12 +244,14 @@ PageFrame PdfFile::frameOf(std::int32_t index) const {
   PageFrame frame;
   frame.resources = inherited(entry, "Resources");
   Rect media{0, 0, standardWidth, standardHeight};
-  if (!readRect(inherited(entry, "MediaBox"), media))
+  if (!readRect(inherited(entry, "MediaBox"), media)) {
     media = {0, 0, standardWidth, standardHeight};
+  }
   Rect crop;
   frame.crop = media;
-  if (readRect(inherited(entry, "CropBox"), crop) && !crop.intersected(media).empty())
+  if (readRect(inherited(entry, "CropBox"), crop) && !crop.intersected(media).empty()) {
     frame.crop = crop.intersected(media);
+  }
   const int turns = inherited(entry, "Rotate").integer() % 360;
   frame.rotation = ((turns + 360 + 45) / 90 * 90) % 360;
   frame.toShown = shownMatrix(frame.crop, frame.rotation);
@@ -241,10 +264,12 @@ PageFrame PdfFile::frameOf(std::int32_t index) const {
 }
 
 std::int32_t PdfFile::pageWithNumber(int objectNumber) const {
-  if (m_pagesByNumber.empty())
-    for (std::size_t i = 0; i < m_pages.size(); ++i)
+  if (m_pagesByNumber.empty()) {
+    for (std::size_t i = 0; i < m_pages.size(); ++i) {
       m_pagesByNumber.emplace(page(static_cast<std::int32_t>(i)).objectNumber(),
                               static_cast<std::int32_t>(i));
+    }
+  }
   const auto found = m_pagesByNumber.find(objectNumber);
   return objectNumber == 0 || found == m_pagesByNumber.end() ? -1 : found->second;
 }
@@ -253,12 +278,15 @@ std::int32_t PdfFile::facts() const {
   std::int32_t facts = 0;
   fz_context* ctx = m_mu->raw();
   m_mu->attempt([&] {
-    if (m_document->crypt != nullptr)
+    if (m_document->crypt != nullptr) {
       facts |= GLYPHRUN_FILE_ENCRYPTED;
-    if (pdf_has_permission(ctx, m_document, FZ_PERMISSION_COPY) == 0)
+    }
+    if (pdf_has_permission(ctx, m_document, FZ_PERMISSION_COPY) == 0) {
       facts |= GLYPHRUN_FILE_FORBIDS_EXTRACTION;
-    if (pdf_was_repaired(ctx, m_document) != 0)
+    }
+    if (pdf_was_repaired(ctx, m_document) != 0) {
       facts |= GLYPHRUN_FILE_REPAIRED;
+    }
   });
   return facts;
 }
@@ -270,8 +298,9 @@ void PdfFile::forgetObjects() {
 // MuPDF's own loading of the tree allocates by the claimed count and gives up on the slightest
 // oddity, so its tables are filled from what was found here.
 bool PdfFile::fillPageTables() {
-  if (m_treeLoaded)
+  if (m_treeLoaded) {
     return true;
+  }
   fz_context* ctx = m_mu->raw();
   int* forward = nullptr;
   pdf_rev_page_map* backward = nullptr;
@@ -299,8 +328,9 @@ bool PdfFile::fillPageTables() {
 }
 
 pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
-  if (!fillPageTables())
+  if (!fillPageTables()) {
     return nullptr;
+  }
   fz_context* ctx = m_mu->raw();
   pdf_obj* object = nullptr;
   pdf_page* loaded = nullptr;
@@ -309,8 +339,9 @@ pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
     const int before = pdf_obj_refs(ctx, object);
     loaded = pdf_load_page(ctx, m_document, index);
     // MuPDF forgets to give back the reference that its look-up by table takes.
-    if (loaded->obj == object && pdf_obj_refs(ctx, object) == before + 2)
+    if (loaded->obj == object && pdf_obj_refs(ctx, object) == before + 2) {
       pdf_drop_obj(ctx, object);
+    }
   });
   pdf_drop_obj(ctx, object);
   return loaded;

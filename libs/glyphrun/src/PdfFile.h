@@ -15,11 +15,9 @@
 
 namespace glyphrun {
 
-/**
- * Where the pages of a file are: object numbers of the page tree. Good for every document of the
- * same file, each of which would else walk the tree anew. Empty when a file has no such list (pages
- * that are no objects of their own, a damaged file).
- */
+/// Where the pages of a file are: object numbers of the page tree. Good for every document of the
+/// same file, each of which would else walk the tree anew. Empty when a file has no such list
+/// (pages that are no objects of their own, a damaged file).
 struct PageList {
   struct Page {
     int number;
@@ -34,23 +32,21 @@ struct PageList {
   std::optional<common::FileIdentity> file;
 };
 
-/** What a page says of itself, its own or by inheritance. */
+/// What a page says of itself, its own or by inheritance.
 struct PageFrame {
-  Rect crop;        /**< visible part, in the page's own coordinates */
-  int rotation = 0; /**< clockwise: 0, 90, 180 or 270 */
-  double width = 0; /**< as shown, points */
+  Rect crop;        ///< visible part, in the page's own coordinates
+  int rotation = 0; ///< clockwise: 0, 90, 180 or 270
+  double width = 0; ///< as shown, points
   double height = 0;
-  Matrix toShown; /**< to points from the top left of the shown page */
+  Matrix toShown; ///< to points from the top left of the shown page
   PdfObject resources;
 };
 
-/** A document in a context of its own. One thread at a time. */
+/// A document in a context of its own. One thread at a time.
 class PdfFile {
 public:
-  /**
-   * Throws Failure. Pages that are known from another document of the same file are not searched
-   * for again. `stop`: see MuContext.
-   */
+  /// Throws Failure. Pages that are known from another document of the same file are not searched
+  /// for again. `stop`: see MuContext.
   static std::unique_ptr<PdfFile> open(const std::u16string& path, const std::u16string& password,
                                        const PageList& known = {},
                                        const std::atomic<bool>* stop = nullptr);
@@ -62,34 +58,32 @@ public:
   pdf_document* document() const { return m_document; }
   PdfObject catalog() const;
 
-  /** Pages that exist, whatever the file claims. */
+  /// Pages that exist, whatever the file claims.
   std::int32_t pageCount() const { return static_cast<std::int32_t>(m_pages.size()); }
-  /** `index` from 0. */
+  /// `index` from 0.
   PdfObject page(std::int32_t index) const;
   PageFrame frameOf(std::int32_t index) const;
-  /** Index of the page with an object number, or -1. */
+  /// Index of the page with an object number, or -1.
   std::int32_t pageWithNumber(int objectNumber) const;
 
-  /** See PageList; `file` is left to the caller. */
+  /// See PageList; `file` is left to the caller.
   PageList pageList() const;
 
-  /** GLYPHRUN_FILE_... */
+  /// GLYPHRUN_FILE_...
   std::int32_t facts() const;
-  /** Lets the document forget objects that were read, to stay small over many pages. */
+  /// Lets the document forget objects that were read, to stay small over many pages.
   void forgetObjects();
-  /**
-   * The page as MuPDF draws it, `index` from 0; null on failure. The caller drops it with
-   * fz_drop_page(), before the document goes.
-   */
+  /// The page as MuPDF draws it, `index` from 0; null on failure. The caller drops it with
+  /// fz_drop_page(), before the document goes.
   pdf_page* loadForDrawing(std::int32_t index);
 
 private:
   struct PageEntry {
-    pdf_obj* object; /**< kept */
+    pdf_obj* object; ///< kept
     std::uint32_t node;
   };
   struct Node {
-    pdf_obj* object; /**< kept */
+    pdf_obj* object; ///< kept
     std::int32_t parent;
   };
 

@@ -9,7 +9,7 @@
 
 namespace glyphrun {
 
-/** Refers to an object that its document keeps; it owns nothing. */
+/// Refers to an object that its document keeps; it owns nothing.
 class PdfObject {
 public:
   PdfObject() = default;
@@ -20,7 +20,7 @@ public:
 
   PdfObject get(const char* key) const;
   PdfObject at(int index) const;
-  /** Length of an array, 0 for anything else. */
+  /// Length of an array, 0 for anything else.
   int size() const;
 
   bool isDict() const { return is(pdf_is_dict); }
@@ -32,14 +32,14 @@ public:
   bool isStream() const { return is(pdf_is_stream); }
   bool isIndirect() const { return m_object != nullptr && pdf_is_indirect(m_mu->raw(), m_object); }
 
-  /** Object number of a reference, 0 for a direct object. */
+  /// Object number of a reference, 0 for a direct object.
   int objectNumber() const;
 
   double number(double otherwise = 0) const;
   int integer(int otherwise = 0) const;
-  /** Empty for anything but a name. */
+  /// Empty for anything but a name.
   const char* name() const;
-  /** Bytes of a string, decrypted. */
+  /// Bytes of a string, decrypted.
   std::string_view bytes() const;
 
   bool isNamed(std::string_view text) const { return text == name(); }
@@ -51,16 +51,16 @@ private:
   pdf_obj* m_object = nullptr;
 };
 
-/** Bytes of a stream after its filters. */
+/// Bytes of a stream after its filters.
 struct StreamData {
   std::vector<char> bytes;
-  bool damaged = false; /**< ended early; `bytes` is what came before */
-  bool cut = false;     /**< longer than the limit */
+  bool damaged = false; ///< ended early; `bytes` is what came before
+  bool cut = false;     ///< longer than the limit
 
   std::string_view view() const { return {bytes.data(), bytes.size()}; }
 };
 
-/** Reads streams; keeps its inflater and buffers from one to the next. One thread, one context. */
+/// Reads streams; keeps its inflater and buffers from one to the next. One thread, one context.
 class StreamReader {
 public:
   explicit StreamReader(MuContext& mu);
@@ -68,7 +68,7 @@ public:
   StreamReader(const StreamReader&) = delete;
   StreamReader& operator=(const StreamReader&) = delete;
 
-  /** Appends the decoded stream to `out`, at most `limit` bytes. False when nothing can be read. */
+  /// Appends the decoded stream to `out`, at most `limit` bytes. False when nothing can be read.
   bool append(const PdfObject& stream, std::size_t limit, StreamData& out);
 
 private:

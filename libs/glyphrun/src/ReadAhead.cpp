@@ -21,8 +21,9 @@ ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t 
       m_next(first), m_wordSpacing(wordSpacing) {
   // Too few threads are no failure: the caller reads what nobody else does.
   try {
-    for (int i = 0; i < threads; ++i)
+    for (int i = 0; i < threads; ++i) {
       m_threads.emplace_back([this] { work(); });
+    }
   } catch (const std::exception&) {
     m_changed.notify_all();
   }
@@ -34,8 +35,9 @@ ReadAhead::~ReadAhead() {
     m_stopping = true;
   }
   m_changed.notify_all();
-  for (std::thread& thread : m_threads)
+  for (std::thread& thread : m_threads) {
     thread.join();
+  }
 }
 
 std::size_t ReadAhead::bytesOf(const PageWords& words) {
@@ -57,8 +59,9 @@ void ReadAhead::restartAt(std::int32_t index) {
 
 bool ReadAhead::take(std::int32_t index, PageWords& out) {
   std::unique_lock lock(m_mutex);
-  if (index != m_wanted)
+  if (index != m_wanted) {
     restartAt(index + 1);
+  }
   m_wanted = index + 1;
   auto claimed = m_slots.end();
   m_changed.wait(lock, [&] {
@@ -91,18 +94,20 @@ void ReadAhead::setWordSpacing(double factor) {
 void ReadAhead::work() {
   try {
     PageReader reader(PdfFile::open(m_path, m_password, m_pages, &m_stopping));
-    if (reader.file().pageCount() == m_pageCount)
+    if (reader.file().pageCount() == m_pageCount) {
       readClaimedPages(reader);
+    }
   } catch (const std::exception&) {
     // Without file or memory this thread stands aside; it has nothing claimed.
   }
 }
 
-/** Waits for a page to read; false when there is no more work. Throws before it claims anything. */
+/// Waits for a page to read; false when there is no more work. Throws before it claims anything.
 bool ReadAhead::claim(std::unique_lock<std::mutex>& lock, std::int32_t& index, PageWords& words) {
   m_changed.wait(lock, [this] { return m_stopping || mayClaim(); });
-  if (m_stopping)
+  if (m_stopping) {
     return false;
+  }
   index = m_next;
   m_slots.try_emplace(index);
   ++m_next;
@@ -131,8 +136,9 @@ void ReadAhead::readClaimedPages(PageReader& reader) {
     }
     lock.lock();
     const auto slot = m_slots.find(index);
-    if (generation != m_generation || slot == m_slots.end())
+    if (generation != m_generation || slot == m_slots.end()) {
       continue;
+    }
     m_bytes += bytesOf(words);
     slot->second.words = std::move(words);
     slot->second.ready = true;

@@ -14,32 +14,26 @@
 
 namespace glyphrun {
 
-/**
- * Each thread has a document and a context of its own. They run only so far ahead of the pages
- * taken, in pages and in bytes, and work on nothing that the caller has begun to read itself. Used
- * by one thread; the destructor ends the work, opening the file too, within its next allocation.
- */
+/// Each thread has a document and a context of its own. They run only so far ahead of the pages
+/// taken, in pages and in bytes, and work on nothing that the caller has begun to read itself. Used
+/// by one thread; the destructor ends the work, opening the file too, within its next allocation.
 class ReadAhead {
 public:
-  /**
-   * The threads open the file at once. `pageCount` is the caller's; a thread that finds another
-   * number in the file stands aside. Reading begins with page `first` (from 0), or behind the first
-   * page that is taken when it is -1. `pages` saves the threads the search for the pages, and may
-   * be empty.
-   */
+  /// The threads open the file at once. `pageCount` is the caller's; a thread that finds another
+  /// number in the file stands aside. Reading begins with page `first` (from 0), or behind the
+  /// first page that is taken when it is -1. `pages` saves the threads the search for the pages,
+  /// and may be empty.
   ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
             std::int32_t first, PageList pages, int threads, double wordSpacing);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
 
-  /**
-   * The page `index` (from 0), if a thread has read it or is at it; waits for the latter. False
-   * means that the caller reads the page itself. Either way the threads go on with the pages behind
-   * it.
-   */
+  /// The page `index` (from 0), if a thread has read it or is at it; waits for the latter. False
+  /// means that the caller reads the page itself. Either way the threads go on with the pages
+  /// behind it.
   bool take(std::int32_t index, PageWords& out);
-  /** What was read with another factor is dropped. */
+  /// What was read with another factor is dropped.
   void setWordSpacing(double factor);
 
 private:
@@ -60,17 +54,17 @@ private:
   const std::int32_t m_pageCount;
   const PageList m_pages;
   const std::int32_t m_window;
-  std::atomic<bool> m_stopping{false}; /**< changed under the mutex; the contexts look at it */
+  std::atomic<bool> m_stopping{false}; ///< changed under the mutex; the contexts look at it
 
   std::mutex m_mutex;
   std::condition_variable m_changed;
   // Under the mutex.
-  std::map<std::int32_t, Slot> m_slots; /**< claimed pages, read or being read */
-  std::vector<PageWords> m_spare;       /**< storage to use again */
-  std::int32_t m_wanted;                /**< the page expected to be asked for next */
-  std::int32_t m_next;                  /**< the page to claim next */
+  std::map<std::int32_t, Slot> m_slots; ///< claimed pages, read or being read
+  std::vector<PageWords> m_spare;       ///< storage to use again
+  std::int32_t m_wanted;                ///< the page expected to be asked for next
+  std::int32_t m_next;                  ///< the page to claim next
   std::size_t m_bytes = 0;
-  std::uint32_t m_generation = 0; /**< raised when claimed pages lose their meaning */
+  std::uint32_t m_generation = 0; ///< raised when claimed pages lose their meaning
   double m_wordSpacing;
 
   std::vector<std::thread> m_threads;

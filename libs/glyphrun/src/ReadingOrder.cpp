@@ -13,7 +13,7 @@ bool runsSideways(const Fragment& fragment) {
   return fragment.heading == HeadingRight || fragment.heading == HeadingLeft;
 }
 
-/** The upright box of a word from its first fragment's start to `end`. */
+/// The upright box of a word from its first fragment's start to `end`.
 Rect boxOf(const Fragment& first, float end) {
   const float up = first.ascent * first.em;
   const float down = -first.descent * first.em;
@@ -39,8 +39,9 @@ WordKind kindOf(const char16_t* text) {
   bool letters = false;
   for (std::size_t at = 0; at < view.size();) {
     const std::uint16_t traits = traitsOf(takeCodePoint(view, at));
-    if ((traits & TraitRightToLeft) != 0)
+    if ((traits & TraitRightToLeft) != 0) {
       return WordKind::RightToLeft;
+    }
     letters = letters || (traits & TraitLetter) != 0;
   }
   return letters ? WordKind::LeftToRight : WordKind::Neutral;
@@ -54,8 +55,9 @@ void orderRightToLeftLine(const PageWords& page, std::uint32_t* from, std::uint3
     const WordKind kind = kindOf(page.textOf(page.words[*at]));
     balance += kind == WordKind::RightToLeft ? 1 : kind == WordKind::LeftToRight ? -1 : 0;
   }
-  if (balance < 0)
+  if (balance < 0) {
     return;
+  }
   std::reverse(from, to);
   for (std::uint32_t* at = from; at != to;) {
     if (kindOf(page.textOf(page.words[*at])) == WordKind::RightToLeft) {
@@ -66,12 +68,14 @@ void orderRightToLeftLine(const PageWords& page, std::uint32_t* from, std::uint3
     bool letters = false;
     for (; end != to; ++end) {
       const WordKind kind = kindOf(page.textOf(page.words[*end]));
-      if (kind == WordKind::RightToLeft)
+      if (kind == WordKind::RightToLeft) {
         break;
+      }
       letters = letters || kind == WordKind::LeftToRight;
     }
-    if (letters)
+    if (letters) {
       std::reverse(at, end);
+    }
     at = end;
   }
 }
@@ -90,11 +94,13 @@ void WordWriter::collectText(const Fragment& first, bool rightToLeft) {
       const std::size_t at = m_text.size();
       m_text.append(&m_pool[begin], end - begin);
       // A glyph for several letters is written in reading order within a word that is not.
-      if (rightToLeft && end - begin > 1)
+      if (rightToLeft && end - begin > 1) {
         std::reverse(m_text.begin() + static_cast<std::ptrdiff_t>(at), m_text.end());
+      }
     }
-    if (fragment->next < 0)
+    if (fragment->next < 0) {
       break;
+    }
   }
 }
 
@@ -117,10 +123,12 @@ Word WordWriter::write(const Fragment& first) {
   word.text = first.text;
   if (first.next >= 0 || rightToLeft || (traits & TraitCombining) != 0) {
     collectText(first, rightToLeft);
-    if (rightToLeft)
+    if (rightToLeft) {
       visualToLogical(m_text);
-    if ((traits & (TraitCombining | TraitRightToLeft)) != 0)
+    }
+    if ((traits & (TraitCombining | TraitRightToLeft)) != 0) {
       compose(m_text);
+    }
     word.text = static_cast<std::uint32_t>(m_pool.size());
     m_pool.insert(m_pool.end(), m_text.begin(), m_text.end());
     m_pool.push_back(0);
@@ -142,22 +150,26 @@ Word WordWriter::write(const Fragment& first) {
 
 void sortForReading(PageWords& page, bool anyRightToLeft) {
   page.reading.resize(page.words.size());
-  for (std::uint32_t i = 0; i < page.reading.size(); ++i)
+  for (std::uint32_t i = 0; i < page.reading.size(); ++i) {
     page.reading[i] = i;
+  }
   const auto before = [&page](std::uint32_t a, std::uint32_t b) {
     const Word& left = page.words[a];
     const Word& right = page.words[b];
     return left.v != right.v ? left.v < right.v : left.h < right.h;
   };
-  if (!std::is_sorted(page.reading.begin(), page.reading.end(), before))
+  if (!std::is_sorted(page.reading.begin(), page.reading.end(), before)) {
     std::stable_sort(page.reading.begin(), page.reading.end(), before);
-  if (!anyRightToLeft)
+  }
+  if (!anyRightToLeft) {
     return;
+  }
   std::uint32_t* const all = page.reading.data();
   for (std::size_t from = 0; from < page.reading.size();) {
     std::size_t to = from + 1;
-    while (to < page.reading.size() && page.words[all[to]].v == page.words[all[from]].v)
+    while (to < page.reading.size() && page.words[all[to]].v == page.words[all[from]].v) {
       ++to;
+    }
     orderRightToLeftLine(page, all + from, all + to);
     from = to;
   }

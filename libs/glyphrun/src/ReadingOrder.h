@@ -8,14 +8,14 @@
 
 namespace glyphrun {
 
-/** Makes words of fragments; text that must be put together is added to the pool. */
+/// Makes words of fragments; text that must be put together is added to the pool.
 class WordWriter {
 public:
   WordWriter(const std::vector<Fragment>& fragments, std::vector<char16_t>& pool,
              const std::vector<std::uint32_t>& glyphOffsets)
       : m_fragments(fragments), m_pool(pool), m_glyphOffsets(glyphOffsets) {}
 
-  /** The word that begins with a fragment; its font is left to the caller. */
+  /// The word that begins with a fragment; its font is left to the caller.
   Word write(const Fragment& first);
   bool anyRightToLeft() const { return m_anyRightToLeft; }
 
@@ -29,7 +29,7 @@ private:
   bool m_anyRightToLeft = false;
 };
 
-/** Fills PageWords::reading. */
+/// Fills PageWords::reading.
 void sortForReading(PageWords& page, bool anyRightToLeft);
 
 } // namespace glyphrun

@@ -9,11 +9,11 @@
 
 namespace glyphrun {
 
-/** Layers of a document: which are hidden on the screen. */
+/// Layers of a document: which are hidden on the screen.
 class LayerVisibility {
 public:
   LayerVisibility(MuContext& mu, pdf_document* document) : m_mu(mu), m_document(document) {}
-  /** Of an optional-content group or membership dictionary. */
+  /// Of an optional-content group or membership dictionary.
   bool hides(const PdfObject& content);
 
 private:
@@ -22,16 +22,16 @@ private:
   std::unordered_map<int, bool> m_known;
 };
 
-/** Contents of form XObjects that pages share, up to some megabytes. */
+/// Contents of form XObjects that pages share, up to some megabytes.
 class FormCache {
 public:
   explicit FormCache(StreamReader& streams) : m_streams(streams) {}
 
   struct Form {
     StreamData data;
-    bool textless = false; /**< showed no text when it was last drawn in full */
+    bool textless = false; ///< showed no text when it was last drawn in full
   };
-  /** Null when the stream cannot be read. `limit` bounds what is read. */
+  /// Null when the stream cannot be read. `limit` bounds what is read.
   std::shared_ptr<Form> find(const PdfObject& stream, std::size_t limit);
 
 private:

@@ -1,7 +1,6 @@
 #include "Unicode.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -30,16 +29,18 @@ const UNormalizer2* compatibilityComposer() {
 }
 
 std::u16string normalized(const UNormalizer2* form, std::u16string_view text) {
-  if (form == nullptr || text.empty())
+  if (form == nullptr || text.empty()) {
     return std::u16string(text);
+  }
   // Compatibility forms grow up to 18 times (U+FDFA).
   std::u16string out(text.size() * 18 + 1, u'\0');
   UErrorCode error = U_ZERO_ERROR;
   const std::int32_t length =
       unorm2_normalize(form, text.data(), static_cast<std::int32_t>(text.size()), out.data(),
                        static_cast<std::int32_t>(out.size()), &error);
-  if (U_FAILURE(error))
+  if (U_FAILURE(error)) {
     return std::u16string(text);
+  }
   out.resize(static_cast<std::size_t>(length));
   return out;
 }
@@ -119,31 +120,40 @@ bool closes(char32_t c) {
 std::uint16_t traitsOf(char32_t c) {
   if (c < 0x80) {
     if (c > 0x20 && c < 0x7F) {
-      if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'))
+      if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) {
         return TraitLetter;
+      }
       return c == 0x5E || c == 0x60 || c == 0x7E ? TraitAccent : 0;
     }
   }
-  if (isBlank(c))
+  if (isBlank(c)) {
     return TraitBlank;
-  if (isNothing(c))
+  }
+  if (isNothing(c)) {
     return TraitNothing;
-  if (isUnknown(c))
+  }
+  if (isUnknown(c)) {
     return TraitUnknown;
+  }
   std::uint16_t traits = 0;
   const UCharDirection direction = u_charDirection(static_cast<UChar32>(c));
-  if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC)
+  if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC) {
     traits |= TraitRightToLeft;
-  else if (direction == U_LEFT_TO_RIGHT)
+  } else if (direction == U_LEFT_TO_RIGHT) {
     traits |= TraitLetter;
-  if (isWide(c))
+  }
+  if (isWide(c)) {
     traits |= TraitWide;
-  if (isMark(c))
+  }
+  if (isMark(c)) {
     traits |= TraitMark | TraitCombining;
-  else if (composer() != nullptr && !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c)))
+  } else if (composer() != nullptr &&
+             !unorm2_hasBoundaryBefore(composer(), static_cast<UChar32>(c))) {
     traits |= TraitCombining;
-  if (c < 0x10000 && combiningFormOf(static_cast<char16_t>(c)) != 0)
+  }
+  if (c < 0x10000 && combiningFormOf(static_cast<char16_t>(c)) != 0) {
     traits |= TraitAccent;
+  }
   return traits;
 }
 
@@ -156,8 +166,9 @@ std::uint16_t traitsOf(std::u16string_view text) {
     any |= traits;
     every &= traits;
   }
-  if (text.empty())
+  if (text.empty()) {
     return TraitNothing;
+  }
   return static_cast<std::uint16_t>((any & ~whole) | every);
 }
 
@@ -175,19 +186,23 @@ std::u16string spelledOut(std::u16string_view text) {
 
 void compose(std::u16string& text) {
   const UNormalizer2* form = composer();
-  if (form == nullptr)
+  if (form == nullptr) {
     return;
+  }
   UErrorCode error = U_ZERO_ERROR;
   const auto length = static_cast<std::int32_t>(text.size());
-  if (unorm2_isNormalized(form, text.data(), length, &error) || U_FAILURE(error))
+  if (unorm2_isNormalized(form, text.data(), length, &error) || U_FAILURE(error)) {
     return;
+  }
   text = normalized(form, text);
 }
 
 char16_t combiningFormOf(char16_t accent) {
-  for (const auto& [spacing, combining] : accents)
-    if (spacing == accent)
+  for (const auto& [spacing, combining] : accents) {
+    if (spacing == accent) {
       return combining;
+    }
+  }
   return 0;
 }
 
@@ -199,19 +214,20 @@ namespace {
 
 using CodePoints = std::vector<char32_t>;
 
-/** Reverses each stretch between characters that `belongs` accepts and that only `binds` interrupt.
- */
+/// Reverses each stretch between characters that `belongs` accepts and that only `binds` interrupt.
 template <typename Belongs, typename Binds>
 void reverseStretches(CodePoints& text, Belongs belongs, Binds binds) {
   for (std::size_t from = 0; from < text.size(); ++from) {
-    if (!belongs(text[from]))
+    if (!belongs(text[from])) {
       continue;
+    }
     std::size_t to = from + 1;
     for (std::size_t i = to; i < text.size(); ++i) {
-      if (belongs(text[i]))
+      if (belongs(text[i])) {
         to = i + 1;
-      else if (!binds(text[i]))
+      } else if (!binds(text[i])) {
         break;
+      }
     }
     std::reverse(text.begin() + static_cast<std::ptrdiff_t>(from),
                  text.begin() + static_cast<std::ptrdiff_t>(to));
@@ -225,12 +241,14 @@ bool isRightToLeft(char32_t c) {
 
 // Some producers draw a mark before its letter and some behind it. No word begins with a mark.
 void putMarksBehindLetters(CodePoints& text) {
-  if (text.empty() || !isMark(text.front()))
+  if (text.empty() || !isMark(text.front())) {
     return;
+  }
   for (auto from = text.begin(); from != text.end();) {
     const auto letter = std::find_if_not(from, text.end(), isMark);
-    if (letter == text.end())
+    if (letter == text.end()) {
       break;
+    }
     from = std::rotate(from, letter, letter + 1) + (letter - from);
   }
 }
@@ -240,10 +258,12 @@ void mirrorBrackets(CodePoints& text) {
   const auto mirror = [](char32_t& c) {
     c = static_cast<char32_t>(u_charMirror(static_cast<UChar32>(c)));
   };
-  if (!text.empty() && closes(text.front()))
+  if (!text.empty() && closes(text.front())) {
     mirror(text.front());
-  if (text.size() > 1 && opens(text.back()))
+  }
+  if (text.size() > 1 && opens(text.back())) {
     mirror(text.back());
+  }
 }
 
 } // namespace
@@ -266,17 +286,20 @@ void visualToLogical(std::u16string& text) {
     mirrorBrackets(points);
   }
   text.clear();
-  for (const char32_t c : points)
+  for (const char32_t c : points) {
     appendCodePoint(text, c);
+  }
 }
 
 void appendCodePoint(std::u16string& text, char32_t c) {
-  if (c > 0x10FFFF || U_IS_SURROGATE(c))
+  if (c > 0x10FFFF || U_IS_SURROGATE(c)) {
     c = replacementCharacter;
-  if (U_IS_BMP(c))
+  }
+  if (U_IS_BMP(c)) {
     text.push_back(static_cast<char16_t>(c));
-  else
+  } else {
     text.append({U16_LEAD(c), U16_TRAIL(c)});
+  }
 }
 
 char32_t takeCodePoint(std::u16string_view text, std::size_t& at) {

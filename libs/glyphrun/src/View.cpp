@@ -18,14 +18,15 @@ constexpr double mostPixels = 64e6;
 constexpr std::size_t drawingMemory = std::size_t{1024} << 20;
 constexpr std::chrono::milliseconds drawingTime{30'000};
 
-/** Aborts a drawing through its cookie when it takes too long. */
+/// Aborts a drawing through its cookie when it takes too long.
 class DrawingTimer {
 public:
   explicit DrawingTimer(fz_cookie& cookie)
       : m_thread([this, &cookie] {
           std::unique_lock lock(m_mutex);
-          if (!m_done.wait_for(lock, drawingTime, [this] { return m_finished; }))
+          if (!m_done.wait_for(lock, drawingTime, [this] { return m_finished; })) {
             cookie.abort = 1;
+          }
         }) {}
 
   ~DrawingTimer() {
@@ -49,8 +50,9 @@ private:
 } // namespace
 
 void View::requirePage(std::int32_t page) {
-  if (page < 1 || page > pageCount())
+  if (page < 1 || page > pageCount()) {
     throw Failure(GLYPHRUN_BAD_PAGE, "there is no such page");
+  }
 }
 
 PageFrame View::frameOf(std::int32_t page) {
@@ -62,14 +64,16 @@ GlyphrunImage View::render(std::int32_t page, double scale) {
   const PageFrame frame = frameOf(page);
   const double width = std::max(1.0, std::round(frame.width * scale));
   const double height = std::max(1.0, std::round(frame.height * scale));
-  if (!(scale > 0) || !(width * height <= mostPixels))
+  if (!(scale > 0) || !(width * height <= mostPixels)) {
     throw Failure(GLYPHRUN_OUT_OF_MEMORY, "the picture would be too large");
+  }
   const auto columns = static_cast<int>(width);
   const auto rows = static_cast<int>(height);
   const std::size_t bytes = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows) * 4;
   auto* pixels = static_cast<unsigned char*>(std::malloc(bytes));
-  if (pixels == nullptr)
+  if (pixels == nullptr) {
     throw std::bad_alloc();
+  }
   MuContext& mu = m_reader.file().mu();
   mu.allow(drawingMemory, drawingTime);
   const Outcome outcome = draw(page, columns, rows, pixels);
@@ -91,14 +95,16 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   fz_pixmap* pixmap = nullptr;
   fz_device* device = nullptr;
   pdf_page* loaded = m_reader.file().loadForDrawing(page - 1);
-  if (loaded == nullptr)
+  if (loaded == nullptr) {
     return Outcome::Failed;
+  }
   const Outcome outcome = mu.attempt([&] {
     const fz_rect bounds = pdf_bound_page(ctx, loaded);
     const float spanX = bounds.x1 - bounds.x0;
     const float spanY = bounds.y1 - bounds.y0;
-    if (!(spanX > 0) || !(spanY > 0))
+    if (!(spanX > 0) || !(spanY > 0)) {
       fz_throw(ctx, FZ_ERROR_GENERIC, "the page has no size");
+    }
     const float scaleX = static_cast<float>(width) / spanX;
     const float scaleY = static_cast<float>(height) / spanY;
     pixmap = fz_new_pixmap_with_data(ctx, fz_device_bgr(ctx), width, height, nullptr, 1, width * 4,
@@ -109,8 +115,9 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
         fz_concat(fz_translate(-bounds.x0, -bounds.y0), fz_scale(scaleX, scaleY));
     pdf_run_page(ctx, loaded, device, matrix, &cookie);
     fz_close_device(ctx, device);
-    if (cookie.abort != 0)
+    if (cookie.abort != 0) {
       fz_throw(ctx, FZ_ERROR_GENERIC, "the page takes too long to draw");
+    }
   });
   fz_drop_device(ctx, device);
   fz_drop_pixmap(ctx, pixmap);

@@ -12,7 +12,7 @@
 
 namespace glyphrun {
 
-/** Pages count from 1. What fails throws common::Failure. */
+/// Pages count from 1. What fails throws common::Failure.
 class View {
 public:
   View(const std::u16string& path, const std::u16string& password)
@@ -20,20 +20,20 @@ public:
 
   std::int32_t pageCount() const { return m_reader.file().pageCount(); }
   PageFrame frameOf(std::int32_t page);
-  /** `scale` pixels a point; the pixels are the caller's, to be freed. */
+  /// `scale` pixels a point; the pixels are the caller's, to be freed.
   GlyphrunImage render(std::int32_t page, double scale);
   void setWordSpacing(double factor) { m_reader.setWordSpacing(factor); }
-  /** In reading order; the view's own until the next call. */
+  /// In reading order; the view's own until the next call.
   const std::vector<GlyphrunWord>& words(std::int32_t page);
-  /** For any thread; see AbortView. */
+  /// For any thread; see AbortView.
   void abort();
 
 private:
   void requirePage(std::int32_t page);
   Outcome draw(std::int32_t page, int width, int height, unsigned char* pixels);
 
-  std::atomic<bool> m_isAborted = false; /**< ends what heeds no cookie; outlives the reader */
-  std::stop_source m_abort;              /**< reaches the cookie */
+  std::atomic<bool> m_isAborted = false; ///< ends what heeds no cookie; outlives the reader
+  std::stop_source m_abort;              ///< reaches the cookie
   PageReader m_reader;
   PageWords m_pageWords;
   std::vector<GlyphrunWord> m_list;

@@ -31,10 +31,11 @@ constexpr double markReach = 0.3;
 
 std::uint8_t headingOf(Point direction, bool vertical) {
   std::uint8_t heading = HeadingOblique;
-  if (std::abs(direction.y) < uprightSlope)
+  if (std::abs(direction.y) < uprightSlope) {
     heading = direction.x > 0 ? HeadingRight : HeadingLeft;
-  else if (std::abs(direction.x) < uprightSlope)
+  } else if (std::abs(direction.x) < uprightSlope) {
     heading = direction.y > 0 ? HeadingDown : HeadingUp;
+  }
   return vertical && heading != HeadingOblique
              ? static_cast<std::uint8_t>(heading + HeadingVertical)
              : heading;
@@ -44,16 +45,17 @@ Point headingOrDirection(std::uint8_t heading, Point direction) {
   return heading < HeadingOblique ? headingVector(heading) : direction;
 }
 
-/** Downwards from the baseline, for text that runs along `direction`. */
+/// Downwards from the baseline, for text that runs along `direction`.
 Point acrossOf(Point direction) {
   return {-direction.y, direction.x};
 }
 
-/** Narrows [from, to] to where base + t * slope lies within [low, high]. */
+/// Narrows [from, to] to where base + t * slope lies within [low, high].
 void narrow(double base, double slope, double low, double high, double& from, double& to) {
   if (std::abs(slope) < 1e-9) {
-    if (base < low || base > high)
+    if (base < low || base > high) {
       to = from - 1;
+    }
     return;
   }
   const double a = (low - base) / slope;
@@ -65,8 +67,9 @@ void narrow(double base, double slope, double low, double high, double& from, do
 } // namespace
 
 JoiningTolerance JoiningTolerance::fromFactor(double factor) {
-  if (!std::isfinite(factor) || factor <= 0)
+  if (!std::isfinite(factor) || factor <= 0) {
     factor = defaultFactor;
+  }
   const double more = factor - defaultFactor;
   return {std::clamp(gapInRun + more, smallestGap, widestGap),
           std::clamp(gapBetween + more, smallestGap, widestGap)};
@@ -111,8 +114,9 @@ void WordAssembler::beginRun(const GlyphRun& run) {
         sameWay && std::abs(shift) <= sliver * em && gap > 0 && gap <= widestGlue * run.em;
     m_parting = !continues || m_steppedBack;
     m_partingShift = shift;
-    if (!sameWay)
+    if (!sameWay) {
       closeFragment(false);
+    }
     const double width = m_lastEnd - m_lastStart;
     m_lastEnd = -gap;
     m_lastStart = m_lastEnd - width;
@@ -129,13 +133,15 @@ void WordAssembler::beginRun(const GlyphRun& run) {
 }
 
 void WordAssembler::addGap(double gap) {
-  if (m_capturing || !m_open || m_parting)
+  if (m_capturing || !m_open || m_parting) {
     return;
+  }
   const bool continues =
       gap <= m_tolerance.inRun * m_run.emAlong && gap >= -deepestOverlap * m_run.emAlong;
   m_steppedBack = continues && gap < -slightOverlap * m_run.emAlong;
-  if (continues && !m_steppedBack)
+  if (continues && !m_steppedBack) {
     return;
+  }
   m_narrowGap = gap > 0 && gap <= widestGlue * m_run.em;
   m_current.end = static_cast<float>(m_runStart + m_lastEnd);
   m_parting = true;
@@ -143,8 +149,9 @@ void WordAssembler::addGap(double gap) {
 }
 
 void WordAssembler::endRun(double spacing) {
-  if (m_open && !m_keepsEnd)
+  if (m_open && !m_keepsEnd) {
     m_endPoint = m_run.origin + m_run.direction * (m_lastEnd + spacing);
+  }
 }
 
 void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double start,
@@ -153,31 +160,36 @@ void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double
     closeFragment(true);
     return;
   }
-  if ((traits & TraitNothing) != 0 || !shows(start, end))
+  if ((traits & TraitNothing) != 0 || !shows(start, end)) {
     return;
-  if (m_open && composeWithLast(traits, text, start, end))
+  }
+  if (m_open && composeWithLast(traits, text, start, end)) {
     return;
+  }
   if (m_parting && (repeatsLast(text, start, end) || joinsLast(traits, text, start, end))) {
     m_parting = m_steppedBack = false;
     return;
   }
   const bool glue = m_narrowGap && (traits & m_lastTraits & TraitWide) != 0;
-  if (m_parting && !m_steppedBack && !glue)
+  if (m_parting && !m_steppedBack && !glue) {
     closeFragment(false);
+  }
   m_parting = m_steppedBack = false;
   if (!m_open && text.empty()) {
     ++m_unknownGlyphs;
     return;
   }
-  if (!m_open)
+  if (!m_open) {
     openFragment(start);
+  }
   append(traits, text, start, end);
 }
 
 void WordAssembler::append(std::uint16_t traits, std::u16string_view text, double start,
                            double end) {
-  if ((traits & TraitUnknown) != 0)
+  if ((traits & TraitUnknown) != 0) {
     ++m_unknownGlyphs;
+  }
   m_glyphOffsets.push_back(static_cast<std::uint32_t>(m_pool.size()));
   m_pool.insert(m_pool.end(), text.begin(), text.end());
   m_current.traits |= traits;
@@ -203,8 +215,9 @@ bool WordAssembler::joinsLast(std::uint16_t traits, std::u16string_view text, do
   const bool near = (traits & TraitMark) != 0 && std::abs(m_partingShift) < m_run.em &&
                     start < m_lastEnd + markReach * m_run.em &&
                     m_runStart + end > m_current.start - markReach * m_run.em;
-  if (!near)
+  if (!near) {
     return false;
+  }
   const double lastStart = m_lastStart;
   const double lastEnd = m_lastEnd;
   append(traits, text, start, end);
@@ -221,14 +234,16 @@ bool WordAssembler::composeWithLast(std::uint16_t traits, std::u16string_view te
                                     double end) {
   const bool accentNow = (traits & TraitAccent) != 0;
   const bool accentBefore = (m_lastTraits & TraitAccent) != 0;
-  if (accentNow == accentBefore || text.size() != 1 || std::abs(m_partingShift) > m_run.em)
+  if (accentNow == accentBefore || text.size() != 1 || std::abs(m_partingShift) > m_run.em) {
     return false;
+  }
   const double from = accentNow ? m_lastStart : start;
   const double to = accentNow ? m_lastEnd : end;
   const double middle = accentNow ? (start + end) / 2 : (m_lastStart + m_lastEnd) / 2;
   const std::uint16_t body = accentNow ? m_lastTraits : traits;
-  if (middle <= from || middle >= to || (body & TraitLetter) == 0)
+  if (middle <= from || middle >= to || (body & TraitLetter) == 0) {
     return false;
+  }
   const char16_t accent = combiningFormOf(accentNow ? text.front() : m_pool.back());
   m_pool.back() = accentedBody(accentNow ? m_pool.back() : text.front());
   m_pool.push_back(accent);
@@ -256,22 +271,26 @@ void WordAssembler::openFragment(double start) {
       dot(m_current.origin, acrossOf(headingOrDirection(m_heading, m_run.direction))));
   m_currentDirection = m_run.direction;
   m_currentVertical = m_run.vertical;
-  if (m_run.font != m_lastFont)
+  if (m_run.font != m_lastFont) {
     m_current.font = fontOffset(m_run.font);
-  else
+  } else {
     m_current.font = m_lastFontOffset;
+  }
 }
 
 void WordAssembler::closeFragment(bool atBlank) {
-  if (!m_open)
+  if (!m_open) {
     return;
-  if (!m_parting)
+  }
+  if (!m_parting) {
     m_current.end = static_cast<float>(m_runStart + m_lastEnd);
+  }
   m_open = m_parting = m_steppedBack = false;
   m_current.length = static_cast<std::uint32_t>(m_pool.size()) - m_current.text;
   m_current.glyphs = static_cast<std::uint32_t>(m_glyphOffsets.size()) - m_current.firstGlyph;
-  if (atBlank)
+  if (atBlank) {
     m_current.state |= FragmentEndsAtBlank;
+  }
   m_pool.push_back(0);
   m_fragments.push_back(m_current);
 }
@@ -279,16 +298,19 @@ void WordAssembler::closeFragment(bool atBlank) {
 // Names stand at the end of the pool's index, as numbers of fonts, until finish() adds their text.
 std::uint32_t WordAssembler::fontOffset(const Font* font) {
   m_lastFont = font;
-  for (std::size_t i = 0; i < m_fontOffsets.size(); ++i)
-    if (m_fontOffsets[i].first == font)
+  for (std::size_t i = 0; i < m_fontOffsets.size(); ++i) {
+    if (m_fontOffsets[i].first == font) {
       return m_lastFontOffset = static_cast<std::uint32_t>(i);
+    }
+  }
   m_fontOffsets.emplace_back(font, 0);
   return m_lastFontOffset = static_cast<std::uint32_t>(m_fontOffsets.size() - 1);
 }
 
 void WordAssembler::capture(double start, double end) {
-  if (m_capturedRuns.empty())
+  if (m_capturedRuns.empty()) {
     m_capturedRuns.push_back(m_run);
+  }
   m_captured.push_back({static_cast<std::uint32_t>(m_capturedRuns.size() - 1), start, end});
 }
 
@@ -302,15 +324,18 @@ void WordAssembler::beginReplacement(std::u16string text) {
 // Nothing tells which glyph stands for which character, so the characters are spread evenly over
 // the glyphs; a blank among them then parts words about where it should.
 void WordAssembler::endReplacement() {
-  if (!m_capturing)
+  if (!m_capturing) {
     return;
+  }
   m_capturing = false;
   std::vector<char32_t> characters;
   const std::u16string text = spelledOut(m_replacement);
-  for (std::size_t at = 0; at < text.size();)
+  for (std::size_t at = 0; at < text.size();) {
     characters.push_back(takeCodePoint(text, at));
-  if (m_captured.empty() || characters.empty())
+  }
+  if (m_captured.empty() || characters.empty()) {
     return;
+  }
 
   const double perCharacter =
       static_cast<double>(m_captured.size()) / static_cast<double>(characters.size());
@@ -333,8 +358,9 @@ void WordAssembler::endReplacement() {
       run = a.run;
       GlyphRun moved = m_capturedRuns[run];
       beginRun(moved);
-      if (m_open)
+      if (m_open) {
         addGap(start - m_lastEnd);
+      }
     } else if (m_open) {
       addGap(start - m_lastEnd);
     }
@@ -346,8 +372,9 @@ void WordAssembler::endReplacement() {
 }
 
 void WordAssembler::finish(PageWords& out) {
-  if (m_capturing)
+  if (m_capturing) {
     endReplacement();
+  }
   closeFragment(false);
   LineJoiner(m_fragments, m_pool, m_tolerance.between).run();
 
@@ -361,19 +388,21 @@ void WordAssembler::finish(PageWords& out) {
   out.words.reserve(m_fragments.size());
   WordWriter writer(m_fragments, m_pool, m_glyphOffsets);
   for (const Fragment& fragment : m_fragments) {
-    if ((fragment.state & (FragmentRepeats | FragmentContinues)) != 0)
+    if ((fragment.state & (FragmentRepeats | FragmentContinues)) != 0) {
       continue;
+    }
     Word word = writer.write(fragment);
     word.font = m_fontOffsets[fragment.font].second;
     word.fontSize = rounded(fragment.em);
     out.words.push_back(word);
   }
   std::swap(out.pool, m_pool);
-  if (out.words.empty())
+  if (out.words.empty()) {
     out.state = PageState::Empty;
-  else
+  } else {
     out.state =
         2 * m_unknownGlyphs > m_glyphOffsets.size() ? PageState::Unreadable : PageState::Good;
+  }
   sortForReading(out, writer.anyRightToLeft());
 }
 

@@ -11,82 +11,80 @@
 
 namespace glyphrun {
 
-/** What the glyphs of one text-showing operator have in common. */
+/// What the glyphs of one text-showing operator have in common.
 struct GlyphRun {
-  Point origin;          /**< of the first glyph, in points on the shown page, y downwards */
-  Point direction{1, 0}; /**< unit vector in which the text runs */
-  double em = 0;         /**< font size across the text direction, in points */
-  double emAlong = 0;    /**< font size along it (differs when text is stretched) */
-  bool vertical = false; /**< glyphs stand below one another */
+  Point origin;          ///< of the first glyph, in points on the shown page, y downwards
+  Point direction{1, 0}; ///< unit vector in which the text runs
+  double em = 0;         ///< font size across the text direction, in points
+  double emAlong = 0;    ///< font size along it (differs when text is stretched)
+  bool vertical = false; ///< glyphs stand below one another
   Font* font = nullptr;
 };
 
-/** The widest gaps that do not part a word, in ems. */
+/// The widest gaps that do not part a word, in ems.
 struct JoiningTolerance {
-  double inRun = 0;   /**< between glyphs of one operator, where a gap is kerning or a blank */
-  double between = 0; /**< between pieces placed one by one, where it may be a table's gap */
+  double inRun = 0;   ///< between glyphs of one operator, where a gap is kerning or a blank
+  double between = 0; ///< between pieces placed one by one, where it may be a table's gap
 
-  /** From the factor of the settings, 1.02 for plain text. Each hundredth more is a hundredth of an
-   * em. */
+  /// From the factor of the settings, 1.02 for plain text. Each hundredth more is a hundredth of an
+  /// em.
   static JoiningTolerance fromFactor(double factor);
 };
 
-/** A stretch of glyphs drawn one after the other that touch. */
+/// A stretch of glyphs drawn one after the other that touch.
 struct Fragment {
   std::uint32_t text = 0;
   std::uint32_t length = 0;
   std::uint32_t firstGlyph = 0;
   std::uint32_t glyphs = 0;
   std::uint32_t font = 0;
-  std::int32_t next = -1; /**< the fragment that continues the word */
-  float start = 0;        /**< along the direction, from a common origin */
+  std::int32_t next = -1; ///< the fragment that continues the word
+  float start = 0;        ///< along the direction, from a common origin
   float end = 0;
-  float across = 0; /**< baseline across the direction */
+  float across = 0; ///< baseline across the direction
   float em = 0;
-  float line = 0; /**< `across` of the line it belongs to */
+  float line = 0; ///< `across` of the line it belongs to
   float ascent = 0;
   float descent = 0;
-  std::uint8_t heading = 0; /**< Heading */
-  std::uint8_t state = 0;   /**< FragmentState */
-  std::uint16_t traits = 0; /**< all traits of its glyphs */
+  std::uint8_t heading = 0; ///< Heading
+  std::uint8_t state = 0;   ///< FragmentState
+  std::uint16_t traits = 0; ///< all traits of its glyphs
   Point origin;
 };
 
-/**
- * Takes the glyphs of one page and gives its words. It knows nothing of PDF: a test can feed it by
- * hand. One thread; reused from page to page so that nothing is allocated for a word or a glyph.
- */
+/// Takes the glyphs of one page and gives its words. It knows nothing of PDF: a test can feed it by
+/// hand. One thread; reused from page to page so that nothing is allocated for a word or a glyph.
 class WordAssembler {
 public:
   void beginPage(const Rect& visible, JoiningTolerance tolerance);
-  /** Glyphs whose middle lies outside do not count. */
+  /// Glyphs whose middle lies outside do not count.
   void setVisible(const Rect& visible) { m_visible = visible; }
   const Rect& visible() const { return m_visible; }
 
   void beginRun(const GlyphRun& run);
-  /** One glyph from `start` to `end`, in points from the run's origin along its direction. */
+  /// One glyph from `start` to `end`, in points from the run's origin along its direction.
   void addGlyph(const CodeInfo& info, double start, double end) {
-    if (m_capturing)
+    if (m_capturing) {
       capture(start, end);
-    else if ((info.traits & plainTraits) == 0 && m_open && !m_parting)
+    } else if ((info.traits & plainTraits) == 0 && m_open && !m_parting) {
       appendPlain(info, start, end);
-    else
+    } else {
       place(info.traits, m_run.font->textOf(info), start, end);
+    }
   }
-  /** The next glyph starts `gap` points farther than the last one's advance and spacing say. */
+  /// The next glyph starts `gap` points farther than the last one's advance and spacing say.
   void addGap(double gap);
-  /** `spacing` is what letter-spacing leaves behind the last glyph. */
+  /// `spacing` is what letter-spacing leaves behind the last glyph.
   void endRun(double spacing = 0);
 
-  /** The glyphs up to endReplacement() stand for `text`. Replacements do not nest. */
+  /// The glyphs up to endReplacement() stand for `text`. Replacements do not nest.
   void beginReplacement(std::u16string text);
   void endReplacement();
-  /** True when the run just begun goes on where the last glyph ended. */
+  /// True when the run just begun goes on where the last glyph ended.
   bool continues() const { return m_open && !m_parting; }
   bool replacing() const { return m_capturing; }
 
-  std::size_t glyphCount() const { return m_glyphOffsets.size(); }
-  /** Forms the words of the page. Sets everything of `out` but its page number and memory flag. */
+  /// Forms the words of the page. Sets everything of `out` but its page number and memory flag.
   void finish(PageWords& out);
 
 private:
@@ -113,8 +111,9 @@ private:
     return middle >= m_visibleFrom && middle <= m_visibleTo;
   }
   void appendPlain(const CodeInfo& info, double start, double end) {
-    if (!shows(start, end))
+    if (!shows(start, end)) {
       return;
+    }
     m_glyphOffsets.push_back(static_cast<std::uint32_t>(m_pool.size()));
     m_pool.push_back(info.text);
     m_current.traits |= info.traits;
@@ -127,7 +126,7 @@ private:
   Rect m_visible;
   JoiningTolerance m_tolerance;
   GlyphRun m_run;
-  double m_runStart = 0; /**< of the run's origin along the heading */
+  double m_runStart = 0; ///< of the run's origin along the heading
   double m_visibleFrom = 0;
   double m_visibleTo = 0;
 
@@ -136,8 +135,8 @@ private:
   // The last glyph, from the run's origin.
   double m_lastStart = 0;
   double m_lastEnd = 0;
-  double m_partingShift = 0; /**< across, from the fragment's baseline to the new run's */
-  Point m_endPoint;          /**< the same on the page, between runs */
+  double m_partingShift = 0; ///< across, from the fragment's baseline to the new run's
+  Point m_endPoint;          ///< the same on the page, between runs
 
   std::u16string m_replacement;
   std::vector<GlyphRun> m_capturedRuns;
@@ -151,17 +150,17 @@ private:
   std::vector<Fragment> m_fragments;
   std::size_t m_unknownGlyphs = 0;
 
-  bool m_open = false; /**< m_current may grow */
+  bool m_open = false; ///< m_current may grow
   bool m_currentVertical = false;
   bool m_capturing = false;
-  bool m_keepsEnd = false; /**< the run shows a mark, which moves nothing */
+  bool m_keepsEnd = false; ///< the run shows a mark, which moves nothing
   // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
   // belongs to it, or repeats its last one.
   bool m_parting = false;
-  bool m_steppedBack = false; /**< no farther than kerning does; m_parting as well */
-  bool m_narrowGap = false;   /**< parts no characters that know no blanks; m_parting as well */
+  bool m_steppedBack = false; ///< no farther than kerning does; m_parting as well
+  bool m_narrowGap = false;   ///< parts no characters that know no blanks; m_parting as well
   std::uint8_t m_heading = 0;
-  std::uint16_t m_lastTraits = 0; /**< of the last glyph */
+  std::uint16_t m_lastTraits = 0; ///< of the last glyph
 };
 
 } // namespace glyphrun

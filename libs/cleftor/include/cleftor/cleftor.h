@@ -102,10 +102,6 @@ CLEFTOR_API int32_t GetProcessingPage(void);
 /** 1: outputs carry the bookmarks that lead into their range. 0 (the start value): none. */
 CLEFTOR_API void SetKeepBookmarks(int32_t keep);
 
-/** Degrees (a multiple of 90, clockwise) by which the pages of the outputs are turned further; 0 at
- * the start. */
-CLEFTOR_API void SetPageRotation(int32_t degrees);
-
 /**
  * 1: SplitPdfPages checks the range, hands it to a thread of the library's own and returns
  * CLEFTOR_OK; it waits only while 64 ranges or 256 pages are waiting. 0 (the start value): every
