@@ -111,36 +111,21 @@ TEST_F(Safety, AFolderOrFileThatCannotBeWrittenIsRefused) {
   EXPECT_EQ(bytesOf(file), old);
 }
 
-TEST_F(Safety, WhoHoldsTheOldFileKeepsTheOldFile) {
+TEST_F(Safety, LinksModeAndOtherNamesOfTheFileStay) {
   const fs::path file = receiver("plain.pdf");
   const std::string old = bytesOf(file);
-  fs::create_hard_link(file, folder() / "backup.pdf");
-  ASSERT_TRUE(append(sample("one.pdf"), file)) << lastError();
-  const std::string held = bytesOf(file);
-  const int reader = open(file.c_str(), O_RDONLY);
-  for (int i = 0; i < 3; ++i) {
-    ASSERT_TRUE(append(sample("one.pdf"), file)) << lastError();
-  }
-  std::string read(held.size() + 1000, '\0');
-  const ssize_t got = pread(reader, read.data(), read.size(), 0);
-  close(reader);
-  EXPECT_EQ(read.substr(0, static_cast<size_t>(got)), held);
-  EXPECT_EQ(bytesOf(folder() / "backup.pdf"), old);
-  EXPECT_EQ(pageTexts(file).size(), 7U);
-}
-
-TEST_F(Safety, ALinkStaysALinkAndTheModeStays) {
-  const fs::path file = receiver("plain.pdf");
   fs::permissions(file, fs::perms(0640));
+  fs::create_hard_link(file, folder() / "backup.pdf");
   fs::create_directory(folder() / "links");
   const fs::path link = folder() / "links" / "to.pdf";
   fs::create_symlink("../plain.pdf", link);
-  for (int i = 0; i < 3; ++i) {
+  for (int i = 0; i < 2; ++i) {
     ASSERT_TRUE(append(sample("one.pdf"), link)) << lastError();
     EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
   }
   EXPECT_TRUE(fs::is_symlink(link));
-  EXPECT_EQ(pageTexts(file).size(), 6U);
+  EXPECT_EQ(pageTexts(file).size(), 5U);
+  EXPECT_EQ(bytesOf(folder() / "backup.pdf"), old);
 }
 
 TEST_F(Safety, TwoProcessesLoseNoPage) {

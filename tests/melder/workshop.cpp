@@ -27,31 +27,6 @@ fs::path newFolder() {
   return name;
 }
 
-/** The parts are made once for the whole program. */
-class Samples {
-public:
-  Samples() : m_folder(newFolder()) {
-    const Outcome made =
-        run(std::string(MELDER_PYTHON " " MELDER_SCRIPTS "/make_parts.py ") + quoted(m_folder));
-    if (made.code != 0) {
-      std::fputs(made.text.c_str(), stderr);
-      std::abort();
-    }
-  }
-  ~Samples() { fs::remove_all(m_folder); }
-  Samples(const Samples&) = delete;
-  Samples& operator=(const Samples&) = delete;
-  [[nodiscard]] const fs::path& folder() const { return m_folder; }
-
-private:
-  fs::path m_folder;
-};
-
-const fs::path& sampleFolder() {
-  static const Samples samples;
-  return samples.folder();
-}
-
 } // namespace
 
 Outcome run(const std::string& command) {
@@ -130,9 +105,6 @@ std::string lastError() {
   return fs::path(std::u16string(MelderLastErrorText())).string();
 }
 
-void Workshop::SetUpTestSuite() {
-  (void)sampleFolder();
-}
 void Workshop::SetUp() {
   m_folder = newFolder();
 }
@@ -143,7 +115,7 @@ void Workshop::TearDown() {
 }
 
 fs::path Workshop::sample(const std::string& name) {
-  return sampleFolder() / name;
+  return fs::path(MELDER_SAMPLES) / name;
 }
 
 fs::path Workshop::receiver(const std::string& name) const {

@@ -36,7 +36,6 @@ void writeBytes(const fs::path& file, const std::string& bytes);
 /** A folder of its own with the sample parts in it. */
 class Workshop : public testing::Test {
 protected:
-  static void SetUpTestSuite();
   void SetUp() override;
   void TearDown() override;
 
