@@ -260,14 +260,10 @@ ScanResult CBatchList::scan(const QString& folder) {
 
 void CBatchList::loadList() {
   m_rows.clear();
-  appendChosenList();
+  appendList();
 }
 
 void CBatchList::appendList() {
-  appendChosenList();
-}
-
-void CBatchList::appendChosenList() {
   const QString path = m_dialogs.openFile(this, listRequest(QStringLiteral("Open List File")));
   tell(path.isEmpty() ? CommandWords() : m_commands.append(path));
 }
@@ -303,20 +299,18 @@ void CBatchList::deleteSelected() {
 }
 
 void CBatchList::moveUp() {
-  const int row = m_table->firstSelectedRow();
-  m_table->clearSelection();
-  afterMove(m_rows.moveUp(row));
+  move(&BatchEntries::moveUp);
 }
 
 void CBatchList::moveDown() {
-  const int row = m_table->firstSelectedRow();
-  m_table->clearSelection();
-  afterMove(m_rows.moveDown(row));
+  move(&BatchEntries::moveDown);
 }
 
-void CBatchList::afterMove(int row) {
-  if (row >= 0) {
-    m_table->selectOnly(row);
+void CBatchList::move(int (BatchEntries::*by)(int row)) {
+  const int row = m_table->firstSelectedRow();
+  m_table->clearSelection();
+  if (const int now = (m_rows.*by)(row); now >= 0) {
+    m_table->selectOnly(now);
   }
 }
 

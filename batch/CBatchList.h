@@ -75,8 +75,7 @@ private:
   void processList();
 
   FileRequest listRequest(const QString& title) const;
-  void appendChosenList();
-  void afterMove(int row);
+  void move(int (BatchEntries::*by)(int row));
   void addDropped(const QStringList& paths);
   ScanResult scan(const QString& folder);
 

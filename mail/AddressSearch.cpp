@@ -376,23 +376,7 @@ private:
   QStringList m_found;
 };
 
-namespace {
-
-/// Keeps the first of several spellings of one mailbox.
-void addAddress(FoundAddresses& all, const QString& address) {
-  const QString key = comparableAddress(address);
-  const auto isSame = [&key](const QString& other) { return comparableAddress(other) == key; };
-  if (all.address.isEmpty()) {
-    all.address = address;
-  } else if (!isSame(all.address) && all.further.size() < maxFurtherAddresses &&
-             std::none_of(all.further.begin(), all.further.end(), isSame)) {
-    all.further += address;
-  }
-}
-
-} // namespace
-
-FoundAddresses AddressSearch::find() const {
+AddressReader::Found AddressSearch::find() const {
   Page page(*this);
   for (std::size_t i = 0; i < m_words.size(); ++i) {
     if (handlePendingEvents) {
@@ -400,21 +384,20 @@ FoundAddresses AddressSearch::find() const {
     }
     page.look(i);
   }
-  FoundAddresses all;
+  AddressReader::Found all;
+  QStringList mailboxes; // several spellings of one are one
   for (const QString& address : page.found()) {
-    addAddress(all, address);
+    const QString mailbox = comparableAddress(address);
+    if (mailboxes.size() <= maxFurtherAddresses && !mailboxes.contains(mailbox)) {
+      if (mailboxes.isEmpty()) {
+        all.address = address;
+      } else {
+        all.further += address;
+      }
+      mailboxes += mailbox;
+    }
   }
   return all;
-}
-
-void addAddresses(FoundAddresses& all, const FoundAddresses& ofPage) {
-  if (ofPage.address.isEmpty()) {
-    return;
-  }
-  addAddress(all, ofPage.address);
-  for (const QString& address : ofPage.further) {
-    addAddress(all, address);
-  }
 }
 
 } // namespace folivex

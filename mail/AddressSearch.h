@@ -1,6 +1,7 @@
 // AddressSearch: the e-mail addresses on one page.
 #pragma once
 
+#include "engine/output/PageAddresses.h"
 #include "engine/words/PageWord.h"
 
 #include <QString>
@@ -19,21 +20,14 @@ struct AddressRules {
   int verticalTo = -1;
   int horizontalFrom = -1;
   int horizontalTo = -1;
-  QString afterText;       ///< the address stands behind this text on its line; empty: anywhere
-  QString beforeText;      ///< and in front of this one
+  QString afterText = {};  ///< the address stands behind this text on its line; empty: anywhere
+  QString beforeText = {}; ///< and in front of this one
   bool ignoreCase = false; ///< A-Z and a-z are one in the two texts
 
   static AddressRules of(const SplitSetup& setup);
 };
 
 inline constexpr qsizetype maxFurtherAddresses = 50;
-
-struct FoundAddresses {
-  QString address;     ///< the first good one; empty when the page has none
-  QStringList further; ///< the other ones in reading order, each once, maxFurtherAddresses at most
-
-  bool operator==(const FoundAddresses&) const = default;
-};
 
 /// Takes the words of a page one by one in their list order (reading order) and then tells the
 /// addresses among them. Keeps copies: the word's text need not live on.
@@ -56,7 +50,9 @@ public:
   void add(const PageWord& word);
   /// Called before each word that is looked at.
   std::function<void()> handlePendingEvents;
-  FoundAddresses find() const;
+  /// The first good address, and the other ones in reading order, each once, maxFurtherAddresses
+  /// of them at most.
+  AddressReader::Found find() const;
 
 private:
   class Page;
@@ -72,9 +68,5 @@ private:
   QString m_text;
   std::vector<Word> m_words;
 };
-
-/// All that several pages of one output have: the address of the first page that has one, and the
-/// rest.
-void addAddresses(FoundAddresses& all, const FoundAddresses& ofPage);
 
 } // namespace folivex

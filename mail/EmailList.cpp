@@ -12,27 +12,10 @@ EmailRow EmailRow::of(const EmailEntry& entry) {
 }
 
 QString EmailRow::cell(EmailColumn column) const {
-  switch (column) {
-  case EmailColumn::Email:
-    return entry.address;
-  case EmailColumn::File:
-    return entry.file;
-  case EmailColumn::ExtractPageStart:
-    return shownPageStart;
-  case EmailColumn::ExtractPageEnd:
-    return shownPageEnd;
-  case EmailColumn::Body:
-    return entry.body;
-  case EmailColumn::Cc:
-    return entry.cc;
-  case EmailColumn::InvoiceNumberInSubject:
-    return entry.invoiceNumberInSubject;
-  case EmailColumn::SeparateInvoices:
-    return entry.separateInvoices;
-  case EmailColumn::Subject:
-    return entry.subject;
+  if (QString EmailEntry::*const text = factsOf(column).text) {
+    return entry.*text;
   }
-  return {};
+  return column == EmailColumn::ExtractPageStart ? shownPageStart : shownPageEnd;
 }
 
 std::vector<AddressedOutput> EmailList::fill(std::span<const AddressedOutput> outputs) {

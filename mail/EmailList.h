@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -33,7 +34,33 @@ enum class EmailColumn {
   SeparateInvoices,
   Subject
 };
-inline constexpr int emailColumnCount = 9;
+
+struct EmailColumnFacts {
+  const char16_t* header;
+  int width;                 ///< at first, in pixels
+  QString EmailEntry::*text; ///< null for page numbers
+};
+
+/// By EmailColumn.
+inline constexpr std::array<EmailColumnFacts, 9> emailColumns = {{
+    {u"Email", 230, &EmailEntry::address},
+    {u"File", 230, &EmailEntry::file},
+    {u"Extract Page Start", 106, nullptr},
+    {u"Extract Page End", 99, nullptr},
+    {u"Body", 700, &EmailEntry::body},
+    {u"CC", 230, &EmailEntry::cc},
+    {u"Invoice Number in Subject", 160, &EmailEntry::invoiceNumberInSubject},
+    {u"Separate Invoices", 160, &EmailEntry::separateInvoices},
+    {u"Subject", 200, &EmailEntry::subject},
+}};
+inline constexpr int emailColumnCount = emailColumns.size();
+
+inline const EmailColumnFacts& factsOf(EmailColumn column) {
+  return emailColumns.at(static_cast<std::size_t>(column));
+}
+inline QString headerOf(EmailColumn column) {
+  return QString::fromUtf16(factsOf(column).header);
+}
 
 /// One row: the entry, and its page numbers as they are shown and saved (a list file may hold a
 /// text there that is no number and counts as 0).

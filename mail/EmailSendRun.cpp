@@ -17,34 +17,29 @@ namespace folivex {
 namespace {
 
 /// How often the window lives during a pause.
-constexpr std::chrono::milliseconds tick(20);
+constexpr std::chrono::milliseconds pauseStep(20);
 constexpr int uselessTriesAtMost = 3;
 
 EntryState stateOf(MailOutcome outcome) {
-  switch (outcome) {
-  case MailOutcome::Sent:
-    return EntryState::Sent;
-  case MailOutcome::Refused:
-    return EntryState::Failed;
-  case MailOutcome::Temporary:
-    return EntryState::Temporary;
-  case MailOutcome::Unknown:
-    return EntryState::Unknown;
-  case MailOutcome::Stopped:
-    return EntryState::NotReached;
-  }
-  return EntryState::Failed;
+  static constexpr EntryState states[] = {EntryState::Sent, EntryState::Failed,
+                                          EntryState::Temporary, EntryState::Unknown,
+                                          EntryState::NotReached}; // by MailOutcome
+  return states[static_cast<std::size_t>(outcome)];
 }
 
 QString ownOr(const QString& own, const QString& general) {
   return own.isEmpty() ? general : own;
 }
 
-void addLine(QStringList& lines, std::size_t count, const QString& text) {
-  if (count > 0) {
-    lines += text.arg(count);
-  }
-}
+/// What to tell of entries of a state, "%1" being their number.
+constexpr std::pair<EntryState, const char*> stateTexts[] = {
+    {EntryState::Temporary, "%1 failed for a reason that may pass: send them again later."},
+    {EntryState::Unknown, "%1 may have arrived, though the server never confirmed them. They are "
+                          "not sent again by themselves."},
+    {EntryState::SentBefore, "%1 were left out: the log says that they were sent before."},
+    {EntryState::NoAddress, "%1 were left out: they have no address."},
+    {EntryState::NotReached, "%1 were not sent: the run was stopped."},
+};
 
 } // namespace
 
@@ -63,25 +58,18 @@ QString SendSummary::message() const {
 
 QString SendSummary::details() const {
   QStringList lines;
-  addLine(lines, rowsIn(EntryState::Temporary).size(),
-          QStringLiteral("%1 failed for a reason that may pass: send them again later."));
-  addLine(
-      lines, rowsIn(EntryState::Unknown).size(),
-      QStringLiteral("%1 may have arrived, though the server never confirmed them. They are not "
-                     "sent again by themselves."));
-  addLine(lines, rowsIn(EntryState::SentBefore).size(),
-          QStringLiteral("%1 were left out: the log says that they were sent before."));
-  addLine(lines, rowsIn(EntryState::NoAddress).size(),
-          QStringLiteral("%1 were left out: they have no address."));
-  addLine(lines, rowsIn(EntryState::NotReached).size(),
-          QStringLiteral("%1 were not sent: the run was stopped."));
+  for (const auto& [state, text] : stateTexts) {
+    if (const std::size_t count = rowsIn({state}).size(); count > 0) {
+      lines += QString::fromLatin1(text).arg(count);
+    }
+  }
   return lines.join(u'\n');
 }
 
-std::vector<std::size_t> SendSummary::rowsIn(EntryState state) const {
+std::vector<std::size_t> SendSummary::rowsIn(std::initializer_list<EntryState> states) const {
   std::vector<std::size_t> rows;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (entries[i].state == state) {
+    if (std::ranges::find(states, entries[i].state) != states.end()) {
       rows.push_back(i);
     }
   }
@@ -89,15 +77,7 @@ std::vector<std::size_t> SendSummary::rowsIn(EntryState state) const {
 }
 
 std::vector<std::size_t> SendSummary::rowsToSendAgain() const {
-  std::vector<std::size_t> rows;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    const EntryState state = entries[i].state;
-    if (state == EntryState::Failed || state == EntryState::Temporary ||
-        state == EntryState::NotReached) {
-      rows.push_back(i);
-    }
-  }
-  return rows;
+  return rowsIn({EntryState::Failed, EntryState::Temporary, EntryState::NotReached});
 }
 
 EmailSendRun::EmailSendRun(const SplitSetup& setup, ListSource source, Parts parts)
@@ -175,8 +155,8 @@ bool EmailSendRun::pause() {
   using Clock = std::chrono::steady_clock;
   const auto end = Clock::now() + std::chrono::milliseconds(m_setup.emailPause);
   while (Clock::now() < end) {
-    std::this_thread::sleep_for(
-        std::min<Clock::duration>(tick, std::max(end - Clock::now(), Clock::duration::zero())));
+    std::this_thread::sleep_for(std::min<Clock::duration>(
+        pauseStep, std::max(end - Clock::now(), Clock::duration::zero())));
     m_parts.watcher.handlePendingEvents();
     if (m_parts.watcher.stopRequested()) {
       return false;

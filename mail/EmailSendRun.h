@@ -61,7 +61,7 @@ struct SendSummary {
   /// Rows to send again: failed ones and those not reached. Mails of unknown fate are left out, for
   /// they may have arrived; rowsIn() tells them.
   std::vector<std::size_t> rowsToSendAgain() const;
-  std::vector<std::size_t> rowsIn(EntryState state) const;
+  std::vector<std::size_t> rowsIn(std::initializer_list<EntryState> states) const;
 };
 
 /// Choices where two readings were possible:

@@ -1,5 +1,6 @@
 #include "mail/MailAddress.h"
 
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
@@ -8,7 +9,6 @@ namespace folivex {
 
 namespace {
 
-constexpr qsizetype maxLabelLength = 63;
 constexpr qsizetype maxDomainLength = 253;
 
 bool isAsciiAlnum(char16_t c) {
@@ -94,32 +94,19 @@ QString localPartProblem(QStringView local) {
   return previous == u'.' ? QStringLiteral("has a dot right before the \"@\"") : QString();
 }
 
+/// "[192.0.2.1]" or "[IPv6:2001:db8::1]".
 bool isAddressLiteral(QStringView domain) {
-  if (!domain.startsWith(u'[') || !domain.endsWith(u']')) {
-    return false;
-  }
-  const QStringView inside = domain.mid(1, domain.size() - 2);
-  if (inside.startsWith(u"IPv6:", Qt::CaseInsensitive)) {
-    const QStringView number = inside.mid(5);
-    return number.count(u':') >= 2 && std::all_of(number.begin(), number.end(), [](QChar c) {
-             return c == u':' || c == u'.' ||
-                    (c.unicode() < 0x80 && QStringView(u"abcdefABCDEF0123456789").contains(c));
-           });
-  }
-  const QList<QStringView> numbers = inside.split(u'.');
-  return numbers.size() == 4 && std::all_of(numbers.begin(), numbers.end(), [](QStringView n) {
-           return !n.isEmpty() && n.size() <= 3 && std::all_of(n.begin(), n.end(), [](QChar c) {
-             return isAsciiDigit(c.unicode());
-           }) && n.toInt() <= 255;
-         });
+  static const QRegularExpression literal(
+      QStringLiteral(R"(\A\[(?:(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9]{1,2})(?:\.(?!\])|(?=\]))){4})"
+                     R"(|[Ii][Pp][Vv]6:(?=[^:]*:[^:]*:)[0-9A-Fa-f:.]+)\]\z)"));
+  return literal.match(domain.toString()).hasMatch();
 }
 
 /// Letters, digits and hyphens, none of them at an end (RFC 1123).
 bool isHostLabel(QStringView label) {
-  return !label.isEmpty() && label.size() <= maxLabelLength && !label.startsWith(u'-') &&
-         !label.endsWith(u'-') && std::all_of(label.begin(), label.end(), [](QChar c) {
-           return isAsciiAlnum(c.unicode()) || c == u'-';
-         });
+  static const QRegularExpression pattern(
+      QStringLiteral(R"(\A[0-9A-Za-z](?:[0-9A-Za-z-]{0,61}[0-9A-Za-z])?\z)"));
+  return pattern.match(label.toString()).hasMatch();
 }
 
 bool isAscii(QStringView text) {

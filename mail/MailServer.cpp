@@ -2,6 +2,8 @@
 
 #include "engine/setup/SplitSetup.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace folivex {
@@ -18,37 +20,28 @@ bool isHostCharacter(QChar c) {
 } // namespace
 
 MailServer parseMailServer(const QString& serverText) {
+  static const QRegularExpression parts(
+      QStringLiteral(R"(\A(?:(ssl|tls):)?\s*(?:\[(.*?)\]|([^:]*?))\s*(?::\s*(.*))?\z)"),
+      QRegularExpression::CaseInsensitiveOption | QRegularExpression::DotMatchesEverythingOption);
+  const QRegularExpressionMatch match = parts.match(serverText.trimmed());
   MailServer server;
-  QStringView text = QStringView(serverText).trimmed();
-  if (text.startsWith(u"ssl:", Qt::CaseInsensitive)) {
-    server.security = MailSecurity::Ssl;
-    text = text.mid(4).trimmed();
-  } else if (text.startsWith(u"tls:", Qt::CaseInsensitive)) {
-    server.security = MailSecurity::StartTls;
-    text = text.mid(4).trimmed();
-  }
-  QStringView port;
-  bool hasPort = false;
-  const qsizetype bracket = text.startsWith(u'[') ? text.indexOf(u']') : -1;
-  const qsizetype colon = text.indexOf(u':', std::max<qsizetype>(bracket, 0));
-  if (colon >= 0) {
-    hasPort = true;
-    port = text.mid(colon + 1).trimmed();
-    text = text.left(colon).trimmed();
-  }
-  server.host = (bracket > 0 ? text.mid(1, bracket - 1) : text).toString();
-  if (server.host.isEmpty()) {
+  const QString security = match.captured(1).toLower();
+  server.security = security == QLatin1String("ssl")   ? MailSecurity::Ssl
+                    : security == QLatin1String("tls") ? MailSecurity::StartTls
+                                                       : MailSecurity::None;
+  server.host = match.captured(match.hasCaptured(2) ? 2 : 3);
+  if (server.host.isEmpty() && match.hasMatch()) {
     server.problem = QStringLiteral("No SMTP server is given.");
-  } else if (!std::all_of(server.host.begin(), server.host.end(), isHostCharacter) ||
-             (bracket < 0 && server.host.contains(u':'))) {
-    server.problem = QStringLiteral("\"%1\" is no name of a server.").arg(server.host.simplified());
-  } else if (hasPort) {
-    bool isNumber = false;
-    server.port = port.toInt(&isNumber);
-    if (!isNumber || server.port < 1 || server.port > maxPort) {
+  } else if (!match.hasMatch() ||
+             !std::all_of(server.host.begin(), server.host.end(), isHostCharacter)) {
+    server.problem = QStringLiteral("\"%1\" is no name of a server.")
+                         .arg((match.hasMatch() ? server.host : serverText).simplified());
+  } else if (match.hasCaptured(4)) {
+    server.port = match.captured(4).toInt();
+    if (server.port < 1 || server.port > maxPort) {
       server.port = 0;
       server.problem = QStringLiteral("The port \"%1\" is none: it is a number from 1 to 65535.")
-                           .arg(port.toString().simplified());
+                           .arg(match.captured(4).simplified());
     }
   }
   return server;

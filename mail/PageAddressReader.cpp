@@ -8,8 +8,7 @@ AddressReader::Found PageAddressReader::read(WordSource& words) {
   for (int i = 0; i < count; ++i) {
     m_search.add(words.word(i));
   }
-  const FoundAddresses found = m_search.find();
-  return {found.address, found.further};
+  return m_search.find();
 }
 
 std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) {

@@ -2,6 +2,7 @@
 
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailSettingsCheck.h"
+#include "mail/MailTransportChoice.h"
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
 
@@ -26,7 +27,8 @@ QString writeErrorFile(const QString& errorText) {
 
 } // namespace
 
-SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailWait& wait) {
+SendTestResult sendTest(const SplitSetup& setup, const MailTransportChoice& choice,
+                        MailWait& wait) {
   MailMessage message;
   message.sender = senderOf(setup);
   message.senderName = setup.emailFromName;
@@ -35,8 +37,12 @@ SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailW
   message.subject = setup.emailSubject;
   message.body = setup.emailMsg;
   message.bodyKind = setup.emailHtml ? BodyKind::Html : BodyKind::Plain;
-  const MailResult sent = transport.send(message, wait);
-  transport.disconnect();
+  MailResult sent;
+  sent.errorText = choice.problem;
+  if (choice.transport) {
+    sent = choice.transport->send(message, wait);
+    choice.transport->disconnect();
+  }
   if (sent.sent()) {
     return {true,
             QStringLiteral("Message(s) Sent Successfully.\n\nNOTE: mailto and cc message sent to "

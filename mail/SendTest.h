@@ -13,7 +13,10 @@ struct [[nodiscard]] SendTestResult {
   QString reportPath; ///< file with the error, to open for the person; empty when there is none
 };
 
+struct MailTransportChoice;
+
 /// Sends one mail with the settings, sender, recipient and copy address all being `EMAILFROM`.
-SendTestResult sendTest(const SplitSetup& setup, MailTransport& transport, MailWait& wait);
+/// Settings that no transport can be made of fail as a mail does.
+SendTestResult sendTest(const SplitSetup& setup, const MailTransportChoice& choice, MailWait& wait);
 
 } // namespace folivex

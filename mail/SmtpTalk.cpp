@@ -14,8 +14,6 @@ using Clock = std::chrono::steady_clock;
 
 /// How often the window lives while a mail is on its way.
 constexpr std::chrono::milliseconds tick(20);
-/// How long a server may take to say good-bye.
-constexpr std::chrono::milliseconds patienceAtEnd(2000);
 /// The library's own limit stays behind ours, which knows what is being waited for.
 constexpr int libraryMarginSeconds = 60;
 /// Greeting and EHLO, by STARTTLS its answer and EHLO again: then the offers are known.
@@ -241,7 +239,8 @@ void SmtpTalk::breakOff(TalkFault why) {
 void SmtpTalk::disconnect() {
   if (m_handle) {
     const auto goodbye = std::async(std::launch::async, curl_easy_cleanup, m_handle);
-    if (goodbye.wait_for(patienceAtEnd) != std::future_status::ready) {
+    if (goodbye.wait_for(std::chrono::milliseconds(m_options.goodbyeTimeoutMs)) !=
+        std::future_status::ready) {
       m_sockets.shutDownAll();
     }
     m_handle = nullptr;

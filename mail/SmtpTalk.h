@@ -5,8 +5,8 @@
 #include "mail/MailTransport.h"
 #include "mail/MimeMail.h"
 #include "mail/OpenSockets.h"
+#include "mail/SmtpOptions.h"
 #include "mail/SmtpReplies.h"
-#include "mail/SmtpTransport.h"
 
 #include <array>
 #include <atomic>

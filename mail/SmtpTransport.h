@@ -3,19 +3,11 @@
 
 #include "mail/MailServer.h"
 #include "mail/MailTransport.h"
+#include "mail/SmtpOptions.h"
 
 #include <memory>
 
 namespace folivex {
-
-struct SmtpOptions {
-  int connectTimeoutMs = 30'000; ///< until the server is greeted, TLS and login included
-  int answerTimeoutMs = 120'000; ///< without a byte either way
-  /// After the whole mail went out: giving up early would leave its fate unknown.
-  int finalAnswerTimeoutMs = 600'000;
-  /// PEM file with the certificates to trust in place of the system's; empty: the system's.
-  QString caFile;
-};
 
 /// One connection serves all mails; when the server has closed it (or answers 421 because it has
 /// had enough), a mail that cannot have been accepted is sent once more on a new connection. A mail

@@ -1,14 +1,12 @@
 #include "scanlite/TextLayer.h"
 
+#include "platform/FileSystem.h"
 #include "scanlite/Languages.h"
 #include "scanlite/Tool.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-
-#include <filesystem>
-#include <system_error>
 
 namespace scanlite {
 
@@ -21,10 +19,6 @@ using folivex::platform::ChildRun;
 enum OcrExit { OcrDone = 0, OcrBadInput = 2, OcrMissing = 3, OcrNoAccess = 5, OcrEncrypted = 8 };
 
 constexpr int qpdfErrors = 2;
-
-ScanOutcome failure(ScanResult result, const QString& text) {
-  return {result, text};
-}
 
 // Programs tell the reason last; what they wrote before is progress and warnings.
 QString lastWords(const QString& output) {
@@ -47,41 +41,39 @@ ChildRun runOcr(const QString& source, const QString& target, const QString& lan
 
 ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
   if (run.end == ChildEnd::Stopped) {
-    return failure(ScanResult::Stopped, QStringLiteral("stopped"));
+    return {ScanResult::Stopped, QStringLiteral("stopped")};
   }
   if (run.end == ChildEnd::Missing) {
-    return failure(
-        ScanResult::ProgramMissing,
-        QStringLiteral("OCRmyPDF (ocrmypdf) is not installed or not on the search path"));
+    return {ScanResult::ProgramMissing,
+            QStringLiteral("OCRmyPDF (ocrmypdf) is not installed or not on the search path")};
   }
   if (run.end != ChildEnd::Exited) {
-    return failure(ScanResult::Failed,
-                   QStringLiteral("OCRmyPDF crashed: %1").arg(lastWords(run.output)));
+    return {ScanResult::Failed, QStringLiteral("OCRmyPDF crashed: %1").arg(lastWords(run.output))};
   }
   switch (run.exitCode) {
   case OcrBadInput:
-    return failure(ScanResult::NotAPdf,
-                   QStringLiteral("no PDF that OCRmyPDF can read: %1").arg(lastWords(run.output)));
+    return {ScanResult::NotAPdf,
+            QStringLiteral("no PDF that OCRmyPDF can read: %1").arg(lastWords(run.output))};
   case OcrMissing:
     // One code for both; only the text tells a language from a program.
     if (run.output.contains(QLatin1String("language"), Qt::CaseInsensitive)) {
-      return failure(ScanResult::LanguageMissing,
-                     QStringLiteral("Tesseract has no data for the language %1 (Debian: the "
-                                    "packages tesseract-ocr-...)")
-                         .arg(languages));
+      return {ScanResult::LanguageMissing,
+              QStringLiteral("Tesseract has no data for the language %1 (Debian: the "
+                             "packages tesseract-ocr-...)")
+                  .arg(languages)};
     }
-    return failure(
+    return {
         ScanResult::ProgramMissing,
-        QStringLiteral("a program that OCRmyPDF needs is missing: %1").arg(lastWords(run.output)));
+        QStringLiteral("a program that OCRmyPDF needs is missing: %1").arg(lastWords(run.output))};
   case OcrNoAccess:
-    return failure(ScanResult::NotWritable,
-                   QStringLiteral("the copy cannot be written: %1").arg(lastWords(run.output)));
+    return {ScanResult::NotWritable,
+            QStringLiteral("the copy cannot be written: %1").arg(lastWords(run.output))};
   case OcrEncrypted:
-    return failure(ScanResult::NeedsPassword, QStringLiteral("a password is needed to open it"));
+    return {ScanResult::NeedsPassword, QStringLiteral("a password is needed to open it")};
   default:
-    return failure(
+    return {
         ScanResult::Failed,
-        QStringLiteral("OCRmyPDF ended with %1: %2").arg(run.exitCode).arg(lastWords(run.output)));
+        QStringLiteral("OCRmyPDF ended with %1: %2").arg(run.exitCode).arg(lastWords(run.output))};
   }
 }
 
@@ -92,15 +84,14 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
       {QStringLiteral("--password="), QStringLiteral("--decrypt"), source, target}, workFolder);
   switch (run.end) {
   case ChildEnd::Stopped:
-    return failure(ScanResult::Stopped, QStringLiteral("stopped"));
+    return {ScanResult::Stopped, QStringLiteral("stopped")};
   case ChildEnd::Missing:
-    return failure(
-        ScanResult::ProgramMissing,
-        QStringLiteral("it is encrypted, and qpdf, which decrypts it, is not installed"));
+    return {ScanResult::ProgramMissing,
+            QStringLiteral("it is encrypted, and qpdf, which decrypts it, is not installed")};
   case ChildEnd::Crashed:
   case ChildEnd::WroteTooMuch: // by a limit of the person's own: we set none
   case ChildEnd::TimedOut:
-    return failure(ScanResult::Failed, QStringLiteral("qpdf crashed"));
+    return {ScanResult::Failed, QStringLiteral("qpdf crashed")};
   case ChildEnd::Exited:
     break;
   }
@@ -108,22 +99,19 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
     return {};
   }
   if (run.output.contains(QLatin1String("password"))) {
-    return failure(ScanResult::NeedsPassword, QStringLiteral("a password is needed to open it"));
+    return {ScanResult::NeedsPassword, QStringLiteral("a password is needed to open it")};
   }
-  return failure(ScanResult::Failed,
-                 QStringLiteral("it cannot be decrypted: %1").arg(lastWords(run.output)));
+  return {ScanResult::Failed,
+          QStringLiteral("it cannot be decrypted: %1").arg(lastWords(run.output))};
 }
 
 ScanOutcome moveIntoPlace(const QString& made, const QString& copy) {
   QFile::setPermissions(made, QFile::ReadOwner | QFile::WriteOwner);
-  std::error_code error;
-  std::filesystem::rename(made.toStdU16String(), copy.toStdU16String(), error);
-  if (error) {
-    return failure(ScanResult::NotWritable,
-                   QStringLiteral("%1 cannot be written: %2")
-                       .arg(copy, QString::fromStdString(error.message())));
-  }
-  return {};
+  folivex::platform::FileFailure problem;
+  return folivex::platform::replaceFile(made, copy, problem)
+             ? ScanOutcome()
+             : ScanOutcome{ScanResult::NotWritable,
+                           QStringLiteral("%1 cannot be written: %2").arg(copy, problem.text)};
 }
 
 } // namespace
@@ -131,14 +119,14 @@ ScanOutcome moveIntoPlace(const QString& made, const QString& copy) {
 ScanOutcome addTextLayer(const QString& source, const QString& copy) {
   const QFileInfo sourceFile(source);
   if (!sourceFile.isFile() || !sourceFile.isReadable()) {
-    return failure(ScanResult::NotAPdf, QStringLiteral("the file is missing or cannot be read"));
+    return {ScanResult::NotAPdf, QStringLiteral("the file is missing or cannot be read")};
   }
   // Beside the copy, so that moving it into place is one rename.
   const QFileInfo copyFile(copy);
   const QTemporaryDir work(copyFile.absolutePath() + QStringLiteral("/.scanlite-XXXXXX"));
   if (!work.isValid()) {
-    return failure(ScanResult::NotWritable, QStringLiteral("the folder %1 cannot be written: %2")
-                                                .arg(copyFile.absolutePath(), work.errorString()));
+    return {ScanResult::NotWritable, QStringLiteral("the folder %1 cannot be written: %2")
+                                         .arg(copyFile.absolutePath(), work.errorString())};
   }
   const QString made = work.filePath(QStringLiteral("copy.pdf"));
   const QString languages = ocrLanguages(work.path());

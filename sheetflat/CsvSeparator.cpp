@@ -1,5 +1,6 @@
 #include "sheetflat/Csv.h"
 
+#include <algorithm>
 #include <map>
 
 namespace sheetflat {
@@ -42,16 +43,9 @@ QChar takeSeparator(QStringView& text) {
     text = text.sliced(declaration.size() + 2);
     return declared;
   }
-  QChar best = u',';
-  Evenness bestEvenness = evennessOf(text, best);
-  for (const QChar candidate : {QChar(u';'), QChar(u'\t')}) {
-    const Evenness evenness = evennessOf(text, candidate);
-    if (evenness > bestEvenness) {
-      best = candidate;
-      bestEvenness = evenness;
-    }
-  }
-  return best;
+  static constexpr char16_t candidates[] = {u',', u';', u'\t'};
+  return *std::ranges::max_element(
+      candidates, {}, [text](char16_t candidate) { return evennessOf(text, candidate); });
 }
 
 } // namespace sheetflat

@@ -20,14 +20,10 @@ namespace platform = folivex::platform;
 
 constexpr int timeLimitMilliseconds = 120'000;
 
-FlattenOutcome failure(FlattenResult result, const QString& text) {
-  return {result, text};
-}
-
 FlattenOutcome tooLarge() {
-  return failure(FlattenResult::TooLarge,
-                 QStringLiteral("the sheet holds more than %1 MB, or a cell far from the others")
-                     .arg(csvSizeLimit / 1024 / 1024));
+  return {FlattenResult::TooLarge,
+          QStringLiteral("the sheet holds more than %1 MB, or a cell far from the others")
+              .arg(csvSizeLimit / 1024 / 1024)};
 }
 
 /// One source on its way through the converter.
@@ -53,8 +49,8 @@ public:
       return outcome;
     }
     if (!mergeCells(records, exact)) {
-      return failure(FlattenResult::Failed,
-                     QStringLiteral("the converter read it differently a second time"));
+      return {FlattenResult::Failed,
+              QStringLiteral("the converter read it differently a second time")};
     }
     outcome = convert(QStringLiteral("top"), QStringLiteral("format=raw"),
                       {QStringLiteral("--export-range=A1:DX128")}, top);
@@ -100,18 +96,18 @@ private:
   static FlattenOutcome outcomeOf(const platform::ChildRun& converter, const QString& made) {
     switch (converter.end) {
     case platform::ChildEnd::Stopped:
-      return failure(FlattenResult::Stopped, QStringLiteral("stopped"));
+      return {FlattenResult::Stopped, QStringLiteral("stopped")};
     case platform::ChildEnd::TimedOut:
-      return failure(FlattenResult::TimedOut,
-                     QStringLiteral("the sheet took longer to read than %1 seconds")
-                         .arg(timeLimitMilliseconds / 1000));
+      return {FlattenResult::TimedOut,
+              QStringLiteral("the sheet took longer to read than %1 seconds")
+                  .arg(timeLimitMilliseconds / 1000)};
     case platform::ChildEnd::Missing:
-      return failure(FlattenResult::ProgramMissing,
-                     QStringLiteral("the converter of Gnumeric (ssconvert, Debian: the package "
-                                    "gnumeric) is not installed or not on the search path"));
+      return {FlattenResult::ProgramMissing,
+              QStringLiteral("the converter of Gnumeric (ssconvert, Debian: the package "
+                             "gnumeric) is not installed or not on the search path")};
     case platform::ChildEnd::Crashed:
-      return failure(FlattenResult::NotASheet,
-                     QStringLiteral("it is damaged: the converter crashed over it"));
+      return {FlattenResult::NotASheet,
+              QStringLiteral("it is damaged: the converter crashed over it")};
     case platform::ChildEnd::WroteTooMuch:
       return tooLarge();
     case platform::ChildEnd::Exited:
@@ -121,9 +117,9 @@ private:
       return {};
     }
     const QString reason = reasonIn(converter.output);
-    return failure(FlattenResult::NotASheet,
-                   QStringLiteral("it is damaged, or no spreadsheet") +
-                       (reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
+    return {FlattenResult::NotASheet,
+            QStringLiteral("it is damaged, or no spreadsheet") +
+                (reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason))};
   }
 
   // Its errors begin with "E "; around them stand warnings that mean nothing to a person.
@@ -158,15 +154,15 @@ FlattenOutcome normaliseText(const QString& path, CsvRecords& records) {
   QString text;
   QString problem;
   if (!readTextFile(path, text, problem)) {
-    return failure(FlattenResult::NotASheet, problem);
+    return {FlattenResult::NotASheet, problem};
   }
   QStringView rest = text;
   const QChar separator = takeSeparator(rest);
   CsvText csv = parseCsv(rest, separator);
   if (csv.unclosedQuote > 0) {
-    return failure(
+    return {
         FlattenResult::NotASheet,
-        QStringLiteral("a quote that is opened in row %1 is never closed").arg(csv.unclosedQuote));
+        QStringLiteral("a quote that is opened in row %1 is never closed").arg(csv.unclosedQuote)};
   }
   records = std::move(csv.records);
   return {};
@@ -176,13 +172,13 @@ FlattenOutcome recordsOf(SheetKind kind, const QByteArray& content, const QStrin
                          CsvRecords& records) {
   switch (kind) {
   case SheetKind::Encrypted:
-    return failure(FlattenResult::NeedsPassword,
-                   QStringLiteral("it is protected by a password: save it without one first"));
+    return {FlattenResult::NeedsPassword,
+            QStringLiteral("it is protected by a password: save it without one first")};
   case SheetKind::WebPage:
-    return failure(FlattenResult::NotASheet,
-                   QStringLiteral("it is a web page, whatever its name: save it as .xlsx first"));
+    return {FlattenResult::NotASheet,
+            QStringLiteral("it is a web page, whatever its name: save it as .xlsx first")};
   case SheetKind::Other:
-    return failure(FlattenResult::NotASheet, QStringLiteral("it is no spreadsheet"));
+    return {FlattenResult::NotASheet, QStringLiteral("it is no spreadsheet")};
   case SheetKind::OpenXml:
   case SheetKind::Binary:
   case SheetKind::OpenDocument:
@@ -192,7 +188,7 @@ FlattenOutcome recordsOf(SheetKind kind, const QByteArray& content, const QStrin
   const QString path = workFolder + u'/' + Conversion::sourceName();
   QFile copy(path);
   if (!copy.open(QFile::WriteOnly) || copy.write(content) != content.size() || !copy.flush()) {
-    return failure(FlattenResult::NotWritable, copy.errorString());
+    return {FlattenResult::NotWritable, copy.errorString()};
   }
   copy.close();
   return kind == SheetKind::Text ? normaliseText(path, records)
@@ -203,7 +199,7 @@ FlattenOutcome readSource(const QString& source, QByteArray& content) {
   QFile file;
   platform::FileFailure problem;
   if (!platform::openForReading(file, source, platform::FileAccess::Ordinary, problem)) {
-    return failure(FlattenResult::NotASheet, problem.text);
+    return {FlattenResult::NotASheet, problem.text};
   }
   if (file.size() > csvSizeLimit) {
     return tooLarge();
@@ -224,8 +220,8 @@ FlattenOutcome moveIntoPlace(const QByteArray& csv, const QString& made, const Q
       return {};
     }
   }
-  return failure(FlattenResult::NotWritable,
-                 QStringLiteral("%1 cannot be written: %2").arg(output, problem.text));
+  return {FlattenResult::NotWritable,
+          QStringLiteral("%1 cannot be written: %2").arg(output, problem.text)};
 }
 
 } // namespace
@@ -240,9 +236,8 @@ FlattenOutcome flattenSheet(const QString& source, const QString& output) {
   const QFileInfo outputFile(output);
   const QTemporaryDir work(outputFile.absolutePath() + QStringLiteral("/.sheetflat-XXXXXX"));
   if (!work.isValid()) {
-    return failure(FlattenResult::NotWritable,
-                   QStringLiteral("the folder %1 cannot be written: %2")
-                       .arg(outputFile.absolutePath(), work.errorString()));
+    return {FlattenResult::NotWritable, QStringLiteral("the folder %1 cannot be written: %2")
+                                            .arg(outputFile.absolutePath(), work.errorString())};
   }
   CsvRecords records;
   outcome = recordsOf(kindOf(content), content, work.path(), records);

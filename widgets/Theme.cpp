@@ -8,6 +8,9 @@
 #include <QStyleFactory>
 #include <QWidget>
 
+#include <algorithm>
+#include <utility>
+
 namespace folivex {
 
 namespace {
@@ -95,41 +98,41 @@ const QString& systemStyle() {
 
 constexpr const char* toneProperty = "tone";
 
+struct ToneColors {
+  QRgb onLight;
+  QRgb onDark;
+};
+
+QColor colorOf(Tone tone) {
+  static constexpr ToneColors colors[] = {
+      {0xb3261e, 0xff8a80}, {0x7a5400, 0xf2c56b}, {0x1b6e2f, 0x81d48c}}; // by Tone, from Problem on
+  const ToneColors& own = colors[static_cast<std::size_t>(tone) - 1];
+  return isDark() ? own.onDark : own.onLight;
+}
+
 void paintTone(QWidget* label) {
   QPalette own; // of which only the colour set here counts; all else comes from the window
-  switch (static_cast<Tone>(label->property(toneProperty).toInt())) {
-  case Tone::Plain:
-    break;
-  case Tone::Problem:
-    own.setColor(QPalette::WindowText, problemColor());
-    break;
-  case Tone::Hint:
-    own.setColor(QPalette::WindowText, hintColor());
-    break;
-  case Tone::Success:
-    own.setColor(QPalette::WindowText, successColor());
-    break;
+  if (const auto tone = static_cast<Tone>(label->property(toneProperty).toInt());
+      tone != Tone::Plain) {
+    own.setColor(QPalette::WindowText, colorOf(tone));
   }
   label->setPalette(own);
 }
 
+constexpr std::pair<Theme, const char*> themeNames[] = {
+    {Theme::System, "system"}, {Theme::Light, "light"}, {Theme::Dark, "dark"}};
+
 } // namespace
 
 QString themeName(Theme theme) {
-  switch (theme) {
-  case Theme::Light:
-    return QStringLiteral("light");
-  case Theme::Dark:
-    return QStringLiteral("dark");
-  case Theme::System:
-    break;
-  }
-  return QStringLiteral("system");
+  const auto* const named =
+      std::ranges::find(themeNames, theme, &std::pair<Theme, const char*>::first);
+  return QString::fromLatin1(named->second);
 }
 
 Theme themeOf(const QString& name) {
-  for (const Theme theme : {Theme::Light, Theme::Dark}) {
-    if (name == themeName(theme)) {
+  for (const auto& [theme, known] : themeNames) {
+    if (name == QLatin1String(known)) {
       return theme;
     }
   }
@@ -143,17 +146,10 @@ void applyTheme(Theme theme) {
   const bool isOwnLook =
       theme != Theme::System || style.compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
   QApplication::setStyle(isOwnLook ? new LookStyle : QStyleFactory::create(style));
-  switch (theme) {
-  case Theme::System:
-    QApplication::setPalette(isOwnLook ? readable(system) : system);
-    break;
-  case Theme::Light:
-    QApplication::setPalette(lightPalette());
-    break;
-  case Theme::Dark:
-    QApplication::setPalette(darkPalette());
-    break;
-  }
+  QApplication::setPalette(theme == Theme::Light  ? lightPalette()
+                           : theme == Theme::Dark ? darkPalette()
+                           : isOwnLook            ? readable(system)
+                                                  : system);
   for (QWidget* widget : QApplication::allWidgets()) {
     if (widget->property(toneProperty).isValid()) {
       paintTone(widget);
@@ -171,15 +167,15 @@ bool isDark() {
 }
 
 QColor problemColor() {
-  return isDark() ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+  return colorOf(Tone::Problem);
 }
 
 QColor hintColor() {
-  return isDark() ? QColor(0xf2, 0xc5, 0x6b) : QColor(0x7a, 0x54, 0x00);
+  return colorOf(Tone::Hint);
 }
 
 QColor successColor() {
-  return isDark() ? QColor(0x81, 0xd4, 0x8c) : QColor(0x1b, 0x6e, 0x2f);
+  return colorOf(Tone::Success);
 }
 
 } // namespace folivex

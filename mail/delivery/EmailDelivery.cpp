@@ -1,9 +1,7 @@
 #include "mail/delivery/EmailDelivery.h"
 
-#include "engine/output/EmailRecords.h"
 #include "mail/EmailSettingsCheck.h"
 #include "mail/MailTransportChoice.h"
-#include "platform/Paths.h"
 
 #include <algorithm>
 
@@ -25,25 +23,6 @@ EmailSendRun::ListSource listSourceOf(const EmailList& list) {
 }
 
 } // namespace
-
-FinishedRun finishedRun(const QString& source, const EmailRecords& records) {
-  FinishedRun run;
-  run.source = platform::withoutTrailingBlanks(source);
-  run.outputs.reserve(records.all().size());
-  for (const EmailRecord& record : records.all()) {
-    run.outputs.push_back({record.outputPath, record.firstPage, record.lastPage, record.matchedText,
-                           record.addresses.address, record.addresses.further});
-  }
-  return run;
-}
-
-QString outputFolderOf(const SplitSetup& setup, const QString& source) {
-  if (setup.splitToSource) {
-    return platform::folderOf(source);
-  }
-  const QString folder = platform::withoutTrailingBlanks(setup.outputDir);
-  return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
-}
 
 QString deliveryProblem(const SplitSetup& setup) {
   QStringList lines;

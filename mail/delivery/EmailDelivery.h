@@ -2,9 +2,9 @@
 #pragma once
 
 #include "engine/setup/SplitSetup.h"
-#include "mail/EmailList.h"
 #include "mail/EmailSendRun.h"
-#include "mail/SmtpTransport.h"
+#include "mail/SmtpOptions.h"
+#include "mail/delivery/FinishedRun.h"
 #include "mail/delivery/KeptLists.h"
 #include "mail/delivery/RunReports.h"
 
@@ -14,18 +14,6 @@
 namespace folivex {
 
 class CSplitPdfInit;
-class EmailRecords;
-
-/// A split run that has ended, as far as mail is concerned.
-struct FinishedRun {
-  QString source; ///< full path of the PDF that was split
-  std::vector<AddressedOutput> outputs;
-};
-
-FinishedRun finishedRun(const QString& source, const EmailRecords& records);
-
-/// Where the outputs of `source` lie.
-QString outputFolderOf(const SplitSetup& setup, const QString& source);
 
 /// What sending needs beside the settings.
 struct DeliveryMeans {

@@ -1,7 +1,7 @@
 #include "mail/delivery/RunReports.h"
 
 #include "engine/report/ReportPaths.h"
-#include "mail/delivery/EmailDelivery.h"
+#include "mail/delivery/FinishedRun.h"
 
 namespace folivex {
 

@@ -49,12 +49,13 @@ QString mailCount(std::size_t count) {
 
 QStringList outcomeLines(const EmailList& list, const SendSummary& summary) {
   QStringList lines;
-  addRows(lines, list, summary, summary.rowsIn(EntryState::Failed), QStringLiteral("%1 failed:"));
-  addRows(lines, list, summary, summary.rowsIn(EntryState::Temporary),
-          QStringLiteral("%1 failed for a reason that may pass:"));
-  addRows(lines, list, summary, summary.rowsIn(EntryState::Unknown),
-          QStringLiteral("%1 may have arrived; they are not sent again:"));
-  const std::size_t notReached = summary.rowsIn(EntryState::NotReached).size();
+  for (const auto& [state, heading] :
+       {std::pair(EntryState::Failed, "%1 failed:"),
+        std::pair(EntryState::Temporary, "%1 failed for a reason that may pass:"),
+        std::pair(EntryState::Unknown, "%1 may have arrived; they are not sent again:")}) {
+    addRows(lines, list, summary, summary.rowsIn({state}), QLatin1String(heading));
+  }
+  const std::size_t notReached = summary.rowsIn({EntryState::NotReached}).size();
   if (notReached > 0) {
     if (!lines.isEmpty()) {
       lines += QString();

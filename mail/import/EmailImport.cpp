@@ -1,6 +1,5 @@
 #include "mail/import/EmailImport.h"
 
-#include "mail/import/EmailRows.h"
 #include "platform/OutsideProgram.h"
 #include "platform/Paths.h"
 #include "sheetflat/Csv.h"
@@ -29,10 +28,6 @@ QString reasonIn(const platform::ProgramEnd& end, const QString& source) {
 }
 
 } // namespace
-
-QString ImportFinding::text() const {
-  return row > 0 ? QStringLiteral("Row %1: %2").arg(row).arg(what) : what;
-}
 
 EmailImport importEmailList(const QString& spreadsheet, const std::function<bool()>& tick) {
   platform::OutsideProgram program;

@@ -1,33 +1,13 @@
 // EmailImport: an e-mail list out of a spreadsheet.
 #pragma once
 
-#include "mail/EmailEntry.h"
+#include "mail/import/EmailRows.h"
 
 #include <QString>
 
 #include <functional>
-#include <vector>
 
 namespace folivex {
-
-/// Something in a spreadsheet that a person should look at before the mails go out.
-struct ImportFinding {
-  int row = 0; ///< of the sheet, from 1; 0: about the sheet as a whole
-  QString what;
-
-  /// "Row 7: ..." or the bare text.
-  QString text() const;
-
-  bool operator==(const ImportFinding&) const = default;
-};
-
-struct EmailImport {
-  bool done = false;
-  QString problem; ///< why nothing was imported, in plain words; empty when done
-  /// In the order of the rows. Texts are whole, see fitted().
-  EmailEntries entries;
-  std::vector<ImportFinding> findings;
-};
 
 /// Reads the first sheet of `spreadsheet` (.xlsx, .xls, .ods, .csv) with the program Sheetflat.
 ///

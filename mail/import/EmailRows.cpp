@@ -1,5 +1,6 @@
 #include "mail/import/EmailRows.h"
 
+#include "mail/EmailList.h"
 #include "mail/MailAddress.h"
 #include "mail/MailMessage.h"
 #include "mail/import/EmailRowRules.h"
@@ -12,32 +13,12 @@ namespace folivex {
 
 namespace {
 
-enum class Column {
-  Address,
-  File,
-  PageStart,
-  PageEnd,
-  Body,
-  Cc,
-  InvoiceNumber,
-  SeparateInvoices,
-  Subject
-};
-
-constexpr std::array columnHeaders = {
-    u"Email",  u"File", u"Extract Page Start",        u"Extract Page End",
-    u"Body",   u"CC",   u"Invoice Number in Subject", u"Separate Invoices",
-    u"Subject"};
-
-QString headerOf(Column column) {
-  return QString::fromUtf16(columnHeaders.at(static_cast<std::size_t>(column)));
-}
-
-std::optional<Column> columnOf(const QString& cell) {
+std::optional<EmailColumn> columnOf(const QString& cell) {
   const QString header = cell.simplified();
-  for (std::size_t i = 0; i < columnHeaders.size(); i++) {
-    if (header.compare(QStringView(columnHeaders.at(i)), Qt::CaseInsensitive) == 0) {
-      return static_cast<Column>(i);
+  for (int i = 0; i < emailColumnCount; i++) {
+    const auto column = static_cast<EmailColumn>(i);
+    if (header.compare(headerOf(column), Qt::CaseInsensitive) == 0) {
+      return column;
     }
   }
   return std::nullopt;
@@ -48,7 +29,7 @@ class ColumnPlaces {
 public:
   void read(const QStringList& headers, int row, std::vector<ImportFinding>& findings) {
     for (qsizetype i = 0; i < headers.size(); i++) {
-      const std::optional<Column> column = columnOf(headers[i]);
+      const std::optional<EmailColumn> column = columnOf(headers[i]);
       if (column && placeOf(*column) < 0) {
         placeOf(*column) = i;
       } else if (column) {
@@ -62,14 +43,14 @@ public:
     }
   }
 
-  QString cell(const QStringList& row, Column column) const {
+  QString cell(const QStringList& row, EmailColumn column) const {
     return row.value(m_places.at(static_cast<std::size_t>(column)));
   }
 
 private:
-  qsizetype& placeOf(Column column) { return m_places.at(static_cast<std::size_t>(column)); }
+  qsizetype& placeOf(EmailColumn column) { return m_places.at(static_cast<std::size_t>(column)); }
 
-  std::array<qsizetype, columnHeaders.size()> m_places = {-1, -1, -1, -1, -1, -1, -1, -1, -1};
+  std::array<qsizetype, emailColumnCount> m_places = {-1, -1, -1, -1, -1, -1, -1, -1, -1};
 };
 
 /// Reads one row after the other into an import.
@@ -81,33 +62,34 @@ public:
   void read(const QStringList& cells, int row) {
     m_row = row;
     EmailEntry entry;
-    const QString pagesProblem =
-        readPages(m_places.cell(cells, Column::PageStart), m_places.cell(cells, Column::PageEnd),
-                  entry.extractPageStart, entry.extractPageEnd);
+    const QString pagesProblem = readPages(m_places.cell(cells, EmailColumn::ExtractPageStart),
+                                           m_places.cell(cells, EmailColumn::ExtractPageEnd),
+                                           entry.extractPageStart, entry.extractPageEnd);
     if (!pagesProblem.isEmpty()) {
       tell(pagesProblem + QStringLiteral("; the row is left out"));
       return;
     }
-    entry.address = oneLine(cells, Column::Address);
+    for (int i = 0; i < emailColumnCount; i++) {
+      const auto column = static_cast<EmailColumn>(i);
+      if (QString EmailEntry::*const text = factsOf(column).text) {
+        entry.*text =
+            column == EmailColumn::Body ? m_places.cell(cells, column) : oneLine(cells, column);
+      }
+    }
     tell(entry.address.isEmpty() ? QStringLiteral("there is no address, nothing will be sent")
                                  : remarkOn(entry.address));
-    entry.file = fullPath(oneLine(cells, Column::File), m_folder);
+    entry.file = fullPath(entry.file, m_folder);
     tell(fileProblem(entry.file));
-    entry.cc = oneLine(cells, Column::Cc);
     for (const QString& copy : copyAddresses(entry.cc)) {
       const QString remark = remarkOn(copy);
       tell(remark.isEmpty() ? QString() : QStringLiteral("CC: ") + remark);
     }
-    entry.body = m_places.cell(cells, Column::Body);
-    entry.invoiceNumberInSubject = oneLine(cells, Column::InvoiceNumber);
-    entry.separateInvoices = oneLine(cells, Column::SeparateInvoices);
-    entry.subject = oneLine(cells, Column::Subject);
     m_import.entries.push_back(entry);
   }
 
 private:
   /// Everything but the body ends up in a line of its own somewhere: in a list, in a mail's head.
-  QString oneLine(const QStringList& cells, Column column) const {
+  QString oneLine(const QStringList& cells, EmailColumn column) const {
     QString text = m_places.cell(cells, column);
     std::ranges::replace_if(
         text, [](QChar c) { return c.category() == QChar::Other_Control; }, QChar(u' '));
@@ -138,11 +120,15 @@ bool isBlank(const QStringList& cells) {
 }
 
 bool holdsEmail(const QStringList& cells) {
-  return std::ranges::any_of(cells,
-                             [](const QString& cell) { return columnOf(cell) == Column::Address; });
+  return std::ranges::any_of(
+      cells, [](const QString& cell) { return columnOf(cell) == EmailColumn::Email; });
 }
 
 } // namespace
+
+QString ImportFinding::text() const {
+  return row > 0 ? QStringLiteral("Row %1: %2").arg(row).arg(what) : what;
+}
 
 EmailImport emailsOfRows(const std::vector<QStringList>& rows, const QString& folder) {
   EmailImport import;

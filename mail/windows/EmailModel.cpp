@@ -11,17 +11,11 @@
 #include <QPalette>
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 
 namespace folivex {
 
 namespace {
-
-constexpr std::array<const char*, emailColumnCount> headers = {
-    "Email",  "File", "Extract Page Start",        "Extract Page End",
-    "Body",   "CC",   "Invoice Number in Subject", "Separate Invoices",
-    "Subject"};
 
 /// More of a body than this is on no screen.
 constexpr qsizetype longestCell = 300;
@@ -79,7 +73,7 @@ int pageOf(const EmailRow& row, EmailColumn column) {
 }
 
 bool isPageColumn(EmailColumn column) {
-  return column == EmailColumn::ExtractPageStart || column == EmailColumn::ExtractPageEnd;
+  return factsOf(column).text == nullptr;
 }
 
 template <typename Key>
@@ -227,14 +221,14 @@ QVariant EmailModel::headerData(int section, Qt::Orientation orientation, int ro
   }
   switch (role) {
   case Qt::DisplayRole:
-    return QString::fromLatin1(headers[static_cast<std::size_t>(section)]);
+    return headerOf(static_cast<EmailColumn>(section));
   case Qt::TextAlignmentRole:
     return headerAlignment();
   case Qt::ToolTipRole:
     return QStringLiteral("%1: click to sort what you see. The mails go out in the order of the "
                           "numbers at the left, however the rows are sorted; a third click sorts "
                           "by them.")
-        .arg(QString::fromLatin1(headers[static_cast<std::size_t>(section)]));
+        .arg(headerOf(static_cast<EmailColumn>(section)));
   default:
     return {};
   }

@@ -83,10 +83,10 @@ Rows rowsLeft(const CEmailListDlg& dialog, const SendSummary& summary) {
   std::vector<bool> isLeft(rows.size());
   std::transform(rows.begin(), rows.end(), isLeft.begin(),
                  [](const EmailRow& row) { return !row.entry.address.isEmpty(); });
-  for (const EntryState done : {EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}) {
-    for (const std::size_t row : inList(dialog, summary.rowsIn(done))) {
-      isLeft[row] = false;
-    }
+  for (const std::size_t row :
+       inList(dialog,
+              summary.rowsIn({EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}))) {
+    isLeft[row] = false;
   }
   Rows left;
   for (std::size_t row = 0; row < isLeft.size(); ++row) {

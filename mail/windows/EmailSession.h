@@ -50,8 +50,6 @@ public:
   /// "Load Email List": a list file is chosen, shown and sent.
   void loadEmailList(const SplitSetup& setup);
 
-  bool isAtWork() const { return m_isAtWork; }
-
 private:
   class AtWork;
   struct Batch;

@@ -13,9 +13,6 @@ namespace folivex {
 
 namespace {
 
-constexpr std::array<int, emailColumnCount> initialWidths = {230, 230, 106, 99, 700,
-                                                             230, 160, 160, 200}; // pixels
-
 /// Says in the place of an address that there is none, and of a path shows the end: the folders are
 /// the same in every row.
 class EmailDelegate : public GridDelegate {
@@ -46,7 +43,9 @@ EmailTable::EmailTable(EmailModel& model, QWidget* parent)
   header->setSortIndicatorClearable(true);
   header->setSortIndicator(-1, Qt::AscendingOrder);
   setSortingEnabled(true);
-  setInitialWidths(initialWidths);
+  std::array<int, emailColumnCount> widths{};
+  std::ranges::transform(emailColumns, widths.begin(), &EmailColumnFacts::width);
+  setInitialWidths(widths);
   connect(this, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { editRow(index); });
 }

@@ -1,7 +1,7 @@
 // The test mail of the e-mail settings, with its window.
 #pragma once
 
-#include "mail/SmtpTransport.h"
+#include "mail/SmtpOptions.h"
 
 class QWidget;
 

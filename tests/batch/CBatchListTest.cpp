@@ -2,6 +2,7 @@
 #include "tests/batch/ListWindow.h"
 #include "tests/support/RecordingOperator.h"
 
+#include <QAbstractItemModelTester>
 #include <QMenu>
 
 using namespace folivex;
@@ -9,7 +10,10 @@ using namespace folivex::testing;
 
 namespace {
 
-class BatchListDialog : public ListWindow {};
+class BatchListDialog : public ListWindow {
+  QAbstractItemModelTester m_tester{table()->model(),
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
 
 } // namespace
 

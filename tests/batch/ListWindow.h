@@ -1,4 +1,4 @@
-// ListWindow: the batch list's dialog, shown, with a model tester on its rows.
+// ListWindow: the batch list's dialog, shown.
 #pragma once
 
 #include "batch/BatchTable.h"
@@ -6,7 +6,6 @@
 #include "tests/batch/BatchBench.h"
 #include "tests/support/WindowBench.h"
 
-#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDropEvent>
 #include <QLabel>
@@ -86,8 +85,6 @@ protected:
 
   ScriptedDialogs m_dialogs;
   CBatchList m_list{m_dialogs};
-  QAbstractItemModelTester m_tester{table()->model(),
-                                    QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
 } // namespace folivex::testing

@@ -6,12 +6,14 @@
 namespace folivex::test {
 namespace {
 
-/// For servers that never answer: any time will do.
-SmtpOptions impatient() {
+/// Where the server hangs for good any time will do; elsewhere a slow machine has its time.
+SmtpOptions optionsFor(const QString& fault) {
+  constexpr int soon = 200;
   SmtpOptions options;
-  options.connectTimeoutMs = 500;
-  options.answerTimeoutMs = 500;
-  options.finalAnswerTimeoutMs = 500;
+  (fault == "mute"              ? options.connectTimeoutMs
+   : fault == "stall-in-mail"   ? options.answerTimeoutMs
+   : fault == "hang-unanswered" ? options.finalAnswerTimeoutMs
+                                : options.goodbyeTimeoutMs) = soon;
   return options;
 }
 
@@ -34,26 +36,29 @@ TEST(SmtpFaults, TellWhatBecameOfTheMail) {
     MailOutcome outcome;
     int code;
     std::size_t seen; ///< mails that the server got whole
+    const char* told = "";
   };
   const Row rows[] = {
       {{"none"}, MailOutcome::Sent, 250, 1},
       {{"mute"}, MailOutcome::Temporary, 0, 0},
       {{"busy"}, MailOutcome::Temporary, 421, 0},
-      {{"login-refused"}, MailOutcome::Refused, 535, 0},
-      {{"odd-login"}, MailOutcome::Refused, 0, 0},
+      {{"login-refused"}, MailOutcome::Refused, 535, 0, "refused the login"},
+      {{"odd-login"}, MailOutcome::Refused, 0, 0, "offers none on this connection"},
       {{"no-login"}, MailOutcome::Refused, 0, 0},
       {{"code-at-sender", "550"}, MailOutcome::Refused, 550, 0},
-      {{"code-at-sender", "451"}, MailOutcome::Temporary, 451, 0},
-      {{"code-at-recipient", "550", "anna"}, MailOutcome::Refused, 550, 0},
-      {{"code-at-recipient", "452", "anna"}, MailOutcome::Temporary, 452, 0},
-      {{"code-at-recipient", "550", "copy"}, MailOutcome::Refused, 550, 0},
-      {{"code-after-mail", "554"}, MailOutcome::Refused, 554, 1},
-      {{"code-after-mail", "452"}, MailOutcome::Temporary, 452, 1},
+      {{"code-at-sender", "451"}, MailOutcome::Temporary, 451, 0, "451 no thanks"},
+      {{"code-at-recipient", "550", "anna"}, MailOutcome::Refused, 550, 0, "(recipient anna@"},
+      {{"code-at-recipient", "452", "copy"}, MailOutcome::Temporary, 452, 0, "(recipient copy@"},
+      {{"code-after-mail", "554"}, MailOutcome::Refused, 554, 1, "554 no thanks"},
       {{"code-after-mail", "421"}, MailOutcome::Temporary, 421, 1},
-      {{"close-in-mail"}, MailOutcome::Temporary, 0, 0},
-      {{"stall-in-mail"}, MailOutcome::Temporary, 0, 0},
-      {{"close-unanswered"}, MailOutcome::Unknown, 0, 1},
-      {{"hang-unanswered"}, MailOutcome::Unknown, 0, 1},
+      {{"close-in-mail"}, MailOutcome::Temporary, 0, 0, "closed the connection"},
+      {{"stall-in-mail"}, MailOutcome::Temporary, 0, 0, "stopped answering"},
+      {{"close-unanswered"}, MailOutcome::Unknown, 0, 1, "may have arrived"},
+      {{"hang-unanswered"},
+       MailOutcome::Unknown,
+       0,
+       1,
+       "stopped answering before it was confirmed"},
       {{"hang-at-quit"}, MailOutcome::Sent, 250, 1},
   };
   QTemporaryDir folder;
@@ -72,9 +77,7 @@ TEST(SmtpFaults, TellWhatBecameOfTheMail) {
     if (row.fault[0].endsWith("-in-mail")) {
       message.attachmentPath = large.fileName();
     }
-    const bool hangs =
-        QStringList({"mute", "stall-in-mail", "hang-unanswered"}).contains(row.fault[0]);
-    SmtpTransport transport(server, hangs ? impatient() : SmtpOptions());
+    SmtpTransport transport(server, optionsFor(row.fault[0]));
     PlainWait wait;
     const MailResult result = transport.send(message, wait);
     transport.disconnect();
@@ -84,10 +87,7 @@ TEST(SmtpFaults, TellWhatBecameOfTheMail) {
     EXPECT_FALSE(result.errorText.contains("s3cret")) << result.errorText.toStdString();
     EXPECT_FALSE(
         result.errorText.contains(QString::fromLatin1(QByteArray("\0me\0s3cret", 10).toBase64())));
-    if (row.fault[0] == "code-at-recipient") {
-      EXPECT_TRUE(result.errorText.contains(row.fault[2] + "@example.org"))
-          << result.errorText.toStdString();
-    }
+    EXPECT_TRUE(result.errorText.contains(row.told)) << result.errorText.toStdString();
     EXPECT_EQ(process.mails().size(), row.seen);
     EXPECT_EQ(!taken(process).isEmpty(), result.sent());
     EXPECT_EQ(process.connections(), 1);

@@ -1,32 +1,13 @@
 // Scanlite as a process, with the real OCR programs behind it.
-#include <QDir>
-#include <QFile>
-#include <QProcess>
+#include "tests/support/Programs.h"
+
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
+namespace folivex::test {
 namespace {
 
-constexpr int patienceMilliseconds = 240'000;
-
-struct Ended {
-  int exitCode = -1;
-  QString output;
-};
-
-Ended run(const QString& program, const QStringList& arguments,
-          const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
-  QProcess process;
-  process.setProcessEnvironment(environment);
-  process.setProcessChannelMode(QProcess::MergedChannels);
-  process.start(program, arguments);
-  if (!process.waitForFinished(patienceMilliseconds) ||
-      process.exitStatus() != QProcess::NormalExit) {
-    return {-1, process.errorString()};
-  }
-  return {process.exitCode(), QString::fromUtf8(process.readAll())};
-}
+const QString statements = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
+const QString program = QStringLiteral(FOLIVEX_BIN_DIR "/Scanlite");
 
 QProcessEnvironment environmentWith(const QString& name, const QString& value) {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -34,15 +15,10 @@ QProcessEnvironment environmentWith(const QString& name, const QString& value) {
   return environment;
 }
 
-QString wordsOf(const QString& pdf) {
-  return run(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")}).output;
-}
-
 // Programs that still run with a text in their command line.
 QStringList processesNaming(const QString& text) {
   QStringList found;
-  const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
-  for (const QString& entry : entries) {
+  for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
     QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(entry));
     if (commandLine.open(QFile::ReadOnly) && commandLine.readAll().contains(text.toUtf8())) {
       found.append(entry);
@@ -53,120 +29,98 @@ QStringList processesNaming(const QString& text) {
 
 class Scanlite : public testing::Test {
 protected:
-  void SetUp() override { ASSERT_TRUE(folder.isValid()); }
+  void SetUp() override {
+    ASSERT_TRUE(QDir(folder.path()).mkdir("copies"));
+    qputenv("OMP_THREAD_LIMIT", "1"); // threads that spin take minutes on a busy machine
+  }
 
   QString path(const QString& name) const { return folder.filePath(name); }
+  QString copy() const { return path("copies/scan_fxs_ocr.pdf"); }
+  QStringList copies() const {
+    return QDir(path("copies")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+  }
 
   QString makeScan(int pages) const {
-    QString scan = path(QStringLiteral("scan.pdf"));
-    const Ended made = run(QStringLiteral("/usr/bin/python3"),
-                           {QStringLiteral(FOLIVEX_SOURCE_DIR "/tests/scanlite/make_scan.py"),
-                            QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), scan,
-                            QString::number(pages)});
-    EXPECT_EQ(made.exitCode, 0) << qPrintable(made.output);
-    return scan;
+    const ProgramRun made =
+        runProgram("/usr/bin/python3", {FOLIVEX_SOURCE_DIR "/tests/scanlite/make_scan.py",
+                                        statements, path("scan.pdf"), QString::number(pages)});
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    return path("scan.pdf");
   }
 
   QString encrypted(const QString& source, const QString& userPassword) const {
-    QString target = path(QStringLiteral("encrypted.pdf"));
-    const Ended made = run(QStringLiteral("qpdf"),
-                           {QStringLiteral("--encrypt"), userPassword, QStringLiteral("owner"),
-                            QStringLiteral("256"), QStringLiteral("--"), source, target});
-    EXPECT_EQ(made.exitCode, 0) << qPrintable(made.output);
-    return target;
+    const ProgramRun made = runProgram(
+        "qpdf", {"--encrypt", userPassword, "owner", "256", "--", source, path("encrypted.pdf")});
+    EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
+    return path("encrypted.pdf");
   }
 
-  Ended scanlite(const QString& source, const QProcessEnvironment& environment =
-                                            QProcessEnvironment::systemEnvironment()) const {
-    return run(program, {source, copy(), QStringLiteral("0")}, environment);
+  ProgramRun scanlite(const QString& source, const QProcessEnvironment& environment =
+                                                 QProcessEnvironment::systemEnvironment()) const {
+    return runProgram(program, {source, copy(), "0"}, environment);
   }
 
-  QString copy() const { return path(QStringLiteral("copies/scan_fxs_ocr.pdf")); }
-
-  QStringList copies() const {
-    return QDir(path(QStringLiteral("copies")))
-        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-  }
-
-  void makeCopiesFolder() const {
-    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("copies")));
-  }
-
-  const QString program = QStringLiteral(FOLIVEX_BIN_DIR "/Scanlite");
   QTemporaryDir folder;
 };
 
 TEST_F(Scanlite, MakesAScannedPageSearchableAndLeavesNothingElse) {
-  makeCopiesFolder();
   const QString scan = makeScan(1);
-  ASSERT_FALSE(wordsOf(scan).contains(QStringLiteral("Account:")));
-
-  const Ended ended = scanlite(encrypted(scan, QString()));
-  EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.output);
-  const QString words = wordsOf(copy());
-  EXPECT_TRUE(words.contains(QStringLiteral("Account:"))) << qPrintable(words);
-  EXPECT_TRUE(words.contains(QStringLiteral("10472"))) << qPrintable(words);
-  EXPECT_EQ(copies(), QStringList{QStringLiteral("scan_fxs_ocr.pdf")});
+  ASSERT_FALSE(pageTexts(scan)[0].contains("Account:"));
+  const ProgramRun ended = scanlite(encrypted(scan, {}));
+  ASSERT_EQ(ended.exitCode, 0) << ended.err.toStdString();
+  const QString words = pageTexts(copy())[0];
+  EXPECT_TRUE(words.contains("Account:") && words.contains("10472")) << words.toStdString();
+  EXPECT_EQ(copies(), QStringList("scan_fxs_ocr.pdf"));
   EXPECT_FALSE(QFile::permissions(copy()) & (QFile::ReadGroup | QFile::ReadOther));
 }
 
 TEST_F(Scanlite, LeavesPagesWithTextAsTheyAre) {
-  makeCopiesFolder();
-  const QString source = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
-  const Ended ended = scanlite(source);
-  EXPECT_EQ(ended.exitCode, 0) << qPrintable(ended.output);
-  EXPECT_EQ(wordsOf(copy()), wordsOf(source));
+  const ProgramRun ended = scanlite(statements);
+  ASSERT_EQ(ended.exitCode, 0) << ended.err.toStdString();
+  EXPECT_EQ(pageTexts(copy()), pageTexts(statements));
 }
 
 TEST_F(Scanlite, SaysWhatIsWrongAndLeavesNoCopy) {
-  makeCopiesFolder();
-  const QString good = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
-  const QString noPdf = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/example.fxs");
-  const QString locked = encrypted(good, QStringLiteral("secret"));
-  const QString emptyFolder = path(QStringLiteral("nothing"));
-  ASSERT_TRUE(QDir().mkdir(emptyFolder));
-
-  const auto expectRefusal = [this](const char* row, const Ended& ended, int code,
+  ASSERT_TRUE(QDir(folder.path()).mkdir("nothing"));
+  const auto expectRefusal = [this](const char* row, const ProgramRun& ended, int code,
                                     const char* said) {
     SCOPED_TRACE(row);
     EXPECT_EQ(ended.exitCode, code);
-    EXPECT_TRUE(ended.output.contains(QLatin1String(said))) << qPrintable(ended.output);
+    EXPECT_TRUE(ended.err.contains(said)) << ended.err.toStdString();
     EXPECT_EQ(copies(), QStringList());
   };
-  expectRefusal("no OCR program",
-                scanlite(good, environmentWith(QStringLiteral("PATH"), emptyFolder)), 3,
+  expectRefusal("no OCR program", scanlite(statements, environmentWith("PATH", path("nothing"))), 3,
                 "ocrmypdf) is not installed");
   expectRefusal("language not installed",
-                scanlite(good, environmentWith(QStringLiteral("FOLIVEX_OCR_LANGUAGE"),
-                                               QStringLiteral("tlh"))),
-                4, "language tlh");
-  expectRefusal("no PDF", scanlite(noPdf), 5, "no PDF");
-  expectRefusal("missing source", scanlite(path(QStringLiteral("absent.pdf"))), 5, "missing");
-  expectRefusal("locked source", scanlite(locked), 6, "password is needed");
+                scanlite(statements, environmentWith("FOLIVEX_OCR_LANGUAGE", "tlh")), 4,
+                "language tlh");
+  expectRefusal("no PDF", scanlite(FOLIVEX_SOURCE_DIR "/samples/example.fxs"), 5, "no PDF");
+  expectRefusal("missing source", scanlite(path("absent.pdf")), 5, "missing");
+  expectRefusal("locked source", scanlite(encrypted(statements, "secret")), 6,
+                "password is needed");
   expectRefusal("copy's folder missing",
-                run(program, {good, path(QStringLiteral("absent/copy.pdf")), QStringLiteral("0")}),
-                7, "cannot be written");
-  expectRefusal("unknown mode", run(program, {good, copy(), QStringLiteral("1")}), 2, "usage:");
+                runProgram(program, {statements, path("absent/copy.pdf"), "0"}), 7,
+                "cannot be written");
+  expectRefusal("unknown mode", runProgram(program, {statements, copy(), "1"}), 2, "usage:");
 }
 
 TEST_F(Scanlite, ToldToStopItEndsItsProgramsAndCleansUp) {
-  makeCopiesFolder();
   QProcess process;
-  process.start(program, {makeScan(12), copy(), QStringLiteral("0")});
+  process.start(program, {makeScan(12), copy(), "0"});
   ASSERT_TRUE(process.waitForStarted(-1));
   // Not before the OCR program has started programs of its own: those are what could be left
   // behind.
-  const auto workFolders = [this] { return copies().filter(QStringLiteral(".scanlite-")); };
   QString workFolder;
   while (workFolder.isEmpty() || processesNaming(workFolder).size() < 2) {
     ASSERT_FALSE(process.waitForFinished(20)) << "it ended before it could be stopped";
-    workFolder = workFolders().value(0);
+    workFolder = copies().filter(".scanlite-").value(0);
   }
   process.terminate();
-  ASSERT_TRUE(process.waitForFinished(patienceMilliseconds));
+  ASSERT_TRUE(process.waitForFinished(hangLimit));
   EXPECT_EQ(process.exitCode(), 143);
   EXPECT_EQ(copies(), QStringList());
   EXPECT_EQ(processesNaming(workFolder), QStringList());
 }
 
 } // namespace
+} // namespace folivex::test

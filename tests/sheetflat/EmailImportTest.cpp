@@ -49,7 +49,7 @@ private:
 };
 
 TEST_F(MailImport, EveryColumnOfEveryKindReachesItsField) {
-  makeFile(QStringLiteral("Müller.pdf"), "%PDF-");
+  makeFile("Müller.pdf", "%PDF-");
   // The headers are not in the first row, not in the list's order and not in its spelling.
   const QByteArray rows = R"([["May mailing"], [],
     [" subject", "BODY", "Extract page  start", "Extract Page End", "File", "EMAIL ", "cc",
@@ -59,7 +59,7 @@ TEST_F(MailImport, EveryColumnOfEveryKindReachesItsField) {
     [null, null, null, null, "Müller.pdf", "x@y.org"]])";
   EmailEntry full;
   full.address = QStringLiteral("m@müller.de");
-  full.file = path(QStringLiteral("Müller.pdf"));
+  full.file = path("Müller.pdf");
   full.extractPageStart = 2;
   full.extractPageEnd = 5;
   full.body = QStringLiteral("Guten Tag\n  Frau Müller");
@@ -78,24 +78,23 @@ TEST_F(MailImport, EveryColumnOfEveryKindReachesItsField) {
     EXPECT_EQ(findingsOf(list), QStringList());
     EXPECT_TRUE(list.entries == EmailEntries({full, plain}));
   }
-  EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*import*")}), QStringList());
+  EXPECT_EQ(QDir(folder.path()).entryList({"*import*"}), QStringList());
 }
 
 TEST_F(MailImport, SeparatedTextInTheCodePage) {
-  makeFile(QStringLiteral("Müller.pdf"), "%PDF-");
-  const EmailImport list =
-      import(makeFile(QStringLiteral("list.csv"),
-                      "Email;File;Body\r\nm@x.de;M\xfcller.pdf;Gr\xfc\xdf Gott, hallo\r\n"));
+  makeFile("Müller.pdf", "%PDF-");
+  const EmailImport list = import(
+      makeFile("list.csv", "Email;File;Body\r\nm@x.de;M\xfcller.pdf;Gr\xfc\xdf Gott, hallo\r\n"));
   ASSERT_EQ(list.entries.size(), 1U);
   EXPECT_EQ(findingsOf(list), QStringList());
-  EXPECT_EQ(list.entries[0].body, QStringLiteral("Grüß Gott, hallo"));
-  EXPECT_EQ(list.entries[0].file, path(QStringLiteral("Müller.pdf")));
+  EXPECT_EQ(list.entries[0].body, "Grüß Gott, hallo");
+  EXPECT_EQ(list.entries[0].file, path("Müller.pdf"));
 }
 
 TEST_F(MailImport, TellsWhatIsDoubtfulWithItsRow) {
-  ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("pdf")));
-  makeFile(QStringLiteral("pdf/a.pdf"), "%PDF-");
-  const EmailImport list = import(makeFile(QStringLiteral("list.csv"),
+  ASSERT_TRUE(QDir(folder.path()).mkdir("pdf"));
+  makeFile("pdf/a.pdf", "%PDF-");
+  const EmailImport list = import(makeFile("list.csv",
                                            "Email,File,Telephone,email,Extract Page Start,"
                                            "Extract Page End,CC\n"
                                            "a@x.org,pdf\\a.pdf,,,,,\n" // folders as on Windows
@@ -108,42 +107,38 @@ TEST_F(MailImport, TellsWhatIsDoubtfulWithItsRow) {
                                            "a@x.org,pdf/a.pdf,,,,3,\n"));
   EXPECT_TRUE(list.done);
   const QStringList expected = {
-      QStringLiteral("Row 1: the column \"Telephone\" is not known and is not read"),
-      QStringLiteral("Row 1: \"Email\" stands twice; only the first such column is read"),
-      QStringLiteral("Row 3: \"a@x.org;b@x.org\" is no e-mail address: it has no valid domain "
-                     "behind the \"@\""),
-      QStringLiteral("Row 3: CC: \"no\" is no e-mail address: it has no \"@\""),
-      QStringLiteral("Row 5: there is no address, nothing will be sent"),
-      QStringLiteral("Row 5: the file %1 is missing").arg(path(QStringLiteral("pdf/b.pdf"))),
-      QStringLiteral("Row 6: there is no file to attach"),
-      QStringLiteral(
-          "Row 7: \"three\" in \"Extract Page Start\" is no page number; the row is left out"),
-      QStringLiteral("Row 8: pages 5 to 3 are no range; the row is left out"),
-      QStringLiteral("Row 9: \"Extract Page Start\" is blank; the row is left out"),
+      "Row 1: the column \"Telephone\" is not known and is not read",
+      "Row 1: \"Email\" stands twice; only the first such column is read",
+      "Row 3: \"a@x.org;b@x.org\" is no e-mail address: it has no valid domain "
+      "behind the \"@\"",
+      "Row 3: CC: \"no\" is no e-mail address: it has no \"@\"",
+      "Row 5: there is no address, nothing will be sent",
+      QStringLiteral("Row 5: the file %1 is missing").arg(path("pdf/b.pdf")),
+      "Row 6: there is no file to attach",
+      "Row 7: \"three\" in \"Extract Page Start\" is no page number; the row is left out",
+      "Row 8: pages 5 to 3 are no range; the row is left out",
+      "Row 9: \"Extract Page Start\" is blank; the row is left out",
   };
   EXPECT_EQ(findingsOf(list), expected);
   ASSERT_EQ(list.entries.size(), 4U);
-  EXPECT_EQ(list.entries[0].file, path(QStringLiteral("pdf/a.pdf")));
+  EXPECT_EQ(list.entries[0].file, path("pdf/a.pdf"));
 }
 
 TEST_F(MailImport, SaysWhyNothingWasImported) {
-  const QString noColumn = makeFile(QStringLiteral("list.csv"), "E-Mail,File\na@x.org,b\n");
-  EXPECT_EQ(import(noColumn).problem,
-            noColumn + QStringLiteral(": the first sheet has no column \"Email\""));
-  const QString noSheet = makeFile(QStringLiteral("list.xlsx"), "%PDF-1.7\n");
-  EXPECT_EQ(import(noSheet).problem, noSheet + QStringLiteral(": it is no spreadsheet"));
+  const QString noColumn = makeFile("list.csv", "E-Mail,File\na@x.org,b\n");
+  EXPECT_EQ(import(noColumn).problem, noColumn + ": the first sheet has no column \"Email\"");
+  const QString noSheet = makeFile("list.xlsx", "%PDF-1.7\n");
+  EXPECT_EQ(import(noSheet).problem, noSheet + ": it is no spreadsheet");
   qputenv("PATH", "/nowhere");
-  EXPECT_EQ(import(noColumn).problem,
-            noColumn + QStringLiteral(": the program Sheetflat was not found"));
+  EXPECT_EQ(import(noColumn).problem, noColumn + ": the program Sheetflat was not found");
 }
 
 TEST_F(MailImport, StopImportsNothing) {
-  const QString far =
-      makeSheet(QStringLiteral("far.xlsx"), R"([["Email", {"number": 1, "at": "XFD1048576"}]])");
+  const QString far = makeSheet("far.xlsx", R"([["Email", {"number": 1, "at": "XFD1048576"}]])");
   const EmailImport list = importEmailList(far, [] { return true; });
   EXPECT_FALSE(list.done);
-  EXPECT_EQ(list.problem, far + QStringLiteral(": the import was stopped"));
-  EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*import*")}), QStringList());
+  EXPECT_EQ(list.problem, far + ": the import was stopped");
+  EXPECT_EQ(QDir(folder.path()).entryList({"*import*"}), QStringList());
 }
 
 TEST(EmailRowRules, Pages) {

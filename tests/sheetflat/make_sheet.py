@@ -3,8 +3,8 @@
 
 ROWS is JSON: a list of rows of cells. A cell is text, a number, null, or an object: {"number": 7,
 "format": "000"}, {"date": "2026-03-04", "format": "dd.mm.yyyy"}, {"formula": "=NEW()", "cached":
-"x"}, {"number": 7, "at": "XFD9"} (.xlsx only), {"repeat": 10000} (the row so many times, "#" in its texts being the count). Behind the sheet
-stands a second one, and that is the one last looked at.
+"x"}, {"number": 7, "at": "XFD9"} (.xlsx only). Behind the sheet stands a second one, and that is the
+one last looked at.
 """
 
 import datetime
@@ -16,20 +16,9 @@ target, rows = sys.argv[1], json.loads(sys.argv[2])
 DECOY = "second sheet"
 
 
-def unfolded():
-    for row in rows:
-        counts = [c["repeat"] for c in row if isinstance(c, dict) and "repeat" in c]
-        if not counts:
-            yield row
-            continue
-        for i in range(counts[0]):
-            yield [c.replace("#", str(i + 1)) if isinstance(c, str) else c for c in row
-                   if not (isinstance(c, dict) and "repeat" in c)]
-
-
 def cells():
     """Row and column from 0, value, number format, cached text of a formula."""
-    for r, row in enumerate(unfolded()):
+    for r, row in enumerate(rows):
         for c, cell in enumerate(row):
             if isinstance(cell, dict):
                 if "at" in cell:
@@ -109,7 +98,7 @@ def make_ods():
             return TableCell()
         return text_cell(value) if isinstance(value, str) else TableCell(valuetype="float", value=value)
 
-    for name, content in (("first", unfolded()), ("second", [[DECOY]])):
+    for name, content in (("first", rows), ("second", [[DECOY]])):
         table = Table(name=name)
         for row in content:
             line = TableRow()

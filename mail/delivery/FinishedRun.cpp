@@ -1,0 +1,28 @@
+#include "mail/delivery/FinishedRun.h"
+
+#include "engine/output/EmailRecords.h"
+#include "engine/setup/SplitSetup.h"
+#include "platform/Paths.h"
+
+namespace folivex {
+
+FinishedRun finishedRun(const QString& source, const EmailRecords& records) {
+  FinishedRun run;
+  run.source = platform::withoutTrailingBlanks(source);
+  run.outputs.reserve(records.all().size());
+  for (const EmailRecord& record : records.all()) {
+    run.outputs.push_back({record.outputPath, record.firstPage, record.lastPage, record.matchedText,
+                           record.addresses.address, record.addresses.further});
+  }
+  return run;
+}
+
+QString outputFolderOf(const SplitSetup& setup, const QString& source) {
+  if (setup.splitToSource) {
+    return platform::folderOf(source);
+  }
+  const QString folder = platform::withoutTrailingBlanks(setup.outputDir);
+  return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
+}
+
+} // namespace folivex
