@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test sanitize tidy format format-check demo run bench clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench clean
 
 all: build
 
@@ -17,6 +17,10 @@ build: packages
 test: build
 	@cmake --build --preset $(PRESET) --target folivex_tests
 	@ctest --preset $(PRESET)
+
+# What can be seen without building.
+check:
+	@scripts/check-circles
 
 sanitize:
 	@$(MAKE) --no-print-directory test PRESET=sanitize

@@ -7,7 +7,7 @@
 #include "app/WindowParts.h"
 #include "app/groups/PickTargets.h"
 #include "app/groups/SetupPanel.h"
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 #include "widgets/Pace.h"
 
 #include <QDialog>

@@ -1,7 +1,6 @@
 #include "app/Program.h"
 
 #include "app/PlanPrinter.h"
-#include "engine/job/SourceFile.h"
 #include "mail/PageAddressReader.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "platform/FileSystem.h"
@@ -321,10 +320,7 @@ void Program::explainNoMatch() {
 }
 
 int Program::pageCount(const SplitSetup& setup, QString& problem) {
-  SourceFile file({*m_text, *m_split});
-  const int pages = file.countPages(platform::withoutTrailingBlanks(setup.fileName), setup);
-  problem = file.problem();
-  return pages;
+  return m_driver->PageCount(setup, problem);
 }
 
 std::optional<int> Program::processFolder(const QString& pattern) {

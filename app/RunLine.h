@@ -1,7 +1,7 @@
 // RunLine: the foot of the main window: what is going on, how far it is, and what was found.
 #pragma once
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 
 #include <QStringList>
 #include <QWidget>

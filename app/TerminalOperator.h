@@ -1,7 +1,7 @@
 // TerminalOperator: the engine's operator when nobody sits before a window.
 #pragma once
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 
 #include <QElapsedTimer>
 

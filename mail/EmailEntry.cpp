@@ -1,6 +1,6 @@
 #include "mail/EmailEntry.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 
 namespace folivex {
 

@@ -1,6 +1,6 @@
 #include "mail/EmailListFile.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 #include "platform/TextFile.h"
 
 #include <algorithm>

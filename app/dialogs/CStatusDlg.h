@@ -1,7 +1,7 @@
 // CStatusDlg: how far a run is, and the button that ends it.
 #pragma once
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 #include "widgets/Pace.h"
 
 #include <QDialog>

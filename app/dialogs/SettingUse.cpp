@@ -1,7 +1,7 @@
 #include "app/dialogs/SettingUse.h"
 
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <initializer_list>
@@ -31,7 +31,7 @@ void addMatching(const SplitSetup& setup, IdleKeys& idle) {
       words, {"FINDSTRING", "IGNORECASE", "STARTFROMPAGE", "STARTENDPAGE", "OCRFIRST", "EXTRACT"});
   idle.addUnless(matchesAtPosition(setup), {"MATCHPOSH", "MATCHPOSV"});
   idle.addUnless(endsAtUntilWords(setup), {"EXTRACTUNTIL"});
-  idle.addUnless(words && splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition,
+  idle.addUnless(matchesAtPosition(setup) && endsAtUntilWords(setup),
                  {"UNTILMATCHPOSH", "UNTILMATCHPOSV"});
   const bool line = words && namesAfterText(fileNameMethodOf(setup.extract));
   idle.addUnless(line, {"EXTRACTFILENAME", "TAKENWORDSFORFILENAME", "UNTILHHPOSLESSTHAN",
@@ -41,20 +41,15 @@ void addMatching(const SplitSetup& setup, IdleKeys& idle) {
 } // namespace
 
 bool matchesWords(const SplitSetup& setup) {
-  return bookmarkMethodOf(setup.pageExtract) == BookmarkMethod::None;
+  return !splitTraitsOf(setup.pageExtract).fromBookmarks;
 }
 
 bool matchesAtPosition(const SplitSetup& setup) {
-  const SplitMethod method = splitMethodOf(setup.pageExtract);
-  return matchesWords(setup) && (method == SplitMethod::MatchToNextMatchAtPosition ||
-                                 method == SplitMethod::MatchToNextUniqueMatchAtPosition ||
-                                 method == SplitMethod::MatchToUntilAtPosition);
+  return splitTraitsOf(setup.pageExtract).atPosition;
 }
 
 bool endsAtUntilWords(const SplitSetup& setup) {
-  const SplitMethod method = splitMethodOf(setup.pageExtract);
-  return matchesWords(setup) &&
-         (method == SplitMethod::MatchToUntil || method == SplitMethod::MatchToUntilAtPosition);
+  return splitTraitsOf(setup.pageExtract).untilWord;
 }
 
 QSet<QString> idleSettings(const SplitSetup& setup) {

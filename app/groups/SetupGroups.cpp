@@ -1,8 +1,8 @@
 #include "app/groups/SetupGroups.h"
 
 #include "app/dialogs/NameTokens.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
@@ -89,9 +89,8 @@ RangesGroup::RangesGroup(GroupParts parts, QWidget* parent)
     : SetupGroup("rangesGroup", QStringLiteral("How pages make a document"), "ranges", parts,
                  parent) {
   auto* methods = new QComboBox(this);
-  addAll(methods, splitMethodTexts());
-  methods->insertSeparator(methods->count());
-  addAll(methods, bookmarkMethodTexts());
+  methods->addItems(splitMethodTexts());
+  methods->insertSeparator(static_cast<int>(SplitMethod::Bookmarks));
   methods->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   parts.binding.bind(&SplitSetup::pageExtract, methods);
   QLineEdit* offset = wholeField(&SplitSetup::offsetFirst, {0, std::numeric_limits<int>::max()});

@@ -1,8 +1,8 @@
 #include "app/help/ProblemReport.h"
 
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupFields.h"
+#include "engine/setup/SplitMethod.h"
 
 #include <QRegularExpression>
 #include <QUrl>
@@ -79,8 +79,7 @@ bool isHarmless(const QString& value) {
     return std::find(texts.begin(), texts.end(), value) != texts.end();
   };
   return isOneOf(fileNameMethodTexts()) || isOneOf(splitMethodTexts()) ||
-         isOneOf(bookmarkMethodTexts()) || value == bookmarkFileNameMethodText() ||
-         position.match(value).hasMatch();
+         value == bookmarkFileNameMethodText() || position.match(value).hasMatch();
 }
 
 QString told(const SetupField& field, const SplitSetup& setup, PrivateNames names) {

@@ -75,8 +75,4 @@ bool MatchWalker::waitForPerson() {
   return answer == Answer::GoOn && !m_stopped;
 }
 
-void MatchWalker::onListedWord(QStringView /*text*/, int /*h*/, int /*v*/) {}
-
-void MatchWalker::onEmptyPage(int /*pageIndex*/) {}
-
 } // namespace folivex

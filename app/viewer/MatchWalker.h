@@ -29,8 +29,6 @@ public:
 
   void onWordCount(int pageIndex, int wordCount) override;
   bool onMatch(int pageIndex, const QString& word, int h, int v) override;
-  void onListedWord(QStringView text, int h, int v) override;
-  void onEmptyPage(int pageIndex) override;
 
 private:
   bool waitForPerson();

@@ -1,8 +1,8 @@
 #include "app/viewer/PageLoader.h"
 
+#include "engine/base/Utf16.h"
 #include "engine/match/WordPlacer.h"
 #include "engine/words/CPDFTextDumpInit.h"
-#include "engine/words/Utf16.h"
 #include "platform/Paths.h"
 
 #include <QCoreApplication>

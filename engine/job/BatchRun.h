@@ -1,8 +1,8 @@
 // BatchRun: the same job for every row of a list.
 #pragma once
 
-#include "engine/job/Operator.h"
-#include "engine/job/RunState.h"
+#include "engine/base/Operator.h"
+#include "engine/base/RunState.h"
 
 #include <functional>
 

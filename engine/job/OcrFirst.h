@@ -1,8 +1,8 @@
 // OCR before a run: a copy of the source with a text layer.
 #pragma once
 
-#include "engine/job/Operator.h"
-#include "engine/job/RunState.h"
+#include "engine/base/Operator.h"
+#include "engine/base/RunState.h"
 
 namespace folivex {
 

@@ -1,37 +1,25 @@
 #include "engine/job/RangePipeline.h"
 
+#include "engine/job/JobContext.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <QDateTime>
 
 namespace folivex {
 
-namespace {
-
-/// For what a look-up among the words of a page has to say. Both must outlive it.
-std::function<void(const QString&)> tellerFor(RunState& state, Operator& person) {
-  return [&state, &person](const QString& problem) {
-    if (state.automation) {
-      person.note(problem);
-    } else {
-      person.message(problem);
-    }
-  };
-}
-
-} // namespace
-
-RangePipeline::RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
-                             Operator& person, const Source& source, const Ends& ends)
-    : m_pageCount(source.pageCount), m_addresses(ends.addressReader, tellerFor(state, person)),
+RangePipeline::RangePipeline(const SplitSetup& setup, const JobContext& job, const Source& source,
+                             const Ends& ends)
+    : m_pageCount(source.pageCount),
+      m_addresses(ends.addressReader, [&job](const QString& problem) { job.tell(problem); }),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
-      m_lookup(text, {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
-               tellerFor(state, person)),
+      m_lookup(job.libraries.text,
+               {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
+               [&job](const QString& problem) { job.tell(problem); }),
       m_namer(setup, m_lookup, ends.names, [] { return QDateTime::currentDateTime(); }),
-      m_saver(setup, state,
+      m_saver(setup, job.state,
               {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},
-              person),
-      m_run(setup, state, text, m_saver, person) {
+              job.person),
+      m_run(setup, job, m_saver) {
   m_run.setAddresses(&m_addresses);
   m_namer.startSource(source.path, setup.outputDir, source.pageCount);
 }

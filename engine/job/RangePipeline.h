@@ -1,10 +1,10 @@
 // RangePipeline: the stages behind the page loop, put together for one source.
 #pragma once
 
+#include "engine/job/OutputRangeSaver.h"
 #include "engine/job/SourceRun.h"
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
-#include "engine/output/OutputRangeSaver.h"
 #include "engine/words/ViewWordLookup.h"
 
 namespace folivex {
@@ -29,8 +29,8 @@ public:
   };
 
   /// Takes no ownership; all must outlive the pipeline.
-  RangePipeline(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text, Operator& person,
-                const Source& source, const Ends& ends);
+  RangePipeline(const SplitSetup& setup, const JobContext& job, const Source& source,
+                const Ends& ends);
 
   /// Walks the pages and hands on what waits for the end.
   void run();

@@ -1,9 +1,13 @@
 #include "engine/job/SourceFile.h"
 
+#include "engine/base/Utf16.h"
+#include "engine/job/JobContext.h"
+#include "engine/job/OcrFirst.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
-#include "engine/words/Utf16.h"
+#include "platform/Paths.h"
 
 #include <QFileInfo>
 #include <QThread>
@@ -30,62 +34,119 @@ bool isNoOrdinaryFile(const QString& path) {
 } // namespace
 
 SourceFile::~SourceFile() {
-  m_libraries.text.PdfTextDumpCloseFile();
-  m_libraries.split.PdfTextDumpCloseFile();
+  m_job.libraries.text.PdfTextDumpCloseFile();
+  m_job.libraries.split.PdfTextDumpCloseFile();
 }
 
-void SourceFile::beginForSplitting(const QString& source, const SplitSetup& setup) {
+QString SourceFile::scanned() const {
+  return m_job.state.ocrFile.isEmpty() ? m_source : m_job.state.ocrFile;
+}
+
+int SourceFile::openForSplitting(const SplitSetup& setup) {
+  m_job.person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
+  beginSplitting(setup);
+  const int pageCount = countPages(setup);
+  // Bookmarks need no words.
+  const bool recognises = setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
+  // The reading of words begins while the split library still opens the file, unless a file that it
+  // refuses would be read by the hour first.
+  if (pageCount > 0 && !recognises) {
+    openWords(setup);
+  }
+  endSplitting(setup);
+  if (pagesUnlessProblem() > 0) {
+    m_job.person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
+    if (recognises) {
+      recogniseAndOpenWords(setup);
+    }
+  }
+  return pagesUnlessProblem();
+}
+
+int SourceFile::openForReading(const SplitSetup& setup) {
+  if (countPages(setup) > 0) {
+    if (setup.ocrFirst) {
+      recogniseAndOpenWords(setup);
+    } else {
+      openWords(setup);
+    }
+  }
+  return pagesUnlessProblem();
+}
+
+int SourceFile::openAgain(const SplitSetup& setup) {
+  if (countPages(setup) > 0) {
+    openWords(setup);
+  }
+  return pagesUnlessProblem();
+}
+
+void SourceFile::recogniseAndOpenWords(const SplitSetup& setup) {
+  OcrFirst(m_source, platform::temporaryFolder(), m_job.state, m_job.person);
+  openWords(setup);
+  if (!m_problem.isEmpty() && !m_job.state.ocrFile.isEmpty()) {
+    m_job.person.note(QStringLiteral("%1: this copy of \"%2\" with its recognised words is made "
+                                     "anew when it is not there; remove it and run again")
+                          .arg(m_job.state.ocrFile, m_source));
+  }
+}
+
+void SourceFile::beginSplitting(const SplitSetup& setup) {
+  const QString& source = setup.fileName;
   m_splits = !usesExternalCommand(setup) && !isNoOrdinaryFile(source);
   if (m_splits) {
-    m_libraries.split.SetWriteBehind(1);
-    m_libraries.split.BeginOpenFile(utf16(source), utf16(setup.pdfPassword));
+    m_job.libraries.split.SetWriteBehind(1);
+    m_job.libraries.split.BeginOpenFile(utf16(source), utf16(setup.pdfPassword));
   }
 }
 
-int SourceFile::countPages(const QString& source, const SplitSetup& setup) {
-  if (isNoOrdinaryFile(source)) {
-    m_problem = QStringLiteral("%1: is no ordinary file").arg(source);
+int SourceFile::countPages(const SplitSetup& setup) {
+  m_source = setup.fileName;
+  if (isNoOrdinaryFile(m_source)) {
+    m_problem = QStringLiteral("%1: is no ordinary file").arg(m_source);
     return 0;
   }
-  m_pageCount = m_libraries.text.GetPageCount(utf16(source), utf16(setup.pdfPassword));
+  m_pageCount = m_job.libraries.text.GetPageCount(utf16(m_source), utf16(setup.pdfPassword));
   if (m_pageCount <= 0) {
     m_pageCount = 0;
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
-                    .arg(source, m_libraries.text.lastErrorText());
+                    .arg(m_source, m_job.libraries.text.lastErrorText());
   }
   return m_pageCount;
 }
 
-void SourceFile::openForSplitting(const QString& source, const SplitSetup& setup) {
+void SourceFile::endSplitting(const SplitSetup& setup) {
   if (!m_splits) {
     return;
   }
-  m_libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
-  const int result = m_libraries.split.PdfTextDumpOpenFile(utf16(source), utf16(setup.pdfPassword));
-  if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(source)) {
+  m_job.libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
+  const int result =
+      m_job.libraries.split.PdfTextDumpOpenFile(utf16(m_source), utf16(setup.pdfPassword));
+  if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(m_source)) {
     m_problem =
-        QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(source);
+        QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(m_source);
   } else if (result != CSplitPdfInit::ok) {
     m_problem = QStringLiteral("%1: cannot be opened for splitting: %2")
-                    .arg(source, m_libraries.split.lastErrorText());
-  } else if (const int other = m_libraries.split.GetPageCount2();
+                    .arg(m_source, m_job.libraries.split.lastErrorText());
+  } else if (const int other = m_job.libraries.split.GetPageCount2();
              m_problem.isEmpty() && other != m_pageCount) {
     m_problem = QStringLiteral("%1: is damaged: one reading finds %2 page(s), another %3; it is "
                                "not split, since pages could be lost")
-                    .arg(source)
+                    .arg(m_source)
                     .arg(m_pageCount)
                     .arg(other);
   }
 }
 
-void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
-  m_libraries.text.SetWordSpacing(setup.horizWordSpacing);
-  m_libraries.text.SetReadAhead(readAheadThreads());
-  m_libraries.text.PdfTextDumpOpenFile(utf16(fileToScan), utf16(setup.pdfPassword));
-  if (m_libraries.text.GetProcessingStatus() != GLYPHRUN_OK) {
+void SourceFile::openWords(const SplitSetup& setup) {
+  const QString fileToScan = scanned();
+  m_job.libraries.text.SetWordSpacing(setup.horizWordSpacing);
+  m_job.libraries.text.SetReadAhead(readAheadThreads());
+  m_job.libraries.text.PdfTextDumpOpenFile(utf16(fileToScan), utf16(setup.pdfPassword));
+  if (m_job.libraries.text.GetProcessingStatus() != GLYPHRUN_OK) {
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
-                    .arg(fileToScan, m_libraries.text.lastErrorText());
-  } else if (const int pages = m_libraries.text.GetPageCount2(); pages != m_pageCount) {
+                    .arg(fileToScan, m_job.libraries.text.lastErrorText());
+  } else if (const int pages = m_job.libraries.text.GetPageCount2(); pages != m_pageCount) {
     m_problem = QStringLiteral("%1: has %2 page(s), its source %3")
                     .arg(fileToScan)
                     .arg(pages)
@@ -95,11 +156,11 @@ void SourceFile::openWords(const QString& fileToScan, const SplitSetup& setup) {
 
 QString SourceFile::protection() const {
   // The words may come from an OCR'd copy, which is never protected: the source is asked too.
-  const int facts = m_libraries.text.GetFileFacts();
+  const int facts = m_job.libraries.text.GetFileFacts();
   const bool forbids = (facts & GLYPHRUN_FILE_FORBIDS_EXTRACTION) != 0;
   const bool encrypted =
       (facts & GLYPHRUN_FILE_ENCRYPTED) != 0 ||
-      (m_splits && (m_libraries.split.GetFileFacts() & CSplitPdfInit::fileEncrypted) != 0);
+      (m_splits && (m_job.libraries.split.GetFileFacts() & CSplitPdfInit::fileEncrypted) != 0);
   if (!forbids && !encrypted) {
     return {};
   }

@@ -5,36 +5,31 @@
 
 namespace folivex {
 
-class CPDFTextDumpInit;
-class CSplitPdfInit;
+struct JobContext;
 
-/// Opens a source in both libraries and closes it again on destruction. A page number of the one
-/// means the same page in the other only when both count the same pages: a file on which they
-/// differ is refused.
+/// Opens the source that a setup names and closes it again on destruction. A page number of the one
+/// library means the same page in the other only when both count the same pages: a file on which
+/// they differ is refused. Where the setup asks for it, the words come from an OCR'd copy.
+///
+/// What opens gives the number of pages, 0 when it failed: see problem().
 class SourceFile {
 public:
-  struct Libraries {
-    CPDFTextDumpInit& text;
-    CSplitPdfInit& split;
-  };
-
-  explicit SourceFile(Libraries libraries) : m_libraries(libraries) {}
+  explicit SourceFile(const JobContext& job) : m_job(job) {}
   SourceFile(const SourceFile&) = delete;
   SourceFile& operator=(const SourceFile&) = delete;
   ~SourceFile();
 
-  /// Begins to open `source` in the split library, where outputs are written with it.
-  void beginForSplitting(const QString& source, const SplitSetup& setup);
+  /// For a run: in both libraries.
+  int openForSplitting(const SplitSetup& setup);
+  /// For its words alone.
+  int openForReading(const SplitSetup& setup);
+  /// For the words that the last run read.
+  int openAgain(const SplitSetup& setup);
+  /// Opens nothing.
+  int countPages(const SplitSetup& setup);
 
-  /// Counts the pages of `source` in the text library; 0 when it cannot be read. See problem().
-  int countPages(const QString& source, const SplitSetup& setup);
-
-  /// Opens `fileToScan` (the source, or its OCR'd copy) for reading its words.
-  void openWords(const QString& fileToScan, const SplitSetup& setup);
-
-  /// Waits until the source that was begun is open in the split library and compares what both
-  /// libraries see.
-  void openForSplitting(const QString& source, const SplitSetup& setup);
+  /// The file whose words are read: the source, or its OCR'd copy.
+  QString scanned() const;
 
   /// Empty, or why the source cannot be processed: names the file and the step that failed.
   const QString& problem() const { return m_problem; }
@@ -43,7 +38,14 @@ public:
   QString protection() const;
 
 private:
-  Libraries m_libraries;
+  int pagesUnlessProblem() const { return m_problem.isEmpty() ? m_pageCount : 0; }
+  void beginSplitting(const SplitSetup& setup);
+  void endSplitting(const SplitSetup& setup);
+  void openWords(const SplitSetup& setup);
+  void recogniseAndOpenWords(const SplitSetup& setup);
+
+  const JobContext& m_job;
+  QString m_source;
   QString m_problem;
   int m_pageCount = 0;
   bool m_splits = false;

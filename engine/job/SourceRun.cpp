@@ -43,9 +43,6 @@ public:
         {QStringLiteral("Processing page: %1, Num Words: %2").arg(pageIndex).arg(wordCount),
          pageIndex + 1, m_pageCount, m_state.outputCount});
   }
-  bool onMatch(int, const QString&, int, int) override { return true; }
-  void onListedWord(QStringView, int, int) override {}
-  void onEmptyPage(int) override {}
 
 private:
   Operator& m_person;
@@ -55,13 +52,13 @@ private:
 
 } // namespace
 
-SourceRun::SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text,
-                     RangeSaver& saver, Operator& person)
-    : m_setup(setup), m_state(state), m_text(text), m_saver(saver), m_person(person),
-      m_planner(setup, state, saver), m_matcher(setup, state, m_planner) {}
+SourceRun::SourceRun(const SplitSetup& setup, const JobContext& job, RangeSaver& saver)
+    : m_setup(setup), m_state(job.state), m_text(job.libraries.text), m_saver(saver),
+      m_person(job.person), m_planner(setup, m_state, saver), m_matcher(setup, m_state, m_planner) {
+}
 
 void SourceRun::run(int pageCount) {
-  if (bookmarkMethodOf(m_setup.pageExtract) != BookmarkMethod::None) {
+  if (splitTraitsOf(m_setup.pageExtract).fromBookmarks) {
     takeBookmarks(pageCount);
     return;
   }
@@ -142,8 +139,7 @@ void SourceRun::takeBookmarks(int pageCount) {
     }
   }
   readAddresses(pageCount);
-  for (SplitRange& range :
-       bookmarkRanges(outline, bookmarkMethodOf(m_setup.pageExtract), pageCount)) {
+  for (SplitRange& range : bookmarkRanges(outline, splitMethodOf(m_setup.pageExtract), pageCount)) {
     if (m_state.mustEnd()) {
       m_firstUnfinished = range.firstPage + 1;
       return;

@@ -2,10 +2,8 @@
 #pragma once
 
 #include "engine/job/Findings.h"
-#include "engine/job/Operator.h"
+#include "engine/job/JobContext.h"
 #include "engine/job/PageWindow.h"
-#include "engine/job/RunState.h"
-#include "engine/job/SourceFile.h"
 #include "engine/match/PageMatcher.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/plan/RangePlanner.h"
@@ -17,8 +15,7 @@ namespace folivex {
 /// outline.
 class SourceRun {
 public:
-  SourceRun(const SplitSetup& setup, RunState& state, CPDFTextDumpInit& text, RangeSaver& saver,
-            Operator& person);
+  SourceRun(const SplitSetup& setup, const JobContext& job, RangeSaver& saver);
 
   /// Told what the matching engine sees; may be null, must outlive the run.
   void setObserver(MatchObserver* observer) {

@@ -1,6 +1,6 @@
 #include "engine/match/LineCollector.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <limits>

@@ -1,8 +1,8 @@
 // LineCollector: takes the words of a line for a file name.
 #pragma once
 
+#include "engine/match/RangeTexts.h"
 #include "engine/match/WordPlacer.h"
-#include "engine/plan/RangeTexts.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "engine/match/NearMisses.h"
 
 #include "engine/match/MatchText.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 #include "engine/words/WordSource.h"
 
@@ -64,11 +64,8 @@ QString NearMiss::sentence() const {
 }
 
 NearMisses NearMisses::forSearchText(const SplitSetup& setup) {
-  const SplitMethod method = splitMethodOf(setup.pageExtract);
   std::optional<PositionRule> position;
-  if (method == SplitMethod::MatchToNextMatchAtPosition ||
-      method == SplitMethod::MatchToNextUniqueMatchAtPosition ||
-      method == SplitMethod::MatchToUntilAtPosition) {
+  if (splitTraitsOf(setup.pageExtract).atPosition) {
     position.emplace(setup.matchPosH, setup.matchPosV);
   }
   if (wordNumberOf(setup.findString)) {
@@ -78,10 +75,10 @@ NearMisses NearMisses::forSearchText(const SplitSetup& setup) {
 }
 
 NearMisses NearMisses::forUntilText(const SplitSetup& setup) {
+  const SplitMethodTraits& method = splitTraitsOf(setup.pageExtract);
   std::optional<PositionRule> position;
   // An empty until text ends no range wherever it stands.
-  if (splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition &&
-      !setup.extractUntil.isEmpty()) {
+  if (method.untilWord && method.atPosition && !setup.extractUntil.isEmpty()) {
     position.emplace(setup.untilMatchPosH, setup.untilMatchPosV);
   }
   return {setup.extractUntil, setup, position};

@@ -1,9 +1,9 @@
 #include "engine/match/PageMatcher.h"
 
-#include "engine/job/RunState.h"
+#include "engine/base/RunState.h"
 #include "engine/match/MatchObserver.h"
+#include "engine/match/MatchTaker.h"
 #include "engine/match/MatchText.h"
-#include "engine/plan/RangePlanner.h"
 #include "engine/setup/SplitSetup.h"
 #include "engine/words/WordSource.h"
 
@@ -15,24 +15,15 @@ Qt::CaseSensitivity sensitivityOf(const SplitSetup& setup) {
   return setup.ignoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive;
 }
 
-bool matchesAtPosition(SplitMethod method) {
-  return method == SplitMethod::MatchToNextMatchAtPosition ||
-         method == SplitMethod::MatchToNextUniqueMatchAtPosition ||
-         method == SplitMethod::MatchToUntilAtPosition;
-}
-
-bool endsAtUntil(SplitMethod method) {
-  return method == SplitMethod::MatchToUntil || method == SplitMethod::MatchToUntilAtPosition;
-}
-
 bool namesAfterMatchedWord(FileNameMethod method) {
   return method == FileNameMethod::MatchedWord || method == FileNameMethod::PositionMatch;
 }
 
 } // namespace
 
-PageMatcher::PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& planner)
-    : m_run(run), m_planner(planner), m_nameMethod(fileNameMethodOf(setup.extract)),
+PageMatcher::PageMatcher(const SplitSetup& setup, RunState& run, MatchTaker& taker)
+    : m_run(run), m_taker(taker), m_texts(taker.texts()),
+      m_method(splitTraitsOf(setup.pageExtract)), m_nameMethod(fileNameMethodOf(setup.extract)),
       m_sensitivity(sensitivityOf(setup)), m_wordNumber(wordNumberOf(setup.findString)),
       m_searchText(setup.findString), m_untilText(setup.extractUntil),
       m_afterText(setup.extractFileName), m_startPosition(setup.matchPosH, setup.matchPosV),
@@ -42,7 +33,7 @@ PageMatcher::PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& p
       m_afterRing(setup.extractFileName, Qt::CaseSensitive) {}
 
 void PageMatcher::beginPage() {
-  LineCollector::beginPage(m_planner.texts().line,
+  LineCollector::beginPage(m_texts.line,
                            m_nameMethod == FileNameMethod::AfterTextRestOfLineAndNextPage);
 }
 
@@ -79,7 +70,6 @@ void PageMatcher::takeWordNumber(int wordIndex, QStringView text) {
 }
 
 void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
-  RangeTexts& texts = m_planner.texts();
   if (m_listing) {
     if (m_observer != nullptr) {
       m_observer->onListedWord(word.text, word.h, word.v);
@@ -96,7 +86,7 @@ void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
   if (m_state.afterTextPending) {
     startAfterText(word);
   }
-  m_collector.offer(texts.line, word);
+  m_collector.offer(m_texts.line, word);
 
   m_state.matchPending = false;
   noteAfterText(word.text);
@@ -106,32 +96,31 @@ void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
 }
 
 void PageMatcher::openPending(int pageIndex, const PlacedWord& word) {
-  RangeTexts& texts = m_planner.texts();
-  m_planner.openAt(pageIndex);
+  m_taker.openAt(pageIndex);
   // The word behind a filename-after text names the range itself.
   if (m_state.afterTextPending) {
     return;
   }
-  texts.rangeText = namesAfterMatchedWord(m_nameMethod) ? texts.matchedWord : word.text.toString();
-  texts.nameBuilt(m_nameMethod);
+  m_texts.rangeText =
+      namesAfterMatchedWord(m_nameMethod) ? m_texts.matchedWord : word.text.toString();
+  m_texts.nameBuilt(m_nameMethod);
   if (takesRestOfLine(m_nameMethod)) {
-    LineCollector::startLine(texts.line, word.v);
+    LineCollector::startLine(m_texts.line, word.v);
   }
 }
 
 void PageMatcher::startAfterText(const PlacedWord& word) {
-  RangeTexts& texts = m_planner.texts();
-  if (!texts.afterTextFirstTime) {
+  if (!m_texts.afterTextFirstTime) {
     return;
   }
-  texts.afterTextFirstTime = false;
-  texts.rangeText = word.text.toString();
-  texts.line.text.clear();
-  LineCollector::startLine(texts.line, word.v);
+  m_texts.afterTextFirstTime = false;
+  m_texts.rangeText = word.text.toString();
+  m_texts.line.text.clear();
+  LineCollector::startLine(m_texts.line, word.v);
 }
 
 void PageMatcher::noteAfterText(QStringView text) {
-  m_state.afterTextPending = m_planner.texts().seekAfterText && !m_afterText.isEmpty() &&
+  m_state.afterTextPending = m_texts.seekAfterText && !m_afterText.isEmpty() &&
                              (text == m_afterText || m_afterRing.matches());
 }
 
@@ -143,8 +132,8 @@ bool PageMatcher::isSearchText(QStringView text) const {
 }
 
 bool PageMatcher::takeStart(int pageIndex, const PlacedWord& word) {
-  const SplitMethod method = m_planner.method();
-  const bool waitsForUntil = method == SplitMethod::MatchToUntil && m_state.rangeAwaitingUntil;
+  const bool waitsForUntil =
+      m_method.untilWord && !m_method.atPosition && m_state.rangeAwaitingUntil;
   if (waitsForUntil || m_state.startSeen) {
     return false;
   }
@@ -152,12 +141,12 @@ bool PageMatcher::takeStart(int pageIndex, const PlacedWord& word) {
   if (!byWord && !m_searchRing.matches()) {
     return false;
   }
-  if (matchesAtPosition(method) && !m_startPosition.holds(word.h, word.v, word.text.size())) {
+  if (m_method.atPosition && !m_startPosition.holds(word.h, word.v, word.text.size())) {
     return false;
   }
   startAt(pageIndex, word, byWord ? word.text.toString() : m_searchRing.joinedText());
-  m_state.rangeAwaitingUntil = endsAtUntil(method);
-  m_state.startSeen = method == SplitMethod::MatchToUntilAtPosition;
+  m_state.rangeAwaitingUntil = m_method.untilWord;
+  m_state.startSeen = m_method.untilWord && m_method.atPosition;
   return true;
 }
 
@@ -169,8 +158,8 @@ void PageMatcher::takeUntil(int pageIndex, const PlacedWord& word) {
   if (!byWord && !m_untilRing.matches()) {
     return;
   }
-  if (m_planner.method() == SplitMethod::MatchToUntil) {
-    m_planner.closeAtUntil(pageIndex);
+  if (!m_method.atPosition) {
+    m_taker.closeAtUntil(pageIndex);
     m_state.rangeAwaitingUntil = false;
   } else if (m_untilPosition.holds(word.h, word.v, word.text.size())) {
     startAt(pageIndex, word, byWord ? word.text.toString() : m_untilRing.joinedText());
@@ -178,17 +167,16 @@ void PageMatcher::takeUntil(int pageIndex, const PlacedWord& word) {
 }
 
 void PageMatcher::startAt(int pageIndex, const PlacedWord& word, const QString& matchedText) {
-  RangeTexts& texts = m_planner.texts();
   // Closing hands a range on, and the word's text need not outlive that.
   const QString wordText = word.text.toString();
   if (m_state.startSeen) {
-    m_planner.closeAtUntil(pageIndex);
+    m_taker.closeAtUntil(pageIndex);
   } else {
-    m_planner.closeAtMatch(pageIndex);
+    m_taker.closeAtMatch(pageIndex);
   }
-  texts.matchedWord = matchedText;
-  if (matchesAtPosition(m_planner.method())) {
-    texts.line.text = wordText;
+  m_texts.matchedWord = matchedText;
+  if (m_method.atPosition) {
+    m_texts.line.text = wordText;
   }
   m_state.matchPending = true;
   if (m_run.showOnly) {

@@ -6,7 +6,8 @@
 #include "engine/match/PositionRule.h"
 #include "engine/match/WordPlacer.h"
 #include "engine/match/WordRing.h"
-#include "engine/naming/FileNameMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/words/PageWord.h"
 
 #include <QString>
@@ -16,17 +17,17 @@
 namespace folivex {
 
 class MatchObserver;
-class RangePlanner;
+class MatchTaker;
 class WordSource;
 struct RunState;
 struct SplitSetup;
 
-/// Scans one page after the other, in page order, and drives the planner with what it finds. One
+/// Scans one page after the other, in page order, and tells the taker of what it finds. One
 /// matcher serves one job: its state crosses page borders.
 class PageMatcher {
 public:
   /// Takes no ownership; all must outlive the matcher. Settings are read here, once.
-  PageMatcher(const SplitSetup& setup, RunState& run, RangePlanner& planner);
+  PageMatcher(const SplitSetup& setup, RunState& run, MatchTaker& taker);
 
   /// May be null. Not owned.
   void setObserver(MatchObserver* observer) { m_observer = observer; }
@@ -52,12 +53,14 @@ private:
   bool isSearchText(QStringView text) const;
 
   RunState& m_run;
-  RangePlanner& m_planner;
+  MatchTaker& m_taker;
+  RangeTexts& m_texts; ///< the taker's
   MatchObserver* m_observer = nullptr;
   bool m_listing = false;
   bool m_leavePage = false; ///< a show-only run is not to go on
 
   // What the setup asks for.
+  const SplitMethodTraits& m_method;
   FileNameMethod m_nameMethod;
   Qt::CaseSensitivity m_sensitivity;
   std::optional<int> m_wordNumber; ///< counted from 1: each page's word of this number is searched

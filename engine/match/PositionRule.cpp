@@ -1,19 +1,12 @@
 #include "engine/match/PositionRule.h"
 
-#include "engine/match/MatchText.h"
-
 #include <algorithm>
 #include <cstdlib>
 
 namespace folivex {
 
 PositionRule::Axis PositionRule::Axis::parsed(QStringView text) {
-  Axis axis;
-  axis.low = axis.high = axis.alternative = leadingInteger(text);
-  // The first character may be the sign of the low value.
-  if (const qsizetype dash = text.indexOf(u'-', 1); dash > 0) {
-    axis.high = leadingInteger(text.sliced(dash + 1));
-  }
+  Axis axis{leadingRange(text), leadingInteger(text)};
   if (const qsizetype bar = text.indexOf(u'|', 1); bar > 0) {
     axis.alternative = leadingInteger(text.sliced(bar + 1));
   }
@@ -21,29 +14,30 @@ PositionRule::Axis PositionRule::Axis::parsed(QStringView text) {
 }
 
 qint64 PositionRule::Axis::distance(int value) const {
-  if (low <= 0 && high == low && alternative == low) {
+  if (range.low <= 0 && range.high == range.low && alternative == range.low) {
     return 0;
   }
-  const qint64 toRange = std::max({qint64{0}, qint64{low} - value, qint64{value} - high});
+  const qint64 toRange =
+      std::max({qint64{0}, qint64{range.low} - value, qint64{value} - range.high});
   return std::min(toRange, std::abs(qint64{value} - alternative));
 }
 
 PositionRule::PositionRule(QStringView h, QStringView v)
     : m_h(Axis::parsed(h)), m_v(Axis::parsed(v)) {}
 
-PositionRule::PositionRule(int h, int v) : m_h{h, h, h}, m_v{v, v, v} {}
+PositionRule::PositionRule(int h, int v) : m_h{{h, h}, h}, m_v{{v, v}, v} {}
 
 bool PositionRule::holds(int h, int v, qsizetype length) const {
   if (m_v.holds(v) && m_h.holds(h)) {
     return true;
   }
   const auto isAnyOfLength = [length](const Axis& axis) {
-    return axis.low < 0 && -qint64{axis.low} == length;
+    return axis.range.low < 0 && -qint64{axis.range.low} == length;
   };
-  const bool onLine = v == m_v.low;
-  const bool onColumn = h == m_h.low;
-  return (onLine && (isAnyOfLength(m_h) || m_h.low == 0)) ||
-         (onColumn && (isAnyOfLength(m_v) || m_v.low == 0));
+  const bool onLine = v == m_v.range.low;
+  const bool onColumn = h == m_h.range.low;
+  return (onLine && (isAnyOfLength(m_h) || m_h.range.low == 0)) ||
+         (onColumn && (isAnyOfLength(m_v) || m_v.range.low == 0));
 }
 
 qint64 PositionRule::distance(int h, int v) const {

@@ -1,7 +1,7 @@
 // PositionRule: where on the page a word must stand.
 #pragma once
 
-#include <QStringView>
+#include "engine/base/Text.h"
 
 namespace folivex {
 
@@ -26,12 +26,11 @@ public:
 
 private:
   struct Axis {
-    int low = 0;
-    int high = 0;
+    IntRange range;
     int alternative = 0;
 
     static Axis parsed(QStringView text);
-    bool holds(int value) const { return (value >= low && value <= high) || value == alternative; }
+    bool holds(int value) const { return range.contains(value) || value == alternative; }
     qint64 distance(int value) const;
   };
 

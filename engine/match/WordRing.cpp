@@ -1,5 +1,6 @@
 #include "engine/match/WordRing.h"
 
+#include "engine/base/Text.h"
 #include "engine/match/MatchText.h"
 
 #include <algorithm>

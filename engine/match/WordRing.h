@@ -1,7 +1,7 @@
 // WordRing: the last words of a job, for search texts of several words.
 #pragma once
 
-#include "engine/plan/RangeTexts.h"
+#include "engine/match/RangeTexts.h"
 
 #include <QString>
 #include <QStringView>

@@ -1,6 +1,6 @@
 #include "engine/naming/NameCleaner.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 #include "engine/naming/TextFilter.h"
 #include "engine/setup/SplitSetup.h"
 

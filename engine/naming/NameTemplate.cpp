@@ -1,6 +1,6 @@
 #include "engine/naming/NameTemplate.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 #include "engine/naming/NameCleaner.h"
 #include "engine/naming/TextFilter.h"
 #include "platform/Paths.h"
@@ -80,8 +80,8 @@ QStringList replacePositionTokens(QString& text, const NameTokenValues& values) 
     }
     const qsizetype inside = begin + positionToken.size();
     const QString position = text.sliced(inside, end - inside);
-    words += values.wordAt(parsePosition(position.section(u',', 0, 0)),
-                           parsePosition(position.section(u',', 1, 1)));
+    words += values.wordAt(leadingRange(position.section(u',', 0, 0)),
+                           leadingRange(position.section(u',', 1, 1)));
     text.replace(begin, end + 1 - begin, pageWordMark);
   }
   return words;
@@ -126,16 +126,6 @@ QString withPageText(const QString& text, const QString& matchText, const QStrin
 }
 
 } // namespace
-
-IntRange parsePosition(QStringView text) {
-  IntRange range;
-  range.low = range.high = leadingInteger(text);
-  // The first character may be the sign of the low value.
-  if (const qsizetype dash = text.indexOf(u'-', 1); dash > 0) {
-    range.high = leadingInteger(text.sliced(dash + 1));
-  }
-  return range;
-}
 
 NameTemplate::NameTemplate(const QString& text) {
   QString typed = text;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/naming/NameClock.h"
-#include "engine/naming/PageWords.h"
+#include "engine/words/PageWordLookup.h"
 
 #include <QDateTime>
 #include <QString>
@@ -45,8 +45,5 @@ private:
   QString m_text;
   bool m_asksForFolder = false;
 };
-
-/// "100" or "100-120" as a position token holds it; what is no number counts as 0.
-IntRange parsePosition(QStringView text);
 
 } // namespace folivex

@@ -1,6 +1,6 @@
 #include "engine/naming/OutputNamer.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 #include "engine/naming/OutputPath.h"
 #include "platform/Paths.h"
 

@@ -1,16 +1,16 @@
 // OutputNamer: from a planned range to the full path of its output.
 #pragma once
 
-#include "engine/naming/FileNameMethod.h"
 #include "engine/naming/FileSystemRules.h"
 #include "engine/naming/NameCleaner.h"
 #include "engine/naming/NameClock.h"
 #include "engine/naming/NameList.h"
 #include "engine/naming/NameTemplate.h"
 #include "engine/naming/OutputPath.h"
-#include "engine/naming/PageWords.h"
 #include "engine/plan/SplitRange.h"
+#include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitSetup.h"
+#include "engine/words/PageWordLookup.h"
 
 #include <QString>
 

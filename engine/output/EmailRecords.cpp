@@ -1,6 +1,6 @@
 #include "engine/output/EmailRecords.h"
 
-#include "engine/match/MatchText.h"
+#include "engine/base/Text.h"
 
 #include <utility>
 

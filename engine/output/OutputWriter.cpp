@@ -1,9 +1,9 @@
 #include "engine/output/OutputWriter.h"
 
+#include "engine/base/Utf16.h"
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
-#include "engine/words/Utf16.h"
 #include "platform/OutsideProgram.h"
 
 #include <QDir>

@@ -1,8 +1,8 @@
 // OutputWriter: reserved outputs become files.
 #pragma once
 
-#include "engine/job/Operator.h"
-#include "engine/job/RunState.h"
+#include "engine/base/Operator.h"
+#include "engine/base/RunState.h"
 #include "engine/naming/OutputReservation.h"
 #include "engine/output/HandedOutputs.h"
 #include "engine/output/PageAccount.h"

@@ -4,32 +4,13 @@
 
 namespace folivex {
 
-namespace {
-
-bool counts(const Bookmark& entry, BookmarkMethod method, int pageCount) {
-  if (entry.page < 1 || entry.page > pageCount) {
-    return false;
-  }
-  switch (method) {
-  case BookmarkMethod::All:
-    return true;
-  case BookmarkMethod::RootLevel:
-    return entry.level == 0;
-  case BookmarkMethod::SecondLevel:
-    return entry.level == 1;
-  case BookmarkMethod::None:
-    break;
-  }
-  return false;
-}
-
-} // namespace
-
-std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, BookmarkMethod method,
+std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, SplitMethod method,
                                        int pageCount) {
+  const std::optional<int> level = traitsOf(method).level;
   std::vector<const Bookmark*> starts;
   for (const Bookmark& entry : outline) {
-    if (counts(entry, method, pageCount)) {
+    const bool leadsToPage = entry.page >= 1 && entry.page <= pageCount;
+    if (leadsToPage && entry.level == level.value_or(entry.level)) {
       starts.push_back(&entry);
     }
   }

@@ -1,8 +1,8 @@
 // Ranges taken from a source's bookmarks.
 #pragma once
 
-#include "engine/plan/SplitMethod.h"
 #include "engine/plan/SplitRange.h"
+#include "engine/setup/SplitMethod.h"
 
 #include <vector>
 
@@ -22,7 +22,7 @@ struct Bookmark {
 /// Entries without a page are passed over. Of several entries on one page the first names the
 /// range. Entries that stand out of page order are put in it. Pages before the first entry are in
 /// no range.
-std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, BookmarkMethod method,
+std::vector<SplitRange> bookmarkRanges(const std::vector<Bookmark>& outline, SplitMethod method,
                                        int pageCount);
 
 } // namespace folivex

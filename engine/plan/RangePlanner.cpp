@@ -1,6 +1,6 @@
 #include "engine/plan/RangePlanner.h"
 
-#include "engine/job/RunState.h"
+#include "engine/base/RunState.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <algorithm>
@@ -8,10 +8,10 @@
 namespace folivex {
 
 RangePlanner::RangePlanner(const SplitSetup& setup, RunState& run, RangeSaver& saver)
-    : m_run(run), m_saver(saver), m_method(splitMethodOf(setup.pageExtract)),
+    : m_run(run), m_saver(saver), m_method(splitTraitsOf(setup.pageExtract)),
       m_takesRestOfLine(takesRestOfLine(fileNameMethodOf(setup.extract))),
       m_searchTextEmpty(setup.findString.isEmpty()) {
-  m_run.pendingStart = m_run.pendingEnd = -1;
+  m_run.pendingStart = -1;
 }
 
 void RangePlanner::openAt(int pageIndex) {
@@ -23,8 +23,8 @@ void RangePlanner::closeAtMatch(int pageIndex) {
     return;
   }
   const int start = m_run.pendingStart;
-  const int end = m_method == SplitMethod::MatchedPageOnly ? start : std::max(start, pageIndex - 1);
-  if (mergesRanges(m_method)) {
+  const int end = m_method.onePage ? start : std::max(start, pageIndex - 1);
+  if (m_method.unique) {
     // A range that repeats the one before stays open: should no word follow the match, the end of
     // the document still finds it.
     if (!saveUnique(end)) {
@@ -40,7 +40,7 @@ void RangePlanner::closeAtUntil(int pageIndex) {
   if (m_run.pendingStart < 0) {
     return;
   }
-  const int last = m_method == SplitMethod::MatchToUntil ? pageIndex : pageIndex - 1;
+  const int last = m_method.atPosition ? pageIndex - 1 : pageIndex;
   save(m_run.pendingStart, std::max(m_run.pendingStart, last), m_texts.rangeText);
   closed();
 }
@@ -54,22 +54,12 @@ void RangePlanner::closeAtEnd(int lastPageIndex, int pageCount) {
   if (m_searchTextEmpty && m_texts.rangeText.isEmpty()) {
     m_texts.rangeText = m_texts.matchedWord;
   }
-  if (pageCount == 1 && m_method == SplitMethod::MatchToNextUniqueMatch) {
-    m_method = SplitMethod::MatchToNextMatch;
-  }
-  switch (m_method) {
-  case SplitMethod::MatchToNextUniqueMatch:
-  case SplitMethod::MatchToNextUniqueMatchAtPosition:
+  if (m_method.unique && (pageCount != 1 || m_method.atPosition)) {
     saveUnique(end);
-    break;
-  case SplitMethod::MatchToNextMatchAtPosition:
-    save(start, end, m_texts.line.text.isEmpty() ? m_texts.rangeText : m_texts.line.text);
-    break;
-  case SplitMethod::MatchedPageOnly:
-    save(start, start, m_texts.rangeText);
-    break;
-  default:
-    save(start, end, m_texts.rangeText);
+  } else if (m_method.atPosition && !m_method.untilWord && !m_texts.line.text.isEmpty()) {
+    save(start, end, m_texts.line.text);
+  } else {
+    save(start, m_method.onePage ? start : end, m_texts.rangeText);
   }
   closed();
 }
@@ -101,7 +91,6 @@ bool RangePlanner::repeatsPrevious() {
 }
 
 void RangePlanner::save(int start, int end, const QString& text, bool repeats) {
-  m_run.pendingEnd = end;
   SplitRange range{start, end, text, m_texts.line.text, repeats};
   if (!m_run.showOnly) {
     m_saver.saveRange(range);
@@ -111,7 +100,7 @@ void RangePlanner::save(int start, int end, const QString& text, bool repeats) {
 }
 
 void RangePlanner::closed() {
-  m_run.pendingStart = m_run.pendingEnd = -1;
+  m_run.pendingStart = -1;
 }
 
 } // namespace folivex

@@ -59,12 +59,6 @@ bool PagePositions::close() {
   return m_file.close();
 }
 
-void PagePositions::onWordCount(int /*pageIndex*/, int /*wordCount*/) {}
-
-bool PagePositions::onMatch(int /*pageIndex*/, const QString& /*word*/, int /*h*/, int /*v*/) {
-  return true;
-}
-
 void PagePositions::onListedWord(QStringView text, int h, int v) {
   m_file.write(columns(text, QString::number(h), QString::number(v)));
   m_file.flush();

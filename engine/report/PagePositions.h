@@ -1,7 +1,7 @@
 // PagePositions: the listing of every word of one page with its position.
 #pragma once
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 #include "engine/match/MatchObserver.h"
 #include "platform/TextFile.h"
 
@@ -19,13 +19,10 @@ public:
   /// Deletes an old listing and writes the head of a new one; `page` counts from 1. Empty, or the
   /// message to show.
   QString open(const QString& path, const QString& source, int page);
-  int wordCount() const { return m_wordCount; }
   /// Adds what there is to say when no word was listed, and closes. False when it could not be
   /// written whole.
   bool close();
 
-  void onWordCount(int pageIndex, int wordCount) override;
-  bool onMatch(int pageIndex, const QString& word, int h, int v) override;
   void onListedWord(QStringView text, int h, int v) override;
   void onEmptyPage(int pageIndex) override;
 

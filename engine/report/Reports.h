@@ -1,7 +1,7 @@
 // Reports: the text and CSV report of a run.
 #pragma once
 
-#include "engine/job/RunState.h"
+#include "engine/base/RunState.h"
 #include "engine/report/ReportPaths.h"
 #include "platform/TextFile.h"
 

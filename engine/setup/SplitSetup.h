@@ -91,4 +91,11 @@ struct SplitSetup {
 /// The record as it is before any setup file was read, with this system's output folder.
 SplitSetup defaultSetup();
 
+/// The folder of the outputs of `source`: `SPLITTOSOURCE` stands above `OUTPUTDIR`, and no folder
+/// means the default.
+QString outputFolderOf(const SplitSetup& setup, const QString& source);
+
+/// Empty, or why these settings cannot be run together.
+QString contradictionIn(const SplitSetup& setup);
+
 } // namespace folivex

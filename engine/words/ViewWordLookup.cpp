@@ -1,7 +1,7 @@
 #include "engine/words/ViewWordLookup.h"
 
+#include "engine/base/Utf16.h"
 #include "engine/words/CPDFTextDumpInit.h"
-#include "engine/words/Utf16.h"
 
 #include <span>
 #include <utility>
@@ -12,10 +12,6 @@ namespace {
 
 /// A page with more words than this is no page of a document.
 constexpr int maxWordsOfPage = 32768;
-
-bool within(IntRange range, int value) {
-  return range.low <= value && value <= range.high;
-}
 
 } // namespace
 
@@ -50,7 +46,7 @@ QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
        std::span(words, count > 0 ? static_cast<std::size_t>(count) : 0)) {
     const int wordH = m_source.rotated ? word.v : word.h;
     const int wordV = m_source.rotated ? word.h : word.v;
-    if (within(h, wordH) && within(v, wordV)) {
+    if (h.contains(wordH) && v.contains(wordV)) {
       return QString::fromUtf16(word.text).left(maxWordLength);
     }
   }

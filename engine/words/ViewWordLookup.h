@@ -1,7 +1,7 @@
 // ViewWordLookup: words by position, beside the page loop.
 #pragma once
 
-#include "engine/naming/PageWords.h"
+#include "engine/words/PageWordLookup.h"
 
 #include <functional>
 

@@ -1,7 +1,6 @@
 #include "mail/delivery/FinishedRun.h"
 
 #include "engine/output/EmailRecords.h"
-#include "engine/setup/SplitSetup.h"
 #include "platform/Paths.h"
 
 namespace folivex {
@@ -15,14 +14,6 @@ FinishedRun finishedRun(const QString& source, const EmailRecords& records) {
                            record.addresses.address, record.addresses.further});
   }
   return run;
-}
-
-QString outputFolderOf(const SplitSetup& setup, const QString& source) {
-  if (setup.splitToSource) {
-    return platform::folderOf(source);
-  }
-  const QString folder = platform::withoutTrailingBlanks(setup.outputDir);
-  return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
 }
 
 } // namespace folivex

@@ -6,7 +6,6 @@
 namespace folivex {
 
 class EmailRecords;
-struct SplitSetup;
 
 struct FinishedRun {
   QString source; ///< full path of the PDF that was split
@@ -14,8 +13,5 @@ struct FinishedRun {
 };
 
 FinishedRun finishedRun(const QString& source, const EmailRecords& records);
-
-/// Where the outputs of `source` lie.
-QString outputFolderOf(const SplitSetup& setup, const QString& source);
 
 } // namespace folivex

@@ -1,6 +1,6 @@
 #include "mail/delivery/KeptLists.h"
 
-#include "mail/delivery/FinishedRun.h"
+#include "engine/setup/SplitSetup.h"
 #include "platform/Paths.h"
 
 #include <QDateTime>

@@ -1,6 +1,7 @@
 #include "mail/delivery/RunReports.h"
 
 #include "engine/report/ReportPaths.h"
+#include "engine/setup/SplitSetup.h"
 #include "mail/delivery/FinishedRun.h"
 
 namespace folivex {

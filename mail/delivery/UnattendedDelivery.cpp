@@ -1,6 +1,6 @@
 #include "mail/delivery/UnattendedDelivery.h"
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailListFile.h"
 #include "mail/delivery/SendOutcome.h"

@@ -6,7 +6,7 @@
 #include "app/dialogs/CPageNumberDlg.h"
 #include "app/dialogs/CReportOptionsDlg.h"
 #include "app/dialogs/CStatusDlg.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "scripts/pictures/Scenes.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
@@ -42,7 +42,7 @@ void takeMainWindow(Camera& camera, const Studio& studio) {
   main.show(byPosition());
   camera.take(window, QStringLiteral("main"));
   SplitSetup bookmarks = byPosition();
-  bookmarks.pageExtract = bookmarkMethodTexts()[1];
+  bookmarks.pageExtract = splitMethodTexts()[8];
   bookmarks.splitToSource = true;
   main.show(bookmarks);
   camera.take(window, QStringLiteral("main-bookmarks"));

@@ -1,5 +1,5 @@
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "scripts/pictures/Camera.h"
 
 namespace folivex::pictures {

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/MainWindow.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "tests/support/BuiltLibraries.h"
 #include "tests/support/Programs.h"
 #include "tests/support/TextPdf.h"

@@ -53,7 +53,7 @@ TEST_F(MainWindowTest, ChoicesDisableWhatTheyMakeIdle) {
   EXPECT_TRUE(isEnabled("MATCHPOSV") && label->isEnabled() && isEnabled("EXTRACTUNTIL"));
 
   choose("EXTRACT", fileNameMethodTexts()[3]);
-  choose("PAGEEXTRACT", bookmarkMethodTexts()[2]);
+  choose("PAGEEXTRACT", splitMethodTexts()[9]);
   EXPECT_FALSE(isEnabled("FINDSTRING") || isEnabled("MATCHPOSH") || isEnabled("EXTRACT"));
   EXPECT_EQ(m_window->currentSetup().extract, bookmarkFileNameMethodText());
   choose("PAGEEXTRACT", splitMethodTexts()[0]);

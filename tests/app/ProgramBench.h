@@ -1,9 +1,9 @@
 // ProgramBench: setups and sources for the program as a process.
 #pragma once
 
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupStore.h"
+#include "engine/setup/SplitMethod.h"
 #include "tests/support/TextPdf.h"
 #include "tests/support/Workplace.h"
 

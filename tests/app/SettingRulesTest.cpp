@@ -6,8 +6,8 @@
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
 #include "app/groups/PickTargets.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 #include "tests/support/Programs.h"
 
@@ -82,7 +82,7 @@ Change at(const char* h, const char* v) {
 }
 
 Change bookmarks() {
-  return [](SplitSetup& setup) { setup.pageExtract = bookmarkMethodTexts()[1]; };
+  return [](SplitSetup& setup) { setup.pageExtract = splitMethodTexts()[8]; };
 }
 
 TEST(SettingUse, ChoicesMakeOtherSettingsIdle) {

@@ -1,8 +1,8 @@
 // What a report of a problem tells, and what it must not.
 #include "app/help/CProblemReportDlg.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupFields.h"
+#include "engine/setup/SplitMethod.h"
 #include "tests/support/Programs.h"
 #include "tests/support/WindowBench.h"
 #include "widgets/WindowMemory.h"

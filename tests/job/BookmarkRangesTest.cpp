@@ -11,16 +11,16 @@ namespace {
 struct Row {
   const char* fault;
   std::vector<Bookmark> outline;
-  BookmarkMethod method;
+  SplitMethod method;
   const char* ranges; ///< "first-last title;", pages from 1
 };
 
 } // namespace
 
 TEST(BookmarkRanges, Rows) {
-  constexpr auto any = BookmarkMethod::All;
-  constexpr auto root = BookmarkMethod::RootLevel;
-  constexpr auto second = BookmarkMethod::SecondLevel;
+  constexpr auto any = SplitMethod::Bookmarks;
+  constexpr auto root = SplitMethod::RootBookmarks;
+  constexpr auto second = SplitMethod::SecondLevelBookmarks;
   const std::vector<Bookmark> tree = {{"A", 0, 2},    {"A1", 1, 2}, {"A2", 1, 4},
                                       {"deep", 2, 5}, {"B", 0, 6},  {"B1", 1, 9}};
   const Row rows[] = {

@@ -275,7 +275,7 @@ TEST_F(Job, BookmarksNeedNoOcr) {
   pdf.bookmarks = {{0, 1, "One: 1/2"}, {1, 2, "inner"}, {0, 3, "Three"}};
   pdf.write(source());
   setup().ocrFirst = true;
-  setup().pageExtract = bookmarkMethodTexts()[1];
+  setup().pageExtract = splitMethodTexts()[8];
   setup().extract = bookmarkFileNameMethodText();
   EXPECT_EQ(run(), RunError::None);
   EXPECT_EQ(outputs(),
@@ -400,7 +400,7 @@ TEST_F(Job, ShowOnlyRun) {
   EXPECT_EQ(filesBelow(folder()), QStringList{"in/a.pdf"});
 
   m_person.onEvents = nullptr;
-  setup().pageExtract = bookmarkMethodTexts()[0];
+  setup().pageExtract = splitMethodTexts()[7];
   driver().ShowMatches(stopped);
   EXPECT_EQ(m_person.messages, QStringList{"Sorry can't show with bookmarks, can extract only"});
 }

@@ -1,7 +1,7 @@
 // Pages made in memory, and a run of the matcher over them.
 #pragma once
 
-#include "engine/job/RunState.h"
+#include "engine/base/RunState.h"
 #include "engine/match/MatchObserver.h"
 #include "engine/match/PageMatcher.h"
 #include "engine/plan/RangePlanner.h"

@@ -1,3 +1,4 @@
+#include "engine/base/Text.h"
 #include "engine/match/MatchText.h"
 #include "engine/match/PositionRule.h"
 #include "engine/match/WordRing.h"

@@ -1,7 +1,7 @@
 // RecordingOperator: stands in for the person, and keeps what was told.
 #pragma once
 
-#include "engine/job/Operator.h"
+#include "engine/base/Operator.h"
 
 #include <QStringList>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/job/JobDriver.h"
-#include "engine/naming/FileNameMethod.h"
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RealLibraries.h"
 #include "tests/support/RecordingOperator.h"

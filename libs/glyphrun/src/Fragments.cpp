@@ -1,5 +1,7 @@
 #include "Fragments.h"
 
+#include "Unicode.h"
+
 #include <algorithm>
 #include <cstring>
 

@@ -1,6 +1,7 @@
 #include "ReadingOrder.h"
 
 #include "Fragments.h"
+#include "Unicode.h"
 
 #include <algorithm>
 #include <cmath>

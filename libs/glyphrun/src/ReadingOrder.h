@@ -1,7 +1,8 @@
 // From linked fragments to words with rounded positions, and the order in which they are read.
 #pragma once
 
-#include "WordAssembler.h"
+#include "Fragments.h"
+#include "PageWords.h"
 
 #include <string>
 #include <vector>

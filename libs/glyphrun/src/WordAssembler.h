@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Font.h"
+#include "Fragments.h"
 #include "Geometry.h"
 #include "PageWords.h"
 
@@ -29,27 +30,6 @@ struct JoiningTolerance {
   /// From the factor of the settings, 1.02 for plain text. Each hundredth more is a hundredth of an
   /// em.
   static JoiningTolerance fromFactor(double factor);
-};
-
-/// A stretch of glyphs drawn one after the other that touch.
-struct Fragment {
-  std::uint32_t text = 0;
-  std::uint32_t length = 0;
-  std::uint32_t firstGlyph = 0;
-  std::uint32_t glyphs = 0;
-  std::uint32_t font = 0;
-  std::int32_t next = -1; ///< the fragment that continues the word
-  float start = 0;        ///< along the direction, from a common origin
-  float end = 0;
-  float across = 0; ///< baseline across the direction
-  float em = 0;
-  float line = 0; ///< `across` of the line it belongs to
-  float ascent = 0;
-  float descent = 0;
-  std::uint8_t heading = 0; ///< Heading
-  std::uint8_t state = 0;   ///< FragmentState
-  std::uint16_t traits = 0; ///< all traits of its glyphs
-  Point origin;
 };
 
 /// Takes the glyphs of one page and gives its words. It knows nothing of PDF: a test can feed it by

@@ -1,17 +1,9 @@
 // PageWordLookup: words of a page by their position, for the names that ask for one.
 #pragma once
 
-#include <QString>
+#include "engine/base/Text.h"
 
 namespace folivex {
-
-/// A closed range of whole numbers, both ends included. One number n is the range n..n.
-struct IntRange {
-  int low = 0;
-  int high = 0;
-
-  bool operator==(const IntRange&) const = default;
-};
 
 /// Reads one word of the source that is being split.
 class PageWordLookup {

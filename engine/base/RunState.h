@@ -3,8 +3,6 @@
 
 #include <QString>
 
-#include <array>
-
 namespace folivex {
 
 /// The negative codes that a run records, and with which an unattended program ends.
@@ -25,22 +23,19 @@ enum class RunError {
 /// State of the run in progress. Page indexes count from 0.
 struct RunState {
   int pendingStart = -1; ///< first page of the range that is open, -1 when none
-  int pendingEnd = -1;   ///< last page of that range, -1 when none
   int outputCount = 0;   ///< output files handed to the writer; at the end, those written
   int rangeCount = 0;    ///< ranges saved
   int emptiedRanges = 0; ///< ranges of which no page was left
   bool userStop = false;
   bool abortRun = false;
-  bool finished = false; ///< nothing more is to be done
   bool showOnly = false; ///< matches are shown, nothing is written
   int matchesShown = 0;
   bool automation = false;  ///< no message boxes
   bool commandLine = false; ///< started with arguments: a failure ends the program
   QString ocrFile;          ///< the OCR'd copy of the source, empty when there is none
-  std::array<QString, 20> fileNameWords;
   RunError error = RunError::None;
 
-  bool mustEnd() const { return userStop || abortRun || finished; }
+  bool mustEnd() const { return userStop || abortRun; }
 };
 
 } // namespace folivex

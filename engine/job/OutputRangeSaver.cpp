@@ -1,4 +1,4 @@
-#include "engine/output/OutputRangeSaver.h"
+#include "engine/job/OutputRangeSaver.h"
 
 #include <QDir>
 
@@ -32,7 +32,7 @@ void OutputRangeSaver::saveRange(SplitRange& range) {
     m_held.clear();
   }
   m_held.push_back(range);
-  if (!mergesRanges(m_splitMethod)) {
+  if (!traitsOf(m_splitMethod).unique) {
     finish();
   }
   m_person.handlePendingEvents();

@@ -1,14 +1,14 @@
 // OutputRangeSaver: names, writes and records the ranges of one source.
 #pragma once
 
-#include "engine/job/Operator.h"
-#include "engine/job/RunState.h"
+#include "engine/base/Operator.h"
+#include "engine/base/RunState.h"
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
 #include "engine/output/EmailRecords.h"
 #include "engine/plan/RangeSaver.h"
-#include "engine/plan/SplitMethod.h"
 #include "engine/report/Reports.h"
+#include "engine/setup/SplitMethod.h"
 
 #include <vector>
 

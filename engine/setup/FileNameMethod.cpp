@@ -1,6 +1,6 @@
-#include "engine/naming/FileNameMethod.h"
+#include "engine/setup/FileNameMethod.h"
 
-#include "engine/plan/SplitMethod.h"
+#include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
 namespace folivex {
@@ -41,7 +41,7 @@ FileNameMethod fileNameMethodOf(const QString& text) {
 
 FileNameMethod fileNameMethodOf(const SplitSetup& setup) {
   const FileNameMethod method = fileNameMethodOf(setup.extract);
-  const bool fromBookmarks = bookmarkMethodOf(setup.pageExtract) != BookmarkMethod::None;
+  const bool fromBookmarks = splitTraitsOf(setup.pageExtract).fromBookmarks;
   return fromBookmarks && namesAfterText(method) ? FileNameMethod::Bookmark : method;
 }
 

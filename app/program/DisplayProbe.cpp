@@ -1,4 +1,4 @@
-#include "app/DisplayProbe.h"
+#include "app/program/DisplayProbe.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 // RangeTexts: the texts that a range is named after, and what a save resets of them.
 #pragma once
 
-#include "engine/naming/FileNameMethod.h"
+#include "engine/setup/FileNameMethod.h"
 
 #include <QString>
 

@@ -1,0 +1,40 @@
+#include "engine/job/BatchScope.h"
+
+#include "engine/job/OutputFolder.h"
+
+namespace folivex {
+
+void BatchScope::begin(const QStringList& sources) {
+  end();
+  m_isOpen = true;
+  m_sources = sources;
+}
+
+void BatchScope::end() {
+  m_isOpen = false;
+  m_sources.clear();
+  m_clearedFolders.clear();
+  m_names.reset();
+}
+
+QString BatchScope::clear(const QString& folder, const QString& source) {
+  if (m_isOpen) {
+    m_clearedFolders += folder;
+  }
+  return clearOutputFolder(folder, kept(source));
+}
+
+NameList& BatchScope::names(const QString& path) {
+  if (!m_isOpen || !m_names || m_names->path() != path) {
+    m_names.emplace(path);
+  }
+  return *m_names;
+}
+
+void BatchScope::namesTaken() {
+  if (!m_isOpen) {
+    m_names.reset();
+  }
+}
+
+} // namespace folivex

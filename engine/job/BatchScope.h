@@ -1,0 +1,39 @@
+// BatchScope: what lasts from one source of a batch to the next.
+#pragma once
+
+#include "engine/naming/NameList.h"
+
+#include <QStringList>
+
+#include <optional>
+
+namespace folivex {
+
+/// Several sources are one piece of work between begin() and end(): an output folder is cleared
+/// before the first of them only, and none of the sources with it, and the list of names goes on
+/// from source to source. Outside of it each run stands alone.
+class BatchScope {
+public:
+  void begin(const QStringList& sources);
+  void end();
+
+  /// Whether a run would still clear this folder.
+  bool mayClear(const QString& folder) const { return !m_clearedFolders.contains(folder); }
+  /// Clears it before a run of `source`. Empty, or what stood in the way.
+  QString clear(const QString& folder, const QString& source);
+  /// The sources that stay when a folder is cleared for a run of `source`.
+  QStringList kept(const QString& source) const { return m_sources + QStringList(source); }
+
+  /// The list at this path: a batch goes through one, every other run begins it.
+  NameList& names(const QString& path);
+  /// A run has named its outputs. Nobody could save the list while it is open.
+  void namesTaken();
+
+private:
+  bool m_isOpen = false;
+  QStringList m_sources;
+  QStringList m_clearedFolders;
+  std::optional<NameList> m_names;
+};
+
+} // namespace folivex
