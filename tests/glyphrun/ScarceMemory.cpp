@@ -13,9 +13,13 @@ std::atomic<std::thread::id> provided;
 } // namespace
 
 // The library's own calls end here as well: a program's operators go before those of its libraries.
-void* operator new(std::size_t bytes) {
+void* operator new(std::size_t bytes, const std::nothrow_t& /*unused*/) noexcept {
   const bool isRefused = isScarce && provided.load() != std::this_thread::get_id();
-  void* block = isRefused ? nullptr : std::malloc(bytes);
+  return isRefused ? nullptr : std::malloc(bytes);
+}
+
+void* operator new(std::size_t bytes) {
+  void* block = operator new(bytes, std::nothrow);
   if (block == nullptr) {
     throw std::bad_alloc();
   }

@@ -152,7 +152,8 @@ void PdfFile::readPages() {
     if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second)) {
       return;
     }
-    m_nodes.push_back({pdf_keep_obj(m_mu->raw(), node.raw()), parent});
+    m_nodes.push_back({node.raw(), parent});
+    pdf_keep_obj(m_mu->raw(), node.raw());
     stack.push_back({static_cast<std::uint32_t>(m_nodes.size() - 1), 0, node.get("Kids").size()});
   };
   const PdfObject root = catalog().get("Pages");
@@ -173,7 +174,8 @@ void PdfFile::readPages() {
     if (kid.get("Kids").isArray()) {
       enter(kid, static_cast<std::int32_t>(node));
     } else {
-      m_pages.push_back({pdf_keep_obj(m_mu->raw(), kid.raw()), node});
+      m_pages.push_back({kid.raw(), node});
+      pdf_keep_obj(m_mu->raw(), kid.raw());
     }
     // Each time a quarter more pages are known, so that it costs the same for every page.
     if (m_pages.size() >= forgetAt) {
