@@ -119,6 +119,10 @@ void SourceFile::endSplitting(const SplitSetup& setup) {
   if (!m_splits) {
     return;
   }
+  constexpr int waitStepMs = 20;
+  do { // a large file is opened for seconds
+    m_job.person.handlePendingEvents();
+  } while (m_job.libraries.split.WaitForOpening(waitStepMs) != 0);
   m_job.libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
   const int result =
       m_job.libraries.split.PdfTextDumpOpenFile(utf16(m_source), utf16(setup.pdfPassword));

@@ -30,6 +30,7 @@ CSplitPdfInit::CSplitPdfInit()
   bind(BeginOpenFile, "BeginOpenFile");
   bind(SetKeepBookmarks, "SetKeepBookmarks");
   bind(SetWriteBehind, "SetWriteBehind");
+  bind(WaitForOpening, "WaitForOpening");
   bind(WaitForRoom, "WaitForRoom");
   bind(DrainRanges, "DrainRanges");
   bind(TakeFailedRange, "TakeFailedRange");

@@ -49,6 +49,7 @@ public:
   Operation<void(const char16_t*, const char16_t*)> BeginOpenFile;
   Operation<void(int32_t)> SetKeepBookmarks;
   Operation<void(int32_t)> SetWriteBehind;
+  Operation<int32_t(int32_t)> WaitForOpening;
   Operation<int32_t(int32_t, int32_t)> WaitForRoom;
   Operation<int32_t(int32_t)> DrainRanges;
   Operation<int32_t(FailedRange*)> TakeFailedRange;

@@ -100,6 +100,14 @@ void SetWriteBehind(int32_t on) {
   guarded(CLEFTOR_OUT_OF_MEMORY, [&](Splitter& splitter) { splitter.setWriteBehind(on != 0); });
 }
 
+int32_t WaitForOpening(int32_t milliseconds) {
+  bool hasEnded = true; // what goes wrong shows when the file is opened
+  guarded(CLEFTOR_DAMAGED, [&](Splitter& splitter) {
+    hasEnded = splitter.waitForOpening(std::chrono::milliseconds(milliseconds));
+  });
+  return hasEnded ? 0 : 1;
+}
+
 int32_t WaitForRoom(int32_t pages, int32_t milliseconds) {
   bool hasRoom = true; // what goes wrong shows when the range is handed over
   guarded(CLEFTOR_DAMAGED, [&](Splitter& splitter) {

@@ -90,6 +90,10 @@ void Splitter::setWriteBehind(bool on) {
   }
 }
 
+bool Splitter::waitForOpening(std::chrono::milliseconds longest) const {
+  return !m_opening || m_opening->source.wait_for(longest) == std::future_status::ready;
+}
+
 bool Splitter::waitForRoom(int32_t pages, std::chrono::milliseconds longest) {
   return !m_writer || !m_source || m_writer->waitForRoom(m_source, pages, longest);
 }

@@ -34,6 +34,8 @@ public:
 
   /// Whether ranges are written on a thread of their own; switching it off waits for them.
   void setWriteBehind(bool on);
+  /// Whether the opening that was begun has ended, after at most this long.
+  bool waitForOpening(std::chrono::milliseconds longest) const;
   /// Whether a range of so many pages is taken over at once, after at most this long.
   bool waitForRoom(int32_t pages, std::chrono::milliseconds longest);
   /// Ranges that are left after this long, or after as long as it takes.

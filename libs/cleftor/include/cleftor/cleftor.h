@@ -64,6 +64,10 @@ CLEFTOR_API int32_t PdfTextDumpOpenFile(const char16_t* path, const char16_t* pa
  */
 CLEFTOR_API void BeginOpenFile(const char16_t* path, const char16_t* password);
 
+/** Waits until the opening that was begun has ended, but at most the given milliseconds. Returns 0
+ * when it has, or none was begun, else 1. */
+CLEFTOR_API int32_t WaitForOpening(int32_t milliseconds);
+
 /** Closes the source when every range handed over is written. */
 CLEFTOR_API void PdfTextDumpCloseFile(void);
 
