@@ -22,7 +22,7 @@ namespace folivex {
 
 namespace {
 
-constexpr qint64 cacheBytes = qint64{96} << 20;
+constexpr qsizetype cacheBytes = qsizetype{96} << 20;
 constexpr double zoomStep = 1.2;
 
 } // namespace
@@ -154,7 +154,11 @@ PageSizing PageViewer::sizing() const {
 
 /// A page as far as it is here; null when it is not.
 std::shared_ptr<const ViewedPage> PageViewer::kept(int page) {
-  return page == m_canvas->shared()->page ? m_canvas->shared() : m_cache.find(page);
+  if (page == m_canvas->shared()->page) {
+    return m_canvas->shared();
+  }
+  const auto* const here = m_cache.object(page);
+  return here != nullptr ? *here : nullptr;
 }
 
 bool PageViewer::isSharp(int page) {
@@ -183,7 +187,9 @@ void PageViewer::request() {
 }
 
 void PageViewer::arrived(const std::shared_ptr<const ViewedPage>& page) {
-  m_cache.put(page);
+  // One that is larger than all of the room pushes the others out, and is kept.
+  m_cache.insert(page->page, new std::shared_ptr<const ViewedPage>(page),
+                 std::min<qsizetype>(page->bytes(), cacheBytes));
   if (page->page != m_page) {
     return;
   }

@@ -1,10 +1,10 @@
 // PageViewer: the window that shows a file's pages as they look, and what its words' positions are.
 #pragma once
 
-#include "app/viewer/PageCache.h"
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PageLoader.h"
 
+#include <QCache>
 #include <QDialog>
 
 #include <functional>
@@ -122,7 +122,7 @@ private:
   bool m_isWalking = false;
   std::optional<MatchMark> m_match;
   int m_matchNumber = 0;
-  PageCache m_cache;
+  QCache<int, std::shared_ptr<const ViewedPage>> m_cache; ///< by page; its cost is bytes
 
   PageArea* m_area = nullptr;
   PageCanvas* m_canvas = nullptr;

@@ -1,8 +1,6 @@
 // Turning pages and sizes.
 #include "ViewerBench.h"
 
-#include "app/viewer/PageCache.h"
-
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QToolButton>
@@ -157,27 +155,6 @@ TEST(PageSizes, AreSharpOnFineScreensAndBoundedOnHugePages) {
       EXPECT_LE(size.width() * unitsPerPoint(size, sizing), 100'001);
     }
   }
-}
-
-TEST(PageCaches, KeepWhatWasUsedLastWithinTheirMemory) {
-  const auto page = [](int number) {
-    auto made = std::make_shared<ViewedPage>();
-    made->page = number;
-    made->image = QImage(100, 100, QImage::Format_RGB32);
-    return made;
-  };
-  PageCache cache(100'000); // two pictures and a half
-  cache.put(page(1));
-  cache.put(page(2));
-  cache.put(page(2)); // drawn again: takes no more room
-  EXPECT_NE(cache.find(1), nullptr);
-  cache.put(page(3));
-  EXPECT_EQ(cache.find(2), nullptr);
-  EXPECT_NE(cache.find(1), nullptr);
-  EXPECT_LE(cache.bytes(), 100'000);
-  PageCache tiny(10);
-  tiny.put(page(7));
-  EXPECT_NE(tiny.find(7), nullptr) << "the page looked at is kept whatever its size";
 }
 
 } // namespace
