@@ -38,10 +38,10 @@ private:
 template <typename Signature> class Operation;
 template <typename Result, typename... Arguments> class Operation<Result(Arguments...)> {
 public:
-  bool bind(DynamicLibrary& library, const char* name) {
-    m_function = reinterpret_cast<Result (*)(Arguments...)>(library.resolve(name));
-    return m_function != nullptr;
-  }
+  Operation(DynamicLibrary& library, const char* name)
+      : m_function(reinterpret_cast<Result (*)(Arguments...)>(library.resolve(name))) {}
+
+  bool isThere() const { return m_function != nullptr; }
 
   Result operator()(Arguments... arguments) const {
     if (m_function) {
@@ -51,7 +51,7 @@ public:
   }
 
 private:
-  Result (*m_function)(Arguments...) = nullptr;
+  Result (*m_function)(Arguments...);
 };
 
 } // namespace folivex::platform

@@ -8,8 +8,8 @@ namespace {
 
 /// Empty when the library's operation `operation` returns `expected`.
 QString interfaceVersionProblem(DynamicLibrary& library, const char* operation, int expected) {
-  Operation<int()> version;
-  if (!version.bind(library, operation)) {
+  const Operation<int()> version(library, operation);
+  if (!version.isThere()) {
     return QStringLiteral("the library does not tell its interface version");
   }
   if (const int found = version(); found != expected) {
@@ -34,6 +34,7 @@ LoadedLibrary::LoadedLibrary(const QString& baseName, const char* versionOperati
   }
   loaded = errorDetail.isEmpty() && code == 0;
   if (!loaded) {
+    m_library.unload();
     error = QStringLiteral("Unable to open %1.dll - error: %2").arg(baseName).arg(code);
   }
 }

@@ -14,15 +14,11 @@ public:
   QString errorDetail; ///< which step failed, in words
 
 protected:
+  template <typename Signature> using Operation = platform::Operation<Signature>;
   LoadedLibrary(const QString& baseName, const char* versionOperation, int expectedVersion);
   ~LoadedLibrary() = default;
 
-  template <typename Signature> void bind(Operation<Signature>& operation, const char* name) {
-    operation.bind(m_library, name);
-  }
-
-private:
-  DynamicLibrary m_library;
+  DynamicLibrary m_library; ///< of which the operations are bound, where it is loaded
 };
 
 } // namespace folivex::platform

@@ -4,13 +4,6 @@ namespace folivex {
 
 UpdateLibrary::UpdateLibrary()
     : LoadedLibrary(QStringLiteral("UpdatesU"), "UpdatesInterfaceVersion",
-                    UPDATES_INTERFACE_VERSION) {
-  if (!loaded) {
-    return;
-  }
-  bind(UpdatesFetch, "UpdatesFetch");
-  bind(UpdatesLastError, "UpdatesLastError");
-  bind(UpdatesLastErrorText, "UpdatesLastErrorText");
-}
+                    UPDATES_INTERFACE_VERSION) {}
 
 } // namespace folivex

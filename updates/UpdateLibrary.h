@@ -12,9 +12,10 @@ class UpdateLibrary : public platform::LoadedLibrary {
 public:
   UpdateLibrary();
 
-  platform::Operation<int32_t(const UpdatesRequest*, UpdatesDocument*)> UpdatesFetch;
-  platform::Operation<int32_t()> UpdatesLastError;
-  platform::Operation<const char16_t*()> UpdatesLastErrorText;
+  platform::Operation<int32_t(const UpdatesRequest*, UpdatesDocument*)> UpdatesFetch{
+      m_library, "UpdatesFetch"};
+  platform::Operation<int32_t()> UpdatesLastError{m_library, "UpdatesLastError"};
+  platform::Operation<const char16_t*()> UpdatesLastErrorText{m_library, "UpdatesLastErrorText"};
 };
 
 } // namespace folivex

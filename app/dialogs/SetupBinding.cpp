@@ -1,6 +1,5 @@
 #include "app/dialogs/SetupBinding.h"
 
-#include "app/dialogs/SettingTips.h"
 #include "engine/setup/SetupFields.h"
 #include "widgets/Controls.h"
 
@@ -26,10 +25,6 @@ template <typename Value> const SetupField& fieldOf(Value SplitSetup::*setting) 
   return *field;
 }
 
-template <typename Value> QString keyOf(Value SplitSetup::*setting) {
-  return QString(fieldOf(setting).key);
-}
-
 /// "1.02" and not "1.020000": as a person would write it.
 QString factorText(double value) {
   return QString::number(value, 'g', 10);
@@ -37,11 +32,13 @@ QString factorText(double value) {
 
 } // namespace
 
-SetupBinding::Row& SetupBinding::add(const QString& key, QWidget* control) {
+SetupBinding::Row& SetupBinding::add(const SetupField& setting, QWidget* control) {
+  const QString key(setting.key);
   control->setObjectName(key);
   if (control->toolTip().isEmpty()) {
     // As a paragraph it is broken into lines; a plain text would be one long one.
-    control->setToolTip(QStringLiteral("<p>%1</p>").arg(settingTip(key).toHtmlEscaped()));
+    control->setToolTip(
+        QStringLiteral("<p>%1</p>").arg(QLatin1StringView(setting.tip).toString().toHtmlEscaped()));
   }
   m_rows.push_back({key, control, std::make_unique<FieldProblem>(control), {}, {}, {}, false});
   return m_rows.back();
@@ -54,14 +51,14 @@ void SetupBinding::edited() {
 }
 
 void SetupBinding::bind(bool SplitSetup::*setting, QCheckBox* box) {
-  Row& row = add(keyOf(setting), box);
+  Row& row = add(fieldOf(setting), box);
   row.show = [=](const SplitSetup& setup) { box->setChecked(setup.*setting); };
   row.take = [=](SplitSetup& setup) { setup.*setting = box->isChecked(); };
   QObject::connect(box, &QCheckBox::toggled, box, [this] { edited(); });
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown) {
-  Row& row = add(keyOf(setting), field);
+  Row& row = add(fieldOf(setting), field);
   if (const int limit = fieldOf(setting).limit; limit > 0) {
     field->setMaxLength(limit);
   }
@@ -76,7 +73,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown sh
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
-  Row& row = add(keyOf(setting), list);
+  Row& row = add(fieldOf(setting), list);
   row.show = [=](const SplitSetup& setup) {
     const QString& text = setup.*setting;
     // A separator of the list is an entry with an empty text.
@@ -89,7 +86,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
-  Row& row = add(keyOf(setting), field);
+  Row& row = add(fieldOf(setting), field);
   row.show = [=](const SplitSetup& setup) {
     field->setPlainText(
         QString(setup.*setting).replace(QLatin1String("\r\n"), QLatin1String("\n")));
@@ -101,7 +98,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
 }
 
 void SetupBinding::bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits) {
-  Row& row = add(keyOf(setting), field);
+  Row& row = add(fieldOf(setting), field);
   row.show = [=](const SplitSetup& setup) { field->setText(QString::number(setup.*setting)); };
   row.take = [=](SplitSetup& setup) {
     bool isNumber = false;
@@ -113,7 +110,7 @@ void SetupBinding::bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits 
 }
 
 void SetupBinding::bind(double SplitSetup::*setting, QLineEdit* field) {
-  Row& row = add(keyOf(setting), field);
+  Row& row = add(fieldOf(setting), field);
   row.show = [=](const SplitSetup& setup) { field->setText(factorText(setup.*setting)); };
   row.take = [=](SplitSetup& setup) {
     if (factorProblem(field->text()).isEmpty()) {

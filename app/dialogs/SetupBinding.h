@@ -21,6 +21,8 @@ class QPlainTextEdit;
 
 namespace folivex {
 
+struct SetupField;
+
 /// The table of a window's settings. bind() gives the control the setting's key as its object name,
 /// its tooltip, and a line for problems. The controls belong to their window, which must live as
 /// long as this is used.
@@ -85,7 +87,7 @@ private:
     bool tellsProblem = false;
   };
 
-  Row& add(const QString& key, QWidget* control);
+  Row& add(const SetupField& setting, QWidget* control);
   void edited();
 
   std::vector<Row> m_rows;

@@ -1,8 +1,8 @@
 #include "app/dialogs/SetupChecks.h"
 
 #include "app/dialogs/FieldChecks.h"
-#include "app/dialogs/NameTokens.h"
 #include "app/dialogs/SettingUse.h"
+#include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupFile.h"
 #include "engine/setup/SplitMethod.h"

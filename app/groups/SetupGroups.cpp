@@ -1,6 +1,6 @@
 #include "app/groups/SetupGroups.h"
 
-#include "app/dialogs/NameTokens.h"
+#include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 #include "widgets/Controls.h"

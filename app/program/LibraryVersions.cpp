@@ -21,9 +21,9 @@ QString versionOf(const Library& library) {
   if (!loaded.load(QString::fromLatin1(library.name))) {
     return QStringLiteral("not loaded: ") + loaded.errorText();
   }
-  platform::Operation<int()> version;
-  return version.bind(loaded, library.operation) ? QStringLiteral("interface %1").arg(version())
-                                                 : QStringLiteral("of another program");
+  const platform::Operation<int()> version(loaded, library.operation);
+  return version.isThere() ? QStringLiteral("interface %1").arg(version())
+                           : QStringLiteral("of another program");
 }
 
 } // namespace

@@ -22,6 +22,15 @@ public:
   QString cleanRestOfLine(const QString& text) override { return text; }
 };
 
+/// 0 when it cannot be read, which is told.
+int openOrFail(SourceFile& file, const SplitSetup& setup, const JobContext& job) {
+  const int pageCount = file.openForReading(setup);
+  if (pageCount == 0) {
+    job.fail(RunError::Unreadable, file.problem());
+  }
+  return pageCount;
+}
+
 } // namespace
 
 QStringList nearestWords(const SplitSetup& setup, const JobContext& job) {
@@ -50,9 +59,8 @@ void showMatches(const SplitSetup& setup, const JobContext& job, MatchObserver& 
   }
   job.state.showOnly = true;
   SourceFile file(job);
-  const int pageCount = file.openForReading(setup);
+  const int pageCount = openOrFail(file, setup, job);
   if (pageCount == 0) {
-    job.fail(RunError::Unreadable, file.problem());
     return;
   }
   NoSaver saver;
@@ -73,9 +81,8 @@ void listPagePositions(const SplitSetup& setup, const JobContext& job, int page)
   }
   job.state.showOnly = true;
   SourceFile file(job);
-  const int pageCount = file.openForReading(setup);
+  const int pageCount = openOrFail(file, setup, job);
   if (pageCount == 0) {
-    job.fail(RunError::Unreadable, file.problem());
     return;
   }
   if (page < 1 || page > pageCount) {

@@ -2,7 +2,6 @@
 
 #include "engine/job/BatchScope.h"
 #include "engine/job/JobContext.h"
-#include "engine/job/PlanBuilder.h"
 #include "engine/job/RangePipeline.h"
 #include "engine/job/SourceFile.h"
 #include "engine/output/ExternalCommand.h"
@@ -15,12 +14,6 @@
 namespace folivex {
 
 namespace {
-
-/// Walks the pages; the ranges go where `places` and `list` lead.
-void run(RangePipeline& pipeline, BatchScope& batch) {
-  pipeline.run();
-  batch.namesTaken();
-}
 
 void settleCounts(const OutputWriter& writer, RunOutcome& outcome, RunState& state) {
   outcome.writtenFiles = writer.writtenFiles();
@@ -90,7 +83,8 @@ void splitSource(const SplitRunParts& parts, Reports& reports) {
                           outcome.emails,
                           addressReader,
                           {}});
-  run(pipeline, batch);
+  pipeline.run();
+  batch.namesTaken();
   writer.finish();
   outcome.emails.drop(writer.unwrittenPaths());
   if (setup.createList) {
@@ -104,34 +98,6 @@ void splitSource(const SplitRunParts& parts, Reports& reports) {
   for (const QString& line : pipeline.findings().lines()) {
     job.person.note(QStringLiteral("%1: %2").arg(source, line));
   }
-}
-
-SplitPlan planSource(const SplitRunParts& parts, std::function<bool(const QString& path)> isGone) {
-  const auto& [setup, job, batch, addressReader, outcome] = parts;
-  SplitPlan plan;
-  SourceFile file(job);
-  const int pageCount = file.openForSplitting(setup);
-  if (pageCount == 0) {
-    plan.problem = file.problem();
-    job.state.error = RunError::Unreadable;
-    return plan;
-  }
-  plan.account.start(pageCount);
-  PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend},
-                      {setup.fileName, file.scanned()}, std::move(isGone));
-  Reports noReports;
-  RangePipeline pipeline(
-      setup, job, {setup.fileName, file.scanned(), pageCount},
-      {builder, builder, batch.names(setup.reportUseFileList), noReports, outcome.emails,
-       addressReader,
-       [&builder](const ReportLine& line, const QString& namedPath, const QString& address) {
-         builder.saved({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
-                        PlannedOutput::Fate::New, address},
-                       namedPath);
-       }});
-  run(pipeline, batch);
-  plan.notes = pipeline.findings().lines();
-  return plan;
 }
 
 } // namespace folivex

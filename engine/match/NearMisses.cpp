@@ -74,16 +74,6 @@ NearMisses NearMisses::forSearchText(const SplitSetup& setup) {
   return {setup.findString, setup, position};
 }
 
-NearMisses NearMisses::forUntilText(const SplitSetup& setup) {
-  const SplitMethodTraits& method = splitTraitsOf(setup.pageExtract);
-  std::optional<PositionRule> position;
-  // An empty until text ends no range wherever it stands.
-  if (method.untilWord && method.atPosition && !setup.extractUntil.isEmpty()) {
-    position.emplace(setup.untilMatchPosH, setup.untilMatchPosV);
-  }
-  return {setup.extractUntil, setup, position};
-}
-
 NearMisses::NearMisses(const QString& text, const SplitSetup& setup,
                        std::optional<PositionRule> position)
     : m_searchText(text), m_sensitivity(setup.ignoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive),

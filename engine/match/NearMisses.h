@@ -47,8 +47,6 @@ class NearMisses {
 public:
   /// For the search text of a setup, and its position where the split method asks for one.
   static NearMisses forSearchText(const SplitSetup& setup);
-  /// The same for the until text.
-  static NearMisses forUntilText(const SplitSetup& setup);
 
   /// Reads the page (index from 0) and looks at its words.
   void scanPage(int pageIndex, WordSource& source);

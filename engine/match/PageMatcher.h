@@ -2,7 +2,6 @@
 #pragma once
 
 #include "engine/match/LineCollector.h"
-#include "engine/match/PageMatchState.h"
 #include "engine/match/PositionRule.h"
 #include "engine/match/WordPlacer.h"
 #include "engine/match/WordRing.h"
@@ -21,6 +20,16 @@ class MatchTaker;
 class WordSource;
 struct RunState;
 struct SplitSetup;
+
+/// What the matcher carries from word to word. One per job. What the planner resets when a range is
+/// saved stands in RangeTexts.
+struct PageMatchState {
+  bool matchPending = false;     ///< the previous word was a start match: the next opens the range
+  bool afterTextPending = false; ///< the previous word was the filename-after text
+  bool rangeAwaitingUntil = false; ///< the until methods: a range waits for its until word
+  bool startSeen = false;          ///< MatchToUntilAtPosition: start matching is over
+  bool wordNumberTaken = false;    ///< a word-number search has taken this page's word
+};
 
 /// Scans one page after the other, in page order, and tells the taker of what it finds. One
 /// matcher serves one job: its state crosses page borders.

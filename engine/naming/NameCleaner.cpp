@@ -39,22 +39,6 @@ qsizetype firstDigit(const QString& text, qsizetype from) {
   return std::find_if(begin, text.cend(), isDigit) - text.cbegin();
 }
 
-/// In one pass, since a bookmark's title may be as long as its author liked.
-QString without(const QString& text, const QString& piece) {
-  qsizetype found = text.indexOf(piece);
-  if (found < 0) {
-    return text;
-  }
-  QString rest;
-  qsizetype from = 0;
-  for (; found >= 0; found = text.indexOf(piece, from)) {
-    rest += QStringView(text).sliced(from, found - from);
-    from = found + piece.size();
-  }
-  rest += QStringView(text).sliced(from);
-  return rest;
-}
-
 } // namespace
 
 NameCleaner::NameCleaner(const SplitSetup& setup)
@@ -89,7 +73,7 @@ void NameCleaner::readFilter(const QString& text) {
 QString NameCleaner::matchText(const QString& text) const {
   QString rest = text.left(nameCapacity::foundText);
   for (const QString& piece : m_removeTexts) {
-    rest = without(rest, piece);
+    rest.replace(piece, QString());
   }
   QString result = cleaned(rest, nameCapacity::matchText);
   cutText(result, filterPosition(result));

@@ -1,28 +1,11 @@
 // NameTemplate: a prefix or postfix with its tokens.
 #pragma once
 
-#include "engine/naming/NameClock.h"
-#include "engine/words/PageWordLookup.h"
+#include "engine/naming/NameTokens.h"
 
-#include <QDateTime>
 #include <QString>
 
-#include <functional>
-#include <optional>
-
 namespace folivex {
-
-/// What the tokens of one name stand for.
-struct NameTokenValues {
-  QString title;         ///< "[FILETITLE]"
-  QString matchText;     ///< cleaned: "[EXTRACTTEXT]", "[EXTRACTTEXTDIR]"
-  qint64 firstPage = 1;  ///< first page as planned, from 1
-  qint64 lastPage = 1;   ///< from 1
-  qint64 pageOffset = 0; ///< added to the start page tokens alone
-  qint64 totalPages = 0; ///< pages of the source
-  std::function<QString(IntRange h, IntRange v)> wordAt; ///< cleaned word: "[POS..]"
-  std::function<QDateTime()> now;
-};
 
 /// One affix of a name. Tokens stand in the text that the operator typed (and in the source's
 /// title, when that serves as affix); what replaces them is never searched for tokens again.

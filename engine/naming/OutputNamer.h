@@ -3,7 +3,6 @@
 
 #include "engine/naming/FileSystemRules.h"
 #include "engine/naming/NameCleaner.h"
-#include "engine/naming/NameClock.h"
 #include "engine/naming/NameList.h"
 #include "engine/naming/NameTemplate.h"
 #include "engine/naming/OutputPath.h"

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <string_view>
+
 namespace folivex {
 
 /// The characters of `text` for which `isKept` holds, as long as they fit into `capacity` UTF-16
@@ -13,48 +15,26 @@ template <typename Condition>
 QString keptCharacters(QStringView text, qsizetype capacity, const Condition& isKept) {
   QString kept;
   kept.reserve(qMin(text.size(), capacity));
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    const QChar unit = text[i];
-    if (!unit.isSurrogate()) {
-      if (isKept(char32_t{unit.unicode()})) {
-        if (kept.size() == capacity) {
-          break;
-        }
-        kept += unit;
-      }
+  for (qsizetype i = 0, units = 1; i < text.size(); i += units) {
+    const bool isPair =
+        text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+    units = isPair ? 2 : 1;
+    const char32_t character =
+        isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : char32_t{text[i].unicode()};
+    if (QChar::isSurrogate(character) || !isKept(character)) {
       continue;
     }
-    if (!unit.isHighSurrogate() || i + 1 == text.size() || !text[i + 1].isLowSurrogate()) {
-      continue;
+    if (kept.size() + units > capacity) {
+      break;
     }
-    const QChar low = text[++i];
-    if (isKept(QChar::surrogateToUcs4(unit, low))) {
-      if (kept.size() + 2 > capacity) {
-        break;
-      }
-      kept += unit;
-      kept += low;
-    }
+    kept += text.sliced(i, units);
   }
   return kept;
 }
 
 /// One of < > : ? * " / \ |, which a shared folder takes in no name.
 constexpr bool isForbiddenInNames(char32_t character) {
-  switch (character) {
-  case U'<':
-  case U'>':
-  case U':':
-  case U'?':
-  case U'*':
-  case U'"':
-  case U'/':
-  case U'\\':
-  case U'|':
-    return true;
-  default:
-    return false;
-  }
+  return std::u32string_view(U"<>:?*\"/\\|").find(character) != std::u32string_view::npos;
 }
 
 } // namespace folivex

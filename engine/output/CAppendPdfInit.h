@@ -14,17 +14,16 @@ class CAppendPdfInit : public platform::LoadedLibrary {
 public:
   CAppendPdfInit();
 
-private:
-  template <typename S> using Operation = platform::Operation<S>;
+  Operation<int32_t()> GetStatus{m_library, "GetStatus"};
+  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFToFile{
+      m_library, "getAppendPDFToFile"};
+  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFFile{
+      m_library, "getAppendPDFFile"};
 
-public:
-  Operation<int32_t()> GetStatus;
-  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFToFile;
-  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFFile;
+  Operation<const char16_t*()> MelderLastErrorText{m_library, "MelderLastErrorText"};
 
-  Operation<const char16_t*()> MelderLastErrorText;
-
-  QString lastErrorText() const;
+  /// Text of the last failure.
+  QString lastErrorText() const { return QString::fromUtf16(MelderLastErrorText()); }
 };
 
 } // namespace folivex

@@ -33,31 +33,31 @@ public:
     std::int32_t last;
   };
 
-private:
-  template <typename S> using Operation = platform::Operation<S>;
+  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*, int32_t, int32_t)> SplitPdf{
+      m_library, "SplitPdf"};
+  Operation<int32_t()> GetProcessingStatus{m_library, "GetProcessingStatus"};
+  Operation<int32_t()> GetProcessingPage{m_library, "GetProcessingPage"};
+  Operation<void()> PdfTextDumpCloseFile{m_library, "PdfTextDumpCloseFile"};
+  Operation<int32_t(const char16_t*, const char16_t*)> PdfTextDumpOpenFile{m_library,
+                                                                           "PdfTextDumpOpenFile"};
+  Operation<int32_t()> GetPageCount2{m_library, "GetPageCount2"};
+  Operation<int32_t(const char16_t*, int32_t, int32_t, int32_t)> SplitPdfPages{m_library,
+                                                                               "SplitPdfPages"};
 
-public:
-  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*, int32_t, int32_t)> SplitPdf;
-  Operation<int32_t()> GetProcessingStatus;
-  Operation<int32_t()> GetProcessingPage;
-  Operation<void()> PdfTextDumpCloseFile;
-  Operation<int32_t(const char16_t*, const char16_t*)> PdfTextDumpOpenFile;
-  Operation<int32_t()> GetPageCount2;
-  Operation<int32_t(const char16_t*, int32_t, int32_t, int32_t)> SplitPdfPages;
+  Operation<int32_t(const char16_t*, const int32_t*, int32_t, int32_t)> SplitPdfRanges{
+      m_library, "SplitPdfRanges"};
+  Operation<void(const char16_t*, const char16_t*)> BeginOpenFile{m_library, "BeginOpenFile"};
+  Operation<void(int32_t)> SetKeepBookmarks{m_library, "SetKeepBookmarks"};
+  Operation<void(int32_t)> SetWriteBehind{m_library, "SetWriteBehind"};
+  Operation<int32_t(int32_t)> WaitForOpening{m_library, "WaitForOpening"};
+  Operation<int32_t(int32_t, int32_t)> WaitForRoom{m_library, "WaitForRoom"};
+  Operation<int32_t(int32_t)> DrainRanges{m_library, "DrainRanges"};
+  Operation<int32_t(FailedRange*)> TakeFailedRange{m_library, "TakeFailedRange"};
+  Operation<int32_t()> GetFileFacts{m_library, "GetFileFacts"};
+  Operation<const char16_t*()> CleftorLastErrorText{m_library, "CleftorLastErrorText"};
 
-  Operation<int32_t(const char16_t*, const int32_t*, int32_t, int32_t)> SplitPdfRanges;
-  Operation<void(const char16_t*, const char16_t*)> BeginOpenFile;
-  Operation<void(int32_t)> SetKeepBookmarks;
-  Operation<void(int32_t)> SetWriteBehind;
-  Operation<int32_t(int32_t)> WaitForOpening;
-  Operation<int32_t(int32_t, int32_t)> WaitForRoom;
-  Operation<int32_t(int32_t)> DrainRanges;
-  Operation<int32_t(FailedRange*)> TakeFailedRange;
-  Operation<int32_t()> GetFileFacts;
-  Operation<int32_t()> CleftorLastError;
-  Operation<const char16_t*()> CleftorLastErrorText;
-
-  QString lastErrorText() const;
+  /// Text of the last failure.
+  QString lastErrorText() const { return QString::fromUtf16(CleftorLastErrorText()); }
 };
 
 } // namespace folivex

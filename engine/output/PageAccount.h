@@ -22,11 +22,8 @@ public:
   void stopped(int first, int last);     ///< the run ended before its output was written
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
-  /// Pages that no range took.
-  int inNone() const { return count(Fate::InNone); }
   int inOutputs() const { return count(Fate::Written); }
   int failedPages() const { return count(Fate::Failed); }
-  int replacedPages() const { return count(Fate::Replaced); }
   int stoppedPages() const { return count(Fate::Stopped); }
 
   /// One line for a person: "40 pages: 38 in 12 files, 2 in no range (1, 40)."

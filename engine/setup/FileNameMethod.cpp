@@ -3,10 +3,12 @@
 #include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
+#include <algorithm>
+
 namespace folivex {
 
-const std::array<QString, 10>& fileNameMethodTexts() {
-  static const std::array<QString, 10> texts = {
+const QStringList& fileNameMethodTexts() {
+  static const QStringList texts = {
       QStringLiteral("Matched word as filename"),
       QStringLiteral("Next word as filename"),
       QStringLiteral("Page start as filename"),
@@ -30,13 +32,8 @@ FileNameMethod fileNameMethodOf(const QString& text) {
   if (text == bookmarkFileNameMethodText()) {
     return FileNameMethod::Bookmark;
   }
-  const auto& texts = fileNameMethodTexts();
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    if (texts[i] == text) {
-      return static_cast<FileNameMethod>(i);
-    }
-  }
-  return FileNameMethod::MatchedWord;
+  const qsizetype index = fileNameMethodTexts().indexOf(text);
+  return static_cast<FileNameMethod>(std::max<qsizetype>(index, 0));
 }
 
 FileNameMethod fileNameMethodOf(const SplitSetup& setup) {

@@ -1,9 +1,7 @@
 // FileNameMethod: what an output file is named after.
 #pragma once
 
-#include <QString>
-
-#include <array>
+#include <QStringList>
 
 namespace folivex {
 
@@ -25,7 +23,7 @@ enum class FileNameMethod {
 };
 
 /// Texts of the ten methods of the table, in index order.
-const std::array<QString, 10>& fileNameMethodTexts();
+const QStringList& fileNameMethodTexts();
 
 /// "Use bookmark as filename".
 const QString& bookmarkFileNameMethodText();

@@ -34,6 +34,7 @@ enum class FieldRule {
 struct SetupField {
   QLatin1StringView key;
   SetupMember member;
+  const char* tip = ""; ///< what it does, in a sentence or two; empty where no control shows it
   FieldRule rule = FieldRule::Plain;
   FieldReset reset = FieldReset::Keep;
   FieldUse use = FieldUse::ReadWrite;

@@ -1,5 +1,6 @@
 #include "engine/setup/SetupFile.h"
 
+#include "engine/base/Text.h"
 #include "engine/setup/SetupFields.h"
 #include "platform/TextFile.h"
 
@@ -37,31 +38,6 @@ QString unescaped(QString text) {
     text.replace(escape.spelling, escape.character);
   }
   return text;
-}
-
-bool isBlank(QChar c) {
-  return c == QLatin1Char(' ') || (c >= QLatin1Char('\t') && c <= QLatin1Char('\r'));
-}
-
-/// Digits behind blanks and one sign, up to the first other character; none give 0. A number out of
-/// range gives the nearest that there is.
-int toInt(QStringView text) {
-  qsizetype next = 0;
-  while (next < text.size() && isBlank(text[next])) {
-    ++next;
-  }
-  bool negative = false;
-  if (next < text.size() && (text[next] == QLatin1Char('-') || text[next] == QLatin1Char('+'))) {
-    negative = text[next] == QLatin1Char('-');
-    ++next;
-  }
-  constexpr qint64 limit = -static_cast<qint64>(std::numeric_limits<int>::min());
-  qint64 value = 0;
-  for (; next < text.size() && text[next] >= QLatin1Char('0') && text[next] <= QLatin1Char('9');
-       ++next) {
-    value = std::min(value * 10 + (text[next].unicode() - u'0'), limit);
-  }
-  return static_cast<int>(negative ? -value : std::min(value, limit - 1));
 }
 
 /// A decimal number with a point, whatever the system's language writes.
@@ -113,9 +89,9 @@ struct ValueTaker {
   void operator()(bool SplitSetup::*member) const {
     const bool attended = !target.automation && !target.unattended;
     const bool allowed = field.rule != FieldRule::NotUnattended || attended;
-    record().*member = allowed && toInt(value) != 0;
+    record().*member = allowed && leadingInteger(value) != 0;
   }
-  void operator()(int SplitSetup::*member) const { record().*member = toInt(value); }
+  void operator()(int SplitSetup::*member) const { record().*member = leadingInteger(value); }
   void operator()(double SplitSetup::*member) const { record().*member = toReal(value); }
   void operator()(QString SplitSetup::*member) const {
     QString text = value.toString();
@@ -126,7 +102,7 @@ struct ValueTaker {
   }
   void operator()(AutomationKey) const { target.automation = true; }
   void operator()(AddSpaceKey) const {
-    if (toInt(value) != 0) {
+    if (leadingInteger(value) != 0) {
       target.edited.addBWords = QStringLiteral(" ");
     }
   }

@@ -4,51 +4,7 @@ namespace folivex {
 
 CPDFTextDumpInit::CPDFTextDumpInit()
     : LoadedLibrary(QStringLiteral("GlyphrunU"), "GlyphrunInterfaceVersion",
-                    GLYPHRUN_INTERFACE_VERSION) {
-  if (!loaded) {
-    return;
-  }
-  bind(PdfTextDumpFile, "PdfTextDumpFile");
-  bind(GetPageCount, "GetPageCount");
-  bind(getNumWords, "getNumWords");
-  bind(wordToGet, "wordToGet");
-  bind(getWordX, "getWordX");
-  bind(getWordY, "getWordY");
-  bind(getWordStr, "getWordStr");
-  bind(getFont, "getFont");
-  bind(getFontSize, "getFontSize");
-  bind(DoSort, "DoSort");
-  bind(DoReverseSort, "DoReverseSort");
-  bind(RemoveDupes, "RemoveDupes");
-  bind(PdfTextDumpCloseFile, "PdfTextDumpCloseFile");
-  bind(PdfTextDumpOpenFile, "PdfTextDumpOpenFile");
-  bind(PdfTextDumpFilePages, "PdfTextDumpFilePages");
-  bind(GetPageCount2, "GetPageCount2");
-  bind(GetProcessingStatus, "GetProcessingStatus");
-  bind(GetProcessingPage, "GetProcessingPage");
-  bind(SetWordSpacing, "SetWordSpacing");
-  bind(SetReadAhead, "SetReadAhead");
-  bind(GetPageState, "GetPageState");
-  bind(GetFileFacts, "GetFileFacts");
-  bind(GlyphrunLastError, "GlyphrunLastError");
-  bind(GlyphrunLastErrorText, "GlyphrunLastErrorText");
-  bind(GetOutlineCount, "GetOutlineCount");
-  bind(GetOutlineEntry, "GetOutlineEntry");
-  bind(OpenView, "OpenView");
-  bind(SetViewWordSpacing, "SetViewWordSpacing");
-  bind(CloseView, "CloseView");
-  bind(AbortView, "AbortView");
-  bind(GetViewPageCount, "GetViewPageCount");
-  bind(GetViewPageSize, "GetViewPageSize");
-  bind(RenderViewPage, "RenderViewPage");
-  bind(ReleaseImage, "ReleaseImage");
-  bind(GetViewWords, "GetViewWords");
-}
-
-QString CPDFTextDumpInit::lastErrorText() const {
-  const char16_t* text = GlyphrunLastErrorText();
-  return text ? QString::fromUtf16(text) : QString();
-}
+                    GLYPHRUN_INTERFACE_VERSION) {}
 
 void TextLibraryWords::filePages(int first, int last) {
   m_library.PdfTextDumpFilePages(first, last);

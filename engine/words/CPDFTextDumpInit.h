@@ -16,50 +16,51 @@ class CPDFTextDumpInit : public platform::LoadedLibrary {
 public:
   CPDFTextDumpInit();
 
-private:
-  template <typename S> using Operation = platform::Operation<S>;
-
-public:
-  Operation<void(const char16_t*, const char16_t*, int32_t, int32_t)> PdfTextDumpFile;
-  Operation<int32_t(const char16_t*, const char16_t*)> GetPageCount;
-  Operation<int32_t()> getNumWords;
-  Operation<void(int32_t)> wordToGet;
-  Operation<int32_t()> getWordX;
-  Operation<int32_t()> getWordY;
-  Operation<const char16_t*()> getWordStr;
-  Operation<const char16_t*()> getFont;
-  Operation<int32_t()> getFontSize;
-  Operation<void()> DoSort;
-  Operation<void()> DoReverseSort;
-  Operation<void()> RemoveDupes;
-  Operation<void()> PdfTextDumpCloseFile;
-  Operation<void(const char16_t*, const char16_t*)> PdfTextDumpOpenFile;
-  Operation<void(int32_t, int32_t)> PdfTextDumpFilePages;
-  Operation<int32_t()> GetPageCount2;
-  Operation<int32_t()> GetProcessingStatus;
-  Operation<int32_t()> GetProcessingPage;
+  Operation<void(const char16_t*, const char16_t*, int32_t, int32_t)> PdfTextDumpFile{
+      m_library, "PdfTextDumpFile"};
+  Operation<int32_t(const char16_t*, const char16_t*)> GetPageCount{m_library, "GetPageCount"};
+  Operation<int32_t()> getNumWords{m_library, "getNumWords"};
+  Operation<void(int32_t)> wordToGet{m_library, "wordToGet"};
+  Operation<int32_t()> getWordX{m_library, "getWordX"};
+  Operation<int32_t()> getWordY{m_library, "getWordY"};
+  Operation<const char16_t*()> getWordStr{m_library, "getWordStr"};
+  Operation<const char16_t*()> getFont{m_library, "getFont"};
+  Operation<int32_t()> getFontSize{m_library, "getFontSize"};
+  Operation<void()> DoSort{m_library, "DoSort"};
+  Operation<void()> DoReverseSort{m_library, "DoReverseSort"};
+  Operation<void()> RemoveDupes{m_library, "RemoveDupes"};
+  Operation<void()> PdfTextDumpCloseFile{m_library, "PdfTextDumpCloseFile"};
+  Operation<void(const char16_t*, const char16_t*)> PdfTextDumpOpenFile{m_library,
+                                                                        "PdfTextDumpOpenFile"};
+  Operation<void(int32_t, int32_t)> PdfTextDumpFilePages{m_library, "PdfTextDumpFilePages"};
+  Operation<int32_t()> GetPageCount2{m_library, "GetPageCount2"};
+  Operation<int32_t()> GetProcessingStatus{m_library, "GetProcessingStatus"};
+  Operation<int32_t()> GetProcessingPage{m_library, "GetProcessingPage"};
 
   // Beyond the operations that every text library of the family has.
-  Operation<void(double)> SetWordSpacing;
-  Operation<void(int32_t)> SetReadAhead;
-  Operation<int32_t()> GetPageState;
-  Operation<int32_t()> GetFileFacts;
-  Operation<int32_t()> GlyphrunLastError;
-  Operation<const char16_t*()> GlyphrunLastErrorText;
-  Operation<int32_t()> GetOutlineCount;
-  Operation<int32_t(int32_t, GlyphrunOutlineEntry*)> GetOutlineEntry;
-  Operation<GlyphrunView*(const char16_t*, const char16_t*, int32_t*)> OpenView;
-  Operation<void(GlyphrunView*)> CloseView;
-  Operation<void(GlyphrunView*)> AbortView;
-  Operation<int32_t(const GlyphrunView*)> GetViewPageCount;
-  Operation<int32_t(GlyphrunView*, int32_t, double*, double*)> GetViewPageSize;
-  Operation<int32_t(GlyphrunView*, int32_t, double, GlyphrunImage*)> RenderViewPage;
-  Operation<void(GlyphrunImage*)> ReleaseImage;
-  Operation<void(GlyphrunView*, double)> SetViewWordSpacing;
-  Operation<int32_t(GlyphrunView*, int32_t, const GlyphrunWord**)> GetViewWords;
+  Operation<void(double)> SetWordSpacing{m_library, "SetWordSpacing"};
+  Operation<void(int32_t)> SetReadAhead{m_library, "SetReadAhead"};
+  Operation<int32_t()> GetPageState{m_library, "GetPageState"};
+  Operation<int32_t()> GetFileFacts{m_library, "GetFileFacts"};
+  Operation<const char16_t*()> GlyphrunLastErrorText{m_library, "GlyphrunLastErrorText"};
+  Operation<int32_t()> GetOutlineCount{m_library, "GetOutlineCount"};
+  Operation<int32_t(int32_t, GlyphrunOutlineEntry*)> GetOutlineEntry{m_library, "GetOutlineEntry"};
+  Operation<GlyphrunView*(const char16_t*, const char16_t*, int32_t*)> OpenView{m_library,
+                                                                                "OpenView"};
+  Operation<void(GlyphrunView*)> CloseView{m_library, "CloseView"};
+  Operation<void(GlyphrunView*)> AbortView{m_library, "AbortView"};
+  Operation<int32_t(const GlyphrunView*)> GetViewPageCount{m_library, "GetViewPageCount"};
+  Operation<int32_t(GlyphrunView*, int32_t, double*, double*)> GetViewPageSize{m_library,
+                                                                               "GetViewPageSize"};
+  Operation<int32_t(GlyphrunView*, int32_t, double, GlyphrunImage*)> RenderViewPage{
+      m_library, "RenderViewPage"};
+  Operation<void(GlyphrunImage*)> ReleaseImage{m_library, "ReleaseImage"};
+  Operation<void(GlyphrunView*, double)> SetViewWordSpacing{m_library, "SetViewWordSpacing"};
+  Operation<int32_t(GlyphrunView*, int32_t, const GlyphrunWord**)> GetViewWords{m_library,
+                                                                                "GetViewWords"};
 
   /// Text of the last failure.
-  QString lastErrorText() const;
+  QString lastErrorText() const { return QString::fromUtf16(GlyphrunLastErrorText()); }
 };
 
 /// The words of the text library's open file.

@@ -14,9 +14,6 @@ struct PageWord {
   QStringView text;
   int h = 0;
   int v = 0;
-
-  /// The library's filler entry, which is no word.
-  bool isNoWord() const { return h == 0 && v == 0 && text.isEmpty(); }
 };
 
 } // namespace folivex

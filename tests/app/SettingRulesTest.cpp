@@ -1,11 +1,11 @@
 // What the window decides without a window: which settings count, what is wrong with them, what a
 // pick on a page sets.
 #include "app/dialogs/FieldChecks.h"
-#include "app/dialogs/NameTokens.h"
 #include "app/dialogs/RunEstimate.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
 #include "app/groups/PickTargets.h"
+#include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"

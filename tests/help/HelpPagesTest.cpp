@@ -1,7 +1,7 @@
 // The pages of the help against each other and against the program that they explain.
 #include "app/help/HelpPages.h"
 #include "app/Usage.h"
-#include "app/dialogs/NameTokens.h"
+#include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"

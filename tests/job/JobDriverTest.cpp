@@ -31,13 +31,10 @@ protected:
 /// Keeps the matches that were shown.
 class Shown : public MatchObserver {
 public:
-  void onWordCount(int, int) override {}
   bool onMatch(int page, const QString& word, int, int) override {
     matches += QString::number(page) + ' ' + word;
     return true;
   }
-  void onListedWord(QStringView, int, int) override {}
-  void onEmptyPage(int) override {}
   QStringList matches;
 };
 

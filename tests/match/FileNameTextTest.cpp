@@ -8,12 +8,6 @@ namespace {
 
 using enum SplitMethod;
 
-class TextsOfRanges : public testing::TestWithParam<JobRow> {};
-
-TEST_P(TextsOfRanges, areThoseExpected) {
-  EXPECT_EQ(savedBy(GetParam()), GetParam().saved);
-}
-
 /// Names by `method`, with "_" between words, after the text "Name:".
 auto named(FileNameMethod method, const std::function<void(SplitSetup&)>& more = nullptr) {
   return [method, more](SplitSetup& setup) {
@@ -42,195 +36,88 @@ auto andNextPage(const std::function<void(SplitSetup&)>& more = nullptr) {
   return named(FileNameMethod::AfterTextRestOfLineAndNextPage, more);
 }
 
-const std::vector<JobRow> rows = {
-    {"matchedWordIsTheNextOne", MatchToNextMatch, "Acc", matchedWord(), {"Acc A"}, "0-0 Acc"},
-    {"matchedWordsAreTheLastOneOnly",
-     MatchToNextMatch,
-     "Acc No",
-     matchedWord(),
-     {"Acc No A"},
-     "0-0 Acc No"},
-    {"matchedWordIsThatOfTheNextRange",
-     MatchToNextMatch,
-     "acc",
-     [](SplitSetup& setup) { setup.ignoreCase = true; },
-     {"Acc A", "ACC B"},
-     "0-0 Acc\n1-1 ACC"},
-    {"nextWordIsLaterOne", MatchToNextMatch, "Acc", nextWord(), {"Acc A B"}, "0-0 A"},
-    {"filenameAfterTextNamesOtherMethods",
-     MatchToNextMatch,
-     "Acc",
-     nextWord(),
-     {"Acc A Name: B"},
-     "0-0 A"},
-
-    {"wordBehindTextIsMissed",
-     MatchToNextMatch,
-     "Acc",
-     afterText(),
-     {"Acc A\nName: Ann", "Acc B\nName: Bob"},
-     "0-0 Ann\n1-1 Bob"},
-    {"laterTextOfRangeIsTaken",
-     MatchToNextMatch,
-     "Acc",
-     afterText(),
-     {"Acc A\nName: Ann", "Name: Zoe", "Acc B\nName: Bob"},
-     "0-1 Ann\n2-2 Bob"},
-    {"textInFrontOfFirstMatchIsTaken",
-     MatchToNextMatch,
-     "Acc",
-     afterText(),
-     {"Name: Ann Acc A"},
-     "0-0 A"},
-    {"textBehindTheEndOfRangeIsTaken",
-     MatchToUntil,
-     "Acc",
-     named(FileNameMethod::AfterText,
-           [](SplitSetup& setup) { setup.extractUntil = QStringLiteral("Total"); }),
-     {"Acc A Total", "Name: Ann", "Acc B Name: Bob"},
-     "0-0 A\n2-2 Bob"},
-    {"textIsFoldedWithTheSearchText",
-     MatchToNextMatch,
-     "Acc",
-     named(FileNameMethod::AfterText, [](SplitSetup& setup) { setup.ignoreCase = true; }),
-     {"ACC A name: Ann"},
-     "0-0 A"},
-    {"textOfTwoWordsIsMissed",
-     MatchToNextMatch,
-     "Acc",
-     named(FileNameMethod::AfterText,
-           [](SplitSetup& setup) { setup.extractFileName = QStringLiteral("Bill to"); }),
-     {"Acc A Bill", "to Ann"},
-     "0-1 Ann"},
-    {"searchTextAsFilenameTextAlternates",
-     MatchToNextMatch,
-     "Name:",
-     afterText(),
-     {"Name: A", "Name: B", "Name: C", "Name: D"},
-     "0-0 A\n1-1 B\n2-2 C\n3-3 D"},
-
-    {"restOfLineRunsOn", MatchToNextMatch, "Acc", restOfLine(), {"Acc A B\nC D"}, "0-0 A_B"},
-    {"restOfLineBehindTextKeepsItsStart",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine(),
-     {"Acc A B\nName: Ann Lee\nC"},
-     "0-0 Ann_Lee"},
-    {"restOfLineLeaksIntoNextRange",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine(),
-     {"Acc A B", "Acc C", "Acc D"},
-     "0-0 A_B\n1-1 C\n2-2 D"},
-    {"restOfLineRunsOnBehindMatchInLine",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine(),
-     {"x", "Acc A", "Acc B Acc C"},
-     "1-1 A\n2-2 B_Acc\n2-2 C"},
-    {"restOfLineRunsOnBehindUntil",
-     MatchToUntil,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.extractUntil = QStringLiteral("Total"); }),
-     {"Acc A Total B", "Acc C Total"},
-     "0-0 A_Total\n1-1 C_Total"},
-    {"searchTextAsFilenameTextLosesLine",
-     MatchToNextMatch,
-     "Name:",
-     restOfLine(),
-     {"Name: A B", "Name: C D", "Name: E F"},
-     "0-0 A_B\n1-1 C_D\n2-2 E_F"},
-    {"matchedWordAtPositionIsLost",
-     MatchToNextMatchAtPosition,
-     "Acc:",
-     restOfLine([](SplitSetup& setup) { setup.matchPosV = QStringLiteral("100"); }),
-     {"Acc: A B", "Acc: C"},
-     "0-0 Acc:_A_B\n1-1 Acc:_C"},
-    {"lastRangeAtPositionForgetsItsLine",
-     MatchToNextMatchAtPosition,
-     "Acc:",
-     named(FileNameMethod::NextWord,
-           [](SplitSetup& setup) { setup.matchPosV = QStringLiteral("100"); }),
-     {"Acc: A", "Acc: B"},
-     "0-0 A\n1-1 Acc:"},
-
-    {"tooManyWordsAreTaken",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.takenWordsForFileName = 2; }),
-     {"Acc A B C\nD"},
-     "0-0 A_B"},
-    {"wordsInFrontOfTextCount",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.takenWordsForFileName = 2; }),
-     {"Acc A Name: Ann Lee C"},
-     "0-0 Ann_Lee"},
-    {"stopWordIsTaken",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.firstCharOfWord = QStringLiteral("No"); }),
-     {"Acc A no Nov B"},
-     "0-0 A_no"},
-    {"wordsBehindStopPositionAreTaken",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.untilHHPosLessThan = 170; }),
-     {"Acc A B C"},
-     "0-0 A"},
-    {"zeroStopPositionStops",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.untilHHPosLessThan = 0; }),
-     {"Acc A B"},
-     "0-0 A_B"},
-    {"separatorFollowsPunctuation",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine(),
-     {"Acc A- B, C: D+ E\xE2\x80\x93 F"},
-     "0-0 A-B,C:_D+E\xE2\x80\x93"
-     "F"},
-    {"noSeparatorMeansBlank",
-     MatchToNextMatch,
-     "Acc",
-     restOfLine([](SplitSetup& setup) { setup.addBWords.clear(); }),
-     {"Acc A B"},
-     "0-0 AB"},
-
-    {"firstLineOfNextPageIsMissed",
-     MatchToNextMatch,
-     "Acc",
-     andNextPage(),
-     {"Acc A\nName: Ann Lee", "Street 5\nTown", "x"},
-     "0-2 Ann_Lee_Street_5"},
-    {"lineBehindMatchIsNotTaken",
-     MatchToNextMatch,
-     "Acc",
-     andNextPage(),
-     {"Acc A B\nC", "D E\nF"},
-     "0-1 A_B_D_E"},
-    {"firstLineIsTakenOfEveryPage",
-     MatchToNextMatch,
-     "Acc",
-     andNextPage(),
-     {"Acc A", "B", "C", "D"},
-     "0-3 A_B"},
-    {"lineIsTakenTwice",
-     MatchToNextMatch,
-     "Acc",
-     andNextPage(),
-     {"Acc A", "Name: Ann", "x"},
-     "0-2 Ann_x"},
-    {"stopOfLineStopsNextPage",
-     MatchToNextMatch,
-     "Acc",
-     andNextPage([](SplitSetup& setup) { setup.takenWordsForFileName = 1; }),
-     {"Acc A B", "C D"},
-     "0-1 A_C"}};
-
-INSTANTIATE_TEST_SUITE_P(Rows, TextsOfRanges, testing::ValuesIn(rows),
-                         [](const auto& row) { return row.param.name; });
+TEST(TextsOfRanges, areThoseExpected) {
+  expectSaved(setupFor(MatchToNextMatch, "Acc", matchedWord()),
+              {{"matchedWordIsTheNextOne", "Acc A", "0-0 Acc"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc No", matchedWord()),
+              {{"matchedWordsAreTheLastOneOnly", "Acc No A", "0-0 Acc No"}});
+  expectSaved(setupFor(MatchToNextMatch, "acc", [](SplitSetup& setup) { setup.ignoreCase = true; }),
+              {{"matchedWordIsThatOfTheNextRange", "Acc A|ACC B", "0-0 Acc|1-1 ACC"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc", nextWord()),
+              {{"nextWordIsLaterOne", "Acc A B", "0-0 A"},
+               {"filenameAfterTextNamesOtherMethods", "Acc A Name: B", "0-0 A"}});
+  expectSaved(
+      setupFor(MatchToNextMatch, "Acc", afterText()),
+      {{"wordBehindTextIsMissed", "Acc A;Name: Ann|Acc B;Name: Bob", "0-0 Ann|1-1 Bob"},
+       {"laterTextOfRangeIsTaken", "Acc A;Name: Ann|Name: Zoe|Acc B;Name: Bob", "0-1 Ann|2-2 Bob"},
+       {"textInFrontOfFirstMatchIsTaken", "Name: Ann Acc A", "0-0 A"}});
+  expectSaved(
+      setupFor(MatchToUntil, "Acc",
+               named(FileNameMethod::AfterText,
+                     [](SplitSetup& setup) { setup.extractUntil = QStringLiteral("Total"); })),
+      {{"textBehindTheEndOfRangeIsTaken", "Acc A Total|Name: Ann|Acc B Name: Bob",
+        "0-0 A|2-2 Bob"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       named(FileNameMethod::AfterText,
+                             [](SplitSetup& setup) { setup.ignoreCase = true; })),
+              {{"textIsFoldedWithTheSearchText", "ACC A name: Ann", "0-0 A"}});
+  expectSaved(
+      setupFor(MatchToNextMatch, "Acc",
+               named(FileNameMethod::AfterText,
+                     [](SplitSetup& setup) { setup.extractFileName = QStringLiteral("Bill to"); })),
+      {{"textOfTwoWordsIsMissed", "Acc A Bill|to Ann", "0-1 Ann"}});
+  expectSaved(setupFor(MatchToNextMatch, "Name:", afterText()),
+              {{"searchTextAsFilenameTextAlternates", "Name: A|Name: B|Name: C|Name: D",
+                "0-0 A|1-1 B|2-2 C|3-3 D"}});
+  expectSaved(
+      setupFor(MatchToNextMatch, "Acc", restOfLine()),
+      {{"restOfLineRunsOn", "Acc A B;C D", "0-0 A_B"},
+       {"restOfLineBehindTextKeepsItsStart", "Acc A B;Name: Ann Lee;C", "0-0 Ann_Lee"},
+       {"restOfLineLeaksIntoNextRange", "Acc A B|Acc C|Acc D", "0-0 A_B|1-1 C|2-2 D"},
+       {"restOfLineRunsOnBehindMatchInLine", "x|Acc A|Acc B Acc C", "1-1 A|2-2 B_Acc|2-2 C"},
+       {"separatorFollowsPunctuation", "Acc A- B, C: D+ E\xE2\x80\x93 F", "0-0 A-B,C:_D+E–F"}});
+  expectSaved(
+      setupFor(MatchToUntil, "Acc",
+               restOfLine([](SplitSetup& setup) { setup.extractUntil = QStringLiteral("Total"); })),
+      {{"restOfLineRunsOnBehindUntil", "Acc A Total B|Acc C Total", "0-0 A_Total|1-1 C_Total"}});
+  expectSaved(setupFor(MatchToNextMatch, "Name:", restOfLine()),
+              {{"searchTextAsFilenameTextLosesLine", "Name: A B|Name: C D|Name: E F",
+                "0-0 A_B|1-1 C_D|2-2 E_F"}});
+  expectSaved(setupFor(MatchToNextMatchAtPosition, "Acc:", restOfLine([](SplitSetup& setup) {
+                         setup.matchPosV = QStringLiteral("100");
+                       })),
+              {{"matchedWordAtPositionIsLost", "Acc: A B|Acc: C", "0-0 Acc:_A_B|1-1 Acc:_C"}});
+  expectSaved(setupFor(MatchToNextMatchAtPosition, "Acc:",
+                       named(FileNameMethod::NextWord,
+                             [](SplitSetup& setup) { setup.matchPosV = QStringLiteral("100"); })),
+              {{"lastRangeAtPositionForgetsItsLine", "Acc: A|Acc: B", "0-0 A|1-1 Acc:"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       restOfLine([](SplitSetup& setup) { setup.takenWordsForFileName = 2; })),
+              {{"tooManyWordsAreTaken", "Acc A B C;D", "0-0 A_B"},
+               {"wordsInFrontOfTextCount", "Acc A Name: Ann Lee C", "0-0 Ann_Lee"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc", restOfLine([](SplitSetup& setup) {
+                         setup.firstCharOfWord = QStringLiteral("No");
+                       })),
+              {{"stopWordIsTaken", "Acc A no Nov B", "0-0 A_no"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       restOfLine([](SplitSetup& setup) { setup.untilHHPosLessThan = 170; })),
+              {{"wordsBehindStopPositionAreTaken", "Acc A B C", "0-0 A"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       restOfLine([](SplitSetup& setup) { setup.untilHHPosLessThan = 0; })),
+              {{"zeroStopPositionStops", "Acc A B", "0-0 A_B"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       restOfLine([](SplitSetup& setup) { setup.addBWords.clear(); })),
+              {{"noSeparatorMeansBlank", "Acc A B", "0-0 AB"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc", andNextPage()),
+              {{"firstLineOfNextPageIsMissed", "Acc A;Name: Ann Lee|Street 5;Town|x",
+                "0-2 Ann_Lee_Street_5"},
+               {"lineBehindMatchIsNotTaken", "Acc A B;C|D E;F", "0-1 A_B_D_E"},
+               {"firstLineIsTakenOfEveryPage", "Acc A|B|C|D", "0-3 A_B"},
+               {"lineIsTakenTwice", "Acc A|Name: Ann|x", "0-2 Ann_x"}});
+  expectSaved(setupFor(MatchToNextMatch, "Acc",
+                       andNextPage([](SplitSetup& setup) { setup.takenWordsForFileName = 1; })),
+              {{"stopOfLineStopsNextPage", "Acc A B|C D", "0-1 A_C"}});
+}
 
 TEST(FirstLineOfNextPage, beginsAtTheFirstWordThatIsNoBlank) {
   SplitSetup setup = setupFor(MatchToNextMatch, "Acc");

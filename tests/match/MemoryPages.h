@@ -10,6 +10,8 @@
 
 #include <QStringList>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -39,11 +41,11 @@ inline MemoryPage page(const char* text) {
   return words;
 }
 
-inline std::vector<MemoryPage> pages(const std::vector<const char*>& texts) {
+/// Pages with "|" between them, their lines with ";".
+inline std::vector<MemoryPage> pages(const char* text) {
   std::vector<MemoryPage> result;
-  result.reserve(texts.size());
-  for (const char* text : texts) {
-    result.push_back(page(text));
+  for (const QString& one : QString::fromUtf8(text).split(u'|')) {
+    result.push_back(page(QString(one).replace(u';', u'\n').toUtf8().constData()));
   }
   return result;
 }
@@ -120,11 +122,15 @@ public:
   qsizetype stopAfter = 1000;
 };
 
-inline SplitSetup setupFor(SplitMethod method, const char* searchText) {
+inline SplitSetup setupFor(SplitMethod method, const char* searchText,
+                           const std::function<void(SplitSetup&)>& adjust = nullptr) {
   SplitSetup setup;
-  setup.pageExtract = splitMethodTexts().at(static_cast<std::size_t>(method));
+  setup.pageExtract = splitMethodTexts().at(static_cast<int>(method));
   setup.findString = QString::fromUtf8(searchText);
   setup.extract = fileNameMethodTexts().at(0);
+  if (adjust) {
+    adjust(setup);
+  }
   return setup;
 }
 
@@ -158,27 +164,23 @@ struct Job {
   MemoryPages source;
 };
 
-/// What one job saved, one range a line.
+/// What one job saved, ranges with "|" between them.
 inline std::string savedBy(const SplitSetup& setup, const std::vector<MemoryPage>& pages) {
-  return Job(setup, pages).scan().saver.saved.join(u'\n').toStdString();
+  return Job(setup, pages).scan().saver.saved.join(u'|').toStdString();
 }
 
-/// One row of a table of whole jobs, named after the fault that it would catch.
+/// One row of a table of whole jobs, named after the fault that it would catch; ranges with "|"
+/// between them.
 struct JobRow {
-  const char* name;
-  SplitMethod method;
-  const char* searchText;
-  std::function<void(SplitSetup&)> adjust;
-  std::vector<const char*> pages;
+  const char* fault;
+  const char* pages;
   const char* saved;
 };
 
-inline std::string savedBy(const JobRow& row) {
-  SplitSetup setup = setupFor(row.method, row.searchText);
-  if (row.adjust) {
-    row.adjust(setup);
+inline void expectSaved(const SplitSetup& setup, const std::vector<JobRow>& rows) {
+  for (const JobRow& row : rows) {
+    EXPECT_EQ(savedBy(setup, pages(row.pages)), row.saved) << row.fault;
   }
-  return savedBy(setup, pages(row.pages));
 }
 
 } // namespace folivex::test

@@ -1,5 +1,6 @@
 // Text from a page, a list or a source's name that would like to be more than a name.
 #include "tests/naming/NamingBench.h"
+#include "tests/support/StoredInputs.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -160,6 +161,10 @@ TEST(LongNames, shrinkWithTheRoomThatThePathLeaves) {
 
   bench.rules.pathLimit = 3;
   EXPECT_EQ(bench.path(), "extract_.pdf") << "no room at all is for the writer to tell";
+}
+
+TEST(StoredInputs, giveHarmlessNames) {
+  runStoredInputs("naming_template");
 }
 
 } // namespace

@@ -16,32 +16,14 @@ TEST_P(NameOfOutput, isThatExpected) {
   EXPECT_EQ(bench.path(), GetParam().path);
 }
 
-auto by(FileNameMethod method) {
-  return [method](NamingBench& bench) {
-    bench.setup.extract = methodText(method);
-    bench.range.restOfLine = QStringLiteral("rest: of/line");
-  };
-}
-
 using enum FileNameMethod;
 
-INSTANTIATE_TEST_SUITE_P(
-    Methods, NameOfOutput,
-    testing::Values(
-        NameRow{"matchedWordIsLost", by(MatchedWord), "extract_ACME.pdf"},
-        NameRow{"nextWordIsLost", by(NextWord), "extract_ACME.pdf"},
-        NameRow{"pageStartCountsFromZero", by(PageStart), "extract_3.pdf"},
-        NameRow{"pageEndCountsFromZero", by(PageStartEnd), "extract_3-5.pdf"},
-        NameRow{"positionMatchIsLost", by(PositionMatch), "extract_ACME.pdf"},
-        NameRow{"firstNumberIsZero", by(SequentialNumber), "extract_000001.pdf"},
-        NameRow{"textAfterIsTakenFromRestOfLine", by(AfterText), "extract_ACME.pdf"},
-        NameRow{"restOfLineIsNotCleaned", by(AfterTextRestOfLine), "extract_rest ofline.pdf"},
-        NameRow{"restOfTwoLinesIsNotCleaned", by(AfterTextRestOfLineAndNextPage),
-                "extract_rest ofline.pdf"},
-        NameRow{"bookmarkCountsAsUnknown", by(Bookmark), "extract_ACME.pdf"},
-        NameRow{"unknownMethodHasNoName", [](NamingBench& bench) { bench.setup.extract = u"?"_s; },
-                "extract_ACME.pdf"}),
-    faultOf);
+INSTANTIATE_TEST_SUITE_P(Methods, NameOfOutput,
+                         testing::Values(NameRow{
+                             "unknownMethodHasNoName",
+                             [](NamingBench& bench) { bench.setup.extract = u"?"_s; },
+                             "extract_ACME.pdf"}),
+                         faultOf);
 
 auto text(const QString& matched, const QString& filter = {}) {
   return [=](NamingBench& bench) {

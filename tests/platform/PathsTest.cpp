@@ -1,5 +1,6 @@
 // Paths of both systems, and folders that are not to be trusted.
 #include "platform/Paths.h"
+#include "tests/support/Programs.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,6 +11,7 @@
 #include <sys/stat.h>
 
 using namespace folivex::platform;
+using folivex::test::modeOf;
 
 namespace {
 
@@ -27,11 +29,6 @@ private:
   const char* m_name;
   QByteArray m_old;
 };
-
-unsigned modeOf(const QString& path) {
-  struct stat status {};
-  return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
-}
 
 } // namespace
 

@@ -1,6 +1,7 @@
 // What TextWriter leaves on the disk, also when the disk or somebody else is in the way.
 #include "platform/TextFile.h"
 #include "tests/support/Programs.h"
+#include "tests/support/SmallDisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,48 +9,22 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace folivex::platform;
 using folivex::test::contentOf;
+using folivex::test::modeOf;
+using folivex::test::SmallDisk;
 using folivex::test::writeFile;
 
 namespace {
 
 const QByteArray mark("\xEF\xBB\xBF");
 
-unsigned modeOf(const QString& path) {
-  struct stat status {};
-  return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
-}
-
 QStringList filesIn(const QString& folder) {
   return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
 }
-
-/// No file of this process grows beyond `bytes`, as on a disk that is full.
-class FullDisk {
-public:
-  explicit FullDisk(rlim_t bytes) {
-    m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &m_old);
-    const rlimit limit{bytes, m_old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FullDisk() {
-    setrlimit(RLIMIT_FSIZE, &m_old);
-    std::signal(SIGXFSZ, m_oldHandler);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-  rlimit m_old{};
-  void (*m_oldHandler)(int) = SIG_DFL;
-};
 
 class TextWriterTest : public testing::Test {
 protected:
@@ -121,7 +96,7 @@ TEST_F(TextWriterTest, FullDiskIsToldAndRemembered) {
   EXPECT_EQ(device.write(QStringLiteral("fits the buffer")), 15);
   EXPECT_FALSE(device.close()) << "the buffer's fate is known only here";
 
-  const FullDisk full(1000);
+  const SmallDisk full(1000);
   TextWriter writer;
   ASSERT_TRUE(writer.open(at("f")));
   EXPECT_EQ(writer.write(QString(100'000, QLatin1Char('x'))), -1);
@@ -141,7 +116,7 @@ TEST_F(TextWriterTest, ReplacementLeavesTheOldFileUntilItIsWhole) {
   }
   EXPECT_EQ(contentOf(at("f")), "old");
   {
-    const FullDisk full(1000);
+    const SmallDisk full(1000);
     TextWriter failed;
     ASSERT_TRUE(failed.openReplacement(at("f")));
     failed.write(QString(2000, QLatin1Char('x')));

@@ -105,40 +105,6 @@ TEST_F(ReportsTest, LongerReportOfAnEarlierRunIsGone) {
   EXPECT_EQ(contentOf(at("r.txt")), onDisk(textHead));
 }
 
-TEST_F(ReportsTest, FailureTellsWhichReport) {
-  struct Row {
-    const char* fault;
-    ReportPaths paths;
-    RunError error;
-    QString message;
-  };
-  const QString message = QStringLiteral("file error! can't write to report file: %1");
-  const QString hint = QStringLiteral(", try changing the report path in report options");
-  const Row rows[] = {
-      {"text report in a folder that is not there",
-       {at("no/r.txt"), at("r.csv"), {}},
-       RunError::TextReport,
-       message.arg(at("no/r.txt")) + hint},
-      {"csv report in a folder that is not there",
-       {at("r.txt"), at("no/r.csv"), {}},
-       RunError::CsvReport,
-       message.arg(at("no/r.csv"))},
-      {"folder at the report's place",
-       {m_folder.path(), at("r.csv"), {}},
-       RunError::TextReport,
-       message.arg(m_folder.path()) + hint},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
-    const Reports::Opened opened = open(row.paths);
-    EXPECT_EQ(opened.error, row.error);
-    EXPECT_EQ(opened.message, row.message);
-    EXPECT_FALSE(m_reports.isOpen());
-    m_reports.writeRange(first); // must do nothing
-    EXPECT_EQ(m_reports.close().error, RunError::None);
-  }
-}
-
 // A disk that fills up is told when the reports are closed, and by name.
 TEST_F(ReportsTest, FullDiskIsTold) {
   ASSERT_EQ(open({nullReport(), at("r.csv"), nullReport()}).error, RunError::None);

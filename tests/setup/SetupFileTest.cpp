@@ -1,5 +1,6 @@
 // The setup file's text, line by line and whole.
 #include "engine/setup/SetupFile.h"
+#include "tests/support/StoredInputs.h"
 
 #include <gtest/gtest.h>
 
@@ -9,138 +10,94 @@ using namespace folivex;
 
 namespace {
 
-/// A record in which every field differs from its default and from its neighbours.
-SplitSetup oddSetup() {
-  SplitSetup s;
-  s.useCurrent = s.splitToSource = s.rotated = s.createList = s.keepBookmarks = true;
-  s.useSourceFileName = s.useSourceFileNamePost = s.alwaysOverwrite = s.alwaysAppend = true;
-  s.ignoreCase = s.ocrFirst = true;
-  s.addBWords = QStringLiteral(" ");
-  s.fileName = QStringLiteral("/in/März 2026.pdf");
-  s.extract = QStringLiteral("Next word as filename");
-  s.takenWordsForFileName = 3;
-  s.untilHHPosLessThan = 450;
-  s.firstCharOfWord = QStringLiteral("#");
-  s.anyCharOfWord = QStringLiteral("€");
-  s.startFromPage = 2;
-  s.startEndPage = 90;
-  s.offsetFirst = -1;
-  s.pageExtract = QStringLiteral("From match to until match");
-  s.findString = QStringLiteral("Invoice No:");
-  s.prefixFileName = QStringLiteral("[YYYY]_");
-  s.postfixFileName = QStringLiteral("_x");
-  s.outputDir = QStringLiteral("c:\\out");
-  s.extractUntil = QStringLiteral("Total");
-  s.extractFileName = QStringLiteral("Customer");
-  s.matchPosH = QStringLiteral("10-20");
-  s.matchPosV = QStringLiteral("33");
-  s.untilMatchPosH = 4;
-  s.untilMatchPosV = 5;
-  s.stripEnd = 6;
-  s.reportOptionsTxt = s.reportOptionsCsv = s.reportOptionsCurrent = false;
-  s.reportOptionsOutputFolder = QStringLiteral("/reports");
-  s.reportUseFileList = QStringLiteral("/names.txt");
-  s.reportRemoveChars = QStringLiteral("()");
-  s.horizWordSpacing = 1.5;
-  s.pdfPassword = QStringLiteral("pass word ");
-  s.configUseExternal = true;
-  s.configExternalCommand = QStringLiteral("split");
-  s.configExternalParams = QStringLiteral("[IN] [OUT]");
-  s.emailSmtp = QStringLiteral("ssl:mail.example:465");
-  s.emailFrom = QStringLiteral("a@example.org");
-  s.emailInvoiceCc = QStringLiteral("cc@example.org");
-  s.emailFromName = QStringLiteral("Café");
-  s.emailSubject = QStringLiteral("Your invoice");
-  s.emailLogin = QStringLiteral("login");
-  s.emailPassword = QStringLiteral("secret");
-  s.emailLogFile = QStringLiteral("/mail.log");
-  s.emailMsg = QStringLiteral("Hello\r\n\r\nBye");
-  s.emailHtml = s.emailEnable = true;
-  s.emailConfirm = s.emailTest = false;
-  s.emailPause = 250;
-  s.emailMatchVert = -1;
-  s.emailMatchVertTo = 700;
-  s.emailMatchHorizFrom = 8;
-  s.emailMatchHorizTo = 900;
-  s.useOutlook = s.useOutlookAuto = true;
-  s.emailHorizAfterText = QStringLiteral("E-mail:");
-  s.emailHorizBeforeText = QStringLiteral("Phone");
-  s.otherSettingsRemoveFiles = true;
-  s.otherSettingsRemoveText = QStringLiteral("Ltd|Inc");
-  return s;
-}
+/// A record in which every field differs from its default and from its neighbours, and its text.
+struct OddSetup {
+  OddSetup() {
+    line("USECURRENT;1", &SplitSetup::useCurrent, true);
+    line("SPLITTOSOURCE;1", &SplitSetup::splitToSource, true);
+    line("ROTATED;1", &SplitSetup::rotated, true);
+    line("CREATELIST;1", &SplitSetup::createList, true);
+    line("KEEPBOOKMARKS;1", &SplitSetup::keepBookmarks, true);
+    line("USESOURCEFILENAME;1", &SplitSetup::useSourceFileName, true);
+    line("USESOURCEFILENAMEPOST;1", &SplitSetup::useSourceFileNamePost, true);
+    line("ALWAYSOVERWRITE;1", &SplitSetup::alwaysOverwrite, true);
+    line("ALWAYSAPPEND;1", &SplitSetup::alwaysAppend, true);
+    line("IGNORECASE;1", &SplitSetup::ignoreCase, true);
+    line("OCRFIRST;1", &SplitSetup::ocrFirst, true);
+    line("ADDBWORDS; ", &SplitSetup::addBWords, " ");
+    line("FILENAME;/in/März 2026.pdf", &SplitSetup::fileName, "/in/März 2026.pdf");
+    line("EXTRACT;Next word as filename", &SplitSetup::extract, "Next word as filename");
+    line("TAKENWORDSFORFILENAME;3", &SplitSetup::takenWordsForFileName, 3);
+    line("UNTILHHPOSLESSTHAN;450", &SplitSetup::untilHHPosLessThan, 450);
+    line("FIRSTCHAROFWORD;#", &SplitSetup::firstCharOfWord, "#");
+    line("ANYCHAROFWORD;€", &SplitSetup::anyCharOfWord, "€");
+    line("STARTFROMPAGE;2", &SplitSetup::startFromPage, 2);
+    line("STARTENDPAGE;90", &SplitSetup::startEndPage, 90);
+    line("OFFSETFIRST;-1", &SplitSetup::offsetFirst, -1);
+    line("PAGEEXTRACT;From match to until match", &SplitSetup::pageExtract,
+         "From match to until match");
+    line("FINDSTRING;Invoice No:", &SplitSetup::findString, "Invoice No:");
+    line("PREFIXFILENAME;[YYYY]_", &SplitSetup::prefixFileName, "[YYYY]_");
+    line("POSTFIXFILENAME;_x", &SplitSetup::postfixFileName, "_x");
+    line("OUTPUTDIR;c:\\out", &SplitSetup::outputDir, "c:\\out");
+    line("EXTRACTUNTIL;Total", &SplitSetup::extractUntil, "Total");
+    line("EXTRACTFILENAME;Customer", &SplitSetup::extractFileName, "Customer");
+    line("MATCHPOSH;10-20", &SplitSetup::matchPosH, "10-20");
+    line("MATCHPOSV;33", &SplitSetup::matchPosV, "33");
+    line("UNTILMATCHPOSH;4", &SplitSetup::untilMatchPosH, 4);
+    line("UNTILMATCHPOSV;5", &SplitSetup::untilMatchPosV, 5);
+    line("STRIPEND;6", &SplitSetup::stripEnd, 6);
+    line("OFFSETFIRST;-1", &SplitSetup::offsetFirst, -1);
+    line("REPORTOPTIONSTXT;0", &SplitSetup::reportOptionsTxt, false);
+    line("REPORTOPTIONSCSV;0", &SplitSetup::reportOptionsCsv, false);
+    line("REPORTOPTIONSCURRENT;0", &SplitSetup::reportOptionsCurrent, false);
+    line("REPORTOPTIONSOUTPUTFOLDER;/reports", &SplitSetup::reportOptionsOutputFolder, "/reports");
+    line("REPORTUSEFILELIST;/names.txt", &SplitSetup::reportUseFileList, "/names.txt");
+    line("REPORTREMOVECHARS;()", &SplitSetup::reportRemoveChars, "()");
+    line("HORIZWORDSPACING;1.500000", &SplitSetup::horizWordSpacing, 1.5);
+    line("PDFPASSWORD;pass word ", &SplitSetup::pdfPassword, "pass word ");
+    line("CONFIGUSEEXTERNAL;1", &SplitSetup::configUseExternal, true);
+    line("CONFIGEXTERNALCOMMAND;split", &SplitSetup::configExternalCommand, "split");
+    line("CONFIGEXTERNALPARAMS;[IN] [OUT]", &SplitSetup::configExternalParams, "[IN] [OUT]");
+    line("EMAILSMTP;ssl:mail.example:465", &SplitSetup::emailSmtp, "ssl:mail.example:465");
+    line("EMAILFROM;a@example.org", &SplitSetup::emailFrom, "a@example.org");
+    line("EMAILINVOICECC;cc@example.org", &SplitSetup::emailInvoiceCc, "cc@example.org");
+    line("EMAILFROMNAME;Café", &SplitSetup::emailFromName, "Café");
+    line("EMAILSUBJECT;Your invoice", &SplitSetup::emailSubject, "Your invoice");
+    line("EMAILLOGIN;login", &SplitSetup::emailLogin, "login");
+    line("EMAILPASSWORD;secret", &SplitSetup::emailPassword, "secret");
+    line("EMAILLOGFILE;/mail.log", &SplitSetup::emailLogFile, "/mail.log");
+    line("EMAILMSG;Hello(return)(newline)(return)(newline)Bye", &SplitSetup::emailMsg,
+         "Hello\r\n\r\nBye");
+    line("EMAILHTML;1", &SplitSetup::emailHtml, true);
+    line("EMAILENABLE;1", &SplitSetup::emailEnable, true);
+    line("EMAILCONFIRM;0", &SplitSetup::emailConfirm, false);
+    line("EMAILTEST;0", &SplitSetup::emailTest, false);
+    line("EMAILPAUSE;250", &SplitSetup::emailPause, 250);
+    line("EMAILMATCHVERT;-1", &SplitSetup::emailMatchVert, -1);
+    line("EMAILMATCHVERTTO;700", &SplitSetup::emailMatchVertTo, 700);
+    line("EMAILMATCHHORIZFROM;8", &SplitSetup::emailMatchHorizFrom, 8);
+    line("EMAILMATCHHORIZTO;900", &SplitSetup::emailMatchHorizTo, 900);
+    line("USEOUTLOOK;1", &SplitSetup::useOutlook, true);
+    line("USEOUTLOOKAUTO;1", &SplitSetup::useOutlookAuto, true);
+    line("EMAILHORIZAFTERTEXT;E-mail:", &SplitSetup::emailHorizAfterText, "E-mail:");
+    line("EMAILHORIZBEFORETEXT;Phone", &SplitSetup::emailHorizBeforeText, "Phone");
+    line("OTHERSETTINGSREMOVEFILES;1", &SplitSetup::otherSettingsRemoveFiles, true);
+    line("OTHERSETTINGSREMOVETEXT;Ltd|Inc", &SplitSetup::otherSettingsRemoveText, "Ltd|Inc");
+  }
 
-const char oddText[] = R"(UNICODEV4
-USECURRENT;1 
-SPLITTOSOURCE;1 
-ROTATED;1 
-CREATELIST;1 
-KEEPBOOKMARKS;1 
-USESOURCEFILENAME;1 
-USESOURCEFILENAMEPOST;1 
-ALWAYSOVERWRITE;1 
-ALWAYSAPPEND;1 
-IGNORECASE;1 
-OCRFIRST;1 
-ADDBWORDS;  
-FILENAME;/in/März 2026.pdf 
-EXTRACT;Next word as filename 
-TAKENWORDSFORFILENAME;3 
-UNTILHHPOSLESSTHAN;450 
-FIRSTCHAROFWORD;# 
-ANYCHAROFWORD;€ 
-STARTFROMPAGE;2 
-STARTENDPAGE;90 
-OFFSETFIRST;-1 
-PAGEEXTRACT;From match to until match 
-FINDSTRING;Invoice No: 
-PREFIXFILENAME;[YYYY]_ 
-POSTFIXFILENAME;_x 
-OUTPUTDIR;c:\out 
-EXTRACTUNTIL;Total 
-EXTRACTFILENAME;Customer 
-MATCHPOSH;10-20 
-MATCHPOSV;33 
-UNTILMATCHPOSH;4 
-UNTILMATCHPOSV;5 
-STRIPEND;6 
-OFFSETFIRST;-1 
-REPORTOPTIONSTXT;0 
-REPORTOPTIONSCSV;0 
-REPORTOPTIONSCURRENT;0 
-REPORTOPTIONSOUTPUTFOLDER;/reports 
-REPORTUSEFILELIST;/names.txt 
-REPORTREMOVECHARS;() 
-HORIZWORDSPACING;1.500000 
-PDFPASSWORD;pass word  
-CONFIGUSEEXTERNAL;1 
-CONFIGEXTERNALCOMMAND;split 
-CONFIGEXTERNALPARAMS;[IN] [OUT] 
-EMAILSMTP;ssl:mail.example:465 
-EMAILFROM;a@example.org 
-EMAILINVOICECC;cc@example.org 
-EMAILFROMNAME;Café 
-EMAILSUBJECT;Your invoice 
-EMAILLOGIN;login 
-EMAILPASSWORD;secret 
-EMAILLOGFILE;/mail.log 
-EMAILMSG;Hello(return)(newline)(return)(newline)Bye 
-EMAILHTML;1 
-EMAILENABLE;1 
-EMAILCONFIRM;0 
-EMAILTEST;0 
-EMAILPAUSE;250 
-EMAILMATCHVERT;-1 
-EMAILMATCHVERTTO;700 
-EMAILMATCHHORIZFROM;8 
-EMAILMATCHHORIZTO;900 
-USEOUTLOOK;1 
-USEOUTLOOKAUTO;1 
-EMAILHORIZAFTERTEXT;E-mail: 
-EMAILHORIZBEFORETEXT;Phone 
-OTHERSETTINGSREMOVEFILES;1 
-OTHERSETTINGSREMOVETEXT;Ltd|Inc 
-)";
+  template <typename Value>
+  void line(const char* spelled, Value SplitSetup::*member, const Value& value) {
+    setup.*member = value;
+    text += QString::fromUtf8(spelled) + QStringLiteral(" \r\n");
+  }
+  void line(const char* spelled, QString SplitSetup::*member, const char* value) {
+    line(spelled, member, QString::fromUtf8(value));
+  }
+
+  SplitSetup setup;
+  QString text = QStringLiteral("UNICODEV4\r\n");
+};
 
 struct Loaded {
   SplitSetup edited;
@@ -160,13 +117,13 @@ Loaded read(const QString& text) {
 } // namespace
 
 TEST(SetupFile, EveryFieldInItsLine) {
-  EXPECT_EQ(setupFileText(oddSetup()).toStdString(),
-            QString::fromUtf8(oddText).replace("\n", "\r\n").toStdString());
+  const OddSetup odd;
+  EXPECT_EQ(setupFileText(odd.setup).toStdString(), odd.text.toStdString());
 }
 
 TEST(SetupFile, EveryFieldComesBackToItsCopy) {
-  const Loaded loaded = read(setupFileText(oddSetup()));
-  const SplitSetup odd = oddSetup();
+  const Loaded loaded = read(setupFileText(OddSetup().setup));
+  const SplitSetup odd = OddSetup().setup;
   SplitSetup edited = odd;
   SplitSetup working;
   edited.useOutlookAuto = false;
@@ -264,7 +221,7 @@ TEST(SetupFile, OddLines) {
 }
 
 TEST(SetupFile, TellsWhatTheFormatCannotHold) {
-  SplitSetup setup = oddSetup();
+  SplitSetup setup = OddSetup().setup;
   EXPECT_EQ(keysLostInFile(setup), QStringList());
   setup.emailPassword = QStringLiteral("a;b");
   setup.findString = QStringLiteral("a\nb");
@@ -272,4 +229,8 @@ TEST(SetupFile, TellsWhatTheFormatCannotHold) {
   setup.emailMsg = QStringLiteral("line\r\n").repeated(400);
   EXPECT_EQ(keysLostInFile(setup),
             QStringList({"FINDSTRING", "REPORTREMOVECHARS", "EMAILPASSWORD", "EMAILMSG"}));
+}
+
+TEST(SetupFile, StoredInputsComeBack) {
+  test::runStoredInputs("setup_file");
 }

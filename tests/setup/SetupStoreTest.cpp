@@ -15,14 +15,10 @@
 
 using namespace folivex;
 using folivex::test::contentOf;
+using folivex::test::modeOf;
 using folivex::test::writeFile;
 
 namespace {
-
-unsigned modeOf(const QString& path) {
-  struct stat status {};
-  return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
-}
 
 /// A temporary folder of one test, and a store whose example setup is the one that is shipped.
 class SetupStoreTest : public testing::Test {

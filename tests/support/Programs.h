@@ -13,6 +13,8 @@
 
 #include <ostream>
 
+#include <sys/stat.h>
+
 /// For readable failures; found through the type, so it must stand where the type does.
 inline void PrintTo(const QString& text, std::ostream* out) {
   *out << '"' << text.toStdString() << '"';
@@ -84,6 +86,12 @@ inline void writeFile(const QString& path, const QByteArray& content) {
   QFile file(path);
   ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
   ASSERT_EQ(file.write(content), content.size());
+}
+
+/// Permissions of the file at `path`, a link's own not followed; 0 when there is none.
+inline unsigned modeOf(const QString& path) {
+  struct stat status {};
+  return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
 }
 
 /// Names of all files below a folder, in alphabetical order, with the folders they stand in.
