@@ -1,45 +1,33 @@
 #include "Pages.h"
 
-#include <atomic>
-#include <codecvt>
-#include <filesystem>
-#include <locale>
-#include <ostream>
-
-#include <unistd.h>
+#include <QString>
+#include <QTemporaryDir>
 
 namespace glyphruntest {
 
-namespace {
-
-/// The folder for all files of this process.
-class Folder {
-public:
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "glyphrun-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  const std::string& path() const { return path_; }
-
-private:
-  std::string path_;
-};
-
-} // namespace
-
-std::ostream& operator<<(std::ostream& out, const Word& word) {
-  return out << '"' << word.text << "\" at " << word.h << ',' << word.v;
+PdfBuilder newPdf() {
+  PdfBuilder pdf;
+  pdf.addText("F = <</Type/Font/Subtype/Type1/BaseFont/Helvetica/Encoding/WinAnsiEncoding>>\n"
+              "T = <</Type/Font/Subtype/Type1/BaseFont/Times-Roman/Encoding/WinAnsiEncoding>>\n"
+              "U = null\n"
+              "V = null\n"
+              "map =  | 1 begincodespacerange <0000> <FFFF> endcodespacerange"
+              " 1 beginbfrange <0000> <FFFF> <0000> endbfrange\n"
+              "any = <</Type/Font/Subtype/CIDFontType2/BaseFont/Any/DW 500"
+              "/CIDSystemInfo<</Registry(Adobe)/Ordering(Identity)>>>>\n"
+              "U = <</Type/Font/Subtype/Type0/BaseFont/Any/Encoding/Identity-H"
+              "/DescendantFonts[@any]/ToUnicode @map>>\n"
+              "V = <</Type/Font/Subtype/Type0/BaseFont/Any/Encoding/Identity-V"
+              "/DescendantFonts[@any]/ToUnicode @map>>");
+  return pdf;
 }
 
 std::u16string wide(const std::string& utf8) {
-  return std::wstring_convert<std::codecvt_utf8_utf16<char16_t>, char16_t>().from_bytes(utf8);
+  return QString::fromStdString(utf8).toStdU16String();
+}
+
+std::string narrow(const char16_t* text) {
+  return QString::fromUtf16(text).toStdString();
 }
 
 std::string repeat(const std::string& text, int times) {
@@ -49,51 +37,45 @@ std::string repeat(const std::string& text, int times) {
   return all;
 }
 
-std::string narrow(const char16_t* text) {
-  return std::wstring_convert<std::codecvt_utf8_utf16<char16_t>, char16_t>().to_bytes(text);
+std::string show(const std::string& text, int x, int y) {
+  return "BT /F 10 Tf " + std::to_string(x) + " " + std::to_string(y) + " Td (" + text + ") Tj ET ";
 }
 
 std::string pathFor(const std::string& name) {
-  static const Folder folder;
-  return folder.path() + "/" + name;
+  static const QTemporaryDir folder;
+  return folder.filePath(QString::fromStdString(name)).toStdString();
 }
 
-std::string plainFonts(PdfBuilder& pdf) {
-  return "/Font<</F " + PdfBuilder::ref(pdf.addFont("Helvetica")) + "/T " +
-         PdfBuilder::ref(pdf.addFont("Times-Roman")) + ">>";
-}
-
-std::vector<Word> wordsOf(const std::string& path, int page) {
-  PdfTextDumpOpenFile(wide(path).c_str(), u"");
+std::string extract(int page, bool withPlaces) {
   PdfTextDumpFilePages(page, page);
   DoReverseSort();
-  std::vector<Word> words;
+  std::string words;
   for (int i = 0; i < getNumWords(); ++i) {
     wordToGet(i);
-    words.push_back({narrow(getWordStr()), getWordX(), getWordY()});
+    words += (i > 0 ? " " : "") + narrow(getWordStr());
+    if (withPlaces) {
+      words += "@" + std::to_string(getWordX()) + "," + std::to_string(getWordY());
+    }
   }
   return words;
 }
 
-std::vector<Word> wordsOf(const PdfBuilder& pdf, int page) {
-  static std::atomic<int> number{0};
+std::string wordsOf(const std::string& path, int page, bool withPlaces) {
+  PdfTextDumpOpenFile(wide(path).c_str(), u"");
+  return extract(page, withPlaces);
+}
+
+std::string wordsOf(const PdfBuilder& pdf, int page, bool withPlaces) {
+  static int number = 0;
   const std::string path = pathFor("page" + std::to_string(++number) + ".pdf");
   pdf.write(path);
-  return wordsOf(path, page);
+  return wordsOf(path, page, withPlaces);
 }
 
-std::vector<Word> wordsOfContent(const std::string& content, const std::string& pageEntries) {
-  PdfBuilder pdf;
-  pdf.addPage(content, plainFonts(pdf), pageEntries);
+std::string wordsOfContent(const std::string& content, const std::string& pageEntries) {
+  PdfBuilder pdf = newPdf();
+  pdf.addPage(content, plainFonts, pageEntries);
   return wordsOf(pdf);
-}
-
-std::string textOf(const std::vector<Word>& words) {
-  std::string text;
-  for (const Word& word : words) {
-    text += (text.empty() ? "" : " ") + word.text;
-  }
-  return text;
 }
 
 } // namespace glyphruntest

@@ -6,39 +6,34 @@
 #include <glyphrun/glyphrun.h>
 
 #include <string>
-#include <vector>
 
 namespace glyphruntest {
 
 using testpdf::PdfBuilder;
 
-struct Word {
-  std::string text; ///< UTF-8
-  int h = 0;
-  int v = 0;
-
-  bool operator==(const Word&) const = default;
-};
-std::ostream& operator<<(std::ostream& out, const Word& word);
+/// Resources of pages: Helvetica as /F, Times as /T; /U and /V (downward) have two-byte codes that
+/// are their own text.
+inline constexpr const char* plainFonts = "/Font<</F 3 0 R/T 4 0 R/U 5 0 R/V 6 0 R>>";
+/// A builder that has these fonts and nothing else.
+PdfBuilder newPdf();
 
 std::u16string wide(const std::string& utf8);
 std::string narrow(const char16_t* text);
 std::string repeat(const std::string& text, int times);
 
-/// A path in a folder of the test's own, which is gone when the test program ends.
+/// Operators that show one run of text in Helvetica 10.
+std::string show(const std::string& text, int x = 50, int y = 700);
+
+/// A path in a folder of the program's own, which is gone when it ends.
 std::string pathFor(const std::string& name);
 
-/// Resources with Helvetica as /F and Times as /T. Call after other objects or before, as you like.
-std::string plainFonts(PdfBuilder& pdf);
-
-/// Opens a file and gives the words of one page in reading order.
-std::vector<Word> wordsOf(const std::string& path, int page = 1);
-/// The same for a file that holds one page with this content.
-std::vector<Word> wordsOfContent(const std::string& content, const std::string& pageEntries = "");
-/// Writes the file and gives its words.
-std::vector<Word> wordsOf(const PdfBuilder& pdf, int page = 1);
-
-/// Texts alone, with a blank between them.
-std::string textOf(const std::vector<Word>& words);
+/// The words of the open file's page in reading order with a blank between them; "text@h,v" each
+/// with their places.
+std::string extract(int page, bool withPlaces = false);
+/// The same of a file that is opened for it.
+std::string wordsOf(const std::string& path, int page = 1, bool withPlaces = false);
+std::string wordsOf(const PdfBuilder& pdf, int page = 1, bool withPlaces = false);
+/// The same of a page with this content.
+std::string wordsOfContent(const std::string& content, const std::string& pageEntries = "");
 
 } // namespace glyphruntest

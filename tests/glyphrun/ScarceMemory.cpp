@@ -7,14 +7,15 @@
 
 namespace {
 
-std::atomic<bool> isScarce{false};
+/// The thread that gets memory; none while all do.
 std::atomic<std::thread::id> provided;
 
 } // namespace
 
 // The library's own calls end here as well: a program's operators go before those of its libraries.
 void* operator new(std::size_t bytes, const std::nothrow_t& /*unused*/) noexcept {
-  const bool isRefused = isScarce && provided.load() != std::this_thread::get_id();
+  const std::thread::id only = provided;
+  const bool isRefused = only != std::thread::id() && only != std::this_thread::get_id();
   return isRefused ? nullptr : std::malloc(bytes);
 }
 
@@ -38,11 +39,10 @@ namespace glyphruntest {
 
 NoMemoryForOtherThreads::NoMemoryForOtherThreads() {
   provided = std::this_thread::get_id();
-  isScarce = true;
 }
 
 NoMemoryForOtherThreads::~NoMemoryForOtherThreads() {
-  isScarce = false;
+  provided = std::thread::id();
 }
 
 } // namespace glyphruntest

@@ -4,8 +4,7 @@
 namespace glyphruntest {
 
 /// While it lives, only the thread that made it gets memory from operator new.
-class NoMemoryForOtherThreads {
-public:
+struct NoMemoryForOtherThreads {
   NoMemoryForOtherThreads();
   ~NoMemoryForOtherThreads();
   NoMemoryForOtherThreads(const NoMemoryForOtherThreads&) = delete;

@@ -32,9 +32,21 @@ protected:
     ReleaseImage(&image_);
   }
 
+  /// As extract() tells them.
+  std::string words() {
+    const int count = GetViewWords(view_, 1, &words_);
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+      all += (i > 0 ? " " : "") + narrow(words_[i].text) + "@" + std::to_string(words_[i].h) + "," +
+             std::to_string(words_[i].v);
+    }
+    return all;
+  }
+
   GlyphrunView* view_ = nullptr;
   int32_t result_ = 1;
   GlyphrunImage image_{0, 0, nullptr};
+  const GlyphrunWord* words_ = nullptr;
 };
 
 TEST_F(Views, PagesAreDrawnAsShown) {
@@ -78,35 +90,25 @@ TEST_F(Views, RefusalsLeaveThePictureEmpty) {
 
 TEST_F(Views, AGlyphThatDrawsItselfEnds) {
   PdfBuilder pdf;
-  const int font = pdf.reserve();
-  std::string show = "1000 0 d0 BT /S 1 Tf ";
-  for (int i = 0; i < 30; ++i) {
-    show += "(AAAAAAAAAA) Tj ";
-  }
-  const int glyph = pdf.addStream(show + "ET");
-  pdf.set(font, "<</Type/Font/Subtype/Type3/FontMatrix[1 0 0 1 0 0]/FontBBox[0 0 1 1]/FirstChar "
-                "65/LastChar 65"
-                "/Widths[1]/Encoding<</Differences[65/A]>>/CharProcs<</A " +
-                    PdfBuilder::ref(glyph) + ">>/Resources<</Font<</S " + PdfBuilder::ref(font) +
-                    ">>>>>>");
-  pdf.addPage("BT /S 10 Tf 50 700 Td (AAA) Tj ET", "/Font<</S " + PdfBuilder::ref(font) + ">>");
+  pdf.addText("glyph =  | 1000 0 d0 BT /S 1 Tf " + repeat("(AAAAAAAAAA) Tj ", 30) +
+              "ET\nfont = <</Type/Font/Subtype/Type3/FontMatrix[1 0 0 1 0 0]/FontBBox[0 0 1 1]"
+              "/FirstChar 65/LastChar 65/Widths[1]/Encoding<</Differences[65/A]>>"
+              "/CharProcs<</A @glyph>>/Resources<</Font<</S @font>>>>>>\n"
+              "page /Resources<</Font<</S @font>>>> | BT /S 10 Tf 50 700 Td (AAA) Tj ET");
   open(pdf);
   static_cast<void>(RenderViewPage(view_, 1, 1, &image_));
-  const GlyphrunWord* words = nullptr;
-  ASSERT_EQ(GetViewWords(view_, 1, &words), 1);
-  EXPECT_EQ(narrow(words[0].text), "AAA");
+  EXPECT_EQ(words(), "AAA@50,100");
 }
 
 TEST_F(Views, APageThatIsBeingDrawnIsGivenUp) {
   PdfBuilder pdf;
-  int form = pdf.addStream(repeat("0 0 600 800 re f ", 100), "/Subtype/Form/BBox[0 0 600 800]");
-  std::string resources;
-  for (int depth = 0; depth < 8; ++depth) {
-    resources = "/XObject<</N " + PdfBuilder::ref(form) + ">>";
-    form = pdf.addStream(repeat("/N Do ", 10),
-                         "/Subtype/Form/BBox[0 0 600 800]/Resources<<" + resources + ">>");
+  const std::string form = " = /Subtype/Form/BBox[0 0 600 800]";
+  pdf.addText("form0" + form + " | " + repeat("0 0 600 800 re f ", 100));
+  for (int depth = 1; depth <= 8; ++depth) {
+    pdf.addText("form" + std::to_string(depth) + form + "/Resources<</XObject<</N @form" +
+                std::to_string(depth - 1) + ">>>> | " + repeat("/N Do ", 10));
   }
-  pdf.addPage("/N Do", "/XObject<</N " + PdfBuilder::ref(form) + ">>");
+  pdf.addText("page /Resources<</XObject<</N @form8>>>> | /N Do");
   open(pdf);
   auto reason = std::async(std::launch::async, [this] {
     EXPECT_LT(RenderViewPage(view_, 1, 1, &image_), 0);
@@ -117,27 +119,26 @@ TEST_F(Views, APageThatIsBeingDrawnIsGivenUp) {
   EXPECT_EQ(image_.pixels, nullptr);
 }
 
-TEST_F(Views, WordsAreThoseOfTheSession) {
-  PdfBuilder pdf;
-  pdf.addPage("BT /F 10 Tf 50 600 Td (second) Tj 0 100 Td (first) Tj ET", plainFonts(pdf));
-  const std::vector<Word> session = wordsOf(pdf);
+TEST_F(Views, WordsAreThoseOfTheSessionWithTheirBoxes) {
+  PdfBuilder pdf = newPdf();
+  pdf.addPage("BT /F 10 Tf 50 600 Td (second) Tj 0 100 Td (Word) Tj ET", plainFonts);
   open(pdf);
-  const GlyphrunWord* words = nullptr;
-  ASSERT_EQ(GetViewWords(view_, 1, &words), static_cast<int>(session.size()));
-  for (std::size_t i = 0; i < session.size(); ++i) {
-    EXPECT_EQ((Word{narrow(words[i].text), words[i].h, words[i].v}), session[i]);
-  }
-  EXPECT_EQ(words[0].page, 1);
+  EXPECT_EQ(words(), wordsOf(pdf, 1, true));
+  ASSERT_NE(words_, nullptr);
+  EXPECT_EQ(words_->page, 1);
+  EXPECT_NEAR(words_->left, 50, 0.01);
+  EXPECT_NEAR(words_->right, 50 + 9.44 + 5.56 + 3.33 + 5.56, 0.01); // Helvetica's widths
+  EXPECT_LT(words_->top, 94);
+  EXPECT_GT(words_->bottom, 100);
 }
 
 TEST_F(Views, WordsJoinAsTheViewIsTold) {
-  PdfBuilder pdf;
-  pdf.addPage("BT /F 10 Tf 50 600 Td [(two)-200(parts)] TJ ET", plainFonts(pdf));
+  PdfBuilder pdf = newPdf();
+  pdf.addPage("BT /F 10 Tf 50 600 Td [(two)-200(parts)] TJ ET", plainFonts);
   open(pdf);
-  const GlyphrunWord* words = nullptr;
   for (const auto& [factor, count] : {std::pair{1.02, 2}, {1.3, 1}, {1.02, 2}}) {
     SetViewWordSpacing(view_, factor);
-    EXPECT_EQ(GetViewWords(view_, 1, &words), count);
+    EXPECT_EQ(GetViewWords(view_, 1, &words_), count);
   }
 }
 

@@ -3,6 +3,9 @@
 
 #include <cstdio>
 #include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -47,11 +50,51 @@ public:
   }
   int addPageObject(const std::string& contents, const std::string& resources,
                     const std::string& entries = "") {
-    const bool box = entries.find("/MediaBox") != std::string::npos;
-    pages_.push_back(add("<</Type/Page/Parent 2 0 R/Contents " + contents + "/Resources<<" +
-                         resources + ">>" + (box ? "" : "/MediaBox[0 0 600 800]") + entries +
-                         ">>"));
+    const auto unless = [&entries](const char* key, const std::string& entry) {
+      return entries.find(key) == std::string::npos ? entry : std::string();
+    };
+    pages_.push_back(named("p" + std::to_string(pages_.size() + 1)));
+    set(pages_.back(), "<</Type/Page/Parent 2 0 R" + unless("/Contents", "/Contents " + contents) +
+                           unless("/Resources", "/Resources<<" + resources + ">>") +
+                           unless("/MediaBox", "/MediaBox[0 0 600 800]") + entries + ">>");
     return pages_.back();
+  }
+
+  /** The number of an object by its name in addText, from before it is known as well. */
+  int named(const std::string& name) {
+    const auto [entry, isNew] = names_.try_emplace(name, 0);
+    if (isNew) {
+      entry->second = reserve();
+    }
+    return entry->second;
+  }
+
+  /**
+   * Adds what is written as text, a line each; lines that begin with a blank go on with the one
+   * before. In all but the data of a stream, @name stands for a reference to the object.
+   *
+   *   name = body              an object; "pages" is the page tree, in place of the right one
+   *   name = entries | data    a stream
+   *   page entries | content   a page, named p1, p2 ... in turn; with `resources` unless it has its
+   * own catalog entries
+   */
+  void addText(const std::string& text, const std::string& resources = "") {
+    std::istringstream lines(std::regex_replace(text, std::regex("\n +"), " "));
+    for (std::string line; std::getline(lines, line);) {
+      const std::size_t bar = line.find(" | ");
+      const bool isStream = bar != std::string::npos;
+      const std::string head = withReferences(line.substr(0, bar));
+      const std::string data = isStream ? line.substr(bar + 3) : "";
+      const std::size_t equals = head.find(" = ");
+      if (head.rfind("page", 0) == 0 && equals == std::string::npos) {
+        addPage(data, resources, head.substr(4));
+      } else if (head.rfind("catalog", 0) == 0) {
+        addToCatalog(head.substr(7));
+      } else {
+        const std::string body = head.substr(equals + 3);
+        set(named(head.substr(0, equals)), isStream ? stream(data, body) : body);
+      }
+    }
   }
 
   void addToCatalog(const std::string& entries) { catalog_ += entries; }
@@ -90,7 +133,17 @@ public:
   }
 
 private:
+  std::string withReferences(std::string text) {
+    const std::regex reference("@(\\w+)");
+    for (std::smatch name; std::regex_search(text, name, reference);) {
+      text.replace(static_cast<std::size_t>(name.position()),
+                   static_cast<std::size_t>(name.length()), ref(named(name[1])));
+    }
+    return text;
+  }
+
   std::vector<std::string> objects_;
+  std::map<std::string, int> names_{{"pages", 2}};
   std::vector<int> pages_;
   std::string catalog_;
   std::string trailer_;
