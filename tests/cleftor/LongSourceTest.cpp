@@ -1,69 +1,34 @@
 #include "Splitting.h"
 
+#include <tests/support/PdfBuilder.h>
+
 namespace tests::cleftor {
 
 namespace {
 
 constexpr int pageCount = 17'000;
 
-std::string reference(int number) {
-  return std::to_string(number) + " 0 R";
-}
-
-/// Writes the objects of a PDF one after the other, with their places.
-class RawPdf {
-public:
-  void object(int number, const std::string& body) {
-    if (m_places.size() <= static_cast<size_t>(number)) {
-      m_places.resize(static_cast<size_t>(number) + 1);
-    }
-    m_places[static_cast<size_t>(number)] = m_bytes.size();
-    m_bytes += std::to_string(number) + " 0 obj\n" + body + "\nendobj\n";
-  }
-
-  void stream(int number, const std::string& content) {
-    object(number,
-           "<</Length " + std::to_string(content.size()) + ">>stream\n" + content + "\nendstream");
-  }
-
-  std::string finish(int root) {
-    const size_t table = m_bytes.size();
-    m_bytes += "xref\n0 " + std::to_string(m_places.size()) + "\n0000000000 65535 f \n";
-    for (size_t i = 1; i < m_places.size(); ++i) {
-      std::string place = std::to_string(m_places[i]);
-      m_bytes += std::string(10 - place.size(), '0') + place + " 00000 n \n";
-    }
-    m_bytes += "trailer<</Size " + std::to_string(m_places.size()) + "/Root " + reference(root) +
-               ">>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
-    return m_bytes;
-  }
-
-private:
-  std::string m_bytes = "%PDF-1.4\n";
-  std::vector<size_t> m_places;
-};
-
-/// Every page draws a letterhead that all share, and a line of its own. Page 2 links to the last.
-std::string longDocument() {
-  RawPdf pdf;
-  constexpr int firstPage = 6;
+/// Every page draws a letterhead that all share, and a line of its own; box and fonts are those of
+/// the page tree. Page 2 links to the last.
+void writeLongDocument(const fs::path& file) {
+  testpdf::PdfBuilder pdf;
+  pdf.addText("font = <</Type/Font/Subtype/Type1/BaseFont/Helvetica>>\n"
+              "link = <</Type/Annot/Subtype/Link/Rect[0 0 9 9]/Dest[@last/Fit]>>\n"
+              "letterhead =  | BT /F 12 Tf 72 700 Td (Letterhead) Tj ET");
   std::string kids;
-  for (int i = 0; i < pageCount; ++i) {
-    const int number = firstPage + 2 * i;
-    pdf.stream(number + 1,
-               "BT /F 12 Tf 72 650 Td (Page number " + std::to_string(i + 1) + ") Tj ET");
-    pdf.object(number, "<</Type/Page/Parent 2 0 R/Contents[5 0 R " + reference(number + 1) + "]" +
-                           (i == 1 ? "/Annots[4 0 R]" : "") + ">>");
-    kids += reference(number) + " ";
+  for (int i = 1; i <= pageCount; ++i) {
+    const int page = i < pageCount ? pdf.reserve() : pdf.named("last");
+    const int line =
+        pdf.addStream("BT /F 12 Tf 72 650 Td (Page number " + std::to_string(i) + ") Tj ET");
+    pdf.set(page, "<</Type/Page/Parent 2 0 R/Contents[" + pdf.ref(pdf.named("letterhead")) + " " +
+                      pdf.ref(line) + "]" +
+                      (i == 2 ? "/Annots[" + pdf.ref(pdf.named("link")) + "]" : "") + ">>");
+    kids += pdf.ref(page) + " ";
   }
-  pdf.object(1, "<</Type/Catalog/Pages 2 0 R>>");
-  pdf.object(2, "<</Type/Pages/Count " + std::to_string(pageCount) + "/MediaBox[0 0 612 792]" +
-                    "/Resources<</Font<</F 3 0 R>>>>/Kids[" + kids + "]>>");
-  pdf.object(3, "<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>");
-  pdf.object(4, "<</Type/Annot/Subtype/Link/Rect[0 0 9 9]/Dest[" +
-                    reference(firstPage + 2 * (pageCount - 1)) + "/Fit]>>");
-  pdf.stream(5, "BT /F 12 Tf 72 700 Td (Letterhead) Tj ET");
-  return pdf.finish(1);
+  pdf.set(2, "<</Type/Pages/Count " + std::to_string(pageCount) + "/MediaBox[0 0 612 792]" +
+                 "/Resources<</Font<</F " + pdf.ref(pdf.named("font")) + ">>>>/Kids[" + kids +
+                 "]>>");
+  pdf.write(file);
 }
 
 class LongSourceTest : public SplittingTest {
@@ -85,7 +50,7 @@ protected:
 /// Pages of a long document leave the memory; none of them may be missing when it is wanted.
 TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
   const fs::path plain = output("long.pdf");
-  writeFile(plain, longDocument());
+  writeLongDocument(plain);
   const fs::path locked = output("locked.pdf");
   run("qpdf --encrypt secret secret 256 -- " + plain.string() + " " + locked.string());
   for (const fs::path& file : {plain, locked}) {
@@ -113,7 +78,7 @@ TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
 /// has more pages than may wait, and goes through.
 TEST_F(LongSourceTest, ClosingClosesTheFileOfBothThreads) {
   const fs::path file = output("long.pdf");
-  writeFile(file, longDocument());
+  writeLongDocument(file);
   const auto timesOpen = [&file] {
     int times = 0;
     for (const fs::directory_entry& descriptor : fs::directory_iterator("/proc/self/fd")) {
@@ -136,7 +101,7 @@ TEST_F(LongSourceTest, ClosingClosesTheFileOfBothThreads) {
 /// What cannot be read anew is a failure, never an empty page.
 TEST_F(LongSourceTest, FileThatIsCutOffMeanwhileIsNoBlankPage) {
   const fs::path file = output("long.pdf");
-  writeFile(file, longDocument());
+  writeLongDocument(file);
   ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u""), CLEFTOR_OK);
   fs::resize_file(file, 1000);
   EXPECT_EQ(SplitPdfPages(output().u16string().c_str(), 16'999, 17'000, pageCount),

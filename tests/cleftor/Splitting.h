@@ -16,24 +16,23 @@ namespace fs = std::filesystem;
 std::u16string wide(const std::string& utf8);
 std::string narrow(const char16_t* text);
 
-/// Runs a command; its standard output, with the exit code (124: it took too long) in status.
-std::string run(const std::string& command, int& status);
+/// Runs a command, which must succeed; its standard output.
 std::string run(const std::string& command);
 
 /// The text of a file, empty when there is none.
 std::string contentsOf(const fs::path& file);
 void writeFile(const fs::path& file, const std::string& bytes);
 
+/// Makes the PDFs of all tests; each is name.pdf in the folder.
+void makeSources(const fs::path& folder);
+
 /// Opens sources that are made once for the whole program, and splits into a folder of each test.
 class SplittingTest : public testing::Test {
-public:
-  static void SetUpTestSuite();
-
 protected:
   void SetUp() override;
   void TearDown() override;
 
-  /// The source of that name, as the maker script calls it.
+  /// The source of that name, as makeSources calls it.
   static fs::path source(const std::string& name);
 
   int32_t open(const std::string& name, const std::string& password = {});
@@ -43,11 +42,8 @@ protected:
   fs::path output(const std::string& name = "out.pdf") const { return folder_ / name; }
 
   /// What a file shows and does, one fact a line; a checker must find it sound, too.
-  std::vector<std::string> facts(const std::string& name = "out.pdf") const;
-  std::vector<std::string> factsOf(const fs::path& file) const;
-
-  /// The facts that begin with a word.
-  std::vector<std::string> facts(const std::string& name, const std::string& beginning) const;
+  /// Those of out.pdf that begin with a word.
+  std::vector<std::string> facts(const std::string& beginning = {}) const;
 
   static std::string errorText() { return narrow(CleftorLastErrorText()); }
 

@@ -69,15 +69,12 @@ public:
     return entry->second;
   }
 
-  /**
-   * Adds what is written as text, a line each; lines that begin with a blank go on with the one
-   * before. In all but the data of a stream, @name stands for a reference to the object.
-   *
-   *   name = body              an object; "pages" is the page tree, in place of the right one
-   *   name = entries | data    a stream
-   *   page entries | content   a page, named p1, p2 ... in turn; with `resources` unless it has its
-   * own catalog entries
-   */
+  // Adds what is written as text, a line each; lines that begin with a blank go on with the one
+  // before. In all but the data of a stream, @name stands for a reference to the object.
+  //   name = body               an object; "pages" is the page tree, in place of the right one
+  //   name = entries | data     a stream
+  //   page entries | content    a page, p1, p2 ... in turn; with `resources` when it has none
+  //   catalog entries           and the same for the trailer
   void addText(const std::string& text, const std::string& resources = "") {
     std::istringstream lines(std::regex_replace(text, std::regex("\n +"), " "));
     for (std::string line; std::getline(lines, line);) {
@@ -90,6 +87,8 @@ public:
         addPage(data, resources, head.substr(4));
       } else if (head.rfind("catalog", 0) == 0) {
         addToCatalog(head.substr(7));
+      } else if (head.rfind("trailer", 0) == 0) {
+        addToTrailer(head.substr(7));
       } else {
         const std::string body = head.substr(equals + 3);
         set(named(head.substr(0, equals)), isStream ? stream(data, body) : body);
