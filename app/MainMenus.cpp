@@ -26,7 +26,7 @@ struct CommandRow {
 };
 
 // clang-format off
-constexpr std::array rows = {
+constexpr std::array commandRows = {
     CommandRow{Command::LoadSetup, Menu::File, "loadSetup", "&Load Setup...", "Ctrl+O", "Load the settings of a setup file"},
     CommandRow{Command::SaveSetup, Menu::File, "saveSetup", "&Save Setup...", "Ctrl+S", "Save these settings to a setup file"},
     CommandRow{Command::Close, Menu::File, "close", "&Close", "Ctrl+Q", "Keep these settings for the next start, and end", true},
@@ -57,7 +57,7 @@ MainMenus::MainMenus(QMenuBar* bar, Theme theme)
       m_themes(new QMenu(QStringLiteral("&Theme"), bar)) {
   m_recent->setObjectName(QStringLiteral("recentSetups"));
   addCommands(bar);
-  for (const CommandRow& row : rows) {
+  for (const CommandRow& row : commandRows) {
     m_available[row.command] = true;
   }
   addThemes(m_themes, theme);
@@ -71,7 +71,7 @@ void MainMenus::addCommands(QMenuBar* bar) {
       {Menu::Settings, bar->addMenu(QStringLiteral("Se&ttings"))},
       {Menu::Help, bar->addMenu(QStringLiteral("&Help"))},
   };
-  for (const CommandRow& row : rows) {
+  for (const CommandRow& row : commandRows) {
     QMenu* menu = menus.at(row.menu);
     if (row.command == Command::Close) {
       menu->addMenu(m_recent);

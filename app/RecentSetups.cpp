@@ -8,7 +8,7 @@ namespace folivex {
 
 namespace {
 
-constexpr int most = 8;
+constexpr int mostSetups = 8;
 
 QString keyOf(int index) {
   return QStringLiteral("recent/setup%1").arg(index + 1);
@@ -17,7 +17,7 @@ QString keyOf(int index) {
 } // namespace
 
 RecentSetups::RecentSetups(WindowMemory& memory) : m_memory(memory) {
-  for (int i = 0; i < most; ++i) {
+  for (int i = 0; i < mostSetups; ++i) {
     const QString path = memory.text(keyOf(i));
     if (!path.isEmpty()) {
       m_paths += path;
@@ -29,7 +29,7 @@ void RecentSetups::used(const QString& path) {
   const QString whole = QFileInfo(path).absoluteFilePath();
   m_paths.removeAll(whole);
   m_paths.prepend(whole);
-  m_paths = m_paths.mid(0, most);
+  m_paths = m_paths.mid(0, mostSetups);
   keep();
 }
 
@@ -39,7 +39,7 @@ void RecentSetups::gone(const QString& path) {
 }
 
 void RecentSetups::keep() {
-  for (int i = 0; i < most; ++i) {
+  for (int i = 0; i < mostSetups; ++i) {
     m_memory.setText(keyOf(i), m_paths.value(i));
   }
 }

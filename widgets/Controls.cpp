@@ -26,9 +26,9 @@ protected:
   }
 };
 
-/// Pixels left free around a window. A dialog is centred before anybody knows its frame, a little
-/// above the middle: with less than this its title would stand above the screen.
-constexpr QSize frame(8, 80);
+/// Pixels left free around a window. A dialog is centred before anybody knows its windowFrame, a
+/// little above the middle: with less than this its title would stand above the screen.
+constexpr QSize windowFrame(8, 80);
 
 void place(QBoxLayout& layout, std::initializer_list<Placed> controls) {
   for (const Placed& placed : controls) {
@@ -105,11 +105,11 @@ void stack(QWidget* owner, std::initializer_list<Placed> controls) {
 }
 
 void resizeOnScreen(QWidget* window, QSize wanted) {
-  window->resize(wanted.boundedTo(window->screen()->availableSize() - frame));
+  window->resize(wanted.boundedTo(window->screen()->availableSize() - windowFrame));
 }
 
 int heightOnScreen(const QWidget* window) {
-  return window->screen()->availableSize().height() - frame.height();
+  return window->screen()->availableSize().height() - windowFrame.height();
 }
 
 } // namespace folivex

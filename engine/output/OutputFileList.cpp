@@ -6,10 +6,10 @@ namespace folivex {
 
 namespace {
 
-constexpr QLatin1Char separator('|');
+constexpr QLatin1Char fieldSeparator('|');
 
 QString field(QString text) {
-  return text.replace(separator, QLatin1Char('?'));
+  return text.replace(fieldSeparator, QLatin1Char('?'));
 }
 
 } // namespace
@@ -31,9 +31,9 @@ void OutputFileList::output(const ReservedOutput& reserved) {
   if (m_count++ == 0 && !m_file.openReplacement(m_path)) {
     return;
   }
-  m_file.write(field(m_source) + separator + field(reserved.path) + separator +
-               QString::number(reserved.firstPage) + separator +
-               QString::number(reserved.lastPage) + separator + m_keepsBookmarks +
+  m_file.write(field(m_source) + fieldSeparator + field(reserved.path) + fieldSeparator +
+               QString::number(reserved.firstPage) + fieldSeparator +
+               QString::number(reserved.lastPage) + fieldSeparator + m_keepsBookmarks +
                QStringLiteral("\r\n"));
 }
 

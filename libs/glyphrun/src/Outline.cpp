@@ -9,7 +9,7 @@ namespace glyphrun {
 namespace {
 
 constexpr std::size_t mostEntries = 1'000'000;
-constexpr std::size_t deepest = 256;
+constexpr std::size_t deepestBookmark = 256;
 constexpr int mostReferences = 8;
 
 std::u16string titleOf(const PdfFile& file, const PdfObject& item) {
@@ -73,7 +73,7 @@ std::vector<OutlineEntry> readOutline(PdfFile& file) {
     // onwards.
     levels.back() = item.get("Next");
     const PdfObject first = item.get("First");
-    if (first && levels.size() < deepest) {
+    if (first && levels.size() < deepestBookmark) {
       levels.push_back(first);
     }
   }
