@@ -33,7 +33,7 @@ protected:
 
   /// Takes one mail; the next one gets no answer.
   struct HangingServer : MailServerProcess {
-    HangingServer() : MailServerProcess("faulty_smtp_server.py", {"hang-unanswered", "1"}) {}
+    HangingServer() : MailServerProcess({"hang-unanswered", "1"}) {}
   };
 
   void startUntilFirstMail(QProcess& program, HangingServer& server, const QStringList& further) {
@@ -60,7 +60,7 @@ protected:
 } // namespace
 
 TEST_F(ProgramMail, EveryAddressGetsItsOwnFile) {
-  MailServerProcess server("smtp_server.py", {});
+  MailServerProcess server;
   setup.emailSmtp = server.text();
   setup.emailPassword.clear();
   const ProgramRun run = place.run({fxs(), fourAccounts(), QStringLiteral("-c")});
@@ -78,7 +78,7 @@ TEST_F(ProgramMail, EveryAddressGetsItsOwnFile) {
 }
 
 TEST_F(ProgramMail, WhatIsToBeConfirmedIsSavedAndNotSent) {
-  MailServerProcess server("smtp_server.py", {});
+  MailServerProcess server;
   setup.emailSmtp = server.text();
   setup.emailConfirm = true;
   const ProgramRun run = place.run({fxs(), fourAccounts(), QStringLiteral("-c")});
@@ -112,7 +112,7 @@ TEST_F(ProgramMail, AStopWhileMailsGoOutIsTheEndOfAllFiles) {
 }
 
 TEST_F(ProgramMail, ATerminalShowsHowFarTheMailsAre) {
-  MailServerProcess server("smtp_server.py", {});
+  MailServerProcess server;
   setup.emailSmtp = server.text();
   setup.emailPause = 150; // longer than a line of progress stays
   const QString command = QStringLiteral("'" FOLIVEX_BIN_DIR "/folivex' '%1' '%2' -c");

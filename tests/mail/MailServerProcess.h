@@ -1,4 +1,4 @@
-// MailServerProcess: the mail servers of the tests, as processes on the loopback.
+// MailServerProcess: the mail server of the tests, as a process on the loopback.
 #pragma once
 
 #include "mail/MailServer.h"
@@ -14,19 +14,24 @@
 
 namespace folivex::test {
 
-/// One server; it tells its port when it listens, and its mails when it is stopped.
+inline QStringList strings(const QJsonValue& array) {
+  return array.toVariant().toStringList();
+}
+
+/// One server with the fault given (see smtp_server.py), or one that takes everything.
 class MailServerProcess {
 public:
-  MailServerProcess(const char* script, const QStringList& arguments) {
-    const QString path = QStringLiteral(FOLIVEX_SOURCE_DIR "/tests/mail/") + QLatin1String(script);
+  explicit MailServerProcess(const QStringList& fault = {}) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral("/usr/bin/python3"),
-                    QStringList{QStringLiteral("-B"), path} + arguments);
-    const QJsonObject first = nextRecord();
-    m_port = first[QLatin1String("port")].toInt();
+    m_process.start("/usr/bin/python3",
+                    QStringList{"-B", FOLIVEX_SOURCE_DIR "/tests/mail/smtp_server.py"} + fault);
+    m_port = nextRecord()["port"].toInt();
     EXPECT_GT(m_port, 0) << "no mail server: is python3-aiosmtpd installed?";
   }
-  ~MailServerProcess() { stop(); }
+  ~MailServerProcess() {
+    m_process.kill();
+    m_process.waitForFinished(hangLimit);
+  }
   MailServerProcess(const MailServerProcess&) = delete;
   MailServerProcess& operator=(const MailServerProcess&) = delete;
 
@@ -35,13 +40,24 @@ public:
     return prefix + QStringLiteral("127.0.0.1:%1").arg(m_port);
   }
 
-  /// Everything that came in until now; ends the server.
+  /// Begins anew with another fault: what came in before is forgotten.
+  void become(const QStringList& fault) { ask(fault); }
+
+  /// Every mail that came in whole, until now.
   const std::vector<QJsonObject>& mails() {
-    stop();
+    ask({});
     return m_mails;
   }
+  /// The recipients of those that it took.
+  QStringList taken() {
+    QStringList recipients;
+    for (const QJsonObject& mail : mails()) {
+      recipients += mail["accepted"].toBool() ? strings(mail["recipients"]) : QStringList();
+    }
+    return recipients;
+  }
   int connections() {
-    stop();
+    ask({});
     return m_connections;
   }
 
@@ -55,20 +71,15 @@ private:
     return QJsonDocument::fromJson(m_process.readLine()).object();
   }
 
-  void stop() {
-    if (m_process.state() == QProcess::NotRunning) {
-      return;
-    }
-    m_process.closeWriteChannel();
-    for (QJsonObject record = nextRecord(); !record.isEmpty(); record = nextRecord()) {
-      if (record.contains(QLatin1String("connections"))) {
-        m_connections = record[QLatin1String("connections")].toInt();
-        break;
-      }
+  void ask(const QStringList& fault) {
+    m_process.write(
+        QJsonDocument(QJsonArray::fromStringList(fault)).toJson(QJsonDocument::Compact) + '\n');
+    m_mails.clear();
+    QJsonObject record = nextRecord();
+    for (; !record.isEmpty() && !record.contains("connections"); record = nextRecord()) {
       m_mails.push_back(record);
     }
-    m_process.kill();
-    m_process.waitForFinished(hangLimit);
+    m_connections = record["connections"].toInt(-1);
   }
 
   QProcess m_process;
@@ -91,20 +102,12 @@ public:
   bool stop = false;
 };
 
-inline QStringList strings(const QJsonValue& array) {
-  QStringList texts;
-  for (const auto& value : array.toArray()) {
-    texts += value.toString();
-  }
-  return texts;
-}
-
 inline MailMessage plainMail(const QString& recipient) {
   MailMessage message;
-  message.sender = QStringLiteral("office@example.org");
+  message.sender = "office@example.org";
   message.recipient = recipient;
-  message.subject = QStringLiteral("Your statement");
-  message.body = QStringLiteral("Please find it attached.");
+  message.subject = "Your statement";
+  message.body = "Please find it attached.";
   return message;
 }
 

@@ -8,24 +8,12 @@ namespace {
 
 /// Where the server hangs for good any time will do; elsewhere a slow machine has its time.
 SmtpOptions optionsFor(const QString& fault) {
-  constexpr int soon = 200;
   SmtpOptions options;
   (fault == "mute"              ? options.connectTimeoutMs
    : fault == "stall-in-mail"   ? options.answerTimeoutMs
    : fault == "hang-unanswered" ? options.finalAnswerTimeoutMs
-                                : options.goodbyeTimeoutMs) = soon;
+                                : options.goodbyeTimeoutMs) = 200;
   return options;
-}
-
-/// What the server says became of the mails: the recipients of those that it took.
-QStringList taken(MailServerProcess& server) {
-  QStringList recipients;
-  for (const QJsonObject& mail : server.mails()) {
-    if (mail["accepted"].toBool()) {
-      recipients += strings(mail["recipients"]);
-    }
-  }
-  return recipients;
 }
 
 /// One mail to a server that goes wrong at one point: it is called sent only if it was taken, and
@@ -54,19 +42,16 @@ TEST(SmtpFaults, TellWhatBecameOfTheMail) {
       {{"close-in-mail"}, MailOutcome::Temporary, 0, 0, "closed the connection"},
       {{"stall-in-mail"}, MailOutcome::Temporary, 0, 0, "stopped answering"},
       {{"close-unanswered"}, MailOutcome::Unknown, 0, 1, "may have arrived"},
-      {{"hang-unanswered"},
-       MailOutcome::Unknown,
-       0,
-       1,
-       "stopped answering before it was confirmed"},
+      {{"hang-unanswered"}, MailOutcome::Unknown, 0, 1, "stopped answering before it was"},
       {{"hang-at-quit"}, MailOutcome::Sent, 250, 1},
   };
   QTemporaryDir folder;
   QFile large(folder.filePath("large.pdf"));
   ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(30'000'000));
+  MailServerProcess process;
   for (const Row& row : rows) {
     SCOPED_TRACE(row.fault.join(' ').toStdString());
-    MailServerProcess process("faulty_smtp_server.py", row.fault);
+    process.become(row.fault);
     MailServer server = parseMailServer(process.text());
     if (row.fault[0].contains("login")) {
       server.login = "me";
@@ -81,32 +66,19 @@ TEST(SmtpFaults, TellWhatBecameOfTheMail) {
     PlainWait wait;
     const MailResult result = transport.send(message, wait);
     transport.disconnect();
-    EXPECT_EQ(result.outcome, row.outcome) << result.errorText.toStdString();
-    EXPECT_EQ(result.sent() ? 250 : result.serverCode, row.code) << result.errorText.toStdString();
+    SCOPED_TRACE(result.errorText.toStdString());
+    EXPECT_EQ(result.outcome, row.outcome);
+    EXPECT_EQ(result.sent() ? 250 : result.serverCode, row.code);
     EXPECT_EQ(result.errorText.isEmpty(), result.sent());
-    EXPECT_FALSE(result.errorText.contains("s3cret")) << result.errorText.toStdString();
-    EXPECT_FALSE(
-        result.errorText.contains(QString::fromLatin1(QByteArray("\0me\0s3cret", 10).toBase64())));
-    EXPECT_TRUE(result.errorText.contains(row.told)) << result.errorText.toStdString();
+    EXPECT_TRUE(result.errorText.contains(row.told));
+    for (const QByteArray& secret :
+         {QByteArray("s3cret"), QByteArray("\0me\0s3cret", 10).toBase64()}) {
+      EXPECT_FALSE(result.errorText.contains(secret));
+    }
     EXPECT_EQ(process.mails().size(), row.seen);
-    EXPECT_EQ(!taken(process).isEmpty(), result.sent());
+    EXPECT_EQ(!process.taken().isEmpty(), result.sent());
     EXPECT_EQ(process.connections(), 1);
   }
-}
-
-TEST(SmtpFaults, NobodyListensOrNoSuchServer) {
-  PlainWait wait;
-  int port = 0;
-  {
-    MailServerProcess gone("faulty_smtp_server.py", {"none"});
-    port = gone.port();
-  }
-  SmtpTransport closed(parseMailServer(QStringLiteral("127.0.0.1:%1").arg(port)));
-  EXPECT_EQ(closed.send(plainMail("anna@example.org"), wait).outcome, MailOutcome::Temporary);
-  SmtpTransport bad(parseMailServer("host:99999"));
-  const MailResult result = bad.send(plainMail("anna@example.org"), wait);
-  EXPECT_EQ(result.outcome, MailOutcome::Refused);
-  EXPECT_TRUE(result.concernsEveryMail);
 }
 
 /// Limits of a connection cost a new connection and no mail; each is sent exactly once.
@@ -122,23 +94,20 @@ TEST(SmtpFaults, ConnectionLimitsCostNoMail) {
       {{"limit", "0"}, 0, 25}, // never takes one: each is tried once
       {{"rate", "7"}, 7, -1},
   };
+  MailServerProcess process;
   for (const Row& row : rows) {
     SCOPED_TRACE(row.fault.join(' ').toStdString());
-    MailServerProcess process("faulty_smtp_server.py", row.fault);
+    process.become(row.fault);
     SmtpTransport transport(parseMailServer(process.text()));
     PlainWait wait;
     QStringList sent;
     for (int i = 0; i < 25; ++i) {
       const QString recipient = QStringLiteral("r%1@example.org").arg(i);
       const MailResult result = transport.send(plainMail(recipient), wait);
-      if (result.sent()) {
-        sent += recipient;
-      } else {
-        EXPECT_EQ(result.outcome, MailOutcome::Temporary) << result.errorText.toStdString();
-      }
+      EXPECT_EQ(result.outcome, result.sent() ? MailOutcome::Sent : MailOutcome::Temporary);
+      sent += result.sent() ? QStringList(recipient) : QStringList();
     }
-    transport.disconnect();
-    EXPECT_EQ(taken(process), sent);
+    EXPECT_EQ(process.taken(), sent);
     EXPECT_EQ(sent.size(), row.sent);
     EXPECT_TRUE(row.connections < 0 || process.connections() == row.connections)
         << process.connections();
@@ -148,15 +117,11 @@ TEST(SmtpFaults, ConnectionLimitsCostNoMail) {
 
 /// The server hangs for good: only the stop brings send() back.
 TEST(SmtpFaults, StopEndsTheWaitAtEveryPoint) {
-  struct Row {
-    QStringList fault;
-    MailOutcome outcome;
-  };
-  const Row rows[] = {{{"mute"}, MailOutcome::Stopped},
-                      {{"hang-unanswered"}, MailOutcome::Unknown}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault[0].toStdString());
-    MailServerProcess process("faulty_smtp_server.py", row.fault);
+  MailServerProcess process;
+  for (const auto& [fault, outcome] :
+       {std::pair("mute", MailOutcome::Stopped), {"hang-unanswered", MailOutcome::Unknown}}) {
+    SCOPED_TRACE(fault);
+    process.become({fault});
     SmtpTransport transport(parseMailServer(process.text()));
     PlainWait wait;
     int events = 0;
@@ -167,15 +132,15 @@ TEST(SmtpFaults, StopEndsTheWaitAtEveryPoint) {
       }
       wait.stop = events >= 10;
     };
-    EXPECT_EQ(transport.send(plainMail("anna@example.org"), wait).outcome, row.outcome);
+    EXPECT_EQ(transport.send(plainMail("anna@example.org"), wait).outcome, outcome);
     EXPECT_EQ(nested, MailOutcome::Refused);
-    EXPECT_EQ(taken(process), QStringList());
+    EXPECT_EQ(process.taken(), QStringList());
   }
 }
 
 /// A file that grows or shrinks while it goes out must not arrive as half a PDF.
 TEST(SmtpFaults, AttachmentThatChangesIsNotSent) {
-  MailServerProcess process("faulty_smtp_server.py", {"none"});
+  MailServerProcess process;
   QTemporaryDir folder;
   QFile file(folder.filePath("a.pdf"));
   ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.resize(400'000'000));
@@ -185,7 +150,6 @@ TEST(SmtpFaults, AttachmentThatChangesIsNotSent) {
   MailMessage message = plainMail("anna@example.org");
   message.attachmentPath = file.fileName();
   const MailResult result = transport.send(message, wait);
-  transport.disconnect();
   EXPECT_EQ(result.outcome, MailOutcome::Refused);
   EXPECT_TRUE(result.errorText.contains("changed while it was sent"))
       << result.errorText.toStdString();

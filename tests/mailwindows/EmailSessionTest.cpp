@@ -16,17 +16,34 @@ using test::MailServerProcess;
 
 class MailSession : public MailWindows {
 protected:
+  MailSession() { setup.emailSmtp = server.text(); }
+
+  /// Outputs that exist, "1.pdf" and so on.
   FinishedRun run(const QStringList& addresses, const QString& source = "in.pdf") {
     FinishedRun made{at(source), {}};
     for (const QString& address : addresses) {
-      made.outputs.push_back(output(++m_number, address));
+      const int number = ++m_number;
+      const QString name = QStringLiteral("%1.pdf").arg(number);
+      write(name, "%PDF");
+      made.outputs.push_back({at(name), number, number, {}, address, {}});
     }
     return made;
+  }
+  /// A list file of outputs, which the person will choose.
+  void haveList(const QStringList& addresses, const QString& name = "list.lst") {
+    EmailList list;
+    list.fill(run(addresses).outputs);
+    EXPECT_TRUE(saveEmailList(list, at(name)).ok);
+    dialogs.files = {{at(name)}};
   }
   QString linesOf(QDialog* findings) {
     return control<QPlainTextEdit>(findings, "lines")->toPlainText();
   }
+  qsizetype logged() const {
+    return QFile::exists(at("emails_log.txt")) ? read("emails_log.txt").count(" OK\r") : 0;
+  }
 
+  MailServerProcess server{{"code-at-recipient", "550", "bad"}};
   QStringList notes;
   std::function<bool()> stop = [] { return false; };
   EmailSession session{{dialogs, nullptr, [this](const QString& text) { notes += text; },
@@ -38,43 +55,33 @@ private:
 };
 
 TEST_F(MailSession, ShowsTheListOfARunAndSendsIt) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   script
       .then("CEmailListDlg",
             [this](QDialog* list) {
-              EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "b@x.example", "c@x.example"}));
               EXPECT_TRUE(control<QLabel>(list, "notice")->text().startsWith("1 of 4 outputs"));
               tableOf(list)->selectRow(1);
               dialogs.answers = {true, true}; // selected only; back to the list
-              click(list, "send");
+              seeing({"a@x.example", "b@x.example", "c@x.example"}, "send")(list);
             })
-      .then("CEmailListDlg", [](QDialog* list) {
-        EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "c@x.example"}));
-        click(list, "send");
-      });
+      .then("CEmailListDlg", seeing({"a@x.example", "c@x.example"}, "send"));
   session.afterRun(setup, run({"a@x.example", "b@x.example", "", "c@x.example"}));
   EXPECT_EQ(dialogs.messages,
             QStringList({"(1) Emails sent ok: 1, errors: 0", "(2) Emails sent ok: 2, errors: 0"}));
-  EXPECT_EQ(recipientsOf(server), QStringList({"b@x.example", "a@x.example", "c@x.example"}));
+  EXPECT_EQ(server.taken(), QStringList({"b@x.example", "a@x.example", "c@x.example"}));
   EXPECT_EQ(read("in.pdf_email_report.csv").count(",OK\r"), 3);
 }
 
 TEST_F(MailSession, NothingIsSentThatNobodyWantsSent) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   script.then("CEmailListDlg", pressing("cancel"));
   session.afterRun(setup, run({"a@x.example"}));
   session.afterRun(setup, run({"", ""}));
   setup.emailEnable = false;
   session.afterRun(setup, run({"a@x.example"}));
+  session.afterSourceOfBatch(setup, run({"a@x.example"}));
   setup.emailEnable = true;
   setup.emailConfirm = false;
   setup.emailFrom = "nobody"; // found out before a server is asked; the list is not lost
-  script.then("CEmailListDlg", [](QDialog* list) {
-    EXPECT_EQ(shownIn(list), QStringList("a@x.example"));
-    click(list, "cancel");
-  });
+  script.then("CEmailListDlg", seeing({"a@x.example"}, "cancel"));
   session.afterRun(setup, run({"a@x.example"}));
   EXPECT_EQ(server.mails().size(), 0U);
   EXPECT_EQ(dialogs.messages,
@@ -85,8 +92,6 @@ TEST_F(MailSession, NothingIsSentThatNobodyWantsSent) {
 
 /// The address is put right in the list; what arrived, or was not asked for, stays out of it.
 TEST_F(MailSession, WhatFailedIsSentAgain) {
-  MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
-  setup.emailSmtp = server.text();
   script
       .then("CEmailListDlg",
             [this](QDialog* list) {
@@ -120,15 +125,14 @@ TEST_F(MailSession, WhatFailedIsSentAgain) {
   session.afterRun(setup, run({"a@x.example", "bad@x.example", "c@x.example"}));
   EXPECT_EQ(dialogs.messages,
             QStringList({"(2) Emails sent ok: 1, errors: 1", "(1) Emails sent ok: 1, errors: 0"}));
-  EXPECT_EQ(recipientsOf(server), QStringList({"c@x.example", "good@x.example"}));
+  EXPECT_EQ(server.taken(), QStringList({"c@x.example", "good@x.example"}));
   // One report tells both goes.
   EXPECT_EQ(read("in.pdf_email_report.csv").count(",OK\r"), 2);
   EXPECT_EQ(read("in.pdf_email_report.csv").count(",Error - "), 1);
 }
 
 TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
-  MailServerProcess server("faulty_smtp_server.py", {"close-unanswered"});
-  setup.emailSmtp = server.text();
+  server.become({"close-unanswered"});
   script
       .then("CEmailListDlg",
             [this](QDialog* list) {
@@ -142,10 +146,7 @@ TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
               EXPECT_FALSE(control<QWidget>(findings, "accept")->isEnabled());
               click(findings, "close");
             })
-      .then("CEmailListDlg", [](QDialog* list) {
-        EXPECT_EQ(shownIn(list), QStringList("b@x.example"));
-        click(list, "cancel");
-      });
+      .then("CEmailListDlg", seeing({"b@x.example"}, "cancel"));
   session.afterRun(setup, run({"a@x.example", "b@x.example"}));
   EXPECT_EQ(server.mails().size(), 1U);
   EXPECT_TRUE(
@@ -153,61 +154,47 @@ TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
 }
 
 TEST_F(MailSession, StopKeepsWhatWasNotReached) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   setup.emailConfirm = false;
   const auto kept = [this] { return QDir(folder.path()).entryList({"in.pdf_emails_sending_*"}); };
   stop = [&] {
-    const int sent = logged(" OK\r");
-    EXPECT_TRUE(sent == 0 || kept().size() == 1) << "a dying program would lose the list";
-    return sent == 2;
+    EXPECT_TRUE(logged() == 0 || kept().size() == 1) << "a dying program would lose the list";
+    return logged() == 2;
   };
   script
       .then("CFindingsDlg",
             [&](QDialog* findings) {
               EXPECT_EQ(linesOf(findings), "2 e-mails not tried: the run was stopped.");
               EXPECT_EQ(kept().size(), 1) << "lost before the person has decided";
+              stop = [] { return false; };
               click(findings, "accept");
             })
-      .then("CEmailListDlg", [this](QDialog* list) {
-        stop = [] { return false; };
-        click(list, "send");
-      });
-  session.afterRun(setup, run({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
+      .then("CEmailListDlg", seeing({"c@x.example", "d@x.example"}, "send"));
+  const QStringList all = {"a@x.example", "b@x.example", "c@x.example", "d@x.example"};
+  session.afterRun(setup, run(all));
   EXPECT_EQ(kept(), QStringList());
-  EXPECT_EQ(recipientsOf(server),
-            QStringList({"a@x.example", "b@x.example", "c@x.example", "d@x.example"}));
+  EXPECT_EQ(server.taken(), all);
 }
 
 /// The program keeps the stop of a run until the next one begins.
 TEST_F(MailSession, AStopOfAnEarlierRunStopsNoSending) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   stop = [] { return true; };
-  EmailList saved;
-  saved.fill(run({"a@x.example"}).outputs);
-  EXPECT_TRUE(saveEmailList(saved, at("list.lst")).ok);
-  dialogs.files = {{at("list.lst")}};
-  script.then("CEmailListDlg", [](QDialog* list) {
-    EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 1; }));
-    click(list, "send");
-  });
+  haveList({"a@x.example"});
+  script.then("CEmailListDlg", seeing({"a@x.example"}, "send"));
   session.loadEmailList(setup);
   session.afterSourceOfBatch(setup, run({"b@x.example"}));
   script.then("CEmailListDlg", pressing("send"));
   session.afterBatch();
   EXPECT_EQ(dialogs.messages, QStringList(2, "(1) Emails sent ok: 1, errors: 0"));
-  EXPECT_EQ(recipientsOf(server), QStringList({"a@x.example", "b@x.example"}));
+  EXPECT_EQ(server.taken(), QStringList({"a@x.example", "b@x.example"}));
 }
 
+/// A pause stands before the first mail too.
 TEST_F(MailSession, TheStopButtonEndsAPauseAtOnce) {
-  setup.emailSmtp = "127.0.0.1:9";
   setup.emailConfirm = false;
   setup.emailPause = 3'600'000;
   script
       .then("CEmailStatusDlg",
             [this](QDialog* status) {
-              EXPECT_EQ(status->windowTitle(), "Email Status");
               EXPECT_EQ(control<QLabel>(status, "count")->text(), "0 of 1");
               session.afterRun(setup, {}); // the one at work is not disturbed
               click(status, "stop");
@@ -221,44 +208,35 @@ TEST_F(MailSession, TheStopButtonEndsAPauseAtOnce) {
 
 /// The list of a run that broke off is loaded again; the log says how far it came.
 TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
-  EmailList saved;
-  saved.fill(run({"a@x.example", "b@x.example", "c@x.example"}).outputs);
-  EXPECT_TRUE(saveEmailList(saved, at("list.lst")).ok);
-  const auto sendLoaded = [this] {
+  const QStringList all = {"a@x.example", "b@x.example", "c@x.example"};
+  haveList(all);
+  const auto sendLoaded = [&] {
+    server.become({"none"});
     dialogs.files = {{at("list.lst")}};
-    script.then("CEmailListDlg", [](QDialog* list) {
-      EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 3; }));
-      click(list, "send");
-    });
-    if (stop()) {
-      script.then("CFindingsDlg", pressing("close"));
-    }
-    stop = [this, stops = stop()] { return stops && logged(" OK\r") == 2; };
-    MailServerProcess server("smtp_server.py", {});
-    setup.emailSmtp = server.text();
+    script.then("CEmailListDlg", seeing(all, "send"));
     session.loadEmailList(setup);
-    stop = [] { return false; };
-    return recipientsOf(server);
+    return server.taken();
   };
-  stop = [] { return true; };
-  EXPECT_EQ(sendLoaded().size(), 2);
+  script.then("CEmailListDlg", [&](QDialog* list) {
+    script.then("CFindingsDlg", pressing("close"));
+    seeing(all, "send")(list);
+  });
+  stop = [this] { return logged() == 2; };
+  session.loadEmailList(setup);
+  stop = [] { return false; };
+  EXPECT_EQ(server.taken(), all.first(2));
   dialogs.answers = {false};
-  EXPECT_EQ(sendLoaded(), QStringList("c@x.example"));
+  EXPECT_EQ(sendLoaded(), all.last(1));
   EXPECT_TRUE(
       dialogs.questions.value(0).startsWith("The log says that 2 e-mails of this list went out"));
   dialogs.answers = {true};
-  EXPECT_EQ(sendLoaded().size(), 3);
+  EXPECT_EQ(sendLoaded(), all);
 }
 
 /// The same without a log: nobody knows how far it came, and nothing goes out unasked.
 TEST_F(MailSession, AListOfABrokenRunWithoutALogIsNotSentUnasked) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   setup.emailLogFile.clear();
-  EmailList saved;
-  saved.fill(run({"a@x.example"}).outputs);
-  EXPECT_TRUE(saveEmailList(saved, at("in.pdf_emails_sending_20260407_090530.lst")).ok);
-  dialogs.files = {{at("in.pdf_emails_sending_20260407_090530.lst")}};
+  haveList({"a@x.example"}, "in.pdf_emails_sending_20260407_090530.lst");
   dialogs.answers = {false};
   script.then("CEmailListDlg", [this](QDialog* list) {
     EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 1; }));
@@ -271,16 +249,11 @@ TEST_F(MailSession, AListOfABrokenRunWithoutALogIsNotSentUnasked) {
 }
 
 TEST_F(MailSession, ABatchWaitsForNobody) {
-  MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
-  setup.emailSmtp = server.text();
   // Sources to be confirmed are one list at the end ...
   session.afterSourceOfBatch(setup, run({"a@x.example", ""}, "1st.pdf"));
   session.afterSourceOfBatch(setup, run({"b@x.example"}, "2nd.pdf"));
   EXPECT_EQ(notes, QStringList());
-  script.then("CEmailListDlg", [](QDialog* list) {
-    EXPECT_EQ(shownIn(list), QStringList({"a@x.example", "b@x.example"}));
-    click(list, "send");
-  });
+  script.then("CEmailListDlg", seeing({"a@x.example", "b@x.example"}, "send"));
   session.afterBatch();
   EXPECT_EQ(dialogs.messages, QStringList("(2) Emails sent ok: 2, errors: 0"));
   EXPECT_EQ(read("1st.pdf_email_report.csv").count(",OK\r"), 1);
@@ -290,54 +263,44 @@ TEST_F(MailSession, ABatchWaitsForNobody) {
   session.afterSourceOfBatch(setup, run({"c@x.example", "bad@x.example"}, "3rd.pdf"));
   EXPECT_EQ(notes.value(0), "(2) Emails sent ok: 1, errors: 1");
   EXPECT_EQ(dialogs.messages.size(), 1);
-  script.then("CEmailListDlg", [](QDialog* list) {
-    EXPECT_EQ(shownIn(list), QStringList("bad@x.example"));
-    click(list, "cancel");
-  });
+  script.then("CEmailListDlg", seeing({"bad@x.example"}, "cancel"));
   session.afterBatch();
   session.afterBatch(); // nothing is left
-  EXPECT_EQ(recipientsOf(server), QStringList({"a@x.example", "b@x.example", "c@x.example"}));
+  EXPECT_EQ(server.taken(), QStringList({"a@x.example", "b@x.example", "c@x.example"}));
 }
 
 /// One file of several sources of a batch: mail follows the pages that it holds at the end.
 TEST_F(MailSession, AFileOfSeveralSourcesIsMailedOnceForThePagesItHolds) {
+  const auto twoSources = [this](const QString& first, const QString& second) {
+    for (const QString& address : {first, second}) {
+      session.afterSourceOfBatch(setup, {at("in.pdf"), {{at("1.pdf"), 1, 1, {}, address, {}}}});
+    }
+  };
   struct Row {
     bool append;
-    QStringList addresses; ///< on the pages of each source
-    QStringList listed;
+    const char* first; ///< on the pages of each source
+    const char* second;
+    const char* listed;
   };
-  const Row rows[] = {
-      {true, {"a@x.example", ""}, {"a@x.example"}},
-      {true, {"", "b@x.example"}, {"b@x.example"}},
-      {true, {"a@x.example", "b@x.example"}, {"a@x.example"}},
-      {false, {"a@x.example", "b@x.example"}, {"b@x.example"}},
-  };
-  for (const Row& row : rows) {
+  for (const Row& row :
+       {Row{true, "a@x.example", "", "a@x.example"}, Row{true, "", "b@x.example", "b@x.example"},
+        Row{true, "a@x.example", "b@x.example", "a@x.example"},
+        Row{false, "a@x.example", "b@x.example", "b@x.example"}}) {
     setup.alwaysAppend = row.append;
     setup.alwaysOverwrite = !row.append;
-    for (const QString& address : row.addresses) {
-      session.afterSourceOfBatch(setup, {at("in.pdf"), {output(1, address)}});
-    }
-    script.then("CEmailListDlg", [&row](QDialog* list) {
-      EXPECT_EQ(shownIn(list), row.listed) << row.addresses.join(u' ').toStdString();
-      click(list, "cancel");
-    });
+    twoSources(row.first, row.second);
+    script.then("CEmailListDlg", seeing({row.listed}, "cancel"));
     session.afterBatch();
   }
   // What is not there any more at the end is not sent again either.
-  MailServerProcess server("faulty_smtp_server.py", {"code-at-recipient", "550", "bad"});
-  setup.emailSmtp = server.text();
+  write("1.pdf", "%PDF");
   setup.emailConfirm = false;
-  for (const char* address : {"bad@x.example", "b@x.example"}) {
-    session.afterSourceOfBatch(setup, {at("in.pdf"), {output(1, address)}});
-  }
+  twoSources("bad@x.example", "b@x.example");
   session.afterBatch();
-  EXPECT_EQ(recipientsOf(server), QStringList("b@x.example"));
+  EXPECT_EQ(server.taken(), QStringList("b@x.example"));
 }
 
 TEST_F(MailSession, OutputsWithoutAnAddressAreTold) {
-  MailServerProcess server("smtp_server.py", {});
-  setup.emailSmtp = server.text();
   session.afterSourceOfBatch(setup, run({"", ""}));
   session.afterBatch();
   EXPECT_TRUE(dialogs.messages.takeFirst().startsWith("None of the outputs has"));
@@ -353,15 +316,11 @@ TEST_F(MailSession, OutputsWithoutAnAddressAreTold) {
 }
 
 TEST_F(MailSession, SendTestTellsHowItWentAndCanBeStopped) {
-  for (const char* server : {"127.0.0.1:9", "tls:x:y:z"}) {
-    setup.emailSmtp = server;
-    runSendTest(setup, dialogs, nullptr);
-    EXPECT_TRUE(dialogs.messages.last().startsWith("Error in configuration:"));
-    EXPECT_TRUE(dialogs.messages.last().endsWith("\nError report output to file:" +
-                                                 at("folivex_mail_error.txt")));
-  }
-  EXPECT_EQ(dialogs.opened, QStringList(2, at("folivex_mail_error.txt")));
-  MailServerProcess server("faulty_smtp_server.py", {"mute"});
+  setup.emailSmtp = "tls:x:y:z";
+  runSendTest(setup, dialogs, nullptr);
+  EXPECT_TRUE(dialogs.messages.value(0).startsWith("Error in configuration:"));
+  EXPECT_EQ(dialogs.opened, QStringList(at("folivex_mail_error.txt")));
+  server.become({"mute"});
   setup.emailSmtp = server.text();
   script.then("CMailWaitDlg", pressing("stop"));
   runSendTest(setup, dialogs, nullptr);

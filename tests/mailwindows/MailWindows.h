@@ -81,14 +81,23 @@ inline QStringList shownIn(QWidget* list, EmailColumn column = EmailColumn::Emai
   return cells;
 }
 
+/// A step that presses a button of the list once it shows these addresses.
+inline std::function<void(QDialog*)> seeing(const QStringList& addresses, const char* button) {
+  return [=](QDialog* list) {
+    EXPECT_TRUE(waitUntil([=] { return shownIn(list) == addresses; }))
+        << shownIn(list).join(u' ').toStdString();
+    click(list, button);
+  };
+}
+
 class MailWindows : public ::testing::Test {
 protected:
   MailWindows() {
     qputenv("TMPDIR", folder.path().toUtf8());
     setup.emailEnable = true;
     setup.emailTest = false;
-    setup.emailFrom = QStringLiteral("office@example.org");
-    setup.emailSubject = QStringLiteral("Statement");
+    setup.emailFrom = "office@example.org";
+    setup.emailSubject = "Statement";
     setup.emailLogFile = at("emails_log.txt");
     setup.outputDir = folder.path();
   }
@@ -99,30 +108,9 @@ protected:
 
   QString at(const QString& name) const { return folder.filePath(name); }
   void write(const QString& name, const QByteArray& bytes) const {
-    QFile file(at(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    test::writeFile(at(name), bytes);
   }
-  QByteArray read(const QString& name) const {
-    QFile file(at(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
-  }
-
-  /// An output that exists, "N.pdf".
-  AddressedOutput output(int number, const QString& address) const {
-    const QString name = QStringLiteral("%1.pdf").arg(number);
-    write(name, "%PDF " + name.toUtf8());
-    return {at(name), number, number, {}, address, {}};
-  }
-  static QStringList recipientsOf(test::MailServerProcess& server) {
-    QStringList all;
-    for (const QJsonObject& mail : server.mails()) {
-      all += test::strings(mail[QLatin1String("recipients")]);
-    }
-    return all;
-  }
-  int logged(const QByteArray& ending) const {
-    return static_cast<int>(read("emails_log.txt").count(ending));
-  }
+  QByteArray read(const QString& name) const { return test::contentOf(at(name)); }
 
   QTemporaryDir folder;
   SplitSetup setup;
