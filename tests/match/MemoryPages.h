@@ -5,15 +5,9 @@
 #include "engine/match/MatchObserver.h"
 #include "engine/match/PageMatcher.h"
 #include "engine/plan/RangePlanner.h"
-#include "engine/setup/SplitSetup.h"
 #include "engine/words/WordSource.h"
+#include "tests/support/Rows.h"
 
-#include <QStringList>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
 #include <vector>
 
 namespace folivex::test {
@@ -26,26 +20,22 @@ struct MemoryWord {
 
 using MemoryPage = std::vector<MemoryWord>;
 
-/// A page of lines: the words of line n stand at v = 100 + 20 n, at h = 50, 110, 170 and so on.
-inline MemoryPage page(const char* text) {
-  MemoryPage words;
-  int v = 100;
-  for (const QString& line : QString::fromUtf8(text).split(u'\n')) {
-    int h = 50;
-    for (const QString& word : line.split(u' ', Qt::SkipEmptyParts)) {
-      words.push_back({word, h, v});
-      h += 60;
-    }
-    v += 20;
-  }
-  return words;
-}
-
-/// Pages with "|" between them, their lines with ";".
-inline std::vector<MemoryPage> pages(const char* text) {
+/// Pages with "|" between them, their lines with ";": the words of line n stand at v = 100 + 20 n,
+/// at h = 50, 110, 170 and so on.
+inline std::vector<MemoryPage> pages(const QString& text) {
   std::vector<MemoryPage> result;
-  for (const QString& one : QString::fromUtf8(text).split(u'|')) {
-    result.push_back(page(QString(one).replace(u';', u'\n').toUtf8().constData()));
+  for (const QString& one : text.split(u'|')) {
+    MemoryPage words;
+    int v = 100;
+    for (const QString& line : one.split(u';')) {
+      int h = 50;
+      for (const QString& word : line.split(u' ', Qt::SkipEmptyParts)) {
+        words.push_back({word, h, v});
+        h += 60;
+      }
+      v += 20;
+    }
+    result.push_back(words);
   }
   return result;
 }
@@ -74,75 +64,47 @@ private:
 };
 
 /// Writes down what it is told to save, as "first-last text" ("again" when it repeats the
-/// previous).
-class RecordingSaver : public RangeSaver {
+/// previous), and what the matcher tells; goes on until `stopAfter` matches were shown.
+class Recorder : public RangeSaver, public MatchObserver {
 public:
-  explicit RecordingSaver(const SplitSetup& setup)
-      : restOfLine_(takesRestOfLine(fileNameMethodOf(setup.extract))) {}
-
   void saveRange(SplitRange& range) override {
-    if (restOfLine_) {
+    if (takesRestOfLine) {
       range.rangeText = cleanRestOfLine(range.restOfLine);
     }
-    saved.append(
-        QStringLiteral("%1-%2 %3%4")
-            .arg(range.firstPage)
-            .arg(range.lastPage)
-            .arg(range.rangeText, range.repeatsPrevious ? QStringLiteral(" again") : QString()));
-    ranges.push_back(range);
+    range.rangeText.chop(chopped);
+    saved += QStringLiteral("%1-%2 ").arg(range.firstPage).arg(range.lastPage) + range.rangeText +
+             QLatin1String(range.repeatsPrevious ? " again" : "");
+    lastLine = range.restOfLine;
   }
   QString cleanRestOfLine(const QString& text) override { return QString(text).remove(u'/'); }
 
-  QStringList saved;
-  std::vector<SplitRange> ranges;
-
-private:
-  bool restOfLine_;
-};
-
-/// Keeps what the matcher tells; goes on until `stopAfter` matches were shown.
-class RecordingObserver : public MatchObserver {
-public:
-  void onWordCount(int pageIndex, int wordCount) override {
-    counts.append(QStringLiteral("%1:%2").arg(pageIndex).arg(wordCount));
+  void onWordCount(int page, int count) override {
+    told += QStringLiteral("%1: %2 words").arg(page).arg(count);
   }
-  bool onMatch(int pageIndex, const QString& word, int h, int v) override {
-    matches.append(QStringLiteral("%1 %2 %3,%4").arg(pageIndex).arg(word).arg(h).arg(v));
+  bool onMatch(int page, const QString& word, int h, int v) override {
+    matches += QStringLiteral("%1 %2 %3,%4").arg(page).arg(word).arg(h).arg(v);
     return matches.size() < stopAfter;
   }
   void onListedWord(QStringView text, int h, int v) override {
-    listed.append(QStringLiteral("%1 %2,%3").arg(text).arg(h).arg(v));
+    told += QStringLiteral("%1 %2,%3").arg(text).arg(h).arg(v);
   }
-  void onEmptyPage(int pageIndex) override { emptyPages.push_back(pageIndex); }
+  void onEmptyPage(int page) override { told += QStringLiteral("%1: empty").arg(page); }
 
-  QStringList counts;
+  QStringList saved;
   QStringList matches;
-  QStringList listed;
-  std::vector<int> emptyPages;
+  QStringList told;
+  QString lastLine;
+  bool takesRestOfLine = false;
+  int chopped = 0; ///< characters that the shown text is shorter, as if texts were removed
   qsizetype stopAfter = 1000;
 };
-
-inline SplitSetup setupFor(SplitMethod method, const char* searchText,
-                           const std::function<void(SplitSetup&)>& adjust = nullptr) {
-  SplitSetup setup;
-  setup.pageExtract = splitMethodTexts().at(static_cast<int>(method));
-  setup.findString = QString::fromUtf8(searchText);
-  setup.extract = fileNameMethodTexts().at(0);
-  if (adjust) {
-    adjust(setup);
-  }
-  return setup;
-}
-
-inline void nameBy(SplitSetup& setup, FileNameMethod method) {
-  setup.extract = fileNameMethodTexts().at(static_cast<std::size_t>(method));
-}
 
 /// One job over pages in memory.
 struct Job {
   Job(const SplitSetup& setup, const std::vector<MemoryPage>& pages)
-      : saver(setup), planner(setup, run, saver), matcher(setup, run, planner), source(pages) {
-    matcher.setObserver(&observer);
+      : planner(setup, run, recorder), matcher(setup, run, planner), source(pages) {
+    recorder.takesRestOfLine = takesRestOfLine(fileNameMethodOf(setup.extract));
+    matcher.setObserver(&recorder);
   }
 
   /// Scans pages first..last (indexes), by default all, and closes the last range.
@@ -157,30 +119,29 @@ struct Job {
   }
 
   RunState run;
-  RecordingSaver saver;
-  RecordingObserver observer;
+  Recorder recorder;
   RangePlanner planner;
   PageMatcher matcher;
   MemoryPages source;
 };
 
-/// What one job saved, ranges with "|" between them.
-inline std::string savedBy(const SplitSetup& setup, const std::vector<MemoryPage>& pages) {
-  return Job(setup, pages).scan().saver.saved.join(u'|').toStdString();
+/// Settings by their keys.
+inline SplitSetup setupOf(const QJsonObject& settings) {
+  SplitSetup setup;
+  applySettings(setup, settings);
+  return setup;
 }
 
-/// One row of a table of whole jobs, named after the fault that it would catch; ranges with "|"
-/// between them.
-struct JobRow {
-  const char* fault;
-  const char* pages;
-  const char* saved;
-};
+/// What one job saved, ranges with "|" between them.
+inline QString savedBy(const SplitSetup& setup, const std::vector<MemoryPage>& pages) {
+  return Job(setup, pages).scan().recorder.saved.join(u'|');
+}
 
-inline void expectSaved(const SplitSetup& setup, const std::vector<JobRow>& rows) {
-  for (const JobRow& row : rows) {
-    EXPECT_EQ(savedBy(setup, pages(row.pages)), row.saved) << row.fault;
-  }
+/// Rows of pages and the ranges that they come to.
+inline void expectSaved(const char* file) {
+  forEachRow(file, [](const SplitSetup& setup, const QStringList& row) {
+    EXPECT_EQ(savedBy(setup, pages(row[0])), row[1]);
+  });
 }
 
 } // namespace folivex::test

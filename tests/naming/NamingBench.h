@@ -2,14 +2,9 @@
 #pragma once
 
 #include "engine/naming/OutputNamer.h"
+#include "tests/support/Rows.h"
 
 #include <QMap>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include <string>
 
 namespace folivex::test {
 
@@ -17,16 +12,12 @@ namespace folivex::test {
 class PlacedWords : public PageWordLookup {
 public:
   QString wordAt(int pageIndex, IntRange h, IntRange v) override {
-    asked += QStringLiteral("p%1 h%2-%3 v%4-%5;")
-                 .arg(pageIndex)
-                 .arg(h.low)
-                 .arg(h.high)
-                 .arg(v.low)
-                 .arg(v.high);
+    asked += QString::asprintf("p%d h%d-%d v%d-%d;", pageIndex, h.low, h.high, v.low, v.high);
     return words.value(v.low);
   }
 
-  QMap<int, QString> words; ///< by v
+  QMap<int, QString> words{
+      {1, "[MM]"}, {2, ".."}, {3, "a/../b"}, {400, "Pos/400"}, {500, "Pos500"}}; ///< by v
   QString asked;
 };
 
@@ -39,50 +30,33 @@ struct NamingBench {
     range.rangeText = QStringLiteral("ACME");
   }
 
-  OutputNamer namer() {
+  OutputNamer namer(const QString& outputFolder = QStringLiteral("/out")) {
     list = NameList(setup.reportUseFileList);
     OutputNamer made(
         setup, words, list, [] { return QDateTime(QDate(2026, 3, 9), QTime(8, 5, 7)); }, rules);
-    made.startSource(source, QStringLiteral("/out"), 12);
+    made.startSource(setup.fileName.isEmpty() ? QStringLiteral("/in/Batch 7.pdf") : setup.fileName,
+                     outputFolder, 12);
     return made;
   }
 
   NamedOutput named() { return namer().name(range); }
 
   /// Path of the output below "/out/".
-  std::string path() {
+  QString path() {
     const QString whole = named().path;
     EXPECT_TRUE(whole.startsWith(QLatin1String("/out/"))) << whole.toStdString();
-    return whole.sliced(5).toStdString();
+    return whole.sliced(5);
   }
 
   SplitSetup setup;
   PlacedWords words;
   NameList list;
   FileSystemRules rules;
-  QString source = QStringLiteral("/in/Batch 7.pdf");
   SplitRange range;
 };
 
 inline QString methodText(FileNameMethod method) {
-  return method == FileNameMethod::Bookmark
-             ? bookmarkFileNameMethodText()
-             : fileNameMethodTexts().at(static_cast<std::size_t>(method));
-}
-
-/// A row is named after the fault that it would catch.
-struct NameRow {
-  const char* fault;
-  std::function<void(NamingBench&)> arrange;
-  std::string path;
-};
-
-inline std::string faultOf(const testing::TestParamInfo<NameRow>& info) {
-  return info.param.fault;
-}
-
-inline void PrintTo(const NameRow& row, std::ostream* out) {
-  *out << row.fault;
+  return fileNameMethodTexts().at(static_cast<std::size_t>(method));
 }
 
 } // namespace folivex::test

@@ -1,6 +1,8 @@
 // Programs: running a program to its end, and reading a PDF with one that is not ours.
 #pragma once
 
+#include "tests/support/Printing.h"
+
 #include <gtest/gtest.h>
 
 #include <QByteArray>
@@ -11,18 +13,7 @@
 #include <QString>
 #include <QStringList>
 
-#include <ostream>
-
 #include <sys/stat.h>
-
-/// For readable failures; found through the type, so it must stand where the type does.
-inline void PrintTo(const QString& text, std::ostream* out) {
-  *out << '"' << text.toStdString() << '"';
-}
-
-inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
-  *out << '"' << bytes.toStdString() << '"';
-}
 
 namespace folivex::test {
 
