@@ -3,14 +3,12 @@
 
 #include "platform/FileSystem.h"
 
-#include <QByteArray>
+#include <QIODevice>
 #include <QString>
 #include <QStringDecoder>
 #include <QStringView>
 
 #include <memory>
-
-class QIODevice;
 
 namespace folivex::platform {
 
@@ -29,8 +27,8 @@ public:
   TextWriter();
   /// Closes; drops what openReplacement() began. Who wants to know how it went calls close() first.
   ~TextWriter();
-  TextWriter(TextWriter&&) noexcept;
-  TextWriter& operator=(TextWriter&&) noexcept;
+  TextWriter(const TextWriter&) = delete;
+  TextWriter& operator=(const TextWriter&) = delete;
 
   /// Makes `path`, or empties it, and writes the mark. A file open before is closed.
   [[nodiscard]] bool open(const QString& path, FileAccess access = FileAccess::Ordinary);
@@ -63,12 +61,14 @@ public:
 
   /// Why the last open failed, or the first write after it; empty when nothing did.
   QString errorText() const;
-  FileError error() const;
 
 private:
   struct State;
-  std::unique_ptr<State> m_state; ///< never null, but after a move
+  std::unique_ptr<State> m_state; ///< never null
 };
+
+/// For the 8-bit text of older programs: Windows-1252, of which no byte is refused.
+QStringDecoder olderTextDecoder();
 
 /// Reads a text file line by line, in bounded memory whatever the file holds.
 ///
@@ -81,11 +81,6 @@ private:
 /// of TextWriter are one line end. A U+0000 ends the text of its line.
 class TextReader {
 public:
-  TextReader();
-  ~TextReader();
-  TextReader(TextReader&&) noexcept;
-  TextReader& operator=(TextReader&&) noexcept;
-
   /// More bytes than this are no list or setup of anybody's: the file is refused.
   static constexpr qint64 maxFileSize = 256LL * 1024 * 1024;
   /// Piece length of the setup file and of the lists.
@@ -101,25 +96,19 @@ public:
   bool readLine(QString& line, int limit = maxLine);
 
   /// Why the last open or a read failed; empty when nothing did.
-  QString errorText() const;
-  FileError error() const;
+  QString errorText() const { return m_failure.text; }
+  FileError error() const { return m_failure.kind; }
 
 private:
-  enum class Encoding { Utf8, Utf16Le, Utf16Be, Windows1252 };
-  struct Start {
-    Encoding encoding = Encoding::Utf8;
-    qint64 offset = 0; ///< behind the byte-order mark
-  };
-  Start detectStart();
+  /// Settles the encoding; returns where the text begins, behind a byte-order mark.
+  qint64 detectStart();
   bool wholeFileIsUtf8();
-  QString decode(QByteArrayView bytes);
   void fill();
   void skipLineEnd();
   bool fail(FileError kind, const QString& text);
 
   std::unique_ptr<QIODevice> m_device;
   QStringDecoder m_decoder;
-  Encoding m_encoding = Encoding::Utf8;
   QString m_text; ///< decoded; from m_next on not yet handed out
   qsizetype m_next = 0;
   bool m_atEnd = true; ///< nothing more to read from the device

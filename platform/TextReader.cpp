@@ -1,9 +1,5 @@
 #include "platform/TextFile.h"
 
-#include "platform/Windows1252.h"
-
-#include <QIODevice>
-
 #include <algorithm>
 #include <array>
 
@@ -21,10 +17,11 @@ bool isLineEnd(QChar c) {
 
 } // namespace
 
-TextReader::TextReader() = default;
-TextReader::~TextReader() = default;
-TextReader::TextReader(TextReader&&) noexcept = default;
-TextReader& TextReader::operator=(TextReader&&) noexcept = default;
+QStringDecoder olderTextDecoder() {
+  QStringDecoder decoder("windows-1252");
+  // Qt knows that name from ICU only; without it, its builds for Windows have the system's own.
+  return decoder.isValid() ? std::move(decoder) : QStringDecoder(QStringConverter::System);
+}
 
 bool TextReader::fail(FileError kind, const QString& text) {
   m_failure = {kind, text};
@@ -52,37 +49,36 @@ bool TextReader::open(std::unique_ptr<QIODevice> device) {
   if (m_device->size() > maxFileSize) {
     return fail(FileError::Refused, QStringLiteral("it is too large to be such a file"));
   }
-  const Start start = detectStart();
+  const qint64 start = detectStart();
   if (m_failure.kind != FileError::None) {
     return false;
   }
-  if (!m_device->seek(start.offset)) {
+  if (!m_device->seek(start)) {
     return fail(FileError::Failed, m_device->errorString());
   }
-  m_encoding = start.encoding;
-  m_decoder = QStringDecoder(start.encoding == Encoding::Utf16Le   ? QStringConverter::Utf16LE
-                             : start.encoding == Encoding::Utf16Be ? QStringConverter::Utf16BE
-                                                                   : QStringConverter::Utf8);
   m_atEnd = false;
   return true;
 }
 
-TextReader::Start TextReader::detectStart() {
+qint64 TextReader::detectStart() {
   struct Mark {
     QByteArrayView bytes;
-    Start start;
+    QStringConverter::Encoding encoding;
+    qint64 start;
   };
-  static const std::array<Mark, 4> marks = {{{"\xEF\xBB\xBF", {Encoding::Utf8, 3}},
-                                             {"\xFF\xFE", {Encoding::Utf16Le, 2}},
-                                             {"\xFE\xFF", {Encoding::Utf16Be, 2}},
-                                             {"UNICODE", {Encoding::Utf8, 0}}}};
+  static const std::array<Mark, 4> marks = {{{"\xEF\xBB\xBF", QStringConverter::Utf8, 3},
+                                             {"\xFF\xFE", QStringConverter::Utf16LE, 2},
+                                             {"\xFE\xFF", QStringConverter::Utf16BE, 2},
+                                             {"UNICODE", QStringConverter::Utf8, 0}}};
   const QByteArray head = m_device->read(blockSize);
   for (const Mark& mark : marks) {
     if (head.startsWith(mark.bytes)) {
+      m_decoder = QStringDecoder(mark.encoding);
       return mark.start;
     }
   }
-  return {wholeFileIsUtf8() ? Encoding::Utf8 : Encoding::Windows1252, 0};
+  m_decoder = wholeFileIsUtf8() ? QStringDecoder(QStringConverter::Utf8) : olderTextDecoder();
+  return 0;
 }
 
 bool TextReader::wholeFileIsUtf8() {
@@ -106,10 +102,6 @@ bool TextReader::wholeFileIsUtf8() {
   }
 }
 
-QString TextReader::decode(QByteArrayView bytes) {
-  return m_encoding == Encoding::Windows1252 ? fromWindows1252(bytes) : QString(m_decoder(bytes));
-}
-
 void TextReader::fill() {
   m_text.remove(0, m_next);
   m_next = 0;
@@ -120,7 +112,7 @@ void TextReader::fill() {
     return;
   }
   m_atEnd = count == 0;
-  m_text += decode(QByteArrayView(block).first(count));
+  m_text += m_decoder(QByteArrayView(block).first(count));
 }
 
 void TextReader::skipLineEnd() {
@@ -161,14 +153,6 @@ bool TextReader::readLine(QString& line, int limit) {
     line.truncate(nul);
   }
   return true;
-}
-
-QString TextReader::errorText() const {
-  return m_failure.text;
-}
-
-FileError TextReader::error() const {
-  return m_failure.kind;
 }
 
 } // namespace folivex::platform

@@ -96,16 +96,7 @@ struct TextWriter::State {
 TextWriter::TextWriter() : m_state(std::make_unique<State>()) {}
 
 TextWriter::~TextWriter() {
-  if (m_state) {
-    abandon();
-  }
-}
-
-TextWriter::TextWriter(TextWriter&&) noexcept = default;
-
-TextWriter& TextWriter::operator=(TextWriter&& other) noexcept {
-  std::swap(m_state, other.m_state);
-  return *this;
+  abandon();
 }
 
 bool TextWriter::open(const QString& path, FileAccess access) {
@@ -216,10 +207,6 @@ void TextWriter::abandon() {
 
 QString TextWriter::errorText() const {
   return m_state->failure.text;
-}
-
-FileError TextWriter::error() const {
-  return m_state->failure.kind;
 }
 
 } // namespace folivex::platform

@@ -1,11 +1,12 @@
 #include "scanlite/TextLayer.h"
 
+#include "platform/ChildProgram.h"
 #include "platform/FileSystem.h"
-#include "scanlite/Languages.h"
-#include "scanlite/Tool.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace scanlite {
@@ -20,6 +21,58 @@ enum OcrExit { OcrDone = 0, OcrBadInput = 2, OcrMissing = 3, OcrNoAccess = 5, Oc
 
 constexpr int qpdfErrors = 2;
 
+/// Temporary files of the program go into `workFolder`; what it writes is in English.
+ChildRun runTool(const QString& name, const QStringList& arguments, const QString& workFolder) {
+  folivex::platform::ChildProgram program;
+  program.name = name;
+  program.arguments = arguments;
+  program.environment.insert(QStringLiteral("TMPDIR"), workFolder);
+  program.environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+  return runChild(program);
+}
+
+const QString& english() {
+  static const QString name = QStringLiteral("eng");
+  return name;
+}
+
+// Tesseract names its languages by ISO 639-2/T, with some exceptions.
+QString languageOfLocale(const QLocale& locale) {
+  switch (locale.language()) {
+  case QLocale::C:
+    return english();
+  case QLocale::Chinese:
+    return locale.script() == QLocale::TraditionalHanScript ? QStringLiteral("chi_tra")
+                                                            : QStringLiteral("chi_sim");
+  case QLocale::NorwegianBokmal:
+  case QLocale::NorwegianNynorsk:
+    return QStringLiteral("nor");
+  default:
+    return QLocale::languageToCode(locale.language(), QLocale::ISO639Part2T);
+  }
+}
+
+QStringList installedLanguages(const QString& workFolder) {
+  const ChildRun run =
+      runTool(QStringLiteral("tesseract"), {QStringLiteral("--list-langs")}, workFolder);
+  static const QRegularExpression lineEnd(QStringLiteral("[\r\n]+"));
+  return run.output.split(lineEnd, Qt::SkipEmptyParts);
+}
+
+/// FOLIVEX_OCR_LANGUAGE when it is set, installed or not: who names a language wants to hear that
+/// it is missing. Else the language of the person's locale beside English, when it is installed.
+QString ocrLanguages(const QString& workFolder) {
+  QString wanted = qEnvironmentVariable("FOLIVEX_OCR_LANGUAGE").trimmed();
+  if (!wanted.isEmpty()) {
+    return wanted;
+  }
+  const QString own = languageOfLocale(QLocale::system());
+  if (own == english() || !installedLanguages(workFolder).contains(own)) {
+    return english();
+  }
+  return own + QLatin1Char('+') + english();
+}
+
 // Programs tell the reason last; what they wrote before is progress and warnings.
 QString lastWords(const QString& output) {
   constexpr qsizetype mostCharacters = 600;
@@ -30,14 +83,26 @@ ChildRun runOcr(const QString& source, const QString& target, const QString& lan
                 const QString& workFolder) {
   // The copy is read once and thrown away: no time for archiving, linearising or recompressing it.
   // Pages are not turned: positions must stay those of the source.
-  return runTool(QStringLiteral("ocrmypdf"),
-                 {QStringLiteral("--skip-text"), QStringLiteral("--output-type"),
-                  QStringLiteral("pdf"), QStringLiteral("--optimize"), QStringLiteral("0"),
-                  QStringLiteral("--fast-web-view"), QStringLiteral("999999"),
-                  QStringLiteral("--quiet"), QStringLiteral("--language=") + languages, source,
-                  target},
-                 workFolder);
+  return runTool(
+      QStringLiteral("ocrmypdf"),
+      QStringLiteral("--skip-text --output-type pdf --optimize 0 --fast-web-view 999999 --quiet")
+              .split(u' ') +
+          QStringList{QStringLiteral("--language=") + languages, source, target},
+      workFolder);
 }
+
+struct OcrExitMeaning {
+  int code;
+  ScanResult result;
+  const char* text; ///< "%1" stands for the program's last words
+};
+
+constexpr OcrExitMeaning ocrExitMeanings[] = {
+    {OcrBadInput, ScanResult::NotAPdf, "no PDF that OCRmyPDF can read: %1"},
+    {OcrMissing, ScanResult::ProgramMissing, "a program that OCRmyPDF needs is missing: %1"},
+    {OcrNoAccess, ScanResult::NotWritable, "the copy cannot be written: %1"},
+    {OcrEncrypted, ScanResult::NeedsPassword, "a password is needed to open it"},
+};
 
 ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
   if (run.end == ChildEnd::Stopped) {
@@ -50,31 +115,23 @@ ScanOutcome ocrFailure(const ChildRun& run, const QString& languages) {
   if (run.end != ChildEnd::Exited) {
     return {ScanResult::Failed, QStringLiteral("OCRmyPDF crashed: %1").arg(lastWords(run.output))};
   }
-  switch (run.exitCode) {
-  case OcrBadInput:
-    return {ScanResult::NotAPdf,
-            QStringLiteral("no PDF that OCRmyPDF can read: %1").arg(lastWords(run.output))};
-  case OcrMissing:
-    // One code for both; only the text tells a language from a program.
-    if (run.output.contains(QLatin1String("language"), Qt::CaseInsensitive)) {
-      return {ScanResult::LanguageMissing,
-              QStringLiteral("Tesseract has no data for the language %1 (Debian: the "
-                             "packages tesseract-ocr-...)")
-                  .arg(languages)};
-    }
-    return {
-        ScanResult::ProgramMissing,
-        QStringLiteral("a program that OCRmyPDF needs is missing: %1").arg(lastWords(run.output))};
-  case OcrNoAccess:
-    return {ScanResult::NotWritable,
-            QStringLiteral("the copy cannot be written: %1").arg(lastWords(run.output))};
-  case OcrEncrypted:
-    return {ScanResult::NeedsPassword, QStringLiteral("a password is needed to open it")};
-  default:
-    return {
-        ScanResult::Failed,
-        QStringLiteral("OCRmyPDF ended with %1: %2").arg(run.exitCode).arg(lastWords(run.output))};
+  // One code for both; only the text tells a language from a program.
+  if (run.exitCode == OcrMissing &&
+      run.output.contains(QLatin1String("language"), Qt::CaseInsensitive)) {
+    return {ScanResult::LanguageMissing,
+            QStringLiteral("Tesseract has no data for the language %1 (Debian: the packages "
+                           "tesseract-ocr-...)")
+                .arg(languages)};
   }
+  for (const auto& [code, result, text] : ocrExitMeanings) {
+    if (run.exitCode == code) {
+      return {result,
+              QString::fromLatin1(text).replace(QLatin1String("%1"), lastWords(run.output))};
+    }
+  }
+  return {
+      ScanResult::Failed,
+      QStringLiteral("OCRmyPDF ended with %1: %2").arg(run.exitCode).arg(lastWords(run.output))};
 }
 
 // OCRmyPDF refuses every encrypted file, also one that opens without a password.
@@ -82,18 +139,15 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
   const ChildRun run = runTool(
       QStringLiteral("qpdf"),
       {QStringLiteral("--password="), QStringLiteral("--decrypt"), source, target}, workFolder);
-  switch (run.end) {
-  case ChildEnd::Stopped:
+  if (run.end == ChildEnd::Stopped) {
     return {ScanResult::Stopped, QStringLiteral("stopped")};
-  case ChildEnd::Missing:
+  }
+  if (run.end == ChildEnd::Missing) {
     return {ScanResult::ProgramMissing,
             QStringLiteral("it is encrypted, and qpdf, which decrypts it, is not installed")};
-  case ChildEnd::Crashed:
-  case ChildEnd::WroteTooMuch: // by a limit of the person's own: we set none
-  case ChildEnd::TimedOut:
+  }
+  if (run.end != ChildEnd::Exited) {
     return {ScanResult::Failed, QStringLiteral("qpdf crashed")};
-  case ChildEnd::Exited:
-    break;
   }
   if (run.exitCode != qpdfErrors) {
     return {};

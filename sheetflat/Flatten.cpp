@@ -1,9 +1,9 @@
 #include "sheetflat/Flatten.h"
 
 #include "sheetflat/CellText.h"
-#include "sheetflat/Converter.h"
 #include "sheetflat/SheetKind.h"
 
+#include "platform/ChildProgram.h"
 #include "platform/FileSystem.h"
 
 #include <QFile>
@@ -19,6 +19,28 @@ namespace {
 namespace platform = folivex::platform;
 
 constexpr int timeLimitMilliseconds = 120'000;
+constexpr qint64 memoryLimit = 2LL * 1024 * 1024 * 1024;
+
+/// Runs ssconvert of Gnumeric in `workFolder`, which also holds its settings and temporary files:
+/// it reads and keeps settings of the person's own where it is let.
+platform::ChildRun runConverter(const QStringList& arguments, const QString& workFolder,
+                                const QDeadlineTimer& deadline) {
+  platform::ChildProgram converter;
+  converter.name = QStringLiteral("ssconvert");
+  converter.arguments = arguments;
+  converter.workingFolder = workFolder;
+  converter.deadline = deadline;
+  converter.mostMemory = memoryLimit;
+  converter.longestFile = csvSizeLimit;
+  for (const char* variable :
+       {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"}) {
+    converter.environment.insert(QString::fromLatin1(variable), workFolder);
+  }
+  converter.environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
+  converter.environment.remove(QStringLiteral("DISPLAY"));
+  converter.environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+  return runChild(converter);
+}
 
 FlattenOutcome tooLarge() {
   return {FlattenResult::TooLarge,
@@ -62,14 +84,9 @@ public:
 
 private:
   static QString importerOf(SheetKind kind) {
-    switch (kind) {
-    case SheetKind::Binary:
-      return QStringLiteral("Gnumeric_Excel:excel");
-    case SheetKind::OpenDocument:
-      return QStringLiteral("Gnumeric_OpenCalc:openoffice");
-    default:
-      return QStringLiteral("Gnumeric_Excel:xlsx");
-    }
+    return kind == SheetKind::Binary         ? QStringLiteral("Gnumeric_Excel:excel")
+           : kind == SheetKind::OpenDocument ? QStringLiteral("Gnumeric_OpenCalc:openoffice")
+                                             : QStringLiteral("Gnumeric_Excel:xlsx");
   }
 
   // A file for each sheet is the one documented way to the first sheet, whichever was last used.

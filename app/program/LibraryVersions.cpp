@@ -1,6 +1,6 @@
 #include "app/program/LibraryVersions.h"
 
-#include "platform/DynamicLibrary.h"
+#include "platform/LoadedLibrary.h"
 
 #include <array>
 
@@ -17,13 +17,15 @@ constexpr std::array libraries = {Library{"GlyphrunU", "GlyphrunInterfaceVersion
                                   Library{"MelderU", "MelderInterfaceVersion"}};
 
 QString versionOf(const Library& library) {
-  platform::DynamicLibrary loaded;
-  if (!loaded.load(QString::fromLatin1(library.name))) {
-    return QStringLiteral("not loaded: ") + loaded.errorText();
+  QLibrary loaded;
+  if (platform::loadLibrary(loaded, QString::fromLatin1(library.name)) != 0) {
+    return QStringLiteral("not loaded: ") + loaded.errorString();
   }
   const platform::Operation<int()> version(loaded, library.operation);
-  return version.isThere() ? QStringLiteral("interface %1").arg(version())
-                           : QStringLiteral("of another program");
+  const QString told = version.isThere() ? QStringLiteral("interface %1").arg(version())
+                                         : QStringLiteral("of another program");
+  loaded.unload();
+  return told;
 }
 
 } // namespace
