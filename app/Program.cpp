@@ -1,7 +1,7 @@
 #include "app/Program.h"
 
 #include "app/PlanPrinter.h"
-#include "mail/PageAddressReader.h"
+#include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"

@@ -400,4 +400,17 @@ AddressReader::Found AddressSearch::find() const {
   return all;
 }
 
+AddressReader::Found AddressSearch::read(WordSource& words) {
+  startPage();
+  const int count = words.numWords();
+  for (int i = 0; i < count; ++i) {
+    add(words.word(i));
+  }
+  return find();
+}
+
+std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) {
+  return std::make_unique<AddressSearch>(AddressRules::of(setup));
+}
+
 } // namespace folivex

@@ -2,12 +2,9 @@
 #pragma once
 
 #include "engine/output/PageAddresses.h"
-#include "engine/words/PageWord.h"
-
-#include <QString>
-#include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace folivex {
@@ -41,7 +38,7 @@ inline constexpr qsizetype maxFurtherAddresses = 50;
 /// them, joined by one blank, whatever the horizontal window.
 ///
 /// Time and memory grow with the number of words, whatever stands on the page.
-class AddressSearch {
+class AddressSearch : public AddressReader {
 public:
   explicit AddressSearch(AddressRules rules);
 
@@ -52,7 +49,9 @@ public:
   std::function<void()> handlePendingEvents;
   /// The first good address, and the other ones in reading order, each once, maxFurtherAddresses
   /// of them at most.
-  AddressReader::Found find() const;
+  Found find() const;
+  /// All of it for one page.
+  Found read(WordSource& words) override;
 
 private:
   class Page;
@@ -68,5 +67,8 @@ private:
   QString m_text;
   std::vector<Word> m_words;
 };
+
+/// With the windows and texts of this setup.
+std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup);
 
 } // namespace folivex

@@ -6,10 +6,7 @@
 namespace folivex {
 
 /// Where a list without a path is saved: in the current folder.
-inline const QString& defaultEmailListPath() {
-  static const QString path = QStringLiteral("default.lst");
-  return path;
-}
+inline constexpr QLatin1String defaultEmailListPath("default.lst");
 
 struct [[nodiscard]] EmailListResult {
   bool ok = false;

@@ -15,10 +15,7 @@ constexpr int timeWidth = 20;
 constexpr int recipientWidth = 100;
 constexpr int fileWidth = 80;
 
-const QString& timeFormat() {
-  static const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss");
-  return format;
-}
+constexpr QLatin1String timeFormat("yyyy-MM-dd HH:mm:ss");
 
 /// What a line holds behind its time.
 QString behindTime(const QString& recipient, const QString& file, const QString& result) {
@@ -51,8 +48,8 @@ bool mayBeLog(const QString& path) {
 
 QString emailLogLine(const QDateTime& time, const QString& recipient, const QString& file,
                      const QString& result) {
-  return time.toString(timeFormat()).leftJustified(timeWidth) +
-         behindTime(recipient, file, result) + QStringLiteral("\r\n");
+  return time.toString(timeFormat).leftJustified(timeWidth) + behindTime(recipient, file, result) +
+         QStringLiteral("\r\n");
 }
 
 EmailLog::EmailLog(const QString& path) {
@@ -81,7 +78,7 @@ void EmailLog::append(const QString& text) {
 }
 
 void EmailLog::writeSent(const QDateTime& time, const QString& recipient, const QString& file) {
-  append(emailLogLine(time, recipient, file, emailLogOk()));
+  append(emailLogLine(time, recipient, file, emailLogOk));
 }
 
 void EmailLog::writeFailed(const QDateTime& time, const QString& recipient, const QString& file,
@@ -118,22 +115,22 @@ void SentBefore::readLine(const QByteArray& bytes) {
     return;
   }
   const QString line = QString::fromUtf8(bytes).trimmed();
-  const QDateTime time = QDateTime::fromString(line.left(timeFormat().size()), timeFormat());
+  const QDateTime time = QDateTime::fromString(line.left(timeFormat.size()), timeFormat);
   if (!time.isValid() || line.size() < timeWidth) {
     return;
   }
   Mail mail{time, Told::Nothing};
   qsizetype end = 0;
   const QString error = QStringLiteral(" Error - ");
-  if (line.endsWith(u' ' + emailLogOk())) {
+  if (line.endsWith(u' ' + emailLogOk)) {
     mail.told = Told::Sent;
-    end = line.size() - emailLogOk().size();
+    end = line.size() - emailLogOk.size();
   } else {
     end = line.indexOf(error, timeWidth) + 1;
     if (end == 0) {
       return;
     }
-    if (QStringView(line).mid(end + error.size() - 1).startsWith(emailLogUnknown())) {
+    if (QStringView(line).mid(end + error.size() - 1).startsWith(emailLogUnknown)) {
       mail.told = Told::MayHaveArrived;
     }
   }

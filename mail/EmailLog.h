@@ -11,16 +11,10 @@
 namespace folivex {
 
 /// The text of the last column for a mail that was taken over.
-inline const QString& emailLogOk() {
-  static const QString ok = QStringLiteral("OK");
-  return ok;
-}
+inline constexpr QLatin1String emailLogOk("OK");
 
 /// Begins the error text of a mail whose fate is unknown.
-inline const QString& emailLogUnknown() {
-  static const QString unknown = QStringLiteral("unknown: ");
-  return unknown;
-}
+inline constexpr QLatin1String emailLogUnknown("unknown: ");
 
 /// The line "%-20s%-100s %-80s %s\r\n" in memory; on the disk its end is CR CR LF. Control
 /// characters become blanks: one mail is one line.

@@ -244,7 +244,7 @@ void EmailSendRun::record(const EntryResult& result) {
   const QDateTime now = m_parts.now();
   QString text = result.errorText;
   if (result.state == EntryState::Unknown) {
-    text.prepend(emailLogUnknown());
+    text.prepend(emailLogUnknown);
   }
   if (result.state == EntryState::Sent) {
     m_log.writeSent(now, result.recipient, result.attachment);
@@ -252,9 +252,9 @@ void EmailSendRun::record(const EntryResult& result) {
     m_log.writeFailed(now, result.recipient, result.attachment, text);
   }
   if (m_parts.report) {
-    m_parts.report->write(
-        {now, result.recipient, result.attachment,
-         result.state == EntryState::Sent ? emailLogOk() : QStringLiteral("Error - ") + text});
+    m_parts.report->write({now, result.recipient, result.attachment,
+                           result.state == EntryState::Sent ? QString(emailLogOk)
+                                                            : QStringLiteral("Error - ") + text});
   }
 }
 

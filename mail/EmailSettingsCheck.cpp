@@ -74,16 +74,14 @@ QString senderOf(const SplitSetup& setup) {
 std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
   Findings findings;
   if (setup.useOutlook) {
-    const OutlookAvailability outlook = outlookAvailable();
-    if (!outlook.available) {
-      add(findings, "USEOUTLOOK", outlook.reason);
+    if (const QString problem = outlookProblem(); !problem.isEmpty()) {
+      add(findings, "USEOUTLOOK", problem);
     }
   } else {
     checkServer(setup, findings);
-    checkSender(setup, findings);
   }
-  if (setup.useOutlook && setup.emailTest) {
-    checkSender(setup, findings); // test mails go there
+  if (!setup.useOutlook || setup.emailTest) { // test mails go there
+    checkSender(setup, findings);
   }
   checkCopy(setup, findings);
   if (setup.emailSubject.trimmed().isEmpty()) {
@@ -109,9 +107,8 @@ QString pauseProblem(const QString& text) {
 }
 
 bool hasProblem(const std::vector<EmailSettingsFinding>& findings) {
-  return std::any_of(findings.begin(), findings.end(), [](const EmailSettingsFinding& finding) {
-    return finding.weight == FindingWeight::Problem;
-  });
+  return std::ranges::find(findings, FindingWeight::Problem, &EmailSettingsFinding::weight) !=
+         findings.end();
 }
 
 } // namespace folivex

@@ -24,6 +24,17 @@ struct MailServer {
   QString problem; ///< why the server text cannot be used; empty when it can
 };
 
+/// How long a mail server is waited for, and whom to trust.
+struct SmtpOptions {
+  int connectTimeoutMs = 30'000; ///< until the server is greeted, TLS and login included
+  int answerTimeoutMs = 120'000; ///< without a byte either way
+  /// After the whole mail went out: giving up early would leave its fate unknown.
+  int finalAnswerTimeoutMs = 600'000;
+  int goodbyeTimeoutMs = 2'000;
+  /// PEM file with the certificates to trust in place of the system's; empty: the system's.
+  QString caFile;
+};
+
 /// Takes "ssl:host:port", "tls:host", "host:port" or "host" apart. Blanks around are no part of it.
 MailServer parseMailServer(const QString& serverText);
 /// With the login of the setup.

@@ -7,12 +7,11 @@ namespace folivex {
 
 MailTransportChoice transportFor(const SplitSetup& setup, const SmtpOptions& options) {
   if (setup.useOutlook) {
-    const OutlookAvailability outlook = outlookAvailable();
-    return outlook.available
-               ? MailTransportChoice{makeOutlookMail(setup.useOutlookAuto ? OutlookMode::Send
-                                                                          : OutlookMode::Show),
-                                     {}}
-               : MailTransportChoice{nullptr, outlook.reason};
+    const QString problem = outlookProblem();
+    return {problem.isEmpty()
+                ? makeOutlookMail(setup.useOutlookAuto ? OutlookMode::Send : OutlookMode::Show)
+                : nullptr,
+            problem};
   }
   const MailServer server = mailServerOf(setup);
   if (!server.problem.isEmpty()) {

@@ -7,13 +7,8 @@
 
 namespace folivex {
 
-struct OutlookAvailability {
-  bool available = false;
-  QString reason; ///< for a person, empty when available
-};
-
-/// Whether Outlook can be driven from here.
-OutlookAvailability outlookAvailable();
+/// Why Outlook cannot be driven from here, for a person; empty when it can.
+QString outlookProblem();
 
 /// How far a mail goes by itself.
 enum class OutlookMode {
@@ -21,7 +16,7 @@ enum class OutlookMode {
   Send  ///< `USEOUTLOOKAUTO`: sent at once
 };
 
-/// A transport that hands every mail to Outlook; null where outlookAvailable() says no. Outlook
+/// A transport that hands every mail to Outlook; only where outlookProblem() is empty. Outlook
 /// sends with the account that it is set up for: sender and sender name are not used.
 std::unique_ptr<MailTransport> makeOutlookMail(OutlookMode mode);
 

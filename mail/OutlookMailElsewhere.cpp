@@ -2,9 +2,8 @@
 
 namespace folivex {
 
-OutlookAvailability outlookAvailable() {
-  return {false,
-          QStringLiteral("Outlook can be used on Windows only: give an SMTP server instead.")};
+QString outlookProblem() {
+  return QStringLiteral("Outlook can be used on Windows only: give an SMTP server instead.");
 }
 
 std::unique_ptr<MailTransport> makeOutlookMail(OutlookMode /*mode*/) {

@@ -1,103 +1,172 @@
 #include "mail/OutlookMail.h"
 
-#include <QAxObject>
 #include <QDir>
 #include <QFileInfo>
 
-#include <objbase.h>
+#include <utility>
+
+#include <windows.h>
+
+#include <oleauto.h>
 
 namespace folivex {
 
 namespace {
 
-constexpr int mailItem = 0;
-
-class COutlookMail : public MailTransport {
+/// A value of the automation interface. Owns the text or the object that it is.
+class Value {
 public:
-  explicit COutlookMail(OutlookMode mode)
-      : m_mode(mode), m_initialised(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-  ~COutlookMail() override {
-    m_outlook.reset();
-    if (m_initialised) {
+  Value() { VariantInit(&m_variant); }
+  explicit Value(long number) : Value() {
+    m_variant.vt = VT_I4;
+    m_variant.lVal = number;
+  }
+  explicit Value(const QString& text) : Value() {
+    m_variant.vt = VT_BSTR;
+    m_variant.bstrVal = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.utf16()),
+                                          static_cast<UINT>(text.size()));
+  }
+  explicit Value(IDispatch* object) : Value() {
+    m_variant.vt = VT_DISPATCH;
+    m_variant.pdispVal = object;
+  }
+  Value(Value&& other) noexcept : Value() { std::swap(m_variant, other.m_variant); }
+  Value& operator=(Value&& other) noexcept {
+    std::swap(m_variant, other.m_variant);
+    return *this;
+  }
+  ~Value() { VariantClear(&m_variant); }
+
+  bool isEmpty() const { return m_variant.vt == VT_EMPTY; }
+  IDispatch* object() const { return m_variant.vt == VT_DISPATCH ? m_variant.pdispVal : nullptr; }
+  VARIANT* variant() { return &m_variant; }
+
+private:
+  VARIANT m_variant;
+};
+
+/// Why Outlook does not do something, for a person.
+struct Failure {
+  QString text;
+};
+
+/// What a method or a property of `object` gives; throws Failure.
+Value invoke(const Value& object, WORD kind, const wchar_t* name, Value argument = Value()) {
+  IDispatch* const target = object.object();
+  auto* wide = const_cast<LPOLESTR>(name);
+  DISPID id = 0;
+  if (!target || FAILED(target->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_USER_DEFAULT, &id))) {
+    throw Failure{
+        QStringLiteral("Outlook does not know \"%1\"").arg(QString::fromWCharArray(name))};
+  }
+  const bool puts = kind == DISPATCH_PROPERTYPUT;
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters{argument.variant(), puts ? &put : nullptr, argument.isEmpty() ? 0U : 1U,
+                        puts ? 1U : 0U};
+  Value result;
+  EXCEPINFO failure{};
+  const HRESULT code = target->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                                      puts ? nullptr : result.variant(), &failure, nullptr);
+  const QString reason =
+      failure.bstrDescription ? QString::fromWCharArray(failure.bstrDescription) : QString();
+  SysFreeString(failure.bstrSource);
+  SysFreeString(failure.bstrDescription);
+  SysFreeString(failure.bstrHelpFile);
+  if (FAILED(code)) {
+    throw Failure{reason.isEmpty() ? QStringLiteral("Outlook failed with the code 0x%1")
+                                         .arg(static_cast<quint32>(code), 8, 16, QLatin1Char('0'))
+                                   : reason};
+  }
+  return result;
+}
+
+void put(const Value& object, const wchar_t* name, const QString& text) {
+  invoke(object, DISPATCH_PROPERTYPUT, name, Value(text));
+}
+
+bool findOutlook(CLSID& id) {
+  return SUCCEEDED(CLSIDFromProgID(L"Outlook.Application", &id));
+}
+
+/// The automation interface on this thread.
+struct Automation {
+  Automation() = default;
+  Automation(const Automation&) = delete;
+  Automation& operator=(const Automation&) = delete;
+  ~Automation() {
+    if (initialised) {
       CoUninitialize();
     }
   }
-  COutlookMail(const COutlookMail&) = delete;
-  COutlookMail& operator=(const COutlookMail&) = delete;
+  bool initialised = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+};
+
+class COutlookMail : public MailTransport {
+public:
+  explicit COutlookMail(OutlookMode mode) : m_mode(mode) {}
 
   MailResult send(const MailMessage& message, MailWait& wait) override {
     wait.handlePendingEvents();
     MailMessage checked = message;
     checked.sender = message.recipient; // Outlook has its own
-    m_errorText = messageProblem(checked);
     MailResult result;
-    if (m_errorText.isEmpty() && handOver(message)) {
-      result.outcome = MailOutcome::Sent;
-    } else {
-      result.errorText =
-          m_errorText.isEmpty() ? QStringLiteral("Outlook did not take the mail") : m_errorText;
+    result.errorText = messageProblem(checked);
+    if (result.errorText.isEmpty()) {
+      try {
+        handOver(message);
+        result.outcome = MailOutcome::Sent;
+      } catch (const Failure& failure) {
+        result.errorText = failure.text;
+      }
     }
     return result;
   }
 
 private:
-  bool handOver(const MailMessage& message) {
-    if (!m_outlook) {
-      m_outlook = std::make_unique<QAxObject>(QStringLiteral("Outlook.Application"));
+  void start() {
+    CLSID id{};
+    void* object = nullptr;
+    if (!findOutlook(id) ||
+        FAILED(CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch, &object))) {
+      throw Failure{QStringLiteral("Outlook cannot be started")};
     }
-    if (m_outlook->isNull()) {
-      m_outlook.reset();
-      m_errorText = QStringLiteral("Outlook cannot be started");
-      return false;
-    }
-    const std::unique_ptr<QAxObject> mail(m_outlook->querySubObject("CreateItem(int)", mailItem));
-    if (!mail) {
-      return false;
-    }
-    QObject::connect(
-        mail.get(), &QAxObject::exception, mail.get(),
-        [this](int, const QString&, const QString& text, const QString&) { m_errorText = text; });
-    const bool html = message.bodyKind == BodyKind::Html;
-    if (!mail->setProperty("To", message.recipient) ||
-        !mail->setProperty("CC", copyAddresses(message.cc).join(u';')) ||
-        !mail->setProperty("Subject", message.subject) ||
-        !mail->setProperty(html ? "HTMLBody" : "Body", message.body) ||
-        !attach(*mail, message.attachmentPath)) {
-      return false;
-    }
-    mail->dynamicCall(m_mode == OutlookMode::Send ? "Send()" : "Display()");
-    return m_errorText.isEmpty();
+    m_outlook = Value(static_cast<IDispatch*>(object));
   }
 
-  static bool attach(QAxObject& mail, const QString& file) {
-    if (file.isEmpty()) {
-      return true;
+  void handOver(const MailMessage& message) {
+    if (m_outlook.isEmpty()) {
+      start();
     }
-    const QString path = QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath());
-    const std::unique_ptr<QAxObject> all(mail.querySubObject("Attachments"));
-    const std::unique_ptr<QAxObject> one(all ? all->querySubObject("Add(QString)", path) : nullptr);
-    return one != nullptr;
+    constexpr long mailItem = 0;
+    const Value mail = invoke(m_outlook, DISPATCH_METHOD, L"CreateItem", Value(mailItem));
+    put(mail, L"To", message.recipient);
+    put(mail, L"CC", copyAddresses(message.cc).join(u';'));
+    put(mail, L"Subject", message.subject);
+    put(mail, message.bodyKind == BodyKind::Html ? L"HTMLBody" : L"Body", message.body);
+    if (!message.attachmentPath.isEmpty()) {
+      const QFileInfo file(message.attachmentPath);
+      invoke(invoke(mail, DISPATCH_PROPERTYGET, L"Attachments"), DISPATCH_METHOD, L"Add",
+             Value(QDir::toNativeSeparators(file.absoluteFilePath())));
+    }
+    invoke(mail, DISPATCH_METHOD, m_mode == OutlookMode::Send ? L"Send" : L"Display");
   }
 
   OutlookMode m_mode;
-  bool m_initialised;
-  std::unique_ptr<QAxObject> m_outlook;
-  QString m_errorText;
+  Automation m_automation;
+  Value m_outlook; ///< gone before the automation interface is
 };
 
 } // namespace
 
-OutlookAvailability outlookAvailable() {
+QString outlookProblem() {
   CLSID id{};
-  return SUCCEEDED(CLSIDFromProgID(L"Outlook.Application", &id))
-             ? OutlookAvailability{true, {}}
-             : OutlookAvailability{false,
-                                   QStringLiteral("Outlook is not installed on this machine: "
-                                                  "give an SMTP server instead.")};
+  return findOutlook(id) ? QString()
+                         : QStringLiteral("Outlook is not installed on this machine: give an SMTP "
+                                          "server instead.");
 }
 
 std::unique_ptr<MailTransport> makeOutlookMail(OutlookMode mode) {
-  return outlookAvailable().available ? std::make_unique<COutlookMail>(mode) : nullptr;
+  return std::make_unique<COutlookMail>(mode);
 }
 
 } // namespace folivex

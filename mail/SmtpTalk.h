@@ -5,7 +5,6 @@
 #include "mail/MailTransport.h"
 #include "mail/MimeMail.h"
 #include "mail/OpenSockets.h"
-#include "mail/SmtpOptions.h"
 #include "mail/SmtpReplies.h"
 
 #include <array>

@@ -3,7 +3,7 @@
 #include "mail/MailHeader.h"
 #include "mail/SmtpTalk.h"
 
-#include <QScopeGuard>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -87,121 +87,103 @@ const FaultMeaning& meaningOf(TalkFault fault) {
   return found != std::end(meanings) ? *found : meaningOf(TalkFault::Other);
 }
 
+MailResult answered(const TalkResult& talked, const MailServer& server) {
+  MailResult result;
+  result.serverCode = talked.replies.verdict();
+  result.outcome = outcomeOf(result.serverCode);
+  if (!result.sent()) {
+    result.errorText = QStringLiteral("the server %1 refused the mail: %2")
+                           .arg(server.host, answerOf(talked.replies, server));
+  }
+  return result;
+}
+
+/// The end of the mail went out and nobody said what became of it.
+MailResult unanswered(const TalkResult& talked, const MailServer& server) {
+  MailResult result;
+  result.outcome = MailOutcome::Unknown;
+  const char* const why = talked.fault == TalkFault::StoppedByPerson ? "we stopped"
+                          : talked.fault == TalkFault::NoAnswer      ? "it stopped answering"
+                                                                     : "the connection broke";
+  result.errorText = QStringLiteral("the whole mail went to the server %1, but %2 before it was "
+                                    "confirmed: it may have arrived")
+                         .arg(server.host, QLatin1String(why));
+  return result;
+}
+
+MailResult failed(const TalkResult& talked, const MailServer& server) {
+  if (talked.fault == TalkFault::AttachmentFailed) {
+    return refused(talked.text);
+  }
+  const FaultMeaning& meaning = meaningOf(talked.fault);
+  MailResult result;
+  result.outcome = meaning.outcome;
+  result.concernsEveryMail = meaning.concernsEveryMail;
+  result.errorText = QString::fromLatin1(meaning.text).replace(QLatin1String("%1"), server.host);
+  const int code = talked.replies.lastCode();
+  if (code >= 400) {
+    result.serverCode = code;
+    result.errorText += QStringLiteral(": ") + answerOf(talked.replies, server);
+    if (meaning.outcome == MailOutcome::Refused) {
+      result.outcome = outcomeOf(code);
+    }
+  } else if (!talked.text.isEmpty() && meaning.outcome != MailOutcome::Stopped) {
+    result.errorText +=
+        QStringLiteral(" (%1)").arg(withoutControlCharacters(withoutPassword(talked.text, server)));
+  }
+  if (!talked.refusedRecipient.isEmpty()) {
+    result.errorText += QStringLiteral(" (recipient %1)").arg(talked.refusedRecipient);
+  }
+  return result;
+}
+
+/// The server has had enough of a connection that served mails before, and cannot have taken this
+/// one: its end never went out.
+bool asksForNewConnection(const TalkResult& talked) {
+  const bool ended =
+      talked.fault == TalkFault::ConnectionLost ||
+      (talked.fault == TalkFault::ServerRefused && talked.replies.lastCode() == serviceClosing);
+  return talked.onKeptConnection && ended && !talked.replies.dataEnded();
+}
+
 } // namespace
 
-struct SmtpTransport::State {
-  MailServer server;
-  SmtpTalk talk;
-  bool sending = false;
-
-  State(const MailServer& to, const SmtpOptions& options) : server(to), talk(to, options) {}
-
-  MailResult answered(const TalkResult& talked) const {
-    MailResult result;
-    result.serverCode = talked.replies.verdict();
-    result.outcome = outcomeOf(result.serverCode);
-    if (!result.sent()) {
-      result.errorText = QStringLiteral("the server %1 refused the mail: %2")
-                             .arg(server.host, answerOf(talked.replies, server));
-    }
-    return result;
-  }
-
-  /// The end of the mail went out and nobody said what became of it.
-  MailResult unanswered(const TalkResult& talked) const {
-    MailResult result;
-    result.outcome = MailOutcome::Unknown;
-    const char* const why = talked.fault == TalkFault::StoppedByPerson ? "we stopped"
-                            : talked.fault == TalkFault::NoAnswer      ? "it stopped answering"
-                                                                       : "the connection broke";
-    result.errorText = QStringLiteral("the whole mail went to the server %1, but %2 before it was "
-                                      "confirmed: it may have arrived")
-                           .arg(server.host, QLatin1String(why));
-    return result;
-  }
-
-  MailResult failed(const TalkResult& talked) const {
-    if (talked.fault == TalkFault::AttachmentFailed) {
-      return refused(talked.text);
-    }
-    const FaultMeaning& meaning = meaningOf(talked.fault);
-    MailResult result;
-    result.outcome = meaning.outcome;
-    result.concernsEveryMail = meaning.concernsEveryMail;
-    result.errorText = QString::fromLatin1(meaning.text).replace(QLatin1String("%1"), server.host);
-    const int code = talked.replies.lastCode();
-    if (code >= 400) {
-      result.serverCode = code;
-      result.errorText += QStringLiteral(": ") + answerOf(talked.replies, server);
-      if (meaning.outcome == MailOutcome::Refused) {
-        result.outcome = outcomeOf(code);
-      }
-    } else if (!talked.text.isEmpty() && meaning.outcome != MailOutcome::Stopped) {
-      result.errorText += QStringLiteral(" (%1)").arg(
-          withoutControlCharacters(withoutPassword(talked.text, server)));
-    }
-    if (!talked.refusedRecipient.isEmpty()) {
-      result.errorText += QStringLiteral(" (recipient %1)").arg(talked.refusedRecipient);
-    }
-    return result;
-  }
-
-  MailResult judge(const TalkResult& talked) const {
-    return talked.replies.verdict() > 0 ? answered(talked)
-           : talked.replies.dataEnded() ? unanswered(talked)
-                                        : failed(talked);
-  }
-
-  /// The server has had enough of a connection that served mails before, and cannot have taken this
-  /// one: its end never went out.
-  static bool asksForNewConnection(const TalkResult& talked) {
-    const bool ended =
-        talked.fault == TalkFault::ConnectionLost ||
-        (talked.fault == TalkFault::ServerRefused && talked.replies.lastCode() == serviceClosing);
-    return talked.onKeptConnection && ended && !talked.replies.dataEnded();
-  }
-
-  MailResult send(const MailMessage& message, MailWait& wait) {
-    const OutgoingMail mail(message);
-    TalkResult talked = talk.attempt(mail, SmtpTalk::Use::Kept, wait);
-    if (asksForNewConnection(talked)) {
-      talked = talk.attempt(mail, SmtpTalk::Use::Fresh, wait);
-    }
-    return judge(talked);
-  }
-};
-
 SmtpTransport::SmtpTransport(const MailServer& server, const SmtpOptions& options)
-    : m_state(std::make_unique<State>(server, options)) {}
+    : m_server(server), m_talk(std::make_unique<SmtpTalk>(server, options)) {}
 
 SmtpTransport::~SmtpTransport() = default;
 
 MailResult SmtpTransport::send(const MailMessage& message, MailWait& wait) {
-  if (m_state->sending) {
+  if (m_isSending) {
     return refused(QStringLiteral("another mail is being sent"));
   }
-  if (!m_state->server.problem.isEmpty()) {
-    MailResult result = refused(m_state->server.problem);
+  if (!m_server.problem.isEmpty()) {
+    MailResult result = refused(m_server.problem);
     result.concernsEveryMail = true;
     return result;
   }
-  const QString problem = messageProblem(message);
-  if (!problem.isEmpty()) {
+  if (const QString problem = messageProblem(message); !problem.isEmpty()) {
     return refused(problem);
   }
-  m_state->sending = true;
-  const auto done = qScopeGuard([this] { m_state->sending = false; });
-  return m_state->send(message, wait);
+  const QScopedValueRollback sending(m_isSending, true);
+  const OutgoingMail mail(message);
+  TalkResult talked = m_talk->attempt(mail, SmtpTalk::Use::Kept, wait);
+  if (asksForNewConnection(talked)) {
+    talked = m_talk->attempt(mail, SmtpTalk::Use::Fresh, wait);
+  }
+  return talked.replies.verdict() > 0 ? answered(talked, m_server)
+         : talked.replies.dataEnded() ? unanswered(talked, m_server)
+                                      : failed(talked, m_server);
 }
 
 void SmtpTransport::disconnect() {
-  if (!m_state->sending) {
-    m_state->talk.disconnect();
+  if (!m_isSending) {
+    m_talk->disconnect();
   }
 }
 
 int SmtpTransport::connectionCount() const {
-  return m_state->talk.connectionCount();
+  return m_talk->connectionCount();
 }
 
 } // namespace folivex

@@ -3,11 +3,12 @@
 
 #include "mail/MailServer.h"
 #include "mail/MailTransport.h"
-#include "mail/SmtpOptions.h"
 
 #include <memory>
 
 namespace folivex {
+
+class SmtpTalk;
 
 /// One connection serves all mails; when the server has closed it (or answers 421 because it has
 /// had enough), a mail that cannot have been accepted is sent once more on a new connection. A mail
@@ -32,8 +33,9 @@ public:
   int connectionCount() const;
 
 private:
-  struct State;
-  std::unique_ptr<State> m_state;
+  MailServer m_server;
+  std::unique_ptr<SmtpTalk> m_talk;
+  bool m_isSending = false;
 };
 
 } // namespace folivex

@@ -31,16 +31,13 @@ ChildRun runTool(const QString& name, const QStringList& arguments, const QStrin
   return runChild(program);
 }
 
-const QString& english() {
-  static const QString name = QStringLiteral("eng");
-  return name;
-}
+constexpr QLatin1String english("eng");
 
 // Tesseract names its languages by ISO 639-2/T, with some exceptions.
 QString languageOfLocale(const QLocale& locale) {
   switch (locale.language()) {
   case QLocale::C:
-    return english();
+    return english;
   case QLocale::Chinese:
     return locale.script() == QLocale::TraditionalHanScript ? QStringLiteral("chi_tra")
                                                             : QStringLiteral("chi_sim");
@@ -67,10 +64,10 @@ QString ocrLanguages(const QString& workFolder) {
     return wanted;
   }
   const QString own = languageOfLocale(QLocale::system());
-  if (own == english() || !installedLanguages(workFolder).contains(own)) {
-    return english();
+  if (own == english || !installedLanguages(workFolder).contains(own)) {
+    return english;
   }
-  return own + QLatin1Char('+') + english();
+  return own + QLatin1Char('+') + english;
 }
 
 // Programs tell the reason last; what they wrote before is progress and warnings.

@@ -35,9 +35,7 @@ QWidget* CEmailSettingsDlg::buildServer() {
                           group, [this] { sendTest(); });
   auto* outlook =
       new QCheckBox(QStringLiteral("&Use Microsoft outlook instead of stmp server"), group);
-  if (const OutlookAvailability available = outlookAvailable(); !available.available) {
-    outlook->setToolTip(available.reason);
-  }
+  outlook->setToolTip(outlookProblem());
   m_binding.bind(&SplitSetup::useOutlook, outlook);
   QCheckBox* automatic = m_binding.box(&SplitSetup::useOutlookAuto, QStringLiteral("Aut&o"), group);
 
@@ -125,7 +123,7 @@ QWidget* CEmailSettingsDlg::buildSearch() {
 QSet<QString> CEmailSettingsDlg::idle(const SplitSetup& setup) const {
   QSet<QString> keys = idleSettings(setup);
   // A setup from elsewhere may have it on: it must be possible to switch it off here.
-  if (!outlookAvailable().available && !setup.useOutlook) {
+  if (!outlookProblem().isEmpty() && !setup.useOutlook) {
     keys += QStringLiteral("USEOUTLOOK");
   }
   return keys;

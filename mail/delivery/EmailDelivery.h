@@ -3,7 +3,7 @@
 
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailSendRun.h"
-#include "mail/SmtpOptions.h"
+#include "mail/MailServer.h"
 #include "mail/delivery/FinishedRun.h"
 #include "mail/delivery/KeptLists.h"
 #include "mail/delivery/RunReports.h"

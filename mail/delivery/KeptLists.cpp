@@ -11,15 +11,12 @@ namespace folivex {
 
 namespace {
 
-const QString& keptKind() {
-  static const QString kind = QStringLiteral("emails_sending");
-  return kind;
-}
+constexpr QLatin1String keptKind("emails_sending");
 
 } // namespace
 
 bool isListOfBrokenRun(const QString& path) {
-  return platform::fileTitle(path).contains(u'_' + keptKind() + u'_');
+  return platform::fileTitle(path).contains(u'_' + keptKind + u'_');
 }
 
 QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind) {
@@ -35,7 +32,7 @@ QString unusedListPath(const SplitSetup& setup, const QString& source, const QSt
 }
 
 QString KeptLists::keep(const EmailList& list, const SplitSetup& setup, const QString& source) {
-  const QString path = unusedListPath(setup, source, keptKind());
+  const QString path = unusedListPath(setup, source, keptKind);
   const EmailListResult saved = saveEmailList(list, path);
   if (!saved.ok) {
     return QStringLiteral("The list could not be kept in a file while it was sent: %1 (%2)")

@@ -42,7 +42,7 @@ EmailWords EmailListCommands::load(const QString& path) {
 }
 
 EmailWords EmailListCommands::save() {
-  const QString path = m_listPath.isEmpty() ? defaultEmailListPath() : m_listPath;
+  const QString path = m_listPath.isEmpty() ? QString(defaultEmailListPath) : m_listPath;
   const EmailListResult saved = saveEmailList(m_list, path);
   QString notice = saved.note;
   if (saved.ok) {

@@ -1,7 +1,7 @@
 // The test mail of the e-mail settings, with its window.
 #pragma once
 
-#include "mail/SmtpOptions.h"
+#include "mail/MailServer.h"
 
 class QWidget;
 
