@@ -3,6 +3,7 @@
 
 #include "batch/BatchEntries.h"
 #include "batch/FolderScan.h"
+#include "widgets/CommandWords.h"
 
 #include <QString>
 #include <QStringList>
@@ -10,12 +11,6 @@
 #include <functional>
 
 namespace folivex {
-
-/// What a command has to tell. Either may be empty.
-struct CommandWords {
-  QString message; ///< for a box that the person confirms
-  QString notice;  ///< for a line in the window
-};
 
 /// Knows the list file in use and the places that choosers begin at. Shows and asks nothing.
 class BatchCommands {

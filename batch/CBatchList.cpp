@@ -3,22 +3,15 @@
 #include "batch/BatchTable.h"
 #include "batch/CScanning.h"
 #include "platform/Paths.h"
-#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
-#include "widgets/NoticeLine.h"
 
-#include <QAction>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QUrl>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -41,83 +34,59 @@ QStringList localPaths(const QMimeData* data) {
 } // namespace
 
 CBatchList::CBatchList(Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent), m_dialogs(dialogs), m_commands(m_rows), m_model(m_rows),
-      m_table(new BatchTable(m_model, this)) {
-  setObjectName(QStringLiteral("CBatchList"));
-  setWindowTitle(QStringLiteral("Prepare batch list"));
-  setWindowFlag(Qt::WindowMaximizeButtonHint);
+    : ListDialog("CBatchList", QStringLiteral("Prepare batch list"), dialogs, parent),
+      m_commands(m_rows), m_model(m_rows),
+      m_table(named(new BatchTable(m_model, this), "list",
+                    "The files, in the order in which they are processed; double-click one to use "
+                    "it or leave it out")) {
   setAcceptDrops(true);
-  m_table->setObjectName(QStringLiteral("list"));
   m_table->setAccessibleName(QStringLiteral("Files of the batch"));
-  m_table->setToolTip(QStringLiteral("The files, in the order in which they are processed; "
-                                     "double-click one to use it or leave it out"));
   buildMenus();
-  auto* layout = new QVBoxLayout(this);
-  layout->setMenuBar(m_menus);
-  layout->addWidget(m_table, 1);
-  layout->addWidget(buildBelow());
+  m_process = sideButton("processList", QStringLiteral("&Process List"),
+                         QStringLiteral("Run the current setup on every row in use"), this,
+                         [this] { processList(); });
+  m_clearAll = sideButton("clearAll", QStringLiteral("&Clear ALL"),
+                          QStringLiteral("Take all rows off the list; the files stay"), this,
+                          [this] { clearAll(); });
+  auto* close =
+      sideButton("close", QStringLiteral("&Close"), QStringLiteral("Close; the list is kept"), this,
+                 [this] { closeList(); });
+  layOut(nullptr, m_table, {m_process, gap(), m_clearAll, close});
   connectTable();
   updateControls();
-
-  const QMargins margins = layout->contentsMargins();
-  const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
-  resizeOnScreen(
-      this, QSize(m_table->preferredWidth() + margins.left() + margins.right(),
-                  sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight));
+  resizeToShow(*m_table, rowsAtFirst);
 }
 
 CBatchList::~CBatchList() = default;
 
-QAction* CBatchList::addCommand(QMenu* menu, const char* name, const QString& text,
-                                const QString& toolTip, void (CBatchList::*command)()) {
-  QAction* action = menu->addAction(text);
-  action->setObjectName(QLatin1String(name));
-  action->setToolTip(toolTip);
-  connect(action, &QAction::triggered, this, command);
-  return action;
-}
-
 void CBatchList::buildMenus() {
-  m_menus = new QMenuBar(this);
-  m_menus->setNativeMenuBar(false); // belongs to this window, not to the program
-  QMenu* file = m_menus->addMenu(QStringLiteral("&File"));
-  file->setToolTipsVisible(true);
-  m_editing = {addCommand(file, "addFiles", QStringLiteral("Add PDF File(s) to List"),
-                          QStringLiteral("Pick files to put at the end of the list"),
-                          &CBatchList::addFiles),
-               addCommand(file, "scan", QStringLiteral("&Scan for files"),
-                          QStringLiteral("Add all PDF files of a folder and the folders below it"),
-                          &CBatchList::scanForFiles)};
-  file->addSeparator();
-  m_editing.push_back(addCommand(file, "loadList", QStringLiteral("Load List"),
-                                 QStringLiteral("Empty the list, then fill it from a list file"),
-                                 &CBatchList::loadList));
-  m_editing.push_back(addCommand(file, "appendList", QStringLiteral("Append List"),
-                                 QStringLiteral("Put the files of a list file at the end"),
-                                 &CBatchList::appendList));
-  addCommand(file, "saveList", QStringLiteral("Save List"),
-             QStringLiteral("Write the list to the list file in use"), &CBatchList::saveList);
-  addCommand(file, "saveListAs", QStringLiteral("SaveAs List"),
-             QStringLiteral("Write the list to a list file of your choice"),
+  QMenu* file = addMenu(QStringLiteral("&File"));
+  m_editing = {addCommand(file, "addFiles", "Add PDF File(s) to List",
+                          "Pick files to put at the end of the list", &CBatchList::addFiles),
+               addCommand(file, "scan", "&Scan for files",
+                          "Add all PDF files of a folder and the folders below it",
+                          &CBatchList::scanForFiles),
+               file->addSeparator(),
+               addCommand(file, "loadList", "Load List",
+                          "Empty the list, then fill it from a list file", &CBatchList::loadList),
+               addCommand(file, "appendList", "Append List",
+                          "Put the files of a list file at the end", &CBatchList::appendList)};
+  addCommand(file, "saveList", "Save List", "Write the list to the list file in use",
+             &CBatchList::saveList);
+  addCommand(file, "saveListAs", "SaveAs List", "Write the list to a list file of your choice",
              &CBatchList::saveListAs);
   file->addSeparator();
-  addCommand(file, "exit", QStringLiteral("&Exit"), QStringLiteral("Close; the list is kept"),
-             &CBatchList::closeList);
+  addCommand(file, "exit", "&Exit", "Close; the list is kept", &CBatchList::closeList);
 
-  QMenu* action = m_menus->addMenu(QStringLiteral("&Action"));
-  action->setToolTipsVisible(true);
+  QMenu* action = addMenu(QStringLiteral("&Action"));
   m_editingSelected = {
-      addCommand(action, "delete", QStringLiteral("&Delete"),
-                 QStringLiteral("Take the selected rows off the list; the files stay"),
+      addCommand(action, "delete", "&Delete", "Take the selected rows off the list; the files stay",
                  &CBatchList::deleteSelected),
-      addCommand(action, "moveUp", QStringLiteral("Move &Up"),
-                 QStringLiteral("Process the first selected row one place earlier"),
+      addCommand(action, "moveUp", "Move &Up", "Process the first selected row one place earlier",
                  &CBatchList::moveUp),
-      addCommand(action, "moveDown", QStringLiteral("&Move Down"),
-                 QStringLiteral("Process the first selected row one place later"),
+      addCommand(action, "moveDown", "&Move Down", "Process the first selected row one place later",
                  &CBatchList::moveDown),
-      addCommand(action, "toggle", QStringLiteral("&Toggle use"),
-                 QStringLiteral("Use the selected rows, or leave them out"),
+      addCommand(action, "toggle", "&Toggle use", "Use the selected rows, or leave them out",
                  &CBatchList::toggleSelected)};
   m_editingSelected[0]->setShortcut(Qt::Key_Delete);
   m_editingSelected[1]->setShortcut(Qt::CTRL | Qt::Key_A);
@@ -127,34 +96,6 @@ void CBatchList::buildMenus() {
   toggle->setShortcut(Qt::Key_Space);
   toggle->setShortcutContext(Qt::WidgetShortcut);
   m_table->addAction(toggle);
-}
-
-QWidget* CBatchList::buildBelow() {
-  auto* below = new QWidget(this);
-  m_countLine = new QLabel(below);
-  m_countLine->setObjectName(QStringLiteral("countLine"));
-  m_notice = new NoticeLine(below);
-  m_process = sideButton("processList", QStringLiteral("&Process List"),
-                         QStringLiteral("Run the current setup on every row in use"), below);
-  m_clearAll = sideButton("clearAll", QStringLiteral("&Clear ALL"),
-                          QStringLiteral("Take all rows off the list; the files stay"), below);
-  auto* close = sideButton("close", QStringLiteral("&Close"),
-                           QStringLiteral("Close; the list is kept"), below);
-  connect(m_process, &QPushButton::clicked, this, &CBatchList::processList);
-  connect(m_clearAll, &QPushButton::clicked, this, &CBatchList::clearAll);
-  connect(close, &QPushButton::clicked, this, &CBatchList::closeList);
-
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(m_process);
-  buttons->addStretch();
-  buttons->addWidget(m_clearAll);
-  buttons->addWidget(close);
-  auto* layout = new QVBoxLayout(below);
-  layout->setContentsMargins({});
-  layout->addWidget(m_countLine);
-  layout->addWidget(m_notice);
-  layout->addLayout(buttons);
-  return below;
 }
 
 void CBatchList::connectTable() {
@@ -197,13 +138,6 @@ void CBatchList::updateControls() {
   m_process->setEnabled(editable && onProcessList && m_rows.inUse() > 0);
   m_countLine->setText(BatchCommands::countText(m_rows));
   m_table->showWhetherEmpty();
-}
-
-void CBatchList::tell(const CommandWords& words) {
-  m_notice->tell(words.notice);
-  if (!words.message.isEmpty()) {
-    m_dialogs.message(this, words.message);
-  }
 }
 
 void CBatchList::showContextMenu(const QPoint& place) {

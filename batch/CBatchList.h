@@ -4,27 +4,20 @@
 #include "batch/BatchCommands.h"
 #include "batch/BatchEntries.h"
 #include "batch/BatchModel.h"
-
-#include <QDialog>
+#include "widgets/ListDialog.h"
 
 #include <functional>
 
-class QAction;
-class QLabel;
-class QMenu;
-class QMenuBar;
 class QPushButton;
 
 namespace folivex {
 
 class BatchTable;
-class Dialogs;
-class NoticeLine;
 struct FileRequest;
 
 /// Modeless. Closing it in any way saves the rows to the list file of the temporary folder, hides
 /// it and keeps the rows.
-class CBatchList : public QDialog {
+class CBatchList : public ListDialog {
 public:
   /// `dialogs` must outlive this.
   explicit CBatchList(Dialogs& dialogs, QWidget* parent = nullptr);
@@ -51,13 +44,9 @@ private:
   enum class State { Editable, Scanning, Running };
 
   void buildMenus();
-  QWidget* buildBelow();
   void connectTable();
-  QAction* addCommand(QMenu* menu, const char* name, const QString& text, const QString& toolTip,
-                      void (CBatchList::*command)());
   void setState(State state);
   void updateControls();
-  void tell(const CommandWords& words);
   void showContextMenu(const QPoint& place);
 
   void addFiles();
@@ -79,16 +68,12 @@ private:
   void addDropped(const QStringList& paths);
   ScanResult scan(const QString& folder);
 
-  Dialogs& m_dialogs;
   BatchEntries m_rows;
   BatchCommands m_commands;
   BatchModel m_model;
   State m_state = State::Editable;
 
-  QMenuBar* m_menus = nullptr;
   BatchTable* m_table = nullptr;
-  QLabel* m_countLine = nullptr;
-  NoticeLine* m_notice = nullptr;
   QPushButton* m_process = nullptr;
   QPushButton* m_clearAll = nullptr;
   std::vector<QAction*> m_editing;         ///< only while the rows may be changed

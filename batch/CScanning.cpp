@@ -1,12 +1,10 @@
 #include "batch/CScanning.h"
 
+#include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
 
 #include <QCoreApplication>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -16,30 +14,18 @@ constexpr int widthInCharacters = 70;
 
 } // namespace
 
-CScanning::CScanning(QWidget* parent) : QDialog(parent), m_place(new ElidedLabel(this)) {
+CScanning::CScanning(QWidget* parent)
+    : QDialog(parent), m_place(named(new ElidedLabel(this), "place", "Where the scan is")) {
   setObjectName(QStringLiteral("CScanning"));
   setWindowTitle(QStringLiteral("Scanning"));
   setWindowModality(Qt::ApplicationModal);
-
-  m_place->setObjectName(QStringLiteral("place"));
   m_place->setAccessibleName(QStringLiteral("Folder being scanned"));
-  m_place->setToolTip(QStringLiteral("Where the scan is"));
   m_place->setMinimumWidth(fontMetrics().averageCharWidth() * widthInCharacters);
-  auto* text = new QLabel(QStringLiteral("Scanning disk, please wait."), this);
-  text->setObjectName(QStringLiteral("text"));
-  auto* stop = new QPushButton(QStringLiteral("&Stop"), this);
-  stop->setObjectName(QStringLiteral("stop"));
-  stop->setToolTip(QStringLiteral("End the scan; the files found so far stay in the list"));
-  connect(stop, &QPushButton::clicked, this, [this] { reject(); });
-
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(stop);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(text);
-  layout->addWidget(m_place);
-  layout->addSpacing(fontMetrics().height() / 2);
-  layout->addLayout(buttons);
+  auto* text = named(new QLabel(QStringLiteral("Scanning disk, please wait."), this), "text");
+  auto* stop = named(new QPushButton(QStringLiteral("&Stop"), this), "stop",
+                     "End the scan; the files found so far stay in the list");
+  connect(stop, &QPushButton::clicked, this, &QDialog::reject);
+  stack(this, {text, m_place, sideBySide(this, {gap(), stop})});
 }
 
 void CScanning::showPlace(const QString& path) {

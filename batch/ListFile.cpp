@@ -107,7 +107,8 @@ ListFileContent parseListFile(const QByteArray& bytes) {
     const qsizetype end = rest.indexOf('\n');
     const QByteArrayView piece = end < 0 ? rest : rest.first(end);
     const QByteArrayView start = piece.first(std::min(piece.size(), maxLineBytes));
-    const QString line = isUtf8 ? QString::fromUtf8(start) : QString(platform::olderTextDecoder()(start));
+    const QString line =
+        isUtf8 ? QString::fromUtf8(start) : QString(platform::olderTextDecoder()(start));
     const bool tooLong = line.size() > maxListLine;
     if (auto entry = entryOfLine(tooLong ? cutLine(line) : QStringView(line))) {
       content.entries.push_back(*std::move(entry));

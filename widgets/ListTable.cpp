@@ -1,9 +1,8 @@
 #include "widgets/ListTable.h"
 
-#include "widgets/GridDelegate.h"
-
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace folivex {
@@ -11,6 +10,7 @@ namespace folivex {
 namespace {
 
 constexpr int rowPadding = 8; // pixels
+constexpr float gridStrength = 0.2F;
 
 QLabel* whenEmptyLabel(QWidget* viewport) {
   auto* label = new QLabel(viewport);
@@ -26,6 +26,17 @@ QLabel* whenEmptyLabel(QWidget* viewport) {
 }
 
 } // namespace
+
+void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+  QStyledItemDelegate::paint(painter, option, index);
+  QColor line = option.palette.color(QPalette::Text);
+  line.setAlphaF(gridStrength);
+  const QRect& cell = option.rect;
+  painter->setPen(line);
+  painter->drawLine(cell.bottomLeft(), cell.bottomRight());
+  painter->drawLine(cell.topRight(), cell.bottomRight() - QPoint(0, 1));
+}
 
 ListTable::ListTable(QAbstractItemModel& model, QWidget* parent)
     : QTableView(parent), m_whenEmpty(whenEmptyLabel(viewport())) {

@@ -1,6 +1,7 @@
 // ListTable: the view of a list whose rows are worked on as a whole.
 #pragma once
 
+#include <QStyledItemDelegate>
 #include <QTableView>
 
 #include <span>
@@ -8,6 +9,16 @@
 class QLabel;
 
 namespace folivex {
+
+/// Draws the grid lines, which the style of the system makes invisible on dark ground. The view's
+/// own grid is to be switched off.
+class GridDelegate : public QStyledItemDelegate {
+public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+};
 
 /// Whole rows are selected and none is edited in place. Rows have one height and grid lines that
 /// are seen on every ground. While there are none, a text says how to get some.

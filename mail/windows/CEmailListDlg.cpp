@@ -7,20 +7,13 @@
 #include "mail/windows/CMailWaitDlg.h"
 #include "mail/windows/EmailTable.h"
 #include "platform/Paths.h"
-#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
-#include "widgets/NoticeLine.h"
 
-#include <QAction>
-#include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QShowEvent>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <numeric>
@@ -38,34 +31,27 @@ QString caption() {
 } // namespace
 
 CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent), m_dialogs(dialogs), m_commands(m_list), m_model(m_list),
-      m_table(new EmailTable(m_model, this)) {
-  setObjectName(QStringLiteral("CEmailListDlg"));
-  setWindowTitle(caption());
-  setWindowFlag(Qt::WindowMaximizeButtonHint);
-  m_table->setObjectName(QStringLiteral("list"));
+    : ListDialog("CEmailListDlg", caption(), dialogs, parent), m_commands(m_list), m_model(m_list),
+      m_table(named(new EmailTable(m_model, this), "list",
+                    "The e-mails; double-click one to change its address")) {
   m_table->setAccessibleName(QStringLiteral("E-mails to send"));
-  m_table->setToolTip(QStringLiteral("The e-mails; double-click one to change its address"));
   m_table->onEdit = [this](std::size_t row) { editRow(row); };
-  auto* layout = new QVBoxLayout(this);
   buildMenu();
-  layout->addWidget(buildFilter());
-  layout->addWidget(m_table, 1);
-  layout->addWidget(buildBelow());
+  QWidget* filter = buildFilter();
+  m_without = sideButton("withoutAddress", QStringLiteral("Outputs &without address..."),
+                         QStringLiteral("Show the outputs of the run that are not in the list"),
+                         this, [this] { showWithoutAddress(); });
+  m_send = sideButton("send", QStringLiteral("&OK - Send"), QString(), this, [this] { accept(); });
+  auto* cancel = sideButton("cancel", QStringLiteral("&Cancel"),
+                            QStringLiteral("Close; nothing is sent"), this, [this] { reject(); });
+  layOut(filter, m_table, {m_without, gap(), m_send, cancel});
   connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { updateCounts(); });
   connect(m_table, &QTableView::customContextMenuRequested, this, &CEmailListDlg::showContextMenu);
   updateControls();
   m_table->setFocus();
-
-  const QMargins margins = layout->contentsMargins();
-  const int rowHeight = m_table->fontMetrics().height() * 3 / 2;
   // Beside the columns a scroll bar, and wider row numbers than those of no rows.
-  const int beside =
-      margins.left() + margins.right() + 2 * style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  resizeOnScreen(
-      this, QSize(m_table->preferredWidth() + beside,
-                  sizeHint().height() - m_table->sizeHint().height() + rowsAtFirst * rowHeight));
+  resizeToShow(*m_table, rowsAtFirst, 2 * style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }
 
 CEmailListDlg::~CEmailListDlg() {
@@ -73,86 +59,35 @@ CEmailListDlg::~CEmailListDlg() {
   delete m_table; // before the model that it shows
 }
 
-QAction* CEmailListDlg::addCommand(const char* name, const QString& text, const QString& toolTip,
-                                   void (CEmailListDlg::*command)()) {
-  QAction* action = m_fileMenu->addAction(text);
-  action->setObjectName(QLatin1String(name));
-  action->setToolTip(toolTip);
-  connect(action, &QAction::triggered, this, command);
-  return action;
-}
-
 void CEmailListDlg::buildMenu() {
-  auto* menus = new QMenuBar(this);
-  menus->setNativeMenuBar(false); // belongs to this window, not to the program
-  m_fileMenu = menus->addMenu(QStringLiteral("&File"));
-  m_fileMenu->setToolTipsVisible(true);
-  addCommand("loadList", QStringLiteral("&Load email list"),
-             QStringLiteral("Show the rows of a list file in place of these"),
+  QMenu* file = addMenu(QStringLiteral("&File"));
+  addCommand(file, "loadList", "&Load email list", "Show the rows of a list file in place of these",
              &CEmailListDlg::loadList)
       ->setShortcut(QKeySequence::Open);
-  addCommand("saveList", QStringLiteral("&Save email list"),
-             QStringLiteral("Write addresses, files and pages to the list file in use"),
-             &CEmailListDlg::saveList)
+  addCommand(file, "saveList", "&Save email list",
+             "Write addresses, files and pages to the list file in use", &CEmailListDlg::saveList)
       ->setShortcut(QKeySequence::Save);
-  addCommand("saveListAs", QStringLiteral("Save&As email list"),
-             QStringLiteral("Write addresses, files and pages to a list file of your choice"),
+  addCommand(file, "saveListAs", "Save&As email list",
+             "Write addresses, files and pages to a list file of your choice",
              &CEmailListDlg::saveListAs);
-  m_fileMenu->addSeparator();
-  addCommand("importSheet", QStringLiteral("&Import from spreadsheet..."),
-             QStringLiteral("Show the rows of a spreadsheet in place of these; its columns have "
-                            "the headers of this list"),
+  file->addSeparator();
+  addCommand(file, "importSheet", "&Import from spreadsheet...",
+             "Show the rows of a spreadsheet in place of these; its columns have the headers of "
+             "this list",
              &CEmailListDlg::importSheet);
-  layout()->setMenuBar(menus);
 }
 
 QWidget* CEmailListDlg::buildFilter() {
-  auto* row = new QWidget(this);
-  m_filter = new QLineEdit(row);
-  m_filter->setObjectName(QStringLiteral("filter"));
+  m_filter = named(new QLineEdit(this), "filter",
+                   "Shows the rows with this text in address, file, CC, invoice number or subject. "
+                   "Rows that are hidden stay in the list.");
   m_filter->setClearButtonEnabled(true);
   m_filter->setPlaceholderText(QStringLiteral("Part of an address, a file name, a subject"));
-  m_filter->setToolTip(QStringLiteral("Shows the rows with this text in address, file, CC, invoice "
-                                      "number or subject. Rows that are hidden stay in the list."));
-  auto* label = new QLabel(QStringLiteral("Fi&lter:"), row);
-  label->setBuddy(m_filter);
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) {
     m_table->setFilter(text.trimmed());
     updateControls();
   });
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins({});
-  layout->addWidget(label);
-  layout->addWidget(m_filter, 1);
-  return row;
-}
-
-QWidget* CEmailListDlg::buildBelow() {
-  auto* below = new QWidget(this);
-  m_countLine = new QLabel(below);
-  m_countLine->setObjectName(QStringLiteral("countLine"));
-  m_notice = new NoticeLine(below);
-  m_without =
-      sideButton("withoutAddress", QStringLiteral("Outputs &without address..."),
-                 QStringLiteral("Show the outputs of the run that are not in the list"), below);
-  m_send = sideButton("send", QStringLiteral("&OK - Send"), QString(), below);
-  auto* cancel = sideButton("cancel", QStringLiteral("&Cancel"),
-                            QStringLiteral("Close; nothing is sent"), below);
-  connect(m_without, &QPushButton::clicked, this, [this] { showWithoutAddress(); });
-  connect(m_send, &QPushButton::clicked, this, [this] { accept(); });
-  connect(cancel, &QPushButton::clicked, this, [this] { reject(); });
-
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(m_without);
-  buttons->addStretch();
-  buttons->addWidget(m_send);
-  buttons->addWidget(cancel);
-  auto* layout = new QVBoxLayout(below);
-  layout->setContentsMargins({});
-  layout->addWidget(m_countLine);
-  layout->addWidget(m_notice);
-  layout->addLayout(buttons);
-  return below;
+  return sideBySide(this, {labelFor(m_filter, QStringLiteral("Fi&lter:")), {m_filter, 1}});
 }
 
 void CEmailListDlg::showEvent(QShowEvent* event) {
@@ -205,13 +140,6 @@ void CEmailListDlg::updateCounts() {
       EmailListCommands::countText(m_list, m_model.shownCount(), m_table->selectedCount()));
 }
 
-void CEmailListDlg::tell(const EmailWords& words) {
-  m_notice->tell(words.notice);
-  if (!words.message.isEmpty()) {
-    m_dialogs.message(this, words.message);
-  }
-}
-
 // The commands
 
 void CEmailListDlg::loadList() {
@@ -222,7 +150,7 @@ void CEmailListDlg::loadList() {
     return;
   }
   m_withoutAddress.clear();
-  EmailWords words;
+  CommandWords words;
   replaceList([&] { words = m_commands.load(path); });
   tell(words);
 }
@@ -266,7 +194,7 @@ void CEmailListDlg::importSheet() {
     tell({sheet.problem, {}});
   } else if (wantsSheet(sheet, path)) {
     m_withoutAddress.clear();
-    EmailWords words;
+    CommandWords words;
     replaceList([&] { words = m_commands.take(sheet, path); });
     tell(words);
   }
@@ -282,8 +210,8 @@ bool CEmailListDlg::wantsSheet(const EmailImport& sheet, const QString& path) {
                         QStringLiteral("%1 in %2. Please look at these points first:")
                             .arg(mailCount(sheet.entries.size()), platform::fileTitle(path)),
                         QStringLiteral("&Take them into the list"),
-                        QStringLiteral("Show the imported rows in place of the list"),
-                        QStringLiteral("&Cancel"), !sheet.entries.empty()},
+                        "Show the imported rows in place of the list", QStringLiteral("&Cancel"),
+                        !sheet.entries.empty()},
                        findings, this);
   return reading.exec() == Accepted;
 }
@@ -306,7 +234,7 @@ void CEmailListDlg::showWithoutAddress() {
   CFindingsDlg({QStringLiteral("Outputs without address"),
                 QStringLiteral("No address was found on the pages of these files:"),
                 {},
-                {},
+                "",
                 QStringLiteral("&Close")},
                files, this)
       .exec();

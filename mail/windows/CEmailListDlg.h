@@ -4,27 +4,21 @@
 #include "mail/EmailList.h"
 #include "mail/windows/EmailListCommands.h"
 #include "mail/windows/EmailModel.h"
-
-#include <QDialog>
+#include "widgets/ListDialog.h"
 
 #include <vector>
 
-class QAction;
-class QLabel;
 class QLineEdit;
-class QMenu;
 class QPushButton;
 
 namespace folivex {
 
-class Dialogs;
 class EmailTable;
-class NoticeLine;
 struct EmailImport;
 
 /// Run with exec(). After Accepted, toSend() tells what the person wants to be sent; after Rejected
 /// nothing is to be sent.
-class CEmailListDlg : public QDialog {
+class CEmailListDlg : public ListDialog {
 public:
   /// `dialogs` must outlive this.
   CEmailListDlg(Dialogs& dialogs, QWidget* parent);
@@ -53,13 +47,9 @@ protected:
 private:
   void buildMenu();
   QWidget* buildFilter();
-  QWidget* buildBelow();
-  QAction* addCommand(const char* name, const QString& text, const QString& toolTip,
-                      void (CEmailListDlg::*command)());
   void replaceList(const std::function<void()>& change);
   void updateControls();
   void updateCounts();
-  void tell(const EmailWords& words);
 
   void loadList();
   void saveList();
@@ -72,7 +62,6 @@ private:
   bool chooseWhatToSend();
   void takeRows(std::vector<std::size_t> rows);
 
-  Dialogs& m_dialogs;
   EmailList m_list;
   EmailList m_toSend;
   std::vector<std::size_t> m_rowsToSend;
@@ -81,11 +70,8 @@ private:
   std::vector<AddressedOutput> m_withoutAddress;
   bool m_loadsWhenShown = false;
 
-  QMenu* m_fileMenu = nullptr;
   QLineEdit* m_filter = nullptr;
   EmailTable* m_table = nullptr;
-  QLabel* m_countLine = nullptr;
-  NoticeLine* m_notice = nullptr;
   QPushButton* m_without = nullptr;
   QPushButton* m_send = nullptr;
 };

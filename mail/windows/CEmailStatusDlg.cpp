@@ -1,15 +1,13 @@
 #include "mail/windows/CEmailStatusDlg.h"
 
 #include "mail/delivery/SendOutcome.h"
+#include "widgets/Controls.h"
 #include "widgets/Theme.h"
 
 #include <QCoreApplication>
 #include <QFormLayout>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -18,7 +16,6 @@ namespace folivex {
 namespace {
 
 constexpr int statusWidthInCharacters = 64;
-constexpr qint64 displayMs = 50;
 
 QString counted(int count) {
   return countWithCommas(static_cast<std::size_t>(count));
@@ -27,53 +24,40 @@ QString counted(int count) {
 } // namespace
 
 CEmailStatusDlg::CEmailStatusDlg(QWidget* parent)
-    : QDialog(parent), m_bar(new QProgressBar(this)),
-      m_stop(new QPushButton(QStringLiteral("&Stop"), this)) {
+    : QDialog(parent),
+      m_bar(named(new QProgressBar(this), "bar", "Share of the list that is done")),
+      m_stop(named(new QPushButton(QStringLiteral("&Stop"), this), "stop",
+                   "End here: what was not sent can be sent later")) {
   setObjectName(QStringLiteral("CEmailStatusDlg"));
   setWindowTitle(QStringLiteral("Email Status"));
   setWindowModality(Qt::ApplicationModal);
-  auto* layout = new QVBoxLayout(this);
-  auto* lines = new QFormLayout;
-  lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  layout->addLayout(lines);
-  m_recipient = addLine(QStringLiteral("Sending email:"), "recipient",
-                        QStringLiteral("Who the e-mail on its way goes to"));
-  m_count = addLine(QStringLiteral("Count:"), "count",
-                    QStringLiteral("E-mails tried, and those to send"));
-  m_sentOk = addLine(QStringLiteral("Sent OK:"), "sentOk",
-                     QStringLiteral("E-mails that the server has taken"));
-  m_sentError = addLine(QStringLiteral("Sent Error:"), "sentError",
-                        QStringLiteral("E-mails that failed; the log tells why"));
-  m_bar->setObjectName(QStringLiteral("bar"));
-  m_bar->setToolTip(QStringLiteral("Share of the list that is done"));
-  layout->addWidget(m_bar);
-
-  m_stop->setObjectName(QStringLiteral("stop"));
-  m_stop->setToolTip(QStringLiteral("End here: what was not sent can be sent later"));
-  connect(m_stop, &QPushButton::clicked, this, [this] { reject(); });
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(m_stop);
-  layout->addStretch(1);
-  layout->addLayout(buttons);
+  auto* lines = new QWidget(this);
+  auto* form = new QFormLayout(lines);
+  form->setContentsMargins({});
+  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  const auto line = [&](const QString& caption, const char* name, const char* toolTip) {
+    auto* value = named(new QLabel(lines), name, toolTip);
+    value->setTextFormat(Qt::PlainText);
+    value->setAccessibleName(caption);
+    // A long address must not make the window wider.
+    value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    form->addRow(caption, value);
+    return value;
+  };
+  m_recipient =
+      line(QStringLiteral("Sending email:"), "recipient", "Who the e-mail on its way goes to");
+  m_count = line(QStringLiteral("Count:"), "count", "E-mails tried, and those to send");
+  m_sentOk = line(QStringLiteral("Sent OK:"), "sentOk", "E-mails that the server has taken");
+  m_sentError =
+      line(QStringLiteral("Sent Error:"), "sentError", "E-mails that failed; the log tells why");
+  connect(m_stop, &QPushButton::clicked, this, &QDialog::reject);
+  stack(this, {lines, m_bar, gap(), sideBySide(this, {gap(), m_stop})});
   resize(fontMetrics().averageCharWidth() * statusWidthInCharacters, sizeHint().height());
   display();
 }
 
 CEmailStatusDlg::~CEmailStatusDlg() {
   hide();
-}
-
-QLabel* CEmailStatusDlg::addLine(const QString& caption, const char* name, const QString& toolTip) {
-  auto* value = new QLabel(this);
-  value->setObjectName(QLatin1String(name));
-  value->setTextFormat(Qt::PlainText);
-  value->setToolTip(toolTip);
-  value->setAccessibleName(caption);
-  // A long address must not make the window wider.
-  value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  static_cast<QFormLayout*>(layout()->itemAt(0)->layout())->addRow(caption, value);
-  return value;
 }
 
 void CEmailStatusDlg::onProgress(const EmailProgress& progress) {
@@ -92,9 +76,8 @@ bool CEmailStatusDlg::stopRequested() {
 }
 
 void CEmailStatusDlg::displayWhenDue() {
-  if (!m_isShown && (!m_sinceDisplay.isValid() || m_sinceDisplay.elapsed() >= displayMs)) {
+  if (!m_isShown && m_pace.isDue()) {
     display();
-    m_sinceDisplay.start();
   }
 }
 

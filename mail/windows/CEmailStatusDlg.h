@@ -2,9 +2,9 @@
 #pragma once
 
 #include "mail/EmailSendRun.h"
+#include "widgets/Pace.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 
 #include <functional>
 
@@ -37,13 +37,12 @@ protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
-  QLabel* addLine(const QString& caption, const char* name, const QString& toolTip);
   void display();
   void displayWhenDue();
 
   EmailProgress m_progress;
   int m_mailCount = 0;
-  QElapsedTimer m_sinceDisplay;
+  Pace m_pace{50};
   bool m_isShown = false; ///< what m_progress says is what the window says
   bool m_stopRequested = false;
 

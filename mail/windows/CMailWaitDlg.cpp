@@ -1,11 +1,10 @@
 #include "mail/windows/CMailWaitDlg.h"
 
+#include "widgets/Controls.h"
+
 #include <QApplication>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace folivex {
 
@@ -16,33 +15,22 @@ constexpr int waitWidthInCharacters = 60;
 } // namespace
 
 CMailWaitDlg::CMailWaitDlg(const QString& title, const QString& text, QWidget* parent)
-    : QDialog(parent), m_stop(new QPushButton(QStringLiteral("&Stop"), this)) {
+    : QDialog(parent),
+      m_stop(named(new QPushButton(QStringLiteral("&Stop"), this), "stop", "Give up")) {
   setObjectName(QStringLiteral("CMailWaitDlg"));
   setWindowTitle(title);
   setWindowModality(Qt::ApplicationModal);
-  auto* label = new QLabel(this);
-  label->setObjectName(QStringLiteral("text"));
+  auto* label = named(new QLabel(this), "text");
   label->setTextFormat(Qt::PlainText);
   const int width = fontMetrics().averageCharWidth() * waitWidthInCharacters;
   label->setText(fontMetrics().elidedText(text, Qt::ElideMiddle, width));
   label->setToolTip(text.toHtmlEscaped());
   label->setMinimumWidth(width);
-  auto* bar = new QProgressBar(this);
-  bar->setObjectName(QStringLiteral("bar"));
+  auto* bar = named(new QProgressBar(this), "bar", "Still at work");
   bar->setRange(0, 0); // nobody knows how long
   bar->setTextVisible(false);
-  bar->setToolTip(QStringLiteral("Still at work"));
-  m_stop->setObjectName(QStringLiteral("stop"));
-  m_stop->setToolTip(QStringLiteral("Give up"));
-  connect(m_stop, &QPushButton::clicked, this, [this] { reject(); });
-
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(m_stop);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(label);
-  layout->addWidget(bar);
-  layout->addLayout(buttons);
+  connect(m_stop, &QPushButton::clicked, this, &QDialog::reject);
+  stack(this, {label, bar, sideBySide(this, {gap(), m_stop})});
   QApplication::setOverrideCursor(Qt::BusyCursor);
   show();
 }

@@ -30,7 +30,7 @@ QString EmailListCommands::startPath() const {
   return m_listPath.isEmpty() ? platform::folderOf(m_list.sourcePath()) : m_listPath;
 }
 
-EmailWords EmailListCommands::load(const QString& path) {
+CommandWords EmailListCommands::load(const QString& path) {
   const EmailListResult loaded = loadEmailList(m_list, path);
   m_hasUnsavedWork = false;
   m_listPath = loaded.ok ? path : QString();
@@ -41,7 +41,7 @@ EmailWords EmailListCommands::load(const QString& path) {
   return {loaded.message, notice};
 }
 
-EmailWords EmailListCommands::save() {
+CommandWords EmailListCommands::save() {
   const QString path = m_listPath.isEmpty() ? QString(defaultEmailListPath) : m_listPath;
   const EmailListResult saved = saveEmailList(m_list, path);
   QString notice = saved.note;
@@ -58,7 +58,7 @@ EmailWords EmailListCommands::save() {
   return {saved.message, notice};
 }
 
-EmailWords EmailListCommands::saveAs(const QString& path) {
+CommandWords EmailListCommands::saveAs(const QString& path) {
   m_listPath = path;
   return save();
 }
@@ -71,7 +71,7 @@ QString EmailListCommands::lostInFile() const {
              : QString();
 }
 
-EmailWords EmailListCommands::take(const EmailImport& import, const QString& spreadsheet) {
+CommandWords EmailListCommands::take(const EmailImport& import, const QString& spreadsheet) {
   m_list.setEntries(import.entries, spreadsheet);
   m_listPath.clear();
   m_hasUnsavedWork = true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mail/EmailList.h"
+#include "widgets/CommandWords.h"
 
 #include <QString>
 #include <QStringList>
@@ -12,12 +13,6 @@ namespace folivex {
 
 struct EmailImport;
 struct EmailListResult;
-
-/// What a command has to tell. Either may be empty.
-struct EmailWords {
-  QString message; ///< for a box that the person confirms
-  QString notice;  ///< for a line in the window
-};
 
 /// Knows the list file in use, and whether the list holds work that no file has. Shows and asks
 /// nothing.
@@ -31,12 +26,12 @@ public:
   /// Where choosers of list files begin.
   QString startPath() const;
 
-  EmailWords load(const QString& path);
-  EmailWords save();
-  EmailWords saveAs(const QString& path);
+  CommandWords load(const QString& path);
+  CommandWords save();
+  CommandWords saveAs(const QString& path);
 
   /// Takes the entries of a spreadsheet in place of the list. There is no list file then.
-  EmailWords take(const EmailImport& import, const QString& spreadsheet);
+  CommandWords take(const EmailImport& import, const QString& spreadsheet);
   /// What a person should read before take(), a line each: the sheet's findings, and texts that are
   /// longer than the list holds.
   static QStringList findingsOf(const EmailImport& import);

@@ -11,7 +11,6 @@
 #include <QPalette>
 
 #include <algorithm>
-#include <numeric>
 
 namespace folivex {
 
@@ -76,17 +75,17 @@ bool isPageColumn(EmailColumn column) {
   return factsOf(column).text == nullptr;
 }
 
-template <typename Key>
-void sortByKeys(Rows& rows, const std::vector<Key>& keys, Qt::SortOrder order) {
-  std::vector<std::size_t> places(rows.size());
-  std::iota(places.begin(), places.end(), 0U);
-  std::ranges::stable_sort(places, [&](std::size_t a, std::size_t b) {
-    return order == Qt::AscendingOrder ? keys[a] < keys[b] : keys[b] < keys[a];
+/// Asks for the key of each row once.
+template <typename KeyOf> void sortByKeys(Rows& rows, Qt::SortOrder order, const KeyOf& keyOf) {
+  std::vector<std::pair<decltype(keyOf(0)), std::size_t>> keyed;
+  keyed.reserve(rows.size());
+  for (const std::size_t row : rows) {
+    keyed.emplace_back(keyOf(row), row);
+  }
+  std::ranges::stable_sort(keyed, [order](const auto& a, const auto& b) {
+    return order == Qt::AscendingOrder ? a.first < b.first : b.first < a.first;
   });
-  Rows sorted(rows.size());
-  std::ranges::transform(places, sorted.begin(),
-                         [&rows](std::size_t place) { return rows[place]; });
-  rows = std::move(sorted);
+  std::ranges::transform(keyed, rows.begin(), [](const auto& each) { return each.second; });
 }
 
 } // namespace
@@ -116,23 +115,15 @@ void EmailModel::putInOrder(Rows& rows) const {
   }
   const auto column = static_cast<EmailColumn>(m_sortColumn);
   if (isPageColumn(column)) {
-    std::vector<int> pages;
-    pages.reserve(rows.size());
-    for (const std::size_t row : rows) {
-      pages.push_back(pageOf(m_list.rows()[row], column));
-    }
-    sortByKeys(rows, pages, m_sortOrder);
+    sortByKeys(rows, m_sortOrder,
+               [&](std::size_t row) { return pageOf(m_list.rows()[row], column); });
     return;
   }
   QCollator collator;
   collator.setNumericMode(true); // "9.pdf" stands before "10.pdf"
   collator.setCaseSensitivity(Qt::CaseInsensitive);
-  std::vector<QCollatorSortKey> keys;
-  keys.reserve(rows.size());
-  for (const std::size_t row : rows) {
-    keys.push_back(collator.sortKey(m_list.rows()[row].cell(column)));
-  }
-  sortByKeys(rows, keys, m_sortOrder);
+  sortByKeys(rows, m_sortOrder,
+             [&](std::size_t row) { return collator.sortKey(m_list.rows()[row].cell(column)); });
 }
 
 void EmailModel::changeList(const std::function<void()>& change) {
@@ -151,10 +142,7 @@ void EmailModel::addressChanged(std::size_t row) {
 }
 
 void EmailModel::setFilter(const QString& text) {
-  beginResetModel();
-  m_filter = text;
-  m_shown = rowsToShow();
-  endResetModel();
+  changeList([&] { m_filter = text; });
 }
 
 void EmailModel::sort(int column, Qt::SortOrder order) {

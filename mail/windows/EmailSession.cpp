@@ -9,6 +9,7 @@
 #include "widgets/Dialogs.h"
 
 #include <QHash>
+#include <QScopedValueRollback>
 #include <QSet>
 
 #include <algorithm>
@@ -80,17 +81,11 @@ Rows inList(const CEmailListDlg& dialog, const Rows& sentRows) {
 /// was not selected.
 Rows rowsLeft(const CEmailListDlg& dialog, const SendSummary& summary) {
   const std::vector<EmailRow>& rows = dialog.list().rows();
-  std::vector<bool> isLeft(rows.size());
-  std::transform(rows.begin(), rows.end(), isLeft.begin(),
-                 [](const EmailRow& row) { return !row.entry.address.isEmpty(); });
-  for (const std::size_t row :
-       inList(dialog,
-              summary.rowsIn({EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}))) {
-    isLeft[row] = false;
-  }
+  const Rows gone = inList(
+      dialog, summary.rowsIn({EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}));
   Rows left;
-  for (std::size_t row = 0; row < isLeft.size(); ++row) {
-    if (isLeft[row]) {
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    if (!rows[row].entry.address.isEmpty() && !std::ranges::binary_search(gone, row)) {
       left.push_back(row);
     }
   }
@@ -111,23 +106,10 @@ FinishedRun whatFailed(const FinishedRun& run, const EmailList& list, const Send
 }
 
 QString messageOf(const SendSummary& summary) {
-  const QString details = summary.details();
-  return details.isEmpty() ? summary.message()
-                           : summary.message() + QStringLiteral("\n\n") + details;
+  return (summary.message() + QStringLiteral("\n\n") + summary.details()).trimmed();
 }
 
 } // namespace
-
-class EmailSession::AtWork {
-public:
-  explicit AtWork(EmailSession& session) : m_session(session) { m_session.m_isAtWork = true; }
-  ~AtWork() { m_session.m_isAtWork = false; }
-  AtWork(const AtWork&) = delete;
-  AtWork& operator=(const AtWork&) = delete;
-
-private:
-  EmailSession& m_session;
-};
 
 struct EmailSession::Batch {
   Batch(const SplitSetup& setup, const DeliveryMeans& means) : delivery(setup, means) {}
@@ -182,7 +164,7 @@ void EmailSession::afterRun(const SplitSetup& setup, const FinishedRun& run) {
   if (!setup.emailEnable || m_isAtWork || run.outputs.empty()) {
     return;
   }
-  const AtWork atWork(*this);
+  const QScopedValueRollback atWork(m_isAtWork, true);
   JoinedRuns all = joined({run});
   if (all.list.isEmpty()) {
     m_parts.dialogs.message(m_parts.over, nothingToSend());
@@ -206,7 +188,7 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
   if (!setup.emailEnable || m_isAtWork || run.outputs.empty()) {
     return;
   }
-  const AtWork atWork(*this);
+  const QScopedValueRollback atWork(m_isAtWork, true);
   if (!m_batch) {
     m_batch = std::make_unique<Batch>(setup, m_means);
   }
@@ -242,7 +224,7 @@ void EmailSession::afterBatch() {
   if (!batch || m_isAtWork) {
     return;
   }
-  const AtWork atWork(*this);
+  const QScopedValueRollback atWork(m_isAtWork, true);
   JoinedRuns all = joined(batch->waiting);
   if (!all.list.isEmpty()) {
     CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
@@ -258,7 +240,7 @@ void EmailSession::loadEmailList(const SplitSetup& setup) {
   if (m_isAtWork) {
     return;
   }
-  const AtWork atWork(*this);
+  const QScopedValueRollback atWork(m_isAtWork, true);
   EmailDelivery delivery(setup, m_means);
   CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
   dialog.loadWhenShown();
@@ -344,10 +326,10 @@ bool EmailSession::wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& su
                       .arg(mailCount(again))
                 : QStringLiteral("Nobody knows whether these have arrived; ask those who should "
                                  "have them.");
-  CFindingsDlg reading(
-      {QStringLiteral("E-mails not sent"), heading, QStringLiteral("&Send again..."),
-       QStringLiteral("Show the list with what was not sent"), QStringLiteral("&Close"), again > 0},
-      lines, m_parts.over);
+  CFindingsDlg reading({QStringLiteral("E-mails not sent"), heading,
+                        QStringLiteral("&Send again..."), "Show the list with what was not sent",
+                        QStringLiteral("&Close"), again > 0},
+                       lines, m_parts.over);
   return reading.exec() == QDialog::Accepted;
 }
 

@@ -51,7 +51,6 @@ public:
   void loadEmailList(const SplitSetup& setup);
 
 private:
-  class AtWork;
   struct Batch;
   enum class Outcome { Done, RowsLeft };
 

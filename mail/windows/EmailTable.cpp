@@ -1,7 +1,6 @@
 #include "mail/windows/EmailTable.h"
 
 #include "mail/windows/EmailModel.h"
-#include "widgets/GridDelegate.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
