@@ -18,8 +18,7 @@ namespace folivex {
 namespace {
 
 QLabel* makeText(const char* name, QWidget* parent) {
-  auto* label = new QLabel(parent);
-  label->setObjectName(QString::fromLatin1(name));
+  QLabel* label = named(new QLabel(parent), name);
   label->setTextFormat(Qt::PlainText); // what a server says is no markup
   label->setWordWrap(true);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -47,37 +46,33 @@ CUpdateIntervalDlg::~CUpdateIntervalDlg() {
 }
 
 void CUpdateIntervalDlg::makeFields() {
-  m_on = new QCheckBox(QStringLiteral("&Check for a newer version"), this);
-  m_on->setObjectName(QStringLiteral("on"));
-  m_on->setToolTip(QStringLiteral("When the program starts, ask the server below whether there is "
-                                  "a newer version"));
-  m_days = new QSpinBox(this);
-  m_days->setObjectName(QStringLiteral("days"));
+  m_on = named(new QCheckBox(QStringLiteral("&Check for a newer version"), this), "on",
+               "When the program starts, ask the server below whether there is a newer version");
+  m_days = named(new QSpinBox(this), "days", "Days between one check and the next");
   m_days->setRange(UpdateSettings::leastDays, UpdateSettings::mostDays);
-  m_days->setToolTip(QStringLiteral("Days between one check and the next"));
-  m_address = new QLineEdit(this);
-  m_address->setObjectName(QStringLiteral("address"));
+  m_address = named(new QLineEdit(this), "address",
+                    "Address of the document that tells the newest version");
   m_address->setPlaceholderText(QStringLiteral("https://"));
   m_address->setMinimumWidth(fontMetrics().averageCharWidth() * 64);
-  m_address->setToolTip(QStringLiteral("Address of the document that tells the newest version"));
   m_addressProblem = std::make_unique<FieldProblem>(m_address);
 }
 
 void CUpdateIntervalDlg::makeCheckRow() {
   m_lastCheck = makeText("lastCheck", this);
   m_checkNow = sideButton("checkNow", QStringLiteral("Check &now"),
-                          QStringLiteral("Ask the server at the address above at once"), this);
+                          QStringLiteral("Ask the server at the address above at once"), this,
+                          [this] { checkNow(); });
   m_result = makeText("result", this);
   m_note = makeText("note", this);
   m_openPage = sideButton("openPage", QStringLiteral("Open its &page"),
-                          QStringLiteral("Show the new version's page in the web browser"), this);
+                          QStringLiteral("Show the new version's page in the web browser"), this,
+                          [this] { openPage(); });
   m_note->hide();
   m_openPage->hide();
 }
 
 QBoxLayout* CUpdateIntervalDlg::intervalRow() {
-  auto* before = new QLabel(QStringLiteral("&every"), this);
-  before->setBuddy(m_days);
+  QLabel* before = labelFor(m_days, QStringLiteral("&every"));
   auto* after = new QLabel(QStringLiteral("days"), this);
   for (QLabel* label : {before, after}) {
     label->setToolTip(m_days->toolTip());
@@ -87,16 +82,15 @@ QBoxLayout* CUpdateIntervalDlg::intervalRow() {
   auto* row = new QHBoxLayout;
   row->addSpacing(style()->pixelMetric(QStyle::PM_IndicatorWidth) +
                   style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing));
-  row->addWidget(before);
-  row->addWidget(m_days);
-  row->addWidget(after);
+  for (QWidget* part : {static_cast<QWidget*>(before), static_cast<QWidget*>(m_days),
+                        static_cast<QWidget*>(after)}) {
+    row->addWidget(part);
+  }
   row->addStretch();
   return row;
 }
 
 void CUpdateIntervalDlg::layOut() {
-  auto* addressLabel = new QLabel(QStringLiteral("&Address:"), this);
-  addressLabel->setBuddy(m_address);
   auto* sent = makeText("sent", this);
   sent->setText(QStringLiteral("The server is told no more than the program's version."));
   sent->setForegroundRole(QPalette::PlaceholderText);
@@ -104,17 +98,16 @@ void CUpdateIntervalDlg::layOut() {
   auto* checkRow = new QHBoxLayout;
   checkRow->addWidget(m_checkNow, 0, Qt::AlignTop);
   checkRow->addWidget(m_lastCheck, 1, Qt::AlignVCenter);
-  auto* pageRow = new QHBoxLayout;
-  pageRow->addWidget(m_openPage);
-  pageRow->addStretch();
-  m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-  m_buttons->setObjectName(QStringLiteral("buttons"));
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  buttons->setObjectName(QStringLiteral("buttons"));
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
   auto* all = new QVBoxLayout(this);
   all->addWidget(m_on, 0, Qt::AlignLeft);
   all->addLayout(intervalRow());
   all->addSpacing(8);
-  all->addWidget(addressLabel);
+  all->addWidget(labelFor(m_address, QStringLiteral("&Address:")));
   all->addWidget(m_address);
   all->addWidget(m_addressProblem->label());
   all->addWidget(sent);
@@ -122,9 +115,9 @@ void CUpdateIntervalDlg::layOut() {
   all->addLayout(checkRow);
   all->addWidget(m_result);
   all->addWidget(m_note);
-  all->addLayout(pageRow);
+  all->addWidget(m_openPage, 0, Qt::AlignLeft);
   all->addStretch();
-  all->addWidget(m_buttons);
+  all->addWidget(buttons);
 }
 
 void CUpdateIntervalDlg::connectFields() {
@@ -135,14 +128,12 @@ void CUpdateIntervalDlg::connectFields() {
   });
   connect(m_address, &QLineEdit::editingFinished, this,
           [this] { tellProblem(problemOf(entered())); });
-  connect(m_checkNow, &QPushButton::clicked, this, [this] { checkNow(); });
-  connect(m_openPage, &QPushButton::clicked, this, [this] {
-    if (!m_dialogs.openOutside(m_page)) {
-      m_dialogs.message(this, QStringLiteral("Unable to open: ") + m_page);
-    }
-  });
-  connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-  connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+}
+
+void CUpdateIntervalDlg::openPage() {
+  if (!m_dialogs.openOutside(m_page)) {
+    m_dialogs.message(this, QStringLiteral("Unable to open: ") + m_page);
+  }
 }
 
 UpdateSettings CUpdateIntervalDlg::entered() const {

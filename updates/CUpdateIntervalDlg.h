@@ -12,7 +12,6 @@
 
 class QBoxLayout;
 class QCheckBox;
-class QDialogButtonBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -46,6 +45,7 @@ private:
   void makeRoom();
   void tellProblem(const QString& problem);
   void checkNow();
+  void openPage();
   void showResult(const UpdateResult& result);
   void tellResult(const QString& text, Tone tone);
 
@@ -60,7 +60,6 @@ private:
   QLabel* m_result = nullptr;
   QLabel* m_note = nullptr;
   QPushButton* m_openPage = nullptr;
-  QDialogButtonBox* m_buttons = nullptr;
   QString m_page;
 };
 

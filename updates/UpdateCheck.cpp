@@ -4,23 +4,10 @@
 
 #include <QUrl>
 
-#include <atomic>
-#include <thread>
+#include <chrono>
+#include <utility>
 
 namespace folivex {
-
-/// One question to the server. The thread only touches what stands here.
-struct UpdateCheck::Run {
-  int number = 0; ///< tells a late result from the one that is waited for
-  QString address;
-  QString ownVersion;
-  QString certificates;
-  int connectSeconds = 0;
-  int totalSeconds = 0;
-  std::atomic<bool> isStopped = false;
-  std::atomic<bool> isEnded = false;
-  std::thread thread;
-};
 
 namespace {
 
@@ -49,9 +36,7 @@ UpdateCheck::UpdateCheck(QSettings& memory, UpdateSurroundings surroundings)
 
 UpdateCheck::~UpdateCheck() {
   stop();
-  for (const auto& run : m_runs) {
-    run->thread.join();
-  }
+  m_threads.clear(); // waits for them: they post their results to this
 }
 
 void UpdateCheck::keepSettings(const UpdateSettings& settings) {
@@ -64,50 +49,40 @@ bool UpdateCheck::isDue() const {
   return isCheckDue(settings(), m_surroundings.now());
 }
 
-bool UpdateCheck::isRunning() const {
-  return m_current != nullptr;
-}
-
 void UpdateCheck::stop() {
-  if (m_current) {
-    m_current->isStopped = true;
+  if (m_isStopped) {
+    *m_isStopped = true;
   }
-  m_current.reset();
+  m_isStopped.reset();
   m_onResult = nullptr;
 }
 
 void UpdateCheck::start(const QString& address, OnResult onResult) {
   stop();
-  dropEnded();
+  std::erase_if(m_threads, [](const std::future<void>& thread) {
+    return thread.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  });
   if (!m_library) {
     m_library = std::make_unique<UpdateLibrary>();
   }
-  const auto run = std::make_shared<Run>();
-  run->number = ++m_lastNumber;
-  run->address = QString::fromLatin1(QUrl(address).toEncoded());
-  run->ownVersion = m_surroundings.ownVersion;
-  run->certificates = m_surroundings.certificates;
-  run->connectSeconds = m_surroundings.connectSeconds;
-  run->totalSeconds = m_surroundings.totalSeconds;
-  m_current = run;
+  m_isStopped = std::make_shared<std::atomic<bool>>(false);
   m_onResult = std::move(onResult);
-  run->thread = std::thread([this, run = run.get()] {
-    const UpdatesRequest request = {utf16(run->address),      utf16(run->ownVersion),
-                                    utf16(run->certificates), run->connectSeconds,
-                                    run->totalSeconds,        askStopped,
-                                    &run->isStopped};
-    const UpdateResult result = m_library->loaded ? ask(*m_library, request, run->ownVersion)
+  const QString encoded = QString::fromLatin1(QUrl(address).toEncoded());
+  m_threads.push_back(std::async(std::launch::async, [this, encoded, isStopped = m_isStopped,
+                                                      own = m_surroundings] {
+    const UpdatesRequest request = {utf16(encoded),          utf16(own.ownVersion),
+                                    utf16(own.certificates), own.connectSeconds,
+                                    own.totalSeconds,        askStopped,
+                                    isStopped.get()};
+    const UpdateResult result = m_library->loaded ? ask(*m_library, request, own.ownVersion)
                                                   : failedResult(m_library->errorDetail);
     QMetaObject::invokeMethod(
-        &m_home, [this, number = run->number, result] { finish(number, result); },
-        Qt::QueuedConnection);
-    run->isEnded = true;
-  });
-  m_runs.push_back(run);
+        &m_home, [this, isStopped, result] { finish(isStopped, result); }, Qt::QueuedConnection);
+  }));
 }
 
-void UpdateCheck::finish(int number, const UpdateResult& result) {
-  if (!m_current || m_current->number != number) {
+void UpdateCheck::finish(const Stop& ofRun, const UpdateResult& result) {
+  if (m_isStopped != ofRun) {
     return; // stopped, or another one was started since
   }
   if (result.outcome != UpdateOutcome::Failed) {
@@ -115,21 +90,10 @@ void UpdateCheck::finish(int number, const UpdateResult& result) {
     settings.lastCheck = m_surroundings.now();
     storeSettings(settings, m_memory);
   }
-  m_current.reset();
-  const OnResult onResult = std::exchange(m_onResult, nullptr);
-  if (onResult) {
+  m_isStopped.reset();
+  if (const OnResult onResult = std::exchange(m_onResult, nullptr)) {
     onResult(result);
   }
-}
-
-void UpdateCheck::dropEnded() {
-  std::erase_if(m_runs, [](const std::shared_ptr<Run>& run) {
-    if (!run->isEnded) {
-      return false;
-    }
-    run->thread.join();
-    return true;
-  });
 }
 
 } // namespace folivex

@@ -6,7 +6,9 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <vector>
 
@@ -49,20 +51,18 @@ public:
   void start(const QString& address, OnResult onResult);
   /// No result will be told. Does not wait.
   void stop();
-  bool isRunning() const;
+  bool isRunning() const { return m_isStopped != nullptr; }
 
 private:
-  struct Run;
+  using Stop = std::shared_ptr<std::atomic<bool>>;
 
-  void finish(int number, const UpdateResult& result);
-  void dropEnded();
+  void finish(const Stop& ofRun, const UpdateResult& result);
 
   QSettings& m_memory;
   UpdateSurroundings m_surroundings;
   std::unique_ptr<UpdateLibrary> m_library; ///< loaded at the first check
-  std::shared_ptr<Run> m_current;           ///< null when none runs
-  int m_lastNumber = 0;                     ///< of the run started last
-  std::vector<std::shared_ptr<Run>> m_runs; ///< all whose thread has not been waited for
+  Stop m_isStopped; ///< of the check that runs, which it tells from earlier ones; null without
+  std::vector<std::future<void>> m_threads;
   OnResult m_onResult;
   QObject m_home; ///< results are posted to it, so that none comes after this is gone
 };

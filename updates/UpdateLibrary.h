@@ -10,12 +10,14 @@ namespace folivex {
 /// Its operations, bound by name; see updates.h.
 class UpdateLibrary : public platform::LoadedLibrary {
 public:
-  UpdateLibrary();
+  UpdateLibrary()
+      : LoadedLibrary(QStringLiteral("UpdatesU"), "UpdatesInterfaceVersion",
+                      UPDATES_INTERFACE_VERSION) {}
 
-  platform::Operation<int32_t(const UpdatesRequest*, UpdatesDocument*)> UpdatesFetch{
-      m_library, "UpdatesFetch"};
-  platform::Operation<int32_t()> UpdatesLastError{m_library, "UpdatesLastError"};
-  platform::Operation<const char16_t*()> UpdatesLastErrorText{m_library, "UpdatesLastErrorText"};
+  Operation<int32_t(const UpdatesRequest*, UpdatesDocument*)> UpdatesFetch{m_library,
+                                                                           "UpdatesFetch"};
+  Operation<int32_t()> UpdatesLastError{m_library, "UpdatesLastError"};
+  Operation<const char16_t*()> UpdatesLastErrorText{m_library, "UpdatesLastErrorText"};
 };
 
 } // namespace folivex
