@@ -5,29 +5,6 @@
 
 namespace folivex {
 
-namespace {
-
-/// Sorted, without overlaps and neighbours, within `count` rows.
-std::vector<RowRange> merged(std::vector<RowRange> ranges, int count) {
-  std::sort(ranges.begin(), ranges.end(),
-            [](const RowRange& a, const RowRange& b) { return a.first < b.first; });
-  std::vector<RowRange> all;
-  for (RowRange range : ranges) {
-    range = {std::max(range.first, 0), std::min(range.last, count - 1)};
-    if (range.first > range.last) {
-      continue;
-    }
-    if (!all.empty() && range.first <= all.back().last + 1) {
-      all.back().last = std::max(all.back().last, range.last);
-    } else {
-      all.push_back(range);
-    }
-  }
-  return all;
-}
-
-} // namespace
-
 const BatchEntry& BatchEntries::at(int row) const {
   static const BatchEntry none;
   return has(row) ? m_entries[static_cast<std::size_t>(row)] : none;
@@ -36,9 +13,9 @@ const BatchEntry& BatchEntries::at(int row) const {
 void BatchEntries::countIn(RowRange rows, int sign) {
   for (int row = rows.first; row <= rows.last; ++row) {
     const BatchEntry& entry = at(row);
-    m_inUse += entry.useFlag == useYes() ? sign : 0;
-    m_done += entry.status == statusDone() ? sign : 0;
-    m_fileErrors += entry.status == statusFileError() ? sign : 0;
+    m_inUse += entry.useFlag == useYes ? sign : 0;
+    m_done += entry.status == statusDone ? sign : 0;
+    m_fileErrors += entry.status == statusFileError ? sign : 0;
   }
 }
 
@@ -82,22 +59,26 @@ void BatchEntries::clear() {
 }
 
 void BatchEntries::remove(const std::vector<RowRange>& ranges) {
-  const std::vector<RowRange> gone = merged(ranges, count());
-  if (gone.empty()) {
+  std::vector<bool> isGone(m_entries.size());
+  for (const RowRange& range : ranges) {
+    for (int row = std::max(range.first, 0); row <= std::min(range.last, count() - 1); ++row) {
+      isGone[static_cast<std::size_t>(row)] = true;
+    }
+  }
+  const auto first = std::ranges::find(isGone, true);
+  if (first == isGone.end()) {
     return;
   }
+  const auto behind = std::find(first, isGone.end(), false);
+  const bool isOneRange = std::find(behind, isGone.end(), true) == isGone.end();
+  const RowRange touched = {
+      static_cast<int>(first - isGone.begin()),
+      static_cast<int>((isOneRange ? behind : isGone.end()) - isGone.begin()) - 1};
   // Views walk all their rows for each range that goes, so many ranges are one change to them.
-  const RowChange kind = gone.size() > 1 ? RowChange::RemovedAllOver : RowChange::Removed;
-  const RowRange touched = {gone.front().first, gone.size() > 1 ? count() - 1 : gone.front().last};
-  change(kind, touched, [&] {
-    auto kept = m_entries.begin() + gone.front().first;
-    for (std::size_t i = 0; i < gone.size(); ++i) {
-      const auto from = m_entries.begin() + gone[i].last + 1;
-      const auto to = i + 1 < gone.size() ? m_entries.begin() + gone[i + 1].first : m_entries.end();
-      kept = std::move(from, to, kept);
-    }
-    m_entries.erase(kept, m_entries.end());
-    if (kind == RowChange::RemovedAllOver) {
+  change(isOneRange ? RowChange::Removed : RowChange::RemovedAllOver, touched, [&] {
+    std::size_t row = 0;
+    std::erase_if(m_entries, [&](const BatchEntry&) { return isGone[row++]; });
+    if (!isOneRange) {
       countIn({touched.first, count() - 1}, +1);
     }
   });
@@ -132,7 +113,7 @@ void BatchEntries::toggleUse(RowRange rows) {
   change(RowChange::Changed, there, [&] {
     for (int row = there.first; row <= there.last; ++row) {
       QString& flag = m_entries[static_cast<std::size_t>(row)].useFlag;
-      flag = flag.isEmpty() || flag == useNo() ? useYes() : useNo();
+      flag = flag.isEmpty() || flag == useNo ? useYes : useNo;
     }
   });
 }

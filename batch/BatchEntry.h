@@ -17,32 +17,18 @@ struct BatchEntry {
   bool operator==(const BatchEntry&) const = default;
 };
 
-inline QString useYes() {
-  return QStringLiteral("Yes");
-}
-inline QString useNo() {
-  return QStringLiteral("No");
-}
-inline QString useNoStamp() {
-  return QStringLiteral("Yes, No Stamp");
-}
+inline constexpr QLatin1String useYes("Yes");
+inline constexpr QLatin1String useNo("No");
+inline constexpr QLatin1String useNoStamp("Yes, No Stamp");
 
-inline QString statusReady() {
-  return QStringLiteral("Ready.");
-}
-inline QString statusProcessing() {
-  return QStringLiteral("Processing");
-}
-inline QString statusDone() {
-  return QStringLiteral("Done");
-}
-inline QString statusFileError() {
-  return QStringLiteral("file error");
-}
+inline constexpr QLatin1String statusReady("Ready.");
+inline constexpr QLatin1String statusProcessing("Processing");
+inline constexpr QLatin1String statusDone("Done");
+inline constexpr QLatin1String statusFileError("file error");
 
 /// A row as every way of adding makes it. Only UseMode::Yes is going to be processed.
 inline BatchEntry newEntry(UseMode mode, const QString& path) {
-  return {mode == UseMode::Yes ? useYes() : useNo(), path, statusReady()};
+  return {mode == UseMode::Yes ? useYes : useNo, path, statusReady};
 }
 
 } // namespace folivex

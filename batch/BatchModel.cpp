@@ -41,13 +41,13 @@ QString cellText(const BatchEntry& entry, int column) {
 }
 
 QVariant cellColor(const BatchEntry& entry, int column) {
-  if (column == BatchModel::Status && entry.status == statusDone()) {
+  if (column == BatchModel::Status && entry.status == statusDone) {
     return successColor();
   }
-  if (column == BatchModel::Status && entry.status == statusFileError()) {
+  if (column == BatchModel::Status && entry.status == statusFileError) {
     return problemColor();
   }
-  if (entry.useFlag != useYes()) {
+  if (entry.useFlag != useYes) {
     return QApplication::palette().brush(QPalette::PlaceholderText);
   }
   return {};
@@ -55,7 +55,7 @@ QVariant cellColor(const BatchEntry& entry, int column) {
 
 /// Not in the status column: it is too narrow for its longest text in bold.
 QVariant cellFont(const BatchEntry& entry, int column) {
-  if (column != BatchModel::Filename || entry.status != statusProcessing()) {
+  if (column != BatchModel::Filename || entry.status != statusProcessing) {
     return {};
   }
   QFont font;

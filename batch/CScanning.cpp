@@ -3,6 +3,7 @@
 #include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
 
+#include <QBoxLayout>
 #include <QCoreApplication>
 #include <QPushButton>
 
@@ -26,6 +27,7 @@ CScanning::CScanning(QWidget* parent)
                      "End the scan; the files found so far stay in the list");
   connect(stop, &QPushButton::clicked, this, &QDialog::reject);
   stack(this, {text, m_place, sideBySide(this, {gap(), stop})});
+  static_cast<QBoxLayout*>(layout())->insertSpacing(2, fontMetrics().height() / 2);
 }
 
 void CScanning::showPlace(const QString& path) {

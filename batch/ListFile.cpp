@@ -61,9 +61,9 @@ QStringView cutLine(QStringView line) {
 /// Without the LF.
 QString lineOf(const BatchEntry& entry) {
   QString line = entry.path + bar + bar;
-  if (entry.useFlag == useNo()) {
+  if (entry.useFlag == useNo) {
     line.prepend(prefixNotUsed);
-  } else if (entry.useFlag == useNoStamp()) {
+  } else if (entry.useFlag == useNoStamp) {
     line.prepend(prefixNoStamp);
   }
   return line;

@@ -4,7 +4,6 @@
 #include "platform/TextFile.h"
 
 #include <algorithm>
-#include <array>
 
 namespace folivex {
 
@@ -17,7 +16,6 @@ constexpr int longestPiece = 4095;
 constexpr qsizetype longestLine = longestPiece - 2;
 /// Programs that keep a path in a buffer of fixed size write no more of it.
 constexpr qsizetype pathOfOthers = 255;
-constexpr std::size_t fieldCount = 4;
 
 /// A text with one of these reads back as something else.
 bool breaksLine(const QString& text) {
@@ -83,23 +81,14 @@ bool endsAtALimit(QStringView text, const QString& file) {
 }
 
 EmailRow rowOf(QStringView text) {
-  std::array<QString, fieldCount> fields;
-  qsizetype from = 0;
-  for (QString& field : fields) {
-    const qsizetype end = text.indexOf(u'|', from);
-    field = text.mid(from, end < 0 ? -1 : end - from).toString();
-    if (end < 0) {
-      break;
-    }
-    from = end + 1;
-  }
+  const QStringList fields = text.toString().split(u'|');
   EmailEntry entry;
-  entry.address = fields[0];
-  entry.file = fields[1];
+  entry.address = fields.value(0);
+  entry.file = fields.value(1);
   entry.fileIsCut = endsAtALimit(text, entry.file);
-  entry.extractPageStart = fields[2].toInt(); // 0 when it is no number
-  entry.extractPageEnd = fields[3].toInt();
-  return {fitted(entry), fields[2], fields[3]};
+  entry.extractPageStart = fields.value(2).toInt(); // 0 when it is no number
+  entry.extractPageEnd = fields.value(3).toInt();
+  return {fitted(entry), fields.value(2), fields.value(3)};
 }
 
 } // namespace

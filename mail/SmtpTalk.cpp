@@ -6,6 +6,13 @@
 
 #include <algorithm>
 
+#ifdef _WIN32
+#include <winsock2.h>
+#else
+#include <sys/socket.h>
+#include <unistd.h>
+#endif
+
 namespace folivex {
 
 namespace {
@@ -37,6 +44,17 @@ QByteArray urlOf(const MailServer& server) {
          (host.contains(':') ? '[' + host + ']' : host) + ':' +
          QByteArray::number(server.port > 0 ? server.port : standardPort);
 }
+
+#ifdef _WIN32
+constexpr int notInherited = 0;
+constexpr int bothWays = SD_BOTH;
+constexpr auto closeHandle = &closesocket;
+#else
+/// No program that is started meanwhile inherits the connection.
+constexpr int notInherited = SOCK_CLOEXEC;
+constexpr int bothWays = SHUT_RDWR;
+constexpr auto closeHandle = &::close;
+#endif
 
 struct CodeMeaning {
   CURLcode code;
@@ -73,6 +91,30 @@ OutgoingMail::OutgoingMail(const MailMessage& mail)
     }
   }
   needsUtf8 = !isAscii(sender + recipients.join());
+}
+
+curl_socket_t OpenSockets::open(const curl_sockaddr& address) {
+  const curl_socket_t handle =
+      ::socket(address.family, address.socktype | notInherited, address.protocol);
+  if (handle != CURL_SOCKET_BAD) {
+    const std::lock_guard lock(m_mutex);
+    m_open.push_back(handle);
+  }
+  return handle;
+}
+
+int OpenSockets::close(curl_socket_t handle) {
+  // Under the lock: a number that was given back may be another socket a moment later.
+  const std::lock_guard lock(m_mutex);
+  std::erase(m_open, handle);
+  return closeHandle(handle);
+}
+
+void OpenSockets::shutDownAll() {
+  const std::lock_guard lock(m_mutex);
+  for (const curl_socket_t handle : m_open) {
+    ::shutdown(handle, bothWays);
+  }
 }
 
 SmtpTalk::SmtpTalk(const MailServer& server, const SmtpOptions& options)

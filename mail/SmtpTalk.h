@@ -4,7 +4,6 @@
 #include "mail/MailServer.h"
 #include "mail/MailTransport.h"
 #include "mail/MimeMail.h"
-#include "mail/OpenSockets.h"
 #include "mail/SmtpReplies.h"
 
 #include <array>
@@ -12,6 +11,8 @@
 #include <chrono>
 #include <cstdint>
 #include <future>
+#include <mutex>
+#include <vector>
 
 namespace folivex {
 
@@ -53,6 +54,20 @@ struct TalkResult {
   bool onKeptConnection = false; ///< it had served another mail before
   QString refusedRecipient;      ///< the one that the server said no to
   SmtpReplies replies;
+};
+
+/// The sockets of a connection, so that another thread can end a wait on them. For any thread.
+class OpenSockets {
+public:
+  /// Makes a socket and remembers it.
+  curl_socket_t open(const curl_sockaddr& address);
+  int close(curl_socket_t handle);
+  /// Ends every talk at once: whoever waits on a socket sees it closed. The sockets stay open.
+  void shutDownAll();
+
+private:
+  std::mutex m_mutex;
+  std::vector<curl_socket_t> m_open;
 };
 
 /// A server and the connection to it. The library waits for the last answer to a mail within one

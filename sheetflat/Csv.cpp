@@ -76,17 +76,11 @@ private:
 };
 
 void appendField(QString& line, const QString& field) {
-  const bool needsQuotes =
-      field.contains(quote) || field.contains(u',') || field.contains(lineEnd) ||
-      field.contains(u'\r') ||
-      (!field.isEmpty() && (field.front().isSpace() || field.back().isSpace()));
-  if (!needsQuotes) {
-    line += field;
-    return;
-  }
-  QString doubled = field;
-  doubled.replace(QStringLiteral("\""), QStringLiteral("\"\""));
-  line += quote + doubled + quote;
+  const bool needsQuotes = field.trimmed() != field || std::ranges::any_of(field, [](QChar c) {
+                             return c == quote || c == u',' || c == lineEnd || c == u'\r';
+                           });
+  const QString doubled = QString(field).replace(u'"', QLatin1String("\"\""));
+  line += needsQuotes ? quote + doubled + quote : field;
 }
 
 constexpr qsizetype sampledRecords = 50;

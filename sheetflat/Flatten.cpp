@@ -1,6 +1,6 @@
 #include "sheetflat/Flatten.h"
 
-#include "sheetflat/CellText.h"
+#include "sheetflat/Csv.h"
 #include "sheetflat/SheetKind.h"
 
 #include "platform/ChildProgram.h"
@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -46,6 +47,60 @@ FlattenOutcome tooLarge() {
   return {FlattenResult::TooLarge,
           QStringLiteral("the sheet holds more than %1 MB, or a cell far from the others")
               .arg(csvSizeLimit / 1024 / 1024)};
+}
+
+constexpr QChar minusSign = QChar(0x2212);
+
+/// Digits with or without a decimal point or comma, and perhaps an exponent.
+bool isPlainNumber(const QString& text) {
+  static const QRegularExpression number(
+      QStringLiteral("\\A-?[0-9]+(?:[.,][0-9]+)?(?:[eE][-+]?[0-9]+)?\\z"));
+  return number.match(text).hasMatch();
+}
+
+double valueOf(QString number) {
+  return number.replace(u',', u'.').toDouble();
+}
+
+bool isFilledWithHashes(const QString& text) {
+  return !text.isEmpty() && std::ranges::all_of(text, [](QChar c) { return c == u'#'; });
+}
+
+/// `shown` is what a sheet shows in a cell, by its number format and the width of its column;
+/// `exact` is the whole value. The text for the cell is what is shown ("000123", "04.03.2026",
+/// "12,50 EUR"), but for a number that is shown rounded, with an exponent or as "###" for want of
+/// room: that is given in full.
+QString cellText(const QString& shown, const QString& exact) {
+  if (shown == exact) {
+    return shown;
+  }
+  if (isFilledWithHashes(shown)) {
+    return exact;
+  }
+  QString number = shown;
+  number.replace(minusSign, u'-');
+  if (!isPlainNumber(number) || !isPlainNumber(exact)) {
+    return shown;
+  }
+  const bool isWhole = valueOf(number) == valueOf(exact) && !number.contains(u'E');
+  return isWhole ? number : exact;
+}
+
+/// The same for whole sheets of equal shape. False when the shapes differ.
+bool mergeCells(CsvRecords& shown, const CsvRecords& exact) {
+  if (shown.size() != exact.size()) {
+    return false;
+  }
+  for (std::size_t row = 0; row < shown.size(); row++) {
+    QStringList& cells = shown[row];
+    if (cells.size() != exact[row].size()) {
+      return false;
+    }
+    for (qsizetype column = 0; column < cells.size(); column++) {
+      cells[column] = cellText(cells[column], exact[row][column]);
+    }
+  }
+  return true;
 }
 
 /// One source on its way through the converter.

@@ -26,8 +26,8 @@ struct FlattenOutcome {
 
 /// Writes the first sheet of `source` (.xlsx, .xls, .ods, or text of separated values; told by the
 /// content, not by the name) to `output` as CSV: UTF-8 without a mark, comma, quotes where needed,
-/// LF. Cells read as the sheet shows them, in the person's locale, numbers never abbreviated (see
-/// cellText()); of a formula it is the value kept in the file where there is one.
+/// LF. Cells read as the sheet shows them, in the person's locale, numbers never abbreviated; of a
+/// formula it is the value kept in the file where there is one.
 ///
 /// Record n is row n of the sheet, blank rows included, as long as the first cells stand among its
 /// first 128 rows and columns; blank columns left of the first one used are dropped. Text is

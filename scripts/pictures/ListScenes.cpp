@@ -17,15 +17,15 @@ void takeBatch(Camera& camera, const Studio& studio) {
   list.onProcessList = [] {};
   camera.take(list, QStringLiteral("batch-empty"));
   const QString folder = QStringLiteral("/srv/scans/2026/");
-  list.rows().append({{useYes(), folder + QStringLiteral("january/statements.pdf"), statusDone()},
-                      {useYes(), folder + QStringLiteral("february & more/<b>.pdf"), statusDone()},
-                      {useYes(), folder + QStringLiteral("no/such/file.pdf"), statusFileError()},
-                      {useNo(), folder + QStringLiteral("march/drafts.pdf"), statusReady()},
-                      {useYes(),
+  list.rows().append({{useYes, folder + QStringLiteral("january/statements.pdf"), statusDone},
+                      {useYes, folder + QStringLiteral("february & more/<b>.pdf"), statusDone},
+                      {useYes, folder + QStringLiteral("no/such/file.pdf"), statusFileError},
+                      {useNo, folder + QStringLiteral("march/drafts.pdf"), statusReady},
+                      {useYes,
                        folder + QStringLiteral("march/a folder with a name that goes on for quite "
                                                "a while/and-a-file-of-the-same-kind-2026-03.pdf"),
-                       statusProcessing()},
-                      {useNoStamp(), folder + QStringLiteral("march/late.pdf"), statusReady()}});
+                       statusProcessing},
+                      {useNoStamp, folder + QStringLiteral("march/late.pdf"), statusReady}});
   list.findChild<QTableView*>(QStringLiteral("list"))->selectRow(3);
   camera.take(list, QStringLiteral("batch"));
   list.setRunning(true);
