@@ -1,7 +1,5 @@
 #include "Splitting.h"
 
-#include <tests/support/PdfBuilder.h>
-
 namespace tests::cleftor {
 
 namespace {
@@ -11,31 +9,29 @@ constexpr int pageCount = 17'000;
 /// Every page draws a letterhead that all share, and a line of its own; box and fonts are those of
 /// the page tree. Page 2 links to the last.
 void writeLongDocument(const fs::path& file) {
-  testpdf::PdfBuilder pdf;
+  PdfBuilder pdf;
   pdf.addText("font = <</Type/Font/Subtype/Type1/BaseFont/Helvetica>>\n"
-              "link = <</Type/Annot/Subtype/Link/Rect[0 0 9 9]/Dest[@last/Fit]>>\n"
               "letterhead =  | BT /F 12 Tf 72 700 Td (Letterhead) Tj ET");
+  const std::string link = "/Annots[<</Type/Annot/Subtype/Link/Rect[0 0 9 9]/Dest[" +
+                           pdf.ref(2 * pageCount + 4) + "/Fit]>>]";
   std::string kids;
   for (int i = 1; i <= pageCount; ++i) {
-    const int page = i < pageCount ? pdf.reserve() : pdf.named("last");
     const int line =
         pdf.addStream("BT /F 12 Tf 72 650 Td (Page number " + std::to_string(i) + ") Tj ET");
-    pdf.set(page, "<</Type/Page/Parent 2 0 R/Contents[" + pdf.ref(pdf.named("letterhead")) + " " +
-                      pdf.ref(line) + "]" +
-                      (i == 2 ? "/Annots[" + pdf.ref(pdf.named("link")) + "]" : "") + ">>");
-    kids += pdf.ref(page) + " ";
+    kids += pdf.ref(pdf.add("<</Type/Page/Parent 2 0 R/Contents[4 0 R " + pdf.ref(line) + "]" +
+                            (i == 2 ? link : "") + ">>")) +
+            " ";
   }
-  pdf.set(2, "<</Type/Pages/Count " + std::to_string(pageCount) + "/MediaBox[0 0 612 792]" +
-                 "/Resources<</Font<</F " + pdf.ref(pdf.named("font")) + ">>>>/Kids[" + kids +
-                 "]>>");
+  pdf.set(2, "<</Type/Pages/Count " + std::to_string(pageCount) +
+                 "/MediaBox[0 0 612 792]/Resources<</Font<</F 3 0 R>>>>/Kids[" + kids + "]>>");
   pdf.write(file);
 }
 
 class LongSourceTest : public SplittingTest {
 protected:
   /// Words of each page from..to, as another tool reads them; pages of the output count from 1.
-  std::string textOf(const std::string& name) const {
-    return run("pdftotext " + output(name).string() + " - | tr '\\n\\f' '  '");
+  static std::string textOf(const fs::path& file) {
+    return run("pdftotext " + file.string() + " - | tr '\\n\\f' '  '");
   }
 
   static std::string expected(int first, int last) {
@@ -57,19 +53,14 @@ TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
     SCOPED_TRACE(file.string());
     ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u"secret"), CLEFTOR_OK) << errorText();
     ASSERT_EQ(GetPageCount2(), pageCount);
-    struct Row {
-      int first;
-      int last;
-    };
     // In order, once more, across the end of what stays in memory, backward, and once more.
-    for (const Row& row :
-         {Row{1, 3}, Row{4, 5}, Row{1, 3}, Row{16'380, 16'390}, Row{16'999, 17'000}, Row{2, 4},
-          Row{16'384, 16'386}, Row{16'999, 17'000}, Row{3, 3}}) {
-      SCOPED_TRACE(row.first);
-      ASSERT_EQ(SplitPdfPages(output().u16string().c_str(), row.first, row.last, pageCount),
-                CLEFTOR_OK)
-          << errorText();
-      EXPECT_EQ(textOf("out.pdf"), expected(row.first, row.last));
+    const std::pair<int, int> ranges[] = {{1, 3},           {4, 5},           {1, 3},
+                                          {16'380, 16'390}, {16'999, 17'000}, {2, 4},
+                                          {16'384, 16'386}, {16'999, 17'000}, {3, 3}};
+    for (const auto& [first, last] : ranges) {
+      SCOPED_TRACE(first);
+      ASSERT_EQ(split(first, last), CLEFTOR_OK) << errorText();
+      EXPECT_EQ(textOf(output()), expected(first, last));
     }
   }
 }
@@ -90,12 +81,12 @@ TEST_F(LongSourceTest, ClosingClosesTheFileOfBothThreads) {
   SetWriteBehind(1);
   ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u""), CLEFTOR_OK);
   for (int i = 0; i < 100 && timesOpen() < 2; ++i) {
-    ASSERT_EQ(SplitPdfPages(output().u16string().c_str(), 1, 260, pageCount), CLEFTOR_OK);
+    ASSERT_EQ(split(1, 260), CLEFTOR_OK);
   }
   PdfTextDumpCloseFile();
   EXPECT_EQ(timesOpen(), 0);
   SetWriteBehind(0);
-  EXPECT_EQ(textOf("out.pdf"), expected(1, 260));
+  EXPECT_EQ(textOf(output()), expected(1, 260));
 }
 
 /// What cannot be read anew is a failure, never an empty page.
@@ -104,8 +95,7 @@ TEST_F(LongSourceTest, FileThatIsCutOffMeanwhileIsNoBlankPage) {
   writeLongDocument(file);
   ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u""), CLEFTOR_OK);
   fs::resize_file(file, 1000);
-  EXPECT_EQ(SplitPdfPages(output().u16string().c_str(), 16'999, 17'000, pageCount),
-            CLEFTOR_DAMAGED);
+  EXPECT_EQ(split(16'999, 17'000), CLEFTOR_DAMAGED);
   EXPECT_THAT(errorText(), testing::HasSubstr(file.string()));
   EXPECT_FALSE(fs::exists(output()));
 }

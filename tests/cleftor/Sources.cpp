@@ -2,8 +2,6 @@
 
 #include "Splitting.h"
 
-#include <tests/support/PdfBuilder.h>
-
 #include <algorithm>
 #include <array>
 #include <random>
@@ -12,51 +10,28 @@ namespace tests::cleftor {
 
 namespace {
 
-using testpdf::PdfBuilder;
-
 /// Bytes that no compression makes smaller.
-std::string noise(std::size_t count) {
+std::string noise(int count) {
   static std::mt19937 random;
-  std::string bytes(count, '\0');
+  std::string bytes(static_cast<std::size_t>(count), '\0');
   std::generate(bytes.begin(), bytes.end(), [] { return static_cast<char>(random()); });
   return bytes;
 }
 
-std::string replaced(std::string text, const std::string& what, const std::string& by) {
-  for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
-    text.replace(at, what.size(), by);
-  }
-  return text;
-}
-
-/// What a file of PdfBuilder::addText tells. Lines with {i} stand for six, of which {n} is the next
-/// and {b} the one before; "image name size" is a square picture.
-PdfBuilder fromText(const std::string& name) {
-  constexpr int rounds = 6;
+/// What the text of that name tells, with square pictures of noise.
+void writeFromText(const fs::path& path, int size = 0,
+                   const std::vector<std::string>& pictures = {}) {
   PdfBuilder pdf;
-  std::string text;
-  std::istringstream lines(
-      contentsOf(FOLIVEX_SOURCE_DIR "/tests/cleftor/sources/" + name + ".txt"));
-  for (std::string line; std::getline(lines, line);) {
-    for (int i = 0; i < (line.find("{i}") == std::string::npos ? 1 : rounds); ++i) {
-      std::string one = replaced(line, "{i}", std::to_string(i + 1));
-      one = replaced(one, "{n}", std::to_string((i + 1) % rounds + 1));
-      one = replaced(one, "{b}", std::to_string((i + rounds - 1) % rounds + 1));
-      std::istringstream words(one);
-      std::string kind, object, size;
-      words >> kind >> object >> size;
-      if (kind != "image") {
-        text += one + "\n";
-        continue;
-      }
-      pdf.set(pdf.named(object),
-              PdfBuilder::stream(noise(std::stoul(size) * std::stoul(size)),
-                                 "/Subtype/Image/ColorSpace/DeviceGray/BitsPerComponent 8/Width " +
-                                     size + "/Height " + size));
-    }
+  const std::string side = std::to_string(size);
+  for (const std::string& picture : pictures) {
+    pdf.set(pdf.named(picture),
+            PdfBuilder::stream(noise(size * size),
+                               "/Subtype/Image/ColorSpace/DeviceGray/BitsPerComponent 8/Width " +
+                                   side + "/Height " + side));
   }
-  pdf.addText(text);
-  return pdf;
+  pdf.addText(
+      contentsOf(FOLIVEX_SOURCE_DIR "/tests/cleftor/sources/" + path.stem().string() + ".txt"));
+  pdf.write(path);
 }
 
 PdfBuilder numbered(int count, const std::string& entries = "") {
@@ -75,16 +50,20 @@ void makeSources(const fs::path& folder) {
   const auto path = [&folder](const std::string& name) {
     return (folder / name).string() + ".pdf";
   };
-  for (const char* name : {"everything", "older", "looping", "clinging", "shared"}) {
-    fromText(name).write(path(name));
+  for (const char* name : {"everything", "older", "looping"}) {
+    writeFromText(path(name));
   }
+  writeFromText(path("clinging"), 200, {"im1", "im2", "im3", "attached"});
+  writeFromText(path("shared"), 100,
+                {"Plain", "Inner", "Masked", "Tiled", "Drawn", "Shared", "Noted", "Odd", "Never"});
   const std::string plain = numbered(6).finish();
-  writeFile(path("plain"), plain);
-  writeFile(path("empty"), "");
-  writeFile(path("garbage"), noise(5000));
-  writeFile(path("headless"), "%PDF-1.4\n%%EOF\n");
-  writeFile(path("truncated"), plain.substr(0, plain.size() * 2 / 3));
-  writeFile(path("noxref"), replaced(plain, "startxref", "startxxxx"));
+  PdfBuilder::writeFile(path("plain"), plain);
+  PdfBuilder::writeFile(path("empty"), "");
+  PdfBuilder::writeFile(path("garbage"), noise(5000));
+  PdfBuilder::writeFile(path("headless"), "%PDF-1.4\n%%EOF\n");
+  PdfBuilder::writeFile(path("truncated"), plain.substr(0, plain.size() * 2 / 3));
+  PdfBuilder::writeFile(path("noxref"),
+                        std::regex_replace(plain, std::regex("startxref"), "start"));
   PdfBuilder lying = numbered(3);
   lying.claimPages(1'400'000'000);
   lying.write(path("lying"));

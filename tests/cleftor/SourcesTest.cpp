@@ -11,12 +11,7 @@ using testing::Not;
 class SourcesTest : public SplittingTest {};
 
 TEST_F(SourcesTest, ProtectedOnesOpenWithTheirPasswordInAnyEncoding) {
-  struct Row {
-    const char* name;
-    const char* password;
-    int32_t result;
-  };
-  const Row rows[] = {
+  const std::tuple<std::string, const char*, int32_t> rows[] = {
       {"protected-latin", "grüße", CLEFTOR_OK},           // stored as Windows-1252
       {"protected-latin", "grüße ", CLEFTOR_OK},          // a trailing blank is no part of it
       {"protected-aes", "grüße", CLEFTOR_OK},             // stored as UTF-8
@@ -30,12 +25,12 @@ TEST_F(SourcesTest, ProtectedOnesOpenWithTheirPasswordInAnyEncoding) {
       {"protected-latin", "wrong-word", CLEFTOR_CANNOT_OPEN},
       {"plain", "not needed", CLEFTOR_OK},
   };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(std::string(row.name) + " with " + row.password);
-    ASSERT_EQ(open(row.name, row.password), row.result) << errorText();
-    EXPECT_EQ(CleftorLastError(), row.result);
-    if (row.result != CLEFTOR_OK) {
-      EXPECT_THAT(errorText(), HasSubstr(source(row.name).string()));
+  for (const auto& [name, password, result] : rows) {
+    SCOPED_TRACE(name + " with " + password);
+    ASSERT_EQ(open(name, password), result) << errorText();
+    EXPECT_EQ(CleftorLastError(), result);
+    if (result != CLEFTOR_OK) {
+      EXPECT_THAT(errorText(), HasSubstr(source(name).string()));
       EXPECT_THAT(errorText(), HasSubstr("password"));
       EXPECT_THAT(errorText(), Not(HasSubstr("wrong-word")));
       EXPECT_EQ(GetPageCount2(), 0);

@@ -1,6 +1,5 @@
 #include "Splitting.h"
 
-#include <QString>
 #include <QTemporaryDir>
 
 #include <array>
@@ -8,14 +7,6 @@
 #include <fstream>
 
 namespace tests::cleftor {
-
-std::u16string wide(const std::string& utf8) {
-  return QString::fromStdString(utf8).toStdU16String();
-}
-
-std::string narrow(const char16_t* text) {
-  return QString::fromUtf16(text).toStdString();
-}
 
 std::string run(const std::string& command) {
   // The checker runs on hostile files, and a sanitizer that this program needs is not for others.
@@ -32,10 +23,6 @@ std::string run(const std::string& command) {
 std::string contentsOf(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void writeFile(const fs::path& file, const std::string& bytes) {
-  std::ofstream(file, std::ios::binary) << bytes;
 }
 
 void SplittingTest::SetUp() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <tests/support/PdfBuilder.h>
+#include <tests/support/Utf16.h>
+
 #include <cleftor/cleftor.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,15 +16,15 @@ namespace tests::cleftor {
 
 namespace fs = std::filesystem;
 
-std::u16string wide(const std::string& utf8);
-std::string narrow(const char16_t* text);
+using folivex::test::narrow;
+using folivex::test::wide;
+using testpdf::PdfBuilder;
 
 /// Runs a command, which must succeed; its standard output.
 std::string run(const std::string& command);
 
 /// The text of a file, empty when there is none.
 std::string contentsOf(const fs::path& file);
-void writeFile(const fs::path& file, const std::string& bytes);
 
 /// Makes the PDFs of all tests; each is name.pdf in the folder.
 void makeSources(const fs::path& folder);

@@ -1,7 +1,6 @@
 #include "Splitting.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <tests/support/SmallDisk.h>
 
 namespace tests::cleftor {
 
@@ -10,34 +9,13 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Lets no file grow beyond a size, as a full disk does.
-class SizeLimit {
-public:
-  explicit SizeLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    handler_ = std::signal(SIGXFSZ, SIG_IGN);
-  }
-  ~SizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, handler_);
-  }
-  SizeLimit(const SizeLimit&) = delete;
-  SizeLimit& operator=(const SizeLimit&) = delete;
-
-private:
-  rlimit before_{};
-  void (*handler_)(int) = SIG_DFL;
-};
-
 class TargetsTest : public SplittingTest {};
 
 TEST_F(TargetsTest, AFileInTheWayIsReplacedAndItsNameMayBeOdd) {
   ASSERT_EQ(open("plain"), CLEFTOR_OK);
   const std::string longest(251, 'n');
   for (const std::string& name : {std::string("Käse 😀.pdf"), longest + ".pdf"}) {
-    writeFile(output(name), "old");
+    PdfBuilder::writeFile(output(name), "old");
     ASSERT_EQ(split(1, 1, name), CLEFTOR_OK) << errorText();
     EXPECT_THAT(contentsOf(output(name)), HasSubstr("%%EOF"));
   }
@@ -48,9 +26,9 @@ TEST_F(TargetsTest, AFileInTheWayIsReplacedAndItsNameMayBeOdd) {
 
 TEST_F(TargetsTest, AFullDiskLeavesTheOldFileAndNoPartOfTheNew) {
   ASSERT_EQ(open("clinging"), CLEFTOR_OK);
-  writeFile(output(), "old");
+  PdfBuilder::writeFile(output(), "old");
   {
-    const SizeLimit limit(20'000);
+    const folivex::test::SmallDisk disk(20'000);
     EXPECT_EQ(split(1, 3), CLEFTOR_CANNOT_WRITE);
     EXPECT_THAT(errorText(), HasSubstr(output().string()));
     EXPECT_EQ(GetProcessingStatus(), CLEFTOR_CANNOT_WRITE);
@@ -63,7 +41,7 @@ TEST_F(TargetsTest, AFullDiskLeavesTheOldFileAndNoPartOfTheNew) {
 TEST_F(TargetsTest, PlacesThatCannotBeWrittenAreRefused) {
   ASSERT_EQ(open("plain"), CLEFTOR_OK);
   fs::create_directory(output("folder.pdf"));
-  writeFile(output("file"), "no folder");
+  PdfBuilder::writeFile(output("file"), "no folder");
   for (const char* name : {"folder.pdf", "file/out.pdf", "no such folder/out.pdf", ""}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(split(1, 1, name), CLEFTOR_CANNOT_WRITE);

@@ -1,4 +1,4 @@
-"""Tells what a PDF shows and does, one fact a line: describe.py FILE...
+"""Tells what a PDF shows and does, one fact a line: describe.py FILE
 
 What a reader sees comes from MuPDF; the tree of form fields is read object by object.
 """
@@ -44,16 +44,6 @@ def describe_fields(pdf, fields, prefix, value, say):
         say(f"field {'.'.join(name)} = {shown} on {pages}" + " astray" * astray)
 
 
-def describe_form(name, say):
-    with pikepdf.open(name) as pdf:
-        form = pdf.Root.get("/AcroForm")
-        if form is None:
-            return
-        describe_fields(pdf, form.Fields, [], None, say)
-        say(f"calculated {[str(field.T) for field in form.get('/CO', [])]}")
-        say(f"form {sorted(key for key in form.keys())}")
-
-
 def describe(name, say):
     document = fitz.open(name)
     say(f"pages {document.page_count}")
@@ -64,8 +54,12 @@ def describe(name, say):
         say(f"layer {layer['name']} {'on' if layer['on'] else 'off'}")
     for number in range(1, document.page_count + 1):
         describe_page(document, number, say)
-    describe_form(name, say)
+    with pikepdf.open(name) as pdf:
+        form = pdf.Root.get("/AcroForm")
+        if form is not None:
+            describe_fields(pdf, form.Fields, [], None, say)
+            say(f"calculated {[str(field.T) for field in form.get('/CO', [])]}")
+            say(f"form {sorted(form.keys())}")
 
 
-for argument in sys.argv[1:]:
-    describe(argument, print)
+describe(sys.argv[1], print)

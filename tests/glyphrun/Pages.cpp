@@ -1,6 +1,5 @@
 #include "Pages.h"
 
-#include <QString>
 #include <QTemporaryDir>
 
 namespace glyphruntest {
@@ -20,14 +19,6 @@ PdfBuilder newPdf() {
               "V = <</Type/Font/Subtype/Type0/BaseFont/Any/Encoding/Identity-V"
               "/DescendantFonts[@any]/ToUnicode @map>>");
   return pdf;
-}
-
-std::u16string wide(const std::string& utf8) {
-  return QString::fromStdString(utf8).toStdU16String();
-}
-
-std::string narrow(const char16_t* text) {
-  return QString::fromUtf16(text).toStdString();
 }
 
 std::string repeat(const std::string& text, int times) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tests/support/PdfBuilder.h>
+#include <tests/support/Utf16.h>
 
 #include <glyphrun/glyphrun.h>
 
@@ -9,6 +10,8 @@
 
 namespace glyphruntest {
 
+using folivex::test::narrow;
+using folivex::test::wide;
 using testpdf::PdfBuilder;
 
 /// Resources of pages: Helvetica as /F, Times as /T; /U and /V (downward) have two-byte codes that
@@ -17,8 +20,6 @@ inline constexpr const char* plainFonts = "/Font<</F 3 0 R/T 4 0 R/U 5 0 R/V 6 0
 /// A builder that has these fonts and nothing else.
 PdfBuilder newPdf();
 
-std::u16string wide(const std::string& utf8);
-std::string narrow(const char16_t* text);
 std::string repeat(const std::string& text, int times);
 
 /// Operators that show one run of text in Helvetica 10.
