@@ -19,7 +19,9 @@ Splitter& Splitter::instance() {
 
 void Splitter::beginOpening(const std::string& path, const Passwords& passwords) {
   close();
-  const auto open = [path, passwords] { return std::make_shared<Source>(path, passwords); };
+  const auto open = [this, path, passwords] {
+    return std::make_shared<Source>(path, passwords, &m_stopOpening);
+  };
   try {
     m_opening = {path, passwords, std::async(std::launch::async, open)};
   } catch (const std::system_error&) {
@@ -28,14 +30,20 @@ void Splitter::beginOpening(const std::string& path, const Passwords& passwords)
 }
 
 void Splitter::open(const std::string& path, const Passwords& passwords) {
-  std::optional<Opening> opening = std::exchange(m_opening, {});
+  std::optional<Opening> opening;
+  if (m_opening && m_opening->path == path && m_opening->passwords == passwords) {
+    opening.swap(m_opening);
+  }
   close();
-  const bool isBegun = opening && opening->path == path && opening->passwords == passwords;
-  m_source = isBegun ? opening->source.get() : std::make_shared<Source>(path, passwords);
+  m_source = opening ? opening->source.get() : std::make_shared<Source>(path, passwords);
 }
 
 void Splitter::close() {
-  m_opening.reset(); // waits for it
+  if (m_opening) {
+    m_stopOpening = true;
+    m_opening.reset(); // waits for it
+    m_stopOpening = false;
+  }
   drain();
   if (!m_source) {
     return;

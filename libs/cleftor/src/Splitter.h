@@ -4,6 +4,7 @@
 #include "Source.h"
 #include "common/Failure.h"
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <future>
@@ -64,7 +65,8 @@ private:
   };
 
   std::shared_ptr<Source> m_source;
-  std::optional<Opening> m_opening;
+  std::optional<Opening> m_opening; ///< never beside a source
+  std::atomic<bool> m_stopOpening = false;
   RangeSettings m_settings;
   std::unique_ptr<RangeWriter> m_writer;
   std::deque<FailedRange> m_leftFailures; ///< of a writer that is gone
