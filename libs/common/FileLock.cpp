@@ -1,10 +1,12 @@
 #include "common/FileLock.h"
 
 #include "common/Failure.h"
+#include "common/FileIdentity.h"
 #include "common/Paths.h"
 
 #include <cerrno>
 #include <chrono>
+#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -13,7 +15,6 @@
 #else
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -26,23 +27,21 @@ constexpr auto pause = std::chrono::milliseconds(5);
 
 } // namespace
 
-FileLock::FileLock(const std::string& path) {
+FileLock::FileLock(const std::string& path) : FileLock() {
   const auto giveUp = std::chrono::steady_clock::now() + patience;
-  try {
-    do {
-      close();
-      open(path);
-      while (!tryLock()) {
-        if (std::chrono::steady_clock::now() >= giveUp) {
-          refuseToWrite(path, "another program is writing it");
-        }
-        std::this_thread::sleep_for(pause);
-      }
-    } while (!isCurrent(path));
-  } catch (...) {
+  std::optional<FileIdentity> before;
+  do {
     close();
-    throw;
-  }
+    before = FileIdentity::of(path);
+    open(path);
+    while (!tryLock()) {
+      if (std::chrono::steady_clock::now() >= giveUp) {
+        refuseToWrite(path, "another program is writing it");
+      }
+      std::this_thread::sleep_for(pause);
+    }
+    // What was locked may be a file that was replaced meanwhile.
+  } while (FileIdentity::of(path) != before);
 }
 
 FileLock::~FileLock() {
@@ -60,9 +59,6 @@ void FileLock::open(const std::string& path) {
     refuseToOpen(path, std::system_category().message(static_cast<int>(GetLastError())));
   }
   m_file = file;
-  if (GetFileType(file) != FILE_TYPE_DISK) {
-    refuseToOpen(path, "it is no ordinary file");
-  }
 }
 
 bool FileLock::tryLock() const {
@@ -70,22 +66,6 @@ bool FileLock::tryLock() const {
   place.OffsetHigh = 0x7FFFFFFF; // beyond any byte, since locked bytes cannot be read
   return LockFileEx(m_file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ||
          (GetLastError() != ERROR_LOCK_VIOLATION && GetLastError() != ERROR_IO_PENDING);
-}
-
-bool FileLock::isCurrent(const std::string& path) const {
-  const HANDLE other =
-      CreateFileW(pathOf(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  BY_HANDLE_FILE_INFORMATION mine{};
-  BY_HANDLE_FILE_INFORMATION there{};
-  const bool isSame = other != INVALID_HANDLE_VALUE && GetFileInformationByHandle(m_file, &mine) &&
-                      GetFileInformationByHandle(other, &there) &&
-                      mine.nFileIndexHigh == there.nFileIndexHigh &&
-                      mine.nFileIndexLow == there.nFileIndexLow;
-  if (other != INVALID_HANDLE_VALUE) {
-    CloseHandle(other);
-  }
-  return isSame;
 }
 
 void FileLock::close() {
@@ -102,21 +82,10 @@ void FileLock::open(const std::string& path) {
   if (m_file < 0) {
     refuseToOpen(path, std::generic_category().message(errno));
   }
-  struct stat found {};
-  if (::fstat(m_file, &found) != 0 || !S_ISREG(found.st_mode)) {
-    refuseToOpen(path, "it is no ordinary file");
-  }
 }
 
 bool FileLock::tryLock() const {
   return ::flock(m_file, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
-}
-
-bool FileLock::isCurrent(const std::string& path) const {
-  struct stat mine {};
-  struct stat there {};
-  return ::fstat(m_file, &mine) == 0 && ::stat(path.c_str(), &there) == 0 &&
-         mine.st_dev == there.st_dev && mine.st_ino == there.st_ino;
 }
 
 void FileLock::close() {

@@ -10,17 +10,16 @@ namespace common {
 class FileLock {
 public:
   /// Waits until no other process holds the lock of the file that `path` (UTF-8, links followed)
-  /// leads to. Throws Failure: `cannotOpen` when there is no ordinary file, `cannotWrite` when
-  /// another process still holds the lock after half a minute. Where files cannot be locked there
-  /// is nothing to wait for.
+  /// leads to. Throws Failure: `cannotOpen` when there is none, `cannotWrite` when another process
+  /// still holds the lock after half a minute. Where files cannot be locked there is nothing to
+  /// wait for.
   explicit FileLock(const std::string& path);
   ~FileLock();
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
 
 private:
-  /// Whether the locked file is still the one at the path, and not one that was replaced meanwhile.
-  [[nodiscard]] bool isCurrent(const std::string& path) const;
+  FileLock() = default;
   void open(const std::string& path);
   /// True where files cannot be locked, too.
   [[nodiscard]] bool tryLock() const;

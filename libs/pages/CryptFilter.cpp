@@ -1,7 +1,5 @@
 #include "CryptFilter.h"
 
-#include <vector>
-
 namespace pages {
 
 void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
@@ -18,19 +16,19 @@ void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
   if (!filter->second.isArray()) {
     return;
   }
-  std::vector<QPDFObjectHandle> filters;
-  std::vector<QPDFObjectHandle> kept;
-  const bool parallel = parameters != entries.end() && parameters->second.isArray();
-  for (int i = 0; i < filter->second.getArrayNItems(); ++i) {
-    if (filter->second.getArrayItem(i).isNameAndEquals("/Crypt")) {
-      continue;
-    }
-    filters.push_back(filter->second.getArrayItem(i));
-    kept.push_back(parallel ? parameters->second.getArrayItem(i) : QPDFObjectHandle::newNull());
+  // The parameters stand beside the filters that they belong to.
+  filter->second = filter->second.unsafeShallowCopy();
+  QPDFObjectHandle beside = QPDFObjectHandle::newNull();
+  if (parameters != entries.end() && parameters->second.isArray()) {
+    beside = parameters->second = parameters->second.unsafeShallowCopy();
   }
-  filter->second = QPDFObjectHandle::newArray(filters);
-  if (parallel) {
-    parameters->second = QPDFObjectHandle::newArray(kept);
+  for (int i = filter->second.getArrayNItems() - 1; i >= 0; --i) {
+    if (filter->second.getArrayItem(i).isNameAndEquals("/Crypt")) {
+      filter->second.eraseItem(i);
+      if (beside.isArray() && i < beside.getArrayNItems()) {
+        beside.eraseItem(i);
+      }
+    }
   }
 }
 

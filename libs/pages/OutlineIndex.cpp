@@ -4,6 +4,7 @@
 #include <numeric>
 #include <set>
 #include <unordered_map>
+#include <utility>
 
 namespace pages {
 
@@ -83,50 +84,29 @@ std::vector<int32_t> OutlineIndex::all() const {
 }
 
 bool Bookmark::isOpen() const {
-  QPDFObjectHandle dictionary = item->dictionary;
-  QPDFObjectHandle count = dictionary.getKey("/Count");
+  QPDFObjectHandle count = QPDFObjectHandle(item->dictionary).getKey("/Count");
   return count.isInteger() && count.getIntValue() > 0;
 }
 
-namespace {
-
-/// Links bookmarks as siblings; parents come before what is below them.
-void relate(std::vector<Bookmark>& list, Bookmark& root) {
-  const auto parentOf = [&](const Bookmark& bookmark) -> Bookmark& {
-    return bookmark.parent == Bookmark::none ? root : list[static_cast<size_t>(bookmark.parent)];
-  };
-  for (size_t i = 0; i < list.size(); ++i) {
-    Bookmark& parent = parentOf(list[i]);
-    list[i].previous = parent.last;
-    if (parent.last == Bookmark::none) {
-      parent.first = static_cast<int>(i);
-    } else {
-      list[static_cast<size_t>(parent.last)].next = static_cast<int>(i);
-    }
-    parent.last = static_cast<int>(i);
-  }
-  for (size_t i = list.size(); i > 0; --i) {
-    const Bookmark& below = list[i - 1];
-    parentOf(below).visibleBelow += 1 + (below.isOpen() ? below.visibleBelow : 0);
-  }
-}
-
-} // namespace
-
-std::vector<Bookmark> bookmarksAt(const OutlineIndex& index, const std::vector<int32_t>& positions,
-                                  Bookmark& root) {
-  std::vector<Bookmark> list;
-  std::unordered_map<int32_t, int> places;
-  for (const int32_t position : positions) {
-    Bookmark bookmark;
+std::vector<Bookmark> bookmarksAt(const OutlineIndex& index,
+                                  const std::vector<int32_t>& positions) {
+  std::vector<Bookmark> list(positions.size() + 1);
+  const auto at = [&list](int place) -> Bookmark& { return list[static_cast<size_t>(place)]; };
+  std::unordered_map<int32_t, int> places{{OutlineIndex::none, 0}};
+  for (int place = 1; place < static_cast<int>(list.size()); ++place) {
+    const int32_t position = positions[static_cast<size_t>(place - 1)];
+    places.emplace(position, place);
+    Bookmark& bookmark = at(place);
     bookmark.item = &index.item(position);
-    if (bookmark.item->parent != OutlineIndex::none) {
-      bookmark.parent = places.at(bookmark.item->parent);
-    }
-    places.emplace(position, static_cast<int>(list.size()));
-    list.push_back(bookmark);
+    bookmark.parent = places.at(bookmark.item->parent);
+    Bookmark& parent = at(bookmark.parent);
+    bookmark.previous = std::exchange(parent.last, place);
+    (bookmark.previous == Bookmark::none ? parent.first : at(bookmark.previous).next) = place;
   }
-  relate(list, root);
+  // Parents come before what is below them.
+  for (size_t i = list.size() - 1; i > 0; --i) {
+    at(list[i].parent).visibleBelow += 1 + (list[i].isOpen() ? list[i].visibleBelow : 0);
+  }
   return list;
 }
 

@@ -40,7 +40,7 @@ private:
 struct Bookmark {
   static constexpr int none = -1;
 
-  const OutlineIndex::Item* item = nullptr;
+  const OutlineIndex::Item* item = nullptr; ///< null for the outline itself
   int parent = none;
   int previous = none;
   int next = none;
@@ -49,11 +49,12 @@ struct Bookmark {
   int visibleBelow = 0; ///< bookmarks that show below it when it is open
 
   bool isOpen() const;
+  /// What its entry /Count says; 0: it has none.
+  int count() const { return isOpen() ? visibleBelow : -visibleBelow; }
 };
 
-/// The bookmarks at these positions, which are in order and hold those above them, related to each
-/// other; `root` gets the relations of the outline itself.
-std::vector<Bookmark> bookmarksAt(const OutlineIndex& index, const std::vector<int32_t>& positions,
-                                  Bookmark& root);
+/// The outline itself and behind it the bookmarks at these positions, which are in order and hold
+/// those above them, all related to each other.
+std::vector<Bookmark> bookmarksAt(const OutlineIndex& index, const std::vector<int32_t>& positions);
 
 } // namespace pages

@@ -7,6 +7,23 @@
 
 namespace pages {
 
+namespace {
+
+/// The description of what is left of a section when its first pages are not there.
+QPDFObjectHandle withoutFirst(QPDFObjectHandle label, int64_t pages) {
+  QPDFObjectHandle number = label.getKey("/St");
+  const int64_t first = number.isInteger() ? number.getIntValue() : 1;
+  const int64_t start = first <= std::numeric_limits<int64_t>::max() - pages ? first + pages : 1;
+  QPDFObjectHandle copy = label.unsafeShallowCopy();
+  copy.removeKey("/St");
+  if (start != 1) {
+    copy.replaceKey("/St", QPDFObjectHandle::newInteger(start));
+  }
+  return copy;
+}
+
+} // namespace
+
 PageLabels::PageLabels(QPDFObjectHandle catalog) {
   walkTree(catalog.getKey("/PageLabels"), "/Nums",
            [this](QPDFObjectHandle key, QPDFObjectHandle label) {
@@ -19,19 +36,8 @@ PageLabels::PageLabels(QPDFObjectHandle catalog) {
       [](const Section& left, const Section& right) { return left.page < right.page; });
 }
 
-int64_t PageLabels::Section::start() const {
-  QPDFObjectHandle number = QPDFObjectHandle(label).getKey("/St");
-  const int64_t first = number.isInteger() ? number.getIntValue() : 1;
-  return first <= std::numeric_limits<int64_t>::max() - skipped ? first + skipped : 1;
-}
-
-QPDFObjectHandle PageLabels::Section::shifted() const {
-  QPDFObjectHandle copy = QPDFObjectHandle(label).unsafeShallowCopy();
-  copy.removeKey("/St");
-  if (start() != 1) {
-    copy.replaceKey("/St", QPDFObjectHandle::newInteger(start()));
-  }
-  return copy;
+PageLabels::Section PageLabels::byPlace(int64_t page) {
+  return {page, withoutFirst(QPDFObjectHandle::parse("<</S/D>>"), page)};
 }
 
 /// place: index that the range's first page gets. False when its pages have no labels.
@@ -41,25 +47,23 @@ bool PageLabels::addRange(std::vector<Section>& found, PageRange range, int64_t 
   if (at != m_sections.begin()) {
     --at;
   }
-  if (at == m_sections.end() || at->page > range.last) {
+  if (at == m_sections.end() || at->page > range.first) {
     // Those of the range before would else go on here.
-    found.push_back({place, QPDFObjectHandle::parse("<</S/D>>"), place});
-    return false;
+    found.push_back(byPlace(place));
   }
+  const bool hasAny = at != m_sections.end() && at->page <= range.last;
   for (; at != m_sections.end() && at->page <= range.last; ++at) {
-    const int64_t skipped = std::max<int64_t>(0, range.first - at->page);
-    found.push_back({place + std::max<int64_t>(0, at->page - range.first), at->label, skipped});
+    const int64_t distance = at->page - range.first;
+    found.push_back({place + std::max<int64_t>(0, distance),
+                     withoutFirst(at->label, std::max<int64_t>(0, -distance))});
   }
-  return true;
+  return hasAny;
 }
 
-std::vector<PageLabels::Section> PageLabels::within(const std::vector<PageRange>& ranges) const {
+std::vector<PageLabels::Section> PageLabels::within(const std::vector<PageRange>& ranges,
+                                                    int64_t place) const {
   std::vector<Section> found;
-  if (m_sections.empty()) {
-    return found;
-  }
   bool any = false;
-  int64_t place = 0;
   for (const PageRange& range : ranges) {
     any = addRange(found, range, place) || any;
     place += range.last - range.first + 1;

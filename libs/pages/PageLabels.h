@@ -15,28 +15,22 @@ class PageLabels {
 public:
   struct Section {
     int64_t page;           ///< index of its first page
-    QPDFObjectHandle label; ///< the dictionary that describes the whole section
-    int64_t skipped = 0;    ///< so many of its pages are not there: it begins that much later
-
-    /// Number of its first page.
-    int64_t start() const;
-    /// The dictionary that describes what is there of the section.
-    QPDFObjectHandle shifted() const;
+    QPDFObjectHandle label; ///< the dictionary that describes it
   };
 
   explicit PageLabels(QPDFObjectHandle catalog);
 
-  /// In the order of their pages, as the document states them.
-  const std::vector<Section>& sections() const { return m_sections; }
+  /// Sections that give the pages of the ranges, one after the other from the index `place` on, the
+  /// labels they have; none when no page has any. Pages without are numbered by their place.
+  std::vector<Section> within(const std::vector<PageRange>& ranges, int64_t place = 0) const;
 
-  /// Sections that give the pages of the ranges, one after the other, the labels they have; none
-  /// when no page has any.
-  std::vector<Section> within(const std::vector<PageRange>& ranges) const;
+  /// A section that numbers the pages from the index `page` on by their place.
+  static Section byPlace(int64_t page);
 
 private:
   bool addRange(std::vector<Section>& found, PageRange range, int64_t place) const;
 
-  std::vector<Section> m_sections;
+  std::vector<Section> m_sections; ///< in the order of their pages, as the document states them
 };
 
 } // namespace pages

@@ -13,14 +13,8 @@
 
 namespace pages {
 
-namespace {
-
-constexpr size_t blockSize = size_t{64} * 1024;
-
-} // namespace
-
 SourceInput::SourceInput(const std::string& path, const std::atomic<bool>* stop)
-    : m_name(path), m_stop(stop), m_block(blockSize) {
+    : m_name(path), m_stop(stop) {
   const std::filesystem::path place = common::pathOf(path);
   std::error_code error;
   const auto status = std::filesystem::status(place, error);
@@ -69,32 +63,18 @@ bool SourceInput::load(qpdf_offset_t position) {
 }
 
 qpdf_offset_t SourceInput::findAndSkipNextEOL() {
-  bool seen = false;
-  qpdf_offset_t lineEnd = 0;
-  while (load(m_position)) {
-    const char* begin = m_block.data() + (m_position - m_blockStart);
-    const char* const end = m_block.data() + m_blockLength;
-    const char* at = begin;
-    if (!seen) {
-      at = std::find_if(begin, end, [](char ch) { return ch == '\r' || ch == '\n'; });
-      seen = at != end;
-      lineEnd = m_position + (at - begin);
-    }
-    const char* after = std::find_if(at, end, [](char ch) { return ch != '\r' && ch != '\n'; });
-    m_position += after - begin;
-    if (seen && after != end) {
-      break;
-    }
+  const auto isAtEnd = [this] {
+    const char ch = m_block[static_cast<size_t>(m_position - m_blockStart)];
+    return ch == '\r' || ch == '\n';
+  };
+  while (load(m_position) && !isAtEnd()) {
+    ++m_position;
   }
-  return seen ? lineEnd : m_position;
-}
-
-const std::string& SourceInput::getName() const {
-  return m_name;
-}
-
-qpdf_offset_t SourceInput::tell() {
-  return m_position;
+  const qpdf_offset_t lineEnd = m_position;
+  while (load(m_position) && isAtEnd()) {
+    ++m_position;
+  }
+  return lineEnd;
 }
 
 void SourceInput::seek(qpdf_offset_t offset, int whence) {
@@ -103,10 +83,6 @@ void SourceInput::seek(qpdf_offset_t offset, int whence) {
     throw std::runtime_error(m_name + ": seek outside the file");
   }
   m_position = base + offset;
-}
-
-void SourceInput::rewind() {
-  m_position = 0;
 }
 
 size_t SourceInput::read(char* target, size_t length) {
@@ -120,12 +96,6 @@ size_t SourceInput::read(char* target, size_t length) {
     m_position += static_cast<qpdf_offset_t>(part);
   }
   return done;
-}
-
-void SourceInput::unreadCh(char /*ch*/) {
-  if (m_position > 0) {
-    --m_position;
-  }
 }
 
 } // namespace pages

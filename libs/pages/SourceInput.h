@@ -5,6 +5,7 @@
 
 #include <qpdf/InputSource.hh>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <string>
@@ -29,12 +30,12 @@ public:
   const common::FileIdentity& identity() const { return m_identity; }
 
   qpdf_offset_t findAndSkipNextEOL() override;
-  const std::string& getName() const override;
-  qpdf_offset_t tell() override;
+  const std::string& getName() const override { return m_name; }
+  qpdf_offset_t tell() override { return m_position; }
   void seek(qpdf_offset_t offset, int whence) override;
-  void rewind() override;
+  void rewind() override { m_position = 0; }
   size_t read(char* target, size_t length) override;
-  void unreadCh(char ch) override;
+  void unreadCh(char /*ch*/) override { m_position = std::max<qpdf_offset_t>(m_position - 1, 0); }
 
 private:
   /// Makes the block hold the byte at position; false at the end of the file. Throws
@@ -48,7 +49,7 @@ private:
   common::FileIdentity m_identity;
   qpdf_offset_t m_position = 0;
   qpdf_offset_t m_blockStart = 0;
-  std::vector<char> m_block;
+  std::vector<char> m_block = std::vector<char>(size_t{64} * 1024);
   size_t m_blockLength = 0;
   bool m_isCut = false;
 };

@@ -107,9 +107,9 @@ void CatalogBuilder::addLabels(Fragment& out) {
     return;
   }
   out.text("/PageLabels<</Nums[");
-  for (const pages::PageLabels::Section& section : sections) {
-    out.integer(section.page);
-    out.value(section.shifted());
+  for (const auto& [page, label] : sections) {
+    out.integer(page);
+    out.value(label);
   }
   out.text("]>>");
 }

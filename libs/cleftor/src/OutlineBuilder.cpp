@@ -10,12 +10,13 @@ using pages::Bookmark;
 
 class Writer {
 public:
-  /// numbers: that of the outline, then those of the bookmarks.
+  /// list and numbers: the outline, then the bookmarks.
   Writer(ObjectCopier& copier, LinkRules& links, const std::vector<Bookmark>& list,
          const std::vector<int>& numbers)
       : m_copier(copier), m_links(links), m_list(list), m_numbers(numbers) {}
 
-  void writeAll(const Bookmark& root) {
+  void writeAll() {
+    const Bookmark& root = m_list.front();
     Fragment out;
     out.text("<</Type/Outlines");
     relation(out, "/First", root.first);
@@ -23,21 +24,18 @@ public:
     out.text("/Count ");
     out.integer(root.visibleBelow);
     out.text(">>");
-    m_copier.write(numberOf(Bookmark::none), out);
-    for (size_t i = 0; i < m_list.size(); ++i) {
-      write(m_list[i], m_numbers[i + 1]);
+    m_copier.write(m_numbers.front(), out);
+    for (size_t i = 1; i < m_list.size(); ++i) {
+      write(m_list[i], m_numbers[i]);
     }
   }
 
 private:
-  /// Of a bookmark, or of the outline itself for none.
-  int numberOf(int position) const { return m_numbers[static_cast<size_t>(position + 1)]; }
-
-  void relation(Fragment& out, const char* key, int position) {
-    if (position != Bookmark::none) {
+  void relation(Fragment& out, const char* key, int place) {
+    if (place != Bookmark::none) {
       out.text(key);
       out.separate();
-      out.number(numberOf(position));
+      out.number(m_numbers[static_cast<size_t>(place)]);
     }
   }
 
@@ -50,15 +48,14 @@ private:
         out.entry(key, value);
       }
     }
-    out.text("/Parent ");
-    out.number(numberOf(bookmark.parent));
+    relation(out, "/Parent", bookmark.parent);
     relation(out, "/Prev", bookmark.previous);
     relation(out, "/Next", bookmark.next);
     relation(out, "/First", bookmark.first);
     relation(out, "/Last", bookmark.last);
-    if (bookmark.visibleBelow != 0) {
+    if (const int count = bookmark.count(); count != 0) {
       out.text("/Count ");
-      out.integer(bookmark.isOpen() ? bookmark.visibleBelow : -bookmark.visibleBelow);
+      out.integer(count);
     }
     if (QPDFObjectHandle target = source.getKey("/Dest"); !target.isNull()) {
       m_links.writeDestination(out, "/Dest", target);
@@ -83,13 +80,12 @@ int writeOutline(Source& source, ObjectCopier& copier, LinkRules& links, Documen
   if (positions.empty()) {
     return 0;
   }
-  Bookmark root;
-  const std::vector<Bookmark> list = pages::bookmarksAt(source.outline(), positions, root);
+  const std::vector<Bookmark> list = pages::bookmarksAt(source.outline(), positions);
   std::vector<int> numbers;
-  for (size_t i = 0; i <= list.size(); ++i) {
+  for (size_t i = 0; i < list.size(); ++i) {
     numbers.push_back(writer.reserve());
   }
-  Writer(copier, links, list, numbers).writeAll(root);
+  Writer(copier, links, list, numbers).writeAll();
   return numbers.front();
 }
 

@@ -1,5 +1,7 @@
 #include "ResourcePruner.h"
 
+#include "pages/Entries.h"
+
 #include <array>
 
 namespace cleftor {
@@ -12,18 +14,8 @@ constexpr std::array categories = {"/Font",       "/XObject",   "/Pattern",   "/
 /// A dictionary of a page's own is read through only when it holds more than pages commonly need.
 constexpr int commonCount = 16;
 
-/// The dictionary of a dictionary or stream, null for anything else.
-QPDFObjectHandle dictionaryOf(QPDFObjectHandle value) {
-  if (value.isStream()) {
-    return value.getDict();
-  }
-  return value.isDictionary() ? value : QPDFObjectHandle::newNull();
-}
-
-QPDFObjectHandle entryOf(QPDFObjectHandle value, const std::string& key) {
-  QPDFObjectHandle dictionary = dictionaryOf(value);
-  return dictionary.isDictionary() ? dictionary.getKey(key) : QPDFObjectHandle::newNull();
-}
+using pages::dictionaryOf;
+using pages::entryOf;
 
 /// Finds every name that content drawing with one resource dictionary can use: content that brings
 /// no resources of its own (old forms, glyphs of Type 3 fonts, patterns, masks) draws with those of

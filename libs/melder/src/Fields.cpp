@@ -1,6 +1,4 @@
-#include "Fields.h"
-
-#include "Entries.h"
+#include "Joining.h"
 
 #include <set>
 
@@ -14,12 +12,8 @@ constexpr size_t mostFonts = 256;
 using NewNames = std::map<std::string, std::string>;
 
 std::vector<QPDFObjectHandle> dictionariesIn(QPDFObjectHandle list) {
-  std::vector<QPDFObjectHandle> found;
-  for (int i = 0; list.isArray() && i < list.getArrayNItems(); ++i) {
-    if (list.getArrayItem(i).isDictionary()) {
-      found.push_back(list.getArrayItem(i));
-    }
-  }
+  std::vector<QPDFObjectHandle> found = pages::itemsOf(list);
+  std::erase_if(found, [](QPDFObjectHandle& item) { return !item.isDictionary(); });
   return found;
 }
 
@@ -79,11 +73,12 @@ void detach(std::vector<QPDFObjectHandle> fields, QPDFObjectHandle form, const N
 /// Takes the part's fonts for editing in; returns those that had to get another name.
 NewNames joinFonts(QPDFObjectHandle form, QPDFObjectHandle partResources, Transplant& transplant) {
   NewNames renamed;
-  if (!partResources.isDictionary() || !partResources.getKey("/Font").isDictionary()) {
+  QPDFObjectHandle partFonts = pages::entryOf(partResources, "/Font");
+  if (!partFonts.isDictionary()) {
     return renamed;
   }
   QPDFObjectHandle fonts = dictionaryBelow(dictionaryBelow(form, "/DR"), "/Font");
-  for (const auto& [key, font] : partResources.getKey("/Font").getDictAsMap()) {
+  for (const auto& [key, font] : partFonts.getDictAsMap()) {
     QPDFObjectHandle mine = transplant.value(font);
     const std::string text = mine.unparse();
     std::string name = key;
@@ -105,14 +100,14 @@ NewNames joinFonts(QPDFObjectHandle form, QPDFObjectHandle partResources, Transp
 
 } // namespace
 
-void joinFields(Document& receiver, Document& part, Transplant& transplant) {
-  QPDFObjectHandle partForm = part.catalog().getKey("/AcroForm");
-  const std::vector<QPDFObjectHandle> tops =
-      dictionariesIn(partForm.isDictionary() ? partForm.getKey("/Fields") : partForm);
+void joinFields(Joining& joining) {
+  Transplant& transplant = joining.transplant;
+  QPDFObjectHandle partForm = joining.part.catalog().getKey("/AcroForm");
+  const auto tops = dictionariesIn(pages::entryOf(partForm, "/Fields"));
   if (tops.empty()) {
     return;
   }
-  QPDFObjectHandle form = dictionaryBelow(receiver.catalog(), "/AcroForm");
+  QPDFObjectHandle form = dictionaryBelow(joining.receiver.catalog(), "/AcroForm");
   detach(tops, partForm, joinFonts(form, partForm.getKey("/DR"), transplant));
   QPDFObjectHandle fields = arrayBelow(form, "/Fields");
   std::set<std::string> names;

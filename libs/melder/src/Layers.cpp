@@ -1,6 +1,4 @@
-#include "Layers.h"
-
-#include "Entries.h"
+#include "Joining.h"
 
 #include <map>
 
@@ -8,29 +6,19 @@ namespace melder {
 
 namespace {
 
-std::vector<QPDFObjectHandle> itemsOf(QPDFObjectHandle array) {
-  return array.isArray() ? array.getArrayAsVector() : std::vector<QPDFObjectHandle>();
-}
+using pages::entryOf;
+using pages::itemsOf;
 
-/// The standard configuration of a document's layers, null where it has none.
-QPDFObjectHandle standardOf(QPDFObjectHandle properties) {
-  QPDFObjectHandle standard =
-      properties.isDictionary() ? properties.getKey("/D") : QPDFObjectHandle::newNull();
-  return standard.isDictionary() ? standard : QPDFObjectHandle::newNull();
-}
-
-bool showsByDefault(QPDFObjectHandle standard) {
-  return standard.isNull() || !standard.getKey("/BaseState").isNameAndEquals("/OFF");
+bool showsByDefault(const QPDFObjectHandle& standard) {
+  return !entryOf(standard, "/BaseState").isNameAndEquals("/OFF");
 }
 
 /// Which layers a configuration shows at first.
 class Shown {
 public:
-  explicit Shown(QPDFObjectHandle standard) : m_byDefault(showsByDefault(standard)) {
-    if (!standard.isNull()) {
-      for (const QPDFObjectHandle& other : itemsOf(standard.getKey(m_byDefault ? "/OFF" : "/ON"))) {
-        m_others.insert(other.getObjGen());
-      }
+  explicit Shown(const QPDFObjectHandle& standard) : m_byDefault(showsByDefault(standard)) {
+    for (const auto& other : itemsOf(entryOf(standard, m_byDefault ? "/OFF" : "/ON"))) {
+      m_others.insert(other.getObjGen());
     }
   }
   bool operator()(QPDFObjGen layer) const { return m_byDefault != m_others.contains(layer); }
@@ -40,14 +28,9 @@ private:
   pages::ObjGenSet m_others;
 };
 
-std::vector<QPDFObjectHandle> layersOf(QPDFObjectHandle properties) {
-  std::vector<QPDFObjectHandle> layers;
-  for (QPDFObjectHandle& layer : itemsOf(properties.isDictionary() ? properties.getKey("/OCGs")
-                                                                   : QPDFObjectHandle::newNull())) {
-    if (layer.isIndirect() && layer.isDictionary()) {
-      layers.push_back(layer);
-    }
-  }
+std::vector<QPDFObjectHandle> layersOf(const QPDFObjectHandle& properties) {
+  std::vector<QPDFObjectHandle> layers = itemsOf(entryOf(properties, "/OCGs"));
+  std::erase_if(layers, [](auto& one) { return !one.isIndirect() || !one.isDictionary(); });
   return layers;
 }
 
@@ -58,35 +41,35 @@ void addToLists(QPDFObjectHandle standard, QPDFObjectHandle partStandard,
   for (const QPDFObjectHandle& layer : added) {
     fresh.insert(layer.getObjGen());
   }
-  const bool isListed = !partStandard.isNull() && partStandard.getKey("/Order").isArray();
-  for (QPDFObjectHandle item : isListed ? itemsOf(partStandard.getKey("/Order")) : added) {
+  QPDFObjectHandle order = entryOf(partStandard, "/Order");
+  for (QPDFObjectHandle item : order.isArray() ? itemsOf(order) : added) {
     if (item.isArray() || fresh.contains(item.getObjGen())) {
       arrayBelow(standard, "/Order").appendItem(transplant.value(item));
     }
   }
-  if (!partStandard.isNull()) {
-    for (const QPDFObjectHandle& rule : itemsOf(partStandard.getKey("/AS"))) {
-      arrayBelow(standard, "/AS").appendItem(transplant.value(rule));
-    }
+  for (const QPDFObjectHandle& rule : itemsOf(entryOf(partStandard, "/AS"))) {
+    arrayBelow(standard, "/AS").appendItem(transplant.value(rule));
   }
 }
 
 } // namespace
 
-void joinLayers(Document& receiver, Document& part, Transplant& transplant) {
-  QPDFObjectHandle partProperties = part.catalog().getKey("/OCProperties");
+void joinLayers(Joining& joining) {
+  Transplant& transplant = joining.transplant;
+  QPDFObjectHandle partProperties = joining.part.catalog().getKey("/OCProperties");
   const std::vector<QPDFObjectHandle> layers = layersOf(partProperties);
   if (layers.empty()) {
     return;
   }
-  QPDFObjectHandle properties = dictionaryBelow(receiver.catalog(), "/OCProperties");
+  QPDFObjectHandle properties = dictionaryBelow(joining.receiver.catalog(), "/OCProperties");
   QPDFObjectHandle standard = dictionaryBelow(properties, "/D");
   std::map<std::pair<bool, std::string>, QPDFObjectHandle> known;
   const Shown shown(standard);
   for (QPDFObjectHandle& layer : layersOf(properties)) {
     known.emplace(std::pair(shown(layer.getObjGen()), layer.unparseResolved()), layer);
   }
-  const Shown shownInPart(standardOf(partProperties));
+  const QPDFObjectHandle partStandard = entryOf(partProperties, "/D");
+  const Shown shownInPart(partStandard);
   std::vector<QPDFObjectHandle> added;
   for (QPDFObjectHandle layer : layers) {
     const bool isShown = shownInPart(layer.getObjGen());
@@ -94,7 +77,7 @@ void joinLayers(Document& receiver, Document& part, Transplant& transplant) {
     const auto [equal, isNew] =
         known.try_emplace({isShown, copy.unparseResolved()}, QPDFObjectHandle::newNull());
     if (isNew) {
-      equal->second = receiver.pdf().makeIndirectObject(copy);
+      equal->second = joining.receiver.pdf().makeIndirectObject(copy);
       arrayBelow(properties, "/OCGs").appendItem(equal->second);
       if (isShown != showsByDefault(standard)) {
         arrayBelow(standard, isShown ? "/ON" : "/OFF").appendItem(equal->second);
@@ -104,7 +87,7 @@ void joinLayers(Document& receiver, Document& part, Transplant& transplant) {
     transplant.place(layer.getObjGen(), equal->second);
   }
   if (!added.empty()) {
-    addToLists(standard, standardOf(partProperties), added, transplant);
+    addToLists(standard, partStandard, added, transplant);
   }
 }
 
