@@ -33,7 +33,7 @@ void BatchCommands::addFiles(const QStringList& paths) {
   std::vector<BatchEntry> entries;
   entries.reserve(static_cast<std::size_t>(paths.size()));
   for (const QString& path : paths) {
-    entries.push_back(newEntry(UseMode::Yes, path));
+    entries.push_back(newEntry(path));
   }
   m_rows.append(std::move(entries));
   if (!paths.isEmpty()) {
@@ -50,7 +50,7 @@ void BatchCommands::addDropped(const QStringList& paths,
       m_rows.append(std::exchange(files, {}));
       scan(path);
     } else if (info.exists()) {
-      files.push_back(newEntry(UseMode::Yes, path));
+      files.push_back(newEntry(path));
     }
   }
   m_rows.append(std::move(files));

@@ -5,10 +5,6 @@
 
 namespace folivex {
 
-/// How a row is used, as list files tell it. What is shown and what a run goes by is the use flag,
-/// a text.
-enum class UseMode { No, Yes, NoStamp };
-
 struct BatchEntry {
   QString useFlag; ///< "Yes", "No", or "Yes, No Stamp", which only a save knows
   QString path;    ///< whole path of the PDF file; nobody has looked whether it is there
@@ -26,9 +22,9 @@ inline constexpr QLatin1String statusProcessing("Processing");
 inline constexpr QLatin1String statusDone("Done");
 inline constexpr QLatin1String statusFileError("file error");
 
-/// A row as every way of adding makes it. Only UseMode::Yes is going to be processed.
-inline BatchEntry newEntry(UseMode mode, const QString& path) {
-  return {mode == UseMode::Yes ? useYes : useNo, path, statusReady};
+/// A row as every way of adding makes it.
+inline BatchEntry newEntry(const QString& path, const QString& useFlag = useYes) {
+  return {useFlag, path, statusReady};
 }
 
 } // namespace folivex

@@ -90,7 +90,7 @@ void FolderScan::take(const Entry& entry, const QString& name, const QString& pa
       enterBelow(entry, path);
     }
   } else if (name.contains(QLatin1String(".pdf"))) {
-    m_found.push_back(newEntry(UseMode::Yes, path));
+    m_found.push_back(newEntry(path));
     ++m_result.added;
     if (m_found.size() >= blockSize) {
       addFound();

@@ -43,13 +43,10 @@ std::optional<BatchEntry> entryOfLine(QStringView wholeLine) {
   }
   const qsizetype end = line.indexOf(bar);
   const QStringView name = end < 0 ? line : line.first(end);
-  if (name.startsWith(prefixNotUsed)) {
-    return newEntry(UseMode::No, name.mid(1).toString());
-  }
-  if (name.startsWith(prefixNoStamp)) {
-    return newEntry(UseMode::NoStamp, name.mid(1).toString());
-  }
-  return newEntry(UseMode::Yes, name.toString());
+  // What is used without a stamp is no row of a run either.
+  return name.startsWith(prefixNotUsed) || name.startsWith(prefixNoStamp)
+             ? newEntry(name.mid(1).toString(), useNo)
+             : newEntry(name.toString());
 }
 
 /// The part of a line that is read; half a character is none.

@@ -7,6 +7,7 @@
 #include "platform/Paths.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <chrono>
@@ -132,18 +133,14 @@ SendSummary EmailSendRun::run(const EmailEntries& entries) {
 }
 
 bool EmailSendRun::leftOutForLog(const EmailEntry& entry, EntryResult& result) const {
-  switch (toldOf(entry, m_before)) {
-  case SentBefore::Told::Sent:
+  const SentBefore::Told told = toldOf(entry, m_before);
+  if (told == SentBefore::Told::Sent) {
     result.state = EntryState::SentBefore;
-    return true;
-  case SentBefore::Told::MayHaveArrived:
+  } else if (told == SentBefore::Told::MayHaveArrived) {
     result.state = EntryState::Unknown;
     result.errorText = QStringLiteral("it may have arrived in the run before");
-    return true;
-  case SentBefore::Told::Nothing:
-    break;
   }
-  return false;
+  return told != SentBefore::Told::Nothing;
 }
 
 bool EmailSendRun::isServerGivenUp() const {
@@ -173,11 +170,7 @@ void EmailSendRun::handleEntry(const EmailEntry& entry, EntryResult& result) {
   result.recipient = recipientOf(entry);
   m_progress.recipient = result.recipient;
   m_parts.watcher.onProgress(m_progress);
-  sendEntry(entry, result);
-  m_parts.watcher.onProgress(m_progress);
-}
-
-void EmailSendRun::sendEntry(const EmailEntry& entry, EntryResult& result) {
+  const auto shown = qScopeGuard([this] { m_parts.watcher.onProgress(m_progress); });
   const MailResult sent = deliver(entry, result);
   result.state = stateOf(sent.outcome);
   result.errorText = sent.errorText;

@@ -103,7 +103,6 @@ private:
   bool isServerGivenUp() const;
   bool pause();
   void handleEntry(const EmailEntry& entry, EntryResult& result);
-  void sendEntry(const EmailEntry& entry, EntryResult& result);
   MailMessage messageFor(const EmailEntry& entry) const;
   QString recipientOf(const EmailEntry& entry) const;
   SentBefore::Told toldOf(const EmailEntry& entry, const SentBefore& before) const;
