@@ -1,11 +1,9 @@
 // Which file an output goes to when its name is taken.
 #include "engine/naming/OutputReservation.h"
+#include "tests/support/Programs.h"
 
-#include <QDir>
-#include <QFile>
+#include <QSet>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace folivex::test {
 using namespace Qt::StringLiterals;
@@ -31,13 +29,19 @@ public:
   int asked = 0;
 };
 
+/// Writes down what it is told, as "first-last path".
 class RecordingList : public OutputList {
 public:
-  void output(const ReservedOutput& reserved) override { outputs.push_back(reserved); }
-  void replaced(const ReservedOutput& lost) override { replacedOutputs.push_back(lost); }
+  void output(const ReservedOutput& reserved) override { outputs += text(reserved); }
+  void replaced(const ReservedOutput& lost) override { replacedOutputs += text(lost); }
 
-  std::vector<ReservedOutput> outputs;
-  std::vector<ReservedOutput> replacedOutputs;
+  QStringList outputs;
+  QStringList replacedOutputs;
+
+private:
+  static QString text(const ReservedOutput& output) {
+    return QStringLiteral("%1-%2 %3").arg(output.firstPage).arg(output.lastPage).arg(output.path);
+  }
 };
 
 class Reservation : public testing::Test {
@@ -60,8 +64,8 @@ TEST_F(Reservation, numbersWhatIsOnDiskOrOnItsWay) {
   EXPECT_EQ(reservation.reserve(u"/out/b.pdf"_s, 6, 6), u"/out/b_part002.pdf"_s);
   // A document that is really called like that.
   EXPECT_EQ(reservation.reserve(u"/out/b_part002.pdf"_s, 7, 7), u"/out/b_part002_part002.pdf"_s);
-  EXPECT_EQ(list.outputs.size(), 5U) << "outputs waited";
-  EXPECT_EQ(list.outputs.front(), (ReservedOutput{u"/out/a_part002.pdf"_s, 1, 2}));
+  EXPECT_EQ(list.outputs.size(), 5) << "outputs waited";
+  EXPECT_EQ(list.outputs.front(), u"1-2 /out/a_part002.pdf"_s);
 }
 
 TEST_F(Reservation, looksAtEveryNumberOnce) {
@@ -99,8 +103,7 @@ TEST_F(Reservation, knowsFileSystemsThatFoldCase) {
   overwriting.reserve(u"/out/X.pdf"_s, 1, 1);
   overwriting.reserve(u"/out/x.pdf"_s, 2, 2);
   overwriting.flush();
-  EXPECT_EQ(list.outputs[0].path, QString());
-  EXPECT_EQ(list.outputs[1].path, u"/out/x.pdf"_s);
+  EXPECT_EQ(list.outputs.join(u'|'), u"-1-1 |2-2 /out/x.pdf"_s);
 }
 
 TEST_F(Reservation, overwritingKeepsTheLastOfEachName) {
@@ -111,14 +114,11 @@ TEST_F(Reservation, overwritingKeepsTheLastOfEachName) {
   reservation.reserve(u"/out/b.pdf"_s, 3, 3);
   reservation.reserve(plain, 4, 6);
   EXPECT_TRUE(list.outputs.empty());
-
   reservation.flush();
-  EXPECT_EQ(list.outputs, (std::vector<ReservedOutput>{
-                              {QString(), -1, 2}, {u"/out/b.pdf"_s, 3, 3}, {plain, 4, 6}}));
-  EXPECT_EQ(list.replacedOutputs, (std::vector<ReservedOutput>{{plain, 1, 2}}));
-
+  EXPECT_EQ(list.outputs.join(u'|'), u"-1-2 |3-3 /out/b.pdf|4-6 /out/a.pdf"_s);
+  EXPECT_EQ(list.replacedOutputs, QStringList(u"1-2 /out/a.pdf"_s));
   reservation.flush();
-  EXPECT_EQ(list.outputs.size(), 3U) << "outputs were handed on twice";
+  EXPECT_EQ(list.outputs.size(), 3) << "outputs were handed on twice";
 }
 
 TEST_F(Reservation, overwritingAndAppendingWaitsButReplacesNothing) {
@@ -128,7 +128,7 @@ TEST_F(Reservation, overwritingAndAppendingWaitsButReplacesNothing) {
   reservation.reserve(plain, 3, 4);
   EXPECT_TRUE(list.outputs.empty());
   reservation.flush();
-  EXPECT_EQ(list.outputs, (std::vector<ReservedOutput>{{plain, 1, 2}, {plain, 3, 4}}));
+  EXPECT_EQ(list.outputs.join(u'|'), u"1-2 /out/a.pdf|3-4 /out/a.pdf"_s);
   EXPECT_TRUE(places.removed.isEmpty());
 }
 
@@ -137,7 +137,7 @@ TEST_F(Reservation, appendingTakesThePathAsItIsAtOnce) {
   OutputReservation reservation = when(false, true);
   EXPECT_EQ(reservation.reserve(plain, 1, 2), plain);
   EXPECT_EQ(reservation.reserve(plain, 3, 4), plain);
-  EXPECT_EQ(list.outputs.size(), 2U);
+  EXPECT_EQ(list.outputs.size(), 2);
 }
 
 TEST_F(Reservation, handsOnWhenFiftyThousandWait) {
@@ -148,14 +148,14 @@ TEST_F(Reservation, handsOnWhenFiftyThousandWait) {
   }
   EXPECT_TRUE(list.outputs.empty());
   reservation.reserve(u"/out/end.pdf"_s, limit, limit);
-  ASSERT_EQ(list.outputs.size(), std::size_t{limit});
-  EXPECT_EQ(list.replacedOutputs.size(), std::size_t{limit - 101});
+  ASSERT_EQ(list.outputs.size(), limit);
+  EXPECT_EQ(list.replacedOutputs.size(), limit - 101);
   // The last hundred, each the last of its name.
-  EXPECT_EQ(list.outputs[limit - 102].path, QString());
-  EXPECT_EQ(list.outputs[limit - 101], (ReservedOutput{u"/out/0.pdf"_s, 49'900, 49'900}));
+  EXPECT_EQ(list.outputs[limit - 102], u"-1-49899 "_s);
+  EXPECT_EQ(list.outputs[limit - 101], u"49900-49900 /out/0.pdf"_s);
 
   reservation.reserve(u"/out/end.pdf"_s, 1, 1);
-  EXPECT_EQ(list.outputs.size(), std::size_t{limit}) << "the count did not start again";
+  EXPECT_EQ(list.outputs.size(), limit) << "the count did not start again";
 }
 
 TEST_F(Reservation, neverTouchesTheSource) {
@@ -172,10 +172,8 @@ TEST_F(Reservation, neverTouchesTheSource) {
 TEST(DiskPlaces, seeAndRemoveWhatIsThere) {
   const QTemporaryDir folder;
   const auto path = [&](const QString& name) { return folder.filePath(name); };
-  for (const QString& name : {u"source.pdf"_s, u"old.pdf"_s}) {
-    QFile file(path(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  }
+  writeFile(path(u"source.pdf"_s), "x");
+  writeFile(path(u"old.pdf"_s), "x");
   ASSERT_TRUE(QFile::link(path(u"source.pdf"_s), path(u"link.pdf"_s)));
   ASSERT_TRUE(QFile::link(path(u"gone.pdf"_s), path(u"dangling.pdf"_s)));
   ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.pdf"_s));

@@ -1,9 +1,8 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Replays whole runs of the program and compares what comes out with what is written down.
 
-    replay.py list                     names of all cases
-    replay.py check BIN CASE...        runs cases with the program in the folder BIN
-    replay.py remake BIN [CASE...]     writes the expectations anew, all when none is named
+    replay.py check BIN [CASE...]      runs cases with the program in the folder BIN, all when none is named
+    replay.py remake BIN [CASE...]     writes the expectations anew
 
 A case is a folder below cases/:
 
@@ -19,8 +18,8 @@ The folder matrix/ holds one source for every split method with every file-name 
 setup.txt hold what a split method needs.
 
 Every check is made against the expectation and against the model of the rules (model.py), so that an
-expectation is never right only because the program once did so. Remaking refuses a run that failed or with
-which the model does not agree.
+expectation is never right only because the program once did so. Remaking refuses what the model
+does not agree with.
 """
 
 import os
@@ -29,6 +28,8 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+import fitz
 
 import model
 import source as sources
@@ -63,11 +64,11 @@ def settings_for(changes, work):
 
 
 def words_of(pdf):
-    """The text of each page, by a reader that is not ours."""
-    run = subprocess.run(["pdftotext", "-q", "-enc", "UTF-8", str(pdf), "-"], capture_output=True, timeout=HANG)
-    if run.returncode != 0:
-        raise SystemExit(f"{pdf}: no sound PDF: {run.stderr.decode()}")
-    return [" ".join(page.split()) for page in run.stdout.decode("utf-8").split("\f")[:-1]]
+    """The text of each page, by a reader that is not ours; it must not have to mend anything."""
+    with fitz.open(pdf) as document:
+        if document.is_repaired:
+            raise SystemExit(f"{pdf}: no sound PDF")
+        return [" ".join(page.get_text(sort=True).split()) for page in document]
 
 
 class Case:
@@ -105,7 +106,8 @@ class Case:
         files = {str(pdf.relative_to(self.work / "out")): words_of(pdf) for pdf in (self.work / "out").rglob("*")
                  if pdf.is_file()}
         told = run.stderr.decode("utf-8").strip().splitlines()
-        self.errors = run.stderr.decode("utf-8")
+        if run.returncode != 0:
+            print(told, file=sys.stderr)
         reports = [self.masked(Path(f"{self.path}_report.{kind}").read_bytes()) for kind in ("txt", "csv")]
         return Result(run.returncode, self.account_of(told), files, reports)
 
@@ -143,137 +145,73 @@ class Result:
             lines.append(f"{name}: " + " ".join((text.split() or ["-"])[0] for text in self.files[name]))
         return "\n".join(lines) + "\n"
 
-    def is_good(self):
-        return self.code == 0 and "FAILED" not in self.account
-
-
-def in_folder(action):
-    with tempfile.TemporaryDirectory(prefix=FOLDER_PREFIX) as work:
-        return action(Path(work))
-
 
 def both(folder, changes, folder_of_program):
-    """What the program and what the model make of a case; tells when a run has to say something."""
-    def run(work):
-        case = Case(folder, changes, work)
-        made = case.by_program(folder_of_program)
-        if not made.is_good():
-            print(case.errors, file=sys.stderr)
-        return made, case.by_model()
-    return in_folder(run)
+    """What the program and what the model make of a case."""
+    with tempfile.TemporaryDirectory(prefix=FOLDER_PREFIX) as work:
+        case = Case(folder, changes, Path(work))
+        return case.by_program(folder_of_program), case.by_model()
+
+
+# ---- what a case comes to: (what, where it is written down or nothing, by the program, by the model) ----
+
+
+def case_outcomes(name, folder_of_program):
+    folder = HERE / "cases" / name
+    made, modelled = (
+        {"expected.txt": result.listing().encode(), "report.txt": result.reports[0], "report.csv": result.reports[1]}
+        for result in both(folder, read_setup(folder / "setup.txt")[""], folder_of_program))
+    return [(f"{name}: {file}", folder / file, made[file], modelled[file]) for file in made]
+
+
+def matrix_outcomes(number, folder_of_program):
+    """One split method with every file-name method."""
+    folder = HERE / "matrix"
+    sections, method = read_setup(folder / "setup.txt"), SPLIT_METHODS[number]
+    texts, outcomes = ([], []), []
+    for naming in model.NAMES:
+        changes = {**sections[""], **sections.get(method, {}), "PAGEEXTRACT": method, "EXTRACT": naming}
+        results = both(folder, changes, folder_of_program)
+        for text, result in zip(texts, results):
+            text.append(f"== {method} / {naming}\n{result.short_listing()}")
+        outcomes += [(f"report of {method} / {naming}", None, *pair) for pair in zip(*(r.reports for r in results))]
+    made, modelled = ("\n".join(text).encode() for text in texts)
+    return outcomes + [(f"matrix {number}", folder / f"expected-{number}.txt", made, modelled)]
 
 
 def differs(what, expected, found):
-    if expected == found:
-        return False
-    print(f"{what} differs\n--- expected\n{expected}\n--- found\n{found}")
-    return True
+    if expected != found:
+        print(f"{what} differs\n--- expected\n{expected.decode()}\n--- found\n{found.decode()}")
+    return expected != found
 
 
-# ---- single cases -------------------------------------------------------------------------------
-
-
-def files_of(result):
-    return {"expected.txt": result.listing().encode("utf-8"), "report.txt": result.reports[0],
-            "report.csv": result.reports[1]}
-
-
-def check_case(name, folder_of_program):
-    folder = HERE / "cases" / name
-    made, modelled = both(folder, read_setup(folder / "setup.txt")[""], folder_of_program)
+def replay(name, folder_of_program, remake):
+    number = name.removeprefix("matrix.")
+    outcomes = matrix_outcomes(int(number), folder_of_program) if number != name else case_outcomes(name, folder_of_program)
     wrong = False
-    for file, content in files_of(made).items():
-        written = (folder / file).read_bytes()
-        wrong |= differs(f"{name}: {file}", written.decode("utf-8"), content.decode("utf-8"))
-        wrong |= differs(f"{name}: {file} by the model", written.decode("utf-8"), files_of(modelled)[file].decode("utf-8"))
+    for what, path, made, modelled in outcomes:
+        expected = path.read_bytes() if path and not remake else modelled
+        wrong |= differs(what, expected, made) | differs(f"{what} by the model", expected, modelled)
+    if remake and not wrong:
+        for _, path, made, _ in outcomes:
+            if path:
+                path.write_bytes(made)
     return not wrong
 
-
-def remake_case(name, folder_of_program):
-    folder = HERE / "cases" / name
-    made, modelled = both(folder, read_setup(folder / "setup.txt")[""], folder_of_program)
-    if not made.is_good():
-        print(f"{name}: the run failed, nothing is written")
-        return False
-    agreed = True
-    for file, content in files_of(made).items():
-        agreed &= not differs(f"{name}: {file}, model against program", files_of(modelled)[file].decode("utf-8"),
-                              content.decode("utf-8"))
-    if agreed:
-        for file, content in files_of(made).items():
-            (folder / file).write_bytes(content)
-    return agreed
-
-
-# ---- the matrix -----------------------------------------------------------------------------------
 
 SPLIT_METHODS = model.METHODS + model.BOOKMARKS
 
 
-def matrix_file(number):
-    return HERE / "matrix" / f"expected-{number}.txt"
-
-
-def matrix_sections(number, folder_of_program):
-    """For each file-name method its heading, what the program and what the model make of it."""
-    folder = HERE / "matrix"
-    sections = read_setup(folder / "setup.txt")
-    method = SPLIT_METHODS[number]
-    for naming in model.NAMES:
-        changes = {**sections[""], **sections.get(method, {}), "PAGEEXTRACT": method, "EXTRACT": naming}
-        yield f"{method} / {naming}", *both(folder, changes, folder_of_program)
-
-
-def matrix_text(parts):
-    return "\n".join(f"== {heading}\n{listing}" for heading, listing in parts)
-
-
-def check_matrix(number, folder_of_program):
-    parts = list(matrix_sections(number, folder_of_program))
-    written = matrix_file(number).read_text(encoding="utf-8")
-    wrong = differs(f"matrix {number}", written, matrix_text((h, made.short_listing()) for h, made, _ in parts))
-    wrong |= differs(f"matrix {number} by the model", written,
-                     matrix_text((h, modelled.short_listing()) for h, _, modelled in parts))
-    for heading, made, modelled in parts:
-        for kind in (0, 1):
-            wrong |= differs(f"report of {heading}, model against program", modelled.reports[kind], made.reports[kind])
-    return not wrong
-
-
-def remake_matrix(number, folder_of_program):
-    parts = list(matrix_sections(number, folder_of_program))
-    for heading, made, modelled in parts:
-        if not made.is_good() or differs(heading, modelled.short_listing(), made.short_listing()):
-            print(f"matrix {number}: nothing is written")
-            return False
-    matrix_file(number).write_text(matrix_text((h, made.short_listing()) for h, made, _ in parts), encoding="utf-8")
-    return True
-
-
-def all_cases():
-    return sorted(path.parent.name for path in (HERE / "cases").glob("*/setup.txt")) + \
-        [f"matrix.{number}" for number in range(len(SPLIT_METHODS))]
-
-
 def main():
-    command, arguments = (sys.argv + [""])[1], sys.argv[2:]
-    if command == "list":
-        print("\n".join(all_cases()))
-        return 0
-    if command not in ("check", "remake") or not arguments or (command == "check" and len(arguments) < 2):
-        print(__doc__)
-        return 2
-    folder_of_program, names = arguments[0], arguments[1:] or all_cases()
-    single, matrix = (check_case, check_matrix) if command == "check" else (remake_case, remake_matrix)
-    failed = []
-    for name in names:
-        number = name.removeprefix("matrix.")
-        good = matrix(int(number), folder_of_program) if number != name else single(name, folder_of_program)
-        failed += [] if good else [name]
+    every = sorted(path.parent.name for path in (HERE / "cases").glob("*/setup.txt")) + \
+        [f"matrix.{number}" for number in range(len(SPLIT_METHODS))]
+    command, folder_of_program, *names = sys.argv[1:] + [""] * (3 - len(sys.argv))
+    if command not in ("check", "remake") or not folder_of_program:
+        sys.exit(__doc__)
+    failed = [name for name in names or every if not replay(name, Path(folder_of_program).resolve(), command == "remake")]
     if failed:
-        print("FAILED: " + " ".join(failed))
-    return 1 if failed else 0
+        sys.exit("FAILED: " + " ".join(failed))
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()
