@@ -2,11 +2,7 @@
 #include "platform/Paths.h"
 #include "tests/support/Programs.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
@@ -33,47 +29,35 @@ private:
 } // namespace
 
 TEST(Paths, TakenApart) {
-  struct Row {
-    const char* path;
-    const char* folder;
-    const char* title;
-  };
-  const Row rows[] = {{"/in/a.pdf", "/in", "a.pdf"},
-                      {"c:\\in\\a.pdf", "c:\\in", "a.pdf"},
-                      {"c:\\in/a.pdf", "c:\\in", "a.pdf"},
-                      {"/a.pdf", "/", "a.pdf"},
-                      {"c:\\a.pdf", "c:\\", "a.pdf"},
-                      {"a.pdf", "", "a.pdf"},
-                      {"/in/", "/in", ""},
-                      {"", "", ""}};
-  for (const Row& row : rows) {
-    const QString path = QString::fromLatin1(row.path);
-    EXPECT_EQ(folderOf(path).toStdString(), row.folder) << row.path;
-    EXPECT_EQ(fileTitle(path).toStdString(), row.title) << row.path;
+  const char* const rows[][3] = {{"/in/a.pdf", "/in", "a.pdf"},
+                                 {"c:\\in\\a.pdf", "c:\\in", "a.pdf"},
+                                 {"c:\\in/a.pdf", "c:\\in", "a.pdf"},
+                                 {"/a.pdf", "/", "a.pdf"},
+                                 {"c:\\a.pdf", "c:\\", "a.pdf"},
+                                 {"a.pdf", "", "a.pdf"},
+                                 {"/in/", "/in", ""}};
+  for (const auto& [path, folder, title] : rows) {
+    EXPECT_EQ(folderOf(path), folder) << path;
+    EXPECT_EQ(fileTitle(path), title) << path;
   }
-  EXPECT_EQ(joinPath(QStringLiteral("/"), QStringLiteral("a")).toStdString(), "/a");
-  EXPECT_EQ(joinPath(QString(), QStringLiteral("a")).toStdString(), "a");
+  EXPECT_EQ(joinPath("/", "a"), "/a");
+  EXPECT_EQ(joinPath("", "a"), "a");
 }
 
 TEST(Paths, TextOfAPageChoosesNoFolder) {
-  struct Row {
-    const char* text;
-    const char* component;
-  };
-  const Row rows[] = {{"..", "_"},
-                      {".", "_"},
-                      {"", "_"},
-                      {"../../etc/passwd", ".._.._etc_passwd"},
-                      {"..\\x", ".._x"},
-                      {"ACME. . ", "ACME"},
-                      {"a\nb", "a_b"},
-                      {"CON", "_CON"},
-                      {"nul.pdf", "_nul.pdf"},
-                      {"com1 .txt", "_com1 .txt"},
-                      {"console", "console"},
-                      {"Müller GmbH", "Müller GmbH"}};
-  for (const Row& row : rows) {
-    EXPECT_EQ(safePathComponent(QString::fromUtf8(row.text)).toStdString(), row.component);
+  const char* const rows[][2] = {{"..", "_"},
+                                 {"", "_"},
+                                 {"../../etc/passwd", ".._.._etc_passwd"},
+                                 {"..\\x", ".._x"},
+                                 {"ACME. . ", "ACME"},
+                                 {"a\nb", "a_b"},
+                                 {"CON", "_CON"},
+                                 {"nul.pdf", "_nul.pdf"},
+                                 {"com1 .txt", "_com1 .txt"},
+                                 {"console", "console"},
+                                 {"Müller GmbH", "Müller GmbH"}};
+  for (const auto& [text, component] : rows) {
+    EXPECT_EQ(safePathComponent(text), QString(component));
   }
 }
 
@@ -83,24 +67,16 @@ TEST(Paths, TemporaryFolder) {
   const Variable homeVariable("HOME", QFile::encodeName(home.path()));
   const QString deep = home.path() + QStringLiteral("/") + QString(250, QLatin1Char('d'));
   ASSERT_TRUE(QDir().mkpath(deep));
-  struct Row {
-    const char* fault;
-    QByteArray tmpdir;
-    QString folder;
+  const auto isTaken = [](const QByteArray& tmpdir, const QString& folder) {
+    const Variable variable("TMPDIR", tmpdir);
+    return temporaryFolder() == folder && isInTemporaryFolder(folder + "x.lst") &&
+           !isInTemporaryFolder(folder + "sub/x.lst");
   };
-  const Row rows[] = {{"not taken from the environment", QFile::encodeName(home.path()),
-                       home.path() + QLatin1Char('/')},
-                      {"no folder of one's own", QByteArray(), own},
-                      {"a folder that is not there", "/no/such/folder", own},
-                      {"a folder that moves with the process", ".", own},
-                      {"a name longer than its users hold", QFile::encodeName(deep), own}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
-    const Variable tmpdir("TMPDIR", row.tmpdir);
-    EXPECT_EQ(temporaryFolder().toStdString(), row.folder.toStdString());
-    EXPECT_TRUE(isInTemporaryFolder(row.folder + QStringLiteral("x.lst")));
-    EXPECT_FALSE(isInTemporaryFolder(row.folder + QStringLiteral("sub/x.lst")));
-  }
+  EXPECT_TRUE(isTaken(QFile::encodeName(home.path()), home.path() + QLatin1Char('/')));
+  EXPECT_TRUE(isTaken(QByteArray(), own));
+  EXPECT_TRUE(isTaken("/no/such/folder", own));
+  EXPECT_TRUE(isTaken(".", own)) << "a folder that moves with the process";
+  EXPECT_TRUE(isTaken(QFile::encodeName(deep), own)) << "longer than its users hold";
 }
 
 TEST(Paths, PrivateFolderIsOnesOwn) {

@@ -3,28 +3,17 @@
 #include "tests/support/Programs.h"
 #include "tests/support/SmallDisk.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace folivex::platform;
-using folivex::test::contentOf;
-using folivex::test::modeOf;
-using folivex::test::SmallDisk;
-using folivex::test::writeFile;
+using namespace folivex::test;
 
 namespace {
 
 const QByteArray mark("\xEF\xBB\xBF");
-
-QStringList filesIn(const QString& folder) {
-  return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
-}
 
 class TextWriterTest : public testing::Test {
 protected:
@@ -86,7 +75,7 @@ TEST_F(TextWriterTest, NullDeviceTakesEverythingAndMakesNoFile) {
     EXPECT_TRUE(writer.truncateTo(writer.position()));
     EXPECT_TRUE(writer.close());
   }
-  EXPECT_EQ(filesIn(m_folder.path()), QStringList());
+  EXPECT_EQ(filesBelow(m_folder.path()), QStringList());
   QDir::setCurrent(folder);
 }
 
@@ -123,14 +112,14 @@ TEST_F(TextWriterTest, ReplacementLeavesTheOldFileUntilItIsWhole) {
     EXPECT_FALSE(failed.close());
   }
   EXPECT_EQ(contentOf(at("f")), "old");
-  EXPECT_EQ(filesIn(m_folder.path()), QStringList({"f"})) << "parts left behind";
+  EXPECT_EQ(filesBelow(m_folder.path()), QStringList({"f"})) << "parts left behind";
 
   TextWriter writer;
   ASSERT_TRUE(writer.openReplacement(at("f ")));
   writer.write(QStringLiteral("new"));
   ASSERT_TRUE(writer.close());
   EXPECT_EQ(contentOf(at("f")), mark + "new");
-  EXPECT_EQ(filesIn(m_folder.path()), QStringList({"f"}));
+  EXPECT_EQ(filesBelow(m_folder.path()), QStringList({"f"}));
 }
 
 TEST_F(TextWriterTest, ReplacementKeepsLinkAndPermissions) {
