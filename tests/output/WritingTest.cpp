@@ -253,7 +253,6 @@ TEST_F(Writing, UnwritablePlaceLeavesNoPartOfAFile) {
   writeFile(at("no folder"), "in the way");
   setup().alwaysOverwrite = true;
   for (const QString place : {"out", "no folder"}) {
-    SCOPED_TRACE(place.toStdString());
     setup().outputDir = at(place);
     EXPECT_EQ(run(), RunError::OutputFailed);
     EXPECT_TRUE(account().contains(QRegularExpression("0 in 0 file.*FAILED")));
