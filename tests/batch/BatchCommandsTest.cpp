@@ -16,21 +16,6 @@ protected:
 
 } // namespace
 
-TEST_F(Commands, ListPathFollowsLoadSaveAndClose) {
-  EXPECT_EQ(m_commands.listPath(), at("tmp/default.lst"));
-  write("a.lst", "x.pdf||\n");
-  const CommandWords loaded = m_commands.append(at("a.lst"));
-  EXPECT_EQ(loaded.message + loaded.notice, QString());
-  EXPECT_EQ(m_commands.listPath(), at("a.lst"));
-  m_rows.append({entry("No", "y.pdf")});
-  EXPECT_EQ(m_commands.save().message, "List saved to file: " + at("a.lst"));
-  EXPECT_EQ(read("a.lst"), "x.pdf||\n~y.pdf||\n");
-  EXPECT_EQ(m_commands.saveAs(at("b.lst")).message, "List saved to file: " + at("b.lst"));
-  EXPECT_EQ(m_commands.putAway().message, QString());
-  EXPECT_EQ(m_commands.listPath(), at("tmp/default.lst"));
-  EXPECT_EQ(read("tmp/default.lst"), read("b.lst"));
-}
-
 TEST_F(Commands, FailuresAreToldAndLeaveTheRows) {
   m_rows.append({entry("Yes", "a.pdf")});
   const CommandWords unread = m_commands.append(at("none.lst"));
@@ -40,20 +25,17 @@ TEST_F(Commands, FailuresAreToldAndLeaveTheRows) {
   const CommandWords unsaved = m_commands.saveAs(at("none/x.lst"));
   EXPECT_EQ(unsaved.message, "Can't save to :" + at("none/x.lst"));
   EXPECT_EQ(texts(m_rows.all()), QStringList{"Yes a.pdf"});
-  // Silent for this name in any folder, but not about a failure.
-  QDir(m_folder.path()).mkdir("my");
-  EXPECT_EQ(m_commands.saveAs(at("my/default.lst")).message, QString());
-  EXPECT_EQ(m_commands.saveAs(at("no/default.lst")).message,
-            "Can't save to :" + at("no/default.lst"));
-}
-
-TEST_F(Commands, WhatAListFileCannotHoldIsNoticed) {
   write("long.lst", "a||\n" + QByteArray(300, 'x') + "||\nb||\n");
   const CommandWords cut = m_commands.append(at("long.lst"));
   EXPECT_EQ(cut.message, QString());
   EXPECT_TRUE(cut.notice.startsWith("Line 2 of ")) << cut.notice.toStdString();
   m_rows.append({entry("Yes", "a|b.pdf")});
   EXPECT_TRUE(m_commands.saveAs(at("x.lst")).notice.startsWith("2 paths will not load again"));
+  // Silent for this name in any folder, but not about a failure.
+  QDir(m_folder.path()).mkdir("my");
+  EXPECT_EQ(m_commands.saveAs(at("my/default.lst")).message, QString());
+  EXPECT_EQ(m_commands.saveAs(at("no/default.lst")).message,
+            "Can't save to :" + at("no/default.lst"));
 }
 
 TEST_F(Commands, DroppedThingsKeepTheirOrder) {
@@ -69,15 +51,6 @@ TEST_F(Commands, DroppedThingsKeepTheirOrder) {
   EXPECT_EQ(texts(m_rows.all()),
             (QStringList{"Yes " + at("notes.txt"), "Yes " + at("folder.pdf/found"),
                          "Yes " + at("z.pdf"), "Yes " + at("notes.txt")}));
-}
-
-TEST_F(Commands, ScanBeginsWhereTheLastOneDid) {
-  EXPECT_EQ(m_commands.scanStart(), QString());
-  m_commands.addFiles({"/in/a.pdf", "/in/sub/b.pdf"});
-  EXPECT_EQ(m_commands.scanStart(), "/in/sub");
-  EXPECT_EQ(m_commands.chosenForScan("/other"), "/other");
-  EXPECT_EQ(m_commands.scanStart(), "/other");
-  EXPECT_EQ(m_commands.chosenForScan("d:"), QStringLiteral("d:") + QDir::separator());
 }
 
 TEST_F(Commands, CountsInWords) {

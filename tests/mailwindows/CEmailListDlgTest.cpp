@@ -133,13 +133,7 @@ TEST_F(EmailListDialog, ADoubleClickChangesTheAddressOfTheRowThatIsSeenThere) {
   EXPECT_EQ(seen(), ".bc");
   EXPECT_EQ(list.list().rows()[0].entry.address, "c@x.example");
 
-  // The same by keyboard, given up; and a row that had none.
-  script.then("CChangeEmailDlg", [](QDialog* change) {
-    typeInto(change, "address", "z@x.example");
-    click(change, "cancel");
-  });
-  clickRow(1);
-  QTest::keyClick(tableOf(&list), Qt::Key_F2);
+  // The same by keyboard, of a row that had none.
   script.then("CChangeEmailDlg", [](QDialog* change) {
     typeInto(change, "address", "e@x.example");
     QTest::keyClick(change, Qt::Key_Return);
