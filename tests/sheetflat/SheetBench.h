@@ -15,25 +15,15 @@ protected:
 
   /// `rows` is JSON; see make_sheet.py.
   QString makeSheet(const QString& name, const QByteArray& rows) const {
-    QString target = path(name);
     const ProgramRun made =
-        runProgram(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral(FOLIVEX_SOURCE_DIR "/tests/sheetflat/make_sheet.py"), target,
-                    QString::fromUtf8(rows)});
+        runProgram("/usr/bin/python3",
+                   {FOLIVEX_SOURCE_DIR "/tests/sheetflat/make_sheet.py", path(name), rows});
     EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
-    return target;
+    return path(name);
   }
-
   QString makeFile(const QString& name, const QByteArray& content) const {
-    QString target = path(name);
-    QFile file(target);
-    EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(content) == content.size());
-    return target;
-  }
-
-  static QByteArray contentOf(const QString& file) {
-    QFile opened(file);
-    return opened.open(QFile::ReadOnly) ? opened.readAll() : QByteArray("(missing)");
+    writeFile(path(name), content);
+    return path(name);
   }
 
   static inline const QString program = QStringLiteral(FOLIVEX_BIN_DIR "/Sheetflat");

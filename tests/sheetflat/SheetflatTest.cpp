@@ -3,10 +3,9 @@
 
 namespace {
 
-using folivex::test::ProgramRun;
-using folivex::test::runProgram;
+using namespace folivex::test;
 
-class Sheetflat : public folivex::test::SheetBench {
+class Sheetflat : public SheetBench {
 protected:
   void SetUp() override {
     SheetBench::SetUp();
@@ -146,8 +145,7 @@ TEST_F(Sheetflat, SaysWhatIsWrongAndLeavesNothing) {
 constexpr const char* farCorner = R"([["Email", {"number": 1, "at": "XFD1048576"}]])";
 
 TEST_F(Sheetflat, ATableWithoutEndIsRefused) {
-  const QString source = makeSheet("far.xlsx", farCorner);
-  const ProgramRun run = runProgram(program, {source, output()});
+  const ProgramRun run = runProgram(program, {makeSheet("far.xlsx", farCorner), output()});
   EXPECT_EQ(run.exitCode, 8) << run.err.toStdString();
   EXPECT_TRUE(run.err.contains("more than 32 MB")) << run.err.toStdString();
   EXPECT_EQ(outputs(), QStringList());
@@ -166,7 +164,9 @@ QStringList processesIn(const QString& workFolder) {
 
 TEST_F(Sheetflat, ToldToStopItEndsTheConverterAndCleansUp) {
   QProcess process;
-  process.start(program, {makeSheet("far.xlsx", farCorner), output()});
+  process.start(
+      program,
+      {makeSheet("far.xlsx", R"([["Email", {"number": 1, "at": "XFD1048576"}]])"), output()});
   ASSERT_TRUE(process.waitForStarted(-1));
   QString workFolder;
   while (workFolder.isEmpty() || processesIn(workFolder).isEmpty()) {
@@ -175,7 +175,7 @@ TEST_F(Sheetflat, ToldToStopItEndsTheConverterAndCleansUp) {
     workFolder = workFolders.isEmpty() ? QString() : path("out/" + workFolders[0]);
   }
   process.terminate();
-  ASSERT_TRUE(process.waitForFinished(folivex::test::hangLimit));
+  ASSERT_TRUE(process.waitForFinished(hangLimit));
   EXPECT_EQ(process.exitCode(), 143);
   EXPECT_EQ(outputs(), QStringList());
   EXPECT_EQ(processesIn(workFolder), QStringList());

@@ -86,26 +86,20 @@ def make_ods():
     from odf.table import Table, TableCell, TableRow
     from odf.text import P
     book = OpenDocumentSpreadsheet()
-
-    def text_cell(text):
-        cell = TableCell(valuetype="string")
-        for line in text.split("\n"):
-            cell.addElement(P(text=line))
-        return cell
-
-    def cell_of(value):
-        if value is None:
-            return TableCell()
-        return text_cell(value) if isinstance(value, str) else TableCell(valuetype="float", value=value)
-
     for name, content in (("first", rows), ("second", [[DECOY]])):
         table = Table(name=name)
+        book.spreadsheet.addElement(table)
         for row in content:
             line = TableRow()
-            for value in row or [None]:
-                line.addElement(cell_of(value))
             table.addElement(line)
-        book.spreadsheet.addElement(table)
+            for value in row or [None]:
+                if isinstance(value, str):
+                    cell = TableCell(valuetype="string")
+                    line.addElement(cell)
+                    for text in value.split("\n"):
+                        cell.addElement(P(text=text))
+                else:
+                    line.addElement(TableCell() if value is None else TableCell(valuetype="float", value=value))
     book.save(target)
 
 
