@@ -6,31 +6,12 @@ Settings are texts by their keys, as a setup file holds them.
 
 import re
 from dataclasses import dataclass
+from pathlib import Path
 
-METHODS = [
-    "From match to next match",
-    "From match to next unique match",
-    "From match to next match using position h,v",
-    "From match to next unique match using position h,v",
-    "From match to until match",
-    "From match to until match using position h,v",
-    "Matched page only",
-]
-BOOKMARKS = ["Bookmarks", "Bookmarks Root Level", "Bookmarks Level 2"]
-AFTER = "USE 'use as filename name after text'"
-NAMES = [
-    "Matched word as filename",
-    "Next word as filename",
-    "Page start as filename",
-    "Page start-end as filename",
-    "h,v match as filename",
-    "Sequential Number",
-    AFTER,
-    AFTER + " - take rest of line",
-    AFTER + " - take rest of line + 1st line next page",
-    "Use filelist as filename",
-    "Use bookmark as filename",
-]
+HERE = Path(__file__).resolve().parent
+SPLIT_METHODS = (HERE / "methods.txt").read_text().splitlines()
+METHODS, BOOKMARKS = SPLIT_METHODS[:7], SPLIT_METHODS[7:]
+NAMES = (HERE / "names.txt").read_text().splitlines()
 UNIQUE, UNTIL, UNTIL_AT, ONE_PAGE = (1, 3), 4, 5, 6
 AT_POSITION = (2, 3, 5)
 REST_OF_LINE = (7, 8)
@@ -269,7 +250,7 @@ class Scan:
 
 
 def bookmark_ranges(source, method):
-    level = {"Bookmarks": None, "Bookmarks Root Level": 0, "Bookmarks Level 2": 1}[method]
+    level = (None, 0, 1)[BOOKMARKS.index(method)]
     starts = {}
     for entry in source.bookmarks:
         if level in (None, entry.level):
@@ -366,16 +347,10 @@ class Namer:
 
 
 def spans(pages):
-    runs = []
-    for page in pages:
-        if runs and runs[-1][1] == page - 1:
-            runs[-1][1] = page
-        else:
-            runs.append([page, page])
-    texts = [str(a) if a == b else f"{a}-{b}" for a, b in runs]
-    if len(texts) > 8:
-        return ", ".join(texts[:8]) + f" and {len(texts) - 8} more"
-    return ", ".join(texts)
+    pages = set(pages)
+    ends = zip(sorted(p for p in pages if p - 1 not in pages), sorted(p for p in pages if p + 1 not in pages))
+    texts = [str(a) if a == b else f"{a}-{b}" for a, b in ends]
+    return ", ".join(texts[:8]) + (f" and {len(texts) - 8} more" if len(texts) > 8 else "")
 
 
 class Run:
@@ -467,17 +442,14 @@ class Run:
             line += f", {len(replaced)} only in files that a later one of the same name replaced ({spans(sorted(replaced))})"
         return line + "."
 
-    def text_report(self):
-        lines = ["\t\t\t\tFolivex v4.00 Report\t\t\tDATE TIME", "", f"\tPDF Filename: {self.source_path:<30}",
-                 f"\tFind: {self.s['FINDSTRING']}", ""]
-        lines += [f"Page: {a:<2} - {b:<2}\t{text:<30}\tOutput file:{path}" for a, b, text, path in self.rows]
-        return on_disk(lines + ["", f"\t{self.count} PDF file(s)"])
-
-    def csv_report(self):
-        lines = ["Folivex v4.00 SA Report,,DATE,TIME", "", f"PDF Filename:,{self.source_path:<30}",
-                 f"Find:,{self.s['FINDSTRING']}", "", "Start Page,End Page,Matched,Output File"]
-        lines += [f"{a:<2},{b:<2},{text:<30},{path}" for a, b, text, path in self.rows]
-        return on_disk(lines + ["", f",{self.count}, PDF file(s)"])
+    def reports(self):
+        find, path = self.s["FINDSTRING"], f"{self.source_path:<30}"
+        text = ["\t\t\t\tFolivex v4.00 Report\t\t\tDATE TIME", "", f"\tPDF Filename: {path}", f"\tFind: {find}", ""]
+        text += [f"Page: {a:<2} - {b:<2}\t{shown:<30}\tOutput file:{file}" for a, b, shown, file in self.rows]
+        csv = ["Folivex v4.00 SA Report,,DATE,TIME", "", f"PDF Filename:,{path}", f"Find:,{find}", "",
+               "Start Page,End Page,Matched,Output File"]
+        csv += [f"{a:<2},{b:<2},{shown:<30},{file}" for a, b, shown, file in self.rows]
+        return [on_disk(text + ["", f"\t{self.count} PDF file(s)"]), on_disk(csv + ["", f",{self.count}, PDF file(s)"])]
 
 
 def on_disk(lines):

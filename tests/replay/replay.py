@@ -125,7 +125,7 @@ class Case:
         before = {f"{out}/{name}": pages for name, pages in self.before.items()}
         run = model.Run(self.settings, self.source, str(self.path), out, before, self.lines)
         files = {path.removeprefix(out + "/"): pages for path, pages in run.files.items()}
-        return Result(0, run.account(), files, [self.masked(run.text_report()), self.masked(run.csv_report())])
+        return Result(0, run.account(), files, [self.masked(report) for report in run.reports()])
 
 
 class Result:
@@ -167,7 +167,7 @@ def case_outcomes(name, folder_of_program):
 def matrix_outcomes(number, folder_of_program):
     """One split method with every file-name method."""
     folder = HERE / "matrix"
-    sections, method = read_setup(folder / "setup.txt"), SPLIT_METHODS[number]
+    sections, method = read_setup(folder / "setup.txt"), model.SPLIT_METHODS[number]
     texts, outcomes = ([], []), []
     for naming in model.NAMES:
         changes = {**sections[""], **sections.get(method, {}), "PAGEEXTRACT": method, "EXTRACT": naming}
@@ -199,12 +199,9 @@ def replay(name, folder_of_program, remake):
     return not wrong
 
 
-SPLIT_METHODS = model.METHODS + model.BOOKMARKS
-
-
 def main():
     every = sorted(path.parent.name for path in (HERE / "cases").glob("*/setup.txt")) + \
-        [f"matrix.{number}" for number in range(len(SPLIT_METHODS))]
+        [f"matrix.{number}" for number in range(len(model.SPLIT_METHODS))]
     command, folder_of_program, *names = sys.argv[1:] + [""] * (3 - len(sys.argv))
     if command not in ("check", "remake") or not folder_of_program:
         sys.exit(__doc__)

@@ -86,8 +86,8 @@ def content_of(page):
 UNICODE_MAP = b"""/CIDInit/ProcSet findresource begin 12 dict begin begincmap
 /CMapName/Units def/CMapType 2 def
 1 begincodespacerange<0000><ffff>endcodespacerange
-""" + b"".join(b"1 beginbfrange<%02x00><%02xff><%02x00>endbfrange\n" % (block, block, block) for block in range(256)) + \
-    b"endcmap end end"
+1 beginbfrange<0000><ffff><0000>endbfrange
+endcmap end end"""
 
 
 def fonts(made):

@@ -87,29 +87,22 @@ TEST_F(SetupStoreTest, LoadResetsMailAndExternalCommandOnly) {
 }
 
 TEST_F(SetupStoreTest, AutomationCheckSeesTheFirstLineOnly) {
-  struct Row {
-    const char* fault;
-    QByteArray text;
-    bool atCheck;
-    bool atLoad;
-  };
-  const Row rows[] = {{"first line missed", "AUTOMATION;1\nUSECURRENT;1\nFINDSTRING;a", true, true},
-                      {"header skipped", "UNICODEV4\nAUTOMATION;1\nUSECURRENT;1", false, true},
-                      {"set without the key", "USECURRENT;0", false, false}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
+  const auto check = [this](const QByteArray& text, bool atCheck, bool atLoad) {
     SetupStore fresh(m_samples);
     fresh.edited().emailLogin = QStringLiteral("kept");
-    writeFile(at("a.fxs"), row.text);
+    writeFile(at("a.fxs"), text);
     EXPECT_TRUE(fresh.LoadSetup(at("a.fxs"), LoadMode::AutomationCheck).ok());
-    EXPECT_EQ(fresh.automation(), row.atCheck);
-    EXPECT_EQ(fresh.edited().emailLogin, QStringLiteral("kept"));
-    EXPECT_EQ(fresh.edited().findString, QStringLiteral("account:"));
+    EXPECT_EQ(fresh.automation(), atCheck) << text.toStdString();
+    EXPECT_EQ(fresh.edited().emailLogin, "kept");
+    EXPECT_EQ(fresh.edited().findString, "account:");
     EXPECT_EQ(fresh.currentPath(), QString());
     EXPECT_TRUE(fresh.LoadSetup(at("a.fxs")).ok());
-    EXPECT_EQ(fresh.automation(), row.atLoad);
+    EXPECT_EQ(fresh.automation(), atLoad) << text.toStdString();
     EXPECT_FALSE(fresh.edited().useCurrent);
-  }
+  };
+  check("AUTOMATION;1\nUSECURRENT;1\nFINDSTRING;a", true, true);
+  check("UNICODEV4\nAUTOMATION;1\nUSECURRENT;1", false, true);
+  check("USECURRENT;0", false, false);
 }
 
 TEST_F(SetupStoreTest, WhereASaveGoes) {

@@ -5,7 +5,6 @@
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/words/CPDFTextDumpInit.h"
-#include "tests/support/AtTestEnd.h"
 #include "tests/support/BuiltLibraries.h"
 
 #include <QCoreApplication>
@@ -29,6 +28,16 @@ struct RealLibraries {
   std::unique_ptr<CAppendPdfInit> append;
 
 private:
+  /// Behind the last test: when the process takes its static objects down, a thread of the
+  /// libraries that still frees a source would find some of them gone.
+  class LetGo : public testing::EmptyTestEventListener {
+    void OnTestProgramEnd(const testing::UnitTest& /*test*/) override {
+      get().append.reset();
+      get().split.reset();
+      get().text.reset();
+    }
+  };
+
   RealLibraries() {
     needApplication();
     EXPECT_EQ(loadBuiltLibraries(), QString());
@@ -36,11 +45,7 @@ private:
     split = std::make_unique<CSplitPdfInit>();
     append = std::make_unique<CAppendPdfInit>();
     EXPECT_TRUE(text->loaded && split->loaded && append->loaded);
-    test::atTestEnd([this] {
-      append.reset();
-      split.reset();
-      text.reset();
-    });
+    testing::UnitTest::GetInstance()->listeners().Append(new LetGo); // which owns it
   }
 
   /// QLibrary looks beside the application; a test of windows has one already.

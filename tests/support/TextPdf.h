@@ -94,15 +94,10 @@ private:
                 "<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor"
                 "<</Type/FontDescriptor/FontName/Plain/Flags 4/FontBBox[0 -200 600 800]"
                 "/ItalicAngle 0/Ascent 800/Descent -200/CapHeight 700/StemV 80>>>>");
-    std::string ranges;
-    for (int block = 0; block < 256; ++block) {
-      const std::string high = QByteArray::number(block, 16).rightJustified(2, '0').toStdString();
-      ranges += "1 beginbfrange<" + high + "00><" + high + "ff><" + high + "00>endbfrange\n";
-    }
     const int map = pdf.addStream("/CIDInit/ProcSet findresource begin 12 dict begin begincmap\n"
                                   "/CMapName/Units def/CMapType 2 def\n"
-                                  "1 begincodespacerange<0000><ffff>endcodespacerange\n" +
-                                  ranges + "endcmap end end");
+                                  "1 begincodespacerange<0000><ffff>endcodespacerange\n"
+                                  "1 beginbfrange<0000><ffff><0000>endbfrange\nendcmap end end");
     return pdf.add("<</Type/Font/Subtype/Type0/BaseFont/Plain/Encoding/Identity-H"
                    "/DescendantFonts[" +
                    Builder::ref(wide) + "]/ToUnicode " + Builder::ref(map) + ">>");
