@@ -1,4 +1,5 @@
 // A plan tells what the run then does, and does nothing itself.
+#include "tests/support/Rows.h"
 #include "tests/support/RunBench.h"
 
 using namespace folivex;
@@ -29,47 +30,25 @@ protected:
 } // namespace
 
 TEST_F(Plan, Fates) {
-  struct Row {
-    const char* fault;
-    bool overwrite;
-    bool append;
-    bool clear;
-    int method;
-    QString planned;
-  };
-  const Row rows[] = {
-      {"taken names", false, false, false, 0,
-       "1-1 A.pdf|2-2 A_part002.pdf #|3-4 B_part002.pdf #|5-5 A_part003.pdf #"},
-      {"files of the folder that is cleared first", false, false, true, 0,
-       "1-1 A.pdf|2-2 A_part002.pdf #|3-4 B.pdf|5-5 A_part003.pdf #"},
-      {"replaced ones", true, false, false, 0,
-       "1-1 A.pdf given up for a later one of the same name|2-2 A.pdf given up for a later one of "
-       "the same name|3-4 B.pdf replaces a file|5-5 A.pdf"},
-      {"appended ones", false, true, false, 0,
-       "1-1 A.pdf|2-2 A.pdf is appended|3-4 B.pdf is appended|5-5 A.pdf is appended"},
-      {"ranges of one text", false, false, false, 1,
-       "1-2 A.pdf|3-4 B_part002.pdf #|5-5 A_part002.pdf #"}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
+  forEachRow("job/fates.json", [this](const SplitSetup& row, const QStringList& fates) {
     QDir(at("out")).removeRecursively();
     QDir(folder()).mkdir("out");
     statements({"old"}).write(at("out/B.pdf"));
-    setup().alwaysOverwrite = row.overwrite;
-    setup().alwaysAppend = row.append;
-    setup().otherSettingsRemoveFiles = row.clear;
-    setup().pageExtract = splitMethodTexts()[static_cast<std::size_t>(row.method)];
+    setup().alwaysOverwrite = row.alwaysOverwrite;
+    setup().alwaysAppend = row.alwaysAppend;
+    setup().otherSettingsRemoveFiles = row.otherSettingsRemoveFiles;
+    setup().pageExtract = row.pageExtract;
     const QStringList before = filesBelow(folder());
 
     const SplitPlan plan = driver().Plan();
-    EXPECT_EQ(planned(plan).join('|'),
-              QString(row.planned).replace("#", "name taken, number added"));
+    EXPECT_EQ(planned(plan).join('|'), QString(fates[0]).replace("#", "name taken, number added"));
     EXPECT_EQ(filesBelow(folder()), before);
     EXPECT_EQ(outputs(), QStringList{"B.pdf: old"});
 
     EXPECT_EQ(run(), RunError::None);
     EXPECT_EQ(m_person.notes.back(), plan.account.summary(plan.fileCount));
     QStringList files = filesBelow(at("out"));
-    if (!row.clear && !row.append && !row.overwrite) {
+    if (!row.otherSettingsRemoveFiles && !row.alwaysAppend && !row.alwaysOverwrite) {
       files.removeAll("B.pdf"); // the old one
     }
     QStringList foreseen;
@@ -79,7 +58,7 @@ TEST_F(Plan, Fates) {
     foreseen.removeDuplicates();
     foreseen.sort();
     EXPECT_EQ(files, foreseen);
-  }
+  });
 }
 
 TEST_F(Plan, UsesUpNeitherNumbersNorLines) {
