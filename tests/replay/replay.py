@@ -22,6 +22,7 @@ expectation is never right only because the program once did so. Remaking refuse
 does not agree with.
 """
 
+import configparser
 import os
 import re
 import subprocess
@@ -44,18 +45,13 @@ HANG = 120  # seconds
 FOLDER_PREFIX = "folivex-replay-of-a-whole-run-"
 
 
-def read_setup(path):
-    """The settings of each section; those above the first count for all."""
-    sections = {"": {}}
-    section = ""
-    for line in path.read_text(encoding="utf-8").splitlines():
-        if line.startswith("["):
-            section = line.strip("[]")
-            sections[section] = {}
-        elif line.strip() and not line.startswith("#"):
-            key, value = line.split("=", 1)
-            sections[section][key] = value[1:-1] if len(value) > 1 and value[0] == value[-1] == '"' else value
-    return sections
+def read_setup(path, section="all"):
+    """The settings of a section; those above the first count for all."""
+    parser = configparser.RawConfigParser(delimiters="=", comment_prefixes="#", default_section="all")
+    parser.optionxform = str
+    parser.read_string("[all]\n" + path.read_text(encoding="utf-8"))
+    settings = parser[section if parser.has_section(section) else "all"]
+    return {key: re.sub(r'^"(.*)"$', r"\1", value) for key, value in settings.items()}
 
 
 def settings_for(changes, work):
@@ -160,17 +156,17 @@ def case_outcomes(name, folder_of_program):
     folder = HERE / "cases" / name
     made, modelled = (
         {"expected.txt": result.listing().encode(), "report.txt": result.reports[0], "report.csv": result.reports[1]}
-        for result in both(folder, read_setup(folder / "setup.txt")[""], folder_of_program))
+        for result in both(folder, read_setup(folder / "setup.txt"), folder_of_program))
     return [(f"{name}: {file}", folder / file, made[file], modelled[file]) for file in made]
 
 
 def matrix_outcomes(number, folder_of_program):
     """One split method with every file-name method."""
     folder = HERE / "matrix"
-    sections, method = read_setup(folder / "setup.txt"), model.SPLIT_METHODS[number]
+    method = model.SPLIT_METHODS[number]
     texts, outcomes = ([], []), []
     for naming in model.NAMES:
-        changes = {**sections[""], **sections.get(method, {}), "PAGEEXTRACT": method, "EXTRACT": naming}
+        changes = {**read_setup(folder / "setup.txt", method), "PAGEEXTRACT": method, "EXTRACT": naming}
         results = both(folder, changes, folder_of_program)
         for text, result in zip(texts, results):
             text.append(f"== {method} / {naming}\n{result.short_listing()}")
