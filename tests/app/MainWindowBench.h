@@ -16,22 +16,12 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTemporaryDir>
 
 namespace folivex::testing {
 
-class MainWindowBench : public ::testing::Test {
+class MainWindowBench : public OwnFolder {
 protected:
-  MainWindowBench() : m_memory(m_folder.filePath("window.ini")) {
-    EXPECT_EQ(test::loadBuiltLibraries(), QString());
-    QDir(m_folder.path()).mkdir("tmp");
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
-  }
-  ~MainWindowBench() override {
-    m_window.reset();
-    qputenv("TMPDIR", m_temporaryBefore);
-  }
+  MainWindowBench() { EXPECT_EQ(test::loadBuiltLibraries(), QString()); }
 
   /// Opens the window with a setup that splits in.pdf at "Account:", named after the next word.
   MainWindow& open(const WindowParts& parts = {}) {
@@ -50,8 +40,6 @@ protected:
     m_window->refresh();
     return *m_window;
   }
-
-  QString at(const char* name) const { return m_folder.filePath(QString::fromLatin1(name)); }
 
   /// Pages "Account: 1001", "Account: 1002" and so on, each with one more page behind it.
   void writeSource(int documents) const {
@@ -89,24 +77,9 @@ protected:
     EXPECT_EQ(list->currentText(), entry);
   }
 
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
   ScriptedDialogs m_dialogs;
-  WindowMemory m_memory;
+  WindowMemory m_memory{at("window.ini")};
   std::unique_ptr<MainWindow> m_window;
 };
-
-/// A setup file's values by key, a key that stands twice with its last value.
-inline QHash<QString, QString> valuesInFile(const QString& path) {
-  QHash<QString, QString> values;
-  for (const QByteArray& line : test::contentOf(path).split('\n')) {
-    const QString text = QString::fromUtf8(line).remove(u'\r');
-    const qsizetype separator = text.indexOf(u';');
-    if (separator > 0) {
-      values[text.left(separator)] = text.mid(separator + 1).chopped(1); // the blank at the end
-    }
-  }
-  return values;
-}
 
 } // namespace folivex::testing

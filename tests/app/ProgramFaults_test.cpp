@@ -2,6 +2,8 @@
 // and a person who will not wait.
 #include "tests/app/ProgramBench.h"
 
+#include <QRegularExpression>
+
 #include <csignal>
 
 using namespace folivex;
@@ -44,44 +46,36 @@ TEST_F(ProgramFaults, LibraryThatIsMissingOrNotOurs) {
   ASSERT_EQ(place.run(arguments, program).exitCode, 0);
   QDir(place.at("out")).removeRecursively();
 
-  for (const QString& name : {QString("GlyphrunU"), QString("CleftorU"), QString("MelderU")}) {
-    const QString library = place.at("bin/lib" + name + ".so");
-    struct Row {
-      const char* kind;
-      std::function<void()> arrange;
-      const char* detail;
-    };
-    const Row rows[] = {
-        {"missing", nullptr, ""},
-        {"no library", [&] { writeFile(library, "MZ"); }, ""},
-        {"older", [&] { QFile::link(QStringLiteral(REFUSED_LIBRARIES "/libold.so"), library); },
-         "interface version 0, version 1 is needed"},
-        {"somebody else's",
-         [&] { QFile::link(QStringLiteral(REFUSED_LIBRARIES "/libforeign.so"), library); },
-         "does not tell its interface version"},
-    };
-    for (const Row& row : rows) {
-      if (name != "GlyphrunU" && row.arrange != nullptr) {
-        continue; // all three are loaded alike
-      }
-      SCOPED_TRACE((name + ' ' + row.kind).toStdString());
-      QFile::remove(library);
-      if (row.arrange) {
-        row.arrange();
-      }
-      const ProgramRun run = place.run(arguments, program);
-      EXPECT_TRUE(run.ended);
-      EXPECT_NE(run.exitCode, 0);
-      EXPECT_TRUE(run.err.contains("Unable to open " + name.toUtf8() + ".dll - error: "))
-          << run.err.toStdString();
-      EXPECT_TRUE(run.err.contains("Error initilizing, dll missing or unable to load " +
-                                   name.toUtf8() + ".dll\n"))
-          << run.err.toStdString();
-      EXPECT_TRUE(run.err.contains(row.detail)) << run.err.toStdString();
-      EXPECT_TRUE(outputs().isEmpty());
-    }
+  const struct {
+    const char* library;
+    const char* instead; ///< what stands in its place
+    const char* detail;
+  } rows[] = {
+      {"GlyphrunU", "/no/such/file", ""},
+      {"CleftorU", "/no/such/file", ""},
+      {"MelderU", "/no/such/file", ""},
+      {"GlyphrunU", FOLIVEX_SOURCE_DIR "/README.md", ""},
+      {"GlyphrunU", REFUSED_LIBRARIES "/libold.so", "interface version 0, version 1 is needed"},
+      {"GlyphrunU", REFUSED_LIBRARIES "/libforeign.so", "does not tell its interface version"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(std::string(row.library) + ' ' + row.instead);
+    const QString library = place.at(QStringLiteral("bin/lib%1.so").arg(row.library));
     QFile::remove(library);
-    QFile::link(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(name), library);
+    QFile::link(row.instead, library);
+    const ProgramRun run = place.run(arguments, program);
+    EXPECT_TRUE(run.ended);
+    EXPECT_NE(run.exitCode, 0);
+    const QByteArray name = row.library;
+    for (const QByteArray& told :
+         {"Unable to open " + name + ".dll - error: ",
+          "Error initilizing, dll missing or unable to load " + name + ".dll\n",
+          QByteArray(row.detail)}) {
+      EXPECT_TRUE(run.err.contains(told)) << run.err.toStdString();
+    }
+    EXPECT_TRUE(outputs().isEmpty());
+    QFile::remove(library);
+    QFile::link(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(row.library), library);
   }
 }
 
@@ -99,12 +93,10 @@ TEST_F(ProgramFaults, SourcesThatCannotBeReadDoNotHinderTheNext) {
                                 place.at("locked.pdf")})
                 .exitCode,
             0);
-  QStringList arguments{fxs()};
   const QStringList bad{"empty.pdf",    "garbage.pdf", "header only.pdf",
                         "no pages.pdf", "self.pdf",    "locked.pdf"};
-  for (const QString& name : bad) {
-    arguments += "-f" + name;
-  }
+  const QStringList arguments =
+      QStringList(fxs()) + QStringList(bad).replaceInStrings(QRegularExpression("^"), "-f");
   const ProgramRun run = place.run(arguments + QStringList{"-fgood.pdf", "-c"});
   EXPECT_TRUE(run.ended);
   EXPECT_EQ(run.exitCode, shown(-12)) << run.err.toStdString();
@@ -142,31 +134,29 @@ TEST_F(ProgramFaults, DamageThatCanBeRepairedLosesNoPage) {
 }
 
 TEST_F(ProgramFaults, WordsOfAPageStayInsideTheOutputFolder) {
-  const QStringList words{
-      "..",
-      ".",
-      "../../x",
-      "/etc/passwd",
-      "..\\..\\x",
-      "c:\\windows\\x",
-      "CON",
-      "nul",
-      "com1.txt",
-      "-rf",
-      "$(touch,pwned)",
-      ".hidden",
-      "dots...",
-      "[EXTRACTTEXTDIR]",
-      "[POS0-999,0-999]",
-      "%s%n%d",
-      QString(4000, QLatin1Char('w')),
-      QString(4000, QChar(0x6771)),
-      QString::fromUtf8("a\x01\x1b[31mb"),
-      "fdp" + QString(QChar(0x202E)) + "gnp.exe",
-      QString::fromUtf8("\u200B\u200D\uFEFF"),
-      QString(QChar(0xD800)),
-      QString(QChar(0xFFFE)),
-  };
+  const QStringList words{"..",
+                          ".",
+                          "../../x",
+                          "/etc/passwd",
+                          "..\\..\\x",
+                          "c:\\windows\\x",
+                          "CON",
+                          "nul",
+                          "com1.txt",
+                          "-rf",
+                          "$(touch,pwned)",
+                          ".hidden",
+                          "dots...",
+                          "[EXTRACTTEXTDIR]",
+                          "[POS0-999,0-999]",
+                          "%s%n%d",
+                          QString(4000, QLatin1Char('w')),
+                          QString(4000, QChar(0x6771)),
+                          QString::fromUtf8("a\x01\x1b[31mb"),
+                          "fdp" + QString(QChar(0x202E)) + "gnp.exe",
+                          QString::fromUtf8("\u200B\u200D\uFEFF"),
+                          QString(QChar(0xD800)),
+                          QString(QChar(0xFFFE))};
   wordsOf(words).write(place.at("a.pdf"));
   for (const char* prefix : {"", "[EXTRACTTEXTDIR]/", "[EXTRACTTEXT]/[POS150,60]_"}) {
     SCOPED_TRACE(prefix);
@@ -180,15 +170,9 @@ TEST_F(ProgramFaults, WordsOfAPageStayInsideTheOutputFolder) {
         QStringLiteral("%1 page(s): %1 in %1 file(s).").arg(words.size()).toUtf8()))
         << run.err.toStdString();
     EXPECT_FALSE(run.err.contains('\x1b'));
-    QStringList outside;
-    for (const QString& name : filesBelow(place.all())) {
-      if (!name.startsWith("work/deep/out/")) {
-        outside += name;
-      }
-    }
-    EXPECT_EQ(outside, (QStringList{"tmp/Folivex.ini", "work/a.pdf", "work/a.pdf_report.csv",
-                                    "work/a.pdf_report.txt", "work/split.fxs"}));
-    EXPECT_EQ(filesBelow(place.at("deep/out")).size(), words.size());
+    const QStringList inside = filesBelow(place.at("deep/out"));
+    EXPECT_EQ(inside.size(), words.size());
+    EXPECT_EQ(filesBelow(place.all()).size(), inside.size() + 5) << "a file went elsewhere";
     // One line a range: no word ends a line of the report or begins another.
     EXPECT_EQ(contentOf(place.at("a.pdf_report.txt")).count("\r\r\nPage: "), words.size());
     QDir(place.at("deep")).removeRecursively();

@@ -7,15 +7,13 @@
 #include "app/groups/PickTargets.h"
 #include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"
-#include "engine/setup/SplitSetup.h"
 #include "tests/support/Programs.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace folivex {
 namespace {
@@ -60,228 +58,170 @@ TEST(NameTokens, UnknownOnesAreHintedAt) {
     EXPECT_TRUE(tokenHint(affix).isEmpty()) << token.text;
   }
   EXPECT_TRUE(tokenHint("[POS100-120,400]_").isEmpty());
-  EXPECT_FALSE(tokenHint("[DATE]").isEmpty());
-  EXPECT_FALSE(tokenHint("[pages]").isEmpty()); // tokens are case-sensitive
-  EXPECT_FALSE(tokenHint("[YY]_").isEmpty());
+  for (const char* wrong : {"[DATE]", "[pages]", "[YY]_"}) { // tokens are case-sensitive
+    EXPECT_FALSE(tokenHint(wrong).isEmpty()) << wrong;
+  }
 }
 
-using Change = std::function<void(SplitSetup&)>;
-
-Change method(int index) {
-  return [index](SplitSetup& setup) {
-    setup.pageExtract = splitMethodTexts().at(static_cast<std::size_t>(index));
-  };
+/// The default setup with "KEY=value;KEY=value" changed. A number chooses a method.
+SplitSetup changed(SplitSetup setup, const char* changes) {
+  for (const QString& change : QString::fromLatin1(changes).split(u';', Qt::SkipEmptyParts)) {
+    const QString value = change.section(u'=', 1);
+    bool isKnown = false;
+    for (const SetupField& field : setupFields()) {
+      if (field.key != change.section(u'=', 0, 0)) {
+        continue;
+      }
+      isKnown = true;
+      if (field.key == QLatin1String("PAGEEXTRACT")) {
+        setup.pageExtract = splitMethodTexts().at(value.toUInt());
+      } else if (field.key == QLatin1String("EXTRACT")) {
+        setup.extract = fileNameMethodTexts().at(value.toUInt());
+      } else if (const auto* text = std::get_if<QString SplitSetup::*>(&field.member)) {
+        setup.*(*text) = value;
+      } else if (const auto* number = std::get_if<int SplitSetup::*>(&field.member)) {
+        setup.*(*number) = value.toInt();
+      } else {
+        setup.*std::get<bool SplitSetup::*>(field.member) = value == "1";
+      }
+    }
+    EXPECT_TRUE(isKnown) << change.toStdString();
+  }
+  return setup;
 }
 
-Change at(const char* h, const char* v) {
-  return [h, v](SplitSetup& setup) {
-    method(2)(setup);
-    setup.matchPosH = h;
-    setup.matchPosV = v;
-  };
-}
-
-Change bookmarks() {
-  return [](SplitSetup& setup) { setup.pageExtract = splitMethodTexts()[8]; };
+/// The keys with a finding, a hint's with "?" behind it.
+QString found(const SettingFindings& findings) {
+  QString keys;
+  for (const SettingFinding& one : findings) {
+    keys += (keys.isEmpty() ? "" : " ") + one.key + (one.kind == FindingKind::Hint ? "?" : "");
+  }
+  return keys;
 }
 
 TEST(SettingUse, ChoicesMakeOtherSettingsIdle) {
-  struct Row {
-    const char* name;
-    Change change;
-    QStringList idle;
-    QStringList used;
+  const struct {
+    const char* changes;
+    const char* idle;
+    const char* used;
+  } rows[] = {
+      {"PAGEEXTRACT=0", "MATCHPOSH MATCHPOSV EXTRACTUNTIL", "FINDSTRING FILENAME ALWAYSOVERWRITE"},
+      {"PAGEEXTRACT=2", "EXTRACTUNTIL UNTILMATCHPOSH", "MATCHPOSH MATCHPOSV"},
+      {"PAGEEXTRACT=3", "EXTRACTUNTIL", "MATCHPOSH MATCHPOSV"},
+      {"PAGEEXTRACT=4", "MATCHPOSH UNTILMATCHPOSV", "EXTRACTUNTIL"},
+      {"PAGEEXTRACT=5", "", "MATCHPOSH EXTRACTUNTIL UNTILMATCHPOSH"},
+      {"PAGEEXTRACT=8",
+       "FINDSTRING IGNORECASE MATCHPOSH EXTRACTUNTIL EXTRACT EXTRACTFILENAME OCRFIRST",
+       "PREFIXFILENAME OFFSETFIRST PAGEEXTRACT KEEPBOOKMARKS"},
+      {"EXTRACT=7", "", "EXTRACTFILENAME ADDBWORDS TAKENWORDSFORFILENAME"},
+      {"EXTRACT=3", "EXTRACTFILENAME ADDBWORDS", "PREFIXFILENAME"},
+      {"SPLITTOSOURCE=1", "OUTPUTDIR OTHERSETTINGSREMOVEFILES", "ALWAYSOVERWRITE"},
+      {"", "CONFIGEXTERNALCOMMAND CONFIGEXTERNALPARAMS REPORTOPTIONSOUTPUTFOLDER",
+       "REPORTUSEFILELIST"},
+      {"USECURRENT=1", "FILENAME", "USECURRENT PDFPASSWORD"},
   };
-  const std::vector<Row> rows = {
-      {"words alone", method(0), {"MATCHPOSH", "MATCHPOSV", "EXTRACTUNTIL"}, {"FINDSTRING"}},
-      {"position", method(2), {"EXTRACTUNTIL", "UNTILMATCHPOSH"}, {"MATCHPOSH", "MATCHPOSV"}},
-      {"unique at position", method(3), {"EXTRACTUNTIL"}, {"MATCHPOSH", "MATCHPOSV"}},
-      {"until", method(4), {"MATCHPOSH", "UNTILMATCHPOSV"}, {"EXTRACTUNTIL"}},
-      {"until at position", method(5), {}, {"MATCHPOSH", "EXTRACTUNTIL", "UNTILMATCHPOSH"}},
-      {"bookmarks",
-       bookmarks(),
-       {"FINDSTRING", "IGNORECASE", "MATCHPOSH", "EXTRACTUNTIL", "EXTRACT", "EXTRACTFILENAME",
-        "OCRFIRST"},
-       {"PREFIXFILENAME", "OFFSETFIRST", "PAGEEXTRACT", "KEEPBOOKMARKS"}},
-      {"rest of line",
-       [](SplitSetup& setup) { setup.extract = fileNameMethodTexts()[7]; },
-       {},
-       {"EXTRACTFILENAME", "ADDBWORDS", "TAKENWORDSFORFILENAME"}},
-      {"page numbers",
-       [](SplitSetup& setup) { setup.extract = fileNameMethodTexts()[3]; },
-       {"EXTRACTFILENAME", "ADDBWORDS"},
-       {"PREFIXFILENAME"}},
-      {"beside the source",
-       [](SplitSetup& setup) { setup.splitToSource = true; },
-       {"OUTPUTDIR", "OTHERSETTINGSREMOVEFILES"},
-       {"ALWAYSOVERWRITE"}},
-      {"no external command", {}, {"CONFIGEXTERNALCOMMAND", "CONFIGEXTERNALPARAMS"}, {}},
-      {"reports beside the source", {}, {"REPORTOPTIONSOUTPUTFOLDER"}, {"REPORTUSEFILELIST"}},
-      {"current document",
-       [](SplitSetup& setup) { setup.useCurrent = true; },
-       {"FILENAME"},
-       {"USECURRENT", "PDFPASSWORD"}},
-  };
-  for (const Row& row : rows) {
-    SplitSetup setup = defaultSetup();
-    if (row.change) {
-      row.change(setup);
+  for (const auto& row : rows) {
+    const QSet<QString> idle = idleSettings(changed(defaultSetup(), row.changes));
+    for (const QString& key : QString(row.idle).split(u' ', Qt::SkipEmptyParts)) {
+      EXPECT_TRUE(idle.contains(key)) << row.changes << ": " << key.toStdString();
     }
-    const QSet<QString> idle = idleSettings(setup);
-    for (const QString& key : row.idle) {
-      EXPECT_TRUE(idle.contains(key)) << row.name << ": " << key.toStdString();
-    }
-    for (const QString& key : row.used) {
-      EXPECT_FALSE(idle.contains(key)) << row.name << ": " << key.toStdString();
+    for (const QString& key : QString(row.used).split(u' ')) {
+      EXPECT_FALSE(idle.contains(key)) << row.changes << ": " << key.toStdString();
     }
   }
 }
 
 TEST(SetupChecks, WhatIsWrongIsFoundAtItsSetting) {
-  struct Row {
-    const char* name;
-    Change change;
-    const char* key; ///< null: nothing is found
-    FindingKind kind = FindingKind::Problem;
-  };
   const QTemporaryDir folder;
-  const QString source = folder.filePath("a.pdf");
-  test::writeFile(source, "x");
-  const std::vector<Row> rows = {
-      {"nothing", {}, nullptr},
-      {"no source", [](SplitSetup& s) { s.fileName.clear(); }, "FILENAME"},
-      {"source is a folder", [&](SplitSetup& s) { s.fileName = folder.path(); }, "FILENAME"},
-      {"current document needs no name",
-       [](SplitSetup& s) {
-         s.fileName.clear();
-         s.useCurrent = true;
-       },
-       nullptr},
-      {"pages backwards",
-       [](SplitSetup& s) {
-         s.startFromPage = 5;
-         s.startEndPage = 4;
-       },
-       "STARTENDPAGE"},
-      {"a first page before the first", [](SplitSetup& s) { s.startFromPage = -2; },
-       "STARTFROMPAGE", FindingKind::Hint},
-      {"pages off the end",
-       [](SplitSetup& s) {
-         s.startFromPage = 5;
-         s.startEndPage = -2;
-       },
-       nullptr},
-      {"everything matches", [](SplitSetup& s) { s.findString.clear(); }, "FINDSTRING",
-       FindingKind::Hint},
-      {"two words at a position",
-       [](SplitSetup& s) {
-         method(2)(s);
-         s.findString = "Invoice No";
-         s.matchPosH = "1";
-       },
-       "FINDSTRING"},
-      {"no search text at a position is right",
-       [](SplitSetup& s) {
-         method(2)(s);
-         s.findString.clear();
-         s.matchPosH = "0";
-         s.matchPosV = "320";
-       },
-       nullptr},
-      {"position missing", method(3), "MATCHPOSH"},
-      {"length of a word and no place", at("0", "-3"), "MATCHPOSV"},
-      {"length of a word on a line", at("-3", "320"), nullptr},
-      {"two lengths", at("-3", "-2"), "MATCHPOSH"},
-      {"range on no line", at("320-325", ""), "MATCHPOSH", FindingKind::Hint},
-      {"alternative in no column", at("0", "320|400"), "MATCHPOSV", FindingKind::Hint},
-      {"range and range", at("320-325", "100|200"), nullptr},
-      {"no digit is judged twice", at("-", "0"), "MATCHPOSH"},
+  QDir::setCurrent(folder.path());
+  test::writeFile("a.pdf", "x");
+  const struct {
+    const char* name;
+    const char* changes;
+    const char* key; ///< "?": no more than a hint; empty: nothing is found
+  } rows[] = {
+      {"nothing", "", ""},
+      {"no source", "FILENAME=", "FILENAME"},
+      {"source is a folder", "FILENAME=.", "FILENAME"},
+      {"current document needs no name", "FILENAME=;USECURRENT=1", ""},
+      {"pages backwards", "STARTFROMPAGE=5;STARTENDPAGE=4", "STARTENDPAGE"},
+      {"a first page before the first", "STARTFROMPAGE=-2", "STARTFROMPAGE?"},
+      {"pages off the end", "STARTFROMPAGE=5;STARTENDPAGE=-2", ""},
+      {"everything matches", "FINDSTRING=", "FINDSTRING?"},
+      {"two words at a position", "PAGEEXTRACT=2;FINDSTRING=a b;MATCHPOSH=1", "FINDSTRING"},
+      {"no text at a position is right", "PAGEEXTRACT=2;FINDSTRING=;MATCHPOSH=0;MATCHPOSV=320", ""},
+      {"position missing", "PAGEEXTRACT=3", "MATCHPOSH"},
+      {"length of a word and no place", "PAGEEXTRACT=2;MATCHPOSH=0;MATCHPOSV=-3", "MATCHPOSV"},
+      {"length of a word on a line", "PAGEEXTRACT=2;MATCHPOSH=-3;MATCHPOSV=320", ""},
+      {"two lengths", "PAGEEXTRACT=2;MATCHPOSH=-3;MATCHPOSV=-2", "MATCHPOSH"},
+      {"range on no line", "PAGEEXTRACT=2;MATCHPOSH=320-325;MATCHPOSV=", "MATCHPOSH?"},
+      {"alternative in no column", "PAGEEXTRACT=2;MATCHPOSH=0;MATCHPOSV=320|400", "MATCHPOSV?"},
+      {"range and range", "PAGEEXTRACT=2;MATCHPOSH=320-325;MATCHPOSV=100|200", ""},
+      {"no digit is judged twice", "PAGEEXTRACT=2;MATCHPOSH=-;MATCHPOSV=0", "MATCHPOSH"},
       {"until word nowhere",
-       [](SplitSetup& s) {
-         method(5)(s);
-         s.matchPosH = "1";
-         s.matchPosV = "1";
-         s.extractUntil = "end";
-         s.untilMatchPosH = -3;
-       },
-       "UNTILMATCHPOSH", FindingKind::Hint},
-      {"text stays in the rest of a line",
-       [](SplitSetup& s) {
-         s.extract = fileNameMethodTexts()[7];
-         s.otherSettingsRemoveText = "Ltd";
-       },
-       "EXTRACT", FindingKind::Hint},
-      {"text goes from a word", [](SplitSetup& s) { s.otherSettingsRemoveText = "Ltd"; }, nullptr},
-      {"position of another method", [](SplitSetup& s) { s.matchPosH = "left"; }, nullptr},
-      {"until nothing", method(4), "EXTRACTUNTIL", FindingKind::Hint},
-      {"names from no list", [](SplitSetup& s) { s.extract = fileNameMethodTexts()[9]; },
-       "EXTRACT"},
-      {"folder below a file", [&](SplitSetup& s) { s.outputDir = source + "/out"; }, "OUTPUTDIR"},
-      {"folder that does not count",
-       [&](SplitSetup& s) {
-         s.outputDir = source;
-         s.splitToSource = true;
-       },
-       nullptr},
-      {"files go", [](SplitSetup& s) { s.otherSettingsRemoveFiles = true; }, "OUTPUTDIR",
-       FindingKind::Hint},
+       "PAGEEXTRACT=5;MATCHPOSH=1;MATCHPOSV=1;EXTRACTUNTIL=end;UNTILMATCHPOSH=-3",
+       "UNTILMATCHPOSH?"},
+      {"text stays in a line's rest", "EXTRACT=7;OTHERSETTINGSREMOVETEXT=Ltd", "EXTRACT?"},
+      {"text goes from a word", "OTHERSETTINGSREMOVETEXT=Ltd", ""},
+      {"position of another method", "MATCHPOSH=left", ""},
+      {"until nothing", "PAGEEXTRACT=4", "EXTRACTUNTIL?"},
+      {"names from no list", "EXTRACT=9", "EXTRACT"},
+      {"folder below a file", "OUTPUTDIR=a.pdf/out", "OUTPUTDIR"},
+      {"folder that does not count", "OUTPUTDIR=a.pdf;SPLITTOSOURCE=1", ""},
+      {"files go", "OTHERSETTINGSREMOVEFILES=1", "OUTPUTDIR?"},
   };
-  for (const Row& row : rows) {
-    SplitSetup setup = defaultSetup();
-    setup.fileName = source;
-    setup.outputDir = folder.filePath("out");
-    if (row.change) {
-      row.change(setup);
-    }
-    const SettingFindings found = checkSplitSettings(setup, SetupPurpose::Splitting);
-    ASSERT_EQ(found.size(), row.key == nullptr ? 0U : 1U) << row.name;
-    if (row.key != nullptr) {
-      EXPECT_EQ(found.front().key.toStdString(), row.key) << row.name;
-      EXPECT_EQ(found.front().kind, row.kind) << row.name;
-    }
+  const SplitSetup usual = changed(defaultSetup(), "FILENAME=a.pdf;OUTPUTDIR=out");
+  for (const auto& row : rows) {
+    const SplitSetup setup = changed(usual, row.changes);
+    EXPECT_EQ(found(checkSplitSettings(setup, SetupPurpose::Splitting)), row.key) << row.name;
   }
+  QDir::setCurrent("/");
 }
 
 TEST(SetupChecks, DialogsFindTheirOwn) {
-  SplitSetup setup;
-  setup.configUseExternal = true;
-  setup.configExternalParams = "[IN] [OUT] [START] [END]";
-  EXPECT_TRUE(hasProblem(checkExternalCommand(setup)));
-  setup.configExternalCommand = "split";
-  EXPECT_TRUE(checkExternalCommand(setup).empty());
-  setup.alwaysAppend = true;
-  EXPECT_EQ(checkExternalCommand(setup).front().key, "CONFIGUSEEXTERNAL");
-
-  EXPECT_FALSE(hasProblem(checkEmailDialog(setup))); // nothing set, nothing asked for
-  setup.emailEnable = true;
-  EXPECT_TRUE(hasProblem(checkEmailDialog(setup)));
-  setup.emailSmtp = "mail.example.com";
-  setup.emailFrom = "me@example.com";
-  EXPECT_FALSE(hasProblem(checkEmailDialog(setup)));
-  setup.emailMatchVert = -1;
-  setup.emailMatchVertTo = -1;
-  EXPECT_FALSE(hasProblem(checkEmailDialog(setup)));
-  setup.emailMatchHorizFrom = 300;
-  setup.emailMatchHorizTo = 200;
-  EXPECT_TRUE(hasProblem(checkEmailDialog(setup)));
-
-  setup.reportUseFileList = "/no/such/list.txt";
-  EXPECT_TRUE(hasProblem(checkReportOptions(setup)));
-
-  setup.findString = "a;b";
-  EXPECT_EQ(lostInFile(setup, {"FINDSTRING", "PREFIXFILENAME"}).size(), 1U);
-  EXPECT_TRUE(lostInFile(setup, {"PREFIXFILENAME"}).empty());
+  const struct {
+    SettingFindings (*check)(const SplitSetup&);
+    const char* changes;
+    const char* found;
+  } rows[] = {
+      {checkExternalCommand, "CONFIGEXTERNALCOMMAND=", "CONFIGEXTERNALCOMMAND"},
+      {checkExternalCommand, "CONFIGEXTERNALCOMMAND=split", ""},
+      {checkExternalCommand, "CONFIGEXTERNALCOMMAND=split;ALWAYSAPPEND=1", "CONFIGUSEEXTERNAL?"},
+      {checkEmailDialog, "", ""}, // nothing set, nothing asked for
+      {checkEmailDialog, "EMAILENABLE=1", "EMAILSMTP EMAILFROM EMAILSUBJECT?"},
+      {checkEmailDialog, "EMAILENABLE=1;EMAILSMTP=a.example;EMAILFROM=me@example.com",
+       "EMAILSUBJECT?"},
+      {checkEmailDialog, "EMAILMATCHVERT=-1;EMAILMATCHVERTTO=-1", ""},
+      {checkEmailDialog, "EMAILMATCHHORIZFROM=300;EMAILMATCHHORIZTO=200", "EMAILMATCHHORIZTO"},
+      {checkReportOptions, "REPORTUSEFILELIST=/no/such/list.txt", "REPORTUSEFILELIST"},
+  };
+  const SplitSetup external =
+      changed({}, "CONFIGUSEEXTERNAL=1;CONFIGEXTERNALPARAMS=[IN] [OUT] [START] [END]");
+  for (const auto& row : rows) {
+    EXPECT_EQ(found(row.check(changed(external, row.changes))), row.found) << row.changes;
+  }
+  SplitSetup lost;
+  lost.findString = "a;b";
+  EXPECT_EQ(lostInFile(lost, {"FINDSTRING", "PREFIXFILENAME"}).size(), 1U);
+  EXPECT_TRUE(lostInFile(lost, {"PREFIXFILENAME"}).empty());
 }
 
 TEST(RunEstimate, IsRoundedAndKnowsItsLimits) {
-  EXPECT_EQ(timeLeftText(3, 1000, 60'000), QString()); // too few pages
-  EXPECT_EQ(timeLeftText(500, 1000, 100), QString());  // too little time
-  EXPECT_EQ(timeLeftText(501, 1000, 5'000), "a few seconds left");
-  EXPECT_EQ(timeLeftText(501, 1000, 28'000), "about 30 seconds left");
-  EXPECT_EQ(timeLeftText(501, 1000, 60'000), "about a minute left");
-  EXPECT_EQ(timeLeftText(101, 1000, 60'000), "about 9 minutes left");
-  EXPECT_EQ(timeLeftText(11, 100'000, 60'000), "about 167 hours left");
-  EXPECT_EQ(timeLeftText(1001, 1000, 60'000), QString()); // a bookmark split counts otherwise
+  const struct {
+    int page, pages;
+    qint64 elapsed;
+    const char* told;
+  } rows[] = {{3, 1000, 60'000, ""},    // too few pages
+              {500, 1000, 100, ""},     // too little time
+              {1001, 1000, 60'000, ""}, // a bookmark split counts otherwise
+              {501, 1000, 5'000, "a few seconds left"},
+              {501, 1000, 28'000, "about 30 seconds left"},
+              {501, 1000, 60'000, "about a minute left"},
+              {101, 1000, 60'000, "about 9 minutes left"},
+              {11, 100'000, 60'000, "about 167 hours left"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(timeLeftText(row.page, row.pages, row.elapsed), row.told) << row.page;
+  }
 }
 
 TEST(PickTargets, PicksSetWhatTheyAreMeantFor) {
@@ -292,20 +232,22 @@ TEST(PickTargets, PicksSetWhatTheyAreMeantFor) {
   };
   SplitSetup setup = defaultSetup();
   setup.prefixFileName = "a_";
-  takePick(setup, target("Find word(s) and position"), word);
-  takePick(setup, target("Extract until word(s) and position"), word);
-  takePick(setup, target("Use as filename after text"), word);
-  takePick(setup, target("Prefix: the word at this position"), word);
-  takePick(setup, target("Postfix: the word at this position"), area);
-  takePick(setup, target("E-mail address: where it stands"), area);
-  EXPECT_EQ(setup.findString, "Account:");
-  EXPECT_EQ(setup.matchPosH + ',' + setup.matchPosV, "100,320");
-  EXPECT_EQ(setup.extractUntil, "Account:");
+  for (const char* one : {"Find word(s) and position", "Extract until word(s) and position",
+                          "Use as filename after text", "Prefix: the word at this position"}) {
+    takePick(setup, target(one), word);
+  }
+  for (const char* one :
+       {"Postfix: the word at this position", "E-mail address: where it stands"}) {
+    takePick(setup, target(one), area);
+  }
+  const QStringList set{setup.findString,     setup.matchPosH + ',' + setup.matchPosV,
+                        setup.extractUntil,   setup.extractFileName,
+                        setup.prefixFileName, setup.postfixFileName};
+  EXPECT_EQ(set.join(u' '), "Account: 100,320 Account: Account: "
+                            "a_[POS101,321] " // as a token counts, not as a search does
+                            "[POS100-120,320]");
   EXPECT_EQ(setup.untilMatchPosH, 100);
   EXPECT_EQ(setup.untilMatchPosV, 320);
-  EXPECT_EQ(setup.extractFileName, "Account:");
-  EXPECT_EQ(setup.prefixFileName, "a_[POS101,321]"); // as a token counts, not as a search does
-  EXPECT_EQ(setup.postfixFileName, "[POS100-120,320]");
   EXPECT_EQ(setup.emailMatchHorizTo, 120);
   EXPECT_EQ(setup.emailMatchVertTo, 320);
   takePick(setup, target("At Position h, v"), area);

@@ -14,12 +14,10 @@ namespace {
 class ProgramStart : public ProgramBench {
 protected:
   ProgramStart() {
-    if (QCoreApplication::instance() == nullptr) {
-      static int count = 1;
-      static char name[] = "test";
-      static char* arguments[] = {name, nullptr};
-      static const QCoreApplication application(count, arguments);
-    }
+    static int count = 1;
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static const QCoreApplication application(count, arguments);
     EXPECT_EQ(loadBuiltLibraries(), QString());
     qputenv("TMPDIR", QFile::encodeName(place.temporary()));
     EXPECT_EQ(m_program.loadLibraries(), QString());
@@ -59,11 +57,10 @@ TEST_F(ProgramStart, AStopEndsTheWorkAndTheProgramOnlyWhenItWasToEnd) {
   const QString first = source("a.pdf", {"A1", "A2", "A3"});
   const QString second = source("b.pdf", {"B1"});
   m_person.onProgress = [this](const Progress&) { m_program.driver().Stop(); };
-  const Program::Ended stays = handle({fxs(), first, second});
-  EXPECT_EQ(stays.exitCode, 1);
-  EXPECT_FALSE(stays.mustEnd);
-  const Program::Ended closes = handle({fxs(), first, second, "-c"});
-  EXPECT_EQ(closes.exitCode, 1);
-  EXPECT_TRUE(closes.mustEnd);
+  for (const bool closes : {false, true}) {
+    const Program::Ended ended = handle({fxs(), first, second, closes ? "-c" : ""});
+    EXPECT_EQ(ended.exitCode, 1);
+    EXPECT_EQ(ended.mustEnd, closes);
+  }
   EXPECT_EQ(outputs().filter("B1"), QStringList());
 }

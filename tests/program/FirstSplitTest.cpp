@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QTableView>
 
 namespace folivex::testing {
@@ -18,29 +17,11 @@ class FirstSplit : public ProgramWindowsBench {
 protected:
   FirstSplit() {
     QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), at("statements.pdf"));
+    m_dialogs.files = {{at("statements.pdf")}};
+    click(&main(), "browseSource");
   }
-
-  static PageCanvas& canvasOf(PageViewer* viewer) {
-    return *control<PageArea>(viewer, "pageArea")->canvas();
-  }
-  static bool isDrawn(PageViewer* viewer) {
-    return waitUntil([viewer] {
-      return viewer->pageCount() > 0 && !canvasOf(viewer).page().image.isNull() &&
-             canvasOf(viewer).page().page == viewer->page();
-    });
-  }
-
-  QTableView* planTable() { return control<QTableView>(opened<PlanWindow>(), "planTable"); }
-
-  /// One file for each of the sample's twelve accounts, and the person sees where they are.
-  void expectTheSplit() {
-    QStringList names = test::filesBelow(at("out"));
-    ASSERT_EQ(names.size(), 12) << names.join(u' ').toStdString();
-    EXPECT_EQ(names.filter(QStringLiteral(".pdf")).size(), names.size());
-    ASSERT_EQ(m_dialogs.questions.size(), 1) << m_dialogs.messages.join(u'\n').toStdString();
-    EXPECT_TRUE(m_dialogs.questions[0].startsWith(QStringLiteral("Done! - 12 PDF file(s) output")));
-    ASSERT_EQ(m_dialogs.opened.size(), 1);
-    EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains(names[0].toUtf8()));
+  int plannedOutputs() {
+    return control<QTableView>(opened<PlanWindow>(), "planTable")->model()->rowCount();
   }
 };
 
@@ -61,105 +42,54 @@ void pick(QWidget* window, const char* name, int row) {
 
 } // namespace
 
-TEST_F(FirstSplit, WithTheMouseAlone) {
-  m_dialogs.files = {{at("statements.pdf")}, {at("out")}};
-  click(&main(), "browseSource");
+TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
+  m_dialogs.files = {{at("out")}};
   click(&main(), "browseOutput");
   {
     const NextDialog page([](QDialog* dialog) { click(dialog, "ok"); });
     click(&main(), "viewPageButton");
   }
   auto* viewer = opened<PageViewer>();
-  ASSERT_TRUE(isDrawn(viewer));
-  const PageCanvas& canvas = canvasOf(viewer);
-  for (const ViewedWord& word : canvas.page().words) {
-    if (word.text == QStringLiteral("Account:")) {
-      QTest::mouseClick(const_cast<PageCanvas*>(&canvas), Qt::LeftButton, {},
-                        canvas.onCanvas(word.box).center().toPoint());
-      break;
-    }
-  }
+  PageCanvas& canvas = *control<PageArea>(viewer, "pageArea")->canvas();
+  ASSERT_TRUE(waitUntil([&] { return !canvas.page().image.isNull(); }));
+  const auto& words = canvas.page().words;
+  const auto word = std::find_if(words.begin(), words.end(),
+                                 [](const ViewedWord& one) { return one.text == "Account:"; });
+  ASSERT_NE(word, words.end());
+  QTest::mouseClick(&canvas, Qt::LeftButton, {}, canvas.onCanvas(word->box).center().toPoint());
   EXPECT_EQ(control<QLineEdit>(&main(), "FINDSTRING")->text(), QStringLiteral("Account:"));
   pick(&main(), "EXTRACT", 1);
 
-  click(&main(), "planButton");
-  ASSERT_EQ(planTable()->model()->rowCount(), 12);
+  main().activateWindow();
+  EXPECT_TRUE(waitUntil([this] { return main().isActiveWindow(); }));
+  QTest::keyClick(&main(), Qt::Key_F7);
+  EXPECT_EQ(plannedOutputs(), 12);
   EXPECT_TRUE(control<QLabel>(opened<PlanWindow>(), "planSummary")->text().contains("40 page"));
   EXPECT_FALSE(QFile::exists(at("out")));
   m_dialogs.answers = {true};
   click(opened<PlanWindow>(), "processNow");
-  expectTheSplit();
-}
-
-TEST_F(FirstSplit, WithTheKeyboardAlone) {
-  const auto press = [](QWidget* window, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    window->activateWindow();
-    ASSERT_TRUE(waitUntil([window] { return window->isActiveWindow(); }));
-    QWidget* focused = window->focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : window, key, modifiers);
-  };
-  const auto replace = [&](Qt::Key accelerator, const QString& text) {
-    press(&main(), accelerator, Qt::AltModifier);
-    press(&main(), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(main().focusWidget(), text);
-  };
-  replace(Qt::Key_N, at("statements.pdf"));
-  constexpr int stopsOfTab = 80;
-  for (int i = 0; i < stopsOfTab && main().focusWidget()->objectName() != "OUTPUTDIR"; ++i) {
-    press(&main(), Qt::Key_Tab);
-  }
-  press(&main(), Qt::Key_A, Qt::ControlModifier);
-  QTest::keyClicks(main().focusWidget(), at("out"));
-  EXPECT_EQ(main().currentSetup().fileName, at("statements.pdf"));
-  EXPECT_EQ(main().currentSetup().outputDir, at("out"));
-  PageViewer* viewer = nullptr;
-  {
-    const NextDialog page([&](QDialog* dialog) { press(dialog, Qt::Key_Return); });
-    press(&main(), Qt::Key_G, Qt::AltModifier);
-    viewer = opened<PageViewer>();
-  }
-  ASSERT_TRUE(isDrawn(viewer));
-  PageCanvas& canvas = canvasOf(viewer);
-  canvas.setFocus();
-  // The cursor walks from word to word; Return picks the one it is at.
-  QTest::keyClick(&canvas, Qt::Key_Right);
-  for (const ViewedWord& word : canvas.page().words) {
-    if (word.text == QStringLiteral("Account:")) {
-      break;
-    }
-    QTest::keyClick(&canvas, Qt::Key_Right);
-  }
-  QTest::keyClick(&canvas, Qt::Key_Return);
-  EXPECT_EQ(control<QLineEdit>(&main(), "FINDSTRING")->text(), QStringLiteral("Account:"));
-  press(viewer, Qt::Key_Escape);
-
-  press(&main(), Qt::Key_C, Qt::AltModifier); // the list of names
-  press(&main(), Qt::Key_Home);
-  press(&main(), Qt::Key_Down);
-  press(&main(), Qt::Key_F7);
-  ASSERT_EQ(planTable()->model()->rowCount(), 12);
-  press(opened<PlanWindow>(), Qt::Key_Escape);
-  m_dialogs.answers = {true};
-  press(&main(), Qt::Key_W, Qt::AltModifier);
-  press(&main(), Qt::Key_Return);
-  expectTheSplit();
+  // One file for each of the sample's twelve accounts, and the person sees where they are.
+  const QStringList names = test::filesBelow(at("out"));
+  ASSERT_EQ(names.size(), 12) << names.join(u' ').toStdString();
+  EXPECT_EQ(names.filter(QStringLiteral(".pdf")).size(), names.size());
+  EXPECT_EQ(m_dialogs.questions.filter("Done! - 12 PDF file(s) output").size(), 1);
+  ASSERT_EQ(m_dialogs.opened.size(), 1);
+  EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains(names[0].toUtf8()));
 }
 
 /// The windows go in an order in which none misses another: with all of them open, and in a walk.
 TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
-  m_dialogs.files = {{at("statements.pdf")}};
-  click(&main(), "browseSource");
   typeInto(&main(), "FINDSTRING", QStringLiteral("Account:"));
   for (const char* action : {"prepareList", "openHelp", "plan"}) {
     trigger(action);
   }
   EXPECT_NE(opened<CBatchList>(), nullptr);
-  EXPECT_EQ(planTable()->model()->rowCount(), 12);
+  EXPECT_EQ(plannedOutputs(), 12);
   QTimer next;
   int matches = 0;
   next.callOnTimeout([&] {
-    auto* viewer = opened<PageViewer>();
-    auto* button = control<QWidget>(viewer, ++matches < 3 ? "nextMatch" : "stopMatches");
+    auto* button =
+        control<QWidget>(opened<PageViewer>(), ++matches < 3 ? "nextMatch" : "stopMatches");
     if (button->isEnabled()) {
       QTest::mouseClick(button, Qt::LeftButton);
     }

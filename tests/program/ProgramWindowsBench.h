@@ -8,50 +8,35 @@
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
-#include <QTemporaryDir>
 
 namespace folivex::testing {
 
-class ProgramWindowsBench : public ::testing::Test {
+class ProgramWindowsBench : public OwnFolder {
 protected:
-  ProgramWindowsBench() : m_memory(at("window.ini")) {
+  ProgramWindowsBench() {
     EXPECT_EQ(test::loadBuiltLibraries(), QString());
-    QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
     m_windows = std::make_unique<ProgramWindows>(m_dialogs, m_memory);
     main().show();
     m_windows->start({});
   }
-  ~ProgramWindowsBench() override {
-    m_windows.reset();
-    qputenv("TMPDIR", m_temporaryBefore);
-  }
 
   MainWindow& main() { return m_windows->main(); }
-  QString at(const char* name) const { return m_folder.filePath(QString::fromLatin1(name)); }
   void trigger(const char* action) {
     main().findChild<QAction*>(QString::fromLatin1(action))->trigger();
   }
 
   template <typename Window> Window* opened() {
-    Window* found = nullptr;
-    const bool came = waitUntil([&] {
-      for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (auto* one = dynamic_cast<Window*>(window); one != nullptr && one->isVisible()) {
-          found = one;
-        }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (auto* one = dynamic_cast<Window*>(window); one != nullptr && one->isVisible()) {
+        return one;
       }
-      return found != nullptr;
-    });
-    EXPECT_TRUE(came) << "the window never opened";
-    return found;
+    }
+    ADD_FAILURE() << "the window did not open";
+    std::abort();
   }
 
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
   ScriptedDialogs m_dialogs;
-  WindowMemory m_memory;
+  WindowMemory m_memory{at("window.ini")};
   std::unique_ptr<ProgramWindows> m_windows;
 };
 

@@ -6,8 +6,11 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -51,6 +54,20 @@ inline void typeInto(QWidget* window, const char* name, const QString& text) {
   QTest::keyClick(field, Qt::Key_Delete);
   QTest::keyClicks(field, text);
 }
+
+/// A folder of the test's own: what it writes, what it remembers, and its temporary files below it.
+class OwnFolder : public ::testing::Test {
+protected:
+  OwnFolder() {
+    QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
+    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+  }
+  ~OwnFolder() override { qputenv("TMPDIR", m_temporaryBefore); }
+  QString at(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
+
+  QTemporaryDir m_folder;
+  QByteArray m_temporaryBefore = qgetenv("TMPDIR");
+};
 
 /// Acts on the next modal dialog that opens (QDialog::exec) as soon as it does. The test fails when
 /// it never came: see the destructor. `action` must close the dialog.

@@ -8,29 +8,15 @@ namespace {
 
 class MatchWalk : public ViewerBench {
 protected:
-  struct Seen {
-    int page;
-    QString text;
-    bool isBoxed;
-    bool isInSight;
-  };
-
   /// Walks with a person who does `act` at each match, once its page is drawn.
   void walk(const std::function<void()>& act) {
     openSample();
     m_person.onEvents = [] { QApplication::processEvents(); };
     QTimer person;
     person.callOnTimeout([&] {
-      auto* next = control<QPushButton>(&m_viewer, "nextMatch");
-      const bool isDrawn =
-          canvas().page().page == m_viewer.page() && !canvas().page().image.isNull();
-      if (next->isEnabled() && isDrawn) {
-        const QRect sight = control<PageArea>(&m_viewer, "pageArea")->viewport()->rect();
-        const QRect place = canvas().markedPlace().toAlignedRect();
-        const QPoint corner =
-            canvas().mapTo(control<PageArea>(&m_viewer, "pageArea")->viewport(), place.topLeft());
-        m_seen.push_back({m_viewer.page(), told("walkText"), !place.isEmpty(),
-                          sight.contains(QRect(corner, place.size()))});
+      if (control<QPushButton>(&m_viewer, "nextMatch")->isEnabled() &&
+          canvas().page().page == m_viewer.page() && !canvas().page().image.isNull()) {
+        m_pages.push_back(m_viewer.page());
         act();
       }
     });
@@ -39,15 +25,22 @@ protected:
     EXPECT_FALSE(control<QWidget>(&m_viewer, "walkRow")->isHidden());
     m_driver->ShowMatches(walker);
   }
-  void next() { click(&m_viewer, "nextMatch"); }
 
-  std::vector<Seen> m_seen;
+  std::vector<int> m_pages;
 };
 
 TEST_F(MatchWalk, ShowsEachMatchInItsPlaceUntilTheEnd) {
   setup().findString = QStringLiteral("Account: 10518");
   setup().pageExtract = splitMethodTexts()[0];
-  walk([this] { next(); });
+  walk([this] {
+    const QWidget* sight = control<PageArea>(&m_viewer, "pageArea")->viewport();
+    const QRect place = canvas().markedPlace().toAlignedRect();
+    EXPECT_FALSE(place.isEmpty());
+    EXPECT_TRUE(
+        sight->rect().contains(QRect(canvas().mapTo(sight, place.topLeft()), place.size())));
+    EXPECT_TRUE(told("walkText").contains("Account: 10518")) << told("walkText").toStdString();
+    click(&m_viewer, "nextMatch");
+  });
   const QStringList pages = pageTexts(samplePath());
   std::vector<int> expected;
   for (qsizetype i = 0; i < pages.size(); ++i) {
@@ -55,13 +48,8 @@ TEST_F(MatchWalk, ShowsEachMatchInItsPlaceUntilTheEnd) {
       expected.push_back(static_cast<int>(i) + 1);
     }
   }
-  ASSERT_FALSE(expected.empty());
-  ASSERT_EQ(m_seen.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    EXPECT_EQ(m_seen[i].page, expected[i]);
-    EXPECT_TRUE(m_seen[i].isBoxed && m_seen[i].isInSight) << m_seen[i].text.toStdString();
-    EXPECT_TRUE(m_seen[i].text.contains("Account: 10518")) << m_seen[i].text.toStdString();
-  }
+  EXPECT_FALSE(expected.empty());
+  EXPECT_EQ(m_pages, expected);
   EXPECT_EQ(m_person.messages, QStringList("No more matches found."));
   EXPECT_TRUE(control<QWidget>(&m_viewer, "walkRow")->isHidden());
   EXPECT_TRUE(canvas().markedPlace().isNull());
@@ -75,9 +63,9 @@ TEST_F(MatchWalk, EndsSilentlyOnEveryWayToStop) {
   };
   for (const auto& [way, stop] : ways) {
     m_viewer.show();
-    m_seen.clear();
-    walk([&, stop = stop] { m_seen.size() < 3 ? next() : stop(); });
-    EXPECT_EQ(m_seen.size(), 3U) << way;
+    m_pages.clear();
+    walk([&, stop = stop] { m_pages.size() < 3 ? click(&m_viewer, "nextMatch") : stop(); });
+    EXPECT_EQ(m_pages.size(), 3U) << way;
     EXPECT_TRUE(m_person.messages.isEmpty()) << way;
     EXPECT_TRUE(m_driver->state().userStop) << way;
   }
@@ -88,7 +76,6 @@ TEST_F(MatchWalk, StopsBetweenMatchesToo) {
   openSample();
   int steps = 0;
   m_person.onEvents = [&] {
-    QApplication::processEvents();
     if (++steps == 5) {
       click(&m_viewer, "stopMatches");
     }

@@ -19,7 +19,7 @@ protected:
   /// "word|h|v" of every word on page 1, as the engine lists them for a person.
   QStringList listed() {
     m_driver->ListPagePositions(1);
-    const QString text = QString::fromUtf8(contentOf(at("page_positions.txt")));
+    const QString text = QString::fromUtf8(contentOf(at("tmp/page_positions.txt")));
     QStringList lines;
     for (const QString& line : text.section(QStringLiteral("-----"), -1).split(u'\n')) {
       const QStringList parts = line.split(u'\t');
@@ -29,22 +29,18 @@ protected:
     }
     return lines;
   }
+  /// Something is drawn there: a wide range of lightness.
   bool hasInk(const QRectF& box) {
-    const QImage& image = canvas().page().image;
     const double scale = canvas().page().pixelsPerPoint;
-    const QRect pixels =
-        QRectF(box.topLeft() * scale, box.size() * scale).toAlignedRect() & image.rect();
-    int darkest = 255;
-    int lightest = 0;
-    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
-      for (int x = pixels.left(); x <= pixels.right(); ++x) {
-        const int lightness = image.pixelColor(x, y).lightness();
-        darkest = std::min(darkest, lightness);
-        lightest = std::max(lightest, lightness);
-      }
+    const QImage part = canvas().page().image.copy(
+        QRectF(box.topLeft() * scale, box.size() * scale).toAlignedRect());
+    QList<int> lightness;
+    for (int pixel = 0; pixel < part.width() * part.height(); ++pixel) {
+      const QColor color = part.pixelColor(pixel % part.width(), pixel / part.width());
+      lightness += color.lightness();
     }
-    constexpr int readable = 60;
-    return lightest - darkest > readable;
+    const auto [least, most] = std::minmax_element(lightness.begin(), lightness.end());
+    return least != most && *most - *least > 60;
   }
 };
 
@@ -69,17 +65,22 @@ TEST_P(PageWordsAsListed, AreThoseThatAreToldAndPicked) {
   EXPECT_EQ(viewed, listed());
   ASSERT_FALSE(viewed.isEmpty());
 
-  std::optional<PickedWord> picked;
-  m_viewer.onWordPicked = [&](const PickedWord& one, int) { picked = one; };
+  QStringList picked;
+  m_viewer.onWordPicked = [&](const PickedWord& one, int) {
+    picked +=
+        QStringLiteral("%1 h %2, v %3   %4").arg(one.page).arg(one.h).arg(one.v).arg(one.text);
+  };
   const ViewedWord& one = word(row.someWord);
   moveTo(placeOf(one));
   EXPECT_EQ(told("wordText"),
             QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
   QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
-  ASSERT_TRUE(picked);
-  EXPECT_EQ(QStringLiteral("%1|%2|%3").arg(picked->text).arg(picked->h).arg(picked->v),
-            QStringLiteral("%1|%2|%3").arg(one.text).arg(one.h).arg(one.v));
-  EXPECT_EQ(picked->page, 1);
+  EXPECT_EQ(picked, QStringList("1 " + told("wordText")));
+  if (QByteArray(row.fault) == "WordsUponEachOther") {
+    // Right-to-left lines look like this to a search: each word counts as beside the one before.
+    EXPECT_EQ(words()[1].h, 110);
+    EXPECT_EQ(words()[1].lookupH, 100);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -98,19 +99,6 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return std::string(tested.param.fault); });
 
 class PagePick : public ViewerBench {};
-
-TEST_F(PagePick, WordsThatShareAPlaceKeepTheirOwnForLookUps) {
-  // Right-to-left lines look like this to a search: each word counts as beside the one before.
-  testpdf::PdfBuilder pdf;
-  const int font = pdf.addFont("Helvetica");
-  pdf.addPage("BT /F 12 Tf 100 700 Td (MMMM) Tj 0 0 Td (III) Tj ET",
-              "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>");
-  pdf.write(at("two.pdf").toStdString());
-  open({at("two.pdf"), {}, false});
-  ASSERT_EQ(words().size(), 2U);
-  EXPECT_EQ(words()[1].h, 110);
-  EXPECT_EQ(words()[1].lookupH, 100);
-}
 
 TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
   m_viewer.setTargets({"Search word", "Until word"});
@@ -135,10 +123,10 @@ TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
   EXPECT_EQ(target, 1);
   EXPECT_EQ(range.page, 1);
   const double pointsAPixel = 1 / unitsPerPoint(canvas().page().size, {});
-  EXPECT_NEAR(range.hFrom, account.h - 5, 1 + pointsAPixel);
-  EXPECT_NEAR(range.hTo, account.h + 20, 1 + pointsAPixel);
-  EXPECT_NEAR(range.vFrom, account.v - 12, 1 + pointsAPixel);
-  EXPECT_NEAR(range.vTo, account.v + 5, 1 + pointsAPixel);
+  for (const int off : {range.hFrom - account.h + 5, range.hTo - account.h - 20,
+                        range.vFrom - account.v + 12, range.vTo - account.v - 5}) {
+    EXPECT_NEAR(off, 0, 1 + pointsAPixel);
+  }
   EXPECT_TRUE(shown.startsWith(rangeText({range.hFrom, range.hTo, range.vFrom, range.vTo})));
 
   // Out of the page's top: no position is below 1, which would mean something else in a search.
@@ -152,20 +140,23 @@ TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
 
 TEST_F(PagePick, TheKeyboardGoesFromWordToWord) {
   openSample();
+  EXPECT_FALSE(control<QPushButton>(&m_viewer, "copyPosition")->isEnabled());
   canvas().setFocus();
   QStringList picked;
   m_viewer.onWordPicked = [&](const PickedWord& one, int) { picked += one.text; };
   key(Qt::Key_Return); // there is no cursor yet
-  key(Qt::Key_Right);
-  key(Qt::Key_Return);
-  key(Qt::Key_Tab);
-  key(Qt::Key_Return);
-  key(Qt::Key_Backtab, Qt::ShiftModifier);
-  key(Qt::Key_Return);
-  EXPECT_EQ(picked, QStringList({words()[0].text, words()[1].text, words()[0].text}));
-  while (words()[static_cast<std::size_t>(canvas().currentWord())].text != "Account:") {
-    key(Qt::Key_Right);
+  for (const auto& [step, modifiers] :
+       {std::pair{Qt::Key_Right, Qt::NoModifier}, std::pair{Qt::Key_Tab, Qt::NoModifier},
+        std::pair{Qt::Key_Backtab, Qt::ShiftModifier}}) {
+    key(step, modifiers);
+    key(Qt::Key_Return);
   }
+  EXPECT_EQ(picked, QStringList({words()[0].text, words()[1].text, words()[0].text}));
+  const ViewedWord account = word("Account:");
+  QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(account));
+  click(&m_viewer, "copyPosition"); // as a token takes it
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            QStringLiteral("%1,%2").arg(account.h).arg(account.v));
   key(Qt::Key_Down);
   key(Qt::Key_Down);
   EXPECT_TRUE(told("wordText").endsWith("Customer:") || told("wordText").endsWith("E-mail:"))
@@ -173,18 +164,9 @@ TEST_F(PagePick, TheKeyboardGoesFromWordToWord) {
   key(Qt::Key_Escape);
   EXPECT_EQ(canvas().currentWord(), -1);
   EXPECT_TRUE(m_viewer.isVisible()) << "Escape takes the cursor away first";
+  canvas().setFocus();
   key(Qt::Key_Tab);
   EXPECT_FALSE(canvas().hasFocus()) << "Tab leaves the page when no cursor is there";
-}
-
-TEST_F(PagePick, APositionIsCopiedAsATokenTakesIt) {
-  openSample();
-  EXPECT_FALSE(control<QPushButton>(&m_viewer, "copyPosition")->isEnabled());
-  const ViewedWord account = word("Account:");
-  QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(account));
-  click(&m_viewer, "copyPosition");
-  EXPECT_EQ(QApplication::clipboard()->text(),
-            QStringLiteral("%1,%2").arg(account.h).arg(account.v));
 }
 
 } // namespace

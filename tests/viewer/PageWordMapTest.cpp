@@ -21,17 +21,12 @@ const std::vector<ViewedWord>& somePage() {
 
 TEST(PageWordMaps, StepToTheWordThatAnEyeWouldGoTo) {
   const PageWordMap map(somePage());
-  const struct {
-    int from;
-    WordStep step;
-    int to;
-  } rows[] = {
+  const std::tuple<int, WordStep, int> rows[] = {
       {-1, WordStep::Down, 0}, {0, WordStep::Left, 0}, {2, WordStep::Right, 3},
       {6, WordStep::Right, 6}, {1, WordStep::Down, 4}, {2, WordStep::Down, 5},
-      {4, WordStep::Up, 1},    {0, WordStep::Up, 0},   {5, WordStep::Down, 5},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(map.step(row.from, row.step), row.to) << row.from;
+      {4, WordStep::Up, 1},    {0, WordStep::Up, 0},   {5, WordStep::Down, 5}};
+  for (const auto& [from, step, to] : rows) {
+    EXPECT_EQ(map.step(from, step), to) << from;
   }
   const std::vector<ViewedWord> none;
   EXPECT_EQ(PageWordMap(none).step(-1, WordStep::Right), -1);

@@ -16,7 +16,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
 
 namespace folivex::test {
 
@@ -32,11 +31,9 @@ inline QString samplePath() {
 }
 
 /// A viewer, and a driver with a temporary folder of its own that splits the sample at "Account:".
-class ViewerBench : public ::testing::Test {
+class ViewerBench : public testing::OwnFolder {
 protected:
   ViewerBench() {
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(m_folder.path()));
     setup().fileName = samplePath();
     setup().outputDir = at("out");
     setup().findString = QStringLiteral("Account:");
@@ -46,9 +43,6 @@ protected:
     m_viewer.resize(820, 900);
     m_viewer.show();
   }
-  ~ViewerBench() override { qputenv("TMPDIR", m_temporaryBefore); }
-
-  QString at(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
   SplitSetup& setup() { return m_store.edited(); }
 
   PageCanvas& canvas() { return *control<PageArea>(&m_viewer, "pageArea")->canvas(); }
@@ -91,8 +85,6 @@ protected:
     QTest::keyClick(&canvas(), which, modifiers);
   }
 
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
   SetupStore m_store;
   RecordingOperator m_person;
   std::unique_ptr<JobDriver> m_driver;
