@@ -56,6 +56,10 @@ bool openNamed(QFile& file, const QString& path, QIODevice::OpenMode mode, FileF
               file.errorString());
 }
 
+bool openNew(QFile& file, const QString& name, const QString&, FileAccess, FileFailure& failure) {
+  return openNamed(file, name, QIODevice::WriteOnly | QIODevice::NewOnly, failure);
+}
+
 } // namespace
 
 bool openForReading(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
@@ -66,17 +70,6 @@ bool openForReading(QFile& file, const QString& path, FileAccess, FileFailure& f
 bool openForWriting(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
   return openNamed(file, withoutTrailingBlanks(path), QIODevice::WriteOnly | QIODevice::Truncate,
                    failure);
-}
-
-QString openAside(QFile& file, const QString& path, FileAccess, FileFailure& failure) {
-  for (int i = 0; i < namesToTry; ++i) {
-    QString name = newNameBeside(path);
-    if (openNamed(file, name, QIODevice::WriteOnly | QIODevice::NewOnly, failure)) {
-      failure = {};
-      return name;
-    }
-  }
-  return {};
 }
 
 bool syncToDisk(QFile& file, FileFailure& failure) {
@@ -178,6 +171,16 @@ bool openChecked(QFile& file, const QString& path, int flags, FileAccess access,
   return true;
 }
 
+/// The file that stands at `path` hands on its permissions, unless the new one is private.
+bool openNew(QFile& file, const QString& name, const QString& path, FileAccess access,
+             FileFailure& failure) {
+  const bool isOpen = openChecked(file, name, O_WRONLY | O_CREAT | O_EXCL, access, failure);
+  if (isOpen && access != FileAccess::Private) {
+    takePermissions(file.handle(), path);
+  }
+  return isOpen;
+}
+
 } // namespace
 
 bool openForReading(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
@@ -201,23 +204,6 @@ bool openForWriting(QFile& file, const QString& path, FileAccess access, FileFai
   return true;
 }
 
-QString openAside(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
-  for (int i = 0; i < namesToTry; ++i) {
-    QString name = newNameBeside(path);
-    failure = {};
-    if (openChecked(file, name, O_WRONLY | O_CREAT | O_EXCL, access, failure)) {
-      if (access != FileAccess::Private) {
-        takePermissions(file.handle(), path);
-      }
-      return name;
-    }
-    if (!QFile::exists(name)) {
-      break;
-    }
-  }
-  return {};
-}
-
 bool syncToDisk(QFile& file, FileFailure& failure) {
   return fsync(file.handle()) == 0 || failWithErrno(failure, errno);
 }
@@ -236,6 +222,20 @@ bool isTrustedPrivateFile(const QString& path) {
 }
 
 #endif
+
+QString openAside(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
+  for (int i = 0; i < namesToTry; ++i) {
+    QString name = newNameBeside(path);
+    failure = {};
+    if (openNew(file, name, path, access, failure)) {
+      return name;
+    }
+    if (!QFile::exists(name)) {
+      break;
+    }
+  }
+  return {};
+}
 
 FileAccess accessForSecrets(const QString& path) {
   return isInTemporaryFolder(path) ? FileAccess::Private : FileAccess::Confidential;

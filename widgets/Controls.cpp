@@ -43,18 +43,13 @@ void place(QBoxLayout& layout, std::initializer_list<Placed> controls) {
 } // namespace
 
 QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
-                        QWidget* parent) {
-  auto* button = new SideButton(text, parent);
-  button->setObjectName(QString::fromLatin1(name));
+                        QWidget* parent, std::function<void()> onClicked) {
+  auto* button = named(new SideButton(text, parent), name);
   button->setToolTip(toolTip);
   button->setAutoDefault(false);
-  return button;
-}
-
-QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
-                        QWidget* parent, std::function<void()> onClicked) {
-  QPushButton* button = sideButton(name, text, toolTip, parent);
-  QObject::connect(button, &QPushButton::clicked, button, std::move(onClicked));
+  if (onClicked) {
+    QObject::connect(button, &QPushButton::clicked, button, std::move(onClicked));
+  }
   return button;
 }
 

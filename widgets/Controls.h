@@ -15,13 +15,9 @@ class QPushButton;
 namespace folivex {
 
 /// A button that Enter presses when it has the cursor, and in no other case: a field or a table
-/// beside it keeps its Enter.
+/// beside it keeps its Enter. `onClicked` is what it does, unless somebody connects it.
 QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
-                        QWidget* parent);
-
-/// The same with what it does.
-QPushButton* sideButton(const char* name, const QString& text, const QString& toolTip,
-                        QWidget* parent, std::function<void()> onClicked);
+                        QWidget* parent, std::function<void()> onClicked = {});
 
 /// Buttons named "ok", which Enter presses, and "cancel".
 QWidget* okAndCancel(QDialog* dialog, const char* okToolTip, const char* cancelToolTip);

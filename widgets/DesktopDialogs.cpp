@@ -12,8 +12,13 @@ namespace folivex {
 
 namespace {
 
-/// Runs a chooser; the paths that were agreed on.
-QStringList chosen(QFileDialog& chooser, const FileRequest& request) {
+/// Runs a chooser; the paths that were agreed on. Any file may be saved to.
+QStringList chosen(QWidget* over, const FileRequest& request, QFileDialog::FileMode mode) {
+  QFileDialog chooser(over, request.title);
+  chooser.setFileMode(mode);
+  chooser.setAcceptMode(mode == QFileDialog::AnyFile ? QFileDialog::AcceptSave
+                                                     : QFileDialog::AcceptOpen);
+  chooser.setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
   if (!request.filter.isEmpty()) {
     chooser.setNameFilters(request.filter.split(QStringLiteral(";;")));
   }
@@ -52,30 +57,20 @@ bool DesktopDialogs::question(QWidget* over, const QString& text, const QString&
 }
 
 QString DesktopDialogs::openFile(QWidget* over, const FileRequest& request) {
-  QFileDialog chooser(over, request.title);
-  chooser.setFileMode(QFileDialog::ExistingFile);
-  return chosen(chooser, request).value(0);
+  return chosen(over, request, QFileDialog::ExistingFile).value(0);
 }
 
 QStringList DesktopDialogs::openFiles(QWidget* over, const FileRequest& request) {
-  QFileDialog chooser(over, request.title);
-  chooser.setFileMode(QFileDialog::ExistingFiles);
-  return chosen(chooser, request);
+  return chosen(over, request, QFileDialog::ExistingFiles);
 }
 
 QString DesktopDialogs::saveFile(QWidget* over, const FileRequest& request) {
-  QFileDialog chooser(over, request.title);
-  chooser.setFileMode(QFileDialog::AnyFile);
-  chooser.setAcceptMode(QFileDialog::AcceptSave);
-  return chosen(chooser, request).value(0);
+  return chosen(over, request, QFileDialog::AnyFile).value(0);
 }
 
 QString DesktopDialogs::chooseFolder(QWidget* over, const QString& title,
                                      const QString& startPath) {
-  QFileDialog chooser(over, title);
-  chooser.setFileMode(QFileDialog::Directory);
-  chooser.setOption(QFileDialog::ShowDirsOnly);
-  return chosen(chooser, {title, QString(), startPath, QString()}).value(0);
+  return chosen(over, {title, {}, startPath, {}}, QFileDialog::Directory).value(0);
 }
 
 bool DesktopDialogs::openOutside(const QString& pathOrAddress) {

@@ -22,8 +22,4 @@ void FieldProblem::tell(const QString& text, Weight weight) {
   m_field->setProperty("problem", !text.isEmpty() && weight == Weight::Problem);
 }
 
-bool FieldProblem::isTold() const {
-  return !m_label->text().isEmpty();
-}
-
 } // namespace folivex

@@ -18,12 +18,10 @@ public:
   explicit FieldProblem(QWidget* field);
 
   QLabel* label() const { return m_label; }
-  QWidget* field() const { return m_field; }
 
   enum class Weight { Problem, Hint };
   /// Shows what is wrong, in plain words; empty: nothing is. A hint looks milder.
   void tell(const QString& text, Weight weight = Weight::Problem);
-  bool isTold() const;
 
 private:
   QWidget* m_field;

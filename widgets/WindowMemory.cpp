@@ -31,16 +31,6 @@ void WindowMemory::setText(const QString& key, const QString& value) {
   m_settings.setValue(key, value);
 }
 
-int WindowMemory::number(const QString& key, int otherwise) const {
-  bool isNumber = false;
-  const int value = m_settings.value(key, otherwise).toInt(&isNumber);
-  return isNumber ? value : otherwise;
-}
-
-void WindowMemory::setNumber(const QString& key, int value) {
-  m_settings.setValue(key, value);
-}
-
 void WindowMemory::restore(QWidget* window) const {
   // restoreGeometry() moves a window onto a screen that is there.
   window->restoreGeometry(m_settings.value(geometryKey(window)).toByteArray());

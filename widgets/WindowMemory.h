@@ -19,8 +19,6 @@ public:
 
   QString text(const QString& key, const QString& otherwise = QString()) const;
   void setText(const QString& key, const QString& value);
-  int number(const QString& key, int otherwise) const;
-  void setNumber(const QString& key, int value);
 
   /// Size and place of a window, by its object name. A place that no screen shows is not taken.
   void restore(QWidget* window) const;

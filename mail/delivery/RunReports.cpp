@@ -12,9 +12,9 @@ void RunReports::open(const SplitSetup& setup, const FinishedRun& run) {
       reportPaths(setup, run.source, outputFolderOf(setup, run.source), currentFolderIsWritable())
           .emailCsv;
   const QString problem = report->file.open(report->path, run.source, QDateTime::currentDateTime());
-  report->isOpen = problem.isEmpty();
   if (!problem.isEmpty()) {
     m_problems += problem;
+    report.reset();
   }
   for (const AddressedOutput& output : run.outputs) {
     m_reportOf[output.file] = m_reports.size();
@@ -24,14 +24,14 @@ void RunReports::open(const SplitSetup& setup, const FinishedRun& run) {
 
 void RunReports::write(const EmailReportLine& line) {
   const auto found = m_reportOf.constFind(line.file);
-  if (found != m_reportOf.constEnd() && m_reports[*found]->isOpen) {
+  if (found != m_reportOf.constEnd() && m_reports[*found]) {
     m_reports[*found]->file.write(line);
   }
 }
 
 QString RunReports::close() {
   for (const auto& report : m_reports) {
-    if (report->isOpen && !report->file.close()) {
+    if (report && !report->file.close()) {
       m_problems += QStringLiteral("The e-mail report could not be written whole: ") + report->path;
     }
   }

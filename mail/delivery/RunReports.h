@@ -30,10 +30,9 @@ private:
   struct Report {
     QString path;
     EmailCsvReport file;
-    bool isOpen = false;
   };
-  std::vector<std::unique_ptr<Report>> m_reports;
-  QHash<QString, std::size_t> m_reportOf; ///< by output file
+  std::vector<std::unique_ptr<Report>> m_reports; ///< null: it cannot be written
+  QHash<QString, std::size_t> m_reportOf;         ///< by output file
   QStringList m_problems;
 };
 
