@@ -1,6 +1,7 @@
 // The list file: exact bytes out, every kind of line in, and nothing lost when writing fails.
 #include "batch/ListFile.h"
 #include "tests/batch/BatchBench.h"
+#include "tests/support/Rows.h"
 
 #include <sys/stat.h>
 
@@ -33,35 +34,11 @@ TEST_F(ListFile, BytesAreExact) {
 }
 
 TEST_F(ListFile, EveryKindOfLine) {
-  struct Case {
-    const char* fault;
-    QByteArray bytes;
-    QStringList rows;
-  };
-  const Case cases[] = {
-      {"line without bars", "d.pdf\n", {"Yes d.pdf"}},
-      {"last line without an end", "a||\nb||", {"Yes a", "Yes b"}},
-      {"reserved fields read as name", "a.pdf|x|y|z\n~b|1|\n", {"Yes a.pdf", "No b"}},
-      {"CR left on the name", "a.pdf||\r\nb.pdf\r\n", {"Yes a.pdf", "Yes b.pdf"}},
-      {"vertical tab and form feed", "a\vb||\nc\fd\n", {"Yes a", "Yes c"}},
-      {"break counted as first character", "\ra\rb\n", {"Yes \ra"}},
-      {"empty lines", "\n\na||\n\n", {"Yes a"}},
-      {"empty file", "", {}},
-      {"prefix alone", "~\n+||\n|x\n", {"No ", "No ", "Yes "}},
-      {"second prefix belongs to the name", "~~a\n+~b\n", {"No ~a", "No ~b"}},
-      {"zero byte", QByteArray("a\0b||\n\0\nc\n", 10), {"Yes a", "Yes c"}},
-      {"mark of an editor", "\xEF\xBB\xBF~a||\n", {"No a"}},
-      {"code page",
-       "Gr\xF6\xDF"
-       "e \x80.pdf||\n",
-       {"Yes Größe €.pdf"}},
-      {"one odd byte", "\xC3\xB6||\n\xFF||\n", {"Yes Ã¶", "Yes ÿ"}},
-  };
-  for (const Case& each : cases) {
-    const ListFileContent content = parseListFile(each.bytes);
-    EXPECT_EQ(texts(content.entries), each.rows) << each.fault;
-    EXPECT_EQ(content.cutLine, 0) << each.fault;
-  }
+  test::forEachRow("batch/list-lines.json", [](const SplitSetup&, const QStringList& row) {
+    const ListFileContent content = parseListFile(row[0].toLatin1());
+    EXPECT_EQ(texts(content.entries), row.mid(1));
+    EXPECT_EQ(content.cutLine, 0);
+  });
 }
 
 TEST_F(ListFile, ReadingEndsAtALineThatIsTooLong) {

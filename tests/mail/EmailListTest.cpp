@@ -1,5 +1,6 @@
 #include "mail/EmailListFile.h"
 #include "mail/PageRangeFile.h"
+#include "tests/support/Rows.h"
 #include "tests/support/RunBench.h"
 
 #include <QTemporaryDir>
@@ -84,31 +85,11 @@ TEST(EmailListFile, WritesTheFormatByteForByte) {
   EXPECT_TRUE(read.isEmpty());
 }
 
+/// A row: its bytes, and what is read: address, file and pages as shown, and the page numbers.
 TEST(EmailListFile, ReadsWhatOthersWrote) {
-  const QString longName(4095 - 12, u'f');
-  const QString name252(252, u'f');
-  struct Row {
-    const char* fault;
-    QByteArray content;
-    QStringList rows; ///< address, file, pages as shown, the page numbers, whether it is cut
-  };
-  const Row rows[] = {
-      {"8-bit", "ren\xE9@x|C:\\f.pdf|3|5\r\n", {"rené@x C:\\f.pdf 3 5 = 3 5"}},
-      {"no mark", "UNICODEV4\nrené@x|f|1|2\n", {"rené@x f 1 2 = 1 2"}},
-      {"no numbers", "UNICODE\na@x|f|x1|99999999999\n", {"a@x f x1 99999999999 = 0 0"}},
-      {"fields", "UNICODE\n a@x |f|1|2|body|cc\nb@x\n", {"a@x f 1 2 = 1 2", "b@x    = 0 0"}},
-      {"an entry that is not sent", "UNICODE\n|f|0|0\n\n", {" f 0 0 = 0 0"}},
-      {"a path that another program cut",
-       QString("UNICODE\na@x|%1.pd|0|0\nb@x|%1pdf|0|0\nc@x|%1x.pdf|0|0").arg(name252).toUtf8(),
-       {"a@x " + name252 + ".pd 0 0 = 0 0 cut", "b@x " + name252 + "pdf 0 0 = 0 0 cut",
-        "c@x " + name252 + "x.pdf 0 0 = 0 0"}},
-      {"a line in pieces of 4095",
-       "UNICODE\na@x.example|" + longName.toUtf8() + "b@x|g|1|2",
-       {"a@x.example " + longName + "   = 0 0 cut", "b@x g 1 2 = 1 2"}},
-  };
   QTemporaryDir folder;
-  for (const Row& row : rows) {
-    writeFile(folder.filePath("in.lst"), row.content);
+  forEachRow("mail/lists.json", [&](const SplitSetup&, const QStringList& row) {
+    writeFile(folder.filePath("in.lst"), row[0].toLatin1());
     EmailList list;
     EXPECT_TRUE(loadEmailList(list, folder.filePath("in.lst")).ok);
     QStringList got;
@@ -117,8 +98,8 @@ TEST(EmailListFile, ReadsWhatOthersWrote) {
              QString("%1 %2").arg(entry.extractPageStart).arg(entry.extractPageEnd) +
              (entry.fileIsCut ? " cut" : "");
     }
-    EXPECT_EQ(got, row.rows) << row.fault;
-  }
+    EXPECT_EQ(got, row.mid(1));
+  });
 }
 
 TEST(PageRangeFile, NamesStayBesideTheFile) {

@@ -5,6 +5,7 @@
 #include "mail/SendTest.h"
 #include "mail/SmtpTransport.h"
 #include "tests/mail/MailServerProcess.h"
+#include "tests/support/Rows.h"
 #include "tests/support/RunBench.h"
 
 #include <QTemporaryDir>
@@ -282,34 +283,15 @@ TEST_F(EmailSend, SendTestTellsHowItWent) {
 }
 
 TEST_F(EmailSend, SettingsAreCheckedBeforeARun) {
-  struct Row {
-    std::function<void(SplitSetup&)> change;
-    const char* field; ///< of the finding, empty for none
-    FindingWeight weight = FindingWeight::Problem;
-  };
-  const auto hint = FindingWeight::Hint;
-  const Row rows[] = {
-      {[](auto& s) { s.emailPassword.clear(); }, ""},
-      {[](auto& s) { s.emailSmtp.clear(); }, "EMAILSMTP"},
-      {[](auto& s) { s.emailFrom = "office"; }, "EMAILFROM"},
-      {[](auto& s) { s.emailInvoiceCc = "a@example.org;b"; }, "EMAILINVOICECC"},
-      {[](auto& s) { s.emailPause = 3'600'001; }, "EMAILPAUSE"},
-      {[](auto& s) { s.emailSubject = " "; }, "EMAILSUBJECT", hint},
-      {[](auto& s) { s.emailLogin = s.emailPassword = "s3cret"; }, "EMAILSMTP", hint},
-      {[](auto& s) { s.emailPassword = "s3cret"; }, "EMAILLOGIN", hint},
-  };
-  setup.emailSmtp = "mail.example.org";
-  for (const Row& row : rows) {
-    SplitSetup changed = setup;
-    row.change(changed);
+  forEachRow("mail/settings.json", [](const SplitSetup& changed, const QStringList& row) {
     const auto findings = checkEmailSettings(changed);
-    ASSERT_EQ(findings.size(), QLatin1String(row.field).isEmpty() ? 0U : 1U) << row.field;
-    EXPECT_EQ(hasProblem(findings), !findings.empty() && row.weight == FindingWeight::Problem);
-    if (!findings.empty()) {
-      EXPECT_EQ(findings[0].field, row.field);
-      EXPECT_FALSE(findings[0].text.contains("s3cret"));
+    ASSERT_EQ(findings.size(), row[0].isEmpty() ? 0U : 1U);
+    EXPECT_EQ(hasProblem(findings), row[1] == "problem");
+    for (const EmailSettingsFinding& finding : findings) {
+      EXPECT_EQ(finding.field, row[0]);
+      EXPECT_FALSE(finding.text.contains("s3cret"));
     }
-  }
+  });
   EXPECT_TRUE(pauseProblem(" 250 ").isEmpty());
   EXPECT_FALSE(pauseProblem("3s").isEmpty());
 #ifndef Q_OS_WIN

@@ -1,5 +1,6 @@
 #include "mail/SmtpTransport.h"
 #include "tests/mail/MailServerProcess.h"
+#include "tests/support/Rows.h"
 
 #include <QTemporaryDir>
 
@@ -25,14 +26,9 @@ MailResult sendOne(const MailServer& server, const MailMessage& message,
 }
 
 struct Sent {
-  const char* fault;
-  QString senderName = {};
-  QString subject = {};
-  QString body = {};
-  BodyKind bodyKind = BodyKind::Plain;
-  QString cc = {};
-  QString attachmentName = {};
-  QByteArray attachment = {};
+  MailMessage message;
+  QString attachmentName;
+  QByteArray attachment;
 };
 
 QString onOneLine(QString text) {
@@ -40,11 +36,10 @@ QString onOneLine(QString text) {
 }
 
 void expectArrived(const Sent& sent, const QJsonObject& got) {
-  SCOPED_TRACE(sent.fault);
   QStringList recipients = {"anna@example.org"};
   QStringList headers = {"Content-Type", "Date",       "From",        "To",
                          "Subject",      "Message-ID", "MIME-Version"};
-  if (!sent.cc.isEmpty()) {
+  if (!sent.message.cc.isEmpty()) {
     recipients += {"b@example.org", "\"c,d\"@example.org"};
     headers.insert(4, "Cc");
   }
@@ -53,13 +48,13 @@ void expectArrived(const Sent& sent, const QJsonObject& got) {
   EXPECT_EQ(strings(got["to"]) + strings(got["cc"]), recipients);
   // That parser leaves a blank between the pieces of a long name.
   QStringList from = strings(got["from"].toArray()[0]);
-  if (sent.senderName.size() > 100) {
+  if (sent.message.senderName.size() > 100) {
     from[0].remove(' ');
   }
-  EXPECT_EQ(from, QStringList({onOneLine(sent.senderName), "office@example.org"}));
-  EXPECT_EQ(got["subject"].toString(), onOneLine(sent.subject));
-  EXPECT_EQ(got["bodyType"], sent.bodyKind == BodyKind::Html ? "text/html" : "text/plain");
-  QString body = sent.body;
+  EXPECT_EQ(from, QStringList({onOneLine(sent.message.senderName), "office@example.org"}));
+  EXPECT_EQ(got["subject"].toString(), onOneLine(sent.message.subject));
+  EXPECT_EQ(got["bodyType"], sent.message.bodyKind == BodyKind::Html ? "text/html" : "text/plain");
+  QString body = sent.message.body;
   body.replace("\r\n", "\n").replace("\n", "\r\n");
   EXPECT_EQ(got["body"].toString().trimmed(), body.trimmed());
   EXPECT_EQ(strings(got["defects"]), QStringList());
@@ -75,61 +70,37 @@ void expectArrived(const Sent& sent, const QJsonObject& got) {
   }
 }
 
-/// Every mail is read back by another program's parser and must be the one that was meant.
+/// Every mail is read back by another program's parser and must be the one that was meant. A row:
+/// sender's name, subject, body and its kind, copy addresses, name of the attachment.
 TEST(SmtpTransport, MailsArriveAsTheyWereMeant) {
   QTemporaryDir folder;
-  const Sent sent[] = {
-      {.fault = "accents and CJK",
-       .senderName = "Büro \"Süd\", 株式会社",
-       .subject = "Überweisung 请求書 für Özgür 😀",
-       .body = "Grüße\r\n.\r\n..zwei\r\nvon uns \r\n" + QString("ä").repeated(500) + "\n請求書\n",
-       .bodyKind = BodyKind::Html,
-       .attachmentName = "Rechnung für 株式会社 100%.pdf",
-       .attachment = oddBytes(200'000)},
-      {.fault = "specials in ASCII",
-       .senderName = "Office \\ \"South\", Inc. <x@y.example>",
-       .subject = " two  blanks ",
-       .cc = "b@example.org; \"c,d\"@example.org",
-       .attachmentName = "a \"b\" ;c=d.pdf",
-       .attachment = "x"},
-      {.fault = "line ends",
-       .senderName = "Me\r\nBcc: evil@example.org",
-       .subject = "Hello\r\nBcc: evil@example.org\r\nbody",
-       .attachmentName = "a\r\nBcc: evil@example.org\r\n.pdf"},
-      {.fault = "a subject that looks encoded, an empty file",
-       .subject = "=?UTF-8?Q?=0D=0ABcc:_x?=",
-       .attachmentName = "empty.bin"},
-      {.fault = "10,000 characters of words, and an ASCII body that servers would change",
-       .subject = QString("invoice, \"quoted\" ").repeated(600).trimmed(),
-       .body = "one\r\n.\r\n..two \n" + QString("three ").repeated(400)},
-      {.fault = "10,000 characters of one word", .subject = QString(10'000, u'x')},
-      {.fault = "10,000 characters beyond ASCII",
-       .senderName = QString("Ü").repeated(300),
-       .subject = QString("é漢😀").repeated(2'500),
-       .attachmentName = QString("Sehr langer Dateiname ").repeated(5) + "Größe.pdf"},
-  };
   MailServerProcess server;
   SmtpTransport transport(parseMailServer(server.text()));
   PlainWait wait;
-  for (const Sent& mail : sent) {
-    MailMessage message = plainMail("anna@example.org");
-    message.senderName = mail.senderName;
-    message.cc = mail.cc;
-    message.subject = mail.subject;
-    message.body = mail.body;
-    message.bodyKind = mail.bodyKind;
-    if (!mail.attachmentName.isEmpty()) {
-      message.attachmentPath = folder.filePath(mail.attachmentName);
-      writeFile(message.attachmentPath, mail.attachment);
+  std::vector<Sent> all;
+  forEachRow("mail/mails.json", [&](const SplitSetup&, const QStringList& row) {
+    Sent sent{plainMail("anna@example.org"), row[5],
+              row[5].endsWith(".pdf") ? oddBytes(200'000) : QByteArray()};
+    MailMessage& message = sent.message;
+    message.senderName = row[0];
+    message.subject = row[1];
+    message.body = row[2];
+    message.bodyKind = row[3] == "html" ? BodyKind::Html : BodyKind::Plain;
+    message.cc = row[4];
+    if (!row[5].isEmpty()) {
+      message.attachmentPath = folder.filePath(row[5]);
+      writeFile(message.attachmentPath, sent.attachment);
     }
     const MailResult result = transport.send(message, wait);
-    EXPECT_TRUE(result.sent()) << mail.fault << ": " << result.errorText.toStdString();
-  }
+    EXPECT_TRUE(result.sent()) << result.errorText.toStdString();
+    all.push_back(sent);
+  });
   EXPECT_EQ(server.connections(), 1);
   const std::vector<QJsonObject> got = server.mails();
-  ASSERT_EQ(got.size(), std::size(sent));
+  ASSERT_EQ(got.size(), all.size());
   for (std::size_t i = 0; i < got.size(); ++i) {
-    expectArrived(sent[i], got[i]);
+    SCOPED_TRACE(i);
+    expectArrived(all[i], got[i]);
   }
 }
 
@@ -223,28 +194,15 @@ TEST(SmtpTransport, EncryptionAndLogin) {
 }
 
 TEST(MailServer, TakesTheServerTextApart) {
-  struct Row {
-    const char* text;
-    MailSecurity security;
-    const char* host;
-    int port;
-  };
-  for (const Row& row :
-       {Row{"mail.example.org", MailSecurity::None, "mail.example.org", 0},
-        Row{" mail.example.org : 2525 ", MailSecurity::None, "mail.example.org", 2525},
-        Row{"ssl:mail.example.org", MailSecurity::Ssl, "mail.example.org", 0},
-        Row{"tls:[2001:db8::1]:65535", MailSecurity::StartTls, "2001:db8::1", 65535}}) {
-    const MailServer server = parseMailServer(row.text);
-    EXPECT_EQ(server.security, row.security) << row.text;
-    EXPECT_EQ(server.host, row.host) << row.text;
-    EXPECT_EQ(server.port, row.port) << row.text;
-    EXPECT_EQ(server.problem, QString()) << row.text;
-  }
-  for (const char* bad : {"mail.example.org:", "mail.example.org:65536", "mail.example.org:0",
-                          "mail.example.org:25:26", "smtp://mail.example.org", "ssl:", "",
-                          "user@mail.example.org/x"}) {
-    EXPECT_FALSE(parseMailServer(bad).problem.isEmpty()) << bad;
-  }
+  forEachRow("mail/servers.json", [](const SplitSetup&, const QStringList& row) {
+    const MailServer server = parseMailServer(row[0]);
+    const char* const kind = server.security == MailSecurity::None  ? "none"
+                             : server.security == MailSecurity::Ssl ? "ssl"
+                                                                    : "tls";
+    EXPECT_EQ(server.problem.isEmpty() ? QString("%1 %2 %3").arg(kind, server.host).arg(server.port)
+                                       : QString(),
+              row[1]);
+  });
 }
 
 } // namespace

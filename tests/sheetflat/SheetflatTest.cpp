@@ -1,5 +1,6 @@
 // Sheetflat as a process, with the real converter behind it.
 #include "tests/sheetflat/SheetBench.h"
+#include "tests/support/Rows.h"
 
 namespace {
 
@@ -67,39 +68,9 @@ TEST_F(Sheetflat, TakesTheKeptValueOfAFormulaThatItCannotWorkOut) {
 }
 
 TEST_F(Sheetflat, TextOfEveryFashionIsNormalised) {
-  struct Row {
-    const char* fault;
-    QByteArray text;
-    QByteArray expected;
-  };
-  const std::vector<Row> rows = {
-      {"byte-order mark kept",
-       "\xef\xbb\xbf"
-       "Email,File\n",
-       "Email,File\n"},
-      {"code page read as UTF-8", "Email;File\r\nk\xe4the@x.de;\x80 5.pdf\r\n",
-       "Email,File\nkäthe@x.de,€ 5.pdf\n"},
-      {"UTF-16 of a spreadsheet's text export",
-       QByteArray("\xff\xfe"
-                  "E\0\t\0F\0\r\0\n\0",
-                  12),
-       "E,F\n"},
-      {"commas in the texts taken for separators",
-       "Email;Body\na@x.de;Dear Sir, thank you, again\nb@x.de;Hello, you\n",
-       "Email,Body\na@x.de,\"Dear Sir, thank you, again\"\nb@x.de,\"Hello, you\"\n"},
-      {"title row decides on the separator",
-       "Customers, May, all of them\nEmail\tFile\na@x\tb\nc@x\td\n",
-       "\"Customers, May, all of them\"\nEmail,File\na@x,b\nc@x,d\n"},
-      {"separator line read as a row", "sep=;\nEmail;A,B\n", "Email,\"A,B\"\n"},
-      {"quotes and line ends", "a,\"b \"\"c\"\"\r\nd\",e \"f\"\ng,\"h\"i\n",
-       "a,\"b \"\"c\"\"\nd\",\"e \"\"f\"\"\"\ng,hi\n"},
-      {"blank rows lost", "Email,File\n\n\na,b", "Email,File\n\n\na,b\n"},
-      {"empty file", "", ""},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
-    EXPECT_EQ(flatten(makeFile("list.xls", row.text)), row.expected);
-  }
+  forEachRow("sheetflat/texts.json", [this](const auto&, const QStringList& row) {
+    EXPECT_EQ(flatten(makeFile("list.xls", row[0].toLatin1())), row[1].toUtf8());
+  });
 }
 
 TEST_F(Sheetflat, SaysWhatIsWrongAndLeavesNothing) {

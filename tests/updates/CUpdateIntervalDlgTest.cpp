@@ -84,6 +84,10 @@ TEST_F(UpdateIntervalDialog, CheckNowTellsItsResultInPlace) {
   EXPECT_EQ(checkNow(secure("/to-plain")),
             "The check failed: the server sends on to an address that is not "
             "encrypted.");
+  EXPECT_EQ(checkNow(secure("/not-json")),
+            "The check failed: the server's answer is no document about a version.");
+  EXPECT_EQ(checkNow(secure("/missing")),
+            "The check failed: the server answers with the status 404.");
   EXPECT_EQ(textOf(dialog, "lastCheck"), "Last check: never");
   EXPECT_EQ(checkNow(secure("/newer")), "Version 4.10.0 is available; this is version 4.9.2.");
   EXPECT_NE(textOf(dialog, "lastCheck"), "Last check: never");
@@ -93,6 +97,8 @@ TEST_F(UpdateIntervalDialog, CheckNowTellsItsResultInPlace) {
   EXPECT_EQ(checkNow(secure("/same")), "This is the newest version, 4.9.2.");
   EXPECT_FALSE(control<QLabel>(&dialog, "note")->isVisible());
   EXPECT_FALSE(control<QPushButton>(&dialog, "openPage")->isVisible());
+  EXPECT_EQ(checkNow(secure("/older")),
+            "This version, 4.9.2, is newer than the published version 4.9.1.");
 }
 
 TEST_F(UpdateIntervalDialog, ClosingStopsACheckThatHangs) {

@@ -1,4 +1,5 @@
 // What is made of a server's answer, and asking it off this thread.
+#include "tests/support/Rows.h"
 #include "tests/support/WindowBench.h"
 #include "tests/updates/UpdateBench.h"
 #include "updates/VersionNumber.h"
@@ -24,20 +25,11 @@ TEST(VersionNumber, Order) {
 }
 
 TEST(UpdateOffer, TakesNothingHarmfulFromAServer) {
-  for (const QByteArray& bad :
-       {QByteArray("<html>"), QByteArray(), QByteArray("[\"4.1.0\"]"), QByteArray(60000, '['),
-        QByteArray(R"({"version": 4.1})"), QByteArray(R"({"version": "4.1<b>"})")}) {
+  test::forEachRow("updates/offers.json", [](const SplitSetup&, const QStringList& row) {
     UpdateOffer offer;
-    EXPECT_FALSE(readOffer(bad, offer).isEmpty()) << bad.left(30).toStdString();
-    EXPECT_TRUE(offer == UpdateOffer());
-  }
-  for (const auto& [fields, note] : {std::pair(R"("page": "file:///etc/passwd")", ""),
-                                     {R"("page": "https://a@b/")", ""},
-                                     {R"("note": " a\u0007\u202eb\nc ")", "ab\nc"}}) {
-    UpdateOffer offer;
-    EXPECT_EQ(readOffer(QByteArray(R"({"version": "4.1.0", )") + fields + '}', offer), QString());
-    EXPECT_TRUE(offer == UpdateOffer({"4.1.0", {}, note})) << fields;
-  }
+    EXPECT_EQ(readOffer(row[0].toUtf8(), offer).isEmpty(), !row[1].isEmpty());
+    EXPECT_TRUE(offer == UpdateOffer({row[1], {}, row.value(2)}));
+  });
 }
 
 class UpdateCheckRun : public test::UpdateBench {
@@ -50,21 +42,6 @@ protected:
     return told.value_or(UpdateResult());
   }
 };
-
-TEST_F(UpdateCheckRun, TellsHowTheVersionsStand) {
-  for (const auto& [path, text] :
-       {std::pair("/older", "This version, 4.9.2, is newer than the published version 4.9.1."),
-        {"/not-json", "The check failed: the server's answer is no document about a version."},
-        {"/missing", "The check failed: the server answers with the status 404."}}) {
-    memory.clear();
-    UpdateCheck check(memory, surroundings());
-    const UpdateResult result = resultOf(check, secure(path));
-    const bool good = result.outcome == UpdateOutcome::Older;
-    EXPECT_EQ(good, result.outcome != UpdateOutcome::Failed) << path;
-    EXPECT_EQ(result.text, text);
-    EXPECT_EQ(check.settings().lastCheck, good ? clock : QDateTime());
-  }
-}
 
 TEST_F(UpdateCheckRun, IsDueWhenTheLastAnswerIsOldEnough) {
   UpdateCheck check(memory, surroundings());
