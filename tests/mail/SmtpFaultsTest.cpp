@@ -1,5 +1,6 @@
 #include "mail/SmtpTransport.h"
 #include "tests/mail/MailServerProcess.h"
+#include "tests/support/Rows.h"
 
 #include <QTemporaryDir>
 
@@ -16,69 +17,46 @@ SmtpOptions optionsFor(const QString& fault) {
   return options;
 }
 
+QString nameOf(MailOutcome outcome) {
+  return QStringList({"Sent", "Refused", "Temporary", "Unknown", "Stopped"})[int(outcome)];
+}
+
 /// One mail to a server that goes wrong at one point: it is called sent only if it was taken, and
-/// tried once.
+/// tried once. A row: fault, what became of the mail, last answer, mails that the server got whole,
+/// what is told.
 TEST(SmtpFaults, TellWhatBecameOfTheMail) {
-  struct Row {
-    QStringList fault;
-    MailOutcome outcome;
-    int code;
-    std::size_t seen; ///< mails that the server got whole
-    const char* told = "";
-  };
-  const Row rows[] = {
-      {{"none"}, MailOutcome::Sent, 250, 1},
-      {{"mute"}, MailOutcome::Temporary, 0, 0},
-      {{"busy"}, MailOutcome::Temporary, 421, 0},
-      {{"login-refused"}, MailOutcome::Refused, 535, 0, "refused the login"},
-      {{"odd-login"}, MailOutcome::Refused, 0, 0, "offers none on this connection"},
-      {{"no-login"}, MailOutcome::Refused, 0, 0},
-      {{"code-at-sender", "550"}, MailOutcome::Refused, 550, 0},
-      {{"code-at-sender", "451"}, MailOutcome::Temporary, 451, 0, "451 no thanks"},
-      {{"code-at-recipient", "550", "anna"}, MailOutcome::Refused, 550, 0, "(recipient anna@"},
-      {{"code-at-recipient", "452", "copy"}, MailOutcome::Temporary, 452, 0, "(recipient copy@"},
-      {{"code-after-mail", "554"}, MailOutcome::Refused, 554, 1, "554 no thanks"},
-      {{"code-after-mail", "421"}, MailOutcome::Temporary, 421, 1},
-      {{"close-in-mail"}, MailOutcome::Temporary, 0, 0, "closed the connection"},
-      {{"stall-in-mail"}, MailOutcome::Temporary, 0, 0, "stopped answering"},
-      {{"close-unanswered"}, MailOutcome::Unknown, 0, 1, "may have arrived"},
-      {{"hang-unanswered"}, MailOutcome::Unknown, 0, 1, "stopped answering before it was"},
-      {{"hang-at-quit"}, MailOutcome::Sent, 250, 1},
-  };
   QTemporaryDir folder;
   QFile large(folder.filePath("large.pdf"));
   ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(30'000'000));
   MailServerProcess process;
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault.join(' ').toStdString());
-    process.become(row.fault);
+  forEachRow("mail/faults.json", [&](const SplitSetup&, const QStringList& row) {
+    const QStringList fault = row[0].split(' ');
+    process.become(fault);
     MailServer server = parseMailServer(process.text());
-    if (row.fault[0].contains("login")) {
+    if (fault[0].contains("login")) {
       server.login = "me";
       server.password = "s3cret";
     }
     MailMessage message = plainMail("anna@example.org");
     message.cc = "copy@example.org";
-    if (row.fault[0].endsWith("-in-mail")) {
+    if (fault[0].endsWith("-in-mail")) {
       message.attachmentPath = large.fileName();
     }
-    SmtpTransport transport(server, optionsFor(row.fault[0]));
+    SmtpTransport transport(server, optionsFor(fault[0]));
     PlainWait wait;
     const MailResult result = transport.send(message, wait);
     transport.disconnect();
     SCOPED_TRACE(result.errorText.toStdString());
-    EXPECT_EQ(result.outcome, row.outcome);
-    EXPECT_EQ(result.sent() ? 250 : result.serverCode, row.code);
+    EXPECT_EQ(nameOf(result.outcome), row[1]);
+    EXPECT_EQ(result.sent() ? 250 : result.serverCode, row[2].toInt());
     EXPECT_EQ(result.errorText.isEmpty(), result.sent());
-    EXPECT_TRUE(result.errorText.contains(row.told));
-    for (const QByteArray& secret :
-         {QByteArray("s3cret"), QByteArray("\0me\0s3cret", 10).toBase64()}) {
-      EXPECT_FALSE(result.errorText.contains(secret));
-    }
-    EXPECT_EQ(process.mails().size(), row.seen);
+    EXPECT_TRUE(result.errorText.contains(row[4]));
+    EXPECT_FALSE(result.errorText.contains("s3cret"));
+    EXPECT_FALSE(result.errorText.contains(QByteArray("\0me\0s3cret", 10).toBase64()));
+    EXPECT_EQ(process.mails().size(), row[3].toULong());
     EXPECT_EQ(!process.taken().isEmpty(), result.sent());
     EXPECT_EQ(process.connections(), 1);
-  }
+  });
 }
 
 /// Limits of a connection cost a new connection and no mail; each is sent exactly once.
