@@ -25,6 +25,15 @@ inline QStringList texts(const std::vector<BatchEntry>& entries) {
   return all;
 }
 
+/// Their paths on end, where each is a letter.
+inline QString lettersOf(const BatchEntries& rows) {
+  QString letters;
+  for (const BatchEntry& one : rows.all()) {
+    letters += one.path;
+  }
+  return letters;
+}
+
 class BatchBench : public ::testing::Test {
 protected:
   BatchBench() {

@@ -17,13 +17,7 @@ protected:
     m_rows.append({entry("Yes", "a"), entry("No", "b"), entry("Yes", "c")});
     m_rows.append({entry("", "d"), entry("Yes, No Stamp", "e")});
   }
-  QString order() const {
-    QString names;
-    for (const BatchEntry& one : m_rows.all()) {
-      names += one.path;
-    }
-    return names;
-  }
+  QString order() const { return folivex::testing::lettersOf(m_rows); }
 
   BatchEntries m_rows;
 };

@@ -40,14 +40,7 @@ protected:
     }
     return rows;
   }
-  /// Their paths, one letter each.
-  QString order() {
-    QString names;
-    for (const BatchEntry& one : m_list.rows().all()) {
-      names += one.path;
-    }
-    return names;
-  }
+  QString order() { return lettersOf(m_list.rows()); }
 
   void fill(const QString& letters) {
     std::vector<BatchEntry> entries;
