@@ -79,6 +79,7 @@ TEST_F(BatchScanWindow, StopEndsAllScansOfADrop) {
   atFirstRows([](CScanning* window) { click(window, "stop"); });
   EXPECT_TRUE(drop({at("in"), at("two"), at("z.pdf")}));
   EXPECT_TRUE(waitUntil([this] { return !label("notice").isEmpty(); }));
+  EXPECT_TRUE(m_acted) << "no folder was scanned";
   const QStringList rows = texts(m_list.rows().all());
   EXPECT_TRUE(rows.contains("Yes " + at("z.pdf")));
   EXPECT_FALSE(rows.contains("Yes " + at("two/y.pdf")));

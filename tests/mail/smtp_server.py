@@ -65,7 +65,7 @@ class Faults:
     async def handle_EHLO(self, server, session, envelope, hostname, offers):
         session.host_name = hostname
         login = {"odd-login": ["250-AUTH X-ODD"], "none": [], "no-login": []}.get(server.case.fault)
-        return offers if login is None else login + [o for o in offers if "AUTH" not in o]
+        return offers if login is None else offers[:1] + login + [o for o in offers[1:] if "AUTH" not in o]
 
     async def handle_MAIL(self, server, session, envelope, address, options):
         case = server.case
@@ -114,7 +114,7 @@ class Connection(SMTP):
         case.connections += 1
         tls = case.fault == "tls"
         super().__init__(
-            Faults(), hostname="test", data_size_limit=0, enable_SMTPUTF8=case.fault != "none", authenticator=check,
+            Faults(), hostname="test", data_size_limit=0, enable_SMTPUTF8=not case.fault.startswith("no"), authenticator=check,
             auth_required=case.fault in ("login", "ssl", "tls"), auth_require_tls=tls,  # it knows no outer SSL
             require_starttls=tls, tls_context=context if tls else None)
 
