@@ -92,7 +92,9 @@ protected:
     QHash<QString, QString> values;
     const QString all = QString::fromUtf8(test::contentOf(at(name))).remove(u'\r');
     for (const QString& line : all.split(u'\n')) {
-      values[line.section(u';', 0, 0)] = line.section(u';', 1).chopped(1); // the blank at the end
+      QString& value = values[line.section(u';', 0, 0)];
+      value = line.section(u';', 1);
+      value.chop(1); // the blank at the end
     }
     return values;
   }
