@@ -73,7 +73,7 @@ TEST_F(KeepingTest, CatalogEntries) {
   EXPECT_THAT(catalog, HasSubstr("/GTS_PDFA1"));
   EXPECT_THAT(catalog, Not(HasSubstr("/UseOutlines")));
   EXPECT_THAT(catalog, Not(HasSubstr("(other)")));
-  EXPECT_THAT(run("mutool show -b " + output().string() + " trailer/Root/Metadata"),
+  EXPECT_THAT(run("mutool show -b " + output().string() + " trailer.Root.Metadata"),
               HasSubstr("Everything"));
   const std::string names = run("pdfinfo -dests " + output().string());
   EXPECT_THAT(names, HasSubstr("chapter5"));
