@@ -8,7 +8,7 @@ namespace folivex::platform {
 
 namespace {
 
-constexpr qint64 blockSize = 1024LL * 1024;
+constexpr qint64 digestBlock = 1024LL * 1024;
 constexpr qsizetype digestLength = 32;
 
 } // namespace
@@ -21,7 +21,7 @@ FileDigest FileDigest::of(const QString& path, const std::function<void()>& tick
   }
   QCryptographicHash hash(QCryptographicHash::Sha256);
   FileDigest digest{0, {}};
-  for (QByteArray block = file.read(blockSize); !block.isEmpty(); block = file.read(blockSize)) {
+  for (QByteArray block = file.read(digestBlock); !block.isEmpty(); block = file.read(digestBlock)) {
     hash.addData(block);
     digest.size += block.size();
     if (tick) {
