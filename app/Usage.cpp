@@ -29,7 +29,8 @@ QString usageText() {
       "   -3  text report not      -11  an append failed\n"
       "       writable             -12  source unreadable or protected\n"
       "    1  stopped              -13  an output could not be written\n"
-      "                            -14  a mail could not be sent\n");
+      "                            -14  a mail could not be sent\n"
+      "                            -15  the source changed meanwhile\n");
 }
 
 QString versionText() {

@@ -17,7 +17,8 @@ enum class RunError {
   Append = -11,
   Unreadable = -12,   ///< the source is no readable PDF, or is protected
   OutputFailed = -13, ///< at least one output could not be written
-  MailFailed = -14    ///< at least one mail could not be sent, or may not have arrived
+  MailFailed = -14,   ///< at least one mail could not be sent, or may not have arrived
+  SourceChanged = -15 ///< while it was read; what was made of it is taken away again
 };
 
 /// State of the run in progress. Page indexes count from 0.

@@ -91,6 +91,7 @@ void splitSource(const SplitRunParts& parts, Reports& reports) {
     outcome.emails.clear(); // no file was written
     tellFileList(list, job);
   }
+  outcome.emails.identify([&job] { job.person.handlePendingEvents(); });
   if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
     outcome.account.stopped(page, pageCount);
   }

@@ -10,6 +10,11 @@ namespace {
 
 constexpr qsizetype maxRecordText = 255;
 
+/// Pages without an address are nobody else's.
+bool isAnother(const QString& one, const QString& other) {
+  return !one.isEmpty() && !other.isEmpty() && one.compare(other, Qt::CaseInsensitive) != 0;
+}
+
 } // namespace
 
 void EmailRecords::clear() {
@@ -25,6 +30,7 @@ void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
     if (repeat == Repeat::Replaced) {
       earlier.addresses = record.addresses;
     } else {
+      earlier.addressesDiffer |= isAnother(earlier.addresses.address, record.addresses.address);
       addFurther(earlier.addresses, record.addresses);
     }
     return;
@@ -33,6 +39,12 @@ void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
   EmailRecord kept = record;
   cutText(kept.matchedText, maxRecordText);
   m_records.push_back(kept);
+}
+
+void EmailRecords::identify(const std::function<void()>& tick) {
+  for (EmailRecord& record : m_records) {
+    record.identity = platform::FileDigest::of(record.outputPath, tick);
+  }
 }
 
 void EmailRecords::drop(const QSet<QString>& paths) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/output/PageAddresses.h"
+#include "platform/FileDigest.h"
 
 #include <QHash>
 #include <QSet>
@@ -18,6 +19,11 @@ struct EmailRecord {
   QString matchedText;            ///< at most 255 characters
   QString outputPath;             ///< whole: mail attaches what lies there
   AddressReader::Found addresses; ///< that its pages hold
+  /// Of the file as the run left it: what is at the path later may be another one. Not known when
+  /// it could not be read.
+  platform::FileDigest identity = {};
+  bool addressesDiffer = false;   ///< it grew by pages of somebody else
+  bool holdsEarlierPages = false; ///< it was there before the run, which added to it
 };
 
 /// One record an output, in the order in which the outputs were first made.
@@ -33,6 +39,8 @@ public:
   /// Adds a record; of one that has the same output path only the last page is replaced, and the
   /// addresses as `repeat` says.
   void record(const EmailRecord& record, Repeat repeat);
+  /// Gives each output its identity, when all of them are written. `tick`: see FileDigest.
+  void identify(const std::function<void()>& tick);
   /// Forgets the outputs with these paths: what was not written must not be mailed, nor what an
   /// earlier run left in its place.
   void drop(const QSet<QString>& paths);

@@ -36,3 +36,17 @@ TEST(EmailRecords, MailFollowsThePagesThatTheFileHolds) {
   EXPECT_EQ(after(Repeat::Grows), (QStringList{"A", "a@x", "b@x", "c@x"}));
   EXPECT_EQ(after(Repeat::Replaced), (QStringList{"A", "b@x", "a@x", "c@x"}));
 }
+
+/// Who gets a file must know whose pages are in it.
+TEST(EmailRecords, AFileThatGrewByAnothersPagesSaysSo) {
+  EmailRecords records;
+  records.record({1, 1, "A", "/one.pdf", {"a@x.org", {}}}, Repeat::Grows);
+  records.record({2, 2, "A", "/one.pdf", {"A@X.org", {}}}, Repeat::Grows);
+  records.record({3, 3, "A", "/one.pdf", {}}, Repeat::Grows);
+  EXPECT_FALSE(records.all()[0].addressesDiffer);
+  records.record({4, 4, "A", "/one.pdf", {"b@x.org", {}}}, Repeat::Grows);
+  EXPECT_TRUE(records.all()[0].addressesDiffer);
+  records.record({5, 5, "B", "/two.pdf", {"a@x.org", {}}}, Repeat::Replaced);
+  records.record({6, 6, "B", "/two.pdf", {"b@x.org", {}}}, Repeat::Replaced);
+  EXPECT_FALSE(records.all()[1].addressesDiffer);
+}

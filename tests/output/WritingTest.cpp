@@ -291,5 +291,7 @@ TEST_F(Writing, EveryOutputIsRecordedForMail) {
     EXPECT_EQ(records[0].lastPage, 5);
     EXPECT_EQ(records[1].matchedText, "1002");
     EXPECT_EQ(pageTexts(records[1].outputPath), QStringList("Account: 1002"));
+    EXPECT_EQ(records[0].identity, platform::FileDigest::of(records[0].outputPath));
+    EXPECT_TRUE(records[0].identity.isKnown());
   }
 }
