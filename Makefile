@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak clean
 
 all: build
 
@@ -42,6 +42,10 @@ run: build
 
 bench: build
 	@bench/run $(BIN)
+
+# Bad days for an hour: runs beside each other, kills, full disks, sources that change. It prints a table.
+soak: build
+	@soak/run $(BIN)
 
 clean:
 	@rm -rf build demo-output
