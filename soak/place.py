@@ -71,11 +71,12 @@ class Place:
         shutil.rmtree(folder, ignore_errors=True)
         for name in ("in", "out", "reports", "logs"):
             (folder / name).mkdir(parents=True)
-        self.out = folder / "out"
-        self.own = {}
+        self.out, self.own = folder / "out", {}
+        self.environment("user")
 
     def put_own_files(self):
-        for name in ("out/C001.pdf.tmp", "out/notes.txt", "out/archive/letter.pdf", "in/a.pdf.tmp"):
+        for name in ("out/C001.pdf.tmp", "out/notes.txt", "out/archive/letter.pdf", "in/a.pdf.tmp",
+                     "home/user/tmp/letter.part"):
             path = self.folder / name
             path.parent.mkdir(exist_ok=True)
             path.write_text(f"written by a person, {name}")

@@ -65,7 +65,7 @@ def pairs(round, mix):
     else:
         domain = random.choice(("example.org", "example.net"))
         sources.append(make_source(place.folder / "in" / "b.pdf", "b", 40, random, domain))
-    users = random.choice((("anna", "anna"), ("anna", "bert")))
+    users = random.choice((("user", "user"), ("user", "another")))
     beside = {"REPORTOPTIONSCURRENT": random.choice("01")}
     jobs = [round.job(who, [source], mode, mail=random.random() < 0.5, user=user, more=beside)
             for who, source, mode, user in zip(("first", "second"), sources, mix.split(" + "), users)]
@@ -109,18 +109,25 @@ def kills(round, kind):
     """A job killed at some moment, and the same command once more."""
     moment = round.moment(kind, lambda measured: before_a_kill(measured, kind))
     place, jobs = before_a_kill(round, kind)
-    if place.finish(jobs[-1], place.start(jobs[-1]), moment).code == KILLED:
-        place.run(jobs[-1])
-    return [Judge(place, jobs, round.mailbox).judge()]
+    if place.finish(jobs[-1], place.start(jobs[-1]), moment).code != KILLED:
+        return [Judge(place, jobs, round.mailbox).judge()]
+    judged = [Judge(place, jobs, round.mailbox)]  # of the outputs alone: the rest is the next run's
+    place.run(jobs[-1])
+    return [*judged, Judge(place, jobs, round.mailbox).judge()]
 
 
 class SmallDisk:
     """A disk of its own over a folder, where one can be mounted. `limit` is then None; else it is what each file of
-    a run is limited to in its place."""
+    a run is limited to in its place, which is told once."""
+    told = False
 
     def __init__(self, folder):
-        self.folder = folder
-        self.limit = None if self.mount("size=64m,mode=0700", "-t", "tmpfs", "soak") else 0
+        self.folder, self.limit = folder, None
+        if not self.mount("size=64m,mode=0700", "-t", "tmpfs", "soak"):
+            self.limit = 0
+            if not SmallDisk.told:
+                print("full: no disk can be mounted here, each file of a run is limited in its place", flush=True)
+            SmallDisk.told = True
 
     def mount(self, options, *more):
         command = ["mount", *more, "-o", options, str(self.folder)]
@@ -149,7 +156,6 @@ class SmallDisk:
 
 def before_full(round, what):
     random, place = round.random, round.place()
-    place.environment("user")
     source = make_source(place.folder / "in" / "a.pdf", "a", 40, random)
     mailing = what in ("list", "log") or random.random() < 0.5
     return place, [round.job("today", [source], random.choice(MODES[:3]), mail=mailing)]
@@ -159,7 +165,8 @@ def full(round, what):
     """A disk that fills while this is written, perhaps with a kill, and the same command when there is room again."""
     random = round.random
     moment = round.moment(f"full {what}", lambda measured: before_full(measured, what))
-    place, (job,) = before_full(round, what)
+    place, jobs = before_full(round, what)
+    job = jobs[0]
     files = len(job.documents) * PAGE
     folder, room = {
         "outputs": (place.out, random.randrange(files)),
@@ -170,9 +177,12 @@ def full(round, what):
     }[what]
     with SmallDisk(folder) as disk:
         place.put_own_files()
+        if job.mode != "plain":
+            jobs.insert(0, round.job("yesterday", [make_source(place.folder / "in" / "old.pdf", "old", 30, random)]))
+            place.run(jobs[0])
         disk.leave(room)
         place.finish(job, place.start(job, disk.limit), moment if job.mail and random.random() < 0.5 else None)
-        judged = [Judge(place, [job], round.mailbox)]
+        judged = [Judge(place, jobs, round.mailbox)]
         killed = job.last.code == KILLED
         if not killed:
             judged[0].judge()
@@ -181,9 +191,9 @@ def full(round, what):
             if disk.limit is None:
                 disk.leave(64 << 20)
             if not killed:  # what a run has ended is begun anew
-                job = replace(job, tag=job.tag + "-again", runs=[])
-            place.run(job)
-            judged.append(Judge(place, [job], round.mailbox).judge())
+                jobs[-1] = replace(job, tag=job.tag + "-again", runs=[])
+            place.run(jobs[-1])
+            judged.append(Judge(place, jobs, round.mailbox).judge())
     return judged
 
 
