@@ -50,7 +50,7 @@ class Judge:
         return self
 
     def read_outputs(self):
-        """The documents in each output, by its name. An output holds whole documents, and those that it is named for."""
+        """The documents in each output by its name. It holds whole documents, and those that it is named for."""
         paths = sorted(path for path in self.place.out.glob("*.pdf"))
         with ThreadPoolExecutor(2) as checks:
             sound = dict(zip(paths, checks.map(is_sound, paths)))

@@ -70,7 +70,7 @@ def pairs(round, mix):
     jobs = [round.job(who, [source], mode, mail=random.random() < 0.5, user=user, more=beside)
             for who, source, mode, user in zip(("first", "second"), sources, mix.split(" + "), users)]
     first = place.start(jobs[0])
-    time.sleep(random.choice((0, random.uniform(0, 0.3))))
+    time.sleep(random.choice((0, 0, random.uniform(0, 0.2))))
     second = place.start(jobs[1])
     place.finish(jobs[0], first)
     place.finish(jobs[1], second)
