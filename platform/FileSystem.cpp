@@ -2,8 +2,6 @@
 
 #include "platform/Paths.h"
 
-#include <QRandomGenerator>
-
 #include <cerrno>
 #include <system_error>
 
@@ -32,15 +30,6 @@ bool failWithErrno(FileFailure& failure, int error) {
   return fail(failure, kind, QString::fromLocal8Bit(std::system_category().message(error).c_str()));
 }
 
-QString newNameBeside(const QString& path) {
-  // Short, since the name of the target may fill what the file system allows already.
-  const QString name = QStringLiteral(".folivex-%1.part")
-                           .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0'));
-  return joinPath(folderOf(path), name);
-}
-
-constexpr int namesToTry = 16;
-
 } // namespace
 
 #ifdef Q_OS_WIN
@@ -54,10 +43,6 @@ bool openNamed(QFile& file, const QString& path, QIODevice::OpenMode mode, FileF
   }
   return fail(failure, QFile::exists(path) ? FileError::Failed : FileError::NotFound,
               file.errorString());
-}
-
-bool openNew(QFile& file, const QString& name, const QString&, FileAccess, FileFailure& failure) {
-  return openNamed(file, name, QIODevice::WriteOnly | QIODevice::NewOnly, failure);
 }
 
 } // namespace
@@ -106,20 +91,6 @@ bool checkOwner(const struct stat& status, FileAccess access, FileFailure& failu
     return failUntrusted(failure, "it belongs to another user");
   }
   return status.st_nlink == 1 || failUntrusted(failure, "it is a link");
-}
-
-/// A group that cannot be kept must not hand its rights to another one.
-void takePermissions(int handle, const QString& path) {
-  struct stat old {};
-  if (stat(QFile::encodeName(path).constData(), &old) != 0) {
-    return;
-  }
-  const bool groupKept = fchown(handle, static_cast<uid_t>(-1), old.st_gid) == 0;
-  const mode_t mask = groupKept ? 0777 : 0707;
-  if (fchmod(handle, old.st_mode & mask) != 0) {
-    // The file stays with the narrower permissions it was made with.
-    return;
-  }
 }
 
 enum class Devices { Refused, Accepted };
@@ -171,16 +142,6 @@ bool openChecked(QFile& file, const QString& path, int flags, FileAccess access,
   return true;
 }
 
-/// The file that stands at `path` hands on its permissions, unless the new one is private.
-bool openNew(QFile& file, const QString& name, const QString& path, FileAccess access,
-             FileFailure& failure) {
-  const bool isOpen = openChecked(file, name, O_WRONLY | O_CREAT | O_EXCL, access, failure);
-  if (isOpen && access != FileAccess::Private) {
-    takePermissions(file.handle(), path);
-  }
-  return isOpen;
-}
-
 } // namespace
 
 bool openForReading(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
@@ -222,20 +183,6 @@ bool isTrustedPrivateFile(const QString& path) {
 }
 
 #endif
-
-QString openAside(QFile& file, const QString& path, FileAccess access, FileFailure& failure) {
-  for (int i = 0; i < namesToTry; ++i) {
-    QString name = newNameBeside(path);
-    failure = {};
-    if (openNew(file, name, path, access, failure)) {
-      return name;
-    }
-    if (!QFile::exists(name)) {
-      break;
-    }
-  }
-  return {};
-}
 
 FileAccess accessForSecrets(const QString& path) {
   return isInTemporaryFolder(path) ? FileAccess::Private : FileAccess::Confidential;

@@ -39,17 +39,45 @@ struct FileFailure {
 [[nodiscard]] bool openForWriting(QFile& file, const QString& path, FileAccess access,
                                   FileFailure& failure);
 
-/// Makes a new file with an unused name in the folder of `path`, on the same disk so that it can be
-/// renamed to `path` afterwards. Returns its path, empty on failure. A file that stands at `path`
-/// hands on its permissions, unless the access is private.
-[[nodiscard]] QString openAside(QFile& file, const QString& path, FileAccess access,
-                                FileFailure& failure);
-
 /// Sees to it that what was written to `file` is on the disk.
 [[nodiscard]] bool syncToDisk(QFile& file, FileFailure& failure);
 
 /// Renames `from` to `to`, which may exist; at every moment `to` is the old or the new file, whole.
 [[nodiscard]] bool replaceFile(const QString& from, const QString& to, FileFailure& failure);
+
+/// A file that takes the place of another one when it is whole. Until keep() what is at the target
+/// stays as it was; without keep() nothing is left behind.
+///
+/// Until then it has no name where the file system allows that, so that a process that is killed
+/// leaves nothing. Elsewhere it is a locked file ".folivex-NUMBER.part" beside the target, which
+/// removeDeadParts() finds.
+class Replacement {
+public:
+  Replacement() = default;
+  ~Replacement();
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  /// Opens file() for writing, unbuffered. A file at `target` hands on its permissions, unless the
+  /// access is private. A link at `target` will be replaced itself.
+  [[nodiscard]] bool open(const QString& target, FileAccess access, FileFailure& failure);
+  QFile& file() { return m_file; }
+
+  /// Sees to it that the file is on the disk and puts it in place.
+  [[nodiscard]] bool keep(FileFailure& failure);
+  void drop();
+
+  /// Whether a file written for `target` has no name before it is whole.
+  static bool isUnseen(const QString& target);
+
+private:
+  bool openPart(FileAccess access, FileFailure& failure);
+  bool giveName(FileFailure& failure);
+
+  QFile m_file;
+  QString m_target;
+  QString m_part; ///< its name until keep(); empty when it has none
+};
 
 /// Whether `path` is an ordinary file that can be opened for reading.
 bool isReadableFile(const QString& path);

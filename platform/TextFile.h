@@ -53,6 +53,10 @@ public:
 
   bool flush();
 
+  /// Stands at the end of the open file whenever something was written, and goes when the file is
+  /// closed: where it is found, the writer was killed.
+  void setEnding(QStringView text);
+
   /// Flushes and closes; false when anything went wrong since open. True when nothing is open.
   [[nodiscard]] bool close();
 

@@ -3,6 +3,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace folivex::platform {
 
 namespace {
@@ -39,15 +41,18 @@ bool mayBeReplaced(const QString& path, FileAccess access, FileFailure& failure)
 } // namespace
 
 struct TextWriter::State {
-  QFile file;
+  QFile inPlace;
+  Replacement replacement;
+  bool replaces = false; ///< which of the two is written
   QByteArray buffer;
   qint64 flushed = 0; ///< bytes of the file before the buffer
-  QString target;     ///< where the file goes at the end; empty when it is written in place
-  QString aside;      ///< where it is written until then
+  QByteArray ending;  ///< stands behind them
   bool open = false;
   bool null = false;
   bool plain = false;
   FileFailure failure;
+
+  QFile& file() { return replaces ? replacement.file() : inPlace; }
 
   bool sound() const { return failure.kind == FileError::None; }
 
@@ -61,35 +66,44 @@ struct TextWriter::State {
     buffer = plain ? QByteArray() : QByteArray(byteOrderMark);
   }
 
+  QByteArray onDisk(QStringView text) const {
+    QString written = text.toString();
+    if (!plain) {
+      written.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+    }
+    return written.toUtf8();
+  }
+
   bool flushBuffer() {
+    const QByteArray bytes = buffer.isEmpty() ? QByteArray() : buffer + ending;
+    if (!ending.isEmpty() && sound() && !file().seek(flushed)) {
+      fail(file().errorString());
+    }
     qsizetype done = 0;
-    while (sound() && done < buffer.size()) {
-      const qint64 count = file.write(buffer.constData() + done, buffer.size() - done);
+    while (sound() && done < bytes.size()) {
+      const qint64 count = file().write(bytes.constData() + done, bytes.size() - done);
       if (count <= 0) {
-        fail(file.errorString());
+        fail(file().errorString());
         break;
       }
       done += count;
     }
-    flushed += done;
+    flushed += std::min(done, buffer.size());
     buffer.clear();
     return sound();
   }
 
-  /// Puts the finished file into its place, or takes away what was written beside it.
+  /// Whole, in its place, and without the ending.
   void settle() {
-    if (sound() && syncToDisk(file, failure)) {
-      file.close();
-      if (replaceFile(aside, target, failure)) {
-        return;
-      }
+    flushBuffer();
+    if (!ending.isEmpty() && sound() && !file().resize(flushed)) {
+      fail(file().errorString());
     }
-    discard();
-  }
-
-  void discard() {
-    file.close();
-    QFile::remove(aside);
+    if (!replaces) {
+      inPlace.close();
+    } else if (!sound() || !replacement.keep(failure)) {
+      replacement.drop();
+    }
   }
 };
 
@@ -107,7 +121,7 @@ bool TextWriter::open(const QString& path, FileAccess access) {
     m_state->open = true;
     return true;
   }
-  if (!openForWriting(m_state->file, path, access, m_state->failure)) {
+  if (!openForWriting(m_state->inPlace, path, access, m_state->failure)) {
     return false;
   }
   m_state->begin();
@@ -122,14 +136,12 @@ bool TextWriter::openReplacement(const QString& path, FileAccess access, Form fo
   m_state = std::make_unique<State>();
   m_state->plain = form == Form::Plain;
   const QString name = withoutTrailingBlanks(path);
-  m_state->target = access == FileAccess::Private ? name : linkTarget(name);
-  if (!mayBeReplaced(m_state->target, access, m_state->failure)) {
+  const QString target = access == FileAccess::Private ? name : linkTarget(name);
+  if (!mayBeReplaced(target, access, m_state->failure) ||
+      !m_state->replacement.open(target, access, m_state->failure)) {
     return false;
   }
-  m_state->aside = openAside(m_state->file, m_state->target, access, m_state->failure);
-  if (m_state->aside.isEmpty()) {
-    return false;
-  }
+  m_state->replaces = true;
   m_state->begin();
   return true;
 }
@@ -145,11 +157,7 @@ qint64 TextWriter::write(QStringView text) {
   if (m_state->null) {
     return text.size();
   }
-  QString onDisk = text.toString();
-  if (!m_state->plain) {
-    onDisk.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-  }
-  m_state->buffer += onDisk.toUtf8();
+  m_state->buffer += m_state->onDisk(text);
   if (m_state->buffer.size() >= bufferSize && !m_state->flushBuffer()) {
     return -1;
   }
@@ -170,11 +178,15 @@ bool TextWriter::truncateTo(qint64 position) {
     return true;
   }
   state.buffer.clear();
-  if (!state.file.resize(position) || !state.file.seek(position)) {
-    return state.fail(state.file.errorString());
+  if (!state.file().resize(position) || !state.file().seek(position)) {
+    return state.fail(state.file().errorString());
   }
   state.flushed = position;
   return true;
+}
+
+void TextWriter::setEnding(QStringView text) {
+  m_state->ending = m_state->onDisk(text);
 }
 
 bool TextWriter::flush() {
@@ -184,24 +196,19 @@ bool TextWriter::flush() {
 bool TextWriter::close() {
   State& state = *m_state;
   if (state.open && !state.null) {
-    state.flushBuffer();
-    if (!state.target.isEmpty()) {
-      state.settle();
-    } else {
-      state.file.close();
-    }
+    state.settle();
   }
   state.open = false;
   return state.sound();
 }
 
 void TextWriter::abandon() {
-  if (!m_state->open || m_state->target.isEmpty()) {
+  if (!m_state->open || !m_state->replaces) {
     // Where nothing can be taken back, all that was written stays.
     static_cast<void>(close());
     return;
   }
-  m_state->discard();
+  m_state->replacement.drop();
   m_state->open = false;
 }
 

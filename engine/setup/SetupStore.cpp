@@ -2,6 +2,7 @@
 
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SetupFile.h"
+#include "platform/FileLocks.h"
 #include "platform/TextFile.h"
 
 #include <QFileInfo>
@@ -35,21 +36,33 @@ SplitSetup firstWorkingCopy() {
 /// Takes a copy whole or not at all. That it fails is no matter: the built-in settings serve too.
 void copyExample(const QString& from, const QString& to) {
   QFile source;
-  QFile copy;
+  platform::Replacement copy;
   platform::FileFailure failure;
   if (!platform::openForReading(source, from, platform::FileAccess::Ordinary, failure)) {
     return;
   }
   const QByteArray content = source.read(maxExample);
-  const QString aside = platform::openAside(copy, to, platform::FileAccess::Private, failure);
-  if (aside.isEmpty()) {
-    return;
+  if (copy.open(to, platform::FileAccess::Private, failure) &&
+      copy.file().write(content) == content.size()) {
+    static_cast<void>(copy.keep(failure));
   }
-  const bool whole = copy.write(content) == content.size();
-  copy.close();
-  if (!whole || !platform::replaceFile(aside, to, failure)) {
-    QFile::remove(aside);
+}
+
+/// What a killed run left in the folder of the default setup.
+void removeDeadPartsBeside(const QString& path) {
+  if (isDefaultPath(path)) {
+    platform::removeDeadParts(platform::folderOf(path));
   }
+}
+
+/// Where a file has a name while it is written, a killed run would leave the passwords in it: there
+/// the old setup is written over.
+bool openForSaving(platform::TextWriter& writer, const QString& path, const SplitSetup& setup) {
+  const platform::FileAccess access = platform::accessForSecrets(path);
+  const bool hasPassword = !setup.emailPassword.isEmpty() || !setup.pdfPassword.isEmpty();
+  return hasPassword && !platform::Replacement::isUnseen(path)
+             ? writer.open(path, access)
+             : writer.openReplacement(path, access);
 }
 
 SetupResult notRead(const QString& path, const platform::TextReader& reader) {
@@ -93,6 +106,7 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   if (mode == LoadMode::Full) {
     resetLoadedFields(m_edited);
   }
+  removeDeadPartsBeside(path);
   platform::TextReader reader;
   if (!reader.open(path, platform::accessForSecrets(path))) {
     return notRead(path, reader);
@@ -130,7 +144,8 @@ SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {
   commit();
 
   platform::TextWriter writer;
-  if (!writer.openReplacement(target, platform::accessForSecrets(target))) {
+  removeDeadPartsBeside(target);
+  if (!openForSaving(writer, target, m_working)) {
     return notWritten(target, writer.errorText());
   }
   writer.write(setupFileText(m_working));

@@ -72,8 +72,9 @@ public:
   /// committed. A missing file whose name has no ".fxs" in it is no matter for a message.
   SetupResult LoadSetup(const QString& path, LoadMode mode = LoadMode::Full);
 
-  /// Commits, and writes the whole record. The old file stays whole until the new one is; the new
-  /// one is made with permissions 0600.
+  /// Commits, and writes the whole record. The old file stays whole until the new one is, but for a
+  /// record with a password on a file system that cannot do so without a name for both; the new one
+  /// is made with permissions 0600.
   SetupResult SaveSetup(const QString& path, SavePath savePath = SavePath::FollowCurrent);
 
   /// The path of "Folivex.ini" in the temporary folder, empty when there is no such folder. When

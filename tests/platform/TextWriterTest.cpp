@@ -5,7 +5,9 @@
 
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace folivex::platform;
@@ -181,4 +183,23 @@ TEST_F(TextWriterTest, PlantedFilesAreRefusedAndUnharmed) {
   }
   EXPECT_EQ(contentOf(at("victim")), "precious");
   EXPECT_TRUE(isTrustedPrivateFile(at("nothing there yet")));
+}
+
+TEST_F(TextWriterTest, KilledWriterLeavesNothing) {
+  writeFile(at("old"), "old");
+  for (const char* const name : {"old", "new"}) {
+    const pid_t child = fork();
+    if (child == 0) {
+      TextWriter writer;
+      static_cast<void>(writer.openReplacement(at(name), FileAccess::Private));
+      writer.write(QStringLiteral("s3cret"));
+      writer.flush();
+      kill(getpid(), SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+  }
+  EXPECT_EQ(filesBelow(m_folder.path()), QStringList("old"));
+  EXPECT_EQ(contentOf(at("old")), "old");
 }
