@@ -51,7 +51,11 @@ Reports::Opened Reports::open(const ReportPaths& paths, const QString& source,
   }
   m_open = true;
   m_ranges.clear();
+  // Found only where the run was killed: whoever reads the report must not take it for all.
+  m_text.setEnding(QStringLiteral("\r\n\tThis run was not finished.\r\n"));
+  m_csv.setEnding(QStringLiteral("\r\n,This run was not finished.\r\n"));
   writeHeaders(source, searchText, now);
+  flush();
   return {};
 }
 

@@ -26,7 +26,8 @@ struct ReportLine {
   QString outputPath;
 };
 
-/// Both reports of one run. Writing goes on when a write fails; close() tells.
+/// Both reports of one run. Writing goes on when a write fails; close() tells. Until then the last
+/// line of each says that the run was not finished, which is what a killed run leaves.
 class Reports {
 public:
   /// Why a report could not be opened: `error` is RunError::TextReport or CsvReport, or None.

@@ -89,6 +89,25 @@ TEST_F(ReportsTest, LongerReportOfAnEarlierRunIsGone) {
   EXPECT_EQ(content("r.txt"), textHead);
 }
 
+// A killed run closes nothing: what is on the disk then must not pass for all.
+TEST_F(ReportsTest, UntilTheyAreClosedTheySayThatTheRunIsUnfinished) {
+  const QByteArray textEnd = "\n\tThis run was not finished.\n";
+  const QByteArray csvEnd = "\n,This run was not finished.\n";
+  open();
+  EXPECT_EQ(content("r.txt"), textHead + textEnd);
+  EXPECT_EQ(content("r.csv"), csvHead + csvEnd);
+  m_reports.writeRange(first);
+  m_reports.flush();
+  m_reports.writeRange(longOne);
+  m_reports.flush();
+  EXPECT_EQ(content("r.txt"), textHead + textLines + textEnd);
+  EXPECT_EQ(content("r.csv"), csvHead + csvLines + csvEnd);
+  m_reports.dropRanges([](const QString&, int firstPage) { return firstPage == first.firstPage; });
+  ASSERT_EQ(m_reports.close().error, RunError::None);
+  EXPECT_EQ(content("r.txt"), textHead + textLines.mid(textLines.indexOf('\n') + 1));
+  EXPECT_EQ(content("r.csv"), csvHead + csvLines.mid(csvLines.indexOf('\n') + 1));
+}
+
 // A disk that fills up is told when the reports are closed, and by name.
 TEST_F(ReportsTest, FullDiskIsTold) {
   open(false);
