@@ -4,6 +4,10 @@
 #include "platform/TextFile.h"
 
 #include <QString>
+#include <QStringList>
+
+#include <deque>
+#include <optional>
 
 namespace folivex {
 
@@ -28,12 +32,27 @@ public:
   /// What the last call of take() found.
   State state() const { return m_state; }
 
+  /// Reads all lines now: the file is about to go.
+  void readWhole();
+
+  /// What became of the line that was taken last: its cleaned form, and the path of the output.
+  void used(const QString& cleaned, const QString& path);
+  /// The lines that did not become names as they stand, since the last call; each is told once, and
+  /// of a list at most ten by their numbers.
+  QStringList takeFindings();
+
 private:
   bool open();
+  bool readLine(QString& line);
 
   QString m_path;
   platform::TextReader m_reader;
+  std::optional<std::deque<QString>> m_lines; ///< still to be taken, when they were read before
   State m_state = State::NotAsked;
+  QString m_line;
+  int m_lineNumber = 0; ///< of m_line, from 1
+  int m_findingCount = 0;
+  QStringList m_findings;
 };
 
 } // namespace folivex

@@ -66,7 +66,11 @@ NamedOutput OutputNamer::name(const SplitRange& range) {
   if (m_trimCount > 0) {
     cutText(named.cleanedText, std::max<qsizetype>(matchText.size() - m_trimCount, 0));
   }
-  named.path = path.text(body(range, named));
+  const OutputPath::Body middle = body(range, named);
+  named.path = path.text(middle);
+  if (m_method == FileNameMethod::FileList) {
+    m_list.used(middle.text, named.path);
+  }
   return named;
 }
 

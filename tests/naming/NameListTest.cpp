@@ -67,6 +67,31 @@ TEST_F(NamesFromList, areAsHarmlessAsPageText) {
       << "the rest of a long line became a name";
 }
 
+TEST_F(NamesFromList, tellOfEachLineThatIsNoNameAsItStands) {
+  names("UNICODE\ngood\na/b\n\n" + QByteArray(300, 'y') + "\nlast\n", 5);
+  const QString start = m_bench.setup.reportUseFileList + u": line "_s;
+  const QStringList found = m_bench.list.takeFindings();
+  ASSERT_EQ(found.size(), 3) << found.join('\n').toStdString();
+  EXPECT_EQ(found[0], start + u"3 cannot be a name as it stands (\"a/b\"); its output is "
+                              "/out/p_ab.pdf"_s);
+  EXPECT_EQ(found[1], start + u"4 is empty; its output is /out/p_.pdf"_s);
+  EXPECT_TRUE(found[2].startsWith(start + u"5 cannot"_s)) << "cut and not told";
+  EXPECT_TRUE(m_bench.list.takeFindings().isEmpty()) << "told twice";
+
+  names(QByteArray("?\n").repeated(1000), 1000);
+  EXPECT_EQ(m_bench.list.takeFindings().size(), 11) << "ten, and that there are more";
+}
+
+TEST_F(NamesFromList, areThereWhenTheListHasGone) {
+  writeFile(m_bench.setup.reportUseFileList, "UNICODE\none\ntwo\n");
+  OutputNamer namer = m_bench.namer();
+  m_bench.list.readWhole();
+  QFile::remove(m_bench.setup.reportUseFileList);
+  EXPECT_EQ(namer.name(m_bench.range).path, u"/out/p_one.pdf"_s);
+  EXPECT_EQ(namer.name(m_bench.range).path, u"/out/p_two.pdf"_s);
+  EXPECT_EQ(namer.name(m_bench.range).nameList, NameList::State::Ended);
+}
+
 TEST_F(NamesFromList, sayThatThereIsNoList) {
   for (const QString& path : {QString(), m_folder.path(), m_folder.filePath(u"missing"_s)}) {
     m_bench.setup.reportUseFileList = path;
