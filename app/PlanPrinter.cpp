@@ -1,22 +1,13 @@
 #include "app/PlanPrinter.h"
 
+#include "engine/base/Text.h"
+
 #include <algorithm>
 #include <vector>
 
 namespace folivex {
 
 namespace {
-
-QString csvField(QString text) {
-  constexpr QStringView needQuotes = u"\",\r\n";
-  const bool quoted =
-      std::any_of(text.begin(), text.end(), [&](QChar c) { return needQuotes.contains(c); });
-  if (!quoted) {
-    return text;
-  }
-  text.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-  return QLatin1Char('"') + text + QLatin1Char('"');
-}
 
 /// The column of addresses is there when there is an address.
 bool hasAddresses(const SplitPlan& plan) {

@@ -7,8 +7,8 @@
 namespace folivex {
 
 /// One line an output with its pages, text, file and what happens to the file, lines ending in LF.
-/// As a table the columns are aligned and the account of the pages stands below; as CSV (RFC 4180)
-/// there is a header line and nothing else.
+/// As a table the columns are aligned and the account of the pages stands below; as CSV (see
+/// csvField()) there is a header line and nothing else.
 QString planText(const SplitPlan& plan, PlanOutput form);
 
 } // namespace folivex

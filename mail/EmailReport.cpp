@@ -1,5 +1,6 @@
 #include "mail/EmailReport.h"
 
+#include "engine/base/Text.h"
 #include "engine/report/Reports.h"
 #include "mail/MailHeader.h"
 #include "platform/Paths.h"
@@ -10,18 +11,8 @@ namespace folivex {
 
 namespace {
 
-/// One field of a CSV line. A spreadsheet runs what begins like a formula, and texts of pages get
-/// here.
 QString field(const QString& text) {
-  static constexpr QStringView formulaStarts = u"=+-@";
-  QString value = withoutControlCharacters(text);
-  if (!value.isEmpty() && formulaStarts.contains(value.front())) {
-    value.prepend(u'\'');
-  }
-  if (value.contains(u',') || value.contains(u'"')) {
-    value = u'"' + value.replace(u'"', QLatin1String("\"\"")) + u'"';
-  }
-  return value;
+  return csvField(withoutControlCharacters(text));
 }
 
 } // namespace

@@ -45,4 +45,17 @@ void cutText(QString& text, qsizetype capacity) {
   text.truncate(splitsPair ? capacity - 1 : capacity);
 }
 
+QString csvField(QString text) {
+  static constexpr QStringView formulaStarts = u"=+-@";
+  static constexpr QStringView needQuotes = u"\",\r\n";
+  const auto isIn = [](QStringView set) { return [set](QChar c) { return set.contains(c); }; };
+  if (!text.isEmpty() && isIn(formulaStarts)(text.front())) {
+    text.prepend(u'\'');
+  }
+  if (std::any_of(text.cbegin(), text.cend(), isIn(needQuotes))) {
+    text = u'"' + text.replace(u'"', QLatin1String("\"\"")) + u'"';
+  }
+  return text;
+}
+
 } // namespace folivex

@@ -25,4 +25,8 @@ IntRange leadingRange(QStringView text);
 /// Shortens `text` to at most `capacity` characters, never through a surrogate pair.
 void cutText(QString& text, qsizetype capacity);
 
+/// One field of a CSV line (RFC 4180). A spreadsheet works out what begins like a formula, and
+/// texts of pages get here: such a one gets a "'" in front, and is shown.
+QString csvField(QString text);
+
 } // namespace folivex
