@@ -30,7 +30,8 @@ QString usageText() {
       "       writable             -12  source unreadable or protected\n"
       "    1  stopped              -13  an output could not be written\n"
       "                            -14  a mail could not be sent\n"
-      "                            -15  the source changed meanwhile\n");
+      "                            -15  the source changed meanwhile\n"
+      "                            -16  the output folder is another run's\n");
 }
 
 QString versionText() {

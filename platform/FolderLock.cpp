@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSysInfo>
 
@@ -108,7 +109,9 @@ FolderLock::State FolderLock::takeLock() {
       continue;
     }
     if (error != 0) {
-      return isNew && meansNoPlace(error) ? State::NoPlace : refuse(m_lockPath, reasonOf(error));
+      // A lock file that is there and cannot be opened may be another run's.
+      const bool hasPlace = !meansNoPlace(error) || QFileInfo::exists(m_lockPath);
+      return hasPlace ? refuse(m_lockPath, reasonOf(error)) : State::NoPlace;
     }
     switch (lockFile(m_file, m_use)) {
     case LockResult::Unable:

@@ -15,10 +15,11 @@ enum class RunError {
   SetupFile = -5,
   Contradiction = -6, ///< settings that exclude each other
   Append = -11,
-  Unreadable = -12,   ///< the source is no readable PDF, or is protected
-  OutputFailed = -13, ///< at least one output could not be written
-  MailFailed = -14,   ///< at least one mail could not be sent, or may not have arrived
-  SourceChanged = -15 ///< while it was read; what was made of it is taken away again
+  Unreadable = -12,    ///< the source is no readable PDF, or is protected
+  OutputFailed = -13,  ///< at least one output could not be written
+  MailFailed = -14,    ///< at least one mail could not be sent, or may not have arrived
+  SourceChanged = -15, ///< while it was read; what was made of it is taken away again
+  FolderBusy = -16     ///< another run is at work in the output folder, and cannot be waited for
 };
 
 /// State of the run in progress. Page indexes count from 0.

@@ -17,15 +17,18 @@ void BatchScope::end() {
   m_names.reset();
 }
 
-QString BatchScope::clear(const QString& folder, const QString& source) {
+QString BatchScope::clear(const QString& folder, const QString& source, const QString& nameList) {
   if (m_isOpen) {
     m_clearedFolders += folder;
+  }
+  if (isClearedWithFolder(folder, kept(source), nameList)) {
+    names(nameList).readWhole();
   }
   return clearOutputFolder(folder, kept(source));
 }
 
 NameList& BatchScope::names(const QString& path) {
-  if (!m_isOpen || !m_names || m_names->path() != path) {
+  if (!m_names || m_names->path() != path) {
     m_names.emplace(path);
   }
   return *m_names;

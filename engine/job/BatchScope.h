@@ -19,14 +19,17 @@ public:
 
   /// Whether a run would still clear this folder.
   bool mayClear(const QString& folder) const { return !m_clearedFolders.contains(folder); }
-  /// Clears it before a run of `source`. Empty, or what stood in the way.
-  QString clear(const QString& folder, const QString& source);
+  /// Clears it before a run of `source`; a list of names that lies there is read before. Empty, or
+  /// what stood in the way.
+  QString clear(const QString& folder, const QString& source, const QString& nameList);
+  /// Whether one was cleared since begin(): nobody else may come between the runs then.
+  bool hasCleared() const { return !m_clearedFolders.isEmpty(); }
   /// The sources that stay when a folder is cleared for a run of `source`.
   QStringList kept(const QString& source) const { return m_sources + QStringList(source); }
 
   /// The list at this path: a batch goes through one, every other run begins it.
   NameList& names(const QString& path);
-  /// A run has named its outputs. Nobody could save the list while it is open.
+  /// A run has named its outputs, or begins to. Nobody could save the list while it is open.
   void namesTaken();
 
 private:

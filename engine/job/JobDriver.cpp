@@ -22,6 +22,7 @@ bool wasProcessed(RunError error) {
   case RunError::SetupFile:
   case RunError::Contradiction:
   case RunError::Unreadable:
+  case RunError::FolderBusy:
     return false;
   default:
     return true;
@@ -31,7 +32,7 @@ bool wasProcessed(RunError error) {
 } // namespace
 
 JobDriver::JobDriver(SetupStore& store, Libraries libraries, Operator& person)
-    : m_store(store), m_job{libraries, person, m_state},
+    : m_store(store), m_job{libraries, person, m_state}, m_locks(person, m_state),
       m_folderWritable(currentFolderIsWritable()) {}
 
 void JobDriver::Stop() {
@@ -49,6 +50,7 @@ SplitSetup JobDriver::begin() {
   m_state.automation = automation;
   m_state.commandLine = commandLine;
   m_outcome = RunOutcome();
+  m_batch.namesTaken(); // by a run that ended early
   SplitSetup setup = m_store.working();
   setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
   setup.outputDir = outputFolderOf(setup, setup.fileName);
@@ -58,18 +60,40 @@ SplitSetup JobDriver::begin() {
 /// Empty when nothing is to be cleared: a folder that nobody named is never cleared.
 QString JobDriver::folderToClear(const QString& outputFolder) const {
   const SplitSetup& setup = m_store.working();
-  const bool clears =
-      setup.otherSettingsRemoveFiles && !setup.splitToSource && !setup.outputDir.isEmpty();
+  const bool clears = setup.otherSettingsRemoveFiles && !setup.splitToSource &&
+                      !platform::withoutTrailingBlanks(setup.outputDir).isEmpty();
   return clears && m_batch.mayClear(outputFolder) ? outputFolder : QString();
 }
 
-void JobDriver::prepareFolder(const SplitSetup& setup) {
-  if (const QString folder = folderToClear(setup.outputDir); !folder.isEmpty()) {
-    if (const QString problem = m_batch.clear(folder, setup.fileName); !problem.isEmpty()) {
-      m_job.person.note(problem);
-    }
-  }
+/// Makes the output folder and waits until this run may write there. False when it may not; then
+/// everything is told.
+bool JobDriver::lockFolder(const SplitSetup& setup) {
   if (const QString problem = makeOutputFolder(setup.outputDir); !problem.isEmpty()) {
+    m_job.person.note(problem);
+  }
+  const bool alone =
+      setup.alwaysOverwrite || setup.alwaysAppend || !folderToClear(setup.outputDir).isEmpty();
+  m_locks.begin(alone ? platform::LockUse::Alone : platform::LockUse::Shared, setup.fileName);
+  switch (m_locks.take(setup.outputDir)) {
+  case FolderLocks::Outcome::Free:
+    return true;
+  case FolderLocks::Outcome::Stopped:
+    tellRunEnd(m_outcome, setup, {}, m_job);
+    return false;
+  case FolderLocks::Outcome::Refused:
+    m_job.fail(RunError::FolderBusy, m_locks.problem());
+    return false;
+  }
+  return false;
+}
+
+void JobDriver::clearFolder(const SplitSetup& setup) {
+  const QString folder = folderToClear(setup.outputDir);
+  if (folder.isEmpty() || m_state.mustEnd()) {
+    return;
+  }
+  if (const QString problem = m_batch.clear(folder, setup.fileName, setup.reportUseFileList);
+      !problem.isEmpty()) {
     m_job.person.note(problem);
   }
 }
@@ -91,7 +115,20 @@ RunError JobDriver::StartProcessing() {
   if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
     return m_job.fail(RunError::Contradiction, contradiction);
   }
-  prepareFolder(setup);
+  const RunError error = lockFolder(setup) ? runLocked(setup) : m_state.error;
+  if (!m_batch.hasCleared()) {
+    m_locks.release();
+  }
+  return error;
+}
+
+/// Clears the folder only for a source that can be split.
+RunError JobDriver::runLocked(const SplitSetup& setup) {
+  SourceFile file(m_job);
+  const int pageCount = file.openForSplitting(setup);
+  if (pageCount > 0) {
+    clearFolder(setup);
+  }
   Reports reports;
   const Reports::Opened opened =
       reports.open(reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable),
@@ -103,7 +140,8 @@ RunError JobDriver::StartProcessing() {
   if (m_state.error == RunError::SetupFile && m_state.automation) {
     return m_state.error;
   }
-  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, reports);
+  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, file, pageCount,
+              reports);
   if (const Reports::Opened closed = reports.close(); closed.error != RunError::None) {
     m_job.fail(closed.error, closed.message);
   }
@@ -139,6 +177,11 @@ SplitPlan JobDriver::Plan() {
   return planSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, isGone);
 }
 
+void JobDriver::endBatch() {
+  m_batch.end();
+  m_locks.release();
+}
+
 QStringList JobDriver::NearestWords() {
   SplitSetup setup = m_store.working();
   setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
@@ -169,7 +212,7 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
     }
     return stopped ? RowEnd::Stopped : error == RunError::None ? RowEnd::Done : RowEnd::Failed;
   });
-  m_batch.end();
+  endBatch();
   return result;
 }
 

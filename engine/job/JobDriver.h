@@ -6,6 +6,7 @@
 #include "engine/job/JobContext.h"
 #include "engine/job/RunOutcome.h"
 #include "engine/job/SplitPlan.h"
+#include "engine/output/FolderLocks.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/setup/SetupStore.h"
 
@@ -57,9 +58,10 @@ public:
 
   /// Several sources are processed as one piece of work, until endBatch():
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
-  /// none of the sources with it, and the list of names goes on from source to source.
+  /// none of the sources with it, and the list of names goes on from source to source. A folder
+  /// that was cleared is kept from other runs until the end.
   void beginBatch(const QStringList& sources) { m_batch.begin(sources); }
-  void endBatch() { m_batch.end(); }
+  void endBatch();
 
   /// Asks the run to end at the next page.
   void Stop();
@@ -77,7 +79,9 @@ private:
   SplitSetup begin();
   std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) const;
   QString folderToClear(const QString& outputFolder) const;
-  void prepareFolder(const SplitSetup& setup);
+  bool lockFolder(const SplitSetup& setup);
+  void clearFolder(const SplitSetup& setup);
+  RunError runLocked(const SplitSetup& setup);
   void saveDefaultSetup();
 
   SetupStore& m_store;
@@ -85,6 +89,7 @@ private:
   JobContext m_job;
   RunOutcome m_outcome;
   BatchScope m_batch;
+  FolderLocks m_locks;
   AddressReaderMaker m_addressReader;
   bool m_folderWritable;
 };

@@ -25,35 +25,41 @@ bool isWindowsReadOnly(const QFileInfo& file) {
 #endif
 }
 
+/// What `keep` names, links followed.
+QSet<QString> filesToKeep(const QStringList& keep) {
+  QSet<QString> kept;
+  for (const QString& path : keep) {
+    kept.insert(QFileInfo(path).canonicalFilePath());
+  }
+  kept.remove(QString()); // of a link that leads nowhere
+  return kept;
+}
+
+/// Links go like files, but one to a folder stays like a folder.
+bool isCleared(const QFileInfo& entry, const QSet<QString>& kept) {
+  return !entry.fileName().startsWith(QLatin1Char('.')) && !entry.isDir() &&
+         !kept.contains(entry.canonicalFilePath());
+}
+
 } // namespace
 
 bool isClearedWithFolder(const QString& folder, const QStringList& keep, const QString& path) {
   const QFileInfo file(path);
-  return folder.size() >= shortestClearedPath && !file.fileName().startsWith(QLatin1Char('.')) &&
-         (file.isSymLink() || !file.isDir()) &&
-         QFileInfo(folder).absoluteFilePath() == file.absolutePath() &&
-         std::none_of(keep.begin(), keep.end(),
-                      [&path](const QString& kept) { return platform::isSameFile(kept, path); });
+  return folder.size() >= shortestClearedPath && platform::isSameFile(folder, file.path()) &&
+         isCleared(file, filesToKeep(keep));
 }
 
 QString clearOutputFolder(const QString& folder, const QStringList& keep) {
   if (folder.size() < shortestClearedPath) {
     return QStringLiteral("%1: the path is too short to be cleared").arg(folder);
   }
-  QSet<QString> kept;
-  for (const QString& path : keep) {
-    kept.insert(QFileInfo(path).canonicalFilePath());
-  }
-  kept.remove(QString()); // of a link that leads nowhere
+  const QSet<QString> kept = filesToKeep(keep);
   // The names are taken first: deleting while a folder is listed may skip entries.
   const QStringList names =
       QDir(folder).entryList(QDir::Files | QDir::System | QDir::Hidden, QDir::Unsorted);
   for (const QString& name : names) {
-    if (name.startsWith(QLatin1Char('.'))) {
-      continue;
-    }
     const QFileInfo file(QDir(folder), name);
-    if (kept.contains(file.canonicalFilePath())) {
+    if (!isCleared(file, kept)) {
       continue;
     }
     QFile entry(file.filePath());

@@ -111,8 +111,9 @@ SplitPlan planSource(const SplitRunParts& parts, std::function<bool(const QStrin
                        namedPath);
        }});
   pipeline.run();
-  batch.namesTaken();
   plan.notes = pipeline.findings().lines();
+  plan.notes += batch.names(setup.reportUseFileList).takeFindings();
+  batch.namesTaken();
   return plan;
 }
 

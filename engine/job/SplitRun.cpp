@@ -52,11 +52,9 @@ void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& rep
 
 } // namespace
 
-void splitSource(const SplitRunParts& parts, Reports& reports) {
+void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Reports& reports) {
   const auto& [setup, job, batch, addressReader, outcome] = parts;
   const QString& source = setup.fileName;
-  SourceFile file(job);
-  const int pageCount = file.openForSplitting(setup);
   if (pageCount == 0) {
     job.fail(RunError::Unreadable, file.problem());
     reports.writeTotals(0);
@@ -84,6 +82,9 @@ void splitSource(const SplitRunParts& parts, Reports& reports) {
                           addressReader,
                           {}});
   pipeline.run();
+  for (const QString& finding : batch.names(setup.reportUseFileList).takeFindings()) {
+    job.person.note(finding);
+  }
   batch.namesTaken();
   writer.finish();
   outcome.emails.drop(writer.unwrittenPaths());

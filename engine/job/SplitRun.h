@@ -9,6 +9,7 @@ namespace folivex {
 class AddressReader;
 class BatchScope;
 class Reports;
+class SourceFile;
 struct JobContext;
 
 /// What both need beside the setup, in which `fileName` is the source and `outputDir` the folder of
@@ -21,9 +22,10 @@ struct SplitRunParts {
   RunOutcome& outcome;
 };
 
-/// Writes the outputs of a source and their lines into `reports`, which are open. What fails is
-/// told and recorded in RunState::error; a failed output does not end the run.
-void splitSource(const SplitRunParts& parts, Reports& reports);
+/// Writes the outputs of a source and their lines into `reports`, which are open. `file` was opened
+/// for splitting and has `pageCount` pages; with none there is nothing to write. What fails is told
+/// and recorded in RunState::error; a failed output does not end the run.
+void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Reports& reports);
 
 /// What splitSource() would do; `isGone` tells of a file that is there now whether the run would
 /// have removed it before its first output. Nothing is written.

@@ -153,6 +153,42 @@ TEST_F(Job, BatchClearsTheOutputFolderOnceAndNoneOfItsSources) {
       (QStringList{"a.pdf", "a_1001.pdf", "a_1002.pdf", "b.pdf", "b_1001.pdf", "b_1002.pdf"}));
 }
 
+TEST_F(Job, NothingIsClearedForASourceThatCannotBeSplitNorForAFolderOfBlanks) {
+  const QByteArray home = qgetenv("HOME");
+  qputenv("HOME", QFile::encodeName(folder()));
+  setup().otherSettingsRemoveFiles = true;
+  for (const char* name : {"out/old.pdf", "splitoutput/old.pdf"}) {
+    QDir().mkpath(at("splitoutput"));
+    writeFile(at(name), "old");
+  }
+  setup().outputDir = "  ";
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_TRUE(QFile::exists(at("splitoutput/old.pdf")));
+  qputenv("HOME", home);
+
+  setup().outputDir = at("out");
+  writeFile(at("in/bad.pdf"), "no PDF");
+  driver().beginBatch({at("in/bad.pdf"), source()});
+  setup().fileName = at("in/bad.pdf");
+  EXPECT_EQ(run(), RunError::Unreadable);
+  EXPECT_EQ(filesBelow(at("out")).filter("pdf"), QStringList("old.pdf"));
+  setup().fileName = source();
+  EXPECT_EQ(run(), RunError::None);
+  driver().endBatch();
+  EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1002.pdf"}));
+}
+
+TEST_F(Job, ListOfNamesInAFolderThatIsClearedIsReadBefore) {
+  writeFile(at("out/names.txt"), "one\na?b\n");
+  setup().otherSettingsRemoveFiles = true;
+  setup().extract = fileNameMethodTexts()[9];
+  m_store.working().reportUseFileList = at("out/names.txt");
+  EXPECT_EQ(run(), RunError::None);
+  EXPECT_EQ(outputs(), (QStringList{"ab.pdf: Account: 1002", "one.pdf: Account: 1001 | more"}));
+  EXPECT_EQ(m_person.notes.filter("names.txt: line 2 cannot be a name").size(), 1)
+      << m_person.allNotes().toStdString();
+}
+
 TEST_F(Job, PageCountsThatDifferAreRefused) {
   // The content of a page listed among the pages: one library takes it for a page.
   QByteArray bytes = statements(threePages).bytes();

@@ -98,7 +98,10 @@ TEST_F(FolderLockTest, PlantedLockFileIsRefusedAndWhatItLeadsToUnharmed) {
     EXPECT_EQ(contentOf(victim), "precious");
     ASSERT_TRUE(QFile::remove(at(".folivex.lock")));
   }
-  EXPECT_EQ(FolderLock(at("none"), LockUse::Alone, {}).take(), State::NoPlace);
+  writeFile(at("file"), "");
+  for (const char* nowhere : {"none", "file"}) {
+    EXPECT_EQ(FolderLock(at(nowhere), LockUse::Alone, {}).take(), State::NoPlace);
+  }
 }
 
 TEST_F(FolderLockTest, WithoutDependableLocksNobodyWaitsAndNothingOfOthersIsRemoved) {
