@@ -35,7 +35,8 @@ void FolderLocks::release() {
 
 FolderLocks::Outcome FolderLocks::take(const QString& folder, int patienceMs) {
   m_problem.clear();
-  const QString place = QFileInfo(folder).canonicalFilePath();
+  const QString place =
+      QFileInfo(folder.isEmpty() ? QStringLiteral(".") : folder).canonicalFilePath();
   if (place.isEmpty()) {
     return Outcome::Free; // there is no such folder: the writing tells
   }
@@ -96,16 +97,15 @@ void FolderLocks::tellWait(const QString& folder, const platform::FolderLock& lo
   m_person.progress({text, 0, 0, 0});
 }
 
-QString FolderLocks::takeFor(const QString& output) {
+FolderLocks::Outcome FolderLocks::takeFor(const QString& output) {
   const QString folder = platform::folderOf(output);
   const auto asked = m_asked.constFind(folder);
   if (asked != m_asked.constEnd() && *asked) {
-    return {};
+    return Outcome::Free;
   }
-  // A folder that was waited for in vain is asked for again, and not waited for.
   const Outcome outcome = take(folder, asked == m_asked.constEnd() ? m_patienceMs : 0);
   m_asked.insert(folder, outcome == Outcome::Free);
-  return outcome == Outcome::Refused ? m_problem : QString();
+  return outcome;
 }
 
 } // namespace folivex

@@ -31,9 +31,9 @@ public:
   /// Waits for the folder, which need not exist, and tells who is there.
   Outcome take(const QString& folder) { return take(folder, m_patienceMs); }
 
-  /// The same for the folder of an output. Empty, or why nothing may be written there; empty too
-  /// after a Stop.
-  QString takeFor(const QString& output);
+  /// The same for the folder of an output. Where it was waited for in vain it is asked again each
+  /// time, and not waited for.
+  Outcome takeFor(const QString& output);
 
   void release();
 
