@@ -15,6 +15,13 @@ void BatchScope::end() {
   m_sources.clear();
   m_clearedFolders.clear();
   m_names.reset();
+  m_folders.release();
+}
+
+void BatchScope::runEnded() {
+  if (m_clearedFolders.isEmpty()) {
+    m_folders.release();
+  }
 }
 
 QString BatchScope::clear(const QString& folder, const QString& source, const QString& nameList) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/naming/NameList.h"
+#include "engine/output/FolderLocks.h"
 
 #include <QStringList>
 
@@ -14,16 +15,21 @@ namespace folivex {
 /// from source to source. Outside of it each run stands alone.
 class BatchScope {
 public:
+  BatchScope(Operator& person, const RunState& state) : m_folders(person, state) {}
+
   void begin(const QStringList& sources);
   void end();
+
+  /// The folders that are kept from other runs: until a run's end, or the batch's when a folder was
+  /// cleared, since nobody may come between its sources then.
+  FolderLocks& folders() { return m_folders; }
+  void runEnded();
 
   /// Whether a run would still clear this folder.
   bool mayClear(const QString& folder) const { return !m_clearedFolders.contains(folder); }
   /// Clears it before a run of `source`; a list of names that lies there is read before. Empty, or
   /// what stood in the way.
   QString clear(const QString& folder, const QString& source, const QString& nameList);
-  /// Whether one was cleared since begin(): nobody else may come between the runs then.
-  bool hasCleared() const { return !m_clearedFolders.isEmpty(); }
   /// The sources that stay when a folder is cleared for a run of `source`.
   QStringList kept(const QString& source) const { return m_sources + QStringList(source); }
 
@@ -37,6 +43,7 @@ private:
   QStringList m_sources;
   QStringList m_clearedFolders;
   std::optional<NameList> m_names;
+  FolderLocks m_folders;
 };
 
 } // namespace folivex

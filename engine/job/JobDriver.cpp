@@ -32,7 +32,7 @@ bool wasProcessed(RunError error) {
 } // namespace
 
 JobDriver::JobDriver(SetupStore& store, Libraries libraries, Operator& person)
-    : m_store(store), m_job{libraries, person, m_state}, m_locks(person, m_state),
+    : m_store(store), m_job{libraries, person, m_state}, m_batch(person, m_state),
       m_folderWritable(currentFolderIsWritable()) {}
 
 void JobDriver::Stop() {
@@ -73,15 +73,16 @@ bool JobDriver::lockFolder(const SplitSetup& setup) {
   }
   const bool alone =
       setup.alwaysOverwrite || setup.alwaysAppend || !folderToClear(setup.outputDir).isEmpty();
-  m_locks.begin(alone ? platform::LockUse::Alone : platform::LockUse::Shared, setup.fileName);
-  switch (m_locks.take(setup.outputDir)) {
+  m_batch.folders().begin(alone ? platform::LockUse::Alone : platform::LockUse::Shared,
+                          setup.fileName);
+  switch (m_batch.folders().take(setup.outputDir)) {
   case FolderLocks::Outcome::Free:
     return true;
   case FolderLocks::Outcome::Stopped:
     tellRunEnd(m_outcome, setup, {}, m_job);
     return false;
   case FolderLocks::Outcome::Refused:
-    m_job.fail(RunError::FolderBusy, m_locks.problem());
+    m_job.fail(RunError::FolderBusy, m_batch.folders().problem());
     return false;
   }
   return false;
@@ -116,9 +117,7 @@ RunError JobDriver::StartProcessing() {
     return m_job.fail(RunError::Contradiction, contradiction);
   }
   const RunError error = lockFolder(setup) ? runLocked(setup) : m_state.error;
-  if (!m_batch.hasCleared()) {
-    m_locks.release();
-  }
+  m_batch.runEnded();
   return error;
 }
 
@@ -177,11 +176,6 @@ SplitPlan JobDriver::Plan() {
   return planSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, isGone);
 }
 
-void JobDriver::endBatch() {
-  m_batch.end();
-  m_locks.release();
-}
-
 QStringList JobDriver::NearestWords() {
   SplitSetup setup = m_store.working();
   setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
@@ -212,7 +206,7 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
     }
     return stopped ? RowEnd::Stopped : error == RunError::None ? RowEnd::Done : RowEnd::Failed;
   });
-  endBatch();
+  m_batch.end();
   return result;
 }
 

@@ -6,7 +6,6 @@
 #include "engine/job/JobContext.h"
 #include "engine/job/RunOutcome.h"
 #include "engine/job/SplitPlan.h"
-#include "engine/output/FolderLocks.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/setup/SetupStore.h"
 
@@ -61,7 +60,7 @@ public:
   /// none of the sources with it, and the list of names goes on from source to source. A folder
   /// that was cleared is kept from other runs until the end.
   void beginBatch(const QStringList& sources) { m_batch.begin(sources); }
-  void endBatch();
+  void endBatch() { m_batch.end(); }
 
   /// Asks the run to end at the next page.
   void Stop();
@@ -89,7 +88,6 @@ private:
   JobContext m_job;
   RunOutcome m_outcome;
   BatchScope m_batch;
-  FolderLocks m_locks;
   AddressReaderMaker m_addressReader;
   bool m_folderWritable;
 };

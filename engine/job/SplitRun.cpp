@@ -66,6 +66,7 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   outcome.account.start(pageCount);
   OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append}, job.person,
                       outcome.account);
+  writer.setFolderLocks(batch.folders());
   writer.startSource(source, pageCount);
   const bool deletesOldFiles = usesExternalCommand(setup) && !setup.createList;
   DiskOutputPlaces places({source, file.scanned()},

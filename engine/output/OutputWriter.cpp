@@ -4,6 +4,7 @@
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
+#include "engine/output/FolderLocks.h"
 #include "platform/OutsideProgram.h"
 
 #include <QDir>
@@ -57,6 +58,9 @@ void OutputWriter::output(const ReservedOutput& output) {
   }
   ++m_state.outputCount;
   makeFolderOf(output.path);
+  if (!lockFolderOf(output)) {
+    return;
+  }
   m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
                      m_totalPages, m_state.outputCount});
   if (usesExternalCommand(m_setup)) {
@@ -77,6 +81,20 @@ void OutputWriter::makeFolderOf(const QString& path) {
     // A folder that cannot be made shows when the file is written, with the reason.
     QDir().mkpath(path.left(separator));
   }
+}
+
+/// False when another run has the folder; the output's fate is settled then.
+bool OutputWriter::lockFolderOf(const ReservedOutput& output) {
+  if (m_folders == nullptr) {
+    return true;
+  }
+  const FolderLocks::Outcome outcome = m_folders->takeFor(output.path);
+  if (outcome == FolderLocks::Outcome::Refused) {
+    failed(output, m_folders->problem());
+  } else if (outcome == FolderLocks::Outcome::Stopped) {
+    leaveOut({output});
+  }
+  return outcome == FolderLocks::Outcome::Free;
 }
 
 void OutputWriter::runExternalCommand(const ReservedOutput& output) {

@@ -18,6 +18,7 @@ namespace folivex {
 
 class CAppendPdfInit;
 class CSplitPdfInit;
+class FolderLocks;
 
 /// Writes one output after the other, with the split library or with the external command. Every
 /// output is counted in RunState::outputCount when it is taken on, and its pages in the PageAccount
@@ -38,6 +39,9 @@ public:
 
   OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries, Operator& person,
                PageAccount& account);
+
+  /// Locks the folder of each output before it is written; must outlive the writer.
+  void setFolderLocks(FolderLocks& folders) { m_folders = &folders; }
 
   /// The source of the outputs that follow; `totalPages` is the page count both libraries agree on.
   void startSource(const QString& source, int totalPages);
@@ -64,6 +68,7 @@ private:
   using Ranges = std::vector<ReservedOutput>;
 
   void makeFolderOf(const QString& path);
+  bool lockFolderOf(const ReservedOutput& output);
   void runExternalCommand(const ReservedOutput& output);
   void writeWithLibrary(const ReservedOutput& output);
   void hold(const ReservedOutput& output);
@@ -83,6 +88,7 @@ private:
   Libraries m_libraries;
   Operator& m_person;
   PageAccount& m_account;
+  FolderLocks* m_folders = nullptr;
   HandedOutputs m_handed;
   FileSystemRules m_rules = FileSystemRules::ofThisSystem();
   std::deque<Ranges> m_held;             ///< by output, as the outputs came first

@@ -109,6 +109,19 @@ TEST_F(ProgramBeside, OverwritingAppendingAndClearingWaitForAPlainRun) {
   }
 }
 
+TEST_F(ProgramBeside, FolderThatAPrefixMakesIsWaitedForToo) {
+  setup.prefixFileName = "in/";
+  QProcess& held = hold();
+  setup.prefixFileName.clear();
+  setup.outputDir = place.at("out/in");
+  setup.alwaysOverwrite = true;
+  const std::unique_ptr<QProcess> run = startWaiting();
+  letGo();
+  EXPECT_EQ(exitCodeOf(held), 0);
+  EXPECT_EQ(exitCodeOf(*run), 0);
+  EXPECT_EQ(outputs(), (QStringList{"in/A.pdf", "in/B.pdf", "in/HELD.pdf"}));
+}
+
 TEST_F(ProgramBeside, KilledHolderLetsTheNextOneIn) {
   setup.alwaysOverwrite = true;
   QProcess& held = hold();
