@@ -21,7 +21,8 @@ FileDigest FileDigest::of(const QString& path, const std::function<void()>& tick
   }
   QCryptographicHash hash(QCryptographicHash::Sha256);
   FileDigest digest{0, {}};
-  for (QByteArray block = file.read(digestBlock); !block.isEmpty(); block = file.read(digestBlock)) {
+  for (QByteArray block = file.read(digestBlock); !block.isEmpty();
+       block = file.read(digestBlock)) {
     hash.addData(block);
     digest.size += block.size();
     if (tick) {

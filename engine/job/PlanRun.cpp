@@ -22,7 +22,6 @@ public:
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
-  void remove(const QString& path) override;
   void output(const ReservedOutput& reserved) override;
   void replaced(const ReservedOutput& lost) override;
 
@@ -49,8 +48,6 @@ bool PlanBuilder::exists(const QString& path) {
 bool PlanBuilder::isProtected(const QString& path) {
   return m_disk.isProtected(path);
 }
-
-void PlanBuilder::remove(const QString& /*path*/) {}
 
 void PlanBuilder::output(const ReservedOutput& reserved) {
   if (!reserved.path.isEmpty()) {

@@ -51,7 +51,9 @@ void tellRunEnd(const RunOutcome& outcome, const SplitSetup& setup, const QStrin
   if (state.error == RunError::Unreadable) {
     return; // told already, and "no matches" would be the wrong reason
   }
-  if (state.userStop) {
+  if (state.error == RunError::SourceChanged) {
+    // Told already; nothing was done.
+  } else if (state.userStop) {
     tellStop(outcome.emails, job);
   } else if (state.outputCount == 0 && !outcome.outputsFailed && state.emptiedRanges == 0) {
     job.tell(QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());

@@ -44,6 +44,7 @@ QString SourceFile::scanned() const {
 
 int SourceFile::openForSplitting(const SplitSetup& setup) {
   m_job.person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
+  stamp(setup.fileName);
   beginSplitting(setup);
   const int pageCount = countPages(setup);
   // Bookmarks need no words.
@@ -83,6 +84,9 @@ int SourceFile::openAgain(const SplitSetup& setup) {
 
 void SourceFile::recogniseAndOpenWords(const SplitSetup& setup) {
   OcrFirst(m_source, platform::temporaryFolder(), m_job.state, m_job.person);
+  if (!m_job.state.ocrFile.isEmpty()) {
+    stamp(m_job.state.ocrFile);
+  }
   openWords(setup);
   if (!m_problem.isEmpty() && !m_job.state.ocrFile.isEmpty()) {
     m_job.person.note(QStringLiteral("%1: this copy of \"%2\" with its recognised words is made "
@@ -156,6 +160,16 @@ void SourceFile::openWords(const SplitSetup& setup) {
                     .arg(pages)
                     .arg(m_pageCount);
   }
+}
+
+void SourceFile::stamp(const QString& path) {
+  m_stamps.push_back({path, platform::FileStamp::beforeReading(path)});
+}
+
+bool SourceFile::isChanged() const {
+  return std::ranges::any_of(m_stamps, [](const Stamped& file) {
+    return platform::FileStamp::of(file.path) != file.stamp;
+  });
 }
 
 QString SourceFile::protection() const {

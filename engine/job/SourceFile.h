@@ -2,6 +2,10 @@
 #pragma once
 
 #include "engine/setup/SplitSetup.h"
+#include "platform/FileStamp.h"
+
+#include <optional>
+#include <vector>
 
 namespace folivex {
 
@@ -34,6 +38,10 @@ public:
   /// Empty, or why the source cannot be processed: names the file and the step that failed.
   const QString& problem() const { return m_problem; }
 
+  /// Whether the source, or the copy whose words are read, is another file by now than it was
+  /// before it was opened for splitting.
+  bool isChanged() const;
+
   /// Facts of the source that a person should know; empty when there are none.
   QString protection() const;
 
@@ -43,11 +51,17 @@ private:
   void endSplitting(const SplitSetup& setup);
   void openWords(const SplitSetup& setup);
   void recogniseAndOpenWords(const SplitSetup& setup);
+  void stamp(const QString& path);
 
   const JobContext& m_job;
   QString m_source;
   QString m_problem;
   int m_pageCount = 0;
+  struct Stamped {
+    QString path;
+    std::optional<platform::FileStamp> stamp;
+  };
+  std::vector<Stamped> m_stamps;
   bool m_splits = false;
 };
 

@@ -4,7 +4,7 @@
 #include "engine/job/JobContext.h"
 #include "engine/job/RangePipeline.h"
 #include "engine/job/SourceFile.h"
-#include "engine/output/ExternalCommand.h"
+#include "engine/output/ClaimedPlaces.h"
 #include "engine/output/OutputFileList.h"
 #include "engine/output/OutputWriter.h"
 #include "engine/report/Reports.h"
@@ -14,6 +14,13 @@
 namespace folivex {
 
 namespace {
+
+QString sourceChangedText(const QString& source) {
+  return QStringLiteral("%1: was changed or replaced while it was read; the new files made of it "
+                        "are taken away again, and nothing is mailed. Run it again when it is "
+                        "complete.")
+      .arg(source);
+}
 
 void settleCounts(const OutputWriter& writer, RunOutcome& outcome, RunState& state) {
   outcome.writtenFiles = writer.writtenFiles();
@@ -38,6 +45,31 @@ void tellFileList(OutputFileList& list, const JobContext& job) {
   }
 }
 
+void withdraw(const SplitRunParts& parts, OutputWriter& writer) {
+  writer.withdraw();
+  parts.job.fail(RunError::SourceChanged, sourceChangedText(parts.setup.fileName));
+}
+
+/// Nothing is mailed that was not written, nor of a source that was not what it seemed.
+void settleRecords(const SplitRunParts& parts, const OutputWriter& writer) {
+  EmailRecords& emails = parts.outcome.emails;
+  if (parts.setup.createList || parts.job.state.error == RunError::SourceChanged) {
+    emails.clear();
+  }
+  emails.drop(writer.unwrittenPaths());
+  emails.complete([&](EmailRecord& record) {
+    const OutputWriter::Written written = writer.written().value(record.outputPath);
+    record.identity = written.identity;
+    record.holdsEarlierPages = parts.setup.alwaysAppend && !written.isNew;
+    if (record.addressesDiffer) {
+      parts.job.person.note(QStringLiteral("%1: holds pages with different e-mail addresses (%2)")
+                                .arg(record.outputPath, (QStringList(record.addresses.address) +
+                                                         record.addresses.further)
+                                                            .join(QStringLiteral(", "))));
+    }
+  });
+}
+
 /// The outputs are on the disk: what is true of them now goes into the counts and the reports.
 void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& reports) {
   RunOutcome& outcome = parts.outcome;
@@ -45,6 +77,9 @@ void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& rep
   reports.dropRanges(
       [&writer](const QString& path, int firstPage) { return writer.isMissing(path, firstPage); });
   reports.writeTotals(parts.job.state.outputCount);
+  if (parts.job.state.error == RunError::SourceChanged) {
+    reports.writeFinding(sourceChangedText(parts.setup.fileName));
+  }
   if (outcome.account.failedPages() > 0 || outcome.account.stoppedPages() > 0) {
     reports.writeFinding(outcome.account.summary(outcome.writtenFiles));
   }
@@ -64,14 +99,13 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
     job.person.note(QStringLiteral("%1: %2").arg(source, protection));
   }
   outcome.account.start(pageCount);
-  OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append}, job.person,
-                      outcome.account);
-  writer.setFolderLocks(batch.folders());
-  writer.startSource(source, pageCount);
-  const bool deletesOldFiles = usesExternalCommand(setup) && !setup.createList;
-  DiskOutputPlaces places({source, file.scanned()},
-                          deletesOldFiles ? DiskOutputPlaces::OldFile::Deleted
-                                          : DiskOutputPlaces::OldFile::KeptUntilWritten);
+  OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append}, batch.folders(),
+                      job.person, outcome.account);
+  writer.startSource({source, pageCount, [&file] { return file.isChanged(); }});
+  const QStringList reads{source, file.scanned()};
+  DiskOutputPlaces seenPlaces(reads);
+  ClaimedPlaces claimedPlaces(reads, job.libraries.split, batch.folders());
+  OutputPlaces& places = setup.createList ? seenPlaces : claimedPlaces;
   OutputFileList list(setup, source);
   OutputList& outputs = setup.createList ? static_cast<OutputList&>(list) : writer;
   RangePipeline pipeline(setup, job, {source, file.scanned(), pageCount},
@@ -88,12 +122,13 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   }
   batch.namesTaken();
   writer.finish();
-  outcome.emails.drop(writer.unwrittenPaths());
+  if (file.isChanged()) {
+    withdraw(parts, writer);
+  }
+  settleRecords(parts, writer);
   if (setup.createList) {
-    outcome.emails.clear(); // no file was written
     tellFileList(list, job);
   }
-  outcome.emails.identify([&job] { job.person.handlePendingEvents(); });
   if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
     outcome.account.stopped(page, pageCount);
   }

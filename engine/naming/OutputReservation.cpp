@@ -2,7 +2,6 @@
 
 #include "platform/Paths.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -22,9 +21,6 @@ QString partPath(const QString& path, int part) {
 
 } // namespace
 
-DiskOutputPlaces::DiskOutputPlaces(const QStringList& protectedFiles, OldFile oldFile)
-    : m_protected(protectedFiles), m_oldFile(oldFile) {}
-
 bool DiskOutputPlaces::exists(const QString& path) {
   const QFileInfo info(path);
   return info.exists() || info.isSymLink();
@@ -33,12 +29,6 @@ bool DiskOutputPlaces::exists(const QString& path) {
 bool DiskOutputPlaces::isProtected(const QString& path) {
   return std::any_of(m_protected.begin(), m_protected.end(),
                      [&path](const QString& file) { return platform::isSameFile(file, path); });
-}
-
-void DiskOutputPlaces::remove(const QString& path) {
-  if (m_oldFile == OldFile::Deleted) {
-    QFile::remove(path);
-  }
 }
 
 OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,
@@ -50,9 +40,6 @@ QString OutputReservation::reserve(const QString& path, int firstPage, int lastP
   if (!m_whenTaken.overwrite) {
     m_list.output({target, firstPage, lastPage});
     return target;
-  }
-  if (!m_whenTaken.append && m_places.exists(target)) {
-    m_places.remove(target);
   }
   m_pending.push_back({target, firstPage, lastPage});
   if (m_pending.size() >= pendingLimit) {
@@ -70,12 +57,12 @@ QString OutputReservation::placeFor(const QString& path) {
   return unused;
 }
 
-bool OutputReservation::isTaken(const QString& path) {
-  return m_promised.contains(m_rules.comparable(path)) || m_places.exists(path);
+bool OutputReservation::take(const QString& path) {
+  return !m_promised.contains(m_rules.comparable(path)) && m_places.claim(path);
 }
 
 QString OutputReservation::unusedPath(const QString& path) {
-  if (!isTaken(path)) {
+  if (take(path)) {
     return path;
   }
   // Numbers below the last one were taken when they were looked at, and stay taken.
@@ -84,7 +71,7 @@ QString OutputReservation::unusedPath(const QString& path) {
   QString candidate;
   do {
     candidate = partPath(path, ++last);
-  } while (isTaken(candidate));
+  } while (!take(candidate));
   m_lastParts.insert(plain, last);
   return candidate;
 }

@@ -45,30 +45,22 @@ public:
   /// itself.
   virtual bool isProtected(const QString& path) = 0;
 
-  /// An output will take the place of the file at this existing path. A failure shows when the
-  /// output is written.
-  virtual void remove(const QString& path) = 0;
+  /// Takes a free place for an output; false when it is not free. One that cannot be taken for any
+  /// other reason counts as taken: the reason shows when the output is written.
+  virtual bool claim(const QString& path) { return !exists(path); }
 };
 
 /// The disk. Folders and links that lead nowhere count as existing.
 class DiskOutputPlaces : public OutputPlaces {
 public:
-  /// What becomes of a file whose place an output will take.
-  enum class OldFile {
-    Deleted,         ///< at once: the writer may be a program that replaces nothing
-    KeptUntilWritten ///< the writer replaces it whole, so that a Stop or a full disk loses nothing
-  };
-
   /// `protectedFiles`: the source, and what else is being read.
-  explicit DiskOutputPlaces(const QStringList& protectedFiles, OldFile oldFile = OldFile::Deleted);
+  explicit DiskOutputPlaces(const QStringList& protectedFiles) : m_protected(protectedFiles) {}
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
-  void remove(const QString& path) override;
 
 private:
   QStringList m_protected;
-  OldFile m_oldFile;
 };
 
 /// Reserves the paths of one run. An object lasts for one run, since it remembers the names that it
@@ -98,7 +90,7 @@ public:
 
 private:
   QString placeFor(const QString& path);
-  bool isTaken(const QString& path);
+  bool take(const QString& path);
   QString unusedPath(const QString& path);
   QString unprotectedPath(const QString& path);
   std::vector<bool> replacedAmong(const std::vector<ReservedOutput>& entries) const;

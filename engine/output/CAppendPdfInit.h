@@ -1,6 +1,7 @@
 // CAppendPdfInit: the loaded append library.
 #pragma once
 
+#include "engine/output/WrittenFile.h"
 #include "platform/LoadedLibrary.h"
 
 #include <QString>
@@ -20,6 +21,8 @@ public:
   Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> getAppendPDFFile{
       m_library, "getAppendPDFFile"};
 
+  Operation<void(int32_t)> SetDigests{m_library, "SetDigests"};
+  Operation<void(WrittenFile*)> GetWrittenFile{m_library, "GetWrittenFile"};
   Operation<const char16_t*()> MelderLastErrorText{m_library, "MelderLastErrorText"};
 
   /// Text of the last failure.

@@ -1,6 +1,7 @@
 // CSplitPdfInit: the loaded split library.
 #pragma once
 
+#include "engine/output/WrittenFile.h"
 #include "platform/LoadedLibrary.h"
 
 #include <QString>
@@ -22,15 +23,19 @@ public:
   // operations of the same names as the text library's.
   static constexpr std::int32_t ok = 0;
   static constexpr std::int32_t cannotOpen = -4;
+  static constexpr std::int32_t taken = -9;
+  static constexpr std::int32_t sourceChanged = -10;
   static constexpr std::int32_t fileEncrypted = 1; ///< of GetFileFacts()
 
-  /// A range that was handed over and could not be written. The texts are the library's own, until
-  /// its next call. Laid out as CleftorFailedRange.
-  struct FailedRange {
+  /// A range that was handed over, and its fate. The texts are the library's own, until its next
+  /// call. Laid out as CleftorFinishedRange.
+  struct FinishedRange {
     const char16_t* target;
     const char16_t* reason;
+    std::int32_t code;
     std::int32_t first;
     std::int32_t last;
+    WrittenFile file;
   };
 
   Operation<int32_t(const char16_t*, const char16_t*, const char16_t*, int32_t, int32_t)> SplitPdf{
@@ -52,7 +57,10 @@ public:
   Operation<int32_t(int32_t)> WaitForOpening{m_library, "WaitForOpening"};
   Operation<int32_t(int32_t, int32_t)> WaitForRoom{m_library, "WaitForRoom"};
   Operation<int32_t(int32_t)> DrainRanges{m_library, "DrainRanges"};
-  Operation<int32_t(FailedRange*)> TakeFailedRange{m_library, "TakeFailedRange"};
+  Operation<int32_t(FinishedRange*)> TakeFinishedRange{m_library, "TakeFinishedRange"};
+  Operation<int32_t(const char16_t*)> ReserveTarget{m_library, "ReserveTarget"};
+  Operation<void(const char16_t*)> ReleaseTarget{m_library, "ReleaseTarget"};
+  Operation<void(int32_t)> SetDigests{m_library, "SetDigests"};
   Operation<int32_t()> GetFileFacts{m_library, "GetFileFacts"};
   Operation<const char16_t*()> CleftorLastErrorText{m_library, "CleftorLastErrorText"};
 

@@ -41,9 +41,9 @@ void EmailRecords::record(const EmailRecord& record, Repeat repeat) {
   m_records.push_back(kept);
 }
 
-void EmailRecords::identify(const std::function<void()>& tick) {
+void EmailRecords::complete(const std::function<void(EmailRecord&)>& change) {
   for (EmailRecord& record : m_records) {
-    record.identity = platform::FileDigest::of(record.outputPath, tick);
+    change(record);
   }
 }
 

@@ -39,8 +39,8 @@ public:
   /// Adds a record; of one that has the same output path only the last page is replaced, and the
   /// addresses as `repeat` says.
   void record(const EmailRecord& record, Repeat repeat);
-  /// Gives each output its identity, when all of them are written. `tick`: see FileDigest.
-  void identify(const std::function<void()>& tick);
+  /// What is known only when the outputs are written goes into each of them.
+  void complete(const std::function<void(EmailRecord&)>& change);
   /// Forgets the outputs with these paths: what was not written must not be mailed, nor what an
   /// earlier run left in its place.
   void drop(const QSet<QString>& paths);

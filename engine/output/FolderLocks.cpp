@@ -1,5 +1,6 @@
 #include "engine/output/FolderLocks.h"
 
+#include "platform/FileLocks.h"
 #include "platform/Paths.h"
 
 #include <QElapsedTimer>
@@ -50,6 +51,7 @@ FolderLocks::Outcome FolderLocks::take(const QString& folder, int patienceMs) {
   auto lock = std::make_unique<platform::FolderLock>(place, m_use, m_work);
   const Outcome outcome = wait(*lock, folder, patienceMs);
   if (outcome == Outcome::Free) {
+    platform::removeDeadParts(place);
     m_held.push_back({place, std::move(lock)});
   }
   return outcome;

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "engine/naming/OutputReservation.h"
+#include "engine/output/WrittenFile.h"
 
 #include <deque>
+#include <utility>
 #include <vector>
 
 namespace folivex {
@@ -14,6 +16,7 @@ class CSplitPdfInit;
 struct HandedFile {
   QString path;
   std::vector<ReservedOutput> ranges; ///< of one output, in their order; never empty
+  bool isNew = true;                  ///< nothing was there
 
   bool isAddition() const { return path != ranges.front().path; }
 };
@@ -24,16 +27,17 @@ public:
   explicit HandedOutputs(CSplitPdfInit& split) : m_split(split) {}
 
   /// The library has just taken this file over.
-  void add(HandedFile file) { m_entries.push_back({std::move(file), {}, false}); }
+  void add(HandedFile file) { m_files.push_back(std::move(file)); }
 
   /// Whether the file at this path is on its way.
   bool holds(const QString& path) const;
-  bool isEmpty() const { return m_entries.empty(); }
+  bool isEmpty() const { return m_files.empty(); }
 
   struct Fate {
     HandedFile file;
-    QString problem; ///< why it could not be written
-    bool failed = false;
+    int code = 0;        ///< CSplitPdfInit::ok when it is written
+    QString problem;     ///< why it could not be
+    WrittenFile written; ///< what lies there when it is
   };
 
   /// Takes the files that are written or have failed by now, in their order. Waits for the others
@@ -41,10 +45,8 @@ public:
   std::vector<Fate> settled(int milliseconds);
 
 private:
-  void takeFailures();
-
   CSplitPdfInit& m_split;
-  std::deque<Fate> m_entries;
+  std::deque<HandedFile> m_files;
 };
 
 } // namespace folivex

@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace folivex {
 
 namespace {
@@ -18,16 +20,29 @@ namespace {
 /// While the library is waited for, a window is kept alive this often.
 constexpr int waitStepMs = 20;
 
+/// What is to be added to a file. A hidden name of ours: a person's file is never in the way.
+QString additionFor(const QString& path) {
+  return QFileInfo(path).path() + QStringLiteral("/.folivex-addition.part");
+}
+
+bool isThere(const QString& path) {
+  const QFileInfo file(path);
+  return file.exists() || file.isSymLink();
+}
+
 } // namespace
 
 OutputWriter::OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries,
-                           Operator& person, PageAccount& account)
-    : m_setup(setup), m_state(state), m_libraries(libraries), m_person(person), m_account(account),
-      m_handed(libraries.split) {}
+                           FolderLocks& locks, Operator& person, PageAccount& account)
+    : m_setup(setup), m_state(state), m_libraries(libraries), m_locks(locks), m_person(person),
+      m_account(account), m_handed(libraries.split) {
+  libraries.split.SetDigests(setup.emailEnable ? 1 : 0);
+  libraries.append.SetDigests(setup.emailEnable ? 1 : 0);
+}
 
-void OutputWriter::startSource(const QString& source, int totalPages) {
+void OutputWriter::startSource(const Source& source) {
   m_source = source;
-  m_totalPages = totalPages;
+  m_isSourceChanged = false;
   m_written.clear();
   m_unwritten.clear();
   m_failedOutputs = 0;
@@ -51,18 +66,17 @@ void OutputWriter::output(const ReservedOutput& output) {
   if (output.path.isEmpty()) {
     return;
   }
-  if (m_state.userStop || m_state.abortRun) {
+  if (isSourceChanged() || m_state.userStop || m_state.abortRun) {
     m_account.stopped(output.firstPage, output.lastPage);
     m_unwritten[output.path].insert(output.firstPage);
     return;
   }
   ++m_state.outputCount;
-  makeFolderOf(output.path);
-  if (!lockFolderOf(output)) {
+  if (!takeFolderOf(output)) {
     return;
   }
   m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
-                     m_totalPages, m_state.outputCount});
+                     m_source.totalPages, m_state.outputCount});
   if (usesExternalCommand(m_setup)) {
     runExternalCommand(output);
   } else {
@@ -74,32 +88,53 @@ void OutputWriter::replaced(const ReservedOutput& lost) {
   m_account.replaced(lost.firstPage, lost.lastPage);
 }
 
-void OutputWriter::makeFolderOf(const QString& path) {
-  const qsizetype separator =
-      std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QDir::separator()));
-  if (separator > 0) {
-    // A folder that cannot be made shows when the file is written, with the reason.
-    QDir().mkpath(path.left(separator));
+bool OutputWriter::isSourceChanged() {
+  if (!m_isSourceChanged && m_source.isChanged && m_source.isChanged()) {
+    m_isSourceChanged = true;
+    m_state.abortRun = true;
   }
+  return m_isSourceChanged;
 }
 
-/// False when another run has the folder; the output's fate is settled then.
-bool OutputWriter::lockFolderOf(const ReservedOutput& output) {
-  if (m_folders == nullptr) {
+/// Each folder is another run's or this one's. False when the output's is not to be had: told.
+bool OutputWriter::takeFolderOf(const ReservedOutput& output) {
+  // A folder that cannot be made shows when the file is written, with the reason.
+  QDir().mkpath(QFileInfo(output.path).path());
+  switch (m_locks.takeFor(output.path)) {
+  case FolderLocks::Outcome::Free:
     return true;
-  }
-  const FolderLocks::Outcome outcome = m_folders->takeFor(output.path);
-  if (outcome == FolderLocks::Outcome::Refused) {
-    failed(output, m_folders->problem());
-  } else if (outcome == FolderLocks::Outcome::Stopped) {
+  case FolderLocks::Outcome::Stopped:
     leaveOut({output});
+    break;
+  case FolderLocks::Outcome::Refused:
+    failed(output, m_locks.problem());
+    break;
   }
-  return outcome == FolderLocks::Outcome::Free;
+  m_libraries.split.ReleaseTarget(utf16(output.path));
+  return false;
+}
+
+/// Makes room for a program that may replace nothing, or everything. Empty, or what is in the way.
+QString OutputWriter::placeProblem(const QString& path, bool& isNew) {
+  isNew = !isThere(path);
+  if (isNew) {
+    return {};
+  }
+  if (!m_setup.alwaysOverwrite) {
+    return QStringLiteral("another program has put a file there");
+  }
+  QFile old(path);
+  return old.remove() ? QString() : old.errorString();
 }
 
 void OutputWriter::runExternalCommand(const ReservedOutput& output) {
   const ExternalCommand command =
-      externalCommand(m_setup, m_source, output.path, output.firstPage, output.lastPage);
+      externalCommand(m_setup, m_source.path, output.path, output.firstPage, output.lastPage);
+  HandedFile file{output.path, {output}};
+  if (const QString problem = placeProblem(output.path, file.isNew); !problem.isEmpty()) {
+    failed(output, problem);
+    return;
+  }
   platform::OutsideProgram program;
   program.program = command.program;
   program.arguments = command.arguments;
@@ -110,7 +145,8 @@ void OutputWriter::runExternalCommand(const ReservedOutput& output) {
     return m_state.userStop;
   });
   if (QFileInfo::exists(output.path)) {
-    wrote(output);
+    wrote(file, platform::FileStamp::of(output.path).value_or(platform::FileStamp()),
+          m_setup.emailEnable ? platform::FileDigest::of(output.path) : platform::FileDigest());
   } else if (!end.started) {
     failed(output, QStringLiteral("the external command \"%1\" could not be started: %2")
                        .arg(command.program, end.errorOutput));
@@ -119,6 +155,7 @@ void OutputWriter::runExternalCommand(const ReservedOutput& output) {
                        .arg(command.program)
                        .arg(end.exitCode));
   }
+  m_libraries.split.ReleaseTarget(utf16(output.path));
 }
 
 void OutputWriter::writeWithLibrary(const ReservedOutput& output) {
@@ -127,7 +164,7 @@ void OutputWriter::writeWithLibrary(const ReservedOutput& output) {
   if (m_setup.alwaysAppend) {
     hold(output);
   } else {
-    handOver({output.path, {output}});
+    handOver({output.path, {output}, !m_setup.alwaysOverwrite || !isThere(output.path)});
   }
 }
 
@@ -145,18 +182,18 @@ void OutputWriter::hold(const ReservedOutput& output) {
 void OutputWriter::writeHeld(Ranges ranges) {
   const QString& path = ranges.front().path;
   m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(path), ranges.front().firstPage,
-                     m_totalPages, m_state.outputCount});
+                     m_source.totalPages, m_state.outputCount});
   m_person.handlePendingEvents();
   if (m_handed.holds(path)) {
     waitForHanded();
   }
-  if (!QFileInfo::exists(path)) {
+  if (m_libraries.split.ReserveTarget(utf16(path)) != CSplitPdfInit::taken) {
     handOver({path, std::move(ranges)});
     return;
   }
-  const QString addition = path + QStringLiteral(".tmp");
+  const QString addition = additionFor(path);
   QFile::remove(addition);
-  handOver({addition, std::move(ranges)});
+  handOver({addition, std::move(ranges), false});
   waitForHanded();
 }
 
@@ -177,14 +214,14 @@ void OutputWriter::handOver(HandedFile file) {
     pageCount += range.lastPage - range.firstPage + 1;
   }
   const auto count = static_cast<std::int32_t>(file.ranges.size());
-  const auto room = static_cast<std::int32_t>(std::min<qint64>(pageCount, m_totalPages));
+  const auto room = static_cast<std::int32_t>(std::min<qint64>(pageCount, m_source.totalPages));
   CSplitPdfInit& split = m_libraries.split;
   while (split.WaitForRoom(room, waitStepMs) != 0) {
     m_person.handlePendingEvents();
   }
   const int result =
-      count == 1 ? split.SplitPdfPages(utf16(file.path), pages[0], pages[1], m_totalPages)
-                 : split.SplitPdfRanges(utf16(file.path), pages.data(), count, m_totalPages);
+      count == 1 ? split.SplitPdfPages(utf16(file.path), pages[0], pages[1], m_source.totalPages)
+                 : split.SplitPdfRanges(utf16(file.path), pages.data(), count, m_source.totalPages);
   m_person.handlePendingEvents();
   split.GetProcessingStatus();
   if (result == CSplitPdfInit::ok) {
@@ -196,14 +233,12 @@ void OutputWriter::handOver(HandedFile file) {
 
 void OutputWriter::settle(int milliseconds) {
   for (const HandedOutputs::Fate& fate : m_handed.settled(milliseconds)) {
-    if (fate.failed) {
+    if (fate.code != CSplitPdfInit::ok) {
       missed(fate.file, fate.problem);
     } else if (fate.file.isAddition()) {
       join(fate.file);
     } else {
-      for (const ReservedOutput& range : fate.file.ranges) {
-        wrote(range);
-      }
+      wrote(fate.file, fate.written.stamp(), fate.written.digest());
     }
   }
 }
@@ -223,7 +258,7 @@ void OutputWriter::finish() {
     while (!m_held.empty()) {
       Ranges ranges = std::move(m_held.front());
       m_held.pop_front();
-      if (m_appendEndsRun || (m_state.userStop && !stoppedBefore)) {
+      if (isSourceChanged() || m_appendEndsRun || (m_state.userStop && !stoppedBefore)) {
         leaveOut(ranges);
       } else {
         writeHeld(std::move(ranges));
@@ -240,9 +275,11 @@ void OutputWriter::join(const HandedFile& addition) {
       m_libraries.append.getAppendPDFToFile(utf16(addition.path), utf16(path), u"") != 0;
   m_libraries.append.GetStatus();
   if (joined) {
-    for (const ReservedOutput& range : addition.ranges) {
-      wrote(range);
-    }
+    WrittenFile written;
+    m_libraries.append.GetWrittenFile(&written);
+    HandedFile grown = addition;
+    grown.path = path;
+    wrote(grown, written.stamp(), written.digest());
   } else {
     appendFailed(addition);
   }
@@ -274,19 +311,53 @@ void OutputWriter::appendFailed(const HandedFile& addition) {
   }
 }
 
-void OutputWriter::wrote(const ReservedOutput& output) {
-  const auto earlier = m_written.constFind(output.path);
-  if (!m_setup.alwaysAppend && earlier != m_written.constEnd()) {
-    m_account.overwritten(earlier->first, earlier->last);
+void OutputWriter::wrote(const HandedFile& file, const platform::FileStamp& stamp,
+                         const platform::FileDigest& identity) {
+  const auto known = m_written.find(file.path);
+  const bool isAgain = known != m_written.end();
+  Written& written = isAgain ? *known : m_written[file.path];
+  if (isAgain && !m_setup.alwaysAppend) {
+    for (const auto& [first, last] : std::exchange(written.pages, {})) {
+      m_account.overwritten(first, last);
+    }
   }
-  m_written.insert(output.path, {output.firstPage, output.lastPage});
-  m_account.written(output.firstPage, output.lastPage);
+  written.isNew = isAgain ? written.isNew : file.isNew;
+  written.stamp = stamp;
+  written.identity = identity;
+  for (const ReservedOutput& range : file.ranges) {
+    written.pages.push_back({range.firstPage, range.lastPage});
+    m_account.written(range.firstPage, range.lastPage);
+  }
+}
+
+void OutputWriter::withdraw() {
+  m_isSourceChanged = true;
+  m_written.removeIf([this](QHash<QString, Written>::iterator entry) {
+    if (!entry->isNew) {
+      return false;
+    }
+    const auto now = platform::FileStamp::of(entry.key());
+    QFile file(entry.key());
+    if (!now || !now->isSameContent(entry->stamp) || !file.remove()) {
+      m_person.note(QStringLiteral("%1: is left, since it was changed after it was written")
+                        .arg(entry.key()));
+    }
+    for (const auto& [first, last] : entry->pages) {
+      m_account.withdrawn(first, last);
+      m_unwritten[entry.key()].insert(first);
+      ++m_failedOutputs;
+    }
+    return true;
+  });
 }
 
 void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
   m_account.failed(output.firstPage, output.lastPage);
   ++m_failedOutputs;
   m_unwritten[output.path].insert(output.firstPage);
+  if (isSourceChanged()) {
+    return; // told once, for all
+  }
   if (m_state.error == RunError::None) {
     m_state.error = RunError::OutputFailed;
   }

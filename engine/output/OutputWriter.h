@@ -12,6 +12,7 @@
 #include <QSet>
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 namespace folivex {
@@ -23,8 +24,10 @@ class FolderLocks;
 /// Writes one output after the other, with the split library or with the external command. Every
 /// output is counted in RunState::outputCount when it is taken on, and its pages in the PageAccount
 /// when its fate is known. A failed output does not end the run (see RunError for what does); it
-/// leaves nothing half-written. The split library may write beside the engine's further work:
-/// finish() waits for it.
+/// leaves nothing half-written. Where names are not given up to later outputs, the places of
+/// outputs were claimed (see ClaimedPlaces): what came there since is never replaced. No output is
+/// begun once the source is not the file any more that was opened: that ends the run. The split
+/// library may write beside the engine's further work: finish() waits for it.
 ///
 /// Where outputs are appended, ranges are held until finish(): those that go to one file are split
 /// together and, when the file exists, joined to it once, so that it is rewritten once a source. A
@@ -37,14 +40,16 @@ public:
     CAppendPdfInit& append;
   };
 
-  OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries, Operator& person,
-               PageAccount& account);
+  OutputWriter(const SplitSetup& setup, RunState& state, Libraries libraries, FolderLocks& locks,
+               Operator& person, PageAccount& account);
 
-  /// Locks the folder of each output before it is written; must outlive the writer.
-  void setFolderLocks(FolderLocks& folders) { m_folders = &folders; }
-
-  /// The source of the outputs that follow; `totalPages` is the page count both libraries agree on.
-  void startSource(const QString& source, int totalPages);
+  struct Source {
+    QString path;
+    int totalPages = 0;                   ///< that both libraries agree on
+    std::function<bool()> isChanged = {}; ///< since it was opened
+  };
+  /// The source of the outputs that follow.
+  void startSource(const Source& source);
 
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
@@ -52,6 +57,24 @@ public:
   /// Writes what is held and waits until the fate of every output is known. To be called when the
   /// last one has come.
   void finish();
+
+  /// Takes the files away again that were not there before, as far as they still are as they were
+  /// written: their source turned out to be another one than was opened. After finish().
+  void withdraw();
+
+  /// A file as it was left, after finish().
+  struct Written {
+    struct Pages {
+      int first;
+      int last;
+    };
+    std::vector<Pages> pages;      ///< that it got of this source
+    platform::FileStamp stamp;     ///< not known of one that an external command wrote and left
+    platform::FileDigest identity; ///< only where mail is sent
+    bool isNew = true;             ///< nothing was there before
+  };
+  /// By path.
+  const QHash<QString, Written>& written() const { return m_written; }
 
   /// Files that were really written since startSource(), after finish(); one that was appended to
   /// counts once.
@@ -67,9 +90,10 @@ public:
 private:
   using Ranges = std::vector<ReservedOutput>;
 
-  void makeFolderOf(const QString& path);
-  bool lockFolderOf(const ReservedOutput& output);
+  bool isSourceChanged();
+  bool takeFolderOf(const ReservedOutput& output);
   void runExternalCommand(const ReservedOutput& output);
+  QString placeProblem(const QString& path, bool& isNew);
   void writeWithLibrary(const ReservedOutput& output);
   void hold(const ReservedOutput& output);
   void writeHeld(Ranges ranges);
@@ -80,27 +104,24 @@ private:
   void join(const HandedFile& addition);
   void missed(const HandedFile& file, const QString& reason);
   void appendFailed(const HandedFile& addition);
-  void wrote(const ReservedOutput& output);
+  void wrote(const HandedFile& file, const platform::FileStamp& stamp,
+             const platform::FileDigest& identity);
   void failed(const ReservedOutput& output, const QString& reason);
 
   const SplitSetup& m_setup;
   RunState& m_state;
   Libraries m_libraries;
+  FolderLocks& m_locks;
   Operator& m_person;
   PageAccount& m_account;
-  FolderLocks* m_folders = nullptr;
   HandedOutputs m_handed;
   FileSystemRules m_rules = FileSystemRules::ofThisSystem();
   std::deque<Ranges> m_held;             ///< by output, as the outputs came first
   QHash<QString, std::size_t> m_heldFor; ///< places in m_held, by comparable path
   bool m_appendEndsRun = false;
-  QString m_source;
-  int m_totalPages = 0;
-  struct Pages {
-    int first;
-    int last;
-  };
-  QHash<QString, Pages> m_written;       ///< by path: the pages that it got last
+  bool m_isSourceChanged = false;
+  Source m_source;
+  QHash<QString, Written> m_written;
   QHash<QString, QSet<int>> m_unwritten; ///< first pages, by path
   int m_failedOutputs = 0;
 };

@@ -15,10 +15,11 @@ void PageAccount::written(int first, int last) {
 }
 
 void PageAccount::overwritten(int first, int last) {
-  change(first, last, [](Page& page) {
-    page.holders -= page.holders > 0 ? 1 : 0;
-    page.fate = std::max(page.fate, Fate::Replaced);
-  });
+  leave(first, last, Fate::Replaced);
+}
+
+void PageAccount::withdrawn(int first, int last) {
+  leave(first, last, Fate::Failed);
 }
 
 void PageAccount::replaced(int first, int last) {
@@ -38,6 +39,14 @@ template <typename Change> void PageAccount::change(int first, int last, Change 
   for (int page = std::max(first, 1); page <= last; ++page) {
     change(m_pages[static_cast<std::size_t>(page - 1)]);
   }
+}
+
+/// One output less holds it.
+void PageAccount::leave(int first, int last, Fate fate) {
+  change(first, last, [fate](Page& page) {
+    page.holders -= page.holders > 0 ? 1 : 0;
+    page.fate = std::max(page.fate, fate);
+  });
 }
 
 void PageAccount::raise(int first, int last, Fate fate) {

@@ -17,6 +17,7 @@ public:
 
   void written(int first, int last);     ///< stands in an output
   void overwritten(int first, int last); ///< an output that it was written to is another one now
+  void withdrawn(int first, int last);   ///< an output that it was written to is taken away again
   void replaced(int first, int last);    ///< its output gave way to a later one of the same name
   void failed(int first, int last);      ///< its output could not be written
   void stopped(int first, int last);     ///< the run ended before its output was written
@@ -40,6 +41,7 @@ private:
   };
 
   template <typename Change> void change(int first, int last, Change change);
+  void leave(int first, int last, Fate fate);
   void raise(int first, int last, Fate fate);
   int count(Fate fate) const;
   QString pagesOf(Fate fate) const;

@@ -4,10 +4,10 @@
 #include "common/FileCalls.h"
 #include "common/Paths.h"
 
-#include <atomic>
 #include <cerrno>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace common {
 
@@ -15,17 +15,11 @@ namespace {
 
 constexpr size_t flushSize = size_t{1024} * 1024;
 
-/// A short name, so that a target of the longest possible name still has room for its part file.
-std::string partName() {
-  static std::atomic<uint32_t> count{0};
-  return ".folivex-" + std::to_string(files::processNumber()) + "-" + std::to_string(++count) +
-         ".part";
-}
-
 } // namespace
 
-AsideFile::AsideFile(const std::string& target, const AsideOptions& options)
-    : m_target(target), m_options(options), m_place(pathOf(target)) {
+AsideFile::AsideFile(const std::string& target, AsideOptions options)
+    : m_target(target), m_options(std::move(options)), m_place(pathOf(target)),
+      m_part(std::move(m_options.claim)), m_isClaimed(m_part != nullptr) {
   std::error_code ignored;
   const auto status = std::filesystem::status(m_place, ignored);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
@@ -34,32 +28,23 @@ AsideFile::AsideFile(const std::string& target, const AsideOptions& options)
   if (!m_place.has_filename()) {
     refuseToWrite(target, "it names no file");
   }
-  try {
+  if (m_part == nullptr) {
     open();
-  } catch (...) {
-    drop();
-    throw;
   }
-}
-
-AsideFile::~AsideFile() {
-  drop();
 }
 
 void AsideFile::open() {
   const auto readers = m_options.model.empty() ? files::Readers::Usual : files::Readers::OwnerAlone;
-  int error = EEXIST;
-  // A part file of a run that was killed may carry the same process number.
-  for (int attempt = 0; attempt < 1000 && error == EEXIST; ++attempt) {
-    m_part = m_place.parent_path() / partName();
-    m_file = files::createNew(m_part, readers, error);
+  int error = 0;
+  m_part = PartFile::make(m_place, readers, error);
+  if (error == EBUSY) {
+    refuseToWrite(m_target, "another program is writing it");
   }
-  if (m_file == nullptr) {
-    m_part.clear();
+  if (m_part == nullptr) {
     fail(error);
   }
   if (!m_options.model.empty()) {
-    error = files::dressLike(m_file, pathOf(m_options.model));
+    error = files::dressLike(m_part->file(), pathOf(m_options.model));
     if (error != 0) {
       fail(error);
     }
@@ -82,9 +67,10 @@ void AsideFile::overwrite(uint64_t offset, std::string_view bytes) {
     return;
   }
   errno = 0;
-  const bool done = files::seekTo(m_file, offset) == 0 &&
-                    std::fwrite(bytes.data(), 1, bytes.size(), m_file) == bytes.size() &&
-                    files::seekTo(m_file, m_written) == 0;
+  std::FILE* const file = m_part->file();
+  const bool done = files::seekTo(file, offset) == 0 &&
+                    std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
+                    files::seekTo(file, m_written) == 0;
   if (!done) {
     fail(errno);
   }
@@ -92,44 +78,64 @@ void AsideFile::overwrite(uint64_t offset, std::string_view bytes) {
 
 void AsideFile::flush() {
   errno = 0;
-  if (std::fwrite(m_pending.data(), 1, m_pending.size(), m_file) != m_pending.size()) {
+  if (std::fwrite(m_pending.data(), 1, m_pending.size(), m_part->file()) != m_pending.size()) {
     fail(errno);
   }
   m_written += m_pending.size();
   m_pending.clear();
 }
 
-void AsideFile::keep() {
-  flush();
-  int error = m_options.outlastsPowerFailure ? files::settle(m_file) : 0;
-  if (error != 0) {
-    fail(error);
+void AsideFile::read(const std::function<void(std::string_view)>& take) {
+  if (m_written == 0) {
+    take(m_pending);
+    return;
   }
+  flush();
   errno = 0;
-  if (std::fclose(std::exchange(m_file, nullptr)) != 0) {
+  std::FILE* const file = m_part->file();
+  std::vector<char> block(flushSize);
+  uint64_t left = files::seekTo(file, 0) == 0 ? m_written : 0;
+  size_t got = 1;
+  while (left > 0 && got > 0) {
+    got = std::fread(block.data(), 1, block.size(), file);
+    take({block.data(), got});
+    left -= got;
+  }
+  if (left > 0 || files::seekTo(file, m_written) != 0) {
     fail(errno);
   }
-  error = m_options.mayReplace ? files::replace(m_part, m_place, !m_options.model.empty())
-                               : files::moveToFreePlace(m_part, m_place);
+}
+
+FileIdentity AsideFile::keep() {
+  flush();
+  std::FILE* const file = m_part->file();
+  int error = 0;
+  if (m_options.outlastsPowerFailure) {
+    error = files::settle(file);
+  } else {
+    files::beginToSettle(file);
+  }
+  if (error == 0) {
+    error = files::tellLateErrors(file);
+  }
   if (error != 0) {
     fail(error);
   }
-  m_part.clear();
+  const FileIdentity kept = FileIdentity::of(file);
+  const auto replaced = m_options.model.empty() ? files::Old::Replaced : files::Old::HandsOn;
+  error = m_part->moveTo(m_place, m_isClaimed ? files::Old::None : replaced);
+  if (m_isClaimed && error == EEXIST) {
+    refuseToWrite(m_target, "another program has put a file there");
+  }
+  if (error != 0) {
+    fail(error);
+  }
+  m_part.reset();
+  return kept;
 }
 
 void AsideFile::fail(int error) const {
   refuseToWrite(m_target, error == 0 ? "writing failed" : std::generic_category().message(error));
-}
-
-void AsideFile::drop() {
-  if (m_file != nullptr) {
-    std::fclose(m_file);
-    m_file = nullptr;
-  }
-  if (!m_part.empty()) {
-    std::error_code ignored;
-    std::filesystem::remove(m_part, ignored);
-  }
 }
 
 } // namespace common

@@ -5,8 +5,10 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #if defined(__linux__)
@@ -20,6 +22,35 @@ namespace {
 
 int result(bool isDone) {
   return isDone ? 0 : errno;
+}
+
+/// EBUSY when another one has the lock; any other error: files cannot be locked here.
+int takeLock(int descriptor) {
+  return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? 0 : errno == EWOULDBLOCK ? EBUSY : errno;
+}
+
+/// Whether a lock that another machine holds would be seen here.
+bool seesAllLocks([[maybe_unused]] int descriptor) {
+#if defined(__linux__)
+  // Of this machine alone: ext2 to ext4, XFS, Btrfs, bcachefs, F2FS, ZFS, files in memory (two),
+  // overlay, JFS, ReiserFS, NILFS, FAT, exFAT, NTFS. Those of a network may grant a lock twice.
+  constexpr std::array<uint32_t, 15> own = {0xEF53,     0x58465342, 0x9123683E, 0xCA451A4E,
+                                            0xF2F52010, 0x2FC12FC1, 0x01021994, 0x858458F6,
+                                            0x794C7630, 0x3153464A, 0x52654973, 0x3434,
+                                            0x4D44,     0x2011BAB0, 0x7366746E};
+  struct statfs system {};
+  return ::fstatfs(descriptor, &system) == 0 &&
+         std::ranges::find(own, static_cast<uint32_t>(system.f_type)) != own.end();
+#else
+  return true;
+#endif
+}
+
+bool isAt(int descriptor, const std::filesystem::path& path) {
+  struct stat open {};
+  struct stat there {};
+  return ::fstat(descriptor, &open) == 0 && ::lstat(path.c_str(), &there) == 0 &&
+         open.st_dev == there.st_dev && open.st_ino == there.st_ino;
 }
 
 /// What the system keeps beside the mode: access lists above all.
@@ -43,20 +74,78 @@ void copyAttributes([[maybe_unused]] int from, [[maybe_unused]] int to) {
 
 } // namespace
 
-int processNumber() {
-  return static_cast<int>(::getpid());
+std::FILE* createLocked(const std::filesystem::path& path, Readers readers, int& error) {
+  const mode_t mode = readers == Readers::OwnerAlone ? 0600 : 0666;
+  // Each time round somebody else has taken or removed what was there.
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const int descriptor =
+        ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (descriptor >= 0) {
+      // Between its making and its locking it may have been taken for one that was left behind.
+      std::FILE* const file = takeLock(descriptor) != EBUSY && isAt(descriptor, path)
+                                  ? ::fdopen(descriptor, "w+b")
+                                  : nullptr;
+      if (file != nullptr) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+        error = 0;
+        return file;
+      }
+      ::close(descriptor);
+      continue;
+    }
+    if (errno != EEXIST) {
+      error = errno;
+      return nullptr;
+    }
+    error = removeUnused(path);
+    if (error != 0 && error != ENOENT) {
+      return nullptr;
+    }
+  }
+  error = EBUSY;
+  return nullptr;
 }
 
-std::FILE* createNew(const std::filesystem::path& path, Readers readers, int& error) {
-  const mode_t mode = readers == Readers::OwnerAlone ? 0600 : 0666;
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-  std::FILE* const file = descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb");
-  error = result(file != nullptr);
-  if (file != nullptr) {
-    std::setvbuf(file, nullptr, _IONBF, 0);
-  } else if (descriptor >= 0) {
+int removeUnused(const std::filesystem::path& path) {
+  const int descriptor =
+      ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+  if (descriptor < 0) {
+    if (errno == ELOOP) {
+      return result(::unlink(path.c_str()) == 0);
+    }
+    return errno == ENOENT ? ENOENT : EBUSY;
+  }
+  struct stat status {};
+  int error = EBUSY;
+  if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && seesAllLocks(descriptor) &&
+      takeLock(descriptor) == 0) {
+    // What was locked may have another name by now, and something else this one.
+    error = isAt(descriptor, path) ? result(::unlink(path.c_str()) == 0) : 0;
+  }
+  ::close(descriptor);
+  return error == 0 || error == ENOENT ? error : EBUSY;
+}
+
+std::FILE* openToRead(const std::filesystem::path& path, Links links, int& error) {
+  // A pipe would keep the opening waiting for ever.
+  const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  const int descriptor = ::open(path.c_str(), links == Links::Refused ? flags | O_NOFOLLOW : flags);
+  error = result(descriptor >= 0);
+  if (descriptor < 0) {
+    return nullptr;
+  }
+  struct stat status {};
+  std::FILE* file = nullptr;
+  if (::fstat(descriptor, &status) != 0) {
+    error = errno;
+  } else if (S_ISREG(status.st_mode)) {
+    file = ::fdopen(descriptor, "rb");
+    error = result(file != nullptr);
+  }
+  if (file == nullptr) {
     ::close(descriptor);
-    ::unlink(path.c_str());
+  } else {
+    std::setvbuf(file, nullptr, _IONBF, 0);
   }
   return file;
 }
@@ -66,7 +155,7 @@ int seekTo(std::FILE* file, uint64_t offset) {
 }
 
 int dressLike(std::FILE* file, const std::filesystem::path& model) {
-  const int from = ::open(model.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  const int from = ::open(model.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
   struct stat wanted {};
   if (from < 0 || ::fstat(from, &wanted) != 0) {
     const int error = errno;
@@ -85,6 +174,12 @@ int dressLike(std::FILE* file, const std::filesystem::path& model) {
   copyAttributes(from, to);
   ::close(from);
   return error;
+}
+
+void beginToSettle([[maybe_unused]] std::FILE* file) {
+#if defined(__linux__)
+  (void)::sync_file_range(::fileno(file), 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
 }
 
 int settle(std::FILE* file) {
@@ -106,10 +201,12 @@ int settle(std::FILE* file) {
   return result(::fsync(descriptor) == 0);
 }
 
-int replace(const std::filesystem::path& part, const std::filesystem::path& target,
-            bool /*keepsDress*/) {
-  return result(::rename(part.c_str(), target.c_str()) == 0);
+int tellLateErrors(std::FILE* file) {
+  const int other = ::dup(::fileno(file));
+  return result(other >= 0 && ::close(other) == 0);
 }
+
+namespace {
 
 int moveToFreePlace(const std::filesystem::path& part, const std::filesystem::path& target) {
 #if defined(__linux__)
@@ -124,6 +221,18 @@ int moveToFreePlace(const std::filesystem::path& part, const std::filesystem::pa
     return errno;
   }
   return result(::unlink(part.c_str()) == 0);
+}
+
+} // namespace
+
+int moveAndClose(std::FILE*& file, const std::filesystem::path& part,
+                 const std::filesystem::path& target, Old old) {
+  const int error = old == Old::None ? moveToFreePlace(part, target)
+                                     : result(::rename(part.c_str(), target.c_str()) == 0);
+  if (error == 0) {
+    std::fclose(std::exchange(file, nullptr)); // nothing is left to write: the lock goes
+  }
+  return error;
 }
 
 } // namespace common::files

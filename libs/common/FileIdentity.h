@@ -2,10 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 
 namespace common {
+
+/// What becomes of a link in the place of a file.
+enum class Links { Followed, Refused };
 
 /// Tells one state of a file from another, and from what may have taken its place, without reading
 /// it.
@@ -17,8 +21,12 @@ struct FileIdentity {
 
   bool operator==(const FileIdentity&) const = default;
 
-  /// Of what `path` (UTF-8) leads to, links followed; nothing when there is nothing.
-  [[nodiscard]] static std::optional<FileIdentity> of(const std::string& path);
+  /// Of what is at `path` (UTF-8); nothing when there is nothing. A link that is not followed has
+  /// an identity of its own.
+  [[nodiscard]] static std::optional<FileIdentity> of(const std::string& path,
+                                                      Links links = Links::Followed);
+  /// Of an open file, whatever its name leads to by now.
+  [[nodiscard]] static FileIdentity of(std::FILE* file);
 };
 
 } // namespace common

@@ -25,6 +25,11 @@ namespace {
 constexpr auto patience = std::chrono::seconds(30);
 constexpr auto pause = std::chrono::milliseconds(5);
 
+/// Whoever may put a link into the folder must not choose the file that changes.
+[[noreturn]] void refuseLink(const std::string& path) {
+  refuseToWrite(path, "it is a link, which is not followed");
+}
+
 } // namespace
 
 FileLock::FileLock(const std::string& path) : FileLock() {
@@ -32,7 +37,7 @@ FileLock::FileLock(const std::string& path) : FileLock() {
   std::optional<FileIdentity> before;
   do {
     close();
-    before = FileIdentity::of(path);
+    before = FileIdentity::of(path, Links::Refused);
     open(path);
     while (!tryLock()) {
       if (std::chrono::steady_clock::now() >= giveUp) {
@@ -41,7 +46,7 @@ FileLock::FileLock(const std::string& path) : FileLock() {
       std::this_thread::sleep_for(pause);
     }
     // What was locked may be a file that was replaced meanwhile.
-  } while (FileIdentity::of(path) != before);
+  } while (FileIdentity::of(path, Links::Refused) != before);
 }
 
 FileLock::~FileLock() {
@@ -51,6 +56,10 @@ FileLock::~FileLock() {
 #if defined(_WIN32)
 
 void FileLock::open(const std::string& path) {
+  std::error_code ignored;
+  if (std::filesystem::is_symlink(pathOf(path), ignored)) {
+    refuseLink(path);
+  }
   // Others may read and even replace the file meanwhile: only the lock keeps them apart.
   const HANDLE file = CreateFileW(pathOf(path).c_str(), GENERIC_READ,
                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -78,7 +87,10 @@ void FileLock::close() {
 #else
 
 void FileLock::open(const std::string& path) {
-  m_file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  m_file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+  if (m_file < 0 && errno == ELOOP) {
+    refuseLink(path);
+  }
   if (m_file < 0) {
     refuseToOpen(path, std::generic_category().message(errno));
   }

@@ -9,10 +9,9 @@ namespace common {
 /// second one reads what the first one wrote. It binds only those who ask for it.
 class FileLock {
 public:
-  /// Waits until no other process holds the lock of the file that `path` (UTF-8, links followed)
-  /// leads to. Throws Failure: `cannotOpen` when there is none, `cannotWrite` when another process
-  /// still holds the lock after half a minute. Where files cannot be locked there is nothing to
-  /// wait for.
+  /// Waits until no other process holds the lock of the file at `path` (UTF-8). Throws Failure:
+  /// `cannotOpen` when there is none, `cannotWrite` when a link is there, or another process still
+  /// holds the lock after half a minute. Where files cannot be locked there is nothing to wait for.
   explicit FileLock(const std::string& path);
   ~FileLock();
   FileLock(const FileLock&) = delete;

@@ -21,19 +21,6 @@ std::string pathText(const char16_t* path) {
   return text;
 }
 
-std::string linkEnd(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path place = pathOf(path);
-  const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(place, error));
-  const std::filesystem::path end =
-      isThere ? std::filesystem::canonical(place, error) : std::filesystem::absolute(place, error);
-  if (error) {
-    refuseToOpen(path, error.message());
-  }
-  const std::u8string text = end.u8string();
-  return {text.begin(), text.end()};
-}
-
 void requireWritable(const std::string& path) {
 #if defined(_WIN32)
   constexpr int writeAccess = 2;

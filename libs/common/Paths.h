@@ -15,11 +15,6 @@ namespace common {
   return {std::u8string(utf8.begin(), utf8.end())};
 }
 
-/// The absolute path (UTF-8) of the file that `path` leads to at the end of all links: writing
-/// there leaves the links as they are. Where nothing is, the path itself. Throws Failure
-/// `cannotOpen`.
-[[nodiscard]] std::string linkEnd(const std::string& path);
-
 /// Throws Failure `cannotWrite` unless this process may write the file that is at `path`.
 void requireWritable(const std::string& path);
 

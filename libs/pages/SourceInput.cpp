@@ -1,39 +1,28 @@
 #include "SourceInput.h"
 
 #include "common/Failure.h"
+#include "common/FileCalls.h"
 #include "common/Paths.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <stdexcept>
 #include <system_error>
 
 namespace pages {
 
-SourceInput::SourceInput(const std::string& path, const std::atomic<bool>* stop)
-    : m_name(path), m_stop(stop) {
-  const std::filesystem::path place = common::pathOf(path);
-  std::error_code error;
-  const auto status = std::filesystem::status(place, error);
-  if (error) {
-    common::refuseToOpen(path, error.message());
+SourceInput::SourceInput(const std::string& path, const std::atomic<bool>* stop,
+                         common::Links links)
+    : m_name(path), m_stop(stop), m_file(nullptr, &std::fclose) {
+  int error = 0;
+  m_file.reset(common::files::openToRead(common::pathOf(path), links, error));
+  if (m_file == nullptr) {
+    common::refuseToOpen(path, error == 0 ? "it is no ordinary file"
+                                          : std::generic_category().message(error));
   }
-  // A folder opens for reading on some systems and a pipe would keep the run waiting for ever.
-  if (!std::filesystem::is_regular_file(status)) {
-    common::refuseToOpen(path, "it is no ordinary file");
-  }
-  m_file.rdbuf()->pubsetbuf(nullptr, 0);
-  errno = 0;
-  m_file.open(place, std::ios::binary);
-  if (!m_file) {
-    common::refuseToOpen(path, std::generic_category().message(errno));
-  }
-  m_file.seekg(0, std::ios::end);
-  m_size = m_file.tellg();
-  m_identity = common::FileIdentity::of(path).value_or(common::FileIdentity());
+  m_identity = common::FileIdentity::of(m_file.get());
+  m_size = static_cast<qpdf_offset_t>(m_identity.size);
 }
 
 bool SourceInput::load(qpdf_offset_t position) {
@@ -51,10 +40,9 @@ bool SourceInput::load(qpdf_offset_t position) {
   constexpr qpdf_offset_t before = 1024;
   m_blockStart = std::max<qpdf_offset_t>(0, position - before);
   m_blockLength = 0;
-  m_file.clear();
-  m_file.seekg(m_blockStart);
-  m_file.read(m_block.data(), static_cast<std::streamsize>(m_block.size()));
-  m_blockLength = static_cast<size_t>(std::max<std::streamsize>(0, m_file.gcount()));
+  if (common::files::seekTo(m_file.get(), static_cast<uint64_t>(m_blockStart)) == 0) {
+    m_blockLength = std::fread(m_block.data(), 1, m_block.size(), m_file.get());
+  }
   if (position - m_blockStart >= static_cast<qpdf_offset_t>(m_blockLength)) {
     m_isCut = true;
     throw std::runtime_error("it cannot be read to its end any more");

@@ -7,7 +7,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <fstream>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,13 +21,14 @@ class SourceInput : public InputSource {
 public:
   /// Opens path (UTF-8); throws common::Failure `cannotOpen` with the system's reason. Once `*stop`
   /// is true, which any thread may do, nothing more is read from the file.
-  explicit SourceInput(const std::string& path, const std::atomic<bool>* stop = nullptr);
+  explicit SourceInput(const std::string& path, const std::atomic<bool>* stop = nullptr,
+                       common::Links links = common::Links::Followed);
 
   /// Whether the file turned out to be shorter than it was when it was opened. The read that finds
   /// it throws std::runtime_error; the parser may have swallowed that.
   bool isCut() const { return m_isCut; }
 
-  /// Tells a file from what may have taken its place.
+  /// Of the file that was opened; tells it from what may have taken its place.
   const common::FileIdentity& identity() const { return m_identity; }
 
   qpdf_offset_t findAndSkipNextEOL() override;
@@ -44,7 +46,7 @@ private:
 
   std::string m_name;
   const std::atomic<bool>* m_stop; ///< may be null
-  std::ifstream m_file;
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> m_file;
   qpdf_offset_t m_size = 0;
   common::FileIdentity m_identity;
   qpdf_offset_t m_position = 0;

@@ -14,6 +14,8 @@ protected:
   void SetUp() override {
     SplittingTest::SetUp();
     SetWriteBehind(1);
+    while (TakeFinishedRange(nullptr) != 0) {
+    }
   }
 
   void TearDown() override {
@@ -46,7 +48,13 @@ TEST_F(WriteBehindTest, WritesWhatWritingAtOnceWrites) {
                 atOnce[static_cast<size_t>(range % 24)])
         << range;
   }
-  EXPECT_EQ(TakeFailedRange(nullptr), CLEFTOR_OK);
+  CleftorFinishedRange finished{};
+  for (int range = 0; range < count; ++range) {
+    ASSERT_EQ(TakeFinishedRange(&finished), 1);
+    EXPECT_EQ(finished.code, CLEFTOR_OK);
+    EXPECT_EQ(narrow(finished.target), output("behind" + std::to_string(range)).string());
+  }
+  EXPECT_EQ(TakeFinishedRange(&finished), 0);
 }
 
 TEST_F(WriteBehindTest, OfManyWithOneTargetTheLastStays) {
@@ -68,15 +76,21 @@ TEST_F(WriteBehindTest, FailuresAreToldOnceAndOutliveTheSource) {
   ASSERT_EQ(split(5, 6, "no such folder/b.pdf"), CLEFTOR_OK);
   PdfTextDumpCloseFile();
   SetWriteBehind(0);
-  CleftorFailedRange failed{};
-  ASSERT_EQ(TakeFailedRange(&failed), CLEFTOR_CANNOT_WRITE);
-  EXPECT_EQ(narrow(failed.target), output("no such folder/a.pdf").string());
-  EXPECT_THAT(narrow(failed.reason), HasSubstr("No such file"));
-  EXPECT_EQ(failed.first, 1);
-  EXPECT_EQ(failed.last, 2);
-  ASSERT_EQ(TakeFailedRange(&failed), CLEFTOR_CANNOT_WRITE);
-  EXPECT_EQ(failed.last, 6);
-  EXPECT_EQ(TakeFailedRange(&failed), CLEFTOR_OK);
+  CleftorFinishedRange range{};
+  ASSERT_EQ(TakeFinishedRange(&range), 1);
+  EXPECT_EQ(range.code, CLEFTOR_CANNOT_WRITE);
+  EXPECT_EQ(narrow(range.target), output("no such folder/a.pdf").string());
+  EXPECT_THAT(narrow(range.reason), HasSubstr("No such file"));
+  EXPECT_EQ(range.first, 1);
+  EXPECT_EQ(range.last, 2);
+  ASSERT_EQ(TakeFinishedRange(&range), 1);
+  EXPECT_EQ(range.code, CLEFTOR_OK);
+  EXPECT_EQ(range.file.size, fs::file_size(output("good.pdf")));
+  EXPECT_EQ(range.file.hasDigest, 0);
+  ASSERT_EQ(TakeFinishedRange(&range), 1);
+  EXPECT_EQ(range.code, CLEFTOR_CANNOT_WRITE);
+  EXPECT_EQ(range.last, 6);
+  EXPECT_EQ(TakeFinishedRange(&range), 0);
   EXPECT_TRUE(fs::exists(output("good.pdf")));
 }
 
@@ -89,12 +103,17 @@ TEST_F(WriteBehindTest, WhatIsNotLeftIsDone) {
     ASSERT_EQ(split(1, 3, (i % 10 == 3 ? "none/" : "") + std::to_string(i)), CLEFTOR_OK);
   }
   std::vector<std::string> failures;
+  int taken = 0;
   for (int left = count; left > 0;) {
     left = DrainRanges(1);
-    CleftorFailedRange failed{};
-    while (TakeFailedRange(&failed) != CLEFTOR_OK) {
-      failures.push_back(fs::path(narrow(failed.target)).filename().string());
+    CleftorFinishedRange range{};
+    while (TakeFinishedRange(&range) != 0) {
+      ++taken;
+      if (range.code != CLEFTOR_OK) {
+        failures.push_back(fs::path(narrow(range.target)).filename().string());
+      }
     }
+    EXPECT_GE(taken, count - left);
     for (int i = 0; i < count - left; ++i) {
       EXPECT_EQ(fs::exists(output(std::to_string(i))), i % 10 != 3) << i;
     }
@@ -107,11 +126,41 @@ TEST_F(WriteBehindTest, WhatIsNotLeftIsDone) {
   EXPECT_EQ(failures, expected);
 }
 
-/// The second thread opens the file again, and must not write from another one.
-TEST_F(WriteBehindTest, AFileThatTookTheSourcesPlaceIsNotWritten) {
+/// Also of a file whose bytes did not stay in memory until the last one was known.
+TEST_F(WriteBehindTest, TheDigestIsThatOfTheFile) {
+  SetDigests(1);
+  PdfBuilder bulky;
+  constexpr size_t side = 1500;
+  const int picture = bulky.addStream(std::string(side * side, 'x'),
+                                      "/Subtype/Image/ColorSpace/DeviceGray/BitsPerComponent 8"
+                                      "/Width 1500/Height 1500");
+  bulky.addPage("/Im Do", "/XObject<</Im " + PdfBuilder::ref(picture) + ">>");
+  bulky.write(output("bulky.pdf").string());
+  for (const fs::path& name : {source("plain"), output("bulky.pdf")}) {
+    ASSERT_EQ(PdfTextDumpOpenFile(wide(name.string()).c_str(), u""), CLEFTOR_OK);
+    ASSERT_EQ(split(1, 1), CLEFTOR_OK);
+    DrainRanges(-1);
+    CleftorFinishedRange range{};
+    ASSERT_EQ(TakeFinishedRange(&range), 1);
+    ASSERT_EQ(range.file.hasDigest, 1);
+    std::string hex;
+    for (const uint8_t byte : range.file.sha256) {
+      hex += "0123456789abcdef"[byte >> 4];
+      hex += "0123456789abcdef"[byte & 15];
+    }
+    EXPECT_EQ(run("sha256sum " + output().string()).substr(0, 64), hex) << name;
+  }
+  EXPECT_GT(fs::file_size(output()), 2'000'000U);
+  SetDigests(0);
+}
+
+/// What was opened is still read, but the words that chose these pages may be of the other one.
+TEST_F(WriteBehindTest, NothingIsWrittenOfASourceThatIsAnotherOneNow) {
   const fs::path place = output("source.pdf");
   fs::copy_file(source("compressed"), place);
   ASSERT_EQ(PdfTextDumpOpenFile(wide(place.string()).c_str(), u""), CLEFTOR_OK);
+  ASSERT_EQ(split(1, 1, "before.pdf"), CLEFTOR_OK);
+  ASSERT_EQ(DrainRanges(-1), 0);
   const fs::path other = output("other.pdf");
   fs::copy_file(source("everything"), other);
   fs::rename(other, place);
@@ -119,10 +168,14 @@ TEST_F(WriteBehindTest, AFileThatTookTheSourcesPlaceIsNotWritten) {
     ASSERT_EQ(split(1 + i % 30, 1 + i % 30, std::to_string(i)), CLEFTOR_OK);
   }
   PdfTextDumpCloseFile();
-  for (int i = 280; i < 300; ++i) {
-    EXPECT_THAT(run("pdftotext " + output(std::to_string(i)).string() + " -"),
-                testing::StartsWith("Page number " + std::to_string(1 + i % 30)));
+  CleftorFinishedRange range{};
+  ASSERT_EQ(TakeFinishedRange(&range), 1);
+  EXPECT_EQ(range.code, CLEFTOR_OK);
+  for (int i = 0; i < 300; ++i) {
+    ASSERT_EQ(TakeFinishedRange(&range), 1);
+    EXPECT_EQ(range.code, CLEFTOR_SOURCE_CHANGED) << i;
   }
+  EXPECT_THAT(files(), testing::UnorderedElementsAre("before.pdf", "source.pdf"));
 }
 
 } // namespace

@@ -67,10 +67,8 @@ TEST_F(Safety, AKillLeavesTheOldOrTheNewFileAndAHiddenOneAtMost) {
     const QStringList parts = there.filter(QRegularExpression("^\\.folivex-.*\\.part$"));
     ASSERT_LE(parts.size(), 1);
     ASSERT_EQ(there.size(), 2 + parts.size()) << there.join(' ').toStdString();
-    for (const QString& part : parts) {
-      QFile::remove(m_folder.filePath(part));
-    }
   }
+  ASSERT_EQ(append(sample("one.pdf"), file), MELDER_OK) << "and removes what is left";
 }
 
 TEST_F(Safety, AFullDiskLeavesTheOldFileAndNothingBeside) {
@@ -103,20 +101,36 @@ TEST_F(Safety, AFolderOrFileThatCannotBeWrittenIsRefused) {
   EXPECT_EQ(contentOf(file), old);
 }
 
-TEST_F(Safety, LinksModeAndOtherNamesOfTheFileStay) {
+TEST_F(Safety, ModeAndOtherNamesOfTheFileStay) {
   const fs::path file = pathOf(receiver("plain.pdf"));
   const QByteArray old = contentOf(at("plain.pdf"));
   fs::permissions(file, fs::perms(0640));
   fs::create_hard_link(file, pathOf(at("backup.pdf")));
-  fs::create_directory(pathOf(at("links")));
-  fs::create_symlink("../plain.pdf", pathOf(at("links/to.pdf")));
   for (int i = 0; i < 2; ++i) {
-    ASSERT_EQ(append(sample("one.pdf"), at("links/to.pdf")), MELDER_OK) << lastError();
+    ASSERT_EQ(append(sample("one.pdf"), at("plain.pdf")), MELDER_OK) << lastError();
     EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
   }
-  EXPECT_TRUE(fs::is_symlink(pathOf(at("links/to.pdf"))));
   EXPECT_EQ(pageTexts(at("plain.pdf")).size(), 5);
   EXPECT_EQ(contentOf(at("backup.pdf")), old);
+}
+
+/// Whoever may put a link into the folder must not choose the file that changes.
+TEST_F(Safety, LinksAreNotFollowed) {
+  const QString file = receiver("plain.pdf");
+  const QByteArray old = contentOf(file);
+  for (const QString& to : {file, at("nothing.pdf")}) {
+    QFile::remove(at("link.pdf"));
+    ASSERT_TRUE(QFile::link(to, at("link.pdf")));
+    EXPECT_EQ(append(sample("one.pdf"), at("link.pdf")), MELDER_CANNOT_WRITE);
+    EXPECT_NE(lastError().find("it is a link"), std::string::npos) << lastError();
+  }
+  EXPECT_FALSE(QFile::exists(at("nothing.pdf")));
+  // Where a new file was asked for, it takes the link's place.
+  QFile::remove(at("link.pdf"));
+  ASSERT_TRUE(QFile::link(file, at("link.pdf")));
+  ASSERT_NE(getAppendPDFFile(utf16(file), utf16(file), utf16(at("link.pdf"))), 0) << lastError();
+  EXPECT_FALSE(QFileInfo(at("link.pdf")).isSymLink());
+  EXPECT_EQ(contentOf(file), old);
 }
 
 TEST_F(Safety, TwoProcessesLoseNoPage) {

@@ -19,13 +19,8 @@ public:
     return files.contains(path);
   }
   bool isProtected(const QString& path) override { return path == source; }
-  void remove(const QString& path) override {
-    files.remove(path);
-    removed += path;
-  }
 
   QSet<QString> files;
-  QStringList removed;
   QString source;
   int asked = 0;
 };
@@ -53,7 +48,7 @@ QString withoutFolders(const QStringList& texts, QChar separator) {
   return texts.join(separator).remove(u"/out/"_s).remove(u".pdf"_s);
 }
 
-// On disk, asked for; reserved, handed on, given up, removed. Output N has the pages N to 10 N.
+// On disk, asked for; reserved, handed on, given up. Output N has the pages N to 10 N.
 TEST(Reservation, Rows) {
   forEachRow("naming/reservations.json", [](const SplitSetup& setup, const QStringList& row) {
     CountingPlaces places;
@@ -76,7 +71,6 @@ TEST(Reservation, Rows) {
     reservation.flush();
     EXPECT_EQ(withoutFolders(list.outputs, u'|'), row[3]);
     EXPECT_EQ(withoutFolders(list.replacedOutputs, u'|'), row[4]);
-    EXPECT_EQ(withoutFolders(places.removed, u'|'), row[5]);
   });
 }
 
@@ -121,7 +115,7 @@ TEST(Reservation, handsOnWhenFiftyThousandWait) {
   EXPECT_EQ(list.outputs.size(), limit) << "the count did not start again";
 }
 
-TEST(DiskPlaces, seeAndRemoveWhatIsThere) {
+TEST(DiskPlaces, seeWhatIsThere) {
   const QTemporaryDir folder;
   const auto at = [&](const QString& name) { return folder.filePath(name); };
   writeFile(at(u"source.pdf"_s), "x");
@@ -138,11 +132,6 @@ TEST(DiskPlaces, seeAndRemoveWhatIsThere) {
   EXPECT_FALSE(places.exists(at(u"new.pdf"_s)));
   EXPECT_TRUE(places.isProtected(at(u"link.pdf"_s)));
   EXPECT_TRUE(places.isProtected(folder.path() + u"/./source.pdf"_s));
-
-  places.remove(at(u"old.pdf"_s));
-  EXPECT_FALSE(places.exists(at(u"old.pdf"_s)));
-  places.remove(at(u"folder.pdf"_s));
-  EXPECT_TRUE(places.exists(at(u"folder.pdf"_s)));
 }
 
 } // namespace

@@ -234,13 +234,17 @@ TEST_F(Writing, FailedAppendLeavesTheOldFileAsItWas) {
     QDir(at("out")).removeRecursively();
     QDir(folder()).mkdir("out");
     writeFile(at("out/1001.pdf"), old);
-    writeFile(at("out/1001.pdf.tmp"), "left by a run that was killed");
+    writeFile(at("out/1001.pdf.tmp"), "somebody's own");
+    ASSERT_TRUE(QFile::link(at("in/a.pdf"), at("out/.folivex-addition.part")));
     driver().setAutomation(automation);
     driver().setCommandLine(commandLine);
     EXPECT_EQ(run(), RunError::Append);
     EXPECT_EQ(contentOf(at("out/1001.pdf")), old);
     // Started with arguments, the first failure ends the run; else the next outputs are made.
-    EXPECT_EQ(filesBelow(at("out")).size(), commandLine ? 1 : 2);
+    EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1001.pdf.tmp"} +
+                                      QStringList(commandLine ? 0 : 1, "1002.pdf")));
+    EXPECT_EQ(contentOf(at("out/1001.pdf.tmp")), "somebody's own");
+    EXPECT_EQ(pageTexts(source()).size(), 5);
     EXPECT_EQ(m_person.messages.filter("problem appending to file: " + at("out/1001.pdf")).size(),
               automation ? 0 : 1);
     EXPECT_TRUE(account().contains("FAILED (1-2")) << m_person.allNotes().toStdString();

@@ -5,6 +5,7 @@
 #include "common/Paths.h"
 #include "common/Utf16.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -53,9 +54,21 @@ int32_t GetPageCount2() {
   return Splitter::instance().pageCount();
 }
 
+int32_t ReserveTarget(const char16_t* target) {
+  bool isOurs = true;
+  const int32_t code = guarded(CLEFTOR_CANNOT_WRITE, [&](Splitter& splitter) {
+    isOurs = splitter.reserve(pathText(target));
+  });
+  return isOurs ? code : CLEFTOR_TAKEN;
+}
+
+void ReleaseTarget(const char16_t* target) {
+  guarded(CLEFTOR_OUT_OF_MEMORY, [&](Splitter& splitter) { splitter.release(pathText(target)); });
+}
+
 int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32_t totalPages) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Splitter& splitter) {
-    splitter.split({pathText(target), {{first, last}}, {}}, totalPages);
+    splitter.split({pathText(target), {{first, last}}}, totalPages);
   });
   Splitter::instance().setStatus(code);
   return code;
@@ -64,7 +77,7 @@ int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last, int32
 int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges, int32_t count,
                        int32_t totalPages) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Splitter& splitter) {
-    cleftor::RangeOrder order{pathText(target), {}, {}};
+    cleftor::RangeOrder order{pathText(target), {}};
     for (int32_t i = 0; ranges != nullptr && i < count; ++i, ranges += 2) {
       order.ranges.push_back({ranges[0], ranges[1]});
     }
@@ -78,7 +91,7 @@ int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_
                  int32_t first, int32_t last) {
   const int32_t code = guarded(CLEFTOR_DAMAGED, [&](Splitter& splitter) {
     splitter.splitAlone(pathText(source), passwordsOf(password),
-                        {pathText(target), {{first, last}}, {}});
+                        {pathText(target), {{first, last}}});
   });
   Splitter::instance().setStatus(code);
   return code;
@@ -90,6 +103,10 @@ int32_t GetProcessingStatus() {
 
 int32_t GetProcessingPage() {
   return Splitter::instance().lastWrittenPage();
+}
+
+void SetDigests(int32_t on) {
+  Splitter::instance().setDigests(on != 0);
 }
 
 void SetKeepBookmarks(int32_t keep) {
@@ -128,20 +145,26 @@ int32_t DrainRanges(int32_t milliseconds) {
   return left;
 }
 
-int32_t TakeFailedRange(CleftorFailedRange* failed) {
-  int32_t code = CLEFTOR_OK;
-  const int32_t fault = guarded(CLEFTOR_OUT_OF_MEMORY, [&](Splitter& splitter) {
-    const cleftor::FailedRange* const taken = splitter.takeFailure();
-    if (taken == nullptr) {
+int32_t TakeFinishedRange(CleftorFinishedRange* finished) {
+  bool isTaken = false;
+  guarded(CLEFTOR_OUT_OF_MEMORY, [&](Splitter& splitter) {
+    const cleftor::FinishedRange* const taken = splitter.takeFinished();
+    isTaken = taken != nullptr;
+    if (!isTaken || finished == nullptr) {
       return;
     }
-    code = taken->code;
-    if (failed != nullptr) {
-      *failed = {splitter.failedTarget().c_str(), splitter.failedReason().c_str(),
-                 taken->order.firstPage(), taken->order.lastPage()};
+    const auto& [device, number, size, changed] = taken->file.identity;
+    *finished = {splitter.finishedTarget().c_str(),
+                 splitter.finishedReason().c_str(),
+                 taken->code,
+                 taken->firstPage,
+                 taken->lastPage,
+                 {device, number, size, changed, taken->file.digest ? 1 : 0, {}}};
+    if (taken->file.digest) {
+      std::copy(taken->file.digest->begin(), taken->file.digest->end(), finished->file.sha256);
     }
   });
-  return fault == CLEFTOR_OK ? code : fault;
+  return isTaken ? 1 : 0;
 }
 
 int32_t GetFileFacts() {

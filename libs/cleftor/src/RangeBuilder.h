@@ -12,6 +12,7 @@ namespace cleftor {
 /// Settings of an output.
 struct RangeSettings {
   bool keepBookmarks = false;
+  bool digests = false; ///< whether the digest of what was written is asked for
 };
 
 /// Writes ranges of a source, in their order, as one document.

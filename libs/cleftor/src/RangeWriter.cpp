@@ -75,12 +75,12 @@ void checkOrder(const Source& source, const RangeOrder& order) {
   }
 }
 
-void writeRange(Source& source, const RangeOrder& order) {
+WrittenFile writeRange(Source& source, RangeOrder& order) {
   std::vector<pages::PageRange> indexes;
   for (const auto& [first, last] : order.ranges) {
     indexes.push_back({first - 1, last - 1});
   }
-  common::AsideFile file(order.target);
+  common::AsideFile file(order.target, {.claim = std::move(order.claim)});
   try {
     RangeBuilder(source, indexes, order.settings, file).write();
   } catch (const Failure&) {
@@ -91,15 +91,22 @@ void writeRange(Source& source, const RangeOrder& order) {
     throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(order) + " of \"" +
                                        source.path() + "\": " + error.what());
   }
-  if (source.isCut()) {
-    throw Failure(CLEFTOR_DAMAGED, "Unable to copy pages " + pagesText(order) + " of \"" +
-                                       source.path() + "\": the file became shorter meanwhile");
+  // Last of all: what was read until now was read from the file that was opened.
+  if (source.isChanged()) {
+    throw Failure(CLEFTOR_SOURCE_CHANGED, "Unable to copy pages " + pagesText(order) + " of \"" +
+                                              source.path() +
+                                              "\": the file was changed or replaced meanwhile");
   }
-  file.keep();
+  WrittenFile written;
+  if (order.settings.digests) {
+    written.digest = pages::sha256Of(file);
+  }
+  written.identity = file.keep();
   for (const auto& [first, last] : indexes) {
     source.letGoOfPages(first, last);
   }
   source.forgetWarnings();
+  return written;
 }
 
 RangeWriter::RangeWriter() : m_thread(&RangeWriter::work, this) {}
@@ -227,15 +234,14 @@ int32_t RangeWriter::drain(std::optional<std::chrono::milliseconds> longest) {
   return unfinished();
 }
 
-std::optional<FailedRange> RangeWriter::takeFailure() {
+std::optional<FinishedRange> RangeWriter::takeFinished() {
   const std::lock_guard lock(m_mutex);
-  // While an earlier range is still being written, it may be the first to be told.
-  if (m_failed.empty() || m_failed.begin()->first > finishedUpTo()) {
+  if (m_finished.empty() || m_finished.begin()->first > finishedUpTo()) {
     return std::nullopt;
   }
-  FailedRange failure = std::move(m_failed.begin()->second);
-  m_failed.erase(m_failed.begin());
-  return failure;
+  FinishedRange finished = std::move(m_finished.begin()->second);
+  m_finished.erase(m_finished.begin());
+  return finished;
 }
 
 int32_t RangeWriter::lastWrittenPage() const {
@@ -243,26 +249,30 @@ int32_t RangeWriter::lastWrittenPage() const {
   return m_lastWrittenPage;
 }
 
-void RangeWriter::fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason) {
-  const std::lock_guard lock(m_mutex);
-  m_failed.insert_or_assign(number, FailedRange{std::move(order), code, reason});
-}
-
 void RangeWriter::perform(Source& source, RangeOrder& order, int64_t number) {
+  FinishedRange finished{.target = order.target,
+                         .firstPage = order.firstPage(),
+                         .lastPage = order.lastPage(),
+                         .reason = {},
+                         .file = {}};
   try {
-    writeRange(source, order);
-    const std::lock_guard lock(m_mutex);
-    if (number > m_lastWritten) {
-      m_lastWritten = number;
-      m_lastWrittenPage = order.lastPage();
-    }
+    finished.file = writeRange(source, order);
   } catch (const Failure& failure) {
-    fail(std::move(order), number, failure.code(), failure.what());
+    finished.code = failure.code();
+    finished.reason = failure.what();
   } catch (const std::bad_alloc&) {
-    fail(std::move(order), number, CLEFTOR_OUT_OF_MEMORY, "Out of memory");
+    finished.code = CLEFTOR_OUT_OF_MEMORY;
+    finished.reason = "Out of memory";
   } catch (const std::exception& error) {
-    fail(std::move(order), number, CLEFTOR_DAMAGED, error.what());
+    finished.code = CLEFTOR_DAMAGED;
+    finished.reason = error.what();
   }
+  const std::lock_guard lock(m_mutex);
+  if (finished.code == CLEFTOR_OK && number > m_lastWritten) {
+    m_lastWritten = number;
+    m_lastWrittenPage = finished.lastPage;
+  }
+  m_finished.emplace(number, std::move(finished));
 }
 
 bool RangeWriter::isBeingWritten(const std::string& target) const {

@@ -2,6 +2,8 @@
 
 #include "RangeBuilder.h"
 #include "Source.h"
+#include "common/PartFile.h"
+#include "pages/Sha256.h"
 
 #include <atomic>
 #include <chrono>
@@ -23,7 +25,8 @@ namespace cleftor {
 struct RangeOrder {
   std::string target;
   std::vector<pages::PageRange> ranges;
-  RangeSettings settings;
+  RangeSettings settings = {};
+  std::unique_ptr<common::PartFile> claim = {}; ///< of a target that was reserved
 
   int32_t firstPage() const { return ranges.front().first; }
   int32_t lastPage() const { return ranges.back().last; }
@@ -32,14 +35,23 @@ struct RangeOrder {
 /// Refuses pages that the source does not have, and the source itself as the target.
 void checkOrder(const Source& source, const RangeOrder& order);
 
-/// Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc.
-void writeRange(Source& source, const RangeOrder& order);
+/// What lies at a target now.
+struct WrittenFile {
+  common::FileIdentity identity;
+  std::optional<pages::Sha256> digest; ///< when the settings ask for it
+};
 
-/// A range that was taken over and not written.
-struct FailedRange {
-  RangeOrder order;
+/// Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc.
+WrittenFile writeRange(Source& source, RangeOrder& order);
+
+/// A range that was taken over, and its fate.
+struct FinishedRange {
+  std::string target;
+  int32_t firstPage = 0;
+  int32_t lastPage = 0;
   int32_t code = 0;
   std::string reason;
+  WrittenFile file;
 };
 
 /// Writes ranges on a thread of its own. When the caller keeps waiting for it, a second thread
@@ -71,9 +83,8 @@ public:
   /// every range is written.
   void release(std::shared_ptr<Source> source);
 
-  /// The failure of the range that was handed over first, if any; only when all before it are done,
-  /// so that failures come in the order of the calls.
-  std::optional<FailedRange> takeFailure();
+  /// The next range in the order of the calls, if it and all before it are done.
+  std::optional<FinishedRange> takeFinished();
 
   /// Last page of the last range that was written, 0 before the first.
   int32_t lastWrittenPage() const;
@@ -104,7 +115,6 @@ private:
                  std::optional<std::chrono::milliseconds> longest);
   int64_t finishedUpTo() const; ///< the range of this number and all before it are done
   int32_t unfinished() const;
-  void fail(RangeOrder order, int64_t number, int32_t code, const std::string& reason);
 
   mutable std::mutex m_mutex;
   std::condition_variable m_changed;
@@ -113,7 +123,7 @@ private:
   int64_t m_handed = 0; ///< number of the last range
   Written m_first;
   Written m_second;
-  std::map<int64_t, FailedRange> m_failed; ///< by number
+  std::map<int64_t, FinishedRange> m_finished; ///< by number, until they are taken
   int64_t m_lastWritten = 0;
   int32_t m_lastWrittenPage = 0;
   bool m_isEnding = false;

@@ -171,6 +171,10 @@ void Source::letGoOfPages(int32_t first, int32_t last) {
   }
 }
 
+bool Source::isChanged() const {
+  return m_input->isCut() || common::FileIdentity::of(m_path) != m_input->identity();
+}
+
 void Source::letGoOfFile() {
   for (const auto& document : m_earlierDocuments) {
     document->closeInputSource();

@@ -62,8 +62,8 @@ public:
   ObjectCache& cache() { return m_cache; }
   ResourcePruner& resources() { return m_resources; }
 
-  /// Whether the file became shorter while it was read, so that parts may be missing.
-  bool isCut() const { return m_input && m_input->isCut(); }
+  /// Whether the file is another one than when it was opened, or became shorter while it was read.
+  bool isChanged() const;
 
   /// How another thread gets a source of its own of the same file.
   struct Ticket {

@@ -1,8 +1,11 @@
 #include "Splitter.h"
 
 #include "cleftor/cleftor.h"
+#include "common/Paths.h"
 #include "common/Utf16.h"
 
+#include <cerrno>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -45,6 +48,7 @@ void Splitter::close() {
     m_stopOpening = false;
   }
   drain();
+  m_claims.clear();
   if (!m_source) {
     return;
   }
@@ -64,8 +68,7 @@ void Splitter::split(RangeOrder order, int32_t totalPages) {
                                          std::to_string(m_source->pageCount()) + " pages and not " +
                                          std::to_string(totalPages));
   }
-  order.settings = m_settings;
-  checkOrder(*m_source, order);
+  prepare(*m_source, order);
   if (m_writer) {
     m_writer->hand(m_source, std::move(order));
     return;
@@ -78,10 +81,46 @@ void Splitter::splitAlone(const std::string& path, const Passwords& passwords, R
   // A range on its way to the same target must not come later than this one.
   drain();
   Source source(path, passwords);
-  order.settings = m_settings;
-  checkOrder(source, order);
+  prepare(source, order);
   writeRange(source, order);
   m_lastWrittenPage = order.lastPage();
+}
+
+void Splitter::prepare(const Source& source, RangeOrder& order) {
+  if (auto claim = m_claims.extract(order.target); !claim.empty()) {
+    order.claim = std::move(claim.mapped().part);
+    if (order.claim == nullptr) {
+      common::refuseToWrite(order.target, std::generic_category().message(claim.mapped().error));
+    }
+  }
+  order.settings = m_settings;
+  checkOrder(source, order);
+}
+
+bool Splitter::reserve(const std::string& target) {
+  const std::filesystem::path place = common::pathOf(target);
+  if (!place.has_filename()) {
+    common::refuseToWrite(target, "it names no file");
+  }
+  const auto isFree = [&place] {
+    std::error_code ignored;
+    return !std::filesystem::exists(std::filesystem::symlink_status(place, ignored));
+  };
+  if (m_claims.count(target) != 0 || !isFree()) {
+    return false;
+  }
+  Claim claim;
+  claim.part = common::PartFile::make(place, common::files::Readers::Usual, claim.error);
+  // Whoever had the part may have put a file there since.
+  if (claim.error == EBUSY || (claim.part != nullptr && !isFree())) {
+    return false;
+  }
+  const int error = claim.error;
+  m_claims.emplace(target, std::move(claim));
+  if (error != 0) {
+    common::refuseToWrite(target, std::generic_category().message(error));
+  }
+  return true;
 }
 
 void Splitter::setWriteBehind(bool on) {
@@ -91,8 +130,8 @@ void Splitter::setWriteBehind(bool on) {
     m_opening.reset();
     m_writer->drain();
     m_lastWrittenPage = lastWrittenPage();
-    for (auto failure = m_writer->takeFailure(); failure; failure = m_writer->takeFailure()) {
-      m_leftFailures.push_back(std::move(*failure));
+    for (auto range = m_writer->takeFinished(); range; range = m_writer->takeFinished()) {
+      m_leftOver.push_back(std::move(*range));
     }
     m_writer.reset();
   }
@@ -110,16 +149,16 @@ int32_t Splitter::drain(std::optional<std::chrono::milliseconds> longest) {
   return m_writer ? m_writer->drain(longest) : 0;
 }
 
-const FailedRange* Splitter::takeFailure() {
-  if (!m_leftFailures.empty()) {
-    m_failure = std::move(m_leftFailures.front());
-    m_leftFailures.pop_front();
+const FinishedRange* Splitter::takeFinished() {
+  if (!m_leftOver.empty()) {
+    m_finished = std::move(m_leftOver.front());
+    m_leftOver.pop_front();
   } else {
-    m_failure = m_writer ? m_writer->takeFailure() : std::nullopt;
+    m_finished = m_writer ? m_writer->takeFinished() : std::nullopt;
   }
-  m_failedTarget = m_failure ? toUtf16(m_failure->order.target) : std::u16string();
-  m_failedReason = m_failure ? toUtf16(m_failure->reason) : std::u16string();
-  return m_failure ? &*m_failure : nullptr;
+  m_finishedTarget = m_finished ? toUtf16(m_finished->target) : std::u16string();
+  m_finishedReason = m_finished ? toUtf16(m_finished->reason) : std::u16string();
+  return m_finished ? &*m_finished : nullptr;
 }
 
 int32_t Splitter::lastWrittenPage() const {

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <deque>
 #include <future>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,6 +31,11 @@ public:
   int32_t pageCount() const { return m_source ? m_source->pageCount() : 0; }
   int32_t facts() const { return m_source ? m_source->facts() : 0; }
 
+  /// Whether it could be taken: nothing is there, and nobody has it. Throws Failure when it cannot
+  /// be told; writing it then fails.
+  bool reserve(const std::string& target);
+  void release(const std::string& target) { m_claims.erase(target); }
+
   void split(RangeOrder order, int32_t totalPages);
   void splitAlone(const std::string& path, const Passwords& passwords, RangeOrder order);
 
@@ -42,11 +48,12 @@ public:
   /// Ranges that are left after this long, or after as long as it takes.
   int32_t drain(std::optional<std::chrono::milliseconds> longest = {});
 
-  /// Takes a failed range off the list; its texts stay until the next one is taken.
-  const FailedRange* takeFailure();
-  const std::u16string& failedTarget() const { return m_failedTarget; }
-  const std::u16string& failedReason() const { return m_failedReason; }
+  /// Takes a range off the list; what is returned, and its texts, stay until the next one is taken.
+  const FinishedRange* takeFinished();
+  const std::u16string& finishedTarget() const { return m_finishedTarget; }
+  const std::u16string& finishedReason() const { return m_finishedReason; }
 
+  void setDigests(bool on) { m_settings.digests = on; }
   void keepBookmarks(bool keep) { m_settings.keepBookmarks = keep; }
 
   int32_t lastWrittenPage() const;
@@ -64,15 +71,24 @@ private:
     std::future<std::shared_ptr<Source>> source;
   };
 
+  /// A target that is promised; without a part it could not be taken, for this reason.
+  struct Claim {
+    std::unique_ptr<common::PartFile> part;
+    int error = 0;
+  };
+
+  void prepare(const Source& source, RangeOrder& order);
+
+  std::map<std::string, Claim> m_claims;
   std::shared_ptr<Source> m_source;
   std::optional<Opening> m_opening; ///< never beside a source
   std::atomic<bool> m_stopOpening = false;
   RangeSettings m_settings;
   std::unique_ptr<RangeWriter> m_writer;
-  std::deque<FailedRange> m_leftFailures; ///< of a writer that is gone
-  std::optional<FailedRange> m_failure;
-  std::u16string m_failedTarget;
-  std::u16string m_failedReason;
+  std::deque<FinishedRange> m_leftOver; ///< of a writer that is gone
+  std::optional<FinishedRange> m_finished;
+  std::u16string m_finishedTarget;
+  std::u16string m_finishedReason;
   int32_t m_status = 0;
   int32_t m_lastWrittenPage = 0;
   common::LastError m_lastError;

@@ -12,6 +12,7 @@
 #include <qpdf/QPDFWriter.hh>
 
 #include <filesystem>
+#include <system_error>
 
 namespace melder {
 
@@ -30,13 +31,19 @@ private:
   common::AsideFile& m_file;
 };
 
+/// And no link to one.
+bool isFile(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(
+      std::filesystem::symlink_status(common::pathOf(path), ignored));
+}
+
 /// The joined document to `target`; streams as they are stored, protection as `receiver` has it.
-void writeJoined(Document& receiver, Document& part, const std::string& target) {
+Written writeJoined(Document& receiver, Document& part, const std::string& target, Digest digest) {
   Transplant transplant(receiver.pdf());
   join(receiver, part, transplant);
-  const bool isThere = common::FileIdentity::of(target).has_value();
-  common::AsideFile file(target,
-                         {.model = isThere ? target : std::string(), .outlastsPowerFailure = true});
+  common::AsideFile file(
+      target, {.model = isFile(target) ? target : std::string(), .outlastsPowerFailure = true});
   AsidePipeline out(file);
   QPDFWriter writer(receiver.pdf());
   writer.setOutputPipeline(&out);
@@ -53,31 +60,32 @@ void writeJoined(Document& receiver, Document& part, const std::string& target) 
   }
   receiver.requireUnchanged();
   part.requireUnchanged();
-  file.keep();
+  Written written;
+  if (digest == Digest::Made) {
+    written.digest = pages::sha256Of(file);
+  }
+  written.identity = file.keep();
+  return written;
 }
 
 } // namespace
 
-void appendToFile(const std::string& addition, const std::string& existing) {
-  const std::string place = common::linkEnd(existing);
-  const common::FileLock lock(place);
-  common::requireWritable(place);
+Written appendToFile(const std::string& addition, const std::string& existing, Digest digest) {
+  const common::FileLock lock(existing);
+  common::requireWritable(existing);
   Document part(addition);
-  Document receiver(place);
-  writeJoined(receiver, part, place);
+  Document receiver(existing, common::Links::Refused);
+  return writeJoined(receiver, part, existing, digest);
 }
 
-void appendToNewFile(const std::string& first, const std::string& second,
-                     const std::string& target) {
-  // A link is followed, so that it stays one.
-  const bool isThere = common::FileIdentity::of(target).has_value();
-  const std::string place = isThere ? common::linkEnd(target) : target;
-  if (isThere) {
-    common::requireWritable(place);
+Written appendToNewFile(const std::string& first, const std::string& second,
+                        const std::string& target, Digest digest) {
+  if (isFile(target)) {
+    common::requireWritable(target);
   }
   Document receiver(first);
   Document part(second);
-  writeJoined(receiver, part, place);
+  return writeJoined(receiver, part, target, digest);
 }
 
 } // namespace melder

@@ -24,8 +24,9 @@ bool isVersion(const std::string& text) {
 
 } // namespace
 
-Document::Document(const std::string& path)
-    : m_path(path), m_input(std::make_shared<pages::SourceInput>(path)),
+Document::Document(const std::string& path, common::Links links)
+    : m_path(path), m_links(links),
+      m_input(std::make_shared<pages::SourceInput>(path, nullptr, links)),
       m_pdf(pages::quietDocument()) {
   requireEnd();
   m_pdf->processInputSource(m_input);
@@ -69,7 +70,7 @@ std::string Document::version() {
 }
 
 void Document::requireUnchanged() const {
-  if (m_input->isCut() || common::FileIdentity::of(m_path) != m_input->identity()) {
+  if (m_input->isCut() || common::FileIdentity::of(m_path, m_links) != m_input->identity()) {
     throw common::Failure(MELDER_CANNOT_WRITE,
                           m_path + ": another program changed the file while it was read");
   }

@@ -16,7 +16,7 @@ class Document {
 public:
   /// Opens `path` (UTF-8) with the empty password. Throws common::Failure or what qpdf throws when
   /// the file cannot be read, is cut off at its end or holds other pages than it says.
-  explicit Document(const std::string& path);
+  explicit Document(const std::string& path, common::Links links = common::Links::Followed);
 
   [[nodiscard]] const std::string& path() const { return m_path; }
   [[nodiscard]] QPDF& pdf() { return *m_pdf; }
@@ -38,6 +38,7 @@ private:
   void countPages();
 
   std::string m_path;
+  common::Links m_links;
   std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_pdf;
   std::unique_ptr<pages::PageTable> m_pages;

@@ -6,6 +6,8 @@
 
 #include <qpdf/QPDFExc.hh>
 
+#include <algorithm>
+
 namespace {
 
 static_assert(MELDER_OUT_OF_MEMORY == common::outOfMemory);
@@ -15,6 +17,10 @@ common::LastError& lastError() {
   static auto& last = *new common::LastError;
   return last;
 }
+
+melder::Digest digests = melder::Digest::LeftOut;
+
+melder::Written lastWritten;
 
 int32_t codeOf(const QPDFExc& problem) {
   switch (problem.getErrorCode()) {
@@ -57,11 +63,30 @@ int32_t MelderInterfaceVersion(void) {
 
 int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
                            const char16_t* /*options*/) {
-  return guarded([&] { melder::appendToFile(pathOf(addition), pathOf(existing)); });
+  return guarded(
+      [&] { lastWritten = melder::appendToFile(pathOf(addition), pathOf(existing), digests); });
 }
 
 int32_t getAppendPDFFile(const char16_t* first, const char16_t* second, const char16_t* target) {
-  return guarded([&] { melder::appendToNewFile(pathOf(first), pathOf(second), pathOf(target)); });
+  return guarded([&] {
+    lastWritten = melder::appendToNewFile(pathOf(first), pathOf(second), pathOf(target), digests);
+  });
+}
+
+void SetDigests(int32_t on) {
+  digests = on != 0 ? melder::Digest::Made : melder::Digest::LeftOut;
+}
+
+void GetWrittenFile(MelderWrittenFile* written) {
+  if (written == nullptr) {
+    return;
+  }
+  const auto& [identity, digest] = lastWritten;
+  *written = {identity.device,  identity.number, identity.size,
+              identity.changed, digest ? 1 : 0,  {}};
+  if (digest) {
+    std::copy(digest->begin(), digest->end(), written->sha256);
+  }
 }
 
 int32_t GetStatus(void) {

@@ -30,7 +30,7 @@ extern "C" {
 #define CLEFTOR_API __attribute__((visibility("default")))
 #endif
 
-#define CLEFTOR_INTERFACE_VERSION 2
+#define CLEFTOR_INTERFACE_VERSION 3
 
 /** Results. Zero is success, every failure is negative. */
 enum {
@@ -43,7 +43,9 @@ enum {
       -4, /**< the source cannot be opened, whatever the reason; see CleftorLastErrorText */
   CLEFTOR_CANNOT_WRITE =
       -5, /**< the target could not be written; nothing is left at its place that was not there */
-  CLEFTOR_DAMAGED = -8 /**< the source's pages could not be copied */
+  CLEFTOR_DAMAGED = -8,        /**< the source's pages could not be copied */
+  CLEFTOR_TAKEN = -9,          /**< a target that is there, or that another process has reserved */
+  CLEFTOR_SOURCE_CHANGED = -10 /**< the source is not the file any more that was opened */
 };
 
 /** Facts about the open source, combined by "or". */
@@ -68,16 +70,29 @@ CLEFTOR_API void BeginOpenFile(const char16_t* path, const char16_t* password);
  * when it has, or none was begun, else 1. */
 CLEFTOR_API int32_t WaitForOpening(int32_t milliseconds);
 
-/** Closes the source when every range handed over is written. */
+/** Closes the source when every range handed over is written; gives back what is still reserved. */
 CLEFTOR_API void PdfTextDumpCloseFile(void);
 
 /** Page count of the open source, 0 without one. */
 CLEFTOR_API int32_t GetPageCount2(void);
 
 /**
- * Writes pages first..last, inclusive, to a new file at target, which appears whole or not at all;
- * a file that was there is replaced. totalPages is the page count that the caller knows; when it is
- * not the source's own the range is refused.
+ * Takes a target for this process, among all that ask here: nothing may be at the place, and no
+ * other process gets it until it is written, given back or this process ends. Needs no open source.
+ * CLEFTOR_TAKEN: something is there, or it was taken before. CLEFTOR_CANNOT_WRITE: it cannot be
+ * taken for another reason; writing it will fail for the same one.
+ */
+CLEFTOR_API int32_t ReserveTarget(const char16_t* target);
+
+/** Gives a reserved target back that is not handed over to be written. */
+CLEFTOR_API void ReleaseTarget(const char16_t* target);
+
+/**
+ * Writes pages first..last, inclusive, to a new file at target, which appears whole or not at all.
+ * A file that was there is replaced, unless the target was reserved: what came there meanwhile
+ * stays, and the range fails. It fails too when the source is another one than when it was opened.
+ * totalPages is the page count that the caller knows; when it is not the source's own the range is
+ * refused.
  */
 CLEFTOR_API int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t last,
                                   int32_t totalPages);
@@ -86,8 +101,8 @@ CLEFTOR_API int32_t SplitPdfPages(const char16_t* target, int32_t first, int32_t
  * Writes several ranges, in the order given, to one new file: as SplitPdfPages, for which they are
  * one range. ranges holds count pairs of a first and a last page, counted from 1, both included. A
  * page of two ranges stands in the output twice, with the same annotations; links lead to the first
- * of the two. When the output fails, TakeFailedRange tells the first page of the first range and
- * the last page of the last.
+ * of the two. TakeFinishedRange tells the first page of the first range and the last page of the
+ * last.
  */
 CLEFTOR_API int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges, int32_t count,
                                    int32_t totalPages);
@@ -103,6 +118,9 @@ CLEFTOR_API int32_t GetProcessingStatus(void);
 /** Last page of the last range that was written, 0 before the first. */
 CLEFTOR_API int32_t GetProcessingPage(void);
 
+/** 1: TakeFinishedRange tells the digests of what was written. 0 (the start value): it does not. */
+CLEFTOR_API void SetDigests(int32_t on);
+
 /** 1: outputs carry the bookmarks that lead into their range. 0 (the start value): none. */
 CLEFTOR_API void SetKeepBookmarks(int32_t keep);
 
@@ -115,7 +133,7 @@ CLEFTOR_API void SetKeepBookmarks(int32_t keep);
  * Ranges are begun in the order of the calls, each with the settings of its call; of two with one
  * target the later stays. When the caller keeps waiting, a second thread opens the source once more
  * and writes beside the first. A target is there when DrainRanges has returned 0,
- * or PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFailedRange tells
+ * or PdfTextDumpCloseFile or a new PdfTextDumpOpenFile has returned, unless TakeFinishedRange tells
  * otherwise: whoever reads, renames or appends to outputs drains first. GetProcessingStatus then is
  * the result of handing over, GetProcessingPage that of the writing.
  */
@@ -134,21 +152,33 @@ CLEFTOR_API int32_t WaitForRoom(int32_t pages, int32_t milliseconds);
  */
 CLEFTOR_API int32_t DrainRanges(int32_t milliseconds);
 
-/** A range that was handed over and could not be written. The texts are valid until the next call.
- */
-typedef struct CleftorFailedRange {
+/** A file as it was written: what is at its place later may be another one. */
+typedef struct CleftorWrittenFile {
+  uint64_t device;
+  uint64_t number; /**< of the file on its device; 0 where the system does not tell */
+  uint64_t size;   /**< in bytes */
+  int64_t changed; /**< last write, in nanoseconds since 1970; seconds on Windows */
+  int32_t hasDigest;
+  uint8_t sha256[32]; /**< of all its bytes, when hasDigest is 1 */
+} CleftorWrittenFile;
+
+/** A range that was handed over and is written or has failed. The texts are valid until the next
+ * call. */
+typedef struct CleftorFinishedRange {
   const char16_t* target;
-  const char16_t* reason;
+  const char16_t* reason; /**< why it failed, else empty */
+  int32_t code;           /**< CLEFTOR_OK, or the failure */
   int32_t first;
   int32_t last;
-} CleftorFailedRange;
+  CleftorWrittenFile file; /**< when it did not fail */
+} CleftorFinishedRange;
 
 /**
- * Takes the oldest failure off the list and returns its code, CLEFTOR_OK when there is none (failed
- * is then untouched). The list outlives the source and tells of every range that DrainRanges counts
- * as done.
+ * Takes the oldest range off the list of those that DrainRanges counts as done: 1, or 0 when there
+ * is none (finished is then untouched). They come in the order of the calls; the list outlives the
+ * source.
  */
-CLEFTOR_API int32_t TakeFailedRange(CleftorFailedRange* failed);
+CLEFTOR_API int32_t TakeFinishedRange(CleftorFinishedRange* finished);
 
 /** CLEFTOR_FILE_... of the open source, 0 without one. */
 CLEFTOR_API int32_t GetFileFacts(void);

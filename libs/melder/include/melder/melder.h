@@ -5,9 +5,10 @@
  * crosses it. One state for the whole process (the last result); it belongs to one thread.
  *
  * At every moment the receiving file is the old one or the new one, byte for byte, also when the
- * process is killed: the new one is written whole beside the old one (under a hidden name, which a
- * killed process leaves there) and takes its place. So an append costs what the whole file costs to
- * write: add parts to one file together where they are at hand together.
+ * process is killed: the new one is written whole beside the old one (under a hidden name; what a
+ * killed process leaves there is removed by the next append) and takes its place. So an append
+ * costs what the whole file costs to write: add parts to one file together where they are at hand
+ * together.
  *
  * The same files always give the same bytes, but where the receiving file is protected: protection
  * takes random numbers.
@@ -29,7 +30,7 @@ extern "C" {
 #define MELDER_API __attribute__((visibility("default")))
 #endif
 
-#define MELDER_INTERFACE_VERSION 2
+#define MELDER_INTERFACE_VERSION 3
 
 /** What GetStatus returns. */
 enum {
@@ -46,7 +47,8 @@ MELDER_API int32_t MelderInterfaceVersion(void);
 /**
  * Appends all pages of `addition` to the end of `existing`, in place. `options` is reserved and
  * empty. Returns non-zero on success; on failure 0, and `existing` is as it was. If `existing` is a
- * link, the file that it leads to grows; mode and owner stay. Both files may be the same one.
+ * link, nothing is added to what it leads to: MELDER_CANNOT_WRITE. Mode and owner stay. Both files
+ * may be the same one.
  *
  * The part keeps its annotations, field values, links, boxes, rotation, layers, page labels and
  * bookmarks (these follow those of `existing`). A field or named destination whose name is taken
@@ -61,11 +63,27 @@ MELDER_API int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* 
 
 /**
  * Writes the pages of `first`, then those of `second`, to a new file `target`, whole or not at all;
- * a file of that name is replaced. All else is as if `second` were appended to `first`. Non-zero on
- * success.
+ * a file or link of that name is replaced. All else is as if `second` were appended to `first`.
+ * Non-zero on success.
  */
 MELDER_API int32_t getAppendPDFFile(const char16_t* first, const char16_t* second,
                                     const char16_t* target);
+
+/** A file as it was written: what is at its place later may be another one. */
+typedef struct MelderWrittenFile {
+  uint64_t device;
+  uint64_t number; /**< of the file on its device; 0 where the system does not tell */
+  uint64_t size;   /**< in bytes */
+  int64_t changed; /**< last write, in nanoseconds since 1970; seconds on Windows */
+  int32_t hasDigest;
+  uint8_t sha256[32]; /**< of all its bytes, when hasDigest is 1 */
+} MelderWrittenFile;
+
+/** 1: GetWrittenFile tells the digest, too. 0 (the start value): it does not. */
+MELDER_API void SetDigests(int32_t on);
+
+/** What the last append wrote, if it succeeded. */
+MELDER_API void GetWrittenFile(MelderWrittenFile* written);
 
 /** Result of the last append. */
 MELDER_API int32_t GetStatus(void);
