@@ -8,6 +8,7 @@
 #include "engine/output/OutputFileList.h"
 #include "engine/output/OutputWriter.h"
 #include "engine/report/Reports.h"
+#include "platform/DiskSync.h"
 
 #include <algorithm>
 
@@ -70,7 +71,17 @@ void settleRecords(const SplitRunParts& parts, const OutputWriter& writer) {
   });
 }
 
-/// The outputs are on the disk: what is true of them now goes into the counts and the reports.
+/// A power failure must not take what counts as done, and may be mailed next.
+void bringToDisk(const OutputWriter& writer, const JobContext& job) {
+  const QString problem =
+      platform::bringToDisk(writer.written().keys(), [&job] { job.person.handlePendingEvents(); });
+  if (!problem.isEmpty()) {
+    job.fail(RunError::OutputFailed,
+             QStringLiteral("the outputs may not be on the disk: %1").arg(problem));
+  }
+}
+
+/// The outputs are there: what is true of them now goes into the counts and the reports.
 void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& reports) {
   RunOutcome& outcome = parts.outcome;
   settleCounts(writer, outcome, parts.job.state);
@@ -99,8 +110,8 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
     job.person.note(QStringLiteral("%1: %2").arg(source, protection));
   }
   outcome.account.start(pageCount);
-  OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append}, batch.folders(),
-                      job.person, outcome.account);
+  OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append},
+                      batch.folders(), job.person, outcome.account);
   writer.startSource({source, pageCount, [&file] { return file.isChanged(); }});
   const QStringList reads{source, file.scanned()};
   DiskOutputPlaces seenPlaces(reads);
@@ -125,6 +136,7 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   if (file.isChanged()) {
     withdraw(parts, writer);
   }
+  bringToDisk(writer, job);
   settleRecords(parts, writer);
   if (setup.createList) {
     tellFileList(list, job);

@@ -4,13 +4,9 @@
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/FolderLocks.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 namespace folivex {
 
 bool ClaimedPlaces::claim(const QString& path) {
-  QDir().mkpath(QFileInfo(path).path());
   m_locks.takeFor(path); // who has it in vain is told when the output is written
   return m_split.ReserveTarget(utf16(path)) != CSplitPdfInit::taken;
 }

@@ -3,6 +3,7 @@
 #include "platform/FileLocks.h"
 #include "platform/Paths.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QThread>
@@ -104,6 +105,10 @@ FolderLocks::Outcome FolderLocks::takeFor(const QString& output) {
   const auto asked = m_asked.constFind(folder);
   if (asked != m_asked.constEnd() && *asked) {
     return Outcome::Free;
+  }
+  // A folder that cannot be made shows when the output is written, with the reason.
+  if (!folder.isEmpty()) {
+    QDir().mkpath(folder);
   }
   const Outcome outcome = take(folder, asked == m_asked.constEnd() ? m_patienceMs : 0);
   m_asked.insert(folder, outcome == Outcome::Free);

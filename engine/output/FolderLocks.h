@@ -31,8 +31,8 @@ public:
   /// Waits for the folder, which need not exist, and tells who is there.
   Outcome take(const QString& folder) { return take(folder, m_patienceMs); }
 
-  /// The same for the folder of an output. Where it was waited for in vain it is asked again each
-  /// time, and not waited for.
+  /// The same for the folder of an output, which is made when it is asked for first. Where it was
+  /// waited for in vain it is asked again each time, and not waited for.
   Outcome takeFor(const QString& output);
 
   void release();

@@ -98,8 +98,6 @@ bool OutputWriter::isSourceChanged() {
 
 /// Each folder is another run's or this one's. False when the output's is not to be had: told.
 bool OutputWriter::takeFolderOf(const ReservedOutput& output) {
-  // A folder that cannot be made shows when the file is written, with the reason.
-  QDir().mkpath(QFileInfo(output.path).path());
   switch (m_locks.takeFor(output.path)) {
   case FolderLocks::Outcome::Free:
     return true;

@@ -20,20 +20,20 @@ constexpr size_t flushSize = size_t{1024} * 1024;
 AsideFile::AsideFile(const std::string& target, AsideOptions options)
     : m_target(target), m_options(std::move(options)), m_place(pathOf(target)),
       m_part(std::move(m_options.claim)), m_isClaimed(m_part != nullptr) {
-  std::error_code ignored;
-  const auto status = std::filesystem::status(m_place, ignored);
-  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-    refuseToWrite(target, "something that is no ordinary file is there");
-  }
-  if (!m_place.has_filename()) {
-    refuseToWrite(target, "it names no file");
-  }
   if (m_part == nullptr) {
     open();
   }
 }
 
 void AsideFile::open() {
+  std::error_code ignored;
+  const auto status = std::filesystem::status(m_place, ignored);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    refuseToWrite(m_target, "something that is no ordinary file is there");
+  }
+  if (!m_place.has_filename()) {
+    refuseToWrite(m_target, "it names no file");
+  }
   const auto readers = m_options.model.empty() ? files::Readers::Usual : files::Readers::OwnerAlone;
   int error = 0;
   m_part = PartFile::make(m_place, readers, error);

@@ -69,7 +69,9 @@ void checkOrder(const Source& source, const RangeOrder& order) {
     }
   }
   std::error_code ignored;
-  if (std::filesystem::equivalent(pathOf(source.path()), pathOf(order.target), ignored)) {
+  const bool isFree = order.claim != nullptr;
+  if (!isFree &&
+      std::filesystem::equivalent(pathOf(source.path()), pathOf(order.target), ignored)) {
     throw Failure(CLEFTOR_CANNOT_WRITE,
                   "Unable to write \"" + order.target + "\": it is the file that is being split");
   }
