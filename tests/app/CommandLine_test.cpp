@@ -1,6 +1,6 @@
 // What the arguments of one start ask for, as a shell or another program hands them over.
 #include "app/CommandLine.h"
-#include "tests/support/Programs.h"
+#include "tests/support/Rows.h"
 
 #include <gtest/gtest.h>
 
@@ -26,38 +26,13 @@ CommandLine parse(const QStringList& arguments) {
 } // namespace
 
 TEST(CommandLine, Actions) {
-  const struct {
-    const char* fault;
-    const char* arguments; ///< with '|' between them
-    const char* actions;
-  } rows[] = {
-      {"usual order", "-us.fxs|-fa.pdf|-c", "u<s.fxs>f<a.pdf>c<>"},
-      {"order lost", "-fa.pdf|-us.fxs|-fb.pdf", "f<a.pdf>u<s.fxs>f<b.pdf>"},
-      {"closed before the work", "-c|-fa.pdf", "f<a.pdf>c<>"},
-      {"closed twice", "-c|-close", "c<>"},
-      {"values apart", "-u|s.fxs|-p|pw|-f|a.pdf", "u<s.fxs>p<pw >f<a.pdf>"},
-      {"value apart that looks like an option", "-p|-c|-f|-x.pdf", "p<-c >f<-x.pdf>"},
-      {"blanks in a path", "-f/in/my file.pdf|-c", "f</in/my file.pdf>c<>"},
-      {"blanks in a path apart", "-f|/in/my file.pdf|-c", "f</in/my file.pdf>c<>"},
-      {"a script's quotes", "-f\"/my file.pdf\"|-u\"s.fxs\"", "f</my file.pdf>u<s.fxs>"},
-      {"quotes within", "-f/in/\"my file\".pdf", "f</in/my file.pdf>"},
-      {"one quote swallows the rest", "-pa\"b|-f5\" disk.pdf|-c", "p<a\"b >f<5\" disk.pdf>c<>"},
-      {"password keeps its quotes", "-pa\"b\"c", "p<a\"b\"c>"},
-      {"password in quotes", "-p|two words|-p\"three of them\"", "p<two words >p<three of them>"},
-      {"blank at a path's end", "-fa.pdf |-us.fxs ", "f<a.pdf>u<s.fxs>"},
-      {"folder", "-f/in/*.pdf", "*</in/*.pdf>"},
-      {"setup taken back", "-us.fxs|-u|", "u<s.fxs>u<>"},
-      {"nothing behind the last letter", "-fa.pdf|-f", "f<a.pdf>"},
-      {"empty path processed", "-f||-f\"\"", ""},
-      {"words take files with them", "--plan|-fa.pdf", "f<a.pdf>"},
-  };
-  for (const auto& row : rows) {
-    const QStringList arguments = QString(row.arguments).split(u'|');
+  test::forEachRow("app/command-lines.json", [](const SplitSetup&, const QStringList& row) {
+    const QStringList arguments = row[0].split(u'|');
     const CommandLine line = parse(arguments);
-    EXPECT_EQ(shown(line), row.actions) << row.fault;
-    EXPECT_EQ(line.error, "") << row.fault;
-    EXPECT_EQ(line.argumentCount, arguments.size()) << row.fault;
-  }
+    EXPECT_EQ(shown(line), row[1]);
+    EXPECT_EQ(line.error, "");
+    EXPECT_EQ(line.argumentCount, arguments.size());
+  });
   EXPECT_EQ(parse({}).argumentCount, 0) << "the program's own blank is no argument";
 }
 

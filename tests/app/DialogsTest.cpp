@@ -94,6 +94,7 @@ TEST_F(DialogsTest, TheExternalCommandIsOfferedAndItsPlaceholdersInserted) {
   const auto dialog = shown<CConfigureDlg>();
   QWidget* window = dialog.get();
   EXPECT_FALSE(control<QWidget>(window, "offerCommand")->isEnabled());
+  EXPECT_FALSE(control<QWidget>(window, "help")->isEnabled()) << "nobody helps";
   click(window, "CONFIGUSEEXTERNAL");
   click(window, "ok");
   EXPECT_TRUE(dialog->isVisible());
@@ -148,18 +149,6 @@ TEST_F(DialogsTest, ATestMailIsSentOnlyWithSettingsThatCanWork) {
   typeInto(dialog.get(), "EMAILFROM", "not yet");
   click(dialog.get(), "ok");
   EXPECT_EQ(dialog->result(), QDialog::Accepted);
-}
-
-TEST_F(DialogsTest, HelpIsOnTheDialogThatAsks) {
-  QStringList topics;
-  const auto dialog = shown<CReportOptionsDlg>();
-  EXPECT_FALSE(control<QWidget>(dialog.get(), "help")->isEnabled());
-  dialog->onHelp = [&](const QString& topic) { topics += topic; };
-  dialog->hide();
-  dialog->show();
-  click(dialog.get(), "help");
-  QTest::keyClick(control<QWidget>(dialog.get(), "REPORTUSEFILELIST"), Qt::Key_F1);
-  EXPECT_EQ(topics, QStringList({"report-options", "report-options"}));
 }
 
 TEST_F(DialogsTest, StatusTellsTheRunAndStopsItOnce) {

@@ -1,9 +1,10 @@
 // The main window as a person uses it: what can be chosen, what it says about wrong input, runs.
 #include "app/dialogs/CStatusDlg.h"
+#include "batch/BatchEntries.h"
 #include "tests/app/MainWindowBench.h"
+#include "tests/support/Rows.h"
 
 #include <QMenu>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -17,25 +18,6 @@ protected:
   QString notes() { return control<QPlainTextEdit>(m_window.get(), "notes")->toPlainText(); }
   QString statusLine() { return control<QLabel>(m_window.get(), "statusLine")->text(); }
   QStringList outputs() const { return test::filesBelow(at("out")); }
-
-  bool drop(const QStringList& names) {
-    QList<QUrl> urls;
-    for (const QString& name : names) {
-      urls += QUrl::fromLocalFile(at(name.toLatin1()));
-    }
-    QMimeData data;
-    data.setUrls(urls);
-    // A drag is offered to what is under the pointer first: a field must not take it.
-    EXPECT_FALSE(control<QLineEdit>(m_window.get(), "FINDSTRING")->acceptDrops());
-    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    enter.ignore();
-    QApplication::sendEvent(m_window.get(), &enter);
-    QDropEvent event(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-    if (enter.isAccepted()) {
-      QApplication::sendEvent(m_window.get(), &event);
-    }
-    return enter.isAccepted();
-  }
 };
 
 TEST_F(MainWindowTest, ChoicesDisableWhatTheyMakeIdle) {
@@ -95,33 +77,20 @@ TEST_F(MainWindowTest, CommandsWithoutTheirPartAreDisabled) {
 
 TEST_F(MainWindowTest, WrongInputIsToldAtItsFieldAndNothingRuns) {
   writeSource(1);
-  const struct {
-    const char* key;
-    QString typed;
-    const char* told;
-  } rows[] = {
-      {"FILENAME", at("missing.pdf"), "no such file"},
-      {"STARTFROMPAGE", "three", "no whole number"},
-      {"STARTENDPAGE", "", "whole number"},
-      {"OFFSETFIRST", "-1", "least"},
-      {"MATCHPOSH", "left", "position"},
-      {"MATCHPOSV", "20-10", "ends before it begins"},
-      {"FINDSTRING", "Account number", "only one word"},
-      {"OUTPUTDIR", at("in.pdf") + "/out", "no folder"},
-  };
-  for (const auto& row : rows) {
+  test::forEachRow("app/wrong-input.json", [this](const SplitSetup&, const QStringList& row) {
+    const QByteArray key = row[0].toLatin1();
     MainWindow& window = open();
     choose("PAGEEXTRACT", splitMethodTexts()[2]);
     typeInto(&window, "MATCHPOSH", "60");
     typeInto(&window, "MATCHPOSV", "60");
-    typeInto(&window, row.key, row.typed);
-    EXPECT_EQ(problemAt(&window, row.key), QString()) << row.key << ": not while it is typed";
+    typeInto(&window, key, QString(row[1]).replace("FOLDER", m_folder.path()));
+    EXPECT_EQ(problemAt(&window, row[0]), QString()) << "not while it is typed";
     click(&window, "processButton");
-    EXPECT_TRUE(problemAt(&window, row.key).contains(QString::fromLatin1(row.told)))
-        << row.key << ": " << problemAt(&window, row.key).toStdString();
-    EXPECT_EQ(window.focusWidget(), control<QWidget>(&window, row.key)) << row.key;
-    EXPECT_FALSE(QFile::exists(at("out"))) << row.key;
-  }
+    EXPECT_TRUE(problemAt(&window, row[0]).contains(row[2]))
+        << problemAt(&window, row[0]).toStdString();
+    EXPECT_EQ(window.focusWidget(), control<QWidget>(&window, key));
+    EXPECT_FALSE(QFile::exists(at("out")));
+  });
   // It goes with the fault.
   typeInto(m_window.get(), "OUTPUTDIR", at("out"));
   EXPECT_EQ(problemAt(m_window.get(), "OUTPUTDIR"), QString());
@@ -257,14 +226,16 @@ TEST_F(MainWindowTest, DroppedFilesAreTaken) {
   typeInto(m_window.get(), "POSTFIXFILENAME", "_dropped");
   trigger("saveSetup");
   typeInto(m_window.get(), "POSTFIXFILENAME", "");
-  EXPECT_TRUE(drop({"a.FXS"}));
+  // A drag is offered to what is under the pointer first: a field must not take it.
+  EXPECT_FALSE(control<QLineEdit>(m_window.get(), "FINDSTRING")->acceptDrops());
+  EXPECT_TRUE(dropFiles(m_window.get(), {at("a.FXS")}));
   EXPECT_EQ(text("POSTFIXFILENAME"), "_dropped");
   typeInto(m_window.get(), "FINDSTRING", "typed before");
-  EXPECT_TRUE(drop({"letter.txt", "other.PDF", "third.pdf"}));
+  EXPECT_TRUE(dropFiles(m_window.get(), {at("letter.txt"), at("other.PDF"), at("third.pdf")}));
   EXPECT_EQ(text("FILENAME"), at("other.PDF"));
   EXPECT_EQ(text("FINDSTRING"), "typed before");
   EXPECT_TRUE(statusLine().contains("One file"));
-  EXPECT_FALSE(drop({"letter.txt"}));
+  EXPECT_FALSE(dropFiles(m_window.get(), {at("letter.txt")}));
 }
 
 TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
@@ -309,23 +280,10 @@ TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
   EXPECT_EQ(planned, QStringList({at("in.pdf") + " 3", current + " 3"}));
 }
 
-class TwoRows : public BatchRows {
-public:
-  explicit TwoRows(QStringList paths) : m_paths(std::move(paths)) {}
-  int count() const override { return static_cast<int>(m_paths.size()); }
-  QString useFlag(int) const override { return "Yes"; }
-  QString path(int row) const override { return m_paths[row]; }
-  void setStatus(int row, const QString& status) override { m_statuses[row] = status; }
-  void showRow(int) override {}
-  QMap<int, QString> m_statuses;
-
-private:
-  QStringList m_paths;
-};
-
 TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {
   writeSource(2);
-  TwoRows rows({at("in.pdf"), at("missing.pdf")});
+  BatchEntries rows;
+  rows.append({newEntry(at("in.pdf")), newEntry(at("missing.pdf"))});
   BatchRows* prepared = nullptr;
   QList<bool> runs;
   WindowParts parts;
@@ -338,8 +296,7 @@ TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {
   m_dialogs.messages.clear();
   prepared = &rows;
   trigger("processList");
-  EXPECT_EQ(rows.m_statuses[0], "Done");
-  EXPECT_EQ(rows.m_statuses[1], "file error");
+  EXPECT_EQ(rows.at(0).status + '|' + rows.at(1).status, "Done|file error");
   EXPECT_EQ(m_dialogs.messages.size(), 1);
   EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf"}));
   EXPECT_EQ(runs, QList<bool>({true, false, true, false}));
@@ -351,7 +308,8 @@ TEST_F(MainWindowTest, InAutomationModeMailsAreNobodysBusiness) {
   pdf.page({"Account: 1001 anna@example.org"});
   pdf.page({"Account: 1002"});
   pdf.write(at("in.pdf"));
-  TwoRows rows({at("in.pdf"), at("missing.pdf")});
+  BatchEntries rows;
+  rows.append({newEntry(at("in.pdf")), newEntry(at("missing.pdf"))});
   int windows = 0;
   WindowParts parts;
   parts.batchRows = [&] { return &rows; };

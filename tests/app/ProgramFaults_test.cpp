@@ -1,6 +1,7 @@
 // The program as a process when things are wrong: its libraries, its sources, the words on a page,
 // and a person who will not wait.
 #include "tests/app/ProgramBench.h"
+#include "tests/support/Rows.h"
 
 #include <QRegularExpression>
 
@@ -134,29 +135,9 @@ TEST_F(ProgramFaults, DamageThatCanBeRepairedLosesNoPage) {
 }
 
 TEST_F(ProgramFaults, WordsOfAPageStayInsideTheOutputFolder) {
-  const QStringList words{"..",
-                          ".",
-                          "../../x",
-                          "/etc/passwd",
-                          "..\\..\\x",
-                          "c:\\windows\\x",
-                          "CON",
-                          "nul",
-                          "com1.txt",
-                          "-rf",
-                          "$(touch,pwned)",
-                          ".hidden",
-                          "dots...",
-                          "[EXTRACTTEXTDIR]",
-                          "[POS0-999,0-999]",
-                          "%s%n%d",
-                          QString(4000, QLatin1Char('w')),
-                          QString(4000, QChar(0x6771)),
-                          QString::fromUtf8("a\x01\x1b[31mb"),
-                          "fdp" + QString(QChar(0x202E)) + "gnp.exe",
-                          QString::fromUtf8("\u200B\u200D\uFEFF"),
-                          QString(QChar(0xD800)),
-                          QString(QChar(0xFFFE))};
+  QStringList words{QString(4000, u'w'), QString(4000, QChar(0x6771)), QString(QChar(0xD800))};
+  forEachRow("app/hostile-words.json",
+             [&](const SplitSetup&, const QStringList& row) { words += row[0]; });
   wordsOf(words).write(place.at("a.pdf"));
   for (const char* prefix : {"", "[EXTRACTTEXTDIR]/", "[EXTRACTTEXT]/[POS150,60]_"}) {
     SCOPED_TRACE(prefix);
@@ -204,14 +185,8 @@ TEST_F(ProgramFaults, InterruptLeavesWholeFilesAndClosedReports) {
   EXPECT_GE(files.size(), 3);
   EXPECT_LT(files.size(), 4000);
   EXPECT_FALSE(files.contains("B.pdf"));
-  const QByteArray csv = contentOf(place.at("a.pdf_report.csv"));
-  for (const QString& file : files) {
-    EXPECT_TRUE(csv.contains(place.at("out/" + file).toUtf8() + "\r\r\n")) << file.toStdString();
-  }
-  const QByteArray total = QByteArray::number(files.size());
-  EXPECT_TRUE(csv.endsWith("\r\r\n," + total + ", PDF file(s)\r\r\n"))
-      << csv.right(100).toStdString();
-  EXPECT_TRUE(said.contains(total + " in " + total + " file(s), ")) << said.toStdString();
+  EXPECT_TRUE(contentOf(place.at("a.pdf_report.csv"))
+                  .endsWith("\r\r\n," + QByteArray::number(files.size()) + ", PDF file(s)\r\r\n"));
   // The file that was on its way when the signal came is the one most likely to be half.
   for (const QString& file : {QString("1.pdf"), QString::number(files.size()) + ".pdf"}) {
     EXPECT_EQ(pageTexts(place.at("out/" + file)).size(), 1);

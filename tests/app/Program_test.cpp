@@ -1,5 +1,6 @@
 // The program as a process, without a display: what it splits, and how it ends.
 #include "tests/app/ProgramBench.h"
+#include "tests/support/Rows.h"
 
 #include <QRegularExpression>
 
@@ -11,25 +12,6 @@ using namespace folivex::test;
 namespace {
 
 using Program = ProgramBench;
-
-/// One document of the sample, found by another program's eyes.
-struct Document {
-  QString name;
-  int first = 0;
-  QStringList pages;
-};
-
-std::vector<Document> documentsOf(const QStringList& pages) {
-  static const QRegularExpression account(QStringLiteral("Account: (\\S+)"));
-  std::vector<Document> documents;
-  for (qsizetype i = 0; i < pages.size(); ++i) {
-    if (const auto match = account.match(pages[i]); match.hasMatch()) {
-      documents.push_back({match.captured(1), static_cast<int>(i) + 1, {}});
-    }
-    documents.back().pages += pages[i];
-  }
-  return documents;
-}
 
 } // namespace
 
@@ -44,22 +26,19 @@ TEST_F(Program, SampleIsSplitPageByPage) {
   EXPECT_EQ(run.err, "Done! - 12 PDF file(s) output\n40 page(s): 40 in 12 file(s).\n");
   EXPECT_EQ(run.out, "");
 
-  const std::vector<Document> documents = documentsOf(pageTexts(source));
-  ASSERT_EQ(documents.size(), 12u);
-  QStringList files{"example.fxs", "statements.pdf", "statements.pdf_report.csv",
-                    "statements.pdf_report.txt"};
-  const QByteArray report = contentOf(source + "_report.csv");
-  for (const Document& document : documents) {
-    const QString name = "statement_" + document.name + ".pdf";
+  // Every page of the sample is in the file of its account, in order.
+  QStringList files;
+  QStringList pages;
+  for (const QString& name : filesBelow(place.work()).filter("statement_")) {
+    const QStringList document = pageTexts(place.at(name));
+    EXPECT_TRUE(document[0].contains("Account: " + name.sliced(10).chopped(4)));
     files += name;
-    EXPECT_EQ(pageTexts(place.at(name)), document.pages) << name.toStdString();
-    const QString row = QStringLiteral("\n%1,%2,%3,%4\r")
-                            .arg(document.first, -2)
-                            .arg(document.first + document.pages.size() - 1, -2)
-                            .arg(document.name, -30)
-                            .arg(place.at(name));
-    EXPECT_TRUE(report.contains(row.toUtf8())) << row.toStdString();
+    pages += document;
   }
+  EXPECT_EQ(files.size(), 12);
+  EXPECT_EQ(pages, pageTexts(source));
+  files += QStringList{"example.fxs", "statements.pdf", "statements.pdf_report.csv",
+                       "statements.pdf_report.txt"};
   files.sort();
   EXPECT_EQ(filesBelow(place.work()), files);
   EXPECT_EQ(filesBelow(place.temporary()), QStringList{"Folivex.ini"});
@@ -97,48 +76,16 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
   // What is read beyond the arguments is nothing that could be taken for one.
   place.environment().insert("MALLOC_PERTURB_", "165");
 
-  const struct {
-    const char* fault;
-    const char* arguments; ///< with '|' between them
-    int exitCode;
-    const char* outputs;
-    const char* said;
-  } rows[] = {
-      {"last settings for a refused setup", "-u../tmp/link.fxs|-fa.pdf|-c", -2, "", "it is a link"},
-      {"no setting not told", "-uempty.fxs|-fa.pdf|-c", 0, "", "empty.fxs: no setting was found"},
-      {"no file not told", "-usplit.fxs|-c", 0, "", "\"-u\" counts for the \"-f\" behind it"},
-      {"source missing", "-fnone.pdf|-fa.pdf|-c", -1, "", "none.pdf: "},
-      {"setup missing", "-unone.fxs|-fa.pdf|-c", -2, "", "none.fxs: "},
-      {"both missing, source asked first", "-unone.fxs|-fnone.pdf", -1, "", "none.pdf"},
-      {"setup taken before", "-fa.pdf|-usplit.fxs|-c", 0, "", "no matches we're found"},
-      {"setup lost, or files of another source cleared", "-usplit.fxs|-fa.pdf|-fb.pdf|-c", 0,
-       "A1 A2 B1", "1 page(s): 1 in 1 file(s)."},
-      {"arguments overrun", "-usplit.fxs|-fb.pdf|-c|-p", 0, "B1", ""},
-      {"files of a folder", "-usplit.fxs|-ffolder/*|-c", 0, "F1 F2", ""},
-      {"ending of another case left out", "-usplit.fxs|-ffolder/*.pdf|-c", 0, "F1 F2", ""},
-      {"pattern taken for all files", "-usplit.fxs|-ffolder/1*.pdf|-c", 0, "F1", ""},
-      {"no folder", "-usplit.fxs|-fno/*.pdf|-c", -1, "", "no such folder"},
-      {"folder without a PDF", "-usplit.fxs|-ffolder/x*|-c", 0, "", "no PDF is there"},
-      {"pattern of another case", "-usplit.fxs|-fA*|-c", 0, "", "no PDF is there"},
-      {"brackets in a pattern", "-usplit.fxs|-fb[1]*|-c", 0, "K1", ""},
-      {"values apart, not closed", "-u|split.fxs|-f|my file.pdf", 0, "M1", ""},
-      {"folder named as a source", "-usplit.fxs|-ffolder|-c", -1, "", "folder: "},
-      {"pipe named as a source", "-usplit.fxs|-fpipe.pdf|-c", -1, "", "pipe.pdf: "},
-      {"pipe named as a setup", "-upipe.pdf|-fa.pdf|-c", -2, "", "pipe.pdf: "},
-      {"report in the way, and the next file", "-usplit.fxs|-fblocked.pdf|-fa.pdf|-c", -3, "",
-       "blocked.pdf_report.txt, try changing the report path"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.fault);
+  forEachRow("app/ends.json", [&](const SplitSetup&, const QStringList& row) {
     QDir(place.at("out")).removeRecursively();
     writeFile(place.temporary() + "/Folivex.ini", defaults);
-    const ProgramRun run = place.run(QString(row.arguments).split(u'|'));
+    const ProgramRun run = place.run(row[0].split(u'|'));
     EXPECT_TRUE(run.ended);
-    EXPECT_EQ(run.exitCode, shown(row.exitCode)) << run.err.toStdString();
-    EXPECT_EQ(outputs().join(u' ').remove(".pdf"), row.outputs);
-    EXPECT_TRUE(run.err.contains(row.said)) << run.err.toStdString();
+    EXPECT_EQ(run.exitCode, shown(row[1].toInt())) << run.err.toStdString();
+    EXPECT_EQ(outputs().join(u' ').remove(".pdf"), row[2]);
+    EXPECT_TRUE(run.err.contains(row[3].toUtf8())) << run.err.toStdString();
     EXPECT_EQ(run.out, "");
-  }
+  });
 }
 
 TEST_F(Program, Password) {

@@ -1,6 +1,7 @@
 // Every setting is reached through its control, and comes back from the setup file.
 #include "engine/setup/SetupFields.h"
 #include "tests/app/MainWindowBench.h"
+#include "tests/support/Rows.h"
 
 #include <QPlainTextEdit>
 
@@ -12,22 +13,12 @@ constexpr const char* dialogActions[] = {"openReportOptions", "openOtherSettings
 
 /// Where not any text will do; as the file has it.
 const QHash<QString, QString>& ownValues() {
-  static const QHash<QString, QString> values = {
-      {"PAGEEXTRACT", splitMethodTexts()[5]},
-      {"EXTRACT", fileNameMethodTexts()[7]},
-      {"MATCHPOSH", "320-325|400"},
-      {"MATCHPOSV", "-3"},
-      {"FIRSTCHAROFWORD", "("},
-      {"ADDBWORDS", " "},
-      {"OUTPUTDIR", "/srv/out"},
-      {"REPORTOPTIONSOUTPUTFOLDER", "/tmp"},
-      {"REPORTUSEFILELIST", "/etc/passwd"},
-      {"HORIZWORDSPACING", "1.250000"},
-      {"CONFIGEXTERNALPARAMS", "[IN] [OUT] [START] [END]"},
-      {"EMAILSMTP", "ssl:mail.example.com:465"},
-      {"EMAILFROM", "me@example.com"},
-      {"EMAILINVOICECC", "you@example.com"},
-      {"EMAILMSG", "first(return)(newline)second"}};
+  static const QHash<QString, QString> values = [] {
+    QHash<QString, QString> all;
+    test::forEachRow("app/own-values.json",
+                     [&all](const SplitSetup&, const QStringList& row) { all[row[0]] = row[1]; });
+    return all;
+  }();
   return values;
 }
 

@@ -1,13 +1,9 @@
-// BatchBench: a folder to work in, with a temporary folder of its own, and rows as text.
+// BatchBench: a folder to work in, and rows as text.
 #pragma once
 
 #include "batch/BatchEntries.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/OwnFolder.h"
+#include "tests/support/Programs.h"
 
 namespace folivex::testing {
 
@@ -34,30 +30,14 @@ inline QString lettersOf(const BatchEntries& rows) {
   return letters;
 }
 
-class BatchBench : public ::testing::Test {
+class BatchBench : public test::OwnFolder {
 protected:
-  BatchBench() {
-    QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
-  }
-  ~BatchBench() override { qunsetenv("TMPDIR"); }
-
-  QString at(const QString& name) const { return m_folder.filePath(name); }
-
   QString write(const QString& name, const QByteArray& bytes = "x") const {
     QDir(m_folder.path()).mkpath(QFileInfo(name).path());
-    QFile file(at(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << name.toStdString();
-    file.write(bytes);
-    return file.fileName();
+    test::writeFile(at(name), bytes);
+    return at(name);
   }
-
-  QByteArray read(const QString& name) const {
-    QFile file(at(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
-  }
-
-  QTemporaryDir m_folder;
+  QByteArray read(const QString& name) const { return test::contentOf(at(name)); }
 };
 
 } // namespace folivex::testing

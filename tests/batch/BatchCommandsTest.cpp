@@ -61,6 +61,8 @@ TEST_F(Commands, CountsInWords) {
   m_rows.setStatus(0, "Done");
   m_rows.setStatus(2, "file error");
   EXPECT_EQ(BatchCommands::countText(m_rows), "3 files, 2 in use; 1 done; 1 file error.");
+  m_rows.setStatus(0, "Processing"); // in a second run
+  EXPECT_EQ(BatchCommands::countText(m_rows), "3 files, 2 in use; 1 file error.");
 
   const ScanResult result{
       .added = 1, .stopped = true, .unreadableFolders = 4, .unreadable = {"/a", "/b", "/c"}};

@@ -1,7 +1,6 @@
-// The rows: moving, toggling, deleting, counting, and a batch run over them. What a view is told of
-// it is checked where there is one.
+// The rows: moving, toggling, deleting, counting. What a view is told of them, and a batch run over
+// them, is checked where there is one.
 #include "tests/batch/BatchBench.h"
-#include "tests/support/RecordingOperator.h"
 
 using namespace folivex;
 using folivex::testing::entry;
@@ -64,27 +63,4 @@ TEST_F(Entries, DeletedRangesMayOverlapAndLieOutside) {
     EXPECT_EQ(order(), left);
     EXPECT_EQ(m_rows.inUse(), order().count('a') + order().count('c')) << left;
   }
-}
-
-TEST_F(Entries, RunSetsStatusesAndTheCountsFollow) {
-  const QString good = write("a");
-  const QString bad = write("bad");
-  m_rows.clear();
-  m_rows.append({entry("Yes", good), entry("No", good), entry("Yes", at("missing")),
-                 entry("Yes", bad), entry("Yes", good)});
-  RunState state;
-  test::RecordingOperator person;
-  QStringList processed;
-  runBatch(m_rows, state, person, [&](const QString& path) {
-    processed += path;
-    EXPECT_EQ(texts(m_rows.all()).filter(": Processing").size(), 1);
-    return path == bad ? RowEnd::Failed : RowEnd::Done;
-  });
-  EXPECT_EQ(processed, (QStringList{good, bad, good}));
-  EXPECT_EQ(m_rows.at(1).status, "Ready.");
-  EXPECT_EQ(m_rows.done(), 2);
-  EXPECT_EQ(m_rows.fileErrors(), 2);
-  // What ran before is no matter to a second run.
-  m_rows.setStatus(0, "Processing");
-  EXPECT_EQ(m_rows.done(), 1);
 }

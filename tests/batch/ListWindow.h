@@ -7,10 +7,7 @@
 #include "tests/support/WindowBench.h"
 
 #include <QAction>
-#include <QDropEvent>
 #include <QLabel>
-#include <QMimeData>
-#include <QUrl>
 
 namespace folivex::testing {
 
@@ -58,23 +55,7 @@ protected:
     QTest::keyClick(table(), key, modifiers);
   }
 
-  /// Whether the dialog took them.
-  bool drop(const QStringList& paths) {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const QString& path : paths) {
-      urls += QUrl::fromLocalFile(path);
-    }
-    data.setUrls(urls);
-    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QApplication::sendEvent(&m_list, &enter);
-    QDropEvent dropped({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    dropped.ignore();
-    QApplication::sendEvent(&m_list, &dropped);
-    EXPECT_EQ(enter.isAccepted(), dropped.isAccepted());
-    return dropped.isAccepted();
-  }
+  bool drop(const QStringList& paths) { return dropFiles(&m_list, paths); }
 
   ScriptedDialogs m_dialogs;
   CBatchList m_list{m_dialogs};

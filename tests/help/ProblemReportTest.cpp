@@ -4,6 +4,7 @@
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"
 #include "tests/support/Programs.h"
+#include "tests/support/Rows.h"
 #include "tests/support/WindowBench.h"
 #include "widgets/WindowMemory.h"
 
@@ -75,24 +76,10 @@ TEST(ProblemReport, TellsWhatHelpsToFindAFault) {
 }
 
 TEST(ProblemReport, MessagesLoseNamesAndAddressesAndKeepTheirSense) {
-  SplitSetup setup;
-  setup.emailSmtp = "tls:mail.example.net:587";
-  const std::pair<const char*, const char*> rows[] = {
-      {"/home/anna/tax 2026/a b.pdf: cannot be opened for splitting: no trailer",
-       "(file): cannot be opened for splitting: no trailer"},
-      {"C:\\Users\\Anna\\x.pdf: the file cannot be read", "(file): the file cannot be read"},
-      {"statement of anna.pdf: the file cannot be read", "(file): the file cannot be read"},
-      {"file error! can't read parameters file: /x/anna",
-       "file error! can't read parameters file: (file)"},
-      {"Page 1, h 3, v 4: \"Anna\" differs from the text in punctuation.",
-       "Page 1, h 3, v 4: \"...\" differs from the text in punctuation."},
-      {"the server MAIL.example.net refused anna@example.org",
-       "the server (hidden) refused (address)"},
-  };
-  for (const auto& [message, told] : rows) {
-    const QString text = reportOf(setup, PrivateNames::LeftOut, {message});
-    EXPECT_TRUE(text.contains(QStringLiteral("  %1\n").arg(told))) << text.toStdString();
-  }
+  forEachRow("help/messages.json", [](const SplitSetup& setup, const QStringList& row) {
+    const QString text = reportOf(setup, PrivateNames::LeftOut, {row[0]});
+    EXPECT_TRUE(text.contains(QStringLiteral("  %1\n").arg(row[1]))) << text.toStdString();
+  });
 }
 
 class ReportDialog : public OwnFolder {

@@ -1,13 +1,15 @@
 // Paths of both systems, and folders that are not to be trusted.
 #include "platform/Paths.h"
 #include "tests/support/Programs.h"
+#include "tests/support/Rows.h"
 
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
 
 using namespace folivex::platform;
-using folivex::test::modeOf;
+using namespace folivex;
+using namespace folivex::test;
 
 namespace {
 
@@ -29,36 +31,18 @@ private:
 } // namespace
 
 TEST(Paths, TakenApart) {
-  const char* const rows[][3] = {{"/in/a.pdf", "/in", "a.pdf"},
-                                 {"c:\\in\\a.pdf", "c:\\in", "a.pdf"},
-                                 {"c:\\in/a.pdf", "c:\\in", "a.pdf"},
-                                 {"/a.pdf", "/", "a.pdf"},
-                                 {"c:\\a.pdf", "c:\\", "a.pdf"},
-                                 {"a.pdf", "", "a.pdf"},
-                                 {"/in/", "/in", ""}};
-  for (const auto& [path, folder, title] : rows) {
-    EXPECT_EQ(folderOf(path), folder) << path;
-    EXPECT_EQ(fileTitle(path), title) << path;
-  }
+  forEachRow("platform/paths.json", [](const SplitSetup&, const QStringList& row) {
+    EXPECT_EQ(folderOf(row[0]), row[1]);
+    EXPECT_EQ(fileTitle(row[0]), row[2]);
+  });
   EXPECT_EQ(joinPath("/", "a"), "/a");
   EXPECT_EQ(joinPath("", "a"), "a");
 }
 
 TEST(Paths, TextOfAPageChoosesNoFolder) {
-  const char* const rows[][2] = {{"..", "_"},
-                                 {"", "_"},
-                                 {"../../etc/passwd", ".._.._etc_passwd"},
-                                 {"..\\x", ".._x"},
-                                 {"ACME. . ", "ACME"},
-                                 {"a\nb", "a_b"},
-                                 {"CON", "_CON"},
-                                 {"nul.pdf", "_nul.pdf"},
-                                 {"com1 .txt", "_com1 .txt"},
-                                 {"console", "console"},
-                                 {"Müller GmbH", "Müller GmbH"}};
-  for (const auto& [text, component] : rows) {
-    EXPECT_EQ(safePathComponent(text), QString(component));
-  }
+  forEachRow("platform/components.json", [](const SplitSetup&, const QStringList& row) {
+    EXPECT_EQ(safePathComponent(row[0]), row[1]);
+  });
 }
 
 TEST(Paths, TemporaryFolder) {

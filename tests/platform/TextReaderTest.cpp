@@ -1,6 +1,6 @@
 // What TextReader makes of files of every origin.
 #include "platform/TextFile.h"
-#include "tests/support/Printing.h"
+#include "tests/support/Rows.h"
 
 #include <QBuffer>
 #include <QTemporaryDir>
@@ -9,6 +9,7 @@
 
 #include <sys/stat.h>
 
+using namespace folivex;
 using namespace folivex::platform;
 
 namespace {
@@ -61,39 +62,9 @@ private:
 } // namespace
 
 TEST(TextReader, LinesAndEncodings) {
-  struct Row {
-    const char* fault;
-    QByteArray bytes;
-    QStringList lines;
-  };
-  const QByteArray nul(1, '\0');
-  const Row rows[] = {
-      {"a line made of nothing", "", {}},
-      {"the mark taken for a line", "\xEF\xBB\xBF", {}},
-      {"line ends of the writer counted twice", "a\r\r\nb\r\r\n", {"a", "b"}},
-      {"line ends of other systems", "a\r\nb\nc\rd", {"a", "b", "c", "d"}},
-      {"empty lines lost", "a\n\r\n\r\r\nb", {"a", "", "", "b"}},
-      {"mark left in the first key", "\xEF\xBB\xBFKEY;\xC3\xA9", {"KEY;é"}},
-      {"UTF-8 with neither mark nor header", "KEY;\xC3\xA9", {"KEY;é"}},
-      {"old code page", "M\xFCller \x80\n\x8D", {"Müller €", QString(QChar(0x8D))}},
-      {"character cut short at the end", "\xC3\xA9 \xC3", {"Ã© Ã"}},
-      {"bad byte under a header", "UNICODEV4\n\xE9z", {"UNICODEV4", "\uFFFDz"}},
-      {"UTF-16",
-       QByteArray("\xFF\xFE"
-                  "a\0\n\0\xAC\x20",
-                  8),
-       {"a", "€"}},
-      {"UTF-16 of the other order",
-       QByteArray("\xFE\xFF"
-                  "\0a\0\n\x20\xAC",
-                  8),
-       {"a", "€"}},
-      {"text behind a U+0000", "a" + nul + "b\nc", {"a", "c"}},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
-    EXPECT_EQ(linesOf(row.bytes), row.lines);
-  }
+  test::forEachRow("platform/texts.json", [](const SplitSetup&, const QStringList& row) {
+    EXPECT_EQ(linesOf(row[0].toLatin1()), row.mid(1));
+  });
   EXPECT_EQ(linesOf(QByteArray(40'000, '\n') + "\xE9\n").last(), QStringLiteral("é"))
       << "one old byte far behind UTF-8";
 }

@@ -1,6 +1,7 @@
 // What TextWriter leaves on the disk, also when the disk or somebody else is in the way.
 #include "platform/TextFile.h"
 #include "tests/support/Programs.h"
+#include "tests/support/Rows.h"
 #include "tests/support/SmallDisk.h"
 
 #include <QTemporaryDir>
@@ -10,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace folivex;
 using namespace folivex::platform;
 using namespace folivex::test;
 
@@ -26,27 +28,15 @@ protected:
 } // namespace
 
 TEST_F(TextWriterTest, BytesOnDisk) {
-  struct Row {
-    const char* fault;
-    QString text;
-    QByteArray bytes;
-  };
-  const Row rows[] = {
-      {"no mark in an empty file", QString(), ""},
-      {"a line end not doubled", QStringLiteral("a\r\nb\r\n"), "a\r\r\nb\r\r\n"},
-      {"a plain LF left bare", QStringLiteral("\n\n"), "\r\n\r\n"},
-      {"a lone CR changed", QStringLiteral("a\rb"), "a\rb"},
-      {"text outside Latin lost", QString::fromUtf8("é € 😀"), "é € 😀"},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
+  forEachRow("platform/written.json", [this](const SplitSetup&, const QStringList& row) {
+    const QByteArray bytes = row[1].toUtf8();
     TextWriter writer;
     ASSERT_TRUE(writer.open(at("f")));
-    EXPECT_EQ(writer.write(row.text), row.text.size()) << "characters, not bytes";
-    EXPECT_EQ(writer.position(), mark.size() + row.bytes.size());
+    EXPECT_EQ(writer.write(row[0]), row[0].size()) << "characters, not bytes";
+    EXPECT_EQ(writer.position(), mark.size() + bytes.size());
     ASSERT_TRUE(writer.close());
-    EXPECT_EQ(contentOf(at("f")), mark + row.bytes);
-  }
+    EXPECT_EQ(contentOf(at("f")), mark + bytes);
+  });
 }
 
 TEST_F(TextWriterTest, TakesALineBackWhetherFlushedOrNot) {

@@ -12,17 +12,23 @@ namespace {
 
 using HelpAndReport = ProgramWindowsBench;
 
-TEST_F(HelpAndReport, F1AsksForThePageOfTheWindowItIsPressedIn) {
+TEST_F(HelpAndReport, IsAskedForInEachWindow) {
   trigger("prepareList");
   QTest::keyClick(control<QWidget>(opened<CBatchList>(), "list"), Qt::Key_F1);
   auto* page = control<QTextBrowser>(opened<HelpWindow>(), "helpPage");
   EXPECT_TRUE(page->source().toString().endsWith(QStringLiteral("/batch.html")));
-  const NextDialog updates([&](QDialog* dialog) {
-    QTest::keyClick(control<QWidget>(dialog, "address"), Qt::Key_F1);
-    EXPECT_TRUE(page->source().toString().endsWith(QStringLiteral("/updates.html")));
-    dialog->reject();
-  });
-  trigger("updateCheck");
+  const auto opens = [&](const char* action, const QString& place, const char* name, bool byKey) {
+    const NextDialog next([&](QDialog* dialog) {
+      auto* asks = control<QWidget>(dialog, name);
+      byKey ? QTest::keyClick(asks, Qt::Key_F1) : QTest::mouseClick(asks, Qt::LeftButton);
+      EXPECT_TRUE(page->source().toString().endsWith(place)) << action;
+      dialog->reject();
+    });
+    trigger(action);
+  };
+  opens("updateCheck", "/updates.html", "address", true);
+  opens("openOtherSettings", "/other-settings.html", "OTHERSETTINGSREMOVETEXT", true);
+  opens("openReportOptions", "/reports.html", "help", false);
 }
 
 TEST_F(HelpAndReport, TheReportKnowsTheLibrariesAndTheLastMessageBoxOfAnyWindow) {

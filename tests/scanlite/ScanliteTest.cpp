@@ -1,5 +1,5 @@
 // Scanlite as a process, with the real OCR programs behind it.
-#include "tests/support/Programs.h"
+#include "tests/support/CompanionStop.h"
 
 #include <QTemporaryDir>
 
@@ -13,18 +13,6 @@ QProcessEnvironment environmentWith(const QString& name, const QString& value) {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(name, value);
   return environment;
-}
-
-// Programs that still run with a text in their command line.
-QStringList processesNaming(const QString& text) {
-  QStringList found;
-  for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
-    QFile commandLine(QStringLiteral("/proc/%1/cmdline").arg(entry));
-    if (commandLine.open(QFile::ReadOnly) && commandLine.readAll().contains(text.toUtf8())) {
-      found.append(entry);
-    }
-  }
-  return found;
 }
 
 class Scanlite : public testing::Test {
@@ -96,21 +84,9 @@ TEST_F(Scanlite, SaysWhatIsWrongAndLeavesNoCopy) {
 }
 
 TEST_F(Scanlite, ToldToStopItEndsItsProgramsAndCleansUp) {
-  QProcess process;
-  process.start(program, {makeScan(12), copy(), "0"});
-  ASSERT_TRUE(process.waitForStarted(-1));
   // Not before the OCR program has started programs of its own: those are what could be left
   // behind.
-  QString workFolder;
-  while (workFolder.isEmpty() || processesNaming(workFolder).size() < 2) {
-    ASSERT_FALSE(process.waitForFinished(20)) << "it ended before it could be stopped";
-    workFolder = copies().filter(".scanlite-").value(0);
-  }
-  process.terminate();
-  ASSERT_TRUE(process.waitForFinished(hangLimit));
-  EXPECT_EQ(process.exitCode(), 143);
-  EXPECT_EQ(copies(), QStringList());
-  EXPECT_EQ(processesNaming(workFolder), QStringList());
+  expectStopLeavesNothing(program, {makeScan(12), copy(), "0"}, path("copies"), 2);
 }
 
 } // namespace

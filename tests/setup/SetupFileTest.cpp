@@ -22,20 +22,6 @@ struct Loaded {
   bool automation = false;
 };
 
-/// The lines of a setup that a new one has not, without the blank at their ends.
-QStringList changed(const SplitSetup& setup, const QString& copy = {}) {
-  const QStringList before = setupFileText(SplitSetup()).split("\r\n");
-  const QStringList after = setupFileText(setup).split("\r\n");
-  EXPECT_EQ(before.size(), after.size());
-  QStringList lines;
-  for (qsizetype i = 0; i < after.size(); ++i) {
-    if (after[i] != before.value(i)) {
-      lines += copy + after[i].chopped(1);
-    }
-  }
-  return lines;
-}
-
 } // namespace
 
 // Every field of the file differs from its default and from its neighbours.
@@ -52,7 +38,7 @@ TEST(SetupFile, EveryFieldComesBackToItsCopyAndItsLine) {
   EXPECT_EQ(setupFileText(whole), QString(text).replace("\n", "\r\n"));
   EXPECT_EQ(whole.emailMsg, "Hello\r\n\r\nBye");
   EXPECT_EQ(keysLostInFile(whole), QStringList());
-  EXPECT_EQ(changed(whole).size() + 1, text.count(u'\n')) << "a field at its default";
+  EXPECT_EQ(changedLines(whole).size() + 1, text.count(u'\n')) << "a field at its default";
 
   const Loaded loaded(text);
   EXPECT_FALSE(loaded.automation || loaded.edited.useOutlookAuto);
@@ -64,19 +50,19 @@ TEST(SetupFile, EveryFieldComesBackToItsCopyAndItsLine) {
                             "REPORTUSEFILELIST;/names.txt",
                             "REPORTREMOVECHARS;()",
                             "HORIZWORDSPACING;1.500000"};
-  EXPECT_EQ(changed(loaded.working), working);
-  QStringList edited = changed(whole);
+  EXPECT_EQ(changedLines(loaded.working), working);
+  QStringList edited = changedLines(whole);
   for (const QString& line : working + QStringList{"USEOUTLOOKAUTO;1"}) {
     edited.removeAll(line);
   }
-  EXPECT_EQ(changed(loaded.edited), edited);
+  EXPECT_EQ(changedLines(loaded.edited), edited);
 }
 
 TEST(SetupFile, OddLines) {
   forEachRow("setup/lines.json", [](const SplitSetup&, const QStringList& row) {
     const Loaded loaded(row[0]);
-    const QStringList found = changed(loaded.edited) +
-                              changed(loaded.working, QStringLiteral("working ")) +
+    const QStringList found = changedLines(loaded.edited) +
+                              changedLines(loaded.working, QStringLiteral("working ")) +
                               (loaded.automation ? QStringList{"automation"} : QStringList());
     EXPECT_EQ(found.join(u'|'), row[1]);
   });

@@ -1,31 +1,19 @@
 // Loading and saving setups on a real disk.
 #include "engine/setup/SetupStore.h"
+#include "tests/support/OwnFolder.h"
 #include "tests/support/Programs.h"
 #include "tests/support/SmallDisk.h"
-
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace folivex;
 using namespace folivex::test;
 
 namespace {
 
-/// A temporary folder of one test, and a store whose example setup is the one that is shipped.
-class SetupStoreTest : public testing::Test {
+/// A store whose example setup is the one that is shipped.
+class SetupStoreTest : public OwnFolder {
 protected:
-  SetupStoreTest() : m_old(qgetenv("TMPDIR")) {
-    qputenv("TMPDIR", QFile::encodeName(m_temporary.path()));
-  }
-  ~SetupStoreTest() override { m_old.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", m_old); }
+  QString defaultFile() const { return at("tmp/Folivex.ini"); }
 
-  QString at(const QString& name) const { return m_folder.filePath(name); }
-  QString defaultFile() const { return m_temporary.filePath(QStringLiteral("Folivex.ini")); }
-
-  QTemporaryDir m_temporary;
-  QTemporaryDir m_folder;
-  QByteArray m_old;
   QString m_samples = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples");
   SetupStore store{m_samples};
 };

@@ -1,5 +1,6 @@
 // Sheetflat as a process, with the real converter behind it.
 #include "tests/sheetflat/SheetBench.h"
+#include "tests/support/CompanionStop.h"
 #include "tests/support/Rows.h"
 
 namespace {
@@ -122,34 +123,8 @@ TEST_F(Sheetflat, ATableWithoutEndIsRefused) {
   EXPECT_EQ(outputs(), QStringList());
 }
 
-// Programs that still run in a folder.
-QStringList processesIn(const QString& workFolder) {
-  QStringList found;
-  for (const QString& entry : QDir("/proc").entryList(QDir::Dirs)) {
-    if (QFile::symLinkTarget(QStringLiteral("/proc/%1/cwd").arg(entry)) == workFolder) {
-      found += entry;
-    }
-  }
-  return found;
-}
-
 TEST_F(Sheetflat, ToldToStopItEndsTheConverterAndCleansUp) {
-  QProcess process;
-  process.start(
-      program,
-      {makeSheet("far.xlsx", R"([["Email", {"number": 1, "at": "XFD1048576"}]])"), output()});
-  ASSERT_TRUE(process.waitForStarted(-1));
-  QString workFolder;
-  while (workFolder.isEmpty() || processesIn(workFolder).isEmpty()) {
-    ASSERT_FALSE(process.waitForFinished(10)) << "it ended before it could be stopped";
-    const QStringList workFolders = outputs().filter(".sheetflat-");
-    workFolder = workFolders.isEmpty() ? QString() : path("out/" + workFolders[0]);
-  }
-  process.terminate();
-  ASSERT_TRUE(process.waitForFinished(hangLimit));
-  EXPECT_EQ(process.exitCode(), 143);
-  EXPECT_EQ(outputs(), QStringList());
-  EXPECT_EQ(processesIn(workFolder), QStringList());
+  expectStopLeavesNothing(program, {makeSheet("far.xlsx", farCorner), output()}, path("out"), 1);
 }
 
 } // namespace

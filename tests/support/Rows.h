@@ -24,6 +24,21 @@ inline void applySettings(SplitSetup& setup, const QJsonObject& settings) {
   }
 }
 
+/// The lines of a setup's file that a new one has not, without the blank at their ends, `copy` in
+/// front of each.
+inline QStringList changedLines(const SplitSetup& setup, const QString& copy = {}) {
+  const QStringList before = setupFileText(SplitSetup()).split("\r\n");
+  const QStringList after = setupFileText(setup).split("\r\n");
+  EXPECT_EQ(before.size(), after.size());
+  QStringList lines;
+  for (qsizetype i = 0; i < after.size(); ++i) {
+    if (after[i] != before.value(i)) {
+      lines += copy + after[i].chopped(1);
+    }
+  }
+  return lines;
+}
+
 /// Calls `check(setup, texts)` for each row of tests/`file`: groups of {"settings", "rows"}, a row
 /// being the fault that it would catch, settings of its own (which may be left out), and texts.
 template <typename Check> void forEachRow(const char* file, Check check) {

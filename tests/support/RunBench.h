@@ -4,12 +4,11 @@
 #include "engine/job/JobDriver.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
+#include "tests/support/OwnFolder.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RealLibraries.h"
 #include "tests/support/RecordingOperator.h"
 #include "tests/support/TextPdf.h"
-
-#include <QTemporaryDir>
 
 #include <memory>
 
@@ -27,14 +26,11 @@ inline TextPdf statements(const QStringList& pages) {
 /// A folder with "in", "out" and "tmp" in it, and a driver whose temporary folder the last one is.
 /// Splits "in/a.pdf" from match to next match at "Account:", named after the next word, until a
 /// test says otherwise.
-class RunBench : public testing::Test {
+class RunBench : public OwnFolder {
 protected:
   RunBench() {
-    for (const char* name : {"in", "out", "tmp"}) {
-      QDir(folder()).mkdir(QLatin1String(name));
-    }
-    m_temporaryBefore = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+    QDir(folder()).mkdir("in");
+    QDir(folder()).mkdir("out");
     setup().fileName = source();
     setup().outputDir = at("out");
     setup().findString = QStringLiteral("Account:");
@@ -43,11 +39,8 @@ protected:
     setup().prefixFileName.clear();
     m_driver = std::make_unique<JobDriver>(m_store, RealLibraries::get().all(), m_person);
   }
-  ~RunBench() override { qputenv("TMPDIR", m_temporaryBefore); }
 
   QString folder() const { return m_folder.path(); }
-  QString at(const QString& name) const { return m_folder.filePath(name); }
-  QString at(const char* name) const { return at(QString::fromUtf8(name)); }
   QString source() const { return at("in/a.pdf"); }
   SplitSetup& setup() { return m_store.edited(); }
   JobDriver& driver() { return *m_driver; }
@@ -79,8 +72,6 @@ protected:
     return lines;
   }
 
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore;
   SetupStore m_store;
   RecordingOperator m_person;
   std::unique_ptr<JobDriver> m_driver;

@@ -2,17 +2,18 @@
 // and no wait that is not for something.
 #pragma once
 
+#include "tests/support/OwnFolder.h"
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
+#include <QDropEvent>
 #include <QElapsedTimer>
-#include <QFile>
+#include <QMimeData>
 #include <QPointer>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,8 @@
 #include <functional>
 
 namespace folivex::testing {
+
+using test::OwnFolder;
 
 /// How long a condition may take before a test fails: far more than a slow machine needs.
 inline constexpr int patienceMs = 60'000;
@@ -55,19 +58,24 @@ inline void typeInto(QWidget* window, const char* name, const QString& text) {
   QTest::keyClicks(field, text);
 }
 
-/// A folder of the test's own: what it writes, what it remembers, and its temporary files below it.
-class OwnFolder : public ::testing::Test {
-protected:
-  OwnFolder() {
-    QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+/// Drags files over a window and lets them go where it would take them; whether it did.
+inline bool dropFiles(QWidget* window, const QStringList& paths) {
+  QMimeData data;
+  QList<QUrl> urls;
+  for (const QString& path : paths) {
+    urls += QUrl::fromLocalFile(path);
   }
-  ~OwnFolder() override { qputenv("TMPDIR", m_temporaryBefore); }
-  QString at(const char* name) const { return m_folder.filePath(QString::fromUtf8(name)); }
-
-  QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore = qgetenv("TMPDIR");
-};
+  data.setUrls(urls);
+  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  enter.ignore();
+  drop.ignore();
+  QApplication::sendEvent(window, &enter);
+  if (enter.isAccepted()) {
+    QApplication::sendEvent(window, &drop);
+  }
+  return drop.isAccepted();
+}
 
 /// Acts on the next modal dialog that opens (QDialog::exec) as soon as it does. The test fails when
 /// it never came: see the destructor. `action` must close the dialog.

@@ -1,4 +1,5 @@
 // The library that asks, against a real https server.
+#include "tests/support/Rows.h"
 #include "tests/updates/UpdateBench.h"
 #include "updates/UpdateLibrary.h"
 
@@ -45,37 +46,16 @@ TEST_F(UpdateFetch, HandsBackTheDocumentAndSendsNothingThatTellsAPerson) {
 }
 
 TEST_F(UpdateFetch, RefusesWhatIsNotToBeTrusted) {
-  const QString own = certificate("own");
-  struct Row {
-    const char* fault;
-    QString address;
-    QString certificates;
-    int32_t code;
-  };
-  const Row rows[] = {
-      {"plain address asked", plain("/newer"), own, UPDATES_BAD_ADDRESS},
-      {"file read", "file:///etc/passwd", own, UPDATES_BAD_ADDRESS},
-      {"scheme guessed", "localhost/newer", own, UPDATES_BAD_ADDRESS},
-      {"login sent", "https://a:b@localhost/", own, UPDATES_BAD_ADDRESS},
-      {"header added", secure("/newer\r\nX: 1"), own, UPDATES_BAD_ADDRESS},
-      {"redirect to plain followed", secure("/to-plain"), own, UPDATES_NOT_ENCRYPTED},
-      {"redirect to a file followed", secure("/to-file"), own, UPDATES_NOT_ENCRYPTED},
-      {"redirects without end", secure("/loop"), own, UPDATES_FAILED},
-      {"unknown authority", secure("/newer"), QString(), UPDATES_NOT_TRUSTED},
-      {"another's certificate", secure("/newer"), certificate("other"), UPDATES_NOT_TRUSTED},
-      {"certificate of another host", secureByNumber("/newer"), own, UPDATES_NOT_TRUSTED},
-      {"length believed", secure("/huge"), own, UPDATES_TOO_LARGE},
-      {"body without end", secure("/endless"), own, UPDATES_TOO_LARGE},
-      {"error page taken for the document", secure("/missing"), own, UPDATES_NO_DOCUMENT},
-      {"nobody there", "https://localhost:1/", own, UPDATES_NOT_REACHED},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.fault);
-    const Answer answer = fetch(row.address, row.certificates);
-    EXPECT_EQ(answer.code, row.code) << answer.text.toStdString();
+  test::forEachRow("updates/refusals.json", [this](const SplitSetup&, const QStringList& row) {
+    const QString address = QString(row[0])
+                                .replace("SECURE", secure(""))
+                                .replace("NUMBER", secureByNumber(""))
+                                .replace("PLAIN", plain(""));
+    const Answer answer = fetch(address, row[1].isEmpty() ? QString() : certificate(row[1]));
+    EXPECT_EQ(answer.code, row[2].toInt()) << answer.text.toStdString();
     EXPECT_EQ(answer.document, QByteArray());
     EXPECT_FALSE(answer.text.isEmpty());
-  }
+  });
 }
 
 TEST_F(UpdateFetch, AServerThatHangsIsGivenUp) {

@@ -1,20 +1,14 @@
 // Pointing at words: what the viewer tells is what the engine finds.
 #include "ViewerBench.h"
 
+#include "tests/support/Rows.h"
+
 #include <QClipboard>
 
 namespace folivex::test {
 namespace {
 
-struct ListingCase {
-  const char* fault;
-  const char* content; ///< of a page made for the case; null for the sample
-  const char* pageEntries;
-  bool swapAxes;
-  const char* someWord;
-};
-
-class PageWordsAsListed : public ViewerBench, public ::testing::WithParamInterface<ListingCase> {
+class PagePick : public ViewerBench {
 protected:
   /// "word|h|v" of every word on page 1, as the engine lists them for a person.
   QStringList listed() {
@@ -44,61 +38,47 @@ protected:
   }
 };
 
-TEST_P(PageWordsAsListed, AreThoseThatAreToldAndPicked) {
-  const ListingCase& row = GetParam();
-  QString path = samplePath();
-  if (row.content != nullptr) {
-    testpdf::PdfBuilder pdf;
-    const int font = pdf.addFont("Helvetica");
-    pdf.addPage(row.content, "/Font<</F " + testpdf::PdfBuilder::ref(font) + ">>", row.pageEntries);
-    path = at("made.pdf");
-    pdf.write(path.toStdString());
-  }
-  setup().fileName = path;
-  setup().rotated = row.swapAxes;
-  open({path, {}, row.swapAxes});
-  QStringList viewed;
-  for (const ViewedWord& one : words()) {
-    viewed += QStringLiteral("%1|%2|%3").arg(one.text).arg(one.h).arg(one.v);
-    EXPECT_TRUE(hasInk(one.box)) << one.text.toStdString() << " is boxed where nothing is drawn";
-  }
-  EXPECT_EQ(viewed, listed());
-  ASSERT_FALSE(viewed.isEmpty());
+/// A row: the page after "page" of PdfBuilder::addText, or nothing for the sample; a word of it;
+/// and perhaps where the second word is shown and where a token finds it.
+TEST_F(PagePick, WordsAreThoseThatAreListedAndStandWhereTheyAreDrawn) {
+  int made = 0;
+  forEachRow("viewer/pages.json", [&](const SplitSetup& settings, const QStringList& row) {
+    QString path = samplePath();
+    if (!row[0].isEmpty()) {
+      testpdf::PdfBuilder pdf;
+      pdf.addText("F = <</Type/Font/Subtype/Type1/BaseFont/Helvetica>>\nR = <</Font<</F @F>>>>\n"
+                  "page /Resources @R" +
+                  row[0].toStdString());
+      path = at(QString::number(++made));
+      pdf.write(path.toStdString());
+    }
+    setup().fileName = path;
+    setup().rotated = settings.rotated;
+    open({path, {}, settings.rotated});
+    QStringList viewed;
+    for (const ViewedWord& one : words()) {
+      viewed += QStringLiteral("%1|%2|%3").arg(one.text).arg(one.h).arg(one.v);
+      EXPECT_TRUE(hasInk(one.box)) << one.text.toStdString() << " is boxed where nothing is drawn";
+    }
+    EXPECT_EQ(viewed, listed());
+    ASSERT_FALSE(viewed.isEmpty());
+    if (row.size() > 2) {
+      EXPECT_EQ(QStringLiteral("%1 %2").arg(words()[1].h).arg(words()[1].lookupH), row[2]);
+    }
 
-  QStringList picked;
-  m_viewer.onWordPicked = [&](const PickedWord& one, int) {
-    picked +=
-        QStringLiteral("%1 h %2, v %3   %4").arg(one.page).arg(one.h).arg(one.v).arg(one.text);
-  };
-  const ViewedWord& one = word(row.someWord);
-  moveTo(placeOf(one));
-  EXPECT_EQ(told("wordText"),
-            QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
-  QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
-  EXPECT_EQ(picked, QStringList("1 " + told("wordText")));
-  if (QByteArray(row.fault) == "WordsUponEachOther") {
-    // Right-to-left lines look like this to a search: each word counts as beside the one before.
-    EXPECT_EQ(words()[1].h, 110);
-    EXPECT_EQ(words()[1].lookupH, 100);
-  }
+    QStringList picked;
+    m_viewer.onWordPicked = [&](const PickedWord& one, int) {
+      picked +=
+          QStringLiteral("%1 h %2, v %3   %4").arg(one.page).arg(one.h).arg(one.v).arg(one.text);
+    };
+    const ViewedWord& one = word(row[1].toLatin1());
+    moveTo(placeOf(one));
+    EXPECT_EQ(told("wordText"),
+              QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
+    QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
+    EXPECT_EQ(picked, QStringList("1 " + told("wordText")));
+  });
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages, PageWordsAsListed,
-    ::testing::Values(
-        ListingCase{"Sample", nullptr, "", false, "Customer:"},
-        ListingCase{"AxesSwapped", nullptr, "", true, "Customer:"},
-        ListingCase{"PageTurned", "BT /F 12 Tf 100 700 Td (first) Tj 0 -40 Td (second) Tj ET",
-                    "/Rotate 90", false, "second"},
-        ListingCase{"PageTurnedAndCropped",
-                    "BT /F 12 Tf 100 700 Td (first) Tj 0 -40 Td (second) Tj ET",
-                    "/Rotate 270/CropBox[50 300 500 750]", false, "first"},
-        ListingCase{"WordsUponEachOther",
-                    "BT /F 12 Tf 100 700 Td (MMMM) Tj 0 0 Td (III) Tj 0 -40 Td (last) Tj ET", "",
-                    false, "last"}),
-    [](const auto& tested) { return std::string(tested.param.fault); });
-
-class PagePick : public ViewerBench {};
 
 TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
   m_viewer.setTargets({"Search word", "Until word"});

@@ -1,6 +1,8 @@
 // Files and pages that cannot be shown.
 #include "ViewerBench.h"
 
+#include "tests/support/Rows.h"
+
 #include <QEventLoop>
 #include <QToolButton>
 
@@ -27,25 +29,13 @@ TEST_F(PageProblems, AreToldInPlainWordsAndTheNextFileOpens) {
   writeFile(at("text.pdf"), "This is no PDF at all.");
   writeFile(at("empty.pdf"), "");
   QDir(m_folder.path()).mkdir("folder.pdf");
-  const struct {
-    const char* file;
-    const char* password;
-    const char* told;
-  } rows[] = {
-      {"locked.pdf", "", "protected by a password, and none is set"},
-      {"locked.pdf", "wrong", "the password that is set does not open it"},
-      {"text.pdf", "", "no PDF"},
-      {"empty.pdf", "", "no PDF"},
-      {"folder.pdf", "", "no ordinary file"},
-      {"nothing.pdf", "", "not there"},
-  };
-  for (const auto& row : rows) {
-    const QString state = stateOf(at(row.file), row.password);
-    EXPECT_TRUE(state.startsWith(at(row.file)) && state.contains(row.told))
-        << row.file << ": " << state.toStdString();
+  forEachRow("viewer/problems.json", [this](const SplitSetup&, const QStringList& row) {
+    const QString path = at(row[0]);
+    const QString state = stateOf(path, row[1]);
+    EXPECT_TRUE(state.startsWith(path) && state.contains(row[2])) << state.toStdString();
     EXPECT_FALSE(control<QToolButton>(&m_viewer, "nextPage")->isEnabled());
     EXPECT_EQ(canvas().currentWord(), -1);
-  }
+  });
   EXPECT_EQ(stateOf(at("locked.pdf"), "user"), "");
   EXPECT_TRUE(isDrawn());
   EXPECT_FALSE(words().empty());
@@ -66,22 +56,9 @@ TEST_F(PageProblems, AFileThatComesLaterOpensOnReload) {
 }
 
 TEST_F(PageProblems, ADamagedPageStandsAmongSoundOnes) {
+  // One too large, one of no size and without its content, one with a pattern filled with itself.
   testpdf::PdfBuilder pdf;
-  const std::string font = "/Font<</F " + testpdf::PdfBuilder::ref(pdf.addFont("Helvetica")) + ">>";
-  const std::string text = "BT /F 12 Tf 100 700 Td (word) Tj ET";
-  pdf.addPage(text, font);
-  pdf.addPage(text, font, "/MediaBox[0 0 1e30 1e30]");
-  pdf.addPageObject(testpdf::PdfBuilder::ref(4711), font, "/MediaBox[0 0 0 0]");
-  // A pattern that is filled with itself.
-  const int pattern = pdf.reserve();
-  pdf.set(pattern, testpdf::PdfBuilder::stream(
-                       "/Pattern cs /P scn 0 0 10 10 re f",
-                       "/Type/Pattern/PatternType 1/PaintType 1/TilingType 1/BBox[0 0 10 10]/XStep "
-                       "10/YStep 10/Resources<</Pattern<</P " +
-                           testpdf::PdfBuilder::ref(pattern) + ">>>>"));
-  pdf.addPage("/Pattern cs /P scn 0 0 600 800 re f",
-              "/Pattern<</P " + testpdf::PdfBuilder::ref(pattern) + ">>");
-  pdf.addPage(text, font);
+  pdf.addText(contentOf(FOLIVEX_SOURCE_DIR "/tests/viewer/damaged.txt").toStdString());
   pdf.write(at("damaged.pdf").toStdString());
   open({at("damaged.pdf"), {}, false});
   ASSERT_EQ(m_viewer.pageCount(), 5);
@@ -101,19 +78,15 @@ TEST_F(PageProblems, ADamagedPageStandsAmongSoundOnes) {
 
 TEST_F(PageProblems, APageThatDrawsForLongKeepsNobodyWaitingAtTheEnd) {
   testpdf::PdfBuilder pdf;
-  const auto form = [&pdf](const char* content, int inner) {
-    std::string all;
-    for (int i = 0; i < 20; ++i) {
-      all += content;
-    }
-    return pdf.addStream(all, "/Subtype/Form/BBox[0 0 600 800]/Resources<</XObject<</N " +
-                                  testpdf::PdfBuilder::ref(inner) + ">>>>");
-  };
-  int content = form("0 0 600 800 re f ", 1);
-  for (int depth = 0; depth < 8; ++depth) {
-    content = form("/N Do ", content);
+  for (int depth = 0; depth <= 8; ++depth) {
+    const QByteArray drawn = depth == 0 ? "0 0 600 800 re f " : "/N Do ";
+    pdf.addText(QByteArray("form" + QByteArray::number(depth) +
+                           " = /Subtype/Form/BBox[0 0 600 800]/Resources<</XObject<</N @form" +
+                           QByteArray::number(std::max(depth - 1, 0)) + ">>>> | " +
+                           drawn.repeated(20))
+                    .toStdString());
   }
-  pdf.addPage("/N Do", "/XObject<</N " + testpdf::PdfBuilder::ref(content) + ">>");
+  pdf.addText("page /Resources<</XObject<</N @form8>>>> | /N Do");
   pdf.write(at("slow.pdf").toStdString());
   const auto end = std::async(std::launch::async, [this] {
     const QEventLoop events; // without one, a thread has no events

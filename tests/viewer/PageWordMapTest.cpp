@@ -1,7 +1,7 @@
 // Finding words by place, on words made in memory.
 #include "app/viewer/PageWordMap.h"
 
-#include "tests/support/Programs.h"
+#include "tests/support/Rows.h"
 
 namespace folivex::test {
 namespace {
@@ -34,22 +34,13 @@ TEST(PageWordMaps, StepToTheWordThatAnEyeWouldGoTo) {
 
 TEST(PageWordMaps, FindTheWordsOfAMatch) {
   const PageWordMap map(somePage());
-  const struct {
-    const char* text;
-    int h, v;
-    std::vector<int> words;
-  } rows[] = {
-      {"Account", 90, 80, {3}},
-      {"Account number:", 140, 50, {0, 1}},
-      {"account NUMBER:", 145, 80, {3, 4}},
-      {"new Account number:", 140, 50, {0, 1}}, // began on the page before
-      {"seal", 405, 80, {6}},                   // not the word below it
-      {"", 400, 50, {2}},
-      {"Account", 91, 80, {}},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(map.wordsOfMatch(QString::fromUtf8(row.text), row.h, row.v), row.words) << row.text;
-  }
+  forEachRow("viewer/matches.json", [&map](const SplitSetup&, const QStringList& row) {
+    QString found;
+    for (const int word : map.wordsOfMatch(row[0], row[1].toInt(), row[2].toInt())) {
+      found += QString::number(word);
+    }
+    EXPECT_EQ(found, row[3]);
+  });
 }
 
 TEST(PageWordMaps, RangesHoldTheWordsThatASearchWouldTake) {

@@ -24,8 +24,13 @@ namespace {
 constexpr size_t mostRanges = 64;
 constexpr int32_t mostPages = 256;
 
+/// A caller that found no room goes on when half of it is free: to wake it for each range would
+/// cost more than many ranges do.
+constexpr size_t fewRanges = mostRanges / 2;
+constexpr int32_t fewPages = mostPages / 2;
+
 /// So often must the caller have waited before a second thread opens the source once more.
-constexpr int waitsForHelp = 64;
+constexpr int waitsForHelp = 12;
 
 /// On many systems names that differ in case alone lead to one file.
 bool isSameTarget(const std::string& one, const std::string& other) {
@@ -120,7 +125,7 @@ RangeWriter::~RangeWriter() {
     const std::lock_guard lock(m_mutex);
     m_isEnding = true;
   }
-  m_changed.notify_all();
+  m_toDo.notify_all();
   m_thread.join();
   if (m_helper.joinable()) {
     m_helper.join();
@@ -142,6 +147,10 @@ bool RangeWriter::hasRoomFor(int32_t pages) const {
          (m_waiting.size() < mostRanges && m_waitingPages <= mostPages - pages);
 }
 
+bool RangeWriter::hasMuchRoom() const {
+  return m_waiting.empty() || (m_waiting.size() <= fewRanges && m_waitingPages <= fewPages);
+}
+
 bool RangeWriter::waitForRoom(const std::shared_ptr<Source>& source, int32_t pages,
                               std::optional<std::chrono::milliseconds> longest) {
   bool isSlow = false;
@@ -150,8 +159,11 @@ bool RangeWriter::waitForRoom(const std::shared_ptr<Source>& source, int32_t pag
     std::unique_lock lock(m_mutex);
     if (!hasRoomFor(pages)) {
       isSlow = ++m_waits == waitsForHelp;
-      hasRoom = waitUntil(
-          lock, [&] { return hasRoomFor(pages); }, longest);
+      m_waitsForRoom = true;
+      waitUntil(
+          lock, [this] { return hasMuchRoom(); }, longest);
+      m_waitsForRoom = false;
+      hasRoom = hasRoomFor(pages);
     }
   }
   if (isSlow) {
@@ -171,7 +183,7 @@ void RangeWriter::put(Task task) {
       m_waiting.back().number = ++m_handed;
     }
   }
-  m_changed.notify_all();
+  m_toDo.notify_all();
 }
 
 /// Opening a file again is worth its while only where much is left to be written.
@@ -196,8 +208,8 @@ void RangeWriter::endHelp() {
   std::unique_lock lock(m_mutex);
   m_helpEnds = true;
   m_waits = 0;
-  m_changed.notify_all();
-  m_changed.wait(lock, [this] { return !m_isHelperOpen; });
+  m_toDo.notify_all();
+  m_done.wait(lock, [this] { return !m_isHelperOpen; });
 }
 
 int64_t RangeWriter::finishedUpTo() const {
@@ -223,9 +235,9 @@ int32_t RangeWriter::unfinished() const {
 bool RangeWriter::waitUntil(std::unique_lock<std::mutex>& lock, const std::function<bool()>& holds,
                             std::optional<std::chrono::milliseconds> longest) {
   if (longest) {
-    return m_changed.wait_for(lock, *longest, holds);
+    return m_done.wait_for(lock, *longest, holds);
   }
-  m_changed.wait(lock, holds);
+  m_done.wait(lock, holds);
   return true;
 }
 
@@ -296,21 +308,32 @@ void RangeWriter::writeFront(std::unique_lock<std::mutex>& lock, Written& mine, 
     m_waitingPages -= pagesOf(*task.order);
     mine = {task.number, task.order->target};
   }
+  const bool wakesCaller = m_waitsForRoom && hasMuchRoom();
+  const bool wakesOther = mayBegin();
   lock.unlock();
-  m_changed.notify_all();
+  if (wakesCaller) {
+    m_done.notify_all();
+  }
+  if (wakesOther) {
+    m_toDo.notify_all();
+  }
   if (task.order) {
     perform(source == nullptr ? *task.source : *source, *task.order, task.number);
   }
   task.source.reset();
   lock.lock();
   mine.number = 0;
-  m_changed.notify_all();
+  if (unfinished() == 0) {
+    m_done.notify_all();
+  } else if (mayBegin()) {
+    m_toDo.notify_all(); // it may have waited for this target
+  }
 }
 
 void RangeWriter::work() {
   std::unique_lock lock(m_mutex);
   for (;;) {
-    m_changed.wait(lock, [this] { return mayBegin() || (m_isEnding && m_waiting.empty()); });
+    m_toDo.wait(lock, [this] { return mayBegin() || (m_isEnding && m_waiting.empty()); });
     if (m_waiting.empty()) {
       return;
     }
@@ -327,14 +350,14 @@ void RangeWriter::help(const Source* original, const Source::Ticket& ticket) {
     if (hasWork) {
       writeFront(lock, m_second, source.get());
     } else {
-      m_changed.wait(lock);
+      m_toDo.wait(lock);
     }
   }
   if (source) {
     source->letGoOfFile();
   }
   m_isHelperOpen = false;
-  m_changed.notify_all();
+  m_done.notify_all();
 }
 
 } // namespace cleftor

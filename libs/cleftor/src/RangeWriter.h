@@ -111,13 +111,15 @@ private:
   void perform(Source& source, RangeOrder& order, int64_t number);
   void put(Task task);
   bool hasRoomFor(int32_t pages) const;
+  bool hasMuchRoom() const;
   bool waitUntil(std::unique_lock<std::mutex>& lock, const std::function<bool()>& holds,
                  std::optional<std::chrono::milliseconds> longest);
   int64_t finishedUpTo() const; ///< the range of this number and all before it are done
   int32_t unfinished() const;
 
   mutable std::mutex m_mutex;
-  std::condition_variable m_changed;
+  std::condition_variable m_toDo; ///< for the threads that write
+  std::condition_variable m_done; ///< for the caller
   std::deque<Task> m_waiting;
   int32_t m_waitingPages = 0;
   int64_t m_handed = 0; ///< number of the last range
@@ -128,6 +130,7 @@ private:
   int32_t m_lastWrittenPage = 0;
   bool m_isEnding = false;
 
+  bool m_waitsForRoom = false;         ///< the caller does
   int m_waits = 0;                     ///< of the caller, for the present source
   std::atomic<bool> m_helpEnds{false}; ///< changed under the mutex; opening a source looks at it
   bool m_isHelperOpen = false;         ///< the second thread may have the file open
