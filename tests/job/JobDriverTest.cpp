@@ -174,6 +174,7 @@ TEST_F(Job, NothingIsClearedForASourceThatCannotBeSplitNorForAFolderOfBlanks) {
   EXPECT_EQ(filesBelow(at("out")).filter("pdf"), QStringList("old.pdf"));
   setup().fileName = source();
   EXPECT_EQ(run(), RunError::None);
+  EXPECT_TRUE(QFile::exists(at("out/.folivex.lock"))) << "another run may come between the sources";
   driver().endBatch();
   EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1002.pdf"}));
 }
