@@ -120,8 +120,11 @@ void PageMatcher::startAfterText(const PlacedWord& word) {
 }
 
 void PageMatcher::noteAfterText(QStringView text) {
-  m_state.afterTextPending = m_texts.seekAfterText && !m_afterText.isEmpty() &&
-                             (text == m_afterText || m_afterRing.matches());
+  m_state.afterTextPending = m_texts.seekAfterText && isAfterText(text);
+}
+
+bool PageMatcher::isAfterText(QStringView text) const {
+  return !m_afterText.isEmpty() && (text == m_afterText || m_afterRing.matches());
 }
 
 bool PageMatcher::isSearchText(QStringView text) const {
@@ -177,6 +180,10 @@ void PageMatcher::startAt(int pageIndex, const PlacedWord& word, const QString& 
   m_texts.matchedWord = matchedText;
   if (m_method.atPosition) {
     m_texts.line.text = wordText;
+  }
+  // Whether a name was built before must not decide what the next one is made of.
+  if (namesAfterText(m_nameMethod) && isAfterText(wordText)) {
+    m_state.afterTextPending = true;
   }
   m_state.matchPending = true;
   if (m_run.showOnly) {

@@ -55,6 +55,7 @@ private:
   void openPending(int pageIndex, const PlacedWord& word);
   void startAfterText(const PlacedWord& word);
   void noteAfterText(QStringView text);
+  bool isAfterText(QStringView text) const;
   void takeWordNumber(int wordIndex, QStringView text);
   bool takeStart(int pageIndex, const PlacedWord& word);
   void takeUntil(int pageIndex, const PlacedWord& word);

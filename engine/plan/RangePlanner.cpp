@@ -56,8 +56,6 @@ void RangePlanner::closeAtEnd(int lastPageIndex, int pageCount) {
   }
   if (m_method.unique && (pageCount != 1 || m_method.atPosition)) {
     saveUnique(end);
-  } else if (m_method.atPosition && !m_method.untilWord && !m_texts.line.text.isEmpty()) {
-    save(start, end, m_texts.line.text);
   } else {
     save(start, m_method.onePage ? start : end, m_texts.rangeText);
   }

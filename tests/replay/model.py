@@ -140,10 +140,13 @@ class Scan:
             self.collected, self.on_line, self.line_v, self.taken = "", True, word.v, 0
         self.collect(word)
         self.match_pending = False
-        text = self.s["EXTRACTFILENAME"]
-        self.after_pending = self.seek_after and text != "" and (word.text == text or self.after.matches())
+        self.after_pending = self.seek_after and self.is_after_text(word)
         if not self.take_start(page, word, find):
             self.take_until(page, word)
+
+    def is_after_text(self, word):
+        text = self.s["EXTRACTFILENAME"]
+        return text != "" and (word.text == text or self.after.matches())
 
     def collect(self, word):
         if self.on_line:
@@ -212,6 +215,8 @@ class Scan:
         self.matched = matched
         if self.method in AT_POSITION:
             self.collected = word.text
+        if self.naming in (6, 7, 8) and self.is_after_text(word):
+            self.after_pending = True
         self.match_pending = True
 
     # -- ranges
@@ -222,8 +227,6 @@ class Scan:
         method = 0 if page_count == 1 and self.method == 1 else self.method
         if method in UNIQUE:
             self.save_unique(last)
-        elif method == 2:
-            self.save(self.pending, last, self.collected or self.range_text)
         else:
             self.save(self.pending, self.pending if method == ONE_PAGE else last)
 
