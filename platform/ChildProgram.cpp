@@ -1,5 +1,8 @@
 #include "platform/ChildProgram.h"
 
+#include "platform/ChildLife.h"
+
+#include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -8,9 +11,6 @@
 #if defined(Q_OS_UNIX)
 #include <sys/resource.h>
 #include <unistd.h>
-#endif
-#if defined(Q_OS_LINUX)
-#include <sys/prctl.h>
 #endif
 
 namespace folivex::platform {
@@ -38,7 +38,8 @@ void limit(int resource, qint64 most) {
 /// What is said here happens in the child, before it becomes the program.
 void prepare(QProcess& process, const ChildProgram& program) {
 #if defined(Q_OS_UNIX)
-  process.setChildProcessModifier([memory = program.mostMemory, file = program.longestFile] {
+  process.setChildProcessModifier([memory = program.mostMemory, file = program.longestFile,
+                                   parent = QCoreApplication::applicationPid()] {
     // Programs start workers: a group of its own lets one signal reach them all.
     setpgid(0, 0);
     if (memory > 0) {
@@ -48,10 +49,8 @@ void prepare(QProcess& process, const ChildProgram& program) {
       limit(RLIMIT_FSIZE, file);
     }
     limit(RLIMIT_CORE, 0);
-#if defined(Q_OS_LINUX)
     // Nobody can pass on a SIGKILL: at least the child does not outlive us.
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-#endif
+    endWithParent(parent);
   });
 #else
   Q_UNUSED(process);
@@ -115,6 +114,7 @@ ChildRun runChild(const ChildProgram& program) {
   if (!process.waitForStarted(-1)) {
     return run;
   }
+  tieToThisProcess(process.processId());
   QByteArray output;
   bool ended = false;
   while (!ended && stopAsked == 0 && !program.deadline.hasExpired()) {

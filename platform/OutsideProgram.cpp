@@ -1,5 +1,7 @@
 #include "platform/OutsideProgram.h"
 
+#include "platform/ChildLife.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
@@ -28,6 +30,19 @@ void end(QProcess& process) {
   }
 }
 
+/// Who is waited for even on a Stop may be in the middle of a file.
+void tie(QProcess& process, const OutsideProgram& program) {
+#if defined(Q_OS_UNIX)
+  if (program.onStop == OutsideProgram::OnStop::Terminate) {
+    process.setChildProcessModifier(
+        [parent = QCoreApplication::applicationPid()] { endWithParent(parent); });
+  }
+#else
+  Q_UNUSED(process);
+  Q_UNUSED(program);
+#endif
+}
+
 } // namespace
 
 ProgramEnd runOutsideProgram(const OutsideProgram& program, const std::function<bool()>& tick) {
@@ -40,12 +55,16 @@ ProgramEnd runOutsideProgram(const OutsideProgram& program, const std::function<
   }
   process.setStandardInputFile(QProcess::nullDevice());
   process.setStandardOutputFile(QProcess::nullDevice());
+  tie(process, program);
   process.start();
   if (!process.waitForStarted()) {
     result.errorOutput = process.errorString();
     return result;
   }
   result.started = true;
+  if (program.onStop == OutsideProgram::OnStop::Terminate) {
+    tieToThisProcess(process.processId());
+  }
 
   QByteArray errorOutput;
   bool stopped = false;

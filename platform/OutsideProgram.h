@@ -13,8 +13,8 @@ inline constexpr int exitCodeUnknown = -9;
 
 struct OutsideProgram {
   enum class OnStop {
-    Terminate, ///< the program is ended, with exit code 1
-    KeepWaiting
+    Terminate,  ///< the program is ended, with exit code 1; it ends with this process, too
+    KeepWaiting ///< nobody ends it, not even the end of this process
   };
 
   QString program; ///< a path, or a name looked for on the search path

@@ -141,7 +141,8 @@ QString safePathComponent(const QString& text) {
   QString name;
   name.reserve(text.size() + 1);
   for (const QChar c : text) {
-    const bool harmful = isSeparator(c) || c.unicode() < 0x20 || c.unicode() == 0x7F;
+    // The second set of control characters too: terminals obey them.
+    const bool harmful = isSeparator(c) || c.category() == QChar::Other_Control;
     name += harmful ? QLatin1Char('_') : c;
   }
   // On Windows "x. ." opens "x", so nothing of the kind may be left at the end.

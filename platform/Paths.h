@@ -46,8 +46,9 @@ QString defaultOutputFolder();
 QString programFolder();
 
 /// One harmless component of a path made of text that came from a page: separators and control
-/// characters become "_", dots and blanks at the end are cut (so that "." and ".." go), the names
-/// of devices get a "_" in front. Never empty: nothing left gives "_".
+/// characters (those from U+0080 to U+009F too) become "_", dots and blanks at the end are cut (so
+/// that "." and ".." go), the names of devices get a "_" in front. Never empty: nothing left gives
+/// "_".
 QString safePathComponent(const QString& text);
 
 } // namespace folivex::platform
