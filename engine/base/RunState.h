@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <memory>
+
 namespace folivex {
 
 /// The negative codes that a run records, and with which an unattended program ends.
@@ -32,9 +34,10 @@ struct RunState {
   bool abortRun = false;
   bool showOnly = false; ///< matches are shown, nothing is written
   int matchesShown = 0;
-  bool automation = false;  ///< no message boxes
-  bool commandLine = false; ///< started with arguments: a failure ends the program
-  QString ocrFile;          ///< the OCR'd copy of the source, empty when there is none
+  bool automation = false;       ///< no message boxes
+  bool commandLine = false;      ///< started with arguments: a failure ends the program
+  QString ocrFile;               ///< the OCR'd copy of the source, empty when there is none
+  std::shared_ptr<void> ocrHold; ///< as long as it lives, nobody changes that copy
   RunError error = RunError::None;
 
   bool mustEnd() const { return userStop || abortRun; }

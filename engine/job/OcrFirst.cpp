@@ -1,5 +1,6 @@
 #include "engine/job/OcrFirst.h"
 
+#include "engine/job/OcrCopy.h"
 #include "platform/FileSystem.h"
 #include "platform/OutsideProgram.h"
 
@@ -8,6 +9,28 @@
 
 namespace folivex {
 
+namespace {
+
+/// Empty when the program made a copy, else why not.
+QString recognise(const QString& source, OcrCopy& copy, const std::function<bool()>& tick) {
+  platform::OutsideProgram program;
+  program.program = platform::companionProgram(QStringLiteral("Scanlite"));
+  if (program.program.isEmpty()) {
+    return QStringLiteral("the OCR program Scanlite was not found");
+  }
+  program.arguments = {source, copy.placeToMake(), QStringLiteral("0")};
+  const platform::ProgramEnd end = platform::runOutsideProgram(program, tick);
+  // A program that was ended may leave half a copy.
+  if (end.started && end.exitCode == 0 && copy.takeMade()) {
+    return {};
+  }
+  return end.errorOutput.isEmpty()
+             ? QStringLiteral("the OCR program ended with %1 and left none").arg(end.exitCode)
+             : end.errorOutput;
+}
+
+} // namespace
+
 QString ocrCopyPath(const QString& source, const QString& temporaryFolder) {
   return QDir(temporaryFolder).filePath(QFileInfo(source).fileName()) +
          QStringLiteral("_fxs_ocr.pdf");
@@ -15,41 +38,39 @@ QString ocrCopyPath(const QString& source, const QString& temporaryFolder) {
 
 bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& state,
               Operator& person) {
-  state.ocrFile = ocrCopyPath(source, temporaryFolder);
-  if (!platform::isTrustedPrivateFile(state.ocrFile)) {
-    // Whoever put it there would choose the words that name the outputs.
-    person.note(QStringLiteral("%1: is a link or another user's file and is not used; the file "
-                               "itself is read")
-                    .arg(state.ocrFile));
-    state.ocrFile.clear();
-    return false;
+  state.ocrFile.clear();
+  state.ocrHold.reset();
+  const QString path = ocrCopyPath(source, temporaryFolder);
+  for (const QString& file : {path, path + QStringLiteral(".source")}) {
+    if (!platform::isTrustedPrivateFile(file)) {
+      // Whoever put it there would choose the words that name the outputs.
+      person.note(QStringLiteral("%1: is a link or another user's file and is not used; the file "
+                                 "itself is read")
+                      .arg(file));
+      return false;
+    }
   }
-  if (QFileInfo::exists(state.ocrFile)) {
-    person.note(QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(state.ocrFile));
-    return true;
-  }
-  person.progress({QStringLiteral("Please wait... OCR'ing pdf first."), 0, 0, 0});
-
-  platform::OutsideProgram program;
-  program.program = platform::companionProgram(QStringLiteral("Scanlite"));
-  program.arguments = {source, state.ocrFile, QStringLiteral("0")};
-  QString reason = QStringLiteral("the OCR program Scanlite was not found");
-  if (!program.program.isEmpty()) {
-    const platform::ProgramEnd end = platform::runOutsideProgram(program, [&] {
+  const auto copy =
+      std::make_shared<OcrCopy>(source, path, [&person] { person.handlePendingEvents(); });
+  if (copy->isThere()) {
+    person.note(QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(path));
+  } else {
+    person.progress({QStringLiteral("Please wait... OCR'ing pdf first."), 0, 0, 0});
+    const QString problem = recognise(source, *copy, [&] {
       person.handlePendingEvents();
       return state.userStop;
     });
-    reason = end.errorOutput;
+    if (!problem.isEmpty()) {
+      if (!state.userStop) {
+        person.note(QStringLiteral("%1: no OCR'd copy could be made, the file itself is read: %2")
+                        .arg(source, problem));
+      }
+      return false;
+    }
   }
-  if (QFileInfo::exists(state.ocrFile)) {
-    return true;
-  }
-  if (!state.userStop) {
-    person.note(QStringLiteral("%1: no OCR'd copy could be made, the file itself is read: %2")
-                    .arg(source, reason));
-  }
-  state.ocrFile.clear();
-  return false;
+  state.ocrFile = copy->path();
+  state.ocrHold = copy;
+  return true;
 }
 
 } // namespace folivex

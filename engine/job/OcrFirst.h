@@ -6,13 +6,15 @@
 
 namespace folivex {
 
-/// Where the OCR'd copy of `source` lies: in `temporaryFolder`, named after the source.
+/// Where the OCR'd copy of `source` lies: in `temporaryFolder`, named after the source. Beside it
+/// the file ".source" says what it was made from.
 QString ocrCopyPath(const QString& source, const QString& temporaryFolder);
 
-/// Makes the OCR'd copy of `source` with the OCR program and keeps its path in RunState::ocrFile. A
-/// copy that exists already is used as it is, unless it is a link or
-/// another user's. Returns whether there is a copy; without one the
-/// reason is told and RunState::ocrFile is empty. A Stop ends the OCR program.
+/// Finds or makes the OCR'd copy of `source` and keeps its path in RunState::ocrFile. A copy is
+/// used again only for the very same source: path, size, time of change and bytes are compared.
+/// Where another run is using the copy of another source of that name, this one gets a copy of its
+/// own, which goes with RunState::ocrHold. Returns whether there is a copy; without one the reason
+/// is told and RunState::ocrFile is empty. A Stop ends the OCR program.
 bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& state,
               Operator& person);
 

@@ -1,4 +1,5 @@
 // Whole runs: what is prepared, refused, told and left behind.
+#include "engine/job/OcrCopy.h"
 #include "engine/match/MatchObserver.h"
 #include "tests/support/RunBench.h"
 
@@ -26,6 +27,14 @@ protected:
         driver().Stop();
       }
     };
+  }
+
+  /// Keeps a copy as if the OCR program had found these texts in the source.
+  void recogniseAs(const QStringList& texts) {
+    OcrCopy copy(source(), at("tmp/a.pdf_fxs_ocr.pdf"), {});
+    EXPECT_FALSE(copy.isThere());
+    statements(texts).write(copy.placeToMake());
+    EXPECT_TRUE(copy.takeMade());
   }
 
   void encrypt(const QStringList& options) {
@@ -228,7 +237,7 @@ TEST_F(Job, ProtectedSourceIsToldOnceAndOutputsAreNot) {
 
 TEST_F(Job, OcrCopyOfAnEarlierRunIsReadButNotSplit) {
   statements({"scan", "scan", "scan"}).write(source());
-  statements(threePages).write(at("tmp/a.pdf_fxs_ocr.pdf"));
+  recogniseAs(threePages);
   setup().ocrFirst = true;
   EXPECT_EQ(run(), RunError::None) << m_person.messages.join('\n').toStdString();
   EXPECT_EQ(outputs(), (QStringList{"1001.pdf: scan | scan", "1002.pdf: scan"}));
@@ -243,21 +252,33 @@ TEST_F(Job, OcrCopyOfAnEarlierRunIsReadButNotSplit) {
 TEST_F(Job, OcrCopyThatCannotBeTheSourcesIsRefused) {
   const QString copy = at("tmp/a.pdf_fxs_ocr.pdf");
   setup().ocrFirst = true;
-  statements({"Account: 1001"}).write(copy);
+  recogniseAs({"Account: 1001"});
   EXPECT_EQ(run(), RunError::Unreadable);
   EXPECT_TRUE(m_person.messages.back().contains("has 1 page(s), its source 3"))
       << m_person.messages.back().toStdString();
-  writeFile(copy, "");
-  EXPECT_EQ(run(), RunError::Unreadable);
-  EXPECT_EQ(m_person.notes.filter("remove it and run again").size(), 2);
+  EXPECT_EQ(m_person.notes.filter("remove it and run again").size(), 1);
   EXPECT_TRUE(filesBelow(at("out")).isEmpty());
 
-  // A link to somebody's file would choose the names of the outputs.
-  QFile::remove(copy);
-  statements({"Account: x", "Account: y", "Account: z"}).write(at("elsewhere.pdf"));
-  ASSERT_TRUE(QFile::link(at("elsewhere.pdf"), copy));
-  EXPECT_EQ(run(), RunError::None);
-  EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1002.pdf"}));
+  // Copies that nobody vouches for, and a link to somebody's file, would choose the names.
+  const TextPdf others = statements({"Account: x", "Account: y", "Account: z"});
+  const auto readsTheSource = [this] {
+    QDir(at("out")).removeRecursively();
+    EXPECT_EQ(run(), RunError::None);
+    return filesBelow(at("out")) == QStringList{"1001.pdf", "1002.pdf"};
+  };
+  others.write(copy);
+  EXPECT_TRUE(readsTheSource()) << "a copy that was changed";
+  QFile::remove(copy + ".source");
+  EXPECT_TRUE(readsTheSource()) << "a copy of nobody knows what";
+  for (const char* name : {"", ".source"}) {
+    QFile::remove(copy + name);
+    others.write(at("elsewhere.pdf"));
+    ASSERT_TRUE(QFile::link(at("elsewhere.pdf"), copy + name));
+    m_person.notes.clear();
+    EXPECT_TRUE(readsTheSource()) << name;
+    EXPECT_EQ(m_person.notes.filter("is a link").size(), 1) << name;
+    QFile::remove(copy + name);
+  }
 }
 
 TEST_F(Job, WithoutTheOcrProgramTheSourceIsRead) {

@@ -1,0 +1,136 @@
+#include "engine/job/OcrCopy.h"
+
+#include "platform/FileLocks.h"
+#include "platform/FileStamp.h"
+#include "platform/FileSystem.h"
+#include "platform/Paths.h"
+
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+using platform::LockResult;
+using platform::LockUse;
+
+constexpr QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
+/// Path, size and time of change; empty when there is no such file.
+QByteArray stampOf(const QString& source) {
+  const auto stamp = platform::FileStamp::of(source);
+  const QByteArray path = QFile::encodeName(QFileInfo(source).absoluteFilePath());
+  return !stamp ? QByteArray()
+                : path.toPercentEncoding("/") + '\n' + QByteArray::number(quint64{stamp->size}) +
+                      ' ' + QByteArray::number(qint64{stamp->written}) + '\n';
+}
+
+QByteArray line(const platform::FileDigest& digest) {
+  return digest.text().toLatin1() + '\n';
+}
+
+} // namespace
+
+OcrCopy::OcrCopy(const QString& source, const QString& copyPath, std::function<void()> tick)
+    : m_source(source), m_copyPath(copyPath), m_tick(std::move(tick)) {
+  const QByteArray stamp = stampOf(source);
+  const platform::FileDigest digest = platform::FileDigest::of(source, m_tick);
+  if (!stamp.isEmpty() && digest.isKnown()) {
+    m_origin = "Folivex OCR copy 1\n" + stamp + line(digest);
+  }
+}
+
+OcrCopy::~OcrCopy() {
+#ifdef Q_OS_WIN
+  m_own.close(); // else it could not be removed
+#endif
+  if (!m_made.isEmpty()) {
+    QFile::remove(m_made);
+  }
+}
+
+bool OcrCopy::lock() {
+  const QString path = m_copyPath + QStringLiteral(".source");
+  int error = platform::openForLock(m_record, path, false);
+  if (error == ENOENT) {
+    error = platform::openForLock(m_record, path, true);
+    m_record.setPermissions(ownerOnly);
+  }
+  if (error == 0 && platform::lockFile(m_record, LockUse::Shared) == LockResult::Locked &&
+      platform::isFileAt(m_record, path) && platform::isTrustedPrivateFile(path)) {
+    return true;
+  }
+  m_record.close();
+  return false;
+}
+
+QByteArray OcrCopy::written() {
+  constexpr qint64 longest = 65536;
+  return m_record.seek(0) ? m_record.read(longest) : QByteArray();
+}
+
+bool OcrCopy::isThere() {
+  if (m_origin.isEmpty() || !lock()) {
+    return false;
+  }
+  const QByteArray told = written();
+  if (told.startsWith(m_origin) &&
+      told == m_origin + line(platform::FileDigest::of(m_copyPath, m_tick))) {
+    m_path = m_copyPath;
+    return true;
+  }
+  // While others read the copy of their source, this run's is made elsewhere.
+  if (platform::lockFile(m_record, LockUse::Alone) != LockResult::Locked) {
+    m_record.close();
+  }
+  return false;
+}
+
+QString OcrCopy::placeToMake() {
+  if (m_record.isOpen()) {
+    m_record.resize(0); // from now on the old copy is nobody's
+  }
+  m_made = platform::joinPath(
+      platform::folderOf(m_copyPath),
+      QStringLiteral(".folivex-%1.part")
+          .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')));
+  return m_made;
+}
+
+bool OcrCopy::takeMade() {
+  if (platform::openForLock(m_own, m_made, false) != 0) {
+    return false;
+  }
+  // Where files cannot be locked, nobody looks for those of dead runs either.
+  if (platform::lockFile(m_own, LockUse::Alone) == LockResult::Busy ||
+      !platform::isFileAt(m_own, m_made)) {
+    m_own.close();
+    return false;
+  }
+  m_path = m_record.isOpen() && keep() ? m_copyPath : m_made;
+  return true;
+}
+
+bool OcrCopy::keep() {
+  const QByteArray copy = line(platform::FileDigest::of(m_made, m_tick));
+#ifdef Q_OS_WIN
+  m_own.close();
+#endif
+  platform::FileFailure failure;
+  if (!platform::replaceFile(m_made, m_copyPath, failure)) {
+    return false;
+  }
+  m_own.close();
+  m_made.clear();
+  // What was made while the source changed is nobody's copy.
+  if (m_origin.contains(stampOf(m_source))) {
+    m_record.write(m_origin + copy);
+  }
+  return true;
+}
+
+} // namespace folivex
