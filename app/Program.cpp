@@ -1,14 +1,13 @@
 #include "app/Program.h"
 
+#include "app/FolderSearch.h"
 #include "app/PlanPrinter.h"
 #include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 namespace folivex {
 
@@ -34,41 +33,6 @@ bool endsProgram(RunError error) {
   }
 }
 
-bool isPdfName(const QString& name) {
-  return name.endsWith(QStringLiteral(".pdf")) || name.endsWith(QStringLiteral(".PDF"));
-}
-
-/// A file name as it is, but for "*", which stands for any text, and the case of ".pdf", which
-/// nobody means to tell apart.
-QRegularExpression wildcard(const QString& pattern) {
-  const bool namesEnding = isPdfName(pattern);
-  QStringList parts;
-  for (const QString& part : pattern.chopped(namesEnding ? 4 : 0).split(QLatin1Char('*'))) {
-    parts += QRegularExpression::escape(part);
-  }
-  const QString ending = namesEnding ? QStringLiteral("\\.(pdf|PDF)") : QString();
-  QRegularExpression::PatternOptions options = QRegularExpression::DotMatchesEverythingOption;
-#if defined(Q_OS_WIN)
-  options |= QRegularExpression::CaseInsensitiveOption;
-#endif
-  return QRegularExpression(
-      QRegularExpression::anchoredPattern(parts.join(QStringLiteral(".*")) + ending), options);
-}
-
-/// The PDFs that a path with "*" means, by name.
-QStringList filesOfPattern(const QString& pattern) {
-  const QDir folder(platform::folderOf(pattern).isEmpty() ? QStringLiteral(".")
-                                                          : platform::folderOf(pattern));
-  QStringList paths;
-  const QRegularExpression wanted = wildcard(platform::fileTitle(pattern));
-  for (const QString& name : folder.entryList(QDir::Files, QDir::Name)) {
-    if (isPdfName(name) && wanted.match(name).hasMatch()) {
-      paths += folder.filePath(name);
-    }
-  }
-  return paths;
-}
-
 /// Every file that the arguments name for processing.
 QStringList sourcesOf(const CommandLine& line) {
   QStringList sources;
@@ -76,7 +40,7 @@ QStringList sourcesOf(const CommandLine& line) {
     if (action.kind == CommandAction::Kind::ProcessFile) {
       sources += platform::withoutTrailingBlanks(action.value);
     } else if (action.kind == CommandAction::Kind::ProcessFolder) {
-      sources += filesOfPattern(action.value);
+      sources += FolderSearch::of(action.value).paths;
     }
   }
   return sources;
@@ -323,6 +287,32 @@ int Program::pageCount(const SplitSetup& setup, QString& problem) {
   return m_driver->PageCount(setup, problem);
 }
 
+/// A file that was meant and is not split makes the whole search fail.
+void Program::tellNotTaken(const QString& pattern, const FolderSearch& found) {
+  if (!found.problem.isEmpty()) {
+    m_person.note(found.problem);
+  }
+  for (const QString& line : found.notTaken) {
+    m_person.note(line);
+  }
+  if (!found.notTaken.isEmpty()) {
+    m_person.note(
+        QStringLiteral("%1: %2 file(s) are not taken").arg(pattern).arg(found.notTaken.size()));
+  }
+  if (!found.otherSpellings.isEmpty()) {
+    m_person.note(
+        QStringLiteral("%1: only names that end in .pdf or .PDF are looked for; left out: "
+                       "%2")
+            .arg(pattern, found.otherSpellings.join(QStringLiteral(", "))));
+  }
+  if (found.paths.isEmpty()) {
+    m_person.note(QStringLiteral("%1: no PDF is there").arg(pattern));
+  }
+  if (m_exitCode == 0 && (!found.problem.isEmpty() || !found.notTaken.isEmpty())) {
+    m_exitCode = static_cast<int>(RunError::SourceMissing);
+  }
+}
+
 std::optional<int> Program::processFolder(const QString& pattern) {
   setUnattended(true);
   const QString folder = platform::folderOf(pattern);
@@ -333,11 +323,9 @@ std::optional<int> Program::processFolder(const QString& pattern) {
   if (const std::optional<int> code = loadNamedSetup()) {
     return code;
   }
-  const QStringList files = filesOfPattern(pattern);
-  if (files.isEmpty()) {
-    m_person.note(QStringLiteral("%1: no PDF is there").arg(pattern));
-  }
-  for (const QString& file : files) {
+  const FolderSearch found = FolderSearch::of(pattern);
+  tellNotTaken(pattern, found);
+  for (const QString& file : found.paths) {
     if (const std::optional<int> code = runOne(file)) {
       return code;
     }

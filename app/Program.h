@@ -13,6 +13,8 @@
 
 namespace folivex {
 
+struct FolderSearch;
+
 /// The libraries, the setup and the driver, and what a start with arguments does. A window or a
 /// terminal is its Operator.
 class Program {
@@ -61,6 +63,7 @@ private:
   std::optional<int> perform(const CommandAction& action);
   std::optional<int> processSource(const QString& path);
   std::optional<int> processFolder(const QString& pattern);
+  void tellNotTaken(const QString& pattern, const FolderSearch& found);
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
   bool mailOutputs(const QString& source);

@@ -119,13 +119,18 @@ QString BatchCommands::scanNotice(const QStringList& folders, const ScanResult& 
   if (result.stopped) {
     text += QStringLiteral(" Stopped before the end.");
   }
-  if (result.unreadableFolders > 0) {
-    text += QStringLiteral(" %1 could not be read: %2")
-                .arg(counted(result.unreadableFolders, "folder", "folders"),
-                     result.unreadable.join(QStringLiteral(", ")));
-    text +=
-        result.unreadableFolders > result.unreadable.size() ? QStringLiteral(", ...") : QString();
-  }
+  const auto tell = [&text](int count, const QString& what, const QStringList& first) {
+    if (count > 0) {
+      text += QStringLiteral(" %1: %2%3")
+                  .arg(what, first.join(QStringLiteral(", ")),
+                       count > first.size() ? QStringLiteral(", ...") : QString());
+    }
+  };
+  tell(result.noFiles, counted(result.noFiles, "file", "files") + " of them cannot be opened",
+       result.noFilesTold);
+  tell(result.unreadableFolders,
+       counted(result.unreadableFolders, "folder", "folders") + " could not be read",
+       result.unreadable);
   return text;
 }
 

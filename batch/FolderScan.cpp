@@ -1,5 +1,6 @@
 #include "batch/FolderScan.h"
 
+#include "platform/FoundFile.h"
 #include "platform/Paths.h"
 
 #include <QFileInfo>
@@ -14,18 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int unreadableTold = 3;
-
-/// Names that are no valid text come out with U+FFFD in them: they cannot be opened, and the run
-/// says so.
-template <typename Char> QString textOf(const std::basic_string<Char>& name) {
-  const auto size = static_cast<qsizetype>(name.size());
-  if constexpr (sizeof(Char) == 1) {
-    return QString::fromUtf8(name.data(), size);
-  } else {
-    return QString::fromWCharArray(name.data(), size);
-  }
-}
+constexpr int mostTold = 3;
 
 fs::path::string_type lastPart(const fs::path& path) {
   // path::filename() takes the whole path apart, which at 100,000 files is felt.
@@ -44,7 +34,9 @@ ScanResult& ScanResult::operator+=(const ScanResult& next) {
   added += next.added;
   stopped = stopped || next.stopped;
   unreadableFolders += next.unreadableFolders;
-  unreadable = (unreadable + next.unreadable).mid(0, unreadableTold);
+  unreadable = (unreadable + next.unreadable).mid(0, mostTold);
+  noFiles += next.noFiles;
+  noFilesTold = (noFilesTold + next.noFilesTold).mid(0, mostTold);
   return *this;
 }
 
@@ -72,7 +64,7 @@ ScanResult FolderScan::run(const QString& folder) {
       m_levels.pop_back();
       continue;
     }
-    const QString name = textOf(entry->name);
+    const QString name = platform::textOf(entry->name);
     const QString path = platform::joinPath(level.shownPath, name);
     if (!takeTurn(path)) {
       break;
@@ -92,6 +84,12 @@ void FolderScan::take(const Entry& entry, const QString& name, const QString& pa
   } else if (name.contains(QLatin1String(".pdf"))) {
     m_found.push_back(newEntry(path));
     ++m_result.added;
+    if (!entry.isFile) {
+      ++m_result.noFiles;
+      if (m_result.noFilesTold.size() < mostTold) {
+        m_result.noFilesTold += path;
+      }
+    }
     if (m_found.size() >= blockSize) {
       addFound();
     }
@@ -138,11 +136,11 @@ std::optional<FolderScan::Entry> FolderScan::readNext(Level& level) {
   if (level.reader == fs::directory_iterator()) {
     return std::nullopt;
   }
-  // What vanishes or cannot be looked at is taken for a file; the run finds out.
   std::error_code ignored;
   const Entry entry{.name = lastPart(level.reader->path()),
                     .isFolder = level.reader->is_directory(ignored),
-                    .isLink = level.reader->is_symlink(ignored)};
+                    .isLink = level.reader->is_symlink(ignored),
+                    .isFile = platform::problemOf(*level.reader).isEmpty()};
   std::error_code error;
   level.reader.increment(error);
   level.failed = level.failed || error;
@@ -168,7 +166,7 @@ void FolderScan::readAhead(Level& level) {
 
 void FolderScan::noteUnreadable(const QString& path) {
   ++m_result.unreadableFolders;
-  if (m_result.unreadable.size() < unreadableTold) {
+  if (m_result.unreadable.size() < mostTold) {
     m_result.unreadable += path;
   }
 }

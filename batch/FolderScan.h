@@ -31,14 +31,18 @@ struct ScanResult {
   int added = 0;
   bool stopped = false;
   int unreadableFolders = 0;
-  QStringList unreadable; ///< the first few of them
+  QStringList unreadable;       ///< the first few of them
+  int noFiles = 0;              ///< of those added: what no run can open
+  QStringList noFilesTold = {}; ///< the first few of them
 
   /// One after the other.
   ScanResult& operator+=(const ScanResult& next);
 };
 
 /// Adds every file whose name holds ".pdf" anywhere, in small letters, to the end of the rows, in
-/// the order in which the file system tells them, a folder at the point where it is met. Folders
+/// the order in which the file system tells them, a folder at the point where it is met. What no
+/// run can open (a link that leads nowhere, a pipe, a name that is no text) is added too, for the
+/// run to say so in its row, and counted. Folders
 /// whose names begin with "." are left out. Links to folders are followed; a folder that is reached
 /// by several ways is taken once, so links in a circle come to an end, and a link to a folder that
 /// the scan itself lies in is none to follow.
@@ -59,6 +63,7 @@ private:
     std::filesystem::path::string_type name;
     bool isFolder = false;
     bool isLink = false;
+    bool isFile = true; ///< of those that are no folder: one that a run can open
   };
 
   /// A folder that is being read. It holds a file handle of the system only as long as no folder

@@ -99,6 +99,9 @@ public:
   /// False at the end of the file or when reading fails: see errorText().
   bool readLine(QString& line, int limit = maxLine);
 
+  /// Whether the line that was read last has a line end behind it, and is no piece of a longer one.
+  bool isLineEnded() const { return m_isLineEnded; }
+
   /// Why the last open or a read failed; empty when nothing did.
   QString errorText() const { return m_failure.text; }
   FileError error() const { return m_failure.kind; }
@@ -115,6 +118,7 @@ private:
   QStringDecoder m_decoder;
   QString m_text; ///< decoded; from m_next on not yet handed out
   qsizetype m_next = 0;
+  bool m_isLineEnded = false;
   bool m_atEnd = true; ///< nothing more to read from the device
   FileFailure m_failure;
 };

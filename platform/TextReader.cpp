@@ -145,7 +145,8 @@ bool TextReader::readLine(QString& line, int limit) {
   }
   line = ahead.first(length).toString();
   m_next += length;
-  if (whole && end != ahead.end()) {
+  m_isLineEnded = whole && end != ahead.end();
+  if (m_isLineEnded) {
     skipLineEnd();
   }
   const qsizetype nul = line.indexOf(QChar(0));

@@ -164,18 +164,21 @@ int readSetupLine(QStringView line, SetupTarget& target) {
     name = value.value_or(QStringView());
     std::visit(ValueTaker{field, name, target}, field.member);
     mayBeEmpty = false;
+    target.keys.insert(field.key);
     ++taken;
   }
   return taken;
 }
 
-int readSetupLines(platform::TextReader& reader, SetupTarget& target) {
+SetupText readSetupLines(platform::TextReader& reader, SetupTarget& target) {
+  SetupText text;
   QString line;
-  int taken = 0;
-  while (reader.readLine(line)) {
-    taken += readSetupLine(line, target);
+  for (bool isFirst = true; reader.readLine(line); isFirst = false) {
+    text.hasHeader = text.hasHeader || (isFirst && line.startsWith(QLatin1String("UNICODE")));
+    text.isCutOff = text.hasHeader && !reader.isLineEnded();
+    readSetupLine(line, target);
   }
-  return taken;
+  return text;
 }
 
 QStringList keysLostInFile(const SplitSetup& setup) {

@@ -3,6 +3,8 @@
 
 #include "engine/setup/SplitSetup.h"
 
+#include <QLatin1StringView>
+#include <QSet>
 #include <QStringList>
 #include <QStringView>
 
@@ -17,8 +19,15 @@ namespace folivex {
 struct SetupTarget {
   SplitSetup& edited;
   SplitSetup& working;
-  bool& automation;        ///< set by the key AUTOMATION, never cleared
-  bool unattended = false; ///< USECURRENT is 0 as with the key AUTOMATION
+  bool& automation;               ///< set by the key AUTOMATION, never cleared
+  bool unattended = false;        ///< USECURRENT is 0 as with the key AUTOMATION
+  QSet<QLatin1StringView> keys{}; ///< those that gave a value
+};
+
+/// What a file turned out to be.
+struct SetupText {
+  bool hasHeader = false;
+  bool isCutOff = false; ///< it has the header, and its last line does not end
 };
 
 /// The whole file as text: the header line and one line a field, each ending in CR LF. What the
@@ -31,8 +40,8 @@ QString setupFileText(const SplitSetup& setup);
 /// many values were taken.
 int readSetupLine(QStringView line, SetupTarget& target);
 
-/// Takes every line that is left in `reader`. Returns how many values were taken.
-int readSetupLines(platform::TextReader& reader, SetupTarget& target);
+/// Takes every line of a file, from its first on.
+SetupText readSetupLines(platform::TextReader& reader, SetupTarget& target);
 
 /// Whether the line's key is AUTOMATION.
 bool isAutomationLine(QStringView line);

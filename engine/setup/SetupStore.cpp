@@ -83,6 +83,14 @@ SetupResult notWritten(const QString& path, const QString& reason) {
           QStringLiteral("The setup file %1 was not written: %2").arg(path, reason)};
 }
 
+/// Empty for a setup; a run by anything else would be one with the settings of the last run.
+QString refusalOf(const SetupText& text, bool hasSettings) {
+  if (!text.hasHeader && !hasSettings) {
+    return QStringLiteral("is no setup file: it has neither the header of one nor any setting");
+  }
+  return text.isCutOff ? QStringLiteral("is cut off: its last line does not end") : QString();
+}
+
 QString lossNote(const SplitSetup& setup) {
   const QStringList keys = keysLostInFile(setup);
   if (keys.isEmpty()) {
@@ -121,9 +129,14 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   SplitSetup working = m_working;
   bool automation = m_automation;
   SetupTarget target{edited, working, automation, m_unattended};
-  const int taken = readSetupLines(reader, target);
+  const SetupText text = readSetupLines(reader, target);
   if (reader.error() != platform::FileError::None) {
     return notRead(path, reader);
+  }
+  // A person sees what came of it.
+  const QString refusal = m_unattended ? refusalOf(text, !target.keys.isEmpty()) : QString();
+  if (!refusal.isEmpty()) {
+    return {SetupStatus::NotRead, {}, QStringLiteral("%1: %2").arg(path, refusal)};
   }
   m_edited = edited;
   m_working = working;
@@ -131,10 +144,32 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   m_currentPath = isDefaultPath(path) ? QString() : path;
   commit();
   SetupResult result;
-  if (taken == 0) {
+  if (target.keys.isEmpty()) {
     result.note = QStringLiteral("%1: no setting was found in this file").arg(path);
+  } else if (const QStringList left = leftBy(target.keys); m_unattended && !left.isEmpty()) {
+    result.note = QStringLiteral("%1: has no line for these settings, which stay as the last run "
+                                 "had them: %2")
+                      .arg(path, left.join(QStringLiteral(", ")));
   }
   return result;
+}
+
+/// Keys of the settings that a file with these keys left as they were, unless they have their
+/// defaults anyhow. The source is named by whoever starts the run.
+QStringList SetupStore::leftBy(const QSet<QLatin1StringView>& keys) const {
+  const SplitSetup defaults = defaultSetup();
+  QStringList left;
+  for (const SetupField& field : setupFields()) {
+    SplitSetup changed = m_working;
+    copySetupField(field, defaults, changed);
+    const bool isGiven = keys.contains(field.key) || (field.key == QLatin1String("ADDBWORDS") &&
+                                                      keys.contains(QLatin1StringView("ADDSPACE")));
+    if (!isGiven && field.key != QLatin1String("FILENAME") && !left.contains(field.key) &&
+        changed != m_working) {
+      left += field.key;
+    }
+  }
+  return left;
 }
 
 SetupResult SetupStore::SaveSetup(const QString& path, SavePath savePath) {

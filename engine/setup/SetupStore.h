@@ -4,7 +4,10 @@
 #include "engine/setup/SplitSetup.h"
 #include "platform/Paths.h"
 
+#include <QLatin1StringView>
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 namespace folivex {
 
@@ -69,7 +72,9 @@ public:
 
   /// Reads the file into the edited copy and commits. When it cannot be read, the record keeps its
   /// values but for those that every load resets (see resetLoadedFields()), and nothing is
-  /// committed. A missing file whose name has no ".fxs" in it is no matter for a message.
+  /// committed. While the work is unattended, a file that is no setup or is cut off counts as not
+  /// read, and what a part of a setup leaves as it was is told. A missing file whose name has no
+  /// ".fxs" in it is no matter for a message.
   SetupResult LoadSetup(const QString& path, LoadMode mode = LoadMode::Full);
 
   /// Commits, and writes the whole record. The old file stays whole until the new one is, but for a
@@ -82,6 +87,8 @@ public:
   QString DefaultSetupPath() const;
 
 private:
+  QStringList leftBy(const QSet<QLatin1StringView>& keys) const;
+
   QString m_installFolder;
   SplitSetup m_edited;
   SplitSetup m_working;

@@ -73,6 +73,9 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
   fxs("split.fxs");
   ASSERT_TRUE(QFile::link(place.at("split.fxs"), place.temporary() + "/link.fxs"));
   writeFile(place.at("empty.fxs"), "UNICODEV4\r\n");
+  const QByteArray setupText = contentOf(place.at("split.fxs"));
+  writeFile(place.at("cut.fxs"), setupText.left(setupText.indexOf("ALWAYSAPPEND") + 5));
+  writeFile(place.at("part.fxs"), "FINDSTRING;Account:\nEXTRACT;Next word as filename");
   // What is read beyond the arguments is nothing that could be taken for one.
   place.environment().insert("MALLOC_PERTURB_", "165");
 
@@ -86,6 +89,32 @@ TEST_F(Program, EndsAsItsArgumentsDeserve) {
     EXPECT_TRUE(run.err.contains(row[3].toUtf8())) << run.err.toStdString();
     EXPECT_EQ(run.out, "");
   });
+}
+
+TEST_F(Program, FilesThatASearchCannotTakeFailTheRun) {
+  QDir(place.work()).mkpath("in/folder.pdf");
+  source("in/a.pdf", {"A"});
+  source("in/z.Pdf", {"Z"});
+  QFile::copy(place.at("in/a.pdf"), place.at("b.pdf"));
+  const QByteArray folder = QFile::encodeName(place.at("in/"));
+  // The name of another system's code page.
+  ASSERT_EQ(rename(QFile::encodeName(place.at("b.pdf")).constData(),
+                   (folder + "r\xe9sum\xe9.pdf").constData()),
+            0);
+  ASSERT_EQ(mkfifo((folder + "pipe.pdf").constData(), 0600), 0);
+  ASSERT_TRUE(QFile::link("nowhere", place.at("in/broken.pdf")));
+  const ProgramRun run = place.run({fxs(), "-fin/*.pdf", "-c"});
+  EXPECT_EQ(run.exitCode, shown(-1)) << run.err.toStdString();
+  EXPECT_EQ(outputs(), QStringList{"A.pdf"});
+  for (const char* told :
+       {"in/broken.pdf: the file is not taken: it is a link that leads nowhere\n",
+        "in/pipe.pdf: the file is not taken: it is no ordinary file\n",
+        ".pdf: the file is not taken: its name is no valid text\n",
+        "in/*.pdf: 3 file(s) are not taken\n", "left out: z.Pdf\n"}) {
+    EXPECT_TRUE(run.err.contains(told)) << told << run.err.toStdString();
+  }
+  EXPECT_EQ(place.run({fxs(), "-fin/a*", "-c"}).exitCode, 0) << "what was not asked for";
+  remove((folder + "r\xe9sum\xe9.pdf").constData()); // by its bytes: no text names it
 }
 
 TEST_F(Program, Password) {

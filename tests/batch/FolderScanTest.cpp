@@ -1,9 +1,10 @@
 // The folder scan over real trees: what it takes, links, depth, Stop.
-#include "batch/FolderScan.h"
+#include "batch/BatchCommands.h"
 #include "tests/batch/BatchBench.h"
 
 #include <QRegularExpression>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -96,6 +97,25 @@ TEST_F(Scan, LinksAreFollowedOnce) {
   EXPECT_EQ(found().replaceInStrings(QRegularExpression(".*/"), ""),
             (QStringList{"broken.pdf", "file.pdf", "loop.pdf", "b.pdf", "a.pdf"}));
   EXPECT_EQ(result.unreadableFolders, 0);
+  EXPECT_EQ(result.noFiles, 2);
+}
+
+TEST_F(Scan, WhatNoRunCanOpenIsAddedAndTold) {
+  write("in/a.pdf");
+  write("in/b.txt");
+  ASSERT_EQ(mkfifo(QFile::encodeName(at("in/pipe.pdf")).constData(), 0600), 0);
+  const QByteArray name = QFile::encodeName(at("in/")) + "r\xe9sum\xe9.pdf"; // not UTF-8
+  const int file = open(name.constData(), O_CREAT | O_WRONLY, 0600);
+  ASSERT_GE(file, 0);
+  close(file);
+  const ScanResult result = scan("in");
+  EXPECT_EQ(result.added, 3);
+  EXPECT_EQ(result.noFiles, 2);
+  unlink(name.constData()); // by its bytes: no text names it
+  const QString notice = BatchCommands::scanNotice({at("in")}, result);
+  EXPECT_TRUE(notice.contains("2 files of them cannot be opened: ") &&
+              notice.contains(at("in/pipe.pdf")))
+      << notice.toStdString();
 }
 
 TEST_F(Scan, DeeperThanFilesCanBeOpen) {
