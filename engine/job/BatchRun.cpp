@@ -20,6 +20,7 @@ BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
     const QString path = rows.path(row);
     if (!platform::isReadableFile(path)) {
       rows.setStatus(row, fileError);
+      person.note(QStringLiteral("%1: the file cannot be opened").arg(path));
       continue;
     }
     rows.setStatus(row, QStringLiteral("Processing"));

@@ -6,9 +6,12 @@
 #include "engine/job/SplitRun.h"
 #include "engine/report/ReportPaths.h"
 #include "engine/report/Reports.h"
+#include "engine/setup/FileNameMethod.h"
 #include "platform/Paths.h"
 
 #include <QDateTime>
+
+#include <utility>
 
 namespace folivex {
 
@@ -19,7 +22,6 @@ bool wasProcessed(RunError error) {
   switch (error) {
   case RunError::TextReport:
   case RunError::CsvReport:
-  case RunError::SetupFile:
   case RunError::Contradiction:
   case RunError::Unreadable:
   case RunError::FolderBusy:
@@ -99,15 +101,16 @@ void JobDriver::clearFolder(const SplitSetup& setup) {
   }
 }
 
-void JobDriver::saveDefaultSetup() {
+/// False when the next start will not find the settings of this run: told.
+bool JobDriver::saveDefaultSetup() {
   const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
   if (!saved.note.isEmpty()) {
     m_job.person.note(saved.note);
   }
-  if (!saved.ok()) {
-    m_state.error = RunError::SetupFile;
+  if (!saved.ok() && !std::exchange(m_isUnsavedTold, m_isList)) {
     m_job.person.note(saved.message);
   }
+  return saved.ok();
 }
 
 RunError JobDriver::StartProcessing() {
@@ -115,6 +118,9 @@ RunError JobDriver::StartProcessing() {
   // Before anything is touched: a refused run must not have cleared a folder.
   if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
     return m_job.fail(RunError::Contradiction, contradiction);
+  }
+  if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
+    m_job.person.note(finding);
   }
   const RunError error = lockFolder(setup) ? runLocked(setup) : m_state.error;
   m_batch.runEnded();
@@ -135,14 +141,17 @@ RunError JobDriver::runLocked(const SplitSetup& setup) {
   if (opened.error != RunError::None) {
     return m_job.fail(opened.error, opened.message);
   }
-  saveDefaultSetup();
-  if (m_state.error == RunError::SetupFile && m_state.automation) {
-    return m_state.error;
+  const bool isSaved = saveDefaultSetup();
+  if (!isSaved && m_state.automation && !m_isList) {
+    return m_state.error = RunError::SetupFile;
   }
   splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, file, pageCount,
               reports);
   if (const Reports::Opened closed = reports.close(); closed.error != RunError::None) {
     m_job.fail(closed.error, closed.message);
+  }
+  if (!isSaved && m_state.error == RunError::None) {
+    m_state.error = RunError::SetupFile;
   }
   tellRunEnd(m_outcome, setup, reports.paths().text, m_job);
   return m_state.error;
@@ -173,7 +182,12 @@ SplitPlan JobDriver::Plan() {
   const auto isGone = [&](const QString& path) {
     return !cleared.isEmpty() && isClearedWithFolder(cleared, m_batch.kept(setup.fileName), path);
   };
-  return planSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, isGone);
+  SplitPlan plan =
+      planSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, isGone);
+  if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
+    plan.notes.prepend(finding);
+  }
+  return plan;
 }
 
 QStringList JobDriver::NearestWords() {
@@ -197,6 +211,8 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
     sources += rows.path(row);
   }
   m_batch.begin(sources);
+  m_isList = true;
+  m_isUnsavedTold = false;
   const BatchResult result = runBatch(rows, m_state, m_job.person, [&](const QString& path) {
     m_store.edited().fileName = path;
     const RunError error = StartProcessing();
@@ -204,8 +220,11 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
     if (wasProcessed(error) && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
       onProcessed(path);
     }
-    return stopped ? RowEnd::Stopped : error == RunError::None ? RowEnd::Done : RowEnd::Failed;
+    // Settings that could not be saved are no fault of the file.
+    const bool isDone = error == RunError::None || error == RunError::SetupFile;
+    return stopped ? RowEnd::Stopped : isDone ? RowEnd::Done : RowEnd::Failed;
   });
+  m_isList = m_isUnsavedTold = false;
   m_batch.end();
   return result;
 }

@@ -81,7 +81,7 @@ private:
   bool lockFolder(const SplitSetup& setup);
   void clearFolder(const SplitSetup& setup);
   RunError runLocked(const SplitSetup& setup);
-  void saveDefaultSetup();
+  bool saveDefaultSetup();
 
   SetupStore& m_store;
   RunState m_state;
@@ -90,6 +90,8 @@ private:
   BatchScope m_batch;
   AddressReaderMaker m_addressReader;
   bool m_folderWritable;
+  bool m_isList = false;        ///< a list is processed: its rows go on without saved settings
+  bool m_isUnsavedTold = false; ///< once a list
 };
 
 } // namespace folivex

@@ -9,7 +9,7 @@ namespace folivex {
 
 RangePipeline::RangePipeline(const SplitSetup& setup, const JobContext& job, const Source& source,
                              const Ends& ends)
-    : m_pageCount(source.pageCount),
+    : m_pageCount(source.pageCount), m_state(job.state), m_list(ends.list),
       m_addresses(ends.addressReader, [&job](const QString& problem) { job.tell(problem); }),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
       m_lookup(job.libraries.text,
@@ -27,6 +27,9 @@ RangePipeline::RangePipeline(const SplitSetup& setup, const JobContext& job, con
 void RangePipeline::run() {
   m_run.run(m_pageCount);
   m_saver.finish();
+  if (m_state.userStop) {
+    m_list.wereComplete();
+  }
   m_reservation.flush();
 }
 

@@ -42,6 +42,8 @@ public:
 
 private:
   int m_pageCount;
+  const RunState& m_state;
+  OutputList& m_list;
   PageAddresses m_addresses;
   OutputReservation m_reservation;
   ViewWordLookup m_lookup;

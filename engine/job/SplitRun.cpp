@@ -57,7 +57,7 @@ void settleRecords(const SplitRunParts& parts, const OutputWriter& writer) {
   if (parts.setup.createList || parts.job.state.error == RunError::SourceChanged) {
     emails.clear();
   }
-  emails.drop(writer.unwrittenPaths());
+  emails.drop(writer.unmailablePaths());
   emails.complete([&](EmailRecord& record) {
     const OutputWriter::Written written = writer.written().value(record.outputPath);
     record.identity = written.identity;
@@ -110,7 +110,8 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
     job.person.note(QStringLiteral("%1: %2").arg(source, protection));
   }
   outcome.account.start(pageCount);
-  OutputWriter writer(setup, job.state, {job.libraries.split, job.libraries.append},
+  OutputWriter writer(setup, job.state,
+                      {job.libraries.text, job.libraries.split, job.libraries.append},
                       batch.folders(), job.person, outcome.account);
   writer.startSource({source, pageCount, [&file] { return file.isChanged(); }});
   const QStringList reads{source, file.scanned()};

@@ -32,6 +32,9 @@ public:
   /// Told, with path and pages as they were, right before a replaced output is handed on: its pages
   /// reach no file.
   virtual void replaced(const ReservedOutput& /*lost*/) {}
+
+  /// Told when the run was stopped and what follows was complete before.
+  virtual void wereComplete() {}
 };
 
 /// The places that outputs go to. A dry plan answers without touching the disk.

@@ -1,5 +1,7 @@
 #include "engine/output/ExternalCommand.h"
 
+#include "platform/FileSystem.h"
+
 #include <QProcess>
 
 #include <algorithm>
@@ -66,6 +68,14 @@ ExternalCommand externalCommand(const SplitSetup& setup, const QString& source,
     argument = filled(argument, values);
   }
   return command;
+}
+
+bool endsLikePdf(const QString& path) {
+  constexpr qint64 tail = 1024; // where readers look for it (ISO 32000-1, annex H)
+  QFile file;
+  platform::FileFailure ignored;
+  return platform::openForReading(file, path, platform::FileAccess::Ordinary, ignored) &&
+         file.seek(std::max<qint64>(file.size() - tail, 0)) && file.read(tail).contains("%%EOF");
 }
 
 } // namespace folivex

@@ -26,4 +26,7 @@ bool usesExternalCommand(const SplitSetup& setup);
 ExternalCommand externalCommand(const SplitSetup& setup, const QString& source,
                                 const QString& target, int firstPage, int lastPage);
 
+/// Whether a file ends with the mark of a PDF's end: one that was cut off does not.
+bool endsLikePdf(const QString& path);
+
 } // namespace folivex

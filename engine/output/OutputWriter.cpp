@@ -5,7 +5,7 @@
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
 #include "engine/output/FolderLocks.h"
-#include "platform/OutsideProgram.h"
+#include "engine/words/CPDFTextDumpInit.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,14 +45,16 @@ void OutputWriter::startSource(const Source& source) {
   m_isSourceChanged = false;
   m_written.clear();
   m_unwritten.clear();
+  m_unmailable.clear();
+  m_writesOnStop = false;
   m_failedOutputs = 0;
   m_held.clear();
   m_heldFor.clear();
   m_appendEndsRun = false;
 }
 
-QSet<QString> OutputWriter::unwrittenPaths() const {
-  return {m_unwritten.keyBegin(), m_unwritten.keyEnd()};
+QSet<QString> OutputWriter::unmailablePaths() const {
+  return QSet<QString>(m_unwritten.keyBegin(), m_unwritten.keyEnd()) + m_unmailable;
 }
 
 bool OutputWriter::isMissing(const QString& path, int firstPage) const {
@@ -66,7 +68,7 @@ void OutputWriter::output(const ReservedOutput& output) {
   if (output.path.isEmpty()) {
     return;
   }
-  if (isSourceChanged() || m_state.userStop || m_state.abortRun) {
+  if (isSourceChanged() || (m_state.mustEnd() && !m_writesOnStop)) {
     m_account.stopped(output.firstPage, output.lastPage);
     m_unwritten[output.path].insert(output.firstPage);
     return;
@@ -82,6 +84,11 @@ void OutputWriter::output(const ReservedOutput& output) {
   } else {
     writeWithLibrary(output);
   }
+}
+
+void OutputWriter::wereComplete() {
+  // A command that may take its time is not started after a Stop.
+  m_writesOnStop = !usesExternalCommand(m_setup);
 }
 
 void OutputWriter::replaced(const ReservedOutput& lost) {
@@ -142,18 +149,50 @@ void OutputWriter::runExternalCommand(const ReservedOutput& output) {
     m_person.handlePendingEvents();
     return m_state.userStop;
   });
-  if (QFileInfo::exists(output.path)) {
-    wrote(file, platform::FileStamp::of(output.path).value_or(platform::FileStamp()),
-          m_setup.emailEnable ? platform::FileDigest::of(output.path) : platform::FileDigest());
-  } else if (!end.started) {
+  if (end.started) {
+    settleCommand(file, command.program, end);
+  } else {
     failed(output, QStringLiteral("the external command \"%1\" could not be started: %2")
                        .arg(command.program, end.errorOutput));
-  } else {
-    failed(output, QStringLiteral("the external command \"%1\" ended with %2 and left no file")
-                       .arg(command.program)
-                       .arg(end.exitCode));
   }
   m_libraries.split.ReleaseTarget(utf16(output.path));
+}
+
+/// The range stays in the reports: the command has had it. What is not surely its document is not
+/// mailed.
+void OutputWriter::settleCommand(const HandedFile& file, const QString& command,
+                                 const platform::ProgramEnd& end) {
+  const ReservedOutput& output = file.ranges.front();
+  const bool isGood = !end.crashed && end.exitCode == 0;
+  const bool hasFile = QFileInfo(output.path).isFile();
+  if (!isGood || !end.errorOutput.isEmpty()) {
+    m_person.note(
+        QStringLiteral("%1: the external command \"%2\" %3%4%5")
+            .arg(output.path, command,
+                 end.crashed ? QStringLiteral("crashed")
+                             : QStringLiteral("ended with %1").arg(end.exitCode),
+                 hasFile ? QString() : QStringLiteral(" and left no file"),
+                 end.errorOutput.isEmpty() ? QString() : QStringLiteral(": ") + end.errorOutput));
+  }
+  if (!isGood && m_state.error == RunError::None) {
+    m_state.error = RunError::OutputFailed;
+  }
+  if (hasFile && (isGood || isWhole(output))) {
+    wrote(file, platform::FileStamp::of(output.path).value_or(platform::FileStamp()),
+          m_setup.emailEnable ? platform::FileDigest::of(output.path) : platform::FileDigest());
+    return;
+  }
+  m_unmailable.insert(output.path);
+  if (isGood) {
+    m_account.handedOn(output.firstPage, output.lastPage);
+  } else {
+    m_account.failed(output.firstPage, output.lastPage);
+  }
+}
+
+bool OutputWriter::isWhole(const ReservedOutput& output) {
+  return endsLikePdf(output.path) && m_libraries.text.GetPageCount(utf16(output.path), u"") ==
+                                         output.lastPage - output.firstPage + 1;
 }
 
 void OutputWriter::writeWithLibrary(const ReservedOutput& output) {

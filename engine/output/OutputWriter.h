@@ -7,6 +7,7 @@
 #include "engine/output/HandedOutputs.h"
 #include "engine/output/PageAccount.h"
 #include "engine/setup/SplitSetup.h"
+#include "platform/OutsideProgram.h"
 
 #include <QHash>
 #include <QSet>
@@ -18,6 +19,7 @@
 namespace folivex {
 
 class CAppendPdfInit;
+class CPDFTextDumpInit;
 class CSplitPdfInit;
 class FolderLocks;
 
@@ -26,8 +28,9 @@ class FolderLocks;
 /// when its fate is known. A failed output does not end the run (see RunError for what does); it
 /// leaves nothing half-written. Where names are not given up to later outputs, the places of
 /// outputs were claimed (see ClaimedPlaces): what came there since is never replaced. No output is
-/// begun once the source is not the file any more that was opened: that ends the run. The split
-/// library may write beside the engine's further work: finish() waits for it.
+/// begun once the source is not the file any more that was opened: that ends the run. What an
+/// external command had to write stays in the reports, whatever became of it. The split library may
+/// write beside the engine's further work: finish() waits for it.
 ///
 /// Where outputs are appended, ranges are held until finish(): those that go to one file are split
 /// together and, when the file exists, joined to it once, so that it is rewritten once a source. A
@@ -36,6 +39,7 @@ class FolderLocks;
 class OutputWriter : public OutputList {
 public:
   struct Libraries {
+    CPDFTextDumpInit& text;
     CSplitPdfInit& split;
     CAppendPdfInit& append;
   };
@@ -53,6 +57,7 @@ public:
 
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
+  void wereComplete() override;
 
   /// Writes what is held and waits until the fate of every output is known. To be called when the
   /// last one has come.
@@ -80,8 +85,8 @@ public:
   /// counts once.
   int writtenFiles() const { return static_cast<int>(m_written.size()); }
 
-  /// Outputs that failed, or that a Stop left out.
-  QSet<QString> unwrittenPaths() const;
+  /// Outputs that failed, that a Stop left out, or of which a command left no sound file.
+  QSet<QString> unmailablePaths() const;
   /// Whether the pages of this range from `firstPage` on are not in the file at `path` after all.
   bool isMissing(const QString& path, int firstPage) const;
   /// How many of those that RunState::outputCount counts came to nothing.
@@ -93,6 +98,9 @@ private:
   bool isSourceChanged();
   bool takeFolderOf(const ReservedOutput& output);
   void runExternalCommand(const ReservedOutput& output);
+  void settleCommand(const HandedFile& file, const QString& command,
+                     const platform::ProgramEnd& end);
+  bool isWhole(const ReservedOutput& output);
   QString placeProblem(const QString& path, bool& isNew);
   void writeWithLibrary(const ReservedOutput& output);
   void hold(const ReservedOutput& output);
@@ -119,10 +127,12 @@ private:
   std::deque<Ranges> m_held;             ///< by output, as the outputs came first
   QHash<QString, std::size_t> m_heldFor; ///< places in m_held, by comparable path
   bool m_appendEndsRun = false;
+  bool m_writesOnStop = false;
   bool m_isSourceChanged = false;
   Source m_source;
   QHash<QString, Written> m_written;
   QHash<QString, QSet<int>> m_unwritten; ///< first pages, by path
+  QSet<QString> m_unmailable;            ///< paths whose ranges stay in the reports
   int m_failedOutputs = 0;
 };
 

@@ -26,6 +26,10 @@ void PageAccount::replaced(int first, int last) {
   raise(first, last, Fate::Replaced);
 }
 
+void PageAccount::handedOn(int first, int last) {
+  raise(first, last, Fate::HandedOn);
+}
+
 void PageAccount::failed(int first, int last) {
   raise(first, last, Fate::Failed);
 }
@@ -79,6 +83,7 @@ QString PageAccount::summary(int fileCount) const {
     }
   };
   add(Fate::InNone, QStringLiteral("in no range"));
+  add(Fate::HandedOn, QStringLiteral("handed to the command"));
   add(Fate::Replaced, QStringLiteral("only in files that a later one of the same name replaced"));
   add(Fate::Stopped, QStringLiteral("not written, since the run was stopped"));
   add(Fate::Failed, QStringLiteral("FAILED"));

@@ -19,8 +19,9 @@ public:
   void overwritten(int first, int last); ///< an output that it was written to is another one now
   void withdrawn(int first, int last);   ///< an output that it was written to is taken away again
   void replaced(int first, int last);    ///< its output gave way to a later one of the same name
-  void failed(int first, int last);      ///< its output could not be written
-  void stopped(int first, int last);     ///< the run ended before its output was written
+  void handedOn(int first, int last); ///< a command has them, and left no file where it was told to
+  void failed(int first, int last);   ///< its output could not be written
+  void stopped(int first, int last);  ///< the run ended before its output was written
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
   int inOutputs() const { return count(Fate::Written); }
@@ -33,7 +34,7 @@ public:
 private:
   // Of a page that stands in no output the gravest fate is told. One that stands in any output is
   // accounted for.
-  enum class Fate : std::uint8_t { InNone, Stopped, Replaced, Failed, Written };
+  enum class Fate : std::uint8_t { InNone, HandedOn, Stopped, Replaced, Failed, Written };
   struct Page {
     Fate fate = Fate::InNone;  ///< when no output holds it
     std::uint32_t holders = 0; ///< outputs that it stands in

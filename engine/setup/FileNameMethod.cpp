@@ -42,6 +42,19 @@ FileNameMethod fileNameMethodOf(const SplitSetup& setup) {
   return fromBookmarks && namesAfterText(method) ? FileNameMethod::Bookmark : method;
 }
 
+QString fileNameMethodFinding(const SplitSetup& setup) {
+  const bool isKnown = setup.extract == bookmarkFileNameMethodText() ||
+                       fileNameMethodTexts().contains(setup.extract);
+  if (isKnown || splitTraitsOf(setup.pageExtract).fromBookmarks) {
+    return {};
+  }
+  const QString told =
+      setup.extract.isEmpty()
+          ? QStringLiteral("no filename method is chosen (EXTRACT)")
+          : QStringLiteral("there is no filename method \"%1\" (EXTRACT)").arg(setup.extract);
+  return told + QStringLiteral("; outputs are named after the matched word");
+}
+
 bool namesAfterText(FileNameMethod method) {
   return method == FileNameMethod::AfterText || takesRestOfLine(method);
 }

@@ -35,6 +35,9 @@ FileNameMethod fileNameMethodOf(const QString& text);
 /// stands in for the methods that ask for one.
 FileNameMethod fileNameMethodOf(const SplitSetup& setup);
 
+/// Empty, or that a setup's text names no method, and what outputs are named after instead.
+QString fileNameMethodFinding(const SplitSetup& setup);
+
 /// One of the three "USE 'use as filename name after text'" methods.
 bool namesAfterText(FileNameMethod method);
 

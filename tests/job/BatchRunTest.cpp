@@ -65,7 +65,27 @@ TEST_F(Batch, FileThatCannotBeProcessedIsMarkedAndTheRestProcessed) {
   EXPECT_TRUE(m_person.questions.isEmpty());
   EXPECT_EQ(m_person.notes.filter(pdf("b")).size(), 1) << m_person.allNotes().toStdString();
   EXPECT_EQ(m_person.notes.filter("in/c.pdf_report.txt, try changing").size(), 1);
+  EXPECT_EQ(m_person.notes.filter("the file cannot be opened").size(), 3);
   EXPECT_FALSE(driver().state().automation);
+}
+
+TEST_F(Batch, SettingsThatCannotBeSavedAreNoFaultOfTheFiles) {
+  QDir(at("tmp")).mkdir("Folivex.ini");
+  setup().emailEnable = true;
+  m_rows.rows = {{pdf("a")}, {pdf("b")}};
+  QStringList mailed;
+  driver().ProcessBatch(m_rows, [&mailed](const QString& source) { mailed += source; });
+  for (const Rows::Row& row : m_rows.rows) {
+    EXPECT_EQ(row.status, "Done") << row.path.toStdString();
+  }
+  EXPECT_EQ(filesBelow(at("out")), (QStringList{"a.pdf", "b.pdf"}));
+  EXPECT_EQ(mailed.size(), 2);
+  EXPECT_EQ(m_person.notes.filter("can't write parameters file").size(), 1);
+
+  // Unattended the run ends before its first output.
+  driver().setAutomation(true);
+  EXPECT_EQ(run(), RunError::SetupFile);
+  EXPECT_EQ(filesBelow(at("out")).size(), 2);
 }
 
 TEST_F(Batch, OnlyRowsThatSayYes) {

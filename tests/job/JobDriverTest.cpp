@@ -323,14 +323,29 @@ TEST_F(Job, StopBetweenPagesLeavesWholeFilesAndClosedReports) {
   EXPECT_EQ(reportLines(), (QStringList{"1 ,1 ,1 ,out/1.pdf", ",1, PDF file(s)"}));
   EXPECT_TRUE(contentOf(source() + "_report.txt").endsWith(told.toUtf8() + "\r\r\n"));
 
-  // Outputs that may give way to later ones wait for the end, which never comes.
-  setup().alwaysOverwrite = true;
-  QDir(at("out")).removeRecursively();
-  EXPECT_EQ(run(), RunError::None);
-  EXPECT_EQ(outputs(), QStringList());
-  EXPECT_EQ(m_person.notes.back(),
-            "5 page(s): 0 in 0 file(s), 5 not written, since the run was stopped (1-5).");
-  EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
+  // Outputs that may give way to later ones wait for the end: those that were whole are kept too.
+  for (const bool append : {false, true}) {
+    setup().alwaysOverwrite = true;
+    setup().alwaysAppend = append;
+    QDir(at("out")).removeRecursively();
+    EXPECT_EQ(run(), RunError::None);
+    EXPECT_EQ(outputs(), QStringList{"1.pdf: Account: 1"});
+    EXPECT_EQ(m_person.notes.back(), told);
+    EXPECT_EQ(reportLines(), (QStringList{"1 ,1 ,1 ,out/1.pdf", ",1, PDF file(s)"}));
+  }
+}
+
+TEST_F(Job, AWayOfNamingThatIsNoneIsTold) {
+  for (const auto& [text, said] : {std::pair{"", "no filename method is chosen"},
+                                   std::pair{"next word as filename", "\"next word as filename\""},
+                                   std::pair{"Next word as filename", ""}}) {
+    setup().extract = text;
+    m_person.notes.clear();
+    run();
+    const QStringList plan = driver().Plan().notes;
+    EXPECT_EQ(m_person.notes.filter("(EXTRACT)").size(), *said == '\0' ? 0 : 1) << text;
+    EXPECT_EQ(plan.filter("(EXTRACT)").filter(said).size(), *said == '\0' ? 0 : 1) << text;
+  }
 }
 
 /// Nobody mails the outputs of a stopped run: without a word they would pass for sent.

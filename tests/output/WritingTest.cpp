@@ -127,18 +127,54 @@ TEST_F(Writing, ExternalCommandGetsEachOutput) {
   EXPECT_EQ(account(), "5 page(s): 5 in 3 file(s).");
 }
 
-TEST_F(Writing, ExternalCommandThatFailsIsTold) {
-  const std::pair<QString, const char*> rows[] = {
-      {cutter("echo no space >&2; exit 3"), "ended with 3 and left no file"},
-      {at("no such program"), "could not be started"},
+TEST_F(Writing, WhatACommandCameToIsToldAndOnlySoundFilesAreMailed) {
+  const char* const pages = "5 page(s): 5 in 3 file(s).";
+  const char* const nowhere = "5 page(s): 0 in 0 file(s), 5 FAILED (1-5).";
+  const char* const handed = "5 page(s): 0 in 0 file(s), 5 handed to the command (1-5).";
+  const QByteArray cut = QByteArray(cutWithQpdf).mid(5); // without "exec"
+  const struct {
+    const char* fault;
+    QByteArray lastLine;
+    RunError error;
+    const char* account;
+    qsizetype mailed;
+    const char* said;
+  } rows[] = {
+      {"failure not told", "echo no space >&2; exit 3", RunError::OutputFailed, nowhere, 0,
+       "ended with 3 and left no file: no space"},
+      {"hand-over taken for a failure", "exit 0", RunError::None, handed, 0, ""},
+      {"folder taken for an output", "mkdir \"$2\"", RunError::None, handed, 0, ""},
+      {"failure not told beside its file", cut + "; exit 3", RunError::OutputFailed, pages, 3,
+       "ended with 3"},
+      {"half a file mailed", cut + "; truncate -s -100 \"$2\"; exit 3", RunError::OutputFailed,
+       nowhere, 0, "ended with 3"},
+      {"file of too many pages mailed", "cp \"$1\" \"$2\"; exit 3", RunError::OutputFailed, nowhere,
+       0, "ended with 3"},
+      {"warning not shown", cut + "; echo one font is missing >&2", RunError::None, pages, 3,
+       "ended with 0: one font is missing"},
+      {"crash not told", cut + "; kill -SEGV $$", RunError::OutputFailed, pages, 3, "crashed"},
   };
-  for (const auto& [program, said] : rows) {
+  setup().emailEnable = true;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fault);
+    QDir(at("out")).removeRecursively();
     m_person.notes.clear();
-    useCommand(program, "[IN]");
-    EXPECT_EQ(run(), RunError::OutputFailed);
-    EXPECT_EQ(m_person.notes.filter(said).size(), 3) << m_person.allNotes().toStdString();
-    EXPECT_EQ(account(), "5 page(s): 0 in 0 file(s), 5 FAILED (1-5).");
+    useCommand(cutter(row.lastLine), "\"[IN]\" \"[OUT]\" [START] [END]");
+    EXPECT_EQ(run(), row.error);
+    EXPECT_EQ(account(), row.account);
+    EXPECT_EQ(m_person.notes.filter("the external command").filter(row.said).size(),
+              *row.said == '\0' ? 0 : 3)
+        << m_person.allNotes().toStdString();
+    EXPECT_EQ(reportLines(), (QStringList{"1 ,2 ,1001 ,out/1001.pdf", "3 ,3 ,1002 ,out/1002.pdf",
+                                          "4 ,5 ,1001 ,out/1001_part002.pdf", ",3, PDF file(s)"}));
+    EXPECT_EQ(driver().emails().all().size(), static_cast<std::size_t>(row.mailed));
   }
+  m_person.notes.clear();
+  useCommand(at("no such program"), "[IN]");
+  EXPECT_EQ(run(), RunError::OutputFailed);
+  EXPECT_EQ(m_person.notes.filter("could not be started").size(), 3);
+  EXPECT_EQ(account(), nowhere);
+  EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
 }
 
 TEST_F(Writing, StopWhileACommandRunsWaitsForItAndWritesNoMore) {
