@@ -177,6 +177,39 @@ TEST_F(Writing, WhatACommandCameToIsToldAndOnlySoundFilesAreMailed) {
   EXPECT_EQ(reportLines(), QStringList{",0, PDF file(s)"});
 }
 
+/// The command would write over it.
+TEST_F(Writing, FileThatCameAfterItsNameWasTakenIsNoOutput) {
+  useCommand(cutter(cutWithQpdf), "\"[IN]\" \"[OUT]\" [START] [END]");
+  for (const bool external : {true, false}) {
+    setup().configUseExternal = external;
+    m_person.onProgress = [this](const Progress& progress) {
+      if (progress.text.endsWith("out/1002.pdf")) {
+        EXPECT_NE(filesBelow(at("out")).filter(".part").size(), 0) << "the name is not taken";
+        writeFile(at("out/1002.pdf"), "somebody's own");
+      }
+    };
+    EXPECT_EQ(run(), RunError::OutputFailed);
+    EXPECT_EQ(contentOf(at("out/1002.pdf")), "somebody's own");
+    EXPECT_EQ(filesBelow(at("out")), (QStringList{"1001.pdf", "1001_part002.pdf", "1002.pdf"}));
+    EXPECT_EQ(account(), "5 page(s): 4 in 2 file(s), 1 FAILED (3).");
+    EXPECT_EQ(m_person.notes.filter("another program has put a file there").size(), 1);
+    m_person.notes.clear();
+    QDir(at("out")).removeRecursively();
+    QDir(folder()).mkdir("out");
+  }
+}
+
+TEST_F(Writing, NothingIsAddedToTheFileBehindALink) {
+  statements({"somebody else's"}).write(at("elsewhere.pdf"));
+  ASSERT_TRUE(QFile::link(at("elsewhere.pdf"), at("out/1001.pdf")));
+  setup().alwaysAppend = true;
+  EXPECT_EQ(run(), RunError::Append);
+  EXPECT_EQ(pageTexts(at("elsewhere.pdf")), QStringList("somebody else's"));
+  EXPECT_EQ(m_person.notes.filter("1001.pdf\": it is a link, which is not followed").size(), 2)
+      << m_person.allNotes().toStdString();
+  EXPECT_EQ(account(), "5 page(s): 1 in 1 file(s), 4 FAILED (1-2, 4-5).");
+}
+
 TEST_F(Writing, StopWhileACommandRunsWaitsForItAndWritesNoMore) {
   // The script goes on only when Stop was pressed, so that the run is in its wait at that time.
   useCommand(cutter("touch '" + at("running").toUtf8() + "'\nwhile ! test -e '" +
@@ -333,5 +366,11 @@ TEST_F(Writing, EveryOutputIsRecordedForMail) {
     EXPECT_EQ(pageTexts(records[1].outputPath), QStringList("Account: 1002"));
     EXPECT_EQ(records[0].identity, platform::FileDigest::of(records[0].outputPath));
     EXPECT_TRUE(records[0].identity.isKnown());
+    EXPECT_FALSE(records[0].holdsEarlierPages);
   }
+  setup().prefixFileName.clear();
+  EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
+  const EmailRecord& grown = driver().emails().all()[0];
+  EXPECT_TRUE(grown.holdsEarlierPages);
+  EXPECT_EQ(grown.identity, platform::FileDigest::of(grown.outputPath));
 }
