@@ -34,6 +34,10 @@ public:
   bool question(QWidget* /*over*/, const QString& /*text*/, const QString& /*caption*/) override {
     return false;
   }
+  int choice(QWidget* /*over*/, const QString& /*text*/, const QString& /*caption*/,
+             const QStringList& /*answers*/) override {
+    return noChoice;
+  }
   QString openFile(QWidget* /*over*/, const FileRequest& /*request*/) override { return m_path; }
   QStringList openFiles(QWidget* /*over*/, const FileRequest& /*request*/) override { return {}; }
   QString saveFile(QWidget* /*over*/, const FileRequest& /*request*/) override { return {}; }

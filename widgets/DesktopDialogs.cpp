@@ -56,6 +56,19 @@ bool DesktopDialogs::question(QWidget* over, const QString& text, const QString&
   return box.exec() == QMessageBox::Yes;
 }
 
+int DesktopDialogs::choice(QWidget* over, const QString& text, const QString& caption,
+                           const QStringList& answers) {
+  QMessageBox box(QMessageBox::Question, caption, text, QMessageBox::Cancel, over);
+  box.setTextFormat(Qt::PlainText);
+  box.setEscapeButton(QMessageBox::Cancel);
+  QList<QAbstractButton*> buttons;
+  for (const QString& answer : answers) {
+    buttons += box.addButton(answer, QMessageBox::AcceptRole);
+  }
+  box.exec();
+  return static_cast<int>(buttons.indexOf(box.clickedButton()));
+}
+
 QString DesktopDialogs::openFile(QWidget* over, const FileRequest& request) {
   return chosen(over, request, QFileDialog::ExistingFile).value(0);
 }

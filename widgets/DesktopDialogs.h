@@ -9,6 +9,8 @@ class DesktopDialogs : public Dialogs {
 public:
   void message(QWidget* over, const QString& text) override;
   bool question(QWidget* over, const QString& text, const QString& caption) override;
+  int choice(QWidget* over, const QString& text, const QString& caption,
+             const QStringList& answers) override;
   QString openFile(QWidget* over, const FileRequest& request) override;
   QStringList openFiles(QWidget* over, const FileRequest& request) override;
   QString saveFile(QWidget* over, const FileRequest& request) override;

@@ -26,6 +26,11 @@ public:
   virtual void message(QWidget* over, const QString& text) = 0;
   /// True for Yes. Closing the box means No.
   virtual bool question(QWidget* over, const QString& text, const QString& caption) = 0;
+  /// Which of `answers`, texts of buttons, was chosen, from 0. There is "Cancel" beside them; it,
+  /// the Escape key and closing the box give noChoice.
+  static constexpr int noChoice = -1;
+  virtual int choice(QWidget* over, const QString& text, const QString& caption,
+                     const QStringList& answers) = 0;
   /// Empty when the person gave up; so with the three below.
   virtual QString openFile(QWidget* over, const FileRequest& request) = 0;
   virtual QStringList openFiles(QWidget* over, const FileRequest& request) = 0;

@@ -23,6 +23,11 @@ public:
     hear(text);
     return m_dialogs.question(over, text, caption);
   }
+  int choice(QWidget* over, const QString& text, const QString& caption,
+             const QStringList& answers) override {
+    hear(text);
+    return m_dialogs.choice(over, text, caption, answers);
+  }
   QString openFile(QWidget* over, const FileRequest& request) override {
     return m_dialogs.openFile(over, request);
   }

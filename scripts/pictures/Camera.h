@@ -19,6 +19,9 @@ class QuietDialogs : public Dialogs {
 public:
   void message(QWidget*, const QString& text) override { std::puts(text.toLocal8Bit()); }
   bool question(QWidget*, const QString&, const QString&) override { return false; }
+  int choice(QWidget*, const QString&, const QString&, const QStringList&) override {
+    return noChoice;
+  }
   QString openFile(QWidget*, const FileRequest&) override { return {}; }
   QStringList openFiles(QWidget*, const FileRequest&) override { return {}; }
   QString saveFile(QWidget*, const FileRequest&) override { return {}; }

@@ -107,6 +107,7 @@ class ScriptedDialogs : public Dialogs {
 public:
   ~ScriptedDialogs() override {
     EXPECT_TRUE(answers.empty()) << answers.size() << " questions never came";
+    EXPECT_TRUE(choices.empty()) << choices.size() << " choices never came";
     EXPECT_TRUE(files.empty()) << files.size() << " file choosers never came";
   }
 
@@ -114,6 +115,10 @@ public:
   bool question(QWidget*, const QString& text, const QString&) override {
     questions += text;
     return take(answers, text, false);
+  }
+  int choice(QWidget*, const QString& text, const QString&, const QStringList&) override {
+    questions += text;
+    return take(choices, text, noChoice);
   }
   QString openFile(QWidget*, const FileRequest& request) override {
     return chosen(request).value(0);
@@ -132,6 +137,7 @@ public:
 
   // What the test laid out: Yes and No for questions, paths for choosers (empty: gave up).
   std::deque<bool> answers;
+  std::deque<int> choices;
   std::deque<QStringList> files;
   // What was shown.
   QStringList messages;
