@@ -36,6 +36,10 @@ FileDigest FileDigest::of(const QString& path, const std::function<void()>& tick
   return digest;
 }
 
+FileDigest FileDigest::ofBytes(const QByteArray& bytes) {
+  return {bytes.size(), QCryptographicHash::hash(bytes, QCryptographicHash::Sha256)};
+}
+
 QString FileDigest::text() const {
   return isKnown() ? QString::number(size) + u':' + QString::fromLatin1(sha256.toHex()) : QString();
 }

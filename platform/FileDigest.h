@@ -19,6 +19,8 @@ struct FileDigest {
   /// The bytes of the ordinary file at `path` as they are now; not known when it cannot be read
   /// whole. `tick`, which may be empty, is called now and then: a large file takes a while.
   static FileDigest of(const QString& path, const std::function<void()>& tick = {});
+  /// Of bytes that were read already.
+  static FileDigest ofBytes(const QByteArray& bytes);
 
   /// "SIZE:HEX", for text files; not known from anything else.
   QString text() const;

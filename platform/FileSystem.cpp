@@ -57,6 +57,14 @@ bool openForWriting(QFile& file, const QString& path, FileAccess, FileFailure& f
                    failure);
 }
 
+bool openToAppend(QFile& file, const QString& path, FileFailure& failure) {
+  return openNamed(file, path, QIODevice::ReadWrite | QIODevice::Append, failure);
+}
+
+bool syncFolderOf(const QString&, FileFailure&) {
+  return true;
+}
+
 bool syncToDisk(QFile& file, FileFailure& failure) {
   return _commit(file.handle()) == 0 || failWithErrno(failure, errno);
 }
@@ -163,6 +171,38 @@ bool openForWriting(QFile& file, const QString& path, FileAccess access, FileFai
     return false;
   }
   return true;
+}
+
+bool openToAppend(QFile& file, const QString& path, FileFailure& failure) {
+  constexpr int flags =
+      O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+  const int handle = ::open(QFile::encodeName(path).constData(), flags, 0600);
+  if (handle < 0) {
+    return errno == ELOOP ? failUntrusted(failure, "it is a link") : failWithErrno(failure, errno);
+  }
+  struct stat status {};
+  const bool isGood = fstat(handle, &status) == 0 ? checkKind(status, Devices::Refused, failure)
+                                                  : failWithErrno(failure, errno);
+  if (isGood && file.open(handle, QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered,
+                          QFileDevice::AutoCloseHandle)) {
+    return true;
+  }
+  ::close(handle);
+  return isGood ? fail(failure, FileError::Failed, file.errorString()) : false;
+}
+
+bool syncFolderOf(const QString& path, FileFailure& failure) {
+  const QString folder = folderOf(path);
+  const int handle =
+      ::open(QFile::encodeName(folder.isEmpty() ? QStringLiteral(".") : folder).constData(),
+             O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle < 0) {
+    return failWithErrno(failure, errno);
+  }
+  // Some file systems sync no folders, and need none.
+  const bool ok = fsync(handle) == 0 || errno == EINVAL || failWithErrno(failure, errno);
+  ::close(handle);
+  return ok;
 }
 
 bool syncToDisk(QFile& file, FileFailure& failure) {

@@ -39,6 +39,14 @@ struct FileFailure {
 [[nodiscard]] bool openForWriting(QFile& file, const QString& path, FileAccess access,
                                   FileFailure& failure);
 
+/// Opens the ordinary file at `path`, which is made 0600 when it is missing, for reading and for
+/// writing at its end, unbuffered. A link is refused.
+[[nodiscard]] bool openToAppend(QFile& file, const QString& path, FileFailure& failure);
+
+/// Sees to it that the names in the folder of `path` are on the disk: a file that is there can
+/// still be lost by its name.
+[[nodiscard]] bool syncFolderOf(const QString& path, FileFailure& failure);
+
 /// Sees to it that what was written to `file` is on the disk.
 [[nodiscard]] bool syncToDisk(QFile& file, FileFailure& failure);
 
