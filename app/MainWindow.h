@@ -99,6 +99,7 @@ private:
   void runCommandLine(const CommandLine& line);
   void mailOutputs();
   void mailBatchSource();
+  void mailUnattended(const SplitSetup& setup);
   void takeSetup();
   void stop();
   void showMatches();
@@ -117,6 +118,7 @@ private:
   RecentSetups m_recent;
   WindowParts m_parts;
   Program m_program;
+  std::unique_ptr<UnattendedDelivery> m_mail; ///< of the run that is on
   bool m_isRunning = false;
   bool m_usesStatusDialog = false;
   int m_lastPage = 1;

@@ -53,14 +53,6 @@ public:
   void showRow(int /*row*/) override {}
 };
 
-/// In automation mode nobody is asked about mails, and what there is to say of them is noted.
-void mailUnattended(Program& program, const SplitSetup& setup, Operator& person) {
-  const JobDriver& driver = program.driver();
-  static_cast<void>(sendUnattended(setup, finishedRun(setup.fileName, driver.emails()),
-                                   {&program.splitLibrary(), {}}, person,
-                                   [&driver] { return driver.state().userStop; }));
-}
-
 } // namespace
 
 bool MainWindow::readyFor(SetupPurpose purpose) {
@@ -88,6 +80,10 @@ void MainWindow::process() {
   if (m_isRunning || !m_program.isReady() || !readyFor(SetupPurpose::Splitting)) {
     return;
   }
+  if (!m_program.store().automation() && m_parts.goOnMailing &&
+      m_parts.goOnMailing(currentSetup())) {
+    return;
+  }
   const RunState& state = m_program.driver().state();
   const auto mail = [this, &state] {
     if (!state.userStop && state.outputCount > 0) {
@@ -98,11 +94,16 @@ void MainWindow::process() {
   const bool isUnattended = m_program.store().automation();
   {
     const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
-    m_program.driver().StartProcessing();
-    m_program.explainNoMatch();
-    if (isUnattended) {
-      mail();
+    m_mail = m_program.unattendedMail();
+    // The stop of the last run is kept until the next one begins.
+    if (!isUnattended || state.userStop || !m_mail->goOn(currentSetup(), currentSetup().fileName)) {
+      m_program.driver().StartProcessing();
+      m_program.explainNoMatch();
+      if (isUnattended) {
+        mail();
+      }
     }
+    m_mail->finish();
   }
   m_runLine->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
   if (!isUnattended) {
@@ -110,10 +111,19 @@ void MainWindow::process() {
   }
 }
 
+/// In automation mode nobody is asked about mails, and what there is to say of them is noted. Where
+/// a run before did not mail all, its list is gone on with in place of what was split anew.
+void MainWindow::mailUnattended(const SplitSetup& setup) {
+  if (!m_mail->goOn(setup, setup.fileName)) {
+    static_cast<void>(
+        m_mail->send(setup, finishedRun(setup.fileName, m_program.driver().emails())));
+  }
+}
+
 void MainWindow::mailOutputs() {
   const SplitSetup setup = currentSetup();
   if (setup.emailEnable && m_program.store().automation()) {
-    mailUnattended(m_program, setup, *this);
+    mailUnattended(setup);
   } else if (setup.emailEnable && m_parts.mailOutputs) {
     m_parts.mailOutputs(m_program.driver(), setup);
   }
@@ -122,7 +132,7 @@ void MainWindow::mailOutputs() {
 void MainWindow::mailBatchSource() {
   const SplitSetup& setup = m_program.store().working();
   if (setup.emailEnable && m_program.store().automation()) {
-    mailUnattended(m_program, setup, *this);
+    mailUnattended(setup);
   } else if (setup.emailEnable && m_parts.mailBatchSource) {
     m_parts.mailBatchSource(m_program.driver(), setup);
   }
@@ -144,8 +154,10 @@ void MainWindow::processList() {
   BatchResult result;
   {
     const Running running(*this, QStringLiteral("Processing list"), Shown::StatusDialog);
+    m_mail = m_program.unattendedMail();
     result = m_program.driver().ProcessBatch(rows == nullptr ? none : *rows,
                                              [this](const QString&) { mailBatchSource(); });
+    m_mail->finish();
   }
   tellList(false);
   if (m_program.store().working().emailEnable && m_parts.mailBatchEnd) {

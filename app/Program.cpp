@@ -2,6 +2,7 @@
 
 #include "app/FolderSearch.h"
 #include "app/PlanPrinter.h"
+#include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "platform/FileSystem.h"
@@ -121,7 +122,10 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
   }
   tellUnused(line);
   m_driver->beginBatch(sourcesOf(line));
+  m_mail = unattendedMail();
   const std::optional<int> code = performAll(line);
+  m_mail->finish();
+  m_mail.reset();
   m_driver->endBatch();
   m_driver->setCommandLine(false);
   setUnattended(false);
@@ -220,6 +224,10 @@ std::optional<int> Program::runOne(const QString& path) {
   if (m_plan != PlanOutput::None) {
     return planOne(path);
   }
+  if (const std::optional<int> code = goOnMailing(path)) {
+    m_exitCode = m_exitCode == 0 ? *code : m_exitCode;
+    return m_driver->state().userStop ? std::optional(stoppedExitCode) : std::nullopt;
+  }
   const RunError error = m_driver->StartProcessing();
   explainNoMatch();
   int code = static_cast<int>(error);
@@ -241,16 +249,29 @@ std::optional<int> Program::runOne(const QString& path) {
   return std::nullopt;
 }
 
+std::unique_ptr<UnattendedDelivery> Program::unattendedMail() {
+  return std::make_unique<UnattendedDelivery>(DeliveryMeans{m_split.get(), {}}, m_person,
+                                              [this] { return m_driver->state().userStop; });
+}
+
+std::optional<int> Program::goOnMailing(const QString& source) {
+  SplitSetup setup = m_store.working();
+  commitSetup(m_store.edited(), setup);
+  const std::optional<UnattendedResult> gone =
+      m_mail->goOn(setup, platform::withoutTrailingBlanks(source));
+  return gone ? std::optional(
+                    static_cast<int>(gone->complete ? RunError::None : RunError::MailFailed))
+              : std::nullopt;
+}
+
 bool Program::mailOutputs(const QString& source) {
   const SplitSetup& setup = m_store.working();
   if (!setup.emailEnable) {
     return true;
   }
-  const UnattendedResult result =
-      sendUnattended(setup, finishedRun(source, m_driver->emails()), {m_split.get(), {}}, m_person,
-                     [this] { return m_driver->state().userStop; });
+  const UnattendedResult result = m_mail->send(setup, finishedRun(source, m_driver->emails()));
   // With a confirmation asked for, the list that was saved is all that is wanted here.
-  return result.complete || setup.emailConfirm;
+  return result.complete || (setup.emailConfirm && !result.savedList.isEmpty());
 }
 
 std::optional<int> Program::planOne(const QString& path) {

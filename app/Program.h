@@ -13,6 +13,7 @@
 
 namespace folivex {
 
+class UnattendedDelivery;
 struct FolderSearch;
 
 /// The libraries, the setup and the driver, and what a start with arguments does. A window or a
@@ -53,6 +54,9 @@ public:
   SetupStore& store() { return m_store; }
   const SetupStore& store() const { return m_store; }
   JobDriver& driver() { return *m_driver; }
+  /// Mails of runs that nobody watches, as long as one command lasts: see UnattendedDelivery.
+  std::unique_ptr<UnattendedDelivery> unattendedMail();
+
   /// Only once the libraries are loaded.
   CPDFTextDumpInit& textLibrary() { return *m_text; }
   CSplitPdfInit& splitLibrary() { return *m_split; }
@@ -66,6 +70,9 @@ private:
   void tellNotTaken(const QString& pattern, const FolderSearch& found);
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
+  /// Of a source that a run before has split and not mailed to its end: the code of going on with
+  /// that.
+  std::optional<int> goOnMailing(const QString& source);
   bool mailOutputs(const QString& source);
   std::optional<int> planOne(const QString& path);
   void report(const SetupResult& result);
@@ -78,6 +85,7 @@ private:
   std::unique_ptr<CSplitPdfInit> m_split;
   std::unique_ptr<CAppendPdfInit> m_append;
   std::unique_ptr<JobDriver> m_driver;
+  std::unique_ptr<UnattendedDelivery> m_mail; ///< while a command line is worked through
   PlanOutput m_plan = PlanOutput::None;
   QString m_setupPath;
   std::optional<QString> m_password;

@@ -32,7 +32,10 @@ struct WindowParts {
 
   /// Opens the list of mails with a list file that the person chooses.
   std::function<void()> loadEmailList;
-  /// A split has ended with mails to send (`EMAILENABLE`). May be empty, as the two below.
+  /// Before a split: a run of the same work may have left mails. True when the person goes on with
+  /// those, or wants nothing done. May be empty, as the three below.
+  std::function<bool(const SplitSetup& setup)> goOnMailing;
+  /// A split has ended with mails to send (`EMAILENABLE`).
   std::function<void(JobDriver& driver, const SplitSetup& setup)> mailOutputs;
   /// One source of a batch has; the batch goes on afterwards.
   std::function<void(JobDriver& driver, const SplitSetup& setup)> mailBatchSource;

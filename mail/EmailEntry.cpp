@@ -26,4 +26,13 @@ EmailEntry fitted(EmailEntry entry) {
   return entry;
 }
 
+QString doubtAbout(const EmailEntry& entry) {
+  return entry.isUnchecked ? QStringLiteral("nothing tells whether the file is the one that was "
+                                            "written")
+         : entry.addressesDiffer ? QStringLiteral("the file holds pages with different addresses")
+         : entry.holdsEarlierPages
+             ? QStringLiteral("the file holds pages of earlier runs, which may be somebody else's")
+             : QString();
+}
+
 } // namespace folivex

@@ -1,6 +1,8 @@
 // EmailEntry: one mail to send.
 #pragma once
 
+#include "platform/FileDigest.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -25,6 +27,19 @@ struct EmailEntry {
   /// Read from a list that could not hold the whole path: `file` is its beginning.
   bool fileIsCut = false;
 
+  // What a list file keeps in the journal beside it (see SendJournal):
+  /// The bytes that `file` is to hold when it is sent; not known: those that lie there then.
+  platform::FileDigest identity;
+  /// Read from a list beside which nothing tells what its files were, or which mails went out.
+  bool isUnchecked = false;
+  bool addressesDiffer = false;   ///< the file holds pages of several addresses
+  bool holdsEarlierPages = false; ///< and pages of earlier runs, with whatever addresses
+  QStringList sentTo;             ///< recipients that it went out to before
+  QStringList mayHaveReached;     ///< and those of whom nobody knows
+
+  /// When somebody looked last, the file held other bytes than those of `identity`; kept nowhere.
+  bool isChanged = false;
+
   bool operator==(const EmailEntry&) const = default;
 };
 
@@ -35,5 +50,9 @@ using EmailEntries = std::vector<EmailEntry>;
 /// lists are made by hand, too. A path stays whole: what is left of one attaches nothing, or the
 /// wrong file.
 EmailEntry fitted(EmailEntry entry);
+
+/// Why the mail waits for a person who looks at it, but for what isChanged tells; empty when it
+/// need not.
+QString doubtAbout(const EmailEntry& entry);
 
 } // namespace folivex

@@ -3,6 +3,7 @@
 #include "mail/MailAddress.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace folivex {
 
@@ -30,6 +31,10 @@ std::vector<AddressedOutput> EmailList::fill(std::span<const AddressedOutput> ou
     entry.file = output.file;
     entry.address = output.address;
     entry.furtherAddresses = output.furtherAddresses;
+    entry.identity = output.identity;
+    entry.isUnchecked = !output.identity.isKnown();
+    entry.addressesDiffer = output.addressesDiffer;
+    entry.holdsEarlierPages = output.holdsEarlierPages;
     m_rows.push_back(EmailRow::of(entry));
   }
   return without;
@@ -68,9 +73,38 @@ bool EmailList::showsOwnTexts() const {
 }
 
 std::size_t EmailList::addressedCount() const {
-  return static_cast<std::size_t>(
-      std::count_if(m_rows.begin(), m_rows.end(),
-                    [](const EmailRow& row) { return !row.entry.address.isEmpty(); }));
+  return countOf([](const EmailEntry&) { return true; });
+}
+
+std::size_t EmailList::countOf(const std::function<bool(const EmailEntry&)>& concerns) const {
+  return static_cast<std::size_t>(std::ranges::count_if(m_rows, [&](const EmailRow& row) {
+    return !row.entry.address.isEmpty() && concerns(row.entry);
+  }));
+}
+
+bool EmailList::lookAtFile(std::size_t row) {
+  EmailEntry& entry = m_rows.at(row).entry;
+  bool isChanged = false;
+  if (entry.identity.isKnown()) {
+    const platform::FileDigest now = platform::FileDigest::of(entry.file);
+    isChanged = now.isKnown() && now != entry.identity;
+  }
+  return std::exchange(entry.isChanged, isChanged) != isChanged;
+}
+
+bool EmailList::acceptFile(std::size_t row) {
+  EmailEntry& entry = m_rows.at(row).entry;
+  const platform::FileDigest now = platform::FileDigest::of(entry.file);
+  if (now.isKnown()) {
+    entry.identity = now;
+    entry.isChanged = entry.isUnchecked = false;
+  }
+  return now.isKnown();
+}
+
+void EmailList::acceptDoubts(std::size_t row) {
+  EmailEntry& entry = m_rows.at(row).entry;
+  entry.isUnchecked = entry.addressesDiffer = entry.holdsEarlierPages = false;
 }
 
 QString EmailList::setAddress(std::size_t row, const QString& text) {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct AddressedOutput {
   QString matchedText;
   QString address; ///< empty when its pages have none
   QStringList furtherAddresses;
+  platform::FileDigest identity = {}; ///< of the file as it was written
+  bool addressesDiffer = false;       ///< it holds pages of several addresses
+  bool holdsEarlierPages = false;     ///< it was there before the run, which added to it
 };
 
 /// Columns of the list, in their order.
@@ -103,6 +107,17 @@ public:
   /// Empty when the text was taken; else why it was not (no address, two of them, a control
   /// character). An empty text is taken: the entry is then not sent.
   QString setAddress(std::size_t row, const QString& text);
+
+  /// Looks whether the file of the row is still the one that its identity tells; true when that is
+  /// another answer than before.
+  bool lookAtFile(std::size_t row);
+  /// "Accept as it is now": the file is to be sent with the bytes that it holds now. False when it
+  /// cannot be read.
+  bool acceptFile(std::size_t row);
+  /// Somebody has been asked about what doubtAbout() tells of the row, and wants it sent.
+  void acceptDoubts(std::size_t row);
+  /// Rows with an address for which `concerns` is true.
+  std::size_t countOf(const std::function<bool(const EmailEntry&)>& concerns) const;
 
   /// Keeps the rows given, in their order (those selected; those that failed, to send them again).
   void reduceTo(std::span<const std::size_t> rows);

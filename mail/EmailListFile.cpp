@@ -93,7 +93,7 @@ EmailRow rowOf(QStringView text) {
 
 } // namespace
 
-EmailListResult saveEmailList(const EmailList& list, const QString& path) {
+EmailListResult writeEmailList(const EmailList& list, const QString& path) {
   if (list.isEmpty()) {
     return {false, QStringLiteral("Nothing to save!"), {}};
   }
@@ -112,6 +112,29 @@ EmailListResult saveEmailList(const EmailList& list, const QString& path) {
   return {true, QStringLiteral("Saved email list to: ") + path, noteAbout(list)};
 }
 
+EmailListResult saveEmailList(const EmailList& list, const QString& path, const MailWork& work) {
+  QString problem;
+  if (!list.isEmpty() && QFile::exists(SendJournal::pathBeside(path))) {
+    SendJournal before;
+    if (before.open(path, {})) {
+      before.remove(); // it says nothing of the list that comes, should this end half-way
+    } else if (before.isInWork()) {
+      return {false, QStringLiteral("Unable to create file: ") + path, before.problem()};
+    } else {
+      problem = before.problem();
+    }
+  }
+  EmailListResult saved = writeEmailList(list, path);
+  if (saved.ok && problem.isEmpty()) {
+    problem = SendJournal::write(path, work, list.entries());
+  }
+  if (saved.ok && !problem.isEmpty()) {
+    saved.note += (saved.note.isEmpty() ? QString() : QStringLiteral("\n")) +
+                  QStringLiteral("What is known of the files is not kept: ") + problem;
+  }
+  return saved;
+}
+
 EmailListResult loadEmailList(EmailList& list, const QString& path) {
   list.clear();
   platform::TextReader file;
@@ -119,14 +142,20 @@ EmailListResult loadEmailList(EmailList& list, const QString& path) {
     return {false, QStringLiteral("Unable to open file: ") + path, file.errorText()};
   }
   std::vector<EmailRow> rows;
+  EmailEntries entries;
   QString text;
   while (file.readLine(text, longestPiece)) {
     if (!text.isEmpty() && !text.startsWith(headerStart)) {
       rows.push_back(rowOf(text));
+      entries.push_back(rows.back().entry);
     }
   }
   if (file.error() != platform::FileError::None) {
     return {false, QStringLiteral("Unable to open file: ") + path, file.errorText()};
+  }
+  learnFrom(SendJournal::read(path), entries);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    rows[i].entry = std::move(entries[i]);
   }
   list.setRows(std::move(rows), path);
   return {true, {}, {}};

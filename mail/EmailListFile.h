@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mail/EmailList.h"
+#include "mail/SendJournal.h"
 
 namespace folivex {
 
@@ -16,9 +17,15 @@ struct [[nodiscard]] EmailListResult {
 
 /// Writes address, file and page range of every row. The old file stays whole until the new one is;
 /// a new one is made with permissions 0600. An empty list writes nothing.
-EmailListResult saveEmailList(const EmailList& list, const QString& path);
+EmailListResult writeEmailList(const EmailList& list, const QString& path);
 
-/// Replaces the rows of `list`; when the file cannot be opened the list is left empty.
+/// The same with the journal beside it, which keeps what the rows' files were and which mails went
+/// out. A list that is being sent just now is not replaced.
+EmailListResult saveEmailList(const EmailList& list, const QString& path,
+                              const MailWork& work = {});
+
+/// Replaces the rows of `list`, with what the journal beside the file knows of them; when the file
+/// cannot be opened the list is left empty.
 EmailListResult loadEmailList(EmailList& list, const QString& path);
 
 } // namespace folivex

@@ -22,10 +22,23 @@ constexpr std::chrono::milliseconds pauseStep(20);
 constexpr int uselessTriesAtMost = 3;
 
 EntryState stateOf(MailOutcome outcome) {
-  static constexpr EntryState states[] = {EntryState::Sent, EntryState::Failed,
-                                          EntryState::Temporary, EntryState::Unknown,
-                                          EntryState::NotReached}; // by MailOutcome
+  static constexpr EntryState states[] = {
+      EntryState::Sent,    EntryState::Failed,     EntryState::Temporary,
+      EntryState::Unknown, EntryState::NotReached, EntryState::Held}; // by MailOutcome
   return states[static_cast<std::size_t>(outcome)];
+}
+
+SendJournal::Fate fateOf(MailOutcome outcome) {
+  return outcome == MailOutcome::Sent      ? SendJournal::Fate::Sent
+         : outcome == MailOutcome::Unknown ? SendJournal::Fate::Unknown
+                                           : SendJournal::Fate::NotSent;
+}
+
+MailResult resultOf(const QString& reason, MailOutcome outcome = MailOutcome::Refused) {
+  MailResult result;
+  result.outcome = outcome;
+  result.errorText = reason;
+  return result;
 }
 
 QString ownOr(const QString& own, const QString& general) {
@@ -37,9 +50,10 @@ constexpr std::pair<EntryState, const char*> stateTexts[] = {
     {EntryState::Temporary, "%1 failed for a reason that may pass: send them again later."},
     {EntryState::Unknown, "%1 may have arrived, though the server never confirmed them. They are "
                           "not sent again by themselves."},
-    {EntryState::SentBefore, "%1 were left out: the log says that they were sent before."},
+    {EntryState::Held, "%1 were not sent: a person has to look at their files first."},
+    {EntryState::SentBefore, "%1 were left out: they were sent before."},
     {EntryState::NoAddress, "%1 were left out: they have no address."},
-    {EntryState::NotReached, "%1 were not sent: the run was stopped."},
+    {EntryState::NotReached, "%1 were not sent: %2."},
 };
 
 } // namespace
@@ -61,10 +75,16 @@ QString SendSummary::details() const {
   QStringList lines;
   for (const auto& [state, text] : stateTexts) {
     if (const std::size_t count = rowsIn({state}).size(); count > 0) {
-      lines += QString::fromLatin1(text).arg(count);
+      lines += QString::fromLatin1(text)
+                   .replace(QLatin1String("%1"), QString::number(count))
+                   .replace(QLatin1String("%2"), whyNotReached());
     }
   }
   return lines.join(u'\n');
+}
+
+QString SendSummary::whyNotReached() const {
+  return endedBecause.isEmpty() ? QStringLiteral("the run was stopped") : endedBecause;
 }
 
 std::vector<std::size_t> SendSummary::rowsIn(std::initializer_list<EntryState> states) const {
@@ -78,7 +98,8 @@ std::vector<std::size_t> SendSummary::rowsIn(std::initializer_list<EntryState> s
 }
 
 std::vector<std::size_t> SendSummary::rowsToSendAgain() const {
-  return rowsIn({EntryState::Failed, EntryState::Temporary, EntryState::NotReached});
+  return rowsIn(
+      {EntryState::Failed, EntryState::Temporary, EntryState::NotReached, EntryState::Held});
 }
 
 EmailSendRun::EmailSendRun(const SplitSetup& setup, ListSource source, Parts parts)
@@ -88,23 +109,13 @@ QString EmailSendRun::recipientOf(const EmailEntry& entry) const {
   return m_setup.emailTest ? senderOf(m_setup) : entry.address.trimmed();
 }
 
-SentBefore::Told EmailSendRun::toldOf(const EmailEntry& entry, const SentBefore& before) const {
-  if (before.isEmpty() || entry.address.isEmpty()) {
-    return SentBefore::Told::Nothing;
-  }
-  const QString attachment =
-      hasPageRange(entry) ? pageRangePath(entry.file, pageRangeLabel(entry)) : entry.file;
-  const QDateTime made = QFileInfo(platform::withoutTrailingBlanks(entry.file)).lastModified();
-  return before.told(recipientOf(entry), attachment, made);
-}
-
-EmailSendRun::BeforeCount EmailSendRun::countSentBefore(const EmailEntries& entries,
-                                                        const SentBefore& before) const {
+EmailSendRun::BeforeCount EmailSendRun::countSentBefore(const EmailEntries& entries) const {
   BeforeCount count;
   for (const EmailEntry& entry : entries) {
-    const SentBefore::Told told = toldOf(entry, before);
-    count.sent += told == SentBefore::Told::Sent ? 1 : 0;
-    count.mayHaveArrived += told == SentBefore::Told::MayHaveArrived ? 1 : 0;
+    EntryResult result;
+    if (wasSentBefore(entry, result)) {
+      ++(result.state == EntryState::SentBefore ? count.sent : count.mayHaveArrived);
+    }
   }
   return count;
 }
@@ -115,42 +126,51 @@ SendSummary EmailSendRun::run(const EmailEntries& entries) {
   m_progress = {};
   m_progress.total = static_cast<int>(entries.size());
   m_uselessTries = 0;
-  for (std::size_t i = 0; i < entries.size() && !summary.stopped; ++i) {
-    if (leftOutForLog(entries[i], summary.entries[i])) {
+  m_endedBecause.clear();
+  for (std::size_t i = 0; i < entries.size() && m_endedBecause.isEmpty(); ++i) {
+    if (!m_sendsTwice && wasSentBefore(entries[i], summary.entries[i])) {
       continue;
     }
-    if (m_parts.watcher.stopRequested() || (!isServerGivenUp() && !pause())) {
+    if (m_parts.watcher.stopRequested() || !pause()) {
       summary.stopped = true;
       break;
     }
-    handleEntry(entries[i], summary.entries[i]);
+    handleEntry(i, entries[i], summary.entries[i]);
     m_parts.watcher.handlePendingEvents();
   }
   m_parts.transport.disconnect();
+  static_cast<void>(isJournalled([](SendJournal& journal) { return journal.sync(); }));
   summary.stopped = summary.stopped || m_parts.watcher.stopRequested();
+  summary.endedBecause = m_endedBecause;
   summary.counts = m_progress;
   return summary;
 }
 
-bool EmailSendRun::leftOutForLog(const EmailEntry& entry, EntryResult& result) const {
-  const SentBefore::Told told = toldOf(entry, m_before);
-  if (told == SentBefore::Told::Sent) {
-    result.state = EntryState::SentBefore;
-  } else if (told == SentBefore::Told::MayHaveArrived) {
-    result.state = EntryState::Unknown;
-    result.errorText = QStringLiteral("it may have arrived in the run before");
+bool EmailSendRun::wasSentBefore(const EmailEntry& entry, EntryResult& result) const {
+  const QString recipient = recipientOf(entry);
+  if (entry.address.isEmpty()) {
+    return false;
   }
-  return told != SentBefore::Told::Nothing;
-}
-
-bool EmailSendRun::isServerGivenUp() const {
-  return m_uselessTries >= uselessTriesAtMost;
+  if (entry.sentTo.contains(recipient)) {
+    result = {EntryState::SentBefore, recipient, entry.file, {}};
+    return true;
+  }
+  if (entry.mayHaveReached.contains(recipient)) {
+    result = {EntryState::Unknown, recipient, entry.file,
+              QStringLiteral("it may have arrived in the run before")};
+    return true;
+  }
+  return false;
 }
 
 /// False when it was stopped.
 bool EmailSendRun::pause() {
   using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + std::chrono::milliseconds(m_setup.emailPause);
+  const int milliseconds = std::min(m_setup.emailPause, longestPause);
+  if (milliseconds > 0 && !isJournalled([](SendJournal& journal) { return journal.sync(); })) {
+    return true; // handleEntry() tells it
+  }
+  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
   while (Clock::now() < end) {
     std::this_thread::sleep_for(std::min<Clock::duration>(
         pauseStep, std::max(end - Clock::now(), Clock::duration::zero())));
@@ -162,7 +182,16 @@ bool EmailSendRun::pause() {
   return true;
 }
 
-void EmailSendRun::handleEntry(const EmailEntry& entry, EntryResult& result) {
+bool EmailSendRun::isJournalled(const std::function<bool(SendJournal&)>& write) {
+  for (SendJournal* const journal : m_parts.journals) {
+    if (!write(*journal) && m_endedBecause.isEmpty()) {
+      m_endedBecause = journal->problem();
+    }
+  }
+  return m_endedBecause.isEmpty();
+}
+
+void EmailSendRun::handleEntry(std::size_t index, const EmailEntry& entry, EntryResult& result) {
   if (entry.address.isEmpty()) {
     result.state = EntryState::NoAddress;
     return;
@@ -171,46 +200,60 @@ void EmailSendRun::handleEntry(const EmailEntry& entry, EntryResult& result) {
   m_progress.recipient = result.recipient;
   m_parts.watcher.onProgress(m_progress);
   const auto shown = qScopeGuard([this] { m_parts.watcher.onProgress(m_progress); });
-  const MailResult sent = deliver(entry, result);
+  MailMessage message = messageFor(entry);
+  MailResult sent = prepare(entry, message);
+  result.attachment = message.attachmentPath;
+  if (sent.sent()) {
+    if (!isJournalled(
+            [&](SendJournal& journal) { return journal.begin(index, result.recipient); })) {
+      return;
+    }
+    sent = m_parts.transport.send(message, m_parts.watcher);
+    static_cast<void>(isJournalled([&](SendJournal& journal) {
+      return journal.end(index, result.recipient, fateOf(sent.outcome));
+    }));
+  }
   result.state = stateOf(sent.outcome);
   result.errorText = sent.errorText;
   if (sent.outcome == MailOutcome::Stopped) {
     return; // it was not tried to its end, and stands in no log
   }
   m_uselessTries = sent.concernsEveryMail ? m_uselessTries + 1 : 0;
-  m_uselessResult = sent;
+  if (m_uselessTries >= uselessTriesAtMost && m_endedBecause.isEmpty()) {
+    m_endedBecause =
+        QStringLiteral("three e-mails in a row failed, the last because ") + sent.errorText;
+  }
   ++m_progress.handled;
   ++(sent.sent() ? m_progress.sentOk : m_progress.errors);
   record(result);
 }
 
-MailResult EmailSendRun::deliver(const EmailEntry& entry, EntryResult& result) {
-  MailResult failed;
-  result.attachment = entry.file;
-  if (isServerGivenUp()) {
-    return m_uselessResult;
+/// Sent: the message is ready to be.
+MailResult EmailSendRun::prepare(const EmailEntry& entry, MailMessage& message) {
+  message.recipient = recipientOf(entry);
+  message.attachmentPath = entry.file;
+  message.attachmentIdentity = entry.identity;
+  if (const QString doubt = doubtAbout(entry); !doubt.isEmpty()) {
+    return resultOf(doubt, MailOutcome::FileChanged);
   }
   if (entry.fileIsCut && !QFileInfo::exists(platform::withoutTrailingBlanks(entry.file))) {
-    failed.errorText = QStringLiteral("the path of the file is longer than an e-mail list holds: "
-                                      "what is left of it leads to no file");
-    return failed;
+    return resultOf(QStringLiteral("the path of the file is longer than an e-mail list holds: what "
+                                   "is left of it leads to no file"));
   }
   if (hasPageRange(entry)) {
     const QString label = pageRangeLabel(entry);
-    result.attachment = pageRangePath(entry.file, label);
+    message.attachmentPath = pageRangePath(entry.file, label);
     const AttachmentFile range =
         m_parts.splitLibrary
             ? writePageRange(*m_parts.splitLibrary, entry, label)
-            : AttachmentFile{{}, QStringLiteral("no split library to take pages out")};
+            : AttachmentFile{{}, QStringLiteral("no split library to take pages out"), {}};
+    message.attachmentIdentity = range.identity;
     if (range.path.isEmpty()) {
-      failed.errorText = range.errorText;
-      return failed;
+      return resultOf(range.errorText,
+                      range.isOtherFile ? MailOutcome::FileChanged : MailOutcome::Refused);
     }
   }
-  MailMessage message = messageFor(entry);
-  message.recipient = result.recipient;
-  message.attachmentPath = result.attachment;
-  return m_parts.transport.send(message, m_parts.watcher);
+  return resultOf({}, MailOutcome::Sent);
 }
 
 MailMessage EmailSendRun::messageFor(const EmailEntry& entry) const {

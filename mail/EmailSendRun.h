@@ -5,10 +5,10 @@
 #include "mail/EmailLog.h"
 #include "mail/EmailReport.h"
 #include "mail/MailTransport.h"
+#include "mail/SendJournal.h"
 
 #include <cstddef>
 #include <functional>
-#include <utility>
 #include <vector>
 
 namespace folivex {
@@ -32,13 +32,14 @@ public:
 };
 
 enum class EntryState {
-  NotReached, ///< the run was stopped before it
+  NotReached, ///< the run ended before it
   NoAddress,
-  SentBefore, ///< skipped: the log says that it was sent
+  SentBefore, ///< skipped: its journal says that it was sent
   Sent,
   Failed,    ///< the error text says why
   Temporary, ///< failed, and worth sending again
-  Unknown    ///< may have arrived
+  Unknown,   ///< may have arrived
+  Held       ///< waits for a person who looks at its file; the error text says why
 };
 
 struct EntryResult {
@@ -51,6 +52,7 @@ struct EntryResult {
 struct SendSummary {
   EmailProgress counts;
   bool stopped = false;
+  QString endedBecause;             ///< why the run ended before its list did, if nobody stopped it
   std::vector<EntryResult> entries; ///< one for each entry of the list
 
   /// "(%d) Emails sent ok: %d, errors: %d"
@@ -58,8 +60,10 @@ struct SendSummary {
   /// What else there is to tell, in lines: mails of unknown fate, entries not reached, entries
   /// skipped. Empty when there is nothing.
   QString details() const;
-  /// Rows to send again: failed ones and those not reached. Mails of unknown fate are left out, for
-  /// they may have arrived; rowsIn() tells them.
+  /// Why rows were not reached: "the run was stopped", or endedBecause.
+  QString whyNotReached() const;
+  /// Rows to send again: failed ones, held ones and those not reached. Mails of unknown fate are
+  /// left out, for they may have arrived; rowsIn() tells them.
   std::vector<std::size_t> rowsToSendAgain() const;
   std::vector<std::size_t> rowsIn(std::initializer_list<EntryState> states) const;
 };
@@ -70,15 +74,20 @@ struct SendSummary {
 ///   the setup's; the invoice number, if any, follows the subject after a blank.
 /// - In test mode the copy goes to the sender too, when there is one: nobody else gets a mail.
 /// - "Handled" are the mails that were tried; entries without an address are not.
-/// - A mail that failed never ends the run. But after three in a row that the settings are to blame
-///   for (login refused, certificate not trusted), the server is left alone: the remaining entries
-///   fail at once as the last of the three did, with its reason.
+/// - A mail that failed never ends the run. But after three in a row that every other would follow
+///   (login refused, a server that is silent or not there) the run ends; what is left was not
+///   tried.
+/// - Nothing goes out that the journals could not be told of first: when one cannot be written, the
+///   run ends.
+/// - A mail whose file somebody should look at is held, and logged as an error.
 /// - The two texts of a log line are the recipient and the file attached.
 class EmailSendRun {
 public:
   struct Parts {
     MailTransport& transport;
     SendWatcher& watcher;
+    /// Each is open and knows the entries (SendJournal::enter()).
+    std::vector<SendJournal*> journals;
     CSplitPdfInit* splitLibrary = nullptr; ///< for page ranges; null: entries with one fail
     EmailReport* report = nullptr;         ///< may be null
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
@@ -88,36 +97,36 @@ public:
   /// Both must outlive the run.
   EmailSendRun(const SplitSetup& setup, ListSource source, Parts parts);
 
-  /// Entries of which the log says that they were sent, or may have arrived, are skipped by run().
-  void skipSentBefore(SentBefore before) { m_before = std::move(before); }
+  /// Entries that went out before, or may have arrived (EmailEntry::sentTo, mayHaveReached), are
+  /// left out by run() unless a person wants them sent once more.
+  void sendTwice() { m_sendsTwice = true; }
   struct BeforeCount {
     std::size_t sent = 0;
     std::size_t mayHaveArrived = 0;
   };
-  /// For asking the person whether to go on where a run broke off.
-  BeforeCount countSentBefore(const EmailEntries& entries, const SentBefore& before) const;
+  /// For asking the person.
+  BeforeCount countSentBefore(const EmailEntries& entries) const;
 
   SendSummary run(const EmailEntries& entries);
 
 private:
-  bool isServerGivenUp() const;
   bool pause();
-  void handleEntry(const EmailEntry& entry, EntryResult& result);
+  void handleEntry(std::size_t index, const EmailEntry& entry, EntryResult& result);
   MailMessage messageFor(const EmailEntry& entry) const;
   QString recipientOf(const EmailEntry& entry) const;
-  SentBefore::Told toldOf(const EmailEntry& entry, const SentBefore& before) const;
-  bool leftOutForLog(const EmailEntry& entry, EntryResult& result) const;
-  MailResult deliver(const EmailEntry& entry, EntryResult& result);
+  bool wasSentBefore(const EmailEntry& entry, EntryResult& result) const;
+  MailResult prepare(const EmailEntry& entry, MailMessage& message);
+  bool isJournalled(const std::function<bool(SendJournal&)>& write);
   void record(const EntryResult& result);
 
   const SplitSetup& m_setup;
   ListSource m_source;
   Parts m_parts;
-  SentBefore m_before;
+  bool m_sendsTwice = false;
   EmailLog m_log;
   EmailProgress m_progress;
   int m_uselessTries = 0; ///< in a row, that failed for a reason that concerns every mail
-  MailResult m_uselessResult;
+  QString m_endedBecause;
 };
 
 /// The body of a spreadsheet's cell: line ends go, and every "\n" of two characters becomes one.

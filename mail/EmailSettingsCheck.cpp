@@ -13,8 +13,6 @@ namespace folivex {
 
 namespace {
 
-constexpr int longestPause = 3'600'000;
-
 using Findings = std::vector<EmailSettingsFinding>;
 
 void add(Findings& findings, const char* field, const QString& text,
@@ -87,10 +85,9 @@ std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
   if (setup.emailSubject.trimmed().isEmpty()) {
     add(findings, "EMAILSUBJECT", QStringLiteral("The subject is empty."), FindingWeight::Hint);
   }
-  // Below 0 means no pause, wherever such a setup comes from.
-  const QString pause = pauseProblem(QString::number(std::max(setup.emailPause, 0)));
-  if (!pause.isEmpty()) {
-    add(findings, "EMAILPAUSE", pause);
+  if (setup.emailPause > longestPause) {
+    add(findings, "EMAILPAUSE", QStringLiteral("A pause of more than an hour is cut to one hour."),
+        FindingWeight::Hint);
   }
   return findings;
 }

@@ -20,6 +20,9 @@ struct EmailSettingsFinding {
   FindingWeight weight = FindingWeight::Problem;
 };
 
+/// Milliseconds; one that is longer is cut.
+inline constexpr int longestPause = 3'600'000;
+
 /// In the order of the settings dialog; empty when all is well. Names no password.
 std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup);
 

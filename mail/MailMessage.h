@@ -1,6 +1,8 @@
 // MailMessage: one mail as the program means it.
 #pragma once
 
+#include "platform/FileDigest.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -17,6 +19,8 @@ struct MailMessage {
   QString body;
   BodyKind bodyKind = BodyKind::Plain;
   QString attachmentPath; ///< empty: none
+  /// What is attached must be these bytes, or nothing is sent; not known: whatever lies there.
+  platform::FileDigest attachmentIdentity = {};
 };
 
 /// The copy addresses of MailMessage::cc, apart.

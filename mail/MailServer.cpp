@@ -54,4 +54,14 @@ MailServer mailServerOf(const SplitSetup& setup) {
   return server;
 }
 
+QString patienceText() {
+  const SmtpOptions limits;
+  return QStringLiteral(
+             "A silent server is given up after %1 seconds while connecting, %2 minutes\n"
+             "for a reply, %3 minutes after a whole mail; after three mails sending ends.")
+      .arg(limits.connectTimeoutMs / 1000)
+      .arg(limits.answerTimeoutMs / 60'000)
+      .arg(limits.finalAnswerTimeoutMs / 60'000);
+}
+
 } // namespace folivex

@@ -27,13 +27,16 @@ struct MailServer {
 /// How long a mail server is waited for, and whom to trust.
 struct SmtpOptions {
   int connectTimeoutMs = 30'000; ///< until the server is greeted, TLS and login included
-  int answerTimeoutMs = 120'000; ///< without a byte either way
+  int answerTimeoutMs = 120'000; ///< until an answer is whole, without a byte going out
   /// After the whole mail went out: giving up early would leave its fate unknown.
   int finalAnswerTimeoutMs = 600'000;
   int goodbyeTimeoutMs = 2'000;
   /// PEM file with the certificates to trust in place of the system's; empty: the system's.
   QString caFile;
 };
+
+/// What a person should know of the limits, in two lines.
+QString patienceText();
 
 /// Takes "ssl:host:port", "tls:host", "host:port" or "host" apart. Blanks around are no part of it.
 MailServer parseMailServer(const QString& serverText);

@@ -15,14 +15,15 @@ enum class MailOutcome : std::uint8_t {
   Refused,   ///< sending it again as it is will not help
   Temporary, ///< the server, the network or a limit is in the way: send it again later
   Unknown, ///< it went out whole and no answer came: it may have arrived. Never sent again unasked
-  Stopped  ///< the person stopped before it went out
+  Stopped, ///< the person stopped before it went out
+  FileChanged ///< the file to attach is not the one that was meant: nothing of it went out
 };
 
 struct [[nodiscard]] MailResult {
   MailOutcome outcome = MailOutcome::Refused;
   QString errorText;  ///< one line for a person, without a password; empty when sent
   int serverCode = 0; ///< the server's last answer, 0 without one
-  /// Every further mail would fail in the same way (login refused, no such server).
+  /// Every further mail would fare alike (login refused, no such server, a silent one).
   bool concernsEveryMail = false;
 
   bool sent() const { return outcome == MailOutcome::Sent; }

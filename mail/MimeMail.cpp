@@ -6,14 +6,16 @@
 #include "platform/Paths.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QRegularExpression>
 #include <QUuid>
-
-#include <algorithm>
 
 namespace folivex {
 
 namespace {
+
+/// Servers draw the line at a tenth of it and less.
+constexpr qint64 longestAttachment = 1024LL * 1024 * 1024;
 
 QByteArray freshMessageId(const QString& sender) {
   const QString domain = addressForServer(sender).section(u'@', -1);
@@ -61,29 +63,56 @@ QByteArrayList mailHead(const MailMessage& message) {
               << "Message-ID: <" + freshMessageId(message.sender) + '>' << "MIME-Version: 1.0";
 }
 
-bool MimeMail::open(CURL* handle, const MailMessage& message, const QByteArrayList& head) {
+bool MimeMail::readAttachment(const MailMessage& message) {
+  QFile file;
   platform::FileFailure failure;
-  if (!message.attachmentPath.isEmpty() &&
-      !platform::openForReading(m_file, message.attachmentPath, platform::FileAccess::Ordinary,
+  if (!platform::openForReading(file, message.attachmentPath, platform::FileAccess::Ordinary,
                                 failure)) {
-    return fail(QStringLiteral("the file %1 cannot be attached: %2")
-                    .arg(message.attachmentPath, failure.text));
+    m_errorText = QStringLiteral("the file %1 cannot be attached: %2")
+                      .arg(message.attachmentPath, failure.text);
+    return false;
+  }
+  if (file.size() > longestAttachment) {
+    m_errorText =
+        QStringLiteral("the file %1 is larger than any server takes").arg(message.attachmentPath);
+    return false;
+  }
+  m_attachment.bytes.setData(file.readAll());
+  if (file.error() != QFileDevice::NoError) {
+    m_errorText = QStringLiteral("the file %1 cannot be read: %2")
+                      .arg(message.attachmentPath, file.errorString());
+    return false;
+  }
+  const platform::FileDigest& meant = message.attachmentIdentity;
+  m_isOtherFile =
+      meant.isKnown() && meant != platform::FileDigest::ofBytes(m_attachment.bytes.data());
+  if (m_isOtherFile) {
+    m_errorText = QStringLiteral("the file %1 has changed since it was written: it is not sent "
+                                 "unless a person accepts it in the list")
+                      .arg(message.attachmentPath);
+  }
+  return !m_isOtherFile;
+}
+
+bool MimeMail::open(CURL* handle, const MailMessage& message, const QByteArrayList& head) {
+  const bool attaches = !message.attachmentPath.isEmpty();
+  if (attaches && !readAttachment(message)) {
+    return false;
   }
   m_head = curlList(head);
   m_mime.reset(curl_mime_init(handle));
-  m_bodyBytes.setData(bodyBytes(message.body));
-  m_bodyBytes.open(QIODevice::ReadOnly);
+  m_body.bytes.setData(bodyBytes(message.body));
   // Never quoted-printable: the library could not tell the size of the mail, which servers limit.
-  addPart(m_body, m_bodyBytes,
+  addPart(m_body,
           message.bodyKind == BodyKind::Html ? "text/html; charset=utf-8"
                                              : "text/plain; charset=utf-8",
-          passesUnencoded(m_bodyBytes.data()) ? "7bit" : "base64");
-  if (m_file.isOpen()) {
+          passesUnencoded(m_body.bytes.data()) ? "7bit" : "base64");
+  if (attaches) {
     const QString title =
         platform::fileTitle(platform::withoutTrailingBlanks(message.attachmentPath));
     const bool isPdf = title.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
-    curl_mimepart* const part = addPart(
-        m_attachment, m_file, isPdf ? "application/pdf" : "application/octet-stream", "base64");
+    curl_mimepart* const part =
+        addPart(m_attachment, isPdf ? "application/pdf" : "application/octet-stream", "base64");
     curl_mime_headers(part, curlList({attachmentHeader(title)}).release(), 1);
   }
   curl_easy_setopt(handle, CURLOPT_HTTPHEADER, m_head.get());
@@ -91,10 +120,9 @@ bool MimeMail::open(CURL* handle, const MailMessage& message, const QByteArrayLi
   return true;
 }
 
-curl_mimepart* MimeMail::addPart(Source& source, QIODevice& device, const char* type,
-                                 const char* encoding) {
-  source.device = &device;
-  source.left = device.size();
+curl_mimepart* MimeMail::addPart(Source& source, const char* type, const char* encoding) {
+  source.bytes.open(QIODevice::ReadOnly);
+  source.left = source.bytes.size();
   curl_mimepart* const part = curl_mime_addpart(m_mime.get());
   curl_mime_data_cb(part, source.left, &MimeMail::onRead, nullptr, nullptr, &source);
   curl_mime_type(part, type);
@@ -102,22 +130,11 @@ curl_mimepart* MimeMail::addPart(Source& source, QIODevice& device, const char* 
   return part;
 }
 
-bool MimeMail::fail(const QString& text) {
-  m_errorText = text;
-  return false;
-}
-
 std::size_t MimeMail::onRead(char* to, std::size_t size, std::size_t count, void* source) {
-  auto& [mail, device, left] = *static_cast<Source*>(source);
-  const qint64 read = device->read(to, std::min(static_cast<qint64>(size * count), left));
-  left -= std::max<qint64>(read, 0);
-  if (read < 0) {
-    mail->fail(QStringLiteral("the file %1 cannot be read: %2")
-                   .arg(mail->m_file.fileName(), device->errorString()));
-  } else if ((read == 0 && left > 0) || (left == 0 && !device->atEnd())) {
-    mail->fail(QStringLiteral("the attached file changed while it was sent"));
-  }
-  return mail->m_errorText.isEmpty() ? static_cast<std::size_t>(read) : CURL_READFUNC_ABORT;
+  auto& [bytes, left] = *static_cast<Source*>(source);
+  const qint64 read = bytes.read(to, static_cast<qint64>(size * count));
+  left -= read;
+  return static_cast<std::size_t>(read);
 }
 
 } // namespace folivex

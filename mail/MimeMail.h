@@ -5,7 +5,6 @@
 
 #include <QBuffer>
 #include <QByteArrayList>
-#include <QFile>
 
 #include <curl/curl.h>
 
@@ -23,38 +22,39 @@ CurlList curlList(const QByteArrayList& lines);
 /// messageProblem().
 QByteArrayList mailHead(const MailMessage& message);
 
-/// One way of a mail through the library, which takes the bytes bit by bit: of the attachment only
-/// a block is in memory. Outlives the transfer and not the handle.
+/// One way of a mail through the library, which takes the bytes bit by bit. The attachment is read
+/// once, whole, so that the bytes that were compared are those that go out. Outlives the transfer
+/// and not the handle.
 class MimeMail {
 public:
-  /// False when the attachment cannot be read, see errorText().
+  /// False when the attachment cannot be read or is not the one that was meant: see errorText() and
+  /// isOtherFile().
   [[nodiscard]] bool open(CURL* handle, const MailMessage& message, const QByteArrayList& head);
 
   /// The library has every byte of the body and the attachment.
   bool isAtEnd() const { return m_body.left == 0 && m_attachment.left == 0; }
-  /// Why the mail never will be whole; empty as long as it may.
   QString errorText() const { return m_errorText; }
+  /// The file holds other bytes than those that the message names.
+  bool isOtherFile() const { return m_isOtherFile; }
 
 private:
   struct Source {
-    MimeMail* mail;
-    QIODevice* device = nullptr;
+    QBuffer bytes;
     qint64 left = 0;
   };
   static std::size_t onRead(char* to, std::size_t size, std::size_t count, void* source);
-  curl_mimepart* addPart(Source& source, QIODevice& device, const char* type, const char* encoding);
-  bool fail(const QString& text);
+  curl_mimepart* addPart(Source& source, const char* type, const char* encoding);
+  bool readAttachment(const MailMessage& message);
 
   struct MimeDeleter {
     void operator()(curl_mime* mime) const { curl_mime_free(mime); }
   };
-  QBuffer m_bodyBytes;
-  QFile m_file;
-  Source m_body{this};
-  Source m_attachment{this};
+  Source m_body;
+  Source m_attachment;
   CurlList m_head;
   std::unique_ptr<curl_mime, MimeDeleter> m_mime;
   QString m_errorText;
+  bool m_isOtherFile = false;
 };
 
 } // namespace folivex

@@ -113,8 +113,12 @@ public:
     result.errorText = messageProblem(checked);
     if (result.errorText.isEmpty()) {
       try {
-        handOver(message);
-        result.outcome = MailOutcome::Sent;
+        result.outcome = handOver(message) ? MailOutcome::Sent : MailOutcome::FileChanged;
+        if (!result.sent()) {
+          result.errorText = QStringLiteral("the file %1 has changed since it was written: it is "
+                                            "not sent unless a person accepts it in the list")
+                                 .arg(message.attachmentPath);
+        }
       } catch (const Failure& failure) {
         result.errorText = failure.text;
       }
@@ -133,7 +137,8 @@ private:
     m_outlook = Value(static_cast<IDispatch*>(object));
   }
 
-  void handOver(const MailMessage& message) {
+  /// False when the file is not the one that was meant.
+  bool handOver(const MailMessage& message) {
     if (m_outlook.isEmpty()) {
       start();
     }
@@ -147,8 +152,14 @@ private:
       const QFileInfo file(message.attachmentPath);
       invoke(invoke(mail, DISPATCH_PROPERTYGET, L"Attachments"), DISPATCH_METHOD, L"Add",
              Value(QDir::toNativeSeparators(file.absoluteFilePath())));
+      // Outlook has a copy of its own by now.
+      if (message.attachmentIdentity.isKnown() &&
+          platform::FileDigest::of(message.attachmentPath) != message.attachmentIdentity) {
+        return false;
+      }
     }
     invoke(mail, DISPATCH_METHOD, m_mode == OutlookMode::Send ? L"Send" : L"Display");
+    return true;
   }
 
   OutlookMode m_mode;

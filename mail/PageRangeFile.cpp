@@ -7,6 +7,20 @@
 
 namespace folivex {
 
+namespace {
+
+AttachmentFile otherFile(const EmailEntry& entry) {
+  return {
+      {},
+      QStringLiteral("the file %1 has changed since it was written: no pages are taken out of it "
+                     "unless a person accepts it in the list")
+          .arg(entry.file),
+      {},
+      true};
+}
+
+} // namespace
+
 bool hasPageRange(const EmailEntry& entry) {
   return entry.extractPageStart != 0 || entry.extractPageEnd != 0;
 }
@@ -32,7 +46,7 @@ QString pageRangePath(const QString& file, const QString& label) {
 AttachmentFile writePageRange(CSplitPdfInit& library, const EmailEntry& entry,
                               const QString& label) {
   if (!library.loaded) {
-    return {{}, library.error};
+    return {{}, library.error, {}};
   }
   // A range that is open at one end could hand somebody else's pages to the recipient.
   if (entry.extractPageStart < 1 || entry.extractPageEnd < entry.extractPageStart) {
@@ -40,7 +54,12 @@ AttachmentFile writePageRange(CSplitPdfInit& library, const EmailEntry& entry,
             QStringLiteral("the page range %1 to %2 of %3 is none")
                 .arg(entry.extractPageStart)
                 .arg(entry.extractPageEnd)
-                .arg(entry.file)};
+                .arg(entry.file),
+            {}};
+  }
+  const platform::FileDigest before = platform::FileDigest::of(entry.file);
+  if (entry.identity.isKnown() && before != entry.identity) {
+    return otherFile(entry);
   }
   const QString path = pageRangePath(entry.file, label);
   QFile::remove(path);
@@ -54,9 +73,15 @@ AttachmentFile writePageRange(CSplitPdfInit& library, const EmailEntry& entry,
             QStringLiteral("pages %1 to %2 of %3 cannot be taken out: %4")
                 .arg(entry.extractPageStart)
                 .arg(entry.extractPageEnd)
-                .arg(entry.file, library.lastErrorText())};
+                .arg(entry.file, library.lastErrorText()),
+            {}};
   }
-  return {path, {}};
+  const platform::FileDigest made = platform::FileDigest::of(path);
+  if (platform::FileDigest::of(entry.file) != before) {
+    QFile::remove(path); // these pages may be of either file
+    return otherFile(entry);
+  }
+  return {path, {}, made};
 }
 
 } // namespace folivex

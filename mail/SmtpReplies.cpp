@@ -21,20 +21,22 @@ void SmtpReplies::startNew(int goodAnswers) {
   m_answersToOffers = goodAnswers;
 }
 
-void SmtpReplies::onLine(QByteArrayView line) {
+bool SmtpReplies::onLine(QByteArrayView line) {
   const QByteArrayView digits = line.first(std::min(line.size(), codeLength));
   if (m_over || digits.size() < codeLength ||
       !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-    return;
+    return false;
   }
   const QByteArrayView text = line.sliced(std::min(line.size(), codeLength + 1)).trimmed();
   m_incoming.login = m_incoming.login || text.startsWith("AUTH ");
   m_incoming.utf8Addresses = m_incoming.utf8Addresses || text.startsWith("SMTPUTF8");
-  if (line.size() <= codeLength || line[codeLength] != '-') {
-    m_lastText = text.first(std::min(text.size(), longestText)).toByteArray();
-    onAnswer(digits.toInt());
-    m_incoming = {};
+  if (line.size() > codeLength && line[codeLength] == '-') {
+    return false;
   }
+  m_lastText = text.first(std::min(text.size(), longestText)).toByteArray();
+  onAnswer(digits.toInt());
+  m_incoming = {};
+  return true;
 }
 
 void SmtpReplies::onAnswer(int code) {

@@ -21,8 +21,8 @@ public:
   /// A new connection, whose server has told its offers with its `goodAnswers`th good answer.
   void startNew(int goodAnswers);
 
-  /// One line as it came, its line end included.
-  void onLine(QByteArrayView line);
+  /// One line as it came, its line end included. True when it ends an answer.
+  bool onLine(QByteArrayView line);
   /// The whole mail went out: the next answer is about it.
   void onDataEnd() { m_dataEnded = true; }
   /// What comes now answers a good-bye and says nothing about the mail.

@@ -203,7 +203,7 @@ TalkResult SmtpTalk::attempt(const OutgoingMail& outgoing, Use use, MailWait& wa
   }
   MimeMail mail;
   if (!mail.open(m_handle, outgoing.message, outgoing.head)) {
-    result.fault = TalkFault::AttachmentFailed;
+    result.fault = mail.isOtherFile() ? TalkFault::AttachmentChanged : TalkFault::AttachmentFailed;
     result.text = mail.errorText();
     return result;
   }
@@ -220,9 +220,8 @@ TalkResult SmtpTalk::attempt(const OutgoingMail& outgoing, Use use, MailWait& wa
   m_offers = m_replies.offers();
   result.onKeptConnection = made == 0;
   result.replies = m_replies;
-  result.fault = faultOf(code, mail);
-  result.text = result.fault == TalkFault::AttachmentFailed ? mail.errorText()
-                                                            : QString::fromUtf8(m_errorText.data());
+  result.fault = faultOf(code);
+  result.text = QString::fromUtf8(m_errorText.data());
   if (result.fault == TalkFault::ServerRefused && m_command.startsWith("RCPT TO:<")) {
     const qsizetype end = m_command.lastIndexOf('>');
     result.refusedRecipient = QString::fromUtf8(m_command.mid(9, end - 9));
@@ -230,10 +229,7 @@ TalkResult SmtpTalk::attempt(const OutgoingMail& outgoing, Use use, MailWait& wa
   return result;
 }
 
-TalkFault SmtpTalk::faultOf(CURLcode code, const MimeMail& mail) const {
-  if (!mail.errorText().isEmpty()) {
-    return TalkFault::AttachmentFailed;
-  }
+TalkFault SmtpTalk::faultOf(CURLcode code) const {
   if (m_brokenOff != TalkFault::None) {
     return m_brokenOff;
   }
@@ -305,9 +301,11 @@ bool SmtpTalk::acceptsOffers() {
 
 std::size_t SmtpTalk::onAnswer(char* line, std::size_t size, std::size_t count, void* self) {
   SmtpTalk& talk = *static_cast<SmtpTalk*>(self);
-  talk.touch();
   const bool known = talk.m_replies.offersKnown();
-  talk.m_replies.onLine({line, static_cast<qsizetype>(size * count)});
+  // Lines alone are no sign of life: an answer may go on without end.
+  if (talk.m_replies.onLine({line, static_cast<qsizetype>(size * count)})) {
+    talk.touch();
+  }
   return known || !talk.m_replies.offersKnown() || talk.acceptsOffers() ? size * count : 0;
 }
 

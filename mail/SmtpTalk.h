@@ -44,7 +44,8 @@ enum class TalkFault : std::uint8_t {
   NoAnswer,
   LoginNotOffered,
   Utf8NotOffered,
-  AttachmentFailed ///< the text says why
+  AttachmentFailed, ///< the text says why
+  AttachmentChanged
 };
 
 /// What one attempt came to.
@@ -94,7 +95,7 @@ private:
   bool isSilentTooLong() const;
   /// Ends the talk from the caller's thread.
   void breakOff(TalkFault why);
-  TalkFault faultOf(CURLcode code, const MimeMail& mail) const;
+  TalkFault faultOf(CURLcode code) const;
   bool acceptsOffers();
   void touch() { m_lastSign = std::chrono::steady_clock::now().time_since_epoch().count(); }
 

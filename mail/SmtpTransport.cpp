@@ -55,13 +55,13 @@ struct FaultMeaning {
 };
 
 constexpr FaultMeaning meanings[] = {
-    {TalkFault::NoSuchServer, MailOutcome::Temporary, false, "the server %1 was not found"},
-    {TalkFault::NotReached, MailOutcome::Temporary, false, "the server %1 cannot be reached"},
-    {TalkFault::TimedOut, MailOutcome::Temporary, false,
+    {TalkFault::NoSuchServer, MailOutcome::Temporary, true, "the server %1 was not found"},
+    {TalkFault::NotReached, MailOutcome::Temporary, true, "the server %1 cannot be reached"},
+    {TalkFault::TimedOut, MailOutcome::Temporary, true,
      "the server %1 did not let us in within the time allowed"},
     {TalkFault::ConnectionLost, MailOutcome::Temporary, false,
      "the server %1 closed the connection before the mail was handed over"},
-    {TalkFault::NoAnswer, MailOutcome::Temporary, false, "the server %1 stopped answering"},
+    {TalkFault::NoAnswer, MailOutcome::Temporary, true, "the server %1 stopped answering"},
     {TalkFault::Encryption, MailOutcome::Refused, true,
      "no encrypted connection to the server %1 could be set up"},
     {TalkFault::Certificate, MailOutcome::Refused, true,
@@ -102,6 +102,7 @@ MailResult answered(const TalkResult& talked, const MailServer& server) {
 MailResult unanswered(const TalkResult& talked, const MailServer& server) {
   MailResult result;
   result.outcome = MailOutcome::Unknown;
+  result.concernsEveryMail = talked.fault == TalkFault::NoAnswer;
   const char* const why = talked.fault == TalkFault::StoppedByPerson ? "we stopped"
                           : talked.fault == TalkFault::NoAnswer      ? "it stopped answering"
                                                                      : "the connection broke";
@@ -112,8 +113,12 @@ MailResult unanswered(const TalkResult& talked, const MailServer& server) {
 }
 
 MailResult failed(const TalkResult& talked, const MailServer& server) {
-  if (talked.fault == TalkFault::AttachmentFailed) {
-    return refused(talked.text);
+  if (talked.fault == TalkFault::AttachmentFailed || talked.fault == TalkFault::AttachmentChanged) {
+    MailResult result = refused(talked.text);
+    if (talked.fault == TalkFault::AttachmentChanged) {
+      result.outcome = MailOutcome::FileChanged;
+    }
+    return result;
   }
   const FaultMeaning& meaning = meaningOf(talked.fault);
   MailResult result;
@@ -126,6 +131,9 @@ MailResult failed(const TalkResult& talked, const MailServer& server) {
     result.errorText += QStringLiteral(": ") + answerOf(talked.replies, server);
     if (meaning.outcome == MailOutcome::Refused) {
       result.outcome = outcomeOf(code);
+    }
+    if (result.outcome == MailOutcome::Temporary) {
+      result.concernsEveryMail = false; // it answers, and may take the next one
     }
   } else if (!talked.text.isEmpty() && meaning.outcome != MailOutcome::Stopped) {
     result.errorText +=

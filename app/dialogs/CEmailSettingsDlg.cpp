@@ -3,6 +3,7 @@
 #include "app/dialogs/FormGrid.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
+#include "mail/MailServer.h"
 #include "mail/OutlookMail.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
@@ -45,6 +46,7 @@ QWidget* CEmailSettingsDlg::buildServer() {
            {new QLabel(QStringLiteral("* for SSL/Ports use e.g. ssl:smtp.example.com:465\n"
                                       "* for TLS use e.g. tls:smtp.example.com:587"),
                        group)});
+  grid.wide({new QLabel(patienceText(), group)});
   grid.row(QStringLiteral("&Login:"), {login});
   grid.row(QStringLiteral("Pass&word:"), {password});
   grid.wide({outlook, automatic});

@@ -87,6 +87,7 @@ WindowParts ProgramWindows::parts() {
   };
   parts.showPlan = [this](const QString& source, const SplitPlan& plan) { showPlan(source, plan); };
   parts.loadEmailList = [this] { emails().loadEmailList(m_main.currentSetup()); };
+  parts.goOnMailing = [this](const SplitSetup& setup) { return emails().goOn(setup); };
   parts.mailOutputs = [this](JobDriver& driver, const SplitSetup& setup) {
     emails().afterRun(setup, finishedRun(setup.fileName, driver.emails()));
   };

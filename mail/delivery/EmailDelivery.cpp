@@ -3,6 +3,8 @@
 #include "mail/EmailSettingsCheck.h"
 #include "mail/MailTransportChoice.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace folivex {
@@ -20,6 +22,26 @@ EmailSendRun::ListSource listSourceOf(const EmailList& list) {
   }
   return list.sourcePath().isEmpty() ? EmailSendRun::ListSource::SplitRun
                                      : EmailSendRun::ListSource::ListFile;
+}
+
+/// Files that nobody has named by their bytes are meant as they are now.
+void identify(EmailEntries& entries, SendWatcher& watcher) {
+  for (EmailEntry& entry : entries) {
+    if (!entry.address.isEmpty() && !entry.isUnchecked && !entry.identity.isKnown()) {
+      entry.identity =
+          platform::FileDigest::of(entry.file, [&watcher] { watcher.handlePendingEvents(); });
+    }
+  }
+}
+
+/// What a setup asks for and does not get.
+QString pauseNote(const SplitSetup& setup) {
+  for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
+    if (finding.field == QLatin1String("EMAILPAUSE")) {
+      return finding.text;
+    }
+  }
+  return {};
 }
 
 } // namespace
@@ -41,8 +63,8 @@ void EmailDelivery::openReports() {
   m_newRuns.clear();
 }
 
-DeliveryResult EmailDelivery::send(const EmailList& list, SendWatcher& watcher,
-                                   const SendTwice& sendTwice) {
+DeliveryResult EmailDelivery::send(const EmailList& list, const QString& listFile,
+                                   SendWatcher& watcher, const AskAgain& askAgain) {
   DeliveryResult result;
   result.problem = deliveryProblem(m_setup);
   if (!result.problem.isEmpty()) {
@@ -53,40 +75,64 @@ DeliveryResult EmailDelivery::send(const EmailList& list, SendWatcher& watcher,
     result.problem = choice.problem;
     return result;
   }
-  openReports();
+  result.note = pauseNote(m_setup);
+  result.entries = list.entries();
+  identify(result.entries, watcher);
+  const auto end = qScopeGuard([this] {
+    m_journals.clear();
+    m_ofFile.close();
+  });
+  if (!takeJournals(list, listFile, result)) {
+    return result;
+  }
   EmailSendRun run(m_setup, listSourceOf(list),
-                   {*choice.transport, watcher, m_means.splitLibrary, &m_reports});
-  const EmailEntries entries = list.entries();
-  if (sendTwice) {
-    const SentBefore before = SentBefore::fromLog(m_setup.emailLogFile);
-    const BeforeCount count = run.countSentBefore(entries, before);
-    if (count.sent + count.mayHaveArrived > 0 && !sendTwice(count)) {
-      run.skipSentBefore(before);
+                   {*choice.transport, watcher, m_journals, m_means.splitLibrary, &m_reports});
+  const BeforeCount before = run.countSentBefore(result.entries);
+  if (askAgain && before.sent + before.mayHaveArrived > 0) {
+    const Again again = askAgain(before);
+    if (again == Again::Cancel) {
+      result.isCancelled = true;
+      return result;
+    }
+    if (again == Again::SendTwice) {
+      run.sendTwice();
     }
   }
-  const bool kept = keep(list);
-  result.summary = run.run(entries);
-  if (kept && result.summary.rowsToSendAgain().empty()) {
-    m_kept.dropLast();
-  }
+  openReports();
+  result.summary = run.run(result.entries);
   return result;
 }
 
-/// A list from a file is on the disk already.
-bool EmailDelivery::keep(const EmailList& list) {
-  if (m_lastSource.isEmpty() || !list.sourcePath().isEmpty()) {
+bool EmailDelivery::takeJournals(const EmailList& list, const QString& listFile,
+                                 DeliveryResult& result) {
+  const auto failed = [&](const QString& problem) {
+    result.problem = problem;
     return false;
+  };
+  m_journals.clear();
+  if (!listFile.isEmpty()) {
+    SendJournal* journal = m_kept.journalOf(listFile);
+    if (journal == nullptr) {
+      journal = &m_ofFile;
+      if (!journal->open(listFile, {})) {
+        result.isInWork = journal->isInWork();
+        return failed(journal->problem());
+      }
+    }
+    if (!journal->enter(result.entries)) {
+      return failed(journal->problem());
+    }
+    m_journals.push_back(journal);
   }
-  const QString problem = m_kept.keep(list, m_setup, m_lastSource);
-  if (!problem.isEmpty()) {
-    m_problems += problem;
+  if (!m_lastSource.isEmpty() && list.sourcePath().isEmpty()) {
+    SendJournal* const journal =
+        m_kept.keep(result.entries, m_setup, m_lastSource, result.problem, result.isInWork);
+    if (journal == nullptr) {
+      return false;
+    }
+    m_journals.push_back(journal);
   }
-  return problem.isEmpty();
-}
-
-bool EmailDelivery::mayHaveBeenSent(const EmailList& list) const {
-  return isListOfBrokenRun(list.sourcePath()) &&
-         SentBefore::fromLog(m_setup.emailLogFile).isEmpty();
+  return !m_journals.empty() || failed(QStringLiteral("the list is in no file: save it first"));
 }
 
 QString EmailDelivery::close() {

@@ -24,11 +24,16 @@ struct DeliveryMeans {
 struct [[nodiscard]] DeliveryResult {
   QString
       problem; ///< why no mail was tried, in plain words; empty when the list was worked through
-  SendSummary summary; ///< one result for each row of the list; empty when nothing was tried
+  bool isInWork = false;    ///< the problem: another process sends the same mails just now
+  bool isCancelled = false; ///< the person was asked and wants nothing sent
+  QString note;             ///< what else a person should know
+  SendSummary summary;      ///< one result for each row of the list; empty when nothing was tried
+  EmailEntries entries;     ///< the rows as they were sent, with what their journals know of them
 };
 
-/// Lists may be sent in several goes (what failed once more): the reports tell all of them. A list
-/// that comes straight from a run is saved before its first mail goes out, see KeptLists.
+/// Lists may be sent in several goes (what failed once more): the reports tell all of them. What
+/// goes out is told beforehand to the journal beside the list's file; a list that comes straight
+/// from a run is saved for that, see KeptLists.
 class EmailDelivery {
 public:
   EmailDelivery(SplitSetup setup, DeliveryMeans means)
@@ -42,20 +47,18 @@ public:
   }
 
   using BeforeCount = EmailSendRun::BeforeCount;
-  /// Asked when the log says that mails of this list went out before. True: they are sent once
-  /// more; false: they are left out.
-  using SendTwice = std::function<bool(const BeforeCount& before)>;
+  /// What becomes of mails of a list that went out before, or may have arrived.
+  enum class Again { LeaveOut, SendTwice, Cancel };
+  using AskAgain = std::function<Again(const BeforeCount& before)>;
 
-  /// Without `sendTwice` the log is not asked: all entries are sent. That is right for outputs that
-  /// were only just made.
-  DeliveryResult send(const EmailList& list, SendWatcher& watcher, const SendTwice& sendTwice = {});
+  /// `listFile` is the file that the list is in, a list file or a sheet; empty when it is in none.
+  /// Without `askAgain` no mail goes out twice.
+  DeliveryResult send(const EmailList& list, const QString& listFile, SendWatcher& watcher,
+                      const AskAgain& askAgain = {});
 
-  /// The list was being sent when the program died, and there is no log that tells how far it came.
-  bool mayHaveBeenSent(const EmailList& list) const;
-
-  /// Removes the lists that were saved for sending. Not before what is left of them has been told,
-  /// or is in another file; without this call they stay.
-  void dropKeptLists() { m_kept.dropAll(); }
+  /// The lists that were saved for sending. They stay unless they are dropped: not before what is
+  /// left of them has been told, or is in another file.
+  KeptLists& kept() { return m_kept; }
 
   /// Ends the reports. What could not be written of them and of the lists, in lines; empty when all
   /// was.
@@ -63,7 +66,7 @@ public:
 
 private:
   void openReports();
-  bool keep(const EmailList& list);
+  bool takeJournals(const EmailList& list, const QString& listFile, DeliveryResult& result);
 
   SplitSetup m_setup;
   DeliveryMeans m_means;
@@ -71,6 +74,8 @@ private:
   QString m_lastSource;
   RunReports m_reports;
   KeptLists m_kept;
+  SendJournal m_ofFile;
+  std::vector<SendJournal*> m_journals; ///< of the list that is being sent
   QStringList m_problems;
 };
 

@@ -11,7 +11,8 @@ FinishedRun finishedRun(const QString& source, const EmailRecords& records) {
   run.outputs.reserve(records.all().size());
   for (const EmailRecord& record : records.all()) {
     run.outputs.push_back({record.outputPath, record.firstPage, record.lastPage, record.matchedText,
-                           record.addresses.address, record.addresses.further});
+                           record.addresses.address, record.addresses.further, record.identity,
+                           record.addressesDiffer, record.holdsEarlierPages});
   }
   return run;
 }

@@ -6,6 +6,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+#include <vector>
+
 namespace folivex {
 
 struct SplitSetup;
@@ -14,23 +17,60 @@ struct SplitSetup;
 /// like "20240131_235959". A name that nothing has yet: a list that exists is never replaced.
 QString unusedListPath(const SplitSetup& setup, const QString& source, const QString& kind);
 
-/// Whether `path` is named like a list of KeptLists: its program died while it was sent.
-bool isListOfBrokenRun(const QString& path);
+/// Lists that a piece of work leaves while, and until, its mails have gone out.
+enum class KeptKind {
+  Sending, ///< "emails_sending": they are going out, or the program died while they were
+  NotSent, ///< "emails_not_sent": what could not be sent
+  MayHaveArrived
+};
 
-/// Lists that are in no file while they are sent. Each lies as "SOURCE_emails_sending_TIME.lst"
-/// beside the outputs until it is dropped. A program that dies leaves it there, whole: loaded as
-/// any other list, the log tells which of its mails went out.
+QString keptListName(KeptKind kind);
+
+/// A list of KeptKind that lies beside the outputs.
+struct FoundList {
+  QString path;
+  KeptKind kind = KeptKind::Sending;
+  bool isInWork = false;   ///< another process, or this one, sends it just now; or none can tell
+  bool isReadable = false; ///< else it is another user's
+  MailWork work;
+};
+/// Those of `source`, by name. What a crash left half made or half removed goes.
+std::vector<FoundList> listsLeftOf(const SplitSetup& setup, const QString& source);
+
+/// Each list lies as "SOURCE_emails_sending_TIME.lst" beside the outputs, its journal beside it and
+/// locked, until it is dropped. A program that dies leaves both: the same command then goes on with
+/// them.
 class KeptLists {
 public:
-  /// Empty, or why the list could not be saved. Sending may go on without.
-  QString keep(const EmailList& list, const SplitSetup& setup, const QString& source);
-  /// What keep() saved last has nothing in it any more that is still to be sent.
+  /// Saves the entries, which their journal then knows. Null, and the problem, when that cannot be
+  /// done, or when another process sends mails of the same work (then isInWork is set, too).
+  SendJournal* keep(EmailEntries& entries, const SplitSetup& setup, const QString& source,
+                    QString& problem, bool& isInWork);
+  /// Takes a list that an earlier process left.
+  SendJournal* adopt(const QString& path, QString& problem);
+  SendJournal* journalOf(const QString& path) const;
+
+  /// Of the list kept last, of another kind; empty when none is kept.
+  QString besideLast(KeptKind kind) const;
+  MailWork workOfLast() const;
+  /// Another list takes over all that is still to be sent.
+  void keepOnlyWhatWentOut();
+  /// Leaves the one kept last where it is, for others to take.
+  void releaseLast();
+  /// Nothing of it is needed any more.
   void dropLast();
-  /// Somebody has been told what became of all of them, or it is saved elsewhere.
   void dropAll();
 
 private:
-  QStringList m_paths;
+  struct Kept {
+    QString path;
+    std::unique_ptr<SendJournal> journal;
+  };
+  bool hasOther(const MailWork& work, const SplitSetup& setup, const QString& ownPath,
+                QString& problem) const;
+  static void drop(Kept& kept);
+
+  std::vector<Kept> m_kept;
 };
 
 } // namespace folivex

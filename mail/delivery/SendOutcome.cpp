@@ -52,6 +52,7 @@ QStringList outcomeLines(const EmailList& list, const SendSummary& summary) {
   for (const auto& [state, heading] :
        {std::pair(EntryState::Failed, "%1 failed:"),
         std::pair(EntryState::Temporary, "%1 failed for a reason that may pass:"),
+        std::pair(EntryState::Held, "%1 not sent, because a person has to look at their files:"),
         std::pair(EntryState::Unknown, "%1 may have arrived; they are not sent again:")}) {
     addRows(lines, list, summary, summary.rowsIn({state}), QLatin1String(heading));
   }
@@ -60,7 +61,8 @@ QStringList outcomeLines(const EmailList& list, const SendSummary& summary) {
     if (!lines.isEmpty()) {
       lines += QString();
     }
-    lines += QStringLiteral("%1 not tried: the run was stopped.").arg(mailCount(notReached));
+    lines +=
+        QStringLiteral("%1 not tried: %2.").arg(mailCount(notReached), summary.whyNotReached());
   }
   return lines;
 }

@@ -5,6 +5,8 @@
 #include "mail/EmailListFile.h"
 #include "mail/delivery/SendOutcome.h"
 
+#include <algorithm>
+
 namespace folivex {
 
 namespace {
@@ -31,16 +33,6 @@ private:
   const std::function<bool()>& m_stop;
 };
 
-/// Path of the list; empty when it could not be saved, which is then told.
-QString save(const EmailList& list, const QString& path, Operator& person) {
-  const EmailListResult saved = saveEmailList(list, path);
-  person.note(saved.message);
-  if (!saved.note.isEmpty()) {
-    person.note(saved.note);
-  }
-  return saved.ok ? path : QString();
-}
-
 void tellSummary(const EmailList& list, const SendSummary& summary, Operator& person) {
   person.note(summary.message());
   for (const QString& line : outcomeLines(list, summary)) {
@@ -50,58 +42,211 @@ void tellSummary(const EmailList& list, const SendSummary& summary, Operator& pe
   }
 }
 
-} // namespace
-
-UnattendedResult sendUnattended(const SplitSetup& setup, const FinishedRun& run,
-                                const DeliveryMeans& means, Operator& person,
-                                const std::function<bool()>& stopRequested) {
-  UnattendedResult result;
-  if (!setup.emailEnable) {
-    return result;
+EmailList listOf(const EmailEntries& entries, const std::vector<std::size_t>& rows) {
+  EmailEntries some;
+  for (const std::size_t row : rows) {
+    some.push_back(entries.at(row));
   }
   EmailList list;
-  if (const QString without =
-          withoutAddressSentence(list.fill(run.outputs).size(), run.outputs.size());
-      !without.isEmpty()) {
-    person.note(without);
+  list.setEntries(some, {});
+  return list;
+}
+
+} // namespace
+
+void UnattendedDelivery::tell(const QString& text) {
+  if (!text.isEmpty()) {
+    m_person.note(text);
   }
-  if (list.isEmpty()) {
+}
+
+/// Path of the list; empty when it could not be saved, which is then told.
+QString UnattendedDelivery::save(const EmailList& list, const QString& path, const MailWork& work) {
+  const EmailListResult saved = saveEmailList(list, path, work);
+  tell(saved.message);
+  tell(saved.note);
+  return saved.ok ? path : QString();
+}
+
+bool UnattendedDelivery::isOurs(const QString& list) const {
+  return std::ranges::any_of(m_deliveries, [&list](const auto& delivery) {
+    return delivery->kept().journalOf(list) != nullptr;
+  });
+}
+
+void UnattendedDelivery::finish() {
+  for (const auto& delivery : m_deliveries) {
+    delivery->kept().dropAll();
+  }
+  m_deliveries.clear();
+}
+
+std::optional<UnattendedResult> UnattendedDelivery::goOn(const SplitSetup& setup,
+                                                         const QString& source) {
+  if (!setup.emailEnable) {
+    return std::nullopt;
+  }
+  std::vector<FoundList> same;
+  MailWork work = MailWork::withoutBytes(setup, source);
+  for (FoundList& found : listsLeftOf(setup, source)) {
+    if (!found.isReadable || isOurs(found.path) || found.work.source != work.source) {
+      continue;
+    }
+    if (!work.bytes.isKnown()) {
+      work.bytes = platform::FileDigest::of(work.source);
+    }
+    if (found.work == work) {
+      same.push_back(std::move(found));
+    } else {
+      tell(QStringLiteral("%1 holds e-mails of an earlier run that did not send them all, of other "
+                          "bytes of %2 or with other settings. It stays as it is; load it to send "
+                          "what is left.")
+               .arg(found.path, source));
+    }
+  }
+  if (same.empty()) {
+    return std::nullopt;
+  }
+  UnattendedResult all;
+  for (const FoundList& found : same) {
+    UnattendedResult one = goOnWith(found, setup);
+    all.complete = all.complete && one.complete;
+    all.savedList = one.savedList.isEmpty() ? all.savedList : one.savedList;
+    all.summary = std::move(one.summary);
+  }
+  return all;
+}
+
+UnattendedResult UnattendedDelivery::goOnWith(const FoundList& found, const SplitSetup& setup) {
+  UnattendedResult result;
+  result.complete = false;
+  result.savedList = found.path;
+  const QString& source = found.work.source;
+  EmailList list;
+  auto delivery = std::make_unique<EmailDelivery>(setup, m_means);
+  if (found.isInWork) {
+    tell(QStringLiteral("%1: another program may be mailing its outputs just now, by the list %2. "
+                        "It is not split and mailed a second time; if that program died, load the "
+                        "list.")
+             .arg(source, found.path));
     return result;
   }
   if (setup.emailConfirm) {
-    person.note(QStringLiteral("%1 not sent: sending is to be confirmed, and nobody is here to do "
-                               "it. Load the list to send it.")
-                    .arg(mailCount(list.count())));
-    result.complete = false;
-    result.savedList =
-        save(list, unusedListPath(setup, run.source, QStringLiteral("emails")), person);
+    tell(QStringLiteral("%1: an earlier run with these settings did not send all of its e-mails. "
+                        "It is not split again: load the list %2 to go on.")
+             .arg(source, found.path));
     return result;
   }
-  OperatorWatcher watcher(person, stopRequested);
-  EmailDelivery delivery(setup, means);
-  delivery.addRun(run);
-  DeliveryResult sent = delivery.send(list, watcher);
-  const QString fileProblem = delivery.close();
-  if (!fileProblem.isEmpty()) {
-    person.note(fileProblem);
+  const EmailListResult loaded = loadEmailList(list, found.path);
+  QString problem = loaded.message;
+  if (!loaded.ok || delivery->kept().adopt(found.path, problem) == nullptr) {
+    tell(QStringLiteral("%1: the e-mails of an earlier run cannot be gone on with: %2")
+             .arg(source, problem));
+    return result;
   }
-  if (sent.problem.isEmpty()) {
-    tellSummary(list, sent.summary, person);
-    result.complete = sent.summary.counts.sentOk == static_cast<int>(list.count());
-    list.reduceTo(sent.summary.rowsToSendAgain());
-    result.summary = std::move(sent.summary);
-  } else {
-    person.note(QStringLiteral("No e-mail was sent: ") + sent.problem);
-    result.complete = false;
+  tell(QStringLiteral("%1: an earlier run with these settings did not send all of its e-mails. "
+                      "This one goes on with its list %2; the source is not split again.")
+           .arg(source, found.path));
+  FinishedRun run{source, {}};
+  for (const EmailRow& row : list.rows()) {
+    run.outputs.push_back({row.entry.file, 0, 0, {}, row.entry.address, {}});
   }
-  if (!list.isEmpty()) {
-    result.savedList =
-        save(list, unusedListPath(setup, run.source, QStringLiteral("emails_not_sent")), person);
-  }
-  if (list.isEmpty() || !result.savedList.isEmpty()) {
-    delivery.dropKeptLists();
-  }
+  delivery->addRun(run);
+  return deliver(list, found.path, std::move(delivery), setup, source);
+}
+
+UnattendedResult UnattendedDelivery::confirmLater(const EmailList& list, const SplitSetup& setup,
+                                                  const FinishedRun& run) {
+  tell(QStringLiteral("%1 not sent: sending is to be confirmed, and nobody is here to do it. Load "
+                      "the list to send it.")
+           .arg(mailCount(list.count())));
+  UnattendedResult result;
+  result.complete = false;
+  result.savedList = save(list, unusedListPath(setup, run.source, QStringLiteral("emails")));
   return result;
+}
+
+UnattendedResult UnattendedDelivery::send(const SplitSetup& setup, const FinishedRun& run) {
+  if (!setup.emailEnable) {
+    return {};
+  }
+  EmailList list;
+  tell(withoutAddressSentence(list.fill(run.outputs).size(), run.outputs.size()));
+  if (list.isEmpty()) {
+    return {};
+  }
+  if (setup.emailConfirm) {
+    return confirmLater(list, setup, run);
+  }
+  auto delivery = std::make_unique<EmailDelivery>(setup, m_means);
+  delivery->addRun(run);
+  return deliver(list, {}, std::move(delivery), setup, run.source);
+}
+
+UnattendedResult UnattendedDelivery::deliver(const EmailList& list, const QString& listFile,
+                                             std::unique_ptr<EmailDelivery> delivery,
+                                             const SplitSetup& setup, const QString& source) {
+  OperatorWatcher watcher(m_person, m_stop);
+  DeliveryResult sent = delivery->send(list, listFile, watcher);
+  tell(delivery->close());
+  tell(sent.note);
+  UnattendedResult result;
+  if (sent.problem.isEmpty()) {
+    tellSummary(list, sent.summary, m_person);
+  } else {
+    tell(QStringLiteral("No e-mail was sent: ") + sent.problem);
+    sent.entries = list.entries();
+    sent.summary.entries.resize(sent.entries.size());
+  }
+  result.complete = sent.summary.rowsIn({EntryState::Sent, EntryState::SentBefore}).size() ==
+                    list.addressedCount();
+  if (!result.complete && sent.isInWork) {
+    return result; // the other process mails what this one would
+  }
+  if (!result.complete) {
+    saveRest(list, sent, delivery->kept(), setup, source, result);
+  }
+  result.summary = std::move(sent.summary);
+  m_deliveries.push_back(std::move(delivery));
+  return result;
+}
+
+/// First what may have arrived: once the list of the rest is there, it stands for the whole.
+void UnattendedDelivery::saveRest(const EmailList& list, const DeliveryResult& sent,
+                                  KeptLists& kept, const SplitSetup& setup, const QString& source,
+                                  UnattendedResult& result) {
+  const QString& file = list.sourcePath();
+  const bool goesOn = !file.isEmpty();
+  if (goesOn && !file.contains(u'_' + keptListName(KeptKind::Sending) + u'_')) {
+    result.savedList = file; // its journal knows what of it is left
+    kept.releaseLast();
+    return;
+  }
+  const bool isKept = !kept.besideLast(KeptKind::NotSent).isEmpty();
+  const MailWork work = isKept ? kept.workOfLast() : MailWork::of(setup, source);
+  const auto pathOf = [&](KeptKind kind) {
+    return isKept ? kept.besideLast(kind) : unusedListPath(setup, source, keptListName(kind));
+  };
+  const std::vector<std::size_t> unknown = sent.summary.rowsIn({EntryState::Unknown});
+  const std::vector<std::size_t> rest = sent.summary.rowsToSendAgain();
+  bool isSaved = true;
+  if (!unknown.empty()) {
+    EmailEntries entries = sent.entries;
+    for (const std::size_t row : unknown) {
+      entries[row].mayHaveReached = {sent.summary.entries[row].recipient};
+    }
+    result.savedList = save(listOf(entries, unknown), pathOf(KeptKind::MayHaveArrived), work);
+    isSaved = !result.savedList.isEmpty();
+  }
+  if (!rest.empty() && isSaved) {
+    result.savedList = save(listOf(sent.entries, rest), pathOf(KeptKind::NotSent), work);
+    isSaved = !result.savedList.isEmpty();
+  }
+  if (isSaved) {
+    kept.dropLast();
+  } else {
+    kept.releaseLast(); // it is all that there is
+  }
 }
 
 } // namespace folivex

@@ -44,7 +44,14 @@ CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
   m_send = sideButton("send", QStringLiteral("&OK - Send"), QString(), this, [this] { accept(); });
   auto* cancel = sideButton("cancel", QStringLiteral("&Cancel"),
                             QStringLiteral("Close; nothing is sent"), this, [this] { reject(); });
-  layOut(filter, m_table, {m_without, gap(), m_send, cancel});
+  m_view = sideButton("view", QStringLiteral("&View"),
+                      QStringLiteral("Open the file that was changed since it was written"), this,
+                      [this] { viewFile(changedAmongSelected().front()); });
+  m_accept = sideButton("acceptFile", QStringLiteral("&Accept as it is now"),
+                        QStringLiteral("Send the file with what it holds now. Look at it first"),
+                        this, [this] { acceptFiles(changedAmongSelected()); });
+  layOut(filter, m_table, {m_without, m_view, m_accept, gap(), m_send, cancel});
+  m_looking.callOnTimeout([this] { lookAtNextFile(); });
   connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { updateCounts(); });
   connect(m_table, &QTableView::customContextMenuRequested, this, &CEmailListDlg::showContextMenu);
@@ -96,7 +103,33 @@ void CEmailListDlg::showEvent(QShowEvent* event) {
     m_loadsWhenShown = false;
     // Later: the chooser stands over a window that is there.
     QMetaObject::invokeMethod(
-        this, [this] { loadList(); }, Qt::QueuedConnection);
+        this, [this] { m_pathToLoad.isEmpty() ? loadList() : load(m_pathToLoad); },
+        Qt::QueuedConnection);
+  }
+}
+
+/// Who comes back from another program may have stamped or signed the files there.
+void CEmailListDlg::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+    lookAtFiles();
+  }
+}
+
+void CEmailListDlg::lookAtFiles() {
+  m_nextToLookAt = 0;
+  m_looking.start(0);
+}
+
+void CEmailListDlg::lookAtNextFile() {
+  if (m_nextToLookAt >= m_list.count()) {
+    m_looking.stop();
+    return;
+  }
+  const std::size_t row = m_nextToLookAt++;
+  if (m_list.lookAtFile(row)) {
+    m_model.rowChanged(row);
+    updateControls();
   }
 }
 
@@ -120,6 +153,7 @@ void CEmailListDlg::keepOnly(const std::vector<std::size_t>& rows, const QString
 void CEmailListDlg::replaceList(const std::function<void()>& change) {
   m_model.changeList(change);
   m_filter->clear();
+  lookAtFiles();
   updateControls();
 }
 
@@ -127,6 +161,10 @@ void CEmailListDlg::updateControls() {
   m_table->showOwnTexts(m_list.showsOwnTexts());
   m_table->showWhetherEmpty();
   m_without->setVisible(!m_withoutAddress.empty());
+  const bool hasChanged =
+      std::ranges::any_of(m_list.rows(), [](const EmailRow& row) { return row.entry.isChanged; });
+  m_view->setVisible(hasChanged);
+  m_accept->setVisible(hasChanged);
   const bool canSend = m_list.addressedCount() > 0;
   m_send->setEnabled(canSend);
   m_send->setToolTip(canSend ? QStringLiteral("Send the e-mails, in the order of their numbers; "
@@ -138,6 +176,9 @@ void CEmailListDlg::updateControls() {
 void CEmailListDlg::updateCounts() {
   m_countLine->setText(
       EmailListCommands::countText(m_list, m_model.shownCount(), m_table->selectedCount()));
+  const bool canAccept = !m_accept->isHidden() && !changedAmongSelected().empty();
+  m_view->setEnabled(canAccept);
+  m_accept->setEnabled(canAccept);
 }
 
 // The commands
@@ -146,9 +187,12 @@ void CEmailListDlg::loadList() {
   const QString path = m_dialogs.openFile(this, {QStringLiteral("Select lst file"),
                                                  QStringLiteral("List files (*.lst *.LST)"),
                                                  m_commands.startPath(), QStringLiteral("txt")});
-  if (path.isEmpty()) {
-    return;
+  if (!path.isEmpty()) {
+    load(path);
   }
+}
+
+void CEmailListDlg::load(const QString& path) {
   m_withoutAddress.clear();
   CommandWords words;
   replaceList([&] { words = m_commands.load(path); });
@@ -221,7 +265,7 @@ void CEmailListDlg::editRow(std::size_t row) {
   CChangeEmailDlg change(entry.address, entry.file, this);
   change.onTake = [&](const QString& text) { return m_commands.changeAddress(row, text); };
   if (change.exec() == Accepted) {
-    m_model.addressChanged(row);
+    m_model.rowChanged(row);
     updateControls();
   }
 }
@@ -250,16 +294,53 @@ void CEmailListDlg::showContextMenu(const QPoint& place) {
   menu.setObjectName(QStringLiteral("contextMenu"));
   connect(menu.addAction(QStringLiteral("&Change Email...")), &QAction::triggered, this,
           [this, row] { editRow(row); });
-  connect(menu.addAction(QStringLiteral("&Open file")), &QAction::triggered, this, [this, row] {
-    const QString file = m_list.rows()[row].entry.file;
-    if (!m_dialogs.openOutside(file)) {
-      m_dialogs.message(this, QStringLiteral("Unable to open file: ") + file);
-    }
-  });
+  connect(menu.addAction(QStringLiteral("&Open file")), &QAction::triggered, this,
+          [this, row] { viewFile(row); });
+  if (m_list.rows()[row].entry.isChanged) {
+    connect(menu.addAction(QStringLiteral("&Accept as it is now")), &QAction::triggered, this,
+            [this, row] { acceptFiles({row}); });
+  }
   menu.exec(m_table->viewport()->mapToGlobal(place));
 }
 
+void CEmailListDlg::viewFile(std::size_t row) {
+  const QString file = m_list.rows()[row].entry.file;
+  if (!m_dialogs.openOutside(file)) {
+    m_dialogs.message(this, QStringLiteral("Unable to open file: ") + file);
+  }
+}
+
+std::vector<std::size_t> CEmailListDlg::changedAmongSelected() const {
+  std::vector<std::size_t> rows = m_table->selectedRows();
+  std::erase_if(rows, [this](std::size_t row) { return !m_list.rows()[row].entry.isChanged; });
+  std::ranges::sort(rows);
+  return rows;
+}
+
+void CEmailListDlg::acceptFiles(std::vector<std::size_t> rows) {
+  if (rows.size() > 1 &&
+      !m_dialogs.question(this,
+                          QStringLiteral("%1 files were changed since they were written. Send each "
+                                         "with what it holds now?")
+                              .arg(countWithCommas(rows.size())),
+                          caption())) {
+    return;
+  }
+  for (const std::size_t row : rows) {
+    if (!m_list.acceptFile(row)) {
+      m_dialogs.message(this,
+                        QStringLiteral("Unable to open file: ") + m_list.rows()[row].entry.file);
+    }
+    m_model.rowChanged(row);
+  }
+  updateControls();
+}
+
 // What is sent
+
+QString CEmailListDlg::listFile() const {
+  return m_commands.listPath().isEmpty() ? m_list.sourcePath() : m_commands.listPath();
+}
 
 void CEmailListDlg::takeRows(std::vector<std::size_t> rows) {
   m_rowsToSend = std::move(rows);
@@ -275,10 +356,19 @@ void CEmailListDlg::takeAll() {
 
 /// The rows that are not selected are left out whole, and not only their addresses: no pause is
 /// made for them, and nobody is told of thousands without an address.
-bool CEmailListDlg::chooseWhatToSend() {
+bool CEmailListDlg::chooseRows() {
   std::vector<std::size_t> selected = m_table->selectedRows();
-  if (!selected.empty() &&
-      m_dialogs.question(this, QStringLiteral("Send selected only?"), caption())) {
+  const int chosen =
+      selected.empty()
+          ? 1
+          : m_dialogs.choice(
+                this, QStringLiteral("Send selected only?"), caption(),
+                {QStringLiteral("&Yes, the %1 selected").arg(countWithCommas(selected.size())),
+                 QStringLiteral("&No, all %1").arg(countWithCommas(m_list.count()))});
+  if (chosen == Dialogs::noChoice) {
+    return false;
+  }
+  if (chosen == 0) {
     std::ranges::sort(selected); // the view's order is not the sending order
     takeRows(std::move(selected));
     if (m_toSend.addressedCount() == 0) {
@@ -294,6 +384,41 @@ bool CEmailListDlg::chooseWhatToSend() {
                             QStringLiteral("The filter hides %1 of the %2 rows. Send them too?")
                                 .arg(countWithCommas(hidden), countWithCommas(m_list.count())),
                             caption());
+}
+
+/// Asked once of a list: what a person wants sent is sent.
+bool CEmailListDlg::wantsDoubtful() {
+  const std::size_t unchecked =
+      m_toSend.countOf([](const EmailEntry& entry) { return entry.isUnchecked; });
+  const std::size_t mixed = m_toSend.countOf(
+      [](const EmailEntry& entry) { return entry.addressesDiffer || entry.holdsEarlierPages; });
+  if (unchecked > 0 &&
+      !m_dialogs.question(this,
+                          QStringLiteral("Of %1 nothing tells whether the files are still those "
+                                         "that were written, nor whether the e-mails went out "
+                                         "before.\n\nSend them with what the files hold now?")
+                              .arg(mailCount(unchecked)),
+                          caption())) {
+    return false;
+  }
+  if (mixed > 0 &&
+      !m_dialogs.question(this,
+                          QStringLiteral("Files of %1 hold pages with different addresses, or of "
+                                         "earlier runs: somebody may get another one's pages. The "
+                                         "column File names them.\n\nSend them all the same?")
+                              .arg(mailCount(mixed)),
+                          caption())) {
+    return false;
+  }
+  for (const std::size_t row : m_rowsToSend) {
+    m_list.acceptDoubts(row);
+  }
+  takeRows(m_rowsToSend);
+  return true;
+}
+
+bool CEmailListDlg::chooseWhatToSend() {
+  return chooseRows() && wantsDoubtful();
 }
 
 void CEmailListDlg::accept() {

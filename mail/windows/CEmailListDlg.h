@@ -6,6 +6,8 @@
 #include "mail/windows/EmailModel.h"
 #include "widgets/ListDialog.h"
 
+#include <QTimer>
+
 #include <vector>
 
 class QLineEdit;
@@ -26,8 +28,11 @@ public:
 
   /// The outputs of a run; `withoutAddress` are those that had none and are not in the list.
   void showRun(EmailList list, std::vector<AddressedOutput> withoutAddress);
-  /// A list file is chosen as soon as the dialog is seen.
-  void loadWhenShown() { m_loadsWhenShown = true; }
+  /// As soon as the dialog is seen a list file is chosen, or the one given is loaded.
+  void loadWhenShown(const QString& path = {}) {
+    m_loadsWhenShown = true;
+    m_pathToLoad = path;
+  }
   /// Keeps these rows of the list (to send again what failed).
   void keepOnly(const std::vector<std::size_t>& rows, const QString& notice);
 
@@ -35,6 +40,8 @@ public:
   /// The rows that are to be sent, in their order, and where they stand in list().
   const EmailList& toSend() const { return m_toSend; }
   const std::vector<std::size_t>& rowsToSend() const { return m_rowsToSend; }
+  /// The list file or the sheet that the list is in; empty when it is in none.
+  QString listFile() const;
   /// All of it is to be sent, and nobody is asked.
   void takeAll();
 
@@ -43,6 +50,7 @@ public:
 
 protected:
   void showEvent(QShowEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
 private:
   void buildMenu();
@@ -52,6 +60,7 @@ private:
   void updateCounts();
 
   void loadList();
+  void load(const QString& path);
   void saveList();
   void saveListAs();
   void importSheet();
@@ -59,7 +68,14 @@ private:
   void editRow(std::size_t row);
   void showWithoutAddress();
   void showContextMenu(const QPoint& place);
+  void viewFile(std::size_t row);
+  void acceptFiles(std::vector<std::size_t> rows);
+  std::vector<std::size_t> changedAmongSelected() const;
+  void lookAtFiles();
+  void lookAtNextFile();
   bool chooseWhatToSend();
+  bool chooseRows();
+  bool wantsDoubtful();
   void takeRows(std::vector<std::size_t> rows);
 
   EmailList m_list;
@@ -69,10 +85,15 @@ private:
   EmailModel m_model;
   std::vector<AddressedOutput> m_withoutAddress;
   bool m_loadsWhenShown = false;
+  QString m_pathToLoad;
+  QTimer m_looking; ///< goes through the files while nothing else is to be done
+  std::size_t m_nextToLookAt = 0;
 
   QLineEdit* m_filter = nullptr;
   EmailTable* m_table = nullptr;
   QPushButton* m_without = nullptr;
+  QPushButton* m_view = nullptr;
+  QPushButton* m_accept = nullptr;
   QPushButton* m_send = nullptr;
 };
 

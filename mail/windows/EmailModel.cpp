@@ -21,8 +21,20 @@ constexpr qsizetype longestCell = 300;
 
 using Rows = std::vector<std::size_t>;
 
+/// What the person should know of the file before it is sent, short.
+QString fileWarning(const EmailEntry& entry) {
+  return entry.isChanged           ? QStringLiteral("changed since written")
+         : entry.addressesDiffer   ? QStringLiteral("pages with different addresses")
+         : entry.holdsEarlierPages ? QStringLiteral("with pages of earlier runs")
+                                   : QString();
+}
+
 QString shownText(const EmailRow& row, EmailColumn column) {
-  return withoutControlCharacters(row.cell(column).left(longestCell)); // a cell is one line
+  const QString warning = column == EmailColumn::File ? fileWarning(row.entry) : QString();
+  const QString text =
+      column == EmailColumn::File ? row.cell(column) : row.cell(column).left(longestCell);
+  return withoutControlCharacters( // a cell is one line
+      warning.isEmpty() ? text : QStringLiteral("%1  (%2)").arg(text, warning));
 }
 
 QString addressRemark(const EmailEntry& entry) {
@@ -37,6 +49,10 @@ QString addressRemark(const EmailEntry& entry) {
 
 /// Asked only when somebody points at the row: the disk may be slow.
 QString fileRemark(const EmailEntry& entry) {
+  if (entry.isChanged) {
+    return QStringLiteral("The file was changed since it was written. It is not sent unless you "
+                          "look at it and choose \"Accept as it is now\".");
+  }
   return platform::isReadableFile(entry.file)
              ? QString()
              : QStringLiteral("This cannot be sent: the file cannot be read.");
@@ -61,6 +77,9 @@ QVariant cellColor(const EmailRow& row, EmailColumn column) {
     return QApplication::palette().brush(QPalette::PlaceholderText);
   }
   if (column == EmailColumn::Email && !isMailAddress(row.entry.address)) {
+    return problemColor();
+  }
+  if (column == EmailColumn::File && !fileWarning(row.entry).isEmpty()) {
     return problemColor();
   }
   return {};
@@ -133,7 +152,7 @@ void EmailModel::changeList(const std::function<void()>& change) {
   endResetModel();
 }
 
-void EmailModel::addressChanged(std::size_t row) {
+void EmailModel::rowChanged(std::size_t row) {
   const auto found = std::ranges::find(m_shown, row);
   if (found != m_shown.end()) {
     const int viewRow = static_cast<int>(found - m_shown.begin());

@@ -21,8 +21,9 @@ public:
 
   /// Anything may change in `change`.
   void changeList(const std::function<void()>& change);
-  /// The address of a row of the list is another now. The row stays where it is seen.
-  void addressChanged(std::size_t row);
+  /// A row of the list has another address now, or its file was looked at. It stays where it is
+  /// seen.
+  void rowChanged(std::size_t row);
 
   /// Leaves the rows with this text, in any case, in address, file, copy address, invoice number or
   /// subject. Empty: all.

@@ -6,6 +6,7 @@
 #include "mail/windows/CEmailListDlg.h"
 #include "mail/windows/CEmailStatusDlg.h"
 #include "mail/windows/CFindingsDlg.h"
+#include "platform/Paths.h"
 #include "widgets/Dialogs.h"
 
 #include <QHash>
@@ -37,6 +38,10 @@ void addPages(AddressedOutput& output, const AddressedOutput& added) {
   addFurther(addresses, {added.address, added.furtherAddresses});
   output.address = addresses.address;
   output.furtherAddresses = addresses.further;
+  output.addressesDiffer =
+      output.addressesDiffer || added.addressesDiffer ||
+      (!output.address.isEmpty() && !added.address.isEmpty() && output.address != added.address);
+  output.identity = added.identity;
   output.lastPage = added.lastPage;
 }
 
@@ -105,6 +110,21 @@ FinishedRun whatFailed(const FinishedRun& run, const EmailList& list, const Send
   return failed;
 }
 
+/// A list that a run of the same work left, which sends it still or died; empty when there is none.
+QString listOfSameWork(const SplitSetup& setup, const QString& source, const KeptLists& own = {}) {
+  MailWork work = MailWork::withoutBytes(setup, source);
+  for (const FoundList& found : listsLeftOf(setup, source)) {
+    if (found.isReadable && own.journalOf(found.path) == nullptr &&
+        found.work.source == work.source && found.work.settings == work.settings) {
+      work.bytes = work.bytes.isKnown() ? work.bytes : platform::FileDigest::of(work.source);
+      if (found.work == work) {
+        return found.path;
+      }
+    }
+  }
+  return {};
+}
+
 QString messageOf(const SendSummary& summary) {
   return (summary.message() + QStringLiteral("\n\n") + summary.details()).trimmed();
 }
@@ -156,7 +176,7 @@ void EmailSession::note(const QString& text) const {
 }
 
 void EmailSession::closeReports(EmailDelivery& delivery) {
-  delivery.dropKeptLists(); // the person has seen what became of them
+  delivery.kept().dropAll(); // the person has seen what became of them
   note(delivery.close());
 }
 
@@ -205,8 +225,18 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
   if (all.list.isEmpty()) {
     return;
   }
+  const QString earlier = listOfSameWork(setup, run.source, m_batch->delivery.kept());
+  if (!earlier.isEmpty()) {
+    note(QStringLiteral(
+             "No e-mail was sent for %1: an earlier run did not send all of its own. They "
+             "are in %2; what was made now waits for the end.")
+             .arg(run.source, earlier));
+    m_batch->keep(run);
+    return;
+  }
   m_batch->wasSent = true;
-  const DeliveryResult result = send(all.list, m_batch->delivery);
+  const DeliveryResult result = send(all.list, {}, m_batch->delivery);
+  note(result.note);
   if (!result.problem.isEmpty()) {
     note(QStringLiteral("No e-mail was sent: ") + result.problem);
     m_batch->keep(run);
@@ -236,6 +266,32 @@ void EmailSession::afterBatch() {
   closeReports(batch->delivery);
 }
 
+bool EmailSession::goOn(const SplitSetup& setup) {
+  const QString list = setup.emailEnable && !m_isAtWork
+                           ? listOfSameWork(setup, platform::withoutTrailingBlanks(setup.fileName))
+                           : QString();
+  if (list.isEmpty()) {
+    return false;
+  }
+  const QScopedValueRollback atWork(m_isAtWork, true);
+  const int chosen = m_parts.dialogs.choice(
+      m_parts.over,
+      QStringLiteral("A run of this file with these settings has not sent all of its e-mails: it "
+                     "broke off, or is at work still. Its list tells which went out:\n%1\n\n"
+                     "Splitting anew makes further outputs, and e-mails for all of them.")
+          .arg(list),
+      questionCaption(),
+      {QStringLiteral("&Go on with that list..."), QStringLiteral("&Split anew")});
+  if (chosen == 0) {
+    EmailDelivery delivery(setup, m_means);
+    CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
+    dialog.loadWhenShown(list);
+    review(dialog, delivery);
+    closeReports(delivery);
+  }
+  return chosen != 1;
+}
+
 void EmailSession::loadEmailList(const SplitSetup& setup) {
   if (m_isAtWork) {
     return;
@@ -245,6 +301,7 @@ void EmailSession::loadEmailList(const SplitSetup& setup) {
   CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
   dialog.loadWhenShown();
   review(dialog, delivery);
+  closeReports(delivery);
 }
 
 void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
@@ -255,42 +312,46 @@ void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
   }
 }
 
-DeliveryResult EmailSession::send(const EmailList& list, EmailDelivery& delivery) {
+DeliveryResult EmailSession::send(const EmailList& list, const QString& listFile,
+                                  EmailDelivery& delivery) {
   CEmailStatusDlg status(m_parts.over);
   if (m_parts.stopRequested && !m_parts.stopRequested()) {
     status.alsoStop = m_parts.stopRequested;
   }
   status.setMailCount(list.addressedCount());
   status.show();
-  // Outputs that were only just made are in no log, whatever an older file of the name is.
-  const bool isOfRun = list.sourcePath().isEmpty();
-  return delivery.send(
-      list, status, isOfRun ? EmailDelivery::SendTwice() : [this, &status](const auto& before) {
-        return sendTwice(before, &status);
-      });
+  return delivery.send(list, listFile, status,
+                       [this, &status](const auto& before) { return askAgain(before, &status); });
 }
 
-bool EmailSession::sendTwice(const EmailDelivery::BeforeCount& before, QWidget* over) {
-  QString text = QStringLiteral("The log says that %1 of this list went out in an earlier run")
-                     .arg(mailCount(before.sent));
+EmailDelivery::Again EmailSession::askAgain(const EmailDelivery::BeforeCount& before,
+                                            QWidget* over) {
+  QString text = QStringLiteral("%1 of this list went out before").arg(mailCount(before.sent));
   if (before.mayHaveArrived > 0) {
-    text += QStringLiteral(", and that %1 may have arrived").arg(mailCount(before.mayHaveArrived));
+    text += QStringLiteral(", and %1 may have arrived").arg(mailCount(before.mayHaveArrived));
   }
-  text += QStringLiteral(".\n\nSend these once more, too? With No the sending goes on where that "
-                         "run broke off.");
-  return m_parts.dialogs.question(over, text, questionCaption());
+  using enum EmailDelivery::Again;
+  switch (m_parts.dialogs.choice(
+      over, text + QStringLiteral(".\n\nSend these once more, too?"), questionCaption(),
+      {QStringLiteral("&Leave them out"), QStringLiteral("&Send all once more")})) {
+  case 0:
+    return LeaveOut;
+  case 1:
+    return SendTwice;
+  default:
+    return Cancel;
+  }
 }
 
 EmailSession::Outcome EmailSession::sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery) {
-  if (delivery.mayHaveBeenSent(dialog.toSend()) &&
-      !m_parts.dialogs.question(
-          m_parts.over,
-          QStringLiteral("The program ended while this list was sent, and no log file tells which "
-                         "of its e-mails went out.\n\nSend them all the same?"),
-          questionCaption())) {
+  if (dialog.toSend().sourcePath().isEmpty()) {
+    delivery.kept().keepOnlyWhatWentOut(); // the rest is in the list that is saved now
+  }
+  const DeliveryResult result = send(dialog.toSend(), dialog.listFile(), delivery);
+  note(result.note);
+  if (result.isCancelled) {
     return Outcome::RowsLeft;
   }
-  const DeliveryResult result = send(dialog.toSend(), delivery);
   if (!result.problem.isEmpty()) {
     m_parts.dialogs.message(m_parts.over, QStringLiteral("No e-mail was sent: ") + result.problem);
     return Outcome::RowsLeft;

@@ -47,6 +47,11 @@ public:
   /// its sources.
   void afterBatch();
 
+  /// Before a source is split once more whose mails a run with the same settings did not send to
+  /// their end, since the program died: the person is asked, and may go on with that list. True
+  /// when there is nothing to be split.
+  bool goOn(const SplitSetup& setup);
+
   /// "Load Email List": a list file is chosen, shown and sent.
   void loadEmailList(const SplitSetup& setup);
 
@@ -57,8 +62,8 @@ private:
   void review(CEmailListDlg& dialog, EmailDelivery& delivery);
   Outcome sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery);
   bool wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& summary);
-  DeliveryResult send(const EmailList& list, EmailDelivery& delivery);
-  bool sendTwice(const EmailDelivery::BeforeCount& before, QWidget* over);
+  DeliveryResult send(const EmailList& list, const QString& listFile, EmailDelivery& delivery);
+  EmailDelivery::Again askAgain(const EmailDelivery::BeforeCount& before, QWidget* over);
   void closeReports(EmailDelivery& delivery);
   void note(const QString& text) const;
 

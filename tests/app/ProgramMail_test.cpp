@@ -2,6 +2,8 @@
 #include "tests/app/ProgramBench.h"
 #include "tests/mail/MailServerProcess.h"
 
+#include <QRegularExpression>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -31,9 +33,28 @@ protected:
     return QStringLiteral("-f") + place.at(QStringLiteral("all.pdf"));
   }
 
+  QStringList lists() const {
+    return QDir(place.at(QStringLiteral("out"))).entryList({QStringLiteral("*.lst")});
+  }
+  /// As started and not waited for; killed, or told to stop, once `is` holds.
+  void runUntil(const QStringList& arguments, bool kill, const std::function<bool()>& is) {
+    QProcess program;
+    program.setProcessEnvironment(place.environment());
+    program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"), arguments);
+    while (!is()) {
+      ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
+    }
+    kill ? program.kill() : program.terminate();
+    ASSERT_TRUE(program.waitForFinished(hangLimit));
+    EXPECT_TRUE(kill || program.exitCode() == 1) << program.exitCode();
+  }
+  bool logHolds(const char* text) const {
+    return QFile::exists(setup.emailLogFile) && contentOf(setup.emailLogFile).contains(text);
+  }
+
   /// Of the one list in the output folder, whose name says this.
   QByteArray listNamed(const QString& kind) const {
-    const QStringList lists = outputs().filter(QStringLiteral(".lst"));
+    const QStringList lists = this->lists();
     EXPECT_TRUE(lists.size() == 1 && lists[0].startsWith(QStringLiteral("all.pdf_") + kind))
         << lists.join(u' ').toStdString();
     return contentOf(place.at(QStringLiteral("out/") + lists.value(0)));
@@ -60,27 +81,93 @@ TEST_F(ProgramMail, EveryAddressGetsItsOwnFile) {
   EXPECT_EQ(outputs().filter(".lst"), QStringList());
 }
 
-/// Between two mails both are in a list, and the log tells which of them went out: a run that dies
-/// there loses none.
 TEST_F(ProgramMail, AStopWhileMailsGoOutIsTheEndOfAllFiles) {
   MailServerProcess server({"hang-unanswered", "1"}); // at the second
   setup.emailSmtp = server.text();
   setup.emailPassword.clear();
-  QProcess program;
-  program.setProcessEnvironment(place.environment());
-  program.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"),
-                {fxs(), fourAccounts(), source("b.pdf", {"B1"}), QStringLiteral("-c")});
-  while (!QFile::exists(setup.emailLogFile) || !contentOf(setup.emailLogFile).contains(" OK\r")) {
-    ASSERT_FALSE(program.waitForFinished(10)) << program.readAllStandardError().toStdString();
-  }
-  EXPECT_EQ(listNamed("emails_sending_"),
-            "\xEF\xBB\xBFUNICODEV4\r\r\nanna@example.org|" + place.at("out/1.pdf").toUtf8() +
-                "|0|0\r\r\ncarl@example.org|" + place.at("out/3.pdf").toUtf8() + "|0|0\r\r\n");
-  EXPECT_FALSE(contentOf(setup.emailLogFile).contains("carl"));
-  program.terminate();
-  ASSERT_TRUE(program.waitForFinished(hangLimit));
-  EXPECT_EQ(program.exitCode(), 1);
+  const QStringList arguments = {fxs(), fourAccounts(), source("b.pdf", {"B1"}),
+                                 QStringLiteral("-c")};
+  runUntil(arguments, false, [&] {
+    if (!logHolds(" OK\r")) {
+      return false;
+    }
+    EXPECT_EQ(listNamed("emails_sending_"),
+              "\xEF\xBB\xBFUNICODEV4\r\r\nanna@example.org|" + place.at("out/1.pdf").toUtf8() +
+                  "|0|0\r\r\ncarl@example.org|" + place.at("out/3.pdf").toUtf8() + "|0|0\r\r\n");
+    EXPECT_FALSE(logHolds("carl"));
+    return true;
+  });
   EXPECT_TRUE(outputs().filter("B1").isEmpty());
+}
+
+/// Killed in the middle of a mail, without a log: the same command goes on, splits nothing twice
+/// and mails nobody twice, and a person is told of the one mail that nobody knows of.
+TEST_F(ProgramMail, AKilledRunIsGoneOnWith) {
+  MailServerProcess server({"hang-unanswered", "1"});
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  setup.emailLogFile.clear();
+  const QStringList arguments = {fxs(), fourAccounts(), QStringLiteral("-c")};
+  runUntil(arguments, true, [&server] { return server.mails().size() == 2; });
+  const QStringList made = outputs().filter(QRegularExpression("pdf$"));
+  server.become({"none"});
+  const ProgramRun again = place.run(arguments);
+  EXPECT_EQ(again.exitCode, shown(-14)) << again.err.toStdString();
+  EXPECT_EQ(server.mails().size(), 0U) << "a mail went out twice";
+  EXPECT_TRUE(again.err.contains("goes on with its list")) << again.err.toStdString();
+  EXPECT_TRUE(again.err.contains("1 e-mail may have arrived")) << again.err.toStdString();
+  EXPECT_EQ(listNamed("emails_may_have_arrived_").count("carl@example.org|"), 1);
+  EXPECT_EQ(outputs().filter(QRegularExpression("pdf$")), made) << "it was split twice";
+}
+
+/// Killed between two mails, in the second source: what is done is done, what is not goes out.
+TEST_F(ProgramMail, WhatWentOutBeforeAKillGoesOutOnce) {
+  TextPdf second;
+  second.page({QStringLiteral("Account: B1"), QStringLiteral("E-mail: b1@example.org")});
+  second.page({QStringLiteral("Account: B2"), QStringLiteral("E-mail: b2@example.org")});
+  second.write(place.at(QStringLiteral("b.pdf")));
+  MailServerProcess server({"hang-at-recipient", "b2"});
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  const QStringList arguments = {fxs(), fourAccounts(), QStringLiteral("-f") + place.at("b.pdf"),
+                                 QStringLiteral("-c")};
+  runUntil(arguments, true, [&] { return logHolds("b1@example.org"); });
+  QStringList taken = server.taken();
+  EXPECT_EQ(taken, QStringList({"anna@example.org", "carl@example.org", "b1@example.org"}));
+  server.become({"none"});
+  const ProgramRun again = place.run(arguments);
+  taken += server.taken();
+  // Whether the last one had begun is a matter of moments; twice is none.
+  EXPECT_EQ(taken.count("b2@example.org") + lists().filter("may_have_arrived").size(), 1)
+      << again.err.toStdString();
+  EXPECT_EQ(taken.removeDuplicates(), 0);
+  EXPECT_EQ(outputs().filter("part002"), QStringList()) << "it was split twice";
+  // A command that came to its end is new work when it is given once more.
+  if (again.exitCode == 0) {
+    EXPECT_EQ(outputs().filter(".lst"), QStringList());
+  }
+}
+
+/// Nobody can confirm, and the list that a person could confirm later is not there either.
+TEST_F(ProgramMail, AListThatCannotBeSavedIsAFailure) {
+  setup.emailConfirm = true;
+  setup.emailSmtp = QStringLiteral("127.0.0.1:1");
+  // Room for the outputs' names, and for no longer one.
+  QString folder = place.at(QStringLiteral("out"));
+  constexpr qsizetype longestPath = 4095;
+  constexpr qsizetype room = 60;
+  while (folder.size() + 2 < longestPath - room) {
+    folder +=
+        u'/' + QString(std::min<qsizetype>(200, longestPath - room - folder.size() - 1), u'd');
+  }
+  setup.outputDir = folder;
+  const QString title(100, u't');
+  fourAccounts();
+  QFile::rename(place.at("all.pdf"), place.at(title + ".pdf"));
+  const ProgramRun run = place.run({fxs(), "-f" + place.at(title + ".pdf"), QStringLiteral("-c")});
+  EXPECT_TRUE(QFile::exists(folder + "/1.pdf")) << run.err.toStdString();
+  EXPECT_TRUE(run.err.contains("Unable to create file: ")) << run.err.toStdString();
+  EXPECT_EQ(run.exitCode, shown(-14));
 }
 
 TEST_F(ProgramMail, ATerminalShowsHowFarTheMailsAre) {
@@ -103,7 +190,7 @@ TEST_F(ProgramMail, MailThatCannotBeSentIsAnErrorWithoutSecrets) {
   const ProgramRun run = place.run({fxs(), fourAccounts(), QStringLiteral("-c")});
   EXPECT_EQ(run.exitCode, shown(-14)) << run.err.toStdString();
   EXPECT_EQ(listNamed("emails_not_sent_").count("@example.org|"), 2);
-  EXPECT_EQ(outputs().size(), 4);
+  EXPECT_EQ(outputs().size(), 5);
   const QByteArray told = run.err + contentOf(setup.emailLogFile);
   EXPECT_FALSE(told.contains("hunter2")) << told.toStdString();
   EXPECT_TRUE(told.contains("anna@example.org"));

@@ -29,7 +29,9 @@ TEST(EmailList, HoldsWhatHasAGoodAddress) {
   // The file is the range already: its own pages are not picked once more.
   EmailEntry first = entry("a@x.example", "/out/1.pdf");
   first.furtherAddresses = {"b@x.example"};
-  EXPECT_EQ(list.entries(), EmailEntries({first, entry(QString(255, u'c'), "/out/3.pdf")}));
+  EmailEntry last = entry(QString(255, u'c'), "/out/3.pdf");
+  first.isUnchecked = last.isUnchecked = true; // nothing tells what was written
+  EXPECT_EQ(list.entries(), EmailEntries({first, last}));
   EXPECT_FALSE(hasPageRange(first));
   EXPECT_FALSE(list.isFromSpreadsheet());
 
@@ -77,12 +79,45 @@ TEST(EmailListFile, WritesTheFormatByteForByte) {
   full.body.clear();
   EmailEntry cut = entry("b@x.e", half);
   cut.fileIsCut = true;
+  full.isUnchecked = cut.isUnchecked = true;
   EXPECT_EQ(read.entries(), EmailEntries({full, cut}));
 
   const QString nowhere = folder.filePath("no/mails.lst");
   EXPECT_EQ(saveEmailList(list, nowhere).message, "Unable to create file: " + nowhere);
   EXPECT_EQ(loadEmailList(read, nowhere).message, "Unable to open file: " + nowhere);
   EXPECT_TRUE(read.isEmpty());
+}
+
+/// What a list file cannot hold lies beside it and finds its row again, by hand edited or not.
+TEST(EmailListFile, KeepsWhatIsKnownOfTheFilesBesideIt) {
+  QTemporaryDir folder;
+  const QString path = folder.filePath("mails.lst");
+  EmailEntry known = entry("a@x.example", "/out/1.pdf", 1, 2);
+  known.identity = platform::FileDigest::ofBytes("one");
+  known.sentTo = {"a@x.example"};
+  EmailEntry other = entry("b@x.example", "/out/2.pdf");
+  other.identity = platform::FileDigest::ofBytes("two");
+  other.addressesDiffer = other.holdsEarlierPages = true;
+  other.mayHaveReached = {"b@x.example"};
+  EmailList list;
+  list.setEntries({known, known, other}, {});
+  const EmailListResult saved = saveEmailList(list, path);
+  EXPECT_TRUE(saved.ok && saved.note.isEmpty()) << saved.note.toStdString();
+  EmailList read;
+  EXPECT_TRUE(loadEmailList(read, path).ok);
+  EXPECT_EQ(read.entries(), EmailEntries({known, known, other}));
+  EXPECT_EQ(QFile::permissions(SendJournal::pathBeside(path)) & 0x0077, QFile::Permissions());
+
+  writeFile(path, contentOf(path).replace("b@x.example", "c@x.example"));
+  EXPECT_TRUE(loadEmailList(read, path).ok);
+  EmailEntry typed = entry("c@x.example", "/out/2.pdf");
+  typed.isUnchecked = true;
+  EXPECT_EQ(read.entries(), EmailEntries({known, known, typed}));
+
+  // Of another list under the same name it tells nothing.
+  list.setEntries({typed}, {});
+  EXPECT_TRUE(saveEmailList(list, path).ok);
+  EXPECT_FALSE(QFile::exists(SendJournal::pathBeside(path)));
 }
 
 /// A row: its bytes, and what is read: address, file and pages as shown, and the page numbers.
@@ -122,6 +157,7 @@ TEST(PageRangeFile, TakesThePagesAndNoOthers) {
   EXPECT_EQ(made.path, path) << made.errorText.toStdString();
   EXPECT_EQ(pageTexts(path), QStringList({"page2", "page3"}));
   EXPECT_EQ(library.GetPageCount2(), 0);
+  EXPECT_EQ(made.identity, platform::FileDigest::of(path));
 
   for (const auto& [first, last] : {std::pair(0, 3), {3, 0}, {4, 2}, {5, 6}, {-1, 2}}) {
     const AttachmentFile none =

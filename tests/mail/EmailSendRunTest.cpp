@@ -10,6 +10,9 @@
 
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace folivex::test {
 namespace {
 
@@ -65,20 +68,26 @@ protected:
     }
     return entries;
   }
-  SendSummary run(const QString& server, const EmailEntries& entries,
-                  Source source = Source::SplitRun, const SentBefore& before = {}) {
+  /// Each run is a program of its own: what an earlier one left stands in the journal.
+  SendSummary run(const QString& server, EmailEntries entries, Source source = Source::SplitRun) {
     setup.emailSmtp = server;
-    SmtpTransport transport(mailServerOf(setup));
+    SmtpTransport transport(mailServerOf(setup), options);
+    SendJournal journal;
+    EXPECT_TRUE(journal.open(list, {}) && journal.enter(entries))
+        << journal.problem().toStdString();
     EmailSendRun sending(
         setup, source,
-        {transport, watcher, RealLibraries::get().split.get(), report, [this] { return now; }});
-    sending.skipSentBefore(before);
+        {transport, watcher, {&journal}, RealLibraries::get().split.get(), report, [this] {
+           return now;
+         }});
     return sending.run(entries);
   }
   QByteArray log() const { return contentOf(setup.emailLogFile); }
 
   QTemporaryDir folder;
+  QString list = folder.filePath("mails.lst");
   SplitSetup setup;
+  SmtpOptions options;
   Watcher watcher;
   EmailReport* report = nullptr;
   QDateTime now = QDateTime(QDate(2099, 3, 4), QTime(5, 6, 7));
@@ -144,6 +153,7 @@ TEST_F(EmailSend, WhoGetsWhichMail) {
   own.invoiceNumberInSubject = "4711";
   run(server.text(), {own, entry("carl@example.org", "2.pdf")}, Source::Spreadsheet);
   setup.emailHtml = true;
+  list = folder.filePath("other.lst");
   run(server.text(), {own}, Source::ListFile);
   setup.emailTest = true; // reaches nobody else
   run(server.text(), {own}, Source::Spreadsheet);
@@ -168,6 +178,7 @@ TEST_F(EmailSend, WhatIsAttached) {
   MailServerProcess server;
   EmailEntry range = entry("anna@example.org", "all.pdf");
   writeFile(range.file, statements({"page1", "page2", "page3"}).bytes());
+  range.identity = platform::FileDigest::of(range.file);
   range.extractPageStart = range.extractPageEnd = 2;
   EmailEntry beyond = range;
   beyond.extractPageEnd = 9;
@@ -190,7 +201,7 @@ TEST_F(EmailSend, WhatIsAttached) {
             contentOf(folder.filePath("all p2-2.pdf")));
 }
 
-/// A run broke off; what its log proves is not sent twice, what it does not prove is sent.
+/// A run broke off; what its journal tells of is not sent twice, whatever became of the log.
 TEST_F(EmailSend, GoesOnWhereARunBrokeOff) {
   const EmailEntries entries = numbered(6);
   MailServerProcess server({"rate", "2"});
@@ -206,53 +217,143 @@ TEST_F(EmailSend, GoesOnWhereARunBrokeOff) {
   const SendSummary second = run(server.text(), {entries[2]});
   EXPECT_EQ(states(second), std::vector({EntryState::Unknown}));
   EXPECT_EQ(second.message(), "(1) Emails sent ok: 0, errors: 1");
-  // An older line about another file of the name, and a line that the crash tore.
-  const QString torn = emailLogLine(now, entries[4].address, entries[4].file, "OK").chopped(4);
-  now = QDateTime(QDate(1999, 1, 1), QTime(0, 0));
-  const QString older = emailLogLine(now, entries[3].address, entries[3].file, "OK");
-  writeFile(setup.emailLogFile,
-            log() + QString(older).replace("\n", "\r\n").toUtf8() + torn.toUtf8());
-  const SentBefore before = SentBefore::fromLog(setup.emailLogFile);
+  // A death in the middle of a mail, and one while the next line was written.
+  {
+    EmailEntries again = entries;
+    SendJournal journal;
+    ASSERT_TRUE(journal.open(list, {}) && journal.enter(again));
+    EXPECT_TRUE(journal.begin(3, entries[3].address));
+    SendJournal other;
+    EXPECT_FALSE(other.open(list, {}));
+    EXPECT_TRUE(other.isInWork()) << "a list was sent twice at the same time";
+  }
+  const QString journalPath = SendJournal::pathBeside(list);
+  const QByteArray torn = "{\"begin\":4,\"to\":\"r4@exam";
+  writeFile(journalPath, contentOf(journalPath) + torn);
+  QFile::remove(setup.emailLogFile);
   server.become({"none"});
   watcher = {};
-  SmtpTransport transport(mailServerOf(setup));
-  const EmailSendRun asking(setup, Source::SplitRun,
-                            {transport, watcher, nullptr, nullptr, [this] { return now; }});
-  const EmailSendRun::BeforeCount count = asking.countSentBefore(entries, before);
-  EXPECT_TRUE(count.sent == 2 && count.mayHaveArrived == 1) << count.sent;
-  const SendSummary summary = run(server.text(), entries, Source::SplitRun, before);
-  EXPECT_EQ(states(summary),
+  EXPECT_EQ(states(run(server.text(), entries)),
             std::vector({EntryState::SentBefore, EntryState::SentBefore, EntryState::Unknown,
-                         EntryState::Sent, EntryState::Sent, EntryState::Sent}));
-  EXPECT_EQ(server.taken().size(), 3);
-  // The torn line spoils no line behind it.
-  EXPECT_TRUE(log().contains("\n1999-01-01 00:00:00 r4@example.org"));
+                         EntryState::Unknown, EntryState::Sent, EntryState::Sent}));
+  EXPECT_EQ(states(run(server.text(), entries)),
+            std::vector({EntryState::SentBefore, EntryState::SentBefore, EntryState::Unknown,
+                         EntryState::Unknown, EntryState::SentBefore, EntryState::SentBefore}));
+  EXPECT_EQ(server.taken(), QStringList({"r4@example.org", "r5@example.org"}));
+  // A mail of test mode has not reached the one that it is for.
+  setup.emailTest = true;
+  EXPECT_EQ(run(server.text(), {entries[0]}).counts.sentOk, 1);
+  EXPECT_EQ(states(run(server.text(), {entries[0]})), std::vector({EntryState::SentBefore}));
 }
 
-TEST_F(EmailSend, LeavesAServerAloneThatRefusesTheLogin) {
-  MailServerProcess server({"login-refused"});
-  setup.emailLogin = "me";
-  setup.emailPassword = "s3cret";
-  // No pause between mails that are not tried: in one, only the stop would go on.
-  int ticks = 0;
+/// What lies at the path by now may be somebody else's: it is compared, whole or page by page.
+TEST_F(EmailSend, AFileThatIsNotTheOneThatWasWrittenIsNotSent) {
+  MailServerProcess server;
+  EmailEntries entries = numbered(3);
+  EmailEntry range = entry("range@example.org", "all.pdf");
+  writeFile(range.file, statements({"page1", "page2"}).bytes());
+  range.extractPageStart = range.extractPageEnd = 1;
+  entries.push_back(range);
+  for (EmailEntry& each : entries) {
+    each.identity = platform::FileDigest::of(each.file);
+  }
+  writeFile(entries[1].file, contentOf(entries[1].file).replace("1", "2")); // as long as before
+  writeFile(range.file, statements({"other", "pages"}).bytes());
+  entries[2].addressesDiffer = true;
+  const SendSummary summary = run(server.text(), entries);
+  EXPECT_EQ(states(summary),
+            std::vector({EntryState::Sent, EntryState::Held, EntryState::Held, EntryState::Held}));
+  EXPECT_EQ(summary.rowsToSendAgain(), std::vector<std::size_t>({1, 2, 3}));
+  EXPECT_EQ(server.taken(), QStringList("r0@example.org"));
+  EXPECT_EQ(log().count("Error - the file"), 3) << log().toStdString();
+  EXPECT_EQ(log().count("changed since it was written"), 4);
+}
+
+/// Files of a process can grow up to here, as on a disk that is full.
+class FullDisk {
+public:
+  explicit FullDisk(qint64 bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit limit{static_cast<rlim_t>(bytes), m_before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+  rlimit m_before{};
+};
+
+/// A mail that could not be told of beforehand is not sent, and one that could be is known.
+TEST_F(EmailSend, AJournalThatCannotBeWrittenEndsTheRun) {
+  MailServerProcess server;
+  const EmailEntries entries = numbered(5);
+  setup.emailLogFile.clear();
+  std::unique_ptr<FullDisk> full;
   watcher.onEvents = [&] {
-    setup.emailPause = watcher.last.errors >= 3 ? 3'600'000 : 0;
-    ticks += setup.emailPause > 0 ? 1 : 0;
-    watcher.stopAfter = ticks > 100 ? 0 : -1;
+    if (!full && watcher.last.handled == 2) {
+      full = std::make_unique<FullDisk>(QFileInfo(SendJournal::pathBeside(list)).size() + 20);
+    }
   };
-  const SendSummary summary = run(server.text(), numbered(10));
-  EXPECT_EQ(summary.message(), "(10) Emails sent ok: 0, errors: 10");
-  EXPECT_EQ(server.connections(), 3);
-  EXPECT_EQ(summary.rowsToSendAgain().size(), 10U);
-  // Those that were not tried stand with those of the same cause.
-  EXPECT_EQ(summary.rowsIn({EntryState::Failed}).size(), 10U);
-  EXPECT_EQ(summary.details(), "");
+  const SendSummary summary = run(server.text(), entries);
+  full.reset();
+  EXPECT_EQ(states(summary),
+            std::vector({EntryState::Sent, EntryState::Sent, EntryState::NotReached,
+                         EntryState::NotReached, EntryState::NotReached}));
+  EXPECT_TRUE(summary.details().contains("3 were not sent: the record of what was sent, " +
+                                         SendJournal::pathBeside(list)))
+      << summary.details().toStdString();
+  EXPECT_EQ(server.taken().size(), 2);
+  watcher = {};
+  EXPECT_EQ(run(server.text(), entries).counts.sentOk, 3);
+  EXPECT_EQ(server.taken().size(), 5);
+  // A place where none can be made, a planted link, and a file of somebody else's.
+  SendJournal journal;
+  EXPECT_FALSE(journal.open(folder.filePath("no/mails.lst"), {}));
+  const QString victim = file("victim.txt");
+  QFile::link(victim, folder.filePath("linked.lst.sent"));
+  EXPECT_FALSE(journal.open(folder.filePath("linked.lst"), {}));
+  QFile::rename(victim, folder.filePath("mine.lst.sent"));
+  EXPECT_FALSE(journal.open(folder.filePath("mine.lst"), {}));
+  EXPECT_EQ(contentOf(folder.filePath("mine.lst.sent")), "%PDF victim.txt");
+}
+
+/// After three mails that no server answered, or let in, nothing more is tried, and what was not
+/// tried is no failure; a server that says "later" is asked about each mail.
+TEST_F(EmailSend, ASilentServerIsLeftAloneABusyOneIsNot) {
+  options.finalAnswerTimeoutMs = 200;
+  for (const char* fault : {"mute", "hang-unanswered", "endless-answer", "login-refused"}) {
+    SCOPED_TRACE(fault);
+    QFile::remove(SendJournal::pathBeside(list));
+    QFile::remove(setup.emailLogFile);
+    options.answerTimeoutMs = QByteArray(fault) == "endless-answer" ? 200 : 120'000;
+    options.connectTimeoutMs = QByteArray(fault) == "login-refused" ? 30'000 : 200;
+    setup.emailLogin = QByteArray(fault) == "login-refused" ? "me" : "";
+    setup.emailPassword = "s3cret";
+    MailServerProcess server({fault});
+    watcher = {};
+    const SendSummary summary = run(server.text(), numbered(10));
+    EXPECT_EQ(summary.counts.handled, 3);
+    EXPECT_EQ(summary.rowsIn({EntryState::NotReached}).size(), 7U);
+    EXPECT_TRUE(summary.details().contains("7 were not sent: three e-mails in a row failed"))
+        << summary.details().toStdString();
+    EXPECT_EQ(log().count("\r\r\n"), 3) << log().toStdString();
+    EXPECT_EQ(server.connections(), 3);
+  }
+  options = {};
+  setup.emailLogin.clear();
+  MailServerProcess busy({"code-at-sender", "451"});
+  QFile::remove(SendJournal::pathBeside(list));
+  EXPECT_EQ(run(busy.text(), numbered(10)).counts.handled, 10);
 }
 
 TEST_F(EmailSend, ALogThatCannotBeOpenedStopsNothing) {
   MailServerProcess server;
   for (const QString& path : {folder.path(), folder.filePath("no/log.txt"), QString("nul")}) {
     setup.emailLogFile = path;
+    QFile::remove(SendJournal::pathBeside(list));
     EXPECT_EQ(run(server.text(), {entry("anna@example.org", "1.pdf")}).counts.sentOk, 1)
         << path.toStdString();
   }

@@ -74,12 +74,17 @@ class Faults:
             return "421 too many mails on this connection"
         if case.fault == "rate" and case.taken >= case.number:
             return "451 rate limit, come back later"
+        while case.fault == "endless-answer" and not server.transport.is_closing():
+            await server.push("250-and so on")
+            await asyncio.sleep(0.001)  # the client ends a flood for its size
         if case.fault == "code-at-sender":
             return f"{case.number} no thanks"
         envelope.mail_from = address
         return "250 ok"
 
     async def handle_RCPT(self, server, session, envelope, address, options):
+        if server.case.fault == "hang-at-recipient" and server.case.values[0] in address:
+            await asyncio.Event().wait()
         if server.case.fault == "code-at-recipient" and server.case.values[1] in address:
             return f"{server.case.number} nobody here"
         envelope.rcpt_tos.append(address)

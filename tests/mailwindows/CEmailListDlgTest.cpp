@@ -156,18 +156,20 @@ TEST_F(EmailListDialog, TheViewNeverChangesWhatIsSentNorItsOrder) {
     const char* what;
     QList<int> clicked; ///< rows of the view, which shows "edcba."
     const char* filter;
+    std::deque<int> choices; ///< of "Send selected only?": Yes, No
     std::deque<bool> answers;
     const char* count; ///< end of the line
     const char* sent;  ///< null: the dialog stays
   };
   const Row rows[] = {
-      {"nothing selected", {}, "", {}, "address, 0 selected", "abcde"},
-      {"selected only, in sending order", {0, 3, 2}, "", {true}, "address, 3 selected", "bce"},
-      {"selected, and No", {1}, "", {false}, "address, 1 selected", "abcde"},
-      {"selected without an address", {5}, "", {true}, "address, 1 selected", nullptr},
-      {"selected and seen", {0, 2}, "/2.PDF", {true}, "1 shown, 1 selected", "e"},
-      {"selected and hidden", {0, 2}, "A@X", {true}, "1 shown, 0 selected", "abcde"},
-      {"hidden, and No", {}, "A@X", {false}, "1 shown, 0 selected", nullptr}};
+      {"nothing selected", {}, "", {}, {}, "address, 0 selected", "abcde"},
+      {"selected only, in sending order", {0, 3, 2}, "", {0}, {}, "address, 3 selected", "bce"},
+      {"selected, and No", {1}, "", {1}, {}, "address, 1 selected", "abcde"},
+      {"selected, and Cancel", {1}, "", {Dialogs::noChoice}, {}, "address, 1 selected", nullptr},
+      {"selected without an address", {5}, "", {0}, {}, "address, 1 selected", nullptr},
+      {"selected and seen", {0, 2}, "/2.PDF", {0}, {}, "1 shown, 1 selected", "e"},
+      {"selected and hidden", {0, 2}, "A@X", {}, {true}, "1 shown, 0 selected", "abcde"},
+      {"hidden, and No", {}, "A@X", {}, {false}, "1 shown, 0 selected", nullptr}};
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
     list.show();
@@ -183,13 +185,52 @@ TEST_F(EmailListDialog, TheViewNeverChangesWhatIsSentNorItsOrder) {
     // Enter in the filter sends nothing.
     QTest::keyClick(control<QLineEdit>(&list, "filter"), Qt::Key_Return);
     EXPECT_TRUE(list.isVisible());
+    dialogs.choices = row.choices;
     dialogs.answers = row.answers;
     click(&list, "send");
     EXPECT_EQ(list.isVisible(), row.sent == nullptr);
     EXPECT_TRUE(row.sent == nullptr || sending() == row.sent) << sending().toStdString();
   }
-  EXPECT_EQ(dialogs.questions.count("Send selected only?"), 4);
+  EXPECT_EQ(dialogs.questions.count("Send selected only?"), 5);
   EXPECT_EQ(dialogs.messages, QStringList("None of the selected rows has an address."));
+}
+
+/// Somebody stamps or signs the files before they go out: a person looks and accepts, row by row.
+TEST_F(EmailListDialog, AFileThatChangedIsShownAndAcceptedAsItIs) {
+  EmailEntries entries;
+  for (const QString& name : {QString("1.pdf"), QString("2.pdf"), QString("3.pdf")}) {
+    write(name, "%PDF " + name.toUtf8());
+    EmailEntry entry;
+    entry.address = "a@x.example";
+    entry.file = at(name);
+    entry.identity = platform::FileDigest::of(at(name));
+    entries.push_back(entry);
+  }
+  entries[2].addressesDiffer = true;
+  write("1.pdf", "%PDF 1.pdf stamped");
+  EmailList filled;
+  filled.setEntries(entries, {});
+  list.showRun(std::move(filled), {});
+  const QStringList warned = {at("1.pdf") + "  (changed since written)", at("2.pdf"),
+                              at("3.pdf") + "  (pages with different addresses)"};
+  EXPECT_TRUE(waitUntil([&] { return shownIn(&list, EmailColumn::File) == warned; }))
+      << shownIn(&list, EmailColumn::File).join(' ').toStdString();
+  EXPECT_FALSE(control<QPushButton>(&list, "acceptFile")->isEnabled());
+  clickRow(0);
+  click(&list, "view");
+  EXPECT_EQ(dialogs.opened, QStringList(at("1.pdf")));
+  click(&list, "acceptFile");
+  EXPECT_EQ(shownIn(&list, EmailColumn::File)[0], at("1.pdf"));
+  EXPECT_FALSE(control<QPushButton>(&list, "acceptFile")->isVisible());
+  EXPECT_EQ(list.list().rows()[0].entry.identity, platform::FileDigest::of(at("1.pdf")));
+  // Pages of different people go out only when somebody says so.
+  dialogs.choices = {1, 1};
+  dialogs.answers = {false, true};
+  click(&list, "send");
+  EXPECT_TRUE(list.isVisible());
+  click(&list, "send");
+  EXPECT_FALSE(list.isVisible());
+  EXPECT_FALSE(list.toSend().rows()[2].entry.addressesDiffer);
 }
 
 /// Sorting moves the selection with its rows, and a third click brings the sending order back.

@@ -4,10 +4,12 @@
 #include "mail/windows/CEmailListDlg.h"
 #include "mail/windows/RunSendTest.h"
 #include "tests/mailwindows/MailWindows.h"
+#include "widgets/DesktopDialogs.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 
 namespace folivex::testing {
 namespace {
@@ -24,8 +26,9 @@ protected:
     for (const QString& address : addresses) {
       const int number = ++m_number;
       const QString name = QStringLiteral("%1.pdf").arg(number);
-      write(name, "%PDF");
-      made.outputs.push_back({at(name), number, number, {}, address, {}});
+      write(name, "%PDF of " + address.toUtf8());
+      made.outputs.push_back(
+          {at(name), number, number, {}, address, {}, platform::FileDigest::of(at(name))});
     }
     return made;
   }
@@ -60,7 +63,8 @@ TEST_F(MailSession, ShowsTheListOfARunAndSendsIt) {
             [this](QDialog* list) {
               EXPECT_TRUE(control<QLabel>(list, "notice")->text().startsWith("1 of 4 outputs"));
               tableOf(list)->selectRow(1);
-              dialogs.answers = {true, true}; // selected only; back to the list
+              dialogs.choices = {0};    // selected only
+              dialogs.answers = {true}; // back to the list
               seeing({"a@x.example", "b@x.example", "c@x.example"}, "send")(list);
             })
       .then("CEmailListDlg", seeing({"a@x.example", "c@x.example"}, "send"));
@@ -99,7 +103,7 @@ TEST_F(MailSession, WhatFailedIsSentAgain) {
             [this](QDialog* list) {
               tableOf(list)->selectRow(1);
               QTest::keyClick(tableOf(list), Qt::Key_Down, Qt::ShiftModifier);
-              dialogs.answers = {true};
+              dialogs.choices = {0};
               click(list, "send");
             })
       .then("CFindingsDlg",
@@ -121,7 +125,7 @@ TEST_F(MailSession, WhatFailedIsSentAgain) {
               click(change, "ok");
             })
       .then("CEmailListDlg", [this](QDialog* list) {
-        dialogs.answers = {true};
+        dialogs.choices = {0};
         click(list, "send");
       });
   session.afterRun(setup, run({"a@x.example", "bad@x.example", "c@x.example"}));
@@ -139,7 +143,8 @@ TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
       .then("CEmailListDlg",
             [this](QDialog* list) {
               tableOf(list)->selectRow(0);
-              dialogs.answers = {true, true}; // selected only; back to the list
+              dialogs.choices = {0};    // selected only
+              dialogs.answers = {true}; // back to the list
               click(list, "send");
             })
       .then("CFindingsDlg",
@@ -157,7 +162,9 @@ TEST_F(MailSession, WhatMayHaveArrivedIsToldApartAndNeverSentAgain) {
 
 TEST_F(MailSession, StopKeepsWhatWasNotReached) {
   setup.emailConfirm = false;
-  const auto kept = [this] { return QDir(folder.path()).entryList({"in.pdf_emails_sending_*"}); };
+  const auto kept = [this] {
+    return QDir(folder.path()).entryList({"in.pdf_emails_sending_*.lst"});
+  };
   stop = [&] {
     EXPECT_TRUE(logged() == 0 || kept().size() == 1) << "a dying program would lose the list";
     return logged() == 2;
@@ -209,14 +216,23 @@ TEST_F(MailSession, TheStopButtonEndsAPauseAtOnce) {
       << dialogs.messages.value(0).toStdString();
 }
 
-/// The list of a run that broke off is loaded again; the log says how far it came.
+/// The list of a run that broke off is loaded again; the journal beside it says how far it came,
+/// whatever became of the log.
 TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
   const QStringList all = {"a@x.example", "b@x.example", "c@x.example"};
   haveList(all);
-  const auto sendLoaded = [&] {
+  const auto sendLoaded = [&](int answer) {
     server.become({"none"});
+    QFile::remove(at("emails_log.txt"));
     dialogs.files = {{at("list.lst")}};
-    script.then("CEmailListDlg", seeing(all, "send"));
+    dialogs.choices = {answer};
+    script.then("CEmailListDlg", [&](QDialog* list) {
+      EXPECT_TRUE(waitUntil([&] { return shownIn(list) == all; }));
+      if (answer == Dialogs::noChoice) {
+        script.then("CEmailListDlg", pressing("cancel")); // the same list, shown again
+      }
+      click(list, "send");
+    });
     session.loadEmailList(setup);
     return server.taken();
   };
@@ -228,27 +244,100 @@ TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
   session.loadEmailList(setup);
   stop = [] { return false; };
   EXPECT_EQ(server.taken(), all.first(2));
-  dialogs.answers = {false};
-  EXPECT_EQ(sendLoaded(), all.last(1));
-  EXPECT_TRUE(
-      dialogs.questions.value(0).startsWith("The log says that 2 e-mails of this list went out"));
-  dialogs.answers = {true};
-  EXPECT_EQ(sendLoaded(), all);
+  EXPECT_EQ(sendLoaded(Dialogs::noChoice), QStringList());
+  EXPECT_EQ(sendLoaded(0), all.last(1));
+  EXPECT_TRUE(dialogs.questions.value(0).startsWith("2 e-mails of this list went out before"));
+  EXPECT_EQ(sendLoaded(1), all);
 }
 
-/// The same without a log: nobody knows how far it came, and nothing goes out unasked.
-TEST_F(MailSession, AListOfABrokenRunWithoutALogIsNotSentUnasked) {
-  setup.emailLogFile.clear();
-  haveList({"a@x.example"}, "in.pdf_emails_sending_20260407_090530.lst");
-  dialogs.answers = {false};
-  script.then("CEmailListDlg", [this](QDialog* list) {
+/// Without the journal nobody knows how far it came, nor what the files were.
+TEST_F(MailSession, AListWithoutAJournalIsNotSentUnasked) {
+  haveList({"a@x.example"});
+  QFile::remove(SendJournal::pathBeside(at("list.lst")));
+  dialogs.answers = {false, true};
+  script.then("CEmailListDlg", [](QDialog* list) {
     EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 1; }));
-    script.then("CEmailListDlg", pressing("cancel")); // the same list, shown again
+    click(list, "send");
+    EXPECT_TRUE(list->isVisible());
     click(list, "send");
   });
   session.loadEmailList(setup);
-  EXPECT_TRUE(dialogs.questions.value(0).startsWith("The program ended while this list was sent"));
-  EXPECT_EQ(server.mails().size(), 0U);
+  EXPECT_TRUE(dialogs.questions.value(0).startsWith("Of 1 e-mail nothing tells"));
+  EXPECT_EQ(server.taken(), QStringList("a@x.example"));
+}
+
+/// After the list was made somebody else's pages came to lie at the path: they are held back, and
+/// sent once a person has accepted them.
+TEST_F(MailSession, AFileOfTheNextRunIsNotSentWithTheListOfTheLast) {
+  haveList({"a@x.example", "b@x.example"});
+  write("1.pdf", "%PDF of the next run");
+  const auto sendBoth = seeing({"a@x.example", "b@x.example"}, "send");
+  script.then("CEmailListDlg", sendBoth)
+      .then("CFindingsDlg",
+            [this](QDialog* findings) {
+              EXPECT_TRUE(linesOf(findings).contains("has changed since it was written"));
+              click(findings, "accept");
+            })
+      .then("CEmailListDlg", [this](QDialog* list) {
+        const QString warned = at("1.pdf") + "  (changed since written)";
+        EXPECT_TRUE(
+            waitUntil([&] { return shownIn(list, EmailColumn::File) == QStringList(warned); }));
+        EXPECT_EQ(server.taken(), QStringList("b@x.example"));
+        tableOf(list)->selectRow(0);
+        click(list, "acceptFile");
+        dialogs.choices = {0};
+        click(list, "send");
+      });
+  session.loadEmailList(setup);
+  EXPECT_EQ(server.taken(), QStringList({"b@x.example", "a@x.example"}));
+}
+
+/// A run of the same source died while it was mailed: before it is split anew the person is asked.
+TEST_F(MailSession, ARunThatDiedIsGoneOnWith) {
+  write("in.pdf", "%PDF source");
+  setup.fileName = at("in.pdf");
+  {
+    EmailList all;
+    all.fill(run({"a@x.example", "b@x.example"}).outputs);
+    EmailEntries entries = all.entries();
+    QString problem;
+    bool isInWork = false;
+    KeptLists dying;
+    SendJournal* const journal = dying.keep(entries, setup, at("in.pdf"), problem, isInWork);
+    ASSERT_NE(journal, nullptr) << problem.toStdString();
+    EXPECT_TRUE(journal->begin(0, "a@x.example"));
+  }
+  dialogs.choices = {Dialogs::noChoice};
+  EXPECT_TRUE(session.goOn(setup)) << "Cancel splits nothing";
+  dialogs.choices = {1};
+  EXPECT_FALSE(session.goOn(setup));
+  dialogs.choices = {0, 0}; // go on; leave out what may have arrived
+  script.then("CEmailListDlg", seeing({"a@x.example", "b@x.example"}, "send"))
+      .then("CFindingsDlg", pressing("close"));
+  EXPECT_TRUE(session.goOn(setup));
+  EXPECT_EQ(server.taken(), QStringList("b@x.example"));
+  setup.findString = "other:";
+  EXPECT_FALSE(session.goOn(setup));
+}
+
+/// Escape and the close box are Cancel; the buttons say what they do.
+TEST(DesktopQuestions, EscapeChoosesNothing) {
+  DesktopDialogs dialogs;
+  for (const auto& [button, chosen] : {std::pair(QString(), int(Dialogs::noChoice)),
+                                       {"&Yes, the 3 selected", 0},
+                                       {"&No, all", 1}}) {
+    NextDialog next([&](QDialog* box) {
+      for (QPushButton* each : box->findChildren<QPushButton*>()) {
+        if (!button.isEmpty() && each->text() == button) {
+          return each->click();
+        }
+      }
+      box->reject();
+    });
+    EXPECT_EQ(dialogs.choice(nullptr, "Send selected only?", "Email List to Send",
+                             {"&Yes, the 3 selected", "&No, all"}),
+              chosen);
+  }
 }
 
 TEST_F(MailSession, ABatchWaitsForNobody) {
@@ -277,7 +366,9 @@ TEST_F(MailSession, ABatchWaitsForNobody) {
 TEST_F(MailSession, AFileOfSeveralSourcesIsMailedOnceForThePagesItHolds) {
   const auto twoSources = [this](const QString& first, const QString& second) {
     for (const QString& address : {first, second}) {
-      session.afterSourceOfBatch(setup, {at("in.pdf"), {{at("1.pdf"), 1, 1, {}, address, {}}}});
+      session.afterSourceOfBatch(
+          setup, {at("in.pdf"),
+                  {{at("1.pdf"), 1, 1, {}, address, {}, platform::FileDigest::of(at("1.pdf"))}}});
     }
   };
   struct Row {
