@@ -259,6 +259,9 @@ std::optional<int> Program::goOnMailing(const QString& source) {
   commitSetup(m_store.edited(), setup);
   const std::optional<UnattendedResult> gone =
       m_mail->goOn(setup, platform::withoutTrailingBlanks(source));
+  if (gone) {
+    m_driver->keepFolder(outputFolderOf(setup, source));
+  }
   return gone ? std::optional(
                     static_cast<int>(gone->complete ? RunError::None : RunError::MailFailed))
               : std::nullopt;

@@ -30,6 +30,8 @@ public:
   /// Clears it before a run of `source`; a list of names that lies there is read before. Empty, or
   /// what stood in the way.
   QString clear(const QString& folder, const QString& source, const QString& nameList);
+  /// What lies in the folder belongs to this piece of work: it is not cleared any more.
+  void keepFolder(const QString& folder) { m_clearedFolders += folder; }
   /// The sources that stay when a folder is cleared for a run of `source`.
   QStringList kept(const QString& source) const { return m_sources + QStringList(source); }
 

@@ -61,6 +61,8 @@ public:
   /// that was cleared is kept from other runs until the end.
   void beginBatch(const QStringList& sources) { m_batch.begin(sources); }
   void endBatch() { m_batch.end(); }
+  /// A source of the batch was split by an earlier process: its outputs in this folder stay.
+  void keepFolder(const QString& folder) { m_batch.keepFolder(folder); }
 
   /// Asks the run to end at the next page.
   void Stop();

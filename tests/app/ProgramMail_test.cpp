@@ -129,14 +129,18 @@ TEST_F(ProgramMail, WhatWentOutBeforeAKillGoesOutOnce) {
   MailServerProcess server({"hang-at-recipient", "b2"});
   setup.emailSmtp = server.text();
   setup.emailPassword.clear();
+  setup.otherSettingsRemoveFiles = true;
   const QStringList arguments = {fxs(), fourAccounts(), QStringLiteral("-f") + place.at("b.pdf"),
                                  QStringLiteral("-c")};
   runUntil(arguments, true, [&] { return logHolds("b1@example.org"); });
   QStringList taken = server.taken();
   EXPECT_EQ(taken, QStringList({"anna@example.org", "carl@example.org", "b1@example.org"}));
   server.become({"none"});
-  const ProgramRun again = place.run(arguments);
+  // A later source does not clear away what the earlier process made.
+  const ProgramRun again = place.run(QStringList{fxs()} + arguments.sliced(1, 2) +
+                                     QStringList{source("c.pdf", {"C1"}), "-c"});
   taken += server.taken();
+  EXPECT_EQ(outputs().filter(QRegularExpression("^(1|B1|C1).pdf$")).size(), 3);
   // Whether the last one had begun is a matter of moments; twice is none.
   EXPECT_EQ(taken.count("b2@example.org") + lists().filter("may_have_arrived").size(), 1)
       << again.err.toStdString();
