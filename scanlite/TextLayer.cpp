@@ -1,8 +1,10 @@
 #include "scanlite/TextLayer.h"
 
 #include "platform/ChildProgram.h"
+#include "platform/FileLocks.h"
 #include "platform/FileSystem.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
@@ -156,6 +158,28 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
           QStringLiteral("it cannot be decrypted: %1").arg(lastWords(run.output))};
 }
 
+constexpr QLatin1String workFolderStart(".scanlite-");
+constexpr QLatin1String workLock("lock");
+
+/// Those beside `own` of programs that were killed: they are gone, and their locks with them.
+void removeDeadWorkFolders(const QFileInfo& own) {
+  if (!folivex::platform::hasDependableLocks(own.path())) {
+    return;
+  }
+  for (const QFileInfo& entry : own.dir().entryInfoList(
+           {workFolderStart + u'*'}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks)) {
+    QDir dead(entry.filePath());
+    QFile lock;
+    // Another user's folder could become a link to one of ours under our hands.
+    if (entry.ownerId() == own.ownerId() &&
+        folivex::platform::openForLock(lock, dead.filePath(workLock), false) == 0 &&
+        folivex::platform::lockFile(lock, folivex::platform::LockUse::Alone) ==
+            folivex::platform::LockResult::Locked) {
+      dead.removeRecursively();
+    }
+  }
+}
+
 ScanOutcome moveIntoPlace(const QString& made, const QString& copy) {
   QFile::setPermissions(made, QFile::ReadOwner | QFile::WriteOwner);
   folivex::platform::FileFailure problem;
@@ -174,11 +198,18 @@ ScanOutcome addTextLayer(const QString& source, const QString& copy) {
   }
   // Beside the copy, so that moving it into place is one rename.
   const QFileInfo copyFile(copy);
-  const QTemporaryDir work(copyFile.absolutePath() + QStringLiteral("/.scanlite-XXXXXX"));
+  const QTemporaryDir work(copyFile.absolutePath() + u'/' + workFolderStart +
+                           QStringLiteral("XXXXXX"));
   if (!work.isValid()) {
     return {ScanResult::NotWritable, QStringLiteral("the folder %1 cannot be written: %2")
                                          .arg(copyFile.absolutePath(), work.errorString())};
   }
+  QFile lock;
+  if (folivex::platform::openForLock(lock, work.filePath(workLock), true) == 0) {
+    // Without a lock the folder stays for a person when we are killed.
+    static_cast<void>(folivex::platform::lockFile(lock, folivex::platform::LockUse::Alone));
+  }
+  removeDeadWorkFolders(QFileInfo(work.path()));
   const QString made = work.filePath(QStringLiteral("copy.pdf"));
   const QString languages = ocrLanguages(work.path());
   ChildRun run = runOcr(sourceFile.absoluteFilePath(), made, languages, work.path());

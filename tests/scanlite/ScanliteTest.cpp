@@ -1,4 +1,5 @@
 // Scanlite as a process, with the real OCR programs behind it.
+#include "platform/FileLocks.h"
 #include "tests/support/CompanionStop.h"
 
 #include <QTemporaryDir>
@@ -63,8 +64,17 @@ TEST_F(Scanlite, MakesAScannedPageSearchableAndLeavesNothingElse) {
 }
 
 TEST_F(Scanlite, LeavesPagesWithTextAsTheyAre) {
+  // Beside what a killed one left, and what another one is working in.
+  QFile lock;
+  for (const char* name : {"copies/.scanlite-dead", "copies/.scanlite-alive"}) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(name));
+    lock.close();
+    ASSERT_EQ(platform::openForLock(lock, path(name) + "/lock", true), 0);
+  }
+  ASSERT_EQ(platform::lockFile(lock, platform::LockUse::Alone), platform::LockResult::Locked);
   EXPECT_EQ(scanlite(statements).exitCode, 0);
   EXPECT_EQ(pageTexts(copy()), pageTexts(statements));
+  EXPECT_EQ(copies(), (QStringList{".scanlite-alive", "scan_fxs_ocr.pdf"}));
 }
 
 TEST_F(Scanlite, SaysWhatIsWrongAndLeavesNoCopy) {
