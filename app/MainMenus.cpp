@@ -50,6 +50,19 @@ constexpr std::array commandRows = {
 };
 // clang-format on
 
+/// A window without libraries can be left and asked what is wrong.
+bool needsNoLibrary(Command command) {
+  switch (command) {
+  case Command::Close:
+  case Command::Help:
+  case Command::ProblemReport:
+  case Command::About:
+    return true;
+  default:
+    return false;
+  }
+}
+
 } // namespace
 
 MainMenus::MainMenus(QMenuBar* bar, Theme theme)
@@ -124,11 +137,18 @@ void MainMenus::setRunning(bool running) {
   update();
 }
 
+void MainMenus::setReady() {
+  m_isReady = true;
+  update();
+}
+
 void MainMenus::update() {
   for (const auto& [command, made] : m_actions) {
-    made->setEnabled(m_available.at(command) && m_isRunning == (command == Command::Stop));
+    const bool isInTime = m_isRunning == (command == Command::Stop);
+    made->setEnabled(m_available.at(command) && isInTime && (m_isReady || needsNoLibrary(command)));
   }
-  m_recent->setEnabled(!m_isRunning && m_available.at(Command::LoadSetup) && !m_recent->isEmpty());
+  m_recent->setEnabled(m_isReady && !m_isRunning && m_available.at(Command::LoadSetup) &&
+                       !m_recent->isEmpty());
   m_themes->setEnabled(!m_isRunning);
 }
 

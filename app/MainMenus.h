@@ -39,7 +39,7 @@ enum class Command {
 };
 
 /// The actions and the menus that they stand in. A command that is not available is disabled; while
-/// a run is on, all are but Stop.
+/// a run is on, all are but Stop; before the libraries are loaded, all that need them.
 class MainMenus {
 public:
   MainMenus(QMenuBar* bar, Theme theme);
@@ -47,6 +47,8 @@ public:
   QAction* action(Command command) const { return m_actions.at(command); }
   void setAvailable(Command command, bool available);
   void setRunning(bool running);
+  /// The libraries are loaded.
+  void setReady();
   void setRecentSetups(const QStringList& paths);
 
   std::function<void(Command)> onCommand;
@@ -63,6 +65,7 @@ private:
   QMenu* m_recent;
   QMenu* m_themes;
   bool m_isRunning = false;
+  bool m_isReady = false;
 };
 
 } // namespace folivex

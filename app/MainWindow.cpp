@@ -74,8 +74,6 @@ MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
   buildControls();
   connectMenus();
   setParts({});
-  // Nothing can be done before the libraries are loaded.
-  m_menus->setRunning(true);
 }
 
 MainWindow::~MainWindow() = default;
@@ -218,10 +216,11 @@ SplitSetup MainWindow::currentSetup() const {
 
 void MainWindow::start(const CommandLine& line) {
   if (const QString missing = m_program.loadLibraries(); !missing.isEmpty()) {
+    m_runLine->setStatus(missing);
     message(missing);
     return;
   }
-  m_menus->setRunning(false);
+  m_menus->setReady();
   m_runLine->setStatus(QStringLiteral("Ready."));
   m_program.loadDefaultSetup();
   showSetup();

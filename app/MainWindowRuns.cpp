@@ -9,12 +9,16 @@
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QPointer>
 
 namespace folivex {
 
 class MainWindow::Running {
 public:
-  Running(MainWindow& window, const QString& title, Shown shown) : m_window(window) {
+  Running(MainWindow& window, const QString& title, Shown shown)
+      : m_window(window), m_focus(window.focusWidget()) {
+    m_elapsed.start();
     window.m_isRunning = true;
     window.m_eventPace.reset();
     window.m_paintPace.reset();
@@ -27,18 +31,43 @@ public:
     }
   }
   ~Running() {
+    // Whoever went on to another program meanwhile is left there. A run that was over before any
+    // window had the keyboard says nothing of that.
+    constexpr int shortRunMs = 1000;
+    const bool isOurs = QApplication::applicationState() == Qt::ApplicationActive ||
+                        m_elapsed.elapsed() < shortRunMs;
     m_window.m_status->end();
     m_window.m_isRunning = false;
     m_window.m_usesStatusDialog = false;
     m_window.m_runLine->end();
     m_window.m_panel->setEnabled(true);
     m_window.m_menus->setRunning(false);
+    giveBackKeyboard();
+    if (isOurs && m_window.isVisible()) {
+      m_window.activateWindow();
+    }
   }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
 
 private:
+  /// All that could have it was disabled while the run was on.
+  void giveBackKeyboard() {
+    QWidget* widget = m_focus != nullptr && m_focus->isEnabled() ? m_focus.data() : nullptr;
+    for (QWidget* next = m_window.nextInFocusChain(); widget == nullptr && next != &m_window;
+         next = next->nextInFocusChain()) {
+      if (next->isEnabled() && next->isVisible() && (next->focusPolicy() & Qt::TabFocus) != 0) {
+        widget = next;
+      }
+    }
+    if (widget != nullptr) {
+      widget->setFocus();
+    }
+  }
+
   MainWindow& m_window;
+  QPointer<QWidget> m_focus;
+  QElapsedTimer m_elapsed;
 };
 
 namespace {
@@ -247,6 +276,10 @@ void MainWindow::runCommandLine(const CommandLine& line) {
     ended = m_program.handleCommandLine(line);
   }
   showSetup();
+  m_runLine->setStatus(
+      m_program.isReady() && m_program.driver().state().userStop ? QStringLiteral("Stopped.")
+      : ended.exitCode == 0                                      ? QStringLiteral("Ready.")
+                            : QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
   if (ended.mustEnd) {
     QApplication::exit(ended.exitCode);
   }

@@ -89,6 +89,9 @@ void Program::report(const SetupResult& result) {
 }
 
 void Program::loadDefaultSetup() {
+  if (const QString problem = platform::installFolderOfSetup().problem; !problem.isEmpty()) {
+    m_person.message(problem);
+  }
   const QString path = m_store.DefaultSetupPath();
   report(m_store.LoadSetup(path, LoadMode::AutomationCheck));
   loadSetup(path); // a first start has none

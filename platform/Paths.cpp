@@ -7,7 +7,9 @@
 
 #include <algorithm>
 
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -136,6 +138,36 @@ QString programFolder() {
   return QDir::toNativeSeparators(QCoreApplication::applicationDirPath());
 #endif
 }
+
+#ifdef Q_OS_WIN
+
+InstallFolder installFolderOfSetup() {
+  if (!qEnvironmentVariableIsSet("FOLIVEX_SETUP_IN_INSTALL_FOLDER")) {
+    return {};
+  }
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE,
+                    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Folivex.exe", 0,
+                    KEY_READ, &key) != ERROR_SUCCESS) {
+    return {true, {}, QStringLiteral("Install key not found in registry!")};
+  }
+  wchar_t path[MAX_PATH] = {};
+  DWORD bytes = sizeof(path);
+  const LSTATUS read = RegGetValueW(key, nullptr, L"Path", RRF_RT_REG_SZ, nullptr, path, &bytes);
+  RegCloseKey(key);
+  if (read != ERROR_SUCCESS || path[0] == 0) {
+    return {true, {}, QStringLiteral("Can't find install path in registry - please reinstall")};
+  }
+  return {true, QString::fromWCharArray(path), {}};
+}
+
+#else
+
+InstallFolder installFolderOfSetup() {
+  return {};
+}
+
+#endif
 
 QString safePathComponent(const QString& text) {
   QString name;

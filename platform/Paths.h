@@ -45,6 +45,16 @@ QString defaultOutputFolder();
 /// The folder of the running program, without a separator at the end.
 QString programFolder();
 
+/// Where the default setup file lies in place of the temporary folder. Asked for with the
+/// environment variable FOLIVEX_SETUP_IN_INSTALL_FOLDER, and only on Windows, whose registry knows
+/// the install folder.
+struct InstallFolder {
+  bool isAsked = false;
+  QString path;    ///< empty when it is not known
+  QString problem; ///< why it is not
+};
+InstallFolder installFolderOfSetup();
+
 /// One harmless component of a path made of text that came from a page: separators and control
 /// characters (those from U+0080 to U+009F too) become "_", dots and blanks at the end are cut (so
 /// that "." and ".." go), the names of devices get a "_" in front. Never empty: nothing left gives

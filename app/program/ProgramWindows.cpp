@@ -10,6 +10,7 @@
 #include "batch/CBatchList.h"
 #include "mail/windows/EmailSession.h"
 #include "mail/windows/RunSendTest.h"
+#include "platform/DropFilter.h"
 #include "platform/Paths.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "updates/UpdateCheck.h"
@@ -156,6 +157,7 @@ void ProgramWindows::prepareList() {
     m_list = std::make_unique<CBatchList>(m_dialogs);
     m_list->onProcessList = [this] { m_main.processList(); };
     m_memory.restore(m_list.get());
+    platform::allowDropsOn(m_list->winId());
   }
   bringUp(*m_list);
 }

@@ -4,6 +4,7 @@
 #include "app/Usage.h"
 #include "app/program/DisplayProbe.h"
 #include "app/program/ProgramWindows.h"
+#include "platform/DropFilter.h"
 #include "platform/Terminal.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
@@ -49,6 +50,7 @@ int runWindow(int& argc, char** argv, const CommandLine& line) {
   // Windows beside the main one do not keep the program alive.
   QObject::connect(&main, &QDialog::finished, &main, [] { QApplication::exit(0); });
   main.show();
+  platform::allowDropsOn(main.winId());
   QTimer::singleShot(0, &main, [&] { windows.start(line); });
   return QApplication::exec();
 }

@@ -15,8 +15,9 @@ constexpr QLatin1StringView namedExtension(".fxs");
 constexpr qint64 maxExample = 1'000'000;
 
 QString defaultPath() {
-  const QString folder = platform::temporaryFolder();
-  return folder.isEmpty() ? QString() : folder + QStringLiteral("Folivex.ini");
+  const platform::InstallFolder install = platform::installFolderOfSetup();
+  const QString folder = install.isAsked ? install.path : platform::temporaryFolder();
+  return folder.isEmpty() ? QString() : platform::joinPath(folder, QStringLiteral("Folivex.ini"));
 }
 
 bool isDefaultPath(const QString& path) {

@@ -82,7 +82,8 @@ public:
   /// is made with permissions 0600.
   SetupResult SaveSetup(const QString& path, SavePath savePath = SavePath::FollowCurrent);
 
-  /// The path of "Folivex.ini" in the temporary folder, empty when there is no such folder. When
+  /// The path of "Folivex.ini" in the temporary folder, or in the install folder where that is
+  /// asked for; empty when there is no such folder. When
   /// there is no file yet, the installed "example.fxs" is copied there first, if there is one.
   QString DefaultSetupPath() const;
 

@@ -219,6 +219,47 @@ TEST_F(MainWindowTest, SetupFilesAreSavedLoadedAndRemembered) {
   EXPECT_EQ(text("OFFSETFIRST"), "0");
 }
 
+TEST_F(MainWindowTest, WithoutLibrariesItCanBeLeftAndAsked) {
+  WindowParts parts;
+  parts.openHelp = [](const QString&) {};
+  m_window = std::make_unique<MainWindow>(m_dialogs, m_memory);
+  m_window->setParts(parts);
+  m_window->show();
+  for (const char* action : {"close", "openHelp", "about"}) {
+    EXPECT_TRUE(isAvailable(action)) << action;
+  }
+  for (const char* action : {"process", "saveSetup", "stopRun", "openEmailSettings"}) {
+    EXPECT_FALSE(isAvailable(action)) << action;
+  }
+  EXPECT_TRUE(isEnabled("closeButton"));
+  trigger("close");
+  EXPECT_FALSE(m_window->isVisible());
+}
+
+TEST_F(MainWindowTest, AVeryShortRunAtTheStartLeavesTheKeyboardAndItsStatus) {
+  writeSource(1);
+  m_window = std::make_unique<MainWindow>(m_dialogs, m_memory);
+  m_window->setParts({});
+  m_window->show();
+  // Before the window has been active for the first time.
+  m_window->start(parseCommandLine({"folivex", "-f" + at("in.pdf")}));
+  EXPECT_TRUE(waitUntil([this] { return m_window->isActiveWindow(); }));
+  QWidget* focus = QApplication::focusWidget();
+  ASSERT_NE(focus, nullptr);
+  EXPECT_TRUE(focus->isEnabled());
+  EXPECT_EQ(focus->window(), m_window.get());
+  EXPECT_TRUE(statusLine().startsWith("Ready.")) << statusLine().toStdString();
+
+  // Afterwards it is where it was.
+  control<QLineEdit>(m_window.get(), "FINDSTRING")->setFocus();
+  typeInto(m_window.get(), "FILENAME", at("in.pdf"));
+  typeInto(m_window.get(), "OUTPUTDIR", at("out"));
+  typeInto(m_window.get(), "FINDSTRING", "Account:");
+  m_dialogs.answers = {false};
+  trigger("process");
+  EXPECT_EQ(m_window->focusWidget(), control<QLineEdit>(m_window.get(), "FINDSTRING"));
+}
+
 TEST_F(MainWindowTest, DroppedFilesAreTaken) {
   writeSource(1);
   open();
