@@ -110,7 +110,7 @@ TEST_F(Job, SettingsThatExcludeEachOtherAreRefusedBeforeAnythingIsTouched) {
   setup().otherSettingsRemoveFiles = true;
   setup().findString = "Invoice No";
   for (const int method : {2, 3}) {
-    setup().pageExtract = splitMethodTexts()[static_cast<std::size_t>(method)];
+    setup().pageExtract = splitMethodTexts()[method];
     EXPECT_EQ(run(), RunError::Contradiction);
   }
   EXPECT_EQ(m_person.messages.back(), "When using h,v position only one word is allowed in search, "
