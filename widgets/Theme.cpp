@@ -16,18 +16,18 @@ namespace folivex {
 namespace {
 
 struct Shades {
-  QColor window;
-  QColor base;
-  QColor button;
-  QColor text;
-  QColor faintText;
-  QColor highlight;
-  QColor highlightedText;
-  QColor link;
+  QRgb window;
+  QRgb base;
+  QRgb button;
+  QRgb text;
+  QRgb faintText;
+  QRgb highlight;
+  QRgb highlightedText;
+  QRgb link;
 };
 
 QPalette paletteOf(const Shades& shades) {
-  QPalette palette(shades.button, shades.window);
+  QPalette palette(QColor(shades.button), QColor(shades.window));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                           QPalette::ToolTipText, QPalette::BrightText}) {
     palette.setColor(role, shades.text);
@@ -49,26 +49,15 @@ QPalette paletteOf(const Shades& shades) {
   return palette;
 }
 
+// Window, base, button, text, faint text, highlight, highlighted text, link.
 QPalette lightPalette() {
-  return paletteOf({.window = QColor(0xf3, 0xf4, 0xf6),
-                    .base = QColor(0xff, 0xff, 0xff),
-                    .button = QColor(0xe9, 0xeb, 0xee),
-                    .text = QColor(0x1b, 0x1f, 0x24),
-                    .faintText = QColor(0x7c, 0x83, 0x8c),
-                    .highlight = QColor(0x1f, 0x6f, 0xb8),
-                    .highlightedText = QColor(0xff, 0xff, 0xff),
-                    .link = QColor(0x0b, 0x57, 0x9b)});
+  return paletteOf(
+      {0xf3f4f6, 0xffffff, 0xe9ebee, 0x1b1f24, 0x7c838c, 0x1f6fb8, 0xffffff, 0x0b579b});
 }
 
 QPalette darkPalette() {
-  return paletteOf({.window = QColor(0x26, 0x29, 0x2e),
-                    .base = QColor(0x1b, 0x1d, 0x21),
-                    .button = QColor(0x33, 0x37, 0x3d),
-                    .text = QColor(0xe8, 0xea, 0xed),
-                    .faintText = QColor(0x8b, 0x92, 0x9b),
-                    .highlight = QColor(0x3b, 0x8e, 0xda),
-                    .highlightedText = QColor(0x0d, 0x10, 0x14),
-                    .link = QColor(0x7c, 0xb9, 0xf2)});
+  return paletteOf(
+      {0x26292e, 0x1b1d21, 0x33373d, 0xe8eaed, 0x8b929b, 0x3b8eda, 0x0d1014, 0x7cb9f2});
 }
 
 /// Qt's own colours for what is disabled can hardly be read.

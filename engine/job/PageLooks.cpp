@@ -12,6 +12,8 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
+#include <functional>
+
 namespace folivex {
 
 namespace {
@@ -22,13 +24,36 @@ public:
   QString cleanRestOfLine(const QString& text) override { return text; }
 };
 
-/// 0 when it cannot be read, which is told.
-int openOrFail(SourceFile& file, const SplitSetup& setup, const JobContext& job) {
-  const int pageCount = file.openForReading(setup);
-  if (pageCount == 0) {
+/// Opens the source for a run that writes nothing. That it cannot be read is told.
+void look(const SplitSetup& setup, const JobContext& job,
+          const std::function<void(SourceRun& run, int pageCount)>& walk) {
+  job.state.showOnly = true;
+  SourceFile file(job);
+  if (const int pageCount = file.openForReading(setup); pageCount > 0) {
+    NoSaver saver;
+    SourceRun run(setup, job, saver);
+    walk(run, pageCount);
+  } else {
     job.fail(RunError::Unreadable, file.problem());
   }
-  return pageCount;
+}
+
+void listPage(SourceRun& run, const QString& source, const JobContext& job, int page) {
+  PagePositions listing(job.person);
+  const QString path = pagePositionsPath(platform::temporaryFolder());
+  if (const QString problem = listing.open(path, source, page); !problem.isEmpty()) {
+    job.tell(problem);
+    return;
+  }
+  run.setObserver(&listing);
+  run.listPage(page - 1);
+  if (job.state.userStop) {
+    job.tell(QStringLiteral("Process Stopped!"));
+  } else if (!listing.close()) {
+    job.tell(QStringLiteral("file error! can't write to page positions file: %1").arg(path));
+  } else {
+    job.person.openDocument(path);
+  }
 }
 
 } // namespace
@@ -57,20 +82,14 @@ void showMatches(const SplitSetup& setup, const JobContext& job, MatchObserver& 
     job.tell(QStringLiteral("Sorry can't show with bookmarks, can extract only"));
     return;
   }
-  job.state.showOnly = true;
-  SourceFile file(job);
-  const int pageCount = openOrFail(file, setup, job);
-  if (pageCount == 0) {
-    return;
-  }
-  NoSaver saver;
-  SourceRun run(setup, job, saver);
-  run.setObserver(&observer);
-  run.run(pageCount);
-  if (!job.state.userStop) {
-    job.tell(job.state.matchesShown == 0 ? QStringLiteral("No matches found,\r\n") + searchHint()
-                                         : QStringLiteral("No more matches found."));
-  }
+  look(setup, job, [&](SourceRun& run, int pageCount) {
+    run.setObserver(&observer);
+    run.run(pageCount);
+    if (!job.state.userStop) {
+      job.tell(job.state.matchesShown == 0 ? QStringLiteral("No matches found,\r\n") + searchHint()
+                                           : QStringLiteral("No more matches found."));
+    }
+  });
 }
 
 void listPagePositions(const SplitSetup& setup, const JobContext& job, int page) {
@@ -79,36 +98,16 @@ void listPagePositions(const SplitSetup& setup, const JobContext& job, int page)
     job.tell(QStringLiteral("Unable to open file: %1").arg(source));
     return;
   }
-  job.state.showOnly = true;
-  SourceFile file(job);
-  const int pageCount = openOrFail(file, setup, job);
-  if (pageCount == 0) {
-    return;
-  }
-  if (page < 1 || page > pageCount) {
-    job.tell(QStringLiteral("%1: has %2 page(s), there is no page %3")
-                 .arg(source)
-                 .arg(pageCount)
-                 .arg(page));
-    return;
-  }
-  PagePositions listing(job.person);
-  const QString path = pagePositionsPath(platform::temporaryFolder());
-  if (const QString problem = listing.open(path, source, page); !problem.isEmpty()) {
-    job.tell(problem);
-    return;
-  }
-  NoSaver saver;
-  SourceRun run(setup, job, saver);
-  run.setObserver(&listing);
-  run.listPage(page - 1);
-  if (job.state.userStop) {
-    job.tell(QStringLiteral("Process Stopped!"));
-  } else if (!listing.close()) {
-    job.tell(QStringLiteral("file error! can't write to page positions file: %1").arg(path));
-  } else {
-    job.person.openDocument(path);
-  }
+  look(setup, job, [&](SourceRun& run, int pageCount) {
+    if (page >= 1 && page <= pageCount) {
+      listPage(run, source, job, page);
+    } else {
+      job.tell(QStringLiteral("%1: has %2 page(s), there is no page %3")
+                   .arg(source)
+                   .arg(pageCount)
+                   .arg(page));
+    }
+  });
 }
 
 } // namespace folivex

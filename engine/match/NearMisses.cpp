@@ -36,24 +36,12 @@ bool isSameFinding(const NearMiss& a, const NearMiss& b) {
 } // namespace
 
 QString NearMiss::sentence() const {
-  QString what;
-  switch (difference) {
-  case Difference::Position:
-    what = QStringLiteral("would match, but does not stand at the position asked for");
-    break;
-  case Difference::Blanks:
-    what = QStringLiteral("differs from the text only in blanks that were typed into the setup");
-    break;
-  case Difference::LetterCase:
-    what = QStringLiteral("differs from the text in upper and lower case");
-    break;
-  case Difference::Punctuation:
-    what = QStringLiteral("differs from the text in punctuation");
-    break;
-  case Difference::Division:
-    what = QStringLiteral("has the letters of the text, but is divided into words differently");
-    break;
-  }
+  static constexpr const char* differences[] = {
+      "would match, but does not stand at the position asked for",
+      "differs from the text only in blanks that were typed into the setup",
+      "differs from the text in upper and lower case", "differs from the text in punctuation",
+      "has the letters of the text, but is divided into words differently"}; // by Difference
+  QString what = QString::fromLatin1(differences[static_cast<std::size_t>(difference)]);
   if (elsewhere && difference != Difference::Position) {
     what += QStringLiteral(", and does not stand at the position asked for");
   }

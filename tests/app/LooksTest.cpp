@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTextDocumentFragment>
+#include <QToolButton>
 #include <QToolTip>
 
 namespace folivex::testing {
@@ -60,6 +61,20 @@ TEST_F(LooksTest, HintsAndProblemsAreToldApart) {
       EXPECT_EQ(line->palette().color(QPalette::WindowText), color) << name << theme;
     }
     EXPECT_NE(problemColor(), hintColor());
+  }
+}
+
+TEST_F(LooksTest, AButtonThatIsOnIsSeenInBothThemes) {
+  for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    applyTheme(theme);
+    QToolButton button;
+    button.setCheckable(true);
+    button.resize(60, 24);
+    const auto ground = [&button](bool isOn) {
+      button.setChecked(isOn);
+      return button.grab().toImage().pixelColor(button.rect().center()).lightness();
+    };
+    EXPECT_GT(std::abs(ground(true) - ground(false)), 30) << themeName(theme).toStdString();
   }
 }
 

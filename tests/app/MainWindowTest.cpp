@@ -294,7 +294,7 @@ TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
   trigger("plan");
   EXPECT_FALSE(QFile::exists(at("out")));
   {
-    const NextDialog next([](QDialog* dialog) {
+    const DialogScript next([](QDialog* dialog) {
       typeInto(dialog, "page", "7");
       click(dialog, "ok");
       EXPECT_TRUE(dialog->isVisible()) << "there are six pages";
@@ -305,7 +305,8 @@ TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
   }
   EXPECT_EQ(viewed, 5);
   {
-    const NextDialog next([](QDialog* dialog) { click(dialog, "ok"); }); // the page asked for last
+    const DialogScript next(
+        [](QDialog* dialog) { click(dialog, "ok"); }); // the page asked for last
     trigger("listPage");
   }
   ASSERT_EQ(m_dialogs.opened.size(), 1);

@@ -101,7 +101,7 @@ TEST_F(SettingsReach, EverySettingComesBackFromTheFile) {
   m_window->program().store().working().stripEnd = 3; // set in the setup file alone
   m_window->refresh();
   for (const char* action : dialogActions) {
-    const NextDialog next([&](QDialog* dialog) {
+    const DialogScript next([&](QDialog* dialog) {
       setAll(dialog);
       click(dialog, "ok");
       EXPECT_FALSE(dialog->isVisible()) << action << " does not close";
@@ -129,7 +129,7 @@ TEST_F(SettingsReach, CancelledDialogsChangeNothing) {
   open();
   const SplitSetup before = m_window->currentSetup();
   for (const char* action : dialogActions) {
-    const NextDialog next([&](QDialog* dialog) {
+    const DialogScript next([&](QDialog* dialog) {
       for (auto* box : dialog->findChildren<QCheckBox*>()) {
         box->toggle();
       }

@@ -2,37 +2,11 @@
 
 #include "Splitting.h"
 
-#include <algorithm>
 #include <array>
-#include <random>
 
 namespace tests::cleftor {
 
 namespace {
-
-/// Bytes that no compression makes smaller.
-std::string noise(int count) {
-  static std::mt19937 random;
-  std::string bytes(static_cast<std::size_t>(count), '\0');
-  std::generate(bytes.begin(), bytes.end(), [] { return static_cast<char>(random()); });
-  return bytes;
-}
-
-/// What the text of that name tells, with square pictures of noise.
-void writeFromText(const fs::path& path, int size = 0,
-                   const std::vector<std::string>& pictures = {}) {
-  PdfBuilder pdf;
-  const std::string side = std::to_string(size);
-  for (const std::string& picture : pictures) {
-    pdf.set(pdf.named(picture),
-            PdfBuilder::stream(noise(size * size),
-                               "/Subtype/Image/ColorSpace/DeviceGray/BitsPerComponent 8/Width " +
-                                   side + "/Height " + side));
-  }
-  pdf.addText(
-      contentsOf(FOLIVEX_SOURCE_DIR "/tests/cleftor/sources/" + path.stem().string() + ".txt"));
-  pdf.write(path);
-}
 
 PdfBuilder numbered(int count, const std::string& entries = "") {
   PdfBuilder pdf;
@@ -50,16 +24,15 @@ void makeSources(const fs::path& folder) {
   const auto path = [&folder](const std::string& name) {
     return (folder / name).string() + ".pdf";
   };
-  for (const char* name : {"everything", "older", "looping"}) {
-    writeFromText(path(name));
+  for (const auto& text : fs::directory_iterator(FOLIVEX_SOURCE_DIR "/tests/cleftor/sources")) {
+    PdfBuilder pdf;
+    pdf.addText(contentsOf(text));
+    pdf.write(path(text.path().stem()));
   }
-  writeFromText(path("clinging"), 200, {"im1", "im2", "im3", "attached"});
-  writeFromText(path("shared"), 100,
-                {"Plain", "Inner", "Masked", "Tiled", "Drawn", "Shared", "Noted", "Odd", "Never"});
   const std::string plain = numbered(6).finish();
   PdfBuilder::writeFile(path("plain"), plain);
   PdfBuilder::writeFile(path("empty"), "");
-  PdfBuilder::writeFile(path("garbage"), noise(5000));
+  PdfBuilder::writeFile(path("garbage"), PdfBuilder::noise(5000));
   PdfBuilder::writeFile(path("headless"), "%PDF-1.4\n%%EOF\n");
   PdfBuilder::writeFile(path("truncated"), plain.substr(0, plain.size() * 2 / 3));
   PdfBuilder::writeFile(path("noxref"),

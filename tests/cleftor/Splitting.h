@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tests/support/PdfBuilder.h>
+#include <tests/support/PdfFacts.h>
 #include <tests/support/Utf16.h>
 
 #include <cleftor/cleftor.h>
@@ -44,9 +45,8 @@ protected:
   int32_t split(int32_t first, int32_t last, const std::string& name = "out.pdf");
   fs::path output(const std::string& name = "out.pdf") const { return folder_ / name; }
 
-  /// What a file shows and does, one fact a line; a checker must find it sound, too.
-  /// Those of out.pdf that begin with a word.
-  std::vector<std::string> facts(const std::string& beginning = {}) const;
+  /// The facts of out.pdf that begin with a word.
+  std::vector<std::string> facts(const std::string& beginning) const;
 
   static std::string errorText() { return narrow(CleftorLastErrorText()); }
 

@@ -92,7 +92,7 @@ TEST_F(Help, FindsWordsInAllPagesAndMarksThem) {
 
 TEST_F(Help, CanBeUsedBesideTheModalDialogThatAskedForIt) {
   QDialog settings;
-  const NextDialog next([this](QDialog* dialog) {
+  const DialogScript next([this](QDialog* dialog) {
     m_window.openTopic(QStringLiteral("email-settings"));
     const auto* home = control<QWidget>(&m_window, "helpHome");
     // Through the window of the system, where a modal dialog stops events.

@@ -119,7 +119,7 @@ TEST_F(Job, SettingsThatExcludeEachOtherAreRefusedBeforeAnythingIsTouched) {
   setup().otherSettingsRemoveFiles = true;
   setup().findString = "Invoice No";
   for (const int method : {2, 3}) {
-    setup().pageExtract = splitMethodTexts()[static_cast<std::size_t>(method)];
+    setup().pageExtract = splitMethodTexts()[method];
     EXPECT_EQ(run(), RunError::Contradiction);
   }
   EXPECT_EQ(m_person.messages.back(), "When using h,v position only one word is allowed in search, "
@@ -295,7 +295,7 @@ TEST_F(Job, WithoutTheOcrProgramTheSourceIsRead) {
 
 TEST_F(Job, BookmarksNeedNoOcrAndAreKeptOnlyWhenAsked) {
   TextPdf pdf = statements(threePages);
-  pdf.bookmarks = {{0, 1, "One: 1/2"}, {1, 2, "inside"}, {0, 3, "Three"}};
+  pdf.bookmarks = {{0, 1, "One: 1/2"}, {0, 1, "also"}, {1, 2, "inside"}, {0, 3, "Three"}};
   pdf.write(source());
   setup().ocrFirst = true;
   setup().pageExtract = splitMethodTexts()[8];
@@ -306,7 +306,9 @@ TEST_F(Job, BookmarksNeedNoOcrAndAreKeptOnlyWhenAsked) {
     EXPECT_EQ(run(), RunError::None);
     EXPECT_EQ(filesBelow(at("out")), (QStringList{"One 12.pdf", "Three.pdf"}));
     const ProgramRun shown = runProgram("mutool", {"show", at("out/One 12.pdf"), "outline"});
-    EXPECT_EQ(shown.out.contains("inside"), keep) << shown.out.toStdString();
+    for (const char* bookmark : {"One: 1/2", "also", "inside"}) {
+      EXPECT_EQ(shown.out.contains(bookmark), keep) << shown.out.toStdString();
+    }
     EXPECT_FALSE(shown.out.contains("Three"));
   }
   EXPECT_TRUE(m_person.statuses.filter("OCR").isEmpty());

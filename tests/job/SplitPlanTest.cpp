@@ -65,7 +65,7 @@ TEST_F(Plan, UsesUpNeitherNumbersNorLines) {
   writeFile(at("list.txt"), "one\ntwo\nthree\nfour\n");
   m_store.working().reportUseFileList = at("list.txt");
   for (const int method : {5, 9}) {
-    setup().extract = fileNameMethodTexts()[static_cast<std::size_t>(method)];
+    setup().extract = fileNameMethodTexts()[method];
     const QStringList first = planned(driver().Plan());
     EXPECT_EQ(planned(driver().Plan()), first);
     EXPECT_TRUE(first[0].endsWith(method == 5 ? "000001.pdf" : "one.pdf"))

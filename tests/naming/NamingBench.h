@@ -56,7 +56,7 @@ struct NamingBench {
 };
 
 inline QString methodText(FileNameMethod method) {
-  return fileNameMethodTexts().at(static_cast<std::size_t>(method));
+  return fileNameMethodTexts().at(static_cast<int>(method));
 }
 
 } // namespace folivex::test

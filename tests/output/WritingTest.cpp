@@ -95,23 +95,6 @@ TEST_F(Writing, StopWhileFilesGrowLeavesOutTheRest) {
                                         ",2, PDF file(s)"}));
 }
 
-TEST_F(Writing, FileThatGrowsOverRangesOfOneTextIsOneFile) {
-  statements({"Account: 1001", "more", "Account: 1001", "Account: 1001", "Account: 1002"})
-      .write(source());
-  setup().pageExtract = splitMethodTexts()[1];
-  for (const bool isAppended : {false, true}) {
-    SCOPED_TRACE(isAppended ? "pages of the shorter one twice" : "shorter one left");
-    QDir(at("out")).removeRecursively();
-    setup().alwaysOverwrite = !isAppended;
-    setup().alwaysAppend = isAppended;
-    EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
-    EXPECT_EQ(outputs(),
-              (QStringList{"1001.pdf: Account: 1001 | more | Account: 1001 | Account: 1001",
-                           "1002.pdf: Account: 1002"}));
-    EXPECT_EQ(account(), "5 page(s): 5 in 2 file(s).");
-  }
-}
-
 TEST_F(Writing, ExternalCommandGetsEachOutput) {
   const QString folder = at("a \"quoted\" folder");
   QDir().mkdir(folder);

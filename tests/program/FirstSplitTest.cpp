@@ -46,7 +46,7 @@ TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   m_dialogs.files = {{at("out")}};
   click(&main(), "browseOutput");
   {
-    const NextDialog page([](QDialog* dialog) { click(dialog, "ok"); });
+    const DialogScript page([](QDialog* dialog) { click(dialog, "ok"); });
     click(&main(), "viewPageButton");
   }
   auto* viewer = opened<PageViewer>();

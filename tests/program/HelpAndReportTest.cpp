@@ -18,7 +18,7 @@ TEST_F(HelpAndReport, IsAskedForInEachWindow) {
   auto* page = control<QTextBrowser>(opened<HelpWindow>(), "helpPage");
   EXPECT_TRUE(page->source().toString().endsWith(QStringLiteral("/batch.html")));
   const auto opens = [&](const char* action, const QString& place, const char* name, bool byKey) {
-    const NextDialog next([&](QDialog* dialog) {
+    const DialogScript next([&](QDialog* dialog) {
       auto* asks = control<QWidget>(dialog, name);
       byKey ? QTest::keyClick(asks, Qt::Key_F1) : QTest::mouseClick(asks, Qt::LeftButton);
       EXPECT_TRUE(page->source().toString().endsWith(place)) << action;
@@ -38,7 +38,7 @@ TEST_F(HelpAndReport, TheReportKnowsTheLibrariesAndTheLastMessageBoxOfAnyWindow)
   ASSERT_EQ(m_dialogs.messages.size(), 1); // the list file cannot be read
   const QString told = m_dialogs.messages[0].section(u'/', 0, 0).trimmed();
   EXPECT_FALSE(told.isEmpty());
-  const NextDialog dialog([&told](QDialog* shown) {
+  const DialogScript dialog([&told](QDialog* shown) {
     const QString report = control<QPlainTextEdit>(shown, "reportText")->toPlainText();
     for (const QString& part : {QString("GlyphrunU interface "), QString("CleftorU interface "),
                                 QString("MelderU interface "), told}) {

@@ -1,9 +1,11 @@
 // Writes small PDFs for tests: raw objects with a right cross-reference table. Header only.
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <map>
+#include <random>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -73,15 +75,19 @@ public:
   // before. In all but the data of a stream, @name stands for a reference to the object.
   //   name = body               an object; "pages" is the page tree, in place of the right one
   //   name = entries | data     a stream
+  //   name = entries |? 40000   a stream of so many bytes that no compression makes fewer
   //   page entries | content    a page, p1, p2 ... in turn; with `resources` when it has none
   //   catalog entries           and the same for the trailer
   void addText(const std::string& text, const std::string& resources = "") {
     std::istringstream lines(std::regex_replace(text, std::regex("\n +"), " "));
     for (std::string line; std::getline(lines, line);) {
       const std::size_t bar = line.find(" | ");
-      const bool isStream = bar != std::string::npos;
-      const std::string head = withReferences(line.substr(0, bar));
-      const std::string data = isStream ? line.substr(bar + 3) : "";
+      const std::size_t end = std::min(bar, line.find(" |? "));
+      const bool isStream = end != std::string::npos;
+      const std::string head = withReferences(line.substr(0, end));
+      const std::string data = !isStream    ? ""
+                               : end == bar ? line.substr(bar + 3)
+                                            : noise(std::stoul(line.substr(end + 4)));
       const std::size_t equals = head.find(" = ");
       if (head.rfind("page", 0) == 0 && equals == std::string::npos) {
         addPage(data, resources, head.substr(4));
@@ -122,6 +128,13 @@ public:
     const std::size_t start = file.size();
     return file + table + "trailer\n<</Size " + std::to_string(all.size() + 1) + "/Root 1 0 R" +
            trailer_ + ">>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n";
+  }
+
+  static std::string noise(std::size_t count) {
+    static std::mt19937 random;
+    std::string bytes(count, ' ');
+    std::generate(bytes.begin(), bytes.end(), [] { return static_cast<char>(random()); });
+    return bytes;
   }
 
   void write(const std::string& path) const { writeFile(path, finish()); }

@@ -53,20 +53,16 @@ public:
 
   QByteArray bytes() const {
     Builder pdf;
-    const std::string fonts = "/Font<</F1 " + Builder::ref(pdf.addFont("Courier")) + "/F2 " +
-                              Builder::ref(addUnitFont(pdf)) + ">>";
-    std::vector<int> numbers;
+    pdf.addText(fonts);
     for (const PdfPage& page : pages) {
-      // Its content is the next object.
-      const int next = numbers.empty() ? objectOfFirstPage + 1 : numbers.back() + 3;
-      numbers.push_back(pdf.addPageObject(Builder::ref(next), fonts, "/MediaBox[0 0 595 842]"));
-      pdf.addStream(content(page));
+      pdf.named("p" +
+                std::to_string(&page - pages.data() + 1)); // its number is before its content's
+      pdf.addPage(content(page), "/Font<</F1 3 0 R/F2 6 0 R>>", "/MediaBox[0 0 595 842]");
     }
     if (!bookmarks.empty()) {
-      const int outline = pdf.reserve();
       std::size_t next = 0;
-      pdf.addToCatalog("/Outlines " + Builder::ref(outline));
-      pdf.set(outline, "<</Type/Outlines" + addEntries(pdf, outline, 0, next, numbers) + ">>");
+      const std::string entries = addEntries(pdf, 0, "outline", next);
+      pdf.addText("catalog /Outlines @outline\noutline = <</Type/Outlines" + entries + ">>");
     }
     return QByteArray::fromStdString(pdf.finish());
   }
@@ -77,7 +73,18 @@ public:
 
 private:
   using Builder = testpdf::PdfBuilder;
-  static constexpr int objectOfFirstPage = 7;
+  static constexpr auto fonts =
+      "F1 = <</Type/Font/Subtype/Type1/BaseFont/Courier/Encoding/WinAnsiEncoding>>\n"
+      "wide = <</Type/Font/Subtype/CIDFontType2/BaseFont/Plain/DW 600/CIDSystemInfo"
+      "<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor"
+      "<</Type/FontDescriptor/FontName/Plain/Flags 4/FontBBox[0 -200 600 800]"
+      "/ItalicAngle 0/Ascent 800/Descent -200/CapHeight 700/StemV 80>>>>\n"
+      "map =  | /CIDInit/ProcSet findresource begin 12 dict begin begincmap"
+      " /CMapName/Units def/CMapType 2 def"
+      " 1 begincodespacerange<0000><ffff>endcodespacerange"
+      " 1 beginbfrange<0000><ffff><0000>endbfrange endcmap end end\n"
+      "F2 = <</Type/Font/Subtype/Type0/BaseFont/Plain/Encoding/Identity-H"
+      "/DescendantFonts[@wide]/ToUnicode @map>>";
 
   /// The UTF-16 units in hexadecimal digits.
   static std::string units(const QString& text) {
@@ -86,21 +93,6 @@ private:
       digits += QByteArray::number(c.unicode(), 16).rightJustified(4, '0');
     }
     return digits.toStdString();
-  }
-
-  static int addUnitFont(Builder& pdf) {
-    const int wide =
-        pdf.add("<</Type/Font/Subtype/CIDFontType2/BaseFont/Plain/DW 600/CIDSystemInfo"
-                "<</Registry(Adobe)/Ordering(Identity)/Supplement 0>>/FontDescriptor"
-                "<</Type/FontDescriptor/FontName/Plain/Flags 4/FontBBox[0 -200 600 800]"
-                "/ItalicAngle 0/Ascent 800/Descent -200/CapHeight 700/StemV 80>>>>");
-    const int map = pdf.addStream("/CIDInit/ProcSet findresource begin 12 dict begin begincmap\n"
-                                  "/CMapName/Units def/CMapType 2 def\n"
-                                  "1 begincodespacerange<0000><ffff>endcodespacerange\n"
-                                  "1 beginbfrange<0000><ffff><0000>endbfrange\nendcmap end end");
-    return pdf.add("<</Type/Font/Subtype/Type0/BaseFont/Plain/Encoding/Identity-H"
-                   "/DescendantFonts[" +
-                   Builder::ref(wide) + "]/ToUnicode " + Builder::ref(map) + ">>");
   }
 
   static std::string content(const PdfPage& page) {
@@ -118,26 +110,23 @@ private:
 
   /// Adds the entries of `level` from `next` on, each with those below it; what their parent says
   /// of them.
-  std::string addEntries(Builder& pdf, int parent, int level, std::size_t& next,
-                         const std::vector<int>& pageNumbers) const {
-    std::vector<int> entries;
-    std::vector<std::string> bodies;
+  std::string addEntries(Builder& pdf, int level, const std::string& parent,
+                         std::size_t& next) const {
+    std::string first;
+    std::string last;
     while (next < bookmarks.size() && bookmarks[next].level == level) {
-      const PdfBookmark& entry = bookmarks[next++];
-      entries.push_back(pdf.reserve());
-      bodies.push_back("<</Title<feff" + units(entry.title) + ">/Parent " + Builder::ref(parent) +
-                       "/Dest[" +
-                       Builder::ref(pageNumbers.at(static_cast<std::size_t>(entry.page - 1))) +
-                       "/Fit]" + addEntries(pdf, entries.back(), level + 1, next, pageNumbers));
+      const PdfBookmark& entry = bookmarks[next];
+      const std::string name = "b" + std::to_string(next++);
+      const std::string below = addEntries(pdf, level + 1, name, next);
+      const bool goesOn = next < bookmarks.size() && bookmarks[next].level == level;
+      pdf.addText(name + " = <</Title<feff" + units(entry.title) + ">/Parent @" + parent +
+                  "/Dest[@p" + std::to_string(entry.page) + "/Fit]" + below +
+                  (last.empty() ? "" : "/Prev @" + last) +
+                  (goesOn ? "/Next @b" + std::to_string(next) : "") + ">>");
+      first = first.empty() ? name : first;
+      last = name;
     }
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      pdf.set(entries[i],
-              bodies[i] + (i > 0 ? "/Prev " + Builder::ref(entries[i - 1]) : "") +
-                  (i + 1 < entries.size() ? "/Next " + Builder::ref(entries[i + 1]) : "") + ">>");
-    }
-    return entries.empty() ? std::string()
-                           : "/First " + Builder::ref(entries.front()) + "/Last " +
-                                 Builder::ref(entries.back());
+    return first.empty() ? "" : "/First @" + first + "/Last @" + last;
   }
 };
 

@@ -77,28 +77,54 @@ inline bool dropFiles(QWidget* window, const QStringList& paths) {
   return drop.isAccepted();
 }
 
-/// Acts on the next modal dialog that opens (QDialog::exec) as soon as it does. The test fails when
-/// it never came: see the destructor. `action` must close the dialog.
-class NextDialog {
+/// Acts on modal windows in the order in which the test expects them, by their names; an empty name
+/// is that of any dialog. It goes on while an action opens further windows, and knows windows
+/// without a loop of their own. The test fails when one never came.
+class DialogScript {
 public:
-  explicit NextDialog(std::function<void(QDialog*)> action) : m_action(std::move(action)) {
-    m_timer.callOnTimeout([this] {
-      if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-        m_timer.stop();
-        m_came = true;
-        m_action(dialog);
-      }
-    });
-    m_timer.start(0);
+  DialogScript() = default;
+  explicit DialogScript(std::function<void(QDialog*)> action) { then("", std::move(action)); }
+  DialogScript(const DialogScript&) = delete;
+  DialogScript& operator=(const DialogScript&) = delete;
+  ~DialogScript() {
+    for (const Step& step : m_steps) {
+      ADD_FAILURE() << "the expected dialog never opened: " << step.name.toStdString();
+    }
   }
-  ~NextDialog() { EXPECT_TRUE(m_came) << "the expected dialog never opened"; }
-  NextDialog(const NextDialog&) = delete;
-  NextDialog& operator=(const NextDialog&) = delete;
+
+  DialogScript& then(const QString& name, std::function<void(QDialog*)> action) {
+    m_steps.push_back({name, std::move(action)});
+    if (m_steps.size() == 1) {
+      watch();
+    }
+    return *this;
+  }
 
 private:
-  std::function<void(QDialog*)> m_action;
-  QTimer m_timer;
-  bool m_came = false;
+  struct Step {
+    QString name;
+    std::function<void(QDialog*)> action;
+  };
+
+  void watch() {
+    // A new timer for each look: one timer does not fire while its own action runs.
+    QTimer::singleShot(0, &m_context, [this] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      const QString& name = m_steps.front().name;
+      if (dialog == nullptr || !(name.isEmpty() || dialog->objectName() == name)) {
+        return watch();
+      }
+      const Step step = m_steps.front();
+      m_steps.pop_front();
+      if (!m_steps.empty()) {
+        watch();
+      }
+      step.action(dialog);
+    });
+  }
+
+  std::deque<Step> m_steps;
+  QObject m_context;
 };
 
 /// Answers message boxes and file choosers from what the test laid out, and records what was shown.

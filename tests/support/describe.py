@@ -1,0 +1,84 @@
+"""Tells what a PDF shows and does, one fact a line that begins with its kind: describe.py FILE
+
+Two readers that share no code with ours: what stands on the pages comes from MuPDF, what hangs together is read
+object by object.
+"""
+import sys
+
+import fitz
+import pikepdf
+
+fitz.TOOLS.mupdf_display_errors(False)
+with fitz.open(sys.argv[1]) as document:
+    print("pages", document.page_count)
+    for key in ("title", "author"):
+        print(key, *document.metadata[key].split())
+    print("bookmarks", len(document.get_toc()))
+    for level, title, page in document.get_toc():
+        print("bookmark", level, title, page if page > 0 else "nowhere")
+    for number, page in enumerate(document, 1):
+        print("text", number, *page.get_text().split())
+        print("label", number, page.get_label() or "-")
+        print("shape", number, page.rotation, *map(round, page.cropbox))
+        for note in page.annots():
+            print("annotation", number, note.type[1], *note.info["content"].split())
+
+pdf = pikepdf.open(sys.argv[1])
+root = pdf.Root
+form = root.get("/AcroForm", {})
+pages = {page.objgen: page.index + 1 for page in pdf.pages}
+notes = [(page.index + 1, note) for page in pdf.pages for note in page.get("/Annots", [])]
+names = pikepdf.NameTree(root.Names.Dests) if "/Dests" in root.get("/Names", {}) else {}
+
+
+def page_of(goal):
+    if isinstance(goal, pikepdf.Name):
+        goal = root.Dests.get(goal)
+    if isinstance(goal, pikepdf.String):
+        goal = names[str(goal)] if str(goal) in names else None
+    if isinstance(goal, pikepdf.Dictionary):
+        goal = goal.D
+    if goal is None:
+        return "nowhere"
+    return goal[0] + 1 if isinstance(goal[0], int) else pages.get(goal[0].objgen, "elsewhere")
+
+
+def font_of(field):
+    name = str(field.get("/DA", "")).split(" ")[0]
+    return ["in", form.DR.Font.get(name, {}).get("/BaseFont", "none")] if name else []
+
+
+def tell_fields(fields, prefix=(), value=None):
+    for field in fields:
+        name = [*prefix, str(field.T)] if "/T" in field else prefix
+        shown = field.get("/V", value)
+        kids = list(field.get("/Kids", []))
+        if any("/T" in kid for kid in kids):
+            tell_fields(kids, name, shown)
+            continue
+        widgets = {one.objgen for one in kids or [field]}
+        print("field", ".".join(name), "=", "a signature" if isinstance(shown, pikepdf.Dictionary) else shown,
+              "on", *(number for number, note in notes if note.objgen in widgets),
+              *("astray" for kid in kids if kid.Parent.objgen != field.objgen), *font_of(field))
+
+
+print("file", "locked" if pdf.is_encrypted else "open", pdf.pdf_version, *map(str, pdf.get_warnings()))
+print("catalog", *sorted(root.keys()))
+print("language", root.get("/Lang"))
+print("intents", *(intent.S for intent in root.get("/OutputIntents", [])))
+if "/Metadata" in root:
+    print("metadata", root.Metadata.read_bytes().decode())
+for number, note in notes:
+    action = note.get("/A", {})
+    if note.get("/Subtype") == "/Link":
+        print("link", number, "to", action.get("/URI", page_of(note.get("/Dest", action.get("/D")))))
+for name in sorted(names.keys()):
+    print("destination", name, page_of(names[name]))
+tell_fields(form.get("/Fields", []))
+print("form", *sorted(form.keys()))
+print("calculated", *(field.T for field in form.get("/CO", [])))
+layers = root.get("/OCProperties", {})
+for group in layers.get("/OCGs", []):
+    hidden, listed = (f" {group.objgen[0]} 0 R".encode() in layers.D.get(key, pikepdf.Array()).unparse()
+                      for key in ("/OFF", "/Order"))
+    print("layer", group.Name, "hidden" if hidden else "shown", "listed" if listed else "unlisted")
