@@ -17,7 +17,7 @@ namespace folivex {
 class MainWindow::Running {
 public:
   Running(MainWindow& window, const QString& title, Shown shown)
-      : m_window(window), m_focus(window.focusWidget()) {
+      : m_window(window), m_active(QApplication::activeWindow()), m_focus(window.focusWidget()) {
     m_elapsed.start();
     window.m_isRunning = true;
     window.m_eventPace.reset();
@@ -31,11 +31,12 @@ public:
     }
   }
   ~Running() {
-    // Whoever went on to another program meanwhile is left there. A run that was over before any
-    // window had the keyboard says nothing of that.
+    // The status window took the keyboard. Whoever went on to another program meanwhile is left
+    // there; a run that was over before any window had it says nothing of that.
     constexpr int shortRunMs = 1000;
-    const bool isOurs = QApplication::applicationState() == Qt::ApplicationActive ||
-                        m_elapsed.elapsed() < shortRunMs;
+    const bool isOurs =
+        m_window.m_usesStatusDialog && (QApplication::applicationState() == Qt::ApplicationActive ||
+                                        m_elapsed.elapsed() < shortRunMs);
     m_window.m_status->end();
     m_window.m_isRunning = false;
     m_window.m_usesStatusDialog = false;
@@ -43,8 +44,9 @@ public:
     m_window.m_panel->setEnabled(true);
     m_window.m_menus->setRunning(false);
     giveBackKeyboard();
-    if (isOurs && m_window.isVisible()) {
-      m_window.activateWindow();
+    QWidget* active = m_active != nullptr && m_active->isVisible() ? m_active.data() : &m_window;
+    if (isOurs && active->isVisible()) {
+      active->activateWindow(); // the list or the plan may have begun the run
     }
   }
   Running(const Running&) = delete;
@@ -66,6 +68,7 @@ private:
   }
 
   MainWindow& m_window;
+  QPointer<QWidget> m_active; ///< when the run began
   QPointer<QWidget> m_focus;
   QElapsedTimer m_elapsed;
 };
