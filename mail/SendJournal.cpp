@@ -150,8 +150,8 @@ void take(const QByteArray& line, JournalContent& content) {
 
 JournalContent contentOf(QFile& file) {
   JournalContent content;
-  while (!file.atEnd()) {
-    take(file.readLine(), content);
+  for (const QByteArray& line : file.readAll().split('\n')) {
+    take(line, content);
   }
   return content;
 }

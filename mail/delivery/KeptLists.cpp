@@ -7,11 +7,11 @@
 #include "platform/Paths.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace folivex {
 
@@ -98,9 +98,14 @@ std::vector<FoundList> listsLeftOf(const SplitSetup& setup, const QString& sourc
   const QString folder = outputFolderOf(setup, source);
   const QString title = listTitle(source);
   std::vector<FoundList> lists;
-  for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name)) {
+  QStringList names = platform::filesThatBeginWith({}, folder);
+  names.removeIf([&](const QString& name) {
+    return !name.startsWith(title + u'_') || !name.endsWith(journalSuffix);
+  });
+  names.sort();
+  for (const QString& name : std::as_const(names)) {
     const auto kind = std::ranges::find_if(kindNames, [&](QLatin1String kindName) {
-      return name.startsWith(title + u'_' + kindName + u'_') && name.endsWith(journalSuffix);
+      return name.startsWith(title + u'_' + kindName + u'_');
     });
     if (kind == kindNames.end()) {
       continue;

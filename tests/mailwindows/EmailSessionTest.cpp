@@ -326,7 +326,7 @@ TEST(DesktopQuestions, EscapeChoosesNothing) {
   for (const auto& [button, chosen] : {std::pair(QString(), int(Dialogs::noChoice)),
                                        {"&Yes, the 3 selected", 0},
                                        {"&No, all", 1}}) {
-    NextDialog next([&](QDialog* box) {
+    DialogScript next([&](QDialog* box) {
       for (QPushButton* each : box->findChildren<QPushButton*>()) {
         if (!button.isEmpty() && each->text() == button) {
           return each->click();
