@@ -4,8 +4,8 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <fcntl.h>
 #include <mutex>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace folivex;
@@ -19,13 +19,14 @@ std::atomic<bool> isForgotten = false;
 } // namespace
 
 /// Goes before the system's, for the libraries as well: a thread that writes waits for its turn.
-extern "C" int rename(const char* from, const char* to) noexcept {
+extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                         unsigned flags) noexcept {
   if (gettid() != getpid() && !isForgotten) {
     const std::unique_lock turn(mayWrite, std::chrono::minutes(1));
     // Whoever should have let it go is waiting for it.
     isForgotten = isForgotten || !turn;
   }
-  return renameat(AT_FDCWD, from, AT_FDCWD, to);
+  return static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
 }
 
 /// Nothing is written before the operator has been asked for its events again and again.
