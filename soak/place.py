@@ -16,7 +16,7 @@ from make_setups import setup  # noqa: E402
 MAIL_FAILED = -14 & 0xFF
 HANG = 120  # seconds; no job here takes more than a few
 KILLED = -signal.SIGKILL
-NOT_SPLIT = re.compile(r"is not split (again|and mailed a second time)")
+NOT_SPLIT = r"/{}\.pdf: .*is not split (again|and mailed a second time)"
 ACCOUNT = re.compile(r"\d+ page\(s\): \d+ in \d+ file\(s\)(.*)")
 SPAN = re.compile(r"\b(\d+)(?:-(\d+))?\b(?! more)(?=[^()]*\))")
 
@@ -59,13 +59,15 @@ class Job:
         """The documents that are in outputs by what the last run says."""
         if self.last.code not in (0, MAIL_FAILED):
             return []
-        accounts = self.last.accounts()
-        if NOT_SPLIT.search(self.last.told):
-            # It says that it leaves what another run is mailing, or goes on with what an earlier one wrote.
-            if len(self.runs) == 1:
-                return []
-            accounts = self.runs[-2].accounts()
-        accounts += [set() for _ in self.sources]
+        accounts, told = [], iter(self.last.accounts())
+        for number, source in enumerate(self.sources):
+            if not re.search(NOT_SPLIT.format(re.escape(source.path.stem)), self.last.told):
+                accounts.append(next(told, set()))
+            elif len(self.runs) > 1:  # it goes on with what the run before wrote and accounted for
+                accounts.append((self.runs[-2].accounts() + [set()] * len(self.sources))[number])
+            else:  # it says that it leaves the source to another run
+                accounts.append({document.first + number for document in source.documents
+                                 for number in range(len(document.marks))})
         return [document for source, missing in zip(self.sources, accounts) for document in source.documents
                 if not document.within(missing)]
 
