@@ -324,7 +324,9 @@ bool SendJournal::append(const QByteArray& lines) {
     return true;
   }
   m_isBroken = true;
-  return fail(m_file.errorString());
+  // A write that ends half-way is no error to the system: the next one would be.
+  return fail(m_file.error() == QFileDevice::NoError ? QStringLiteral("the disk is full")
+                                                     : m_file.errorString());
 }
 
 bool SendJournal::sync() {
