@@ -11,10 +11,6 @@ namespace {
 using Place = const PickedPlace&;
 using Area = const PickedArea&;
 
-QString spanText(int from, int to) {
-  return from == to ? QString::number(from) : QStringLiteral("%1-%2").arg(from).arg(to);
-}
-
 void setFindPosition(SplitSetup& setup, Place place) {
   setup.matchPosH = QString::number(place.h);
   setup.matchPosV = QString::number(place.v);

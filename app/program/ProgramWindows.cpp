@@ -5,7 +5,7 @@
 #include "app/help/ProblemReport.h"
 #include "app/program/LibraryVersions.h"
 #include "app/viewer/MatchWalker.h"
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 #include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
 #include "mail/windows/EmailSession.h"
@@ -14,6 +14,7 @@
 #include "platform/Paths.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "updates/UpdateCheck.h"
+#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -34,7 +35,7 @@ PickedPlace placeOf(const PickedWord& word) {
 }
 
 PickedArea areaOf(const PickedRange& range) {
-  return {range.hFrom, range.hTo, range.vFrom, range.vTo};
+  return {{range.hFrom, range.hTo, range.vFrom, range.vTo}};
 }
 
 } // namespace
@@ -106,9 +107,12 @@ WindowParts ProgramWindows::parts() {
   return parts;
 }
 
-PageViewer& ProgramWindows::viewer() {
+PagePane& ProgramWindows::viewer() {
   if (!m_viewer) {
-    m_viewer = std::make_unique<PageViewer>(m_main.program().textLibrary());
+    m_viewer = std::make_unique<PagePane>();
+    m_viewer->setLibrary(m_main.program().textLibrary());
+    constexpr QSize startSize(820, 900);
+    resizeOnScreen(m_viewer.get(), startSize);
     m_viewer->setTargets(pickTargetTexts());
     m_viewer->onWordPicked = [this](const PickedWord& word, int target) {
       m_viewer->tell(m_main.takePickedWord(target, placeOf(word)));

@@ -13,7 +13,7 @@ class CBatchList;
 class EmailSession;
 class HelpWindow;
 class MatchWalker;
-class PageViewer;
+class PagePane;
 class PlanWindow;
 class UpdateCheck;
 struct UpdateResult;
@@ -36,7 +36,7 @@ public:
 
 private:
   WindowParts parts();
-  PageViewer& viewer();
+  PagePane& viewer();
   void viewPage(const SplitSetup& setup, int page);
   void openInViewer(const SplitSetup& setup);
   void walkMatches(JobDriver& driver, const SplitSetup& setup);
@@ -54,7 +54,7 @@ private:
   MainWindow m_main;
   // What follows uses the libraries of the main window and goes first.
   std::unique_ptr<UpdateCheck> m_updates;
-  std::unique_ptr<PageViewer> m_viewer;
+  std::unique_ptr<PagePane> m_viewer;
   std::unique_ptr<PlanWindow> m_plan;
   std::unique_ptr<CBatchList> m_list;
   std::unique_ptr<EmailSession> m_emails;

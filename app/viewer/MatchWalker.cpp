@@ -1,6 +1,6 @@
 #include "app/viewer/MatchWalker.h"
 
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 
 #include <QEventLoop>
 
@@ -14,7 +14,7 @@ enum Answer : int { GoOn = 1, End = 0 };
 
 } // namespace
 
-MatchWalker::MatchWalker(PageViewer& viewer, std::function<void()> stopScan)
+MatchWalker::MatchWalker(PagePane& viewer, std::function<void()> stopScan)
     : m_viewer(&viewer), m_stopScan(std::move(stopScan)) {
   m_gone = QObject::connect(&viewer, &QObject::destroyed, [this] {
     m_viewer = nullptr;

@@ -11,7 +11,7 @@ class QEventLoop;
 
 namespace folivex {
 
-class PageViewer;
+class PagePane;
 
 /// Handed to JobDriver::ShowMatches(). Each match is shown in the viewer, and the scan stands still
 /// until the person goes on; other windows live on meanwhile. Stopping, closing the viewer and
@@ -19,7 +19,7 @@ class PageViewer;
 class MatchWalker : public MatchObserver {
 public:
   /// `stopScan` ends a scan that is between two matches (JobDriver::Stop).
-  MatchWalker(PageViewer& viewer, std::function<void()> stopScan);
+  MatchWalker(PagePane& viewer, std::function<void()> stopScan);
   MatchWalker(const MatchWalker&) = delete;
   MatchWalker& operator=(const MatchWalker&) = delete;
   ~MatchWalker() override;
@@ -33,7 +33,7 @@ public:
 private:
   bool waitForPerson();
 
-  PageViewer* m_viewer; ///< null once it is gone
+  PagePane* m_viewer; ///< null once it is gone
   QMetaObject::Connection m_gone;
   std::function<void()> m_stopScan;
   QEventLoop* m_waiting = nullptr; ///< while a match is looked at

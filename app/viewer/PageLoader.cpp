@@ -56,8 +56,8 @@ QString drawProblem(int page, int result, const QString& reason) {
 /// The text library's view of one file.
 class PageLoader::View {
 public:
-  View(CPDFTextDumpInit& library, const ViewedFile& file)
-      : m_library(library), m_swapAxes(file.swapAxes) {
+  View(CPDFTextDumpInit& library, const ViewedFile& file, Reads reads)
+      : m_library(library), m_reads(reads), m_swapAxes(file.swapAxes) {
     // A pipe or a device may never come to an end.
     const QString path = platform::withoutTrailingBlanks(file.path);
     if (const QFileInfo info(path); info.exists() && !info.isFile()) {
@@ -68,6 +68,7 @@ public:
     m_view = m_library.OpenView(utf16(path), utf16(file.password), &result);
     if (m_view == nullptr) {
       m_problem = openProblem({path, file.password}, result, m_library.lastErrorText());
+      m_needsPassword = result == GLYPHRUN_WRONG_PASSWORD;
     } else if (pageCount() < 1) {
       m_problem = QStringLiteral("This file has no pages.");
     } else {
@@ -84,6 +85,7 @@ public:
 
   int pageCount() const { return m_view != nullptr ? m_library.GetViewPageCount(m_view) : 0; }
   const QString& problem() const { return m_problem; }
+  bool needsPassword() const { return m_needsPassword; }
 
   /// For any thread: the page that is being drawn is given up soon, and those that follow at once.
   void abandon() { m_library.AbortView(m_view); }
@@ -99,7 +101,9 @@ public:
     }
     into.size = QSizeF(width, height);
     draw(into, sizing);
-    takeWords(into);
+    if (m_reads == Reads::PicturesAndWords) {
+      takeWords(into);
+    }
   }
 
 private:
@@ -141,9 +145,11 @@ private:
   }
 
   CPDFTextDumpInit& m_library;
+  Reads m_reads;
   bool m_swapAxes;
   GlyphrunView* m_view = nullptr;
   QString m_problem;
+  bool m_needsPassword = false;
 };
 
 /// Rung by the thread, it calls in the window's thread. It carries nothing: the answers are handed
@@ -160,8 +166,9 @@ private:
   PageLoader& m_loader;
 };
 
-PageLoader::PageLoader(CPDFTextDumpInit& library)
-    : m_library(library), m_bell(std::make_unique<Bell>(*this)), m_thread([this] { work(); }) {}
+PageLoader::PageLoader(CPDFTextDumpInit& library, Reads reads)
+    : m_library(library), m_reads(reads), m_bell(std::make_unique<Bell>(*this)),
+      m_thread([this] { work(); }) {}
 
 PageLoader::~PageLoader() {
   {
@@ -182,6 +189,10 @@ void PageLoader::open(const ViewedFile& file) {
     abandonView();
   }
   m_due.notify_one();
+}
+
+void PageLoader::close() {
+  open(ViewedFile());
 }
 
 /// Nobody waits for the pages of the file that is open any more. To be called under the lock.
@@ -233,13 +244,18 @@ void PageLoader::changeView(std::unique_ptr<View> view) {
 
 void PageLoader::openView(const ViewedFile& file, int generation) {
   changeView(nullptr);
-  auto view = std::make_unique<View>(m_library, file);
-  const QString problem = view->problem();
-  const int count = problem.isEmpty() ? view->pageCount() : 0;
+  if (file.path.isEmpty()) {
+    return;
+  }
+  auto view = std::make_unique<View>(m_library, file, m_reads);
+  OpenedFile opened{0, view->problem(), view->needsPassword()};
+  if (opened.problem.isEmpty()) {
+    opened.pageCount = view->pageCount();
+  }
   changeView(std::move(view));
-  answer(generation, [this, count, problem] {
+  answer(generation, [this, opened] {
     if (onOpened) {
-      onOpened(count, problem);
+      onOpened(opened);
     }
   });
 }

@@ -20,21 +20,22 @@ class CPDFTextDumpInit;
 /// but the destructor, which gives up the page just being drawn.
 class PageLoader {
 public:
+  enum class Reads { PicturesAndWords, Pictures };
   /// `library` must outlive this.
-  explicit PageLoader(CPDFTextDumpInit& library);
+  explicit PageLoader(CPDFTextDumpInit& library, Reads reads = Reads::PicturesAndWords);
   PageLoader(const PageLoader&) = delete;
   PageLoader& operator=(const PageLoader&) = delete;
   ~PageLoader();
 
   /// Opens a file in place of the one before, whose answers then come no more.
   void open(const ViewedFile& file);
+  void close();
 
   /// The pages to deliver, most wanted first. What was wanted before and is not among them is
   /// dropped.
   void want(const std::vector<int>& pages, const PageSizing& sizing);
 
-  /// `problem` says in plain words why there is no page; empty when all is well.
-  std::function<void(int pageCount, const QString& problem)> onOpened;
+  std::function<void(const OpenedFile& file)> onOpened;
   std::function<void(std::shared_ptr<const ViewedPage> page)> onPage;
 
 private:
@@ -54,6 +55,7 @@ private:
   void tellAnswers();
 
   CPDFTextDumpInit& m_library;
+  Reads m_reads;
   std::unique_ptr<Bell> m_bell; ///< lives in the window's thread
   std::unique_ptr<View> m_view; ///< the thread's own; only it is changed and abandoned under lock
 

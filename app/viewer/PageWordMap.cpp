@@ -12,16 +12,16 @@ namespace {
 /// How far beside a word's box a point still means the word, points.
 constexpr double reach = 1.5;
 
-QString spanText(int from, int to) {
-  return from == to ? QString::number(from) : QStringLiteral("%1-%2").arg(from).arg(to);
-}
-
 int wholePoint(double value) {
   constexpr double most = 1e9;
   return static_cast<int>(std::clamp(value, 1.0, most));
 }
 
 } // namespace
+
+QString spanText(int from, int to) {
+  return from == to ? QString::number(from) : QStringLiteral("%1-%2").arg(from).arg(to);
+}
 
 QString rangeText(const PositionRange& range) {
   return QStringLiteral("h %1, v %2")

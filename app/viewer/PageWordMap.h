@@ -16,6 +16,8 @@ struct PositionRange {
   bool operator==(const PositionRange&) const = default;
 };
 
+/// "320-325", or "320" for both ends.
+QString spanText(int from, int to);
 /// "h 320-325, v 90".
 QString rangeText(const PositionRange& range);
 /// "h 72, v 140".

@@ -20,6 +20,13 @@ struct ViewedFile {
   bool operator==(const ViewedFile&) const = default;
 };
 
+/// What came of opening a file.
+struct OpenedFile {
+  int pageCount = 0;          ///< 0 when there is a problem
+  QString problem;            ///< in plain words; empty when all is well
+  bool needsPassword = false; ///< another password may open it
+};
+
 /// One word of a page.
 struct ViewedWord {
   QString text;

@@ -1,7 +1,7 @@
 // The page viewer and the plan.
 #include "app/MainWindow.h"
 #include "app/viewer/PageCanvas.h"
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 #include "app/viewer/PlanWindow.h"
 #include "platform/Paths.h"
 #include "scripts/pictures/Scenes.h"
@@ -15,7 +15,8 @@ namespace {
 
 class OpenViewer {
 public:
-  OpenViewer(const QString& file, QSize size) : m_viewer(m_library) {
+  OpenViewer(const QString& file, QSize size) {
+    m_viewer.setLibrary(m_library);
     m_viewer.setTargets(pickTargetTexts());
     m_viewer.setTarget(1);
     m_viewer.show();
@@ -25,7 +26,7 @@ public:
     waitForPage();
   }
 
-  PageViewer& viewer() { return m_viewer; }
+  PagePane& viewer() { return m_viewer; }
 
   void waitForPage() {
     constexpr int patienceMs = 60'000;
@@ -65,7 +66,7 @@ private:
   }
 
   CPDFTextDumpInit m_library;
-  PageViewer m_viewer;
+  PagePane m_viewer;
   PageCanvas* m_canvas = nullptr;
   bool m_isThere = false;
 };
@@ -120,8 +121,7 @@ void takePages(Camera& camera, const Studio& studio) {
   QApplication::processEvents();
   camera.takeShown(open.viewer(), QStringLiteral("viewer-match"));
   open.viewer().endWalk();
-  CPDFTextDumpInit library;
-  PageViewer empty(library);
+  PagePane empty;
   camera.take(empty, QStringLiteral("viewer-empty"), size);
   takePlans(camera, studio);
 }

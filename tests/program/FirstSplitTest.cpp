@@ -1,6 +1,6 @@
 // A first split with all the windows of the program, as somebody new to it does it.
 #include "app/viewer/PageArea.h"
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 #include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
 #include "tests/program/ProgramWindowsBench.h"
@@ -49,7 +49,7 @@ TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
     const DialogScript page([](QDialog* dialog) { click(dialog, "ok"); });
     click(&main(), "viewPageButton");
   }
-  auto* viewer = opened<PageViewer>();
+  auto* viewer = opened<PagePane>();
   PageCanvas& canvas = *control<PageArea>(viewer, "pageArea")->canvas();
   ASSERT_TRUE(waitUntil([&] { return !canvas.page().image.isNull(); }));
   const auto& words = canvas.page().words;
@@ -89,7 +89,7 @@ TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   int matches = 0;
   next.callOnTimeout([&] {
     auto* button =
-        control<QWidget>(opened<PageViewer>(), ++matches < 3 ? "nextMatch" : "stopMatches");
+        control<QWidget>(opened<PagePane>(), ++matches < 3 ? "nextMatch" : "stopMatches");
     if (button->isEnabled()) {
       QTest::mouseClick(button, Qt::LeftButton);
     }

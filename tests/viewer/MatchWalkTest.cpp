@@ -58,7 +58,7 @@ TEST_F(MatchWalk, ShowsEachMatchInItsPlaceUntilTheEnd) {
 TEST_F(MatchWalk, EndsSilentlyOnEveryWayToStop) {
   const std::vector<std::pair<const char*, std::function<void()>>> ways = {
       {"the button", [this] { click(&m_viewer, "stopMatches"); }},
-      {"Escape", [this] { QTest::keyClick(&m_viewer, Qt::Key_Escape); }},
+      {"Escape", [this] { key(Qt::Key_Escape); }},
       {"the close box", [this] { m_viewer.close(); }},
   };
   for (const auto& [way, stop] : ways) {
@@ -87,7 +87,8 @@ TEST_F(MatchWalk, StopsBetweenMatchesToo) {
 }
 
 TEST_F(MatchWalk, TheViewerMayGoWhileAMatchIsLookedAt) {
-  auto viewer = std::make_unique<PageViewer>(*RealLibraries::get().text);
+  auto viewer = std::make_unique<PagePane>();
+  viewer->setLibrary(*RealLibraries::get().text);
   viewer->openFile({samplePath(), {}, false});
   viewer->show();
   QTimer person;

@@ -92,7 +92,7 @@ TEST_F(PageProblems, APageThatDrawsForLongKeepsNobodyWaitingAtTheEnd) {
     const QEventLoop events; // without one, a thread has no events
     PageLoader loader(*RealLibraries::get().text);
     bool isOpen = false;
-    loader.onOpened = [&isOpen](int, const QString&) { isOpen = true; };
+    loader.onOpened = [&isOpen](const OpenedFile&) { isOpen = true; };
     loader.open({at("slow.pdf"), {}, false});
     loader.want({1}, PageSizing());
     EXPECT_TRUE(waitUntil([&isOpen] { return isOpen; }));

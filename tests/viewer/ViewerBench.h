@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/viewer/PageArea.h"
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 #include "engine/job/JobDriver.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
@@ -40,6 +40,7 @@ protected:
     setup().pageExtract = splitMethodTexts()[0];
     setup().extract = fileNameMethodTexts()[1];
     m_driver = std::make_unique<JobDriver>(m_store, RealLibraries::get().all(), m_person);
+    m_viewer.setLibrary(*RealLibraries::get().text);
     m_viewer.resize(820, 900);
     m_viewer.show();
   }
@@ -88,7 +89,7 @@ protected:
   SetupStore m_store;
   RecordingOperator m_person;
   std::unique_ptr<JobDriver> m_driver;
-  PageViewer m_viewer{*RealLibraries::get().text};
+  PagePane m_viewer;
 };
 
 } // namespace folivex::test

@@ -1,4 +1,4 @@
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 
 #include "app/viewer/PageArea.h"
 
@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace folivex {
 
@@ -27,19 +28,14 @@ constexpr double zoomStep = 1.2;
 
 } // namespace
 
-PageViewer::PageViewer(CPDFTextDumpInit& library, QWidget* parent)
-    : QDialog(parent), m_cache(cacheBytes), m_loader(library) {
+PagePane::PagePane(QWidget* parent) : QWidget(parent), m_cache(cacheBytes) {
   setObjectName(QStringLiteral("pageViewer"));
-  setWindowFlags(Qt::Window);
-  setModal(false);
   buildControls();
   connectPage();
-  m_loader.onOpened = [this](int count, const QString& problem) { opened(count, problem); };
-  m_loader.onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
   showState(QStringLiteral("No file is open."));
 }
 
-PageViewer::~PageViewer() {
+PagePane::~PagePane() {
   // What a window does when it goes (a field that loses the focus takes what was typed) must still
   // find everything here.
   hide();
@@ -47,7 +43,7 @@ PageViewer::~PageViewer() {
   m_canvas->onChanged = nullptr;
 }
 
-void PageViewer::connectPage() {
+void PagePane::connectPage() {
   m_area->onTurned = [this](int pages) { turn(pages); };
   m_area->onFirst = [this] { goToPage(1); };
   m_area->onLast = [this] { goToPage(m_pageCount); };
@@ -58,7 +54,27 @@ void PageViewer::connectPage() {
   m_canvas->onRangePicked = [this](const PositionRange& range) { pickRange(range); };
 }
 
-void PageViewer::openFile(const ViewedFile& file) {
+void PagePane::setLibrary(CPDFTextDumpInit& library) {
+  m_loader = std::make_unique<PageLoader>(library);
+  m_loader->onOpened = [this](const OpenedFile& file) { opened(file); };
+  m_loader->onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
+}
+
+void PagePane::closeFile() {
+  m_file = ViewedFile();
+  m_match.reset();
+  m_page = 0;
+  m_pageCount = 0;
+  m_isOpening = false;
+  m_cache.clear();
+  if (m_loader) {
+    m_loader->close();
+  }
+  showState(QStringLiteral("No file is open."));
+  tellPage();
+}
+
+void PagePane::openFile(const ViewedFile& file) {
   if (file == m_file && (m_isOpening || m_pageCount > 0)) {
     return;
   }
@@ -73,36 +89,42 @@ void PageViewer::openFile(const ViewedFile& file) {
   reload();
 }
 
-void PageViewer::reload() {
+void PagePane::reload() {
   m_pageOnceOpen = std::max(m_page, 1);
   m_pageCount = 0;
   m_isOpening = true;
   m_cache.clear();
+  if (!m_loader) {
+    m_isOpening = false;
+    showState(m_file.path + QStringLiteral("\n\nThe library that reads pages is missing."));
+    return;
+  }
   showState(QStringLiteral("Opening %1 ...").arg(m_file.path));
-  m_loader.open(m_file);
+  m_loader->open(m_file);
 }
 
-void PageViewer::opened(int pageCount, const QString& problem) {
+void PagePane::opened(const OpenedFile& file) {
   m_isOpening = false;
-  m_pageCount = pageCount;
-  if (pageCount < 1) {
-    showState(m_file.path + QStringLiteral("\n\n") + problem);
+  m_pageCount = file.pageCount;
+  if (m_pageCount < 1) {
+    showState(m_file.path + QStringLiteral("\n\n") + file.problem);
     return;
   }
   {
     const QSignalBlocker quiet(m_pageField);
-    m_pageField->setRange(1, pageCount);
+    m_pageField->setRange(1, m_pageCount);
   }
-  m_pageCountText->setText(QStringLiteral("of %1").arg(pageCount));
+  m_pageCountText->setText(QStringLiteral("of %1").arg(m_pageCount));
   m_stack->setCurrentWidget(m_area);
   m_page = 0;
   showPage(m_pageOnceOpen, From::Top);
-  if (isActiveWindow()) {
+  // Who types in a field beside the pane goes on typing there.
+  if (isAncestorOf(QApplication::focusWidget())) {
     m_canvas->setFocus();
   }
 }
 
-void PageViewer::showState(const QString& text) {
+void PagePane::showState(const QString& text) {
   m_state->setText(text);
   m_stack->setCurrentWidget(m_state);
   m_canvas->show(std::make_shared<ViewedPage>(), sizing());
@@ -112,7 +134,7 @@ void PageViewer::showState(const QString& text) {
   tellCurrent();
 }
 
-void PageViewer::goToPage(int page) {
+void PagePane::goToPage(int page) {
   if (m_pageCount == 0) {
     m_pageOnceOpen = std::max(page, 1);
     m_page = m_pageOnceOpen;
@@ -121,15 +143,15 @@ void PageViewer::goToPage(int page) {
   }
 }
 
-void PageViewer::turn(int pages) {
+void PagePane::turn(int pages) {
   const int target = std::clamp(m_page + pages, 1, std::max(m_pageCount, 1));
   if (target != m_page && m_pageCount > 0) {
     showPage(target, pages < 0 ? From::Bottom : From::Top);
   }
 }
 
-void PageViewer::showPage(int page, From from) {
-  m_page = std::clamp(page, 1, m_pageCount);
+void PagePane::showPage(int page, From from) {
+  const int before = std::exchange(m_page, std::clamp(page, 1, m_pageCount));
   std::shared_ptr<const ViewedPage> here = kept(m_page);
   if (!here) {
     auto awaited = std::make_shared<ViewedPage>();
@@ -146,14 +168,23 @@ void PageViewer::showPage(int page, From from) {
   updateControls();
   request();
   tellMatch();
+  if (m_page != before) {
+    tellPage();
+  }
 }
 
-PageSizing PageViewer::sizing() const {
+void PagePane::tellPage() {
+  if (onPageChanged) {
+    onPageChanged(m_page);
+  }
+}
+
+PageSizing PagePane::sizing() const {
   return {m_fit, m_zoom, m_area->room(), m_canvas->devicePixelRatioF()};
 }
 
 /// A page as far as it is here; null when it is not.
-std::shared_ptr<const ViewedPage> PageViewer::kept(int page) {
+std::shared_ptr<const ViewedPage> PagePane::kept(int page) {
   if (page == m_canvas->shared()->page) {
     return m_canvas->shared();
   }
@@ -161,7 +192,7 @@ std::shared_ptr<const ViewedPage> PageViewer::kept(int page) {
   return here != nullptr ? *here : nullptr;
 }
 
-bool PageViewer::isSharp(int page) {
+bool PagePane::isSharp(int page) {
   const auto here = kept(page);
   const bool isRead = here && (!here->size.isEmpty() || !here->problem.isEmpty());
   return isRead &&
@@ -169,7 +200,7 @@ bool PageViewer::isSharp(int page) {
 }
 
 /// Asks for the page shown; when it is here, for its neighbours, which are likely to be next.
-void PageViewer::request() {
+void PagePane::request() {
   if (m_pageCount == 0) {
     return;
   }
@@ -183,10 +214,10 @@ void PageViewer::request() {
       }
     }
   }
-  m_loader.want(missing, sizing());
+  m_loader->want(missing, sizing());
 }
 
-void PageViewer::arrived(const std::shared_ptr<const ViewedPage>& page) {
+void PagePane::arrived(const std::shared_ptr<const ViewedPage>& page) {
   // One that is larger than all of the room pushes the others out, and is kept.
   m_cache.insert(page->page, new std::shared_ptr<const ViewedPage>(page),
                  std::min<qsizetype>(page->bytes(), cacheBytes));
@@ -199,20 +230,20 @@ void PageViewer::arrived(const std::shared_ptr<const ViewedPage>& page) {
   tellMatch();
 }
 
-void PageViewer::display(const std::shared_ptr<const ViewedPage>& page) {
+void PagePane::display(const std::shared_ptr<const ViewedPage>& page) {
   m_canvas->show(page, sizing());
   m_area->fitCanvas();
   m_pageProblem->setText(page->problem);
   m_pageProblem->setVisible(!page->problem.isEmpty());
 }
 
-void PageViewer::setFit(PageSizing::Fit fit, double zoom) {
+void PagePane::setFit(PageSizing::Fit fit, double zoom) {
   m_fit = fit;
   m_zoom = std::clamp(zoom, leastZoom, mostZoom);
   fitAgain();
 }
 
-void PageViewer::zoomBy(double steps) {
+void PagePane::zoomBy(double steps) {
   const ViewedPage& page = m_canvas->page();
   const double now = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
   const double before = m_canvas->sheet().height();
@@ -224,7 +255,7 @@ void PageViewer::zoomBy(double steps) {
   bar->setValue(static_cast<int>(std::round(middle * ratio - bar->pageStep() / 2.0)));
 }
 
-void PageViewer::fitAgain() {
+void PagePane::fitAgain() {
   if (m_pageCount == 0) {
     updateControls();
     return;
@@ -234,11 +265,11 @@ void PageViewer::fitAgain() {
   request();
 }
 
-void PageViewer::tell(const QString& text) {
+void PagePane::tell(const QString& text) {
   m_wordText->setText(text);
 }
 
-QString PageViewer::currentPosition() const {
+QString PagePane::currentPosition() const {
   if (const int word = m_canvas->currentWord(); word >= 0) {
     const ViewedWord& told = m_canvas->page().words[static_cast<std::size_t>(word)];
     return positionText(told.h, told.v);
@@ -246,7 +277,7 @@ QString PageViewer::currentPosition() const {
   return m_canvas->range() ? rangeText(*m_canvas->range()) : QString();
 }
 
-void PageViewer::tellCurrent() {
+void PagePane::tellCurrent() {
   const QString position = currentPosition();
   const int word = m_canvas->currentWord();
   QString text;
@@ -263,7 +294,7 @@ void PageViewer::tellCurrent() {
   m_copy->setEnabled(!position.isEmpty());
 }
 
-void PageViewer::pickWord(int word) {
+void PagePane::pickWord(int word) {
   const ViewedWord& picked = m_canvas->page().words[static_cast<std::size_t>(word)];
   if (onWordPicked) {
     onWordPicked({picked.text, picked.h, picked.v, picked.lookupH, picked.lookupV, m_page},
@@ -271,14 +302,14 @@ void PageViewer::pickWord(int word) {
   }
 }
 
-void PageViewer::pickRange(const PositionRange& range) {
+void PagePane::pickRange(const PositionRange& range) {
   if (onRangePicked) {
     onRangePicked({m_page, range.hFrom, range.hTo, range.vFrom, range.vTo},
                   m_targets->currentIndex());
   }
 }
 
-void PageViewer::copyPosition() {
+void PagePane::copyPosition() {
   QString position = currentPosition();
   if (position.isEmpty()) {
     return;
@@ -289,18 +320,18 @@ void PageViewer::copyPosition() {
   tell(QStringLiteral("Copied: %1").arg(position));
 }
 
-void PageViewer::setTargets(const QStringList& targets) {
+void PagePane::setTargets(const QStringList& targets) {
   m_targets->clear();
   m_targets->addItems(targets);
   m_targets->setVisible(!targets.isEmpty());
   m_targetLabel->setVisible(!targets.isEmpty());
 }
 
-void PageViewer::setTarget(int index) {
+void PagePane::setTarget(int index) {
   m_targets->setCurrentIndex(index);
 }
 
-void PageViewer::beginWalk() {
+void PagePane::beginWalk() {
   m_isWalking = true;
   m_match.reset();
   m_matchNumber = 0;
@@ -309,11 +340,11 @@ void PageViewer::beginWalk() {
   m_walkRow->show();
 }
 
-void PageViewer::tellWalk(const QString& text) {
+void PagePane::tellWalk(const QString& text) {
   m_walkText->setText(text);
 }
 
-void PageViewer::showMatch(const MatchMark& match, int number) {
+void PagePane::showMatch(const MatchMark& match, int number) {
   m_match = match;
   m_matchNumber = number;
   m_canvas->mark(match);
@@ -323,7 +354,7 @@ void PageViewer::showMatch(const MatchMark& match, int number) {
   tellMatch();
 }
 
-void PageViewer::tellMatch() {
+void PagePane::tellMatch() {
   if (!m_match) {
     return;
   }
@@ -345,18 +376,18 @@ void PageViewer::tellMatch() {
   }
 }
 
-void PageViewer::leaveMatch() {
+void PagePane::leaveMatch() {
   m_nextMatch->setEnabled(false);
 }
 
-void PageViewer::endWalk() {
+void PagePane::endWalk() {
   m_isWalking = false;
   m_match.reset();
   m_canvas->mark(std::nullopt);
   m_walkRow->hide();
 }
 
-void PageViewer::updateControls() {
+void PagePane::updateControls() {
   const bool isOpen = m_pageCount > 0;
   m_pageField->setEnabled(isOpen);
   m_first->setEnabled(isOpen && m_page > 1);
@@ -376,21 +407,25 @@ void PageViewer::updateControls() {
   m_zoomText->setText(isOpen ? QStringLiteral("%1 %").arg(std::lround(zoom * 100)) : QString());
 }
 
-void PageViewer::reject() {
+void PagePane::stopWalk() {
   if (m_isWalking && onStop) {
     onStop();
   }
-  QDialog::reject();
 }
 
-void PageViewer::showEvent(QShowEvent* event) {
-  QDialog::showEvent(event);
+void PagePane::closeEvent(QCloseEvent* event) {
+  stopWalk();
+  QWidget::closeEvent(event);
+}
+
+void PagePane::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
   // A screen of another sharpness wants other pictures.
-  connect(windowHandle(), &QWindow::screenChanged, this, &PageViewer::fitAgain,
+  connect(window()->windowHandle(), &QWindow::screenChanged, this, &PagePane::fitAgain,
           Qt::UniqueConnection);
 }
 
-void PageViewer::keyPressEvent(QKeyEvent* event) {
+void PagePane::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) {
     copyPosition();
     return;
@@ -409,9 +444,15 @@ void PageViewer::keyPressEvent(QKeyEvent* event) {
     return goToPage(1);
   case Qt::Key_End:
     return goToPage(m_pageCount);
+  case Qt::Key_Escape:
+    if (m_isWalking) {
+      return stopWalk();
+    }
+    break;
   default:
-    QDialog::keyPressEvent(event);
+    break;
   }
+  QWidget::keyPressEvent(event);
 }
 
 } // namespace folivex

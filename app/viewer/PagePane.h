@@ -1,11 +1,11 @@
-// PageViewer: the window that shows a file's pages as they look, and what its words' positions are.
+// PagePane: shows a file's pages as they look, and what its words' positions are.
 #pragma once
 
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PageLoader.h"
 
 #include <QCache>
-#include <QDialog>
+#include <QWidget>
 
 #include <functional>
 #include <optional>
@@ -41,15 +41,19 @@ struct PickedRange {
   int vTo = 0;
 };
 
-/// Shown beside the other windows. A file is opened, read and drawn by a thread of its own.
-class PageViewer : public QDialog {
+/// A part of a window, or a window of its own. A file is opened, read and drawn by a thread of its
+/// own.
+class PagePane : public QWidget {
 public:
-  /// `library` must outlive the window.
-  explicit PageViewer(CPDFTextDumpInit& library, QWidget* parent = nullptr);
-  ~PageViewer() override;
+  explicit PagePane(QWidget* parent = nullptr);
+  ~PagePane() override;
+
+  /// Without a library nothing can be opened, and the pane says so. `library` must outlive it.
+  void setLibrary(CPDFTextDumpInit& library);
 
   /// Opens a file at its first page; the one that is open stays at its page.
   void openFile(const ViewedFile& file);
+  void closeFile();
   const ViewedFile& file() const { return m_file; }
 
   /// Turns to a page (from 1), or to the nearest that there is, as soon as the file is open.
@@ -75,11 +79,13 @@ public:
   void leaveMatch();
   void endWalk();
   std::function<void()> onNext;
-  std::function<void()> onStop; ///< the button, or the window was closed
+  std::function<void()> onStop; ///< the button, Escape, or the window was closed
 
-  void reject() override;
+  /// Another page is shown (from 1), or none any more (0).
+  std::function<void(int page)> onPageChanged;
 
 protected:
+  void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
@@ -90,9 +96,11 @@ private:
   QWidget* buildPickRow();
   void connectPage();
   void reload();
-  void opened(int pageCount, const QString& problem);
+  void opened(const OpenedFile& file);
   void arrived(const std::shared_ptr<const ViewedPage>& page);
   void turn(int pages);
+  void stopWalk();
+  void tellPage();
   enum class From { Top, Bottom };
   void showPage(int page, From from);
   void display(const std::shared_ptr<const ViewedPage>& page);
@@ -150,7 +158,7 @@ private:
   QLabel* m_pageProblem = nullptr;
   QPushButton* m_copy = nullptr;
 
-  PageLoader m_loader; ///< ends first: its answers use all of the above
+  std::unique_ptr<PageLoader> m_loader; ///< ends first: its answers use all of the above
 };
 
 } // namespace folivex

@@ -1,6 +1,6 @@
 // The controls of the page viewer and how they stand.
 #include "app/viewer/PageArea.h"
-#include "app/viewer/PageViewer.h"
+#include "app/viewer/PagePane.h"
 
 #include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
@@ -38,7 +38,7 @@ QToolButton* toolButton(QWidget* parent, const ToolText& text, std::function<voi
 
 } // namespace
 
-void PageViewer::buildControls() {
+void PagePane::buildControls() {
   m_area = new PageArea(this);
   m_canvas = m_area->canvas();
   m_state = named(new QLabel(this), "viewerState");
@@ -55,12 +55,10 @@ void PageViewer::buildControls() {
   m_pageProblem->hide();
 
   stack(this, {buildPageRow(), buildWalkRow(), {m_stack, 1}, m_pageProblem, buildPickRow()});
-  constexpr QSize startSize(820, 900);
-  resizeOnScreen(this, startSize);
   setTargets({});
 }
 
-QWidget* PageViewer::buildPageRow() {
+QWidget* PagePane::buildPageRow() {
   m_first = toolButton(this, {"firstPage", "«", "First page", "First page (Home)"},
                        [this] { goToPage(1); });
   m_previous = toolButton(
@@ -102,7 +100,7 @@ QWidget* PageViewer::buildPageRow() {
                            m_zoomText, m_zoomIn, m_fitWidth, m_fitPage, m_reload});
 }
 
-QWidget* PageViewer::buildWalkRow() {
+QWidget* PagePane::buildWalkRow() {
   m_walkText = named(new ElidedLabel(this), "walkText");
   m_nextMatch = sideButton("nextMatch", QStringLiteral("&Next"),
                            QStringLiteral("Go on to the next match"), this, [this] { onNext(); });
@@ -114,7 +112,7 @@ QWidget* PageViewer::buildWalkRow() {
   return m_walkRow;
 }
 
-QWidget* PageViewer::buildPickRow() {
+QWidget* PagePane::buildPickRow() {
   m_wordText = named(new ElidedLabel(this), "wordText");
   m_copy =
       sideButton("copyPosition", QStringLiteral("&Copy h,v"),
