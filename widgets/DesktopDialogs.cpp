@@ -53,6 +53,7 @@ bool DesktopDialogs::question(QWidget* over, const QString& text, const QString&
   QMessageBox box(QMessageBox::Question, caption, text, QMessageBox::Yes | QMessageBox::No, over);
   box.setTextFormat(Qt::PlainText);
   box.setEscapeButton(QMessageBox::No);
+  box.setDefaultButton(QMessageBox::No); // Enter pressed too soon sends and loses nothing
   return box.exec() == QMessageBox::Yes;
 }
 
@@ -61,6 +62,7 @@ int DesktopDialogs::choice(QWidget* over, const QString& text, const QString& ca
   QMessageBox box(QMessageBox::Question, caption, text, QMessageBox::Cancel, over);
   box.setTextFormat(Qt::PlainText);
   box.setEscapeButton(QMessageBox::Cancel);
+  box.setDefaultButton(QMessageBox::Cancel);
   QList<QAbstractButton*> buttons;
   for (const QString& answer : answers) {
     buttons += box.addButton(answer, QMessageBox::AcceptRole);

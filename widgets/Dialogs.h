@@ -24,10 +24,10 @@ public:
   virtual ~Dialogs() = default;
 
   virtual void message(QWidget* over, const QString& text) = 0;
-  /// True for Yes. Closing the box means No.
+  /// True for Yes. Enter, Escape and closing the box mean No.
   virtual bool question(QWidget* over, const QString& text, const QString& caption) = 0;
   /// Which of `answers`, texts of buttons, was chosen, from 0. There is "Cancel" beside them; it,
-  /// the Escape key and closing the box give noChoice.
+  /// Enter, Escape and closing the box give noChoice.
   static constexpr int noChoice = -1;
   virtual int choice(QWidget* over, const QString& text, const QString& caption,
                      const QStringList& answers) = 0;

@@ -363,8 +363,8 @@ bool CEmailListDlg::chooseRows() {
           ? 1
           : m_dialogs.choice(
                 this, QStringLiteral("Send selected only?"), caption(),
-                {QStringLiteral("&Yes, the %1 selected").arg(countWithCommas(selected.size())),
-                 QStringLiteral("&No, all %1").arg(countWithCommas(m_list.count()))});
+                {QStringLiteral("&Send the %1 selected").arg(countWithCommas(selected.size())),
+                 QStringLiteral("Send &all %1").arg(countWithCommas(m_list.count()))});
   if (chosen == Dialogs::noChoice) {
     return false;
   }
@@ -392,22 +392,21 @@ bool CEmailListDlg::wantsDoubtful() {
       m_toSend.countOf([](const EmailEntry& entry) { return entry.isUnchecked; });
   const std::size_t mixed = m_toSend.countOf(
       [](const EmailEntry& entry) { return entry.addressesDiffer || entry.holdsEarlierPages; });
-  if (unchecked > 0 &&
-      !m_dialogs.question(this,
-                          QStringLiteral("Of %1 nothing tells whether the files are still those "
-                                         "that were written, nor whether the e-mails went out "
-                                         "before.\n\nSend them with what the files hold now?")
-                              .arg(mailCount(unchecked)),
-                          caption())) {
-    return false;
+  QString doubts;
+  if (unchecked > 0) {
+    doubts += QStringLiteral("Of %1 nothing tells whether the files are still those that were "
+                             "written, nor whether the e-mails went out before.\n\n")
+                  .arg(mailCount(unchecked));
   }
-  if (mixed > 0 &&
-      !m_dialogs.question(this,
-                          QStringLiteral("Files of %1 hold pages with different addresses, or of "
-                                         "earlier runs: somebody may get another one's pages. The "
-                                         "column File names them.\n\nSend them all the same?")
-                              .arg(mailCount(mixed)),
-                          caption())) {
+  if (mixed > 0) {
+    doubts += QStringLiteral("Files of %1 hold pages with different addresses, or of earlier runs: "
+                             "somebody may get another one's pages. The column File names them."
+                             "\n\n")
+                  .arg(mailCount(mixed));
+  }
+  if (!doubts.isEmpty() &&
+      m_dialogs.choice(this, doubts + QStringLiteral("Send with what the files hold now?"),
+                       caption(), {QStringLiteral("&Send all the same")}) != 0) {
     return false;
   }
   for (const std::size_t row : m_rowsToSend) {

@@ -2,6 +2,7 @@
 #include "mail/windows/CEmailListDlg.h"
 #include "mail/windows/EmailModel.h"
 #include "tests/mailwindows/MailWindows.h"
+#include "widgets/DesktopDialogs.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -195,6 +196,59 @@ TEST_F(EmailListDialog, TheViewNeverChangesWhatIsSentNorItsOrder) {
   EXPECT_EQ(dialogs.messages, QStringList("None of the selected rows has an address."));
 }
 
+/// With the boxes of the desktop: only a button that says so sends, and no key pressed too soon.
+TEST_F(MailWindows, NothingIsSentButByTheButtonThatSaysSo) {
+  DesktopDialogs desktop;
+  CEmailListDlg list(desktop, nullptr);
+  EmailEntries entries(3);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    entries[i].address = QStringLiteral("%1@x.example").arg(i);
+  }
+  entries[0].addressesDiffer = true;
+  EmailList filled;
+  filled.setEntries(entries, {});
+  list.showRun(std::move(filled), {});
+  const auto key = [](Qt::Key pressed) {
+    return [pressed](QDialog* box) { QTest::keyClick(box, pressed); };
+  };
+  const auto button = [](const QString& text) {
+    return [text](QDialog* box) {
+      for (QPushButton* each : box->findChildren<QPushButton*>()) {
+        if (each->text() == text) {
+          return each->click();
+        }
+      }
+      ADD_FAILURE() << "no button " << text.toStdString();
+      box->reject();
+    };
+  };
+  using Steps = std::vector<std::function<void(QDialog*)>>;
+  const auto sends = [&list](const Steps& steps) {
+    list.show();
+    tableOf(&list)->selectRow(1);
+    DialogScript script;
+    for (const auto& step : steps) {
+      script.then("", step);
+    }
+    click(&list, "send");
+    return list.isVisible() ? 0 : int(list.toSend().count());
+  };
+  EXPECT_EQ(sends({key(Qt::Key_Escape)}), 0);
+  EXPECT_EQ(sends({key(Qt::Key_Return)}), 0);
+  EXPECT_EQ(sends({[](QDialog* box) { box->close(); }}), 0);
+  EXPECT_EQ(sends({button("&Send the 1 selected")}), 1);
+  EXPECT_EQ(sends({button("Send &all 3"), key(Qt::Key_Escape)}), 0);
+  EXPECT_EQ(sends({button("Send &all 3"), key(Qt::Key_Return)}), 0);
+  EXPECT_EQ(sends({button("Send &all 3"), button("&Send all the same")}), 3);
+  // The filter hides what would go out.
+  typeInto(&list, "filter", "2@");
+  tableOf(&list)->clearSelection();
+  DialogScript hidden(key(Qt::Key_Return));
+  list.show();
+  click(&list, "send");
+  EXPECT_TRUE(list.isVisible());
+}
+
 /// Somebody stamps or signs the files before they go out: a person looks and accepts, row by row.
 TEST_F(EmailListDialog, AFileThatChangedIsShownAndAcceptedAsItIs) {
   EmailEntries entries;
@@ -224,8 +278,7 @@ TEST_F(EmailListDialog, AFileThatChangedIsShownAndAcceptedAsItIs) {
   EXPECT_FALSE(control<QPushButton>(&list, "acceptFile")->isVisible());
   EXPECT_EQ(list.list().rows()[0].entry.identity, platform::FileDigest::of(at("1.pdf")));
   // Pages of different people go out only when somebody says so.
-  dialogs.choices = {1, 1};
-  dialogs.answers = {false, true};
+  dialogs.choices = {1, Dialogs::noChoice, 1, 0};
   click(&list, "send");
   EXPECT_TRUE(list.isVisible());
   click(&list, "send");

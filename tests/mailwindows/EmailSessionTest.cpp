@@ -4,12 +4,10 @@
 #include "mail/windows/CEmailListDlg.h"
 #include "mail/windows/RunSendTest.h"
 #include "tests/mailwindows/MailWindows.h"
-#include "widgets/DesktopDialogs.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 
 namespace folivex::testing {
 namespace {
@@ -254,7 +252,7 @@ TEST_F(MailSession, GoesOnWhereAnEarlierRunBrokeOff) {
 TEST_F(MailSession, AListWithoutAJournalIsNotSentUnasked) {
   haveList({"a@x.example"});
   QFile::remove(SendJournal::pathBeside(at("list.lst")));
-  dialogs.answers = {false, true};
+  dialogs.choices = {Dialogs::noChoice, 0};
   script.then("CEmailListDlg", [](QDialog* list) {
     EXPECT_TRUE(waitUntil([list] { return shownIn(list).size() == 1; }));
     click(list, "send");
@@ -318,26 +316,6 @@ TEST_F(MailSession, ARunThatDiedIsGoneOnWith) {
   EXPECT_EQ(server.taken(), QStringList("b@x.example"));
   setup.findString = "other:";
   EXPECT_FALSE(session.goOn(setup));
-}
-
-/// Escape and the close box are Cancel; the buttons say what they do.
-TEST(DesktopQuestions, EscapeChoosesNothing) {
-  DesktopDialogs dialogs;
-  for (const auto& [button, chosen] : {std::pair(QString(), int(Dialogs::noChoice)),
-                                       {"&Yes, the 3 selected", 0},
-                                       {"&No, all", 1}}) {
-    DialogScript next([&](QDialog* box) {
-      for (QPushButton* each : box->findChildren<QPushButton*>()) {
-        if (!button.isEmpty() && each->text() == button) {
-          return each->click();
-        }
-      }
-      box->reject();
-    });
-    EXPECT_EQ(dialogs.choice(nullptr, "Send selected only?", "Email List to Send",
-                             {"&Yes, the 3 selected", "&No, all"}),
-              chosen);
-  }
 }
 
 TEST_F(MailSession, ABatchWaitsForNobody) {
