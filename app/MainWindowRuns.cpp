@@ -81,7 +81,7 @@ public:
   int count() const override { return 0; }
   QString useFlag(int /*row*/) const override { return {}; }
   QString path(int /*row*/) const override { return {}; }
-  void setStatus(int /*row*/, const QString& /*status*/) override {}
+  void setStatus(int /*row*/, const QString& /*status*/, const QString& /*result*/) override {}
   void showRow(int /*row*/) override {}
 };
 

@@ -32,10 +32,13 @@ void BatchEntries::change(RowChange change, RowRange rows, const std::function<v
   m_watcher ? m_watcher->onChange(change, rows, makeAndCount) : makeAndCount();
 }
 
-void BatchEntries::setStatus(int row, const QString& status) {
+void BatchEntries::setStatus(int row, const QString& status, const QString& result) {
   if (has(row)) {
-    change(RowChange::Changed, {row, row},
-           [&] { m_entries[static_cast<std::size_t>(row)].status = status; });
+    change(RowChange::Changed, {row, row}, [&] {
+      BatchEntry& entry = m_entries[static_cast<std::size_t>(row)];
+      entry.status = status;
+      entry.result = result;
+    });
   }
 }
 
@@ -75,12 +78,43 @@ void BatchEntries::remove(const std::vector<RowRange>& ranges) {
       static_cast<int>(first - isGone.begin()),
       static_cast<int>((isOneRange ? behind : isGone.end()) - isGone.begin()) - 1};
   // Views walk all their rows for each range that goes, so many ranges are one change to them.
-  change(isOneRange ? RowChange::Removed : RowChange::RemovedAllOver, touched, [&] {
-    std::size_t row = 0;
-    std::erase_if(m_entries, [&](const BatchEntry&) { return isGone[row++]; });
+  change(isOneRange ? RowChange::Removed : RowChange::AllOver, touched, [&] {
+    std::vector<RemovedRow> removed;
+    std::vector<BatchEntry> kept;
+    kept.reserve(m_entries.size());
+    for (std::size_t row = 0; row < m_entries.size(); ++row) {
+      if (isGone[row]) {
+        removed.push_back({static_cast<int>(row), std::move(m_entries[row])});
+      } else {
+        kept.push_back(std::move(m_entries[row]));
+      }
+    }
+    m_entries = std::move(kept);
+    m_removed.push_back(std::move(removed));
     if (!isOneRange) {
       countIn({touched.first, count() - 1}, +1);
     }
+  });
+}
+
+void BatchEntries::bringBack() {
+  if (m_removed.empty()) {
+    return;
+  }
+  change(RowChange::AllOver, {0, count() - 1}, [&] {
+    std::vector<BatchEntry> all;
+    all.reserve(m_entries.size() + m_removed.back().size());
+    auto next = m_entries.begin();
+    for (RemovedRow& removed : m_removed.back()) {
+      while (next != m_entries.end() && static_cast<int>(all.size()) < removed.row) {
+        all.push_back(std::move(*next++));
+      }
+      all.push_back(std::move(removed.entry));
+    }
+    std::move(next, m_entries.end(), std::back_inserter(all));
+    m_entries = std::move(all);
+    m_removed.pop_back();
+    countIn({0, count() - 1}, +1);
   });
 }
 

@@ -18,7 +18,7 @@ struct RowRange {
 enum class RowChange {
   Added,
   Removed,
-  RemovedAllOver, ///< whatever the range is
+  AllOver, ///< rows came or went in many places
   Changed
 };
 
@@ -42,7 +42,7 @@ public:
   int count() const override { return static_cast<int>(m_entries.size()); }
   QString useFlag(int row) const override { return at(row).useFlag; }
   QString path(int row) const override { return at(row).path; }
-  void setStatus(int row, const QString& status) override;
+  void setStatus(int row, const QString& status, const QString& result) override;
   void showRow(int row) override;
 
   /// An empty entry when there is no such row.
@@ -58,6 +58,9 @@ public:
   void clear();
   /// In any order; overlapping ranges are fine.
   void remove(const std::vector<RowRange>& ranges);
+  /// Puts back the rows that went last, to where they stood; the next call those before them.
+  void bringBack();
+  bool canBringBack() const { return !m_removed.empty(); }
 
   /// Changes places with the row above or below; returns where the row stands now, or -1 when
   /// nothing moved.
@@ -73,7 +76,13 @@ private:
   void swapWithNext(int row);
   void countIn(RowRange rows, int sign);
 
+  struct RemovedRow {
+    int row = 0; ///< as it stood
+    BatchEntry entry;
+  };
+
   std::vector<BatchEntry> m_entries;
+  std::vector<std::vector<RemovedRow>> m_removed; ///< rows that went at once, in their order
   BatchEntriesWatcher* m_watcher = nullptr;
   int m_inUse = 0;
   int m_done = 0;

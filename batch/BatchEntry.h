@@ -6,9 +6,10 @@
 namespace folivex {
 
 struct BatchEntry {
-  QString useFlag; ///< "Yes", "No", or "Yes, No Stamp", which only a save knows
-  QString path;    ///< whole path of the PDF file; nobody has looked whether it is there
-  QString status;  ///< "Ready.", or what the run says about it
+  QString useFlag;     ///< "Yes", "No", or "Yes, No Stamp", which only a save knows
+  QString path;        ///< whole path of the PDF file; nobody has looked whether it is there
+  QString status;      ///< "Ready.", or what the run says about it
+  QString result = {}; ///< pages, outputs and what went wrong, once a run knows; in no list file
 
   bool operator==(const BatchEntry&) const = default;
 };

@@ -14,7 +14,7 @@ namespace folivex {
 namespace {
 
 constexpr std::array<const char*, BatchModel::columnCountAll> headers = {"Use", "Filename",
-                                                                         "Status"};
+                                                                         "Status", "Result"};
 
 /// A name may hold line breaks and the like; each is shown as its picture, on one line.
 QString onOneLine(QString text) {
@@ -35,6 +35,8 @@ QString cellText(const BatchEntry& entry, int column) {
     return entry.useFlag;
   case BatchModel::Filename:
     return onOneLine(entry.path);
+  case BatchModel::Result:
+    return onOneLine(entry.result);
   default:
     return entry.status;
   }
@@ -44,7 +46,7 @@ QVariant cellColor(const BatchEntry& entry, int column) {
   if (column == BatchModel::Status && entry.status == statusDone) {
     return successColor();
   }
-  if (column == BatchModel::Status && entry.status == statusFileError) {
+  if (column >= BatchModel::Status && entry.status == statusFileError) {
     return problemColor();
   }
   if (entry.useFlag != useYes) {
@@ -125,7 +127,7 @@ void BatchModel::onChange(RowChange change, RowRange rows, const std::function<v
     make();
     endRemoveRows();
     break;
-  case RowChange::RemovedAllOver:
+  case RowChange::AllOver:
     beginResetModel();
     make();
     endResetModel();

@@ -11,7 +11,7 @@ namespace folivex {
 
 class BatchModel : public QAbstractTableModel, private BatchEntriesWatcher {
 public:
-  enum Column { Use, Filename, Status, columnCountAll };
+  enum Column { Use, Filename, Status, Result, columnCountAll };
 
   /// Watches `rows` as long as it lives; they must outlive it.
   explicit BatchModel(BatchEntries& rows);

@@ -12,7 +12,7 @@ namespace folivex {
 
 namespace {
 
-constexpr std::array<int, BatchModel::columnCountAll> initialWidths = {82, 460, 80}; // pixels
+constexpr std::array<int, BatchModel::columnCountAll> initialWidths = {82, 460, 80, 320}; // pixels
 
 } // namespace
 

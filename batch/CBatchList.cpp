@@ -88,6 +88,11 @@ void CBatchList::buildMenus() {
                  &CBatchList::moveDown),
       addCommand(action, "toggle", "&Toggle use", "Use the selected rows, or leave them out",
                  &CBatchList::toggleSelected)};
+  action->addSeparator();
+  m_undo = addCommand(action, "undo", "U&ndo removal",
+                      "Put the rows back that were taken off the list last. While no row is "
+                      "selected Ctrl+Z does it, else it moves the row",
+                      &CBatchList::undo);
   m_editingSelected[0]->setShortcut(Qt::Key_Delete);
   m_editingSelected[1]->setShortcut(Qt::CTRL | Qt::Key_A);
   m_editingSelected[2]->setShortcut(Qt::CTRL | Qt::Key_Z);
@@ -99,7 +104,10 @@ void CBatchList::buildMenus() {
 }
 
 void CBatchList::connectTable() {
-  m_model.onChanged = [this] { updateControls(); };
+  m_model.onChanged = [this] {
+    tell({}); // what was said of the rows may be true no more
+    updateControls();
+  };
   m_model.onShowRow = [this](int row) { m_table->scrollToRow(row); };
   connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { updateControls(); });
@@ -134,6 +142,9 @@ void CBatchList::updateControls() {
   for (QAction* action : m_editingSelected) {
     action->setEnabled(editable && selected);
   }
+  m_undo->setEnabled(editable && m_rows.canBringBack());
+  m_undo->setShortcut(selected ? QKeySequence(Qt::ALT | Qt::Key_Backspace)
+                               : QKeySequence(QKeySequence::Undo));
   m_clearAll->setEnabled(editable && m_rows.count() > 0);
   m_process->setEnabled(editable && onProcessList && m_rows.inUse() > 0);
   m_countLine->setText(BatchCommands::countText(m_rows));
@@ -232,6 +243,10 @@ void CBatchList::deleteSelected() {
   m_table->goTo(std::min(first, m_rows.count() - 1));
 }
 
+void CBatchList::undo() {
+  m_rows.bringBack();
+}
+
 void CBatchList::moveUp() {
   move(&BatchEntries::moveUp);
 }
@@ -256,7 +271,6 @@ void CBatchList::toggleSelected() {
 
 void CBatchList::clearAll() {
   m_rows.clear();
-  tell({});
 }
 
 void CBatchList::processList() {

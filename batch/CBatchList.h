@@ -57,6 +57,7 @@ private:
   void saveListAs();
   void closeList();
   void deleteSelected();
+  void undo();
   void moveUp();
   void moveDown();
   void toggleSelected();
@@ -76,6 +77,7 @@ private:
   BatchTable* m_table = nullptr;
   QPushButton* m_process = nullptr;
   QPushButton* m_clearAll = nullptr;
+  QAction* m_undo = nullptr;
   std::vector<QAction*> m_editing;         ///< only while the rows may be changed
   std::vector<QAction*> m_editingSelected; ///< and only with something selected
 };

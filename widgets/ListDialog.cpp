@@ -61,9 +61,12 @@ void ListDialog::resizeToShow(const ListTable& table, int rows, int beside) {
 }
 
 void ListDialog::tell(const CommandWords& words) {
-  m_notice->setText(breakable(words.notice));
-  m_notice->setToolTip(cellToolTip(words.notice));
-  m_notice->setVisible(!words.notice.isEmpty());
+  if (!words.notice.isEmpty() ||
+      !m_notice->isHidden()) { // else a long scan would lay out for each row
+    m_notice->setText(breakable(words.notice));
+    m_notice->setToolTip(cellToolTip(words.notice));
+    m_notice->setVisible(!words.notice.isEmpty());
+  }
   if (!words.message.isEmpty()) {
     m_dialogs.message(this, words.message);
   }

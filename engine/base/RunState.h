@@ -39,6 +39,8 @@ struct RunState {
   QString ocrFile;               ///< the OCR'd copy of the source, empty when there is none
   std::shared_ptr<void> ocrHold; ///< as long as it lives, nobody changes that copy
   RunError error = RunError::None;
+  QString
+      problem; ///< why, where that is one sentence; empty where the notes tell it output by output
 
   bool mustEnd() const { return userStop || abortRun; }
 };

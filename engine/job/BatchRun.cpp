@@ -2,42 +2,48 @@
 
 #include "platform/FileSystem.h"
 
+#include <QFileInfo>
+
 namespace folivex {
 
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
-                     const std::function<RowEnd(const QString& path)>& processFile) {
+                     const std::function<RowResult(const QString& path)>& processFile) {
   const QString fileError = QStringLiteral("file error");
-  BatchResult result;
+  BatchResult batch;
   if (rows.count() == 0) {
     person.message(QStringLiteral("You must prepare a list first or load one"));
-    return result;
+    return batch;
   }
-  for (int row = 0; row < rows.count() && !result.stopped; ++row) {
+  for (int row = 0; row < rows.count() && !batch.stopped; ++row) {
     person.handlePendingEvents();
     if (rows.useFlag(row) != QStringLiteral("Yes")) {
       continue;
     }
     const QString path = rows.path(row);
     if (!platform::isReadableFile(path)) {
-      rows.setStatus(row, fileError);
+      rows.setStatus(row, fileError,
+                     QFileInfo::exists(path) ? QStringLiteral("The file cannot be read.")
+                                             : QStringLiteral("The file is not there."));
       person.note(QStringLiteral("%1: the file cannot be opened").arg(path));
       continue;
     }
-    rows.setStatus(row, QStringLiteral("Processing"));
-    ++result.processed;
+    rows.setStatus(row, QStringLiteral("Processing"), {});
+    ++batch.processed;
     const bool automationBefore = state.automation;
     state.automation = true;
-    const RowEnd end = processFile(path);
+    const RowResult result = processFile(path);
     state.automation = automationBefore;
     // The next file would clear the flag: a Stop ends the whole batch.
-    result.stopped = state.userStop;
-    rows.setStatus(row, end == RowEnd::Stopped ? QStringLiteral("Stopped")
-                        : end == RowEnd::Done  ? QStringLiteral("Done")
-                                               : fileError);
+    batch.stopped = state.userStop;
+    rows.setStatus(row,
+                   result.end == RowEnd::Stopped ? QStringLiteral("Stopped")
+                   : result.end == RowEnd::Done  ? QStringLiteral("Done")
+                                                 : fileError,
+                   result.text);
     rows.showRow(row);
   }
-  person.message(QStringLiteral("Done!\n\n%1 files processed").arg(result.processed));
-  return result;
+  person.message(QStringLiteral("Done!\n\n%1 files processed").arg(batch.processed));
+  return batch;
 }
 
 } // namespace folivex

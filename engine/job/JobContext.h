@@ -32,6 +32,7 @@ struct JobContext {
   }
   RunError fail(RunError error, const QString& text) const {
     state.error = error;
+    state.problem = text;
     tell(text);
     return error;
   }

@@ -204,6 +204,28 @@ void JobDriver::ListPagePositions(int page) {
   listPagePositions(begin(), m_job, page);
 }
 
+RowResult JobDriver::processRow(const QString& path,
+                                const std::function<void(const QString& source)>& onProcessed) {
+  m_store.edited().fileName = path;
+  const RunError error = StartProcessing();
+  const bool stopped = m_state.userStop; // in the split, not while its mails go out
+  QStringList told;
+  if (!m_state.problem.isEmpty()) {
+    told += m_state.problem.startsWith(path + QStringLiteral(": "))
+                ? m_state.problem.mid(path.size() + 2)
+                : m_state.problem;
+  }
+  if (m_outcome.account.pageCount() > 0 && !m_store.working().createList) {
+    told += m_outcome.account.summary(m_outcome.writtenFiles);
+  }
+  if (wasProcessed(error) && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
+    onProcessed(path);
+  }
+  // Settings that could not be saved are no fault of the file.
+  const bool isDone = error == RunError::None || error == RunError::SetupFile;
+  return {stopped ? RowEnd::Stopped : isDone ? RowEnd::Done : RowEnd::Failed, told.join(u' ')};
+}
+
 BatchResult JobDriver::ProcessBatch(BatchRows& rows,
                                     const std::function<void(const QString& source)>& onProcessed) {
   QStringList sources;
@@ -213,17 +235,14 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
   m_batch.begin(sources);
   m_isList = true;
   m_isUnsavedTold = false;
+  const QString fileName = m_store.edited().fileName;
   const BatchResult result = runBatch(rows, m_state, m_job.person, [&](const QString& path) {
-    m_store.edited().fileName = path;
-    const RunError error = StartProcessing();
-    const bool stopped = m_state.userStop; // in the split, not while its mails go out
-    if (wasProcessed(error) && onProcessed && !m_state.userStop && m_state.outputCount > 0) {
-      onProcessed(path);
-    }
-    // Settings that could not be saved are no fault of the file.
-    const bool isDone = error == RunError::None || error == RunError::SetupFile;
-    return stopped ? RowEnd::Stopped : isDone ? RowEnd::Done : RowEnd::Failed;
+    return processRow(path, onProcessed);
   });
+  if (result.processed > 0) {
+    m_store.edited().fileName = fileName;
+    saveDefaultSetup(); // the next start finds it, too
+  }
   m_isList = m_isUnsavedTold = false;
   m_batch.end();
   return result;

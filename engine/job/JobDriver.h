@@ -51,7 +51,8 @@ public:
   void ListPagePositions(int page);
 
   /// Processes every row in use, in automation mode. `onProcessed`, which may be empty, is told of
-  /// each source that has outputs, while emails() are still its own.
+  /// each source that has outputs, while emails() are still its own. The file that the settings
+  /// name is afterwards that of before.
   BatchResult ProcessBatch(BatchRows& rows,
                            const std::function<void(const QString& source)>& onProcessed = {});
 
@@ -84,6 +85,8 @@ private:
   void clearFolder(const SplitSetup& setup);
   RunError runLocked(const SplitSetup& setup);
   bool saveDefaultSetup();
+  RowResult processRow(const QString& path,
+                       const std::function<void(const QString& source)>& onProcessed);
 
   SetupStore& m_store;
   RunState m_state;

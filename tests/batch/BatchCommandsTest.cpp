@@ -58,10 +58,10 @@ TEST_F(Commands, CountsInWords) {
   m_rows.append({entry("Yes", "a")});
   EXPECT_EQ(BatchCommands::countText(m_rows), "1 file, 1 in use.");
   m_rows.append({entry("No", "b"), entry("Yes", "c")});
-  m_rows.setStatus(0, "Done");
-  m_rows.setStatus(2, "file error");
+  m_rows.setStatus(0, "Done", {});
+  m_rows.setStatus(2, "file error", {});
   EXPECT_EQ(BatchCommands::countText(m_rows), "3 files, 2 in use; 1 done; 1 file error.");
-  m_rows.setStatus(0, "Processing"); // in a second run
+  m_rows.setStatus(0, "Processing", {}); // in a second run
   EXPECT_EQ(BatchCommands::countText(m_rows), "3 files, 2 in use; 1 file error.");
 
   const ScanResult result{

@@ -24,7 +24,7 @@ protected:
 } // namespace
 
 TEST_F(Entries, ChangesStayWithinTheList) {
-  m_rows.setStatus(1, "Done");
+  m_rows.setStatus(1, "Done", {});
   EXPECT_EQ(m_rows.moveUp(1), 0);
   EXPECT_EQ(texts(m_rows.all()).first(2), (QStringList{"No b: Done", "Yes a"}));
   EXPECT_EQ(m_rows.moveDown(3), 4);
@@ -34,8 +34,8 @@ TEST_F(Entries, ChangesStayWithinTheList) {
   for (const int row : {-1, 4, 5}) {
     EXPECT_EQ(m_rows.moveDown(row), -1) << row;
   }
-  m_rows.setStatus(5, "Done");
-  m_rows.setStatus(-1, "Done");
+  m_rows.setStatus(5, "Done", {});
+  m_rows.setStatus(-1, "Done", {});
   m_rows.showRow(5);
   EXPECT_EQ(m_rows.path(5), QString());
   EXPECT_EQ(m_rows.done(), 1);
@@ -62,5 +62,11 @@ TEST_F(Entries, DeletedRangesMayOverlapAndLieOutside) {
     m_rows.remove(ranges);
     EXPECT_EQ(order(), left);
     EXPECT_EQ(m_rows.inUse(), order().count('a') + order().count('c')) << left;
+    if (order() != "abcde") {
+      m_rows.append({entry("Yes", "z")}); // and stays where it is
+      m_rows.bringBack();
+      EXPECT_EQ(order(), "abcdez") << left;
+      EXPECT_EQ(m_rows.inUse(), 3) << left;
+    }
   }
 }

@@ -82,6 +82,45 @@ TEST_F(BatchListDialog, KeysMoveDeleteAndToggle) {
   EXPECT_EQ(order(), "bc");
 }
 
+/// In steps, and whatever took them off. With a row selected the key goes on moving it.
+TEST_F(BatchListDialog, RowsThatWereTakenOffComeBack) {
+  fill("abcde");
+  clickRow(1);
+  clickRow(3, Qt::ControlModifier);
+  press(Qt::Key_Delete);
+  click(&m_list, "clearAll");
+  m_dialogs.files = {{}};
+  choose("loadList"); // and given up
+  EXPECT_EQ(order(), "");
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(order(), "ace");
+  clickRow(0);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(order(), "cae");
+  press(Qt::Key_Backspace, Qt::AltModifier);
+  EXPECT_EQ(order(), "cbade");
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(order(), "cbade") << "nothing is left to come back";
+  EXPECT_EQ(label("countLine"), "5 files, 5 in use.");
+}
+
+/// What was said of rows goes with them.
+TEST_F(BatchListDialog, ANoticeGoesWhenItIsNoLongerTrue) {
+  write("in/a.pdf");
+  const auto noticeAfter = [this](const std::function<void()>& change) {
+    EXPECT_TRUE(drop({at("in")}));
+    EXPECT_TRUE(waitUntil([this] { return label("notice").contains("added"); }));
+    change();
+    return control<QLabel>(&m_list, "notice")->isVisible();
+  };
+  EXPECT_FALSE(noticeAfter([this] { click(&m_list, "clearAll"); }));
+  EXPECT_FALSE(noticeAfter([this] {
+    clickRow(0);
+    choose("delete");
+  }));
+  EXPECT_FALSE(noticeAfter([this] { m_list.rows().setStatus(0, "Done", {}); }));
+}
+
 TEST_F(BatchListDialog, ContextMenu) {
   fill("abc");
   clickRow(1);
@@ -156,17 +195,19 @@ TEST_F(BatchListDialog, RowsAreLeftAloneWhileTheyAreProcessed) {
         EXPECT_FALSE(control<QWidget>(&m_list, "clearAll")->isEnabled());
         EXPECT_FALSE(control<QWidget>(&m_list, "processList")->isEnabled());
       }
-      return calls == 2 ? RowEnd::Failed : RowEnd::Done;
+      return RowResult{calls == 2 ? RowEnd::Failed : RowEnd::Done, QString::number(calls)};
     });
     m_list.setRunning(false);
   };
-  m_list.rows().setStatus(0, "Ready."); // the button learns of its handler with any change
+  m_list.rows().setStatus(0, "Ready.", {}); // the button learns of its handler with any change
   click(&m_list, "processList");
   EXPECT_EQ(calls, 40);
   EXPECT_EQ(repainted[39], 2) << "the view does not learn of both statuses";
   QStringList after = before;
-  after.replaceInStrings("Ready.", "Done");
-  after[1].replace("Done", "file error");
+  for (int row = 0; row < after.size(); ++row) {
+    after[row].replace("Ready.",
+                       row == 1 ? "file error|2" : QStringLiteral("Done|%1").arg(row + 1));
+  }
   EXPECT_EQ(shown(), after);
   EXPECT_TRUE(table()->viewport()->rect().contains(placeOf(39))) << "the last row is out of sight";
   EXPECT_EQ(label("countLine"), "40 files, 40 in use; 39 done; 1 file error.");

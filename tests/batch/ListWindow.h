@@ -24,7 +24,7 @@ protected:
   void choose(const char* action) { control<QAction>(&m_list, action)->trigger(); }
   QString label(const char* name) { return control<QLabel>(&m_list, name)->text(); }
 
-  /// As the view shows them: "Yes|a.pdf|Ready."
+  /// As the view shows them: "Yes|a.pdf|Ready.", and what came of it behind that
   QStringList shown() {
     QStringList rows;
     const QAbstractItemModel* model = table()->model();
@@ -33,6 +33,7 @@ protected:
       for (int column = 0; column < model->columnCount(); ++column) {
         cells += model->index(row, column).data().toString();
       }
+      cells.removeAll(QString());
       rows += cells.join('|');
     }
     return rows;

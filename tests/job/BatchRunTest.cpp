@@ -15,12 +15,16 @@ public:
     QString path;
     QString use = QStringLiteral("Yes");
     QString status = QStringLiteral("Ready.");
+    QString result = {};
   };
 
   int count() const override { return static_cast<int>(rows.size()); }
   QString useFlag(int row) const override { return rows[row].use; }
   QString path(int row) const override { return rows[row].path; }
-  void setStatus(int row, const QString& status) override { rows[row].status = status; }
+  void setStatus(int row, const QString& status, const QString& result) override {
+    rows[row].status = status;
+    rows[row].result = result;
+  }
   void showRow(int row) override { shown += QString::number(row); }
 
   QList<Row> rows;
@@ -67,6 +71,30 @@ TEST_F(Batch, FileThatCannotBeProcessedIsMarkedAndTheRestProcessed) {
   EXPECT_EQ(m_person.notes.filter("in/c.pdf_report.txt, try changing").size(), 1);
   EXPECT_EQ(m_person.notes.filter("the file cannot be opened").size(), 3);
   EXPECT_FALSE(driver().state().automation);
+  // Each row says what came of it: why it failed, or where its pages went.
+  const char* results[] = {"The file is not there.",
+                           "cannot be opened for splitting: ",
+                           "The file cannot be read.",
+                           "The file cannot be read.",
+                           "in/c.pdf_report.txt, try changing",
+                           "1 page(s): 1 in 1 file(s)."};
+  for (int row = 0; row < m_rows.rows.size(); ++row) {
+    const QString result = m_rows.rows[row].result;
+    EXPECT_TRUE(result.contains(results[row])) << result.toStdString();
+    EXPECT_FALSE(result.startsWith(m_rows.rows[row].path + ": ")) << result.toStdString();
+  }
+}
+
+/// Who goes on with the file of before must not split the last one of the list by mistake, now or
+/// after the next start.
+TEST_F(Batch, TheFileOfTheSettingsStaysTheirs) {
+  setup().fileName = "/in/mine.pdf";
+  EXPECT_EQ(batch({{pdf("a")}, {pdf("b")}}), "Done|Done");
+  EXPECT_EQ(setup().fileName, "/in/mine.pdf");
+  EXPECT_EQ(m_store.working().fileName, "/in/mine.pdf");
+  SetupStore next;
+  ASSERT_TRUE(next.LoadSetup(next.DefaultSetupPath()).ok());
+  EXPECT_EQ(next.edited().fileName, "/in/mine.pdf");
 }
 
 TEST_F(Batch, SettingsThatCannotBeSavedAreNoFaultOfTheFiles) {
