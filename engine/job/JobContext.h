@@ -10,15 +10,8 @@ class CAppendPdfInit;
 class CPDFTextDumpInit;
 class CSplitPdfInit;
 
-/// Owns nothing.
-struct JobContext {
-  struct Libraries {
-    CPDFTextDumpInit& text;
-    CSplitPdfInit& split;
-    CAppendPdfInit& append;
-  };
-
-  Libraries libraries;
+/// The person and the state of one run, which may be a run that only plans. Owns nothing.
+struct RunContext {
   Operator& person;
   RunState& state;
 
@@ -36,6 +29,17 @@ struct JobContext {
     tell(text);
     return error;
   }
+};
+
+/// With the libraries, whose page-by-page states belong to the thread that runs jobs.
+struct JobContext : RunContext {
+  struct Libraries {
+    CPDFTextDumpInit& text;
+    CSplitPdfInit& split;
+    CAppendPdfInit& append;
+  };
+
+  Libraries libraries;
 };
 
 } // namespace folivex

@@ -2,6 +2,7 @@
 
 #include "engine/job/OutputFolder.h"
 #include "engine/job/PageLooks.h"
+#include "engine/job/PlanRun.h"
 #include "engine/job/SourceFile.h"
 #include "engine/job/SplitRun.h"
 #include "engine/report/ReportPaths.h"
@@ -34,7 +35,7 @@ bool wasProcessed(RunError error) {
 } // namespace
 
 JobDriver::JobDriver(SetupStore& store, Libraries libraries, Operator& person)
-    : m_store(store), m_job{libraries, person, m_state}, m_batch(person, m_state),
+    : m_store(store), m_job{{person, m_state}, libraries}, m_batch(person, m_state),
       m_folderWritable(currentFolderIsWritable()) {}
 
 void JobDriver::Stop() {
@@ -53,10 +54,7 @@ SplitSetup JobDriver::begin() {
   m_state.commandLine = commandLine;
   m_outcome = RunOutcome();
   m_batch.namesTaken(); // by a run that ended early
-  SplitSetup setup = m_store.working();
-  setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
-  setup.outputDir = outputFolderOf(setup, setup.fileName);
-  return setup;
+  return runSetup(m_store.working());
 }
 
 /// Empty when nothing is to be cleared: a folder that nobody named is never cleared.
@@ -172,21 +170,28 @@ int JobDriver::PageCount(const SplitSetup& setup, QString& problem) const {
 
 SplitPlan JobDriver::Plan() {
   const SplitSetup setup = begin();
-  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
+  SplitPlan plan;
+  if (plan.problem = contradictionIn(setup); !plan.problem.isEmpty()) {
     m_state.error = RunError::Contradiction;
-    SplitPlan refused;
-    refused.problem = contradiction;
-    return refused;
+    return plan;
+  }
+  SourceFile file(m_job);
+  const int pageCount = file.openForSplitting(setup);
+  if (pageCount == 0) {
+    plan.problem = file.problem();
+    m_state.error = RunError::Unreadable;
+    return plan;
   }
   const QString cleared = folderToClear(setup.outputDir);
-  const auto isGone = [&](const QString& path) {
-    return !cleared.isEmpty() && isClearedWithFolder(cleared, m_batch.kept(setup.fileName), path);
-  };
-  SplitPlan plan =
-      planSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, isGone);
-  if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
-    plan.notes.prepend(finding);
-  }
+  const QStringList kept = m_batch.kept(setup.fileName);
+  TextLibraryWords words = file.words(setup);
+  planPages({setup, m_job, m_batch.names(setup.reportUseFileList), addressReaderFor(setup).get(),
+             file.scanned(),
+             [&](const QString& path) {
+               return !cleared.isEmpty() && isClearedWithFolder(cleared, kept, path);
+             }},
+            words, pageCount, plan);
+  m_batch.namesTaken();
   return plan;
 }
 

@@ -28,8 +28,8 @@ public:
   /// result is RunError::None, or the code that an unattended program ends with.
   RunError StartProcessing();
 
-  /// Makes what finds the addresses that outputs are mailed to, for runs with `EMAILENABLE`.
-  using AddressReaderMaker = std::function<std::unique_ptr<AddressReader>(const SplitSetup&)>;
+  /// For runs with `EMAILENABLE`.
+  using AddressReaderMaker = folivex::AddressReaderMaker;
   void setAddressReaderMaker(AddressReaderMaker maker) { m_addressReader = std::move(maker); }
 
   /// Pages of the file that a setup names; 0 when it cannot be read, and `problem` says why.

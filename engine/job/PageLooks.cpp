@@ -8,7 +8,6 @@
 #include "engine/match/NearMisses.h"
 #include "engine/report/PagePositions.h"
 #include "engine/setup/SplitMethod.h"
-#include "engine/words/CPDFTextDumpInit.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
@@ -31,7 +30,8 @@ void look(const SplitSetup& setup, const JobContext& job,
   SourceFile file(job);
   if (const int pageCount = file.openForReading(setup); pageCount > 0) {
     NoSaver saver;
-    SourceRun run(setup, job, saver);
+    TextLibraryWords words = file.words(setup);
+    SourceRun run(setup, job, words, saver);
     walk(run, pageCount);
   } else {
     job.fail(RunError::Unreadable, file.problem());
@@ -68,7 +68,7 @@ QStringList nearestWords(const SplitSetup& setup, const JobContext& job) {
     return {};
   }
   NearMisses misses = NearMisses::forSearchText(setup);
-  TextLibraryWords words(job.libraries.text);
+  TextLibraryWords words = file.words(setup);
   const PageWindow window = pageWindow(setup.startFromPage, setup.startEndPage, pageCount);
   for (int page = window.first; page < window.end && !job.state.userStop; ++page) {
     job.person.handlePendingEvents();

@@ -1,10 +1,11 @@
-#include "engine/job/BatchScope.h"
+#include "engine/job/PlanRun.h"
+
 #include "engine/job/JobContext.h"
 #include "engine/job/RangePipeline.h"
-#include "engine/job/SourceFile.h"
-#include "engine/job/SplitRun.h"
+#include "engine/match/MarkTaker.h"
 #include "engine/report/Reports.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace folivex {
@@ -82,36 +83,77 @@ void PlanBuilder::saved(const PlannedOutput& output, const QString& namedPath) {
   m_plan.outputs.push_back(planned);
 }
 
+/// Words that match everywhere would fill the memory and show nothing.
+constexpr int mostMarksOfPage = 200;
+
+class MarkCollector : public MarkTaker {
+public:
+  explicit MarkCollector(std::vector<PlanMark>& marks) : m_marks(marks) {}
+
+  void begins(int pageIndex, QStringView text, const PlacedWord& last) override {
+    add(pageIndex, text, last, PlanMark::Kind::Begins);
+    m_documentBegins = m_marks.size();
+  }
+  void ends(int pageIndex, QStringView text, const PlacedWord& last) override {
+    add(pageIndex, text, last, PlanMark::Kind::Ends);
+  }
+  void names(int pageIndex, const PlacedWord& word, bool anew) override;
+
+private:
+  void add(int pageIndex, QStringView text, const PlacedWord& at, PlanMark::Kind kind);
+
+  std::vector<PlanMark>& m_marks;
+  std::size_t m_documentBegins = 0; ///< the first mark behind the open document's beginning
+  int m_page = 0;
+  int m_ofPage = 0; ///< marks of that page
+};
+
+void MarkCollector::names(int pageIndex, const PlacedWord& word, bool anew) {
+  if (anew) {
+    const auto begin = m_marks.begin() + static_cast<std::ptrdiff_t>(m_documentBegins);
+    m_marks.erase(
+        std::remove_if(begin, m_marks.end(),
+                       [](const PlanMark& mark) { return mark.kind == PlanMark::Kind::Names; }),
+        m_marks.end());
+  }
+  add(pageIndex, word.text, word, PlanMark::Kind::Names);
+}
+
+void MarkCollector::add(int pageIndex, QStringView text, const PlacedWord& at,
+                        PlanMark::Kind kind) {
+  const int page = pageIndex + 1;
+  m_ofPage = page == m_page ? m_ofPage + 1 : 1;
+  m_page = page;
+  if (m_ofPage <= mostMarksOfPage) {
+    m_marks.push_back({page, text.toString(), at.h, at.v, kind});
+  }
+}
+
 } // namespace
 
-SplitPlan planSource(const SplitRunParts& parts, std::function<bool(const QString& path)> isGone) {
-  const auto& [setup, job, batch, addressReader, outcome] = parts;
-  SplitPlan plan;
-  SourceFile file(job);
-  const int pageCount = file.openForSplitting(setup);
-  if (pageCount == 0) {
-    plan.problem = file.problem();
-    job.state.error = RunError::Unreadable;
-    return plan;
-  }
+void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitPlan& plan) {
+  const SplitSetup& setup = parts.setup;
   plan.account.start(pageCount);
+  if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
+    plan.notes += finding;
+  }
   PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend},
-                      {setup.fileName, file.scanned()}, std::move(isGone));
+                      {setup.fileName, parts.scanned}, parts.isGone);
+  MarkCollector marks(plan.marks);
   Reports noReports;
+  EmailRecords noEmails;
   RangePipeline pipeline(
-      setup, job, {setup.fileName, file.scanned(), pageCount},
-      {builder, builder, batch.names(setup.reportUseFileList), noReports, outcome.emails,
-       addressReader,
+      setup, parts.job, {setup.fileName, pageCount, words},
+      {builder, builder, parts.names, noReports, noEmails, parts.addressReader,
        [&builder](const ReportLine& line, const QString& namedPath, const QString& address) {
          builder.saved({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
                         PlannedOutput::Fate::New, address},
                        namedPath);
-       }});
+       },
+       &marks});
   pipeline.run();
-  plan.notes = pipeline.findings().lines();
-  plan.notes += batch.names(setup.reportUseFileList).takeFindings();
-  batch.namesTaken();
-  return plan;
+  plan.notes += pipeline.findings().lines();
+  plan.notes += parts.names.takeFindings();
 }
 
 } // namespace folivex

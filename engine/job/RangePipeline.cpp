@@ -7,20 +7,18 @@
 
 namespace folivex {
 
-RangePipeline::RangePipeline(const SplitSetup& setup, const JobContext& job, const Source& source,
+RangePipeline::RangePipeline(const SplitSetup& setup, const RunContext& job, const Source& source,
                              const Ends& ends)
     : m_pageCount(source.pageCount), m_state(job.state), m_list(ends.list),
       m_addresses(ends.addressReader, [&job](const QString& problem) { job.tell(problem); }),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
-      m_lookup(job.libraries.text,
-               {source.scanned, setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
-               [&job](const QString& problem) { job.tell(problem); }),
-      m_namer(setup, m_lookup, ends.names, [] { return QDateTime::currentDateTime(); }),
+      m_namer(setup, source.words, ends.names, [] { return QDateTime::currentDateTime(); }),
       m_saver(setup, job.state,
               {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},
               job.person),
-      m_run(setup, job, m_saver) {
+      m_run(setup, job, source.words, m_saver) {
   m_run.setAddresses(&m_addresses);
+  m_run.setMarks(ends.marks);
   m_namer.startSource(source.path, setup.outputDir, source.pageCount);
 }
 

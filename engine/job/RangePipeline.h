@@ -5,7 +5,6 @@
 #include "engine/job/SourceRun.h"
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
-#include "engine/words/ViewWordLookup.h"
 
 namespace folivex {
 
@@ -14,9 +13,9 @@ namespace folivex {
 class RangePipeline {
 public:
   struct Source {
-    QString path;    ///< what the outputs are named after
-    QString scanned; ///< whose words are read: the source, or its OCR'd copy
+    QString path; ///< what the outputs are named after
     int pageCount = 0;
+    SourceWords& words; ///< of the source, or of its OCR'd copy
   };
   struct Ends {
     OutputPlaces& places;
@@ -25,11 +24,12 @@ public:
     Reports& reports;
     EmailRecords& emails;
     AddressReader* addressReader; ///< null when no mail is to be sent
-    OutputRangeSaver::OnPlanned onPlanned;
+    OutputRangeSaver::OnPlanned onPlanned = {};
+    MarkTaker* marks = nullptr;
   };
 
   /// Takes no ownership; all must outlive the pipeline.
-  RangePipeline(const SplitSetup& setup, const JobContext& job, const Source& source,
+  RangePipeline(const SplitSetup& setup, const RunContext& job, const Source& source,
                 const Ends& ends);
 
   /// Walks the pages and hands on what waits for the end.
@@ -46,7 +46,6 @@ private:
   OutputList& m_list;
   PageAddresses m_addresses;
   OutputReservation m_reservation;
-  ViewWordLookup m_lookup;
   OutputNamer m_namer;
   OutputRangeSaver m_saver;
   SourceRun m_run;

@@ -42,6 +42,12 @@ QString SourceFile::scanned() const {
   return m_job.state.ocrFile.isEmpty() ? m_source : m_job.state.ocrFile;
 }
 
+TextLibraryWords SourceFile::words(const SplitSetup& setup) const {
+  return {m_job.libraries.text,
+          {scanned(), setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
+          [&job = m_job](const QString& problem) { job.tell(problem); }};
+}
+
 int SourceFile::openForSplitting(const SplitSetup& setup) {
   m_job.person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
   stamp(setup.fileName);

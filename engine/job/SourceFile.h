@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/setup/SplitSetup.h"
+#include "engine/words/TextLibraryWords.h"
 #include "platform/FileStamp.h"
 
 #include <optional>
@@ -31,6 +32,9 @@ public:
   int openAgain(const SplitSetup& setup);
   /// Opens nothing.
   int countPages(const SplitSetup& setup);
+
+  /// The words of the open source; valid as long as it is open.
+  TextLibraryWords words(const SplitSetup& setup) const;
 
   /// The file whose words are read: the source, or its OCR'd copy.
   QString scanned() const;

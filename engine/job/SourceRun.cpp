@@ -3,7 +3,6 @@
 #include "engine/match/MatchObserver.h"
 #include "engine/plan/BookmarkRanges.h"
 #include "engine/setup/SplitSetup.h"
-#include "engine/words/CPDFTextDumpInit.h"
 
 #include <algorithm>
 
@@ -52,10 +51,10 @@ private:
 
 } // namespace
 
-SourceRun::SourceRun(const SplitSetup& setup, const JobContext& job, RangeSaver& saver)
-    : m_setup(setup), m_state(job.state), m_text(job.libraries.text), m_saver(saver),
-      m_person(job.person), m_planner(setup, m_state, saver), m_matcher(setup, m_state, m_planner) {
-}
+SourceRun::SourceRun(const SplitSetup& setup, const RunContext& job, SourceWords& words,
+                     RangeSaver& saver)
+    : m_setup(setup), m_state(job.state), m_words(words), m_saver(saver), m_person(job.person),
+      m_planner(setup, m_state, saver), m_matcher(setup, m_state, m_planner) {}
 
 void SourceRun::run(int pageCount) {
   if (splitTraitsOf(m_setup.pageExtract).fromBookmarks) {
@@ -98,25 +97,24 @@ void SourceRun::walk(PageWindow window) {
 }
 
 void SourceRun::scanPage(int pageIndex) {
-  TextLibraryWords words(m_text);
   if (m_addresses != nullptr && m_addresses->isWanted()) {
-    AddressedWords addressed(words, *m_addresses, pageIndex + 1);
+    AddressedWords addressed(m_words, *m_addresses, pageIndex + 1);
     m_matcher.scanPage(pageIndex, addressed);
   } else {
-    m_matcher.scanPage(pageIndex, words);
+    m_matcher.scanPage(pageIndex, m_words);
   }
   m_findings.readPage();
-  switch (m_text.GetPageState()) {
-  case GLYPHRUN_PAGE_EMPTY:
+  switch (m_words.pageState()) {
+  case PageState::Empty:
     m_findings.emptyPage();
     break;
-  case GLYPHRUN_PAGE_UNREADABLE:
+  case PageState::Unreadable:
     m_findings.unreadablePage(pageIndex + 1);
     break;
-  case GLYPHRUN_PAGE_DAMAGED:
+  case PageState::Damaged:
     m_findings.damagedPage(pageIndex + 1);
     break;
-  default:
+  case PageState::Good:
     break;
   }
 }
@@ -129,17 +127,9 @@ void SourceRun::listPage(int pageIndex) {
 }
 
 void SourceRun::takeBookmarks(int pageCount) {
-  std::vector<Bookmark> outline;
-  const int count = m_text.GetOutlineCount();
-  for (int i = 0; i < count; ++i) {
-    GlyphrunOutlineEntry entry = {};
-    if (m_text.GetOutlineEntry(i, &entry) == GLYPHRUN_OK) {
-      outline.push_back(
-          {entry.title ? QString::fromUtf16(entry.title) : QString(), entry.level, entry.page});
-    }
-  }
   readAddresses(pageCount);
-  for (SplitRange& range : bookmarkRanges(outline, splitMethodOf(m_setup.pageExtract), pageCount)) {
+  const SplitMethod method = splitMethodOf(m_setup.pageExtract);
+  for (SplitRange& range : bookmarkRanges(m_words.outline(), method, pageCount)) {
     if (m_state.mustEnd()) {
       m_firstUnfinished = range.firstPage + 1;
       return;
@@ -153,14 +143,13 @@ void SourceRun::readAddresses(int pageCount) {
   if (m_addresses == nullptr || !m_addresses->isWanted()) {
     return;
   }
-  TextLibraryWords words(m_text);
   for (int page = 1; page <= pageCount && !m_state.mustEnd(); ++page) {
     m_person.progress({QStringLiteral("Processing page: %1").arg(page - 1), page, pageCount,
                        m_state.outputCount});
     m_person.handlePendingEvents();
-    words.filePages(page, page);
-    words.doReverseSort();
-    m_addresses->readPage(page, words);
+    m_words.filePages(page, page);
+    m_words.doReverseSort();
+    m_addresses->readPage(page, m_words);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "engine/match/PageMatcher.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/plan/RangePlanner.h"
+#include "engine/words/SourceWords.h"
 
 namespace folivex {
 
@@ -15,13 +16,17 @@ namespace folivex {
 /// outline.
 class SourceRun {
 public:
-  SourceRun(const SplitSetup& setup, const JobContext& job, RangeSaver& saver);
+  /// Takes no ownership; all must outlive the run.
+  SourceRun(const SplitSetup& setup, const RunContext& job, SourceWords& words, RangeSaver& saver);
 
   /// Told what the matching engine sees; may be null, must outlive the run.
   void setObserver(MatchObserver* observer) {
     m_observer = observer;
     m_matcher.setObserver(observer);
   }
+
+  /// Told of the words that make documents; may be null, must outlive the run.
+  void setMarks(MarkTaker* marks) { m_matcher.setMarks(marks); }
 
   /// Given the words of every page that is read; may be null, must outlive the run.
   void setAddresses(PageAddresses* addresses) { m_addresses = addresses; }
@@ -48,7 +53,7 @@ private:
 
   const SplitSetup& m_setup;
   RunState& m_state;
-  CPDFTextDumpInit& m_text;
+  SourceWords& m_words;
   RangeSaver& m_saver;
   Operator& m_person;
   RangePlanner m_planner;

@@ -26,15 +26,35 @@ struct PlannedOutput {
   QString path;
   Fate fate = Fate::New;
   QString address = {}; ///< that mail will go to, when mail is sent; empty: none on its pages
+
+  bool operator==(const PlannedOutput&) const = default;
 };
 
 /// In plain words; empty for Fate::New.
 QString fateText(PlannedOutput::Fate fate);
 
+/// A word of a page that makes a document or its name.
+struct PlanMark {
+  enum class Kind {
+    Begins, ///< a document begins with it
+    Ends,   ///< the until text, which ends one
+    Names   ///< it goes into the name of an output
+  };
+
+  int page = 0; ///< from 1
+  QString text; ///< of several words that match together all of them, at the place of the last
+  int h = 0;    ///< where it counts as standing, as a search at a position is typed
+  int v = 0;
+  Kind kind = Kind::Begins;
+
+  bool operator==(const PlanMark&) const = default;
+};
+
 struct SplitPlan {
   std::vector<PlannedOutput> outputs;
-  QString problem;   ///< why nothing can be planned, empty when all is well
-  QStringList notes; ///< findings a person should know
+  QString problem;             ///< why nothing can be planned, empty when all is well
+  QStringList notes;           ///< findings a person should know
+  std::vector<PlanMark> marks; ///< in page order; of a page with hundreds of them the first ones
   PageAccount account;
   int fileCount = 0; ///< files that the outputs would make or grow
 };

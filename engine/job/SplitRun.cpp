@@ -120,14 +120,10 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   OutputPlaces& places = setup.createList ? seenPlaces : claimedPlaces;
   OutputFileList list(setup, source);
   OutputList& outputs = setup.createList ? static_cast<OutputList&>(list) : writer;
-  RangePipeline pipeline(setup, job, {source, file.scanned(), pageCount},
-                         {places,
-                          outputs,
-                          batch.names(setup.reportUseFileList),
-                          reports,
-                          outcome.emails,
-                          addressReader,
-                          {}});
+  TextLibraryWords words = file.words(setup);
+  RangePipeline pipeline(setup, job, {source, pageCount, words},
+                         {places, outputs, batch.names(setup.reportUseFileList), reports,
+                          outcome.emails, addressReader});
   pipeline.run();
   for (const QString& finding : batch.names(setup.reportUseFileList).takeFindings()) {
     job.person.note(finding);

@@ -175,7 +175,7 @@ void NearMisses::consider(int pageIndex, NearMiss::Difference difference, const 
     return;
   }
   miss.text = found;
-  miss.page = pageIndex + 1;
+  miss.page = miss.lastPage = pageIndex + 1;
   miss.h = last.h;
   miss.v = last.v;
   miss.distance = miss.elsewhere ? m_position->distance(last.h, last.v) : 0;
@@ -187,6 +187,8 @@ void NearMisses::keep(const NearMiss& miss) {
                                  [&](const NearMiss& other) { return isSameFinding(miss, other); });
   if (same != m_kept.end()) {
     ++same->count;
+    same->pages += same->lastPage != miss.page ? 1 : 0;
+    same->lastPage = miss.page;
     return;
   }
   if (m_kept.size() < capacity) {

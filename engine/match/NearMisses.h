@@ -33,6 +33,8 @@ struct NearMiss {
   int page = 1;           ///< page number of the first one, from 1
   int h = 0;              ///< its place as it would be typed to match it (a text's last word)
   int v = 0;
+  int pages = 1;       ///< on how many pages it was seen
+  int lastPage = 1;    ///< the last of them
   int count = 1;       ///< how often it was seen; where the place counts, at this place
   qint64 distance = 0; ///< points from the place asked for, 0 where no place is
 

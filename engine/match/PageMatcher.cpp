@@ -1,11 +1,14 @@
 #include "engine/match/PageMatcher.h"
 
 #include "engine/base/RunState.h"
+#include "engine/match/MarkTaker.h"
 #include "engine/match/MatchObserver.h"
 #include "engine/match/MatchTaker.h"
 #include "engine/match/MatchText.h"
 #include "engine/setup/SplitSetup.h"
 #include "engine/words/WordSource.h"
+
+#include <utility>
 
 namespace folivex {
 
@@ -84,9 +87,9 @@ void PageMatcher::takeWord(int pageIndex, const PlacedWord& word) {
     openPending(pageIndex, word);
   }
   if (m_state.afterTextPending) {
-    startAfterText(word);
+    startAfterText(pageIndex, word);
   }
-  m_collector.offer(m_texts.line, word);
+  collect(pageIndex, word);
 
   m_state.matchPending = false;
   noteAfterText(word.text);
@@ -106,10 +109,13 @@ void PageMatcher::openPending(int pageIndex, const PlacedWord& word) {
   m_texts.nameBuilt(m_nameMethod);
   if (takesRestOfLine(m_nameMethod)) {
     LineCollector::startLine(m_texts.line, word.v);
+  } else if (m_nameMethod == FileNameMethod::NextWord ||
+             m_nameMethod == FileNameMethod::AfterText) {
+    markName(pageIndex, word, false);
   }
 }
 
-void PageMatcher::startAfterText(const PlacedWord& word) {
+void PageMatcher::startAfterText(int pageIndex, const PlacedWord& word) {
   if (!m_texts.afterTextFirstTime) {
     return;
   }
@@ -117,6 +123,24 @@ void PageMatcher::startAfterText(const PlacedWord& word) {
   m_texts.rangeText = word.text.toString();
   m_texts.line.text.clear();
   LineCollector::startLine(m_texts.line, word.v);
+  m_takesLineAnew = takesRestOfLine(m_nameMethod);
+  if (!m_takesLineAnew) {
+    markName(pageIndex, word, true);
+  }
+}
+
+void PageMatcher::collect(int pageIndex, const PlacedWord& word) {
+  const qsizetype before = m_texts.line.text.size();
+  m_collector.offer(m_texts.line, word);
+  if (m_texts.line.text.size() > before && takesRestOfLine(m_nameMethod)) {
+    markName(pageIndex, word, std::exchange(m_takesLineAnew, false));
+  }
+}
+
+void PageMatcher::markName(int pageIndex, const PlacedWord& word, bool anew) const {
+  if (m_marks != nullptr) {
+    m_marks->names(pageIndex, word, anew);
+  }
 }
 
 void PageMatcher::noteAfterText(QStringView text) {
@@ -162,6 +186,9 @@ void PageMatcher::takeUntil(int pageIndex, const PlacedWord& word) {
     return;
   }
   if (!m_method.atPosition) {
+    if (m_marks != nullptr) {
+      m_marks->ends(pageIndex, m_untilText, word);
+    }
     m_taker.closeAtUntil(pageIndex);
     m_state.rangeAwaitingUntil = false;
   } else if (m_untilPosition.holds(word.h, word.v, word.text.size())) {
@@ -178,6 +205,12 @@ void PageMatcher::startAt(int pageIndex, const PlacedWord& word, const QString& 
     m_taker.closeAtMatch(pageIndex);
   }
   m_texts.matchedWord = matchedText;
+  if (m_marks != nullptr) {
+    m_marks->begins(pageIndex, matchedText, word);
+  }
+  if (namesAfterMatchedWord(m_nameMethod)) {
+    markName(pageIndex, word, false);
+  }
   if (m_method.atPosition) {
     m_texts.line.text = wordText;
   }

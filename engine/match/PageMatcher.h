@@ -15,6 +15,7 @@
 
 namespace folivex {
 
+class MarkTaker;
 class MatchObserver;
 class MatchTaker;
 class WordSource;
@@ -40,6 +41,8 @@ public:
 
   /// May be null. Not owned.
   void setObserver(MatchObserver* observer) { m_observer = observer; }
+  /// May be null. Not owned.
+  void setMarks(MarkTaker* marks) { m_marks = marks; }
   /// Listing mode: every word is told with its position, nothing is matched.
   void setListing(bool on) { m_listing = on; }
 
@@ -53,21 +56,25 @@ public:
 private:
   void takeWord(int pageIndex, const PlacedWord& word);
   void openPending(int pageIndex, const PlacedWord& word);
-  void startAfterText(const PlacedWord& word);
+  void startAfterText(int pageIndex, const PlacedWord& word);
+  void collect(int pageIndex, const PlacedWord& word);
   void noteAfterText(QStringView text);
   bool isAfterText(QStringView text) const;
   void takeWordNumber(int wordIndex, QStringView text);
   bool takeStart(int pageIndex, const PlacedWord& word);
   void takeUntil(int pageIndex, const PlacedWord& word);
   void startAt(int pageIndex, const PlacedWord& word, const QString& matchedText);
+  void markName(int pageIndex, const PlacedWord& word, bool anew) const;
   bool isSearchText(QStringView text) const;
 
   RunState& m_run;
   MatchTaker& m_taker;
   RangeTexts& m_texts; ///< the taker's
   MatchObserver* m_observer = nullptr;
+  MarkTaker* m_marks = nullptr;
   bool m_listing = false;
-  bool m_leavePage = false; ///< a show-only run is not to go on
+  bool m_leavePage = false;     ///< a show-only run is not to go on
+  bool m_takesLineAnew = false; ///< the line's next word is the first of another text for a name
 
   // What the setup asks for.
   const SplitMethodTraits& m_method;

@@ -1,5 +1,7 @@
 #include "engine/output/PageAddresses.h"
 
+#include "engine/words/PageWordLookup.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -31,7 +33,7 @@ void addFurther(AddressReader::Found& all, const AddressReader::Found& more) {
 
 void PageAddresses::tellTooManyWords() {
   if (const Tell tell = std::exchange(m_tell, nullptr)) {
-    tell(QStringLiteral("Too many words on the page!"));
+    tell(tooManyWordsText());
   }
 }
 

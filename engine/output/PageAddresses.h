@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,10 @@ public:
   /// `words` holds the page, in reading order.
   virtual Found read(WordSource& words) = 0;
 };
+
+struct SplitSetup;
+/// Makes what finds the addresses that outputs are mailed to.
+using AddressReaderMaker = std::function<std::unique_ptr<AddressReader>(const SplitSetup&)>;
 
 /// Collects them page by page, and tells those of a range. Pages count from 1.
 class PageAddresses {

@@ -3,17 +3,11 @@
 
 #include "engine/plan/SplitRange.h"
 #include "engine/setup/SplitMethod.h"
+#include "engine/words/SourceWords.h"
 
 #include <vector>
 
 namespace folivex {
-
-/// One entry of the outline, in the order in which a reader lists them.
-struct Bookmark {
-  QString title;
-  int level = 0; ///< 0 for the top level
-  int page = 0;  ///< from 1; 0 when the entry leads to no page of the file
-};
 
 /// The ranges of a file of `pageCount` pages: each runs from the page of an entry of the method's
 /// level to the page before the next one, the last to the end of the file, and carries the entry's

@@ -19,6 +19,12 @@ QString outputFolderOf(const SplitSetup& setup, const QString& source) {
   return folder.isEmpty() ? platform::defaultOutputFolder() : folder;
 }
 
+SplitSetup runSetup(SplitSetup setup) {
+  setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
+  setup.outputDir = outputFolderOf(setup, setup.fileName);
+  return setup;
+}
+
 QString contradictionIn(const SplitSetup& setup) {
   const SplitMethodTraits& method = splitTraitsOf(setup.pageExtract);
   if (method.atPosition && !method.untilWord && setup.findString.contains(QLatin1Char(' '))) {

@@ -95,6 +95,9 @@ SplitSetup defaultSetup();
 /// means the default.
 QString outputFolderOf(const SplitSetup& setup, const QString& source);
 
+/// The setup of a run: its source and its output folder as they are meant.
+SplitSetup runSetup(SplitSetup setup);
+
 /// Empty, or why these settings cannot be run together.
 QString contradictionIn(const SplitSetup& setup);
 

@@ -1,7 +1,6 @@
 // CPDFTextDumpInit: the loaded text library.
 #pragma once
 
-#include "engine/words/WordSource.h"
 #include "platform/LoadedLibrary.h"
 
 #include <glyphrun/glyphrun.h>
@@ -58,23 +57,13 @@ public:
   Operation<void(GlyphrunView*, double)> SetViewWordSpacing{m_library, "SetViewWordSpacing"};
   Operation<int32_t(GlyphrunView*, int32_t, const GlyphrunWord**)> GetViewWords{m_library,
                                                                                 "GetViewWords"};
+  Operation<int32_t(const GlyphrunView*)> GetViewPageState{m_library, "GetViewPageState"};
+  Operation<int32_t(GlyphrunView*)> GetViewOutlineCount{m_library, "GetViewOutlineCount"};
+  Operation<int32_t(GlyphrunView*, int32_t, GlyphrunOutlineEntry*)> GetViewOutlineEntry{
+      m_library, "GetViewOutlineEntry"};
 
   /// Text of the last failure.
   QString lastErrorText() const { return QString::fromUtf16(GlyphrunLastErrorText()); }
-};
-
-/// The words of the text library's open file.
-class TextLibraryWords : public WordSource {
-public:
-  explicit TextLibraryWords(CPDFTextDumpInit& library) : m_library(library) {}
-
-  void filePages(int first, int last) override;
-  int numWords() override;
-  void doReverseSort() override;
-  PageWord word(int index) override;
-
-private:
-  CPDFTextDumpInit& m_library;
 };
 
 } // namespace folivex

@@ -5,6 +5,12 @@
 
 namespace folivex {
 
+/// A page with more words than this is no page of a document, and is not looked at.
+inline constexpr int mostWordsOfLookup = 32768;
+inline QString tooManyWordsText() {
+  return QStringLiteral("Too many words on the page!");
+}
+
 /// Reads one word of the source that is being split.
 class PageWordLookup {
 public:

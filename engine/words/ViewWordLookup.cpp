@@ -2,18 +2,12 @@
 
 #include "engine/base/Utf16.h"
 #include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/PageWord.h"
 
 #include <span>
 #include <utility>
 
 namespace folivex {
-
-namespace {
-
-/// A page with more words than this is no page of a document.
-constexpr int maxWordsOfPage = 32768;
-
-} // namespace
 
 ViewWordLookup::ViewWordLookup(CPDFTextDumpInit& library, Source source,
                                std::function<void(const QString&)> tell)
@@ -38,8 +32,8 @@ QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
   }
   const GlyphrunWord* words = nullptr;
   const int count = m_library.GetViewWords(m_view, pageIndex + 1, &words);
-  if (count > maxWordsOfPage) {
-    tellOnce(QStringLiteral("Too many words on the page!"));
+  if (count > mostWordsOfLookup) {
+    tellOnce(tooManyWordsText());
     return {};
   }
   for (const GlyphrunWord& word :
@@ -47,7 +41,7 @@ QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
     const int wordH = m_source.rotated ? word.v : word.h;
     const int wordV = m_source.rotated ? word.h : word.v;
     if (h.contains(wordH) && v.contains(wordV)) {
-      return QString::fromUtf16(word.text).left(maxWordLength);
+      return wordText(word.text).toString();
     }
   }
   return {};

@@ -51,6 +51,15 @@ glyphrun::View& existing(GlyphrunView* view) {
   return view->view;
 }
 
+void storeEntry(const std::vector<glyphrun::OutlineEntry>& outline, int32_t index,
+                GlyphrunOutlineEntry* entry) {
+  if (entry == nullptr || index < 0 || static_cast<std::size_t>(index) >= outline.size()) {
+    throw Failure(GLYPHRUN_BAD_PAGE, "there is no such outline entry");
+  }
+  const glyphrun::OutlineEntry& found = outline[static_cast<std::size_t>(index)];
+  *entry = {found.title.c_str(), found.level, found.page};
+}
+
 template <typename Value> void store(Value* place, Value value) {
   if (place != nullptr) {
     *place = value;
@@ -170,12 +179,7 @@ int32_t GetOutlineEntry(int32_t index, GlyphrunOutlineEntry* entry) {
     if (file.pageCount() == 0) {
       throw Failure(GLYPHRUN_NOT_OPEN, "no file is open");
     }
-    const auto& outline = file.outline();
-    if (entry == nullptr || index < 0 || static_cast<std::size_t>(index) >= outline.size()) {
-      throw Failure(GLYPHRUN_BAD_PAGE, "there is no such outline entry");
-    }
-    const glyphrun::OutlineEntry& found = outline[static_cast<std::size_t>(index)];
-    *entry = {found.title.c_str(), found.level, found.page};
+    storeEntry(file.outline(), index, entry);
   });
 }
 
@@ -244,6 +248,20 @@ int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** word
     count = static_cast<std::int32_t>(list.size());
   });
   return result == GLYPHRUN_OK ? count : result;
+}
+
+int32_t GetViewPageState(const GlyphrunView* view) {
+  return view == nullptr ? GLYPHRUN_PAGE_EMPTY : view->view.pageState();
+}
+
+int32_t GetViewOutlineCount(GlyphrunView* view) {
+  std::size_t count = 0;
+  guarded([&](PageExtractor&) { count = existing(view).outline().size(); });
+  return static_cast<std::int32_t>(count);
+}
+
+int32_t GetViewOutlineEntry(GlyphrunView* view, int32_t index, GlyphrunOutlineEntry* entry) {
+  return guarded([=](PageExtractor&) { storeEntry(existing(view).outline(), index, entry); });
 }
 
 } // extern "C"

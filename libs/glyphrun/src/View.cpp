@@ -137,6 +137,13 @@ const std::vector<GlyphrunWord>& View::words(std::int32_t page) {
   return m_list;
 }
 
+const std::vector<OutlineEntry>& View::outline() {
+  if (!m_outline) {
+    m_outline = readOutline(m_reader.file());
+  }
+  return *m_outline;
+}
+
 void View::abort() {
   m_isAborted = true;
   m_abort.request_stop();

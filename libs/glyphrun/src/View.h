@@ -1,11 +1,13 @@
 // A file opened for looking at: pages as pictures, and their words.
 #pragma once
 
+#include "Outline.h"
 #include "PageReader.h"
 
 #include <glyphrun/glyphrun.h>
 
 #include <atomic>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -25,6 +27,10 @@ public:
   void setWordSpacing(double factor) { m_reader.setWordSpacing(factor); }
   /// In reading order; the view's own until the next call.
   const std::vector<GlyphrunWord>& words(std::int32_t page);
+  /// GLYPHRUN_PAGE_... of the page whose words were read last.
+  std::int32_t pageState() const { return static_cast<std::int32_t>(m_pageWords.state); }
+  /// Read when it is asked for first.
+  const std::vector<OutlineEntry>& outline();
   /// For any thread; see AbortView.
   void abort();
 
@@ -37,6 +43,7 @@ private:
   PageReader m_reader;
   PageWords m_pageWords;
   std::vector<GlyphrunWord> m_list;
+  std::optional<std::vector<OutlineEntry>> m_outline;
 };
 
 } // namespace glyphrun

@@ -217,6 +217,13 @@ GLYPHRUN_API void SetViewWordSpacing(GlyphrunView* view, double factor);
  * their number or a failure; *words stays the view's own until its next call.
  */
 GLYPHRUN_API int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** words);
+/** GLYPHRUN_PAGE_... of the page whose words were read last. */
+GLYPHRUN_API int32_t GetViewPageState(const GlyphrunView* view);
+/** The outline of the view's file; as GetOutlineCount and GetOutlineEntry. Titles are valid until
+ * the view is closed. */
+GLYPHRUN_API int32_t GetViewOutlineCount(GlyphrunView* view);
+GLYPHRUN_API int32_t GetViewOutlineEntry(GlyphrunView* view, int32_t index,
+                                         GlyphrunOutlineEntry* entry);
 
 #ifdef __cplusplus
 }
