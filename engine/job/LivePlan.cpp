@@ -1,0 +1,260 @@
+#include "engine/job/LivePlan.h"
+
+#include "engine/job/JobContext.h"
+#include "engine/job/PageWindow.h"
+#include "engine/job/PlanRun.h"
+#include "engine/job/SourceTable.h"
+#include "engine/match/NearMisses.h"
+#include "engine/naming/NameList.h"
+#include "engine/setup/SplitMethod.h"
+#include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/TableWords.h"
+
+#include <chrono>
+#include <utility>
+
+namespace folivex {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Stage = LivePlanState::Stage;
+
+/// What a run would tell becomes notes of the plan; a text that comes for each of thousands of
+/// outputs is for nobody.
+constexpr qsizetype mostNotes = 20;
+
+QString openingProblem(int failure, const SplitSetup& setup) {
+  const QString& file = setup.fileName;
+  switch (failure) {
+  case GLYPHRUN_WRONG_PASSWORD:
+    return setup.pdfPassword.isEmpty()
+               ? QStringLiteral("%1: opens with a password only; type it to see its pages")
+                     .arg(file)
+               : QStringLiteral("%1: this password does not open it; try another").arg(file);
+  case GLYPHRUN_CANNOT_OPEN:
+    return QStringLiteral("%1: is not there or may not be read; choose it again").arg(file);
+  case GLYPHRUN_NOT_A_PDF:
+    return QStringLiteral("%1: is no PDF, or is damaged beyond repair; get it anew from where it "
+                          "came from")
+        .arg(file);
+  case GLYPHRUN_UNSUPPORTED:
+    return QStringLiteral("%1: is encrypted for certain persons, which no password opens; ask its "
+                          "sender for a copy without")
+        .arg(file);
+  case GLYPHRUN_OUT_OF_MEMORY:
+    return QStringLiteral("%1: needs more memory to be opened than there is; close other programs "
+                          "and try again")
+        .arg(file);
+  default:
+    return QStringLiteral("%1: cannot be read; get it anew from where it came from").arg(file);
+  }
+}
+
+} // namespace
+
+/// One plan on its way. Stands in for the person of the run that is planned.
+class LivePlan::Planning : public Operator {
+public:
+  Planning(const LivePlan& live, quint64 number, const SplitSetup& setup)
+      : m_live(live), m_setup(setup) {
+    m_state.number = number;
+  }
+
+  /// Returns whether the source need not be looked at again.
+  void over(const WordTable& table, const QString& scanned);
+  void findNearest(const WordTable& table);
+  void tell(Stage stage, const QString& problem = {});
+
+  bool isWanted() const { return m_live.isWanted(m_state.number); }
+  bool hasOutputs() const { return m_state.plan && !m_state.plan->outputs.empty(); }
+
+  void message(const QString& text) override { note(text); }
+  Answer question(const QString& /*text*/, const QString& /*caption*/) override {
+    return Answer::No;
+  }
+  void note(const QString& text) override;
+  void print(const QString& /*text*/) override {}
+  void progress(const Progress& progress) override;
+  void handlePendingEvents() override;
+  void openDocument(const QString& /*path*/) override {}
+
+private:
+  void showSoFar(const SplitPlan& plan);
+
+  const LivePlan& m_live;
+  const SplitSetup& m_setup;
+  LivePlanState m_state;
+  RunState m_run;
+  const WordTable* m_table = nullptr;
+  SplitPlan m_plan;
+  QStringList m_notes;
+  Clock::time_point m_nextShown = {};
+};
+
+void LivePlan::Planning::over(const WordTable& table, const QString& scanned) {
+  m_run = RunState();
+  m_plan = SplitPlan();
+  m_notes.clear();
+  m_table = &table;
+  m_state.pageCount = table.pageCount();
+  TableWords words(
+      table, m_setup.rotated, [this] { return isWanted(); },
+      [this](const QString& problem) { note(problem); });
+  NameList names(m_setup.reportUseFileList);
+  const std::unique_ptr<AddressReader> addresses =
+      m_setup.emailEnable && m_live.m_addressReader ? m_live.m_addressReader(m_setup) : nullptr;
+  planPages({m_setup,
+             {*this, m_run},
+             names,
+             addresses.get(),
+             scanned,
+             [](const QString& /*path*/) { return false; }},
+            words, table.pageCount(), m_plan);
+  m_plan.notes += m_notes;
+  m_state.pagesRead = m_state.pageCount;
+  m_state.plan = std::make_shared<const SplitPlan>(std::move(m_plan));
+}
+
+void LivePlan::Planning::note(const QString& text) {
+  if (m_notes.size() < mostNotes && !m_notes.contains(text)) {
+    m_notes += text;
+  }
+}
+
+/// A page is about to be matched. While it is waited for there is time to show the plan so far.
+void LivePlan::Planning::progress(const Progress& progress) {
+  if (!m_table->hasPage(progress.page) && Clock::now() >= m_nextShown) {
+    m_state.pagesRead = progress.page - 1;
+    showSoFar(m_plan);
+  }
+}
+
+void LivePlan::Planning::showSoFar(const SplitPlan& plan) {
+  constexpr auto seldom = std::chrono::milliseconds(100);
+  constexpr int shareOfTime = 10; // at most one part of so many goes into copying
+  const Clock::time_point begin = Clock::now();
+  m_state.plan = std::make_shared<const SplitPlan>(plan);
+  tell(Stage::Reading);
+  const Clock::time_point end = Clock::now();
+  m_nextShown = end + std::max<Clock::duration>(seldom, (end - begin) * shareOfTime);
+}
+
+void LivePlan::Planning::handlePendingEvents() {
+  m_run.userStop = m_run.userStop || !isWanted() || m_table->state() == WordTable::State::TooLarge;
+}
+
+void LivePlan::Planning::tell(Stage stage, const QString& problem) {
+  m_state.stage = stage;
+  m_state.problem = problem;
+  if (isWanted()) {
+    m_live.m_onState(m_state);
+  }
+}
+
+void LivePlan::Planning::findNearest(const WordTable& table) {
+  NearMisses misses = NearMisses::forSearchText(m_setup);
+  TableWords words(table, m_setup.rotated, [this] { return isWanted(); }, {});
+  const PageWindow window =
+      pageWindow(m_setup.startFromPage, m_setup.startEndPage, table.pageCount());
+  for (int page = window.first; page < window.end && isWanted(); ++page) {
+    misses.scanPage(page, words);
+  }
+  m_state.nearest = misses.sentences();
+  for (const NearMiss& miss : misses.best()) {
+    m_state.nearWords.push_back({miss.text, miss.pages, miss.page, miss.h, miss.v, miss.elsewhere});
+  }
+}
+
+LivePlan::LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState)
+    : m_addressReader(std::move(addressReader)), m_onState(std::move(onState)),
+      m_source(std::make_unique<SourceTable>(library)), m_thread([this] { work(); }) {}
+
+LivePlan::~LivePlan() {
+  m_isEnding = true;
+  ask({});
+  m_thread.join();
+}
+
+quint64 LivePlan::plan(const SplitSetup& setup) {
+  return ask(setup);
+}
+
+void LivePlan::clear() {
+  ask({});
+}
+
+quint64 LivePlan::ask(std::optional<SplitSetup> setup) {
+  quint64 number = 0;
+  {
+    const std::lock_guard lock(m_mutex);
+    number = ++m_latest;
+    m_request = Request{number, std::move(setup)};
+  }
+  m_asked.notify_one();
+  if (const auto table = m_source->table()) {
+    table->wake();
+  }
+  return number;
+}
+
+void LivePlan::setPaused(bool on) {
+  m_source->setPaused(on);
+}
+
+std::shared_ptr<const WordTable> LivePlan::words() const {
+  return m_source->table();
+}
+
+void LivePlan::work() {
+  while (const std::optional<Request> request = nextRequest()) {
+    if (request->setup) {
+      make(request->number, runSetup(*request->setup));
+    } else {
+      m_source->drop();
+    }
+  }
+  m_source->drop();
+}
+
+std::optional<LivePlan::Request> LivePlan::nextRequest() {
+  std::unique_lock lock(m_mutex);
+  m_asked.wait(lock, [this] { return m_request.has_value(); });
+  return m_isEnding ? std::nullopt : std::exchange(m_request, std::nullopt);
+}
+
+void LivePlan::make(quint64 number, const SplitSetup& setup) {
+  Planning planning(*this, number, setup);
+  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
+    planning.tell(Stage::Done, contradiction);
+    return;
+  }
+  std::shared_ptr<WordTable> table;
+  do {
+    table = m_source->follow(setup);
+    if (table->state() == WordTable::State::Opening) {
+      planning.tell(Stage::Opening);
+    }
+    if (!table->waitUntilOpen([&] { return planning.isWanted(); })) {
+      planning.tell(table->failure() == GLYPHRUN_WRONG_PASSWORD ? Stage::NeedsPassword
+                                                                : Stage::Unreadable,
+                    openingProblem(table->failure(), setup));
+      return;
+    }
+    planning.over(*table, m_source->scanned());
+    if (table->state() == WordTable::State::TooLarge) {
+      planning.tell(Stage::TooLarge,
+                    QStringLiteral("%1: has more words than are kept; plan it when the settings "
+                                   "are as they should be")
+                        .arg(setup.fileName));
+      return;
+    }
+  } while (planning.isWanted() && m_source->isChanged());
+  planning.tell(Stage::Done);
+  if (!planning.hasOutputs() && !splitTraitsOf(setup.pageExtract).fromBookmarks) {
+    planning.findNearest(*table);
+    planning.tell(Stage::Done);
+  }
+}
+
+} // namespace folivex

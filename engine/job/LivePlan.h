@@ -1,0 +1,114 @@
+// LivePlan: the plan of a split, made beside the window's thread while the split is being set.
+#pragma once
+
+#include "engine/job/SplitPlan.h"
+#include "engine/output/PageAddresses.h"
+#include "engine/setup/SplitSetup.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace folivex {
+
+class CPDFTextDumpInit;
+class SourceTable;
+class WordTable;
+
+/// A text of the pages that nearly is the one that was looked for.
+struct NearWord {
+  QString text;  ///< as it stands on the pages
+  int pages = 0; ///< on how many of them
+  int page = 0;  ///< the first of them, from 1
+  int h = 0;     ///< its place there, as it would be typed to match it
+  int v = 0;
+  bool elsewhere = false; ///< does not stand at the position that the setup asks for
+};
+
+/// What is known of a plan at a moment. Handed out complete; never changed afterwards.
+struct LivePlanState {
+  enum class Stage {
+    Opening,       ///< the file is being opened
+    Reading,       ///< pages come in; `plan` is that of the first `pagesRead` of them
+    Done,          ///< `plan` is what a run would do, unless `problem` tells why there is none
+    NeedsPassword, ///< none was given, or a wrong one
+    Unreadable,
+    WaitsForOcr, ///< the words come from a copy that has to be made first: JobDriver::Recognise()
+    TooLarge     ///< for words that are kept; JobDriver::Plan() reads them page by page
+  };
+
+  quint64 number = 0; ///< that plan() gave for these settings
+  Stage stage = Stage::Opening;
+  int pagesRead = 0;                     ///< that the plan knows, from the first page on
+  int pageCount = 0;                     ///< 0 as long as the file is not open
+  std::shared_ptr<const SplitPlan> plan; ///< of the pages read so far; null before the first
+  QString problem;                       ///< plain words, with the next step
+  QStringList nearest;                   ///< no match: sentences as JobDriver::NearestWords() gives
+  std::vector<NearWord> nearWords;       ///< the same as words, for buttons
+};
+
+/// Keeps the words of one file, read once, and plans with the very stages of a run whenever it is
+/// given settings. Nothing is written. The functions are called by any one thread, and none of them
+/// waits; what is found comes through one function, called on a thread of this object's own.
+class LivePlan {
+public:
+  using OnState = std::function<void(LivePlanState state)>;
+
+  /// `library` must outlive this. `onState` must not call this object. The reader that
+  /// `addressReader` makes is used on the thread of this object.
+  LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState);
+  LivePlan(const LivePlan&) = delete;
+  LivePlan& operator=(const LivePlan&) = delete;
+  /// After it nothing is told any more. Waits as long as a file takes to open at most.
+  ~LivePlan();
+
+  /// Plans with these settings, as SetupStore::working() holds them; gives up the plan before.
+  /// Returns its number, which grows; states of older plans may still be on their way. The file is
+  /// read again only when it, or what its words depend on, is another: given once more, the same
+  /// settings ask whether anything has changed.
+  quint64 plan(const SplitSetup& setup);
+  /// No file: gives up everything, and tells nothing.
+  void clear();
+
+  /// Reading stands still, so that a run has the machine to itself. What is read stays planned
+  /// with.
+  void setPaused(bool on);
+
+  /// The words of the file, as far as they are read; null when there is none. Stays valid.
+  std::shared_ptr<const WordTable> words() const;
+
+private:
+  struct Request {
+    quint64 number = 0;
+    std::optional<SplitSetup> setup; ///< none: no file
+  };
+  class Planning;
+
+  quint64 ask(std::optional<SplitSetup> setup);
+  void work();
+  std::optional<Request> nextRequest();
+  void make(quint64 number, const SplitSetup& setup);
+  bool isWanted(quint64 number) const { return m_latest == number && !m_isEnding; }
+
+  AddressReaderMaker m_addressReader;
+  OnState m_onState;
+  std::atomic<quint64> m_latest = 0;
+  std::atomic<bool> m_isEnding = false;
+
+  mutable std::mutex m_mutex; ///< guards what follows
+  std::condition_variable m_asked;
+  std::optional<Request> m_request;
+
+  std::unique_ptr<SourceTable> m_source;
+  std::thread m_thread;
+};
+
+} // namespace folivex

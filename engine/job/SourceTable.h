@@ -1,0 +1,50 @@
+// SourceTable: the word table of the source that a setup names.
+#pragma once
+
+#include "engine/setup/SplitSetup.h"
+#include "engine/words/TableFiller.h"
+#include "platform/FileStamp.h"
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace folivex {
+
+/// Makes the table anew when the file, or what its words depend on, is another. What is not said to
+/// be for any thread belongs to the one that plans.
+class SourceTable {
+public:
+  explicit SourceTable(CPDFTextDumpInit& library) : m_library(library) {}
+
+  /// The table of this source; begins it when there is none yet.
+  std::shared_ptr<WordTable> follow(const SplitSetup& setup);
+  /// Whether the file is another by now than it was when the table was begun.
+  bool isChanged() const;
+  /// The file whose words are read.
+  const QString& scanned() const { return m_origin.read.file; }
+  void drop();
+
+  // For any thread.
+  std::shared_ptr<WordTable> table() const;
+  void setPaused(bool on);
+
+private:
+  struct Origin {
+    TableFiller::Source read;
+    std::optional<platform::FileStamp> stamp;
+    bool operator==(const Origin&) const = default;
+  };
+
+  CPDFTextDumpInit& m_library;
+  Origin m_origin;
+  std::vector<std::unique_ptr<TableFiller>> m_givenUp; ///< until their threads have ended
+
+  mutable std::mutex m_mutex; ///< guards what follows
+  std::shared_ptr<WordTable> m_table;
+  std::unique_ptr<TableFiller> m_filler;
+  bool m_isPaused = false;
+};
+
+} // namespace folivex
