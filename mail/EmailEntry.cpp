@@ -26,6 +26,13 @@ EmailEntry fitted(EmailEntry entry) {
   return entry;
 }
 
+QString subjectOf(const EmailEntry& entry, const QString& settingsSubject) {
+  const QString subject = entry.subject.isEmpty() ? settingsSubject : entry.subject;
+  return entry.invoiceNumberInSubject.isEmpty() || subject.isEmpty()
+             ? subject + entry.invoiceNumberInSubject
+             : subject + u' ' + entry.invoiceNumberInSubject;
+}
+
 QString doubtAbout(const EmailEntry& entry) {
   return entry.isUnchecked ? QStringLiteral("nothing tells whether the file is the one that was "
                                             "written")

@@ -51,6 +51,10 @@ using EmailEntries = std::vector<EmailEntry>;
 /// wrong file.
 EmailEntry fitted(EmailEntry entry);
 
+/// The subject that the mail goes out with: its own wins over that of the settings, and the invoice
+/// number, if any, follows after a blank.
+QString subjectOf(const EmailEntry& entry, const QString& settingsSubject);
+
 /// Why the mail waits for a person who looks at it, but for what isChanged tells; empty when it
 /// need not.
 QString doubtAbout(const EmailEntry& entry);

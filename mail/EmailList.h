@@ -108,6 +108,9 @@ public:
   /// character). An empty text is taken: the entry is then not sent.
   QString setAddress(std::size_t row, const QString& text);
 
+  /// The row is again what it was then.
+  void putBack(std::size_t row, EmailRow before) { m_rows.at(row) = std::move(before); }
+
   /// Looks whether the file of the row is still the one that its identity tells; true when that is
   /// another answer than before.
   bool lookAtFile(std::size_t row);

@@ -261,11 +261,7 @@ MailMessage EmailSendRun::messageFor(const EmailEntry& entry) const {
   MailMessage message;
   message.sender = senderOf(m_setup);
   message.senderName = m_setup.emailFromName;
-  message.subject = ownOr(entry.subject, m_setup.emailSubject);
-  if (!entry.invoiceNumberInSubject.isEmpty()) {
-    message.subject += (message.subject.isEmpty() ? QString() : QStringLiteral(" ")) +
-                       entry.invoiceNumberInSubject;
-  }
+  message.subject = subjectOf(entry, m_setup.emailSubject);
   message.body =
       fromSpreadsheet && !entry.body.isEmpty() ? bodyFromSpreadsheet(entry.body) : m_setup.emailMsg;
   message.bodyKind = m_setup.emailHtml ? BodyKind::Html : BodyKind::Plain;

@@ -70,8 +70,7 @@ struct SendSummary {
 
 /// Choices where two readings were possible:
 /// - Body and copy address are the entry's own when the list came from a spreadsheet, else the
-///   setup's; an own one that is empty gives way to the setup's. An own subject always wins over
-///   the setup's; the invoice number, if any, follows the subject after a blank.
+///   setup's; an own one that is empty gives way to the setup's. The subject: see subjectOf().
 /// - In test mode the copy goes to the sender too, when there is one: nobody else gets a mail.
 /// - "Handled" are the mails that were tried; entries without an address are not.
 /// - A mail that failed never ends the run. But after three in a row that every other would follow

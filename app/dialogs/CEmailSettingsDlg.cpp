@@ -115,6 +115,7 @@ QWidget* CEmailSettingsDlg::buildSearch() {
         "Email match ve&rtical position:");
   range(&SplitSetup::emailMatchHorizFrom, &SplitSetup::emailMatchHorizTo,
         "Email match hori&zontal position:");
+  grid.row(QString(), {new QLabel(QStringLiteral("(Set -1 for any position)"), group)});
   grid.row(QStringLiteral("&After text:"),
            {m_binding.field(&SplitSetup::emailHorizAfterText, group)});
   grid.row(QStringLiteral("Before te&xt:"),

@@ -39,6 +39,8 @@ public:
   EmailDelivery(SplitSetup setup, DeliveryMeans means)
       : m_setup(std::move(setup)), m_means(std::move(means)) {}
 
+  const SplitSetup& setup() const { return m_setup; }
+
   /// A list to come holds outputs of this run: their mails go into its report. A list that was
   /// loaded has none.
   void addRun(const FinishedRun& run) {

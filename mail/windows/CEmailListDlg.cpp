@@ -82,6 +82,11 @@ void CEmailListDlg::buildMenu() {
              "Show the rows of a spreadsheet in place of these; its columns have the headers of "
              "this list",
              &CEmailListDlg::importSheet);
+  m_undo = addCommand(addMenu(QStringLiteral("&Edit")), "undo", "&Undo",
+                      "Take the last change back: an address, or the rows that others came in "
+                      "place of",
+                      &CEmailListDlg::undo);
+  m_undo->setShortcut(QKeySequence::Undo);
 }
 
 QWidget* CEmailListDlg::buildFilter() {
@@ -146,6 +151,7 @@ void CEmailListDlg::showRun(EmailList list, std::vector<AddressedOutput> without
 }
 
 void CEmailListDlg::keepOnly(const std::vector<std::size_t>& rows, const QString& notice) {
+  m_undoSteps.clear(); // what went out does not come back
   replaceList([&] { m_list.reduceTo(rows); });
   tell({{}, notice});
 }
@@ -157,7 +163,32 @@ void CEmailListDlg::replaceList(const std::function<void()>& change) {
   updateControls();
 }
 
+/// Others come in place of the rows.
+void CEmailListDlg::replaceRows(const std::function<CommandWords()>& change) {
+  if (!m_list.isEmpty()) {
+    m_undoSteps.push_back(
+        [this, list = m_list, state = m_commands.state(), without = m_withoutAddress] {
+          m_withoutAddress = without;
+          replaceList([&] { m_list = list; });
+          m_commands.takeBack(state);
+        });
+  }
+  m_withoutAddress.clear();
+  CommandWords words;
+  replaceList([&] { words = change(); });
+  tell(words);
+}
+
+void CEmailListDlg::undo() {
+  const std::function<void()> step = std::move(m_undoSteps.back());
+  m_undoSteps.pop_back();
+  tell({});
+  step();
+  updateControls();
+}
+
 void CEmailListDlg::updateControls() {
+  m_undo->setEnabled(!m_undoSteps.empty());
   m_table->showOwnTexts(m_list.showsOwnTexts());
   m_table->showWhetherEmpty();
   m_without->setVisible(!m_withoutAddress.empty());
@@ -193,10 +224,7 @@ void CEmailListDlg::loadList() {
 }
 
 void CEmailListDlg::load(const QString& path) {
-  m_withoutAddress.clear();
-  CommandWords words;
-  replaceList([&] { words = m_commands.load(path); });
-  tell(words);
+  replaceRows([&] { return m_commands.load(path); });
 }
 
 void CEmailListDlg::saveList() {
@@ -237,10 +265,7 @@ void CEmailListDlg::importSheet() {
   } else if (!sheet.done) {
     tell({sheet.problem, {}});
   } else if (wantsSheet(sheet, path)) {
-    m_withoutAddress.clear();
-    CommandWords words;
-    replaceList([&] { words = m_commands.take(sheet, path); });
-    tell(words);
+    replaceRows([&] { return m_commands.take(sheet, path); });
   }
 }
 
@@ -261,10 +286,16 @@ bool CEmailListDlg::wantsSheet(const EmailImport& sheet, const QString& path) {
 }
 
 void CEmailListDlg::editRow(std::size_t row) {
-  const EmailEntry& entry = m_list.rows()[row].entry;
-  CChangeEmailDlg change(entry.address, entry.file, this);
+  const EmailRow before = m_list.rows()[row];
+  const EmailListCommands::State state = m_commands.state();
+  CChangeEmailDlg change(before.entry.address, before.entry.file, this);
   change.onTake = [&](const QString& text) { return m_commands.changeAddress(row, text); };
   if (change.exec() == Accepted) {
+    m_undoSteps.push_back([this, row, before, state] {
+      m_list.putBack(row, before);
+      m_commands.takeBack(state);
+      m_model.rowChanged(row);
+    });
     m_model.rowChanged(row);
     updateControls();
   }

@@ -28,6 +28,8 @@ public:
 
   /// The outputs of a run; `withoutAddress` are those that had none and are not in the list.
   void showRun(EmailList list, std::vector<AddressedOutput> withoutAddress);
+  /// That of the settings: shown where a row has none of its own.
+  void setSubject(const QString& subject) { m_model.setSubject(subject); }
   /// As soon as the dialog is seen a list file is chosen, or the one given is loaded.
   void loadWhenShown(const QString& path = {}) {
     m_loadsWhenShown = true;
@@ -56,6 +58,8 @@ private:
   void buildMenu();
   QWidget* buildFilter();
   void replaceList(const std::function<void()>& change);
+  void replaceRows(const std::function<CommandWords()>& change);
+  void undo();
   void updateControls();
   void updateCounts();
 
@@ -84,11 +88,13 @@ private:
   EmailListCommands m_commands;
   EmailModel m_model;
   std::vector<AddressedOutput> m_withoutAddress;
+  std::vector<std::function<void()>> m_undoSteps; ///< the newest at the end
   bool m_loadsWhenShown = false;
   QString m_pathToLoad;
   QTimer m_looking; ///< goes through the files while nothing else is to be done
   std::size_t m_nextToLookAt = 0;
 
+  QAction* m_undo = nullptr;
   QLineEdit* m_filter = nullptr;
   EmailTable* m_table = nullptr;
   QPushButton* m_without = nullptr;

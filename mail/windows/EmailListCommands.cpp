@@ -27,13 +27,13 @@ QString onLines(const QString& first, const QString& second) {
 } // namespace
 
 QString EmailListCommands::startPath() const {
-  return m_listPath.isEmpty() ? platform::folderOf(m_list.sourcePath()) : m_listPath;
+  return m_state.listPath.isEmpty() ? platform::folderOf(m_list.sourcePath()) : m_state.listPath;
 }
 
 CommandWords EmailListCommands::load(const QString& path) {
   const EmailListResult loaded = loadEmailList(m_list, path);
-  m_hasUnsavedWork = false;
-  m_listPath = loaded.ok ? path : QString();
+  m_state.hasUnsavedWork = false;
+  m_state.listPath = loaded.ok ? path : QString();
   QString notice = loaded.note;
   if (loaded.ok && m_list.isEmpty()) {
     notice = onLines(notice, QStringLiteral("There are no rows in %1").arg(path));
@@ -42,12 +42,13 @@ CommandWords EmailListCommands::load(const QString& path) {
 }
 
 CommandWords EmailListCommands::save() {
-  const QString path = m_listPath.isEmpty() ? QString(defaultEmailListPath) : m_listPath;
+  const QString path =
+      m_state.listPath.isEmpty() ? QString(defaultEmailListPath) : m_state.listPath;
   const EmailListResult saved = saveEmailList(m_list, path);
   QString notice = saved.note;
   if (saved.ok) {
-    m_listPath = path;
-    m_hasUnsavedWork = false;
+    m_state.listPath = path;
+    m_state.hasUnsavedWork = false;
     notice = onLines(notice, lostInFile());
     if (QFileInfo(path).isRelative()) {
       notice = onLines(QStringLiteral("Saved in the folder %1")
@@ -59,7 +60,7 @@ CommandWords EmailListCommands::save() {
 }
 
 CommandWords EmailListCommands::saveAs(const QString& path) {
-  m_listPath = path;
+  m_state.listPath = path;
   return save();
 }
 
@@ -73,8 +74,8 @@ QString EmailListCommands::lostInFile() const {
 
 CommandWords EmailListCommands::take(const EmailImport& import, const QString& spreadsheet) {
   m_list.setEntries(import.entries, spreadsheet);
-  m_listPath.clear();
-  m_hasUnsavedWork = true;
+  m_state.listPath.clear();
+  m_state.hasUnsavedWork = true;
   return {{},
           QStringLiteral("%1 imported from %2").arg(mailCount(import.entries.size()), spreadsheet)};
 }
@@ -96,7 +97,7 @@ QStringList EmailListCommands::findingsOf(const EmailImport& import) {
 QString EmailListCommands::changeAddress(std::size_t row, const QString& text) {
   const QString before = m_list.rows().at(row).entry.address;
   QString problem = m_list.setAddress(row, text);
-  m_hasUnsavedWork = m_hasUnsavedWork || m_list.rows()[row].entry.address != before;
+  m_state.hasUnsavedWork = m_state.hasUnsavedWork || m_list.rows()[row].entry.address != before;
   return problem;
 }
 

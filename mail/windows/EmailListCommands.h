@@ -21,8 +21,16 @@ public:
   /// `list` must outlive this.
   explicit EmailListCommands(EmailList& list) : m_list(list) {}
 
+  struct State {
+    QString listPath;
+    bool hasUnsavedWork = false;
+  };
+  const State& state() const { return m_state; }
+  /// The list is again what it was then.
+  void takeBack(const State& before) { m_state = before; }
+
   /// The file that save() writes: the one loaded or saved last; empty when there is none yet.
-  const QString& listPath() const { return m_listPath; }
+  const QString& listPath() const { return m_state.listPath; }
   /// Where choosers of list files begin.
   QString startPath() const;
 
@@ -40,7 +48,7 @@ public:
   QString changeAddress(std::size_t row, const QString& text);
 
   /// The list was changed by hand or imported, and not saved since.
-  bool hasUnsavedWork() const { return m_hasUnsavedWork; }
+  bool hasUnsavedWork() const { return m_state.hasUnsavedWork; }
 
   /// What a list file does not keep of this list; empty when it keeps all.
   QString lostInFile() const;
@@ -50,8 +58,7 @@ public:
 
 private:
   EmailList& m_list;
-  QString m_listPath;
-  bool m_hasUnsavedWork = false;
+  State m_state;
 };
 
 } // namespace folivex

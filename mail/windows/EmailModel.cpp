@@ -29,14 +29,6 @@ QString fileWarning(const EmailEntry& entry) {
                                    : QString();
 }
 
-QString shownText(const EmailRow& row, EmailColumn column) {
-  const QString warning = column == EmailColumn::File ? fileWarning(row.entry) : QString();
-  const QString text =
-      column == EmailColumn::File ? row.cell(column) : row.cell(column).left(longestCell);
-  return withoutControlCharacters( // a cell is one line
-      warning.isEmpty() ? text : QStringLiteral("%1  (%2)").arg(text, warning));
-}
-
 QString addressRemark(const EmailEntry& entry) {
   if (entry.address.isEmpty()) {
     return QStringLiteral(
@@ -59,8 +51,8 @@ QString fileRemark(const EmailEntry& entry) {
 }
 
 /// Texts of pages and sheets are no markup; the outer one makes the lines.
-QString toolTipOf(const EmailRow& row, EmailColumn column) {
-  QStringList lines = {row.cell(column), addressRemark(row.entry), fileRemark(row.entry)};
+QString toolTipOf(const EmailRow& row, const QString& text) {
+  QStringList lines = {text, addressRemark(row.entry), fileRemark(row.entry)};
   lines.removeAll(QString());
   if (!row.entry.furtherAddresses.isEmpty()) {
     lines += QStringLiteral("Other addresses on its pages: %1")
@@ -111,6 +103,21 @@ template <typename KeyOf> void sortByKeys(Rows& rows, Qt::SortOrder order, const
 
 EmailModel::EmailModel(EmailList& list) : m_list(list), m_shown(rowsToShow()) {}
 
+/// The subject that a mail goes out with, not what its row has of its own.
+QString EmailModel::textOf(const EmailRow& row, EmailColumn column) const {
+  return column == EmailColumn::Subject ? subjectOf(row.entry, m_subject) : row.cell(column);
+}
+
+QString EmailModel::shownText(const EmailRow& row, EmailColumn column) const {
+  QString text = textOf(row, column);
+  if (column != EmailColumn::File) {
+    text = text.left(longestCell);
+  } else if (const QString warning = fileWarning(row.entry); !warning.isEmpty()) {
+    text = QStringLiteral("%1  (%2)").arg(text, warning);
+  }
+  return withoutControlCharacters(text); // a cell is one line
+}
+
 Rows EmailModel::rowsToShow() const {
   Rows rows;
   rows.reserve(m_list.count());
@@ -120,7 +127,7 @@ Rows EmailModel::rowsToShow() const {
   for (std::size_t row = 0; row < m_list.count(); ++row) {
     const EmailEntry& entry = m_list.rows()[row].entry;
     if (m_filter.isEmpty() || matches(entry.address) || matches(entry.file) || matches(entry.cc) ||
-        matches(entry.invoiceNumberInSubject) || matches(entry.subject)) {
+        matches(subjectOf(entry, m_subject))) {
       rows.push_back(row);
     }
   }
@@ -142,7 +149,7 @@ void EmailModel::putInOrder(Rows& rows) const {
   collator.setNumericMode(true); // "9.pdf" stands before "10.pdf"
   collator.setCaseSensitivity(Qt::CaseInsensitive);
   sortByKeys(rows, m_sortOrder,
-             [&](std::size_t row) { return collator.sortKey(m_list.rows()[row].cell(column)); });
+             [&](std::size_t row) { return collator.sortKey(textOf(m_list.rows()[row], column)); });
 }
 
 void EmailModel::changeList(const std::function<void()>& change) {
@@ -203,7 +210,7 @@ QVariant EmailModel::data(const QModelIndex& index, int role) const {
   case Qt::DisplayRole:
     return shownText(row, column);
   case Qt::ToolTipRole:
-    return toolTipOf(row, column);
+    return toolTipOf(row, textOf(row, column));
   case Qt::ForegroundRole:
     return cellColor(row, column);
   case Qt::TextAlignmentRole:

@@ -19,14 +19,18 @@ public:
   /// `list` must outlive this, and be changed through the functions below only.
   explicit EmailModel(EmailList& list);
 
+  /// That of the settings, for rows without one of their own.
+  void setSubject(const QString& subject) {
+    changeList([&] { m_subject = subject; });
+  }
   /// Anything may change in `change`.
   void changeList(const std::function<void()>& change);
   /// A row of the list has another address now, or its file was looked at. It stays where it is
   /// seen.
   void rowChanged(std::size_t row);
 
-  /// Leaves the rows with this text, in any case, in address, file, copy address, invoice number or
-  /// subject. Empty: all.
+  /// Leaves the rows with this text, in any case, in address, file, copy address or subject. Empty:
+  /// all.
   void setFilter(const QString& text);
   const QString& filter() const { return m_filter; }
 
@@ -45,8 +49,11 @@ public:
 private:
   std::vector<std::size_t> rowsToShow() const;
   void putInOrder(std::vector<std::size_t>& rows) const;
+  QString textOf(const EmailRow& row, EmailColumn column) const;
+  QString shownText(const EmailRow& row, EmailColumn column) const;
 
   EmailList& m_list;
+  QString m_subject;
   QString m_filter;
   int m_sortColumn = -1;
   Qt::SortOrder m_sortOrder = Qt::AscendingOrder;

@@ -9,7 +9,9 @@
 #include "platform/Paths.h"
 #include "widgets/Dialogs.h"
 
+#include <QApplication>
 #include <QHash>
+#include <QPointer>
 #include <QScopedValueRollback>
 #include <QSet>
 
@@ -165,6 +167,26 @@ private:
   QHash<QString, std::size_t> m_runOf; ///< which of those that wait made a file last
 };
 
+/// While one lives the person is at the mails; then the keyboard goes back to where it was.
+class EmailSession::AtWork {
+public:
+  explicit AtWork(EmailSession& session)
+      : m_rollback(session.m_isAtWork, true),
+        m_active(QApplication::activeWindow() != nullptr ? QApplication::activeWindow()
+                                                         : session.m_parts.over) {}
+  ~AtWork() {
+    if (m_active != nullptr && m_active->isVisible()) {
+      m_active->activateWindow(); // not every desktop does so when a dialog goes
+    }
+  }
+  AtWork(const AtWork&) = delete;
+  AtWork& operator=(const AtWork&) = delete;
+
+private:
+  QScopedValueRollback<bool> m_rollback;
+  QPointer<QWidget> m_active;
+};
+
 EmailSession::EmailSession(Parts parts) : m_parts(std::move(parts)) {}
 
 EmailSession::~EmailSession() = default;
@@ -184,7 +206,7 @@ void EmailSession::afterRun(const SplitSetup& setup, const FinishedRun& run) {
   if (!setup.emailEnable || m_isAtWork || run.outputs.empty()) {
     return;
   }
-  const QScopedValueRollback atWork(m_isAtWork, true);
+  const AtWork atWork(*this);
   JoinedRuns all = joined({run});
   if (all.list.isEmpty()) {
     m_parts.dialogs.message(m_parts.over, nothingToSend());
@@ -254,7 +276,7 @@ void EmailSession::afterBatch() {
   if (!batch || m_isAtWork) {
     return;
   }
-  const QScopedValueRollback atWork(m_isAtWork, true);
+  const AtWork atWork(*this);
   JoinedRuns all = joined(batch->waiting);
   if (!all.list.isEmpty()) {
     CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
@@ -273,7 +295,7 @@ bool EmailSession::goOn(const SplitSetup& setup) {
   if (list.isEmpty()) {
     return false;
   }
-  const QScopedValueRollback atWork(m_isAtWork, true);
+  const AtWork atWork(*this);
   const int chosen = m_parts.dialogs.choice(
       m_parts.over,
       QStringLiteral("A run of this file with these settings has not sent all of its e-mails: it "
@@ -296,7 +318,7 @@ void EmailSession::loadEmailList(const SplitSetup& setup) {
   if (m_isAtWork) {
     return;
   }
-  const QScopedValueRollback atWork(m_isAtWork, true);
+  const AtWork atWork(*this);
   EmailDelivery delivery(setup, m_means);
   CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
   dialog.loadWhenShown();
@@ -305,6 +327,7 @@ void EmailSession::loadEmailList(const SplitSetup& setup) {
 }
 
 void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
+  dialog.setSubject(delivery.setup().emailSubject);
   while (dialog.exec() == QDialog::Accepted) {
     if (sendAndTell(dialog, delivery) == Outcome::Done) {
       return;

@@ -57,6 +57,7 @@ public:
 
 private:
   struct Batch;
+  class AtWork;
   enum class Outcome { Done, RowsLeft };
 
   void review(CEmailListDlg& dialog, EmailDelivery& delivery);

@@ -152,6 +152,63 @@ TEST_F(EmailListDialog, ADoubleClickChangesTheAddressOfTheRowThatIsSeenThere) {
   EXPECT_FALSE(list.isVisible());
 }
 
+TEST_F(EmailListDialog, ChangesAndRowsThatOthersReplacedComeBack) {
+  write("z.lst", "UNICODEV4\nz@x.example|/out/z.pdf|0|0\n");
+  const auto undo = [this] {
+    list.activateWindow();
+    EXPECT_TRUE(waitUntil([this] { return list.isActiveWindow(); }));
+    QTest::keyClick(tableOf(&list), Qt::Key_Z, Qt::ControlModifier);
+  };
+  EmailList filled;
+  AddressedOutput output;
+  output.file = at("a.pdf");
+  AddressedOutput addressed = output;
+  addressed.address = "nobody"; // a page may hold what is no address
+  filled.fill(std::vector{addressed});
+  list.showRun(std::move(filled), {output});
+  undo();
+  EXPECT_EQ(seen(), "n");
+  DialogScript script;
+  script.then("CChangeEmailDlg", [](QDialog* change) {
+    typeInto(change, "address", "b@x.example");
+    click(change, "ok");
+  });
+  clickRow(0);
+  QTest::keyClick(tableOf(&list), Qt::Key_F2);
+  dialogs.files = {{at("z.lst")}, {at("gone.lst")}};
+  choose("loadList");
+  choose("loadList"); // cannot be opened, and leaves nothing
+  EXPECT_EQ(seen(), "");
+  for (const char* before : {"z", "b"}) {
+    undo();
+    EXPECT_EQ(seen(), before);
+  }
+  EXPECT_EQ(list.listFile(), QString());
+  EXPECT_TRUE(control<QPushButton>(&list, "withoutAddress")->isVisible());
+  undo();
+  EXPECT_EQ(seen(), "n");
+  EXPECT_FALSE(control<QAction>(&list, "undo")->isEnabled());
+  click(&list, "cancel"); // and no work is lost
+  EXPECT_FALSE(list.isVisible());
+}
+
+TEST_F(EmailListDialog, SubjectsAreThoseThatGoOut) {
+  EmailEntries entries(3);
+  entries[1].subject = "Own";
+  entries[2].invoiceNumberInSubject = "17";
+  EmailList filled;
+  filled.setEntries(entries, {});
+  list.setSubject("Statement");
+  list.showRun(std::move(filled), {});
+  EXPECT_EQ(shownIn(&list, EmailColumn::Subject),
+            QStringList({"Statement", "Own", "Statement 17"}));
+  clickHeader(EmailColumn::Subject);
+  EXPECT_EQ(shownIn(&list, EmailColumn::Subject),
+            QStringList({"Own", "Statement", "Statement 17"}));
+  typeInto(&list, "filter", "statement");
+  EXPECT_EQ(shownIn(&list, EmailColumn::Subject), QStringList({"Statement", "Statement 17"}));
+}
+
 TEST_F(EmailListDialog, TheViewNeverChangesWhatIsSentNorItsOrder) {
   struct Row {
     const char* what;

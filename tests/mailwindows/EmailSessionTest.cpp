@@ -60,12 +60,16 @@ TEST_F(MailSession, ShowsTheListOfARunAndSendsIt) {
       .then("CEmailListDlg",
             [this](QDialog* list) {
               EXPECT_TRUE(control<QLabel>(list, "notice")->text().startsWith("1 of 4 outputs"));
+              EXPECT_EQ(shownIn(list, EmailColumn::Subject), QStringList(3, "Statement"));
               tableOf(list)->selectRow(1);
               dialogs.choices = {0};    // selected only
               dialogs.answers = {true}; // back to the list
               seeing({"a@x.example", "b@x.example", "c@x.example"}, "send")(list);
             })
-      .then("CEmailListDlg", seeing({"a@x.example", "c@x.example"}, "send"));
+      .then("CEmailListDlg", [](QDialog* list) {
+        EXPECT_FALSE(control<QAction>(list, "undo")->isEnabled()) << "what went out comes back";
+        seeing({"a@x.example", "c@x.example"}, "send")(list);
+      });
   session.afterRun(setup, run({"a@x.example", "b@x.example", "", "c@x.example"}));
   EXPECT_EQ(dialogs.messages,
             QStringList({"(1) Emails sent ok: 1, errors: 0", "(2) Emails sent ok: 2, errors: 0"}));
