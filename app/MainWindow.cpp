@@ -82,7 +82,7 @@ void MainWindow::buildControls() {
   auto* bar = new QMenuBar(this);
   bar->setObjectName(QStringLiteral("menus"));
   m_menus = std::make_unique<MainMenus>(bar, themeOf(m_memory.text(themeKey())));
-  m_panel = new SetupPanel(m_dialogs, m_memory, this);
+  m_panel = new RulesPane(m_dialogs, m_memory, this);
   m_news = new NewsLine(this);
   m_runLine = new RunLine(this);
   m_status = new CStatusDlg(this);
@@ -122,13 +122,20 @@ QWidget* MainWindow::buildButtons() {
 
 void MainWindow::connectMenus() {
   m_menus->onCommand = [this](Command chosen) { command(chosen); };
+  m_panel->onDialogWanted = [this](RulesPart part) {
+    static const std::map<RulesPart, Command> dialogs = {
+        {RulesPart::Mail, Command::EmailSettings},
+        {RulesPart::Reports, Command::ReportOptions},
+        {RulesPart::Other, Command::OtherSettings},
+        {RulesPart::Command, Command::SplitCommand}};
+    command(dialogs.at(part));
+  };
   m_menus->onRecentSetup = [this](const QString& path) { loadSetupFile(path); };
   m_menus->onTheme = [this](Theme theme) {
     m_memory.setText(themeKey(), themeName(theme));
     applyTheme(theme);
   };
   m_menus->setRecentSetups(m_recent.paths());
-  followAction(m_panel->viewPageButton(), m_menus->action(Command::ViewPage));
 }
 
 void MainWindow::setParts(WindowParts parts) {

@@ -6,7 +6,7 @@
 #include "app/RecentSetups.h"
 #include "app/WindowParts.h"
 #include "app/groups/PickTargets.h"
-#include "app/groups/SetupPanel.h"
+#include "app/groups/RulesPane.h"
 #include "engine/base/Operator.h"
 #include "widgets/Pace.h"
 
@@ -126,7 +126,7 @@ private:
   Pace m_paintPace;
 
   std::unique_ptr<MainMenus> m_menus;
-  SetupPanel* m_panel = nullptr;
+  RulesPane* m_panel = nullptr;
   NewsLine* m_news = nullptr;
   RunLine* m_runLine = nullptr;
   CStatusDlg* m_status = nullptr;

@@ -93,8 +93,10 @@ struct ToneColors {
 };
 
 QColor colorOf(Tone tone) {
-  static constexpr ToneColors colors[] = {
-      {0xb3261e, 0xff8a80}, {0x7a5400, 0xf2c56b}, {0x1b6e2f, 0x81d48c}}; // by Tone, from Problem on
+  static constexpr ToneColors colors[] = {{0xb3261e, 0xff8a80},
+                                          {0x7a5400, 0xf2c56b},
+                                          {0x1b6e2f, 0x81d48c},
+                                          {0x58606a, 0xa9b0b9}}; // by Tone, from Problem on
   const ToneColors& own = colors[static_cast<std::size_t>(tone) - 1];
   return isDark() ? own.onDark : own.onLight;
 }

@@ -21,7 +21,7 @@ void applyTheme(Theme theme);
 bool isDark();
 
 /// What a text tells by its colour.
-enum class Tone { Plain, Problem, Hint, Success };
+enum class Tone { Plain, Problem, Hint, Success, Quiet };
 
 /// Gives a label the colour of what it tells. It changes with the look.
 void setTone(QWidget* label, Tone tone);

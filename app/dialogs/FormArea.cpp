@@ -72,8 +72,7 @@ QSize FormArea::sizeHint() const {
 void FormArea::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
   const bool isNarrow = !m_right.isEmpty() && viewport()->width() < m_sideBySideWidth;
-  const bool isStacked = m_columns->direction() == QBoxLayout::TopToBottom;
-  if (isNarrow != isStacked) {
+  if (m_columns != nullptr && isNarrow != (m_columns->direction() == QBoxLayout::TopToBottom)) {
     arrange(isNarrow ? Arrangement::Stacked : Arrangement::SideBySide);
   }
   fitContent();

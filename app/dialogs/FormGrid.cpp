@@ -18,7 +18,7 @@ QHBoxLayout* sideBySide(std::initializer_list<QWidget*> controls) {
   auto* line = new QHBoxLayout;
   bool stretches = false;
   for (QWidget* control : controls) {
-    const bool wide = control->sizePolicy().horizontalPolicy() == QSizePolicy::Expanding;
+    const bool wide = control->sizePolicy().expandingDirections().testFlag(Qt::Horizontal);
     line->addWidget(control, wide ? 1 : 0);
     stretches = stretches || wide;
   }
@@ -35,6 +35,13 @@ FormGrid::FormGrid(QWidget* owner, SetupBinding& binding)
   m_grid->setColumnStretch(1, 1);
 }
 
+FormGrid::FormGrid(QWidget* owner, SetupBinding& binding, int labelWidth, QWidget* after)
+    : FormGrid(owner, binding) {
+  m_labelWidth = labelWidth;
+  m_lastStop = after;
+  m_grid->setContentsMargins(0, 0, 0, 0);
+}
+
 void FormGrid::row(const QString& label, std::initializer_list<QWidget*> controls) {
   auto* text = new QLabel(label);
   QWidget* first = *controls.begin();
@@ -43,10 +50,15 @@ void FormGrid::row(const QString& label, std::initializer_list<QWidget*> control
   m_binding.follow(first->objectName(), text);
   followBuddies(controls);
   const bool isTall = qobject_cast<QPlainTextEdit*>(first) != nullptr;
+  if (m_labelWidth > 0) {
+    text->setWordWrap(true);
+    text->setFixedWidth(m_labelWidth);
+  }
   m_grid->addWidget(text, m_row, 0, isTall ? Qt::AlignTop : Qt::Alignment());
   m_grid->addLayout(sideBySide(controls), m_row++, 1);
   tabThrough(controls);
   problemLines(controls, 1);
+  keepTogether(controls, text);
 }
 
 void FormGrid::wide(std::initializer_list<QWidget*> controls) {
@@ -54,6 +66,27 @@ void FormGrid::wide(std::initializer_list<QWidget*> controls) {
   m_grid->addLayout(sideBySide(controls), m_row++, 0, 1, 2);
   tabThrough(controls);
   problemLines(controls, 0);
+  keepTogether(controls, nullptr);
+}
+
+void FormGrid::sentence(const QString& key, QLabel* text) {
+  text->setWordWrap(true);
+  m_grid->addWidget(text, m_row++, 0, 1, 2);
+  m_binding.addLine(key.isEmpty() ? QStringList() : QStringList{key}, {text});
+}
+
+void FormGrid::keepTogether(std::initializer_list<QWidget*> controls, QWidget* label) {
+  QList<QWidget*> line = controls;
+  QStringList keys;
+  for (QWidget* control : controls) {
+    if (m_binding.problemLine(control) != nullptr) {
+      keys += control->objectName();
+    }
+  }
+  if (label != nullptr) {
+    line += label;
+  }
+  m_binding.addLine(keys, line);
 }
 
 void FormGrid::tabThrough(std::initializer_list<QWidget*> controls) {

@@ -8,6 +8,7 @@
 #include <initializer_list>
 
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QWidget;
@@ -21,6 +22,9 @@ class FormGrid {
 public:
   /// A layout for `owner`, which gets it.
   FormGrid(QWidget* owner, SetupBinding& binding);
+  /// For a narrow form: labels of this width, in pixels, and wrapped. The Tab key comes here from
+  /// `after`.
+  FormGrid(QWidget* owner, SetupBinding& binding, int labelWidth, QWidget* after);
 
   /// The label belongs to the first control; a text between controls is a QLabel among them, and
   /// belongs to its buddy. Labels are enabled and disabled with the setting that they belong to.
@@ -28,16 +32,23 @@ public:
   /// Without a label, over both columns.
   void wide(std::initializer_list<QWidget*> controls);
 
+  /// A text over both columns, seen as long as the setting means something; without a
+  /// setting, always.
+  void sentence(const QString& key, QLabel* text);
+
   int rowCount() const { return m_row; }
+  QWidget* lastStop() const { return m_lastStop; } ///< of the Tab key; null before the first
 
 private:
   void tabThrough(std::initializer_list<QWidget*> controls);
   void followBuddies(std::initializer_list<QWidget*> controls);
   void problemLines(std::initializer_list<QWidget*> controls, int column);
+  void keepTogether(std::initializer_list<QWidget*> controls, QWidget* label);
 
   QGridLayout* m_grid;
   SetupBinding& m_binding;
-  QWidget* m_lastStop = nullptr; ///< of the Tab key
+  int m_labelWidth = 0; ///< 0: as wide as its widest
+  QWidget* m_lastStop = nullptr;
   int m_row = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "app/dialogs/SettingUse.h"
 
 #include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
 
@@ -38,6 +39,20 @@ void addMatching(const SplitSetup& setup, IdleKeys& idle) {
                         "FIRSTCHAROFWORD", "ADDBWORDS"});
 }
 
+/// What means the same is written the same.
+SplitSetup alike(SplitSetup setup) {
+  for (QString* position : {&setup.matchPosH, &setup.matchPosV}) {
+    if (position->trimmed() == QLatin1String("0")) {
+      position->clear();
+    }
+  }
+  setup.pageExtract = splitTraitsOf(setup.pageExtract).text;
+  setup.extract = setup.extract.isEmpty() ? fileNameMethodTexts().front() : setup.extract;
+  setup.startFromPage = setup.startFromPage <= 1 ? 0 : setup.startFromPage;
+  setup.outputDir = setup.outputDir.isEmpty() ? defaultSetup().outputDir : setup.outputDir;
+  return setup;
+}
+
 } // namespace
 
 bool matchesWords(const SplitSetup& setup) {
@@ -65,6 +80,24 @@ QSet<QString> idleSettings(const SplitSetup& setup) {
                  {"EMAILSMTP", "EMAILLOGIN", "EMAILPASSWORD", "EMAILFROMNAME", "EMAILHTML"});
   idle.addUnless(setup.useOutlook, {"USEOUTLOOKAUTO"});
   return idle.keys();
+}
+
+QSet<QString> ownSettings(const SplitSetup& setup) {
+  const SplitSetup own = alike(setup);
+  const SplitSetup plain = alike(defaultSetup());
+  QSet<QString> keys;
+  for (const SetupField& field : setupFields()) {
+    std::visit(
+        [&](auto member) {
+          if constexpr (std::is_member_object_pointer_v<decltype(member)>) {
+            if (own.*member != plain.*member) {
+              keys += QString(field.key);
+            }
+          }
+        },
+        field.member);
+  }
+  return keys;
 }
 
 } // namespace folivex

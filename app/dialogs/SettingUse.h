@@ -12,6 +12,9 @@ struct SplitSetup;
 /// values stay, and come back into effect with the choice that made them idle.
 QSet<QString> idleSettings(const SplitSetup& setup);
 
+/// Keys of the settings that say something else than they do before any setup was read.
+QSet<QString> ownSettings(const SplitSetup& setup);
+
 /// The search is made at a position: `MATCHPOSH` and `MATCHPOSV` count.
 bool matchesAtPosition(const SplitSetup& setup);
 

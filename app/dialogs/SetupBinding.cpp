@@ -44,9 +44,9 @@ SetupBinding::Row& SetupBinding::add(const SetupField& setting, QWidget* control
   return m_rows.back();
 }
 
-void SetupBinding::edited() {
+void SetupBinding::edited(const QWidget* control) {
   if (!m_isShowing && onEdited) {
-    onEdited();
+    onEdited(control->objectName());
   }
 }
 
@@ -54,7 +54,7 @@ void SetupBinding::bind(bool SplitSetup::*setting, QCheckBox* box) {
   Row& row = add(fieldOf(setting), box);
   row.show = [=](const SplitSetup& setup) { box->setChecked(setup.*setting); };
   row.take = [=](SplitSetup& setup) { setup.*setting = box->isChecked(); };
-  QObject::connect(box, &QCheckBox::toggled, box, [this] { edited(); });
+  QObject::connect(box, &QCheckBox::toggled, box, [=, this] { edited(box); });
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown) {
@@ -69,7 +69,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown sh
     }
   };
   row.take = [=](SplitSetup& setup) { setup.*setting = field->text(); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [this] { edited(); });
+  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
@@ -82,7 +82,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
     list->setCurrentIndex(std::max(entry, 0));
   };
   row.take = [=](SplitSetup& setup) { setup.*setting = list->currentText(); };
-  QObject::connect(list, &QComboBox::currentIndexChanged, list, [this] { edited(); });
+  QObject::connect(list, &QComboBox::currentIndexChanged, list, [=, this] { edited(list); });
 }
 
 void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
@@ -94,7 +94,7 @@ void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
   row.take = [=](SplitSetup& setup) {
     setup.*setting = field->toPlainText().replace(u'\n', QLatin1String("\r\n"));
   };
-  QObject::connect(field, &QPlainTextEdit::textChanged, field, [this] { edited(); });
+  QObject::connect(field, &QPlainTextEdit::textChanged, field, [=, this] { edited(field); });
 }
 
 void SetupBinding::bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits) {
@@ -106,7 +106,7 @@ void SetupBinding::bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits 
     setup.*setting = isNumber ? value : setup.*setting;
   };
   row.inputProblem = [=] { return wholeNumberProblem(field->text(), limits); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [this] { edited(); });
+  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
 }
 
 void SetupBinding::bind(double SplitSetup::*setting, QLineEdit* field) {
@@ -118,7 +118,7 @@ void SetupBinding::bind(double SplitSetup::*setting, QLineEdit* field) {
     }
   };
   row.inputProblem = [=] { return factorProblem(field->text()); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [this] { edited(); });
+  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
 }
 
 QLineEdit* SetupBinding::field(QString SplitSetup::*setting, QWidget* parent, Shown shown) {
@@ -178,6 +178,48 @@ void SetupBinding::disable(const QSet<QString>& keys) {
       companion->setEnabled(enabled);
     }
   }
+}
+
+void SetupBinding::addLine(const QStringList& keys, const QList<QWidget*>& widgets) {
+  m_lines.push_back({QSet<QString>(keys.begin(), keys.end()), widgets});
+}
+
+void SetupBinding::hideLines(const QSet<QString>& keys) {
+  for (const Line& line : m_lines) {
+    const bool isSeen = line.keys.isEmpty() || !keys.contains(line.keys);
+    for (QWidget* widget : line.widgets) {
+      widget->setVisible(isSeen);
+    }
+  }
+}
+
+QString SetupBinding::label(const QString& key) const {
+  const auto plain = [](const QString& text) {
+    QString all = text;
+    return all.remove(u'&');
+  };
+  const QWidget* of = control(key);
+  if (of != nullptr && !of->accessibleName().isEmpty()) {
+    return of->accessibleName(); // its label alone would not tell it apart
+  }
+  if (const auto* box = qobject_cast<const QCheckBox*>(of)) {
+    return plain(box->text());
+  }
+  for (const QWidget* companion : m_companions.value(key)) {
+    if (const auto* text = qobject_cast<const QLabel*>(companion)) {
+      return plain(text->text());
+    }
+  }
+  return key;
+}
+
+QString SetupBinding::shownValue(const QString& key) const {
+  const QWidget* of = control(key);
+  if (const auto* field = qobject_cast<const QLineEdit*>(of)) {
+    return field->echoMode() == QLineEdit::Normal ? field->text() : QString();
+  }
+  const auto* list = qobject_cast<const QComboBox*>(of);
+  return list == nullptr ? QString() : list->currentText();
 }
 
 void SetupBinding::tell(const SettingFindings& findings, Telling telling) {

@@ -60,6 +60,17 @@ public:
   /// Every control of these settings is disabled, all others are enabled.
   void disable(const QSet<QString>& keys);
 
+  /// Widgets that stand in one line with the controls of these settings.
+  void addLine(const QStringList& keys, const QList<QWidget*>& widgets);
+  /// Lines whose settings are all among these are not seen.
+  void hideLines(const QSet<QString>& keys);
+
+  /// What a person calls a setting: the text of its box or label, without a letter for the Alt key.
+  QString label(const QString& key) const;
+  /// What stands in a setting's control, for a person to read; empty for a box, and for what is not
+  /// to be read.
+  QString shownValue(const QString& key) const;
+
   enum class Telling {
     All,    ///< everything that was found
     Editing ///< while the person edits: hints, and problems that had been told and still hold
@@ -73,8 +84,8 @@ public:
   /// The line for problems of a control, null when the control is not bound.
   QLabel* problemLine(const QWidget* control) const;
 
-  /// The person, or the program, changed a control; not called by show().
-  std::function<void()> onEdited;
+  /// The person, or the program, changed the control of this setting; not called by show().
+  std::function<void(const QString& key)> onEdited;
 
 private:
   struct Row {
@@ -87,10 +98,16 @@ private:
     bool tellsProblem = false;
   };
 
+  struct Line {
+    QSet<QString> keys;
+    QList<QWidget*> widgets;
+  };
+
   Row& add(const SetupField& setting, QWidget* control);
-  void edited();
+  void edited(const QWidget* control);
 
   std::vector<Row> m_rows;
+  std::vector<Line> m_lines;
   QHash<QString, QList<QWidget*>> m_companions;
   bool m_isShowing = false;
 };

@@ -30,7 +30,7 @@ void SetupDialog::finish(const QList<QWidget*>& left, const QList<QWidget*>& rig
   QWidget* buttons = okAndCancel(this, "Take these settings", "Leave the settings as they were");
   stack(this, {{m_form, 1}, sideBySide(this, {m_helpButton, {buttons, 1}})});
   resizeOnScreen(this, QSize(startWidth, sizeHint().height()));
-  m_binding.onEdited = [this] { edited(); };
+  m_binding.onEdited = [this](const QString& /*key*/) { edited(); };
 }
 
 void SetupDialog::setSetup(const SplitSetup& setup) {

@@ -4,7 +4,7 @@
 #include "app/groups/SetupGroup.h"
 
 class QComboBox;
-class QPushButton;
+class QLabel;
 
 namespace folivex {
 
@@ -18,18 +18,16 @@ public:
 class SearchGroup : public SetupGroup {
 public:
   SearchGroup(GroupParts parts, QWidget* parent);
-
-  /// Opens the page whose words have the positions to type here.
-  QPushButton* viewPageButton() const { return m_viewPage; }
-
-private:
-  QPushButton* m_viewPage = nullptr;
 };
 
 /// Where a document begins and ends.
 class RangesGroup : public SetupGroup {
 public:
   RangesGroup(GroupParts parts, QWidget* parent);
+  void adapt(const SplitSetup& setup);
+
+private:
+  QLabel* m_meaning;
 };
 
 /// How the output files are named.
@@ -39,12 +37,14 @@ public:
 
   /// Ranges that come from bookmarks are named after them, and only they are. The method that was
   /// chosen before comes back with the words.
-  void setByBookmarks(bool byBookmarks);
+  void adapt(const SplitSetup& setup);
 
 private:
   QWidget* tokenButton(QLineEdit* field, const char* name);
+  void setByBookmarks(bool byBookmarks);
 
   QComboBox* m_methods;
+  QLabel* m_meaning;
   QString m_methodForWords;
 };
 
@@ -52,6 +52,27 @@ private:
 class OutputGroup : public SetupGroup {
 public:
   OutputGroup(GroupParts parts, QWidget* parent);
+};
+
+struct DialogGroupRow {
+  const char* name; ///< object name
+  const char* title;
+  const char* helpTopic;
+  const char* toolTip; ///< of its button
+  QString (*words)(const SplitSetup& setup);
+};
+
+/// Settings of a dialog of their own: what they come to, and a button that opens it.
+class DialogGroup : public QWidget {
+public:
+  DialogGroup(const DialogGroupRow& row, QWidget* parent);
+  void adapt(const SplitSetup& setup);
+
+  std::function<void()> onChange;
+
+private:
+  QString (*m_words)(const SplitSetup& setup);
+  QLabel* m_text;
 };
 
 } // namespace folivex

@@ -47,7 +47,7 @@ TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   click(&main(), "browseOutput");
   {
     const DialogScript page([](QDialog* dialog) { click(dialog, "ok"); });
-    click(&main(), "viewPageButton");
+    main().findChild<QAction*>(QStringLiteral("viewPage"))->trigger();
   }
   auto* viewer = opened<PagePane>();
   PageCanvas& canvas = *control<PageArea>(viewer, "pageArea")->canvas();
