@@ -1,5 +1,7 @@
 #include "widgets/LookStyle.h"
 
+#include "widgets/Theme.h"
+
 #include <QAbstractItemView>
 #include <QPainter>
 #include <QStyleOption>
@@ -10,7 +12,7 @@ namespace {
 
 constexpr double cornerRadius = 2;
 
-bool isDark(const QPalette& palette) {
+bool isDarkGround(const QPalette& palette) {
   return palette.color(QPalette::Window).lightness() < 128;
 }
 
@@ -23,7 +25,7 @@ QColor mixed(const QColor& first, const QColor& second, double share) {
 
 /// Fusion's own border is a darker window colour, which is invisible on dark ground.
 void drawBorder(const QStyleOption& option, QPainter* painter) {
-  if (!isDark(option.palette)) {
+  if (!isDarkGround(option.palette)) {
     return;
   }
   const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
@@ -50,21 +52,21 @@ void drawCellFocus(const QStyleOption& option, QPainter* painter) {
   painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
-/// A disc with a sign in it, in the colours of the look.
-QPixmap signPixmap(const QString& sign, const QPalette& palette, int size) {
+/// A disc with a sign in it.
+QPixmap signPixmap(const QString& sign, const QColor& ground, const QColor& ink, int size) {
   QPixmap pixmap(size, size);
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(palette.color(QPalette::Active, QPalette::Highlight));
+  painter.setBrush(ground);
   painter.drawEllipse(pixmap.rect());
   QFont font;
   font.setBold(true);
   constexpr double letterShare = 0.64;
   font.setPixelSize(static_cast<int>(size * letterShare));
   painter.setFont(font);
-  painter.setPen(palette.color(QPalette::Active, QPalette::HighlightedText));
+  painter.setPen(ink);
   painter.drawText(pixmap.rect(), Qt::AlignCenter, sign);
   return pixmap;
 }
@@ -133,14 +135,23 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 
 QIcon LookStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption* option,
                               const QWidget* widget) const {
-  const bool asks = standardIcon == SP_MessageBoxQuestion;
-  if (!asks && standardIcon != SP_MessageBoxInformation) {
+  const QPalette palette = widget != nullptr ? widget->palette() : standardPalette();
+  const auto icon = [&palette](const char* sign, const QColor& ground) {
+    constexpr int largest = 128; // scaled down to whatever the screen needs
+    return QIcon(signPixmap(QString::fromLatin1(sign), ground,
+                            palette.color(QPalette::Active, QPalette::HighlightedText), largest));
+  };
+  const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
+  switch (standardIcon) {
+  case SP_MessageBoxQuestion:
+    return icon("?", accent);
+  case SP_MessageBoxInformation:
+    return icon("i", accent);
+  case SP_MessageBoxWarning:
+    return icon("!", problemColor());
+  default:
     return QProxyStyle::standardIcon(standardIcon, option, widget);
   }
-  const QPalette palette = widget != nullptr ? widget->palette() : standardPalette();
-  const QString sign = asks ? QStringLiteral("?") : QStringLiteral("i");
-  constexpr int largest = 128; // scaled down to whatever the screen needs
-  return QIcon(signPixmap(sign, palette, largest));
 }
 
 } // namespace folivex

@@ -105,7 +105,9 @@ void paintTone(QWidget* label) {
   QPalette own; // of which only the colour set here counts; all else comes from the window
   if (const auto tone = static_cast<Tone>(label->property(toneProperty).toInt());
       tone != Tone::Plain) {
-    own.setColor(QPalette::WindowText, colorOf(tone));
+    for (const auto role : {QPalette::WindowText, QPalette::Text}) { // by the ground it stands on
+      own.setColor(role, colorOf(tone));
+    }
   }
   label->setPalette(own);
 }

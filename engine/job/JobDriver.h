@@ -74,6 +74,8 @@ public:
   void setAutomation(bool on) { m_state.automation = on; }
 
   const RunState& state() const { return m_state; }
+  /// What the run that ended last came to.
+  const RunOutcome& outcome() const { return m_outcome; }
   const PageAccount& account() const { return m_outcome.account; }
   const EmailRecords& emails() const { return m_outcome.emails; }
 

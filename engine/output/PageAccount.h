@@ -23,6 +23,12 @@ public:
   void failed(int first, int last);   ///< its output could not be written
   void stopped(int first, int last);  ///< the run ended before its output was written
 
+  /// Of a page that stands in no output the gravest fate is told. One that stands in any output is
+  /// accounted for.
+  enum class Fate : std::uint8_t { InNone, HandedOn, Stopped, Replaced, Failed, Written };
+  int count(Fate fate) const;
+  QString pagesOf(Fate fate) const; ///< "1-3, 40"
+
   int pageCount() const { return static_cast<int>(m_pages.size()); }
   int inOutputs() const { return count(Fate::Written); }
   int failedPages() const { return count(Fate::Failed); }
@@ -32,9 +38,6 @@ public:
   QString summary(int fileCount) const;
 
 private:
-  // Of a page that stands in no output the gravest fate is told. One that stands in any output is
-  // accounted for.
-  enum class Fate : std::uint8_t { InNone, HandedOn, Stopped, Replaced, Failed, Written };
   struct Page {
     Fate fate = Fate::InNone;  ///< when no output holds it
     std::uint32_t holders = 0; ///< outputs that it stands in
@@ -44,8 +47,6 @@ private:
   template <typename Change> void change(int first, int last, Change change);
   void leave(int first, int last, Fate fate);
   void raise(int first, int last, Fate fate);
-  int count(Fate fate) const;
-  QString pagesOf(Fate fate) const;
 
   std::vector<Page> m_pages;
 };
