@@ -122,9 +122,18 @@ void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at)
   }
 }
 
+bool LineJoiner::isPunctuationAlone(const Fragment& fragment) const {
+  const char16_t* text = &m_pool[fragment.text];
+  return std::all_of(text, text + fragment.length, isPunctuation);
+}
+
 bool LineJoiner::touches(const Fragment& left, const Fragment& right) const {
-  const bool rightToLeft = (left.traits & TraitRightToLeft) != 0;
-  if ((left.state & FragmentEndsAtBlank) != 0 && !rightToLeft) {
+  // What is drawn from the right, such as the colon of a label, has its blank at the other end.
+  const auto isDrawnFromRight = [&] {
+    return (left.traits & TraitRightToLeft) != 0 ||
+           ((right.traits & TraitRightToLeft) != 0 && isPunctuationAlone(left));
+  };
+  if ((left.state & FragmentEndsAtBlank) != 0 && !isDrawnFromRight()) {
     return false;
   }
   const float em = std::min(left.em, right.em);

@@ -59,6 +59,7 @@ public:
 private:
   void handleLine(std::uint32_t* from, std::uint32_t* to);
   void dropRepeats(const std::uint32_t* from, const std::uint32_t* at);
+  bool isPunctuationAlone(const Fragment& fragment) const;
   bool touches(const Fragment& left, const Fragment& right) const;
 
   std::vector<Fragment>& m_fragments;

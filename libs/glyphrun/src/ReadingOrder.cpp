@@ -48,15 +48,28 @@ WordKind kindOf(const char16_t* text) {
   return letters ? WordKind::LeftToRight : WordKind::Neutral;
 }
 
+bool isRightToLeftLabel(const char16_t* text) {
+  return kindOf(text) == WordKind::RightToLeft && std::u16string_view(text).ends_with(u':');
+}
+
+// Most of its words tell; but a label stands before what it names.
+bool isReadFromRight(const PageWords& page, const std::uint32_t* from, const std::uint32_t* to) {
+  const auto textAt = [&](const std::uint32_t* at) { return page.textOf(page.words[*at]); };
+  if (to - from > 1 && isRightToLeftLabel(textAt(to - 1))) {
+    return true;
+  }
+  std::ptrdiff_t balance = 0;
+  for (const std::uint32_t* at = from; at != to; ++at) {
+    const WordKind kind = kindOf(textAt(at));
+    balance += kind == WordKind::RightToLeft ? 1 : kind == WordKind::LeftToRight ? -1 : 0;
+  }
+  return balance > 0 || (balance == 0 && !isRightToLeftLabel(textAt(from)));
+}
+
 // In a right-to-left line words are read from the right; a stretch of left-to-right words in it,
 // with the numbers between and behind them, keeps its own order.
 void orderRightToLeftLine(const PageWords& page, std::uint32_t* from, std::uint32_t* to) {
-  std::ptrdiff_t balance = 0;
-  for (const std::uint32_t* at = from; at != to; ++at) {
-    const WordKind kind = kindOf(page.textOf(page.words[*at]));
-    balance += kind == WordKind::RightToLeft ? 1 : kind == WordKind::LeftToRight ? -1 : 0;
-  }
-  if (balance < 0) {
+  if (!isReadFromRight(page, from, to)) {
     return;
   }
   std::reverse(from, to);

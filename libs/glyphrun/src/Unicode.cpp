@@ -117,6 +117,10 @@ bool closes(char32_t c) {
 
 } // namespace
 
+bool isPunctuation(char32_t c) {
+  return u_ispunct(static_cast<UChar32>(c)) != 0;
+}
+
 std::uint16_t traitsOf(char32_t c) {
   if (c < 0x80) {
     if (c > 0x20 && c < 0x7F) {
@@ -253,6 +257,20 @@ void putMarksBehindLetters(CodePoints& text) {
   }
 }
 
+/// What stands behind a word and never before it.
+bool endsWord(char32_t c) {
+  return c < 0x80 ? std::u32string_view(U":;,.!?").find(c) != std::u32string_view::npos
+                  : c == 0x060C || c == 0x061B || c == 0x061F; // the same in Arabic
+}
+
+// A right-to-left label in a left-to-right line has its colon at the right.
+void putEndsBehindWord(CodePoints& text) {
+  const auto word = std::find_if_not(text.begin(), text.end(), endsWord);
+  if (word != text.end()) {
+    std::rotate(text.begin(), word, text.end());
+  }
+}
+
 // Fonts may name a mirrored bracket by its shape; a word opens before it closes.
 void mirrorBrackets(CodePoints& text) {
   const auto mirror = [](char32_t& c) {
@@ -261,8 +279,9 @@ void mirrorBrackets(CodePoints& text) {
   if (!text.empty() && closes(text.front())) {
     mirror(text.front());
   }
-  if (text.size() > 1 && opens(text.back())) {
-    mirror(text.back());
+  const auto last = std::find_if_not(text.rbegin(), text.rend(), endsWord);
+  if (last != text.rend() && text.rend() - last > 1 && opens(*last)) {
+    mirror(*last);
   }
 }
 
@@ -283,6 +302,7 @@ void visualToLogical(std::u16string& text) {
     std::reverse(points.begin(), points.end());
     putMarksBehindLetters(points);
     reverseStretches(points, isLeftToRightInBidi, bindsNumbers);
+    putEndsBehindWord(points);
     mirrorBrackets(points);
   }
   text.clear();

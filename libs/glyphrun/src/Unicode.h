@@ -40,6 +40,8 @@ char16_t combiningFormOf(char16_t accent);
 /// The letter that an accent composes with: dotless i and j are the bodies of i and j.
 char16_t accentedBody(char16_t letter);
 
+bool isPunctuation(char32_t c);
+
 /// Puts the text of a right-to-left word, given as it stands on the page from left to right, in
 /// reading order.
 void visualToLogical(std::u16string& text);
