@@ -1,0 +1,49 @@
+#include "widgets/OfferLine.h"
+
+#include "widgets/Controls.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace folivex {
+
+OfferLine::OfferLine(const QString& name, QWidget* parent)
+    : QFrame(parent), m_text(new QLabel(this)) {
+  setObjectName(name);
+  setFrameShape(QFrame::StyledPanel);
+  setAutoFillBackground(true);
+  setBackgroundRole(QPalette::Base);
+  m_text->setObjectName(name + QStringLiteral("Text"));
+  m_text->setTextFormat(Qt::PlainText); // it may come from a page or a server
+  m_text->setWordWrap(true);
+  auto* layout = new QHBoxLayout(this);
+  layout->addWidget(m_text, 1);
+  for (std::size_t i = 0; i < mostOfferButtons; ++i) {
+    QPushButton* button = sideButton("", QString(), QString(), this, [this, i] {
+      hide();
+      const auto act = m_answers[i].onClicked; // which may bring the next offer
+      act();
+    });
+    button->setObjectName(name + QString::number(i + 1));
+    layout->addWidget(button);
+    m_buttons.push_back(button);
+  }
+  QPushButton* later = sideButton("", QStringLiteral("Not now"),
+                                  QStringLiteral("Put this line away"), this, [this] { hide(); });
+  later->setObjectName(name + QStringLiteral("Later"));
+  layout->addWidget(later);
+  hide();
+}
+
+void OfferLine::offer(const QString& text, std::vector<OfferButton> answers) {
+  m_text->setText(text);
+  m_answers = std::move(answers);
+  for (std::size_t i = 0; i < m_buttons.size(); ++i) {
+    m_buttons[i]->setVisible(i < m_answers.size());
+    m_buttons[i]->setText(i < m_answers.size() ? m_answers[i].text : QString());
+  }
+  show();
+}
+
+} // namespace folivex
