@@ -30,14 +30,6 @@ void bringUp(QWidget& window) {
   window.activateWindow();
 }
 
-PickedPlace placeOf(const PickedWord& word) {
-  return {word.text, word.h, word.v, word.lookupH, word.lookupV};
-}
-
-PickedArea areaOf(const PickedRange& range) {
-  return {{range.hFrom, range.hTo, range.vFrom, range.vTo}};
-}
-
 } // namespace
 
 ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
@@ -113,16 +105,23 @@ PagePane& ProgramWindows::viewer() {
     m_viewer->setLibrary(m_main.program().textLibrary());
     constexpr QSize startSize(820, 900);
     resizeOnScreen(m_viewer.get(), startSize);
-    m_viewer->setTargets(pickTargetTexts());
-    m_viewer->onWordPicked = [this](const PickedWord& word, int target) {
-      m_viewer->tell(m_main.takePickedWord(target, placeOf(word)));
+    m_viewer->onWordMeant = [this](WordMeaning meaning, const PickedPlace& place) {
+      takeMeant(meaning, place);
     };
-    m_viewer->onRangePicked = [this](const PickedRange& range, int target) {
-      m_viewer->tell(m_main.takePickedRange(target, areaOf(range)));
+    m_viewer->onAreaMeant = [this](AreaMeaning meaning, const PickedArea& area) {
+      takeMeant(meaning, area);
     };
     m_memory.restore(m_viewer.get());
   }
   return *m_viewer;
+}
+
+template <typename Meaning, typename Picked>
+void ProgramWindows::takeMeant(Meaning meaning, const Picked& picked) {
+  SplitSetup setup = m_main.currentSetup();
+  m_viewer->tell(takeMeaning(setup, meaning, picked));
+  m_main.program().store().edited() = setup;
+  m_main.refresh();
 }
 
 void ProgramWindows::openInViewer(const SplitSetup& setup) {

@@ -38,6 +38,8 @@ private:
   WindowParts parts();
   PagePane& viewer();
   void viewPage(const SplitSetup& setup, int page);
+  template <typename Meaning, typename Picked>
+  void takeMeant(Meaning meaning, const Picked& picked);
   void openInViewer(const SplitSetup& setup);
   void walkMatches(JobDriver& driver, const SplitSetup& setup);
   void showPlan(const QString& source, const SplitPlan& plan);

@@ -1,6 +1,7 @@
 #include "app/viewer/PageCanvas.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -33,7 +34,7 @@ void PageCanvas::show(std::shared_ptr<const ViewedPage> page, const PageSizing& 
   m_page = std::move(page);
   m_sizing = sizing;
   if (isOther) {
-    m_hovered = m_cursor = -1;
+    m_hovered = m_cursor = m_hit = -1;
     m_pressed.reset();
     endDrag();
     m_range.reset();
@@ -50,24 +51,74 @@ void PageCanvas::show(std::shared_ptr<const ViewedPage> page, const PageSizing& 
   const QSizeF room = m_sheetSize + QSizeF(2 * sheetMargin, 2 * sheetMargin);
   setMinimumSize(static_cast<int>(std::ceil(room.width())),
                  static_cast<int>(std::ceil(room.height())));
-  mark(m_match);
+  findMarked();
   if (isOther) {
     changed();
   }
 }
 
-void PageCanvas::mark(const std::optional<MatchMark>& match) {
-  m_match = match;
+/// Words are found anew whenever they, or what is marked, have changed.
+void PageCanvas::findMarked() {
+  const PageWordMap map(m_page->words);
+  m_marked.clear();
+  for (const PlanMark& mark : m_marks) {
+    m_marked.push_back({mark.kind, map.wordsOfMatch(mark.text, mark.h, mark.v)});
+  }
   m_matched.clear();
   if (m_match && m_match->page == m_page->page) {
-    m_matched = PageWordMap(m_page->words).wordsOfMatch(m_match->text, m_match->h, m_match->v);
+    m_matched = map.wordsOfMatch(m_match->text, m_match->h, m_match->v);
   }
+  m_hits = map.wordsWith(m_sought);
+  m_hit = std::min(m_hit, hitCount() - 1);
   update();
 }
 
+void PageCanvas::setMarks(std::span<const PlanMark> marks) {
+  if (!std::ranges::equal(marks, m_marks)) {
+    m_marks.assign(marks.begin(), marks.end());
+    findMarked();
+  }
+}
+
+QString PageCanvas::markText(int word) const {
+  QStringList told;
+  for (const Marked& mark : m_marked) {
+    if (std::ranges::find(mark.words, word) != mark.words.end()) {
+      using Kind = PlanMark::Kind;
+      told += mark.kind == Kind::Begins ? QStringLiteral("a document begins here")
+              : mark.kind == Kind::Ends ? QStringLiteral("a document ends here")
+                                        : QStringLiteral("names the file");
+    }
+  }
+  return told.join(QStringLiteral(", "));
+}
+
+void PageCanvas::seek(const QString& text) {
+  m_sought = text;
+  m_hit = -1;
+  findMarked();
+}
+
+void PageCanvas::goToHit(int hit) {
+  m_hit = hit;
+  update();
+  if (hit >= 0 && onLookedAt) {
+    onLookedAt(boxOf(m_hits[static_cast<std::size_t>(hit)]));
+  }
+}
+
+void PageCanvas::mark(const std::optional<PlanMark>& match) {
+  m_match = match;
+  findMarked();
+}
+
 QRectF PageCanvas::markedPlace() const {
+  return boxOf(m_matched);
+}
+
+QRectF PageCanvas::boxOf(const std::vector<int>& words) const {
   QRectF place;
-  for (const int word : m_matched) {
+  for (const int word : words) {
     place = place.united(wordBox(word));
   }
   return place;
@@ -104,6 +155,13 @@ void PageCanvas::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), palette().color(QPalette::Mid));
   paintSheet(painter);
   paintMarks(painter);
+  if (hasFocus()) {
+    const QRectF seen = visibleRegion().boundingRect();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(seen.adjusted(1, 1, -1, -1));
+  }
 }
 
 void PageCanvas::paintSheet(QPainter& painter) const {
@@ -134,14 +192,40 @@ void PageCanvas::paintBox(QPainter& painter, const QRectF& box, int fill, qreal 
   painter.drawRect(box);
 }
 
+/// Words of one line have one frame or line together.
+void PageCanvas::paintPlanMarks(QPainter& painter) const {
+  constexpr double wide = 2;
+  const QColor colour = palette().color(QPalette::Highlight);
+  for (const Marked& mark : m_marked) {
+    const QRectF box = boxOf(mark.words);
+    if (box.isNull()) {
+      continue;
+    }
+    if (mark.kind == PlanMark::Kind::Names) {
+      painter.setPen(QPen(colour, wide + 1));
+      painter.drawLine(box.bottomLeft(), box.bottomRight());
+      continue;
+    }
+    const bool isEnd = mark.kind == PlanMark::Kind::Ends;
+    painter.setPen(QPen(colour, wide, isEnd ? Qt::DashLine : Qt::SolidLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(box);
+  }
+}
+
 void PageCanvas::paintMarks(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing);
+  paintPlanMarks(painter);
   for (const int word : m_inRange) {
     paintBox(painter, wordBox(word), faint, 1);
   }
   for (const int word : m_matched) {
     constexpr double wide = 2.5;
     paintBox(painter, wordBox(word), strong, wide);
+  }
+  for (int i = 0; i < hitCount(); ++i) {
+    const QRectF box = boxOf(m_hits[static_cast<std::size_t>(i)]);
+    paintBox(painter, box, i == m_hit ? strong : faint, i == m_hit ? 2 : 0);
   }
   if (m_hovered >= 0) {
     paintBox(painter, wordBox(m_hovered), faint, 1);
@@ -170,8 +254,11 @@ void PageCanvas::hover(QPointF place) {
   if (word >= 0) {
     const ViewedWord& told = m_page->words[static_cast<std::size_t>(word)];
     // Text of a page is no markup.
-    const QString text = QStringLiteral("<b>%1</b><br>%2")
-                             .arg(told.text.toHtmlEscaped(), positionText(told.h, told.v));
+    QString text = QStringLiteral("<b>%1</b><br>%2")
+                       .arg(told.text.toHtmlEscaped(), positionText(told.h, told.v));
+    if (const QString mark = markText(word); !mark.isEmpty()) {
+      text += QStringLiteral("<br>") + mark;
+    }
     QToolTip::showText(mapToGlobal(place.toPoint()), text, this, wordBox(word).toAlignedRect());
   } else {
     QToolTip::hideText();
@@ -235,15 +322,34 @@ void PageCanvas::mouseReleaseEvent(QMouseEvent* event) {
     m_inRange = PageWordMap(m_page->words).wordsIn(*m_range);
     changed();
     if (onRangePicked) {
-      onRangePicked(*m_range);
+      onRangePicked(*m_range, event->position().toPoint());
     }
     return;
   }
   m_range.reset();
   m_cursor = clicked;
   changed();
-  if (clicked >= 0 && onWordPicked) {
-    onWordPicked(clicked);
+  pickWord(clicked);
+}
+
+void PageCanvas::pickWord(int word) {
+  if (word >= 0 && onWordPicked) {
+    onWordPicked(word, wordBox(word).bottomLeft().toPoint());
+  }
+}
+
+/// The right button and the Menu key.
+void PageCanvas::contextMenuEvent(QContextMenuEvent* event) {
+  if (m_page->size.isEmpty()) {
+    return;
+  }
+  const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
+  const int word = isMouse ? PageWordMap(m_page->words).wordAt(toPage(event->pos())) : m_cursor;
+  if (word >= 0) {
+    moveCursor(word);
+    pickWord(word);
+  } else if (onMenuWanted) {
+    onMenuWanted(isMouse ? event->pos() : visibleRegion().boundingRect().center());
   }
 }
 
@@ -283,10 +389,7 @@ void PageCanvas::keyPressEvent(QKeyEvent* event) {
     return moveCursor(map.step(m_cursor, WordStep::Down));
   case Qt::Key_Return:
   case Qt::Key_Enter:
-    if (m_cursor >= 0 && onWordPicked) {
-      onWordPicked(m_cursor);
-    }
-    return;
+    return pickWord(m_cursor);
   case Qt::Key_Escape:
     if (m_pressed || m_cursor >= 0 || m_range) {
       endDrag();
@@ -308,6 +411,19 @@ bool PageCanvas::focusNextPrevChild(bool next) {
   }
   moveCursor(word);
   return true;
+}
+
+void PageCanvas::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  update();
+}
+
+/// The frame that shows the focus stays at the edges of what is seen.
+void PageCanvas::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  if (hasFocus()) {
+    update();
+  }
 }
 
 void PageCanvas::focusOutEvent(QFocusEvent* event) {

@@ -3,28 +3,20 @@
 
 #include "app/viewer/PageWordMap.h"
 #include "app/viewer/ViewedPage.h"
+#include "engine/job/SplitPlan.h"
 
 #include <QWidget>
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace folivex {
 
-/// A match that is marked on its page.
-struct MatchMark {
-  int page = 0; ///< from 1
-  QString text;
-  int h = 0;
-  int v = 0;
-
-  bool operator==(const MatchMark&) const = default;
-};
-
 /// Shows one page. The mouse points at words, clicks one, or drags a rectangle; with the keyboard
 /// an arrow key brings up a cursor that goes from word to word, Tab and Shift+Tab then do so too,
-/// Enter picks its word, and Escape takes it away.
+/// Enter or the Menu key picks its word, and Escape takes it away.
 class PageCanvas : public QWidget {
 public:
   explicit PageCanvas(QWidget* parent);
@@ -35,10 +27,22 @@ public:
   const ViewedPage& page() const { return *m_page; }
   const std::shared_ptr<const ViewedPage>& shared() const { return m_page; }
   void setSwapAxes(bool swapAxes) { m_swapAxes = swapAxes; }
-  /// Marks a match when its page is the one shown.
-  void mark(const std::optional<MatchMark>& match);
-  /// Where the marked match stands on the canvas; null when it is not on this page.
+  /// What the plan takes words of this page for: where a document begins they are framed, where one
+  /// ends framed with dashes, and what goes into a name is underlined.
+  void setMarks(std::span<const PlanMark> marks);
+  /// What a mark says of a word, in words; empty for none.
+  QString markText(int word) const;
+  /// Marks a match above all others when its page is the one shown.
+  void mark(const std::optional<PlanMark>& match);
+  /// Where that match stands on the canvas; null when it is not on this page.
   QRectF markedPlace() const;
+  /// Covers every place that holds the text, on this page and those shown later; none for an empty
+  /// text. The places count from 0.
+  void seek(const QString& text);
+  int hitCount() const { return static_cast<int>(m_hits.size()); }
+  /// The place that is looked at; -1 for none.
+  int hit() const { return m_hit; }
+  void goToHit(int hit);
 
   /// Index of the word told about: the one pointed at, else, unless a range was drawn, the one
   /// under the cursor; -1 for none.
@@ -53,8 +57,10 @@ public:
   QRectF onCanvas(const QRectF& box) const;
 
   std::function<void()> onChanged; ///< the word or range told about is another one
-  std::function<void(int word)> onWordPicked;
-  std::function<void(const PositionRange& range)> onRangePicked;
+  /// `place`, of the canvas, is where an answer should come up.
+  std::function<void(int word, QPoint place)> onWordPicked;
+  std::function<void(const PositionRange& range, QPoint place)> onRangePicked;
+  std::function<void(QPoint place)> onMenuWanted;      ///< where there is no word
   std::function<void(const QRectF& place)> onLookedAt; ///< is to be scrolled into sight
 
 protected:
@@ -64,14 +70,21 @@ protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   bool focusNextPrevChild(bool next) override;
 
 private:
   void paintSheet(QPainter& painter) const;
   void paintMarks(QPainter& painter) const;
+  void paintPlanMarks(QPainter& painter) const;
   void paintBox(QPainter& painter, const QRectF& box, int fill, qreal pen) const;
   QRectF wordBox(int word) const;
+  QRectF boxOf(const std::vector<int>& words) const;
+  void findMarked();
+  void pickWord(int word);
   QPointF toPage(QPointF onCanvas) const;
   void hover(QPointF place);
   void dragTo(QPointF place);
@@ -85,8 +98,18 @@ private:
   bool m_swapAxes = false;
   int m_hovered = -1;
   int m_cursor = -1;
-  std::optional<MatchMark> m_match;
+  /// A mark and its words on this page.
+  struct Marked {
+    PlanMark::Kind kind;
+    std::vector<int> words;
+  };
+  std::vector<PlanMark> m_marks;
+  std::vector<Marked> m_marked;
+  std::optional<PlanMark> m_match;
   std::vector<int> m_matched;
+  QString m_sought;
+  std::vector<std::vector<int>> m_hits;
+  int m_hit = -1;
   std::optional<QPointF> m_pressed; ///< where the button went down
   std::optional<QRectF> m_dragged;  ///< points
   std::optional<PositionRange> m_range;

@@ -91,6 +91,10 @@ public:
   void abandon() { m_library.AbortView(m_view); }
 
   void load(ViewedPage& into, const PageSizing& sizing) {
+    if (m_reads == Reads::Words) {
+      takeWords(into);
+      return;
+    }
     double width = 0;
     double height = 0;
     const int result = m_library.GetViewPageSize(m_view, into.page, &width, &height);

@@ -20,7 +20,7 @@ class CPDFTextDumpInit;
 /// but the destructor, which gives up the page just being drawn.
 class PageLoader {
 public:
-  enum class Reads { PicturesAndWords, Pictures };
+  enum class Reads { PicturesAndWords, Pictures, Words };
   /// `library` must outlive this.
   explicit PageLoader(CPDFTextDumpInit& library, Reads reads = Reads::PicturesAndWords);
   PageLoader(const PageLoader&) = delete;

@@ -1,10 +1,11 @@
 #include "app/viewer/PagePane.h"
 
+#include "app/viewer/FindBar.h"
 #include "app/viewer/PageArea.h"
+#include "app/viewer/PageNotice.h"
 
+#include <QAction>
 #include <QApplication>
-#include <QClipboard>
-#include <QComboBox>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
@@ -32,7 +33,8 @@ PagePane::PagePane(QWidget* parent) : QWidget(parent), m_cache(cacheBytes) {
   setObjectName(QStringLiteral("pageViewer"));
   buildControls();
   connectPage();
-  showState(QStringLiteral("No file is open."));
+  connectNotice();
+  leavePage();
 }
 
 PagePane::~PagePane() {
@@ -50,14 +52,50 @@ void PagePane::connectPage() {
   m_area->onZoomed = [this](double steps) { zoomBy(steps); };
   m_area->onResized = [this] { fitAgain(); };
   m_canvas->onChanged = [this] { tellCurrent(); };
-  m_canvas->onWordPicked = [this](int word) { pickWord(word); };
-  m_canvas->onRangePicked = [this](const PositionRange& range) { pickRange(range); };
+  m_canvas->onWordPicked = [this](int word, QPoint place) { pickWord(word, place); };
+  m_canvas->onRangePicked = [this](const PositionRange& range, QPoint place) {
+    pickRange(range, place);
+  };
+  m_canvas->onMenuWanted = [this](QPoint place) { offerPage(place); };
+  m_findBar->onTyped = [this] { seek(); };
+  m_findBar->onGoOn = [this](int way) { findNext(way); };
+  m_findBar->onClosed = [this] {
+    endSearch();
+    m_canvas->setFocus();
+  };
+}
+
+void PagePane::connectNotice() {
+  m_notice->onOpenWanted = [this] {
+    if (onOpenWanted) {
+      onOpenWanted();
+    }
+  };
+  m_notice->onSampleWanted = [this] {
+    if (onSampleWanted) {
+      onSampleWanted();
+    }
+  };
+  m_notice->onAgain = [this] { reload(); };
+  m_notice->onPassword = [this](const QString& password) {
+    m_file.password = password;
+    m_isPasswordTyped = true;
+    reload();
+  };
 }
 
 void PagePane::setLibrary(CPDFTextDumpInit& library) {
   m_loader = std::make_unique<PageLoader>(library);
   m_loader->onOpened = [this](const OpenedFile& file) { opened(file); };
   m_loader->onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
+  m_searcher = std::make_unique<PageSearch>(library);
+  m_searcher->onFound = [this](int page) { goToFound(page); };
+  m_searcher->onLookedAt = [this](int page) {
+    m_findBar->tell(QStringLiteral("Looking at page %1 ...").arg(page));
+  };
+  m_searcher->onNotFound = [this] {
+    m_findBar->tell(QStringLiteral("Not found on any page."), Tone::Problem);
+  };
 }
 
 void PagePane::closeFile() {
@@ -70,7 +108,8 @@ void PagePane::closeFile() {
   if (m_loader) {
     m_loader->close();
   }
-  showState(QStringLiteral("No file is open."));
+  m_notice->showStart();
+  leavePage();
   tellPage();
 }
 
@@ -80,9 +119,12 @@ void PagePane::openFile(const ViewedFile& file) {
   }
   const bool isOther = file.path != m_file.path;
   m_file = file;
+  m_isPasswordTyped = false;
   if (isOther) {
     m_page = 1;
     m_match.reset();
+    m_marks.reset();
+    hideOffer();
   }
   m_canvas->setSwapAxes(file.swapAxes);
   setWindowTitle(QStringLiteral("%1 - Page viewer").arg(QFileInfo(file.path).fileName()));
@@ -92,22 +134,23 @@ void PagePane::openFile(const ViewedFile& file) {
 void PagePane::reload() {
   m_pageOnceOpen = std::max(m_page, 1);
   m_pageCount = 0;
-  m_isOpening = true;
+  m_isOpening = m_loader != nullptr;
   m_cache.clear();
-  if (!m_loader) {
-    m_isOpening = false;
-    showState(m_file.path + QStringLiteral("\n\nThe library that reads pages is missing."));
-    return;
+  m_notice->showWait(QStringLiteral("Opening %1 ...").arg(m_file.path));
+  leavePage();
+  if (m_loader) {
+    m_loader->open(m_file);
+  } else {
+    m_notice->showWait(m_file.path +
+                       QStringLiteral("\n\nThe library that reads pages is missing."));
   }
-  showState(QStringLiteral("Opening %1 ...").arg(m_file.path));
-  m_loader->open(m_file);
 }
 
 void PagePane::opened(const OpenedFile& file) {
   m_isOpening = false;
   m_pageCount = file.pageCount;
   if (m_pageCount < 1) {
-    showState(m_file.path + QStringLiteral("\n\n") + file.problem);
+    tellUnopened(file);
     return;
   }
   {
@@ -115,21 +158,39 @@ void PagePane::opened(const OpenedFile& file) {
     m_pageField->setRange(1, m_pageCount);
   }
   m_pageCountText->setText(QStringLiteral("of %1").arg(m_pageCount));
+  // Who types in a field beside the pane goes on typing there.
+  const bool hadFocus = isAncestorOf(QApplication::focusWidget());
   m_stack->setCurrentWidget(m_area);
   m_page = 0;
   showPage(m_pageOnceOpen, From::Top);
-  // Who types in a field beside the pane goes on typing there.
-  if (isAncestorOf(QApplication::focusWidget())) {
+  if (hadFocus) {
     m_canvas->setFocus();
+  }
+  if (std::exchange(m_isPasswordTyped, false) && onPassword) {
+    onPassword(m_file.password);
   }
 }
 
-void PagePane::showState(const QString& text) {
-  m_state->setText(text);
-  m_stack->setCurrentWidget(m_state);
+void PagePane::tellUnopened(const OpenedFile& file) {
+  const QString text = m_file.path + QStringLiteral("\n\n");
+  if (!file.needsPassword) {
+    m_notice->showProblem(text + file.problem);
+    return;
+  }
+  const QString told = m_isPasswordTyped
+                           ? QStringLiteral("This password does not open the file. Try another.")
+                           : file.problem;
+  m_notice->askForPassword(text + told, !std::exchange(m_isPasswordTyped, false));
+}
+
+/// There is no page to show: the notice says why.
+void PagePane::leavePage() {
+  m_stack->setCurrentWidget(m_notice);
   m_canvas->show(std::make_shared<ViewedPage>(), sizing());
   m_pageCountText->clear();
   m_pageProblem->hide();
+  endSearch();
+  m_findBar->hide();
   updateControls();
   tellCurrent();
 }
@@ -231,10 +292,32 @@ void PagePane::arrived(const std::shared_ptr<const ViewedPage>& page) {
 }
 
 void PagePane::display(const std::shared_ptr<const ViewedPage>& page) {
+  const auto all = m_marks ? std::span(*m_marks) : std::span<const PlanMark>();
+  const auto marks = std::ranges::equal_range(all, page->page, {}, &PlanMark::page);
   m_canvas->show(page, sizing());
+  m_canvas->setMarks({marks.begin(), marks.end()});
   m_area->fitCanvas();
   m_pageProblem->setText(page->problem);
   m_pageProblem->setVisible(!page->problem.isEmpty());
+  if (m_pageFound == m_page) {
+    goToHit();
+  }
+}
+
+void PagePane::setMarks(std::shared_ptr<const std::vector<PlanMark>> marks) {
+  m_marks = std::move(marks);
+  if (m_pageCount > 0) {
+    display(m_canvas->shared());
+    tellCurrent();
+  }
+}
+
+void PagePane::showOffer(const QString& text, std::vector<OfferButton> buttons) {
+  m_offer->offer(text, std::move(buttons));
+}
+
+void PagePane::hideOffer() {
+  m_offer->hide();
 }
 
 void PagePane::setFit(PageSizing::Fit fit, double zoom) {
@@ -265,72 +348,6 @@ void PagePane::fitAgain() {
   request();
 }
 
-void PagePane::tell(const QString& text) {
-  m_wordText->setText(text);
-}
-
-QString PagePane::currentPosition() const {
-  if (const int word = m_canvas->currentWord(); word >= 0) {
-    const ViewedWord& told = m_canvas->page().words[static_cast<std::size_t>(word)];
-    return positionText(told.h, told.v);
-  }
-  return m_canvas->range() ? rangeText(*m_canvas->range()) : QString();
-}
-
-void PagePane::tellCurrent() {
-  const QString position = currentPosition();
-  const int word = m_canvas->currentWord();
-  QString text;
-  if (word >= 0) {
-    text = position + QStringLiteral("   ") +
-           m_canvas->page().words[static_cast<std::size_t>(word)].text;
-  } else if (!position.isEmpty()) {
-    text = QStringLiteral("%1   (words in it: %2)").arg(position).arg(m_canvas->wordsInRange());
-  } else if (m_pageCount > 0) {
-    text = QStringLiteral("Click a word, or drag a rectangle over positions.");
-  }
-  m_wordText->setText(text);
-  m_canvas->setAccessibleDescription(text);
-  m_copy->setEnabled(!position.isEmpty());
-}
-
-void PagePane::pickWord(int word) {
-  const ViewedWord& picked = m_canvas->page().words[static_cast<std::size_t>(word)];
-  if (onWordPicked) {
-    onWordPicked({picked.text, picked.h, picked.v, picked.lookupH, picked.lookupV, m_page},
-                 m_targets->currentIndex());
-  }
-}
-
-void PagePane::pickRange(const PositionRange& range) {
-  if (onRangePicked) {
-    onRangePicked({m_page, range.hFrom, range.hTo, range.vFrom, range.vTo},
-                  m_targets->currentIndex());
-  }
-}
-
-void PagePane::copyPosition() {
-  QString position = currentPosition();
-  if (position.isEmpty()) {
-    return;
-  }
-  // As it is written in a "[POS" token.
-  position.remove(QStringLiteral("h ")).replace(QStringLiteral(", v "), QStringLiteral(","));
-  QApplication::clipboard()->setText(position);
-  tell(QStringLiteral("Copied: %1").arg(position));
-}
-
-void PagePane::setTargets(const QStringList& targets) {
-  m_targets->clear();
-  m_targets->addItems(targets);
-  m_targets->setVisible(!targets.isEmpty());
-  m_targetLabel->setVisible(!targets.isEmpty());
-}
-
-void PagePane::setTarget(int index) {
-  m_targets->setCurrentIndex(index);
-}
-
 void PagePane::beginWalk() {
   m_isWalking = true;
   m_match.reset();
@@ -344,7 +361,7 @@ void PagePane::tellWalk(const QString& text) {
   m_walkText->setText(text);
 }
 
-void PagePane::showMatch(const MatchMark& match, int number) {
+void PagePane::showMatch(const PlanMark& match, int number) {
   m_match = match;
   m_matchNumber = number;
   m_canvas->mark(match);
@@ -389,22 +406,19 @@ void PagePane::endWalk() {
 
 void PagePane::updateControls() {
   const bool isOpen = m_pageCount > 0;
-  m_pageField->setEnabled(isOpen);
-  m_first->setEnabled(isOpen && m_page > 1);
+  for (QWidget* control : std::initializer_list<QWidget*>{m_pageField, m_zoomChoice, m_search}) {
+    control->setEnabled(isOpen);
+  }
   m_previous->setEnabled(isOpen && m_page > 1);
   m_next->setEnabled(m_page < m_pageCount);
-  m_last->setEnabled(m_page < m_pageCount);
-  m_fitWidth->setEnabled(isOpen);
-  m_fitPage->setEnabled(isOpen);
   m_fitWidth->setChecked(m_fit == PageSizing::Fit::Width);
   m_fitPage->setChecked(m_fit == PageSizing::Fit::Page);
-  m_reload->setEnabled(!m_file.path.isEmpty() && !m_isOpening);
   const ViewedPage& page = m_canvas->page();
   const double zoom = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
   constexpr double almost = 1e-6;
   m_zoomOut->setEnabled(isOpen && zoom > leastZoom + almost);
   m_zoomIn->setEnabled(isOpen && zoom < mostZoom - almost);
-  m_zoomText->setText(isOpen ? QStringLiteral("%1 %").arg(std::lround(zoom * 100)) : QString());
+  m_zoomChoice->setText(QStringLiteral("%1 %").arg(std::lround(zoom * 100)));
 }
 
 void PagePane::stopWalk() {
@@ -427,12 +441,16 @@ void PagePane::showEvent(QShowEvent* event) {
 
 void PagePane::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) {
-    copyPosition();
-    return;
+    return copyPosition();
+  }
+  if (event->matches(QKeySequence::Find)) {
+    return find();
   }
   switch (event->key()) {
+  case Qt::Key_F3:
+    return findNext((event->modifiers() & Qt::ShiftModifier) != 0 ? -1 : 1);
   case Qt::Key_F5:
-    if (m_reload->isEnabled()) {
+    if (!m_file.path.isEmpty() && !m_isOpening) {
       reload();
     }
     return;
@@ -445,6 +463,9 @@ void PagePane::keyPressEvent(QKeyEvent* event) {
   case Qt::Key_End:
     return goToPage(m_pageCount);
   case Qt::Key_Escape:
+    if (!m_findBar->isHidden()) {
+      return m_findBar->close();
+    }
     if (m_isWalking) {
       return stopWalk();
     }

@@ -1,8 +1,11 @@
-// PagePane: shows a file's pages as they look, and what its words' positions are.
+// PagePane: shows a file's pages as they look, and takes what is pointed at for a setting.
 #pragma once
 
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PageLoader.h"
+#include "app/viewer/PageSearch.h"
+#include "app/viewer/WordMeaning.h"
+#include "widgets/OfferLine.h"
 
 #include <QCache>
 #include <QWidget>
@@ -10,8 +13,9 @@
 #include <functional>
 #include <optional>
 
-class QComboBox;
+class QAction;
 class QLabel;
+class QMenu;
 class QPushButton;
 class QSpinBox;
 class QStackedWidget;
@@ -19,27 +23,9 @@ class QToolButton;
 
 namespace folivex {
 
+class FindBar;
 class PageArea;
-
-/// A word that was picked. Page from 1; h and v as a search counts them, lookupH and lookupV as a
-/// look-up by position does.
-struct PickedWord {
-  QString text;
-  int h = 0;
-  int v = 0;
-  int lookupH = 0;
-  int lookupV = 0;
-  int page = 0;
-};
-
-/// A rectangle that was drawn. Page from 1.
-struct PickedRange {
-  int page = 0;
-  int hFrom = 0;
-  int hTo = 0;
-  int vFrom = 0;
-  int vTo = 0;
-};
+class PageNotice;
 
 /// A part of a window, or a window of its own. A file is opened, read and drawn by a thread of its
 /// own.
@@ -62,19 +48,28 @@ public:
   /// 0 while no file is open.
   int pageCount() const { return m_pageCount; }
 
-  /// What a pick may be meant for; the index of the one chosen goes with each pick (-1 when there
-  /// are none).
-  void setTargets(const QStringList& targets);
-  void setTarget(int index);
-  std::function<void(const PickedWord& word, int target)> onWordPicked;
-  std::function<void(const PickedRange& range, int target)> onRangePicked;
-  /// Says what came of a pick, until the next word is pointed at.
+  /// Words that a plan takes for something, in page order; null for none.
+  void setMarks(std::shared_ptr<const std::vector<PlanMark>> marks);
+
+  /// The person took a word, or an area, for something, in the menu that a click on it brings up.
+  std::function<void(WordMeaning meaning, const PickedPlace& place)> onWordMeant;
+  std::function<void(AreaMeaning meaning, const PickedArea& area)> onAreaMeant;
+  /// Says what came of it, until the next word is pointed at.
   void tell(const QString& text);
+
+  /// A line above the page, until it is answered or put away.
+  void showOffer(const QString& text, std::vector<OfferButton> buttons);
+  void hideOffer();
+
+  /// Asks for a text, and goes to the places that have it.
+  void find();
+  /// The next such place, or the one before when `way` is -1; asks for the text when there is none.
+  void findNext(int way);
 
   /// The walk through the matches. While it is on, a row tells the match and offers to go on.
   void beginWalk();
   void tellWalk(const QString& text);
-  void showMatch(const MatchMark& match, int number);
+  void showMatch(const PlanMark& match, int number);
   /// Between two matches there is nothing to go on from.
   void leaveMatch();
   void endWalk();
@@ -83,6 +78,11 @@ public:
 
   /// Another page is shown (from 1), or none any more (0).
   std::function<void(int page)> onPageChanged;
+  /// Buttons that stand in the page's place while there is no file.
+  std::function<void()> onOpenWanted;
+  std::function<void()> onSampleWanted;
+  /// The password that the person typed has opened the file; file() has it.
+  std::function<void(const QString& password)> onPassword;
 
 protected:
   void closeEvent(QCloseEvent* event) override;
@@ -92,11 +92,13 @@ protected:
 private:
   void buildControls();
   QWidget* buildPageRow();
+  QToolButton* buildZoomButton();
   QWidget* buildWalkRow();
-  QWidget* buildPickRow();
   void connectPage();
+  void connectNotice();
   void reload();
   void opened(const OpenedFile& file);
+  void tellUnopened(const OpenedFile& file);
   void arrived(const std::shared_ptr<const ViewedPage>& page);
   void turn(int pages);
   void stopWalk();
@@ -111,54 +113,71 @@ private:
   void setFit(PageSizing::Fit fit, double zoom);
   void zoomBy(double steps);
   void fitAgain();
-  void showState(const QString& text);
+  void leavePage();
   void tellCurrent();
   void tellMatch();
   void updateControls();
-  void pickWord(int word);
-  void pickRange(const PositionRange& range);
   QString currentPosition() const;
   void copyPosition();
+
+  // Menus
+  PickedPlace placeOf(int word) const;
+  QMenu* newMenu(const QString& title);
+  void popUp(QMenu* menu, QPoint place);
+  void pickWord(int word, QPoint place);
+  void pickRange(const PositionRange& range, QPoint place);
+  void offerPage(QPoint place);
+
+  // Search
+  void seek();
+  void startSearch(int firstPage, int way);
+  void goToFound(int page);
+  void goToHit();
+  void tellHit();
+  void endSearch();
 
   ViewedFile m_file;
   int m_page = 0;
   int m_pageCount = 0;
   bool m_isOpening = false;
+  bool m_isPasswordTyped = false; ///< by the person, into the pane; not told yet
   int m_pageOnceOpen = 1;
   PageSizing::Fit m_fit = PageSizing::Fit::Width;
   double m_zoom = 1;
+  std::shared_ptr<const std::vector<PlanMark>> m_marks;
   bool m_isWalking = false;
-  std::optional<MatchMark> m_match;
+  std::optional<PlanMark> m_match;
   int m_matchNumber = 0;
+  int m_searchWay = 1;
+  int m_pageFound = 0; ///< whose place is to be gone to once it is there
   QCache<int, std::shared_ptr<const ViewedPage>> m_cache; ///< by page; its cost is bytes
 
+  OfferLine* m_offer = nullptr;
+  FindBar* m_findBar = nullptr;
   PageArea* m_area = nullptr;
   PageCanvas* m_canvas = nullptr;
   QStackedWidget* m_stack = nullptr;
-  QLabel* m_state = nullptr;
-  QToolButton* m_first = nullptr;
+  PageNotice* m_notice = nullptr;
   QToolButton* m_previous = nullptr;
   QToolButton* m_next = nullptr;
-  QToolButton* m_last = nullptr;
   QSpinBox* m_pageField = nullptr;
   QLabel* m_pageCountText = nullptr;
   QToolButton* m_zoomOut = nullptr;
   QToolButton* m_zoomIn = nullptr;
-  QLabel* m_zoomText = nullptr;
-  QToolButton* m_fitWidth = nullptr;
-  QToolButton* m_fitPage = nullptr;
-  QToolButton* m_reload = nullptr;
+  QToolButton* m_zoomChoice = nullptr;
+  QAction* m_fitWidth = nullptr;
+  QAction* m_fitPage = nullptr;
+  QToolButton* m_search = nullptr;
   QWidget* m_walkRow = nullptr;
   QLabel* m_walkText = nullptr;
   QPushButton* m_nextMatch = nullptr;
   QPushButton* m_stopMatches = nullptr;
-  QLabel* m_targetLabel = nullptr;
-  QComboBox* m_targets = nullptr;
   QLabel* m_wordText = nullptr;
   QLabel* m_pageProblem = nullptr;
-  QPushButton* m_copy = nullptr;
 
-  std::unique_ptr<PageLoader> m_loader; ///< ends first: its answers use all of the above
+  // They end first: their answers use all of the above.
+  std::unique_ptr<PageSearch> m_searcher;
+  std::unique_ptr<PageLoader> m_loader;
 };
 
 } // namespace folivex

@@ -1,13 +1,16 @@
-// The controls of the page viewer and how they stand.
+// The controls of the page pane and how they stand.
+#include "app/viewer/FindBar.h"
 #include "app/viewer/PageArea.h"
+#include "app/viewer/PageNotice.h"
 #include "app/viewer/PagePane.h"
 
 #include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/Theme.h"
 
-#include <QComboBox>
 #include <QLabel>
+#include <QLayout>
+#include <QMenu>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -32,96 +35,96 @@ QToolButton* toolButton(QWidget* parent, const ToolText& text, std::function<voi
   }
   button->setToolButtonStyle(Qt::ToolButtonTextOnly);
   button->setFocusPolicy(Qt::TabFocus);
-  QObject::connect(button, &QToolButton::clicked, button, std::move(onClicked));
+  if (onClicked) {
+    QObject::connect(button, &QToolButton::clicked, button, std::move(onClicked));
+  }
   return button;
 }
 
 } // namespace
 
 void PagePane::buildControls() {
-  m_area = new PageArea(this);
-  m_canvas = m_area->canvas();
-  m_state = named(new QLabel(this), "viewerState");
-  m_state->setTextFormat(Qt::PlainText);
-  m_state->setWordWrap(true);
-  m_state->setAlignment(Qt::AlignCenter);
-  constexpr int air = 24;
-  m_state->setMargin(air);
+  m_offer = new OfferLine(QStringLiteral("offer"), this);
+  QWidget* pageRow = buildPageRow();
+  QWidget* walkRow = buildWalkRow();
+  m_findBar = new FindBar(this);
   m_stack = new QStackedWidget(this);
-  m_stack->addWidget(m_state);
+  m_notice = new PageNotice(m_stack);
+  m_area = new PageArea(m_stack);
+  m_canvas = m_area->canvas();
+  m_stack->addWidget(m_notice);
   m_stack->addWidget(m_area);
   m_pageProblem = named(new ElidedLabel(this), "pageProblem");
   setTone(m_pageProblem, Tone::Problem);
   m_pageProblem->hide();
-
-  stack(this, {buildPageRow(), buildWalkRow(), {m_stack, 1}, m_pageProblem, buildPickRow()});
-  setTargets({});
+  m_wordText = named(new ElidedLabel(this), "wordText");
+  stack(this, {m_offer, pageRow, walkRow, m_findBar, {m_stack, 1}, m_pageProblem, m_wordText});
 }
 
 QWidget* PagePane::buildPageRow() {
-  m_first = toolButton(this, {"firstPage", "«", "First page", "First page (Home)"},
-                       [this] { goToPage(1); });
   m_previous = toolButton(
       this, {"previousPage", "‹", "Previous page", "Previous page (Page Up, Ctrl+Page Up)"},
       [this] { turn(-1); });
-  m_next = toolButton(this, {"nextPage", "›", "Next page", "Next page (Page Down, Ctrl+Page Down)"},
-                      [this] { turn(1); });
-  m_last = toolButton(this, {"lastPage", "»", "Last page", "Last page (End)"},
-                      [this] { goToPage(m_pageCount); });
   m_pageField = named(new QSpinBox(this), "pageField",
                       "Page shown; type a number and press Enter to go there");
   m_pageField->setKeyboardTracking(false);
+  m_pageField->setButtonSymbols(QAbstractSpinBox::NoButtons);
   m_pageField->setRange(1, 1);
   connect(m_pageField, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
   m_pageField->setAlignment(Qt::AlignRight);
   constexpr int roomForDigits = 8;
-  m_pageField->setMinimumWidth(m_pageField->fontMetrics().averageCharWidth() * roomForDigits +
-                               m_pageField->sizeHint().height());
+  m_pageField->setFixedWidth(m_pageField->fontMetrics().averageCharWidth() * roomForDigits);
   m_pageCountText = named(new QLabel(this), "pageCountText");
+  m_next = toolButton(this, {"nextPage", "›", "Next page", "Next page (Page Down, Ctrl+Page Down)"},
+                      [this] { turn(1); });
   m_zoomOut = toolButton(this, {"zoomOut", "−", "Zoom out", "Smaller (Ctrl+wheel, Ctrl+-)"},
                          [this] { zoomBy(-1); });
   m_zoomOut->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Minus));
+  m_zoomChoice = buildZoomButton();
   m_zoomIn = toolButton(this, {"zoomIn", "+", "Zoom in", "Larger (Ctrl+wheel, Ctrl++)"},
                         [this] { zoomBy(1); });
   m_zoomIn->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Plus));
-  m_zoomText = named(new QLabel(this), "zoomText");
-  m_zoomText->setAlignment(Qt::AlignCenter);
-  m_zoomText->setMinimumWidth(m_zoomText->fontMetrics().horizontalAdvance(QStringLiteral("400 %")));
-  m_fitWidth = toolButton(this, {"fitWidth", "Fit &width", "", "The page as wide as the window"},
-                          [this] { setFit(PageSizing::Fit::Width, m_zoom); });
-  m_fitPage = toolButton(this, {"fitPage", "&Fit page", "", "The whole page in the window"},
-                         [this] { setFit(PageSizing::Fit::Page, m_zoom); });
-  m_fitWidth->setCheckable(true);
-  m_fitPage->setCheckable(true);
-  m_reload = toolButton(this, {"reloadFile", "&Reload", "", "Open the file again (F5)"},
-                        [this] { reload(); });
-  return sideBySide(this, {m_first, m_previous, labelFor(m_pageField, QStringLiteral("&Page:")),
-                           m_pageField, m_pageCountText, m_next, m_last, gap(), m_zoomOut,
-                           m_zoomText, m_zoomIn, m_fitWidth, m_fitPage, m_reload});
+  m_search = toolButton(this, {"findInPages", "Find", "", "Find words on the pages (Ctrl+F)"},
+                        [this] { find(); });
+  return sideBySide(this,
+                    {m_previous, labelFor(m_pageField, QStringLiteral("Page:")), m_pageField,
+                     m_pageCountText, m_next, gap(), m_zoomOut, m_zoomChoice, m_zoomIn, m_search});
+}
+
+QToolButton* PagePane::buildZoomButton() {
+  QToolButton* button =
+      toolButton(this, {"zoomChoice", "400 %", "", "How large the page is shown"}, {});
+  button->setPopupMode(QToolButton::InstantPopup);
+  auto* menu = new QMenu(button);
+  const auto add = [&](const QString& text, PageSizing::Fit fit, double zoom) {
+    QAction* action = menu->addAction(text, this, [this, fit, zoom] { setFit(fit, zoom); });
+    action->setCheckable(true);
+    return action;
+  };
+  m_fitWidth = named(add(QStringLiteral("Fit &width"), PageSizing::Fit::Width, 1), "fitWidth");
+  m_fitPage = named(add(QStringLiteral("Fit &page"), PageSizing::Fit::Page, 1), "fitPage");
+  menu->addSeparator();
+  for (const int percent : {50, 75, 100, 150, 200, 400}) {
+    QAction* action = menu->addAction(QStringLiteral("%1 %").arg(percent), this, [this, percent] {
+      setFit(PageSizing::Fit::Zoom, percent / 100.0);
+    });
+    action->setObjectName(QStringLiteral("zoom%1").arg(percent));
+  }
+  button->setMenu(menu);
+  button->setMinimumWidth(button->sizeHint().width());
+  return button;
 }
 
 QWidget* PagePane::buildWalkRow() {
   m_walkText = named(new ElidedLabel(this), "walkText");
-  m_nextMatch = sideButton("nextMatch", QStringLiteral("&Next"),
+  m_nextMatch = sideButton("nextMatch", QStringLiteral("Next match"),
                            QStringLiteral("Go on to the next match"), this, [this] { onNext(); });
-  m_stopMatches =
-      sideButton("stopMatches", QStringLiteral("&Stop"),
-                 QStringLiteral("End the walk through the matches"), this, [this] { onStop(); });
+  m_stopMatches = sideButton("stopMatches", QStringLiteral("End"),
+                             QStringLiteral("End the walk through the matches (Escape)"), this,
+                             [this] { onStop(); });
   m_walkRow = named(sideBySide(this, {{m_walkText, 1}, m_nextMatch, m_stopMatches}), "walkRow");
   m_walkRow->hide();
   return m_walkRow;
-}
-
-QWidget* PagePane::buildPickRow() {
-  m_wordText = named(new ElidedLabel(this), "wordText");
-  m_copy =
-      sideButton("copyPosition", QStringLiteral("&Copy h,v"),
-                 QStringLiteral("Copy the position told on the left (Ctrl+C), as in \"72,140\""),
-                 this, [this] { copyPosition(); });
-  m_targets = named(new QComboBox(this), "pickTarget",
-                    "What the word or rectangle that you pick is taken for");
-  m_targetLabel = labelFor(m_targets, QStringLiteral("P&ick goes to:"));
-  return sideBySide(this, {{m_wordText, 1}, m_copy, m_targetLabel, m_targets});
 }
 
 } // namespace folivex

@@ -158,6 +158,7 @@ PageStrip::PageStrip(QWidget* parent)
   setItemDelegate(m_look.get());
   setFlow(QListView::LeftToRight);
   setWrapping(true);
+  setResizeMode(QListView::Adjust);
   setUniformItemSizes(true);
   setEditTriggers(NoEditTriggers);
   setVerticalScrollMode(ScrollPerPixel);
@@ -262,9 +263,9 @@ void PageStrip::currentChanged(const QModelIndex& current, const QModelIndex& pr
 
 /// As many columns as there is room for small pages of their largest size.
 void PageStrip::layOut() {
-  const int room = std::max(viewport()->width(), 1);
-  const int columns = std::max(room / (largestSmallPage.width() + 2 * airBeside), 1);
-  const int width = room / columns;
+  const int room = std::max(maximumViewportSize().width() - 1, 1); // more than that is wrapped
+  m_columns = std::max(room / (largestSmallPage.width() + 2 * airBeside), 1);
+  const int width = room / m_columns;
   const int across = std::clamp(width - 2 * airBeside, 1, largestSmallPage.width());
   const int down = across * largestSmallPage.height() / largestSmallPage.width();
   const QSize cell(width, down + fontMetrics().height() + 4 + airBelow);
@@ -307,13 +308,12 @@ void PageStrip::request() {
   if (!m_loader || m_pageCount == 0 || !isVisible()) {
     return;
   }
-  const int columns = std::max(viewport()->width() / gridSize().width(), 1);
   const int firstRow = verticalOffset() / gridSize().height();
   const int rows = viewport()->height() / gridSize().height() + 2;
   std::vector<int> missing;
   const auto ask = [&](int fromRow) {
-    const int from = std::max(fromRow * columns + 1, 1);
-    const int to = std::min((fromRow + rows) * columns, m_pageCount);
+    const int from = std::max(fromRow * m_columns + 1, 1);
+    const int to = std::min((fromRow + rows) * m_columns, m_pageCount);
     for (int page = from; page <= to; ++page) {
       if (!m_pictures.contains(page)) {
         missing.push_back(page);

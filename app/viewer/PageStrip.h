@@ -73,6 +73,7 @@ private:
   ViewedFile m_file;
   int m_pageCount = 0;
   int m_pageOnceOpen = 1;
+  int m_columns = 1;
   bool m_isOpening = false;
   bool m_isQuiet = false;                       ///< the current page is being set, not chosen
   std::optional<std::vector<PageBand>> m_bands; ///< by first page

@@ -109,6 +109,31 @@ std::vector<int> PageWordMap::wordsIn(const PositionRange& range) const {
   return found;
 }
 
+std::vector<std::vector<int>> PageWordMap::wordsWith(const QString& text) const {
+  const QString sought = text.simplified();
+  std::vector<std::vector<int>> found;
+  if (sought.isEmpty()) {
+    return found;
+  }
+  QString page;
+  std::vector<qsizetype> ends; // of each word in `page`
+  for (const ViewedWord& word : m_words) {
+    page += word.text;
+    ends.push_back(page.size());
+    page += u' ';
+  }
+  qsizetype at = page.indexOf(sought, 0, Qt::CaseInsensitive);
+  for (; at >= 0; at = page.indexOf(sought, at + sought.size(), Qt::CaseInsensitive)) {
+    const auto first = std::ranges::upper_bound(ends, at);
+    const auto last = std::ranges::lower_bound(first, ends.end(), at + sought.size());
+    std::vector<int>& words = found.emplace_back();
+    for (auto word = first; word <= last && word != ends.end(); ++word) {
+      words.push_back(static_cast<int>(word - ends.begin()));
+    }
+  }
+  return found;
+}
+
 std::vector<int> PageWordMap::wordsOfMatch(const QString& text, int h, int v) const {
   const QStringList parts = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
   const auto isPart = [&](int index, qsizetype part) {

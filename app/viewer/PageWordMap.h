@@ -47,6 +47,10 @@ public:
   /// it that belong to the text. Empty when no such word stands there.
   std::vector<int> wordsOfMatch(const QString& text, int h, int v) const;
 
+  /// Every place where the words, joined by one blank each, hold the text, whatever its case; the
+  /// words of each, in reading order.
+  std::vector<std::vector<int>> wordsWith(const QString& text) const;
+
 private:
   const ViewedWord& at(int index) const { return m_words[static_cast<std::size_t>(index)]; }
   int count() const { return static_cast<int>(m_words.size()); }

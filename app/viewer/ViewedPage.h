@@ -13,7 +13,7 @@ namespace folivex {
 /// What is looked at.
 struct ViewedFile {
   QString path;
-  QString password;          ///< of the file; empty for none
+  QString password = {};     ///< of the file; empty for none
   bool swapAxes = false;     ///< h and v are exchanged, as in a run over pages in landscape layout
   double wordSpacing = 1.02; ///< joining tolerance of words, as in a run
 

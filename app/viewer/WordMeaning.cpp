@@ -238,24 +238,24 @@ struct WordRow {
 };
 // By WordMeaning.
 constexpr std::array wordRows = {
-    WordRow{"Documents begin with this word", begin},
-    WordRow{"Documents begin with this word at this place", beginHere, true},
-    WordRow{"Documents end with it", end},
-    WordRow{"Name files by this word", nameByWord},
-    WordRow{"Name files by the word behind it", nameByNext},
-    WordRow{"Name files by the rest of the line", nameByRestOfLine},
-    WordRow{"Name files by what stands at this place", nameByPlace, true},
-    WordRow{"The e-mail address stands behind this word", findAddressBehind}};
+    WordRow{"Documents &begin with this word", begin},
+    WordRow{"Documents begin with this word at this &place", beginHere, true},
+    WordRow{"Documents &end with it", end},
+    WordRow{"Name files by &this word", nameByWord},
+    WordRow{"Name files by the word be&hind it", nameByNext},
+    WordRow{"Name files by the &rest of the line", nameByRestOfLine},
+    WordRow{"Name files by &what stands at this place", nameByPlace, true},
+    WordRow{"The e-&mail address stands behind this word", findAddressBehind}};
 
 struct AreaRow {
   const char* text;
   QString (*take)(SplitSetup&, Area);
 };
 // By AreaMeaning.
-constexpr std::array areaRows = {AreaRow{"Documents begin with any word in this area", beginIn},
-                                 AreaRow{"Look for the search word in this area only", searchHere},
-                                 AreaRow{"Name files by what stands in this area", nameByArea},
-                                 AreaRow{"The e-mail address stands in this area", findAddressIn}};
+constexpr std::array areaRows = {AreaRow{"Documents &begin with any word in this area", beginIn},
+                                 AreaRow{"&Look for the search word in this area only", searchHere},
+                                 AreaRow{"&Name files by what stands in this area", nameByArea},
+                                 AreaRow{"The e-&mail address stands in this area", findAddressIn}};
 
 const WordRow& rowOf(WordMeaning meaning) {
   return wordRows[static_cast<std::size_t>(meaning)];

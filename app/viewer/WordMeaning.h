@@ -50,7 +50,7 @@ enum class AreaMeaning {
 /// In the order of a menu.
 std::span<const WordMeaning> wordMeanings();
 std::span<const AreaMeaning> areaMeanings();
-/// As a menu offers it.
+/// As a menu offers it, with its mnemonic.
 QString meaningText(WordMeaning meaning);
 QString meaningText(AreaMeaning meaning);
 

@@ -17,8 +17,6 @@ class OpenViewer {
 public:
   OpenViewer(const QString& file, QSize size) {
     m_viewer.setLibrary(m_library);
-    m_viewer.setTargets(pickTargetTexts());
-    m_viewer.setTarget(1);
     m_viewer.show();
     m_viewer.resize(size);
     m_viewer.openFile({file, {}});
@@ -43,9 +41,9 @@ public:
     send(QEvent::MouseButtonRelease, text, Qt::LeftButton, Qt::NoButton);
   }
   /// Where the word is looked for by a search.
-  MatchMark markOf(const char* text) const {
+  PlanMark markOf(const char* text) const {
     const ViewedWord* word = find(text);
-    return word == nullptr ? MatchMark{} : MatchMark{m_viewer.page(), word->text, word->h, word->v};
+    return word == nullptr ? PlanMark{} : PlanMark{m_viewer.page(), word->text, word->h, word->v};
   }
 
 private:
@@ -114,7 +112,7 @@ void takePages(Camera& camera, const Studio& studio) {
   open.pick("Account:");
   open.viewer().tell(QStringLiteral("Find word(s): taken from \"Account:\" at 72, 120."));
   camera.takeShown(open.viewer(), QStringLiteral("viewer-picked"));
-  const MatchMark mark = open.markOf("Account:");
+  const PlanMark mark = open.markOf("Account:");
   open.viewer().beginWalk();
   open.viewer().showMatch(mark, 1);
   open.waitForPage();

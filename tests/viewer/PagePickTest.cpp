@@ -66,29 +66,27 @@ TEST_F(PagePick, WordsAreThoseThatAreListedAndStandWhereTheyAreDrawn) {
       EXPECT_EQ(QStringLiteral("%1 %2").arg(words()[1].h).arg(words()[1].lookupH), row[2]);
     }
 
-    QStringList picked;
-    m_viewer.onWordPicked = [&](const PickedWord& one, int) {
-      picked +=
-          QStringLiteral("%1 h %2, v %3   %4").arg(one.page).arg(one.h).arg(one.v).arg(one.text);
-    };
+    std::vector<PickedPlace> picked;
+    m_viewer.onWordMeant = [&](WordMeaning, const PickedPlace& place) { picked.push_back(place); };
     const ViewedWord& one = word(row[1].toLatin1());
     moveTo(placeOf(one));
     EXPECT_EQ(told("wordText"),
               QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
     QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
-    EXPECT_EQ(picked, QStringList("1 " + told("wordText")));
+    choose("wordMenu", meaningText(WordMeaning::Begins));
+    ASSERT_EQ(picked.size(), 1U);
+    EXPECT_EQ(told("wordText"), positionText(picked[0].h, picked[0].v) + "   " + picked[0].text);
+    EXPECT_EQ(picked[0].page, 1);
   });
 }
 
-TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
-  m_viewer.setTargets({"Search word", "Until word"});
+TEST_F(PagePick, ADraggedRectangleIsAnAreaForWhatIsChosen) {
   openSample();
-  control<QComboBox>(&m_viewer, "pickTarget")->setCurrentIndex(1);
-  std::vector<std::pair<PickedRange, int>> picked;
-  m_viewer.onRangePicked = [&](const PickedRange& range, int target) {
-    picked.emplace_back(range, target);
+  std::vector<std::pair<AreaMeaning, PickedArea>> picked;
+  m_viewer.onAreaMeant = [&](AreaMeaning meaning, const PickedArea& area) {
+    picked.emplace_back(meaning, area);
   };
-  m_viewer.onWordPicked = [](const PickedWord&, int) { FAIL() << "a drag is no click"; };
+  m_viewer.onWordMeant = [](WordMeaning, const PickedPlace&) { FAIL() << "a drag is no click"; };
   // From below and right of the word to above and left of it.
   const ViewedWord account = word("Account:");
   const QPoint from = placeAt(account.h + 20, account.v + 5);
@@ -98,55 +96,90 @@ TEST_F(PagePick, ADraggedRectangleIsARangeForTheChosenTarget) {
   const QString shown = told("wordText");
   EXPECT_TRUE(shown.contains("words in it: 1")) << shown.toStdString();
   QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, to);
+  choose("areaMenu", meaningText(AreaMeaning::Names));
   ASSERT_EQ(picked.size(), 1U);
-  const auto [range, target] = picked[0];
-  EXPECT_EQ(target, 1);
-  EXPECT_EQ(range.page, 1);
+  const auto [meaning, area] = picked[0];
+  EXPECT_EQ(meaning, AreaMeaning::Names);
+  EXPECT_EQ(area.page, 1);
   const double pointsAPixel = 1 / unitsPerPoint(canvas().page().size, {});
-  for (const int off : {range.hFrom - account.h + 5, range.hTo - account.h - 20,
-                        range.vFrom - account.v + 12, range.vTo - account.v - 5}) {
+  for (const int off : {area.hFrom - account.h + 5, area.hTo - account.h - 20,
+                        area.vFrom - account.v + 12, area.vTo - account.v - 5}) {
     EXPECT_NEAR(off, 0, 1 + pointsAPixel);
   }
-  EXPECT_TRUE(shown.startsWith(rangeText({range.hFrom, range.hTo, range.vFrom, range.vTo})));
+  EXPECT_TRUE(shown.startsWith(rangeText(area)));
 
   // Out of the page's top: no position is below 1, which would mean something else in a search.
   QTest::mousePress(&canvas(), Qt::LeftButton, Qt::NoModifier, placeAt(40, 40));
   moveTo(QPoint(1, 1), Qt::LeftButton);
   QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
+  choose("areaMenu", meaningText(AreaMeaning::SearchHere));
   ASSERT_EQ(picked.size(), 2U);
-  EXPECT_EQ(picked[1].first.hFrom, 1);
-  EXPECT_EQ(picked[1].first.vFrom, 1);
+  EXPECT_EQ(picked[1].second.hFrom, 1);
+  EXPECT_EQ(picked[1].second.vFrom, 1);
 }
 
-TEST_F(PagePick, TheKeyboardGoesFromWordToWord) {
+TEST_F(PagePick, TheKeyboardGoesFromWordToWordAndOpensTheMenu) {
   openSample();
-  EXPECT_FALSE(control<QPushButton>(&m_viewer, "copyPosition")->isEnabled());
   canvas().setFocus();
   QStringList picked;
-  m_viewer.onWordPicked = [&](const PickedWord& one, int) { picked += one.text; };
+  m_viewer.onWordMeant = [&](WordMeaning meaning, const PickedPlace& place) {
+    picked += place.text + (meaning == WordMeaning::Begins ? "" : "?");
+  };
   key(Qt::Key_Return); // there is no cursor yet
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   for (const auto& [step, modifiers] :
        {std::pair{Qt::Key_Right, Qt::NoModifier}, std::pair{Qt::Key_Tab, Qt::NoModifier},
         std::pair{Qt::Key_Backtab, Qt::ShiftModifier}}) {
     key(step, modifiers);
     key(Qt::Key_Return);
+    QTest::keyClick(menu("wordMenu"), Qt::Key_Return); // its first entry
   }
   EXPECT_EQ(picked, QStringList({words()[0].text, words()[1].text, words()[0].text}));
+  QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(&canvas(), &menuKey);
+  QTest::keyClick(menu("wordMenu"), Qt::Key_Escape);
+  EXPECT_EQ(canvas().currentWord(), 0) << "Escape closes the menu only";
+
   const ViewedWord account = word("Account:");
   QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(account));
-  click(&m_viewer, "copyPosition"); // as a token takes it
+  choose("wordMenu", "&Copy h,v"); // as a token takes it
   EXPECT_EQ(QApplication::clipboard()->text(),
             QStringLiteral("%1,%2").arg(account.h).arg(account.v));
   key(Qt::Key_Down);
   key(Qt::Key_Down);
   EXPECT_TRUE(told("wordText").endsWith("Customer:") || told("wordText").endsWith("E-mail:"))
       << told("wordText").toStdString();
+  EXPECT_EQ(canvas().accessibleDescription(), told("wordText"));
   key(Qt::Key_Escape);
   EXPECT_EQ(canvas().currentWord(), -1);
   EXPECT_TRUE(m_viewer.isVisible()) << "Escape takes the cursor away first";
   canvas().setFocus();
   key(Qt::Key_Tab);
   EXPECT_FALSE(canvas().hasFocus()) << "Tab leaves the page when no cursor is there";
+}
+
+TEST_F(PagePick, WordsOfThePlanSayWhatTheyAreFor) {
+  openSample();
+  const ViewedWord account = word("Account:");
+  const auto index = static_cast<int>(&word("Account:") - words().data());
+  using Kind = PlanMark::Kind;
+  const auto marks = std::make_shared<const std::vector<PlanMark>>(std::vector<PlanMark>{
+      {1, account.text, account.h, account.v, Kind::Begins},
+      {1, words()[static_cast<std::size_t>(index) + 1].text,
+       words()[static_cast<std::size_t>(index) + 1].h, account.v, Kind::Names},
+      {3, account.text, account.h, account.v, Kind::Ends}});
+  const QImage before = canvas().grab().toImage();
+  m_viewer.setMarks(marks);
+  EXPECT_NE(canvas().grab().toImage(), before);
+  EXPECT_EQ(canvas().markText(index), "a document begins here");
+  EXPECT_EQ(canvas().markText(index + 1), "names the file");
+  moveTo(placeOf(account));
+  EXPECT_TRUE(told("wordText").endsWith("(a document begins here)"));
+  m_viewer.goToPage(2);
+  ASSERT_TRUE(isDrawn());
+  for (std::size_t i = 0; i < words().size(); ++i) {
+    EXPECT_EQ(canvas().markText(static_cast<int>(i)), "") << "marks are those of their page";
+  }
 }
 
 } // namespace

@@ -41,6 +41,29 @@ TEST_F(PageProblems, AreToldInPlainWordsAndTheNextFileOpens) {
   EXPECT_FALSE(words().empty());
 }
 
+TEST_F(PageProblems, APasswordIsAskedForInItsPlaceUntilOneOpensTheFile) {
+  ASSERT_EQ(runProgram("qpdf",
+                       {"--encrypt", "user", "owner", "256", "--", samplePath(), at("locked.pdf")})
+                .exitCode,
+            0);
+  QStringList opened;
+  m_viewer.onPassword = [&](const QString& password) { opened += password; };
+  EXPECT_TRUE(stateOf(at("locked.pdf")).contains("none is set"));
+  typeInto(&m_viewer, "pagePassword", "wrong");
+  QTest::keyClick(control<QLineEdit>(&m_viewer, "pagePassword"), Qt::Key_Return);
+  EXPECT_TRUE(waitUntil([&] { return told("viewerState").contains("does not open the file"); }));
+  EXPECT_TRUE(opened.isEmpty());
+  EXPECT_TRUE(control<QLineEdit>(&m_viewer, "pagePassword")->hasFocus()) << "for another try";
+  typeInto(&m_viewer, "pagePassword", "user");
+  click(&m_viewer, "enterPassword");
+  ASSERT_TRUE(isDrawn());
+  EXPECT_EQ(opened, QStringList("user"));
+  EXPECT_EQ(m_viewer.file().password, "user");
+  click(&m_viewer, "nextPage");
+  m_viewer.openFile({at("locked.pdf"), "user"}); // the setting has followed
+  EXPECT_EQ(m_viewer.page(), 2) << "it is open already";
+}
+
 TEST_F(PageProblems, AFileThatComesLaterOpensOnReload) {
   EXPECT_TRUE(stateOf(at("late.pdf")).contains("not there"));
   ASSERT_TRUE(QFile::copy(samplePath(), at("late.pdf")));

@@ -43,6 +43,18 @@ TEST(PageWordMaps, FindTheWordsOfAMatch) {
   });
 }
 
+TEST(PageWordMaps, FindATextOverWordsAndWithinThem) {
+  const PageWordMap map(somePage());
+  using Places = std::vector<std::vector<int>>;
+  EXPECT_EQ(map.wordsWith("NUMBER:"), (Places{{1}, {4}}));
+  EXPECT_EQ(map.wordsWith("t  number: 1"), (Places{{0, 1, 2}, {3, 4, 5}}));
+  EXPECT_EQ(map.wordsWith("account"), (Places{{0}, {3}}));
+  EXPECT_EQ(map.wordsWith("18 seal"), (Places{{5, 6}}));
+  EXPECT_EQ(map.wordsWith("seal"), (Places{{6}}));
+  EXPECT_TRUE(map.wordsWith("  ").empty());
+  EXPECT_TRUE(map.wordsWith("1718").empty());
+}
+
 TEST(PageWordMaps, RangesHoldTheWordsThatASearchWouldTake) {
   const PageWordMap map(somePage());
   EXPECT_EQ(map.wordsIn({100, 140, 50, 80}), (std::vector<int>{0, 1}));

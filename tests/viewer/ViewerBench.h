@@ -12,9 +12,9 @@
 #include "tests/support/RecordingOperator.h"
 #include "tests/support/WindowBench.h"
 
-#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 
 namespace folivex::test {
@@ -84,6 +84,30 @@ protected:
   }
   void key(Qt::Key which, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&canvas(), which, modifiers);
+  }
+
+  /// The menu that is up, once it is.
+  QMenu* menu(const char* name) {
+    EXPECT_TRUE(waitUntil([&] {
+      const QWidget* popup = QApplication::activePopupWidget();
+      return popup != nullptr && popup->objectName() == QLatin1String(name);
+    })) << name;
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  }
+  /// Takes an entry of that menu as the keyboard does.
+  void choose(const char* name, const QString& text) {
+    QMenu* open = menu(name);
+    ASSERT_NE(open, nullptr);
+    for (QAction* action : open->actions()) {
+      if (action->text() == text) {
+        open->setActiveAction(action);
+        return QTest::keyClick(open, Qt::Key_Return);
+      }
+    }
+    ADD_FAILURE() << "no entry " << text.toStdString();
+  }
+  QAction* action(const char* name) {
+    return m_viewer.findChild<QAction*>(QString::fromLatin1(name));
   }
 
   SetupStore m_store;

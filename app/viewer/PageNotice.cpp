@@ -1,0 +1,81 @@
+#include "app/viewer/PageNotice.h"
+
+#include "widgets/Controls.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace folivex {
+
+PageNotice::PageNotice(QWidget* parent) : QWidget(parent), m_text(new QLabel(this)) {
+  named(m_text, "viewerState");
+  m_text->setTextFormat(Qt::PlainText);
+  m_text->setWordWrap(true);
+  m_text->setAlignment(Qt::AlignCenter);
+
+  QPushButton* open =
+      sideButton("openFromPage", QStringLiteral("Open PDF..."),
+                 QStringLiteral("Choose the PDF to split"), this, [this] { onOpenWanted(); });
+  QPushButton* sample =
+      sideButton("trySample", QStringLiteral("Try the sample"),
+                 QStringLiteral("Forty pages of statements, with a setup that splits them"), this,
+                 [this] { onSampleWanted(); });
+  m_start = sideBySide(this, {gap(), open, sample, gap()});
+
+  m_again = sideButton("reloadFile", QStringLiteral("Try again"),
+                       QStringLiteral("Open the file again (F5)"), this, [this] { onAgain(); });
+
+  m_password = named(new QLineEdit(this), "pagePassword", "The password that opens this PDF");
+  m_password->setEchoMode(QLineEdit::Password);
+  QLabel* label = labelFor(m_password, QStringLiteral("Password:"));
+  QPushButton* enter = sideButton("enterPassword", QStringLiteral("Open"),
+                                  QStringLiteral("Open the file with this password"), this,
+                                  [this] { onPassword(m_password->text()); });
+  connect(m_password, &QLineEdit::returnPressed, enter, &QPushButton::click);
+  m_passwordRow = sideBySide(this, {gap(), label, m_password, enter, gap()});
+
+  auto* layout = new QVBoxLayout(this);
+  constexpr int air = 24;
+  layout->setContentsMargins(air, air, air, air);
+  layout->addStretch(1);
+  layout->addWidget(m_text);
+  layout->addWidget(m_start);
+  layout->addWidget(m_again, 0, Qt::AlignHCenter);
+  layout->addWidget(m_passwordRow);
+  layout->addStretch(2);
+  showStart();
+}
+
+void PageNotice::showStart() {
+  show(QStringLiteral("Drop a PDF here, open one, or try the sample."), Answers::Start);
+}
+
+void PageNotice::showWait(const QString& text) {
+  show(text, Answers::None);
+}
+
+void PageNotice::showProblem(const QString& text) {
+  show(text, Answers::Again);
+}
+
+void PageNotice::askForPassword(const QString& text, bool isNew) {
+  if (isNew) {
+    m_password->clear();
+  }
+  show(text, Answers::Password);
+  m_password->selectAll();
+}
+
+void PageNotice::show(const QString& text, Answers answers) {
+  m_text->setText(text);
+  // Who typed a password goes on typing there while it is tried.
+  const bool isTyping = m_passwordRow->isAncestorOf(QApplication::focusWidget());
+  m_start->setVisible(answers == Answers::Start);
+  m_again->setVisible(answers == Answers::Again);
+  m_passwordRow->setVisible(answers == Answers::Password || (answers == Answers::None && isTyping));
+}
+
+} // namespace folivex
