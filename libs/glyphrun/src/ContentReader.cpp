@@ -1,5 +1,7 @@
 #include "ContentReader.h"
 
+#include "common/Utf16.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -37,20 +39,32 @@ Rect rectOf(const PdfObject& array) {
   return {std::min(x0, x1), std::min(y0, y1), std::max(x0, x1), std::max(y0, y1)};
 }
 
+// A text string: UTF-16, UTF-8, or the document encoding. Escapes that name a language go.
 std::u16string textOfString(std::string_view bytes) {
-  if (bytes.size() >= 2 && bytes.substr(0, 2) == "\xFE\xFF") {
-    std::u16string text;
+  std::u16string text;
+  if (bytes.starts_with("\xFE\xFF")) {
     for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
       text.push_back(static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) << 8 |
                                            static_cast<unsigned char>(bytes[i + 1])));
     }
-    return text;
+  } else if (bytes.starts_with("\xEF\xBB\xBF")) {
+    text = common::toUtf16(bytes.substr(3));
+  } else {
+    for (const char byte : bytes) {
+      text.push_back(fz_unicode_from_pdf_doc_encoding[static_cast<unsigned char>(byte)]);
+    }
   }
-  std::u16string text;
-  for (const char byte : bytes) {
-    text.push_back(fz_unicode_from_pdf_doc_encoding[static_cast<unsigned char>(byte)]);
+  constexpr char16_t escape = 0x1B;
+  for (std::size_t from = 0; (from = text.find(escape, from)) != std::u16string::npos;) {
+    const std::size_t to = text.find(escape, from + 1);
+    text.erase(from, to == std::u16string::npos ? to : to - from + 1);
   }
   return text;
+}
+
+/// True when a replacement says less than the glyphs may say.
+bool saysNothing(std::u16string_view text) {
+  return !text.empty() && (traitsOf(text) & TraitUnknown) != 0;
 }
 
 } // namespace
@@ -387,9 +401,11 @@ void ContentReader::beginMarked(bool withProperties) {
         replacement = std::string(m_actualText);
       }
     }
-    if (mark == Mark::Plain && replaces && !hidden() && !m_words.replacing()) {
+    std::u16string spoken = textOfString(replacement);
+    if (mark == Mark::Plain && replaces && !hidden() && !m_words.replacing() &&
+        !saysNothing(spoken)) {
       mark = Mark::Replacement;
-      m_words.beginReplacement(textOfString(replacement));
+      m_words.beginReplacement(std::move(spoken));
     }
   }
   m_hiddenMarks += mark == Mark::Hidden;

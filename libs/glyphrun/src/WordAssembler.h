@@ -45,7 +45,7 @@ public:
   /// One glyph from `start` to `end`, in points from the run's origin along its direction.
   void addGlyph(const CodeInfo& info, double start, double end) {
     if (m_capturing) {
-      capture(start, end);
+      capture(info.traits, start, end);
     } else if ((info.traits & plainTraits) == 0 && m_open && !m_parting) {
       appendPlain(info, start, end);
     } else {
@@ -71,13 +71,23 @@ private:
   static constexpr std::uint16_t plainTraits =
       TraitBlank | TraitNothing | TraitUnknown | TraitAccent | TraitMark | CodeManyUnits;
 
+  struct CapturedRun {
+    GlyphRun run;
+    double spacing;
+  };
   struct CapturedGlyph {
     std::uint32_t run;
     double start;
     double end;
+    double gap; ///< that was told before it
+    bool blank;
   };
 
-  void capture(double start, double end);
+  void capture(std::uint16_t traits, double start, double end);
+  void enterCaptured(std::size_t glyph, bool gapsPart);
+  void replaceEach(const std::vector<char32_t>& characters, bool blanksDrawn);
+  void spreadEvenly(const std::vector<char32_t>& characters);
+  void placeOne(char32_t character, double start, double end);
   void place(std::uint16_t traits, std::u16string_view text, double start, double end);
   bool repeatsLast(std::u16string_view text, double start, double end) const;
   bool joinsLast(std::uint16_t traits, std::u16string_view text, double start, double end);
@@ -119,8 +129,10 @@ private:
   Point m_endPoint;          ///< the same on the page, between runs
 
   std::u16string m_replacement;
-  std::vector<GlyphRun> m_capturedRuns;
+  std::vector<CapturedRun> m_capturedRuns;
   std::vector<CapturedGlyph> m_captured;
+  double m_capturedGap = 0;
+  std::uint32_t m_enteredRun = 0;
 
   const Font* m_lastFont = nullptr;
   std::uint32_t m_lastFontOffset = 0;
