@@ -170,7 +170,8 @@ TEST_F(Program, ADisplayThatIsNotThereIsDoneWithout) {
 TEST_F(Program, PlanWritesNothingAndTellsWhatTheRunDoes) {
   setup.alwaysOverwrite = true;
   const QStringList arguments{
-      fxs(), source("a.pdf", {"A", "B, the \"second\"", QString::fromUtf8("Élodie"), "A"}), "-c"};
+      fxs(), source("a.pdf", {"A", "B, the \"second\"", QString::fromUtf8("Élodie"), "A", "=2+3"}),
+      "-c"};
   // The default setup is made from the installed example at any start.
   ASSERT_EQ(place.run({"-c"}).exitCode, 0);
   const QStringList before = filesBelow(place.all());
@@ -178,7 +179,7 @@ TEST_F(Program, PlanWritesNothingAndTellsWhatTheRunDoes) {
 
   const ProgramRun table = place.run(QStringList("--plan") + arguments);
   EXPECT_EQ(table.exitCode, 0) << table.err.toStdString();
-  EXPECT_TRUE(table.out.endsWith("\n4 page(s): 3 in 3 file(s), 1 only in files that a later one of "
+  EXPECT_TRUE(table.out.endsWith("\n5 page(s): 4 in 4 file(s), 1 only in files that a later one of "
                                  "the same name replaced (1).\n"))
       << table.out.toStdString();
   const ProgramRun csv = place.run(QStringList("--plan=csv") + arguments);
@@ -189,9 +190,12 @@ TEST_F(Program, PlanWritesNothingAndTellsWhatTheRunDoes) {
   EXPECT_EQ(QString::fromUtf8(csv.out).remove(out),
             "Start Page,End Page,Matched,Output File,Note\n"
             "1,1,A,A.pdf,given up for a later one of the same name\n"
-            "2,2,\"B,\",\"B,.pdf\",\n3,3,Élodie,Élodie.pdf,\n4,4,A,A.pdf,\n");
+            "2,2,\"B,\",\"B,.pdf\",\n3,3,Élodie,Élodie.pdf,\n4,4,A,A.pdf,\n"
+            "5,5,'=2+3,=2+3.pdf,\n")
+      << "what a spreadsheet would take for a formula";
   EXPECT_EQ(place.run(arguments).exitCode, 0);
-  EXPECT_EQ(outputs(), (QStringList{"A.pdf", "B,.pdf", QString::fromUtf8("Élodie.pdf")}));
+  EXPECT_EQ(outputs(),
+            (QStringList{"=2+3.pdf", "A.pdf", "B,.pdf", QString::fromUtf8("Élodie.pdf")}));
   EXPECT_EQ(pageTexts(out + "A.pdf"), QStringList{"Account: A"});
 }
 
