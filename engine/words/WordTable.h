@@ -50,6 +50,11 @@ public:
   /// Those that follow are for pages that are there; words of a page count from 0.
   int wordCount(int page) const { return m_pages[index(page)].count; }
   PageWord word(int page, int word) const;
+  /// Equal texts have equal numbers.
+  TextPool::Number textNumber(int page, int word) const {
+    return m_pages[index(page)].words[static_cast<std::size_t>(word)].text;
+  }
+  QStringView text(TextPool::Number number) const { return m_pool.text(number); }
   PageState pageState(int page) const { return m_pages[index(page)].state; }
 
   /// Asked, while somebody waits, whether he still wants to; see wake().
