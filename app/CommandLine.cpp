@@ -109,11 +109,14 @@ struct WordOption {
   QLatin1StringView word;
   void (*set)(CommandLine&);
 };
-constexpr std::array<WordOption, 4> wordOptions = {{
+constexpr std::array<WordOption, 7> wordOptions = {{
     {QLatin1StringView("--help"), [](CommandLine& line) { line.help = true; }},
     {QLatin1StringView("--version"), [](CommandLine& line) { line.version = true; }},
     {QLatin1StringView("--plan"), [](CommandLine& line) { line.plan = PlanOutput::Table; }},
     {QLatin1StringView("--plan=csv"), [](CommandLine& line) { line.plan = PlanOutput::Csv; }},
+    {QLatin1StringView("--suggest"), [](CommandLine& line) { line.suggest = true; }},
+    {QLatin1StringView("--unsure"), [](CommandLine& line) { line.unsure = true; }},
+    {QLatin1StringView("--force"), [](CommandLine& line) { line.force = true; }},
 }};
 
 const ValueOption* valueOptionOf(QStringView argument) {
@@ -156,6 +159,13 @@ private:
   }
 
   bool takeWord(const QString& word) {
+    const QLatin1StringView toFile("--suggest=");
+    if (const QString path = pathValue(word);
+        path.startsWith(toFile) && path.size() > toFile.size()) {
+      m_line.suggest = true;
+      m_line.suggestedSetup = path.sliced(toFile.size());
+      return true;
+    }
     const auto* const found =
         std::find_if(wordOptions.begin(), wordOptions.end(),
                      [&](const WordOption& option) { return option.word == word; });

@@ -38,6 +38,10 @@ struct CommandLine {
     return !actions.empty() && actions.back().kind == CommandAction::Kind::Close;
   }
   PlanOutput plan = PlanOutput::None;
+  bool suggest = false;   ///< propose setups for the sources in place of splitting them
+  QString suggestedSetup; ///< the setup file that the best proposal goes to; empty for none
+  bool unsure = false;    ///< write it even if it is not sure
+  bool force = false;     ///< that file may be there already
   bool help = false;
   bool version = false;
   /// Arguments behind the program's name. With none the program is used at its window.

@@ -2,6 +2,7 @@
 
 #include "app/FolderSearch.h"
 #include "app/PlanPrinter.h"
+#include "app/SuggestCommand.h"
 #include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"
@@ -111,6 +112,7 @@ void Program::setUnattended(bool on) {
 
 Program::Ended Program::handleCommandLine(const CommandLine& line) {
   m_driver->setCommandLine(true);
+  m_line = &line;
   m_plan = line.plan;
   m_setupPath.clear();
   m_password.reset();
@@ -129,6 +131,7 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
   const std::optional<int> code = performAll(line);
   m_mail->finish();
   m_mail.reset();
+  m_line = nullptr;
   m_driver->endBatch();
   m_driver->setCommandLine(false);
   setUnattended(false);
@@ -184,7 +187,7 @@ std::optional<int> Program::perform(const CommandAction& action) {
   case CommandAction::Kind::ProcessFolder:
     return processFolder(action.value);
   case CommandAction::Kind::Close:
-    if (m_plan == PlanOutput::None) {
+    if (m_plan == PlanOutput::None && !m_line->suggest) {
       close();
     }
     return m_exitCode;
@@ -224,6 +227,9 @@ std::optional<int> Program::processSource(const QString& path) {
 
 std::optional<int> Program::runOne(const QString& path) {
   m_store.edited().fileName = path;
+  if (m_line->suggest) {
+    return suggestFor(path);
+  }
   if (m_plan != PlanOutput::None) {
     return planOne(path);
   }
@@ -297,6 +303,31 @@ std::optional<int> Program::planOne(const QString& path) {
   m_person.print(planText(plan, m_plan));
   explainNoMatch();
   return std::nullopt;
+}
+
+/// Without a setup that was named, the outputs go beside the source: the settings of the last run
+/// are no part of a proposal.
+std::optional<int> Program::suggestFor(const QString& path) {
+  SplitSetup base = m_store.edited();
+  if (m_setupPath.isEmpty()) {
+    base = defaultSetup();
+    base.splitToSource = true;
+    base.pdfPassword = m_password.value_or(QString());
+  }
+  base.fileName = path;
+  QString problem;
+  if (m_driver->PageCount(base, problem) == 0) {
+    m_person.note(problem);
+    m_exitCode = static_cast<int>(RunError::Unreadable);
+    return std::nullopt;
+  }
+  const int code = suggest(
+      {*m_text, m_person, base, m_line->suggestedSetup, m_line->unsure, m_line->force, [this] {
+         m_person.handlePendingEvents();
+         return !m_driver->state().userStop;
+       }});
+  m_exitCode = m_exitCode == 0 ? code : m_exitCode;
+  return m_driver->state().userStop ? std::optional(code) : std::nullopt;
 }
 
 void Program::explainNoMatch() {

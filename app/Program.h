@@ -75,6 +75,7 @@ private:
   std::optional<int> goOnMailing(const QString& source);
   bool mailOutputs(const QString& source);
   std::optional<int> planOne(const QString& path);
+  std::optional<int> suggestFor(const QString& path);
   void report(const SetupResult& result);
   void setUnattended(bool on);
   void tellUnused(const CommandLine& line);
@@ -86,6 +87,7 @@ private:
   std::unique_ptr<CAppendPdfInit> m_append;
   std::unique_ptr<JobDriver> m_driver;
   std::unique_ptr<UnattendedDelivery> m_mail; ///< while a command line is worked through
+  const CommandLine* m_line = nullptr;        ///< that is worked through
   PlanOutput m_plan = PlanOutput::None;
   QString m_setupPath;
   std::optional<QString> m_password;

@@ -61,7 +61,7 @@ bool wantsWindow(const CommandLine& line) {
   if (line.argumentCount == 0) {
     return platform::hasDisplay() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
   }
-  return platform::hasDisplay() && line.plan == PlanOutput::None &&
+  return platform::hasDisplay() && line.plan == PlanOutput::None && !line.suggest &&
          !(line.closes() && platform::isTerminal(stderr));
 }
 
