@@ -68,15 +68,20 @@ const QByteArray cutWithQpdf = "exec qpdf \"$1\" --pages . \"$3-$4\" -- \"$2\"";
 } // namespace
 
 /// What a run that is stopped has taken on is written, as it would be at once, and no more.
-TEST_F(Writing, StopLeavesWhatWasAppendedUntilThen) {
-  statements({"of yesterday"}).write(at("out/1001.pdf"));
-  setup().alwaysAppend = true;
+TEST_F(Writing, StopLeavesWhatWasAppendedOrOverwrittenUntilThen) {
   stopWhen([](const Progress& progress) { return progress.text == "Processing page: 4"; });
-  EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
-  EXPECT_EQ(outputs(), (QStringList{"1001.pdf: of yesterday | Account: 1001 | more",
-                                    "1002.pdf: Account: 1002"}));
-  EXPECT_EQ(account(),
-            "5 page(s): 3 in 2 file(s), 2 not written, since the run was stopped (4-5).");
+  for (const bool appends : {true, false}) {
+    statements({"of yesterday"}).write(at("out/1001.pdf"));
+    setup().alwaysAppend = appends;
+    setup().alwaysOverwrite = !appends;
+    EXPECT_EQ(run(), RunError::None) << m_person.allNotes().toStdString();
+    const QString grown = appends ? "of yesterday | " : "";
+    EXPECT_EQ(outputs(), (QStringList{"1001.pdf: " + grown + "Account: 1001 | more",
+                                      "1002.pdf: Account: 1002"}));
+    EXPECT_EQ(account(),
+              "5 page(s): 3 in 2 file(s), 2 not written, since the run was stopped (4-5).");
+    QFile::remove(at("out/1002.pdf"));
+  }
 }
 
 /// The files already in their last change are whole; those not begun are as they were.
