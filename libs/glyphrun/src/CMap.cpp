@@ -1,6 +1,7 @@
 #include "CMap.h"
 
 #include "ContentLexer.h"
+#include "Unicode.h"
 
 #include <algorithm>
 
@@ -169,6 +170,13 @@ CMap CMap::parse(std::string_view stream) {
   CMap map;
   CMapParser(stream, map).run();
   return map;
+}
+
+bool CMap::hasClusters() const {
+  return std::any_of(m_pool.begin(), m_pool.end(), [](char16_t unit) {
+    constexpr char16_t latinEnd = 0x0300;
+    return unit >= latinEnd && (traitsOf(char32_t{unit}) & (TraitRightToLeft | TraitMark)) != 0;
+  });
 }
 
 unsigned CMap::takeCode(std::string_view bytes, std::uint32_t& code) const {

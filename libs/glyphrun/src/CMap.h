@@ -17,6 +17,8 @@ public:
 
   bool empty() const { return m_cids.empty() && m_texts.empty() && m_codeSpaces.empty(); }
   bool hasTexts() const { return !m_texts.empty(); }
+  /// True when a text has letters of a right-to-left script, or marks.
+  bool hasClusters() const;
   bool vertical() const { return m_vertical; }
   /// Name of the map that this one builds on, or empty.
   const std::string& base() const { return m_base; }

@@ -62,6 +62,12 @@ private:
     std::size_t statesBelow = 0;
     std::size_t marksBelow = 0;
   };
+  /// What a text-showing operator shows, as far as letter-spacing asks.
+  struct ShownPieces {
+    std::size_t longest = 0; ///< bytes that follow one another without an adjustment to speak of
+    bool leader = false;
+    bool compensated = false; ///< an adjustment takes the letter-spacing back
+  };
   enum class Mark : std::uint8_t { Plain, Hidden, Replacement };
 
   void execute(ContentLexer& lexer);
@@ -79,7 +85,10 @@ private:
   void moveLine(double x, double y);
   void showString(std::string_view bytes);
   void showArray();
-  void startRun(std::size_t longestPiece);
+  void startRun(const ShownPieces& pieces);
+  void beginSpaced(GlyphRun& run, const ShownPieces& pieces);
+  bool isLeader(std::string_view bytes) const;
+  bool standsBefore(const Font& font, const CodeInfo& info);
   template <bool OneByte> void showGlyphs(std::string_view bytes);
   void showAdjustment(double thousandths);
   void finishRun();
@@ -109,6 +118,9 @@ private:
   bool m_hasActualText = false;
   std::string_view m_actualText;
 
+  std::u16string m_cluster; ///< text of the last glyph, when it is of several characters
+  std::size_t m_clusterGlyphs = 0;
+
   // Of the run being shown.
   double m_pen = 0;            ///< along the direction, from the run's origin
   double m_unit = 0;           ///< points along the direction for one unit of text space
@@ -116,6 +128,8 @@ private:
   double m_spacing = 0;        ///< letter-spacing, in points along the direction
   double m_lastSpacing = 0;    ///< of the run before
   bool m_spacingParts = false; ///< it is a gap, not letter-spacing
+  bool m_spacingOpen = false;  ///< it is one or the other behind the run
+  bool m_lastSpacingOpen = false;
   bool m_emits = false;
 
   std::size_t m_operatorsLeft = 0;

@@ -12,7 +12,11 @@ namespace {
 // Letter-spacing in ems: below the first it never parts, above the second it always does.
 constexpr double fewestGap = 0.15;
 constexpr double widestSpacing = 1.0;
+// A run of fewer glyphs may have its character spacing for the sake of one gap.
 constexpr std::size_t fewestSpacedLetters = 3;
+// Traits of codes that take a second look.
+constexpr unsigned lookAgain =
+    unsigned{TraitUnknown} | unsigned{CodeLeftOut} | unsigned{CodeManyUnits};
 // Thousandths of an em that are kerning at most.
 constexpr double smallAdjustment = 60;
 
@@ -48,7 +52,7 @@ void ContentReader::moveLine(double x, double y) {
   m_textMatrix = m_lineMatrix;
 }
 
-void ContentReader::startRun(std::size_t longestPiece) {
+void ContentReader::startRun(const ShownPieces& pieces) {
   ++m_textOperators;
   TextState& textState = m_state.text;
   if (textState.font == nullptr) {
@@ -64,6 +68,7 @@ void ContentReader::startRun(std::size_t longestPiece) {
   m_emits = false;
   m_spacing = 0;
   m_spacingParts = false;
+  m_spacingOpen = false;
 
   const Point along = vertical ? up * -textState.size : right * horizontal;
   const double emAlong = length(along);
@@ -77,8 +82,9 @@ void ContentReader::startRun(std::size_t longestPiece) {
   run.origin = matrix.apply({0, textState.rise});
   run.direction = along * (1 / emAlong);
   const Point other = vertical ? right * horizontal : up * textState.size;
-  run.em = std::abs(other.x * run.direction.y - other.y * run.direction.x);
-  run.emAlong = emAlong;
+  const double em = static_cast<double>(textState.font->em);
+  run.em = em * std::abs(other.x * run.direction.y - other.y * run.direction.x);
+  run.emAlong = em * emAlong;
   run.vertical = vertical;
   run.font = textState.font;
   if (run.em < 1e-6 || !std::isfinite(run.em) || !std::isfinite(run.origin.x) ||
@@ -88,15 +94,51 @@ void ContentReader::startRun(std::size_t longestPiece) {
   m_spacing = textState.charSpace * (vertical ? 1 : textState.scale) * m_unit;
   m_emits = !hidden();
   if (m_emits) {
-    m_words.beginRun(run);
+    beginSpaced(run, pieces);
   }
-  // Some producers set character spacing for a single gap inside a line. Spaced letters are more
-  // than two, and do not go on from plain ones.
-  const std::size_t glyphs = textState.font->oneByte ? longestPiece : longestPiece / 2;
-  const bool spacedBefore = std::abs(m_spacing - m_lastSpacing) < m_spacing / 4;
-  m_spacingParts = m_spacing > fewestGap * emAlong &&
-                   (glyphs < fewestSpacedLetters || m_spacing > widestSpacing * emAlong ||
-                    (m_words.continues() && !spacedBefore));
+}
+
+// Some producers set character spacing for a single gap inside a line, others space letters, of
+// which each may have an operator of its own. What it is in a short run is known when the next one
+// comes: equal spacing goes on, anything else makes it a gap.
+void ContentReader::beginSpaced(GlyphRun& run, const ShownPieces& pieces) {
+  const bool wide = m_spacing > fewestGap * run.emAlong;
+  const bool widest = m_spacing > widestSpacing * run.emAlong;
+  const bool likeBefore = wide && std::abs(m_spacing - m_lastSpacing) < m_spacing / 4;
+  const std::size_t glyphs = run.font->oneByte ? pieces.longest : pieces.longest / 2;
+  const bool leader = wide && !likeBefore && pieces.leader;
+  m_spacingOpen = wide && glyphs < fewestSpacedLetters;
+  if (m_lastSpacingOpen && likeBefore && !widest) {
+    run.bridged = m_lastSpacing;
+  } else if (m_lastSpacingOpen) {
+    m_words.partLastOfTwo(m_lastSpacing);
+  }
+  if (leader) {
+    m_words.endWord();
+  }
+  m_words.beginRun(run);
+  m_spacingParts = wide && (widest || leader || pieces.compensated);
+}
+
+// Producers map the text of a cluster to its first glyph and leave the others out of the map. Other
+// codes that the map leaves out are characters like any other, or else marks of no width. Among
+// letters that are drawn piece by piece a glyph that nothing is known of is told of the page only.
+bool ContentReader::standsBefore(const Font& font, const CodeInfo& info) {
+  const std::u16string_view text = font.textOf(info);
+  if ((info.traits & CodeLeftOut) == 0) {
+    m_cluster = (info.traits & TraitUnknown) == 0 ? text : std::u16string_view();
+    m_clusterGlyphs = 1;
+    return false;
+  }
+  const bool unknown = (info.traits & TraitUnknown) != 0;
+  const bool covered = m_clusterGlyphs < m_cluster.size() &&
+                       (unknown || m_cluster.find(text) != std::u16string::npos);
+  ++m_clusterGlyphs;
+  if (unknown && !covered && font.hasClusters && info.advance != 0) {
+    m_words.loseGlyph();
+    return true;
+  }
+  return covered || (unknown && info.advance == 0);
 }
 
 template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
@@ -109,9 +151,18 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
     const unsigned taken = OneByte ? 1 : font.takeCode(bytes.substr(at), code);
     const CodeInfo* info = OneByte ? &font.codes[code] : &font.lookUp(code);
     at += taken;
-    if ((info->traits & TraitUnknown) != 0 && font.mayAskProgram) {
-      m_fonts.askProgram(font);
-      info = OneByte ? &font.codes[code] : &font.lookUp(code);
+    CodeInfo silent;
+    if ((info->traits & lookAgain) != 0) {
+      if ((info->traits & TraitUnknown) != 0 && font.mayAskProgram) {
+        m_fonts.askProgram(font);
+        info = OneByte ? &font.codes[code] : &font.lookUp(code);
+      }
+      if (standsBefore(font, *info)) {
+        silent = font.withoutText(*info);
+        info = &silent;
+      }
+    } else {
+      m_cluster.clear();
     }
     const double advance = static_cast<double>(info->advance) * advanceScale;
     if (m_emits) {
@@ -136,16 +187,28 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
 
 void ContentReader::finishRun() {
   if (m_emits) {
-    m_words.endRun(m_spacingParts ? 0 : m_spacing);
+    m_words.endRun(m_spacingParts || m_spacingOpen ? 0 : m_spacing);
   }
   m_lastSpacing = m_spacing;
+  m_lastSpacingOpen = m_spacingOpen && m_emits;
   const bool vertical = m_state.text.font->vertical;
   m_textMatrix.e += m_textShift * (vertical ? m_textMatrix.c : m_textMatrix.a);
   m_textMatrix.f += m_textShift * (vertical ? m_textMatrix.d : m_textMatrix.b);
 }
 
+/// Dots or the like, which lead the eye from a text to its number.
+bool ContentReader::isLeader(std::string_view bytes) const {
+  if (m_state.text.charSpace == 0 || m_state.text.font == nullptr || bytes.empty() ||
+      !m_state.text.font->oneByte) {
+    return false;
+  }
+  const CodeInfo& first = m_state.text.font->codes[static_cast<unsigned char>(bytes[0])];
+  return std::u16string_view(u".\u00B7\u2026_-").find(first.text) != std::u16string_view::npos &&
+         bytes.find_first_not_of(bytes[0]) == std::string_view::npos;
+}
+
 void ContentReader::showString(std::string_view bytes) {
-  startRun(bytes.size());
+  startRun({bytes.size(), isLeader(bytes), false});
   if (m_state.text.font->oneByte) {
     showGlyphs<true>(bytes);
   } else {
@@ -155,17 +218,23 @@ void ContentReader::showString(std::string_view bytes) {
 }
 
 void ContentReader::showArray() {
-  // Bytes that follow one another without an adjustment to speak of.
+  const TextState& textState = m_state.text;
+  const double small = textState.font == nullptr
+                           ? smallAdjustment
+                           : smallAdjustment * static_cast<double>(textState.font->em);
   std::size_t piece = 0;
-  std::size_t longest = 0;
+  ShownPieces pieces{0, !m_array.empty(), false};
   for (const Token& item : m_array) {
     if (item.kind == TokenKind::Number) {
-      piece = std::abs(item.number) < smallAdjustment ? piece : 0;
+      piece = std::abs(item.number) < small ? piece : 0;
+      const double rest = item.number / 1000 * textState.size - textState.charSpace;
+      pieces.compensated = pieces.compensated || std::abs(rest) < textState.charSpace / 4;
     } else {
-      longest = std::max(longest, piece += item.text.size());
+      pieces.longest = std::max(pieces.longest, piece += item.text.size());
+      pieces.leader = pieces.leader && isLeader(item.text);
     }
   }
-  startRun(longest);
+  startRun(pieces);
   for (const Token& item : m_array) {
     if (item.kind == TokenKind::Number) {
       showAdjustment(item.number);

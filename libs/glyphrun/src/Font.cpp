@@ -118,12 +118,10 @@ const CodeInfo& Font::lookUp(std::uint32_t code) {
   if ((info.traits & CodeFilled) == 0) {
     const std::uint32_t cid = cidOf(code);
     info.advance = advances.find(static_cast<int>(cid & 0xFFFFFF));
-    const std::u16string text = textOfCode(code, cid);
-    if (text.empty() && toUnicode.hasTexts()) {
-      setNoText(info);
-    } else {
-      setText(info, text);
-    }
+    std::u16string mapped;
+    const bool leftOut = toUnicode.hasTexts() && !toUnicode.appendText(code, mapped);
+    setText(info, textOfCode(code, cid));
+    info.traits |= leftOut ? CodeLeftOut : 0;
   }
   return info;
 }
@@ -146,14 +144,19 @@ void Font::setText(CodeInfo& info, std::u16string_view text) {
   }
 }
 
-void Font::setNoText(CodeInfo& info) {
-  setText(info, {});
-  if (longTexts.size() >= mostLongTexts) {
-    return;
+CodeInfo Font::withoutText(const CodeInfo& info) {
+  const auto empty = std::find(longTexts.begin(), longTexts.end(), std::u16string());
+  const auto index = static_cast<std::size_t>(empty - longTexts.begin());
+  CodeInfo silent = info;
+  silent.traits = CodeFilled;
+  if (empty == longTexts.end() && index < mostLongTexts) {
+    longTexts.emplace_back();
   }
-  info.traits |= CodeManyUnits;
-  info.text = static_cast<char16_t>(longTexts.size());
-  longTexts.emplace_back();
+  if (index < mostLongTexts) {
+    silent.traits |= CodeManyUnits;
+    silent.text = static_cast<char16_t>(index);
+  }
+  return silent;
 }
 
 void Font::forgetLookUps() {

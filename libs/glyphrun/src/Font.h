@@ -15,13 +15,14 @@ namespace glyphrun {
 
 /// Further traits of a code, besides those of its text.
 enum CodeTrait : std::uint16_t {
-  CodeFilled = 0x100,   ///< looked up already
-  CodeManyUnits = 0x200 ///< `text` is an index into Font::longTexts
+  CodeFilled = 0x100,    ///< looked up already
+  CodeManyUnits = 0x200, ///< `text` is an index into Font::longTexts
+  CodeLeftOut = 0x800    ///< a map to Unicode has other codes only; the text is from elsewhere
 };
 
 /// What one character code stands for.
 struct CodeInfo {
-  float advance = 0;        ///< in ems, along the writing direction; negative downwards
+  float advance = 0;        ///< along the writing direction, for size 1; negative downwards
   char16_t text = 0;        ///< its only UTF-16 unit, unless CodeManyUnits
   std::uint16_t traits = 0; ///< TextTrait and CodeTrait
 };
@@ -46,7 +47,11 @@ class Font {
 public:
   bool oneByte = true;
   bool vertical = false;
+  bool hasClusters = false;    ///< of a script that draws one character with several glyphs
+  bool dingbats = false;       ///< its glyphs have names that look like numbers of characters
   bool drawnByContent = false; ///< Type 3: its glyphs are content streams, which are never run
+  float em =
+      1; ///< what the eye takes for the font size, for size 1: a Type 3 font has its own units
   /// Height above and depth (negative) below the baseline, in ems.
   float ascent = 0.8F;
   float descent = -0.2F;
@@ -71,9 +76,8 @@ public:
 
   /// Gives a code its text, spelled out and composed.
   void setText(CodeInfo& info, std::u16string_view text);
-  /// For a code that a map to Unicode leaves out: a glyph that goes with the one before it, whose
-  /// entry holds the text of both. It has no text but takes room.
-  void setNoText(CodeInfo& info);
+  /// A glyph whose text stands at the one before it: it has none, but takes room.
+  CodeInfo withoutText(const CodeInfo& info);
 
   // Parts of a CID font.
   CMap toUnicode;

@@ -1,6 +1,7 @@
 #include "FontLoader.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
@@ -11,6 +12,58 @@ namespace {
 
 constexpr std::size_t mostFonts = 512;
 constexpr int mostCids = 65536;
+constexpr int mostOutlines = 4096;
+
+/// What a font program knows of its glyphs: its own map from characters to them, read backwards,
+/// and which of them draw nothing.
+class ProgramTexts {
+public:
+  ProgramTexts(MuContext& mu, pdf_font_desc& program) : m_mu(mu), m_program(program) {
+    const bool symbols = program.font != nullptr && !program.is_embedded &&
+                         std::strcmp(fz_font_name(mu.raw(), program.font), "ZapfDingbats") == 0;
+    if (program.font != nullptr && (program.is_embedded != 0 || symbols)) {
+      m_face = static_cast<FT_Face>(fz_font_ft_face(mu.raw(), program.font));
+    }
+    if (m_face == nullptr || FT_Select_Charmap(m_face, FT_ENCODING_UNICODE) != 0) {
+      return;
+    }
+    FT_UInt glyph = 0;
+    for (FT_ULong c = FT_Get_First_Char(m_face, &glyph);
+         glyph != 0 && m_characters.size() < mostCids; c = FT_Get_Next_Char(m_face, c, &glyph)) {
+      if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown) {
+        m_characters.emplace(glyph, static_cast<char32_t>(c));
+      }
+    }
+  }
+
+  bool any() const { return m_face != nullptr; }
+
+  /// The character of a code or CID; 0 when nothing is known.
+  char32_t of(int cid) const {
+    const int glyph = m_face == nullptr ? -1 : pdf_font_cid_to_gid(m_mu.raw(), &m_program, cid);
+    if (glyph <= 0 || glyph >= m_face->num_glyphs) {
+      return 0;
+    }
+    const auto found = m_characters.find(static_cast<FT_UInt>(glyph));
+    if (found != m_characters.end()) {
+      return found->second;
+    }
+    return drawsNothing(glyph) ? U' ' : 0;
+  }
+
+private:
+  bool drawsNothing(int glyph) const {
+    return m_face->num_glyphs <= mostOutlines &&
+           FT_Load_Glyph(m_face, static_cast<FT_UInt>(glyph), FT_LOAD_NO_SCALE) == 0 &&
+           m_face->glyph->format == FT_GLYPH_FORMAT_OUTLINE &&
+           m_face->glyph->outline.n_contours == 0 && m_face->glyph->advance.x > 0;
+  }
+
+  MuContext& m_mu;
+  pdf_font_desc& m_program;
+  FT_Face m_face = nullptr;
+  std::unordered_map<FT_UInt, char32_t> m_characters;
+};
 
 } // namespace
 
@@ -139,46 +192,40 @@ void FontCache::askProgram(Font& font) {
   pdf_drop_font(m_mu.raw(), program);
 }
 
-void FontCache::explainOneByte(Font& font, const pdf_font_desc& program) {
+void FontCache::explainOneByte(Font& font, pdf_font_desc& program) {
   const bool widthless = std::all_of(font.codes.begin(), font.codes.end(),
                                      [](const CodeInfo& info) { return info.advance == 0; });
+  const ProgramTexts texts(m_mu, program);
   for (std::size_t code = 0; code < font.codes.size(); ++code) {
     CodeInfo& info = font.codes[code];
-    if ((info.traits & TraitUnknown) != 0 && code < program.cid_to_ucs_len) {
-      std::u16string text;
-      appendCodePoint(text, program.cid_to_ucs[code]);
-      font.setText(info, text);
-    }
     if (widthless) {
-      const pdf_hmtx metrics =
-          pdf_lookup_hmtx(m_mu.raw(), const_cast<pdf_font_desc*>(&program), static_cast<int>(code));
-      info.advance = static_cast<float>(metrics.w) / 1000;
+      info.advance =
+          static_cast<float>(pdf_lookup_hmtx(m_mu.raw(), &program, static_cast<int>(code)).w) /
+          1000;
     }
+    if ((info.traits & TraitUnknown) == 0) {
+      continue;
+    }
+    std::u16string text;
+    if (code < program.cid_to_ucs_len && !font.dingbats) {
+      appendCodePoint(text, program.cid_to_ucs[code]);
+    }
+    if (text.empty() || (traitsOf(text) & TraitUnknown) != 0) {
+      const char32_t known = texts.of(static_cast<int>(code));
+      text.clear();
+      appendCodePoint(text, known == 0 ? replacementCharacter : known);
+    }
+    const std::uint16_t leftOut = info.traits & CodeLeftOut;
+    font.setText(info, text);
+    info.traits |= leftOut;
   }
 }
 
-// The embedded program of a font without ToUnicode often still has its own map from characters to
-// glyphs, which is read backwards.
 void FontCache::explainCids(Font& font, pdf_font_desc& program) {
-  auto* face = program.font == nullptr
-                   ? nullptr
-                   : static_cast<FT_Face>(fz_font_ft_face(m_mu.raw(), program.font));
-  if (face == nullptr || FT_Select_Charmap(face, FT_ENCODING_UNICODE) != 0) {
-    return;
-  }
-  std::unordered_map<FT_UInt, char32_t> characters;
-  FT_UInt glyph = 0;
-  for (FT_ULong c = FT_Get_First_Char(face, &glyph); glyph != 0 && characters.size() < mostCids;
-       c = FT_Get_Next_Char(face, c, &glyph)) {
-    if (traitsOf(static_cast<char32_t>(c)) != TraitUnknown) {
-      characters.emplace(glyph, static_cast<char32_t>(c));
-    }
-  }
-  for (int cid = 0; cid < mostCids; ++cid) {
-    const int wanted = pdf_font_cid_to_gid(m_mu.raw(), &program, cid);
-    const auto found = characters.find(static_cast<FT_UInt>(wanted));
-    if (wanted > 0 && found != characters.end()) {
-      font.programTexts.emplace(static_cast<std::uint32_t>(cid), found->second);
+  const ProgramTexts texts(m_mu, program);
+  for (int cid = 0; cid < mostCids && texts.any(); ++cid) {
+    if (const char32_t known = texts.of(cid)) {
+      font.programTexts.emplace(static_cast<std::uint32_t>(cid), known);
     }
   }
   font.forgetLookUps();

@@ -3,6 +3,7 @@
 #include "common/Utf16.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace glyphrun {
@@ -55,8 +56,9 @@ std::u16string textOfGlyphName(std::string_view name) {
   return text;
 }
 
+/// A map that leads to a control character knows nothing of what is seen.
 bool explains(std::u16string_view text) {
-  return !text.empty() && (traitsOf(text) & TraitUnknown) == 0;
+  return !text.empty() && text[0] >= blankCode && (traitsOf(text) & TraitUnknown) == 0;
 }
 
 } // namespace
@@ -97,9 +99,12 @@ void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font)
       ownSymbols || ((flags & symbolicFlag) != 0 && (flags & nonsymbolicFlag) == 0);
 
   GlyphNames names{};
-  readNames(dictionary, embedded || symbolic, names);
+  font.dingbats = std::strcmp(builtIn, "ZapfDingbats") == 0;
+  if (!font.dingbats) {
+    readNames(dictionary, embedded || symbolic, names);
+  }
   readSimpleTexts(dictionary, names, type3, font);
-  font.mayAskProgram = font.mayAskProgram && !type3 && (embedded || symbolic);
+  font.mayAskProgram = !type3 && (embedded || symbolic);
 
   if (descriptor) {
     font.ascent = static_cast<float>(descriptor.get("Ascent").number(800) / 1000);
@@ -111,6 +116,30 @@ void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font)
     readWidths(dictionary, missing, scale, font);
   } else if (!type3 && !embedded && !ownSymbols) {
     readBuiltInWidths(builtIn, font);
+  }
+  if (type3) {
+    measureEm(dictionary, font);
+  }
+}
+
+// The units of a Type 3 font are what its matrix makes of them: with a unit matrix and glyphs of so
+// many pixels, size 1 is the size of a pixel.
+void FontLoader::measureEm(const PdfObject& dictionary, Font& font) {
+  constexpr double widthsInEm = 2;
+  constexpr double smallest = 0.3;
+  constexpr double largest = 3;
+  double sum = 0;
+  int count = 0;
+  for (const CodeInfo& info : font.codes) {
+    sum += std::abs(static_cast<double>(info.advance));
+    count += info.advance != 0;
+  }
+  const PdfObject box = dictionary.get("FontBBox");
+  const double height = std::abs((box.at(3).number() - box.at(1).number()) *
+                                 dictionary.get("FontMatrix").at(3).number(0.001));
+  const double em = count > 0 ? widthsInEm * sum / count : height;
+  if (em > 0 && std::isfinite(em) && (em < smallest || em > largest)) {
+    font.em = static_cast<float>(em);
   }
 }
 
@@ -144,9 +173,17 @@ void FontLoader::readSimpleTexts(const PdfObject& dictionary, const GlyphNames& 
   if (map.isStream()) {
     toUnicode = readCMap(map);
   }
+  font.hasClusters = toUnicode.hasClusters();
+  bool mapIsAscii = true;
+  for (std::uint32_t code = blankCode + 1; code < 127; ++code) {
+    std::u16string text;
+    mapIsAscii = mapIsAscii && (!toUnicode.appendText(code, text) || !explains(text) ||
+                                text == std::u16string(1, static_cast<char16_t>(code)));
+  }
+  const PdfObject glyphs = dictionary.get("CharProcs");
   for (std::uint32_t code = 0; code < 256; ++code) {
     std::u16string text;
-    toUnicode.appendText(code, text);
+    const bool leftOut = !toUnicode.appendText(code, text) && toUnicode.hasTexts();
     if (!explains(text) && names[code] != nullptr) {
       const std::u16string named = textOfGlyphName(names[code]);
       if (explains(named) || text.empty()) {
@@ -154,16 +191,16 @@ void FontLoader::readSimpleTexts(const PdfObject& dictionary, const GlyphNames& 
       }
     }
     // Glyphs of a bitmap font often bear meaningless names at the places of ASCII.
-    if (type3 && !explains(text) && code > blankCode && code < 127) {
+    const bool guess = !leftOut || mapIsAscii;
+    if (type3 && guess && !explains(text) && code > blankCode && code < 127) {
       text.assign(1, static_cast<char16_t>(code));
     }
-    if (text.empty() && toUnicode.hasTexts()) {
-      font.setNoText(font.codes[code]);
-    } else {
-      font.setText(font.codes[code], text);
+    font.setText(font.codes[code], text);
+    font.codes[code].traits |= leftOut ? CodeLeftOut : 0;
+    if (type3 && !explains(text) && (names[code] == nullptr || !glyphs.get(names[code]))) {
+      font.codes[code].traits = CodeFilled | unsigned{TraitNothing};
     }
   }
-  font.mayAskProgram = !toUnicode.hasTexts();
 }
 
 void FontLoader::readWidths(const PdfObject& dictionary, double missing, double scale, Font& font) {
@@ -232,6 +269,7 @@ void FontLoader::loadComposite(const PdfObject& dictionary, Font& font) {
   const PdfObject map = dictionary.get("ToUnicode");
   if (map.isStream()) {
     font.toUnicode = readCMap(map);
+    font.hasClusters = font.toUnicode.hasClusters();
   } else if (map.isName()) {
     font.codesAreUnicode = std::strncmp(map.name(), "Identity", 8) == 0;
   }
@@ -242,7 +280,7 @@ void FontLoader::loadComposite(const PdfObject& dictionary, Font& font) {
   font.descent = static_cast<float>(descriptor.get("Descent").number(-200) / 1000);
   readCidWidths(descendant, font);
   // MuPDF would expand a map in the file range by range, which a hostile one makes endless.
-  font.mayAskProgram = dictionary.get("Encoding").isName() && !font.toUnicode.hasTexts() &&
+  font.mayAskProgram = dictionary.get("Encoding").isName() &&
                        (descriptor.get("FontFile2") || descriptor.get("FontFile3"));
 }
 

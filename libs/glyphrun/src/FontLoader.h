@@ -35,7 +35,7 @@ private:
   Font* add(const PdfObject& dictionary, std::unique_ptr<Font> font);
   void drop(Entry& entry);
   pdf_font_desc* loadWithMuPdf(pdf_obj* dictionary);
-  void explainOneByte(Font& font, const pdf_font_desc& program);
+  void explainOneByte(Font& font, pdf_font_desc& program);
   void explainCids(Font& font, pdf_font_desc& program);
 
   MuContext& m_mu;
@@ -64,6 +64,7 @@ private:
   void readSimpleTexts(const PdfObject& dictionary, const GlyphNames& names, bool type3,
                        Font& font);
   void readWidths(const PdfObject& dictionary, double missing, double scale, Font& font);
+  static void measureEm(const PdfObject& dictionary, Font& font);
   void readBuiltInWidths(const char* baseFont, Font& font);
   void readEncoding(const PdfObject& encoding, Font& font, int depth);
   void readCollection(const PdfObject& descendant, Font& font);

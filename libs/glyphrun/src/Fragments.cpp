@@ -12,6 +12,8 @@ namespace {
 // Part of an em by which baselines may differ and still be one line to the eye.
 constexpr float sliver = 0.1F;
 constexpr float smallestSliver = 0.2F;
+// Two lines are never so near.
+constexpr float widestSliver = 0.3F;
 // A second drawing for boldness is set off by less than this part of an em.
 constexpr float boldShift = 0.12F;
 // Kerning reaches back no farther than this part of an em.
@@ -36,18 +38,17 @@ void LineJoiner::run() {
   std::vector<std::uint32_t> order;
   order.reserve(m_fragments.size());
   for (std::uint32_t i = 0; i < m_fragments.size(); ++i) {
-    if (m_fragments[i].heading < HeadingOblique) {
-      order.push_back(i);
-    } else {
-      m_fragments[i].line = m_fragments[i].across;
-    }
+    order.push_back(i);
   }
 
   const auto above = [this](std::uint32_t a, std::uint32_t b) {
     const Fragment& left = m_fragments[a];
     const Fragment& right = m_fragments[b];
-    return left.heading != right.heading ? left.heading < right.heading
-                                         : left.across < right.across;
+    if (left.heading != right.heading || left.angle != right.angle) {
+      return left.heading != right.heading ? left.heading < right.heading
+                                           : left.angle < right.angle;
+    }
+    return left.across < right.across;
   };
   if (!std::is_sorted(order.begin(), order.end(), above)) {
     std::stable_sort(order.begin(), order.end(), above);
@@ -59,10 +60,10 @@ void LineJoiner::run() {
     for (; to < order.size(); ++to) {
       const Fragment& last = m_fragments[order[to - 1]];
       const Fragment& next = m_fragments[order[to]];
-      const float allowed =
-          std::max(smallestSliver, sliver * std::min({first.em, last.em, next.em}));
-      if (next.heading != first.heading || next.across - last.across > allowed ||
-          next.across - first.across > 2 * allowed) {
+      const float em = std::min({first.em, last.em, next.em});
+      const float allowed = std::clamp(smallestSliver, sliver * em, widestSliver * em);
+      if (next.heading != first.heading || next.angle != first.angle ||
+          next.across - last.across > allowed || next.across - first.across > 2 * allowed) {
         break;
       }
     }
@@ -111,7 +112,9 @@ void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at)
       return;
     }
     const std::uint32_t shared = std::min(fragment.length, earlier.length);
-    if ((earlier.state & FragmentRepeats) != 0 ||
+    // Narrow digits stand nearer to each other than wide ones to their second drawing.
+    const float glyph = (earlier.end - earlier.start) / static_cast<float>(earlier.glyphs);
+    if ((earlier.state & FragmentRepeats) != 0 || fragment.start - earlier.start >= glyph / 2 ||
         std::memcmp(&m_pool[earlier.text], &m_pool[fragment.text], shared * sizeof(char16_t)) !=
             0) {
       continue;

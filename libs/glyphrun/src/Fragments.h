@@ -45,6 +45,7 @@ struct Fragment {
   std::uint8_t heading = 0; ///< Heading
   std::uint8_t state = 0;   ///< FragmentState
   std::uint16_t traits = 0; ///< all traits of its glyphs
+  std::int16_t angle = 0;   ///< of an oblique heading, in thousandths of a radian
   Point origin;
 };
 

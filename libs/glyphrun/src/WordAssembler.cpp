@@ -79,7 +79,7 @@ void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
   m_visible = visible;
   m_tolerance = tolerance;
   m_open = m_parting = m_steppedBack = m_keepsEnd = false;
-  m_capturing = false;
+  m_capturing = m_echoing = false;
   m_captured.clear();
   m_capturedRuns.clear();
   m_lastFont = nullptr;
@@ -87,7 +87,7 @@ void WordAssembler::beginPage(const Rect& visible, JoiningTolerance tolerance) {
   m_pool.clear();
   m_glyphOffsets.clear();
   m_fragments.clear();
-  m_unknownGlyphs = 0;
+  m_unknownGlyphs = m_lostGlyphs = 0;
 }
 
 void WordAssembler::beginRun(const GlyphRun& run) {
@@ -96,10 +96,24 @@ void WordAssembler::beginRun(const GlyphRun& run) {
     m_capturedGap = 0;
     return;
   }
+  if (mayEcho(run)) {
+    m_echoing = true;
+    m_echoRun = run;
+    m_echo.clear();
+    m_capturedGap = 0;
+    m_current.end = static_cast<float>(m_runStart + m_lastEnd);
+    m_parting = true;
+    return;
+  }
+  startRun(run);
+}
+
+void WordAssembler::startRun(const GlyphRun& run) {
   m_keepsEnd = false;
+  m_runGlyph = m_glyphOffsets.size();
   if (m_open) {
     const double before = m_runStart + m_lastEnd;
-    const Point delta = run.origin - m_endPoint;
+    const Point delta = run.origin - m_endPoint - m_currentDirection * run.bridged;
     const double gap = dot(delta, run.direction);
     const double shift = dot(delta, acrossOf(run.direction));
     const double em = std::min(run.em, static_cast<double>(m_current.em));
@@ -133,7 +147,7 @@ void WordAssembler::beginRun(const GlyphRun& run) {
 }
 
 void WordAssembler::addGap(double gap) {
-  if (m_capturing) {
+  if (m_capturing || m_echoing) {
     m_capturedGap += gap;
     return;
   }
@@ -157,13 +171,44 @@ void WordAssembler::endRun(double spacing) {
     m_capturedRuns.back().spacing = spacing;
     return;
   }
+  if (m_echoing && endEcho()) {
+    return;
+  }
   if (m_open && !m_keepsEnd) {
     m_endPoint = m_run.origin + m_run.direction * (m_lastEnd + spacing);
   }
 }
 
+void WordAssembler::partLastOfTwo(double spacing) {
+  if (m_capturing || m_echoing || !m_open || m_parting || m_runGlyph < m_current.firstGlyph ||
+      m_glyphOffsets.size() != m_runGlyph + 2) {
+    return;
+  }
+  const std::u16string text(m_pool.begin() + m_glyphOffsets.back(), m_pool.end());
+  const std::uint16_t traits = m_lastTraits;
+  const double start = m_lastStart;
+  const double end = m_lastEnd;
+  m_pool.resize(m_glyphOffsets.back());
+  m_glyphOffsets.pop_back();
+  m_lastEnd = start - spacing;
+  closeFragment(false);
+  openFragment(start);
+  append(traits, text, start, end);
+}
+
+void WordAssembler::endWord() {
+  if (!m_capturing) {
+    closeFragment(true);
+  }
+}
+
 void WordAssembler::place(std::uint16_t traits, std::u16string_view text, double start,
                           double end) {
+  if (m_echoing) {
+    m_echo.push_back({traits, std::u16string(text), start, end, m_capturedGap});
+    m_capturedGap = 0;
+    return;
+  }
   if ((traits & TraitBlank) != 0) {
     closeFragment(true);
     return;
@@ -197,6 +242,7 @@ void WordAssembler::append(std::uint16_t traits, std::u16string_view text, doubl
                            double end) {
   if ((traits & TraitUnknown) != 0) {
     ++m_unknownGlyphs;
+    m_lostGlyphs += text == std::u16string_view(&replacementCharacter, 1);
   }
   m_glyphOffsets.push_back(static_cast<std::uint32_t>(m_pool.size()));
   m_pool.insert(m_pool.end(), text.begin(), text.end());
@@ -214,6 +260,46 @@ bool WordAssembler::repeatsLast(std::u16string_view text, double start, double e
          std::abs(shift) < (end - start) / 2 && std::abs(m_partingShift) < boldShift * m_run.em &&
          std::u16string_view(&m_pool[m_glyphOffsets.back()],
                              m_pool.size() - m_glyphOffsets.back()) == text;
+}
+
+// Text may be made bold piece by piece, too. A run that starts where the last one did waits for its
+// end, which tells.
+bool WordAssembler::mayEcho(const GlyphRun& run) const {
+  if (!m_open || m_runGlyph < m_current.firstGlyph || m_runGlyph >= m_glyphOffsets.size() ||
+      run.vertical != m_run.vertical || dot(run.direction, m_run.direction) < 0.999) {
+    return false;
+  }
+  const Point delta = run.origin - m_run.origin;
+  const double near = boldShift * std::min(run.em, run.emAlong);
+  return std::abs(dot(delta, run.direction)) < near &&
+         std::abs(dot(delta, acrossOf(run.direction))) < near;
+}
+
+// True when the run repeated what the last one shows. If not, it is told as it came.
+bool WordAssembler::endEcho() {
+  m_echoing = m_parting = false;
+  std::size_t glyph = m_runGlyph;
+  bool repeats = !m_echo.empty();
+  for (const EchoGlyph& echo : m_echo) {
+    const std::size_t last = glyph + 1;
+    repeats = repeats && glyph < m_glyphOffsets.size() &&
+              echo.text == std::u16string_view(&m_pool[m_glyphOffsets[glyph]],
+                                               (last < m_glyphOffsets.size() ? m_glyphOffsets[last]
+                                                                             : m_pool.size()) -
+                                                   m_glyphOffsets[glyph]);
+    ++glyph;
+  }
+  if (repeats) {
+    return true;
+  }
+  startRun(m_echoRun);
+  for (const EchoGlyph& echo : m_echo) {
+    if (echo.gap != 0) {
+      addGap(echo.gap);
+    }
+    place(echo.traits, echo.text, echo.start, echo.end);
+  }
+  return false;
 }
 
 // A mark is often placed on its letter by a shift in both directions. It joins the word, and the
@@ -271,6 +357,10 @@ void WordAssembler::openFragment(double start) {
   m_current.firstGlyph = static_cast<std::uint32_t>(m_glyphOffsets.size());
   m_current.start = static_cast<float>(m_runStart + start);
   m_current.heading = m_heading;
+  if (m_heading == HeadingOblique) {
+    m_current.angle =
+        static_cast<std::int16_t>(rounded(1000 * std::atan2(m_run.direction.y, m_run.direction.x)));
+  }
   m_current.em = static_cast<float>(m_run.em);
   m_current.ascent = m_run.font->ascent;
   m_current.descent = m_run.font->descent;
@@ -365,7 +455,11 @@ void WordAssembler::enterCaptured(std::size_t glyph, bool gapsPart) {
       endRun(m_capturedRuns[m_enteredRun].spacing);
     }
     m_enteredRun = wanted.run;
-    beginRun(m_capturedRuns[m_enteredRun].run);
+    if (gapsPart) {
+      beginRun(m_capturedRuns[m_enteredRun].run);
+    } else {
+      startRun(m_capturedRuns[m_enteredRun].run);
+    }
     m_parting = m_parting && (gapsPart || std::abs(m_partingShift) > sliver * m_run.em);
   }
   if (gapsPart && wanted.gap != 0) {
@@ -429,6 +523,9 @@ void WordAssembler::finish(PageWords& out) {
   if (m_capturing) {
     endReplacement();
   }
+  if (m_echoing) {
+    endEcho();
+  }
   closeFragment(false);
   LineJoiner(m_fragments, m_pool, m_tolerance.between).run();
 
@@ -451,11 +548,12 @@ void WordAssembler::finish(PageWords& out) {
     out.words.push_back(word);
   }
   std::swap(out.pool, m_pool);
-  if (out.words.empty()) {
+  if (out.words.empty() && m_lostGlyphs == 0) {
     out.state = PageState::Empty;
   } else {
-    out.state =
-        2 * m_unknownGlyphs > m_glyphOffsets.size() ? PageState::Unreadable : PageState::Good;
+    out.state = m_lostGlyphs > 0 || 2 * m_unknownGlyphs > m_glyphOffsets.size()
+                    ? PageState::Unreadable
+                    : PageState::Good;
   }
   sortForReading(out, writer.anyRightToLeft());
 }

@@ -19,6 +19,7 @@ struct GlyphRun {
   double em = 0;         ///< font size across the text direction, in points
   double emAlong = 0;    ///< font size along it (differs when text is stretched)
   bool vertical = false; ///< glyphs stand below one another
+  double bridged = 0;    ///< letter-spacing behind the run before, of which endRun() was not told
   Font* font = nullptr;
 };
 
@@ -57,11 +58,16 @@ public:
   /// `spacing` is what letter-spacing leaves behind the last glyph.
   void endRun(double spacing = 0);
 
+  /// The spacing between the two glyphs of the last run, if it has just two, was a gap after all.
+  void partLastOfTwo(double spacing);
+  /// A glyph that nothing is known of stands in no word.
+  void loseGlyph() { ++m_lostGlyphs; }
+  /// What follows begins another word, however near it is.
+  void endWord();
+
   /// The glyphs up to endReplacement() stand for `text`. Replacements do not nest.
   void beginReplacement(std::u16string text);
   void endReplacement();
-  /// True when the run just begun goes on where the last glyph ended.
-  bool continues() const { return m_open && !m_parting; }
   bool replacing() const { return m_capturing; }
 
   /// Forms the words of the page. Sets everything of `out` but its page number and memory flag.
@@ -83,6 +89,17 @@ private:
     bool blank;
   };
 
+  struct EchoGlyph {
+    std::uint16_t traits;
+    std::u16string text;
+    double start;
+    double end;
+    double gap; ///< that was told before it
+  };
+
+  void startRun(const GlyphRun& run);
+  bool mayEcho(const GlyphRun& run) const;
+  bool endEcho();
   void capture(std::uint16_t traits, double start, double end);
   void enterCaptured(std::size_t glyph, bool gapsPart);
   void replaceEach(const std::vector<char32_t>& characters, bool blanksDrawn);
@@ -134,6 +151,10 @@ private:
   double m_capturedGap = 0;
   std::uint32_t m_enteredRun = 0;
 
+  GlyphRun m_echoRun;
+  std::vector<EchoGlyph> m_echo;
+  std::size_t m_runGlyph = 0; ///< the first of the run
+
   const Font* m_lastFont = nullptr;
   std::uint32_t m_lastFontOffset = 0;
   std::vector<std::pair<const Font*, std::uint32_t>> m_fontOffsets;
@@ -141,10 +162,12 @@ private:
   std::vector<std::uint32_t> m_glyphOffsets;
   std::vector<Fragment> m_fragments;
   std::size_t m_unknownGlyphs = 0;
+  std::size_t m_lostGlyphs = 0; ///< of these, the ones that nothing at all is known of
 
   bool m_open = false; ///< m_current may grow
   bool m_currentVertical = false;
   bool m_capturing = false;
+  bool m_echoing = false;  ///< the run may repeat the one before
   bool m_keepsEnd = false; ///< the run shows a mark, which moves nothing
   // A gap, or a step back, ends the fragment unless the next glyph is a mark or an accent that
   // belongs to it, or repeats its last one.

@@ -54,7 +54,7 @@ enum {
 enum {
   GLYPHRUN_PAGE_GOOD = 0,       /**< has words */
   GLYPHRUN_PAGE_EMPTY = 1,      /**< has no text at all: blank, or graphics only */
-  GLYPHRUN_PAGE_UNREADABLE = 2, /**< has text, but most of it has no way to Unicode */
+  GLYPHRUN_PAGE_UNREADABLE = 2, /**< has text with no way to Unicode: U+FFFD stands in its words */
   GLYPHRUN_PAGE_DAMAGED = 3 /**< damaged, or over a limit; the words read before that are kept */
 };
 
