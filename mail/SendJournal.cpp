@@ -50,21 +50,6 @@ constexpr std::array otherSettings = {
     QLatin1String("REPORTOPTIONSOUTPUTFOLDER"),
 };
 
-QString valueOf(const SetupField& field, const SplitSetup& setup) {
-  return std::visit(
-      [&](auto member) -> QString {
-        using Member = decltype(member);
-        if constexpr (std::is_same_v<Member, QString SplitSetup::*>) {
-          return setup.*member;
-        } else if constexpr (std::is_member_object_pointer_v<Member>) {
-          return QString::number(setup.*member);
-        } else {
-          return {};
-        }
-      },
-      field.member);
-}
-
 QByteArray lineOf(const QJsonObject& object) {
   return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }

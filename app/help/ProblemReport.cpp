@@ -51,22 +51,6 @@ Kind kindOf(const SetupField& field) {
   return isAmong(names) ? Kind::Name : Kind::Secret;
 }
 
-/// Empty for the keys that have no field.
-QString valueOf(const SetupField& field, const SplitSetup& setup) {
-  return std::visit(
-      [&](auto member) {
-        using Member = decltype(member);
-        if constexpr (std::is_same_v<Member, QString SplitSetup::*>) {
-          return setup.*member;
-        } else if constexpr (std::is_member_object_pointer_v<Member>) {
-          return QString::number(setup.*member);
-        } else {
-          return QString();
-        }
-      },
-      field.member);
-}
-
 bool hasField(const SetupField& field) {
   return !std::holds_alternative<AutomationKey>(field.member) &&
          !std::holds_alternative<AddSpaceKey>(field.member);

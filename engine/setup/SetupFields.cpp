@@ -181,6 +181,21 @@ std::span<const SetupField> setupFields() {
   return fields;
 }
 
+QString valueOf(const SetupField& field, const SplitSetup& setup) {
+  return std::visit(
+      [&](auto member) {
+        using Member = decltype(member);
+        if constexpr (std::is_same_v<Member, QString SplitSetup::*>) {
+          return setup.*member;
+        } else if constexpr (std::is_member_object_pointer_v<Member>) {
+          return QString::number(setup.*member);
+        } else {
+          return QString();
+        }
+      },
+      field.member);
+}
+
 void copySetupField(const SetupField& field, const SplitSetup& from, SplitSetup& to) {
   std::visit(
       [&](auto member) {

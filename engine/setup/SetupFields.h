@@ -45,6 +45,9 @@ struct SetupField {
 /// format holds it twice.
 std::span<const SetupField> setupFields();
 
+/// The value as text; empty for the keys that have no field.
+QString valueOf(const SetupField& field, const SplitSetup& setup);
+
 void copySetupField(const SetupField& field, const SplitSetup& from, SplitSetup& to);
 
 /// Copies the edited copy to the working copy, but for the fields that live in the latter alone.
