@@ -1,6 +1,5 @@
 #include "engine/job/OcrCopy.h"
 
-#include "platform/FileLocks.h"
 #include "platform/FileStamp.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
@@ -35,6 +34,13 @@ QByteArray line(const platform::FileDigest& digest) {
 
 } // namespace
 
+QString OcrCopy::newPart() const {
+  return platform::joinPath(
+      platform::folderOf(m_copyPath),
+      QStringLiteral(".folivex-%1.part")
+          .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')));
+}
+
 OcrCopy::OcrCopy(const QString& source, const QString& copyPath, std::function<void()> tick)
     : m_source(source), m_copyPath(copyPath), m_tick(std::move(tick)) {
   const QByteArray stamp = stampOf(source);
@@ -53,19 +59,17 @@ OcrCopy::~OcrCopy() {
   }
 }
 
-bool OcrCopy::lock() {
+LockResult OcrCopy::lock() {
   const QString path = m_copyPath + QStringLiteral(".source");
   int error = platform::openForLock(m_record, path, false);
   if (error == ENOENT) {
     error = platform::openForLock(m_record, path, true);
     m_record.setPermissions(ownerOnly);
   }
-  if (error == 0 && platform::lockFile(m_record, LockUse::Shared) == LockResult::Locked &&
-      platform::isFileAt(m_record, path) && platform::isTrustedPrivateFile(path)) {
-    return true;
+  if (error != 0 || !platform::isFileAt(m_record, path) || !platform::isTrustedPrivateFile(path)) {
+    return LockResult::Unable;
   }
-  m_record.close();
-  return false;
+  return platform::lockFile(m_record, LockUse::Shared);
 }
 
 QByteArray OcrCopy::written() {
@@ -73,32 +77,73 @@ QByteArray OcrCopy::written() {
   return m_record.seek(0) ? m_record.read(longest) : QByteArray();
 }
 
-bool OcrCopy::isThere() {
-  if (m_origin.isEmpty() || !lock()) {
+bool OcrCopy::isWhole(const QByteArray& told, const QString& copy) const {
+  return told.startsWith(m_origin) && told.size() > m_origin.size() &&
+         told == m_origin + line(platform::FileDigest::of(copy, m_tick));
+}
+
+/// The run that made the copy has it alone to its end. This one reads its bytes under a name of its
+/// own, locked from the first: another copy may come to the place meanwhile.
+bool OcrCopy::takeBytesOf(const QByteArray& told) {
+  constexpr qint64 step = 1 << 20;
+  m_made = newPart();
+  QFile copy(m_copyPath);
+  if (!copy.open(QIODevice::ReadOnly) || platform::openForLock(m_own, m_made, true) != 0 ||
+      platform::lockFile(m_own, LockUse::Alone) == LockResult::Busy) {
+    m_own.close();
+    m_made.clear();
     return false;
   }
-  const QByteArray told = written();
-  if (told.startsWith(m_origin) &&
-      told == m_origin + line(platform::FileDigest::of(m_copyPath, m_tick))) {
-    m_path = m_copyPath;
-    return true;
+  m_own.setPermissions(ownerOnly);
+  for (QByteArray bytes; !(bytes = copy.read(step)).isEmpty();) {
+    if (m_own.write(bytes) != bytes.size()) {
+      break; // the comparison tells
+    }
+    if (m_tick) {
+      m_tick();
+    }
   }
-  // While others read the copy of their source, this run's is made elsewhere.
-  if (platform::lockFile(m_record, LockUse::Alone) != LockResult::Locked) {
+  if (!isWhole(told, m_made)) {
+    m_own.close();
+    QFile::remove(std::exchange(m_made, QString()));
+    return false;
+  }
+  m_path = m_made;
+  return true;
+}
+
+bool OcrCopy::isThere(const std::function<bool()>& wait) {
+  while (!m_origin.isEmpty()) {
+    const LockResult locked = lock();
+    const QByteArray told = m_record.isOpen() ? written() : QByteArray();
+    if (locked == LockResult::Locked && isWhole(told, m_copyPath)) {
+      m_path = m_copyPath;
+      return true;
+    }
+    if (locked == LockResult::Locked &&
+        platform::lockFile(m_record, LockUse::Alone) == LockResult::Locked) {
+      return false; // to be made here
+    }
     m_record.close();
+    if (locked == LockResult::Busy && told.startsWith(m_origin) && told != m_origin) {
+      return takeBytesOf(told);
+    }
+    // While others read or make the copy of their source, this run's is made elsewhere.
+    const bool isBeingMade = told.isEmpty() || told == m_origin;
+    if (locked == LockResult::Unable || !isBeingMade || !wait()) {
+      return false;
+    }
   }
   return false;
 }
 
 QString OcrCopy::placeToMake() {
   if (m_record.isOpen()) {
-    m_record.resize(0); // from now on the old copy is nobody's
+    m_record.resize(0); // from now on the old copy is nobody's, and others wait for the new one
+    m_record.seek(0);
+    m_record.write(m_origin);
   }
-  m_made = platform::joinPath(
-      platform::folderOf(m_copyPath),
-      QStringLiteral(".folivex-%1.part")
-          .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')));
-  return m_made;
+  return m_made = newPart();
 }
 
 bool OcrCopy::takeMade() {
@@ -127,9 +172,7 @@ bool OcrCopy::keep() {
   m_own.close();
   m_made.clear();
   // What was made while the source changed is nobody's copy.
-  if (m_origin.contains(stampOf(m_source))) {
-    m_record.write(m_origin + copy);
-  }
+  m_record.write(m_origin.contains(stampOf(m_source)) ? copy : QByteArray("changed\n"));
   return true;
 }
 

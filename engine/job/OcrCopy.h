@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/FileDigest.h"
+#include "platform/FileLocks.h"
 
 #include <QFile>
 
@@ -9,9 +10,9 @@
 
 namespace folivex {
 
-/// A copy has a file ".source" beside it that tells the source and the copy by their bytes. The
-/// lock of that file is held while a copy is made or read, so that no other run puts the copy of
-/// another source into its place meanwhile.
+/// A copy has a file ".source" beside it that tells the source and, once it is made, the copy by
+/// their bytes. The lock of that file is held while a copy is made or read, so that no other run
+/// puts the copy of another source into its place meanwhile.
 class OcrCopy {
 public:
   /// `tick` is called now and then while files are read.
@@ -21,8 +22,9 @@ public:
   OcrCopy(const OcrCopy&) = delete;
   OcrCopy& operator=(const OcrCopy&) = delete;
 
-  /// Whether the copy that is there is this source's; then it is path().
-  bool isThere();
+  /// Whether the copy that is there is this source's; then it is path(). While another run makes
+  /// it, `wait` is called, which comes back after a moment: true to go on waiting.
+  bool isThere(const std::function<bool()>& wait);
 
   /// The path that a new copy is to be made at; nothing is there.
   QString placeToMake();
@@ -34,9 +36,12 @@ public:
   const QString& path() const { return m_path; }
 
 private:
-  bool lock();
+  platform::LockResult lock();
   QByteArray written();
+  bool isWhole(const QByteArray& told, const QString& copy) const;
+  bool takeBytesOf(const QByteArray& told);
   bool keep();
+  QString newPart() const;
 
   QString m_source;
   QString m_copyPath;

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 namespace folivex {
 
@@ -52,8 +53,17 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
   }
   const auto copy =
       std::make_shared<OcrCopy>(source, path, [&person] { person.handlePendingEvents(); });
-  if (copy->isThere()) {
+  const auto wait = [&] {
+    constexpr unsigned long waitStepMs = 20;
+    person.progress({QStringLiteral("Please wait... another run is OCR'ing this pdf."), 0, 0, 0});
+    person.handlePendingEvents();
+    QThread::msleep(waitStepMs);
+    return !state.userStop;
+  };
+  if (copy->isThere(wait)) {
     person.note(QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(path));
+  } else if (state.userStop) {
+    return false;
   } else {
     person.progress({QStringLiteral("Please wait... OCR'ing pdf first."), 0, 0, 0});
     const QString problem = recognise(source, *copy, [&] {

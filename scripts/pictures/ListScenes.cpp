@@ -17,9 +17,12 @@ void takeBatch(Camera& camera, const Studio& studio) {
   list.onProcessList = [] {};
   camera.take(list, QStringLiteral("batch-empty"));
   const QString folder = QStringLiteral("/srv/scans/2026/");
-  list.rows().append({{useYes, folder + QStringLiteral("january/statements.pdf"), statusDone},
-                      {useYes, folder + QStringLiteral("february & more/<b>.pdf"), statusDone},
-                      {useYes, folder + QStringLiteral("no/such/file.pdf"), statusFileError},
+  list.rows().append({{useYes, folder + QStringLiteral("january/statements.pdf"), statusDone,
+                       QStringLiteral("40 page(s): 40 in 12 file(s).")},
+                      {useYes, folder + QStringLiteral("february & more/<b>.pdf"), statusDone,
+                       QStringLiteral("6 page(s): 5 in 2 file(s), 1 in no range (1).")},
+                      {useYes, folder + QStringLiteral("no/such/file.pdf"), statusFileError,
+                       QStringLiteral("The file is not there.")},
                       {useNo, folder + QStringLiteral("march/drafts.pdf"), statusReady},
                       {useYes,
                        folder + QStringLiteral("march/a folder with a name that goes on for quite "
@@ -88,6 +91,7 @@ void takeMail(Camera& camera, const Studio& studio) {
     camera.take(empty, QStringLiteral("email-list-empty"));
   }
   CEmailListDlg list(studio.dialogs, nullptr);
+  list.setSubject(QStringLiteral("Your statement"));
   EmailList filled;
   const std::vector<AddressedOutput> outputs = addressedOutputs();
   std::vector<AddressedOutput> without = filled.fill(outputs);

@@ -32,7 +32,7 @@ protected:
   /// Keeps a copy as if the OCR program had found these texts in the source.
   void recogniseAs(const QStringList& texts) {
     OcrCopy copy(source(), at("tmp/a.pdf_fxs_ocr.pdf"), {});
-    EXPECT_FALSE(copy.isThere());
+    EXPECT_FALSE(copy.isThere([] { return false; }));
     statements(texts).write(copy.placeToMake());
     EXPECT_TRUE(copy.takeMade());
   }

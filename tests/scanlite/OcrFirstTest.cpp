@@ -127,6 +127,37 @@ TEST_F(OcrFirst, RunsAtOnceDoNotChangeEachOthersCopies) {
   EXPECT_EQ(tuesday.ocrFile, place.temporary() + "/a.pdf_fxs_ocr.pdf");
 }
 
+/// The hour that it takes is spent once; when the other run dies, this one goes on by itself.
+TEST_F(OcrFirst, RunsAtOnceOverOneScanRecogniseItOnce) {
+  qputenv("PATH", FOLIVEX_BIN_DIR ":" + qgetenv("PATH"));
+  const QString pdf = scan("monday/scan.pdf", 1, 3);
+  for (const bool dies : {false, true}) {
+    SCOPED_TRACE(dies);
+    QFile::remove(place.temporary() + "/scan.pdf_fxs_ocr.pdf");
+    QProcess other;
+    other.setProcessEnvironment(place.environment());
+    other.setWorkingDirectory(place.work());
+    other.start(QStringLiteral(FOLIVEX_BIN_DIR "/folivex"), {fxs(), "-f" + pdf, "-c"});
+    ASSERT_TRUE(other.waitForStarted(-1));
+    while (programsAt(place.temporary() + "/.scanlite-").isEmpty()) {
+      ASSERT_FALSE(other.waitForFinished(20)) << other.readAllStandardError().toStdString();
+    }
+    RecordingOperator person;
+    person.onProgress = [&](const Progress& progress) {
+      if (dies && progress.text.contains("another run")) {
+        other.kill();
+      }
+    };
+    RunState state;
+    EXPECT_TRUE(folivex::OcrFirst(pdf, place.temporary(), state, person));
+    EXPECT_TRUE(pageTexts(state.ocrFile).join(' ').contains("10472"));
+    EXPECT_FALSE(person.statuses.filter("another run is OCR'ing").isEmpty());
+    EXPECT_EQ(person.notes.filter(used).size(), dies ? 0 : 1) << person.allNotes().toStdString();
+    EXPECT_TRUE(other.waitForFinished(hangLimit));
+    EXPECT_TRUE(dies || other.exitCode() == 0) << other.readAllStandardError().toStdString();
+  }
+}
+
 TEST_F(OcrFirst, KilledRunEndsTheOcrProgram) {
   const QStringList arguments{fxs(), "-f" + scan("monday/scan.pdf", 1, 12), "-c"};
   QProcess process;
