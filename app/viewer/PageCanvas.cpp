@@ -233,8 +233,8 @@ void PageCanvas::paintMarks(QPainter& painter) const {
   if (m_cursor >= 0) {
     paintBox(painter, wordBox(m_cursor), faint, 2);
   }
-  if (m_dragged) {
-    paintBox(painter, onCanvas(*m_dragged), faint / 2, 1);
+  if (m_dragged || m_range) {
+    paintBox(painter, onCanvas(m_dragged.value_or(m_drawn)), faint / 2, 1);
   }
 }
 
@@ -315,6 +315,7 @@ void PageCanvas::mouseReleaseEvent(QMouseEvent* event) {
   const bool wasDragged = m_dragged.has_value();
   if (wasDragged) {
     dragTo(event->position());
+    m_drawn = *m_dragged;
   }
   const int clicked = PageWordMap(m_page->words).wordAt(toPage(event->position()));
   endDrag();

@@ -112,6 +112,7 @@ private:
   int m_hit = -1;
   std::optional<QPointF> m_pressed; ///< where the button went down
   std::optional<QRectF> m_dragged;  ///< points
+  QRectF m_drawn;                   ///< what m_range was drawn as; points
   std::optional<PositionRange> m_range;
   std::vector<int> m_inRange;
 };

@@ -40,6 +40,7 @@ PageNotice::PageNotice(QWidget* parent) : QWidget(parent), m_text(new QLabel(thi
   auto* layout = new QVBoxLayout(this);
   constexpr int air = 24;
   layout->setContentsMargins(air, air, air, air);
+  layout->setSpacing(air / 2);
   layout->addStretch(1);
   layout->addWidget(m_text);
   layout->addWidget(m_start);

@@ -150,6 +150,7 @@ void PagePane::opened(const OpenedFile& file) {
   m_isOpening = false;
   m_pageCount = file.pageCount;
   if (m_pageCount < 1) {
+    updateControls();
     tellUnopened(file);
     return;
   }
@@ -189,6 +190,7 @@ void PagePane::leavePage() {
   m_canvas->show(std::make_shared<ViewedPage>(), sizing());
   m_pageCountText->clear();
   m_pageProblem->hide();
+  tell({});
   endSearch();
   m_findBar->hide();
   updateControls();
@@ -406,6 +408,7 @@ void PagePane::endWalk() {
 
 void PagePane::updateControls() {
   const bool isOpen = m_pageCount > 0;
+  m_pageRow->setVisible(isOpen || m_isOpening);
   for (QWidget* control : std::initializer_list<QWidget*>{m_pageField, m_zoomChoice, m_search}) {
     control->setEnabled(isOpen);
   }

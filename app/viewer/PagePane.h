@@ -54,7 +54,7 @@ public:
   /// The person took a word, or an area, for something, in the menu that a click on it brings up.
   std::function<void(WordMeaning meaning, const PickedPlace& place)> onWordMeant;
   std::function<void(AreaMeaning meaning, const PickedArea& area)> onAreaMeant;
-  /// Says what came of it, until the next word is pointed at.
+  /// Says what came of it, until the next menu.
   void tell(const QString& text);
 
   /// A line above the page, until it is answered or put away.
@@ -158,6 +158,7 @@ private:
   PageCanvas* m_canvas = nullptr;
   QStackedWidget* m_stack = nullptr;
   PageNotice* m_notice = nullptr;
+  QWidget* m_pageRow = nullptr;
   QToolButton* m_previous = nullptr;
   QToolButton* m_next = nullptr;
   QSpinBox* m_pageField = nullptr;
@@ -173,6 +174,7 @@ private:
   QPushButton* m_nextMatch = nullptr;
   QPushButton* m_stopMatches = nullptr;
   QLabel* m_wordText = nullptr;
+  QLabel* m_told = nullptr;
   QLabel* m_pageProblem = nullptr;
 
   // They end first: their answers use all of the above.

@@ -45,7 +45,7 @@ QToolButton* toolButton(QWidget* parent, const ToolText& text, std::function<voi
 
 void PagePane::buildControls() {
   m_offer = new OfferLine(QStringLiteral("offer"), this);
-  QWidget* pageRow = buildPageRow();
+  m_pageRow = buildPageRow();
   QWidget* walkRow = buildWalkRow();
   m_findBar = new FindBar(this);
   m_stack = new QStackedWidget(this);
@@ -58,7 +58,11 @@ void PagePane::buildControls() {
   setTone(m_pageProblem, Tone::Problem);
   m_pageProblem->hide();
   m_wordText = named(new ElidedLabel(this), "wordText");
-  stack(this, {m_offer, pageRow, walkRow, m_findBar, {m_stack, 1}, m_pageProblem, m_wordText});
+  m_told = named(new ElidedLabel(this), "toldText");
+  setTone(m_told, Tone::Success);
+  m_told->hide();
+  stack(this,
+        {m_offer, m_pageRow, walkRow, m_findBar, {m_stack, 1}, m_pageProblem, m_told, m_wordText});
 }
 
 QWidget* PagePane::buildPageRow() {

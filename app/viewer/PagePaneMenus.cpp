@@ -34,6 +34,7 @@ PickedPlace PagePane::placeOf(int word) const {
 }
 
 QMenu* PagePane::newMenu(const QString& title) {
+  tell({});
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->setAccessibleName(title);
@@ -131,12 +132,13 @@ void PagePane::tellCurrent() {
   } else if (m_pageCount > 0) {
     text = QStringLiteral("Click a word, or drag a rectangle over words.");
   }
-  tell(text);
+  m_wordText->setText(text);
   m_canvas->setAccessibleDescription(text);
 }
 
 void PagePane::tell(const QString& text) {
-  m_wordText->setText(text);
+  m_told->setText(text);
+  m_told->setVisible(!text.isEmpty());
 }
 
 } // namespace folivex

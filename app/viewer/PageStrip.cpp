@@ -19,6 +19,8 @@ constexpr qsizetype pictureBytes = qsizetype{48} << 20;
 constexpr QSize largestSmallPage(150, 212);
 constexpr int airBeside = 10;
 constexpr int airBelow = 8;
+/// Below the line with number and title: room for the frame of the current page.
+constexpr int airAbove = 8;
 
 QColor blended(const QColor& over, const QColor& ground, double share) {
   const auto mix = [share](int a, int b) {
@@ -115,14 +117,14 @@ private:
     painter->setFont(font);
     painter->setPen(option.palette.color(QPalette::Text));
     const QFontMetrics metrics(font);
-    const QRect line = option.rect.adjusted(airBeside, 2, -airBeside, 0);
+    const QRect line = option.rect.adjusted(airBeside, 3, -airBeside, 0);
     painter->drawText(line, Qt::AlignTop | Qt::AlignLeft | Qt::TextSingleLine,
                       metrics.elidedText(text, Qt::ElideMiddle, line.width()));
   }
 
   void paintPage(QPainter* painter, const QStyleOptionViewItem& option, int page,
                  bool isLeftOver) const {
-    const int caption = option.fontMetrics.height() + 4;
+    const int caption = option.fontMetrics.height() + airAbove;
     const QRect room = option.rect.adjusted(airBeside, caption, -airBeside, -airBelow);
     const QImage* picture = m_strip.m_pictures.object(page);
     const bool isThere = picture != nullptr && !picture->isNull();
@@ -268,7 +270,7 @@ void PageStrip::layOut() {
   const int width = room / m_columns;
   const int across = std::clamp(width - 2 * airBeside, 1, largestSmallPage.width());
   const int down = across * largestSmallPage.height() / largestSmallPage.width();
-  const QSize cell(width, down + fontMetrics().height() + 4 + airBelow);
+  const QSize cell(width, down + fontMetrics().height() + airAbove + airBelow);
   if (cell != gridSize()) {
     setGridSize(cell);
     verticalScrollBar()->setSingleStep(cell.height() / 4);

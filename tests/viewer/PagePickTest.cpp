@@ -145,6 +145,7 @@ TEST_F(PagePick, TheKeyboardGoesFromWordToWordAndOpensTheMenu) {
   choose("wordMenu", "&Copy h,v"); // as a token takes it
   EXPECT_EQ(QApplication::clipboard()->text(),
             QStringLiteral("%1,%2").arg(account.h).arg(account.v));
+  EXPECT_EQ(told("toldText"), QStringLiteral("Copied: %1,%2").arg(account.h).arg(account.v));
   key(Qt::Key_Down);
   key(Qt::Key_Down);
   EXPECT_TRUE(told("wordText").endsWith("Customer:") || told("wordText").endsWith("E-mail:"))
