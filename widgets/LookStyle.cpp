@@ -1,6 +1,6 @@
 #include "widgets/LookStyle.h"
 
-#include "widgets/Theme.h"
+#include "widgets/Tones.h"
 
 #include <QAbstractItemView>
 #include <QPainter>
