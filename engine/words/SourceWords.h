@@ -14,7 +14,7 @@ namespace folivex {
 enum class PageState : unsigned char {
   Good,
   Empty,      ///< has no text at all
-  Unreadable, ///< has text, but most of it has no way to Unicode
+  Unreadable, ///< has text with no way to Unicode, which is U+FFFD in its words
   Damaged     ///< the words that could be read are there
 };
 

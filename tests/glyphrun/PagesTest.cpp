@@ -77,5 +77,30 @@ TEST(Pages, UnreadableTextIsToldFromNoText) {
   }
 }
 
+/// A compressed stream that holds its data as they are, up to the end of a block that is not the
+/// last.
+std::string flushed(const std::string& data) {
+  const auto size = static_cast<unsigned>(data.size());
+  std::string out("\x78\x01\x00", 3);
+  for (const unsigned value : {size, ~size}) {
+    out += static_cast<char>(value & 0xFF);
+    out += static_cast<char>(value >> 8 & 0xFF);
+  }
+  return out + data + std::string("\0\0\0\xFF\xFF", 5);
+}
+
+TEST(Pages, AreReadInPartOnlyWhenTheyAre) {
+  const std::string content = show("10002233");
+  const std::string whole = flushed(content);
+  int row = 0;
+  for (const std::string& data : {whole, std::string(), whole.substr(0, whole.size() - 15)}) {
+    PdfBuilder pdf = newPdf();
+    pdf.addPageObject(PdfBuilder::ref(pdf.addStream(data, "/Filter/FlateDecode")), plainFonts);
+    wordsOf(pdf);
+    EXPECT_EQ(GetPageState(), std::vector<int>({GLYPHRUN_PAGE_GOOD, GLYPHRUN_PAGE_EMPTY,
+                                                GLYPHRUN_PAGE_DAMAGED})[row++]);
+  }
+}
+
 } // namespace
 } // namespace glyphruntest

@@ -1,6 +1,7 @@
 #include "Annotations.h"
 
 #include <algorithm>
+#include <string>
 
 namespace glyphrun {
 
@@ -11,6 +12,8 @@ constexpr int mostAnnotations = 100'000;
 // Flags of PDF 32000-1, table 165.
 constexpr int flagHidden = 1 << 1;
 constexpr int flagNoView = 1 << 5;
+// Of a field, table 228.
+constexpr int flagPassword = 1 << 13;
 
 bool readNumbers(const PdfObject& array, int count, double* out) {
   if (array.size() < count) {
@@ -76,7 +79,26 @@ bool isFilledText(const PdfObject& annotation) {
     return false;
   }
   const PdfObject type = inheritedOf(annotation, "FT");
-  return type.isNamed("Tx") || type.isNamed("Ch");
+  const bool secret =
+      type.isNamed("Tx") && (inheritedOf(annotation, "Ff").integer() & flagPassword) != 0;
+  return !secret && (type.isNamed("Tx") || type.isNamed("Ch"));
+}
+
+/// What is drawn already is better kept when it shows the value as it stands: the file's own font
+/// and place say more than a drawing anew.
+bool keepsAppearance(PdfFile& file, const PdfObject& annotation, bool redraw) {
+  if (!redraw || !annotation.get("AP")) {
+    return bool(annotation.get("AP"));
+  }
+  const std::string_view value = inheritedOf(annotation, "V").bytes();
+  const PdfObject drawn = annotation.get("AP").get("N");
+  if (value.empty() || !drawn.isStream()) {
+    return false;
+  }
+  StreamData content;
+  constexpr std::size_t longest = std::size_t{1} << 16;
+  StreamReader(file.mu()).append(drawn, longest, content);
+  return content.view().find("(" + std::string(value) + ")") != std::string_view::npos;
 }
 
 // A field that was filled without drawing its appearance shows it all the same: readers draw it.
@@ -89,7 +111,7 @@ void drawAppearances(PdfFile& file, std::int32_t index, bool existingToo) {
   for (pdf_annot* widget = pdf_first_widget(ctx, page); widget != nullptr;
        widget = pdf_next_widget(ctx, widget)) {
     const PdfObject annotation(file.mu(), pdf_annot_obj(ctx, widget));
-    if (!isFilledText(annotation) || (!existingToo && annotation.get("AP"))) {
+    if (!isFilledText(annotation) || keepsAppearance(file, annotation, existingToo)) {
       continue;
     }
     // MuPDF keeps what it draws to itself, unless it is asked to after a change of the document.
@@ -113,7 +135,7 @@ std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
   const PdfObject page = file.page(index);
   const PdfObject list = page.get("Annots");
   const int count = std::min(list.size(), mostAnnotations);
-  const bool redraw = file.catalog().get("AcroForm").get("NeedAppearances").integer() != 0;
+  const bool redraw = file.catalog().get("AcroForm").get("NeedAppearances").isTrue();
   bool drawn = false;
   for (int i = 0; i < count; ++i) {
     const PdfObject annotation = list.at(i);
@@ -121,7 +143,7 @@ std::vector<Appearance> visibleAppearances(PdfFile& file, std::int32_t index,
       continue;
     }
     PdfObject form = appearanceOf(annotation);
-    if (!drawn && isFilledText(annotation) && (redraw || !annotation.get("AP"))) {
+    if (!drawn && isFilledText(annotation) && !keepsAppearance(file, annotation, redraw)) {
       drawn = true;
       drawAppearances(file, index, redraw);
       form = appearanceOf(annotation);

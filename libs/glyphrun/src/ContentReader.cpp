@@ -373,7 +373,8 @@ void ContentReader::drawXObject(std::string_view name) {
   const std::string key(name);
   const PdfObject& resources = m_frames.back().resources;
   const PdfObject object = resources.get("XObject").get(key.c_str());
-  if (!object.get("Subtype").isNamed("Form") || m_layers.hides(object.get("OC"))) {
+  if (!object.isStream() || !object.get("Subtype").isNamed("Form") ||
+      m_layers.hides(object.get("OC"))) {
     return;
   }
   runForm(object, PdfObject(resources), m_state.matrix);

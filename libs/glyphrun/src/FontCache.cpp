@@ -38,6 +38,11 @@ public:
 
   bool any() const { return m_face != nullptr; }
 
+  /// True when a one-byte code leads to no glyph.
+  bool missing(int code) const {
+    return m_face != nullptr && pdf_font_cid_to_gid(m_mu.raw(), &m_program, code) <= 0;
+  }
+
   /// The character of a code or CID; 0 when nothing is known.
   char32_t of(int cid) const {
     const int glyph = m_face == nullptr ? -1 : pdf_font_cid_to_gid(m_mu.raw(), &m_program, cid);
@@ -211,9 +216,12 @@ void FontCache::explainOneByte(Font& font, pdf_font_desc& program) {
       appendCodePoint(text, program.cid_to_ucs[code]);
     }
     if (text.empty() || (traitsOf(text) & TraitUnknown) != 0) {
-      const char32_t known = texts.of(static_cast<int>(code));
-      text.clear();
-      appendCodePoint(text, known == 0 ? replacementCharacter : known);
+      if (const char32_t known = texts.of(static_cast<int>(code))) {
+        text.clear();
+        appendCodePoint(text, known);
+      } else if (code == u' ' && texts.missing(u' ')) {
+        text = u" ";
+      }
     }
     const std::uint16_t leftOut = info.traits & CodeLeftOut;
     font.setText(info, text);

@@ -104,6 +104,9 @@ void FontLoader::loadSimple(const PdfObject& dictionary, bool type3, Font& font)
     readNames(dictionary, embedded || symbolic, names);
   }
   readSimpleTexts(dictionary, names, type3, font);
+  if (!type3 && !embedded && !symbolic) {
+    forgetUndrawn(names, font);
+  }
   font.mayAskProgram = !type3 && (embedded || symbolic);
 
   if (descriptor) {
@@ -140,6 +143,21 @@ void FontLoader::measureEm(const PdfObject& dictionary, Font& font) {
   const double em = count > 0 ? widthsInEm * sum / count : height;
   if (em > 0 && std::isfinite(em) && (em < smallest || em > largest)) {
     font.em = static_cast<float>(em);
+  }
+}
+
+// Of a font that the file does not carry, only named glyphs can be drawn; a blank needs no name.
+void FontLoader::forgetUndrawn(const GlyphNames& names, Font& font) {
+  if (std::all_of(names.begin(), names.end(), [](const char* name) { return name == nullptr; })) {
+    return;
+  }
+  for (std::size_t code = 0; code < font.codes.size(); ++code) {
+    CodeInfo& info = font.codes[code];
+    if ((info.traits & TraitUnknown) != 0 && code == blankCode) {
+      font.setText(info, u" ");
+    } else if ((info.traits & TraitUnknown) != 0 && names[code] == nullptr) {
+      info.traits = CodeFilled | unsigned{TraitNothing};
+    }
   }
 }
 

@@ -64,6 +64,7 @@ private:
   void readSimpleTexts(const PdfObject& dictionary, const GlyphNames& names, bool type3,
                        Font& font);
   void readWidths(const PdfObject& dictionary, double missing, double scale, Font& font);
+  static void forgetUndrawn(const GlyphNames& names, Font& font);
   static void measureEm(const PdfObject& dictionary, Font& font);
   void readBuiltInWidths(const char* baseFont, Font& font);
   void readEncoding(const PdfObject& encoding, Font& font, int depth);

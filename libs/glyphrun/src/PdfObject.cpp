@@ -40,6 +40,14 @@ bool PdfObject::is(int (*test)(fz_context*, pdf_obj*)) const {
   return result != 0;
 }
 
+bool PdfObject::isTrue() const {
+  int value = 0;
+  if (m_object != nullptr) {
+    m_mu->attempt([&] { value = pdf_to_bool(m_mu->raw(), m_object); });
+  }
+  return value != 0;
+}
+
 int PdfObject::objectNumber() const {
   return isIndirect() ? pdf_to_num(m_mu->raw(), m_object) : 0;
 }
@@ -227,6 +235,11 @@ void StreamReader::inflateWhatThereIs(std::size_t limit, StreamData& out) {
   out.bytes.resize(filled);
   if (filled - before >= limit) {
     out.cut = true;
+    return;
+  }
+  // Some producers end a stream where the compressor was flushed, or write nothing for nothing.
+  const bool flushed = m_raw.view().ends_with(std::string_view("\0\0\xFF\xFF", 4));
+  if (m_raw.bytes.empty() || (status == Z_BUF_ERROR && z.avail_in == 0 && flushed)) {
     return;
   }
   // All data with a wrong or missing checksum behind it is no loss.

@@ -30,6 +30,7 @@ public:
   bool isNumber() const { return is(pdf_is_number); }
   bool isInteger() const { return is(pdf_is_int); }
   bool isStream() const { return is(pdf_is_stream); }
+  bool isTrue() const;
   bool isIndirect() const { return m_object != nullptr && pdf_is_indirect(m_mu->raw(), m_object); }
 
   /// Object number of a reference, 0 for a direct object.
