@@ -39,7 +39,8 @@ PagePane::PagePane(QWidget* parent) : QWidget(parent), m_cache(cacheBytes) {
 
 PagePane::~PagePane() {
   // What a window does when it goes (a field that loses the focus takes what was typed) must still
-  // find everything here.
+  // find everything here, and reach nobody who may be gone.
+  onPageChanged = nullptr;
   hide();
   m_area->onResized = nullptr;
   m_canvas->onChanged = nullptr;
