@@ -3,6 +3,8 @@
 #include "app/viewer/PageLoader.h"
 #include "app/viewer/PageWordMap.h"
 
+#include <algorithm>
+
 namespace folivex {
 
 PageSearch::PageSearch(CPDFTextDumpInit& library)
@@ -30,13 +32,22 @@ void PageSearch::start(const ViewedFile& file, const QString& text, int firstPag
     const int offset = way == Way::Forwards ? i : pageCount - i;
     pages.push_back((firstPage - 1 + offset) % pageCount + 1);
   }
-  m_loader->want(pages, PageSizing());
   m_pages.assign(pages.rbegin(), pages.rend());
+  request();
+}
+
+/// A few at a time: answers that come faster than they are looked at would leave the window's other
+/// events no turn.
+void PageSearch::request() {
+  constexpr std::size_t most = 32;
+  m_asked = std::min(m_pages.size(), most);
+  m_loader->want({m_pages.rbegin(), m_pages.rbegin() + static_cast<std::ptrdiff_t>(m_asked)},
+                 PageSizing());
 }
 
 void PageSearch::stop() {
   m_pages.clear();
-  m_loader->want({}, PageSizing());
+  request();
 }
 
 void PageSearch::arrived(const ViewedPage& page) {
@@ -51,6 +62,9 @@ void PageSearch::arrived(const ViewedPage& page) {
     onNotFound();
   } else {
     onLookedAt(page.page);
+    if (--m_asked == 0) {
+      request();
+    }
   }
 }
 

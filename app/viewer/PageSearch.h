@@ -29,11 +29,13 @@ public:
   std::function<void()> onNotFound;
 
 private:
+  void request();
   void arrived(const ViewedPage& page);
 
   ViewedFile m_file;
   QString m_text;
   std::vector<int> m_pages; ///< still to look at, the next one last
+  std::size_t m_asked = 0;  ///< how many of them are on their way
   std::unique_ptr<PageLoader> m_loader;
 };
 
