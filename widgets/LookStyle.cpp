@@ -52,6 +52,18 @@ void drawCellFocus(const QStyleOption& option, QPainter* painter) {
   painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
+/// Fusion gives a button with the cursor the border that the default button has without it.
+void drawButtonFocus(const QStyleOption& option, QPainter* painter) {
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(option.palette.color(QPalette::Highlight));
+  painter->setBrush(Qt::NoBrush);
+  constexpr double inset = 2.5;
+  painter->drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), cornerRadius,
+                           cornerRadius);
+  painter->restore();
+}
+
 /// A disc with a sign in it.
 QPixmap signPixmap(const QString& sign, const QColor& ground, const QColor& ink, int size) {
   QPixmap pixmap(size, size);
@@ -84,6 +96,9 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   QProxyStyle::drawPrimitive(element, option, painter, widget);
   // What has the cursor is drawn with a bright border already; a check box is not.
   const bool isMarked = option->state.testFlag(State_HasFocus);
+  if (element == PE_PanelButtonCommand && isMarked) {
+    drawButtonFocus(*option, painter);
+  }
   const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
   const bool hasFrame = frame != nullptr && frame->lineWidth > 0;
   if (element == PE_IndicatorCheckBox || (element == PE_FrameLineEdit && !isMarked) ||

@@ -20,7 +20,8 @@ struct Shades {
   QRgb base;
   QRgb button;
   QRgb text;
-  QRgb faintText;
+  QRgb faintText; ///< of what is disabled
+  QRgb quietText;
   QRgb highlight;
   QRgb highlightedText;
   QRgb link;
@@ -39,7 +40,7 @@ QPalette paletteOf(const Shades& shades) {
   palette.setColor(QPalette::Disabled, QPalette::Base, shades.window);
   palette.setColor(QPalette::AlternateBase, shades.window);
   palette.setColor(QPalette::ToolTipBase, shades.base);
-  palette.setColor(QPalette::PlaceholderText, shades.faintText);
+  palette.setColor(QPalette::PlaceholderText, shades.quietText);
   palette.setColor(QPalette::Highlight, shades.highlight);
   palette.setColor(QPalette::HighlightedText, shades.highlightedText);
   palette.setColor(QPalette::Disabled, QPalette::Highlight, shades.button);
@@ -49,15 +50,15 @@ QPalette paletteOf(const Shades& shades) {
   return palette;
 }
 
-// Window, base, button, text, faint text, highlight, highlighted text, link.
+// Window, base, button, text, faint text, quiet text, highlight, highlighted text, link.
 QPalette lightPalette() {
   return paletteOf(
-      {0xf3f4f6, 0xffffff, 0xe9ebee, 0x1b1f24, 0x7c838c, 0x1f6fb8, 0xffffff, 0x0b579b});
+      {0xf3f4f6, 0xffffff, 0xe9ebee, 0x1b1f24, 0x7c838c, 0x58606a, 0x1f6fb8, 0xffffff, 0x0b579b});
 }
 
 QPalette darkPalette() {
   return paletteOf(
-      {0x26292e, 0x1b1d21, 0x33373d, 0xe8eaed, 0x8b929b, 0x3b8eda, 0x0d1014, 0x7cb9f2});
+      {0x26292e, 0x1b1d21, 0x33373d, 0xe8eaed, 0x8b929b, 0xa9b0b9, 0x3b8eda, 0x0d1014, 0x7cb9f2});
 }
 
 /// Qt's own colours for what is disabled can hardly be read.
