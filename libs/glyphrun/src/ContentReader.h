@@ -119,7 +119,8 @@ private:
   std::string_view m_actualText;
 
   std::u16string m_cluster; ///< text of the last glyph, when it is of several characters
-  std::size_t m_clusterGlyphs = 0;
+  std::size_t m_clusterGlyphs = SIZE_MAX; ///< that stand for it so far
+  CodeInfo m_silent;
 
   // Of the run being shown.
   double m_pen = 0;            ///< along the direction, from the run's origin

@@ -93,8 +93,10 @@ void ContentReader::startRun(const ShownPieces& pieces) {
   }
   m_spacing = textState.charSpace * (vertical ? 1 : textState.scale) * m_unit;
   m_emits = !hidden();
-  if (m_emits) {
+  if (m_emits && (m_lastSpacingOpen || m_spacing > fewestGap * run.emAlong)) {
     beginSpaced(run, pieces);
+  } else if (m_emits) {
+    m_words.beginRun(run);
   }
 }
 
@@ -133,7 +135,7 @@ bool ContentReader::standsBefore(const Font& font, const CodeInfo& info) {
   const bool unknown = (info.traits & TraitUnknown) != 0;
   const bool covered = m_clusterGlyphs < m_cluster.size() &&
                        (unknown || m_cluster.find(text) != std::u16string::npos);
-  ++m_clusterGlyphs;
+  m_clusterGlyphs += m_clusterGlyphs != SIZE_MAX;
   if (unknown && !covered && font.hasClusters && info.advance != 0) {
     m_words.loseGlyph();
     return true;
@@ -151,18 +153,17 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
     const unsigned taken = OneByte ? 1 : font.takeCode(bytes.substr(at), code);
     const CodeInfo* info = OneByte ? &font.codes[code] : &font.lookUp(code);
     at += taken;
-    CodeInfo silent;
     if ((info->traits & lookAgain) != 0) {
       if ((info->traits & TraitUnknown) != 0 && font.mayAskProgram) {
         m_fonts.askProgram(font);
         info = OneByte ? &font.codes[code] : &font.lookUp(code);
       }
       if (standsBefore(font, *info)) {
-        silent = font.withoutText(*info);
-        info = &silent;
+        m_silent = font.withoutText(*info);
+        info = &m_silent;
       }
     } else {
-      m_cluster.clear();
+      m_clusterGlyphs = SIZE_MAX;
     }
     const double advance = static_cast<double>(info->advance) * advanceScale;
     if (m_emits) {
@@ -198,8 +199,7 @@ void ContentReader::finishRun() {
 
 /// Dots or the like, which lead the eye from a text to its number.
 bool ContentReader::isLeader(std::string_view bytes) const {
-  if (m_state.text.charSpace == 0 || m_state.text.font == nullptr || bytes.empty() ||
-      !m_state.text.font->oneByte) {
+  if (m_state.text.font == nullptr || bytes.empty() || !m_state.text.font->oneByte) {
     return false;
   }
   const CodeInfo& first = m_state.text.font->codes[static_cast<unsigned char>(bytes[0])];
@@ -208,7 +208,7 @@ bool ContentReader::isLeader(std::string_view bytes) const {
 }
 
 void ContentReader::showString(std::string_view bytes) {
-  startRun({bytes.size(), isLeader(bytes), false});
+  startRun({bytes.size(), m_state.text.charSpace != 0 && isLeader(bytes), false});
   if (m_state.text.font->oneByte) {
     showGlyphs<true>(bytes);
   } else {
@@ -223,7 +223,7 @@ void ContentReader::showArray() {
                            ? smallAdjustment
                            : smallAdjustment * static_cast<double>(textState.font->em);
   std::size_t piece = 0;
-  ShownPieces pieces{0, !m_array.empty(), false};
+  ShownPieces pieces{0, textState.charSpace != 0 && !m_array.empty(), false};
   for (const Token& item : m_array) {
     if (item.kind == TokenKind::Number) {
       piece = std::abs(item.number) < small ? piece : 0;

@@ -265,13 +265,14 @@ bool WordAssembler::repeatsLast(std::u16string_view text, double start, double e
 // Text may be made bold piece by piece, too. A run that starts where the last one did waits for its
 // end, which tells.
 bool WordAssembler::mayEcho(const GlyphRun& run) const {
-  if (!m_open || m_runGlyph < m_current.firstGlyph || m_runGlyph >= m_glyphOffsets.size() ||
-      run.vertical != m_run.vertical || dot(run.direction, m_run.direction) < 0.999) {
+  const Point delta = run.origin - m_run.origin;
+  if (!m_open || std::abs(delta.x) + std::abs(delta.y) > run.em) {
     return false;
   }
-  const Point delta = run.origin - m_run.origin;
   const double near = boldShift * std::min(run.em, run.emAlong);
-  return std::abs(dot(delta, run.direction)) < near &&
+  return m_runGlyph >= m_current.firstGlyph && m_runGlyph < m_glyphOffsets.size() &&
+         run.vertical == m_run.vertical && dot(run.direction, m_run.direction) > 0.999 &&
+         std::abs(dot(delta, run.direction)) < near &&
          std::abs(dot(delta, acrossOf(run.direction))) < near;
 }
 
