@@ -1,5 +1,6 @@
 #include "engine/job/JobDriver.h"
 
+#include "engine/job/OcrFirst.h"
 #include "engine/job/OutputFolder.h"
 #include "engine/job/PageLooks.h"
 #include "engine/job/PlanRun.h"
@@ -57,12 +58,10 @@ SplitSetup JobDriver::begin() {
   return runSetup(m_store.working());
 }
 
-/// Empty when nothing is to be cleared: a folder that nobody named is never cleared.
-QString JobDriver::folderToClear(const QString& outputFolder) const {
-  const SplitSetup& setup = m_store.working();
-  const bool clears = setup.otherSettingsRemoveFiles && !setup.splitToSource &&
-                      !platform::withoutTrailingBlanks(setup.outputDir).isEmpty();
-  return clears && m_batch.mayClear(outputFolder) ? outputFolder : QString();
+/// Empty when nothing is to be cleared.
+QString JobDriver::folderToClear() const {
+  const QString folder = folivex::folderToClear(m_store.working());
+  return m_batch.mayClear(folder) ? folder : QString();
 }
 
 /// Makes the output folder and waits until this run may write there. False when it may not; then
@@ -71,8 +70,7 @@ bool JobDriver::lockFolder(const SplitSetup& setup) {
   if (const QString problem = makeOutputFolder(setup.outputDir); !problem.isEmpty()) {
     m_job.person.note(problem);
   }
-  const bool alone =
-      setup.alwaysOverwrite || setup.alwaysAppend || !folderToClear(setup.outputDir).isEmpty();
+  const bool alone = setup.alwaysOverwrite || setup.alwaysAppend || !folderToClear().isEmpty();
   m_batch.folders().begin(alone ? platform::LockUse::Alone : platform::LockUse::Shared,
                           setup.fileName);
   switch (m_batch.folders().take(setup.outputDir)) {
@@ -89,7 +87,7 @@ bool JobDriver::lockFolder(const SplitSetup& setup) {
 }
 
 void JobDriver::clearFolder(const SplitSetup& setup) {
-  const QString folder = folderToClear(setup.outputDir);
+  const QString folder = folderToClear();
   if (folder.isEmpty() || m_state.mustEnd()) {
     return;
   }
@@ -111,7 +109,7 @@ bool JobDriver::saveDefaultSetup() {
   return saved.ok();
 }
 
-RunError JobDriver::StartProcessing() {
+RunError JobDriver::StartProcessing(const SplitPlan* expected) {
   const SplitSetup setup = begin();
   // Before anything is touched: a refused run must not have cleared a folder.
   if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
@@ -120,13 +118,13 @@ RunError JobDriver::StartProcessing() {
   if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
     m_job.person.note(finding);
   }
-  const RunError error = lockFolder(setup) ? runLocked(setup) : m_state.error;
+  const RunError error = lockFolder(setup) ? runLocked(setup, expected) : m_state.error;
   m_batch.runEnded();
   return error;
 }
 
 /// Clears the folder only for a source that can be split.
-RunError JobDriver::runLocked(const SplitSetup& setup) {
+RunError JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
   SourceFile file(m_job);
   const int pageCount = file.openForSplitting(setup);
   if (pageCount > 0) {
@@ -143,8 +141,8 @@ RunError JobDriver::runLocked(const SplitSetup& setup) {
   if (!isSaved && m_state.automation && !m_isList) {
     return m_state.error = RunError::SetupFile;
   }
-  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome}, file, pageCount,
-              reports);
+  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome, expected}, file,
+              pageCount, reports);
   if (const Reports::Opened closed = reports.close(); closed.error != RunError::None) {
     m_job.fail(closed.error, closed.message);
   }
@@ -182,17 +180,33 @@ SplitPlan JobDriver::Plan() {
     m_state.error = RunError::Unreadable;
     return plan;
   }
-  const QString cleared = folderToClear(setup.outputDir);
-  const QStringList kept = m_batch.kept(setup.fileName);
   TextLibraryWords words = file.words(setup);
-  planPages({setup, m_job, m_batch.names(setup.reportUseFileList), addressReaderFor(setup).get(),
+  planPages({setup,
+             m_job,
+             m_batch.names(setup.reportUseFileList),
+             addressReaderFor(setup).get(),
              file.scanned(),
-             [&](const QString& path) {
-               return !cleared.isEmpty() && isClearedWithFolder(cleared, kept, path);
-             }},
+             {folderToClear(), m_batch.kept(setup.fileName)}},
             words, pageCount, plan);
   m_batch.namesTaken();
   return plan;
+}
+
+bool JobDriver::Recognise() {
+  const QString source = begin().fileName;
+  const QString folder = platform::temporaryFolder();
+  const bool isMade = OcrFirst(source, folder, m_state, m_job.person);
+  const bool isKept = m_state.ocrFile == ocrCopyPath(source, folder);
+  m_state.ocrHold.reset();
+  m_state.ocrFile.clear();
+  if (m_state.userStop) {
+    m_job.tell(QStringLiteral("Process Stopped!"));
+  } else if (isMade && !isKept) {
+    m_job.tell(QStringLiteral("%1: its recognised words could not be kept, since another run reads "
+                              "the copy of a file of the same name; try again when it is done")
+                   .arg(source));
+  }
+  return isKept;
 }
 
 QStringList JobDriver::NearestWords() {

@@ -26,7 +26,11 @@ public:
 
   /// Processes the file named in `FILENAME`. Everything that a person should know is told; the
   /// result is RunError::None, or the code that an unattended program ends with.
-  RunError StartProcessing();
+  ///
+  /// With a plan that was shown, of the same settings, the run is held to it: names that show the
+  /// time have the plan's, and the first output that differs in pages, path or fate is asked about
+  /// before it is written. "No" stops there.
+  RunError StartProcessing(const SplitPlan* expected = nullptr);
 
   /// For runs with `EMAILENABLE`.
   using AddressReaderMaker = folivex::AddressReaderMaker;
@@ -38,6 +42,11 @@ public:
   /// What StartProcessing() would do. Nothing is written, deleted, numbered or saved; the pages are
   /// read, named and reserved by the same code.
   SplitPlan Plan();
+
+  /// Makes the copy with recognised words that a run with `OCRFIRST` would make of the file named
+  /// in `FILENAME`, and leaves it for runs and plans to come. Returns whether it is there; if not,
+  /// the reason is told.
+  bool Recognise();
 
   /// Why a search found nothing: one line for each of the words that come nearest to what was
   /// looked for, the nearest first. Reads the file named in `FILENAME` once more.
@@ -82,10 +91,10 @@ public:
 private:
   SplitSetup begin();
   std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) const;
-  QString folderToClear(const QString& outputFolder) const;
+  QString folderToClear() const;
   bool lockFolder(const SplitSetup& setup);
   void clearFolder(const SplitSetup& setup);
-  RunError runLocked(const SplitSetup& setup);
+  RunError runLocked(const SplitSetup& setup, const SplitPlan* expected);
   bool saveDefaultSetup();
   RowResult processRow(const QString& path,
                        const std::function<void(const QString& source)>& onProcessed);

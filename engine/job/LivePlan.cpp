@@ -1,6 +1,7 @@
 #include "engine/job/LivePlan.h"
 
 #include "engine/job/JobContext.h"
+#include "engine/job/OutputFolder.h"
 #include "engine/job/PageWindow.h"
 #include "engine/job/PlanRun.h"
 #include "engine/job/SourceTable.h"
@@ -9,6 +10,7 @@
 #include "engine/setup/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
 #include "engine/words/TableWords.h"
+#include "platform/FileSystem.h"
 
 #include <chrono>
 #include <utility>
@@ -24,6 +26,12 @@ using Stage = LivePlanState::Stage;
 /// outputs is for nobody.
 constexpr qsizetype mostNotes = 20;
 
+QString unreadableProblem(const QString& file) {
+  return file.isEmpty()
+             ? QStringLiteral("No PDF is open; open one to see the plan")
+             : QStringLiteral("%1: is not there or may not be read; choose it again").arg(file);
+}
+
 QString openingProblem(int failure, const SplitSetup& setup) {
   const QString& file = setup.fileName;
   switch (failure) {
@@ -33,7 +41,7 @@ QString openingProblem(int failure, const SplitSetup& setup) {
                      .arg(file)
                : QStringLiteral("%1: this password does not open it; try another").arg(file);
   case GLYPHRUN_CANNOT_OPEN:
-    return QStringLiteral("%1: is not there or may not be read; choose it again").arg(file);
+    return unreadableProblem(file);
   case GLYPHRUN_NOT_A_PDF:
     return QStringLiteral("%1: is no PDF, or is damaged beyond repair; get it anew from where it "
                           "came from")
@@ -57,15 +65,15 @@ QString openingProblem(int failure, const SplitSetup& setup) {
 class LivePlan::Planning : public Operator {
 public:
   Planning(const LivePlan& live, quint64 number, const SplitSetup& setup)
-      : m_live(live), m_setup(setup) {
+      : m_live(live), m_setup(runSetup(setup)), m_clearedFolder(folderToClear(setup)) {
     m_state.number = number;
   }
 
-  /// Returns whether the source need not be looked at again.
-  void over(const WordTable& table, const QString& scanned);
+  void over(const WordTable& table, const SourceTable& source);
   void findNearest(const WordTable& table);
   void tell(Stage stage, const QString& problem = {});
 
+  const SplitSetup& setup() const { return m_setup; }
   bool isWanted() const { return m_live.isWanted(m_state.number); }
   bool hasOutputs() const { return m_state.plan && !m_state.plan->outputs.empty(); }
 
@@ -83,7 +91,8 @@ private:
   void showSoFar(const SplitPlan& plan);
 
   const LivePlan& m_live;
-  const SplitSetup& m_setup;
+  const SplitSetup m_setup;
+  const QString m_clearedFolder;
   LivePlanState m_state;
   RunState m_run;
   const WordTable* m_table = nullptr;
@@ -92,10 +101,10 @@ private:
   Clock::time_point m_nextShown = {};
 };
 
-void LivePlan::Planning::over(const WordTable& table, const QString& scanned) {
+void LivePlan::Planning::over(const WordTable& table, const SourceTable& source) {
   m_run = RunState();
   m_plan = SplitPlan();
-  m_notes.clear();
+  m_notes = source.finding().isEmpty() ? QStringList() : QStringList(source.finding());
   m_table = &table;
   m_state.pageCount = table.pageCount();
   TableWords words(
@@ -108,8 +117,8 @@ void LivePlan::Planning::over(const WordTable& table, const QString& scanned) {
              {*this, m_run},
              names,
              addresses.get(),
-             scanned,
-             [](const QString& /*path*/) { return false; }},
+             source.scanned(),
+             {m_clearedFolder, {m_setup.fileName}}},
             words, table.pageCount(), m_plan);
   m_plan.notes += m_notes;
   m_state.pagesRead = m_state.pageCount;
@@ -209,7 +218,7 @@ std::shared_ptr<const WordTable> LivePlan::words() const {
 void LivePlan::work() {
   while (const std::optional<Request> request = nextRequest()) {
     if (request->setup) {
-      make(request->number, runSetup(*request->setup));
+      make(request->number, *request->setup);
     } else {
       m_source->drop();
     }
@@ -223,15 +232,27 @@ std::optional<LivePlan::Request> LivePlan::nextRequest() {
   return m_isEnding ? std::nullopt : std::exchange(m_request, std::nullopt);
 }
 
-void LivePlan::make(quint64 number, const SplitSetup& setup) {
-  Planning planning(*this, number, setup);
+void LivePlan::make(quint64 number, const SplitSetup& asSet) {
+  Planning planning(*this, number, asSet);
+  const SplitSetup& setup = planning.setup();
   if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
     planning.tell(Stage::Done, contradiction);
     return;
   }
   std::shared_ptr<WordTable> table;
+  if (!platform::isReadableFile(setup.fileName)) {
+    planning.tell(Stage::Unreadable, unreadableProblem(setup.fileName));
+    return;
+  }
   do {
     table = m_source->follow(setup);
+    if (!table) {
+      planning.tell(Stage::WaitsForOcr,
+                    QStringLiteral("%1: \"OCR First\" is on, and its words are not recognised yet; "
+                                   "recognise them now to see the plan")
+                        .arg(setup.fileName));
+      return;
+    }
     if (table->state() == WordTable::State::Opening) {
       planning.tell(Stage::Opening);
     }
@@ -241,7 +262,7 @@ void LivePlan::make(quint64 number, const SplitSetup& setup) {
                     openingProblem(table->failure(), setup));
       return;
     }
-    planning.over(*table, m_source->scanned());
+    planning.over(*table, *m_source);
     if (table->state() == WordTable::State::TooLarge) {
       planning.tell(Stage::TooLarge,
                     QStringLiteral("%1: has more words than are kept; plan it when the settings "
@@ -250,6 +271,7 @@ void LivePlan::make(quint64 number, const SplitSetup& setup) {
       return;
     }
   } while (planning.isWanted() && m_source->isChanged());
+  m_source->letCopyGo();
   planning.tell(Stage::Done);
   if (!planning.hasOutputs() && !splitTraitsOf(setup.pageExtract).fromBookmarks) {
     planning.findNearest(*table);

@@ -95,7 +95,7 @@ private:
   quint64 ask(std::optional<SplitSetup> setup);
   void work();
   std::optional<Request> nextRequest();
-  void make(quint64 number, const SplitSetup& setup);
+  void make(quint64 number, const SplitSetup& asSet);
   bool isWanted(quint64 number) const { return m_latest == number && !m_isEnding; }
 
   AddressReaderMaker m_addressReader;

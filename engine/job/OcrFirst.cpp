@@ -12,12 +12,38 @@ namespace folivex {
 
 namespace {
 
+QString ocrProgram() {
+  return platform::companionProgram(QStringLiteral("Scanlite"));
+}
+
+QString noProgramText() {
+  return QStringLiteral("the OCR program Scanlite was not found");
+}
+
+/// Whoever put a file of others there would choose the words that name the outputs. Empty, or why
+/// the copy at this path is not used.
+QString distrust(const QString& path) {
+  for (const QString& file : {path, path + QStringLiteral(".source")}) {
+    if (!platform::isTrustedPrivateFile(file)) {
+      return QStringLiteral("%1: is a link or another user's file and is not used; the file "
+                            "itself is read")
+          .arg(file);
+    }
+  }
+  return {};
+}
+
+QString noCopyText(const QString& source, const QString& problem) {
+  return QStringLiteral("%1: no OCR'd copy could be made, the file itself is read: %2")
+      .arg(source, problem);
+}
+
 /// Empty when the program made a copy, else why not.
 QString recognise(const QString& source, OcrCopy& copy, const std::function<bool()>& tick) {
   platform::OutsideProgram program;
-  program.program = platform::companionProgram(QStringLiteral("Scanlite"));
+  program.program = ocrProgram();
   if (program.program.isEmpty()) {
-    return QStringLiteral("the OCR program Scanlite was not found");
+    return noProgramText();
   }
   program.arguments = {source, copy.placeToMake(), QStringLiteral("0")};
   const platform::ProgramEnd end = platform::runOutsideProgram(program, tick);
@@ -42,14 +68,9 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
   state.ocrFile.clear();
   state.ocrHold.reset();
   const QString path = ocrCopyPath(source, temporaryFolder);
-  for (const QString& file : {path, path + QStringLiteral(".source")}) {
-    if (!platform::isTrustedPrivateFile(file)) {
-      // Whoever put it there would choose the words that name the outputs.
-      person.note(QStringLiteral("%1: is a link or another user's file and is not used; the file "
-                                 "itself is read")
-                      .arg(file));
-      return false;
-    }
+  if (const QString problem = distrust(path); !problem.isEmpty()) {
+    person.note(problem);
+    return false;
   }
   const auto copy =
       std::make_shared<OcrCopy>(source, path, [&person] { person.handlePendingEvents(); });
@@ -72,8 +93,7 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
     });
     if (!problem.isEmpty()) {
       if (!state.userStop) {
-        person.note(QStringLiteral("%1: no OCR'd copy could be made, the file itself is read: %2")
-                        .arg(source, problem));
+        person.note(noCopyText(source, problem));
       }
       return false;
     }
@@ -81,6 +101,20 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
   state.ocrFile = copy->path();
   state.ocrHold = copy;
   return true;
+}
+
+OcrFinding findOcrCopy(const QString& source, const QString& temporaryFolder) {
+  const QString path = ocrCopyPath(source, temporaryFolder);
+  if (const QString problem = distrust(path); !problem.isEmpty()) {
+    return {nullptr, problem};
+  }
+  if (QFileInfo::exists(path)) {
+    auto copy = std::make_shared<OcrCopy>(source, path, [] {});
+    if (copy->isThere()) {
+      return {std::move(copy), {}};
+    }
+  }
+  return {nullptr, ocrProgram().isEmpty() ? noCopyText(source, noProgramText()) : QString()};
 }
 
 } // namespace folivex

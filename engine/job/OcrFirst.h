@@ -6,6 +6,8 @@
 
 namespace folivex {
 
+class OcrCopy;
+
 /// Where the OCR'd copy of `source` lies: in `temporaryFolder`, named after the source. Beside it
 /// the file ".source" says what it was made from.
 QString ocrCopyPath(const QString& source, const QString& temporaryFolder);
@@ -17,5 +19,12 @@ QString ocrCopyPath(const QString& source, const QString& temporaryFolder);
 /// is told and RunState::ocrFile is empty. A Stop ends the OCR program.
 bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& state,
               Operator& person);
+
+/// What there is without making anything.
+struct OcrFinding {
+  std::shared_ptr<OcrCopy> copy; ///< of an earlier run; null when there is none of this source
+  QString whyNot;                ///< none will be made either, and the file itself is read
+};
+OcrFinding findOcrCopy(const QString& source, const QString& temporaryFolder);
 
 } // namespace folivex

@@ -41,6 +41,10 @@ bool isCleared(const QFileInfo& entry, const QSet<QString>& kept) {
          !kept.contains(entry.canonicalFilePath());
 }
 
+QStringList namesIn(const QString& folder) {
+  return QDir(folder).entryList(QDir::Files | QDir::System | QDir::Hidden, QDir::Unsorted);
+}
+
 } // namespace
 
 bool isClearedWithFolder(const QString& folder, const QStringList& keep, const QString& path) {
@@ -55,8 +59,7 @@ QString clearOutputFolder(const QString& folder, const QStringList& keep) {
   }
   const QSet<QString> kept = filesToKeep(keep);
   // The names are taken first: deleting while a folder is listed may skip entries.
-  const QStringList names =
-      QDir(folder).entryList(QDir::Files | QDir::System | QDir::Hidden, QDir::Unsorted);
+  const QStringList names = namesIn(folder);
   for (const QString& name : names) {
     const QFileInfo file(QDir(folder), name);
     if (!isCleared(file, kept)) {
@@ -71,6 +74,43 @@ QString clearOutputFolder(const QString& folder, const QStringList& keep) {
     }
   }
   return {};
+}
+
+int filesClearedWithFolder(const QString& folder, const QStringList& keep) {
+  if (folder.size() < shortestClearedPath) {
+    return 0;
+  }
+  const QSet<QString> kept = filesToKeep(keep);
+  const QStringList names = namesIn(folder);
+  return static_cast<int>(std::ranges::count_if(
+      names, [&](const QString& name) { return isCleared(QFileInfo(QDir(folder), name), kept); }));
+}
+
+QString folderToClear(const SplitSetup& setup) {
+  const bool isNamed = !platform::withoutTrailingBlanks(setup.outputDir).isEmpty();
+  return setup.otherSettingsRemoveFiles && !setup.splitToSource && isNamed
+             ? outputFolderOf(setup, setup.fileName)
+             : QString();
+}
+
+QString outputFolderFinding(const QString& folder) {
+  QFileInfo above(folder);
+  while (!above.exists() && above.path() != above.filePath()) {
+    above.setFile(above.path());
+  }
+  if (!above.isDir()) {
+    return QStringLiteral("%1: nothing can be written there, since \"%2\" is no folder; choose "
+                          "another output folder")
+        .arg(folder, above.filePath());
+  }
+  if (!above.isWritable()) {
+    return QStringLiteral("%1: nothing can be written there, since \"%2\" may not be changed; "
+                          "choose another output folder")
+        .arg(folder, above.filePath());
+  }
+  return QFileInfo::exists(folder)
+             ? QString()
+             : QStringLiteral("%1: this folder is not there; it is made").arg(folder);
 }
 
 QString makeOutputFolder(const QString& folder) {

@@ -1,6 +1,8 @@
 // The output folder before a run.
 #pragma once
 
+#include "engine/setup/SplitSetup.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +18,16 @@ QString clearOutputFolder(const QString& folder, const QStringList& keep);
 
 /// Whether clearOutputFolder(folder, keep) would remove what stands at `path`.
 bool isClearedWithFolder(const QString& folder, const QStringList& keep, const QString& path);
+
+/// How many files clearOutputFolder(folder, keep) would remove.
+int filesClearedWithFolder(const QString& folder, const QStringList& keep);
+
+/// The output folder, when a run with this setup clears it; else empty. A folder that nobody named
+/// is never cleared.
+QString folderToClear(const SplitSetup& setup);
+
+/// Empty, or that a folder is still to be made, or cannot be written to. Nothing is touched.
+QString outputFolderFinding(const QString& folder);
 
 /// Makes a folder with the folders above it; one that exists is no error. Empty, or the reason.
 QString makeOutputFolder(const QString& folder);

@@ -59,7 +59,13 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
   if (!named.folderToMake.isEmpty() && !m_stages.onPlanned && !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
-  const QString path = m_stages.reservation.reserve(named.path, firstPage, lastPage);
+  const QString path =
+      m_stages.reservation.reserve(named.path, firstPage, lastPage, m_stages.confirm);
+  if (path.isEmpty()) {
+    m_state.userStop = m_state.abortRun = true;
+    m_held = growth;
+    return;
+  }
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
   if (m_stages.onPlanned) {
     const QString address =

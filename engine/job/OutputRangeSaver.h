@@ -36,6 +36,9 @@ public:
     /// Told of every output; may be empty. Where it is set, the run writes nothing and no folder is
     /// made.
     OnPlanned onPlanned;
+    /// Asked before each output is handed on; may be empty. When it says no the run is stopped, and
+    /// the range stays held.
+    OutputReservation::Confirm confirm;
   };
 
   OutputRangeSaver(const SplitSetup& setup, RunState& state, Stages stages, Operator& person);

@@ -1,6 +1,7 @@
 #include "engine/job/PlanRun.h"
 
 #include "engine/job/JobContext.h"
+#include "engine/job/OutputFolder.h"
 #include "engine/job/RangePipeline.h"
 #include "engine/match/MarkTaker.h"
 #include "engine/report/Reports.h"
@@ -16,10 +17,8 @@ namespace {
 /// deleted, and takes the outputs in place of the writer.
 class PlanBuilder : public OutputPlaces, public OutputList {
 public:
-  /// `isGone` tells of a file that is there now whether the run would have removed it before its
-  /// first output.
   PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-              const QStringList& protectedFiles, std::function<bool(const QString& path)> isGone);
+              const QStringList& protectedFiles, const ClearedFolder& cleared);
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
@@ -33,17 +32,17 @@ private:
   SplitPlan& m_plan;
   OutputReservation::WhenTaken m_whenTaken;
   DiskOutputPlaces m_disk;
-  std::function<bool(const QString&)> m_isGone;
+  const ClearedFolder& m_cleared;
   QHash<QString, std::size_t> m_lastOfPath; ///< row that a path was planned in last
 };
 
 PlanBuilder::PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-                         const QStringList& protectedFiles,
-                         std::function<bool(const QString&)> isGone)
-    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles), m_isGone(std::move(isGone)) {}
+                         const QStringList& protectedFiles, const ClearedFolder& cleared)
+    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles), m_cleared(cleared) {}
 
 bool PlanBuilder::exists(const QString& path) {
-  return m_disk.exists(path) && !m_isGone(path);
+  return m_disk.exists(path) &&
+         (m_cleared.path.isEmpty() || !isClearedWithFolder(m_cleared.path, m_cleared.kept, path));
 }
 
 bool PlanBuilder::isProtected(const QString& path) {
@@ -134,26 +133,38 @@ void MarkCollector::add(int pageIndex, QStringView text, const PlacedWord& at,
 void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitPlan& plan) {
   const SplitSetup& setup = parts.setup;
   plan.account.start(pageCount);
+  plan.madeAt = QDateTime::currentDateTime();
   if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
     plan.notes += finding;
   }
   PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend},
-                      {setup.fileName, parts.scanned}, parts.isGone);
+                      {setup.fileName, parts.scanned}, parts.cleared);
   MarkCollector marks(plan.marks);
   Reports noReports;
   EmailRecords noEmails;
   RangePipeline pipeline(
       setup, parts.job, {setup.fileName, pageCount, words},
-      {builder, builder, parts.names, noReports, noEmails, parts.addressReader,
+      {builder,
+       builder,
+       parts.names,
+       noReports,
+       noEmails,
+       parts.addressReader,
        [&builder](const ReportLine& line, const QString& namedPath, const QString& address) {
          builder.saved({line.firstPage, line.lastPage, line.matchedText, line.outputPath,
                         PlannedOutput::Fate::New, address},
                        namedPath);
        },
-       &marks});
+       {},
+       &marks,
+       [&plan] {
+         plan.namesHoldTime = true;
+         return plan.madeAt;
+       }});
   pipeline.run();
   plan.notes += pipeline.findings().lines();
   plan.notes += parts.names.takeFindings();
+  plan.notes += planFindings(setup, plan, parts.cleared);
 }
 
 } // namespace folivex

@@ -1,10 +1,7 @@
 // PlanRun: what a run over a source would do.
 #pragma once
 
-#include "engine/job/SplitPlan.h"
-#include "engine/setup/SplitSetup.h"
-
-#include <functional>
+#include "engine/job/PlanFindings.h"
 
 namespace folivex {
 
@@ -20,9 +17,7 @@ struct PlanParts {
   NameList& names;
   AddressReader* addressReader; ///< null when no mail is to be sent
   QString scanned;              ///< whose words are read: the source, or its OCR'd copy
-  /// Tells of a file that is there now whether the run would have removed it before its first
-  /// output.
-  std::function<bool(const QString& path)> isGone;
+  ClearedFolder cleared;
 };
 
 /// Adds to `plan` what a run would do, page after page, with the very stages of a run. Nothing is

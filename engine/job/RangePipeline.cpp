@@ -3,8 +3,6 @@
 #include "engine/job/JobContext.h"
 #include "engine/setup/SplitSetup.h"
 
-#include <QDateTime>
-
 namespace folivex {
 
 RangePipeline::RangePipeline(const SplitSetup& setup, const RunContext& job, const Source& source,
@@ -12,9 +10,10 @@ RangePipeline::RangePipeline(const SplitSetup& setup, const RunContext& job, con
     : m_pageCount(source.pageCount), m_state(job.state), m_list(ends.list),
       m_addresses(ends.addressReader, [&job](const QString& problem) { job.tell(problem); }),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
-      m_namer(setup, source.words, ends.names, [] { return QDateTime::currentDateTime(); }),
+      m_namer(setup, source.words, ends.names, ends.clock),
       m_saver(setup, job.state,
-              {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned},
+              {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned,
+               ends.confirm},
               job.person),
       m_run(setup, job, source.words, m_saver) {
   m_run.setAddresses(&m_addresses);

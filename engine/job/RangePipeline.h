@@ -25,7 +25,9 @@ public:
     EmailRecords& emails;
     AddressReader* addressReader; ///< null when no mail is to be sent
     OutputRangeSaver::OnPlanned onPlanned = {};
+    OutputReservation::Confirm confirm = {};
     MarkTaker* marks = nullptr;
+    NameClock clock = [] { return QDateTime::currentDateTime(); };
   };
 
   /// Takes no ownership; all must outlive the pipeline.

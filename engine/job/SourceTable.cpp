@@ -1,37 +1,77 @@
 #include "engine/job/SourceTable.h"
 
+#include "engine/job/OcrCopy.h"
+#include "engine/job/OcrFirst.h"
+#include "engine/setup/SplitMethod.h"
+#include "platform/Paths.h"
+
 #include <utility>
 
 namespace folivex {
 
 namespace {
 
+using platform::FileStamp;
+
 /// Words of some hundred thousand dense pages; who has more plans when it is asked for.
 constexpr std::size_t mostBytes = std::size_t{512} << 20U;
+
+/// Bookmarks need no words.
+bool isRecognised(const SplitSetup& setup) {
+  return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
+}
 
 } // namespace
 
 std::shared_ptr<WordTable> SourceTable::follow(const SplitSetup& setup) {
   std::erase_if(m_givenUp, [](const auto& filler) { return filler->isFinished(); });
-  const TableFiller::Source read{setup.fileName, setup.pdfPassword, setup.horizWordSpacing};
-  if (auto table = this->table(); table && read == m_origin.read && !isChanged() &&
-                                  table->state() != WordTable::State::Failed) {
+  if (auto table = this->table();
+      table && table->state() != WordTable::State::Failed && isOf(setup) && !isChanged()) {
     return table;
   }
   drop();
-  m_origin = {read, platform::FileStamp::beforeReading(read.file)};
+  m_origin = {
+      setup.fileName, isRecognised(setup), FileStamp::beforeReading(setup.fileName), {}, {}};
+  m_origin.read = {setup.fileName, setup.pdfPassword, setup.horizWordSpacing};
+  m_finding.clear();
+  if (m_origin.recognised) {
+    OcrFinding found = findOcrCopy(setup.fileName, platform::temporaryFolder());
+    if (!found.copy && found.whyNot.isEmpty()) {
+      return nullptr;
+    }
+    if (found.copy) {
+      m_origin.read.file = found.copy->path();
+    }
+    m_copy = std::move(found.copy);
+    m_finding = found.whyNot;
+  }
+  m_origin.readStamp = FileStamp::beforeReading(m_origin.read.file);
   const std::lock_guard lock(m_mutex);
   m_table = std::make_shared<WordTable>(mostBytes);
-  m_filler = std::make_unique<TableFiller>(m_library, read, m_table);
+  m_filler = std::make_unique<TableFiller>(m_library, m_origin.read, m_table);
   m_filler->setPaused(m_isPaused);
   return m_table;
 }
 
+bool SourceTable::isOf(const SplitSetup& setup) const {
+  return m_origin.source == setup.fileName && m_origin.recognised == isRecognised(setup) &&
+         m_origin.read.password == setup.pdfPassword &&
+         m_origin.read.wordSpacing == setup.horizWordSpacing;
+}
+
 bool SourceTable::isChanged() const {
-  return platform::FileStamp::of(m_origin.read.file) != m_origin.stamp;
+  return FileStamp::of(m_origin.source) != m_origin.stamp ||
+         FileStamp::of(m_origin.read.file) != m_origin.readStamp;
+}
+
+void SourceTable::letCopyGo() {
+  if (const auto table = this->table(); table && table->state() == WordTable::State::Complete) {
+    m_copy.reset();
+  }
 }
 
 void SourceTable::drop() {
+  m_copy.reset();
   const std::lock_guard lock(m_mutex);
   m_table.reset();
   if (m_filler) {

@@ -3,6 +3,7 @@
 
 #include "engine/output/PageAccount.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -57,6 +58,12 @@ struct SplitPlan {
   std::vector<PlanMark> marks; ///< in page order; of a page with hundreds of them the first ones
   PageAccount account;
   int fileCount = 0; ///< files that the outputs would make or grow
+  QDateTime madeAt;  ///< what names that show a date or a time are made of
+  bool namesHoldTime = false;
 };
+
+/// Empty, or a sentence about the first output in which the later plan differs from the one that
+/// was shown. Where names show the time, they may differ in it.
+QString planDifference(const SplitPlan& shown, const SplitPlan& later);
 
 } // namespace folivex

@@ -2,6 +2,7 @@
 
 #include "engine/job/BatchScope.h"
 #include "engine/job/JobContext.h"
+#include "engine/job/PlanCheck.h"
 #include "engine/job/RangePipeline.h"
 #include "engine/job/SourceFile.h"
 #include "engine/output/ClaimedPlaces.h"
@@ -11,6 +12,7 @@
 #include "platform/DiskSync.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace folivex {
 
@@ -99,7 +101,7 @@ void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& rep
 } // namespace
 
 void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Reports& reports) {
-  const auto& [setup, job, batch, addressReader, outcome] = parts;
+  const auto& [setup, job, batch, addressReader, outcome, expected] = parts;
   const QString& source = setup.fileName;
   if (pageCount == 0) {
     job.fail(RunError::Unreadable, file.problem());
@@ -121,10 +123,20 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   OutputFileList list(setup, source);
   OutputList& outputs = setup.createList ? static_cast<OutputList&>(list) : writer;
   TextLibraryWords words = file.words(setup);
-  RangePipeline pipeline(setup, job, {source, pageCount, words},
-                         {places, outputs, batch.names(setup.reportUseFileList), reports,
-                          outcome.emails, addressReader});
+  RangePipeline::Ends ends{places,  outputs,        batch.names(setup.reportUseFileList),
+                           reports, outcome.emails, addressReader};
+  std::optional<PlanCheck> check;
+  if (expected != nullptr) {
+    check.emplace(*expected, places, job.person);
+    ends.confirm = [&check](const ReservedOutput& output) { return check->allows(output); };
+    ends.clock = [madeAt = expected->madeAt] { return madeAt; };
+  }
+  RangePipeline pipeline(setup, job, {source, pageCount, words}, ends);
   pipeline.run();
+  if (check && check->missing() > 0 && !job.state.mustEnd()) {
+    job.person.note(
+        QStringLiteral("%1: the plan showed %2 more output(s)").arg(source).arg(check->missing()));
+  }
   for (const QString& finding : batch.names(setup.reportUseFileList).takeFindings()) {
     job.person.note(finding);
   }

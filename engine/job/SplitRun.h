@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/job/RunOutcome.h"
+#include "engine/job/SplitPlan.h"
 #include "engine/setup/SplitSetup.h"
 
 namespace folivex {
@@ -20,6 +21,7 @@ struct SplitRunParts {
   BatchScope& batch;
   AddressReader* addressReader; ///< null when no mail is to be sent
   RunOutcome& outcome;
+  const SplitPlan* expected; ///< that the run is held to; may be null
 };
 
 /// Writes the outputs of a source and their lines into `reports`, which are open. `file` was opened

@@ -35,13 +35,18 @@ OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, 
                                      FileSystemRules rules)
     : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
 
-QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage) {
+QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage,
+                                   const Confirm& confirm) {
   QString target = placeFor(path);
+  const ReservedOutput output{target, firstPage, lastPage};
+  if (confirm && !confirm(output)) {
+    return {};
+  }
   if (!m_whenTaken.overwrite) {
-    m_list.output({target, firstPage, lastPage});
+    m_list.output(output);
     return target;
   }
-  m_pending.push_back({target, firstPage, lastPage});
+  m_pending.push_back(output);
   if (m_pending.size() >= pendingLimit) {
     flush();
   }

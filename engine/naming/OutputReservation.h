@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
 namespace folivex {
@@ -86,7 +87,11 @@ public:
   /// Reserves a path that ends in ".pdf" for pages firstPage..lastPage (from 1, inclusive) and
   /// hands it on, or keeps it until the next flush when outputs are overwritten. Returns the path
   /// under which the output will be written: "_partNNN" is in it where the plain path was taken.
-  QString reserve(const QString& path, int firstPage, int lastPage);
+  ///
+  /// `confirm`, which may be empty, is asked before anything is handed on. When it says no, nothing
+  /// is, and the path returned is empty.
+  using Confirm = std::function<bool(const ReservedOutput& output)>;
+  QString reserve(const QString& path, int firstPage, int lastPage, const Confirm& confirm = {});
 
   /// Hands on what waits. To be called when a source is finished.
   void flush();

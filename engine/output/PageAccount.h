@@ -31,6 +31,8 @@ public:
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
   int inOutputs() const { return count(Fate::Written); }
+  int leftOver() const { return count(Fate::InNone); } ///< in no range
+  QString leftOverPages() const { return pagesOf(Fate::InNone); }
   int failedPages() const { return count(Fate::Failed); }
   int stoppedPages() const { return count(Fate::Stopped); }
 
