@@ -17,8 +17,7 @@ namespace {
 /// deleted, and takes the outputs in place of the writer.
 class PlanBuilder : public OutputPlaces, public OutputList {
 public:
-  PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-              const QStringList& protectedFiles, const ClearedFolder& cleared);
+  PlanBuilder(SplitPlan& plan, const PlanParts& parts);
 
   bool exists(const QString& path) override;
   bool isProtected(const QString& path) override;
@@ -33,15 +32,17 @@ private:
   OutputReservation::WhenTaken m_whenTaken;
   DiskOutputPlaces m_disk;
   const ClearedFolder& m_cleared;
+  bool m_ignoresDisk;
   QHash<QString, std::size_t> m_lastOfPath; ///< row that a path was planned in last
 };
 
-PlanBuilder::PlanBuilder(SplitPlan& plan, OutputReservation::WhenTaken whenTaken,
-                         const QStringList& protectedFiles, const ClearedFolder& cleared)
-    : m_plan(plan), m_whenTaken(whenTaken), m_disk(protectedFiles), m_cleared(cleared) {}
+PlanBuilder::PlanBuilder(SplitPlan& plan, const PlanParts& parts)
+    : m_plan(plan), m_whenTaken{parts.setup.alwaysOverwrite, parts.setup.alwaysAppend},
+      m_disk({parts.setup.fileName, parts.scanned}), m_cleared(parts.cleared),
+      m_ignoresDisk(parts.ignoresDisk) {}
 
 bool PlanBuilder::exists(const QString& path) {
-  return m_disk.exists(path) &&
+  return !m_ignoresDisk && m_disk.exists(path) &&
          (m_cleared.path.isEmpty() || !isClearedWithFolder(m_cleared.path, m_cleared.kept, path));
 }
 
@@ -137,8 +138,7 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
   if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
     plan.notes += finding;
   }
-  PlanBuilder builder(plan, {setup.alwaysOverwrite, setup.alwaysAppend},
-                      {setup.fileName, parts.scanned}, parts.cleared);
+  PlanBuilder builder(plan, parts);
   MarkCollector marks(plan.marks);
   Reports noReports;
   EmailRecords noEmails;
@@ -164,7 +164,9 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
   pipeline.run();
   plan.notes += pipeline.findings().lines();
   plan.notes += parts.names.takeFindings();
-  plan.notes += planFindings(setup, plan, parts.cleared);
+  if (!parts.ignoresDisk) {
+    plan.notes += planFindings(setup, plan, parts.cleared);
+  }
 }
 
 } // namespace folivex

@@ -18,6 +18,7 @@ struct PlanParts {
   AddressReader* addressReader; ///< null when no mail is to be sent
   QString scanned;              ///< whose words are read: the source, or its OCR'd copy
   ClearedFolder cleared;
+  bool ignoresDisk = false; ///< planned as if no file and no folder were there
 };
 
 /// Adds to `plan` what a run would do, page after page, with the very stages of a run. Nothing is

@@ -47,13 +47,7 @@ SplitPlan planned(const WordTable& table, const SplitSetup& proposed, int pages,
   NameList names{QString()};
   TableWords words(table, setup.rotated, isWanted, {});
   SplitPlan plan;
-  planPages({setup,
-             {nobody, run},
-             names,
-             nullptr,
-             setup.fileName,
-             [](const QString& /*path*/) { return true; }},
-            words, pages, plan);
+  planPages({setup, {nobody, run}, names, nullptr, setup.fileName, {}, true}, words, pages, plan);
   return plan;
 }
 

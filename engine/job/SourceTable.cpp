@@ -48,8 +48,7 @@ std::shared_ptr<WordTable> SourceTable::follow(const SplitSetup& setup) {
   m_origin.readStamp = FileStamp::beforeReading(m_origin.read.file);
   const std::lock_guard lock(m_mutex);
   m_table = std::make_shared<WordTable>(mostBytes);
-  m_filler = std::make_unique<TableFiller>(m_library, m_origin.read, m_table);
-  m_filler->setPaused(m_isPaused);
+  m_filler = std::make_unique<TableFiller>(m_library, m_origin.read, m_table, m_isPaused);
   return m_table;
 }
 
@@ -65,7 +64,10 @@ bool SourceTable::isChanged() const {
 }
 
 void SourceTable::letCopyGo() {
-  if (const auto table = this->table(); table && table->state() == WordTable::State::Complete) {
+  const bool isOnlyHere =
+      m_copy && m_copy->path() != ocrCopyPath(m_origin.source, platform::temporaryFolder());
+  const auto table = this->table();
+  if (table && table->state() == WordTable::State::Complete && !isOnlyHere) {
     m_copy.reset();
   }
 }

@@ -62,8 +62,10 @@ private:
   int m_result = GLYPHRUN_OK;
 };
 
-TableFiller::TableFiller(CPDFTextDumpInit& library, Source source, std::shared_ptr<WordTable> table)
-    : m_library(library), m_source(std::move(source)), m_table(std::move(table)) {
+TableFiller::TableFiller(CPDFTextDumpInit& library, Source source, std::shared_ptr<WordTable> table,
+                         bool isPaused)
+    : m_library(library), m_source(std::move(source)), m_table(std::move(table)),
+      m_isPaused(isPaused) {
   begin(&TableFiller::readFile);
 }
 

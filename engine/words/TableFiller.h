@@ -30,8 +30,9 @@ public:
     bool operator==(const Source&) const = default;
   };
 
-  /// Begins at once. `library` must outlive this.
-  TableFiller(CPDFTextDumpInit& library, Source source, std::shared_ptr<WordTable> table);
+  /// Begins at once, unless it is paused. `library` must outlive this.
+  TableFiller(CPDFTextDumpInit& library, Source source, std::shared_ptr<WordTable> table,
+              bool isPaused);
   TableFiller(const TableFiller&) = delete;
   TableFiller& operator=(const TableFiller&) = delete;
   /// Gives up what is not read, and waits for the threads: as long as a file takes to open at most.
@@ -63,7 +64,7 @@ private:
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_goOn;
-  bool m_isPaused = false;
+  bool m_isPaused;
   std::set<GlyphrunView*> m_views;
   std::vector<std::thread> m_threads;
 };

@@ -54,3 +54,153 @@ TEST_F(Live, IsThePlanOfARun) {
   EXPECT_EQ(plan.outputs.size(), 3U);
   EXPECT_EQ(plan.marks.size(), 6U); // where documents begin, and the words behind
 }
+
+TEST_F(Live, FollowsSettingsAndTheFileOnTheDisk) {
+  planned();
+  setup().findString = "more";
+  EXPECT_EQ(planned().plan->outputs.size(), 1U);
+  statements({"more a", "more b"}).write(source());
+  LivePlanState state = planned();
+  EXPECT_EQ(state.plan->outputs.size(), 2U);
+  EXPECT_EQ(state.pageCount, 2);
+  setup().findString = "More";
+  state = planned();
+  while (state.nearest.isEmpty()) { // told behind the plan
+    std::unique_lock lock(m_mutex);
+    m_told.wait(lock, [&] { return !m_state.nearest.isEmpty(); });
+    state = m_state;
+  }
+  ASSERT_EQ(state.nearWords.size(), 1U);
+  EXPECT_EQ(state.nearWords[0].text, "more");
+  EXPECT_EQ(state.nearWords[0].pages, 2);
+  writeFile(source(), "no PDF");
+  EXPECT_EQ(planned().stage, Stage::Unreadable);
+  QFile::remove(source());
+  state = planned();
+  EXPECT_EQ(state.stage, Stage::Unreadable);
+  EXPECT_TRUE(state.problem.startsWith(source()));
+}
+
+/// Every page is another document's; what is read belongs to one state of the file.
+TEST_F(Live, ReplacedWhileItIsReadIsReadAgain) {
+  QStringList before;
+  QStringList after;
+  for (int i = 0; i < 400; ++i) {
+    before += QStringLiteral("Account: old%1").arg(i);
+    after += QStringLiteral("Account: new%1").arg(i);
+  }
+  statements(after).write(at("in/b.pdf"));
+  statements(before).write(source());
+  m_live.setPaused(true);
+  m_store.commit();
+  const quint64 number = m_live.plan(m_store.working());
+  {
+    std::unique_lock lock(m_mutex);
+    m_told.wait(lock, [&] { return m_state.stage == Stage::Opening; });
+  }
+  ASSERT_TRUE(QFile::remove(source()) && QFile::rename(at("in/b.pdf"), source()));
+  m_live.setPaused(false);
+  const LivePlanState state = last(number);
+  ASSERT_EQ(state.plan->outputs.size(), 400U);
+  EXPECT_EQ(state.plan->outputs.front().path, at("out/new0.pdf"));
+  EXPECT_EQ(state.plan->outputs.back().path, at("out/new399.pdf"));
+}
+
+TEST_F(Live, OlderPlansAndFilesAreGivenUpInTheMiddle) {
+  QStringList pages;
+  for (int i = 0; i < 300; ++i) {
+    pages += QStringLiteral("Account: %1").arg(i);
+  }
+  statements(pages).write(at("in/long.pdf"));
+  m_live.setPaused(true);
+  for (int i = 0; i < 20; ++i) {
+    setup().fileName = i % 2 == 0 ? at("in/long.pdf") : source();
+    m_store.commit();
+    m_live.plan(m_store.working());
+    m_live.setPaused(i % 3 != 0);
+  }
+  m_live.clear();
+  m_live.setPaused(false);
+  setup().fileName = source();
+  EXPECT_EQ(planned().plan->outputs.size(), 3U);
+}
+
+TEST_F(Live, ToldIsWhatARunWouldMeet) {
+  const auto told = [this](const QString& text) {
+    const QString notes = planned().plan->notes.join('\n');
+    EXPECT_TRUE(notes.contains(text)) << text.toStdString() << "\n" << notes.toStdString();
+  };
+  EXPECT_EQ(planned().plan->notes, QStringList());
+  setup().outputDir = at("in/a.pdf/below");
+  told("nothing can be written there");
+  setup().outputDir = at("new");
+  told("this folder is not there; it is made");
+  setup().outputDir = at("out");
+  statements({"old"}).write(at("out/B.pdf"));
+  told("1 output(s) have a name that is taken");
+  setup().alwaysOverwrite = true;
+  told("1 file(s) that are there now are replaced");
+  setup().extract = fileNameMethodTexts()[0];
+  told("2 output(s) share a name with a later one");
+  setup().otherSettingsRemoveFiles = true;
+  told("1 file(s) that are there are removed first");
+  setup().startFromPage = 2;
+  told("2 page(s) are in no output: 1-2");
+}
+
+/// What is shown and what is written are one, or the person is asked.
+TEST_F(Live, RunIsHeldToThePlanThatWasShown) {
+  const SplitPlan shown = *planned().plan;
+  setup().prefixFileName = "x_";
+  const SplitPlan later = *planned().plan;
+  EXPECT_NE(planDifference(shown, later), QString());
+  EXPECT_EQ(planDifference(later, *planned().plan), QString());
+
+  // A setting that was changed behind the plan: nothing is written.
+  EXPECT_NE(driver().StartProcessing(&shown), RunError::OutputFailed);
+  EXPECT_EQ(outputs(), QStringList());
+  ASSERT_EQ(m_person.questions.size(), 1);
+  EXPECT_TRUE(m_person.questions[0].contains(at("out/x_A.pdf")) &&
+              m_person.questions[0].contains(at("out/A.pdf")));
+  EXPECT_EQ(driver().account().stoppedPages(), 4);
+
+  // A name that was taken since: stopped before that file, or gone on with.
+  setup().prefixFileName.clear();
+  statements({"theirs"}).write(at("out/B.pdf"));
+  EXPECT_EQ(driver().StartProcessing(&shown), RunError::None);
+  EXPECT_EQ(outputs(), (QStringList{"A.pdf: Account: A | more", "B.pdf: theirs"}));
+  EXPECT_EQ(driver().account().stoppedPages(), 2);
+  QFile::remove(at("out/A.pdf"));
+  m_person.answer = Answer::Yes;
+  m_person.questions.clear();
+  driver().StartProcessing(&shown);
+  EXPECT_EQ(m_person.questions.filter("B_part002").size(), 1);
+  EXPECT_EQ(outputs().size(), 4);
+
+  // Files that would be replaced, though none was there.
+  setup().alwaysOverwrite = true;
+  m_person.questions.clear();
+  driver().StartProcessing(&shown);
+  EXPECT_EQ(m_person.questions.filter("was not there").size(), 1);
+
+  m_person.questions.clear();
+  const SplitPlan now = *planned().plan;
+  EXPECT_EQ(driver().StartProcessing(&now), RunError::None);
+  EXPECT_EQ(m_person.questions.filter("Go on").size(), 0);
+}
+
+/// The names that were shown are those that are written, however long the person looked at them.
+TEST_F(Live, NamesKeepTheTimeThatWasShown) {
+  setup().prefixFileName = "[YYYY]_";
+  SplitPlan shown = *planned().plan;
+  EXPECT_TRUE(shown.namesHoldTime);
+  shown.madeAt = shown.madeAt.addYears(-1);
+  for (PlannedOutput& output : shown.outputs) {
+    output.path.replace(QString::number(QDate::currentDate().year()) + "_",
+                        QString::number(shown.madeAt.date().year()) + "_");
+  }
+  EXPECT_EQ(planDifference(shown, *planned().plan), QString());
+  EXPECT_EQ(driver().StartProcessing(&shown), RunError::None);
+  EXPECT_EQ(m_person.questions.filter("Go on").size(), 0);
+  EXPECT_TRUE(QFile::exists(shown.outputs[0].path));
+}
