@@ -16,7 +16,7 @@ namespace folivex {
 namespace {
 
 constexpr std::size_t mostProposals = 3;
-constexpr int mostPlans = 24;
+constexpr int mostPlans = 16;
 
 /// Stands in for the person of the runs that are planned.
 class Nobody : public Operator {
@@ -101,6 +101,27 @@ void count(const SplitPlan& plan, SetupProposal& proposal) {
       }));
 }
 
+/// Two ways to the same documents and names are one to a person.
+QString resultOf(const SplitPlan& plan) {
+  QString result;
+  for (const PlannedOutput& output : plan.outputs) {
+    result += QStringLiteral("%1 %2|").arg(output.firstPage).arg(nameOf(output));
+  }
+  return result;
+}
+
+SetupProposal proposalOf(const Candidate& candidate, const SplitPlan& plan) {
+  SetupProposal proposal{candidate.setup, {}};
+  count(plan, proposal);
+  proposal.reason =
+      QStringLiteral("%1 %2 documents%3")
+          .arg(candidate.reason, QString::number(proposal.documents), candidate.furtherReason);
+  proposal.sure =
+      candidate.mayBeSure && proposal.collisions == 0 && proposal.documents > 2 &&
+      proposal.pagesLeft - candidate.leading <= (candidate.sheets > 0 ? proposal.documents : 0);
+  return proposal;
+}
+
 } // namespace
 
 void countPlan(const WordTable& table, SetupProposal& proposal,
@@ -113,6 +134,7 @@ std::vector<SetupProposal> proposeSetups(const WordTable& table, const SplitSetu
   const PageSample sample(table);
   std::vector<SetupProposal> proposals;
   QSet<int> families;
+  QSet<QString> results;
   int plans = 0;
   for (const Candidate& candidate : findCandidates(sample, base)) {
     if (proposals.size() == mostProposals || plans == mostPlans || !isWanted()) {
@@ -127,15 +149,15 @@ std::vector<SetupProposal> proposeSetups(const WordTable& table, const SplitSetu
       continue;
     }
     families.insert(candidate.family);
-    if (table.pageCount() > sample.pageCount()) {
-      plan = planned(table, candidate.setup, table.pageCount(), isWanted);
+    if (const QString result = resultOf(plan); !results.contains(result)) {
+      results.insert(result);
+      if (table.pageCount() > sample.pageCount()) {
+        plan = planned(table, candidate.setup, table.pageCount(), isWanted);
+      }
+      Candidate found = candidate;
+      fillMailSearch(sample, found);
+      proposals.push_back(proposalOf(found, plan));
     }
-    SetupProposal proposal{candidate.setup, candidate.reason};
-    count(plan, proposal);
-    proposal.sure =
-        candidate.mayBeSure && proposal.collisions == 0 && proposal.documents > 2 &&
-        proposal.pagesLeft - candidate.leading <= (candidate.sheets > 0 ? proposal.documents : 0);
-    proposals.push_back(std::move(proposal));
   }
   return isWanted() ? proposals : std::vector<SetupProposal>();
 }

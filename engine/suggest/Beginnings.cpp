@@ -11,7 +11,10 @@ namespace folivex {
 
 namespace {
 
-constexpr std::size_t mostBeginnings = 12;
+constexpr std::size_t mostBeginnings = 8;
+
+/// Where values stand is seen on some pages as well as on all.
+constexpr std::size_t mostPagesOfValues = 250;
 
 /// Of a value that names documents well.
 constexpr double goodValue = 3;
@@ -20,6 +23,11 @@ bool isDistinct(const ValuePlace& value) {
   const QSet<QString> distinct(value.texts.begin(), value.texts.end());
   return !distinct.contains(QString()) &&
          distinct.size() == static_cast<qsizetype>(value.texts.size());
+}
+
+std::vector<int> firstOf(const std::vector<int>& pages) {
+  const std::size_t count = std::min(pages.size(), mostPagesOfValues);
+  return {pages.begin(), pages.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
 std::vector<int> filledPages(const PageSample& sample) {
@@ -69,6 +77,12 @@ std::optional<std::vector<int>> changesOf(ValuePlace& value, const std::vector<i
   return changes;
 }
 
+void sort(std::vector<Beginnings>& all) {
+  std::stable_sort(all.begin(), all.end(), [](const Beginnings& a, const Beginnings& b) {
+    return std::make_pair(-a.evidence, a.pages) < std::make_pair(-b.evidence, b.pages);
+  });
+}
+
 class BeginningsFinder {
 public:
   BeginningsFinder(const PageSample& sample, const PageNumbers& numbers)
@@ -84,7 +98,8 @@ private:
   void takeRuns();
   void takeBookmarks();
   void takeGroups();
-  void lookFor(Beginnings& beginnings) const;
+  void lookAt(Beginnings& beginnings) const;
+  void findNames(Beginnings& beginnings) const;
   bool areSeparators(const Beginnings& beginnings) const;
   void weigh(Beginnings& beginnings) const;
   bool contradictsNumbers(const Beginnings& beginnings) const;
@@ -106,11 +121,16 @@ Beginnings& BeginningsFinder::at(const std::vector<int>& pages) {
 }
 
 void BeginningsFinder::takeRuns() {
-  const int missing = static_cast<int>(m_filled.size()) / 10;
-  for (ValuePlace& value : findValues(m_sample, m_filled, missing)) {
-    if (countsPages(value, m_filled)) {
+  constexpr int mostRuns = 12;
+  const std::vector<int> pages = firstOf(m_filled);
+  int tried = 0;
+  for (ValuePlace& value : findValues(m_sample, pages, static_cast<int>(pages.size()) / 10)) {
+    ValuePlace some = value;
+    if (value.kind == ValuePlace::Kind::BesideLabel || countsPages(value, pages) ||
+        !changesOf(some, pages) || ++tried > mostRuns) {
       continue;
     }
+    value.texts = textsOf(m_sample, value, m_filled);
     if (const auto changes = changesOf(value, m_filled); changes && changes->size() > 1) {
       m_hasGoodRuns = m_hasGoodRuns || value.worth >= goodValue;
       at(*changes).runs.push_back(std::move(value));
@@ -171,12 +191,16 @@ bool BeginningsFinder::areSeparators(const Beginnings& beginnings) const {
          (all - words) / others > 3 * words / beginnings.pages.size();
 }
 
-void BeginningsFinder::lookFor(Beginnings& beginnings) const {
+void BeginningsFinder::lookAt(Beginnings& beginnings) const {
   beginnings.separators = !beginnings.onEveryPage && areSeparators(beginnings);
   beginnings.byNumbers = m_numbers.anew && m_numbers.anew->firstPages == beginnings.pages;
-  beginnings.values = findValues(m_sample, beginnings.pages, 0);
+}
+
+void BeginningsFinder::findNames(Beginnings& beginnings) const {
+  const std::vector<int> pages = firstOf(beginnings.pages);
+  beginnings.values = findValues(m_sample, pages, 0);
   std::erase_if(beginnings.values, [&](const ValuePlace& value) {
-    return !isDistinct(value) || countsPages(value, beginnings.pages);
+    return !isDistinct(value) || countsPages(value, pages);
   });
 }
 
@@ -194,6 +218,7 @@ bool BeginningsFinder::contradictsNumbers(const Beginnings& beginnings) const {
 void BeginningsFinder::weigh(Beginnings& beginnings) const {
   double& evidence = beginnings.evidence;
   int& kinds = beginnings.kindsOfEvidence;
+  evidence = kinds = 0;
   const auto speaks = [&](bool is, double worth) {
     evidence += is ? worth : 0;
     kinds += is ? 1 : 0;
@@ -245,14 +270,17 @@ std::vector<Beginnings> BeginningsFinder::find() {
   takeGroups();
   std::vector<Beginnings> all;
   for (auto& [set, beginnings] : m_found) {
-    lookFor(beginnings);
+    lookAt(beginnings);
     weigh(beginnings);
     all.push_back(std::move(beginnings));
   }
-  std::stable_sort(all.begin(), all.end(), [](const Beginnings& a, const Beginnings& b) {
-    return std::make_pair(-a.evidence, a.pages) < std::make_pair(-b.evidence, b.pages);
-  });
+  sort(all);
   all.resize(std::min(all.size(), mostBeginnings));
+  for (Beginnings& beginnings : all) {
+    findNames(beginnings);
+    weigh(beginnings);
+  }
+  sort(all);
   return all;
 }
 

@@ -18,9 +18,9 @@ struct Beginnings {
   bool byNumbers = false;         ///< page numbers begin anew here
   std::optional<int> byBookmarks; ///< of this level
   bool separators = false;        ///< the pages are sheets between the documents
-  /// Stand on all pages, and change here and nowhere else. Their texts are those of `pages`.
+  /// Stand on all pages, and change here and nowhere else.
   std::vector<ValuePlace> runs;
-  std::vector<ValuePlace> values; ///< of these pages
+  std::vector<ValuePlace> values; ///< of these pages; texts of the first of them only
   double evidence = 0;
   int kindsOfEvidence = 0; ///< that do not depend on each other
 };

@@ -16,10 +16,12 @@ struct Candidate {
   std::vector<QString> names;  ///< of the documents; empty when they are only numbered
   int leading = 0;             ///< pages before the first document
   int sheets = 0;              ///< pages that are separators
-  QString reason;              ///< one sentence
-  double worth = 0;            ///< likelier ones have more
-  bool mayBeSure = false;      ///< enough speaks for it, when the plan is as it must be
-  int family = 0; ///< of one family only the first whose plan is as it must be is of use
+  // One sentence, with the number of documents between the two.
+  QString reason;
+  QString furtherReason;
+  double worth = 0;       ///< likelier ones have more
+  bool mayBeSure = false; ///< enough speaks for it, when the plan is as it must be
+  int family = 0;         ///< of one family only the first whose plan is as it must be is of use
 };
 
 } // namespace folivex

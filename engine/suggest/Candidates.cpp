@@ -1,5 +1,6 @@
 #include "engine/suggest/Candidates.h"
 
+#include "engine/suggest/MailPlace.h"
 #include "engine/suggest/SetupMaker.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@ constexpr std::size_t mostValuesTried = 4;
 /// Enough to say so without a doubt, and to say so at all; found by trial over piles of many kinds.
 constexpr double sureEvidence = 5;
 constexpr double leastEvidence = 1;
+/// Of a value, for names that nobody has to look at.
+constexpr double goodName = 2.5;
 
 class CandidateList {
 public:
@@ -24,7 +27,7 @@ public:
   std::vector<Candidate> take();
 
 private:
-  void addFamily(std::vector<Candidate> made, double worth);
+  void addFamily(std::vector<Candidate> made, double worth, bool isWellNamed = true);
 
   const PageSample& m_sample;
   const PageNumbers& m_numbers;
@@ -33,12 +36,12 @@ private:
   int m_family = 0;
 };
 
-void CandidateList::addFamily(std::vector<Candidate> made, double worth) {
+void CandidateList::addFamily(std::vector<Candidate> made, double worth, bool isWellNamed) {
   ++m_family;
   for (Candidate& candidate : made) {
     candidate.family = m_family;
     candidate.worth = worth;
-    candidate.mayBeSure = m_beginnings->evidence >= sureEvidence &&
+    candidate.mayBeSure = isWellNamed && m_beginnings->evidence >= sureEvidence &&
                           m_beginnings->kindsOfEvidence > 1 && !m_numbers.runThrough;
     m_all.push_back(std::move(candidate));
   }
@@ -50,7 +53,7 @@ void CandidateList::add(const Beginnings& beginnings, const SplitSetup& base) {
   const double evidence = beginnings.evidence;
   const auto addBest = [&](const std::vector<ValuePlace>& values, auto make) {
     for (std::size_t i = 0; i < std::min(values.size(), mostValuesTried); ++i) {
-      addFamily(make(values[i]), evidence + 0.5 * values[i].worth);
+      addFamily(make(values[i]), evidence + 0.5 * values[i].worth, values[i].worth >= goodName);
     }
   };
   if (beginnings.byBookmarks) {
@@ -68,6 +71,22 @@ std::vector<Candidate> CandidateList::take() {
 }
 
 } // namespace
+
+void fillMailSearch(const PageSample& sample, Candidate& candidate) {
+  const std::optional<MailPlace> place = findMailPlace(sample, candidate.firstPages);
+  if (!place) {
+    return;
+  }
+  SplitSetup& setup = candidate.setup;
+  setup.emailMatchVert = place->v;
+  setup.emailMatchVertTo = place->highV;
+  setup.emailMatchHorizFrom = place->h;
+  setup.emailMatchHorizTo = place->highH;
+  setup.emailHorizAfterText.clear();
+  setup.emailHorizBeforeText.clear();
+  candidate.furtherReason +=
+      QStringLiteral("; each has an e-mail address near h %1 v %2").arg(place->h).arg(place->v);
+}
 
 std::vector<Candidate> findCandidates(const PageSample& sample, const SplitSetup& base) {
   const PageNumbers numbers = findPageNumbers(sample);

@@ -25,7 +25,7 @@ using PageSet = std::uint64_t;
 
 class PageSample {
 public:
-  static constexpr int mostPages = 2000;
+  static constexpr int mostPages = 1000;
 
   /// Takes the pages of the table that are there, from the first on. The table must outlive this.
   explicit PageSample(const WordTable& table);

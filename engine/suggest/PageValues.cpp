@@ -43,16 +43,35 @@ std::vector<std::uint64_t> atLeast(const Counts& counts, int pages, std::size_t 
 void startAt(ValuePlace& place, const SampleWord& value) {
   place.h = place.highH = value.h;
   place.rawH = place.highRawH = value.rawH;
-  place.v = value.v;
+  place.v = place.highV = value.v;
 }
 
 void reachTo(ValuePlace& place, const SampleWord& value) {
   place.valueMoves = place.valueMoves || place.v != value.v;
+  place.v = std::min(place.v, value.v);
+  place.highV = std::max(place.highV, value.v);
   place.h = std::min(place.h, value.h);
   place.highH = std::max(place.highH, value.h);
   place.rawH = std::min(place.rawH, value.rawH);
   place.highRawH = std::max(place.highRawH, value.rawH);
 }
+
+bool hasDigit(const QString& text) {
+  return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+}
+
+/// "4711 0815 42"
+bool areNumbersOfWords(const std::vector<QString>& texts) {
+  const qsizetype words = texts.front().count(u' ');
+  return words > 0 && std::all_of(texts.begin(), texts.end(), [words](const QString& text) {
+           return text.count(u' ') == words && std::all_of(text.begin(), text.end(), [](QChar c) {
+                    return c.isDigit() || c == u' ';
+                  });
+         });
+}
+
+/// Points by which words of a line may stand above or below each other in recognised text.
+constexpr int unevenPrint = 3;
 
 /// Walks the pages that values are looked for on, once for each kind of place.
 class Finder {
@@ -86,11 +105,17 @@ std::vector<ValuePlace> Finder::find() {
 }
 
 void Finder::add(ValuePlace&& place) {
-  const bool hasLabel = place.kind != ValuePlace::Kind::AtPlace;
-  const bool endsWithColon = hasLabel && m_sample.text(place.label).endsWith(u':');
-  place.worth = worthOf(place.texts, hasLabel, endsWithColon);
-  if (place.kind == ValuePlace::Kind::LineOfLabel) {
-    place.worth -= 0.5; // one word is found again more surely than a line
+  if (place.hasLabel() && hasDigit(m_sample.text(place.label).toString())) {
+    return; // a label says what the value is
+  }
+  const bool endsWithColon = place.hasLabel() && m_sample.text(place.label).endsWith(u':');
+  place.worth = worthOf(place.texts, place.hasLabel() || place.head != noText, endsWithColon);
+  if (place.isLine()) {
+    // One word is found again more surely than a line, but a part of a number is none.
+    place.worth += areNumbersOfWords(place.texts) ? 0.5 : -0.5;
+  }
+  if (place.highStep - place.lowStep > unevenPrint) {
+    place.worth -= 2; // on some pages another word comes between
   }
   if (place.before != noText) {
     place.worth -= 0.2;
@@ -125,6 +150,36 @@ void Finder::behindLabels() {
   takeBehind(labels);
 }
 
+/// How far a word reaches to the next one, for each of its letters and the blank.
+double stepOf(const PageSample& sample, const SampleWord& word, const SampleWord& next) {
+  return (next.h - word.h) / (1.0 + static_cast<double>(sample.text(word.text).size()));
+}
+
+/// Words of the line, up to a gap that no blank has. `gap` gets the h of what stands behind it.
+QString lineFrom(const PageSample& sample, std::span<const SampleWord> words, int& gap) {
+  constexpr double widestStep = 14; // of a headline
+  constexpr double narrowestStep = 9;
+  constexpr double widening = 2.5;
+  std::size_t count = words.empty() ? 0 : 1;
+  double least = widestStep;
+  for (; count < words.size() && words[count].v == words[0].v; ++count) {
+    least = std::min(least, std::max(1.0, stepOf(sample, words[count - 1], words[count])));
+  }
+  QString line;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i > 0) {
+      const double step = stepOf(sample, words[i - 1], words[i]);
+      if (step > widestStep || (step > narrowestStep && step > widening * least)) {
+        gap = gap == 0 ? words[i].h : std::min(gap, words[i].h);
+        break;
+      }
+      line += QStringLiteral(" ");
+    }
+    line += sample.text(words[i].text);
+  }
+  return line;
+}
+
 /// What stands behind labels, page by page.
 class BehindLabels {
 public:
@@ -134,6 +189,7 @@ public:
 
   std::vector<ValuePlace> next;
   std::vector<ValuePlace> lines;
+  std::vector<ValuePlace> beside;
 
 private:
   void take(std::uint64_t key, std::size_t index, std::span<const SampleWord> words, std::size_t i);
@@ -153,7 +209,24 @@ BehindLabels::BehindLabels(const PageSample& sample, const std::vector<std::uint
     next[i].before = before == 0 ? noText : static_cast<TextId>(before - 1);
     next[i].texts.resize(pages);
   }
-  lines = next;
+  lines = beside = next;
+}
+
+const SampleWord* nextToTheRight(std::span<const SampleWord> words, std::size_t of) {
+  const SampleWord& label = words[of];
+  const SampleWord* found = nullptr;
+  const auto look = [&](const SampleWord& word) {
+    if (word.rawH > label.rawH && (found == nullptr || word.rawH < found->rawH)) {
+      found = &word;
+    }
+  };
+  for (std::size_t i = of; i-- > 0 && words[i].v >= label.v - unevenPrint;) {
+    look(words[i]);
+  }
+  for (std::size_t i = of + 1; i < words.size() && words[i].v <= label.v + unevenPrint; ++i) {
+    look(words[i]);
+  }
+  return found;
 }
 
 void BehindLabels::takePage(std::size_t index, std::span<const SampleWord> words) {
@@ -177,15 +250,23 @@ void BehindLabels::take(std::uint64_t key, std::size_t index, std::span<const Sa
     place.labelH = words[i].h;
     place.labelV = words[i].v;
     startAt(place, value);
+    place.lowStep = place.highStep = value.v - words[i].v;
   }
+  place.lowStep = std::min(place.lowStep, value.v - words[i].v);
+  place.highStep = std::max(place.highStep, value.v - words[i].v);
   place.labelMoves = place.labelMoves || place.labelH != words[i].h || place.labelV != words[i].v;
   reachTo(place, value);
   place.texts[index] = m_sample.text(value.text).toString();
-  QString& line = lines[found->second].texts[index];
-  for (std::size_t j = i + 1; j < words.size() && words[j].v == value.v; ++j) {
-    line += line.isEmpty() ? QString() : QStringLiteral(" ");
-    line += m_sample.text(words[j].text);
+  if (const SampleWord* const right = nextToTheRight(words, i)) {
+    ValuePlace& other = beside[found->second];
+    if (other.h == 0 && other.v == 0) {
+      startAt(other, *right);
+    }
+    reachTo(other, *right);
+    other.texts[index] = m_sample.text(right->text).toString();
   }
+  ValuePlace& line = lines[found->second];
+  line.texts[index] = lineFrom(m_sample, words.subspan(i + 1), line.lineEndsBefore);
 }
 
 void Finder::takeBehind(const std::vector<std::uint64_t>& labels) {
@@ -198,10 +279,29 @@ void Finder::takeBehind(const std::vector<std::uint64_t>& labels) {
       ValuePlace line = behind.next[i];
       line.kind = ValuePlace::Kind::LineOfLabel;
       line.texts = std::move(behind.lines[i].texts);
+      line.lineEndsBefore = behind.lines[i].lineEndsBefore;
       add(std::move(line));
+    }
+    if (behind.beside[i].texts != behind.next[i].texts) {
+      behind.beside[i].kind = ValuePlace::Kind::BesideLabel;
+      add(std::move(behind.beside[i]));
     }
     add(std::move(behind.next[i]));
   }
+}
+
+/// The word that stands above another one as the head of a column does.
+TextId headOf(std::span<const SampleWord> words, std::size_t of) {
+  constexpr int nearest = 7;
+  constexpr int farthest = 22;
+  constexpr int aside = 2;
+  const SampleWord& value = words[of];
+  for (std::size_t i = of; i-- > 0 && words[i].v >= value.v - farthest;) {
+    if (words[i].v <= value.v - nearest && std::abs(words[i].h - value.h) <= aside) {
+      return words[i].text;
+    }
+  }
+  return noText;
 }
 
 /// Places at which all pages have a word.
@@ -217,20 +317,36 @@ void Finder::atPlaces() {
   }
   const std::vector<std::uint64_t> keys = atLeast(counts, m_fewest, mostPlaces);
   std::vector<ValuePlace> places(keys.size());
+  std::vector<ValuePlace> lines(keys.size());
   for (std::size_t p = 0; p < m_pages.size(); ++p) {
-    for (const SampleWord& word : m_sample.page(m_pages[p])) {
+    const std::span<const SampleWord> words = m_sample.page(m_pages[p]);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      const SampleWord& word = words[i];
       const auto found = std::lower_bound(keys.begin(), keys.end(), keyOf(word));
       if (found == keys.end() || *found != keyOf(word)) {
         continue;
       }
-      ValuePlace& place = places[static_cast<std::size_t>(found - keys.begin())];
+      const auto index = static_cast<std::size_t>(found - keys.begin());
+      ValuePlace& place = places[index];
+      const TextId head = headOf(words, i);
+      place.head = place.texts.empty() || place.head == head ? head : noText;
       place.texts.resize(m_pages.size());
       startAt(place, word);
       place.texts[p] = m_sample.text(word.text).toString();
+      ValuePlace& line = lines[index];
+      line.texts.resize(m_pages.size());
+      line.texts[p] = lineFrom(m_sample, words.subspan(i), line.lineEndsBefore);
     }
   }
-  for (ValuePlace& place : places) {
-    add(std::move(place));
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (lines[i].texts != places[i].texts) {
+      ValuePlace line = places[i];
+      line.kind = ValuePlace::Kind::LineAtPlace;
+      line.texts = std::move(lines[i].texts);
+      line.lineEndsBefore = lines[i].lineEndsBefore;
+      add(std::move(line));
+    }
+    add(std::move(places[i]));
   }
 }
 
@@ -285,8 +401,10 @@ bool isRow(const QString& text) {
           }));
 }
 
-bool hasDigit(const QString& text) {
-  return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+/// Words with digits and words without, as a street and a house have.
+bool isMixed(const QString& text) {
+  const QStringList words = text.split(u' ');
+  return !std::all_of(words.begin(), words.end(), hasDigit);
 }
 
 /// Some words that begin with capitals, or in a script without them.
@@ -302,6 +420,7 @@ bool isProperName(const QString& text) {
 } // namespace
 
 double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithColon) {
+  constexpr int fewTexts = 100;
   QSet<QString> distinct;
   int filled = 0;
   int digits = 0;
@@ -310,6 +429,7 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
   int names = 0;
   int tiny = 0;
   int odd = 0;
+  int mixed = 0;
   qsizetype length = 0;
   for (const QString& text : texts) {
     if (text.isEmpty()) {
@@ -319,6 +439,7 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
     distinct.insert(text);
     length += text.size();
     digits += hasDigit(text) ? 1 : 0;
+    mixed += hasDigit(text) && isMixed(text) ? 1 : 0;
     dates += isDate(text) ? 1 : 0;
     amounts += isAmount(text) ? 1 : 0;
     names += isProperName(text) ? 1 : 0;
@@ -330,9 +451,13 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
     return 0;
   }
   double worth = (hasLabel ? 1.0 : 0.0) + (endsWithColon ? 1.0 : 0.0);
-  if (nearlyAll(digits)) {
+  if (mixed * 4 > filled) {
+    worth += 1.5;
+  } else if (nearlyAll(digits) && digits < filled && filled < fewTexts) {
+    worth -= 0.2; // the one that is none is not the number that was meant
+  } else if (nearlyAll(digits)) {
     constexpr double shortNumbers = 3.5; // of figures, chapters and quantities
-    worth += static_cast<double>(length) / filled > shortNumbers ? 3 : 2;
+    worth += static_cast<double>(length) / filled > shortNumbers ? 3 : 2.2;
   } else if (nearlyAll(names)) {
     worth += 2.5;
   }
@@ -342,6 +467,39 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
 std::vector<ValuePlace> findValues(const PageSample& sample, const std::vector<int>& pages,
                                    int mostMissing) {
   return Finder(sample, pages, mostMissing).find();
+}
+
+namespace {
+
+QString textOn(const PageSample& sample, const ValuePlace& value,
+               std::span<const SampleWord> words) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const SampleWord& word = words[i];
+    int gap = 0;
+    if (!value.hasLabel()) {
+      if (word.v == value.v && word.h >= value.h && word.h <= value.highH) {
+        return value.isLine() ? lineFrom(sample, words.subspan(i), gap)
+                              : sample.text(word.text).toString();
+      }
+    } else if (word.text == value.label && i + 1 < words.size() &&
+               (value.before == noText || (i > 0 && words[i - 1].text == value.before))) {
+      return value.isLine() ? lineFrom(sample, words.subspan(i + 1), gap)
+                            : sample.text(words[i + 1].text).toString();
+    }
+  }
+  return {};
+}
+
+} // namespace
+
+std::vector<QString> textsOf(const PageSample& sample, const ValuePlace& value,
+                             const std::vector<int>& pages) {
+  std::vector<QString> texts;
+  texts.reserve(pages.size());
+  for (const int page : pages) {
+    texts.push_back(textOn(sample, value, sample.page(page)));
+  }
+  return texts;
 }
 
 } // namespace folivex

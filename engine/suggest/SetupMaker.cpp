@@ -23,6 +23,12 @@ QString rangeText(int low, int high) {
   return low == high ? QString::number(low) : QStringLiteral("%1-%2").arg(low).arg(high);
 }
 
+void endLine(const ValuePlace& value, SplitSetup& setup) {
+  if (value.isLine() && value.lineEndsBefore > 0) {
+    setup.untilHHPosLessThan = value.lineEndsBefore;
+  }
+}
+
 /// Everything that decides about ranges and names is the proposal's.
 SplitSetup cleared(SplitSetup setup) {
   const SplitSetup defaults;
@@ -77,7 +83,7 @@ QString SetupMaker::labelOf(const ValuePlace& value) const {
   return value.before == noText ? last : m_sample.text(value.before).toString() + u' ' + last;
 }
 
-Candidate SetupMaker::candidate(const SplitSetup& setup, const QString& how,
+Candidate SetupMaker::candidate(const SplitSetup& setup, const Reason& reason,
                                 const std::vector<QString>& names) const {
   Candidate made;
   made.setup = setup;
@@ -90,26 +96,28 @@ Candidate SetupMaker::candidate(const SplitSetup& setup, const QString& how,
   }
   made.leading = m_beginnings.pages.front();
   made.names = names;
-  made.reason = how;
+  made.reason = reason.before;
+  made.furtherReason = reason.behind;
   return made;
 }
 
-QString SetupMaker::howItBegins(const SplitSetup& setup) const {
-  const qsizetype count = static_cast<qsizetype>(m_beginnings.pages.size());
-  QString how = setup.findString.isEmpty()
-                    ? QStringLiteral("a word at h %1 v %2 begins %3 documents")
-                          .arg(setup.matchPosH, setup.matchPosV)
-                          .arg(count)
-                    : QStringLiteral("\"%1\" begins %2 documents").arg(setup.findString).arg(count);
-  if (!setup.findString.isEmpty() && !setup.matchPosH.isEmpty()) {
-    how += QStringLiteral(", always near h %1 v %2").arg(setup.matchPosH, setup.matchPosV);
+SetupMaker::Reason SetupMaker::begins(const SplitSetup& setup, const QString& andNamed) const {
+  const bool byWord = !setup.findString.isEmpty();
+  Reason reason;
+  reason.before =
+      (byWord ? QStringLiteral("\"%1\"").arg(setup.findString)
+              : QStringLiteral("a word at h %1 v %2").arg(setup.matchPosH, setup.matchPosV)) +
+      QStringLiteral(" begins");
+  if (byWord && !setup.matchPosH.isEmpty()) {
+    reason.behind = QStringLiteral(", always near h %1 v %2").arg(setup.matchPosH, setup.matchPosV);
   }
   if (m_beginnings.separators) {
-    how += QStringLiteral(", on a sheet of its own that is left out");
+    reason.behind += QStringLiteral(", on a sheet of its own that is left out");
   } else if (m_beginnings.byNumbers) {
-    how += QStringLiteral(", where the page numbers begin anew");
+    reason.behind += QStringLiteral(", where the page numbers begin anew");
   }
-  return how;
+  reason.behind += QStringLiteral("; ") + andNamed;
+  return reason;
 }
 
 /// Ways to begin, without a name.
@@ -149,7 +157,9 @@ SplitSetup SetupMaker::atPlaceOf(const ValuePlace& value, bool unique) const {
   SplitSetup setup = m_base;
   set(setup, unique ? SplitMethod::MatchToNextUniqueMatchAtPosition
                     : SplitMethod::MatchToNextMatchAtPosition);
-  set(setup, FileNameMethod::PositionMatch);
+  // The word at the place counts as the line's first.
+  set(setup, value.isLine() ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::PositionMatch);
+  endLine(value, setup);
   setup.matchPosH = rangeText(value.h, value.highH);
   setup.matchPosV = QString::number(value.v);
   setup.otherSettingsRemoveText = commonLabel(value.texts);
@@ -158,18 +168,15 @@ SplitSetup SetupMaker::atPlaceOf(const ValuePlace& value, bool unique) const {
 
 std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
   std::vector<Candidate> made;
-  const qsizetype count = static_cast<qsizetype>(m_beginnings.pages.size());
   const auto add = [&](const SplitSetup& setup, const QString& what) {
-    made.push_back(
-        candidate(setup,
-                  QStringLiteral("%1 stands on every page and changes with each of %2 documents")
-                      .arg(what)
-                      .arg(count),
-                  value.texts));
+    made.push_back(candidate(
+        setup, {what + QStringLiteral(" stands on every page and changes with each of"), {}},
+        value.texts));
   };
-  if (value.kind != ValuePlace::Kind::AtPlace && canStandIn(labelOf(value))) {
+  if (value.hasLabel() && canStandIn(labelOf(value))) {
     SplitSetup setup = m_base;
-    const bool isLine = value.kind == ValuePlace::Kind::LineOfLabel;
+    const bool isLine = value.isLine();
+    endLine(value, setup);
     const QString what = QStringLiteral("what follows \"%1\"").arg(labelOf(value));
     setup.findString = labelOf(value);
     set(setup, isLine ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::NextWord);
@@ -182,7 +189,7 @@ std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
       add(setup, what);
     }
   }
-  if (value.kind != ValuePlace::Kind::LineOfLabel && !value.valueMoves) {
+  if ((!value.isLine() || !value.hasLabel()) && !value.valueMoves) {
     add(atPlaceOf(value, true),
         QStringLiteral("the word at h %1 v %2").arg(rangeText(value.h, value.highH)).arg(value.v));
   }
@@ -191,10 +198,12 @@ std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
 
 void SetupMaker::nameAfterText(const ValuePlace& value, SplitSetup setup,
                                std::vector<Candidate>& made) const {
-  if (value.kind == ValuePlace::Kind::AtPlace || !canStandIn(labelOf(value))) {
+  if (!value.hasLabel() || value.kind == ValuePlace::Kind::BesideLabel ||
+      !canStandIn(labelOf(value))) {
     return;
   }
-  const bool isLine = value.kind == ValuePlace::Kind::LineOfLabel;
+  const bool isLine = value.isLine();
+  endLine(value, setup);
   const bool isSame = setup.findString == labelOf(value);
   if (isSame) {
     set(setup, isLine ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::NextWord);
@@ -205,16 +214,16 @@ void SetupMaker::nameAfterText(const ValuePlace& value, SplitSetup setup,
   setup.otherSettingsRemoveText = commonLabel(value.texts);
   made.push_back(
       candidate(setup,
-                howItBegins(setup) +
-                    (isSame ? QStringLiteral("; what follows it")
-                            : QStringLiteral("; what follows \"%1\"").arg(labelOf(value))) +
-                    QStringLiteral(" is different each time"),
+                begins(setup, (isSame ? QStringLiteral("what follows it")
+                                      : QStringLiteral("what follows \"%1\"").arg(labelOf(value))) +
+                                  QStringLiteral(" is different each time")),
                 value.texts));
 }
 
 void SetupMaker::nameByPlace(const ValuePlace& value, SplitSetup setup,
                              std::vector<Candidate>& made) const {
-  if (value.kind == ValuePlace::Kind::LineOfLabel || value.valueMoves || value.rawH < 0 ||
+  constexpr int farthest = 8; // more, and other words stand there too
+  if (value.isLine() || value.highV - value.v > farthest || value.rawH < 0 ||
       !commonLabel(value.texts).isEmpty()) {
     return;
   }
@@ -222,14 +231,14 @@ void SetupMaker::nameByPlace(const ValuePlace& value, SplitSetup setup,
   set(setup, FileNameMethod::MatchedWord);
   setup.anyCharOfWord = QStringLiteral("[char>0");
   const QString place =
-      QStringLiteral("%1,%2").arg(rangeText(value.rawH, value.highRawH)).arg(value.v);
+      rangeText(value.rawH, value.highRawH) + u',' + rangeText(value.v, value.highV);
   setup.prefixFileName = QStringLiteral("[POS%1]").arg(place);
-  made.push_back(candidate(setup,
-                           howItBegins(setup) +
-                               QStringLiteral("; the word at h %1 v %2 is different each time")
-                                   .arg(rangeText(value.rawH, value.highRawH))
-                                   .arg(value.v),
-                           value.texts));
+  made.push_back(
+      candidate(setup,
+                begins(setup, QStringLiteral("the word at h %1 v %2 is different each time")
+                                  .arg(rangeText(value.rawH, value.highRawH))
+                                  .arg(value.v)),
+                value.texts));
 }
 
 std::vector<Candidate> SetupMaker::ofValue(const ValuePlace& value) const {
@@ -237,7 +246,7 @@ std::vector<Candidate> SetupMaker::ofValue(const ValuePlace& value) const {
   const auto isLabel = [&](const Anchor& anchor) {
     return value.before == noText && anchor.text == value.label;
   };
-  if (value.kind != ValuePlace::Kind::AtPlace) {
+  if (value.hasLabel()) {
     const QString label = labelOf(value);
     const auto anchor =
         std::find_if(m_beginnings.anchors.begin(), m_beginnings.anchors.end(), isLabel);
@@ -257,10 +266,10 @@ std::vector<Candidate> SetupMaker::ofValue(const ValuePlace& value) const {
   for (const SplitSetup& setup : beginSetups()) {
     nameAfterText(value, setup, made);
   }
-  if (value.kind == ValuePlace::Kind::AtPlace) {
+  if (!value.hasLabel()) {
     const SplitSetup setup = atPlaceOf(value, false);
-    made.push_back(candidate(
-        setup, howItBegins(setup) + QStringLiteral("; it is different each time"), value.texts));
+    made.push_back(
+        candidate(setup, begins(setup, QStringLiteral("it is different each time")), value.texts));
   }
   for (const SplitSetup& setup : beginSetups()) {
     nameByPlace(value, setup, made);
@@ -281,11 +290,7 @@ std::vector<Candidate> SetupMaker::ofBookmarks() const {
       names.push_back(bookmark.title);
     }
   }
-  return {candidate(setup,
-                    QStringLiteral("a bookmark stands at the beginning of each of %1 documents and "
-                                   "names it")
-                        .arg(m_beginnings.pages.size()),
-                    names)};
+  return {candidate(setup, {QStringLiteral("a bookmark begins and names each of"), {}}, names)};
 }
 
 std::vector<Candidate> SetupMaker::unnamed() const {
@@ -294,8 +299,7 @@ std::vector<Candidate> SetupMaker::unnamed() const {
     set(setup, FileNameMethod::PageStartEnd);
     setup.prefixFileName = QStringLiteral("pages_");
     made.push_back(candidate(
-        setup, howItBegins(setup) + QStringLiteral("; no value names them, so their pages do"),
-        {}));
+        setup, begins(setup, QStringLiteral("no value names them, so their pages do")), {}));
   }
   return made;
 }

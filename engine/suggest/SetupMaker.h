@@ -21,13 +21,18 @@ public:
   std::vector<Candidate> unnamed() const;
 
 private:
-  Candidate candidate(const SplitSetup& setup, const QString& how,
+  struct Reason {
+    QString before; ///< the number of documents
+    QString behind;
+  };
+
+  Candidate candidate(const SplitSetup& setup, const Reason& reason,
                       const std::vector<QString>& names) const;
   std::vector<SplitSetup> beginSetups() const;
   SplitSetup atPlaceOf(const ValuePlace& value, bool unique) const;
   bool canStandIn(const QString& text) const;
   QString labelOf(const ValuePlace& value) const;
-  QString howItBegins(const SplitSetup& setup) const;
+  Reason begins(const SplitSetup& setup, const QString& andNamed) const;
   void nameAfterText(const ValuePlace& value, SplitSetup setup, std::vector<Candidate>& made) const;
   void nameByPlace(const ValuePlace& value, SplitSetup setup, std::vector<Candidate>& made) const;
 

@@ -63,6 +63,27 @@ def holder(writer, paper, page):
     writer.pile.text(writer.pile.width / 2, 260, paper.person, 22, "Serif", align="centre")
 
 
+def hashed(writer, paper, page):
+    writer.pile.text(57, 100, f"{writer.label} #{paper.number} {writer.tongue.date} {writer.issued}")
+
+
+def starred(writer, paper, page):
+    writer.pile.text(380, 56, f"*{paper.number}*", 9, "Mono")
+
+
+def in_running_head(writer, paper, page):
+    writer.pile.text(57, 84, f"{writer.title}, {paper.number}, {writer.tongue.date} {writer.issued}", 8)
+
+
+def in_address(writer, paper, page):
+    writer.pile.text(57, 115, paper.person, 10)
+    writer.pile.text(57, 128, f"{writer.dice.between(1, 99)} {writer.dice.pick(writer.tongue.last.split())}", 10)
+
+
+def above_address(writer, paper, page):
+    writer.pile.text(57, 100, f"{paper.number} / {writer.issued}", 7)
+
+
 def in_prose_later(writer, paper, page, top):
     if page > 1:
         writer.pile.text(57, top, f"{writer.tongue.prose.split()[2]} {writer.label} "
@@ -125,6 +146,9 @@ class Kind:
     cover: bool = False
     wide: bool = False
     same_persons: bool = False
+    jitter: int = 0  # points by which each text is off its place, as text recognition leaves it
+    few: bool = False  # papers
+    late_numbers: bool = False  # page numbers from the second page on
     extra: Optional[Callable] = None
 
 
@@ -173,5 +197,18 @@ KINDS = [
     Kind("report, bookmarks in two levels", "de", every=None, bookmarks="levels", names=person, pages=(2, 5), **BARE),
     Kind("scan, separator sheets", "en", every=None, separator="plain", names=any_name, letterhead=False, **BARE),
     Kind("scan, numbered separator sheets", "de", every=None, separator="numbered", letterhead=False, **BARE),
+    Kind("order, hash before the number", "en", place=hashed, colon=""),
+    Kind("order, starred number at the head", "pl", place=starred, every=True),
+    Kind("order, number in a running head", "it", place=in_running_head, every=True),
+    Kind("order, numbers of several words", "fr", place=close, number="grouped", marks="x of y"),
+    Kind("order, page numbers from the second on", "de", marks="number", late_numbers=True),
+    Kind("order, three papers", "es", few=True, marks="x of y"),
+    Kind("order, three papers, no page numbers", "tr", few=True, person=True, names=number_or_person),
+    Kind("letter, name in the address only", "fr", place=in_address, names=person, table=False, address=False),
+    Kind("letter, number above the address", "de", place=above_address, table=False),
+    Kind("recognised, label of first pages", "en", jitter=1, marks="x of y"),
+    Kind("recognised, label of all pages", "es", place=close, every=True, jitter=1),
+    Kind("recognised, number alone on all pages", "it", place=bare, every=True, jitter=1, **BARE),
+    Kind("recognised, no page numbers", "pl", place=close, jitter=1, table=False),
     Kind("statement with mail addresses", "en", pages=(1, 4), extra=mailed, marks="number"),
 ]

@@ -26,23 +26,25 @@ class Writer:
         dice = self.dice
         shift = (dice.below(12), dice.below(16))
         face = dice.pick([face for face in FACES if face != "Bold"])
-        self.pile = Pile(path, kind.wide, self.tongue.right_to_left, face, shift)
+        self.pile = Pile(path, kind.wide, self.tongue.right_to_left, face, shift,
+                         lambda: dice.between(0, 10 * kind.jitter) / 10)
         self.label = dice.pick(self.tongue.number) + kind.colon
         self.person_label = dice.pick(self.tongue.person) + ":"
         self.title = dice.pick(self.tongue.titles)
         self.firm = f"{dice.pick(self.tongue.last.split())} & {dice.pick(self.tongue.last.split())}"
-        self.facts_left, self.facts_top = dice.between(300, 350), dice.between(110, 130)
+        self.facts_left, self.facts_top = dice.between(300, 350), dice.between(104, 122)
         self.size = dice.between(8, 10)
         self.issued = f"{dice.between(1, 28):02}.{dice.between(1, 12):02}.2026"
 
     def papers(self):
         dice, kind = self.dice, self.kind
-        count = dice.between(9, 24)
+        count = 3 if kind.few else dice.between(9, 24)
         shape = dice.pick(["digits", "prefixed", "parted"]) if kind.number == "any" else kind.number
         make = {
             "digits": lambda: dice.digits(6),
             "short": lambda: dice.digits(dice.between(2, 7)),
             "prefixed": lambda: "RV" + dice.digits(5),
+            "grouped": lambda: f"{dice.digits(4)} {dice.digits(4)} {dice.digits(2)}",
             "parted": lambda: f"{dice.digits(3)}-{dice.digits(4)}",
         }[shape]
         numbers = dice.distinct(count, make)
@@ -121,6 +123,8 @@ class Writer:
 
     def marks(self, paper, page):
         kind, pile = self.kind, self.pile
+        if kind.late_numbers and page == 1:
+            return
         if kind.marks == "x of y":
             pile.text(RIGHT, 800, self.tongue.page.format(page, paper.pages), 8, align="right")
         elif kind.marks == "x of y above":

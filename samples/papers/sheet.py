@@ -34,19 +34,20 @@ def visual(text):
 class Pile:
     """The file that all papers go into."""
 
-    def __init__(self, path, wide=False, right_to_left=False, face="Sans", shift=(0, 0)):
+    def __init__(self, path, wide=False, right_to_left=False, face="Sans", shift=(0, 0), jitter=None):
         self.width, self.height = landscape(A4) if wide else A4
         self.canvas = Canvas(str(path), pagesize=(self.width, self.height), invariant=1, pageCompression=1)
         self.right_to_left = right_to_left
         self.face = face
         self.shift = shift
+        self.jitter = jitter or (lambda: 0)
         self.page = 0
 
     def text(self, x, top, text, size=9, face=None, align="left"):
         """`x` from the edge where lines begin, `top` from the page's top."""
         canvas = self.canvas
         canvas.setFont(face or self.face, size)
-        x, y = x + self.shift[0], self.height - top - self.shift[1]
+        x, y = x + self.shift[0] + self.jitter(), self.height - top - self.shift[1] + self.jitter()
         if self.right_to_left:
             text, x = visual(text), self.width - x
             align = {"left": "right", "right": "left"}.get(align, align)

@@ -22,6 +22,12 @@ TEST_F(ProgramSuggest, WritesASetupThatSplitsAsItSaid) {
   const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther;
   EXPECT_FALSE(QFileInfo(target).permissions() & others);
 
+  SetupStore store;
+  ASSERT_TRUE(store.LoadSetup(target).ok());
+  setup = store.working();
+  EXPECT_EQ(setup.emailMatchVert, setup.emailMatchVertTo) << "one address a statement, on one line";
+  EXPECT_FALSE(setup.emailEnable);
+
   const ProgramRun plan = place.run({"-u" + target, "--plan=csv", pdf});
   EXPECT_EQ(plan.out.count('\n'), 13) << plan.out.data();
   EXPECT_TRUE(plan.out.contains("/10472.pdf,"));

@@ -1,0 +1,24 @@
+// MailPlace: where the pages of a file have the e-mail address of each document.
+#pragma once
+
+#include "engine/suggest/PageSample.h"
+
+#include <optional>
+#include <vector>
+
+namespace folivex {
+
+/// Holds an address on the first page of each document, nearly always another one, and no second
+/// one there. Points, inclusive.
+struct MailPlace {
+  int h = 0;
+  int highH = 0;
+  int v = 0;
+  int highV = 0;
+};
+
+/// `firstPages`: of the documents, from 0.
+std::optional<MailPlace> findMailPlace(const PageSample& sample,
+                                       const std::vector<int>& firstPages);
+
+} // namespace folivex
