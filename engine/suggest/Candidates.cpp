@@ -53,7 +53,9 @@ void CandidateList::add(const Beginnings& beginnings, const SplitSetup& base) {
   const double evidence = beginnings.evidence;
   const auto addBest = [&](const std::vector<ValuePlace>& values, auto make) {
     for (std::size_t i = 0; i < std::min(values.size(), mostValuesTried); ++i) {
-      addFamily(make(values[i]), evidence + 0.5 * values[i].worth, values[i].worth >= goodName);
+      const bool isGood = values[i].worth >= goodName;
+      const double naming = isGood ? values[i].worth : values[i].worth - goodName;
+      addFamily(make(values[i]), evidence + 0.5 * naming, isGood);
     }
   };
   if (beginnings.byBookmarks) {
