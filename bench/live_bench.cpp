@@ -1,0 +1,95 @@
+// live_bench FILE: reads a file as the window does, plans it, and plans it again after a change.
+#include "engine/job/LivePlan.h"
+#include "engine/setup/FileNameMethod.h"
+#include "engine/setup/SplitMethod.h"
+#include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/WordTable.h"
+
+#include <QCoreApplication>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+
+using namespace folivex;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::time_point since) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+}
+
+class Bench {
+public:
+  explicit Bench(CPDFTextDumpInit& library)
+      : m_live(library, {}, [this](LivePlanState state) {
+          const std::lock_guard lock(m_mutex);
+          m_state = std::move(state);
+          ++m_states;
+          m_told.notify_all();
+        }) {}
+
+  void plan(const char* what, const SplitSetup& setup) {
+    const Clock::time_point begin = Clock::now();
+    const std::clock_t processor = std::clock();
+    const quint64 number = m_live.plan(setup);
+    std::unique_lock lock(m_mutex);
+    m_told.wait(lock, [&] {
+      return m_state.number == number && m_state.stage >= LivePlanState::Stage::Done;
+    });
+    const double used = static_cast<double>(std::clock() - processor) * 1000 / CLOCKS_PER_SEC;
+    std::printf("%-28s %8.1f ms, %.1f ms of processor, %zu outputs, %d states told %s\n", what,
+                milliseconds(begin), used, m_state.plan ? m_state.plan->outputs.size() : 0,
+                m_states, qPrintable(m_state.problem));
+    m_states = 0;
+  }
+
+  void tellTable() const {
+    const auto table = m_live.words();
+    if (!table) {
+      return;
+    }
+    double words = 0;
+    for (int page = 1; page <= table->pageCount(); ++page) {
+      words += table->wordCount(page);
+    }
+    const auto bytes = static_cast<double>(table->bytes());
+    std::printf("%d pages, %.0f words, %.1f MiB, %.2f bytes a word\n", table->pageCount(), words,
+                bytes / (1 << 20), bytes / words);
+  }
+
+private:
+  std::mutex m_mutex;
+  std::condition_variable m_told;
+  LivePlanState m_state;
+  int m_states = 0;
+  LivePlan m_live;
+};
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+  const QCoreApplication application(argc, argv);
+  if (argc != 2) {
+    std::fputs("usage: live_bench FILE\n", stderr);
+    return 2;
+  }
+  CPDFTextDumpInit library;
+  SplitSetup setup = defaultSetup();
+  setup.fileName = QString::fromLocal8Bit(argv[1]);
+  setup.pageExtract = splitMethodTexts()[0];
+  setup.extract = fileNameMethodTexts()[1];
+  setup.findString = QStringLiteral("Account:");
+  Bench bench(library);
+  bench.plan("read and planned", setup);
+  bench.tellTable();
+  for (const char* prefix : {"a_", "b_", "c_"}) {
+    setup.prefixFileName = QString::fromLatin1(prefix);
+    bench.plan("planned after a change", setup);
+  }
+  setup.findString = QStringLiteral("No such words");
+  bench.plan("no match", setup);
+  return 0;
+}
