@@ -55,6 +55,31 @@ TEST_F(Live, IsThePlanOfARun) {
   EXPECT_EQ(plan.marks.size(), 6U); // where documents begin, and the words behind
 }
 
+/// Over the table as over the library, whose plans the replays of whole runs hold.
+TEST_F(Live, IsTheSameForEveryMethod) {
+  setup().fileName = QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
+  setup().prefixFileName = "[POS0-200,0-300]_";
+  setup().extractUntil = "Total";
+  setup().extractFileName = "Customer:";
+  setup().matchPosH = "0-600";
+  setup().matchPosV = "0-900";
+  std::size_t outputs = 0;
+  for (const QString& method : splitMethodTexts()) {
+    for (const QString& naming : fileNameMethodTexts()) {
+      setup().pageExtract = method;
+      setup().extract = naming;
+      setup().rotated = !setup().rotated;
+      const LivePlanState state = planned();
+      const SplitPlan plan = driver().Plan();
+      ASSERT_TRUE(state.plan) << state.problem.toStdString();
+      EXPECT_EQ(state.plan->outputs, plan.outputs) << (method + "|" + naming).toStdString();
+      EXPECT_EQ(state.plan->marks, plan.marks) << (method + "|" + naming).toStdString();
+      outputs += plan.outputs.size();
+    }
+  }
+  EXPECT_GT(outputs, 300U);
+}
+
 TEST_F(Live, FollowsSettingsAndTheFileOnTheDisk) {
   planned();
   setup().findString = "more";
