@@ -16,7 +16,7 @@ constexpr std::size_t mostValuesTried = 4;
 constexpr double sureEvidence = 5;
 constexpr double leastEvidence = 1;
 /// Of a value, for names that nobody has to look at.
-constexpr double goodName = 2.5;
+constexpr double goodName = 1.9;
 
 class CandidateList {
 public:

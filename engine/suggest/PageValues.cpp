@@ -150,6 +150,8 @@ void Finder::behindLabels() {
   takeBehind(labels);
 }
 
+constexpr double widestStep = 14; // of a headline
+
 /// How far a word reaches to the next one, for each of its letters and the blank.
 double stepOf(const PageSample& sample, const SampleWord& word, const SampleWord& next) {
   return (next.h - word.h) / (1.0 + static_cast<double>(sample.text(word.text).size()));
@@ -157,7 +159,6 @@ double stepOf(const PageSample& sample, const SampleWord& word, const SampleWord
 
 /// Words of the line, up to a gap that no blank has. `gap` gets the h of what stands behind it.
 QString lineFrom(const PageSample& sample, std::span<const SampleWord> words, int& gap) {
-  constexpr double widestStep = 14; // of a headline
   constexpr double narrowestStep = 9;
   constexpr double widening = 2.5;
   std::size_t count = words.empty() ? 0 : 1;
@@ -333,13 +334,18 @@ void Finder::atPlaces() {
       place.texts.resize(m_pages.size());
       startAt(place, word);
       place.texts[p] = m_sample.text(word.text).toString();
+      const bool continues =
+          i > 0 && words[i - 1].v == word.v && stepOf(m_sample, words[i - 1], word) <= widestStep;
+      if (continues) {
+        continue; // no line begins in the middle of one
+      }
       ValuePlace& line = lines[index];
       line.texts.resize(m_pages.size());
       line.texts[p] = lineFrom(m_sample, words.subspan(i), line.lineEndsBefore);
     }
   }
   for (std::size_t i = 0; i < places.size(); ++i) {
-    if (lines[i].texts != places[i].texts) {
+    if (!lines[i].texts.empty() && lines[i].texts != places[i].texts) {
       ValuePlace line = places[i];
       line.kind = ValuePlace::Kind::LineAtPlace;
       line.texts = std::move(lines[i].texts);
@@ -460,6 +466,8 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
     worth += static_cast<double>(length) / filled > shortNumbers ? 3 : 2.2;
   } else if (nearlyAll(names)) {
     worth += 2.5;
+  } else {
+    worth /= 2; // just words
   }
   return tiny * 3 > filled ? worth / 4 : worth;
 }
