@@ -92,8 +92,8 @@ void checkPosition(const SplitSetup& setup, Findings& findings) {
     findings.problem(h.low < 0 || !isLength ? "MATCHPOSH" : "MATCHPOSV",
                      isLength ? QStringLiteral("This is the length of a word. One of both fields "
                                                "must tell a place on the page.")
-                              : QStringLiteral("This method needs a position: View Page h,v shows "
-                                               "them."));
+                              : QStringLiteral("This method needs a position: a click on a "
+                                               "word of the page offers its own."));
   } else if (!v.isPlace) {
     hintAtRange("MATCHPOSH", h, findings);
   } else if (!h.isPlace) {

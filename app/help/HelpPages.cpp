@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array pages = {
     HelpPage{"index", "Folivex"},
-    HelpPage{"first-split", "A first split in five steps"},
+    HelpPage{"first-split", "A first split in three steps"},
     HelpPage{"recipes", "Recipes"},
     HelpPage{"source", "Which file"},
     HelpPage{"find-words", "Which words"},
@@ -23,7 +23,7 @@ constexpr std::array pages = {
     HelpPage{"tokens", "Tokens in names"},
     HelpPage{"output", "Where outputs go"},
     HelpPage{"plan", "See the plan first"},
-    HelpPage{"viewer", "The page viewer"},
+    HelpPage{"viewer", "The page"},
     HelpPage{"reports", "Reports and file options"},
     HelpPage{"other-settings", "Other settings"},
     HelpPage{"external-command", "Another program for splitting"},

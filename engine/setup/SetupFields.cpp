@@ -25,7 +25,7 @@ constexpr QLatin1StringView operator""_key(const char* text, std::size_t length)
 constexpr std::array fields = {
     SetupField{"AUTOMATION"_key, AutomationKey{}, "", Plain, keep, readOnly},
     SetupField{"USECURRENT"_key, &S::useCurrent,
-      "Split the PDF that is open in the page viewer, in place of the file below", NotUnattended},
+      "Split the PDF whose page is shown, in place of the file named above", NotUnattended},
     SetupField{"SPLITTOSOURCE"_key, &S::splitToSource,
       "Outputs go beside the PDF they come from"},
     SetupField{"ROTATED"_key, &S::rotated,
