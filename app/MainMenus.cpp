@@ -13,7 +13,7 @@ namespace folivex {
 
 namespace {
 
-enum class Menu { File, Run, Settings, Help };
+enum class Menu { File, Edit, View, Run, Mail, Settings, Help };
 
 struct CommandRow {
   Command command;
@@ -27,22 +27,27 @@ struct CommandRow {
 
 // clang-format off
 constexpr std::array commandRows = {
-    CommandRow{Command::LoadSetup, Menu::File, "loadSetup", "&Load Setup...", "Ctrl+O", "Load the settings of a setup file"},
+    CommandRow{Command::OpenPdf, Menu::File, "openPdf", "&Open PDF...", "Ctrl+O", "Choose the PDF to split"},
+    CommandRow{Command::LoadSetup, Menu::File, "loadSetup", "&Load Setup...", "Ctrl+Shift+O", "Load the settings of a setup file", true},
     CommandRow{Command::SaveSetup, Menu::File, "saveSetup", "&Save Setup...", "Ctrl+S", "Save these settings to a setup file"},
     CommandRow{Command::Close, Menu::File, "close", "&Close", "Ctrl+Q", "Keep these settings for the next start, and end", true},
+    CommandRow{Command::Undo, Menu::Edit, "undo", "&Undo", "Ctrl+Z", "Take back the last change of a setting"},
+    CommandRow{Command::Redo, Menu::Edit, "redo", "&Redo", "Ctrl+Shift+Z", "Make the change again that was taken back"},
+    CommandRow{Command::Find, Menu::Edit, "find", "&Find in Pages...", "Ctrl+F", "Look for words in the pages", true},
+    CommandRow{Command::ViewPage, Menu::View, "viewPage", "&Go to Page", "F8", "Type the number of the page to see", true},
+    CommandRow{Command::ArrangePanes, Menu::View, "arrangePanes", "&Arrange Panes Anew", "", "Put all panes where they were at the first start", true},
     CommandRow{Command::Process, Menu::Run, "process", "&Process", "F5", "Split the file now"},
     CommandRow{Command::ProcessList, Menu::Run, "processList", "Process &List", "Shift+F5", "Split every file of the prepared list"},
     CommandRow{Command::Stop, Menu::Run, "stopRun", "S&top", "", "End the run after the page that is being worked on"},
-    CommandRow{Command::Show, Menu::Run, "show", "&Show", "F6", "Walk through the matches, page by page; nothing is written", true},
-    CommandRow{Command::Plan, Menu::Run, "plan", "Pla&n", "F7", "List what a split would write, without writing it"},
-    CommandRow{Command::ViewPage, Menu::Run, "viewPage", "&View Page h,v...", "F8", "See a page, and where its words stand"},
-    CommandRow{Command::ListPage, Menu::Run, "listPage", "List Pa&ge h,v...", "", "List the words of a page with their positions as text"},
+    CommandRow{Command::Show, Menu::Run, "show", "&Show Matches", "F6", "Walk through the matches, page by page; nothing is written", true},
+    CommandRow{Command::Plan, Menu::Run, "plan", "Pla&n", "F7", "Make the list anew of what a split would write; nothing is written"},
+    CommandRow{Command::ListPage, Menu::Run, "listPage", "List Pa&ge h,v", "", "List the words of the page with their positions as text"},
     CommandRow{Command::PrepareList, Menu::Run, "prepareList", "P&repare List", "Ctrl+L", "Prepare the list of files to split", true},
-    CommandRow{Command::LoadEmailList, Menu::Run, "loadEmailList", "Load &Email List...", "", "Load a list of addresses and files to send"},
+    CommandRow{Command::LoadEmailList, Menu::Mail, "loadEmailList", "Load &Email List...", "", "Load a list of addresses and files to send"},
+    CommandRow{Command::EmailSettings, Menu::Mail, "openEmailSettings", "E-mail &settings...", "", "Server, message and address search"},
     CommandRow{Command::ReportOptions, Menu::Settings, "openReportOptions", "&Report and file options...", "", "Reports, list of names, gaps between words"},
     CommandRow{Command::OtherSettings, Menu::Settings, "openOtherSettings", "&Other settings...", "", "What is removed before a run and from names"},
     CommandRow{Command::SplitCommand, Menu::Settings, "openSplitCommand", "&Split command...", "", "Write outputs with another program"},
-    CommandRow{Command::EmailSettings, Menu::Settings, "openEmailSettings", "&E-mail settings...", "", "Server, message and address search"},
     CommandRow{Command::UpdateCheck, Menu::Settings, "updateCheck", "&Update check...", "", "Whether and how often to look for a newer version", true},
     CommandRow{Command::Help, Menu::Help, "openHelp", "&Help", "F1", "Help on what has the cursor"},
     CommandRow{Command::ProblemReport, Menu::Help, "problemReport", "&Problem report...", "", "Tell us what went wrong"},
@@ -54,6 +59,7 @@ constexpr std::array commandRows = {
 bool needsNoLibrary(Command command) {
   switch (command) {
   case Command::Close:
+  case Command::ArrangePanes:
   case Command::Help:
   case Command::ProblemReport:
   case Command::About:
@@ -66,13 +72,17 @@ bool needsNoLibrary(Command command) {
 } // namespace
 
 MainMenus::MainMenus(QMenuBar* bar, Theme theme)
-    : m_recent(new QMenu(QStringLiteral("&Recent Setups"), bar)),
+    : m_recentSetups(new QMenu(QStringLiteral("Recent Set&ups"), bar)),
+      m_recentPdfs(new QMenu(QStringLiteral("&Recent PDFs"), bar)), m_setup(new QMenu(bar)),
       m_themes(new QMenu(QStringLiteral("&Theme"), bar)) {
-  m_recent->setObjectName(QStringLiteral("recentSetups"));
+  m_recentSetups->setObjectName(QStringLiteral("recentSetups"));
+  m_recentPdfs->setObjectName(QStringLiteral("recentPdfs"));
   addCommands(bar);
   for (const CommandRow& row : commandRows) {
     m_available[row.command] = true;
   }
+  m_setup->addActions({action(Command::LoadSetup), action(Command::SaveSetup)});
+  m_setup->addMenu(m_recentSetups);
   addThemes(m_themes, theme);
   update();
 }
@@ -80,18 +90,17 @@ MainMenus::MainMenus(QMenuBar* bar, Theme theme)
 void MainMenus::addCommands(QMenuBar* bar) {
   std::map<Menu, QMenu*> menus = {
       {Menu::File, bar->addMenu(QStringLiteral("&File"))},
+      {Menu::Edit, bar->addMenu(QStringLiteral("&Edit"))},
+      {Menu::View, bar->addMenu(QStringLiteral("&View"))},
       {Menu::Run, bar->addMenu(QStringLiteral("&Run"))},
+      {Menu::Mail, bar->addMenu(QStringLiteral("&Mail"))},
       {Menu::Settings, bar->addMenu(QStringLiteral("Se&ttings"))},
       {Menu::Help, bar->addMenu(QStringLiteral("&Help"))},
   };
+  m_view = menus.at(Menu::View);
   for (const CommandRow& row : commandRows) {
     QMenu* menu = menus.at(row.menu);
-    if (row.command == Command::Close) {
-      menu->addMenu(m_recent);
-    }
-    if (row.command == Command::UpdateCheck) {
-      menu->addMenu(m_themes);
-    }
+    addBefore(row.command, menu);
     if (row.separatorBefore) {
       menu->addSeparator();
     }
@@ -106,6 +115,21 @@ void MainMenus::addCommands(QMenuBar* bar) {
   for (const auto& [kind, menu] : menus) {
     menu->setToolTipsVisible(true);
   }
+}
+
+/// The menus within a menu.
+void MainMenus::addBefore(Command command, QMenu* menu) {
+  if (command == Command::LoadSetup) {
+    menu->addMenu(m_recentPdfs);
+  } else if (command == Command::Close) {
+    menu->addMenu(m_recentSetups);
+  } else if (command == Command::UpdateCheck) {
+    menu->addMenu(m_themes);
+  }
+}
+
+void MainMenus::addViews(const QList<QAction*>& toggles) {
+  m_view->insertActions(m_view->actions().first(), toggles);
 }
 
 void MainMenus::addThemes(QMenu* menu, Theme theme) {
@@ -147,22 +171,33 @@ void MainMenus::update() {
     const bool isInTime = m_isRunning == (command == Command::Stop);
     made->setEnabled(m_available.at(command) && isInTime && (m_isReady || needsNoLibrary(command)));
   }
-  m_recent->setEnabled(m_isReady && !m_isRunning && m_available.at(Command::LoadSetup) &&
-                       !m_recent->isEmpty());
+  const bool isFree = m_isReady && !m_isRunning;
+  m_recentSetups->setEnabled(isFree && !m_recentSetups->isEmpty());
+  m_recentPdfs->setEnabled(isFree && !m_recentPdfs->isEmpty());
   m_themes->setEnabled(!m_isRunning);
 }
 
 void MainMenus::setRecentSetups(const QStringList& paths) {
-  m_recent->clear();
+  fill(m_recentSetups, paths, [this](const QString& path) { onRecentSetup(path); });
+  update();
+}
+
+void MainMenus::setRecentPdfs(const QStringList& paths) {
+  fill(m_recentPdfs, paths, [this](const QString& path) { onRecentPdf(path); });
+  update();
+}
+
+void MainMenus::fill(QMenu* menu, const QStringList& paths,
+                     const std::function<void(const QString&)>& onChosen) {
+  menu->clear();
   int number = 0;
   for (const QString& path : paths) {
     QString shown = path;
     shown.replace(u'&', QStringLiteral("&&"));
-    QAction* entry = m_recent->addAction(QStringLiteral("&%1  %2").arg(++number).arg(shown));
+    QAction* entry = menu->addAction(QStringLiteral("&%1  %2").arg(++number).arg(shown));
     entry->setData(path);
-    QObject::connect(entry, &QAction::triggered, entry, [this, path] { onRecentSetup(path); });
+    QObject::connect(entry, &QAction::triggered, entry, [onChosen, path] { onChosen(path); });
   }
-  update();
 }
 
 } // namespace folivex

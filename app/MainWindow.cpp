@@ -1,28 +1,31 @@
 #include "app/MainWindow.h"
 
+#include "app/ActivityLine.h"
 #include "app/NewsLine.h"
-#include "app/RunLine.h"
 #include "app/Usage.h"
 #include "app/dialogs/CConfigureDlg.h"
 #include "app/dialogs/CEmailSettingsDlg.h"
 #include "app/dialogs/COtherSettingsDlg.h"
 #include "app/dialogs/CReportOptionsDlg.h"
-#include "app/dialogs/CStatusDlg.h"
+#include "app/viewer/PagePane.h"
+#include "app/viewer/PageStrip.h"
+#include "app/viewer/PlanPane.h"
+#include "app/viewer/WordMeaning.h"
 #include "engine/setup/SetupFields.h"
-#include "platform/Paths.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
-#include <QFileInfo>
 #include <QLayout>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
+#include <QToolBar>
 #include <QUrl>
 
 namespace folivex {
@@ -30,11 +33,6 @@ namespace folivex {
 namespace {
 
 constexpr int eventMs = 15;
-constexpr int paintMs = 50;
-
-QString setupFilter() {
-  return QStringLiteral("Setup files (*.fxs);;All Files (*.*)");
-}
 
 QString themeKey() {
   return QStringLiteral("theme");
@@ -64,34 +62,60 @@ void followAction(QPushButton* button, QAction* action) {
 } // namespace
 
 MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
-    : m_dialogs(dialogs), m_memory(memory), m_recent(memory), m_program(*this),
-      m_eventPace(eventMs), m_paintPace(paintMs) {
+    : m_dialogs(dialogs), m_memory(memory), m_recentSetups(memory, "setup"),
+      m_recentPdfs(memory, "pdf"), m_program(*this), m_eventPace(eventMs) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QStringLiteral("Folivex"));
-  setWindowFlag(Qt::WindowMinimizeButtonHint);
-  setWindowFlag(Qt::WindowMaximizeButtonHint);
   setAcceptDrops(true);
-  buildControls();
+  menuBar()->setObjectName(QStringLiteral("menus"));
+  m_menus = std::make_unique<MainMenus>(menuBar(), themeOf(m_memory.text(themeKey())));
+  buildPanes();
   connectMenus();
+  connectPanes();
   setParts({});
+  constexpr QSize startSize(1280, 900);
+  resizeOnScreen(this, startSize);
+  m_memory.restore(this);
+  m_docks->fit(size());
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+  m_docks.reset();
+  // The panes use the libraries, which go before a window's children do.
+  delete m_page;
+  delete m_strip;
+}
 
-void MainWindow::buildControls() {
-  auto* bar = new QMenuBar(this);
-  bar->setObjectName(QStringLiteral("menus"));
-  m_menus = std::make_unique<MainMenus>(bar, themeOf(m_memory.text(themeKey())));
-  m_panel = new RulesPane(m_dialogs, m_memory, this);
-  m_news = new NewsLine(this);
-  m_runLine = new RunLine(this);
-  m_status = new CStatusDlg(this);
-  m_status->onStop = [this] { stop(); };
+void MainWindow::buildPanes() {
+  addToolBar(Qt::TopToolBarArea, named(new QToolBar(QStringLiteral("Commands"), this), "toolBar"));
+  auto* bar = findChild<QToolBar*>(QStringLiteral("toolBar"));
+  bar->setMovable(false);
+  bar->toggleViewAction()->setVisible(false);
+  bar->addWidget(buildToolBar());
 
-  stack(this, {m_news, {m_panel, 1}, m_runLine, buildButtons()});
-  layout()->setMenuBar(bar);
-  resizeOnScreen(this, sizeHint());
-  m_memory.restore(this);
+  auto* middle = new QWidget(this);
+  m_news = new NewsLine(middle);
+  m_page = new PagePane(middle);
+  m_page->setProperty("helpTopic", QStringLiteral("viewer"));
+  stack(middle, {m_news, {m_page, 1}});
+  middle->layout()->setContentsMargins(0, 0, 0, 0);
+  setCentralWidget(middle);
+
+  m_strip = new PageStrip(this);
+  m_rules = new RulesPane(m_dialogs, m_memory, this);
+  m_plan = new PlanPane(m_dialogs, this);
+  m_docks =
+      std::make_unique<PaneDocks>(*this, m_memory, PaneDocks::Panes{m_strip, m_rules, m_plan});
+  m_menus->addViews(m_docks->toggles());
+
+  m_activity = new ActivityLine(this);
+  followAction(m_activity->stopButton(), m_menus->action(Command::Stop));
+  auto* foot = new QToolBar(this); // a status bar gives its whole width to nobody
+  foot->setObjectName(QStringLiteral("foot"));
+  foot->setMovable(false);
+  foot->toggleViewAction()->setVisible(false);
+  foot->addWidget(m_activity);
+  addToolBar(Qt::BottomToolBarArea, foot);
 }
 
 QPushButton* MainWindow::commandButton(Command command, const QString& text, const char* name) {
@@ -105,24 +129,31 @@ QPushButton* MainWindow::commandButton(Command command, const QString& text, con
   return button;
 }
 
-QWidget* MainWindow::buildButtons() {
-  const auto button = [this](Command command, const char* text, const char* name) {
-    return commandButton(command, QString::fromLatin1(text), name);
-  };
-  QPushButton* load = button(Command::LoadSetup, "&Load Setup", "loadSetupButton");
-  QPushButton* save = button(Command::SaveSetup, "Save Setup", "saveSetupButton");
-  QPushButton* stop = button(Command::Stop, "Stop", "stopButton");
-  QPushButton* plan = button(Command::Plan, "Plan", "planButton");
-  QPushButton* show = button(Command::Show, "&Show", "showButton");
-  QPushButton* process = button(Command::Process, "&Process", "processButton");
-  process->setDefault(true);
-  QPushButton* close = button(Command::Close, "Close", "closeButton");
-  return sideBySide(this, {load, save, gap(), stop, plan, show, process, close});
+QWidget* MainWindow::buildToolBar() {
+  QPushButton* open =
+      commandButton(Command::OpenPdf, QStringLiteral("&Open PDF..."), "openPdfButton");
+  m_setupButton = sideButton("setupButton", QStringLiteral("Set&up"),
+                             QStringLiteral("Load or save the settings as a whole"), this);
+  m_setupButton->setMenu(m_menus->setupMenu());
+  QPushButton* process =
+      commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
+  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), process});
+  constexpr int air = 4;
+  bar->layout()->setContentsMargins(air, air, air, air);
+  return bar;
 }
 
 void MainWindow::connectMenus() {
   m_menus->onCommand = [this](Command chosen) { command(chosen); };
-  m_panel->onDialogWanted = [this](RulesPart part) {
+  m_menus->onRecentSetup = [this](const QString& path) { loadSetupFile(path); };
+  m_menus->onRecentPdf = [this](const QString& path) { takePdf(path); };
+  m_menus->onTheme = [this](Theme theme) {
+    m_memory.setText(themeKey(), themeName(theme));
+    applyTheme(theme);
+  };
+  m_menus->setRecentSetups(m_recentSetups.paths());
+  m_menus->setRecentPdfs(m_recentPdfs.paths());
+  m_rules->onDialogWanted = [this](RulesPart part) {
     static const std::map<RulesPart, Command> dialogs = {
         {RulesPart::Mail, Command::EmailSettings},
         {RulesPart::Reports, Command::ReportOptions},
@@ -130,12 +161,29 @@ void MainWindow::connectMenus() {
         {RulesPart::Command, Command::SplitCommand}};
     command(dialogs.at(part));
   };
-  m_menus->onRecentSetup = [this](const QString& path) { loadSetupFile(path); };
-  m_menus->onTheme = [this](Theme theme) {
-    m_memory.setText(themeKey(), themeName(theme));
-    applyTheme(theme);
+}
+
+template <typename Meaning, typename Picked>
+void MainWindow::takeMeant(Meaning meaning, const Picked& picked) {
+  if (m_isRunning) {
+    return;
+  }
+  takeSetup();
+  const QString told = takeMeaning(m_program.store().edited(), meaning, picked);
+  showSetup();
+  m_page->tell(told);
+}
+
+void MainWindow::connectPanes() {
+  m_page->onWordMeant = [this](WordMeaning meaning, const PickedPlace& place) {
+    takeMeant(meaning, place);
   };
-  m_menus->setRecentSetups(m_recent.paths());
+  m_page->onAreaMeant = [this](AreaMeaning meaning, const PickedArea& area) {
+    takeMeant(meaning, area);
+  };
+  m_page->onPageChanged = [this](int page) { m_strip->setCurrentPage(page); };
+  m_strip->onPageChosen = [this](int page) { m_page->goToPage(page); };
+  m_plan->onPageRequested = [this](int page) { m_page->goToPage(page); };
 }
 
 void MainWindow::setParts(WindowParts parts) {
@@ -143,9 +191,6 @@ void MainWindow::setParts(WindowParts parts) {
   const std::initializer_list<std::pair<Command, bool>> available = {
       {Command::ProcessList, m_parts.batchRows != nullptr},
       {Command::PrepareList, m_parts.prepareList != nullptr},
-      {Command::Show, m_parts.walkMatches != nullptr},
-      {Command::Plan, m_parts.showPlan != nullptr},
-      {Command::ViewPage, m_parts.viewPage != nullptr},
       {Command::LoadEmailList, m_parts.loadEmailList != nullptr},
       {Command::UpdateCheck, m_parts.updateCheck != nullptr},
       {Command::Help, m_parts.openHelp != nullptr},
@@ -157,9 +202,11 @@ void MainWindow::setParts(WindowParts parts) {
 
 void MainWindow::command(Command command) {
   static const std::map<Command, std::function<void(MainWindow&)>> commands = {
+      {Command::OpenPdf, &MainWindow::openPdf},
       {Command::LoadSetup, &MainWindow::loadSetup},
       {Command::SaveSetup, &MainWindow::saveSetup},
-      {Command::Close, &MainWindow::reject},
+      {Command::Close, [](MainWindow& window) { window.close(); }},
+      {Command::ArrangePanes, [](MainWindow& window) { window.m_docks->arrangeAnew(); }},
       {Command::Process, &MainWindow::process},
       {Command::ProcessList, &MainWindow::processList},
       {Command::Stop, &MainWindow::stop},
@@ -212,123 +259,21 @@ void MainWindow::editWith(SetupDialog& dialog) {
   showSetup();
 }
 
-SplitSetup MainWindow::currentSetup() const {
-  const SetupStore& store = m_program.store();
-  SplitSetup edited = store.edited();
-  m_panel->take(edited);
-  SplitSetup setup = store.working();
-  commitSetup(edited, setup);
-  return setup;
-}
-
 void MainWindow::start(const CommandLine& line) {
   if (const QString missing = m_program.loadLibraries(); !missing.isEmpty()) {
-    m_runLine->setStatus(missing);
+    m_activity->setStatus(missing);
     message(missing);
     return;
   }
+  m_page->setLibrary(m_program.textLibrary());
+  m_strip->setLibrary(m_program.textLibrary());
   m_menus->setReady();
-  m_runLine->setStatus(QStringLiteral("Ready."));
+  m_activity->setStatus(QStringLiteral("Ready."));
   m_program.loadDefaultSetup();
   showSetup();
   if (line.argumentCount > 0) {
     runCommandLine(line);
   }
-}
-
-void MainWindow::showSetup() {
-  const SetupStore& store = m_program.store();
-  SplitSetup setup = store.working();
-  commitSetup(store.edited(), setup);
-  m_panel->setSetup(setup);
-  tellSetupFile();
-}
-
-void MainWindow::tellSetupFile() {
-  const QString path = m_program.store().currentPath();
-  const QString program = QStringLiteral("Folivex");
-  setWindowTitle(
-      path.isEmpty() ? program : QStringLiteral("%1 - %2").arg(platform::fileTitle(path), program));
-}
-
-void MainWindow::takeSetup() {
-  m_panel->take(m_program.store().edited());
-}
-
-void MainWindow::tellResult(const SetupResult& result) {
-  // A save that failed is told in the window's foot: no box, but not passed over either.
-  const bool inBox = result.status != SetupStatus::NotWritten;
-  if (!result.message.isEmpty()) {
-    inBox ? message(result.message) : note(result.message);
-  }
-  if (!result.note.isEmpty()) {
-    note(result.note);
-  }
-}
-
-void MainWindow::keepUsed(const QString& path) {
-  m_recent.used(path);
-  m_menus->setRecentSetups(m_recent.paths());
-  m_memory.setText(QStringLiteral("folders/setup"), platform::folderOf(path));
-}
-
-void MainWindow::loadSetup() {
-  const QString path = m_dialogs.openFile(
-      this, {QStringLiteral("Load fxs parameters file"), setupFilter(), setupStartPath(), {}});
-  if (!path.isEmpty()) {
-    loadSetupFile(path);
-  }
-}
-
-QString MainWindow::setupStartPath() const {
-  const QString current = m_program.store().currentPath();
-  return current.isEmpty() ? m_memory.text(QStringLiteral("folders/setup")) : current;
-}
-
-void MainWindow::loadSetupFile(const QString& path) {
-  m_runLine->clearNotes();
-  if (m_program.loadSetup(path)) {
-    keepUsed(path);
-    m_runLine->setStatus(QStringLiteral("%1 loaded.").arg(path));
-  } else {
-    m_recent.gone(path);
-    m_menus->setRecentSetups(m_recent.paths());
-  }
-  showSetup();
-}
-
-void MainWindow::saveSetup() {
-  if (!m_panel->checkInput()) {
-    return;
-  }
-  const QString path =
-      m_dialogs.saveFile(this, {QStringLiteral("Save fxs parameters file"), setupFilter(),
-                                setupStartPath(), QStringLiteral("fxs")});
-  if (path.isEmpty()) {
-    return;
-  }
-  m_runLine->clearNotes();
-  takeSetup();
-  const SetupResult saved = m_program.store().SaveSetup(path);
-  tellResult(saved);
-  if (saved.ok()) {
-    keepUsed(path);
-  }
-  tellSetupFile();
-}
-
-QString MainWindow::takePickedWord(int target, const PickedPlace& place) {
-  takeSetup();
-  QString told = takePick(m_program.store().edited(), target, place);
-  showSetup();
-  return told;
-}
-
-QString MainWindow::takePickedRange(int target, const PickedArea& area) {
-  takeSetup();
-  QString told = takePick(m_program.store().edited(), target, area);
-  showSetup();
-  return told;
 }
 
 void MainWindow::openHelp() {
@@ -348,6 +293,11 @@ void MainWindow::about() {
                                          "License, version 3 or later."));
 }
 
+void MainWindow::viewPage() {
+  auto* field = m_page->findChild<QWidget*>(QStringLiteral("pageField"));
+  (field != nullptr && field->isEnabled() ? field : m_page)->setFocus(Qt::ShortcutFocusReason);
+}
+
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
   if (!m_isRunning && m_program.isReady() && !takenFile(event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
@@ -364,19 +314,27 @@ void MainWindow::dropEvent(QDropEvent* event) {
     loadSetupFile(path);
     return;
   }
-  takeSetup();
-  m_program.store().edited().fileName = path;
-  m_program.store().edited().useCurrent = false;
-  showSetup();
-  m_runLine->setStatus(event->mimeData()->urls().size() > 1
-                           ? QStringLiteral("One file is split at a time; for more there is Run, "
-                                            "Prepare List.")
-                           : QStringLiteral("%1 is the file to split.").arg(path));
+  takePdf(path);
+  if (event->mimeData()->urls().size() > 1) {
+    m_activity->setStatus(QStringLiteral("One file is split at a time; for more there is Run, "
+                                         "Prepare List."));
+  }
 }
 
-void MainWindow::reject() {
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (m_docks) {
+    m_docks->fit(event->size());
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
   if (m_isRunning) {
-    stop();
+    event->ignore();
+    if (m_dialogs.question(this, QStringLiteral("A run is on. Stop it?"),
+                           QStringLiteral("Folivex"))) {
+      stop();
+    }
     return;
   }
   if (m_program.isReady()) {
@@ -384,7 +342,11 @@ void MainWindow::reject() {
     m_program.close();
   }
   m_memory.keep(this);
-  QDialog::reject();
+  m_docks->keep();
+  event->accept();
+  if (onClosed) {
+    onClosed();
+  }
 }
 
 } // namespace folivex

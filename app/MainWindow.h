@@ -1,29 +1,33 @@
-// MainWindow: the setup of one split, and the commands that use it.
+// MainWindow: one workspace for page, rules and plan, and the commands that use them.
 #pragma once
 
 #include "app/MainMenus.h"
+#include "app/PaneDocks.h"
 #include "app/Program.h"
-#include "app/RecentSetups.h"
+#include "app/RecentFiles.h"
 #include "app/WindowParts.h"
-#include "app/groups/PickTargets.h"
 #include "app/groups/RulesPane.h"
 #include "engine/base/Operator.h"
 #include "widgets/Pace.h"
 
-#include <QDialog>
+#include <QMainWindow>
 
 class QPushButton;
 
 namespace folivex {
 
-class CStatusDlg;
+class ActivityLine;
+class MatchWalker;
 class NewsLine;
-class RunLine;
+class PagePane;
+class PageStrip;
+class PlanPane;
 class SetupDialog;
 
 /// Shows and edits the store's copy of the settings, and is the person that the engine talks to.
-/// While a run is on, the window lives on at every step of it, and nothing but Stop can be used.
-class MainWindow : public QDialog, public Operator {
+/// While a run is on, the window lives on at every step of it; pages can be looked at, and of the
+/// commands nothing but Stop can be used.
+class MainWindow : public QMainWindow, public Operator {
 public:
   /// Both must outlive the window.
   MainWindow(Dialogs& dialogs, WindowMemory& memory);
@@ -42,8 +46,8 @@ public:
   /// A message box was shown, here or by another window.
   void remember(const QString& text);
 
-  /// Shows a line above the settings that stays until it is answered or put away. `onMore` is what
-  /// its button does.
+  /// Shows a line above the page that stays until it is answered or put away. `onMore` is what its
+  /// button does.
   void tellNews(const QString& text, const std::function<void()>& onMore);
 
   /// Shows the store's settings: another part has changed them.
@@ -55,10 +59,8 @@ public:
   /// The settings as they stand in the window, those of the dialogs included.
   SplitSetup currentSetup() const;
 
-  /// What a word or an area picked on a page can be meant for: see pickTargetTexts(). What is taken
-  /// stands in the fields at once; the sentence returned says so.
-  QString takePickedWord(int target, const PickedPlace& place);
-  QString takePickedRange(int target, const PickedArea& area);
+  /// The window was closed, and the settings are kept.
+  std::function<void()> onClosed;
 
   void message(const QString& text) override;
   Answer question(const QString& text, const QString& caption) override;
@@ -68,32 +70,37 @@ public:
   void handlePendingEvents() override;
   void openDocument(const QString& path) override;
 
-  void reject() override; ///< Escape and the close box: the close command
-
 protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
 private:
-  enum class Shown { StatusDialog, StatusLine };
   /// While one lives, a run is on.
   class Running;
 
-  void buildControls();
-  QWidget* buildButtons();
+  void buildPanes();
+  QWidget* buildToolBar();
   QPushButton* commandButton(Command command, const QString& text, const char* name);
   void connectMenus();
+  void connectPanes();
   void command(Command command);
 
   void showSetup();
+  void showFile();
   void tellSetupFile();
+  void openPdf();
+  void takePdf(const QString& path);
   void loadSetup();
   void loadSetupFile(const QString& path);
   void saveSetup();
   void tellResult(const SetupResult& result);
   void keepUsed(const QString& path);
-
   QString setupStartPath() const;
+  /// What was pointed at on the page is meant: sets it, and says so there.
+  template <typename Meaning, typename Picked>
+  void takeMeant(Meaning meaning, const Picked& picked);
 
   bool readyFor(SetupPurpose purpose);
   void runCommandLine(const CommandLine& line);
@@ -106,7 +113,6 @@ private:
   void plan();
   void viewPage();
   void listPage();
-  int askForPage();
 
   template <typename Dialog> void editIn();
   void editWith(SetupDialog& dialog);
@@ -115,21 +121,24 @@ private:
 
   Dialogs& m_dialogs;
   WindowMemory& m_memory;
-  RecentSetups m_recent;
+  RecentFiles m_recentSetups;
+  RecentFiles m_recentPdfs;
   WindowParts m_parts;
   Program m_program;
   std::unique_ptr<UnattendedDelivery> m_mail; ///< of the run that is on
   bool m_isRunning = false;
-  bool m_usesStatusDialog = false;
-  int m_lastPage = 1;
   Pace m_eventPace;
-  Pace m_paintPace;
+  MatchWalker* m_walker = nullptr; ///< while matches are walked through
 
   std::unique_ptr<MainMenus> m_menus;
-  RulesPane* m_panel = nullptr;
+  RulesPane* m_rules = nullptr;
+  PagePane* m_page = nullptr;
+  PageStrip* m_strip = nullptr;
+  PlanPane* m_plan = nullptr;
   NewsLine* m_news = nullptr;
-  RunLine* m_runLine = nullptr;
-  CStatusDlg* m_status = nullptr;
+  ActivityLine* m_activity = nullptr;
+  QPushButton* m_setupButton = nullptr;
+  std::unique_ptr<PaneDocks> m_docks;
 };
 
 } // namespace folivex

@@ -1,53 +1,35 @@
 // The main window's runs, and what it is to the engine while they are on.
+#include "app/ActivityLine.h"
 #include "app/MainWindow.h"
 #include "app/NewsLine.h"
-#include "app/RunLine.h"
 #include "app/TerminalOperator.h"
-#include "app/dialogs/CPageNumberDlg.h"
-#include "app/dialogs/CStatusDlg.h"
+#include "app/viewer/MatchWalker.h"
+#include "app/viewer/PagePane.h"
+#include "app/viewer/PlanPane.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QPointer>
 
 namespace folivex {
 
 class MainWindow::Running {
 public:
-  Running(MainWindow& window, const QString& title, Shown shown)
-      : m_window(window), m_active(QApplication::activeWindow()), m_focus(window.focusWidget()) {
-    m_elapsed.start();
+  Running(MainWindow& window, const QString& title, int passes = 1)
+      : m_window(window), m_focus(window.focusWidget()) {
     window.m_isRunning = true;
     window.m_eventPace.reset();
-    window.m_paintPace.reset();
-    window.m_panel->setEnabled(false);
+    window.m_rules->setEnabled(false);
     window.m_menus->setRunning(true);
-    window.m_runLine->begin(title);
-    window.m_usesStatusDialog = shown == Shown::StatusDialog;
-    if (window.m_usesStatusDialog) {
-      window.m_status->begin(title, window.m_program.store().edited().fileName);
-    }
+    window.m_activity->begin(title, passes);
   }
   ~Running() {
-    // The status window took the keyboard. Whoever went on to another program meanwhile is left
-    // there; a run that was over before any window had it says nothing of that.
-    constexpr int shortRunMs = 1000;
-    const bool isOurs =
-        m_window.m_usesStatusDialog && (QApplication::applicationState() == Qt::ApplicationActive ||
-                                        m_elapsed.elapsed() < shortRunMs);
-    m_window.m_status->end();
     m_window.m_isRunning = false;
-    m_window.m_usesStatusDialog = false;
-    m_window.m_runLine->end();
-    m_window.m_panel->setEnabled(true);
+    m_window.m_activity->end();
+    m_window.m_rules->setEnabled(true);
     m_window.m_menus->setRunning(false);
     giveBackKeyboard();
-    QWidget* active = m_active != nullptr && m_active->isVisible() ? m_active.data() : &m_window;
-    if (isOurs && active->isVisible()) {
-      active->activateWindow(); // the list or the plan may have begun the run
-    }
   }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
@@ -55,22 +37,14 @@ public:
 private:
   /// All that could have it was disabled while the run was on.
   void giveBackKeyboard() {
-    QWidget* widget = m_focus != nullptr && m_focus->isEnabled() ? m_focus.data() : nullptr;
-    for (QWidget* next = m_window.nextInFocusChain(); widget == nullptr && next != &m_window;
-         next = next->nextInFocusChain()) {
-      if (next->isEnabled() && next->isVisible() && (next->focusPolicy() & Qt::TabFocus) != 0) {
-        widget = next;
-      }
-    }
-    if (widget != nullptr) {
-      widget->setFocus();
+    QWidget* now = m_window.focusWidget();
+    if (m_focus != nullptr && m_focus->isEnabled() && (now == nullptr || !now->isEnabled() || now == m_window.m_activity->stopButton())) {
+      m_focus->setFocus();
     }
   }
 
   MainWindow& m_window;
-  QPointer<QWidget> m_active; ///< when the run began
-  QPointer<QWidget> m_focus;
-  QElapsedTimer m_elapsed;
+  QPointer<QWidget> m_focus; ///< when the run began
 };
 
 namespace {
@@ -91,13 +65,15 @@ bool MainWindow::readyFor(SetupPurpose purpose) {
   SettingFindings more;
   const SplitSetup setup = currentSetup();
   const bool needsDocument = setup.useCurrent && purpose != SetupPurpose::SplittingList;
-  const QString document = m_parts.currentDocument ? m_parts.currentDocument() : QString();
+  const QString document = m_page->pageCount() > 0 ? m_page->file().path : QString();
   if (needsDocument && document.isEmpty()) {
     more.push_back({QStringLiteral("USECURRENT"),
-                    QStringLiteral("No PDF is open in the page viewer."), FindingKind::Problem});
+                    QStringLiteral("No PDF is open: there is no page to see."),
+                    FindingKind::Problem});
   }
-  if (!m_panel->check(purpose, more)) {
-    m_runLine->setStatus(QStringLiteral("Something has to be set right first."));
+  if (!m_rules->check(purpose, more)) {
+    m_docks->bringUp(m_rules);
+    m_activity->setStatus(QStringLiteral("Something has to be set right first."));
     return false;
   }
   takeSetup();
@@ -125,7 +101,7 @@ void MainWindow::process() {
   // Mails that nobody watches are a part of the run, and its Stop is theirs.
   const bool isUnattended = m_program.store().automation();
   {
-    const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
+    const Running running(*this, QStringLiteral("Processing"));
     m_mail = m_program.unattendedMail();
     // The stop of the last run is kept until the next one begins.
     if (!isUnattended || state.userStop || !m_mail->goOn(currentSetup(), currentSetup().fileName)) {
@@ -137,7 +113,7 @@ void MainWindow::process() {
     }
     m_mail->finish();
   }
-  m_runLine->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
+  m_activity->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
   if (!isUnattended) {
     mail();
   }
@@ -185,7 +161,7 @@ void MainWindow::processList() {
   tellList(true);
   BatchResult result;
   {
-    const Running running(*this, QStringLiteral("Processing list"), Shown::StatusDialog);
+    const Running running(*this, QStringLiteral("Processing list"));
     m_mail = m_program.unattendedMail();
     result = m_program.driver().ProcessBatch(rows == nullptr ? none : *rows,
                                              [this](const QString&) { mailBatchSource(); });
@@ -196,7 +172,7 @@ void MainWindow::processList() {
     m_parts.mailBatchEnd();
   }
   showSetup();
-  m_runLine->setStatus(
+  m_activity->setStatus(
       QStringLiteral("%1 %2 file(s) processed.")
           .arg(result.stopped ? QStringLiteral("Stopped.") : QStringLiteral("Ready."))
           .arg(result.processed));
@@ -207,11 +183,15 @@ void MainWindow::showMatches() {
     return;
   }
   {
-    const Running running(*this, QStringLiteral("Showing matches"), Shown::StatusLine);
-    m_parts.walkMatches(m_program.driver(), currentSetup());
+    const Running running(*this, QStringLiteral("Showing matches"));
+    JobDriver& driver = m_program.driver();
+    MatchWalker walker(*m_page, [&driver] { driver.Stop(); });
+    m_walker = &walker;
+    driver.ShowMatches(walker);
+    m_walker = nullptr;
     m_program.explainNoMatch();
   }
-  m_runLine->setStatus(QStringLiteral("Ready."));
+  m_activity->setStatus(QStringLiteral("Ready."));
 }
 
 void MainWindow::plan() {
@@ -220,66 +200,44 @@ void MainWindow::plan() {
   }
   SplitPlan plan;
   {
-    const Running running(*this, QStringLiteral("Planning"), Shown::StatusDialog);
+    const Running running(*this, QStringLiteral("Planning"));
     plan = m_program.driver().Plan();
     m_program.explainNoMatch();
   }
   if (m_program.driver().state().userStop) {
-    m_runLine->setStatus(QStringLiteral("Stopped: there is no plan of a part."));
+    m_activity->setStatus(QStringLiteral("Stopped: there is no plan of a part."));
     return;
   }
-  m_runLine->setStatus(QStringLiteral("Ready."));
+  m_activity->setStatus(QStringLiteral("Ready."));
   if (!plan.problem.isEmpty()) {
     message(plan.problem);
     return;
   }
-  m_parts.showPlan(m_program.store().edited().fileName, plan);
-}
-
-int MainWindow::askForPage() {
-  if (!readyFor(SetupPurpose::Viewing)) {
-    return 0;
-  }
-  QString problem;
-  const int pages = m_program.pageCount(currentSetup(), problem);
-  if (pages == 0) {
-    message(problem);
-    return 0;
-  }
-  CPageNumberDlg dialog(pages, m_lastPage, this);
-  if (dialog.exec() != QDialog::Accepted) {
-    return 0;
-  }
-  m_lastPage = dialog.page();
-  return m_lastPage;
-}
-
-void MainWindow::viewPage() {
-  if (const int page = askForPage(); page > 0) {
-    m_parts.viewPage(currentSetup(), page);
-  }
+  m_plan->setPlan(m_program.store().edited().fileName,
+                  std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), m_plan->order()));
+  m_docks->bringUp(m_plan);
 }
 
 void MainWindow::listPage() {
-  const int page = askForPage();
-  if (page == 0) {
+  if (!readyFor(SetupPurpose::Viewing)) {
     return;
   }
   {
-    const Running running(*this, QStringLiteral("Listing page %1").arg(page), Shown::StatusLine);
+    const int page = std::max(m_page->page(), 1);
+    const Running running(*this, QStringLiteral("Listing page %1").arg(page));
     m_program.driver().ListPagePositions(page);
   }
-  m_runLine->setStatus(QStringLiteral("Ready."));
+  m_activity->setStatus(QStringLiteral("Ready."));
 }
 
 void MainWindow::runCommandLine(const CommandLine& line) {
   Program::Ended ended;
   {
-    const Running running(*this, QStringLiteral("Processing"), Shown::StatusDialog);
+    const Running running(*this, QStringLiteral("Processing"));
     ended = m_program.handleCommandLine(line);
   }
   showSetup();
-  m_runLine->setStatus(
+  m_activity->setStatus(
       m_program.isReady() && m_program.driver().state().userStop ? QStringLiteral("Stopped.")
       : ended.exitCode == 0                                      ? QStringLiteral("Ready.")
                             : QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
@@ -290,19 +248,17 @@ void MainWindow::runCommandLine(const CommandLine& line) {
 
 void MainWindow::stop() {
   m_program.driver().Stop();
-  if (m_parts.stopWalk) {
-    m_parts.stopWalk();
+  if (m_walker != nullptr) {
+    m_walker->stop();
   }
-  m_runLine->setStatus(QStringLiteral("Stopping..."));
+  m_activity->tellStopping();
 }
 
 void MainWindow::message(const QString& text) {
-  m_status->end(); // the next step of a run that goes on shows it again
   m_dialogs.message(this, text);
 }
 
 Answer MainWindow::question(const QString& text, const QString& caption) {
-  m_status->end();
   return m_dialogs.question(this, text, caption) ? Answer::Yes : Answer::No;
 }
 
@@ -310,15 +266,15 @@ void MainWindow::note(const QString& text) {
   if (m_program.isReady() && m_program.driver().state().commandLine) {
     tellTerminal(text); // the window may close before anybody has read it
   }
-  m_runLine->note(text);
+  m_activity->note(text);
 }
 
 QStringList MainWindow::lastTold() const {
-  return m_runLine->lastTold();
+  return m_activity->lastTold();
 }
 
 void MainWindow::remember(const QString& text) {
-  m_runLine->remember(text);
+  m_activity->remember(text);
 }
 
 void MainWindow::tellNews(const QString& text, const std::function<void()>& onMore) {
@@ -326,15 +282,11 @@ void MainWindow::tellNews(const QString& text, const std::function<void()>& onMo
 }
 
 void MainWindow::print(const QString& text) {
-  m_runLine->note(text);
+  m_activity->note(text);
 }
 
 void MainWindow::progress(const Progress& progress) {
-  if (m_usesStatusDialog) {
-    m_status->progress(progress);
-  } else if (m_paintPace.isDue()) {
-    m_runLine->progress(progress);
-  }
+  m_activity->progress(progress);
 }
 
 void MainWindow::handlePendingEvents() {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "engine/job/JobDriver.h"
-#include "engine/job/SplitPlan.h"
 #include "engine/setup/SplitSetup.h"
 
 #include <functional>
@@ -18,17 +17,6 @@ struct WindowParts {
   std::function<BatchRows*()> batchRows;
   /// A batch run begins and ends: the list is not to be changed meanwhile. May be empty.
   std::function<void(bool running)> batchRunning;
-
-  /// Opens the page viewer at a page, from 1.
-  std::function<void(const SplitSetup& setup, int page)> viewPage;
-  /// The file that the viewer has open, empty when there is none: `USECURRENT` splits it.
-  std::function<QString()> currentDocument;
-  /// Walks through the matches with JobDriver::ShowMatches(); returns when the walk is over.
-  std::function<void(JobDriver& driver, const SplitSetup& setup)> walkMatches;
-  /// Ends a walk that stands at a match; called beside JobDriver::Stop(). May be empty.
-  std::function<void()> stopWalk;
-  /// Opens the window of a plan.
-  std::function<void(const QString& source, const SplitPlan& plan)> showPlan;
 
   /// Opens the list of mails with a list file that the person chooses.
   std::function<void()> loadEmailList;

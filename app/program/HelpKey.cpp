@@ -17,8 +17,7 @@ struct Row {
 constexpr std::array rows = {
     Row{"CBatchList", "batch"},           Row{"CChangeEmailDlg", "email-list"},
     Row{"CEmailListDlg", "email-list"},   Row{"CFindingsDlg", "email-list"},
-    Row{"CUpdateIntervalDlg", "updates"}, Row{"pageNumber", "page-number"},
-    Row{"pageViewer", "viewer"},          Row{"planWindow", "plan"}};
+    Row{"CUpdateIntervalDlg", "updates"}};
 
 QString topicOf(const QString& window) {
   for (const Row& row : rows) {

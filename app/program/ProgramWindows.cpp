@@ -4,17 +4,12 @@
 #include "app/help/HelpWindow.h"
 #include "app/help/ProblemReport.h"
 #include "app/program/LibraryVersions.h"
-#include "app/viewer/MatchWalker.h"
-#include "app/viewer/PagePane.h"
-#include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
 #include "mail/windows/EmailSession.h"
 #include "mail/windows/RunSendTest.h"
 #include "platform/DropFilter.h"
-#include "platform/Paths.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "updates/UpdateCheck.h"
-#include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -43,7 +38,7 @@ ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
 
 ProgramWindows::~ProgramWindows() {
   for (QWidget* window :
-       std::initializer_list<QWidget*>{m_viewer.get(), m_plan.get(), m_list.get(), m_help.get()}) {
+       std::initializer_list<QWidget*>{m_list.get(), m_help.get()}) {
     if (window != nullptr) {
       m_memory.keep(window);
       window->close();
@@ -67,19 +62,6 @@ WindowParts ProgramWindows::parts() {
       m_list->setRunning(running);
     }
   };
-  parts.viewPage = [this](const SplitSetup& setup, int page) { viewPage(setup, page); };
-  parts.currentDocument = [this] {
-    return m_viewer && m_viewer->pageCount() > 0 ? m_viewer->file().path : QString();
-  };
-  parts.walkMatches = [this](JobDriver& driver, const SplitSetup& setup) {
-    walkMatches(driver, setup);
-  };
-  parts.stopWalk = [this] {
-    if (m_walker != nullptr) {
-      m_walker->stop();
-    }
-  };
-  parts.showPlan = [this](const QString& source, const SplitPlan& plan) { showPlan(source, plan); };
   parts.loadEmailList = [this] { emails().loadEmailList(m_main.currentSetup()); };
   parts.goOnMailing = [this](const SplitSetup& setup) { return emails().goOn(setup); };
   parts.mailOutputs = [this](JobDriver& driver, const SplitSetup& setup) {
@@ -97,62 +79,6 @@ WindowParts ProgramWindows::parts() {
   parts.problemReport = [this] { reportProblem(); };
   parts.updateCheck = [this] { editUpdateCheck(); };
   return parts;
-}
-
-PagePane& ProgramWindows::viewer() {
-  if (!m_viewer) {
-    m_viewer = std::make_unique<PagePane>();
-    m_viewer->setLibrary(m_main.program().textLibrary());
-    constexpr QSize startSize(820, 900);
-    resizeOnScreen(m_viewer.get(), startSize);
-    m_viewer->onWordMeant = [this](WordMeaning meaning, const PickedPlace& place) {
-      takeMeant(meaning, place);
-    };
-    m_viewer->onAreaMeant = [this](AreaMeaning meaning, const PickedArea& area) {
-      takeMeant(meaning, area);
-    };
-    m_memory.restore(m_viewer.get());
-  }
-  return *m_viewer;
-}
-
-template <typename Meaning, typename Picked>
-void ProgramWindows::takeMeant(Meaning meaning, const Picked& picked) {
-  SplitSetup setup = m_main.currentSetup();
-  m_viewer->tell(takeMeaning(setup, meaning, picked));
-  m_main.program().store().edited() = setup;
-  m_main.refresh();
-}
-
-void ProgramWindows::openInViewer(const SplitSetup& setup) {
-  viewer().openFile({platform::withoutTrailingBlanks(setup.fileName), setup.pdfPassword,
-                     setup.rotated, setup.horizWordSpacing});
-}
-
-void ProgramWindows::viewPage(const SplitSetup& setup, int page) {
-  openInViewer(setup);
-  viewer().goToPage(page);
-  bringUp(viewer());
-}
-
-void ProgramWindows::walkMatches(JobDriver& driver, const SplitSetup& setup) {
-  openInViewer(setup);
-  bringUp(viewer());
-  MatchWalker walker(viewer(), [&driver] { driver.Stop(); });
-  m_walker = &walker;
-  driver.ShowMatches(walker);
-  m_walker = nullptr;
-}
-
-void ProgramWindows::showPlan(const QString& source, const SplitPlan& plan) {
-  if (!m_plan) {
-    m_plan = std::make_unique<PlanWindow>(m_dialogs);
-    m_plan->onPageRequested = [this](int page) { viewPage(m_main.currentSetup(), page); };
-    m_plan->onProcess = [this] { m_main.process(); };
-    m_memory.restore(m_plan.get());
-  }
-  m_plan->setPlan(source, plan);
-  bringUp(*m_plan);
 }
 
 void ProgramWindows::prepareList() {

@@ -12,14 +12,10 @@ namespace folivex {
 class CBatchList;
 class EmailSession;
 class HelpWindow;
-class MatchWalker;
-class PagePane;
-class PlanWindow;
 class UpdateCheck;
 struct UpdateResult;
 
-/// Makes each window when it is first asked for, and ties it to the main window. What a person
-/// picks in the page viewer goes into the main window's fields.
+/// Makes each window when it is first asked for, and ties it to the main window.
 class ProgramWindows {
 public:
   /// Both must outlive this.
@@ -36,13 +32,6 @@ public:
 
 private:
   WindowParts parts();
-  PagePane& viewer();
-  void viewPage(const SplitSetup& setup, int page);
-  template <typename Meaning, typename Picked>
-  void takeMeant(Meaning meaning, const Picked& picked);
-  void openInViewer(const SplitSetup& setup);
-  void walkMatches(JobDriver& driver, const SplitSetup& setup);
-  void showPlan(const QString& source, const SplitPlan& plan);
   void prepareList();
   EmailSession& emails();
   void openHelp(const QString& topic);
@@ -56,13 +45,10 @@ private:
   MainWindow m_main;
   // What follows uses the libraries of the main window and goes first.
   std::unique_ptr<UpdateCheck> m_updates;
-  std::unique_ptr<PagePane> m_viewer;
-  std::unique_ptr<PlanWindow> m_plan;
   std::unique_ptr<CBatchList> m_list;
   std::unique_ptr<EmailSession> m_emails;
   std::unique_ptr<HelpWindow> m_help;
   HelpKey m_helpKey;
-  MatchWalker* m_walker = nullptr; ///< while matches are walked through
 };
 
 } // namespace folivex

@@ -48,7 +48,7 @@ int runWindow(int& argc, char** argv, const CommandLine& line) {
   ProgramWindows windows(dialogs, memory);
   MainWindow& main = windows.main();
   // Windows beside the main one do not keep the program alive.
-  QObject::connect(&main, &QDialog::finished, &main, [] { QApplication::exit(0); });
+  main.onClosed = [] { QApplication::exit(0); };
   main.show();
   platform::allowDropsOn(main.winId());
   QTimer::singleShot(0, &main, [&] { windows.start(line); });

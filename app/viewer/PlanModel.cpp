@@ -19,21 +19,29 @@ bool isNumeric(PlanColumn column) {
 
 } // namespace
 
-void PlanModel::setPlan(SplitPlan plan) {
+void PlanModel::setRows(std::unique_ptr<PlanRows> rows, const QString& text, bool warningsOnly) {
+  rows->choose(text, warningsOnly);
   beginResetModel();
-  m_rows.setPlan(std::move(plan));
+  m_rows = std::move(rows);
   endResetModel();
 }
 
 void PlanModel::choose(const QString& text, bool warningsOnly) {
   // A reset, since telling of each group of rows that goes would cost a view far more.
   beginResetModel();
-  m_rows.choose(text, warningsOnly);
+  m_rows->choose(text, warningsOnly);
   endResetModel();
 }
 
+void PlanModel::setStale(bool isStale) {
+  if (isStale != m_isStale) {
+    m_isStale = isStale;
+    emit dataChanged(index(0, 0), index(rowCount() - 1, planColumnCount - 1), {Qt::ForegroundRole});
+  }
+}
+
 int PlanModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : m_rows.count();
+  return parent.isValid() ? 0 : m_rows->count();
 }
 
 int PlanModel::columnCount(const QModelIndex& parent) const {
@@ -41,19 +49,21 @@ int PlanModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant PlanModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || index.row() >= m_rows.count()) {
+  if (!index.isValid() || index.row() >= m_rows->count()) {
     return {};
   }
   const PlanColumn column = columnOf(index.column());
   switch (role) {
   case Qt::DisplayRole:
-    return m_rows.text(index.row(), column);
+    return m_rows->text(index.row(), column);
   case Qt::ToolTipRole:
-    return cellToolTip(m_rows.text(index.row(), column));
+    return cellToolTip(m_rows->text(index.row(), column));
   case Qt::TextAlignmentRole:
     return QVariant(Qt::AlignVCenter | (isNumeric(column) ? Qt::AlignRight : Qt::AlignLeft));
   case Qt::ForegroundRole:
-    return column == PlanColumn::Note ? QVariant(problemColor()) : QVariant();
+    return m_isStale                    ? QVariant(hintColor())
+           : column == PlanColumn::Note ? QVariant(problemColor())
+                                        : QVariant();
   default:
     return {};
   }
@@ -78,12 +88,12 @@ void PlanModel::sort(int column, Qt::SortOrder order) {
   const QModelIndexList before = persistentIndexList();
   std::vector<int> outputs;
   for (const QModelIndex& index : before) {
-    outputs.push_back(m_rows.output(index.row()));
+    outputs.push_back(m_rows->output(index.row()));
   }
-  m_rows.sort(columnOf(column), order == Qt::DescendingOrder);
-  std::vector<int> rowOf(static_cast<std::size_t>(m_rows.total()), -1);
-  for (int row = 0; row < m_rows.count(); ++row) {
-    rowOf[static_cast<std::size_t>(m_rows.output(row))] = row;
+  m_rows->sort({columnOf(column), order == Qt::DescendingOrder});
+  std::vector<int> rowOf(static_cast<std::size_t>(m_rows->total()), -1);
+  for (int row = 0; row < m_rows->count(); ++row) {
+    rowOf[static_cast<std::size_t>(m_rows->output(row))] = row;
   }
   QModelIndexList after;
   for (qsizetype i = 0; i < before.size(); ++i) {

@@ -48,12 +48,11 @@ QString planColumnTitle(PlanColumn column) {
   return QString::fromLatin1(titles.at(static_cast<std::size_t>(column)));
 }
 
-void PlanRows::setPlan(SplitPlan plan) {
-  m_plan = std::move(plan);
-  m_rows.clear();
-  m_rows.reserve(m_plan.outputs.size());
-  m_hasAddresses = false;
-  for (const PlannedOutput& output : m_plan.outputs) {
+PlanRows::PlanRows(std::shared_ptr<const SplitPlan> plan, Order order)
+    : m_plan(std::move(plan)), m_summary(m_plan->account.summary(m_plan->fileCount)),
+      m_order(order) {
+  m_rows.reserve(m_plan->outputs.size());
+  for (const PlannedOutput& output : m_plan->outputs) {
     const qsizetype folder = folderLength(output.path);
     m_hasAddresses = m_hasAddresses || !output.address.isEmpty();
     m_rows.push_back({output.firstPage == output.lastPage
@@ -67,7 +66,7 @@ void PlanRows::setPlan(SplitPlan plan) {
   m_warningCount = static_cast<int>(std::count_if(
       m_rows.begin(), m_rows.end(), [](const Row& row) { return !row.note.isEmpty(); }));
   m_ordered.resize(m_rows.size());
-  order();
+  arrange();
 }
 
 /// Two names that differ in capitals only are one file on many a disk, and the second of them
@@ -75,7 +74,7 @@ void PlanRows::setPlan(SplitPlan plan) {
 void PlanRows::addNameClashes() {
   QHash<QString, QString> firstOfName;
   QSet<QString> clashes;
-  for (const PlannedOutput& output : m_plan.outputs) {
+  for (const PlannedOutput& output : m_plan->outputs) {
     const QString folded = output.path.toCaseFolded();
     if (const auto first = firstOfName.constFind(folded); first == firstOfName.constEnd()) {
       firstOfName.insert(folded, output.path);
@@ -87,7 +86,7 @@ void PlanRows::addNameClashes() {
     return;
   }
   for (std::size_t i = 0; i < m_rows.size(); ++i) {
-    if (clashes.contains(m_plan.outputs[i].path.toCaseFolded())) {
+    if (clashes.contains(m_plan->outputs[i].path.toCaseFolded())) {
       m_rows[i].note =
           joined(m_rows[i].note, QStringLiteral("another name differs in capitals only"));
     }
@@ -117,8 +116,8 @@ QString PlanRows::text(int row, PlanColumn column) const {
 int PlanRows::compare(int left, int right, PlanColumn column) const {
   const auto l = static_cast<std::size_t>(left);
   const auto r = static_cast<std::size_t>(right);
-  const PlannedOutput& a = m_plan.outputs[l];
-  const PlannedOutput& b = m_plan.outputs[r];
+  const PlannedOutput& a = m_plan->outputs[l];
+  const PlannedOutput& b = m_plan->outputs[r];
   switch (column) {
   case PlanColumn::Pages:
     return compareValues(std::pair(a.firstPage, a.lastPage), std::pair(b.firstPage, b.lastPage));
@@ -138,19 +137,18 @@ int PlanRows::compare(int left, int right, PlanColumn column) const {
   return 0;
 }
 
-void PlanRows::order() {
+void PlanRows::arrange() {
   std::iota(m_ordered.begin(), m_ordered.end(), 0);
   std::stable_sort(m_ordered.begin(), m_ordered.end(), [this](int left, int right) {
-    return m_descending ? compare(right, left, m_sortColumn) < 0
-                        : compare(left, right, m_sortColumn) < 0;
+    return m_order.descending ? compare(right, left, m_order.column) < 0
+                              : compare(left, right, m_order.column) < 0;
   });
   choose(m_sought, m_warningsOnly);
 }
 
-void PlanRows::sort(PlanColumn column, bool descending) {
-  m_sortColumn = column;
-  m_descending = descending;
-  order();
+void PlanRows::sort(Order order) {
+  m_order = order;
+  arrange();
 }
 
 void PlanRows::choose(const QString& text, bool warningsOnly) {
@@ -166,7 +164,7 @@ void PlanRows::choose(const QString& text, bool warningsOnly) {
     if (warningsOnly && row.note.isEmpty()) {
       continue;
     }
-    if (text.isEmpty() || contains(row.pages) || contains(m_plan.outputs[index].matchedText) ||
+    if (text.isEmpty() || contains(row.pages) || contains(m_plan->outputs[index].matchedText) ||
         contains(row.name) || contains(row.folder) || contains(row.note) || contains(row.address)) {
       m_shown.push_back(output);
     }
@@ -174,7 +172,7 @@ void PlanRows::choose(const QString& text, bool warningsOnly) {
 }
 
 SplitPlan PlanRows::shownPlan() const {
-  SplitPlan shown = m_plan;
+  SplitPlan shown = *m_plan;
   shown.outputs.clear();
   for (int row = 0; row < count(); ++row) {
     shown.outputs.push_back(planned(row));

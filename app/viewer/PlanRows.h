@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <vector>
 
 namespace folivex {
@@ -15,11 +16,21 @@ inline constexpr int planColumnCount = 7;
 
 QString planColumnTitle(PlanColumn column);
 
-/// Rows count from 0 in the order shown. An output is a row's index in the plan.
+/// Rows count from 0 in the order shown. An output is a row's index in the plan. Made beside the
+/// window's thread, since a plan may have thousands of outputs, and handed over whole.
 class PlanRows {
 public:
-  void setPlan(SplitPlan plan);
-  const SplitPlan& plan() const { return m_plan; }
+  struct Order {
+    PlanColumn column = PlanColumn::Pages;
+    bool descending = false;
+  };
+
+  PlanRows() : PlanRows(std::make_shared<SplitPlan>(), {}) {}
+  PlanRows(std::shared_ptr<const SplitPlan> plan, Order order);
+  const SplitPlan& plan() const { return *m_plan; }
+  const std::shared_ptr<const SplitPlan>& sharedPlan() const { return m_plan; }
+  /// Where the pages go, in one line.
+  const QString& summary() const { return m_summary; }
 
   int count() const { return static_cast<int>(m_shown.size()); }
   int total() const { return static_cast<int>(m_rows.size()); }
@@ -28,12 +39,12 @@ public:
 
   int output(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
   const PlannedOutput& planned(int row) const {
-    return m_plan.outputs[static_cast<std::size_t>(output(row))];
+    return m_plan->outputs[static_cast<std::size_t>(output(row))];
   }
   QString text(int row, PlanColumn column) const;
 
   /// Rows of equal content stay in the plan's order.
-  void sort(PlanColumn column, bool descending);
+  void sort(Order order);
   /// Shows rows with this text in any column, capitals or not, and, if asked for, a warning.
   void choose(const QString& text, bool warningsOnly);
 
@@ -52,14 +63,14 @@ private:
   const Row& of(int row) const { return m_rows[static_cast<std::size_t>(output(row))]; }
   int compare(int left, int right, PlanColumn column) const;
   void addNameClashes();
-  void order();
+  void arrange();
 
-  SplitPlan m_plan;
+  std::shared_ptr<const SplitPlan> m_plan;
+  QString m_summary;
   std::vector<Row> m_rows; ///< by output
   std::vector<int> m_ordered;
   std::vector<int> m_shown;
-  PlanColumn m_sortColumn = PlanColumn::Pages;
-  bool m_descending = false;
+  Order m_order;
   QString m_sought;
   bool m_warningsOnly = false;
   int m_warningCount = 0;

@@ -3,15 +3,17 @@
 #include "app/dialogs/CConfigureDlg.h"
 #include "app/dialogs/CEmailSettingsDlg.h"
 #include "app/dialogs/COtherSettingsDlg.h"
-#include "app/dialogs/CPageNumberDlg.h"
 #include "app/dialogs/CReportOptionsDlg.h"
-#include "app/dialogs/CStatusDlg.h"
+#include "app/viewer/PageCanvas.h"
+#include "app/viewer/PagePane.h"
 #include "engine/setup/SplitMethod.h"
 #include "scripts/pictures/Scenes.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QTest>
 #include <QTimer>
 
 namespace folivex::pictures {
@@ -21,9 +23,6 @@ ReadyMainWindow::ReadyMainWindow(const Studio& studio)
   WindowParts parts;
   parts.batchRows = []() -> BatchRows* { return nullptr; };
   parts.prepareList = [] {};
-  parts.walkMatches = [](JobDriver&, const SplitSetup&) {};
-  parts.showPlan = [](const QString&, const SplitPlan&) {};
-  parts.viewPage = [](const SplitSetup&, int) {};
   parts.openHelp = [](const QString&) {};
   m_window->setParts(parts);
   m_window->start({});
@@ -36,32 +35,42 @@ void ReadyMainWindow::show(const SplitSetup& setup) {
   m_window->refresh();
 }
 
+void ReadyMainWindow::waitForPage() {
+  constexpr int patienceMs = 60'000;
+  const auto* pane = m_window->findChild<PagePane*>();
+  const auto* canvas = m_window->findChild<PageCanvas*>();
+  static_cast<void>(QTest::qWaitFor(
+      [&] { return pane->pageCount() == 0 || !canvas->page().image.isNull(); }, patienceMs));
+}
+
+void ReadyMainWindow::trigger(const char* action) {
+  m_window->findChild<QAction*>(QString::fromLatin1(action))->trigger();
+}
+
 void takeMainWindow(Camera& camera, const Studio& studio) {
   ReadyMainWindow main(studio);
   MainWindow& window = main.window();
-  main.show(byPosition());
-  camera.take(window, QStringLiteral("main"));
-  SplitSetup bookmarks = byPosition();
-  bookmarks.pageExtract = splitMethodTexts()[8];
-  bookmarks.splitToSource = true;
-  main.show(bookmarks);
-  camera.take(window, QStringLiteral("main-bookmarks"));
+  constexpr QSize usual(1280, 900);
+  camera.take(window, QStringLiteral("main-empty"), usual);
+  main.show(firstSplit(studio.sample));
+  window.show();
+  main.waitForPage();
+  main.trigger("plan");
+  camera.take(window, QStringLiteral("main"), usual);
+  camera.take(window, QStringLiteral("main-wide"), QSize(1920, 1080));
+  camera.take(window, QStringLiteral("main-small"), QSize(1024, 700));
+  camera.take(window, QStringLiteral("main-tabs"), QSize(960, 520));
+  main.show(withFaults());
+  window.process();
+  camera.take(window, QStringLiteral("main-faults"), usual);
   {
     ReadyMainWindow other(studio);
     other.show(byPosition());
     other.window().tellNews(QStringLiteral("Version 4.10.0 is available; this is version 4.9.2."),
                             [] {});
-    camera.take(other.window(), QStringLiteral("main-news"));
+    other.window().note(QStringLiteral("page 17: the page is damaged; its words were not read"));
+    camera.take(other.window(), QStringLiteral("main-news"), usual);
   }
-  main.show(withFaults());
-  window.process();
-  camera.take(window, QStringLiteral("main-faults"));
-  main.show(byPosition());
-  window.note(QStringLiteral("page 17: the page is damaged; its words were not read"));
-  window.note(QStringLiteral("page 203: its text cannot be read as letters; run text recognition"));
-  // As much of it as a screen of 1366 x 768 has beside its own bars.
-  const QSize screen(1366, 700);
-  camera.take(window, QStringLiteral("main-small-screen"), screen / window.devicePixelRatioF());
 }
 
 namespace {
@@ -91,13 +100,6 @@ void takeSettings(Camera& camera, const Studio& studio) {
   faults.setSetup(withFaults());
   faults.accept(); // tells what is wrong, and stays
   camera.take(faults, QStringLiteral("email-settings-faults"));
-  CPageNumberDlg page(1204, 17);
-  camera.take(page, QStringLiteral("page-number"));
-  CStatusDlg status;
-  status.begin(QStringLiteral("Processing"), byPosition().fileName);
-  // The first is shown at once; a later one could fall into the pause between two.
-  status.progress({QStringLiteral("Processing page: 411"), 412, 1204, 137});
-  camera.take(status, QStringLiteral("status"));
 }
 
 namespace {

@@ -2,7 +2,7 @@
 #include "app/MainWindow.h"
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PagePane.h"
-#include "app/viewer/PlanWindow.h"
+#include "app/viewer/PlanPane.h"
 #include "platform/Paths.h"
 #include "scripts/pictures/Scenes.h"
 
@@ -79,11 +79,15 @@ SplitPlan planOf(const Studio& studio) {
   return plan;
 }
 
+void show(PlanPane& pane, const SplitPlan& plan) {
+  pane.setPlan(shownFolder() + QStringLiteral("statements.pdf"),
+               std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), pane.order()));
+}
+
 void takePlans(Camera& camera, const Studio& studio) {
-  const QString source = shownFolder() + QStringLiteral("statements.pdf");
   SplitPlan plan = planOf(studio);
-  PlanWindow table(studio.dialogs);
-  table.setPlan(source, plan);
+  PlanPane table(studio.dialogs);
+  show(table, plan);
   camera.take(table, QStringLiteral("plan"));
   plan.outputs[0].fate = PlannedOutput::Fate::Replaces;
   plan.outputs[1].fate = PlannedOutput::Fate::Renamed;
@@ -96,12 +100,8 @@ void takePlans(Camera& camera, const Studio& studio) {
   plan.outputs[2].address.clear();
   plan.notes = {QStringLiteral("The file forbids the extraction of its pages; it is split anyway."),
                 QStringLiteral("page 3: the page is damaged; its words were not read")};
-  table.setPlan(source, plan);
+  show(table, plan);
   camera.take(table, QStringLiteral("plan-warnings"));
-  SplitPlan none;
-  none.problem = QStringLiteral("There was a problem opening/reading the PDF file: ") + source;
-  table.setPlan(source, none);
-  camera.take(table, QStringLiteral("plan-none"));
 }
 
 } // namespace
@@ -131,8 +131,8 @@ QImage viewerPicture(const Studio& studio) {
 }
 
 QImage planPicture(const Studio& studio) {
-  PlanWindow table(studio.dialogs);
-  table.setPlan(shownFolder() + QStringLiteral("statements.pdf"), planOf(studio));
+  PlanPane table(studio.dialogs);
+  show(table, planOf(studio));
   table.resize(QSize(660, 300));
   table.show();
   QApplication::processEvents();

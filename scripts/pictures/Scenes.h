@@ -31,6 +31,9 @@ public:
 
   MainWindow& window() { return *m_window; }
   void show(const SplitSetup& setup);
+  /// Until the file of the setup is open and its page drawn.
+  void waitForPage();
+  void trigger(const char* action);
 
 private:
   std::unique_ptr<MainWindow> m_window;

@@ -4,7 +4,6 @@
 #include "app/dialogs/RunEstimate.h"
 #include "app/dialogs/SettingUse.h"
 #include "app/dialogs/SetupChecks.h"
-#include "app/groups/PickTargets.h"
 #include "engine/naming/NameTokens.h"
 #include "tests/support/Programs.h"
 #include "tests/support/Rows.h"
@@ -90,20 +89,6 @@ TEST(RunEstimate, IsRoundedAndKnowsItsLimits) {
   forEachRow("app/estimates.json", [](const SplitSetup&, const QStringList& row) {
     EXPECT_EQ(timeLeftText(row[0].toInt(), row[1].toInt(), row[2].toLongLong()), row[3]);
   });
-}
-
-TEST(PickTargets, PicksSetWhatTheyAreMeantFor) {
-  const PickedPlace word{"Account:", 100, 320, 101, 321};
-  const PickedArea area{100, 120, 320, 320};
-  forEachRow("app/picks.json", [&](SplitSetup setup, const QStringList& row) {
-    const auto target = static_cast<int>(pickTargetTexts().indexOf(row[1]));
-    EXPECT_FALSE((row[0] == "word" ? takePick(setup, target, word) : takePick(setup, target, area))
-                     .isEmpty());
-    EXPECT_EQ(changedLines(setup).join(u'|'), row[2]);
-  });
-  SplitSetup setup;
-  EXPECT_FALSE(takePick(setup, 99, word).isEmpty());
-  EXPECT_EQ(setup, SplitSetup());
 }
 
 } // namespace

@@ -1,0 +1,266 @@
+#include "app/viewer/PlanPane.h"
+
+#include "app/PlanPrinter.h"
+#include "widgets/Controls.h"
+#include "widgets/Dialogs.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/ListTable.h"
+#include "widgets/TextExport.h"
+#include "widgets/Theme.h"
+
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace folivex {
+
+namespace {
+
+constexpr int air = 6;
+
+} // namespace
+
+PlanPane::PlanPane(Dialogs& dialogs, QWidget* parent)
+    : QWidget(parent), m_dialogs(dialogs), m_model(new PlanModel(this)) {
+  setObjectName(QStringLiteral("planPane"));
+  setProperty("helpTopic", QStringLiteral("plan"));
+  buildControls();
+  connectControls();
+  setPlan(QString(), std::make_unique<PlanRows>());
+}
+
+void PlanPane::buildControls() {
+  m_notes = named(new QPlainTextEdit(this), "planNotes", "What was found while the file was read");
+  m_notes->setAccessibleName(QStringLiteral("Findings of the plan"));
+  m_notes->setReadOnly(true);
+  m_notes->setTabChangesFocus(true);
+  m_offerRow = new QWidget(this);
+  m_offerText = named(new QLabel(m_offerRow), "planOffer");
+  m_offerText->setTextFormat(Qt::PlainText);
+  m_offerText->setWordWrap(true);
+  m_offerButtons = new QHBoxLayout(m_offerRow);
+  m_offerButtons->setContentsMargins(0, 0, 0, 0);
+  m_offerButtons->addWidget(m_offerText, 1);
+  m_offerRow->hide();
+  QWidget* head = buildHead();
+  stack(this, {head, m_offerRow, m_notes, {buildTable(), 1}});
+  layout()->setContentsMargins(air, 2, air, 2);
+  layout()->setSpacing(4);
+}
+
+QWidget* PlanPane::buildHead() {
+  m_summary = named(new ElidedLabel(this), "planSummary");
+  m_age = named(new QLabel(this), "planAge", "Which moment and which pages the plan is of");
+  m_age->setTextFormat(Qt::PlainText);
+  m_filter =
+      named(new QLineEdit(this), "planFilter", "Show only rows with this text in any column");
+  m_filter->setClearButtonEnabled(true);
+  constexpr int filterWidth = 90;
+  m_filter->setMinimumWidth(filterWidth);
+  m_warningsOnly = named(new QCheckBox(this), "warningsOnly",
+                         "Only rows whose file replaces or meets another one, or is given up");
+  m_shown = named(new QLabel(this), "shownRows");
+  m_export = sideButton("exportPlan", QStringLiteral("Expo&rt..."),
+                        QStringLiteral("Write the rows shown, in the order shown, to a CSV file"),
+                        this, [this] { exportRows(); });
+  auto* head = new QWidget(this);
+  m_head = new QBoxLayout(QBoxLayout::LeftToRight, head);
+  m_head->setContentsMargins(0, 0, 0, 0);
+  m_head->addWidget(sideBySide(head, {{m_summary, 1}, m_age}), 1);
+  m_head->addWidget(sideBySide(head, {labelFor(m_filter, QStringLiteral("Fi&lter:")), {m_filter, 1},
+                                      m_shown, m_warningsOnly, m_export}));
+  return head;
+}
+
+QWidget* PlanPane::buildTable() {
+  m_table = named(new ListTable(*m_model, this), "planTable",
+                  "Choose a row to see its first page; Enter goes to the page");
+  m_table->setAccessibleName(QStringLiteral("Planned outputs"));
+  m_table->setSelectionMode(QAbstractItemView::SingleSelection);
+  m_table->setSortingEnabled(true);
+  m_table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
+  m_table->horizontalHeader()->setStretchLastSection(true);
+  m_table->verticalHeader()->hide();
+  m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() +
+                            3 * m_table->verticalHeader()->defaultSectionSize());
+  return m_table;
+}
+
+void PlanPane::connectControls() {
+  connect(m_filter, &QLineEdit::textChanged, this, [this] { choose(); });
+  connect(m_warningsOnly, &QCheckBox::toggled, this, [this] { choose(); });
+  connect(m_table, &QTableView::activated, this, &PlanPane::requestPage);
+  connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          &PlanPane::requestPage);
+  connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this, [this] {
+    if (onOrderChanged) {
+      onOrderChanged();
+    }
+  });
+}
+
+PlanRows::Order PlanPane::order() const {
+  const QHeaderView* header = m_table->horizontalHeader();
+  return {static_cast<PlanColumn>(header->sortIndicatorSection()),
+          header->sortIndicatorOrder() == Qt::DescendingOrder};
+}
+
+void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
+  const QScopedValueRollback changing(m_isChanging, true);
+  const bool isAnother = source != m_source || m_model->rows().total() == 0;
+  const QModelIndex current = m_table->currentIndex();
+  const int page = current.isValid() ? m_model->rows().planned(current.row()).firstPage : 0;
+  const int scrolled = m_table->verticalScrollBar()->value();
+  m_source = source;
+  const int warnings = rows->warningCount();
+  m_warningsOnly->setText(QStringLiteral("%1 &warnings").arg(warnings));
+  m_warningsOnly->setEnabled(warnings > 0);
+  if (warnings == 0) {
+    m_warningsOnly->setChecked(false);
+  }
+  const bool hadAddresses = m_model->rows().hasAddresses();
+  m_model->setRows(std::move(rows), m_filter->text(), m_warningsOnly->isChecked());
+  const PlanRows& shown = m_model->rows();
+  m_table->setColumnHidden(static_cast<int>(PlanColumn::Address), !shown.hasAddresses());
+  m_summary->setText(shown.total() == 0 ? QString() : shown.summary());
+  tellNotes(shown.plan().notes);
+  tellCounts();
+  if (isAnother || hadAddresses != shown.hasAddresses()) {
+    fitColumns();
+  } else {
+    m_table->verticalScrollBar()->setValue(scrolled);
+    selectPage(page);
+  }
+}
+
+/// The row that begins at this page gets the cursor, without the table moving.
+void PlanPane::selectPage(int page) {
+  const PlanRows& rows = m_model->rows();
+  for (int row = 0; page > 0 && row < rows.count(); ++row) {
+    if (rows.planned(row).firstPage == page) {
+      m_table->selectionModel()->setCurrentIndex(m_model->index(row, 0),
+                                                 QItemSelectionModel::ClearAndSelect |
+                                                     QItemSelectionModel::Rows);
+      return;
+    }
+  }
+}
+
+void PlanPane::tellAge(const QString& text, Age age) {
+  m_age->setText(text);
+  setTone(m_age, age == Age::Stale ? Tone::Hint : Tone::Plain);
+  m_model->setStale(age == Age::Stale);
+}
+
+void PlanPane::setWhenEmpty(const QString& text) {
+  m_whenEmpty = text;
+  tellCounts();
+}
+
+void PlanPane::offer(const QString& text, Offers offers) {
+  while (m_offerButtons->count() > 1) { // the text stays
+    const std::unique_ptr<QLayoutItem> item(m_offerButtons->takeAt(1));
+    item->widget()->hide();
+    item->widget()->deleteLater(); // one of them may have been clicked just now
+  }
+  m_offerText->setText(text);
+  setTone(m_offerText, Tone::Problem);
+  int number = 0;
+  for (auto& [label, act] : offers) {
+    QPushButton* button = sideButton("", label, QString(), m_offerRow, std::move(act));
+    button->setObjectName(QStringLiteral("planOffer%1").arg(++number));
+    m_offerButtons->addWidget(button);
+  }
+  m_offerRow->setVisible(!text.isEmpty());
+}
+
+void PlanPane::tellNotes(const QStringList& notes) {
+  m_notes->setPlainText(notes.join(QLatin1Char('\n')));
+  m_notes->setVisible(!notes.isEmpty());
+  constexpr qsizetype mostLines = 3;
+  const auto lines = static_cast<int>(std::min(notes.size(), mostLines));
+  m_notes->setFixedHeight(m_notes->fontMetrics().lineSpacing() * lines + 2 * air +
+                          2 * m_notes->frameWidth());
+}
+
+void PlanPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  constexpr int oneLine = 760;
+  m_head->setDirection(event->size().width() >= oneLine ? QBoxLayout::LeftToRight
+                                                        : QBoxLayout::TopToBottom);
+  if (event->oldSize().width() != event->size().width()) {
+    fitColumns();
+  }
+}
+
+void PlanPane::fitColumns() {
+  // By the first rows; all of a long plan would take too long to measure.
+  constexpr int rowsMeasured = 100;
+  constexpr int widest = 260;
+  constexpr int roomBeside = 4;
+  m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
+  const int last =
+      static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
+  int needed = m_table->verticalScrollBar()->sizeHint().width();
+  for (int column = 0; column < last; ++column) { // the last takes the room that is left
+    m_table->resizeColumnToContents(column);
+    m_table->setColumnWidth(column, std::min(m_table->columnWidth(column) + roomBeside, widest));
+    needed += m_table->columnWidth(column);
+  }
+  needed += std::max(std::min(m_table->sizeHintForColumn(last) + roomBeside, widest),
+                     m_table->horizontalHeader()->sectionSizeHint(last));
+  // The folder is the same in nearly every row: it gives way where there is too little room.
+  constexpr auto folder = static_cast<int>(PlanColumn::Folder);
+  constexpr int narrowest = 90;
+  const int excess = std::max(needed - m_table->viewport()->width(), 0);
+  m_table->setColumnWidth(folder, std::max(m_table->columnWidth(folder) - excess, narrowest));
+}
+
+void PlanPane::choose() {
+  const QScopedValueRollback changing(m_isChanging, true);
+  const QModelIndex current = m_table->currentIndex();
+  const int page = current.isValid() ? m_model->rows().planned(current.row()).firstPage : 0;
+  m_model->choose(m_filter->text(), m_warningsOnly->isChecked());
+  selectPage(page);
+  tellCounts();
+}
+
+void PlanPane::tellCounts() {
+  const PlanRows& rows = m_model->rows();
+  m_shown->setText(rows.count() == rows.total()
+                       ? QString()
+                       : QStringLiteral("%1 of %2 outputs").arg(rows.count()).arg(rows.total()));
+  m_export->setEnabled(rows.count() > 0);
+  m_table->setWhenEmpty(rows.total() > 0 ? QStringLiteral("No row holds this text.") : m_whenEmpty);
+  m_table->showWhetherEmpty();
+}
+
+void PlanPane::requestPage(const QModelIndex& index) {
+  if (index.isValid() && !m_isChanging && onPageRequested) {
+    onPageRequested(m_model->rows().planned(index.row()).firstPage);
+  }
+}
+
+void PlanPane::exportRows() {
+  const QString path = m_dialogs.saveFile(
+      window(),
+      {QStringLiteral("Export the plan"), QStringLiteral("CSV files (*.csv);;All files (*)"),
+       m_source + QStringLiteral("_plan.csv"), QStringLiteral("csv")});
+  if (path.isEmpty()) {
+    return;
+  }
+  const QString text = planText(m_model->rows().shownPlan(), PlanOutput::Csv);
+  if (const QString problem = exportText(path, text); !problem.isEmpty()) {
+    m_dialogs.message(window(), QStringLiteral("%1: cannot be written: %2").arg(path, problem));
+  }
+}
+
+} // namespace folivex
