@@ -99,6 +99,8 @@ void MainWindow::buildPanes() {
   m_page->setProperty("helpTopic", QStringLiteral("viewer"));
   stack(middle, {m_news, {m_page, 1}});
   middle->layout()->setContentsMargins(0, 0, 0, 0);
+  constexpr QSize leastPage(240, 160); // a part of a page, on a small screen beside the rules
+  middle->setMinimumSize(leastPage);
   setCentralWidget(middle);
 
   m_strip = new PageStrip(this);

@@ -1,8 +1,13 @@
 #include "widgets/WindowMemory.h"
 
+#include "widgets/Controls.h"
+
 #include <QDir>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace folivex {
 
@@ -15,6 +20,14 @@ QString memoryFile() {
 
 QString geometryKey(const QWidget* window) {
   return QStringLiteral("geometry/") + window->objectName();
+}
+
+void moveOntoScreen(QWidget* window) {
+  const QRect screen = window->screen()->availableGeometry();
+  resizeOnScreen(window, window->size());
+  const QRect frame = window->frameGeometry();
+  window->move(std::clamp(frame.x(), screen.x(), std::max(screen.right() + 1 - frame.width(), screen.x())),
+               std::clamp(frame.y(), screen.y(), std::max(screen.bottom() + 1 - frame.height(), screen.y())));
 }
 
 } // namespace
@@ -32,8 +45,11 @@ void WindowMemory::setText(const QString& key, const QString& value) {
 }
 
 void WindowMemory::restore(QWidget* window) const {
-  // restoreGeometry() moves a window onto a screen that is there.
-  window->restoreGeometry(m_settings.value(geometryKey(window)).toByteArray());
+  // restoreGeometry() moves a window onto a screen that is there, and leaves it as large as it was.
+  if (window->restoreGeometry(m_settings.value(geometryKey(window)).toByteArray()) &&
+      !window->isMaximized() && !window->isFullScreen()) {
+    moveOntoScreen(window);
+  }
 }
 
 void WindowMemory::keep(const QWidget* window) {

@@ -37,8 +37,8 @@ void ReadyMainWindow::show(const SplitSetup& setup) {
 
 void ReadyMainWindow::waitForPage() {
   constexpr int patienceMs = 60'000;
-  const auto* pane = m_window->findChild<PagePane*>();
-  const auto* canvas = m_window->findChild<PageCanvas*>();
+  const auto* pane = m_window->findChild<PagePane*>(QStringLiteral("pageViewer"));
+  const auto* canvas = m_window->findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
   static_cast<void>(QTest::qWaitFor(
       [&] { return pane->pageCount() == 0 || !canvas->page().image.isNull(); }, patienceMs));
 }

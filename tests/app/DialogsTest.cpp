@@ -4,7 +4,6 @@
 #include "app/dialogs/CEmailSettingsDlg.h"
 #include "app/dialogs/COtherSettingsDlg.h"
 #include "app/dialogs/CReportOptionsDlg.h"
-#include "app/dialogs/CStatusDlg.h"
 #include "engine/output/ExternalCommand.h"
 #include "tests/app/MainWindowBench.h"
 
@@ -149,23 +148,6 @@ TEST_F(DialogsTest, ATestMailIsSentOnlyWithSettingsThatCanWork) {
   typeInto(dialog.get(), "EMAILFROM", "not yet");
   click(dialog.get(), "ok");
   EXPECT_EQ(dialog->result(), QDialog::Accepted);
-}
-
-TEST_F(DialogsTest, StatusTellsTheRunAndStopsItOnce) {
-  CStatusDlg status;
-  int stops = 0;
-  status.onStop = [&] { ++stops; };
-  status.begin("Processing", "/in/a.pdf");
-  expectWellMade(&status);
-  status.progress({"Processing page: 4", 5, 20, 2});
-  EXPECT_EQ(control<QLabel>(&status, "statusPage")->text(), "Extracting Page: 5 of 20");
-  EXPECT_EQ(control<QLabel>(&status, "statusOutputs")->text(), "Outputs: 2");
-  QTest::keyClick(&status, Qt::Key_Escape);
-  EXPECT_EQ(status.result(), CStatusDlg::stopped);
-  status.reject();
-  status.progress({"Processing page: 5", 6, 20, 2});
-  EXPECT_EQ(stops, 1);
-  EXPECT_FALSE(status.isVisible());
 }
 
 } // namespace

@@ -1,15 +1,15 @@
 // What the eye and the keyboard meet.
-#include "app/RunLine.h"
+#include "app/ActivityLine.h"
 #include "tests/app/MainWindowBench.h"
 #include "widgets/Controls.h"
 #include "widgets/ElidedLabel.h"
-#include "widgets/Foldout.h"
 #include "widgets/ListTable.h"
 #include "widgets/Theme.h"
 
+#include <QDockWidget>
 #include <QHelpEvent>
 #include <QPushButton>
-#include <QScrollBar>
+#include <QScreen>
 #include <QTextDocumentFragment>
 #include <QToolButton>
 #include <QToolTip>
@@ -25,26 +25,50 @@ protected:
 TEST_F(LooksTest, EnterPressesTheButtonThatHasTheCursor) {
   open();
   m_dialogs.files = {{}};
-  auto* load = control<QPushButton>(m_window.get(), "loadSetupButton");
-  load->setFocus();
-  QTest::keyClick(load, Qt::Key_Return); // and not Process, which is the default
+  auto* button = control<QPushButton>(m_window.get(), "openPdfButton");
+  button->setFocus();
+  QTest::keyClick(button, Qt::Key_Return);
   EXPECT_EQ(m_dialogs.requests.size(), 1U);
 }
 
-TEST_F(LooksTest, TheWindowFitsASmallScreenAndScrollsOneWayOnly) {
+/// The screen of the platform without a display has 800 x 800 window units.
+TEST_F(LooksTest, TheWindowIsWithinItsScreenWhateverWasRemembered) {
   open();
-  const QSize frame(10, 70); // title bar and the desktop's panel
-  EXPECT_LE(m_window->sizeHint().width(), 1366 - frame.width());
-  EXPECT_LE(m_window->sizeHint().height(), 768 - frame.height());
-  auto* pane = control<QScrollArea>(m_window.get(), "rulesPane");
-  for (auto* widget : pane->findChildren<QWidget*>()) {
-    if (auto* foldout = dynamic_cast<Foldout*>(widget)) {
-      foldout->setFolded(false);
-    }
+  const QRect screen = m_window->screen()->availableGeometry();
+  for (const QSize left : {QSize(3000, 2000), QSize(700, 500)}) {
+    m_window->setMinimumSize({});
+    m_window->resize(left);
+    m_window->move(left.width() / 2, 600);
+    m_window->close();
+    open();
+    EXPECT_TRUE(screen.contains(m_window->frameGeometry()))
+        << m_window->frameGeometry().width() << 'x' << m_window->frameGeometry().height();
   }
-  m_window->resize(m_window->minimumSizeHint().width(), 380);
-  QApplication::processEvents();
-  EXPECT_GE(pane->viewport()->width(), pane->widget()->minimumSizeHint().width());
+}
+
+TEST_F(LooksTest, PanesAreTabsWhereThereIsNoRoomAndEachArrangementIsRemembered) {
+  open();
+  const auto areTabs = [this] {
+    auto* rules = control<QDockWidget>(m_window.get(), "rulesDock");
+    return m_window->tabifiedDockWidgets(rules).contains(
+        control<QDockWidget>(m_window.get(), "planDock"));
+  };
+  m_window->resize(1280, 900);
+  EXPECT_FALSE(areTabs());
+  auto* pages = control<QDockWidget>(m_window.get(), "pagesDock");
+  EXPECT_TRUE(pages->isVisible());
+  pages->close();
+  m_window->resize(640, 450);
+  EXPECT_TRUE(areTabs());
+  EXPECT_LE(m_window->width(), 700);
+  EXPECT_LE(m_window->height(), 450);
+  m_window->resize(1280, 900);
+  EXPECT_TRUE(!areTabs() && !pages->isVisible());
+  trigger("show-pagesDock");
+  EXPECT_TRUE(pages->isVisible());
+  pages->close();
+  trigger("arrangePanes");
+  EXPECT_TRUE(pages->isVisible());
 }
 
 TEST_F(LooksTest, HintsAndProblemsAreToldApart) {
@@ -95,7 +119,7 @@ TEST_F(LooksTest, NewsWaitAboveTheSettingsUntilTheyArePutAway) {
 }
 
 TEST_F(LooksTest, WhatWasToldLastIsKeptAcrossRunsAndBounded) {
-  RunLine line(nullptr);
+  ActivityLine line(nullptr);
   line.remember(QStringLiteral("a box\n\nof two lines"));
   line.note(QStringLiteral("a finding"));
   line.begin(QStringLiteral("Processing"));

@@ -1,5 +1,5 @@
 // The main window as a person uses it: what can be chosen, what it says about wrong input, runs.
-#include "app/dialogs/CStatusDlg.h"
+#include "app/viewer/PagePane.h"
 #include "batch/BatchEntries.h"
 #include "tests/app/MainWindowBench.h"
 #include "tests/support/Rows.h"
@@ -58,11 +58,10 @@ TEST_F(MainWindowTest, ChoicesDisableWhatTheyMakeIdle) {
 
 TEST_F(MainWindowTest, CommandsWithoutTheirPartAreDisabled) {
   open();
-  for (const char* action : {"processList", "show", "plan", "viewPage", "prepareList",
-                             "loadEmailList", "updateCheck", "openHelp", "problemReport"}) {
+  for (const char* action : {"processList", "prepareList", "loadEmailList", "updateCheck", "openHelp", "problemReport"}) {
     EXPECT_FALSE(isAvailable(action)) << action;
   }
-  EXPECT_TRUE(isAvailable("process") && isAvailable("listPage") && isAvailable("about"));
+  EXPECT_TRUE(isAvailable("process") && isAvailable("plan") && isAvailable("about"));
   EXPECT_FALSE(isAvailable("stopRun"));
   QStringList opened;
   WindowParts parts;
@@ -137,8 +136,7 @@ TEST_F(MainWindowTest, AWholeSplitByKeyboard) {
   press(Qt::Key_Home); // matched word as filename
   press(Qt::Key_Down);
   m_dialogs.answers = {true};
-  press(Qt::Key_W, Qt::AltModifier);
-  press(Qt::Key_Return);
+  press(Qt::Key_F5);
   EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf", "1003.pdf"}));
   ASSERT_EQ(m_dialogs.questions.size(), 1);
   EXPECT_TRUE(m_dialogs.questions[0].startsWith("Done! - 3 PDF file(s) output"));
@@ -149,20 +147,23 @@ TEST_F(MainWindowTest, AWholeSplitByKeyboard) {
 TEST_F(MainWindowTest, ARunIsEndedByStopOrByClosingAndNothingElseCanBeUsedMeanwhile) {
   constexpr int documents = 4000;
   writeSource(documents);
-  const std::function<void(QWidget*)> ways[] = {[](QWidget* status) { click(status, "stop"); },
-                                                [this](QWidget*) { m_window->close(); }};
+  const std::function<void()> ways[] = {[this] { click(m_window.get(), "stopButton"); },
+                                        [this] {
+                                          m_dialogs.answers = {false, true};
+                                          m_window->close();
+                                          m_window->close();
+                                        }};
   for (const auto& stop : ways) {
     QDir(at("out")).removeRecursively();
     open();
     bool wasLocked = false;
     QTimer stopper;
     stopper.callOnTimeout([&] {
-      auto* status = control<CStatusDlg>(m_window.get(), "status");
-      if (status->isVisible() && control<QProgressBar>(status, "statusBar")->value() > 2) {
+      if (control<QProgressBar>(m_window.get(), "progress")->value() > 2) {
         stopper.stop();
         wasLocked = !isEnabled("FINDSTRING") && !isAvailable("process") && !isAvailable("close") &&
                     !isAvailable("openEmailSettings") && isAvailable("stopRun");
-        stop(status);
+        stop();
       }
     });
     stopper.start(0);
@@ -186,7 +187,7 @@ TEST_F(MainWindowTest, SetupFilesAreSavedLoadedAndRemembered) {
   EXPECT_EQ(m_window->windowTitle(), "march.fxs - Folivex");
 
   typeInto(m_window.get(), "POSTFIXFILENAME", "_april");
-  click(m_window.get(), "loadSetupButton");
+  trigger("loadSetup");
   EXPECT_EQ(m_dialogs.requests.back().title, "Load fxs parameters file");
   EXPECT_EQ(text("POSTFIXFILENAME"), "_march");
   trigger("loadSetup");
@@ -231,7 +232,6 @@ TEST_F(MainWindowTest, WithoutLibrariesItCanBeLeftAndAsked) {
   for (const char* action : {"process", "saveSetup", "stopRun", "openEmailSettings"}) {
     EXPECT_FALSE(isAvailable(action)) << action;
   }
-  EXPECT_TRUE(isEnabled("closeButton"));
   trigger("close");
   EXPECT_FALSE(m_window->isVisible());
 }
@@ -272,6 +272,7 @@ TEST_F(MainWindowTest, DroppedFilesAreTaken) {
   EXPECT_TRUE(dropFiles(m_window.get(), {at("a.FXS")}));
   EXPECT_EQ(text("POSTFIXFILENAME"), "_dropped");
   typeInto(m_window.get(), "FINDSTRING", "typed before");
+  QFile::copy(at("in.pdf"), at("other.PDF"));
   EXPECT_TRUE(dropFiles(m_window.get(), {at("letter.txt"), at("other.PDF"), at("third.pdf")}));
   EXPECT_EQ(text("FILENAME"), at("other.PDF"));
   EXPECT_EQ(text("FINDSTRING"), "typed before");
@@ -279,47 +280,20 @@ TEST_F(MainWindowTest, DroppedFilesAreTaken) {
   EXPECT_FALSE(dropFiles(m_window.get(), {at("letter.txt")}));
 }
 
-TEST_F(MainWindowTest, PartsGetWhatTheyNeed) {
+TEST_F(MainWindowTest, ThePageShownIsListedAndTheFileShownIsSplitWhereThatIsAsked) {
   writeSource(3);
-  QStringList planned;
-  int viewed = 0;
-  QString current;
-  WindowParts parts;
-  parts.showPlan = [&](const QString& source, const SplitPlan& plan) {
-    planned += source + u' ' + QString::number(plan.outputs.size());
-  };
-  parts.viewPage = [&](const SplitSetup&, int page) { viewed = page; };
-  parts.currentDocument = [&] { return current; };
-  open(parts);
-  trigger("plan");
-  EXPECT_FALSE(QFile::exists(at("out")));
-  {
-    const DialogScript next([](QDialog* dialog) {
-      typeInto(dialog, "page", "7");
-      click(dialog, "ok");
-      EXPECT_TRUE(dialog->isVisible()) << "there are six pages";
-      typeInto(dialog, "page", "5");
-      click(dialog, "ok");
-    });
-    trigger("viewPage");
-  }
-  EXPECT_EQ(viewed, 5);
-  {
-    const DialogScript next(
-        [](QDialog* dialog) { click(dialog, "ok"); }); // the page asked for last
-    trigger("listPage");
-  }
+  open();
+  auto* page = control<PagePane>(m_window.get(), "pageViewer");
+  ASSERT_TRUE(waitUntil([page] { return page->pageCount() == 6; }));
+  page->goToPage(5);
+  trigger("listPage");
   ASSERT_EQ(m_dialogs.opened.size(), 1);
   EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains("1003"));
 
+  typeInto(m_window.get(), "FILENAME", at("none.pdf"));
   click(m_window.get(), "USECURRENT");
-  trigger("plan");
+  m_window->process();
   EXPECT_FALSE(problemAt(m_window.get(), "USECURRENT").isEmpty());
-  QFile::copy(at("in.pdf"), at("current.pdf"));
-  current = at("current.pdf");
-  typeInto(m_window.get(), "POSTFIXFILENAME", "_x");
-  trigger("plan");
-  EXPECT_EQ(planned, QStringList({at("in.pdf") + " 3", current + " 3"}));
 }
 
 TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {

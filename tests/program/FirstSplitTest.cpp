@@ -1,7 +1,6 @@
 // A first split with all the windows of the program, as somebody new to it does it.
 #include "app/viewer/PageArea.h"
 #include "app/viewer/PagePane.h"
-#include "app/viewer/PlanWindow.h"
 #include "batch/CBatchList.h"
 #include "tests/program/ProgramWindowsBench.h"
 
@@ -21,7 +20,7 @@ protected:
     click(&main(), "browseSource");
   }
   int plannedOutputs() {
-    return control<QTableView>(opened<PlanWindow>(), "planTable")->model()->rowCount();
+    return control<QTableView>(&main(), "planTable")->model()->rowCount();
   }
 };
 
@@ -30,11 +29,7 @@ protected:
 TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   m_dialogs.files = {{at("out")}};
   click(&main(), "browseOutput");
-  {
-    const DialogScript page([](QDialog* dialog) { click(dialog, "ok"); });
-    main().findChild<QAction*>(QStringLiteral("viewPage"))->trigger();
-  }
-  auto* viewer = opened<PagePane>();
+  auto* viewer = control<PagePane>(&main(), "pageViewer");
   PageCanvas& canvas = *control<PageArea>(viewer, "pageArea")->canvas();
   ASSERT_TRUE(waitUntil([&] { return !canvas.page().image.isNull(); }));
   const auto& words = canvas.page().words;
@@ -54,10 +49,10 @@ TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   EXPECT_TRUE(waitUntil([this] { return main().isActiveWindow(); }));
   QTest::keyClick(&main(), Qt::Key_F7);
   EXPECT_EQ(plannedOutputs(), 12);
-  EXPECT_TRUE(control<QLabel>(opened<PlanWindow>(), "planSummary")->text().contains("40 page"));
+  EXPECT_TRUE(control<QLabel>(&main(), "planSummary")->text().contains("40 page"));
   EXPECT_FALSE(QFile::exists(at("out")));
   m_dialogs.answers = {true};
-  click(opened<PlanWindow>(), "processNow");
+  click(&main(), "processButton");
   // One file for each of the sample's twelve accounts, and the person sees where they are.
   const QStringList names = test::filesBelow(at("out"));
   ASSERT_EQ(names.size(), 12) << names.join(u' ').toStdString();
@@ -79,13 +74,13 @@ TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   int matches = 0;
   next.callOnTimeout([&] {
     auto* button =
-        control<QWidget>(opened<PagePane>(), ++matches < 3 ? "nextMatch" : "stopMatches");
+        control<QWidget>(&main(), ++matches < 3 ? "nextMatch" : "stopMatches");
     if (button->isEnabled()) {
       QTest::mouseClick(button, Qt::LeftButton);
     }
   });
   next.start(20);
-  click(&main(), "showButton");
+  trigger("show");
   next.stop();
   EXPECT_GE(matches, 3);
   EXPECT_TRUE(main().program().driver().state().matchesShown >= 1);

@@ -1,7 +1,7 @@
 // The table of a plan.
 #include "ViewerBench.h"
 
-#include "app/viewer/PlanWindow.h"
+#include "app/viewer/PlanPane.h"
 
 #include <QCheckBox>
 #include <QHeaderView>
@@ -26,8 +26,12 @@ SplitPlan somePlan() {
 class PlanTable : public testing::OwnFolder {
 protected:
   PlanTable() {
-    m_window.setPlan("/in/a.pdf", somePlan());
+    setPlan(somePlan());
     m_window.show();
+  }
+  void setPlan(const SplitPlan& plan) {
+    m_window.setPlan("/in/a.pdf", std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan),
+                                                             m_window.order()));
   }
   QTableView* table() { return control<QTableView>(&m_window, "planTable"); }
   void clickHeader(PlanColumn which) {
@@ -38,7 +42,7 @@ protected:
   }
 
   ScriptedDialogs m_dialogs;
-  PlanWindow m_window{m_dialogs};
+  PlanPane m_window{m_dialogs};
 };
 
 TEST_F(PlanTable, ExportsTheRowsShownInTheirOrder) {
@@ -60,25 +64,21 @@ TEST_F(PlanTable, ExportsTheRowsShownInTheirOrder) {
   EXPECT_EQ(m_dialogs.messages.size(), 1);
 }
 
-TEST_F(PlanTable, ProcessesOnceAndOnlyWhenAsked) {
-  int runs = 0;
+TEST_F(PlanTable, APersonsChoiceStaysWhenThePlanGrowsAndOnlyItTurnsThePage) {
   std::vector<int> pages;
-  m_window.onProcess = [&] { ++runs; };
   m_window.onPageRequested = [&](int page) { pages.push_back(page); };
-  QTest::keyClick(control<QLineEdit>(&m_window, "planFilter"), Qt::Key_Return);
   clickHeader(PlanColumn::Pages); // now descending
-  table()->selectRow(0);
+  table()->selectRow(1);
+  EXPECT_EQ(pages, std::vector<int>{14});
+  SplitPlan grown = somePlan();
+  grown.outputs.push_back({101, 105, "d", "/out/d.pdf", PlannedOutput::Fate::New});
+  setPlan(grown);
+  EXPECT_EQ(table()->model()->index(0, 0).data(), "101-105") << "the order stays";
+  EXPECT_EQ(table()->currentIndex().row(), 2);
+  typeInto(&m_window, "planFilter", ".pdf");
+  EXPECT_EQ(pages.size(), 1);
   QTest::keyClick(table(), Qt::Key_Return);
-  EXPECT_EQ(pages, std::vector<int>{100});
-  EXPECT_EQ(runs, 0);
-  click(&m_window, "processNow");
-  EXPECT_FALSE(m_window.isVisible());
-  EXPECT_EQ(runs, 1);
-  SplitPlan refused;
-  refused.problem = "a.pdf: cannot be opened";
-  m_window.setPlan("/in/a.pdf", refused);
-  EXPECT_EQ(control<QLabel>(&m_window, "planSummary")->text(), refused.problem);
-  EXPECT_FALSE(control<QPushButton>(&m_window, "processNow")->isEnabled());
+  EXPECT_EQ(pages, std::vector<int>({14, 14}));
 }
 
 } // namespace
