@@ -33,7 +33,7 @@ ActivityLine::ActivityLine(QWidget* parent)
   m_bar->setFixedWidth(barWidth);
   m_bar->setVisible(false);
   named(m_timeLeft, "timeLeft", "Estimated from the pages done");
-  m_stop = sideButton("stopButton", QStringLiteral("Sto&p"),
+  m_stop = sideButton("stopButton", QStringLiteral("&Stop"),
                       QStringLiteral("End the run after the page that is being worked on"), this);
   m_stop->setVisible(false);
   named(m_notes, "notes", "What was found along the way");
@@ -75,7 +75,19 @@ void ActivityLine::tellStopping() {
 }
 
 void ActivityLine::setStatus(const QString& text) {
+  m_tellsProblem = false;
   m_status->setText(text);
+}
+
+void ActivityLine::tellProblem(const QString& text) {
+  setStatus(text);
+  m_tellsProblem = true;
+}
+
+void ActivityLine::forgetProblem() {
+  if (m_tellsProblem) {
+    setStatus(QStringLiteral("Ready."));
+  }
 }
 
 void ActivityLine::progress(const Progress& progress) {

@@ -27,6 +27,9 @@ public:
   /// Stop was asked for: said until end().
   void tellStopping();
   void setStatus(const QString& text);
+  /// What keeps work from beginning; said until it is set right.
+  void tellProblem(const QString& text);
+  void forgetProblem();
   /// Cheap: what is shown is changed at most twenty times a second.
   void progress(const Progress& progress);
   /// Pages are read beside everything else; there is nothing to stop.
@@ -54,6 +57,7 @@ private:
   QStringList m_told;
   Pace m_pace;
   QElapsedTimer m_elapsed;
+  bool m_tellsProblem = false;
   bool m_isWorking = false;
   bool m_isStopping = false;
   int m_passes = 1;

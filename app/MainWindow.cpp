@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/ActivityLine.h"
+#include "app/EndPanel.h"
 #include "app/NewsLine.h"
 #include "app/Usage.h"
 #include "app/dialogs/CConfigureDlg.h"
@@ -80,6 +81,7 @@ MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
 }
 
 MainWindow::~MainWindow() {
+  m_feed.reset();
   m_docks.reset();
   // The panes use the libraries, which go before a window's children do.
   delete m_page;
@@ -97,7 +99,8 @@ void MainWindow::buildPanes() {
   m_news = new NewsLine(middle);
   m_page = new PagePane(middle);
   m_page->setProperty("helpTopic", QStringLiteral("viewer"));
-  stack(middle, {m_news, {m_page, 1}});
+  m_end = new EndPanel(middle);
+  stack(middle, {m_news, m_end, {m_page, 1}});
   middle->layout()->setContentsMargins(0, 0, 0, 0);
   constexpr QSize leastPage(240, 160); // a part of a page, on a small screen beside the rules
   middle->setMinimumSize(leastPage);
@@ -137,9 +140,8 @@ QWidget* MainWindow::buildToolBar() {
   m_setupButton = sideButton("setupButton", QStringLiteral("Set&up"),
                              QStringLiteral("Load or save the settings as a whole"), this);
   m_setupButton->setMenu(m_menus->setupMenu());
-  QPushButton* process =
-      commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
-  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), process});
+  m_processButton = commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
+  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), m_processButton});
   constexpr int air = 4;
   bar->layout()->setContentsMargins(air, air, air, air);
   return bar;
@@ -170,9 +172,9 @@ void MainWindow::takeMeant(Meaning meaning, const Picked& picked) {
   if (m_isRunning) {
     return;
   }
-  takeSetup();
-  const QString told = takeMeaning(m_program.store().edited(), meaning, picked);
-  showSetup();
+  SplitSetup setup = currentSetup();
+  const QString told = takeMeaning(setup, meaning, picked);
+  change(setup, QStringLiteral("Word of the Page"));
   m_page->tell(told);
 }
 
@@ -185,6 +187,34 @@ void MainWindow::connectPanes() {
   };
   m_page->onPageChanged = [this](int page) { m_strip->setCurrentPage(page); };
   m_strip->onPageChosen = [this](int page) { m_page->goToPage(page); };
+  m_page->onOpenWanted = [this] { openPdf(); };
+  m_page->onSampleWanted = [this] { openSample(); };
+  m_page->onPassword = [this](const QString& password) {
+    SplitSetup setup = currentSetup();
+    setup.pdfPassword = password;
+    change(setup, QStringLiteral("Password"));
+  };
+  m_rules->onEdited = [this](const RulesPane::Edit& edit) {
+    m_history.push(edit.before, edit.after, edit.label, edit.field);
+    takeSetup();
+    settingsChanged();
+  };
+  m_history.onRestore = [this](const SplitSetup& setup) {
+    m_program.store().edited() = m_program.store().working() = setup;
+    showSetup();
+  };
+  const auto tellSteps = [this] {
+    m_menus->setAvailable(Command::Undo, m_history.stack().canUndo());
+    m_menus->setAvailable(Command::Redo, m_history.stack().canRedo());
+  };
+  connect(&m_history.stack(), &QUndoStack::indexChanged, this, tellSteps);
+  tellSteps();
+  m_end->onOpen = [this](const QString& path) { openDocument(path); };
+  m_plan->onOrderChanged = [this] {
+    if (m_feed) {
+      m_feed->setOrder(m_plan->order());
+    }
+  };
   m_plan->onPageRequested = [this](int page) { m_page->goToPage(page); };
 }
 
@@ -206,8 +236,11 @@ void MainWindow::command(Command command) {
   static const std::map<Command, std::function<void(MainWindow&)>> commands = {
       {Command::OpenPdf, &MainWindow::openPdf},
       {Command::LoadSetup, &MainWindow::loadSetup},
-      {Command::SaveSetup, &MainWindow::saveSetup},
+      {Command::SaveSetup, [](MainWindow& window) { window.saveSetup(); }},
       {Command::Close, [](MainWindow& window) { window.close(); }},
+      {Command::Undo, [](MainWindow& window) { window.m_history.stack().undo(); }},
+      {Command::Redo, [](MainWindow& window) { window.m_history.stack().redo(); }},
+      {Command::Find, [](MainWindow& window) { window.m_page->find(); }},
       {Command::ArrangePanes, [](MainWindow& window) { window.m_docks->arrangeAnew(); }},
       {Command::Process, &MainWindow::process},
       {Command::ProcessList, &MainWindow::processList},
@@ -248,17 +281,9 @@ void MainWindow::editWith(SetupDialog& dialog) {
   if (!isAccepted) {
     return;
   }
-  SetupStore& store = m_program.store();
-  takeSetup();
-  dialog.take(store.edited());
-  // The report options live in the working copy alone; the other settings come there with the next
-  // commit.
-  SplitSetup working = store.working();
-  dialog.take(working);
-  const SplitSetup edited = store.edited();
-  commitSetup(edited, working);
-  store.working() = working;
-  showSetup();
+  SplitSetup after = before;
+  dialog.take(after);
+  change(after, dialog.windowTitle());
 }
 
 void MainWindow::start(const CommandLine& line) {
@@ -271,8 +296,10 @@ void MainWindow::start(const CommandLine& line) {
   m_strip->setLibrary(m_program.textLibrary());
   m_menus->setReady();
   m_activity->setStatus(QStringLiteral("Ready."));
+  m_feed = std::make_unique<PlanFeed>(m_program);
+  m_feed->onPlan = [this](PlanView& view) { showPlan(view); };
   m_program.loadDefaultSetup();
-  showSetup();
+  refresh();
   if (line.argumentCount > 0) {
     runCommandLine(line);
   }
@@ -337,6 +364,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
                            QStringLiteral("Folivex"))) {
       stop();
     }
+    return;
+  }
+  if (!mayLeaveSetup()) {
+    event->ignore();
     return;
   }
   if (m_program.isReady()) {

@@ -3,8 +3,10 @@
 
 #include "app/MainMenus.h"
 #include "app/PaneDocks.h"
+#include "app/PlanFeed.h"
 #include "app/Program.h"
 #include "app/RecentFiles.h"
+#include "app/SetupHistory.h"
 #include "app/WindowParts.h"
 #include "app/groups/RulesPane.h"
 #include "engine/base/Operator.h"
@@ -17,6 +19,7 @@ class QPushButton;
 namespace folivex {
 
 class ActivityLine;
+class EndPanel;
 class MatchWalker;
 class NewsLine;
 class PagePane;
@@ -50,8 +53,8 @@ public:
   /// button does.
   void tellNews(const QString& text, const std::function<void()>& onMore);
 
-  /// Shows the store's settings: another part has changed them.
-  void refresh() { showSetup(); }
+  /// Shows the store's settings: another part has changed them, as when a setup is loaded.
+  void refresh();
 
   // Commands that other windows give.
   void process();
@@ -89,12 +92,19 @@ private:
 
   void showSetup();
   void showFile();
+  void settingsChanged();
+  void change(const SplitSetup& setup, const QString& what);
+  void beginAnew();
+  bool isUnsaved() const;
+  /// Asks whether changes of a named setup are to be saved. False: nothing is to be done.
+  bool mayLeaveSetup();
+  void openSample();
   void tellSetupFile();
   void openPdf();
   void takePdf(const QString& path);
   void loadSetup();
   void loadSetupFile(const QString& path);
-  void saveSetup();
+  bool saveSetup();
   void tellResult(const SetupResult& result);
   void keepUsed(const QString& path);
   QString setupStartPath() const;
@@ -102,7 +112,25 @@ private:
   template <typename Meaning, typename Picked>
   void takeMeant(Meaning meaning, const Picked& picked);
 
+  // The plan beside page and rules.
+  enum class Consent { Given, Changed, Refused };
+  SplitSetup plannedSetup() const;
+  void replan();
+  void forgetPlan(const QString& reason);
+  void showPlan(PlanView& view);
+  void tellProgressOfPlan(const LivePlanState& state);
+  void tellEffects(const SplitPlan& plan);
+  void offerWaysOut(const LivePlanState& state);
+  void takeNearWord(const NearWord& word);
+  void tellProcess(int files);
+  bool awaitPlan();
+  Consent consent();
+  Consent askAboutClashes(const QString& text);
+  bool isAgreedOn();
+
   bool readyFor(SetupPurpose purpose);
+  void runAndMail();
+  void tellEnd(qint64 elapsedMs);
   void runCommandLine(const CommandLine& line);
   void mailOutputs();
   void mailBatchSource();
@@ -111,6 +139,7 @@ private:
   void stop();
   void showMatches();
   void plan();
+  void planWhole();
   void viewPage();
   void listPage();
 
@@ -129,6 +158,17 @@ private:
   bool m_isRunning = false;
   Pace m_eventPace;
   MatchWalker* m_walker = nullptr; ///< while matches are walked through
+  SplitSetup m_setup;              ///< as shown
+  SplitSetup m_savedSetup;         ///< as loaded or saved last
+  SetupHistory m_history;
+  QStringList m_runTold;  ///< by the run that is on: closing messages
+  QStringList m_runNotes; ///< and findings
+  bool m_tellsInPanel = false;
+
+  std::shared_ptr<const SplitPlan> m_shownPlan; ///< of the settings as they are; null while unknown
+  bool m_wasReading = false;
+  std::function<void()> m_onStop;
+  std::function<void()> m_onPlanShown; ///< of who waits for it
 
   std::unique_ptr<MainMenus> m_menus;
   RulesPane* m_rules = nullptr;
@@ -136,9 +176,12 @@ private:
   PageStrip* m_strip = nullptr;
   PlanPane* m_plan = nullptr;
   NewsLine* m_news = nullptr;
+  EndPanel* m_end = nullptr;
   ActivityLine* m_activity = nullptr;
   QPushButton* m_setupButton = nullptr;
+  QPushButton* m_processButton = nullptr;
   std::unique_ptr<PaneDocks> m_docks;
+  std::unique_ptr<PlanFeed> m_feed; ///< null without libraries
 };
 
 } // namespace folivex

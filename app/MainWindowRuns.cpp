@@ -1,51 +1,21 @@
 // The main window's runs, and what it is to the engine while they are on.
-#include "app/ActivityLine.h"
-#include "app/MainWindow.h"
+#include "app/EndPanel.h"
+#include "app/MainWindowRunning.h"
 #include "app/NewsLine.h"
 #include "app/TerminalOperator.h"
 #include "app/viewer/MatchWalker.h"
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PlanPane.h"
+#include "engine/report/ReportPaths.h"
 #include "mail/delivery/UnattendedDelivery.h"
+#include "widgets/DesktopNotice.h"
 #include "widgets/Dialogs.h"
 
 #include <QApplication>
-#include <QPointer>
+#include <QElapsedTimer>
+#include <QScopedValueRollback>
 
 namespace folivex {
-
-class MainWindow::Running {
-public:
-  Running(MainWindow& window, const QString& title, int passes = 1)
-      : m_window(window), m_focus(window.focusWidget()) {
-    window.m_isRunning = true;
-    window.m_eventPace.reset();
-    window.m_rules->setEnabled(false);
-    window.m_menus->setRunning(true);
-    window.m_activity->begin(title, passes);
-  }
-  ~Running() {
-    m_window.m_isRunning = false;
-    m_window.m_activity->end();
-    m_window.m_rules->setEnabled(true);
-    m_window.m_menus->setRunning(false);
-    giveBackKeyboard();
-  }
-  Running(const Running&) = delete;
-  Running& operator=(const Running&) = delete;
-
-private:
-  /// All that could have it was disabled while the run was on.
-  void giveBackKeyboard() {
-    QWidget* now = m_window.focusWidget();
-    if (m_focus != nullptr && m_focus->isEnabled() && (now == nullptr || !now->isEnabled() || now == m_window.m_activity->stopButton())) {
-      m_focus->setFocus();
-    }
-  }
-
-  MainWindow& m_window;
-  QPointer<QWidget> m_focus; ///< when the run began
-};
 
 namespace {
 
@@ -73,7 +43,7 @@ bool MainWindow::readyFor(SetupPurpose purpose) {
   }
   if (!m_rules->check(purpose, more)) {
     m_docks->bringUp(m_rules);
-    m_activity->setStatus(QStringLiteral("Something has to be set right first."));
+    m_activity->tellProblem(QStringLiteral("Something has to be set right first."));
     return false;
   }
   takeSetup();
@@ -92,6 +62,14 @@ void MainWindow::process() {
       m_parts.goOnMailing(currentSetup())) {
     return;
   }
+  if (m_program.store().automation() || isAgreedOn()) {
+    runAndMail();
+  } else {
+    m_activity->setStatus(QStringLiteral("Nothing was made."));
+  }
+}
+
+void MainWindow::runAndMail() {
   const RunState& state = m_program.driver().state();
   const auto mail = [this, &state] {
     if (!state.userStop && state.outputCount > 0) {
@@ -100,11 +78,17 @@ void MainWindow::process() {
   };
   // Mails that nobody watches are a part of the run, and its Stop is theirs.
   const bool isUnattended = m_program.store().automation();
+  QElapsedTimer elapsed;
+  elapsed.start();
   {
-    const Running running(*this, QStringLiteral("Processing"));
+    const SplitSetup setup = currentSetup();
+    const Running running(*this, QStringLiteral("Processing"),
+                          setup.alwaysOverwrite || setup.alwaysAppend ? 2 : 1);
+    const QScopedValueRollback telling(m_tellsInPanel, !isUnattended);
+    m_feed->setPaused(true);
     m_mail = m_program.unattendedMail();
     // The stop of the last run is kept until the next one begins.
-    if (!isUnattended || state.userStop || !m_mail->goOn(currentSetup(), currentSetup().fileName)) {
+    if (!isUnattended || state.userStop || !m_mail->goOn(setup, setup.fileName)) {
       m_program.driver().StartProcessing();
       m_program.explainNoMatch();
       if (isUnattended) {
@@ -115,7 +99,38 @@ void MainWindow::process() {
   }
   m_activity->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
   if (!isUnattended) {
+    tellEnd(elapsed.elapsed());
     mail();
+  }
+  m_feed->setPaused(false);
+  replan(); // against what is in the folder now
+}
+
+/// How the run ended, above the page; and on the desktop when the person looks elsewhere.
+void MainWindow::tellEnd(qint64 elapsedMs) {
+  const JobDriver& driver = m_program.driver();
+  const SplitSetup setup = currentSetup();
+  RunEnd end;
+  end.told = std::exchange(m_runTold, {});
+  end.findings = std::exchange(m_runNotes, {});
+  end.account = driver.account();
+  end.files = driver.outcome().writtenFiles;
+  end.isListOnly = setup.createList;
+  end.isStopped = driver.state().userStop;
+  end.hasFailed = driver.state().error != RunError::None || driver.outcome().outputsFailed;
+  end.elapsedMs = elapsedMs;
+  const QString folder = outputFolderOf(setup, setup.fileName);
+  if (end.files > 0) {
+    end.folder = folder;
+  }
+  const QString report =
+      reportPaths(setup, setup.fileName, folder, currentFolderIsWritable()).text;
+  if (setup.reportOptionsTxt && QFileInfo(report).isFile()) {
+    end.report = report;
+  }
+  m_end->tell(end);
+  if (QApplication::activeWindow() == nullptr) {
+    showDesktopNotice(QStringLiteral("Folivex"), summaryOf(end).headline);
   }
 }
 
@@ -162,11 +177,13 @@ void MainWindow::processList() {
   BatchResult result;
   {
     const Running running(*this, QStringLiteral("Processing list"));
+    m_feed->setPaused(true);
     m_mail = m_program.unattendedMail();
     result = m_program.driver().ProcessBatch(rows == nullptr ? none : *rows,
                                              [this](const QString&) { mailBatchSource(); });
     m_mail->finish();
   }
+  m_feed->setPaused(false);
   tellList(false);
   if (m_program.store().working().emailEnable && m_parts.mailBatchEnd) {
     m_parts.mailBatchEnd();
@@ -195,6 +212,14 @@ void MainWindow::showMatches() {
 }
 
 void MainWindow::plan() {
+  m_docks->bringUp(m_plan);
+  if (readyFor(SetupPurpose::Reading)) {
+    replan();
+  }
+}
+
+/// Page by page, for a file that is too large for its words to be kept.
+void MainWindow::planWhole() {
   if (!readyFor(SetupPurpose::Reading)) {
     return;
   }
@@ -215,7 +240,6 @@ void MainWindow::plan() {
   }
   m_plan->setPlan(m_program.store().edited().fileName,
                   std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), m_plan->order()));
-  m_docks->bringUp(m_plan);
 }
 
 void MainWindow::listPage() {
@@ -247,6 +271,10 @@ void MainWindow::runCommandLine(const CommandLine& line) {
 }
 
 void MainWindow::stop() {
+  if (m_onStop) {
+    m_onStop(); // there is no run yet
+    return;
+  }
   m_program.driver().Stop();
   if (m_walker != nullptr) {
     m_walker->stop();
@@ -255,16 +283,30 @@ void MainWindow::stop() {
 }
 
 void MainWindow::message(const QString& text) {
+  if (m_tellsInPanel) {
+    m_runTold += text;
+    remember(text);
+    return;
+  }
   m_dialogs.message(this, text);
 }
 
 Answer MainWindow::question(const QString& text, const QString& caption) {
+  // The closing question is answered by a button of the panel.
+  if (m_tellsInPanel && text.startsWith(QLatin1String("Done!"))) {
+    m_runTold += text;
+    remember(text);
+    return Answer::No;
+  }
   return m_dialogs.question(this, text, caption) ? Answer::Yes : Answer::No;
 }
 
 void MainWindow::note(const QString& text) {
   if (m_program.isReady() && m_program.driver().state().commandLine) {
     tellTerminal(text); // the window may close before anybody has read it
+  }
+  if (m_tellsInPanel) {
+    m_runNotes += text;
   }
   m_activity->note(text);
 }

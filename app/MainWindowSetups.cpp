@@ -9,8 +9,10 @@
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QStandardPaths>
 
 namespace folivex {
 
@@ -40,8 +42,85 @@ void MainWindow::showSetup() {
   SplitSetup setup = store.working();
   commitSetup(store.edited(), setup);
   m_rules->setSetup(setup);
+  settingsChanged();
+}
+
+/// What was set has been taken; all that depends on it follows.
+void MainWindow::settingsChanged() {
+  m_setup = currentSetup();
+  m_activity->forgetProblem();
   tellSetupFile();
   showFile();
+  replan();
+}
+
+/// A change that did not come from a field: one step, that can be undone.
+void MainWindow::change(const SplitSetup& setup, const QString& what) {
+  const SplitSetup before = currentSetup();
+  m_program.store().edited() = m_program.store().working() = setup;
+  m_history.push(before, setup, what);
+  showSetup();
+}
+
+void MainWindow::refresh() {
+  showSetup();
+  beginAnew();
+}
+
+/// From here on, what is changed can be undone, and saved.
+void MainWindow::beginAnew() {
+  m_history.clear();
+  m_savedSetup = currentSetup();
+  tellSetupFile();
+}
+
+/// The file that is split and its password are no part of what one calls a setup.
+bool MainWindow::isUnsaved() const {
+  SplitSetup setup = m_setup;
+  setup.fileName = m_savedSetup.fileName;
+  setup.pdfPassword = m_savedSetup.pdfPassword;
+  return setup != m_savedSetup;
+}
+
+bool MainWindow::mayLeaveSetup() {
+  const QString path = m_program.store().currentPath();
+  if (path.isEmpty() || !isUnsaved() || m_program.store().automation()) {
+    return true; // settings without a name are kept for the next start
+  }
+  enum Choice { Save, Discard };
+  switch (m_dialogs.choice(this,
+                           QStringLiteral("%1 has changes that are not saved.\n\nSave changes?")
+                               .arg(path),
+                           QStringLiteral("Folivex"),
+                           {QStringLiteral("&Save..."), QStringLiteral("&Do not save")})) {
+  case Save:
+    return saveSetup();
+  case Discard:
+    return true;
+  default:
+    return false;
+  }
+}
+
+/// The sample and its setup are copied to where outputs may stand beside them.
+void MainWindow::openSample() {
+  const QString home = platform::programFolder();
+  QDir documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  const QString folder = documents.filePath(QStringLiteral("Folivex sample/"));
+  for (const char* place :
+       {"/samples/", "/../bin/samples/", "/../../share/folivex/samples/"}) {
+    const QString samples = home + QLatin1String(place);
+    if (QFile::exists(samples + QStringLiteral("statements.pdf"))) {
+      documents.mkpath(folder);
+      for (const char* name : {"statements.pdf", "example.fxs"}) {
+        QFile::copy(samples + QLatin1String(name), folder + QLatin1String(name)); // once is enough
+      }
+      loadSetupFile(QDir::toNativeSeparators(folder + QStringLiteral("example.fxs")));
+      takePdf(QDir::toNativeSeparators(folder + QStringLiteral("statements.pdf")));
+      return;
+    }
+  }
+  message(QStringLiteral("The sample is not installed with this program. Open a PDF of your own."));
 }
 
 /// The page and the strip show the file that is to be split.
@@ -64,11 +143,14 @@ void MainWindow::showFile() {
 void MainWindow::tellSetupFile() {
   const QString path = m_program.store().currentPath();
   const QString program = QStringLiteral("Folivex");
-  setWindowTitle(
-      path.isEmpty() ? program : QStringLiteral("%1 - %2").arg(platform::fileTitle(path), program));
-  m_setupButton->setText(path.isEmpty()
-                             ? QStringLiteral("Set&up")
-                             : QStringLiteral("Set&up: %1").arg(QFileInfo(path).fileName()));
+  setWindowTitle(path.isEmpty()
+                     ? program
+                     : QStringLiteral("%1[*] - %2").arg(platform::fileTitle(path), program));
+  setWindowModified(!path.isEmpty() && isUnsaved());
+  m_setupButton->setText(path.isEmpty() ? QStringLiteral("Set&up")
+                                        : QStringLiteral("Set&up: %1%2")
+                                              .arg(QFileInfo(path).fileName().replace(u'&', "&&"),
+                                                   isUnsaved() ? QStringLiteral(" *") : QString()));
 }
 
 void MainWindow::openPdf() {
@@ -87,14 +169,14 @@ void MainWindow::takePdf(const QString& path) {
     message(QStringLiteral("%1: there is no such file, or it cannot be read.").arg(path));
     return;
   }
-  takeSetup();
-  m_program.store().edited().fileName = path;
-  m_program.store().edited().useCurrent = false;
+  SplitSetup setup = currentSetup();
+  setup.fileName = path;
+  setup.useCurrent = false;
   m_recentPdfs.used(path);
   m_menus->setRecentPdfs(m_recentPdfs.paths());
   m_memory.setText(QStringLiteral("folders/source"), platform::folderOf(path));
+  change(setup, QStringLiteral("Open PDF"));
   m_activity->setStatus(QStringLiteral("%1 is the file to split.").arg(path));
-  showSetup();
 }
 
 void MainWindow::tellResult(const SetupResult& result) {
@@ -128,6 +210,9 @@ QString MainWindow::setupStartPath() const {
 }
 
 void MainWindow::loadSetupFile(const QString& path) {
+  if (!mayLeaveSetup()) {
+    return;
+  }
   m_activity->clearNotes();
   takeSetup();
   const QString source = m_program.store().edited().fileName;
@@ -143,18 +228,18 @@ void MainWindow::loadSetupFile(const QString& path) {
   if (platform::withoutTrailingBlanks(edited.fileName).isEmpty()) {
     edited.fileName = source;
   }
-  showSetup();
+  refresh();
 }
 
-void MainWindow::saveSetup() {
+bool MainWindow::saveSetup() {
   if (!m_rules->checkInput()) {
-    return;
+    return false;
   }
   const QString path =
       m_dialogs.saveFile(this, {QStringLiteral("Save fxs parameters file"), setupFilter(),
                                 setupStartPath(), QStringLiteral("fxs")});
   if (path.isEmpty()) {
-    return;
+    return false;
   }
   m_activity->clearNotes();
   takeSetup();
@@ -162,8 +247,10 @@ void MainWindow::saveSetup() {
   tellResult(saved);
   if (saved.ok()) {
     keepUsed(path);
+    m_savedSetup = currentSetup();
   }
   tellSetupFile();
+  return saved.ok();
 }
 
 } // namespace folivex

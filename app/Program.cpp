@@ -263,6 +263,10 @@ std::unique_ptr<UnattendedDelivery> Program::unattendedMail() {
                                               [this] { return m_driver->state().userStop; });
 }
 
+std::unique_ptr<LivePlan> Program::livePlan(LivePlan::OnState onState) {
+  return std::make_unique<LivePlan>(*m_text, addressReaderFor, std::move(onState));
+}
+
 std::optional<int> Program::goOnMailing(const QString& source) {
   SplitSetup setup = m_store.working();
   commitSetup(m_store.edited(), setup);

@@ -3,6 +3,7 @@
 
 #include "app/CommandLine.h"
 #include "engine/job/JobDriver.h"
+#include "engine/job/LivePlan.h"
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/setup/SetupStore.h"
@@ -56,6 +57,9 @@ public:
   JobDriver& driver() { return *m_driver; }
   /// Mails of runs that nobody watches, as long as one command lasts: see UnattendedDelivery.
   std::unique_ptr<UnattendedDelivery> unattendedMail();
+
+  /// Plans beside the caller's thread. It must go before the program does.
+  std::unique_ptr<LivePlan> livePlan(LivePlan::OnState onState);
 
   /// Only once the libraries are loaded.
   CPDFTextDumpInit& textLibrary() { return *m_text; }

@@ -20,7 +20,6 @@ TEST_F(ProgramMails, TheKeyboardIsBackAfterTheListOfMailsWasCancelled) {
   setup.emailFrom = "office@example.org";
   setup.emailSubject = "Statement";
   main().refresh();
-  m_dialogs.answers = {false};
   auto* begun = control<QWidget>(&main(), "FINDSTRING");
   main().activateWindow();
   EXPECT_TRUE(waitUntil([this] { return main().isActiveWindow(); }));

@@ -1,0 +1,268 @@
+// The main window's plan: made anew with every change, shown beside page and rules, and held to
+// before a run.
+#include "app/MainWindowRunning.h"
+#include "app/viewer/PagePane.h"
+#include "app/viewer/PageStrip.h"
+#include "app/viewer/PlanPane.h"
+#include "platform/Paths.h"
+#include "widgets/Dialogs.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTime>
+
+namespace folivex {
+
+namespace {
+
+using Stage = LivePlanState::Stage;
+
+struct Clashes {
+  int replaced = 0; ///< files that are there
+  int givenUp = 0;  ///< outputs of which another takes the place
+};
+
+Clashes clashesOf(const SplitPlan& plan) {
+  Clashes clashes;
+  for (const PlannedOutput& output : plan.outputs) {
+    clashes.replaced += output.fate == PlannedOutput::Fate::Replaces ? 1 : 0;
+    clashes.givenUp += output.fate == PlannedOutput::Fate::GivenUp ? 1 : 0;
+  }
+  return clashes;
+}
+
+QString clashText(const Clashes& clashes) {
+  QStringList lines;
+  if (clashes.givenUp > 0) {
+    lines += QStringLiteral("%1 document(s) would be lost: a later one has the same name and takes "
+                            "its place.")
+                 .arg(clashes.givenUp);
+  }
+  if (clashes.replaced > 0) {
+    lines += QStringLiteral("%1 file(s) that are in the output folder now would be replaced.")
+                 .arg(clashes.replaced);
+  }
+  return lines.join(u'\n');
+}
+
+QString emptyText(const LivePlanState& state) {
+  return state.stage == Stage::Opening   ? QStringLiteral("The file is being opened.")
+         : state.stage == Stage::Reading ? QStringLiteral("The file is being read.")
+         : state.problem.isEmpty()       ? QStringLiteral("Nothing would be written.")
+                                         : state.problem;
+}
+
+} // namespace
+
+/// The settings as a run would take them.
+SplitSetup MainWindow::plannedSetup() const {
+  SplitSetup setup = currentSetup();
+  if (setup.useCurrent) {
+    setup.fileName = m_page->pageCount() > 0 ? m_page->file().path : QString();
+  }
+  return setup;
+}
+
+void MainWindow::replan() {
+  if (m_feed == nullptr || m_isRunning) {
+    return;
+  }
+  const SplitSetup setup = plannedSetup();
+  if (platform::withoutTrailingBlanks(setup.fileName).isEmpty()) {
+    m_feed->clear();
+    forgetPlan(QStringLiteral("Open a PDF to see what would be written."));
+    return;
+  }
+  m_feed->plan(setup);
+  m_plan->tellAge(QStringLiteral("Being made anew..."), PlanPane::Age::Stale);
+  tellProcess(0);
+}
+
+void MainWindow::forgetPlan(const QString& reason) {
+  m_shownPlan.reset();
+  m_plan->setPlan(QString(), std::make_unique<PlanRows>());
+  m_plan->setWhenEmpty(reason);
+  m_plan->tellAge(QString(), PlanPane::Age::Current);
+  m_plan->offer(QString());
+  m_page->setMarks(nullptr);
+  m_strip->setBands(std::nullopt);
+  m_rules->setEffect(RulesPart::Words, QString());
+  m_rules->setEffect(RulesPart::Names, QString());
+  tellProcess(0);
+}
+
+void MainWindow::tellProcess(int files) {
+  m_processButton->setText(files > 0 ? QStringLiteral("&Process %1 file(s)").arg(files)
+                                     : QStringLiteral("&Process"));
+}
+
+void MainWindow::showPlan(PlanView& view) {
+  const LivePlanState& state = view.state;
+  const bool isFinal = PlanFeed::isFinal(state.stage);
+  if (view.rows != nullptr) {
+    m_plan->setPlan(plannedSetup().fileName, std::move(view.rows));
+    m_strip->setBands(std::move(view.bands));
+    m_page->setMarks({state.plan, &state.plan->marks});
+    tellEffects(*state.plan);
+  } else if (isFinal) {
+    forgetPlan(QString());
+  }
+  m_shownPlan = isFinal ? state.plan : nullptr;
+  m_plan->setWhenEmpty(emptyText(state));
+  tellProgressOfPlan(state);
+  offerWaysOut(state);
+  tellProcess(isFinal && state.plan ? state.plan->fileCount : 0);
+  if (m_onPlanShown) {
+    m_onPlanShown();
+  }
+}
+
+void MainWindow::tellProgressOfPlan(const LivePlanState& state) {
+  if (state.stage == Stage::Reading) {
+    m_plan->tellAge(
+        QStringLiteral("Of the first %1 of %2 pages").arg(state.pagesRead).arg(state.pageCount),
+        PlanPane::Age::Stale);
+  } else if (state.stage == Stage::Done && state.plan) {
+    m_plan->tellAge(QStringLiteral("As of %1").arg(QTime::currentTime().toString("HH:mm:ss")),
+                    PlanPane::Age::Current);
+  } else if (PlanFeed::isFinal(state.stage)) {
+    m_plan->tellAge(QString(), PlanPane::Age::Current);
+  }
+  if (!m_isRunning && (state.stage == Stage::Reading || m_wasReading)) {
+    m_activity->tellReading(state.pagesRead, state.stage == Stage::Reading ? state.pageCount
+                                                                            : state.pagesRead);
+  }
+  m_wasReading = state.stage == Stage::Reading;
+}
+
+void MainWindow::tellEffects(const SplitPlan& plan) {
+  const auto count = plan.outputs.size();
+  m_rules->setEffect(RulesPart::Words, count == 0 ? QStringLiteral("No document begins here")
+                                                  : QStringLiteral("%1 document(s)").arg(count));
+  m_rules->setEffect(RulesPart::Names,
+                     count == 0 ? QString()
+                                : QStringLiteral("first: %1")
+                                      .arg(QFileInfo(plan.outputs.front().path).fileName()));
+}
+
+/// What can be done where there is no plan, or an empty one.
+void MainWindow::offerWaysOut(const LivePlanState& state) {
+  PlanPane::Offers offers;
+  QString text = state.problem;
+  if (state.stage == Stage::TooLarge) {
+    offers.emplace_back(QStringLiteral("Plan now"), [this] { planWhole(); });
+  } else if (!state.nearWords.empty()) {
+    text = QStringLiteral("No match. These words come nearest:");
+    constexpr std::size_t most = 4;
+    for (std::size_t i = 0; i < std::min(state.nearWords.size(), most); ++i) {
+      const NearWord& word = state.nearWords[i];
+      QString shown = word.text;
+      shown.replace(u'&', QStringLiteral("&&"));
+      offers.emplace_back(QStringLiteral("%1 (%2 page(s))").arg(shown).arg(word.pages),
+                          [this, word] { takeNearWord(word); });
+    }
+  }
+  m_plan->offer(text, std::move(offers));
+}
+
+void MainWindow::takeNearWord(const NearWord& word) {
+  if (m_isRunning) {
+    return;
+  }
+  SplitSetup setup = currentSetup();
+  setup.findString = word.text;
+  if (word.elsewhere) {
+    setup.matchPosH = QString::number(word.h);
+    setup.matchPosV = QString::number(word.v);
+  }
+  change(setup, QStringLiteral("Find word(s)"));
+  m_page->goToPage(word.page);
+}
+
+/// Plans anew, against the disk as it is now, and waits for it. False when Stop was pressed.
+bool MainWindow::awaitPlan() {
+  QEventLoop loop;
+  const Running running(*this, QStringLiteral("Making the plan anew"));
+  m_feed->plan(plannedSetup());
+  m_onPlanShown = [this, &loop] {
+    if (!m_feed->isPending()) {
+      loop.quit();
+    }
+  };
+  m_onStop = [&loop] { loop.exit(1); };
+  const bool isThere = loop.exec() == 0;
+  m_onPlanShown = nullptr;
+  m_onStop = nullptr;
+  return isThere;
+}
+
+/// What was shown is what will be made, or what is made instead was agreed on.
+bool MainWindow::isAgreedOn() {
+  Consent answer = Consent::Changed;
+  while (answer == Consent::Changed) {
+    answer = consent();
+  }
+  return answer == Consent::Given;
+}
+
+/// What was shown is what will be made, and nothing is lost by it that the person does not know of.
+MainWindow::Consent MainWindow::consent() {
+  const std::shared_ptr<const SplitPlan> before = m_feed->isPending() ? nullptr : m_shownPlan;
+  if (!awaitPlan()) {
+    return Consent::Refused;
+  }
+  if (m_shownPlan == nullptr) {
+    return Consent::Given; // the run says why there is none
+  }
+  if (before != nullptr && before->outputs != m_shownPlan->outputs &&
+      m_dialogs.choice(this,
+                       QStringLiteral("The plan is no longer what was shown: the PDF or the files "
+                                      "in the output folder have changed since. It has been made "
+                                      "anew, with %1 file(s).")
+                           .arg(m_shownPlan->fileCount),
+                       QStringLiteral("Process"),
+                       {QStringLiteral("Process what is planned now")}) == Dialogs::noChoice) {
+    return Consent::Refused;
+  }
+  const Clashes clashes = clashesOf(*m_shownPlan);
+  if (clashes.replaced + clashes.givenUp == 0) {
+    return Consent::Given;
+  }
+  return askAboutClashes(clashText(clashes));
+}
+
+MainWindow::Consent MainWindow::askAboutClashes(const QString& text) {
+  enum Way { AddNumbers, Append, OtherFolder, Overwrite };
+  SplitSetup setup = currentSetup();
+  switch (m_dialogs.choice(this, text + QStringLiteral("\n\nWhat is to be done?"),
+                           QStringLiteral("Process"),
+                           {QStringLiteral("Keep all, &add numbers"), QStringLiteral("A&ppend"),
+                            QStringLiteral("Other &folder..."), QStringLiteral("&Overwrite")})) {
+  case AddNumbers:
+    setup.alwaysOverwrite = setup.alwaysAppend = false;
+    break;
+  case Append:
+    setup.alwaysOverwrite = false;
+    setup.alwaysAppend = true;
+    break;
+  case OtherFolder: {
+    const QString folder =
+        m_dialogs.chooseFolder(this, QStringLiteral("Folder for the outputs"), setup.outputDir);
+    if (folder.isEmpty()) {
+      return Consent::Refused;
+    }
+    setup.outputDir = folder;
+    setup.splitToSource = false;
+    break;
+  }
+  case Overwrite:
+    return Consent::Given;
+  default:
+    return Consent::Refused;
+  }
+  change(setup, QStringLiteral("What becomes of files that are there"));
+  return Consent::Changed;
+}
+
+} // namespace folivex
