@@ -102,10 +102,10 @@ void ActivityLine::progress(const Progress& progress) {
   if (!m_pace.isDue() || m_isStopping) {
     return;
   }
-  m_status->setText(progress.outputs > 0 ? QStringLiteral("%1 - %2 file(s) so far")
-                                               .arg(progress.text)
-                                               .arg(progress.outputs)
-                                         : progress.text);
+  m_status->setText(
+      progress.outputs > 0
+          ? QStringLiteral("%1 - %2 file(s) so far").arg(progress.text).arg(progress.outputs)
+          : progress.text);
   if (progress.pageCount > 0 && progress.page > 0) {
     showShare(m_pass * progress.pageCount + m_done, m_passes * progress.pageCount);
   }

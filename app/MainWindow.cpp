@@ -137,7 +137,7 @@ QPushButton* MainWindow::commandButton(Command command, const QString& text, con
 QWidget* MainWindow::buildToolBar() {
   QPushButton* open =
       commandButton(Command::OpenPdf, QStringLiteral("&Open PDF..."), "openPdfButton");
-  m_setupButton = sideButton("setupButton", QStringLiteral("Set&up"),
+  m_setupButton = sideButton("setupButton", QStringLiteral("Setup"),
                              QStringLiteral("Load or save the settings as a whole"), this);
   m_setupButton->setMenu(m_menus->setupMenu());
   m_processButton = commandButton(Command::Process, QStringLiteral("&Process"), "processButton");

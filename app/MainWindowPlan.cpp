@@ -130,8 +130,8 @@ void MainWindow::tellProgressOfPlan(const LivePlanState& state) {
     m_plan->tellAge(QString(), PlanPane::Age::Current);
   }
   if (!m_isRunning && (state.stage == Stage::Reading || m_wasReading)) {
-    m_activity->tellReading(state.pagesRead, state.stage == Stage::Reading ? state.pageCount
-                                                                            : state.pagesRead);
+    m_activity->tellReading(state.pagesRead,
+                            state.stage == Stage::Reading ? state.pageCount : state.pagesRead);
   }
   m_wasReading = state.stage == Stage::Reading;
 }
@@ -140,10 +140,11 @@ void MainWindow::tellEffects(const SplitPlan& plan) {
   const auto count = plan.outputs.size();
   m_rules->setEffect(RulesPart::Words, count == 0 ? QStringLiteral("No document begins here")
                                                   : QStringLiteral("%1 document(s)").arg(count));
-  m_rules->setEffect(RulesPart::Names,
-                     count == 0 ? QString()
-                                : QStringLiteral("first: %1")
-                                      .arg(QFileInfo(plan.outputs.front().path).fileName()));
+  m_rules->setEffect(
+      RulesPart::Names,
+      count == 0
+          ? QString()
+          : QStringLiteral("first: %1").arg(QFileInfo(plan.outputs.front().path).fileName()));
 }
 
 /// What can be done where there is no plan, or an empty one.

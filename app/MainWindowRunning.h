@@ -33,7 +33,8 @@ private:
   /// All that could have it was disabled while the run was on.
   void giveBackKeyboard() {
     QWidget* now = m_window.focusWidget();
-    if (m_focus != nullptr && m_focus->isEnabled() && (now == nullptr || !now->isEnabled() || now == m_window.m_activity->stopButton())) {
+    if (m_focus != nullptr && m_focus->isEnabled() &&
+        (now == nullptr || !now->isEnabled() || now == m_window.m_activity->stopButton())) {
       m_focus->setFocus();
     }
   }

@@ -123,8 +123,7 @@ void MainWindow::tellEnd(qint64 elapsedMs) {
   if (end.files > 0) {
     end.folder = folder;
   }
-  const QString report =
-      reportPaths(setup, setup.fileName, folder, currentFolderIsWritable()).text;
+  const QString report = reportPaths(setup, setup.fileName, folder, currentFolderIsWritable()).text;
   if (setup.reportOptionsTxt && QFileInfo(report).isFile()) {
     end.report = report;
   }

@@ -88,11 +88,9 @@ bool MainWindow::mayLeaveSetup() {
     return true; // settings without a name are kept for the next start
   }
   enum Choice { Save, Discard };
-  switch (m_dialogs.choice(this,
-                           QStringLiteral("%1 has changes that are not saved.\n\nSave changes?")
-                               .arg(path),
-                           QStringLiteral("Folivex"),
-                           {QStringLiteral("&Save..."), QStringLiteral("&Do not save")})) {
+  switch (m_dialogs.choice(
+      this, QStringLiteral("%1 has changes that are not saved.\n\nSave changes?").arg(path),
+      QStringLiteral("Folivex"), {QStringLiteral("&Save..."), QStringLiteral("&Do not save")})) {
   case Save:
     return saveSetup();
   case Discard:
@@ -107,8 +105,7 @@ void MainWindow::openSample() {
   const QString home = platform::programFolder();
   QDir documents(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   const QString folder = documents.filePath(QStringLiteral("Folivex sample/"));
-  for (const char* place :
-       {"/samples/", "/../bin/samples/", "/../../share/folivex/samples/"}) {
+  for (const char* place : {"/samples/", "/../bin/samples/", "/../../share/folivex/samples/"}) {
     const QString samples = home + QLatin1String(place);
     if (QFile::exists(samples + QStringLiteral("statements.pdf"))) {
       documents.mkpath(folder);
@@ -147,16 +144,17 @@ void MainWindow::tellSetupFile() {
                      ? program
                      : QStringLiteral("%1[*] - %2").arg(platform::fileTitle(path), program));
   setWindowModified(!path.isEmpty() && isUnsaved());
-  m_setupButton->setText(path.isEmpty() ? QStringLiteral("Set&up")
-                                        : QStringLiteral("Set&up: %1%2")
+  m_setupButton->setText(path.isEmpty() ? QStringLiteral("Setup")
+                                        : QStringLiteral("Setup: %1%2")
                                               .arg(QFileInfo(path).fileName().replace(u'&', "&&"),
                                                    isUnsaved() ? QStringLiteral(" *") : QString()));
 }
 
 void MainWindow::openPdf() {
-  const QString path = m_dialogs.openFile(
-      this, {QStringLiteral("Open the PDF to split"), QStringLiteral("PDF files (*.pdf);;All Files (*)"),
-             m_memory.text(QStringLiteral("folders/source")), {}});
+  const QString path = m_dialogs.openFile(this, {QStringLiteral("Open the PDF to split"),
+                                                 QStringLiteral("PDF files (*.pdf);;All Files (*)"),
+                                                 m_memory.text(QStringLiteral("folders/source")),
+                                                 {}});
   if (!path.isEmpty()) {
     takePdf(path);
   }

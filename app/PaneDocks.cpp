@@ -17,20 +17,20 @@ constexpr QSize leastSideBySide(980, 600);
 
 PaneDocks::PaneDocks(QMainWindow& window, WindowMemory& memory, Panes panes)
     : m_window(window), m_memory(memory),
-      m_pages(add("pagesDock", QStringLiteral("Pages"), panes.pages)),
-      m_rules(add("rulesDock", QStringLiteral("Rules"), panes.rules)),
-      m_plan(add("planDock", QStringLiteral("Plan"), panes.plan)) {
+      m_pages(add("pagesDock", QStringLiteral("&Pages"), panes.pages)),
+      m_rules(add("rulesDock", QStringLiteral("&Rules"), panes.rules)),
+      m_plan(add("planDock", QStringLiteral("P&lan"), panes.plan)) {
   window.setDockOptions(QMainWindow::AllowTabbedDocks | QMainWindow::AllowNestedDocks);
   window.setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
 }
 
-QDockWidget* PaneDocks::add(const char* name, const QString& title, QWidget* pane) {
-  auto* dock = new QDockWidget(title, &m_window);
+QDockWidget* PaneDocks::add(const char* name, const QString& text, QWidget* pane) {
+  auto* dock = new QDockWidget(QString(text).remove(u'&'), &m_window);
   dock->setObjectName(QString::fromLatin1(name));
   dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
   dock->setWidget(pane);
   dock->toggleViewAction()->setObjectName(QStringLiteral("show-") + dock->objectName());
-  dock->toggleViewAction()->setText(u'&' + title);
+  dock->toggleViewAction()->setText(text);
   dock->toggleViewAction()->setToolTip(QStringLiteral("Put this pane away or bring it back"));
   return dock;
 }

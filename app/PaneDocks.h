@@ -42,7 +42,7 @@ public:
 private:
   enum class Kind { None, SideBySide, Tabs };
 
-  QDockWidget* add(const char* name, const QString& title, QWidget* pane);
+  QDockWidget* add(const char* name, const QString& text, QWidget* pane);
   QString keyOf(Kind kind) const;
   void arrangeSideBySide();
   void arrangeTabs();

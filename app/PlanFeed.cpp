@@ -60,7 +60,8 @@ void PlanFeed::take(LivePlanState state) {
     m_newest = std::move(view);
   }
   if (isFirst) {
-    QMetaObject::invokeMethod(this, [this] { tell(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { tell(); }, Qt::QueuedConnection);
   }
 }
 

@@ -22,12 +22,15 @@ QString geometryKey(const QWidget* window) {
   return QStringLiteral("geometry/") + window->objectName();
 }
 
+/// With room for the frame, which a window that was not shown yet does not know.
 void moveOntoScreen(QWidget* window) {
+  constexpr QSize frame(8, 40);
   const QRect screen = window->screen()->availableGeometry();
   resizeOnScreen(window, window->size());
-  const QRect frame = window->frameGeometry();
-  window->move(std::clamp(frame.x(), screen.x(), std::max(screen.right() + 1 - frame.width(), screen.x())),
-               std::clamp(frame.y(), screen.y(), std::max(screen.bottom() + 1 - frame.height(), screen.y())));
+  const QSize room = (screen.size() - window->size() - frame).expandedTo(QSize(0, 0));
+  const QPoint place = window->pos();
+  window->move(std::clamp(place.x(), screen.x(), screen.x() + room.width()),
+               std::clamp(place.y(), screen.y(), screen.y() + room.height()));
 }
 
 } // namespace

@@ -14,10 +14,9 @@ struct Row {
   const char* window; ///< object name
   const char* topic;
 };
-constexpr std::array rows = {
-    Row{"CBatchList", "batch"},           Row{"CChangeEmailDlg", "email-list"},
-    Row{"CEmailListDlg", "email-list"},   Row{"CFindingsDlg", "email-list"},
-    Row{"CUpdateIntervalDlg", "updates"}};
+constexpr std::array rows = {Row{"CBatchList", "batch"}, Row{"CChangeEmailDlg", "email-list"},
+                             Row{"CEmailListDlg", "email-list"}, Row{"CFindingsDlg", "email-list"},
+                             Row{"CUpdateIntervalDlg", "updates"}};
 
 QString topicOf(const QString& window) {
   for (const Row& row : rows) {

@@ -37,8 +37,7 @@ ProgramWindows::ProgramWindows(Dialogs& dialogs, WindowMemory& memory)
 }
 
 ProgramWindows::~ProgramWindows() {
-  for (QWidget* window :
-       std::initializer_list<QWidget*>{m_list.get(), m_help.get()}) {
+  for (QWidget* window : std::initializer_list<QWidget*>{m_list.get(), m_help.get()}) {
     if (window != nullptr) {
       m_memory.keep(window);
       window->close();

@@ -68,15 +68,18 @@ QWidget* PlanPane::buildHead() {
   m_warningsOnly = named(new QCheckBox(this), "warningsOnly",
                          "Only rows whose file replaces or meets another one, or is given up");
   m_shown = named(new QLabel(this), "shownRows");
-  m_export = sideButton("exportPlan", QStringLiteral("Expo&rt..."),
+  m_export = sideButton("exportPlan", QStringLiteral("Export..."),
                         QStringLiteral("Write the rows shown, in the order shown, to a CSV file"),
                         this, [this] { exportRows(); });
   auto* head = new QWidget(this);
   m_head = new QBoxLayout(QBoxLayout::LeftToRight, head);
   m_head->setContentsMargins(0, 0, 0, 0);
   m_head->addWidget(sideBySide(head, {{m_summary, 1}, m_age}), 1);
-  m_head->addWidget(sideBySide(head, {labelFor(m_filter, QStringLiteral("Fi&lter:")), {m_filter, 1},
-                                      m_shown, m_warningsOnly, m_export}));
+  m_head->addWidget(sideBySide(head, {labelFor(m_filter, QStringLiteral("Fi&lter:")),
+                                      {m_filter, 1},
+                                      m_shown,
+                                      m_warningsOnly,
+                                      m_export}));
   return head;
 }
 
@@ -121,7 +124,7 @@ void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
   const int scrolled = m_table->verticalScrollBar()->value();
   m_source = source;
   const int warnings = rows->warningCount();
-  m_warningsOnly->setText(QStringLiteral("%1 &warnings").arg(warnings));
+  m_warningsOnly->setText(QStringLiteral("%1 warnings").arg(warnings));
   m_warningsOnly->setEnabled(warnings > 0);
   if (warnings == 0) {
     m_warningsOnly->setChecked(false);
@@ -146,9 +149,8 @@ void PlanPane::selectPage(int page) {
   const PlanRows& rows = m_model->rows();
   for (int row = 0; page > 0 && row < rows.count(); ++row) {
     if (rows.planned(row).firstPage == page) {
-      m_table->selectionModel()->setCurrentIndex(m_model->index(row, 0),
-                                                 QItemSelectionModel::ClearAndSelect |
-                                                     QItemSelectionModel::Rows);
+      m_table->selectionModel()->setCurrentIndex(
+          m_model->index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
       return;
     }
   }
@@ -250,10 +252,10 @@ void PlanPane::requestPage(const QModelIndex& index) {
 }
 
 void PlanPane::exportRows() {
-  const QString path = m_dialogs.saveFile(
-      window(),
-      {QStringLiteral("Export the plan"), QStringLiteral("CSV files (*.csv);;All files (*)"),
-       m_source + QStringLiteral("_plan.csv"), QStringLiteral("csv")});
+  const QString path =
+      m_dialogs.saveFile(window(), {QStringLiteral("Export the plan"),
+                                    QStringLiteral("CSV files (*.csv);;All files (*)"),
+                                    m_source + QStringLiteral("_plan.csv"), QStringLiteral("csv")});
   if (path.isEmpty()) {
     return;
   }

@@ -22,9 +22,7 @@ protected:
     m_dialogs.files = {{at("statements.pdf")}};
     click(&main(), "browseSource");
   }
-  int plannedOutputs() {
-    return control<QTableView>(&main(), "planTable")->model()->rowCount();
-  }
+  int plannedOutputs() { return control<QTableView>(&main(), "planTable")->model()->rowCount(); }
   static bool hasText(QWidget* panel, const QString& text) {
     const auto labels = panel->findChildren<QLabel*>();
     return std::any_of(labels.begin(), labels.end(),
@@ -56,7 +54,8 @@ protected:
     return control<QAbstractButton>(&main(), "processButton")->text().contains("12 file(s)");
   }
   QStringList outputs() const {
-    return test::filesBelow(at("Documents/Folivex sample")).filter(QRegularExpression("^statement_\\d+\\.pdf$"));
+    return test::filesBelow(at("Documents/Folivex sample"))
+        .filter(QRegularExpression("^statement_\\d+\\.pdf$"));
   }
 
   QByteArray m_home = qgetenv("HOME");
@@ -139,8 +138,7 @@ TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   QTimer next;
   int matches = 0;
   next.callOnTimeout([&] {
-    auto* button =
-        control<QWidget>(&main(), ++matches < 3 ? "nextMatch" : "stopMatches");
+    auto* button = control<QWidget>(&main(), ++matches < 3 ? "nextMatch" : "stopMatches");
     if (button->isEnabled()) {
       QTest::mouseClick(button, Qt::LeftButton);
     }
