@@ -89,7 +89,7 @@ void MainWindow::runAndMail() {
     m_mail = m_program.unattendedMail();
     // The stop of the last run is kept until the next one begins.
     if (!isUnattended || state.userStop || !m_mail->goOn(setup, setup.fileName)) {
-      m_program.driver().StartProcessing();
+      m_program.driver().StartProcessing(m_shownPlan.get());
       m_program.explainNoMatch();
       if (isUnattended) {
         mail();
