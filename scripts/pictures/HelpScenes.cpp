@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
+#include <QTest>
 
 namespace folivex::pictures {
 
@@ -59,21 +60,20 @@ QImage framed(const QImage& picture) {
   return all;
 }
 
-/// One below the other.
-QImage stacked(QImage above, QImage below) {
-  const double scale = above.devicePixelRatio();
-  above.setDevicePixelRatio(1);
-  below.setDevicePixelRatio(1);
-  const int gap = qRound(6 * scale);
-  QImage all(qMax(above.width(), below.width()), above.height() + gap + below.height(),
-             QImage::Format_RGB32);
-  all.fill(QApplication::palette().color(QPalette::Window));
-  QPainter painter(&all);
-  painter.drawImage(0, 0, above);
-  painter.drawImage(0, above.height() + gap, below);
-  painter.end();
-  all.setDevicePixelRatio(scale);
-  return all;
+/// In the 256 colours that it has most of: half as large, and no eye sees it.
+QImage inFewColours(const QImage& picture) {
+  QHash<QRgb, int> counts;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      ++counts[picture.pixel(x, y)];
+    }
+  }
+  QList<QRgb> colours = counts.keys();
+  std::sort(colours.begin(), colours.end(),
+            [&counts](QRgb one, QRgb other) { return counts[one] > counts[other]; });
+  constexpr qsizetype most = 256;
+  return picture.convertToFormat(QImage::Format_Indexed8, colours.mid(0, most),
+                                 Qt::ThresholdDither);
 }
 
 class Album {
@@ -89,7 +89,7 @@ public:
         m_tree.filePath(QStringLiteral("app/help/pictures/%1%2.png")
                             .arg(name, isLarge ? QStringLiteral("@2x") : QString()));
     constexpr qint64 largest = qint64{120} * 1024;
-    save(framed(picture), path);
+    save(inFewColours(framed(picture)), path);
     if (isLarge && QFileInfo(path).size() > largest) {
       QFile::remove(path); // the picture for 100 % is shown larger instead
     }
@@ -122,26 +122,24 @@ bool takeDocuments(const QDir& tree, const Studio& studio) {
   {
     ReadyMainWindow main(studio);
     MainWindow& window = main.window();
-    main.show(firstSplit(shownFolder() + QStringLiteral("statements.pdf")));
+    main.show(firstSplit(studio.sample));
     window.show();
-    window.resize(window.sizeHint());
-    QApplication::processEvents();
-    album.addToDocuments(QStringLiteral("window"), window.grab().toImage());
-    window.resize(window.size().expandedTo(QSize(1240, 700)));
-    QApplication::processEvents();
-    const auto group = [&window](const char* name) {
-      return window.findChild<QWidget*>(QString::fromLatin1(name))->grab().toImage();
+    main.waitForPage();
+    main.waitForPlan();
+    const auto taken = [&window](QSize size) {
+      window.resize(size);
+      constexpr int drawn = 500; // small pages are drawn beside the window
+      QTest::qWait(drawn);
+      return window.grab().toImage();
     };
-    album.addToHelp(QStringLiteral("first-split-1"), group("sourceGroup"));
-    album.addToHelp(QStringLiteral("first-split-3"), group("searchGroup"));
-    album.addToHelp(QStringLiteral("first-split-4"),
-                    stacked(group("rangesGroup"), group("namesGroup")));
+    album.addToDocuments(QStringLiteral("window"), taken(QSize(1280, 860)));
+    album.addToHelp(QStringLiteral("first-split-1"), taken(QSize(1100, 700)));
   }
   const QImage viewer = viewerPicture(studio);
   album.addToHelp(QStringLiteral("first-split-2"), viewer);
   album.addToDocuments(QStringLiteral("viewer"), viewer);
   const QImage plan = planPicture(studio);
-  album.addToHelp(QStringLiteral("first-split-5"), plan);
+  album.addToHelp(QStringLiteral("first-split-3"), plan);
   album.addToDocuments(QStringLiteral("plan"), plan);
   return album.isComplete();
 }

@@ -13,6 +13,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -41,6 +42,14 @@ void ReadyMainWindow::waitForPage() {
   const auto* canvas = m_window->findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
   static_cast<void>(QTest::qWaitFor(
       [&] { return pane->pageCount() == 0 || !canvas->page().image.isNull(); }, patienceMs));
+}
+
+void ReadyMainWindow::waitForPlan() {
+  constexpr int patienceMs = 60'000;
+  constexpr int outputs = 12;
+  const auto* table = m_window->findChild<QTableView*>(QStringLiteral("planTable"));
+  static_cast<void>(
+      QTest::qWaitFor([&] { return table->model()->rowCount() == outputs; }, patienceMs));
 }
 
 void ReadyMainWindow::trigger(const char* action) {

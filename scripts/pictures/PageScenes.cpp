@@ -7,6 +7,7 @@
 #include "scripts/pictures/Scenes.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 #include <QTest>
 
 namespace folivex::pictures {
@@ -125,9 +126,16 @@ void takePages(Camera& camera, const Studio& studio) {
 }
 
 QImage viewerPicture(const Studio& studio) {
-  OpenViewer open(studio.sample, QSize(640, 390));
+  OpenViewer open(studio.sample, QSize(700, 430));
+  open.viewer().onWordMeant = [](WordMeaning, const PickedPlace&) {};
   open.pointAt("Account:");
-  return open.viewer().grab().toImage();
+  open.pick("Account:");
+  QImage picture = open.viewer().grab().toImage();
+  if (QWidget* menu = QApplication::activePopupWidget()) {
+    QPainter(&picture).drawPixmap(open.viewer().mapFromGlobal(menu->pos()), menu->grab());
+    menu->close();
+  }
+  return picture;
 }
 
 QImage planPicture(const Studio& studio) {

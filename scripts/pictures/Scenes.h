@@ -33,6 +33,7 @@ public:
   void show(const SplitSetup& setup);
   /// Until the file of the setup is open and its page drawn.
   void waitForPage();
+  void waitForPlan(); ///< of the sample: twelve outputs
   void trigger(const char* action);
 
 private:
@@ -47,7 +48,7 @@ void takeBatch(Camera& camera, const Studio& studio);
 void takeMail(Camera& camera, const Studio& studio);
 void takeHelp(Camera& camera, const Studio& studio);
 
-/// The viewer with "Account:" pointed at, and the plan of the first split.
+/// The page with the menu at "Account:", and the plan of the first split.
 QImage viewerPicture(const Studio& studio);
 QImage planPicture(const Studio& studio);
 
