@@ -5,12 +5,12 @@
 #include "app/dialogs/COtherSettingsDlg.h"
 #include "app/dialogs/CReportOptionsDlg.h"
 #include "app/viewer/PageCanvas.h"
-#include "app/viewer/PagePane.h"
 #include "engine/setup/SplitMethod.h"
 #include "scripts/pictures/Scenes.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QLabel>
 #include <QTableView>
@@ -38,10 +38,10 @@ void ReadyMainWindow::show(const SplitSetup& setup) {
 
 void ReadyMainWindow::waitForPage() {
   constexpr int patienceMs = 60'000;
-  const auto* pane = m_window->findChild<PagePane*>(QStringLiteral("pageViewer"));
+  const auto* process = m_window->findChild<QAbstractButton*>(QStringLiteral("processButton"));
   const auto* canvas = m_window->findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
   static_cast<void>(QTest::qWaitFor(
-      [&] { return pane->pageCount() == 0 || !canvas->page().image.isNull(); }, patienceMs));
+      [&] { return process->text().contains(u'(') && !canvas->page().image.isNull(); }, patienceMs));
 }
 
 void ReadyMainWindow::waitForPlan() {
@@ -64,7 +64,6 @@ void takeMainWindow(Camera& camera, const Studio& studio) {
   main.show(firstSplit(studio.sample));
   window.show();
   main.waitForPage();
-  main.trigger("plan");
   camera.take(window, QStringLiteral("main"), usual);
   camera.take(window, QStringLiteral("main-wide"), QSize(1920, 1080));
   camera.take(window, QStringLiteral("main-small"), QSize(1024, 700));
