@@ -1,6 +1,8 @@
 // CommandLine: what the arguments of one start ask for.
 #pragma once
 
+#include "app/plan/PlanPrinter.h"
+
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -8,9 +10,6 @@
 #include <vector>
 
 namespace folivex {
-
-/// How "--plan" wants the plan of a split shown.
-enum class PlanOutput { None, Table, Csv };
 
 /// One thing to do. Actions are done in order: a setup or password counts for the files behind it.
 struct CommandAction {

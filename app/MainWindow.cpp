@@ -141,8 +141,12 @@ QWidget* MainWindow::buildToolBar() {
                              QStringLiteral("Load or save the settings as a whole"), this);
   m_setupButton->setMenu(m_menus->setupMenu());
   m_processButton = commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
-  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), m_processButton});
+  // Room for its text with a number: a tool bar does not follow a text that grows.
   constexpr int air = 4;
+  m_processButton->setMinimumWidth(
+      m_processButton->fontMetrics().horizontalAdvance(QStringLiteral("Process 100000 file(s)")) +
+      4 * air);
+  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), m_processButton});
   bar->layout()->setContentsMargins(air, air, air, air);
   return bar;
 }

@@ -1,8 +1,8 @@
 #include "app/Program.h"
 
 #include "app/FolderSearch.h"
-#include "app/PlanPrinter.h"
 #include "app/SuggestCommand.h"
+#include "app/plan/PlanPrinter.h"
 #include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"

@@ -1,4 +1,4 @@
-#include "app/PlanPrinter.h"
+#include "app/plan/PlanPrinter.h"
 
 #include "engine/base/Text.h"
 
