@@ -41,7 +41,8 @@ void ReadyMainWindow::waitForPage() {
   const auto* process = m_window->findChild<QAbstractButton*>(QStringLiteral("processButton"));
   const auto* canvas = m_window->findChild<PageCanvas*>(QStringLiteral("pageCanvas"));
   static_cast<void>(QTest::qWaitFor(
-      [&] { return process->text().contains(u'(') && !canvas->page().image.isNull(); }, patienceMs));
+      [&] { return process->text().contains(u'(') && !canvas->page().image.isNull(); },
+      patienceMs));
 }
 
 void ReadyMainWindow::waitForPlan() {
