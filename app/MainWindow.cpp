@@ -81,6 +81,7 @@ MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
 }
 
 MainWindow::~MainWindow() {
+  m_history.stack().disconnect(this); // it tells of its end, when the menus are gone
   m_feed.reset();
   m_docks.reset();
   // The panes use the libraries, which go before a window's children do.

@@ -140,6 +140,7 @@ private:
   void showMatches();
   void plan();
   void planWhole();
+  void recognise();
   void viewPage();
   void listPage();
 

@@ -153,6 +153,8 @@ void MainWindow::offerWaysOut(const LivePlanState& state) {
   QString text = state.problem;
   if (state.stage == Stage::TooLarge) {
     offers.emplace_back(QStringLiteral("Plan now"), [this] { planWhole(); });
+  } else if (state.stage == Stage::WaitsForOcr) {
+    offers.emplace_back(QStringLiteral("Recognise now"), [this] { recognise(); });
   } else if (!state.nearWords.empty()) {
     text = QStringLiteral("No match. These words come nearest:");
     constexpr std::size_t most = 4;

@@ -241,6 +241,21 @@ void MainWindow::planWhole() {
                   std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), m_plan->order()));
 }
 
+/// Makes the copy whose words the plan waits for.
+void MainWindow::recognise() {
+  if (m_isRunning || !readyFor(SetupPurpose::Reading)) {
+    return;
+  }
+  bool isMade = false;
+  {
+    const Running running(*this, QStringLiteral("Recognising"));
+    isMade = m_program.driver().Recognise();
+  }
+  m_activity->setStatus(isMade ? QStringLiteral("Ready.")
+                               : QStringLiteral("The words were not recognised."));
+  replan();
+}
+
 void MainWindow::listPage() {
   if (!readyFor(SetupPurpose::Viewing)) {
     return;
