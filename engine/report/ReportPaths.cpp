@@ -2,8 +2,8 @@
 
 #include "platform/Paths.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include <QDir>
+#include <QTemporaryFile>
 
 namespace folivex {
 
@@ -42,21 +42,8 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
 }
 
 bool currentFolderIsWritable() {
-  const QString name = QStringLiteral("perm.dat");
-  // A file that comes and goes is the probe of another run in the same folder.
-  constexpr int attempts = 10;
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    if (QFileInfo::exists(name)) {
-      // Somebody's own file, which proves nothing and is not ours to delete.
-      return QFileInfo(QStringLiteral(".")).isWritable();
-    }
-    QFile probe(name);
-    if (probe.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-      probe.close();
-      return probe.remove();
-    }
-  }
-  return false;
+  // A file without a name, where the system has such: a run that is killed now leaves nothing.
+  return QTemporaryFile(QDir::current().filePath(QStringLiteral("perm.dat"))).open();
 }
 
 } // namespace folivex
