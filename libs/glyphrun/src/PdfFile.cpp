@@ -336,15 +336,18 @@ pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
   fz_context* ctx = m_mu->raw();
   pdf_obj* object = nullptr;
   pdf_page* loaded = nullptr;
+  int before = 0;
   m_mu->attempt([&] {
     object = pdf_load_object(ctx, m_document, page(index).objectNumber());
-    const int before = pdf_obj_refs(ctx, object);
+    before = pdf_obj_refs(ctx, object);
     loaded = pdf_load_page(ctx, m_document, index);
-    // MuPDF forgets to give back the reference that its look-up by table takes.
-    if (loaded->obj == object && pdf_obj_refs(ctx, object) == before + 2) {
-      pdf_drop_obj(ctx, object);
-    }
   });
+  // MuPDF forgets to give back the reference that its look-up by table takes, also when the page
+  // then cannot be loaded. A page holds one of its own.
+  const int held = loaded != nullptr && loaded->obj == object ? 1 : 0;
+  if (object != nullptr && pdf_obj_refs(ctx, object) == before + held + 1) {
+    pdf_drop_obj(ctx, object);
+  }
   pdf_drop_obj(ctx, object);
   return loaded;
 }
