@@ -121,7 +121,7 @@ TEST_F(Live, ReplacedWhileItIsReadIsReadAgain) {
   const quint64 number = m_live.plan(m_store.working());
   {
     std::unique_lock lock(m_mutex);
-    m_told.wait(lock, [&] { return m_state.stage == Stage::Opening; });
+    m_told.wait(lock, [&] { return m_state.number == number && m_state.stage == Stage::Opening; });
   }
   ASSERT_TRUE(QFile::remove(source()) && QFile::rename(at("in/b.pdf"), source()));
   m_live.setPaused(false);
