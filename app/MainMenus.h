@@ -1,13 +1,11 @@
 // MainMenus: the commands of the main window.
 #pragma once
 
-#include "widgets/Theme.h"
-
-#include <QObject>
+#include <QHash>
 #include <QStringList>
 
 #include <functional>
-#include <map>
+#include <initializer_list>
 
 class QAction;
 class QMenu;
@@ -15,72 +13,49 @@ class QMenuBar;
 
 namespace folivex {
 
-enum class Command {
-  OpenPdf,
-  LoadSetup,
-  SaveSetup,
-  Close,
-  Undo,
-  Redo,
-  Find,
-  ArrangePanes,
-  Process,
-  ProcessList,
-  Show,
-  Plan,
-  ViewPage,
-  ListPage,
-  PrepareList,
-  LoadEmailList,
-  Stop,
-  ReportOptions,
-  OtherSettings,
-  SplitCommand,
-  EmailSettings,
-  UpdateCheck,
-  Help,
-  ProblemReport,
-  About
+enum CommandTrait : unsigned {
+  AfterLine = 1, ///< a line stands before it
+  WithoutLibraries = 2,
+  WhileRunning = 4 ///< and at no other time
 };
 
-/// The actions and the menus that they stand in. A command that is not available is disabled; while
-/// a run is on, all are but Stop; before the libraries are loaded, all that need them.
+struct CommandRow {
+  const char* name; ///< object name of the action
+  const char* text;
+  const char* shortcut = "";
+  const char* toolTip = "";
+  std::function<void()> act = {}; ///< empty: a menu that somebody fills
+  unsigned traits = 0;            ///< of CommandTrait
+};
+
+/// Commands are known by their names. Each can be used when it can be done.
 class MainMenus {
 public:
-  MainMenus(QMenuBar* bar, Theme theme);
+  explicit MainMenus(QMenuBar* bar) : m_bar(bar) {}
 
-  QAction* action(Command command) const { return m_actions.at(command); }
-  void setAvailable(Command command, bool available);
+  QMenu* add(const char* title, std::initializer_list<CommandRow> rows);
+
+  /// That of a menu for a row without a command.
+  QAction* action(const char* name) const { return m_entries.value(name).action; }
+  void setAvailable(const char* name, bool available);
   void setRunning(bool running);
   /// The libraries are loaded.
   void setReady();
-  void setRecentSetups(const QStringList& paths);
-  void setRecentPdfs(const QStringList& paths);
-  /// Entries of the menu View, above its own.
-  void addViews(const QList<QAction*>& toggles);
-  /// What concerns a setup as a whole, for a button to open.
-  QMenu* setupMenu() const { return m_setup; }
 
-  std::function<void(Command)> onCommand;
-  std::function<void(const QString& path)> onRecentSetup;
-  std::function<void(const QString& path)> onRecentPdf;
-  std::function<void(Theme)> onTheme;
+  /// Gives a menu an entry for each path.
+  void fill(const char* name, const QStringList& paths,
+            const std::function<void(const QString&)>& onChosen);
 
 private:
-  void addCommands(QMenuBar* bar);
-  void addBefore(Command command, QMenu* menu);
-  void addThemes(QMenu* menu, Theme theme);
-  static void fill(QMenu* menu, const QStringList& paths,
-                   const std::function<void(const QString&)>& onChosen);
+  struct Entry {
+    QAction* action = nullptr;
+    unsigned traits = 0;
+    bool isAvailable = true;
+  };
   void update();
 
-  std::map<Command, QAction*> m_actions;
-  std::map<Command, bool> m_available;
-  QMenu* m_recentSetups;
-  QMenu* m_recentPdfs;
-  QMenu* m_setup;
-  QMenu* m_themes;
-  QMenu* m_view = nullptr;
+  QMenuBar* m_bar;
+  QHash<QByteArray, Entry> m_entries;
   bool m_isRunning = false;
   bool m_isReady = false;
 };

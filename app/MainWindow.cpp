@@ -2,7 +2,6 @@
 
 #include "app/ActivityLine.h"
 #include "app/EndPanel.h"
-#include "app/NewsLine.h"
 #include "app/Usage.h"
 #include "app/dialogs/CConfigureDlg.h"
 #include "app/dialogs/CEmailSettingsDlg.h"
@@ -15,14 +14,17 @@
 #include "engine/setup/SetupFields.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
+#include "widgets/OfferLine.h"
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QLayout>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
@@ -64,14 +66,15 @@ void followAction(QPushButton* button, QAction* action) {
 
 MainWindow::MainWindow(Dialogs& dialogs, WindowMemory& memory)
     : m_dialogs(dialogs), m_memory(memory), m_recentSetups(memory, "setup"),
-      m_recentPdfs(memory, "pdf"), m_program(*this), m_eventPace(eventMs) {
+      m_recentPdfs(memory, "pdf"), m_program(*this), m_eventPace(eventMs), m_menus(menuBar()) {
   setObjectName(QStringLiteral("mainWindow"));
   setWindowTitle(QStringLiteral("Folivex"));
   setAcceptDrops(true);
   menuBar()->setObjectName(QStringLiteral("menus"));
-  m_menus = std::make_unique<MainMenus>(menuBar(), themeOf(m_memory.text(themeKey())));
+  buildMenus();
+  buildThemes();
+  tellRecent();
   buildPanes();
-  connectMenus();
   connectPanes();
   setParts({});
   constexpr QSize startSize(1280, 900);
@@ -97,7 +100,7 @@ void MainWindow::buildPanes() {
   bar->addWidget(buildToolBar());
 
   auto* middle = new QWidget(this);
-  m_news = new NewsLine(middle);
+  m_news = new OfferLine(QStringLiteral("news"), middle);
   m_page = new PagePane(middle);
   m_page->setProperty("helpTopic", QStringLiteral("viewer"));
   m_end = new EndPanel(middle);
@@ -112,10 +115,10 @@ void MainWindow::buildPanes() {
   m_plan = new PlanPane(m_dialogs, this);
   m_docks =
       std::make_unique<PaneDocks>(*this, m_memory, PaneDocks::Panes{m_strip, m_rules, m_plan});
-  m_menus->addViews(m_docks->toggles());
+  m_viewMenu->insertActions(m_viewMenu->actions().first(), m_docks->toggles());
 
   m_activity = new ActivityLine(this);
-  followAction(m_activity->stopButton(), m_menus->action(Command::Stop));
+  followAction(m_activity->stopButton(), m_menus.action("stopRun"));
   auto* foot = new QToolBar(this); // a status bar gives its whole width to nobody
   foot->setObjectName(QStringLiteral("foot"));
   foot->setMovable(false);
@@ -124,8 +127,8 @@ void MainWindow::buildPanes() {
   addToolBar(Qt::BottomToolBarArea, foot);
 }
 
-QPushButton* MainWindow::commandButton(Command command, const QString& text, const char* name) {
-  QAction* action = m_menus->action(command);
+QPushButton* MainWindow::commandButton(const char* command, const QString& text, const char* name) {
+  QAction* action = m_menus.action(command);
   const QString key = action->shortcut().toString(QKeySequence::NativeText);
   QPushButton* button = sideButton(
       name, text,
@@ -136,12 +139,14 @@ QPushButton* MainWindow::commandButton(Command command, const QString& text, con
 }
 
 QWidget* MainWindow::buildToolBar() {
-  QPushButton* open =
-      commandButton(Command::OpenPdf, QStringLiteral("&Open PDF..."), "openPdfButton");
+  QPushButton* open = commandButton("openPdf", QStringLiteral("&Open PDF..."), "openPdfButton");
   m_setupButton = sideButton("setupButton", QStringLiteral("Setup"),
                              QStringLiteral("Load or save the settings as a whole"), this);
-  m_setupButton->setMenu(m_menus->setupMenu());
-  m_processButton = commandButton(Command::Process, QStringLiteral("&Process"), "processButton");
+  auto* setups = new QMenu(m_setupButton);
+  setups->addActions(
+      {m_menus.action("loadSetup"), m_menus.action("saveSetup"), m_menus.action("recentSetups")});
+  m_setupButton->setMenu(setups);
+  m_processButton = commandButton("process", QStringLiteral("&Process"), "processButton");
   // Room for its text with a number: a tool bar does not follow a text that grows.
   constexpr int air = 4;
   m_processButton->setMinimumWidth(
@@ -152,24 +157,68 @@ QWidget* MainWindow::buildToolBar() {
   return bar;
 }
 
-void MainWindow::connectMenus() {
-  m_menus->onCommand = [this](Command chosen) { command(chosen); };
-  m_menus->onRecentSetup = [this](const QString& path) { loadSetupFile(path); };
-  m_menus->onRecentPdf = [this](const QString& path) { takePdf(path); };
-  m_menus->onTheme = [this](Theme theme) {
-    m_memory.setText(themeKey(), themeName(theme));
-    applyTheme(theme);
-  };
-  m_menus->setRecentSetups(m_recentSetups.paths());
-  m_menus->setRecentPdfs(m_recentPdfs.paths());
-  m_rules->onDialogWanted = [this](RulesPart part) {
-    static const std::map<RulesPart, Command> dialogs = {
-        {RulesPart::Mail, Command::EmailSettings},
-        {RulesPart::Reports, Command::ReportOptions},
-        {RulesPart::Other, Command::OtherSettings},
-        {RulesPart::Command, Command::SplitCommand}};
-    command(dialogs.at(part));
-  };
+// clang-format off
+void MainWindow::buildMenus() {
+  m_menus.add("&File", {
+      {"openPdf", "&Open PDF...", "Ctrl+O", "Choose the PDF to split", [this] { openPdf(); }},
+      {"recentPdfs", "&Recent PDFs"},
+      {"loadSetup", "&Load Setup...", "Ctrl+Shift+O", "Load the settings of a setup file", [this] { loadSetup(); }, AfterLine},
+      {"saveSetup", "&Save Setup...", "Ctrl+S", "Save these settings to a setup file", [this] { saveSetup(); }},
+      {"recentSetups", "Recent Set&ups"},
+      {"close", "&Close", "Ctrl+Q", "Keep these settings for the next start, and end", [this] { close(); }, AfterLine | WithoutLibraries}});
+  m_menus.add("&Edit", {
+      {"undo", "&Undo", "Ctrl+Z", "Take back the last change of a setting", [this] { m_history.stack().undo(); }},
+      {"redo", "&Redo", "Ctrl+Shift+Z", "Make the change again that was taken back", [this] { m_history.stack().redo(); }},
+      {"find", "&Find in Pages...", "Ctrl+F", "Look for words in the pages", [this] { m_page->find(); }, AfterLine}});
+  m_viewMenu = m_menus.add("&View", {
+      {"viewPage", "&Go to Page", "F8", "Type the number of the page to see", [this] { viewPage(); }, AfterLine},
+      {"arrangePanes", "&Arrange Panes Anew", "", "Put all panes where they were at the first start", [this] { m_docks->arrangeAnew(); }, AfterLine | WithoutLibraries}});
+  m_menus.add("&Run", {
+      {"process", "&Process", "F5", "Split the file now", [this] { process(); }},
+      {"processList", "Process &List", "Shift+F5", "Split every file of the prepared list", [this] { processList(); }},
+      {"stopRun", "S&top", "", "End the run after the page that is being worked on", [this] { stop(); }, WhileRunning},
+      {"show", "&Show Matches", "F6", "Walk through the matches, page by page; nothing is written", [this] { showMatches(); }, AfterLine},
+      {"plan", "Pla&n", "F7", "Make the list anew of what a split would write; nothing is written", [this] { plan(); }},
+      {"listPage", "List Pa&ge h,v", "", "List the words of the page with their positions as text", [this] { listPage(); }},
+      {"prepareList", "P&repare List", "Ctrl+L", "Prepare the list of files to split", [this] { m_parts.prepareList(); }, AfterLine}});
+  m_menus.add("&Mail", {
+      {"loadEmailList", "Load &Email List...", "", "Load a list of addresses and files to send", [this] { m_parts.loadEmailList(); }},
+      {"openEmailSettings", "E-mail &settings...", "", "Server, message and address search", [this] { editIn<CEmailSettingsDlg>(); }}});
+  m_menus.add("Se&ttings", {
+      {"openReportOptions", "&Report and file options...", "", "Reports, list of names, gaps between words", [this] { editIn<CReportOptionsDlg>(); }},
+      {"openOtherSettings", "&Other settings...", "", "What is removed before a run and from names", [this] { editIn<COtherSettingsDlg>(); }},
+      {"openSplitCommand", "&Split command...", "", "Write outputs with another program", [this] { editIn<CConfigureDlg>(); }},
+      {"themes", "&Theme", "", "", {}, WithoutLibraries},
+      {"updateCheck", "&Update check...", "", "Whether and how often to look for a newer version", [this] { m_parts.updateCheck(); }, AfterLine}});
+  m_menus.add("&Help", {
+      {"openHelp", "&Help", "F1", "Help on what has the cursor", [this] { openHelp(); }, WithoutLibraries},
+      {"problemReport", "&Problem report...", "", "Tell us what went wrong", [this] { m_parts.problemReport(); }, WithoutLibraries},
+      {"about", "&About", "", "Version and licence", [this] { about(); }, AfterLine | WithoutLibraries}});
+}
+// clang-format on
+
+void MainWindow::buildThemes() {
+  const Theme now = themeOf(m_memory.text(themeKey()));
+  QMenu* menu = m_menus.action("themes")->menu();
+  auto* group = new QActionGroup(menu);
+  for (const auto& [theme, text] :
+       {std::pair{Theme::System, "&System"}, {Theme::Light, "&Light"}, {Theme::Dark, "&Dark"}}) {
+    QAction* choice = group->addAction(QString::fromLatin1(text));
+    choice->setObjectName(QStringLiteral("theme-") + themeName(theme));
+    choice->setCheckable(true);
+    choice->setChecked(theme == now);
+    connect(choice, &QAction::triggered, this, [this, chosen = theme] {
+      m_memory.setText(themeKey(), themeName(chosen));
+      applyTheme(chosen);
+    });
+  }
+  menu->addActions(group->actions());
+}
+
+void MainWindow::tellRecent() {
+  m_menus.fill("recentSetups", m_recentSetups.paths(),
+               [this](const QString& path) { loadSetupFile(path); });
+  m_menus.fill("recentPdfs", m_recentPdfs.paths(), [this](const QString& path) { takePdf(path); });
 }
 
 template <typename Meaning, typename Picked>
@@ -199,6 +248,14 @@ void MainWindow::connectPanes() {
     setup.pdfPassword = password;
     change(setup, QStringLiteral("Password"));
   };
+  m_rules->onDialogWanted = [this](RulesPart part) {
+    static const std::map<RulesPart, const char*> commands = {
+        {RulesPart::Mail, "openEmailSettings"},
+        {RulesPart::Reports, "openReportOptions"},
+        {RulesPart::Other, "openOtherSettings"},
+        {RulesPart::Command, "openSplitCommand"}};
+    m_menus.action(commands.at(part))->trigger();
+  };
   m_rules->onEdited = [this](const RulesPane::Edit& edit) {
     m_history.push(edit.before, edit.after, edit.label, edit.field);
     takeSetup();
@@ -209,8 +266,8 @@ void MainWindow::connectPanes() {
     showSetup();
   };
   const auto tellSteps = [this] {
-    m_menus->setAvailable(Command::Undo, m_history.stack().canUndo());
-    m_menus->setAvailable(Command::Redo, m_history.stack().canRedo());
+    m_menus.setAvailable("undo", m_history.stack().canUndo());
+    m_menus.setAvailable("redo", m_history.stack().canRedo());
   };
   connect(&m_history.stack(), &QUndoStack::indexChanged, this, tellSteps);
   tellSteps();
@@ -225,47 +282,14 @@ void MainWindow::connectPanes() {
 
 void MainWindow::setParts(WindowParts parts) {
   m_parts = std::move(parts);
-  const std::initializer_list<std::pair<Command, bool>> available = {
-      {Command::ProcessList, m_parts.batchRows != nullptr},
-      {Command::PrepareList, m_parts.prepareList != nullptr},
-      {Command::LoadEmailList, m_parts.loadEmailList != nullptr},
-      {Command::UpdateCheck, m_parts.updateCheck != nullptr},
-      {Command::Help, m_parts.openHelp != nullptr},
-      {Command::ProblemReport, m_parts.problemReport != nullptr}};
-  for (const auto& [command, isThere] : available) {
-    m_menus->setAvailable(command, isThere);
+  for (const auto& [command, isThere] : {std::pair{"processList", m_parts.batchRows != nullptr},
+                                         {"prepareList", m_parts.prepareList != nullptr},
+                                         {"loadEmailList", m_parts.loadEmailList != nullptr},
+                                         {"updateCheck", m_parts.updateCheck != nullptr},
+                                         {"openHelp", m_parts.openHelp != nullptr},
+                                         {"problemReport", m_parts.problemReport != nullptr}}) {
+    m_menus.setAvailable(command, isThere);
   }
-}
-
-void MainWindow::command(Command command) {
-  static const std::map<Command, std::function<void(MainWindow&)>> commands = {
-      {Command::OpenPdf, &MainWindow::openPdf},
-      {Command::LoadSetup, &MainWindow::loadSetup},
-      {Command::SaveSetup, [](MainWindow& window) { window.saveSetup(); }},
-      {Command::Close, [](MainWindow& window) { window.close(); }},
-      {Command::Undo, [](MainWindow& window) { window.m_history.stack().undo(); }},
-      {Command::Redo, [](MainWindow& window) { window.m_history.stack().redo(); }},
-      {Command::Find, [](MainWindow& window) { window.m_page->find(); }},
-      {Command::ArrangePanes, [](MainWindow& window) { window.m_docks->arrangeAnew(); }},
-      {Command::Process, &MainWindow::process},
-      {Command::ProcessList, &MainWindow::processList},
-      {Command::Stop, &MainWindow::stop},
-      {Command::Show, &MainWindow::showMatches},
-      {Command::Plan, &MainWindow::plan},
-      {Command::ViewPage, &MainWindow::viewPage},
-      {Command::ListPage, &MainWindow::listPage},
-      {Command::PrepareList, [](MainWindow& window) { window.m_parts.prepareList(); }},
-      {Command::LoadEmailList, [](MainWindow& window) { window.m_parts.loadEmailList(); }},
-      {Command::UpdateCheck, [](MainWindow& window) { window.m_parts.updateCheck(); }},
-      {Command::Help, &MainWindow::openHelp},
-      {Command::ProblemReport, [](MainWindow& window) { window.m_parts.problemReport(); }},
-      {Command::About, &MainWindow::about},
-      {Command::ReportOptions, &MainWindow::editIn<CReportOptionsDlg>},
-      {Command::OtherSettings, &MainWindow::editIn<COtherSettingsDlg>},
-      {Command::SplitCommand, &MainWindow::editIn<CConfigureDlg>},
-      {Command::EmailSettings, &MainWindow::editIn<CEmailSettingsDlg>},
-  };
-  commands.at(command)(*this);
 }
 
 template <typename Dialog> void MainWindow::editIn() {
@@ -299,7 +323,7 @@ void MainWindow::start(const CommandLine& line) {
   }
   m_page->setLibrary(m_program.textLibrary());
   m_strip->setLibrary(m_program.textLibrary());
-  m_menus->setReady();
+  m_menus.setReady();
   m_activity->setStatus(QStringLiteral("Ready."));
   m_feed = std::make_unique<PlanFeed>(m_program);
   m_feed->onPlan = [this](PlanView& view) { showPlan(view); };

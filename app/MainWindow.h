@@ -20,12 +20,12 @@ namespace folivex {
 
 class ActivityLine;
 class EndPanel;
-class MatchWalker;
-class NewsLine;
+class OfferLine;
 class PagePane;
 class PageStrip;
 class PlanPane;
 class SetupDialog;
+struct RunEnd;
 
 /// Shows and edits the store's copy of the settings, and is the person that the engine talks to.
 /// While a run is on, the window lives on at every step of it; pages can be looked at, and of the
@@ -80,15 +80,13 @@ protected:
   void dropEvent(QDropEvent* event) override;
 
 private:
-  /// While one lives, a run is on.
-  class Running;
-
   void buildPanes();
   QWidget* buildToolBar();
-  QPushButton* commandButton(Command command, const QString& text, const char* name);
-  void connectMenus();
+  QPushButton* commandButton(const char* command, const QString& text, const char* name);
+  void buildMenus();
+  void buildThemes();
+  void tellRecent();
   void connectPanes();
-  void command(Command command);
 
   void showSetup();
   void showFile();
@@ -129,12 +127,12 @@ private:
   bool isAgreedOn();
 
   bool readyFor(SetupPurpose purpose);
+  void work(const QString& title, const std::function<void()>& job, int passes = 1);
   void runAndMail();
-  void tellEnd(qint64 elapsedMs);
+  void tellStopped();
+  void tellEnd(RunEnd& end);
   void runCommandLine(const CommandLine& line);
-  void mailOutputs();
-  void mailBatchSource();
-  void mailUnattended(const SplitSetup& setup);
+  void mailOutputs(const SplitSetup& setup, const WindowParts::Mailing& attended);
   void takeSetup();
   void stop();
   void showMatches();
@@ -158,25 +156,22 @@ private:
   std::unique_ptr<UnattendedDelivery> m_mail; ///< of the run that is on
   bool m_isRunning = false;
   Pace m_eventPace;
-  MatchWalker* m_walker = nullptr; ///< while matches are walked through
-  SplitSetup m_setup;              ///< as shown
-  SplitSetup m_savedSetup;         ///< as loaded or saved last
+  SplitSetup m_savedSetup; ///< as loaded or saved last
   SetupHistory m_history;
-  QStringList m_runTold;  ///< by the run that is on: closing messages
-  QStringList m_runNotes; ///< and findings
-  bool m_tellsInPanel = false;
+  RunEnd* m_ending = nullptr; ///< takes what is told of the run that is on
 
   std::shared_ptr<const SplitPlan> m_shownPlan; ///< of the settings as they are; null while unknown
   bool m_wasReading = false;
-  std::function<void()> m_onStop;
+  std::function<void()> m_onStop;      ///< in place of what Stop does to a run
   std::function<void()> m_onPlanShown; ///< of who waits for it
 
-  std::unique_ptr<MainMenus> m_menus;
+  MainMenus m_menus;
+  QMenu* m_viewMenu = nullptr;
   RulesPane* m_rules = nullptr;
   PagePane* m_page = nullptr;
   PageStrip* m_strip = nullptr;
   PlanPane* m_plan = nullptr;
-  NewsLine* m_news = nullptr;
+  OfferLine* m_news = nullptr;
   EndPanel* m_end = nullptr;
   ActivityLine* m_activity = nullptr;
   QPushButton* m_setupButton = nullptr;

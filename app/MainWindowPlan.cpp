@@ -1,6 +1,7 @@
 // The main window's plan: made anew with every change, shown beside page and rules, and held to
 // before a run.
-#include "app/MainWindowRunning.h"
+#include "app/ActivityLine.h"
+#include "app/MainWindow.h"
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PageStrip.h"
 #include "app/viewer/PlanPane.h"
@@ -186,17 +187,18 @@ void MainWindow::takeNearWord(const NearWord& word) {
 /// Plans anew, against the disk as it is now, and waits for it. False when Stop was pressed.
 bool MainWindow::awaitPlan() {
   QEventLoop loop;
-  const Running running(*this, QStringLiteral("Making the plan anew"));
-  m_feed->plan(plannedSetup());
-  m_onPlanShown = [this, &loop] {
-    if (!m_feed->isPending()) {
-      loop.quit();
-    }
-  };
-  m_onStop = [&loop] { loop.exit(1); };
-  const bool isThere = loop.exec() == 0;
-  m_onPlanShown = nullptr;
-  m_onStop = nullptr;
+  bool isThere = false;
+  work(QStringLiteral("Making the plan anew"), [&] {
+    m_feed->plan(plannedSetup());
+    m_onPlanShown = [&] {
+      if (!m_feed->isPending()) {
+        loop.quit();
+      }
+    };
+    m_onStop = [&loop] { loop.exit(1); };
+    isThere = loop.exec() == 0;
+    m_onPlanShown = nullptr;
+  });
   return isThere;
 }
 

@@ -1,7 +1,7 @@
 // The main window's runs, and what it is to the engine while they are on.
+#include "app/ActivityLine.h"
 #include "app/EndPanel.h"
-#include "app/MainWindowRunning.h"
-#include "app/NewsLine.h"
+#include "app/MainWindow.h"
 #include "app/TerminalOperator.h"
 #include "app/viewer/MatchWalker.h"
 #include "app/viewer/PagePane.h"
@@ -10,9 +10,12 @@
 #include "mail/delivery/UnattendedDelivery.h"
 #include "widgets/DesktopNotice.h"
 #include "widgets/Dialogs.h"
+#include "widgets/OfferLine.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QPointer>
+#include <QPushButton>
 #include <QScopedValueRollback>
 
 namespace folivex {
@@ -31,10 +34,37 @@ public:
 
 } // namespace
 
+/// Meanwhile nothing but Stop can be used. Afterwards the keyboard is where it was: all that could
+/// have it was disabled.
+void MainWindow::work(const QString& title, const std::function<void()>& job, int passes) {
+  const QPointer<QWidget> focus(focusWidget());
+  const auto lock = [this](bool isOn) {
+    m_isRunning = isOn;
+    m_rules->setEnabled(!isOn);
+    m_menus.setRunning(isOn);
+  };
+  lock(true);
+  m_eventPace.reset();
+  m_activity->begin(title, passes);
+  job();
+  m_onStop = nullptr;
+  m_activity->end();
+  lock(false);
+  const QWidget* now = focusWidget();
+  if (focus != nullptr && focus->isEnabled() &&
+      (now == nullptr || !now->isEnabled() || now == m_activity->stopButton())) {
+    focus->setFocus();
+  }
+  m_activity->setStatus(QStringLiteral("Ready."));
+}
+
+/// The settings are taken, when work of this kind can be done with them.
 bool MainWindow::readyFor(SetupPurpose purpose) {
+  if (m_isRunning || !m_program.isReady()) {
+    return false;
+  }
   SettingFindings more;
-  const SplitSetup setup = currentSetup();
-  const bool needsDocument = setup.useCurrent && purpose != SetupPurpose::SplittingList;
+  const bool needsDocument = currentSetup().useCurrent && purpose != SetupPurpose::SplittingList;
   const QString document = m_page->pageCount() > 0 ? m_page->file().path : QString();
   if (needsDocument && document.isEmpty()) {
     more.push_back({QStringLiteral("USECURRENT"),
@@ -55,14 +85,15 @@ bool MainWindow::readyFor(SetupPurpose purpose) {
 }
 
 void MainWindow::process() {
-  if (m_isRunning || !m_program.isReady() || !readyFor(SetupPurpose::Splitting)) {
+  if (!readyFor(SetupPurpose::Splitting)) {
     return;
   }
-  if (!m_program.store().automation() && m_parts.goOnMailing &&
-      m_parts.goOnMailing(currentSetup())) {
+  // Nobody watches, nobody is asked.
+  const bool isUnattended = m_program.store().automation();
+  if (!isUnattended && m_parts.goOnMailing && m_parts.goOnMailing(currentSetup())) {
     return;
   }
-  if (m_program.store().automation() || isAgreedOn()) {
+  if (isUnattended || isAgreedOn()) {
     runAndMail();
   } else {
     m_activity->setStatus(QStringLiteral("Nothing was made."));
@@ -71,21 +102,20 @@ void MainWindow::process() {
 
 void MainWindow::runAndMail() {
   const RunState& state = m_program.driver().state();
-  const auto mail = [this, &state] {
-    if (!state.userStop && state.outputCount > 0) {
-      mailOutputs();
-    }
-  };
   // Mails that nobody watches are a part of the run, and its Stop is theirs.
   const bool isUnattended = m_program.store().automation();
+  const SplitSetup setup = currentSetup();
+  const auto mail = [&] {
+    if (!state.userStop && state.outputCount > 0) {
+      mailOutputs(setup, m_parts.mailOutputs);
+    }
+  };
   QElapsedTimer elapsed;
   elapsed.start();
-  {
-    const SplitSetup setup = currentSetup();
-    const Running running(*this, QStringLiteral("Processing"),
-                          setup.alwaysOverwrite || setup.alwaysAppend ? 2 : 1);
-    const QScopedValueRollback telling(m_tellsInPanel, !isUnattended);
-    m_feed->setPaused(true);
+  m_feed->setPaused(true);
+  RunEnd end;
+  const auto run = [&] {
+    const QScopedValueRollback telling(m_ending, isUnattended ? nullptr : &end);
     m_mail = m_program.unattendedMail();
     // The stop of the last run is kept until the next one begins.
     if (!isUnattended || state.userStop || !m_mail->goOn(setup, setup.fileName)) {
@@ -96,29 +126,33 @@ void MainWindow::runAndMail() {
       }
     }
     m_mail->finish();
-  }
-  m_activity->setStatus(state.userStop ? QStringLiteral("Stopped.") : QStringLiteral("Ready."));
+  };
+  work(QStringLiteral("Processing"), run, setup.alwaysOverwrite || setup.alwaysAppend ? 2 : 1);
+  tellStopped();
   if (!isUnattended) {
-    tellEnd(elapsed.elapsed());
+    end.elapsedMs = elapsed.elapsed();
+    tellEnd(end);
     mail();
   }
   m_feed->setPaused(false);
   replan(); // against what is in the folder now
 }
 
+void MainWindow::tellStopped() {
+  if (m_program.driver().state().userStop) {
+    m_activity->setStatus(QStringLiteral("Stopped."));
+  }
+}
+
 /// How the run ended, above the page; and on the desktop when the person looks elsewhere.
-void MainWindow::tellEnd(qint64 elapsedMs) {
+void MainWindow::tellEnd(RunEnd& end) {
   const JobDriver& driver = m_program.driver();
   const SplitSetup setup = currentSetup();
-  RunEnd end;
-  end.told = std::exchange(m_runTold, {});
-  end.findings = std::exchange(m_runNotes, {});
   end.account = driver.account();
   end.files = driver.outcome().writtenFiles;
   end.isListOnly = setup.createList;
   end.isStopped = driver.state().userStop;
   end.hasFailed = driver.state().error != RunError::None || driver.outcome().outputsFailed;
-  end.elapsedMs = elapsedMs;
   const QString folder = outputFolderOf(setup, setup.fileName);
   if (end.files > 0) {
     end.folder = folder;
@@ -135,53 +169,42 @@ void MainWindow::tellEnd(qint64 elapsedMs) {
 
 /// In automation mode nobody is asked about mails, and what there is to say of them is noted. Where
 /// a run before did not mail all, its list is gone on with in place of what was split anew.
-void MainWindow::mailUnattended(const SplitSetup& setup) {
-  if (!m_mail->goOn(setup, setup.fileName)) {
-    static_cast<void>(
-        m_mail->send(setup, finishedRun(setup.fileName, m_program.driver().emails())));
+void MainWindow::mailOutputs(const SplitSetup& setup, const WindowParts::Mailing& attended) {
+  JobDriver& driver = m_program.driver();
+  if (!setup.emailEnable) {
+    return;
   }
-}
-
-void MainWindow::mailOutputs() {
-  const SplitSetup setup = currentSetup();
-  if (setup.emailEnable && m_program.store().automation()) {
-    mailUnattended(setup);
-  } else if (setup.emailEnable && m_parts.mailOutputs) {
-    m_parts.mailOutputs(m_program.driver(), setup);
-  }
-}
-
-void MainWindow::mailBatchSource() {
-  const SplitSetup& setup = m_program.store().working();
-  if (setup.emailEnable && m_program.store().automation()) {
-    mailUnattended(setup);
-  } else if (setup.emailEnable && m_parts.mailBatchSource) {
-    m_parts.mailBatchSource(m_program.driver(), setup);
+  if (!m_program.store().automation()) {
+    if (attended) {
+      attended(driver, setup);
+    }
+  } else if (!m_mail->goOn(setup, setup.fileName)) {
+    static_cast<void>(m_mail->send(setup, finishedRun(setup.fileName, driver.emails())));
   }
 }
 
 void MainWindow::processList() {
-  if (m_isRunning || !m_program.isReady() || !m_parts.batchRows ||
-      !readyFor(SetupPurpose::SplittingList)) {
+  if (!m_parts.batchRows || !readyFor(SetupPurpose::SplittingList)) {
     return;
   }
   NoRows none;
   BatchRows* rows = m_parts.batchRows();
-  const auto tellList = [this](bool running) {
+  const auto tellList = [this](bool isRunning) {
     if (m_parts.batchRunning) {
-      m_parts.batchRunning(running);
+      m_parts.batchRunning(isRunning);
     }
   };
   tellList(true);
+  m_feed->setPaused(true);
   BatchResult result;
-  {
-    const Running running(*this, QStringLiteral("Processing list"));
-    m_feed->setPaused(true);
+  work(QStringLiteral("Processing list"), [&] {
     m_mail = m_program.unattendedMail();
-    result = m_program.driver().ProcessBatch(rows == nullptr ? none : *rows,
-                                             [this](const QString&) { mailBatchSource(); });
+    result =
+        m_program.driver().ProcessBatch(rows == nullptr ? none : *rows, [this](const QString&) {
+          mailOutputs(m_program.store().working(), m_parts.mailBatchSource);
+        });
     m_mail->finish();
-  }
+  });
   m_feed->setPaused(false);
   tellList(false);
   if (m_program.store().working().emailEnable && m_parts.mailBatchEnd) {
@@ -198,16 +221,13 @@ void MainWindow::showMatches() {
   if (!readyFor(SetupPurpose::Reading)) {
     return;
   }
-  {
-    const Running running(*this, QStringLiteral("Showing matches"));
+  work(QStringLiteral("Showing matches"), [this] {
     JobDriver& driver = m_program.driver();
     MatchWalker walker(*m_page, [&driver] { driver.Stop(); });
-    m_walker = &walker;
+    m_onStop = [&walker] { walker.stop(); };
     driver.ShowMatches(walker);
-    m_walker = nullptr;
     m_program.explainNoMatch();
-  }
-  m_activity->setStatus(QStringLiteral("Ready."));
+  });
 }
 
 void MainWindow::plan() {
@@ -223,36 +243,30 @@ void MainWindow::planWhole() {
     return;
   }
   SplitPlan plan;
-  {
-    const Running running(*this, QStringLiteral("Planning"));
+  work(QStringLiteral("Planning"), [&] {
     plan = m_program.driver().Plan();
     m_program.explainNoMatch();
-  }
+  });
   if (m_program.driver().state().userStop) {
     m_activity->setStatus(QStringLiteral("Stopped: there is no plan of a part."));
-    return;
-  }
-  m_activity->setStatus(QStringLiteral("Ready."));
-  if (!plan.problem.isEmpty()) {
+  } else if (!plan.problem.isEmpty()) {
     message(plan.problem);
-    return;
+  } else {
+    m_plan->setPlan(m_program.store().edited().fileName,
+                    std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), m_plan->order()));
   }
-  m_plan->setPlan(m_program.store().edited().fileName,
-                  std::make_unique<PlanRows>(std::make_shared<SplitPlan>(plan), m_plan->order()));
 }
 
 /// Makes the copy whose words the plan waits for.
 void MainWindow::recognise() {
-  if (m_isRunning || !readyFor(SetupPurpose::Reading)) {
+  if (!readyFor(SetupPurpose::Reading)) {
     return;
   }
   bool isMade = false;
-  {
-    const Running running(*this, QStringLiteral("Recognising"));
-    isMade = m_program.driver().Recognise();
+  work(QStringLiteral("Recognising"), [&] { isMade = m_program.driver().Recognise(); });
+  if (!isMade) {
+    m_activity->setStatus(QStringLiteral("The words were not recognised."));
   }
-  m_activity->setStatus(isMade ? QStringLiteral("Ready.")
-                               : QStringLiteral("The words were not recognised."));
   replan();
 }
 
@@ -260,25 +274,19 @@ void MainWindow::listPage() {
   if (!readyFor(SetupPurpose::Viewing)) {
     return;
   }
-  {
-    const int page = std::max(m_page->page(), 1);
-    const Running running(*this, QStringLiteral("Listing page %1").arg(page));
-    m_program.driver().ListPagePositions(page);
-  }
-  m_activity->setStatus(QStringLiteral("Ready."));
+  const int page = std::max(m_page->page(), 1);
+  work(QStringLiteral("Listing page %1").arg(page),
+       [&] { m_program.driver().ListPagePositions(page); });
 }
 
 void MainWindow::runCommandLine(const CommandLine& line) {
   Program::Ended ended;
-  {
-    const Running running(*this, QStringLiteral("Processing"));
-    ended = m_program.handleCommandLine(line);
-  }
+  work(QStringLiteral("Processing"), [&] { ended = m_program.handleCommandLine(line); });
   showSetup();
-  m_activity->setStatus(
-      m_program.isReady() && m_program.driver().state().userStop ? QStringLiteral("Stopped.")
-      : ended.exitCode == 0                                      ? QStringLiteral("Ready.")
-                            : QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
+  if (ended.exitCode != 0) {
+    m_activity->setStatus(QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
+  }
+  tellStopped();
   if (ended.mustEnd) {
     QApplication::exit(ended.exitCode);
   }
@@ -286,19 +294,16 @@ void MainWindow::runCommandLine(const CommandLine& line) {
 
 void MainWindow::stop() {
   if (m_onStop) {
-    m_onStop(); // there is no run yet
-    return;
-  }
-  m_program.driver().Stop();
-  if (m_walker != nullptr) {
-    m_walker->stop();
+    m_onStop();
+  } else {
+    m_program.driver().Stop();
   }
   m_activity->tellStopping();
 }
 
 void MainWindow::message(const QString& text) {
-  if (m_tellsInPanel) {
-    m_runTold += text;
+  if (m_ending != nullptr) {
+    m_ending->told += text;
     remember(text);
     return;
   }
@@ -307,9 +312,8 @@ void MainWindow::message(const QString& text) {
 
 Answer MainWindow::question(const QString& text, const QString& caption) {
   // The closing question is answered by a button of the panel.
-  if (m_tellsInPanel && text.startsWith(QLatin1String("Done!"))) {
-    m_runTold += text;
-    remember(text);
+  if (m_ending != nullptr && text.startsWith(QLatin1String("Done!"))) {
+    message(text);
     return Answer::No;
   }
   return m_dialogs.question(this, text, caption) ? Answer::Yes : Answer::No;
@@ -319,8 +323,8 @@ void MainWindow::note(const QString& text) {
   if (m_program.isReady() && m_program.driver().state().commandLine) {
     tellTerminal(text); // the window may close before anybody has read it
   }
-  if (m_tellsInPanel) {
-    m_runNotes += text;
+  if (m_ending != nullptr) {
+    m_ending->findings += text;
   }
   m_activity->note(text);
 }
@@ -334,7 +338,7 @@ void MainWindow::remember(const QString& text) {
 }
 
 void MainWindow::tellNews(const QString& text, const std::function<void()>& onMore) {
-  m_news->tell(text, onMore);
+  m_news->offer(text, {{QStringLiteral("More..."), onMore}});
 }
 
 void MainWindow::print(const QString& text) {

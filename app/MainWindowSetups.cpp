@@ -47,7 +47,6 @@ void MainWindow::showSetup() {
 
 /// What was set has been taken; all that depends on it follows.
 void MainWindow::settingsChanged() {
-  m_setup = currentSetup();
   m_activity->forgetProblem();
   tellSetupFile();
   showFile();
@@ -76,7 +75,7 @@ void MainWindow::beginAnew() {
 
 /// The file that is split and its password are no part of what one calls a setup.
 bool MainWindow::isUnsaved() const {
-  SplitSetup setup = m_setup;
+  SplitSetup setup = currentSetup();
   setup.fileName = m_savedSetup.fileName;
   setup.pdfPassword = m_savedSetup.pdfPassword;
   return setup != m_savedSetup;
@@ -163,7 +162,7 @@ void MainWindow::openPdf() {
 void MainWindow::takePdf(const QString& path) {
   if (!platform::isReadableFile(path)) {
     m_recentPdfs.gone(path);
-    m_menus->setRecentPdfs(m_recentPdfs.paths());
+    tellRecent();
     message(QStringLiteral("%1: there is no such file, or it cannot be read.").arg(path));
     return;
   }
@@ -171,7 +170,7 @@ void MainWindow::takePdf(const QString& path) {
   setup.fileName = path;
   setup.useCurrent = false;
   m_recentPdfs.used(path);
-  m_menus->setRecentPdfs(m_recentPdfs.paths());
+  tellRecent();
   m_memory.setText(QStringLiteral("folders/source"), platform::folderOf(path));
   change(setup, QStringLiteral("Open PDF"));
   m_activity->setStatus(QStringLiteral("%1 is the file to split.").arg(path));
@@ -190,7 +189,7 @@ void MainWindow::tellResult(const SetupResult& result) {
 
 void MainWindow::keepUsed(const QString& path) {
   m_recentSetups.used(path);
-  m_menus->setRecentSetups(m_recentSetups.paths());
+  tellRecent();
   m_memory.setText(QStringLiteral("folders/setup"), platform::folderOf(path));
 }
 
@@ -219,7 +218,7 @@ void MainWindow::loadSetupFile(const QString& path) {
     m_activity->setStatus(QStringLiteral("%1 loaded.").arg(path));
   } else {
     m_recentSetups.gone(path);
-    m_menus->setRecentSetups(m_recentSetups.paths());
+    tellRecent();
   }
   // A setup that is for any file is for the one that is open.
   SplitSetup& edited = m_program.store().edited();

@@ -24,9 +24,10 @@ struct WindowParts {
   /// those, or wants nothing done. May be empty, as the three below.
   std::function<bool(const SplitSetup& setup)> goOnMailing;
   /// A split has ended with mails to send (`EMAILENABLE`).
-  std::function<void(JobDriver& driver, const SplitSetup& setup)> mailOutputs;
+  using Mailing = std::function<void(JobDriver& driver, const SplitSetup& setup)>;
+  Mailing mailOutputs;
   /// One source of a batch has; the batch goes on afterwards.
-  std::function<void(JobDriver& driver, const SplitSetup& setup)> mailBatchSource;
+  Mailing mailBatchSource;
   /// The batch whose sources had mails to send has ended.
   std::function<void()> mailBatchEnd;
   /// Sends one mail to see whether the settings are right, and says what came of it.
