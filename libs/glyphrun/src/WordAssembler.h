@@ -50,7 +50,7 @@ public:
     } else if ((info.traits & plainTraits) == 0 && m_open && !m_parting) {
       appendPlain(info, start, end);
     } else {
-      place(info.traits, m_run.font->textOf(info), start, end);
+      place(info.traits, (m_echoing ? m_echoRun : m_run).font->textOf(info), start, end);
     }
   }
   /// The next glyph starts `gap` points farther than the last one's advance and spacing say.
