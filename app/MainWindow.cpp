@@ -147,6 +147,9 @@ QWidget* MainWindow::buildToolBar() {
       {m_menus.action("loadSetup"), m_menus.action("saveSetup"), m_menus.action("recentSetups")});
   m_setupButton->setMenu(setups);
   m_processButton = commandButton("process", QStringLiteral("&Process"), "processButton");
+  QFont bold = m_processButton->font();
+  bold.setBold(true);
+  m_processButton->setFont(bold);
   // Room for its text with a number: a tool bar does not follow a text that grows.
   constexpr int air = 4;
   m_processButton->setMinimumWidth(
@@ -257,11 +260,13 @@ void MainWindow::connectPanes() {
     m_menus.action(commands.at(part))->trigger();
   };
   m_rules->onEdited = [this](const RulesPane::Edit& edit) {
+    m_end->putAway(); // what comes now is another run
     m_history.push(edit.before, edit.after, edit.label, edit.field);
     takeSetup();
     settingsChanged();
   };
   m_history.onRestore = [this](const SplitSetup& setup) {
+    m_end->putAway();
     m_program.store().edited() = m_program.store().working() = setup;
     showSetup();
   };

@@ -44,15 +44,17 @@ void MainWindow::work(const QString& title, const std::function<void()>& job, in
     m_menus.setRunning(isOn);
   };
   lock(true);
+  m_end->putAway();
   m_eventPace.reset();
   m_activity->begin(title, passes);
+  const QPointer<QWidget> driven(focusWidget()); // out of what was disabled
   job();
   m_onStop = nullptr;
   m_activity->end();
   lock(false);
   const QWidget* now = focusWidget();
   if (focus != nullptr && focus->isEnabled() &&
-      (now == nullptr || !now->isEnabled() || now == m_activity->stopButton())) {
+      (now == nullptr || !now->isEnabled() || now == driven || now == m_activity->stopButton())) {
     focus->setFocus();
   }
   m_activity->setStatus(QStringLiteral("Ready."));
@@ -161,7 +163,9 @@ void MainWindow::tellEnd(RunEnd& end) {
   if (setup.reportOptionsTxt && QFileInfo(report).isFile()) {
     end.report = report;
   }
+  end.findings.removeAll(end.account.summary(end.files)); // the panel says it in its own words
   m_end->tell(end);
+  m_activity->clearNotes();
   if (QApplication::activeWindow() == nullptr) {
     showDesktopNotice(QStringLiteral("Folivex"), summaryOf(end).headline);
   }

@@ -1,5 +1,6 @@
 // The main window's settings: where they come from and go to, and the file that they are for.
 #include "app/ActivityLine.h"
+#include "app/EndPanel.h"
 #include "app/MainWindow.h"
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PageStrip.h"
@@ -55,6 +56,7 @@ void MainWindow::settingsChanged() {
 
 /// A change that did not come from a field: one step, that can be undone.
 void MainWindow::change(const SplitSetup& setup, const QString& what) {
+  m_end->putAway();
   const SplitSetup before = currentSetup();
   m_program.store().edited() = m_program.store().working() = setup;
   m_history.push(before, setup, what);
@@ -62,6 +64,7 @@ void MainWindow::change(const SplitSetup& setup, const QString& what) {
 }
 
 void MainWindow::refresh() {
+  m_end->putAway();
   showSetup();
   beginAnew();
 }

@@ -114,7 +114,8 @@ TEST_F(MainWindowTest, WrongInputIsToldAtItsFieldAndNothingRuns) {
   typeInto(m_window.get(), "FINDSTRING", "account:");
   click(m_window.get(), "processButton");
   EXPECT_TRUE(endText().contains("no matches"));
-  EXPECT_TRUE(notes().contains("Account:")) << notes().toStdString(); // how near it was
+  const auto* found = control<QPlainTextEdit>(m_window.get(), "endFindings");
+  EXPECT_TRUE(found->toPlainText().contains("Account:")); // how near it was
   // Of several, the first in the window's order gets the cursor.
   typeInto(m_window.get(), "OFFSETFIRST", "x");
   typeInto(m_window.get(), "STARTENDPAGE", "y");
@@ -265,12 +266,18 @@ TEST_F(MainWindowTest, AVeryShortRunAtTheStartLeavesTheKeyboardAndItsStatus) {
   EXPECT_TRUE(statusLine().startsWith("Ready.")) << statusLine().toStdString();
 
   // Afterwards it is where it was.
-  control<QLineEdit>(m_window.get(), "FINDSTRING")->setFocus();
   typeInto(m_window.get(), "FILENAME", at("in.pdf"));
   typeInto(m_window.get(), "OUTPUTDIR", at("out"));
   typeInto(m_window.get(), "FINDSTRING", "Account:");
-  trigger("process");
-  EXPECT_EQ(m_window->focusWidget(), control<QLineEdit>(m_window.get(), "FINDSTRING"));
+  for (const char* name : {"FINDSTRING", "openPdfButton"}) {
+    control<QWidget>(m_window.get(), name)->setFocus();
+    QDir(at("out")).removeRecursively();
+    trigger("process");
+    EXPECT_EQ(m_window->focusWidget(), control<QWidget>(m_window.get(), name));
+  }
+  EXPECT_TRUE(control<QWidget>(m_window.get(), "endPanel")->isVisible());
+  typeInto(m_window.get(), "POSTFIXFILENAME", "x");
+  EXPECT_FALSE(control<QWidget>(m_window.get(), "endPanel")->isVisible());
 }
 
 TEST_F(MainWindowTest, DroppedFilesAreTaken) {
