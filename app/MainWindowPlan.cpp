@@ -50,8 +50,7 @@ QString clashText(const Clashes& clashes) {
 QString emptyText(const LivePlanState& state) {
   return state.stage == Stage::Opening   ? QStringLiteral("The file is being opened.")
          : state.stage == Stage::Reading ? QStringLiteral("The file is being read.")
-         : state.problem.isEmpty()       ? QStringLiteral("Nothing would be written.")
-                                         : state.problem;
+                                         : QStringLiteral("Nothing would be written.");
 }
 
 } // namespace

@@ -10,7 +10,11 @@ std::vector<PageBand> bandsOf(const SplitPlan& plan) {
   std::vector<PageBand> bands;
   bands.reserve(plan.outputs.size());
   for (const PlannedOutput& output : plan.outputs) {
-    bands.push_back({output.firstPage, output.lastPage, platform::fileTitle(output.path)});
+    QString title = platform::fileTitle(output.path);
+    if (title.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+      title.chop(4); // small pages have no room for what is the same at all of them
+    }
+    bands.push_back({output.firstPage, output.lastPage, title});
   }
   return bands;
 }

@@ -30,7 +30,7 @@ constexpr std::array dialogGroups = {
 QFrame* ruler(QWidget* parent) {
   auto* line = new QFrame(parent);
   line->setFrameShape(QFrame::HLine);
-  line->setForegroundRole(QPalette::Mid);
+  line->setEnabled(false); // in the faint colour, which is seen on dark ground, too
   return line;
 }
 

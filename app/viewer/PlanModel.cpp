@@ -61,9 +61,13 @@ QVariant PlanModel::data(const QModelIndex& index, int role) const {
   case Qt::TextAlignmentRole:
     return QVariant(Qt::AlignVCenter | (isNumeric(column) ? Qt::AlignRight : Qt::AlignLeft));
   case Qt::ForegroundRole:
-    return m_isStale                    ? QVariant(hintColor())
-           : column == PlanColumn::Note ? QVariant(problemColor())
-                                        : QVariant();
+    if (column != PlanColumn::Note) {
+      return m_isStale ? QVariant(hintColor()) : QVariant();
+    }
+    // A number at the name loses nothing.
+    return QVariant(m_isStale || m_rows->planned(index.row()).fate == PlannedOutput::Fate::Renamed
+                        ? hintColor()
+                        : problemColor());
   default:
     return {};
   }

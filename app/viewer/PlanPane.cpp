@@ -74,6 +74,7 @@ QWidget* PlanPane::buildHead() {
   auto* head = new QWidget(this);
   m_head = new QBoxLayout(QBoxLayout::LeftToRight, head);
   m_head->setContentsMargins(0, 0, 0, 0);
+  m_head->setSpacing(3 * air);
   m_head->addWidget(sideBySide(head, {{m_summary, 1}, m_age}), 1);
   m_head->addWidget(sideBySide(head, {labelFor(m_filter, QStringLiteral("Fi&lter:")),
                                       {m_filter, 1},
@@ -207,7 +208,7 @@ void PlanPane::fitColumns() {
   // By the first rows; all of a long plan would take too long to measure.
   constexpr int rowsMeasured = 100;
   constexpr int widest = 260;
-  constexpr int roomBeside = 4;
+  constexpr int roomBeside = 12;
   m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
   const int last =
       static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
