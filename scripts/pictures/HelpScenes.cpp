@@ -133,7 +133,12 @@ bool takeDocuments(const QDir& tree, const Studio& studio) {
       return window.grab().toImage();
     };
     album.addToDocuments(QStringLiteral("window"), taken(QSize(1280, 860)));
-    album.addToHelp(QStringLiteral("first-split-1"), taken(QSize(1100, 700)));
+    const QImage whole = taken(QSize(980, 620)); // small enough for all panes side by side
+    constexpr int pageWidth = 690;               // of the help, in its window's first size
+    QImage fitting =
+        whole.scaledToWidth(qRound(pageWidth * whole.devicePixelRatio()), Qt::SmoothTransformation);
+    fitting.setDevicePixelRatio(whole.devicePixelRatio());
+    album.addToHelp(QStringLiteral("first-split-1"), fitting);
   }
   const QImage viewer = viewerPicture(studio);
   album.addToHelp(QStringLiteral("first-split-2"), viewer);

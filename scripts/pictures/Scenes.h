@@ -41,6 +41,7 @@ private:
 };
 
 void takeMainWindow(Camera& camera, const Studio& studio);
+void takeWorkspace(Camera& camera, const Studio& studio);
 void takeSettings(Camera& camera, const Studio& studio);
 void takeMessages(Camera& camera);
 void takePages(Camera& camera, const Studio& studio);

@@ -30,6 +30,7 @@ bool takeAll(const QDir& folder, const Studio& studio) {
   for (const Theme theme : {Theme::Light, Theme::Dark}) {
     camera.setLook(theme);
     takeMainWindow(camera, studio);
+    takeWorkspace(camera, studio);
     takeSettings(camera, studio);
     takeMessages(camera);
     takePages(camera, studio);
