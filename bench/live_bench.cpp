@@ -1,5 +1,7 @@
-// live_bench FILE: reads a file as the window does, plans it, and plans it again after a change.
+// live_bench FILE: reads a file as the window does, plans it, plans it again after a change, and
+// proposes setups for it.
 #include "engine/job/LivePlan.h"
+#include "engine/job/SetupProposals.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
@@ -11,6 +13,8 @@
 #include <cstdio>
 #include <ctime>
 
+#include <sys/resource.h>
+
 using namespace folivex;
 
 namespace {
@@ -19,6 +23,16 @@ using Clock = std::chrono::steady_clock;
 
 double milliseconds(Clock::time_point since) {
   return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+}
+
+double millisecondsOf(std::clock_t processor) {
+  return static_cast<double>(processor) * 1000 / CLOCKS_PER_SEC;
+}
+
+double peakMiB() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 class Bench {
@@ -39,7 +53,7 @@ public:
     m_told.wait(lock, [&] {
       return m_state.number == number && m_state.stage >= LivePlanState::Stage::Done;
     });
-    const double used = static_cast<double>(std::clock() - processor) * 1000 / CLOCKS_PER_SEC;
+    const double used = millisecondsOf(std::clock() - processor);
     std::printf("%-28s %8.1f ms, %.1f ms of processor, %zu outputs, %d states told %s\n", what,
                 milliseconds(begin), used, m_state.plan ? m_state.plan->outputs.size() : 0,
                 m_states, qPrintable(m_state.problem));
@@ -58,6 +72,21 @@ public:
     const auto bytes = static_cast<double>(table->bytes());
     std::printf("%d pages, %.0f words, %.1f MiB, %.2f bytes a word\n", table->pageCount(), words,
                 bytes / (1 << 20), bytes / words);
+  }
+
+  void propose(const SplitSetup& base) const {
+    const double peak = peakMiB();
+    const Clock::time_point begin = Clock::now();
+    const std::clock_t processor = std::clock();
+    const std::vector<SetupProposal> all =
+        proposeSetups(*m_live.words(), base, [] { return true; });
+    std::printf("%-28s %8.1f ms, %.1f ms of processor, %.1f MiB more at its peak than the %.1f "
+                "before\n",
+                "proposed", milliseconds(begin), millisecondsOf(std::clock() - processor),
+                peakMiB() - peak, peak);
+    for (const SetupProposal& proposal : all) {
+      std::printf("  %s: %s\n", proposal.sure ? "sure" : "not sure", qPrintable(proposal.reason));
+    }
   }
 
 private:
@@ -85,6 +114,7 @@ int main(int argc, char* argv[]) {
   Bench bench(library);
   bench.plan("read and planned", setup);
   bench.tellTable();
+  bench.propose(setup);
   for (const char* prefix : {"a_", "b_", "c_"}) {
     setup.prefixFileName = QString::fromLatin1(prefix);
     bench.plan("planned after a change", setup);

@@ -40,19 +40,26 @@ private:
   std::vector<PageSet> m_offered; ///< of the text
 };
 
-void AnchorWalk::walk(Entries all) {
+/// Tells each run of entries, of two and more, in which `part` is the same.
+template <typename Part, typename Tell>
+void forRuns(AnchorWalk::Entries all, Part part, Tell tell) {
   for (std::size_t from = 0; from < all.size();) {
-    const TextId text = PageSample::unpacked(all[from]).text;
+    const auto first = part(PageSample::unpacked(all[from]));
     std::size_t to = from + 1;
-    while (to < all.size() && PageSample::unpacked(all[to]).text == text) {
+    while (to < all.size() && part(PageSample::unpacked(all[to])) == first) {
       ++to;
     }
     if (to - from > 1) {
-      m_offered.clear();
-      this->text(all.subspan(from, to - from));
+      tell(all.subspan(from, to - from));
     }
     from = to;
   }
+}
+
+void AnchorWalk::walk(Entries all) {
+  forRuns(
+      all, [](const PageSample::Entry& entry) { return entry.text; },
+      [&](Entries entries) { text(entries); });
 }
 
 PageSet AnchorWalk::setOf(Entries entries, int& pages) {
@@ -80,30 +87,19 @@ void AnchorWalk::offer(Anchor::Reach reach, Entries entries, bool onceAPage) {
   m_offered.push_back(set);
   const PageSample::Entry first = PageSample::unpacked(entries.front());
   const PageSample::Entry last = PageSample::unpacked(entries.back());
-  m_take({first.text, reach, first.h, first.v, last.v}, set, entries, pages);
+  const int lastV = reach == Anchor::Reach::AtColumn ? last.v : first.v;
+  m_take({first.text, reach, first.h, {first.v, lastV}}, set, entries, pages);
 }
 
 void AnchorWalk::text(Entries entries) {
-  offer(Anchor::Reach::Anywhere, entries, true);
-  const auto groups = [this](Entries all, auto isSame, auto take) {
-    for (std::size_t from = 0; from < all.size();) {
-      const PageSample::Entry first = PageSample::unpacked(all[from]);
-      std::size_t to = from + 1;
-      while (to < all.size() && isSame(first, PageSample::unpacked(all[to]))) {
-        ++to;
-      }
-      if (to - from > 1) {
-        take(all.subspan(from, to - from));
-      }
-      from = to;
-    }
-  };
   using Entry = PageSample::Entry;
-  groups(
-      entries, [](const Entry& a, const Entry& b) { return a.h == b.h; },
+  m_offered.clear();
+  offer(Anchor::Reach::Anywhere, entries, true);
+  forRuns(
+      entries, [](const Entry& entry) { return entry.h; },
       [&](Entries column) {
-        groups(
-            column, [](const Entry& a, const Entry& b) { return a.v == b.v; },
+        forRuns(
+            column, [](const Entry& entry) { return entry.v; },
             [&](Entries place) { offer(Anchor::Reach::AtPlace, place, false); });
         offer(Anchor::Reach::AtColumn, column, true);
       });

@@ -13,14 +13,13 @@ struct Anchor {
   enum class Reach {
     Anywhere, ///< the text stands there only, once a page
     AtPlace,  ///< the text at h, v
-    AtColumn  ///< the text at h, from v to highV
+    AtColumn  ///< the text at h, somewhere in v
   };
 
   TextId text = noText;
   Reach reach = Reach::Anywhere;
   int h = 0;
-  int v = 0;
-  int highV = 0;
+  Span v;
 };
 
 struct AnchorGroup {

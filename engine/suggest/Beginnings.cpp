@@ -30,16 +30,6 @@ std::vector<int> firstOf(const std::vector<int>& pages) {
   return {pages.begin(), pages.begin() + static_cast<std::ptrdiff_t>(count)};
 }
 
-std::vector<int> filledPages(const PageSample& sample) {
-  std::vector<int> pages;
-  for (int page = 0; page < sample.pageCount(); ++page) {
-    if (!sample.page(page).empty()) {
-      pages.push_back(page);
-    }
-  }
-  return pages;
-}
-
 /// Whether the values count the pages of the file.
 bool countsPages(const ValuePlace& value, const std::vector<int>& pages) {
   constexpr int highest = 500; // of a number on the first page that counts pages
@@ -86,7 +76,7 @@ void sort(std::vector<Beginnings>& all) {
 class BeginningsFinder {
 public:
   BeginningsFinder(const PageSample& sample, const PageNumbers& numbers)
-      : m_sample(sample), m_numbers(numbers), m_filled(filledPages(sample)) {}
+      : m_sample(sample), m_numbers(numbers), m_filled(sample.filledPages()) {}
 
   std::vector<Beginnings> find();
 
@@ -98,7 +88,6 @@ private:
   void takeRuns();
   void takeBookmarks();
   void takeGroups();
-  void lookAt(Beginnings& beginnings) const;
   void findNames(Beginnings& beginnings) const;
   bool areSeparators(const Beginnings& beginnings) const;
   void weigh(Beginnings& beginnings) const;
@@ -106,7 +95,7 @@ private:
 
   const PageSample& m_sample;
   const PageNumbers& m_numbers;
-  std::vector<int> m_filled;
+  const std::vector<int>& m_filled;
   std::map<PageSet, Beginnings> m_found;
   bool m_hasGoodRuns = false;
 };
@@ -141,10 +130,8 @@ void BeginningsFinder::takeRuns() {
 void BeginningsFinder::takeBookmarks() {
   for (const int level : {0, 1}) {
     std::vector<int> pages;
-    for (const Bookmark& bookmark : m_sample.outline()) {
-      if (bookmark.level == level && bookmark.page > 0 && bookmark.page <= m_sample.pageCount()) {
-        pages.push_back(bookmark.page - 1);
-      }
+    for (const Bookmark& bookmark : m_sample.bookmarks(level)) {
+      pages.push_back(bookmark.page - 1);
     }
     if (pages.size() > 1 && std::is_sorted(pages.begin(), pages.end()) &&
         std::adjacent_find(pages.begin(), pages.end()) == pages.end()) {
@@ -189,11 +176,6 @@ bool BeginningsFinder::areSeparators(const Beginnings& beginnings) const {
   const std::size_t others = m_filled.size() - beginnings.pages.size();
   return most <= mostWords && others > 0 &&
          (all - words) / others > 3 * words / beginnings.pages.size();
-}
-
-void BeginningsFinder::lookAt(Beginnings& beginnings) const {
-  beginnings.separators = !beginnings.onEveryPage && areSeparators(beginnings);
-  beginnings.byNumbers = m_numbers.anew && m_numbers.anew->firstPages == beginnings.pages;
 }
 
 void BeginningsFinder::findNames(Beginnings& beginnings) const {
@@ -270,7 +252,8 @@ std::vector<Beginnings> BeginningsFinder::find() {
   takeGroups();
   std::vector<Beginnings> all;
   for (auto& [set, beginnings] : m_found) {
-    lookAt(beginnings);
+    beginnings.separators = !beginnings.onEveryPage && areSeparators(beginnings);
+    beginnings.byNumbers = m_numbers.anew && m_numbers.anew->firstPages == beginnings.pages;
     weigh(beginnings);
     all.push_back(std::move(beginnings));
   }

@@ -80,14 +80,15 @@ void fillMailSearch(const PageSample& sample, Candidate& candidate) {
     return;
   }
   SplitSetup& setup = candidate.setup;
-  setup.emailMatchVert = place->v;
-  setup.emailMatchVertTo = place->highV;
-  setup.emailMatchHorizFrom = place->h;
-  setup.emailMatchHorizTo = place->highH;
+  setup.emailMatchVert = place->v.low;
+  setup.emailMatchVertTo = place->v.high;
+  setup.emailMatchHorizFrom = place->h.low;
+  setup.emailMatchHorizTo = place->h.high;
   setup.emailHorizAfterText.clear();
   setup.emailHorizBeforeText.clear();
-  candidate.furtherReason +=
-      QStringLiteral("; each has an e-mail address near h %1 v %2").arg(place->h).arg(place->v);
+  candidate.furtherReason += QStringLiteral("; each has an e-mail address near h %1 v %2")
+                                 .arg(place->h.low)
+                                 .arg(place->v.low);
 }
 
 std::vector<Candidate> findCandidates(const PageSample& sample, const SplitSetup& base) {

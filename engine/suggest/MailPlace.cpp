@@ -32,7 +32,7 @@ int distance(const SampleWord& a, const SampleWord& b) {
 
 /// The place of those that stand nearest to where the first document has this one.
 std::optional<MailPlace> placeAround(const SampleWord& seed, const std::vector<Addresses>& pages) {
-  MailPlace place{seed.rawH, seed.rawH, seed.v, seed.v};
+  MailPlace place;
   std::set<TextId> texts;
   for (const Addresses& page : pages) {
     const auto nearest =
@@ -43,14 +43,11 @@ std::optional<MailPlace> placeAround(const SampleWord& seed, const std::vector<A
       return std::nullopt;
     }
     texts.insert(nearest->text);
-    place.h = std::min(place.h, nearest->rawH);
-    place.highH = std::max(place.highH, nearest->rawH);
-    place.v = std::min(place.v, nearest->v);
-    place.highV = std::max(place.highV, nearest->v);
+    place.h.reach(nearest->rawH);
+    place.v.reach(nearest->v);
   }
   const auto isIn = [&](const SampleWord& word) {
-    return word.rawH >= place.h && word.rawH <= place.highH && word.v >= place.v &&
-           word.v <= place.highV;
+    return place.h.holds(word.rawH) && place.v.holds(word.v);
   };
   const bool isOnlyOne = std::all_of(pages.begin(), pages.end(), [&](const Addresses& page) {
     return std::count_if(page.begin(), page.end(), isIn) == 1;

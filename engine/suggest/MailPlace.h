@@ -9,12 +9,10 @@
 namespace folivex {
 
 /// Holds an address on the first page of each document, nearly always another one, and no second
-/// one there. Points, inclusive.
+/// one there. In points.
 struct MailPlace {
-  int h = 0;
-  int highH = 0;
-  int v = 0;
-  int highV = 0;
+  Span h;
+  Span v;
 };
 
 /// `firstPages`: of the documents, from 0.

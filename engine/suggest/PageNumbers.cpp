@@ -63,8 +63,7 @@ Places numbersOf(const PageSample& sample) {
       if (entry->second == 0) {
         continue;
       }
-      const bool isFirst = i == 0 || words[i - 1].v != word.v;
-      const bool isLast = i + 1 == words.size() || words[i + 1].v != word.v;
+      const bool isFirst = beginsLine(words, i);
       const TextId before = isFirst ? noText : words[i - 1].text;
       const Numbered found{page, entry->second, word.text, before};
       const auto add = [&](const Place& place) {
@@ -73,13 +72,8 @@ Places numbersOf(const PageSample& sample) {
           list.push_back(found);
         }
       };
-      if (!isFirst) {
-        add({word.v, before, 0});
-      }
-      if (isFirst) {
-        add({word.v, noText, 1});
-      }
-      if (isLast) {
+      add(isFirst ? Place{word.v, noText, 1} : Place{word.v, before, 0});
+      if (endsLine(words, i)) {
         add({word.v, noText, 2});
       }
     }
@@ -124,10 +118,7 @@ std::optional<AnewNumbers> countsDocuments(const std::vector<Numbered>& list, in
 } // namespace
 
 PageNumbers findPageNumbers(const PageSample& sample) {
-  int filled = 0;
-  for (int page = 0; page < sample.pageCount(); ++page) {
-    filled += sample.page(page).empty() ? 0 : 1;
-  }
+  const auto filled = static_cast<int>(sample.filledPages().size());
   PageNumbers numbers;
   int counted = 0;
   for (const auto& [place, list] : numbersOf(sample)) {

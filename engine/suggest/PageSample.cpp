@@ -2,7 +2,6 @@
 
 #include "engine/match/WordPlacer.h"
 
-#include <algorithm>
 #include <unordered_map>
 
 namespace folivex {
@@ -56,6 +55,9 @@ PageSample::PageSample(const WordTable& table) : m_table(table) {
             at(page - 1));
       }
     }
+    if (m_words.size() > (m_ends.empty() ? 0 : m_ends.back())) {
+      m_filled.push_back(page - 1);
+    }
     m_ends.push_back(m_words.size());
   }
   std::sort(m_byText.begin(), m_byText.end());
@@ -65,6 +67,16 @@ std::span<const SampleWord> PageSample::page(int page) const {
   const auto index = static_cast<std::size_t>(page);
   const std::size_t begin = index == 0 ? 0 : m_ends[index - 1];
   return std::span(m_words).subspan(begin, m_ends[index] - begin);
+}
+
+std::vector<Bookmark> PageSample::bookmarks(int level) const {
+  std::vector<Bookmark> found;
+  std::copy_if(m_table.outline().begin(), m_table.outline().end(), std::back_inserter(found),
+               [&](const Bookmark& bookmark) {
+                 return bookmark.level == level && bookmark.page > 0 &&
+                        bookmark.page <= pageCount();
+               });
+  return found;
 }
 
 PageSet PageSample::partOf(int page) {

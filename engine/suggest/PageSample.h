@@ -3,7 +3,9 @@
 
 #include "engine/words/WordTable.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -20,6 +22,31 @@ struct SampleWord {
   int v = 0;
 };
 
+/// Whether a word of a page begins its line, or ends it.
+inline bool beginsLine(std::span<const SampleWord> words, std::size_t word) {
+  return word == 0 || words[word - 1].v != words[word].v;
+}
+inline bool endsLine(std::span<const SampleWord> words, std::size_t word) {
+  return word + 1 == words.size() || words[word + 1].v != words[word].v;
+}
+
+/// What was reached on one axis, both ends included; nothing as long as nothing was.
+struct Span {
+  int low = std::numeric_limits<int>::max();
+  int high = std::numeric_limits<int>::min();
+
+  void reach(int value) {
+    low = std::min(low, value);
+    high = std::max(high, value);
+  }
+  bool holds(int value) const { return value >= low && value <= high; }
+  int width() const { return std::max(low, high) == high ? high - low : 0; }
+  /// As a position is typed.
+  QString text() const {
+    return low == high ? QString::number(low) : QStringLiteral("%1-%2").arg(low).arg(high);
+  }
+};
+
 /// A set of pages as one number: equal sets have equal numbers.
 using PageSet = std::uint64_t;
 
@@ -34,7 +61,10 @@ public:
   std::span<const SampleWord> page(int page) const;
   QStringView text(TextId id) const { return m_table.text(m_texts[id]); }
   std::size_t textCount() const { return m_texts.size(); }
-  const std::vector<Bookmark>& outline() const { return m_table.outline(); }
+  /// Pages with words, ascending.
+  const std::vector<int>& filledPages() const { return m_filled; }
+  /// Those of a level that lead to pages of the sample, in their order.
+  std::vector<Bookmark> bookmarks(int level) const;
 
   /// The part of a set that a page is.
   static PageSet partOf(int page);
@@ -57,6 +87,7 @@ private:
   std::vector<TextPool::Number> m_texts;
   std::vector<SampleWord> m_words;
   std::vector<std::size_t> m_ends; ///< of the pages' words
+  std::vector<int> m_filled;
   std::vector<std::uint64_t> m_byText;
 };
 

@@ -19,8 +19,14 @@ void set(SplitSetup& setup, FileNameMethod method) {
   setup.extract = fileNameMethodTexts()[static_cast<qsizetype>(method)];
 }
 
-QString rangeText(int low, int high) {
-  return low == high ? QString::number(low) : QStringLiteral("%1-%2").arg(low).arg(high);
+/// Begin with the anchor's text, where it has to stand.
+void beginWith(const Anchor& anchor, SplitSetup& setup) {
+  const bool isAnywhere = anchor.reach == Anchor::Reach::Anywhere;
+  set(setup, isAnywhere ? SplitMethod::MatchToNextMatch : SplitMethod::MatchToNextMatchAtPosition);
+  if (!isAnywhere) {
+    setup.matchPosH = QString::number(anchor.h);
+    setup.matchPosV = anchor.v.text();
+  }
 }
 
 void endLine(const ValuePlace& value, SplitSetup& setup) {
@@ -141,13 +147,7 @@ std::vector<SplitSetup> SetupMaker::beginSetups() const {
     if (!canStandIn(setup.findString) || ++tried > mostAnchorsTried) {
       continue;
     }
-    set(setup, anchor.reach == Anchor::Reach::Anywhere ? SplitMethod::MatchToNextMatch
-                                                       : SplitMethod::MatchToNextMatchAtPosition);
-    if (anchor.reach != Anchor::Reach::Anywhere) {
-      setup.matchPosH = QString::number(anchor.h);
-      setup.matchPosV =
-          rangeText(anchor.v, anchor.reach == Anchor::Reach::AtColumn ? anchor.highV : anchor.v);
-    }
+    beginWith(anchor, setup);
     setups.push_back(setup);
   }
   return setups;
@@ -160,8 +160,8 @@ SplitSetup SetupMaker::atPlaceOf(const ValuePlace& value, bool unique) const {
   // The word at the place counts as the line's first.
   set(setup, value.isLine() ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::PositionMatch);
   endLine(value, setup);
-  setup.matchPosH = rangeText(value.h, value.highH);
-  setup.matchPosV = QString::number(value.v);
+  setup.matchPosH = value.h.text();
+  setup.matchPosV = value.v.text();
   setup.otherSettingsRemoveText = commonLabel(value.texts);
   return setup;
 }
@@ -182,16 +182,16 @@ std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
     set(setup, isLine ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::NextWord);
     set(setup, SplitMethod::MatchToNextUniqueMatch);
     add(setup, what);
-    if (value.before == noText && !value.labelMoves) {
+    if (value.before == noText && value.labelH.width() == 0 && value.labelV.width() == 0) {
       set(setup, SplitMethod::MatchToNextUniqueMatchAtPosition);
-      setup.matchPosH = QString::number(value.labelH);
-      setup.matchPosV = QString::number(value.labelV);
+      setup.matchPosH = value.labelH.text();
+      setup.matchPosV = value.labelV.text();
       add(setup, what);
     }
   }
-  if ((!value.isLine() || !value.hasLabel()) && !value.valueMoves) {
+  if ((!value.isLine() || !value.hasLabel()) && value.v.width() == 0) {
     add(atPlaceOf(value, true),
-        QStringLiteral("the word at h %1 v %2").arg(rangeText(value.h, value.highH)).arg(value.v));
+        QStringLiteral("the word at h %1 v %2").arg(value.h.text(), value.v.text()));
   }
   return made;
 }
@@ -223,21 +223,19 @@ void SetupMaker::nameAfterText(const ValuePlace& value, SplitSetup setup,
 void SetupMaker::nameByPlace(const ValuePlace& value, SplitSetup setup,
                              std::vector<Candidate>& made) const {
   constexpr int farthest = 8; // more, and other words stand there too
-  if (value.isLine() || value.highV - value.v > farthest || value.rawH < 0 ||
+  if (value.isLine() || value.v.width() > farthest || value.rawH.low < 0 ||
       !commonLabel(value.texts).isEmpty()) {
     return;
   }
   // The prefix is the name; the text that begins the document must add nothing to it.
   set(setup, FileNameMethod::MatchedWord);
   setup.anyCharOfWord = QStringLiteral("[char>0");
-  const QString place =
-      rangeText(value.rawH, value.highRawH) + u',' + rangeText(value.v, value.highV);
-  setup.prefixFileName = QStringLiteral("[POS%1]").arg(place);
+  setup.prefixFileName = QStringLiteral("[POS%1,%2]").arg(value.rawH.text(), value.v.text());
   made.push_back(
       candidate(setup,
                 begins(setup, QStringLiteral("the word at h %1 v %2 is different each time")
-                                  .arg(rangeText(value.rawH, value.highRawH))
-                                  .arg(value.v)),
+                                  .arg(value.rawH.text())
+                                  .arg(value.v.low)),
                 value.texts));
 }
 
@@ -255,10 +253,7 @@ std::vector<Candidate> SetupMaker::ofValue(const ValuePlace& value) const {
     set(setup, SplitMethod::MatchToNextMatch);
     nameAfterText(value, setup, made);
     if (anchor != m_beginnings.anchors.end() && anchor->reach != Anchor::Reach::Anywhere) {
-      set(setup, SplitMethod::MatchToNextMatchAtPosition);
-      setup.matchPosH = QString::number(anchor->h);
-      setup.matchPosV = rangeText(
-          anchor->v, anchor->reach == Anchor::Reach::AtColumn ? anchor->highV : anchor->v);
+      beginWith(*anchor, setup);
       made.clear();
       nameAfterText(value, setup, made);
     }
@@ -284,11 +279,8 @@ std::vector<Candidate> SetupMaker::ofBookmarks() const {
   set(setup, isRoot ? SplitMethod::RootBookmarks : SplitMethod::SecondLevelBookmarks);
   setup.extract = bookmarkFileNameMethodText();
   std::vector<QString> names;
-  for (const Bookmark& bookmark : m_sample.outline()) {
-    if (bookmark.level == *m_beginnings.byBookmarks && bookmark.page > 0 &&
-        bookmark.page <= m_sample.pageCount()) {
-      names.push_back(bookmark.title);
-    }
+  for (const Bookmark& bookmark : m_sample.bookmarks(*m_beginnings.byBookmarks)) {
+    names.push_back(bookmark.title);
   }
   return {candidate(setup, {QStringLiteral("a bookmark begins and names each of"), {}}, names)};
 }
