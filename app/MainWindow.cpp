@@ -10,7 +10,6 @@
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PageStrip.h"
 #include "app/viewer/PlanPane.h"
-#include "app/viewer/WordMeaning.h"
 #include "engine/setup/SetupFields.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
@@ -224,7 +223,6 @@ void MainWindow::tellRecent() {
   m_menus.fill("recentPdfs", m_recentPdfs.paths(), [this](const QString& path) { takePdf(path); });
 }
 
-template <typename Meaning, typename Picked>
 void MainWindow::takeMeant(Meaning meaning, const Picked& picked) {
   if (m_isRunning) {
     return;
@@ -236,12 +234,8 @@ void MainWindow::takeMeant(Meaning meaning, const Picked& picked) {
 }
 
 void MainWindow::connectPanes() {
-  m_page->onWordMeant = [this](WordMeaning meaning, const PickedPlace& place) {
-    takeMeant(meaning, place);
-  };
-  m_page->onAreaMeant = [this](AreaMeaning meaning, const PickedArea& area) {
-    takeMeant(meaning, area);
-  };
+  m_page->onMeant = [this](Meaning meaning, const Picked& picked) { takeMeant(meaning, picked); };
+  m_page->onOpened = [this] { m_strip->showFile(m_page->file(), m_page->pageCount()); };
   m_page->onPageChanged = [this](int page) { m_strip->setCurrentPage(page); };
   m_strip->onPageChosen = [this](int page) { m_page->goToPage(page); };
   m_page->onOpenWanted = [this] { openPdf(); };

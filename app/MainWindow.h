@@ -21,10 +21,12 @@ namespace folivex {
 class ActivityLine;
 class EndPanel;
 class OfferLine;
+enum class Meaning;
 class PagePane;
 class PageStrip;
 class PlanPane;
 class SetupDialog;
+struct Picked;
 struct RunEnd;
 
 /// Shows and edits the store's copy of the settings, and is the person that the engine talks to.
@@ -107,7 +109,6 @@ private:
   void keepUsed(const QString& path);
   QString setupStartPath() const;
   /// What was pointed at on the page is meant: sets it, and says so there.
-  template <typename Meaning, typename Picked>
   void takeMeant(Meaning meaning, const Picked& picked);
 
   // The plan beside page and rules.

@@ -100,6 +100,7 @@ void MainWindow::tellProcess(int files) {
 void MainWindow::showPlan(PlanView& view) {
   const LivePlanState& state = view.state;
   const bool isFinal = PlanFeed::isFinal(state.stage);
+  m_page->setWords(state.words);
   if (view.rows != nullptr) {
     m_plan->setPlan(plannedSetup().fileName, std::move(view.rows));
     m_strip->setBands(std::move(view.bands));

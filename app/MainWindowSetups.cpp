@@ -3,7 +3,6 @@
 #include "app/EndPanel.h"
 #include "app/MainWindow.h"
 #include "app/viewer/PagePane.h"
-#include "app/viewer/PageStrip.h"
 #include "engine/setup/SetupFields.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
@@ -131,12 +130,9 @@ void MainWindow::showFile() {
   }
   if (!platform::isReadableFile(path)) {
     m_page->closeFile();
-    m_strip->closeFile();
     return;
   }
-  const ViewedFile file{path, setup.pdfPassword, setup.rotated, setup.horizWordSpacing};
-  m_page->openFile(file);
-  m_strip->openFile(file);
+  m_page->openFile({path, setup.pdfPassword, setup.rotated, setup.horizWordSpacing});
 }
 
 void MainWindow::tellSetupFile() {

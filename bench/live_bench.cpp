@@ -61,7 +61,7 @@ public:
   }
 
   void tellTable() const {
-    const auto table = m_live.words();
+    const auto table = m_state.words;
     if (!table) {
       return;
     }

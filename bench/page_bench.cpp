@@ -5,6 +5,7 @@
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PageStrip.h"
 #include "engine/words/CPDFTextDumpInit.h"
+#include "engine/words/TableFiller.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -47,7 +48,7 @@ private:
   qint64 m_longest = 0;
 };
 
-void measure(PagePane& pane, PageStrip& strip, const QString& path) {
+void measure(PagePane& pane, PageStrip& strip, CPDFTextDumpInit& library, const QString& path) {
   Steps steps;
   const PageCanvas& canvas = *pane.findChild<PageArea*>(QStringLiteral("pageArea"))->canvas();
   const auto isDrawn = [&] { return !canvas.page().image.isNull(); };
@@ -58,12 +59,12 @@ void measure(PagePane& pane, PageStrip& strip, const QString& path) {
   steps.take(
       "first page",
       [&] {
+        pane.onOpened = [&] { strip.showFile({path}, pane.pageCount()); };
         pane.openFile({path});
-        strip.openFile({path});
       },
       isDrawn);
   steps.take(
-      "strip", [] {}, [&] { return strip.pageCount() > 0; });
+      "strip", [] {}, [&] { return strip.currentPage() > 0; });
   std::vector<PageBand> bands;
   auto marks = std::make_shared<std::vector<PlanMark>>();
   for (int page = 1; page <= pane.pageCount(); ++page) {
@@ -82,6 +83,11 @@ void measure(PagePane& pane, PageStrip& strip, const QString& path) {
       several([&] { bar->setValue(bar->maximum() / 200 * left); }));
   steps.take(
       "pages turned", [&] { left = 200; }, several([&] { pane.goToPage(left * 7); }));
+  const auto words = std::make_shared<WordTable>(std::size_t{512} << 20U);
+  TableFiller filler(library, {path, {}, ViewedFile().wordSpacing}, words, false);
+  pane.setWords(words);
+  steps.take(
+      "words read", [] {}, [&] { return words->state() >= WordTable::State::Complete; });
   steps.take(
       "text that is nowhere",
       [&] {
@@ -113,6 +119,6 @@ int main(int argc, char** argv) {
   strip.resize(190, 900);
   pane.show();
   strip.show();
-  measure(pane, strip, QString::fromLocal8Bit(argv[1]));
+  measure(pane, strip, library, QString::fromLocal8Bit(argv[1]));
   return 0;
 }

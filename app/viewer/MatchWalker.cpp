@@ -32,8 +32,7 @@ MatchWalker::MatchWalker(PagePane& viewer, std::function<void()> stopScan)
 MatchWalker::~MatchWalker() {
   if (m_viewer != nullptr) {
     QObject::disconnect(m_gone);
-    m_viewer->onStop = nullptr;
-    m_viewer->onNext = nullptr;
+    m_viewer->onStop = m_viewer->onNext = nullptr;
     m_viewer->endWalk();
   }
 }
@@ -61,7 +60,7 @@ bool MatchWalker::onMatch(int pageIndex, const QString& word, int h, int v) {
   m_viewer->showMatch({pageIndex + 1, word, h, v}, ++m_matches);
   const bool goesOn = waitForPerson();
   if (m_viewer != nullptr) {
-    m_viewer->leaveMatch();
+    m_viewer->tellWalk(QStringLiteral("Looking for the next match ..."));
   }
   return goesOn;
 }

@@ -42,29 +42,11 @@ bool PageArea::isAtEnd(int way) const {
   return way > 0 ? bar->value() >= bar->maximum() : bar->value() <= bar->minimum();
 }
 
-void PageArea::turn(int way) {
-  m_wheelAtEnd = 0;
-  if (onTurned) {
-    onTurned(way);
-  }
-}
-
-void PageArea::scrollOrTurn(int way) {
-  if (isAtEnd(way)) {
-    turn(way);
-  } else {
-    verticalScrollBar()->triggerAction(way > 0 ? QAbstractSlider::SliderPageStepAdd
-                                               : QAbstractSlider::SliderPageStepSub);
-  }
-}
-
 void PageArea::wheelEvent(QWheelEvent* event) {
   constexpr int notch = 120;
   const int down = -event->angleDelta().y();
   if ((event->modifiers() & Qt::ControlModifier) != 0) {
-    if (onZoomed) {
-      onZoomed(-static_cast<double>(down) / notch);
-    }
+    onZoomed(-static_cast<double>(down) / notch);
     event->accept();
     return;
   }
@@ -76,32 +58,25 @@ void PageArea::wheelEvent(QWheelEvent* event) {
   }
   m_wheelAtEnd += down;
   if (std::abs(m_wheelAtEnd) >= notch) {
-    turn(way);
+    m_wheelAtEnd = 0;
+    onTurned(way);
   }
   event->accept();
 }
 
 void PageArea::keyPressEvent(QKeyEvent* event) {
-  const bool atOnce = (event->modifiers() & Qt::ControlModifier) != 0;
-  const int key = event->key();
-  if (key == Qt::Key_PageDown || key == Qt::Key_PageUp) {
-    const int way = key == Qt::Key_PageDown ? 1 : -1;
-    return atOnce ? turn(way) : scrollOrTurn(way);
+  const int way = event->key() == Qt::Key_PageDown ? 1 : event->key() == Qt::Key_PageUp ? -1 : 0;
+  const bool turns = (event->modifiers() & Qt::ControlModifier) != 0 || isAtEnd(way);
+  if (way == 0 || turns) { // nothing else scrolls here: the arrows belong to the words
+    return event->ignore();
   }
-  if (key == Qt::Key_Home && onFirst) {
-    return onFirst();
-  }
-  if (key == Qt::Key_End && onLast) {
-    return onLast();
-  }
-  event->ignore(); // nothing else scrolls here: the arrows belong to the words
+  verticalScrollBar()->triggerAction(way > 0 ? QAbstractSlider::SliderPageStepAdd
+                                             : QAbstractSlider::SliderPageStepSub);
 }
 
 void PageArea::resizeEvent(QResizeEvent* event) {
   QScrollArea::resizeEvent(event);
-  if (onResized) {
-    onResized();
-  }
+  onResized();
 }
 
 } // namespace folivex

@@ -9,8 +9,8 @@ namespace folivex {
 
 class PageCanvas;
 
-/// Page Up and Page Down scroll, and turn the page where it ends; so does the wheel. With Ctrl they
-/// turn at once; the wheel then zooms.
+/// Page Up and Page Down scroll as long as the page goes on, and are then left to the parent; the
+/// wheel turns the page. With Ctrl it zooms.
 class PageArea : public QScrollArea {
 public:
   explicit PageArea(QWidget* parent);
@@ -24,8 +24,6 @@ public:
   void bringIntoSight(const QRectF& place);
 
   std::function<void(int pages)> onTurned; ///< forwards, or backwards when negative
-  std::function<void()> onFirst;
-  std::function<void()> onLast;
   std::function<void(double steps)> onZoomed;
   std::function<void()> onResized;
 
@@ -35,9 +33,7 @@ protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
-  void scrollOrTurn(int way);
   bool isAtEnd(int way) const;
-  void turn(int way);
 
   PageCanvas* m_canvas;
   int m_wheelAtEnd = 0; ///< eighths of a degree turned since the page's end

@@ -34,10 +34,8 @@ void PageCanvas::show(std::shared_ptr<const ViewedPage> page, const PageSizing& 
   m_page = std::move(page);
   m_sizing = sizing;
   if (isOther) {
-    m_hovered = m_cursor = m_hit = -1;
-    m_pressed.reset();
-    endDrag();
-    m_range.reset();
+    forget();
+    m_hit = -1;
   }
   if (!m_page->size.isEmpty()) {
     const bool isSharp = m_page->pixelsPerPoint == pixelsPerPoint(m_page->size, sizing);
@@ -59,16 +57,15 @@ void PageCanvas::show(std::shared_ptr<const ViewedPage> page, const PageSizing& 
 
 /// Words are found anew whenever they, or what is marked, have changed.
 void PageCanvas::findMarked() {
-  const PageWordMap map(m_page->words);
   m_marked.clear();
   for (const PlanMark& mark : m_marks) {
-    m_marked.push_back({mark.kind, map.wordsOfMatch(mark.text, mark.h, mark.v)});
+    m_marked.push_back({mark.kind, map().wordsOfMatch(mark.text, mark.h, mark.v)});
   }
   m_matched.clear();
   if (m_match && m_match->page == m_page->page) {
-    m_matched = map.wordsOfMatch(m_match->text, m_match->h, m_match->v);
+    m_matched = map().wordsOfMatch(m_match->text, m_match->h, m_match->v);
   }
-  m_hits = map.wordsWith(m_sought);
+  m_hits = map().wordsWith(m_sought);
   m_hit = std::min(m_hit, hitCount() - 1);
   update();
 }
@@ -102,9 +99,7 @@ void PageCanvas::seek(const QString& text) {
 void PageCanvas::goToHit(int hit) {
   m_hit = hit;
   update();
-  if (hit >= 0 && onLookedAt) {
-    onLookedAt(boxOf(m_hits[static_cast<std::size_t>(hit)]));
-  }
+  onLookedAt(boxOf(m_hits[static_cast<std::size_t>(hit)]));
 }
 
 void PageCanvas::mark(const std::optional<PlanMark>& match) {
@@ -216,7 +211,7 @@ void PageCanvas::paintPlanMarks(QPainter& painter) const {
 void PageCanvas::paintMarks(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing);
   paintPlanMarks(painter);
-  for (const int word : m_inRange) {
+  for (const int word : wordsInRange()) {
     paintBox(painter, wordBox(word), faint, 1);
   }
   for (const int word : m_matched) {
@@ -233,20 +228,26 @@ void PageCanvas::paintMarks(QPainter& painter) const {
   if (m_cursor >= 0) {
     paintBox(painter, wordBox(m_cursor), faint, 2);
   }
-  if (m_dragged || m_range) {
-    paintBox(painter, onCanvas(m_dragged.value_or(m_drawn)), faint / 2, 1);
+  if (m_drawn) {
+    paintBox(painter, onCanvas(*m_drawn), faint / 2, 1);
   }
 }
 
 void PageCanvas::changed() {
   update();
-  if (onChanged) {
-    onChanged();
-  }
+  onChanged();
+}
+
+std::optional<PositionRange> PageCanvas::range() const {
+  return m_drawn ? std::optional(rangeOf(*m_drawn, m_swapAxes)) : std::nullopt;
+}
+
+std::vector<int> PageCanvas::wordsInRange() const {
+  return m_drawn ? map().wordsIn(*range()) : std::vector<int>();
 }
 
 void PageCanvas::hover(QPointF place) {
-  const int word = PageWordMap(m_page->words).wordAt(toPage(place));
+  const int word = map().wordAt(toPage(place));
   if (word == m_hovered) {
     return;
   }
@@ -272,18 +273,19 @@ void PageCanvas::dragTo(QPointF place) {
     return QPointF(std::clamp(point.x(), 0.0, m_page->size.width()),
                    std::clamp(point.y(), 0.0, m_page->size.height()));
   };
-  m_dragged = QRectF(within(toPage(*m_pressed)), within(toPage(place))).normalized();
-  m_range = rangeOf(*m_dragged, m_swapAxes);
-  m_inRange = PageWordMap(m_page->words).wordsIn(*m_range);
+  m_isDragging = true;
+  m_drawn = QRectF(within(toPage(*m_pressed)), within(toPage(place))).normalized();
   m_hovered = m_cursor = -1;
   QToolTip::hideText();
   changed();
 }
 
-void PageCanvas::endDrag() {
+/// Nothing is pointed at any more.
+void PageCanvas::forget() {
+  m_hovered = m_cursor = -1;
+  m_isDragging = false;
   m_pressed.reset();
-  m_dragged.reset();
-  m_inRange.clear();
+  m_drawn.reset();
 }
 
 void PageCanvas::mousePressEvent(QMouseEvent* event) {
@@ -295,11 +297,9 @@ void PageCanvas::mousePressEvent(QMouseEvent* event) {
 void PageCanvas::mouseMoveEvent(QMouseEvent* event) {
   if (m_pressed && (event->buttons() & Qt::LeftButton) != 0) {
     const double moved = (event->position() - *m_pressed).manhattanLength();
-    if (m_dragged || moved >= QApplication::startDragDistance()) {
+    if (m_isDragging || moved >= QApplication::startDragDistance()) {
       dragTo(event->position());
-      if (onLookedAt) {
-        onLookedAt(QRectF(event->position(), QSizeF(1, 1)));
-      }
+      onLookedAt(QRectF(event->position(), QSizeF(1, 1)));
     }
     return;
   }
@@ -312,31 +312,23 @@ void PageCanvas::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !m_pressed) {
     return;
   }
-  const bool wasDragged = m_dragged.has_value();
-  if (wasDragged) {
+  if (m_isDragging) {
     dragTo(event->position());
-    m_drawn = *m_dragged;
+    m_isDragging = false;
+    m_pressed.reset();
+    return wantMenu(event->position());
   }
-  const int clicked = PageWordMap(m_page->words).wordAt(toPage(event->position()));
-  endDrag();
-  if (wasDragged) {
-    m_inRange = PageWordMap(m_page->words).wordsIn(*m_range);
-    changed();
-    if (onRangePicked) {
-      onRangePicked(*m_range, event->position().toPoint());
-    }
-    return;
-  }
-  m_range.reset();
-  m_cursor = clicked;
+  forget();
+  m_cursor = map().wordAt(toPage(event->position()));
   changed();
-  pickWord(clicked);
+  if (m_cursor >= 0) {
+    wantMenu({});
+  }
 }
 
-void PageCanvas::pickWord(int word) {
-  if (word >= 0 && onWordPicked) {
-    onWordPicked(word, wordBox(word).bottomLeft().toPoint());
-  }
+void PageCanvas::wantMenu(QPointF besideWords) {
+  m_hovered = -1;
+  onMenuWanted((m_cursor >= 0 ? wordBox(m_cursor).bottomLeft() : besideWords).toPoint());
 }
 
 /// The right button and the Menu key.
@@ -345,13 +337,10 @@ void PageCanvas::contextMenuEvent(QContextMenuEvent* event) {
     return;
   }
   const bool isMouse = event->reason() == QContextMenuEvent::Mouse;
-  const int word = isMouse ? PageWordMap(m_page->words).wordAt(toPage(event->pos())) : m_cursor;
-  if (word >= 0) {
-    moveCursor(word);
-    pickWord(word);
-  } else if (onMenuWanted) {
-    onMenuWanted(isMouse ? event->pos() : visibleRegion().boundingRect().center());
+  if (isMouse) {
+    moveCursor(map().wordAt(toPage(event->pos())));
   }
+  wantMenu(isMouse ? event->pos() : visibleRegion().boundingRect().center());
 }
 
 void PageCanvas::leaveEvent(QEvent* /*event*/) {
@@ -362,18 +351,15 @@ void PageCanvas::leaveEvent(QEvent* /*event*/) {
 }
 
 void PageCanvas::moveCursor(int word) {
-  m_hovered = -1;
-  m_range.reset();
-  m_inRange.clear();
+  forget();
   m_cursor = word;
   changed();
-  if (word >= 0 && onLookedAt) {
+  if (word >= 0) {
     onLookedAt(wordBox(word));
   }
 }
 
 void PageCanvas::keyPressEvent(QKeyEvent* event) {
-  const PageWordMap map(m_page->words);
   const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (!isPlain) {
     event->ignore();
@@ -381,19 +367,21 @@ void PageCanvas::keyPressEvent(QKeyEvent* event) {
   }
   switch (event->key()) {
   case Qt::Key_Left:
-    return moveCursor(map.step(m_cursor, WordStep::Left));
+    return moveCursor(map().step(m_cursor, WordStep::Left));
   case Qt::Key_Right:
-    return moveCursor(map.step(m_cursor, WordStep::Right));
+    return moveCursor(map().step(m_cursor, WordStep::Right));
   case Qt::Key_Up:
-    return moveCursor(map.step(m_cursor, WordStep::Up));
+    return moveCursor(map().step(m_cursor, WordStep::Up));
   case Qt::Key_Down:
-    return moveCursor(map.step(m_cursor, WordStep::Down));
+    return moveCursor(map().step(m_cursor, WordStep::Down));
   case Qt::Key_Return:
   case Qt::Key_Enter:
-    return pickWord(m_cursor);
+    if (m_cursor >= 0) {
+      wantMenu({});
+    }
+    return;
   case Qt::Key_Escape:
-    if (m_pressed || m_cursor >= 0 || m_range) {
-      endDrag();
+    if (m_pressed || m_cursor >= 0 || m_drawn) {
       return moveCursor(-1);
     }
     break;
@@ -405,18 +393,12 @@ void PageCanvas::keyPressEvent(QKeyEvent* event) {
 
 bool PageCanvas::focusNextPrevChild(bool next) {
   // Only while the cursor is there, and up to the page's ends: the keyboard must find its way out.
-  const int word =
-      PageWordMap(m_page->words).step(m_cursor, next ? WordStep::Right : WordStep::Left);
+  const int word = map().step(m_cursor, next ? WordStep::Right : WordStep::Left);
   if (m_cursor < 0 || word == m_cursor) {
     return QWidget::focusNextPrevChild(next);
   }
   moveCursor(word);
   return true;
-}
-
-void PageCanvas::focusInEvent(QFocusEvent* event) {
-  QWidget::focusInEvent(event);
-  update();
 }
 
 /// The frame that shows the focus stays at the edges of what is seen.
@@ -425,11 +407,6 @@ void PageCanvas::moveEvent(QMoveEvent* event) {
   if (hasFocus()) {
     update();
   }
-}
-
-void PageCanvas::focusOutEvent(QFocusEvent* event) {
-  QWidget::focusOutEvent(event);
-  update();
 }
 
 } // namespace folivex

@@ -46,21 +46,19 @@ public:
 
   /// Index of the word told about: the one pointed at, else, unless a range was drawn, the one
   /// under the cursor; -1 for none.
-  int currentWord() const { return m_hovered >= 0 ? m_hovered : (m_range ? -1 : m_cursor); }
+  int currentWord() const { return m_hovered >= 0 ? m_hovered : (m_drawn ? -1 : m_cursor); }
   /// The range drawn last, until a word is clicked or gone to.
-  const std::optional<PositionRange>& range() const { return m_range; }
-  /// How many words the range takes in.
-  int wordsInRange() const { return static_cast<int>(m_inRange.size()); }
+  std::optional<PositionRange> range() const;
+  std::vector<int> wordsInRange() const;
 
   QRectF sheet() const;
   /// From points of the page to the canvas.
   QRectF onCanvas(const QRectF& box) const;
 
   std::function<void()> onChanged; ///< the word or range told about is another one
-  /// `place`, of the canvas, is where an answer should come up.
-  std::function<void(int word, QPoint place)> onWordPicked;
-  std::function<void(const PositionRange& range, QPoint place)> onRangePicked;
-  std::function<void(QPoint place)> onMenuWanted;      ///< where there is no word
+  /// For the word told about, else for the range, else for the page; `place`, of the canvas, is
+  /// where it should come up.
+  std::function<void(QPoint place)> onMenuWanted;
   std::function<void(const QRectF& place)> onLookedAt; ///< is to be scrolled into sight
 
 protected:
@@ -71,8 +69,6 @@ protected:
   void leaveEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void focusInEvent(QFocusEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   bool focusNextPrevChild(bool next) override;
 
@@ -84,11 +80,12 @@ private:
   QRectF wordBox(int word) const;
   QRectF boxOf(const std::vector<int>& words) const;
   void findMarked();
-  void pickWord(int word);
+  PageWordMap map() const { return PageWordMap(m_page->words); }
+  void wantMenu(QPointF besideWords);
   QPointF toPage(QPointF onCanvas) const;
   void hover(QPointF place);
   void dragTo(QPointF place);
-  void endDrag();
+  void forget();
   void moveCursor(int word);
   void changed();
 
@@ -111,10 +108,8 @@ private:
   std::vector<std::vector<int>> m_hits;
   int m_hit = -1;
   std::optional<QPointF> m_pressed; ///< where the button went down
-  std::optional<QRectF> m_dragged;  ///< points
-  QRectF m_drawn;                   ///< what m_range was drawn as; points
-  std::optional<PositionRange> m_range;
-  std::vector<int> m_inRange;
+  bool m_isDragging = false;
+  std::optional<QRectF> m_drawn; ///< the range; points
 };
 
 } // namespace folivex

@@ -1,14 +1,12 @@
 #include "app/viewer/PageLoader.h"
 
 #include "engine/base/Utf16.h"
+#include "engine/job/LivePlan.h"
 #include "engine/match/WordPlacer.h"
 #include "engine/words/CPDFTextDumpInit.h"
 #include "platform/Paths.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QFileInfo>
-#include <QObject>
 
 #include <cmath>
 #include <new>
@@ -17,31 +15,6 @@
 namespace folivex {
 
 namespace {
-
-QString passwordProblem(const ViewedFile& file) {
-  return file.password.isEmpty()
-             ? QStringLiteral("This file is protected by a password, and none is set.")
-             : QStringLiteral("This file is protected, and the password that is set does not open "
-                              "it.");
-}
-
-QString openProblem(const ViewedFile& file, int result, const QString& reason) {
-  switch (result) {
-  case GLYPHRUN_WRONG_PASSWORD:
-    return passwordProblem(file);
-  case GLYPHRUN_UNSUPPORTED:
-    return QStringLiteral("This file is protected in a way that no password opens.");
-  case GLYPHRUN_NOT_A_PDF:
-    return QStringLiteral("This file is no PDF, or it is damaged beyond repair.");
-  case GLYPHRUN_OUT_OF_MEMORY:
-    return QStringLiteral("There is not enough memory to open this file.");
-  case GLYPHRUN_CANNOT_OPEN:
-    return QFileInfo::exists(file.path) ? QStringLiteral("This file may not be read.")
-                                        : QStringLiteral("This file is not there (any more).");
-  default:
-    return QStringLiteral("This file cannot be opened: %1").arg(reason);
-  }
-}
 
 QString drawProblem(int page, int result, const QString& reason) {
   if (result == GLYPHRUN_OUT_OF_MEMORY) {
@@ -61,16 +34,16 @@ public:
     // A pipe or a device may never come to an end.
     const QString path = platform::withoutTrailingBlanks(file.path);
     if (const QFileInfo info(path); info.exists() && !info.isFile()) {
-      m_problem = QStringLiteral("This is no ordinary file.");
+      m_problem = QStringLiteral("is no ordinary file");
       return;
     }
     int32_t result = GLYPHRUN_OK;
     m_view = m_library.OpenView(utf16(path), utf16(file.password), &result);
     if (m_view == nullptr) {
-      m_problem = openProblem({path, file.password}, result, m_library.lastErrorText());
+      m_problem = openingProblem(result, !file.password.isEmpty());
       m_needsPassword = result == GLYPHRUN_WRONG_PASSWORD;
     } else if (pageCount() < 1) {
-      m_problem = QStringLiteral("This file has no pages.");
+      m_problem = QStringLiteral("has no pages");
     } else {
       m_library.SetViewWordSpacing(m_view, file.wordSpacing);
     }
@@ -91,10 +64,6 @@ public:
   void abandon() { m_library.AbortView(m_view); }
 
   void load(ViewedPage& into, const PageSizing& sizing) {
-    if (m_reads == Reads::Words) {
-      takeWords(into);
-      return;
-    }
     double width = 0;
     double height = 0;
     const int result = m_library.GetViewPageSize(m_view, into.page, &width, &height);
@@ -156,23 +125,8 @@ private:
   bool m_needsPassword = false;
 };
 
-/// Rung by the thread, it calls in the window's thread. It carries nothing: the answers are handed
-/// over under the loader's own mutex.
-class PageLoader::Bell : public QObject {
-public:
-  explicit Bell(PageLoader& loader) : m_loader(loader) {}
-  void ring() { QCoreApplication::postEvent(this, new QEvent(QEvent::User)); }
-
-protected:
-  void customEvent(QEvent* /*event*/) override { m_loader.tellAnswers(); }
-
-private:
-  PageLoader& m_loader;
-};
-
 PageLoader::PageLoader(CPDFTextDumpInit& library, Reads reads)
-    : m_library(library), m_reads(reads), m_bell(std::make_unique<Bell>(*this)),
-      m_thread([this] { work(); }) {}
+    : m_library(library), m_reads(reads), m_thread([this] { work(); }) {}
 
 PageLoader::~PageLoader() {
   {
@@ -193,10 +147,6 @@ void PageLoader::open(const ViewedFile& file) {
     abandonView();
   }
   m_due.notify_one();
-}
-
-void PageLoader::close() {
-  open(ViewedFile());
 }
 
 /// Nobody waits for the pages of the file that is open any more. To be called under the lock.
@@ -257,11 +207,7 @@ void PageLoader::openView(const ViewedFile& file, int generation) {
     opened.pageCount = view->pageCount();
   }
   changeView(std::move(view));
-  answer(generation, [this, opened] {
-    if (onOpened) {
-      onOpened(opened);
-    }
-  });
+  answer(generation, [this, opened] { onOpened(opened); });
 }
 
 void PageLoader::loadPage(int page, const PageSizing& sizing, int generation) {
@@ -277,33 +223,19 @@ void PageLoader::loadPage(int page, const PageSizing& sizing, int generation) {
     loaded->page = page;
     loaded->problem = drawProblem(page, GLYPHRUN_OUT_OF_MEMORY, QString());
   }
-  answer(generation, [this, loaded] {
-    if (onPage) {
-      onPage(loaded);
-    }
-  });
+  answer(generation, [this, loaded] { onPage(loaded); });
 }
 
 /// Calls `tell` in the window's thread unless another file was opened in the meantime.
 void PageLoader::answer(int generation, std::function<void()> tell) {
-  {
-    const std::lock_guard lock(m_mutex);
-    m_answers.push_back({generation, std::move(tell)});
-  }
-  m_bell->ring();
-}
-
-/// One answer for each ring, so that the window's other events have their turn between them.
-void PageLoader::tellAnswers() {
-  Answer answer;
-  {
-    const std::lock_guard lock(m_mutex);
-    answer = std::move(m_answers.front());
-    m_answers.pop_front();
-  }
-  if (answer.generation == m_generation) {
-    answer.tell();
-  }
+  QMetaObject::invokeMethod(
+      &m_window,
+      [this, generation, tell = std::move(tell)] {
+        if (generation == m_generation) {
+          tell();
+        }
+      },
+      Qt::QueuedConnection);
 }
 
 } // namespace folivex

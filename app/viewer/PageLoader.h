@@ -3,6 +3,8 @@
 
 #include "app/viewer/ViewedPage.h"
 
+#include <QObject>
+
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -20,31 +22,25 @@ class CPDFTextDumpInit;
 /// but the destructor, which gives up the page just being drawn.
 class PageLoader {
 public:
-  enum class Reads { PicturesAndWords, Pictures, Words };
+  enum class Reads { PicturesAndWords, Pictures };
   /// `library` must outlive this.
   explicit PageLoader(CPDFTextDumpInit& library, Reads reads = Reads::PicturesAndWords);
   PageLoader(const PageLoader&) = delete;
   PageLoader& operator=(const PageLoader&) = delete;
   ~PageLoader();
 
-  /// Opens a file in place of the one before, whose answers then come no more.
+  /// Opens a file, or none, in place of the one before, whose answers then come no more.
   void open(const ViewedFile& file);
-  void close();
 
   /// The pages to deliver, most wanted first. What was wanted before and is not among them is
   /// dropped.
   void want(const std::vector<int>& pages, const PageSizing& sizing);
 
-  std::function<void(const OpenedFile& file)> onOpened;
-  std::function<void(std::shared_ptr<const ViewedPage> page)> onPage;
+  std::function<void(const OpenedFile& file)> onOpened = [](const auto&) {};
+  std::function<void(std::shared_ptr<const ViewedPage> page)> onPage = [](const auto&) {};
 
 private:
   class View;
-  class Bell;
-  struct Answer {
-    int generation = 0;
-    std::function<void()> tell;
-  };
 
   void work();
   void openView(const ViewedFile& file, int generation);
@@ -52,18 +48,16 @@ private:
   void changeView(std::unique_ptr<View> view);
   void abandonView();
   void answer(int generation, std::function<void()> tell);
-  void tellAnswers();
 
   CPDFTextDumpInit& m_library;
   Reads m_reads;
-  std::unique_ptr<Bell> m_bell; ///< lives in the window's thread
+  QObject m_window;             ///< lives in the window's thread
   std::unique_ptr<View> m_view; ///< the thread's own; only it is changed and abandoned under lock
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_due;
   std::optional<ViewedFile> m_toOpen;
   std::deque<int> m_wanted;
-  std::deque<Answer> m_answers;
   PageSizing m_sizing;
   int m_generation = 0; ///< counts the files opened; written by the window's thread alone
   bool m_ending = false;

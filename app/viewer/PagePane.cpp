@@ -33,50 +33,27 @@ PagePane::PagePane(QWidget* parent) : QWidget(parent), m_cache(cacheBytes) {
   setObjectName(QStringLiteral("pageViewer"));
   buildControls();
   connectPage();
-  connectNotice();
   leavePage();
 }
 
 PagePane::~PagePane() {
   // What a window does when it goes (a field that loses the focus takes what was typed) must still
   // find everything here, and reach nobody who may be gone.
-  onPageChanged = nullptr;
+  onPageChanged = [](int) {};
   hide();
-  m_area->onResized = nullptr;
-  m_canvas->onChanged = nullptr;
+  m_area->onResized = m_canvas->onChanged = [] {};
 }
 
 void PagePane::connectPage() {
   m_area->onTurned = [this](int pages) { turn(pages); };
-  m_area->onFirst = [this] { goToPage(1); };
-  m_area->onLast = [this] { goToPage(m_pageCount); };
   m_area->onZoomed = [this](double steps) { zoomBy(steps); };
   m_area->onResized = [this] { fitAgain(); };
   m_canvas->onChanged = [this] { tellCurrent(); };
-  m_canvas->onWordPicked = [this](int word, QPoint place) { pickWord(word, place); };
-  m_canvas->onRangePicked = [this](const PositionRange& range, QPoint place) {
-    pickRange(range, place);
-  };
-  m_canvas->onMenuWanted = [this](QPoint place) { offerPage(place); };
-  m_findBar->onTyped = [this] { seek(); };
-  m_findBar->onGoOn = [this](int way) { findNext(way); };
-  m_findBar->onClosed = [this] {
-    endSearch();
-    m_canvas->setFocus();
-  };
-}
-
-void PagePane::connectNotice() {
-  m_notice->onOpenWanted = [this] {
-    if (onOpenWanted) {
-      onOpenWanted();
-    }
-  };
-  m_notice->onSampleWanted = [this] {
-    if (onSampleWanted) {
-      onSampleWanted();
-    }
-  };
+  m_canvas->onMenuWanted = [this](QPoint place) { offerMenu(place); };
+  m_findBar->setCanvas(m_canvas);
+  m_findBar->onFound = [this](int page) { goToPage(page); };
+  m_notice->onOpenWanted = [this] { onOpenWanted(); };
+  m_notice->onSampleWanted = [this] { onSampleWanted(); };
   m_notice->onAgain = [this] { reload(); };
   m_notice->onPassword = [this](const QString& password) {
     m_file.password = password;
@@ -89,29 +66,23 @@ void PagePane::setLibrary(CPDFTextDumpInit& library) {
   m_loader = std::make_unique<PageLoader>(library);
   m_loader->onOpened = [this](const OpenedFile& file) { opened(file); };
   m_loader->onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(page); };
-  m_searcher = std::make_unique<PageSearch>(library);
-  m_searcher->onFound = [this](int page) { goToFound(page); };
-  m_searcher->onLookedAt = [this](int page) {
-    m_findBar->tell(QStringLiteral("Looking at page %1 ...").arg(page));
-  };
-  m_searcher->onNotFound = [this] {
-    m_findBar->tell(QStringLiteral("Not found on any page."), Tone::Problem);
-  };
 }
 
 void PagePane::closeFile() {
   m_file = ViewedFile();
   m_match.reset();
   m_page = 0;
-  m_pageCount = 0;
   m_isOpening = false;
-  m_cache.clear();
   if (m_loader) {
-    m_loader->close();
+    m_loader->open(m_file);
   }
   m_notice->showStart();
   leavePage();
-  tellPage();
+  onPageChanged(0);
+}
+
+void PagePane::setWords(std::shared_ptr<const WordTable> words) {
+  m_findBar->setWords(std::move(words));
 }
 
 void PagePane::openFile(const ViewedFile& file) {
@@ -125,7 +96,8 @@ void PagePane::openFile(const ViewedFile& file) {
     m_page = 1;
     m_match.reset();
     m_marks.reset();
-    hideOffer();
+    m_offer->hide();
+    setWords(nullptr);
   }
   m_canvas->setSwapAxes(file.swapAxes);
   setWindowTitle(QStringLiteral("%1 - Page viewer").arg(QFileInfo(file.path).fileName()));
@@ -133,18 +105,15 @@ void PagePane::openFile(const ViewedFile& file) {
 }
 
 void PagePane::reload() {
-  m_pageOnceOpen = std::max(m_page, 1);
-  m_pageCount = 0;
+  m_page = std::max(m_page, 1);
   m_isOpening = m_loader != nullptr;
-  m_cache.clear();
-  m_notice->showWait(QStringLiteral("Opening %1 ...").arg(m_file.path));
-  leavePage();
   if (m_loader) {
+    m_notice->showWait(QStringLiteral("Opening %1 ...").arg(m_file.path));
     m_loader->open(m_file);
   } else {
-    m_notice->showWait(m_file.path +
-                       QStringLiteral("\n\nThe library that reads pages is missing."));
+    m_notice->showWait(m_file.path + QStringLiteral(": the library that reads pages is missing"));
   }
+  leavePage();
 }
 
 void PagePane::opened(const OpenedFile& file) {
@@ -163,45 +132,44 @@ void PagePane::opened(const OpenedFile& file) {
   // Who types in a field beside the pane goes on typing there.
   const bool hadFocus = isAncestorOf(QApplication::focusWidget());
   m_stack->setCurrentWidget(m_area);
-  m_page = 0;
-  showPage(m_pageOnceOpen, From::Top);
+  onOpened();
+  showPage(std::exchange(m_page, 0), From::Top);
   if (hadFocus) {
     m_canvas->setFocus();
   }
-  if (std::exchange(m_isPasswordTyped, false) && onPassword) {
+  if (std::exchange(m_isPasswordTyped, false)) {
     onPassword(m_file.password);
   }
 }
 
 void PagePane::tellUnopened(const OpenedFile& file) {
-  const QString text = m_file.path + QStringLiteral("\n\n");
-  if (!file.needsPassword) {
-    m_notice->showProblem(text + file.problem);
-    return;
+  const QString text = QStringLiteral("%1: %2").arg(m_file.path, file.problem);
+  const bool isAnotherTry = std::exchange(m_isPasswordTyped, false);
+  if (file.needsPassword) {
+    m_notice->askForPassword(text, !isAnotherTry);
+  } else {
+    m_notice->showProblem(text);
   }
-  const QString told = m_isPasswordTyped
-                           ? QStringLiteral("This password does not open the file. Try another.")
-                           : file.problem;
-  m_notice->askForPassword(text + told, !std::exchange(m_isPasswordTyped, false));
 }
 
 /// There is no page to show: the notice says why.
 void PagePane::leavePage() {
+  m_pageCount = 0;
+  m_cache.clear();
   m_stack->setCurrentWidget(m_notice);
   m_canvas->show(std::make_shared<ViewedPage>(), sizing());
   m_pageCountText->clear();
   m_pageProblem->hide();
   tell({});
-  endSearch();
-  m_findBar->hide();
+  m_findBar->leave();
   updateControls();
   tellCurrent();
+  onOpened();
 }
 
 void PagePane::goToPage(int page) {
   if (m_pageCount == 0) {
-    m_pageOnceOpen = std::max(page, 1);
-    m_page = m_pageOnceOpen;
+    m_page = std::max(page, 1);
   } else if (page != m_page) {
     showPage(page, From::Top);
   }
@@ -233,18 +201,17 @@ void PagePane::showPage(int page, From from) {
   request();
   tellMatch();
   if (m_page != before) {
-    tellPage();
-  }
-}
-
-void PagePane::tellPage() {
-  if (onPageChanged) {
     onPageChanged(m_page);
   }
 }
 
 PageSizing PagePane::sizing() const {
   return {m_fit, m_zoom, m_area->room(), m_canvas->devicePixelRatioF()};
+}
+
+double PagePane::zoom() const {
+  const QSizeF size = m_canvas->page().size;
+  return size.isEmpty() ? m_zoom : zoomOf(size, sizing());
 }
 
 /// A page as far as it is here; null when it is not.
@@ -302,9 +269,7 @@ void PagePane::display(const std::shared_ptr<const ViewedPage>& page) {
   m_area->fitCanvas();
   m_pageProblem->setText(page->problem);
   m_pageProblem->setVisible(!page->problem.isEmpty());
-  if (m_pageFound == m_page) {
-    goToHit();
-  }
+  m_findBar->pageShown();
 }
 
 void PagePane::setMarks(std::shared_ptr<const std::vector<PlanMark>> marks) {
@@ -319,8 +284,16 @@ void PagePane::showOffer(const QString& text, std::vector<OfferButton> buttons) 
   m_offer->offer(text, std::move(buttons));
 }
 
-void PagePane::hideOffer() {
-  m_offer->hide();
+void PagePane::find() {
+  if (m_pageCount > 0) {
+    m_findBar->open();
+  }
+}
+
+void PagePane::findNext(int way) {
+  if (m_pageCount > 0) {
+    m_findBar->goOn(way);
+  }
 }
 
 void PagePane::setFit(PageSizing::Fit fit, double zoom) {
@@ -330,12 +303,10 @@ void PagePane::setFit(PageSizing::Fit fit, double zoom) {
 }
 
 void PagePane::zoomBy(double steps) {
-  const ViewedPage& page = m_canvas->page();
-  const double now = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
   const double before = m_canvas->sheet().height();
   QScrollBar* bar = m_area->verticalScrollBar();
   const double middle = bar->value() + bar->pageStep() / 2.0;
-  setFit(PageSizing::Fit::Zoom, now * std::pow(zoomStep, steps));
+  setFit(PageSizing::Fit::Zoom, zoom() * std::pow(zoomStep, steps));
   // What was in the middle of the window stays there.
   const double ratio = m_canvas->sheet().height() / before;
   bar->setValue(static_cast<int>(std::round(middle * ratio - bar->pageStep() / 2.0)));
@@ -352,22 +323,19 @@ void PagePane::fitAgain() {
 }
 
 void PagePane::beginWalk() {
-  m_isWalking = true;
   m_match.reset();
-  m_matchNumber = 0;
-  m_nextMatch->setEnabled(false);
   tellWalk(QStringLiteral("Looking for the first match ..."));
   m_walkRow->show();
 }
 
 void PagePane::tellWalk(const QString& text) {
   m_walkText->setText(text);
+  m_nextMatch->setEnabled(false);
 }
 
 void PagePane::showMatch(const PlanMark& match, int number) {
   m_match = match;
   m_matchNumber = number;
-  m_canvas->mark(match);
   goToPage(match.page);
   m_nextMatch->setEnabled(true);
   m_nextMatch->setFocus();
@@ -385,48 +353,29 @@ void PagePane::tellMatch() {
   if (isRead && !place.isNull()) {
     m_area->bringIntoSight(place);
   }
-  if (m_isWalking) {
+  if (isWalking()) {
     const QString notFound = isRead && place.isNull()
                                  ? QStringLiteral("   (the page is drawn without this word)")
                                  : QString();
-    tellWalk(QStringLiteral("Match %1, page %2: %3   %4%5")
-                 .arg(m_matchNumber)
-                 .arg(m_match->page)
-                 .arg(positionText(m_match->h, m_match->v), m_match->text, notFound));
+    m_walkText->setText(QStringLiteral("Match %1, page %2: %3   %4%5")
+                            .arg(m_matchNumber)
+                            .arg(m_match->page)
+                            .arg(positionText(m_match->h, m_match->v), m_match->text, notFound));
   }
 }
 
-void PagePane::leaveMatch() {
-  m_nextMatch->setEnabled(false);
-}
-
 void PagePane::endWalk() {
-  m_isWalking = false;
   m_match.reset();
   m_canvas->mark(std::nullopt);
   m_walkRow->hide();
 }
 
-void PagePane::updateControls() {
-  const bool isOpen = m_pageCount > 0;
-  m_pageRow->setVisible(isOpen || m_isOpening);
-  for (QWidget* control : std::initializer_list<QWidget*>{m_pageField, m_zoomChoice, m_search}) {
-    control->setEnabled(isOpen);
-  }
-  m_previous->setEnabled(isOpen && m_page > 1);
-  m_next->setEnabled(m_page < m_pageCount);
-  m_fitWidth->setChecked(m_fit == PageSizing::Fit::Width);
-  m_fitPage->setChecked(m_fit == PageSizing::Fit::Page);
-  const ViewedPage& page = m_canvas->page();
-  const double zoom = page.size.isEmpty() ? m_zoom : zoomOf(page.size, sizing());
-  constexpr double almost = 1e-6;
-  m_zoomOut->setEnabled(isOpen && zoom > leastZoom + almost);
-  m_zoomIn->setEnabled(isOpen && zoom < mostZoom - almost);
-  m_zoomChoice->setText(QStringLiteral("%1 %").arg(std::lround(zoom * 100)));
+bool PagePane::isWalking() const {
+  return !m_walkRow->isHidden();
 }
 
 void PagePane::stopWalk() {
-  if (m_isWalking && onStop) {
+  if (isWalking()) {
     onStop();
   }
 }
@@ -470,7 +419,7 @@ void PagePane::keyPressEvent(QKeyEvent* event) {
     if (!m_findBar->isHidden()) {
       return m_findBar->close();
     }
-    if (m_isWalking) {
+    if (isWalking()) {
       return stopWalk();
     }
     break;

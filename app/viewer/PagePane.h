@@ -3,7 +3,6 @@
 
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PageLoader.h"
-#include "app/viewer/PageSearch.h"
 #include "app/viewer/WordMeaning.h"
 #include "widgets/OfferLine.h"
 
@@ -26,6 +25,7 @@ namespace folivex {
 class FindBar;
 class PageArea;
 class PageNotice;
+class WordTable;
 
 /// A part of a window, or a window of its own. A file is opened, read and drawn by a thread of its
 /// own.
@@ -41,6 +41,8 @@ public:
   void openFile(const ViewedFile& file);
   void closeFile();
   const ViewedFile& file() const { return m_file; }
+  /// The words of all pages of the file, which are looked through; null while there are none.
+  void setWords(std::shared_ptr<const WordTable> words);
 
   /// Turns to a page (from 1), or to the nearest that there is, as soon as the file is open.
   void goToPage(int page);
@@ -51,38 +53,38 @@ public:
   /// Words that a plan takes for something, in page order; null for none.
   void setMarks(std::shared_ptr<const std::vector<PlanMark>> marks);
 
-  /// The person took a word, or an area, for something, in the menu that a click on it brings up.
-  std::function<void(WordMeaning meaning, const PickedPlace& place)> onWordMeant;
-  std::function<void(AreaMeaning meaning, const PickedArea& area)> onAreaMeant;
+  /// The person took a word, or an area, for something, in the menu that a click on it brings up,
+  /// which offers meanings to somebody who listens.
+  std::function<void(Meaning meaning, const Picked& picked)> onMeant;
   /// Says what came of it, until the next menu.
   void tell(const QString& text);
 
   /// A line above the page, until it is answered or put away.
   void showOffer(const QString& text, std::vector<OfferButton> buttons);
-  void hideOffer();
 
   /// Asks for a text, and goes to the places that have it.
   void find();
   /// The next such place, or the one before when `way` is -1; asks for the text when there is none.
   void findNext(int way);
 
-  /// The walk through the matches. While it is on, a row tells the match and offers to go on.
+  /// The walk through the matches. While it is on, a row tells how it goes, and offers to go on
+  /// from a match that is shown.
   void beginWalk();
   void tellWalk(const QString& text);
   void showMatch(const PlanMark& match, int number);
-  /// Between two matches there is nothing to go on from.
-  void leaveMatch();
   void endWalk();
   std::function<void()> onNext;
   std::function<void()> onStop; ///< the button, Escape, or the window was closed
 
+  /// A file was opened, or is open no more.
+  std::function<void()> onOpened = [] {};
   /// Another page is shown (from 1), or none any more (0).
-  std::function<void(int page)> onPageChanged;
+  std::function<void(int page)> onPageChanged = [](int) {};
   /// Buttons that stand in the page's place while there is no file.
-  std::function<void()> onOpenWanted;
-  std::function<void()> onSampleWanted;
+  std::function<void()> onOpenWanted = [] {};
+  std::function<void()> onSampleWanted = [] {};
   /// The password that the person typed has opened the file; file() has it.
-  std::function<void(const QString& password)> onPassword;
+  std::function<void(const QString& password)> onPassword = [](const QString&) {};
 
 protected:
   void closeEvent(QCloseEvent* event) override;
@@ -90,66 +92,53 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
 
 private:
+  // Controls
   void buildControls();
   QWidget* buildPageRow();
   QToolButton* buildZoomButton();
   QWidget* buildWalkRow();
   void connectPage();
-  void connectNotice();
+  void updateControls();
+
   void reload();
   void opened(const OpenedFile& file);
   void tellUnopened(const OpenedFile& file);
-  void arrived(const std::shared_ptr<const ViewedPage>& page);
+  void leavePage();
   void turn(int pages);
-  void stopWalk();
-  void tellPage();
   enum class From { Top, Bottom };
   void showPage(int page, From from);
+  void arrived(const std::shared_ptr<const ViewedPage>& page);
   void display(const std::shared_ptr<const ViewedPage>& page);
   std::shared_ptr<const ViewedPage> kept(int page);
   bool isSharp(int page);
   void request();
   PageSizing sizing() const;
+  double zoom() const;
   void setFit(PageSizing::Fit fit, double zoom);
   void zoomBy(double steps);
   void fitAgain();
-  void leavePage();
-  void tellCurrent();
+
+  bool isWalking() const;
+  void stopWalk();
   void tellMatch();
-  void updateControls();
-  QString currentPosition() const;
+
+  // What is pointed at
+  std::optional<Picked> picked() const;
+  void offerMenu(QPoint place);
+  void fillMenu(QMenu* menu, const Picked& picked);
+  void tellCurrent();
   void copyPosition();
 
-  // Menus
-  PickedPlace placeOf(int word) const;
-  QMenu* newMenu(const QString& title);
-  void popUp(QMenu* menu, QPoint place);
-  void pickWord(int word, QPoint place);
-  void pickRange(const PositionRange& range, QPoint place);
-  void offerPage(QPoint place);
-
-  // Search
-  void seek();
-  void startSearch(int firstPage, int way);
-  void goToFound(int page);
-  void goToHit();
-  void tellHit();
-  void endSearch();
-
   ViewedFile m_file;
-  int m_page = 0;
+  int m_page = 0; ///< or the one to be shown once the file is open
   int m_pageCount = 0;
   bool m_isOpening = false;
   bool m_isPasswordTyped = false; ///< by the person, into the pane; not told yet
-  int m_pageOnceOpen = 1;
   PageSizing::Fit m_fit = PageSizing::Fit::Width;
   double m_zoom = 1;
   std::shared_ptr<const std::vector<PlanMark>> m_marks;
-  bool m_isWalking = false;
   std::optional<PlanMark> m_match;
   int m_matchNumber = 0;
-  int m_searchWay = 1;
-  int m_pageFound = 0; ///< whose place is to be gone to once it is there
   QCache<int, std::shared_ptr<const ViewedPage>> m_cache; ///< by page; its cost is bytes
 
   OfferLine* m_offer = nullptr;
@@ -172,14 +161,11 @@ private:
   QWidget* m_walkRow = nullptr;
   QLabel* m_walkText = nullptr;
   QPushButton* m_nextMatch = nullptr;
-  QPushButton* m_stopMatches = nullptr;
   QLabel* m_wordText = nullptr;
   QLabel* m_told = nullptr;
   QLabel* m_pageProblem = nullptr;
 
-  // They end first: their answers use all of the above.
-  std::unique_ptr<PageSearch> m_searcher;
-  std::unique_ptr<PageLoader> m_loader;
+  std::unique_ptr<PageLoader> m_loader; ///< ends first: its answers use all of the above
 };
 
 } // namespace folivex

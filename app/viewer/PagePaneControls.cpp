@@ -1,4 +1,4 @@
-// The controls of the page pane and how they stand.
+// The controls and the menus of the page pane.
 #include "app/viewer/FindBar.h"
 #include "app/viewer/PageArea.h"
 #include "app/viewer/PageNotice.h"
@@ -8,6 +8,8 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/Theme.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QLabel>
 #include <QLayout>
 #include <QMenu>
@@ -15,6 +17,8 @@
 #include <QSpinBox>
 #include <QStackedWidget>
 #include <QToolButton>
+
+#include <cmath>
 
 namespace folivex {
 
@@ -39,6 +43,13 @@ QToolButton* toolButton(QWidget* parent, const ToolText& text, std::function<voi
     QObject::connect(button, &QToolButton::clicked, button, std::move(onClicked));
   }
   return button;
+}
+
+/// Text of a page is no mnemonic, and may be of any length.
+QString quoted(const QString& text, const QFontMetrics& metrics) {
+  constexpr int widest = 240;
+  QString shown = metrics.elidedText(text, Qt::ElideMiddle, widest);
+  return u'"' + shown.replace(u'&', QStringLiteral("&&")) + u'"';
 }
 
 } // namespace
@@ -123,12 +134,122 @@ QWidget* PagePane::buildWalkRow() {
   m_walkText = named(new ElidedLabel(this), "walkText");
   m_nextMatch = sideButton("nextMatch", QStringLiteral("Next match"),
                            QStringLiteral("Go on to the next match"), this, [this] { onNext(); });
-  m_stopMatches = sideButton("stopMatches", QStringLiteral("End"),
-                             QStringLiteral("End the walk through the matches (Escape)"), this,
-                             [this] { onStop(); });
-  m_walkRow = named(sideBySide(this, {{m_walkText, 1}, m_nextMatch, m_stopMatches}), "walkRow");
+  QPushButton* end = sideButton("stopMatches", QStringLiteral("End"),
+                                QStringLiteral("End the walk through the matches (Escape)"), this,
+                                [this] { onStop(); });
+  m_walkRow = named(sideBySide(this, {{m_walkText, 1}, m_nextMatch, end}), "walkRow");
   m_walkRow->hide();
   return m_walkRow;
+}
+
+void PagePane::updateControls() {
+  const bool isOpen = m_pageCount > 0;
+  m_pageRow->setVisible(isOpen || m_isOpening);
+  for (QWidget* control : std::initializer_list<QWidget*>{m_pageField, m_zoomChoice, m_search}) {
+    control->setEnabled(isOpen);
+  }
+  m_previous->setEnabled(isOpen && m_page > 1);
+  m_next->setEnabled(m_page < m_pageCount);
+  m_fitWidth->setChecked(m_fit == PageSizing::Fit::Width);
+  m_fitPage->setChecked(m_fit == PageSizing::Fit::Page);
+  constexpr double almost = 1e-6;
+  m_zoomOut->setEnabled(isOpen && zoom() > leastZoom + almost);
+  m_zoomIn->setEnabled(isOpen && zoom() < mostZoom - almost);
+  m_zoomChoice->setText(QStringLiteral("%1 %").arg(std::lround(zoom() * 100)));
+}
+
+/// The word told about, else the range; nothing for none.
+std::optional<Picked> PagePane::picked() const {
+  const int word = m_canvas->currentWord();
+  if (word < 0) {
+    const auto range = m_canvas->range();
+    return range ? std::optional(Picked{*range}) : std::nullopt;
+  }
+  const ViewedWord* here = m_canvas->page().words.data() + word;
+  Picked picked{{here->h, here->h, here->v, here->v}, here->text, here->lookupH, here->lookupV};
+  if (word > 0 && here[-1].line == here->line) {
+    picked.before = here[-1].text;
+    picked.beforeH = here[-1].h;
+  }
+  return picked;
+}
+
+void PagePane::offerMenu(QPoint place) {
+  tell({});
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  if (const auto picked = this->picked()) {
+    fillMenu(menu, *picked);
+  } else {
+    menu->setObjectName(QStringLiteral("pageMenu"));
+    menu->addAction(QStringLiteral("&Find words..."), this, [this] { find(); });
+    menu->addAction(QStringLiteral("&Open the file again"), this, [this] { reload(); });
+  }
+  for (QAction* action : menu->actions()) {
+    if (!action->isSeparator() && action->isEnabled()) {
+      menu->setActiveAction(action); // Enter takes it, as the arrow keys go on from it
+      break;
+    }
+  }
+  menu->popup(m_canvas->mapToGlobal(place));
+}
+
+void PagePane::fillMenu(QMenu* menu, const Picked& picked) {
+  const bool isWord = !picked.text.isEmpty();
+  const QString title =
+      (isWord ? quoted(picked.text, fontMetrics()) + QStringLiteral("   ") : QString()) +
+      rangeText(picked.range);
+  menu->setObjectName(isWord ? QStringLiteral("wordMenu") : QStringLiteral("areaMenu"));
+  menu->setAccessibleName(title);
+  menu->addSection(title);
+  if (onMeant) {
+    for (const Meaning meaning : meaningsOf(picked)) {
+      menu->addAction(meaningText(meaning), this,
+                      [this, meaning, picked] { onMeant(meaning, picked); })
+          ->setEnabled(canMean(meaning, picked));
+    }
+    menu->addSeparator();
+  }
+  if (isWord) {
+    menu->addAction(QStringLiteral("Copy the w&ord"), this,
+                    [picked] { QApplication::clipboard()->setText(picked.text); });
+  }
+  menu->addAction(QStringLiteral("&Copy h,v"), this, [this] { copyPosition(); })
+      ->setObjectName(QStringLiteral("copyPosition"));
+}
+
+void PagePane::copyPosition() {
+  if (const auto picked = this->picked()) {
+    // As it is written in a "[POS" token.
+    QString position = rangeText(picked->range);
+    position.remove(QStringLiteral("h ")).replace(QStringLiteral(", v "), QStringLiteral(","));
+    QApplication::clipboard()->setText(position);
+    tell(QStringLiteral("Copied: %1").arg(position));
+  }
+}
+
+void PagePane::tellCurrent() {
+  const auto picked = this->picked();
+  QString text;
+  if (picked && !picked->text.isEmpty()) {
+    text = rangeText(picked->range) + QStringLiteral("   ") + picked->text;
+    if (const QString mark = m_canvas->markText(m_canvas->currentWord()); !mark.isEmpty()) {
+      text += QStringLiteral("   (%1)").arg(mark);
+    }
+  } else if (picked) {
+    text = QStringLiteral("%1   (words in it: %2)")
+               .arg(rangeText(picked->range))
+               .arg(m_canvas->wordsInRange().size());
+  } else if (m_pageCount > 0) {
+    text = QStringLiteral("Click a word, or drag a rectangle over words.");
+  }
+  m_wordText->setText(text);
+  m_canvas->setAccessibleDescription(text);
+}
+
+void PagePane::tell(const QString& text) {
+  m_told->setText(text);
+  m_told->setVisible(!text.isEmpty());
 }
 
 } // namespace folivex

@@ -177,41 +177,20 @@ PageStrip::~PageStrip() {
 
 void PageStrip::setLibrary(CPDFTextDumpInit& library) {
   m_loader = std::make_unique<PageLoader>(library, PageLoader::Reads::Pictures);
-  m_loader->onOpened = [this](const OpenedFile& file) { opened(file); };
   m_loader->onPage = [this](const std::shared_ptr<const ViewedPage>& page) { arrived(*page); };
 }
 
-void PageStrip::openFile(const ViewedFile& file) {
-  if (file.path == m_file.path && file.password == m_file.password &&
-      (m_isOpening || m_pageCount > 0)) {
-    return;
+void PageStrip::showFile(const ViewedFile& file, int pageCount) {
+  if (file.path != m_file.path) {
+    m_bands.reset();
   }
-  closeFile();
   m_file = file;
-  m_isOpening = m_loader != nullptr;
-  if (m_loader) {
-    m_loader->open(file);
-  }
-}
-
-void PageStrip::closeFile() {
-  if (m_loader) {
-    m_loader->close();
-  }
-  m_file = ViewedFile();
-  m_isOpening = false;
-  m_pageCount = 0;
-  m_pageOnceOpen = 1;
-  m_bands.reset();
   m_pictures.clear();
-  m_pages->setCount(0);
-}
-
-void PageStrip::opened(const OpenedFile& file) {
-  m_isOpening = false;
-  m_pageCount = file.pageCount;
-  m_pages->setCount(m_pageCount);
-  setCurrentPage(m_pageOnceOpen);
+  if (m_loader) {
+    m_loader->open(pageCount > 0 ? file : ViewedFile());
+  }
+  m_pages->setCount(pageCount);
+  setCurrentPage(1);
   request();
 }
 
@@ -236,11 +215,7 @@ const PageBand* PageStrip::bandOf(int page) const {
 }
 
 void PageStrip::setCurrentPage(int page) {
-  m_pageOnceOpen = std::max(page, 1);
-  if (m_pageCount == 0) {
-    return;
-  }
-  const QModelIndex index = m_pages->index(std::clamp(page, 1, m_pageCount) - 1);
+  const QModelIndex index = m_pages->index(page - 1);
   m_isQuiet = true;
   setCurrentIndex(index);
   m_isQuiet = false;
@@ -253,12 +228,7 @@ int PageStrip::currentPage() const {
 
 void PageStrip::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QListView::currentChanged(current, previous);
-  for (const QModelIndex& index : {current, previous}) {
-    if (index.isValid()) {
-      update(index);
-    }
-  }
-  if (current.isValid() && !m_isQuiet && onPageChosen) {
+  if (current.isValid() && !m_isQuiet) {
     onPageChosen(current.row() + 1);
   }
 }
@@ -307,7 +277,7 @@ PageSizing PageStrip::sizing() const {
 
 /// Asks for the pictures in sight that are not here, then for a screen of them below and above.
 void PageStrip::request() {
-  if (!m_loader || m_pageCount == 0 || !isVisible()) {
+  if (!m_loader || m_pages->rowCount() == 0 || !isVisible()) {
     return;
   }
   const int firstRow = verticalOffset() / gridSize().height();
@@ -315,7 +285,7 @@ void PageStrip::request() {
   std::vector<int> missing;
   const auto ask = [&](int fromRow) {
     const int from = std::max(fromRow * m_columns + 1, 1);
-    const int to = std::min((fromRow + rows) * m_columns, m_pageCount);
+    const int to = std::min((fromRow + rows) * m_columns, m_pages->rowCount());
     for (int page = from; page <= to; ++page) {
       if (!m_pictures.contains(page)) {
         missing.push_back(page);

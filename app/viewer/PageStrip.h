@@ -34,11 +34,8 @@ public:
   /// Without a library there are no pages. `library` must outlive the strip.
   void setLibrary(CPDFTextDumpInit& library);
 
-  /// Opens a file at its first page, or at the page last set; the one that is open stays as it is.
-  void openFile(const ViewedFile& file);
-  void closeFile();
-  /// 0 while no file is open.
-  int pageCount() const { return m_pageCount; }
+  /// Shows that many pages of a file, from the first on; none while it is not known how many.
+  void showFile(const ViewedFile& file, int pageCount);
 
   /// Which pages go together. A page in none of the bands is left over and looks like it, but for
   /// an empty optional: then nothing is known of any page.
@@ -50,7 +47,7 @@ public:
   int currentPage() const;
 
   /// The person went to a page, by mouse or keyboard.
-  std::function<void(int page)> onPageChosen;
+  std::function<void(int page)> onPageChosen = [](int) {};
 
 protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -63,7 +60,6 @@ private:
   class Pages;
   class Look;
 
-  void opened(const OpenedFile& file);
   void arrived(const ViewedPage& page);
   void layOut();
   void request();
@@ -71,10 +67,7 @@ private:
   const PageBand* bandOf(int page) const;
 
   ViewedFile m_file;
-  int m_pageCount = 0;
-  int m_pageOnceOpen = 1;
   int m_columns = 1;
-  bool m_isOpening = false;
   bool m_isQuiet = false;                       ///< the current page is being set, not chosen
   std::optional<std::vector<PageBand>> m_bands; ///< by first page
   QCache<int, QImage> m_pictures;               ///< by page; null for one that cannot be drawn

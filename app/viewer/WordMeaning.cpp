@@ -13,9 +13,6 @@ namespace folivex {
 
 namespace {
 
-using Place = const PickedPlace&;
-using Area = const PickedArea&;
-
 SplitMethod methodOf(const SplitSetup& setup) {
   return splitMethodOf(setup.pageExtract);
 }
@@ -67,17 +64,18 @@ bool isSame(const SplitSetup& setup, const QString& one, const QString& other) {
 }
 
 /// Whether a document begins with the word at this place, or with some words that it ends.
-bool beginsHere(const SplitSetup& setup, Place place) {
+bool beginsHere(const SplitSetup& setup, const Picked& word) {
   const SplitMethodTraits& traits = splitTraitsOf(setup.pageExtract);
   const bool isFound = setup.findString.isEmpty()
                            ? traits.atPosition
-                           : isSame(setup, setup.findString.section(u' ', -1, -1), place.text);
-  return isFound && (!traits.atPosition || PositionRule(setup.matchPosH, setup.matchPosV)
-                                               .holds(place.h, place.v, place.text.size()));
+                           : isSame(setup, setup.findString.section(u' ', -1, -1), word.text);
+  return isFound &&
+         (!traits.atPosition || PositionRule(setup.matchPosH, setup.matchPosV)
+                                    .holds(word.range.hFrom, word.range.vFrom, word.text.size()));
 }
 
 /// "Account:", "No.", "Account" before "10472": says what the word behind it is.
-bool isLabel(const SplitSetup& setup, Place word) {
+bool isLabel(const SplitSetup& setup, const Picked& word) {
   if (word.before.isEmpty()) {
     return false;
   }
@@ -126,102 +124,101 @@ QString nameByPosition(SplitSetup& setup, const QString& position, const QString
   return told;
 }
 
-QString begin(SplitSetup& setup, Place place) {
-  setup.findString = place.text;
+QString begin(SplitSetup& setup, const Picked& word) {
+  setup.findString = word.text;
   splitBy(setup, methodAnywhere(setup));
-  return QStringLiteral("Documents begin with \"%1\".").arg(place.text);
+  return QStringLiteral("Documents begin with \"%1\".").arg(word.text);
 }
 
-QString beginHere(SplitSetup& setup, Place place) {
-  setup.findString = place.text;
-  setup.matchPosH = QString::number(place.h);
-  setup.matchPosV = QString::number(place.v);
-  splitBy(setup, methodAtPosition(setup));
-  return QStringLiteral("Documents begin with \"%1\" at %2.")
-      .arg(place.text, positionText(place.h, place.v));
-}
-
-QString end(SplitSetup& setup, Place place) {
-  setup.extractUntil = place.text;
-  splitBy(setup, SplitMethod::MatchToUntil);
-  return QStringLiteral("Documents end with the page of \"%1\".").arg(place.text);
-}
-
-QString nameByPlace(SplitSetup& setup, Place place) {
-  return nameByPosition(setup, QStringLiteral("%1,%2").arg(place.lookupH).arg(place.lookupV),
-                        QStringLiteral("Files are named by the word at %1 of their first page.")
-                            .arg(positionText(place.h, place.v)));
-}
-
-QString nameByNext(SplitSetup& setup, Place place) {
-  const QString told = QStringLiteral("Files are named by the word behind \"%1\".");
-  return beginsHere(setup, place) ? nameBy(setup, FileNameMethod::NextWord, told.arg(place.text))
-                                  : nameAfter(setup, FileNameMethod::AfterText, place.text, told);
-}
-
-/// The word pointed at stands in one document; in others it is what stands in its stead.
-QString nameByWord(SplitSetup& setup, Place place) {
-  if (beginsHere(setup, place)) {
-    return nameBy(setup, FileNameMethod::MatchedWord,
-                  QStringLiteral("Files are named by the word that documents begin with."));
-  }
-  if (!isLabel(setup, place)) {
-    return nameByPlace(setup, place);
-  }
-  PickedPlace label;
-  label.text = place.before;
-  label.h = place.beforeH;
-  label.v = place.v;
-  return nameByNext(setup, label);
-}
-
-QString nameByRestOfLine(SplitSetup& setup, Place place) {
-  return nameAfter(setup, FileNameMethod::AfterTextRestOfLine, place.text,
-                   QStringLiteral("Files are named by the rest of the line behind \"%1\"."));
-}
-
-/// Windows that were set for another place would leave the address out.
-QString findAddressBehind(SplitSetup& setup, Place place) {
-  const SplitSetup fresh;
-  setup.emailMatchVert = fresh.emailMatchVert;
-  setup.emailMatchVertTo = fresh.emailMatchVertTo;
-  setup.emailMatchHorizFrom = fresh.emailMatchHorizFrom;
-  setup.emailMatchHorizTo = fresh.emailMatchHorizTo;
-  setup.emailHorizAfterText = place.text;
-  setup.emailHorizBeforeText.clear();
-  return QStringLiteral("The e-mail address stands behind \"%1\".").arg(place.text);
-}
-
-void searchIn(SplitSetup& setup, Area area) {
+void searchIn(SplitSetup& setup, const PositionRange& area) {
   setup.matchPosH = spanText(area.hFrom, area.hTo);
   setup.matchPosV = spanText(area.vFrom, area.vTo);
   splitBy(setup, methodAtPosition(setup));
 }
 
-QString beginIn(SplitSetup& setup, Area area) {
+QString beginHere(SplitSetup& setup, const Picked& word) {
+  setup.findString = word.text;
+  searchIn(setup, word.range);
+  return QStringLiteral("Documents begin with \"%1\" at %2.").arg(word.text, rangeText(word.range));
+}
+
+QString end(SplitSetup& setup, const Picked& word) {
+  setup.extractUntil = word.text;
+  splitBy(setup, SplitMethod::MatchToUntil);
+  return QStringLiteral("Documents end with the page of \"%1\".").arg(word.text);
+}
+
+QString nameByPlace(SplitSetup& setup, const Picked& word) {
+  return nameByPosition(setup, QStringLiteral("%1,%2").arg(word.lookupH).arg(word.lookupV),
+                        QStringLiteral("Files are named by the word at %1 of their first page.")
+                            .arg(rangeText(word.range)));
+}
+
+QString nameByNext(SplitSetup& setup, const Picked& word) {
+  const QString told = QStringLiteral("Files are named by the word behind \"%1\".");
+  return beginsHere(setup, word) ? nameBy(setup, FileNameMethod::NextWord, told.arg(word.text))
+                                 : nameAfter(setup, FileNameMethod::AfterText, word.text, told);
+}
+
+/// The word pointed at stands in one document; in others it is what stands in its stead.
+QString nameByWord(SplitSetup& setup, const Picked& word) {
+  if (beginsHere(setup, word)) {
+    return nameBy(setup, FileNameMethod::MatchedWord,
+                  QStringLiteral("Files are named by the word that documents begin with."));
+  }
+  if (!isLabel(setup, word)) {
+    return nameByPlace(setup, word);
+  }
+  Picked label = word;
+  label.text = word.before;
+  label.range.hFrom = label.range.hTo = word.beforeH;
+  return nameByNext(setup, label);
+}
+
+QString nameByRestOfLine(SplitSetup& setup, const Picked& word) {
+  return nameAfter(setup, FileNameMethod::AfterTextRestOfLine, word.text,
+                   QStringLiteral("Files are named by the rest of the line behind \"%1\"."));
+}
+
+/// Windows that were set for another place would leave the address out.
+QString findAddressBehind(SplitSetup& setup, const Picked& word) {
+  const SplitSetup fresh;
+  setup.emailMatchVert = fresh.emailMatchVert;
+  setup.emailMatchVertTo = fresh.emailMatchVertTo;
+  setup.emailMatchHorizFrom = fresh.emailMatchHorizFrom;
+  setup.emailMatchHorizTo = fresh.emailMatchHorizTo;
+  setup.emailHorizAfterText = word.text;
+  setup.emailHorizBeforeText.clear();
+  return QStringLiteral("The e-mail address stands behind \"%1\".").arg(word.text);
+}
+
+QString beginIn(SplitSetup& setup, const Picked& area) {
   setup.findString.clear();
-  searchIn(setup, area);
-  return QStringLiteral("Documents begin with any word at %1.").arg(rangeText(area));
+  searchIn(setup, area.range);
+  return QStringLiteral("Documents begin with any word at %1.").arg(rangeText(area.range));
 }
 
-QString searchHere(SplitSetup& setup, Area area) {
-  searchIn(setup, area);
+QString searchHere(SplitSetup& setup, const Picked& area) {
+  searchIn(setup, area.range);
   return QStringLiteral("\"%1\" begins a document at %2 only.")
-      .arg(setup.findString, rangeText(area));
+      .arg(setup.findString, rangeText(area.range));
 }
 
-QString nameByArea(SplitSetup& setup, Area area) {
-  return nameByPosition(
-      setup,
-      QStringLiteral("%1,%2").arg(spanText(area.hFrom, area.hTo), spanText(area.vFrom, area.vTo)),
-      QStringLiteral("Files are named by what stands at %1 of their first page.")
-          .arg(rangeText(area)));
+QString nameByArea(SplitSetup& setup, const Picked& area) {
+  const PositionRange& range = area.range;
+  return nameByPosition(setup,
+                        QStringLiteral("%1,%2").arg(spanText(range.hFrom, range.hTo),
+                                                    spanText(range.vFrom, range.vTo)),
+                        QStringLiteral("Files are named by what stands at %1 of their first page.")
+                            .arg(rangeText(area.range)));
 }
 
 /// An address is looked for where the words are drawn, whatever the layout.
-QString findAddressIn(SplitSetup& setup, Area area) {
-  const PickedArea drawn =
-      setup.rotated ? PickedArea{{area.vFrom, area.vTo, area.hFrom, area.hTo}} : area;
+QString findAddressIn(SplitSetup& setup, const Picked& area) {
+  PositionRange drawn = area.range;
+  if (setup.rotated) {
+    drawn = {drawn.vFrom, drawn.vTo, drawn.hFrom, drawn.hTo};
+  }
   setup.emailMatchHorizFrom = drawn.hFrom;
   setup.emailMatchHorizTo = drawn.hTo;
   setup.emailMatchVert = drawn.vFrom;
@@ -231,75 +228,52 @@ QString findAddressIn(SplitSetup& setup, Area area) {
   return QStringLiteral("The e-mail address stands at %1.").arg(rangeText(drawn));
 }
 
-struct WordRow {
+struct Row {
   const char* text;
-  QString (*take)(SplitSetup&, Place);
+  QString (*take)(SplitSetup&, const Picked&);
   bool needsPlace = false; ///< by h and v as a search counts them
 };
-// By WordMeaning.
-constexpr std::array wordRows = {
-    WordRow{"Documents &begin with this word", begin},
-    WordRow{"Documents begin with this word at this &place", beginHere, true},
-    WordRow{"Documents &end with it", end},
-    WordRow{"Name files by &this word", nameByWord},
-    WordRow{"Name files by the word be&hind it", nameByNext},
-    WordRow{"Name files by the &rest of the line", nameByRestOfLine},
-    WordRow{"Name files by &what stands at this place", nameByPlace, true},
-    WordRow{"The e-&mail address stands behind this word", findAddressBehind}};
+// By Meaning.
+constexpr std::array rows = {Row{"Documents &begin with this word", begin},
+                             Row{"Documents begin with this word at this &place", beginHere, true},
+                             Row{"Documents &end with it", end},
+                             Row{"Name files by &this word", nameByWord},
+                             Row{"Name files by the word be&hind it", nameByNext},
+                             Row{"Name files by the &rest of the line", nameByRestOfLine},
+                             Row{"Name files by &what stands at this place", nameByPlace, true},
+                             Row{"The e-&mail address stands behind this word", findAddressBehind},
+                             Row{"Documents &begin with any word in this area", beginIn},
+                             Row{"&Look for the search word in this area only", searchHere},
+                             Row{"&Name files by what stands in this area", nameByArea},
+                             Row{"The e-&mail address stands in this area", findAddressIn}};
 
-struct AreaRow {
-  const char* text;
-  QString (*take)(SplitSetup&, Area);
-};
-// By AreaMeaning.
-constexpr std::array areaRows = {AreaRow{"Documents &begin with any word in this area", beginIn},
-                                 AreaRow{"&Look for the search word in this area only", searchHere},
-                                 AreaRow{"&Name files by what stands in this area", nameByArea},
-                                 AreaRow{"The e-&mail address stands in this area", findAddressIn}};
-
-const WordRow& rowOf(WordMeaning meaning) {
-  return wordRows[static_cast<std::size_t>(meaning)];
-}
-
-const AreaRow& rowOf(AreaMeaning meaning) {
-  return areaRows[static_cast<std::size_t>(meaning)];
+const Row& rowOf(Meaning meaning) {
+  return rows[static_cast<std::size_t>(meaning)];
 }
 
 } // namespace
 
-std::span<const WordMeaning> wordMeanings() {
-  using enum WordMeaning;
-  static constexpr std::array all = {Begins,    BeginsHere,      Ends,       Names,
-                                     NextNames, RestOfLineNames, PlaceNames, AddressBehind};
-  static_assert(all.size() == wordRows.size());
-  return all;
+std::vector<Meaning> meaningsOf(const Picked& picked) {
+  std::vector<Meaning> meanings;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const auto meaning = static_cast<Meaning>(i);
+    if ((meaning < Meaning::AreaBegins) == !picked.text.isEmpty()) {
+      meanings.push_back(meaning);
+    }
+  }
+  return meanings;
 }
 
-std::span<const AreaMeaning> areaMeanings() {
-  using enum AreaMeaning;
-  static constexpr std::array all = {Begins, SearchHere, Names, Address};
-  static_assert(all.size() == areaRows.size());
-  return all;
-}
-
-QString meaningText(WordMeaning meaning) {
+QString meaningText(Meaning meaning) {
   return QString::fromLatin1(rowOf(meaning).text);
 }
 
-QString meaningText(AreaMeaning meaning) {
-  return QString::fromLatin1(rowOf(meaning).text);
+bool canMean(Meaning meaning, const Picked& picked) {
+  return !rowOf(meaning).needsPlace || (picked.range.hFrom > 0 && picked.range.vFrom > 0);
 }
 
-bool canMean(WordMeaning meaning, const PickedPlace& place) {
-  return !rowOf(meaning).needsPlace || (place.h > 0 && place.v > 0);
-}
-
-QString takeMeaning(SplitSetup& setup, WordMeaning meaning, const PickedPlace& place) {
-  return rowOf(meaning).take(setup, place);
-}
-
-QString takeMeaning(SplitSetup& setup, AreaMeaning meaning, const PickedArea& area) {
-  return rowOf(meaning).take(setup, area);
+QString takeMeaning(SplitSetup& setup, Meaning meaning, const Picked& picked) {
+  return rowOf(meaning).take(setup, picked);
 }
 
 } // namespace folivex

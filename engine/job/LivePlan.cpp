@@ -26,40 +26,35 @@ using Stage = LivePlanState::Stage;
 /// outputs is for nobody.
 constexpr qsizetype mostNotes = 20;
 
-QString unreadableProblem(const QString& file) {
-  return file.isEmpty()
+QString problemOf(const SplitSetup& setup, int result) {
+  return setup.fileName.isEmpty()
              ? QStringLiteral("No PDF is open; open one to see the plan")
-             : QStringLiteral("%1: is not there or may not be read; choose it again").arg(file);
-}
-
-QString openingProblem(int failure, const SplitSetup& setup) {
-  const QString& file = setup.fileName;
-  switch (failure) {
-  case GLYPHRUN_WRONG_PASSWORD:
-    return setup.pdfPassword.isEmpty()
-               ? QStringLiteral("%1: opens with a password only; type it to see its pages")
-                     .arg(file)
-               : QStringLiteral("%1: this password does not open it; try another").arg(file);
-  case GLYPHRUN_CANNOT_OPEN:
-    return unreadableProblem(file);
-  case GLYPHRUN_NOT_A_PDF:
-    return QStringLiteral("%1: is no PDF, or is damaged beyond repair; get it anew from where it "
-                          "came from")
-        .arg(file);
-  case GLYPHRUN_UNSUPPORTED:
-    return QStringLiteral("%1: is encrypted for certain persons, which no password opens; ask its "
-                          "sender for a copy without")
-        .arg(file);
-  case GLYPHRUN_OUT_OF_MEMORY:
-    return QStringLiteral("%1: needs more memory to be opened than there is; close other programs "
-                          "and try again")
-        .arg(file);
-  default:
-    return QStringLiteral("%1: cannot be read; get it anew from where it came from").arg(file);
-  }
+             : QStringLiteral("%1: %2").arg(setup.fileName,
+                                            openingProblem(result, !setup.pdfPassword.isEmpty()));
 }
 
 } // namespace
+
+QString openingProblem(int result, bool hasPassword) {
+  switch (result) {
+  case GLYPHRUN_WRONG_PASSWORD:
+    return hasPassword ? QStringLiteral("this password does not open it; try another")
+                       : QStringLiteral("opens with a password only; type it to see its pages");
+  case GLYPHRUN_CANNOT_OPEN:
+    return QStringLiteral("is not there or may not be read; choose it again");
+  case GLYPHRUN_NOT_A_PDF:
+    return QStringLiteral("is no PDF, or is damaged beyond repair; get it anew from where it came "
+                          "from");
+  case GLYPHRUN_UNSUPPORTED:
+    return QStringLiteral("is encrypted for certain persons, which no password opens; ask its "
+                          "sender for a copy without");
+  case GLYPHRUN_OUT_OF_MEMORY:
+    return QStringLiteral("needs more memory to be opened than there is; close other programs and "
+                          "try again");
+  default:
+    return QStringLiteral("cannot be read; get it anew from where it came from");
+  }
+}
 
 /// One plan on its way. Stands in for the person of the run that is planned.
 class LivePlan::Planning : public Operator {
@@ -72,6 +67,7 @@ public:
   void over(const WordTable& table, const SourceTable& source);
   void findNearest(const WordTable& table);
   void tell(Stage stage, const QString& problem = {});
+  void setWords(std::shared_ptr<const WordTable> words) { m_state.words = std::move(words); }
 
   const SplitSetup& setup() const { return m_setup; }
   bool isWanted() const { return m_live.isWanted(m_state.number); }
@@ -211,10 +207,6 @@ void LivePlan::setPaused(bool on) {
   m_source->setPaused(on);
 }
 
-std::shared_ptr<const WordTable> LivePlan::words() const {
-  return m_source->table();
-}
-
 void LivePlan::work() {
   while (const std::optional<Request> request = nextRequest()) {
     if (request->setup) {
@@ -235,17 +227,18 @@ std::optional<LivePlan::Request> LivePlan::nextRequest() {
 void LivePlan::make(quint64 number, const SplitSetup& asSet) {
   Planning planning(*this, number, asSet);
   const SplitSetup& setup = planning.setup();
-  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
-    planning.tell(Stage::Done, contradiction);
-    return;
-  }
   std::shared_ptr<WordTable> table;
   if (!platform::isReadableFile(setup.fileName)) {
-    planning.tell(Stage::Unreadable, unreadableProblem(setup.fileName));
+    planning.tell(Stage::Unreadable, problemOf(setup, GLYPHRUN_CANNOT_OPEN));
     return;
   }
   do {
     table = m_source->follow(setup);
+    planning.setWords(table); // there is more to be done with them than to plan
+    if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
+      planning.tell(Stage::Done, contradiction);
+      return;
+    }
     if (!table) {
       planning.tell(Stage::WaitsForOcr,
                     QStringLiteral("%1: \"OCR First\" is on, and its words are not recognised yet; "
@@ -259,7 +252,7 @@ void LivePlan::make(quint64 number, const SplitSetup& asSet) {
     if (!table->waitUntilOpen([&] { return planning.isWanted(); })) {
       planning.tell(table->failure() == GLYPHRUN_WRONG_PASSWORD ? Stage::NeedsPassword
                                                                 : Stage::Unreadable,
-                    openingProblem(table->failure(), setup));
+                    problemOf(setup, table->failure()));
       return;
     }
     planning.over(*table, *m_source);

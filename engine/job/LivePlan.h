@@ -23,6 +23,10 @@ class CPDFTextDumpInit;
 class SourceTable;
 class WordTable;
 
+/// Why a file does not open, and what to do about it, to be told behind the file's name. `result`
+/// is what the text library gave.
+QString openingProblem(int result, bool hasPassword);
+
 /// A text of the pages that nearly is the one that was looked for.
 struct NearWord {
   QString text;  ///< as it stands on the pages
@@ -47,12 +51,13 @@ struct LivePlanState {
 
   quint64 number = 0; ///< that plan() gave for these settings
   Stage stage = Stage::Opening;
-  int pagesRead = 0;                     ///< that the plan knows, from the first page on
-  int pageCount = 0;                     ///< 0 as long as the file is not open
-  std::shared_ptr<const SplitPlan> plan; ///< of the pages read so far; null before the first
-  QString problem;                       ///< plain words, with the next step
-  QStringList nearest;                   ///< no match: sentences as JobDriver::NearestWords() gives
-  std::vector<NearWord> nearWords;       ///< the same as words, for buttons
+  int pagesRead = 0;                      ///< that the plan knows, from the first page on
+  int pageCount = 0;                      ///< 0 as long as the file is not open
+  std::shared_ptr<const SplitPlan> plan;  ///< of the pages read so far; null before the first
+  std::shared_ptr<const WordTable> words; ///< of the file, as far as they are read; may be null
+  QString problem;                        ///< plain words, with the next step
+  QStringList nearest;             ///< no match: sentences as JobDriver::NearestWords() gives
+  std::vector<NearWord> nearWords; ///< the same as words, for buttons
 };
 
 /// Keeps the words of one file, read once, and plans with the very stages of a run whenever it is
@@ -81,9 +86,6 @@ public:
   /// Reading stands still, so that a run has the machine to itself. What is read stays planned
   /// with.
   void setPaused(bool on);
-
-  /// The words of the file, as far as they are read; null when there is none. Stays valid.
-  std::shared_ptr<const WordTable> words() const;
 
 private:
   struct Request {

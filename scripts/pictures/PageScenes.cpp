@@ -127,7 +127,7 @@ void takePages(Camera& camera, const Studio& studio) {
 
 QImage viewerPicture(const Studio& studio) {
   OpenViewer open(studio.sample, QSize(700, 430));
-  open.viewer().onWordMeant = [](WordMeaning, const PickedPlace&) {};
+  open.viewer().onMeant = [](Meaning, const Picked&) {};
   open.pointAt("Account:");
   open.pick("Account:");
   QImage picture = open.viewer().grab().toImage();

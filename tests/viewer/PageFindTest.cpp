@@ -29,6 +29,7 @@ protected:
 
 TEST_F(PageFind, GoesFromPlaceToPlaceOverAllPagesAndAround) {
   openSample();
+  readWords(samplePath());
   const std::vector<int> pages = pagesWith("account: 10518");
   ASSERT_GE(pages.size(), 1U);
   ASSERT_LT(pages.size(), 40U);
@@ -49,6 +50,7 @@ TEST_F(PageFind, GoesFromPlaceToPlaceOverAllPagesAndAround) {
 
 TEST_F(PageFind, GoesOnWithinAPageAndTellsWhatIsNowhere) {
   openSample();
+  readWords(samplePath());
   m_viewer.find();
   QTest::keyClicks(field(), "e");
   ASSERT_TRUE(tells("Page 1: place 1 of "));
@@ -66,8 +68,32 @@ TEST_F(PageFind, GoesOnWithinAPageAndTellsWhatIsNowhere) {
   EXPECT_EQ(canvas().hitCount(), 0) << "nothing stays marked";
 }
 
+TEST_F(PageFind, WordsMayComeLateAndStandOnNoDrawnPlace) {
+  openSample();
+  m_viewer.find();
+  field()->setText("nowhere-to-be-found");
+  EXPECT_TRUE(tells("The words of the pages are not read yet"));
+  readWords(samplePath());
+  EXPECT_TRUE(tells("Not found on any page."));
+
+  const auto table = std::make_shared<WordTable>(std::size_t{1} << 20U); // of a recognised copy
+  m_viewer.setWords(table);
+  field()->setText("seen word");
+  EXPECT_TRUE(tells("Looking at page 1"));
+  table->open(40, {});
+  const PageWord words[] = {{u"Seen", 1, 1}, {u"words", 20, 1}};
+  for (int page = 1; page <= 39; ++page) {
+    ASSERT_TRUE(table->add(page, {words, page == 3 ? 2U : 0U}, PageState::Good));
+  }
+  EXPECT_TRUE(tells("Page 3: the page has it"));
+  EXPECT_EQ(m_viewer.page(), 3);
+  field()->setText("something else");
+  EXPECT_TRUE(tells("Looking at page 40")) << "the page is still to come";
+}
+
 TEST_F(PageFind, NothingComesOfASearchWhoseFileHasGone) {
   openSample();
+  readWords(samplePath());
   m_viewer.find();
   QTest::keyClicks(field(), "nowhere-to-be-found");
   m_viewer.closeFile();

@@ -66,27 +66,26 @@ TEST_F(PagePick, WordsAreThoseThatAreListedAndStandWhereTheyAreDrawn) {
       EXPECT_EQ(QStringLiteral("%1 %2").arg(words()[1].h).arg(words()[1].lookupH), row[2]);
     }
 
-    std::vector<PickedPlace> picked;
-    m_viewer.onWordMeant = [&](WordMeaning, const PickedPlace& place) { picked.push_back(place); };
+    std::vector<Picked> picked;
+    m_viewer.onMeant = [&](Meaning, const Picked& one) { picked.push_back(one); };
     const ViewedWord& one = word(row[1].toLatin1());
     moveTo(placeOf(one));
     EXPECT_EQ(told("wordText"),
               QStringLiteral("h %1, v %2   %3").arg(one.h).arg(one.v).arg(one.text));
     QTest::mouseClick(&canvas(), Qt::LeftButton, Qt::NoModifier, placeOf(one));
-    choose("wordMenu", meaningText(WordMeaning::Begins));
+    choose("wordMenu", meaningText(Meaning::Begins));
     ASSERT_EQ(picked.size(), 1U);
-    EXPECT_EQ(told("wordText"), positionText(picked[0].h, picked[0].v) + "   " + picked[0].text);
-    EXPECT_EQ(picked[0].page, 1);
+    EXPECT_EQ(told("wordText"), rangeText(picked[0].range) + "   " + picked[0].text);
   });
 }
 
 TEST_F(PagePick, ADraggedRectangleIsAnAreaForWhatIsChosen) {
   openSample();
-  std::vector<std::pair<AreaMeaning, PickedArea>> picked;
-  m_viewer.onAreaMeant = [&](AreaMeaning meaning, const PickedArea& area) {
-    picked.emplace_back(meaning, area);
+  std::vector<std::pair<Meaning, PositionRange>> picked;
+  m_viewer.onMeant = [&](Meaning meaning, const Picked& area) {
+    EXPECT_EQ(area.text, "") << "a drag is no click";
+    picked.emplace_back(meaning, area.range);
   };
-  m_viewer.onWordMeant = [](WordMeaning, const PickedPlace&) { FAIL() << "a drag is no click"; };
   // From below and right of the word to above and left of it.
   const ViewedWord account = word("Account:");
   const QPoint from = placeAt(account.h + 20, account.v + 5);
@@ -96,11 +95,10 @@ TEST_F(PagePick, ADraggedRectangleIsAnAreaForWhatIsChosen) {
   const QString shown = told("wordText");
   EXPECT_TRUE(shown.contains("words in it: 1")) << shown.toStdString();
   QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, to);
-  choose("areaMenu", meaningText(AreaMeaning::Names));
+  choose("areaMenu", meaningText(Meaning::AreaNames));
   ASSERT_EQ(picked.size(), 1U);
   const auto [meaning, area] = picked[0];
-  EXPECT_EQ(meaning, AreaMeaning::Names);
-  EXPECT_EQ(area.page, 1);
+  EXPECT_EQ(meaning, Meaning::AreaNames);
   const double pointsAPixel = 1 / unitsPerPoint(canvas().page().size, {});
   for (const int off : {area.hFrom - account.h + 5, area.hTo - account.h - 20,
                         area.vFrom - account.v + 12, area.vTo - account.v - 5}) {
@@ -112,7 +110,7 @@ TEST_F(PagePick, ADraggedRectangleIsAnAreaForWhatIsChosen) {
   QTest::mousePress(&canvas(), Qt::LeftButton, Qt::NoModifier, placeAt(40, 40));
   moveTo(QPoint(1, 1), Qt::LeftButton);
   QTest::mouseRelease(&canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
-  choose("areaMenu", meaningText(AreaMeaning::SearchHere));
+  choose("areaMenu", meaningText(Meaning::AreaSearched));
   ASSERT_EQ(picked.size(), 2U);
   EXPECT_EQ(picked[1].second.hFrom, 1);
   EXPECT_EQ(picked[1].second.vFrom, 1);
@@ -122,8 +120,8 @@ TEST_F(PagePick, TheKeyboardGoesFromWordToWordAndOpensTheMenu) {
   openSample();
   canvas().setFocus();
   QStringList picked;
-  m_viewer.onWordMeant = [&](WordMeaning meaning, const PickedPlace& place) {
-    picked += place.text + (meaning == WordMeaning::Begins ? "" : "?");
+  m_viewer.onMeant = [&](Meaning meaning, const Picked& word) {
+    picked += word.text + (meaning == Meaning::Begins ? "" : "?");
   };
   key(Qt::Key_Return); // there is no cursor yet
   EXPECT_EQ(QApplication::activePopupWidget(), nullptr);

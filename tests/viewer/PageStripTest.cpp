@@ -17,10 +17,6 @@ protected:
     m_strip.resize(190, 700);
     m_strip.show();
   }
-  void open(const QString& path, int pages) {
-    m_strip.openFile({path});
-    ASSERT_TRUE(waitUntil([&] { return m_strip.pageCount() == pages; }));
-  }
   QModelIndex at(int page) { return m_strip.model()->index(page - 1, 0); }
   QString spoken(int page) { return at(page).data(Qt::AccessibleTextRole).toString(); }
   /// The ground beside a page in sight.
@@ -48,7 +44,7 @@ protected:
 
 TEST_F(PageStrips, KeyboardAndMouseChooseAndOthersOnlyMark) {
   const QAbstractItemModelTester tester(m_strip.model());
-  open(samplePath(), 40);
+  m_strip.showFile({samplePath()}, 40);
   EXPECT_EQ(m_strip.currentPage(), 1);
   EXPECT_TRUE(m_chosen.empty()) << "opening is no choice";
   QTest::keyClick(&m_strip, Qt::Key_Down);
@@ -61,13 +57,13 @@ TEST_F(PageStrips, KeyboardAndMouseChooseAndOthersOnlyMark) {
   EXPECT_EQ(m_chosen.size(), 3U);
   QTest::mouseClick(m_strip.viewport(), Qt::LeftButton, {}, m_strip.visualRect(at(8)).center());
   EXPECT_EQ(m_chosen.back(), 8);
-  m_strip.closeFile();
+  m_strip.showFile({}, 0);
   EXPECT_EQ(m_strip.currentPage(), 0);
   EXPECT_EQ(m_strip.model()->rowCount(), 0);
 }
 
 TEST_F(PageStrips, BandsTellWhichPagesGoTogetherAndWhichAreLeftOver) {
-  open(samplePath(), 40);
+  m_strip.showFile({samplePath()}, 40);
   EXPECT_EQ(spoken(1), "Page 1");
   m_strip.resize(600, 900); // several beside each other
   m_strip.setBands({{{4, 4, "b.pdf"}, {1, 2, "a.pdf"}, {5, 9, "c.pdf"}, {6, 6, "late.pdf"}}});
@@ -84,7 +80,7 @@ TEST_F(PageStrips, BandsTellWhichPagesGoTogetherAndWhichAreLeftOver) {
 }
 
 TEST_F(PageStrips, PagesComeWhereOneScrolls) {
-  open(samplePath(), 40);
+  m_strip.showFile({samplePath()}, 40);
   EXPECT_TRUE(waitUntil([this] { return isDrawn(1); }));
   m_strip.verticalScrollBar()->setValue(m_strip.verticalScrollBar()->maximum());
   EXPECT_TRUE(waitUntil([this] { return isDrawn(40); }));
@@ -93,14 +89,18 @@ TEST_F(PageStrips, PagesComeWhereOneScrolls) {
   EXPECT_TRUE(waitUntil([this] { return isDrawn(20); }));
 }
 
-TEST_F(PageStrips, AFileThatDoesNotOpenLeavesItEmptyAndTheNextOpens) {
-  open(samplePath(), 40);
-  m_strip.openFile({QStringLiteral("/nowhere.pdf")});
-  EXPECT_EQ(m_strip.pageCount(), 0);
+TEST_F(PageStrips, WhatIsKnownOfAFileStaysWithIt) {
+  m_strip.showFile({samplePath()}, 40);
+  m_strip.setBands({{{1, 2, "a.pdf"}}});
   m_strip.setCurrentPage(12);
-  m_strip.openFile({samplePath()});
-  ASSERT_TRUE(waitUntil([&] { return m_strip.pageCount() == 40; }));
-  EXPECT_EQ(m_strip.currentPage(), 1) << "a page of another file means nothing here";
+  m_strip.showFile({samplePath()}, 0);
+  EXPECT_EQ(m_strip.currentPage(), 0);
+  m_strip.showFile({samplePath()}, 40);
+  EXPECT_EQ(spoken(2), "Page 2, page 2 of 2 in a.pdf") << "opened again";
+  ASSERT_TRUE(QFile::copy(samplePath(), OwnFolder::at("copy.pdf")));
+  m_strip.showFile({OwnFolder::at("copy.pdf")}, 40);
+  EXPECT_EQ(m_strip.currentPage(), 1);
+  EXPECT_EQ(spoken(2), "Page 2") << "another file";
 }
 
 } // namespace

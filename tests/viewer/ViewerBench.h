@@ -6,6 +6,7 @@
 #include "engine/job/JobDriver.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
+#include "engine/words/TableFiller.h"
 #include "tests/support/PdfBuilder.h"
 #include "tests/support/Programs.h"
 #include "tests/support/RealLibraries.h"
@@ -56,6 +57,13 @@ protected:
       return m_viewer.pageCount() > 0 && canvas().page().page == m_viewer.page() &&
              !canvas().page().image.isNull();
     });
+  }
+  /// Hands over the words of a file, which come in by and by.
+  void readWords(const QString& path) {
+    m_words = std::make_shared<WordTable>(std::size_t{1} << 24U);
+    m_filler = std::make_unique<TableFiller>(*RealLibraries::get().text,
+                                             TableFiller::Source{path, {}, 1.02}, m_words, false);
+    m_viewer.setWords(m_words);
   }
   /// Opens a file and waits for its first page.
   void open(const ViewedFile& file) {
@@ -114,6 +122,8 @@ protected:
   RecordingOperator m_person;
   std::unique_ptr<JobDriver> m_driver;
   PagePane m_viewer;
+  std::shared_ptr<WordTable> m_words;
+  std::unique_ptr<TableFiller> m_filler;
 };
 
 } // namespace folivex::test

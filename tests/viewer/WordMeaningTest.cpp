@@ -26,17 +26,15 @@ protected:
 };
 
 TEST_F(WordMeanings, OfAWordComeTrueInThePlan) {
-  std::pair<WordMeaning, PickedPlace> meant;
-  m_viewer.onWordMeant = [&](WordMeaning meaning, const PickedPlace& place) {
-    meant = {meaning, place};
-  };
+  std::pair<Meaning, Picked> meant;
+  m_viewer.onMeant = [&](Meaning meaning, const Picked& picked) { meant = {meaning, picked}; };
   forEachRow("viewer/meanings.json", [&](SplitSetup start, const QStringList& row) {
     start.fileName = samplePath();
     start.outputDir = at("out");
     open({samplePath(), {}, start.rotated});
     QTest::mouseClick(&canvas(), Qt::LeftButton, {}, placeOf(word(row[1].toUtf8())));
     QString entry;
-    for (const WordMeaning one : wordMeanings()) {
+    for (const Meaning one : meaningsOf({{}, row[1]})) {
       const QString text = meaningText(one);
       entry = QString(text).remove(u'&') == row[0] ? text : entry;
     }
@@ -54,37 +52,38 @@ TEST_F(WordMeanings, OfAWordComeTrueInThePlan) {
 TEST_F(WordMeanings, OfAnAreaComeTrueInThePlan) {
   openSample();
   const ViewedWord number = word("10472");
-  const PickedArea here{{number.h - 3, number.h + 3, number.v - 1, number.v + 1}, 1};
+  const Picked here{{number.h - 3, number.h + 3, number.v - 1, number.v + 1}};
   setup().extract = fileNameMethodTexts()[0];
   setup().prefixFileName.clear();
-  takeMeaning(setup(), AreaMeaning::Begins, here);
+  takeMeaning(setup(), Meaning::AreaBegins, here);
   EXPECT_EQ(planned(), "12: 1-3 10472, 4-4 10518");
   setup().findString = QStringLiteral("Account:");
-  takeMeaning(setup(), AreaMeaning::SearchHere, here);
+  takeMeaning(setup(), Meaning::AreaSearched, here);
   EXPECT_EQ(planned(), "0: ") << "the word stands beside the area";
   const ViewedWord label = word("Account:");
-  takeMeaning(setup(), AreaMeaning::SearchHere, {{label.h, label.h, label.v, label.v}, 1});
-  takeMeaning(setup(), AreaMeaning::Names, here);
+  takeMeaning(setup(), Meaning::AreaSearched, {{label.h, label.h, label.v, label.v}});
+  takeMeaning(setup(), Meaning::AreaNames, here);
   EXPECT_EQ(planned(), "12: 1-3 10472_1, 4-4 10518_4");
 }
 
 TEST_F(WordMeanings, OfAnAddressLeaveNoOtherPlaceInTheWay) {
-  const PickedPlace label{"E-mail:", 371, 150, 371, 150};
-  const PickedArea area{{371, 500, 140, 160}, 1};
+  const Picked label{{371, 371, 150, 150}, "E-mail:"};
+  const Picked area{{371, 500, 140, 160}};
   SplitSetup mail;
   mail.emailMatchVert = 700;
   mail.emailHorizBeforeText = QStringLiteral("x");
-  takeMeaning(mail, WordMeaning::AddressBehind, label);
+  takeMeaning(mail, Meaning::AddressBehind, label);
   EXPECT_EQ(changedLines(mail), QStringList("EMAILHORIZAFTERTEXT;E-mail:"));
   mail.rotated = true; // h and v of a search are swapped, those of an address are not
-  takeMeaning(mail, AreaMeaning::Address, area);
+  takeMeaning(mail, Meaning::AreaAddress, area);
   mail.rotated = false;
   EXPECT_EQ(changedLines(mail).join(u'|'),
             "EMAILMATCHVERT;371|EMAILMATCHVERTTO;500|EMAILMATCHHORIZFROM;140|"
             "EMAILMATCHHORIZTO;160");
-  for (const WordMeaning meaning : wordMeanings()) { // 0 and less mean other things in a search
-    EXPECT_EQ(canMean(meaning, {"x", 0, 5}),
-              meaning != WordMeaning::BeginsHere && meaning != WordMeaning::PlaceNames);
+  const Picked atEdge{{0, 0, 5, 5}, "x"};
+  for (const Meaning meaning : meaningsOf(atEdge)) { // 0 and less mean other things in a search
+    EXPECT_EQ(canMean(meaning, atEdge),
+              meaning != Meaning::BeginsHere && meaning != Meaning::PlaceNames);
   }
 }
 
