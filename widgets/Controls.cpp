@@ -62,18 +62,7 @@ QWidget* okAndCancel(QDialog* dialog, const char* okToolTip, const char* cancelT
   return buttons;
 }
 
-QPushButton* browseButton(const char* name, const QString& text, const QString& toolTip,
-                          QLineEdit* field, std::function<QString(const QString&)> choose) {
-  return sideButton(name, text, toolTip, field->parentWidget(),
-                    [field, choose = std::move(choose)] {
-                      if (const QString chosen = choose(field->text()); !chosen.isEmpty()) {
-                        field->setText(chosen);
-                      }
-                    });
-}
-
-QLineEdit* numberField(QWidget* parent) {
-  constexpr int characters = 9;
+QLineEdit* numberField(QWidget* parent, int characters) {
   auto* field = new QLineEdit(parent);
   const int width = field->fontMetrics().horizontalAdvance(QString(characters, u'9'));
   field->setFixedWidth(width + field->minimumSizeHint().width());

@@ -22,11 +22,6 @@ QPushButton* sideButton(const char* name, const QString& text, const QString& to
 /// Buttons named "ok", which Enter presses, and "cancel".
 QWidget* okAndCancel(QDialog* dialog, const char* okToolTip, const char* cancelToolTip);
 
-/// A button that asks for what stands in `field`: `choose` gets that and returns what takes its
-/// place, or nothing.
-QPushButton* browseButton(const char* name, const QString& text, const QString& toolTip,
-                          QLineEdit* field, std::function<QString(const QString& now)> choose);
-
 /// Gives a control its object name and its tooltip, and back.
 template <typename Control>
 Control* named(Control* control, const char* name, const char* toolTip = "") {
@@ -35,8 +30,8 @@ Control* named(Control* control, const char* name, const char* toolTip = "") {
   return control;
 }
 
-/// A line edit for a number or a position: as wide as those are.
-QLineEdit* numberField(QWidget* parent);
+/// A line edit for a number or a position, with room for this many characters.
+QLineEdit* numberField(QWidget* parent, int characters);
 
 /// A text that the Tab key's letter leads from to its field.
 QLabel* labelFor(QWidget* field, const QString& text);

@@ -4,6 +4,7 @@
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"
 #include "engine/setup/SplitSetup.h"
+#include "mail/OutlookMail.h"
 
 #include <initializer_list>
 
@@ -79,6 +80,8 @@ QSet<QString> idleSettings(const SplitSetup& setup) {
   idle.addUnless(!setup.useOutlook,
                  {"EMAILSMTP", "EMAILLOGIN", "EMAILPASSWORD", "EMAILFROMNAME", "EMAILHTML"});
   idle.addUnless(setup.useOutlook, {"USEOUTLOOKAUTO"});
+  // A setup from elsewhere may have it on: it must be possible to switch it off here.
+  idle.addUnless(setup.useOutlook || outlookProblem().isEmpty(), {"USEOUTLOOK"});
   return idle.keys();
 }
 
@@ -87,15 +90,9 @@ QSet<QString> ownSettings(const SplitSetup& setup) {
   const SplitSetup plain = alike(defaultSetup());
   QSet<QString> keys;
   for (const SetupField& field : setupFields()) {
-    std::visit(
-        [&](auto member) {
-          if constexpr (std::is_member_object_pointer_v<decltype(member)>) {
-            if (own.*member != plain.*member) {
-              keys += QString(field.key);
-            }
-          }
-        },
-        field.member);
+    if (valueOf(field, own) != valueOf(field, plain)) {
+      keys += QString(field.key);
+    }
   }
   return keys;
 }

@@ -2,6 +2,7 @@
 
 #include "engine/setup/SetupFields.h"
 #include "widgets/Controls.h"
+#include "widgets/ListTable.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +15,10 @@
 namespace folivex {
 
 namespace {
+
+// What fields of numbers have room for.
+constexpr int charactersOfRange = 9;
+constexpr int digitsOfPlace = 6;
 
 template <typename Value> const SetupField& fieldOf(Value SplitSetup::*setting) {
   const auto fields = setupFields();
@@ -32,48 +37,83 @@ QString factorText(double value) {
 
 } // namespace
 
-SetupBinding::Row& SetupBinding::add(const SetupField& setting, QWidget* control) {
-  const QString key(setting.key);
+template <typename Value, typename Control, typename Signal>
+SetupBinding::Row& SetupBinding::add(Value SplitSetup::*setting, Control* control, Signal changed) {
+  const SetupField& field = fieldOf(setting);
+  const QString key(field.key);
   control->setObjectName(key);
-  if (control->toolTip().isEmpty()) {
-    // As a paragraph it is broken into lines; a plain text would be one long one.
-    control->setToolTip(
-        QStringLiteral("<p>%1</p>").arg(QLatin1StringView(setting.tip).toString().toHtmlEscaped()));
-  }
-  m_rows.push_back({key, control, std::make_unique<FieldProblem>(control), {}, {}, {}, false});
-  return m_rows.back();
+  control->setToolTip(cellToolTip(QString::fromLatin1(field.tip)));
+  QObject::connect(control, changed, control, [this, key] {
+    if (!m_isShowing && onEdited) {
+      onEdited(key);
+    }
+  });
+  Row& row = m_rows.emplace_back();
+  row.key = key;
+  row.control = control;
+  row.problem = std::make_unique<FieldProblem>(control);
+  return row;
 }
 
-void SetupBinding::edited(const QWidget* control) {
-  if (!m_isShowing && onEdited) {
-    onEdited(control->objectName());
-  }
-}
-
-void SetupBinding::bind(bool SplitSetup::*setting, QCheckBox* box) {
-  Row& row = add(fieldOf(setting), box);
+QCheckBox* SetupBinding::box(bool SplitSetup::*setting, const QString& label, QWidget* line) {
+  auto* box = new QCheckBox(label, line);
+  Row& row = add(setting, box, &QCheckBox::toggled);
   row.show = [=](const SplitSetup& setup) { box->setChecked(setup.*setting); };
   row.take = [=](SplitSetup& setup) { setup.*setting = box->isChecked(); };
-  QObject::connect(box, &QCheckBox::toggled, box, [=, this] { edited(box); });
+  return box;
 }
 
-void SetupBinding::bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown) {
-  Row& row = add(fieldOf(setting), field);
+QLineEdit* SetupBinding::text(QString SplitSetup::*setting, Shown shown, QWidget* line) {
+  QLineEdit* field =
+      shown == Shown::Position ? numberField(line, charactersOfRange) : new QLineEdit(line);
+  field->setEchoMode(shown == Shown::Never ? QLineEdit::Password : QLineEdit::Normal);
   if (const int limit = fieldOf(setting).limit; limit > 0) {
     field->setMaxLength(limit);
   }
+  Row& row = add(setting, field, &QLineEdit::textChanged);
   row.show = [=](const SplitSetup& setup) {
     field->setText(setup.*setting);
-    if (shown == Shown::Front) {
+    if (shown != Shown::End) {
       field->setCursorPosition(0);
     }
   };
   row.take = [=](SplitSetup& setup) { setup.*setting = field->text(); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
+  return field;
 }
 
-void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
-  Row& row = add(fieldOf(setting), list);
+QLineEdit* SetupBinding::whole(int SplitSetup::*setting, WholeLimits limits, QWidget* line) {
+  QLineEdit* field = numberField(line, digitsOfPlace);
+  Row& row = add(setting, field, &QLineEdit::textChanged);
+  row.show = [=](const SplitSetup& setup) { field->setText(QString::number(setup.*setting)); };
+  row.take = [=](SplitSetup& setup) {
+    bool isNumber = false;
+    const int value = field->text().trimmed().toInt(&isNumber);
+    setup.*setting = isNumber ? value : setup.*setting;
+  };
+  row.inputProblem = [=] { return wholeNumberProblem(field->text(), limits); };
+  return field;
+}
+
+QLineEdit* SetupBinding::factor(double SplitSetup::*setting, QWidget* line) {
+  QLineEdit* field = numberField(line, charactersOfRange);
+  Row& row = add(setting, field, &QLineEdit::textChanged);
+  row.show = [=](const SplitSetup& setup) { field->setText(factorText(setup.*setting)); };
+  row.take = [=](SplitSetup& setup) {
+    if (factorProblem(field->text()).isEmpty()) {
+      setup.*setting = field->text().trimmed().toDouble();
+    }
+  };
+  row.inputProblem = [=] { return factorProblem(field->text()); };
+  return field;
+}
+
+QComboBox* SetupBinding::list(QString SplitSetup::*setting, const QStringList& entries,
+                              QWidget* line) {
+  auto* list = new QComboBox(line);
+  list->addItems(entries);
+  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  Row& row = add(setting, list, &QComboBox::currentIndexChanged);
   row.show = [=](const SplitSetup& setup) {
     const QString& text = setup.*setting;
     // A separator of the list is an entry with an empty text.
@@ -82,11 +122,15 @@ void SetupBinding::bind(QString SplitSetup::*setting, QComboBox* list) {
     list->setCurrentIndex(std::max(entry, 0));
   };
   row.take = [=](SplitSetup& setup) { setup.*setting = list->currentText(); };
-  QObject::connect(list, &QComboBox::currentIndexChanged, list, [=, this] { edited(list); });
+  return list;
 }
 
-void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
-  Row& row = add(fieldOf(setting), field);
+QPlainTextEdit* SetupBinding::longText(QString SplitSetup::*setting, QWidget* line) {
+  auto* field = new QPlainTextEdit(line);
+  constexpr int linesAtLeast = 5;
+  field->setMinimumHeight(linesAtLeast * field->fontMetrics().lineSpacing());
+  field->setTabChangesFocus(true);
+  Row& row = add(setting, field, &QPlainTextEdit::textChanged);
   row.show = [=](const SplitSetup& setup) {
     field->setPlainText(
         QString(setup.*setting).replace(QLatin1String("\r\n"), QLatin1String("\n")));
@@ -94,54 +138,19 @@ void SetupBinding::bind(QString SplitSetup::*setting, QPlainTextEdit* field) {
   row.take = [=](SplitSetup& setup) {
     setup.*setting = field->toPlainText().replace(u'\n', QLatin1String("\r\n"));
   };
-  QObject::connect(field, &QPlainTextEdit::textChanged, field, [=, this] { edited(field); });
+  return field;
 }
 
-void SetupBinding::bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits) {
-  Row& row = add(fieldOf(setting), field);
-  row.show = [=](const SplitSetup& setup) { field->setText(QString::number(setup.*setting)); };
-  row.take = [=](SplitSetup& setup) {
-    bool isNumber = false;
-    const int value = field->text().trimmed().toInt(&isNumber);
-    setup.*setting = isNumber ? value : setup.*setting;
-  };
-  row.inputProblem = [=] { return wholeNumberProblem(field->text(), limits); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
+QLabel* SetupBinding::problemLine() const {
+  return m_rows.back().problem->label();
 }
 
-void SetupBinding::bind(double SplitSetup::*setting, QLineEdit* field) {
-  Row& row = add(fieldOf(setting), field);
-  row.show = [=](const SplitSetup& setup) { field->setText(factorText(setup.*setting)); };
-  row.take = [=](SplitSetup& setup) {
-    if (factorProblem(field->text()).isEmpty()) {
-      setup.*setting = field->text().trimmed().toDouble();
-    }
-  };
-  row.inputProblem = [=] { return factorProblem(field->text()); };
-  QObject::connect(field, &QLineEdit::textChanged, field, [=, this] { edited(field); });
+void SetupBinding::follow(QWidget* companion) {
+  m_rows.back().companions += companion;
 }
 
-QLineEdit* SetupBinding::field(QString SplitSetup::*setting, QWidget* parent, Shown shown) {
-  auto* made = new QLineEdit(parent);
-  bind(setting, made, shown);
-  return made;
-}
-
-QLineEdit* SetupBinding::numberField(int SplitSetup::*setting, QWidget* parent,
-                                     WholeLimits limits) {
-  QLineEdit* made = folivex::numberField(parent);
-  bind(setting, made, limits);
-  return made;
-}
-
-QCheckBox* SetupBinding::box(bool SplitSetup::*setting, const QString& label, QWidget* parent) {
-  auto* made = new QCheckBox(label, parent);
-  bind(setting, made);
-  return made;
-}
-
-void SetupBinding::follow(const QString& key, QWidget* companion) {
-  m_companions[key] += companion;
+void SetupBinding::say(QLabel* label, Words words) {
+  m_words.emplace_back(label, words);
 }
 
 void SetupBinding::show(const SplitSetup& setup) {
@@ -158,6 +167,32 @@ void SetupBinding::take(SplitSetup& setup) const {
   }
 }
 
+void SetupBinding::adapt(const SplitSetup& setup, const QSet<QString>& idle) {
+  for (const Row& row : m_rows) {
+    for (QWidget* widget : QList<QWidget*>{row.control} + row.companions) {
+      widget->setEnabled(!idle.contains(row.key));
+    }
+  }
+  for (const auto& [label, words] : m_words) {
+    label->setText(words(setup));
+  }
+}
+
+void SetupBinding::hideLines(const QSet<QString>& keys) {
+  QSet<QWidget*> seen;
+  for (const Row& row : m_rows) {
+    if (!keys.contains(row.key)) {
+      seen += row.control->parentWidget();
+    }
+  }
+  for (const Row& row : m_rows) {
+    QWidget* line = row.control->parentWidget();
+    for (QWidget* widget : QList<QWidget*>{line} + row.companions) {
+      widget->setVisible(seen.contains(line));
+    }
+  }
+}
+
 SettingFindings SetupBinding::inputFindings() const {
   SettingFindings findings;
   for (const Row& row : m_rows) {
@@ -170,56 +205,19 @@ SettingFindings SetupBinding::inputFindings() const {
   return findings;
 }
 
-void SetupBinding::disable(const QSet<QString>& keys) {
-  for (const Row& row : m_rows) {
-    const bool enabled = !keys.contains(row.key);
-    row.control->setEnabled(enabled);
-    for (QWidget* companion : m_companions.value(row.key)) {
-      companion->setEnabled(enabled);
-    }
-  }
-}
-
-void SetupBinding::addLine(const QStringList& keys, const QList<QWidget*>& widgets) {
-  m_lines.push_back({QSet<QString>(keys.begin(), keys.end()), widgets});
-}
-
-void SetupBinding::hideLines(const QSet<QString>& keys) {
-  for (const Line& line : m_lines) {
-    const bool isSeen = line.keys.isEmpty() || !keys.contains(line.keys);
-    for (QWidget* widget : line.widgets) {
-      widget->setVisible(isSeen);
-    }
-  }
-}
-
 QString SetupBinding::label(const QString& key) const {
-  const auto plain = [](const QString& text) {
-    QString all = text;
-    return all.remove(u'&');
-  };
   const QWidget* of = control(key);
-  if (of != nullptr && !of->accessibleName().isEmpty()) {
-    return of->accessibleName(); // its label alone would not tell it apart
-  }
-  if (const auto* box = qobject_cast<const QCheckBox*>(of)) {
-    return plain(box->text());
-  }
-  for (const QWidget* companion : m_companions.value(key)) {
-    if (const auto* text = qobject_cast<const QLabel*>(companion)) {
-      return plain(text->text());
-    }
-  }
-  return key;
+  const auto* box = qobject_cast<const QCheckBox*>(of);
+  return box == nullptr ? of->accessibleName() : box->text().remove(u'&');
 }
 
-QString SetupBinding::shownValue(const QString& key) const {
-  const QWidget* of = control(key);
-  if (const auto* field = qobject_cast<const QLineEdit*>(of)) {
-    return field->echoMode() == QLineEdit::Normal ? field->text() : QString();
-  }
-  const auto* list = qobject_cast<const QComboBox*>(of);
-  return list == nullptr ? QString() : list->currentText();
+QString SetupBinding::said(const QString& key) const {
+  const auto* field = qobject_cast<const QLineEdit*>(control(key));
+  const auto* list = qobject_cast<const QComboBox*>(control(key));
+  const QString value = list != nullptr ? list->currentText()
+                        : field != nullptr && field->echoMode() == QLineEdit::Normal ? field->text()
+                                                                                     : QString();
+  return value.isEmpty() ? label(key) : label(key) + u' ' + value;
 }
 
 void SetupBinding::tell(const SettingFindings& findings, Telling telling) {
@@ -264,12 +262,6 @@ QWidget* SetupBinding::control(const QString& key) const {
   const auto row = std::find_if(m_rows.begin(), m_rows.end(),
                                 [&](const Row& candidate) { return candidate.key == key; });
   return row == m_rows.end() ? nullptr : row->control;
-}
-
-QLabel* SetupBinding::problemLine(const QWidget* control) const {
-  const auto row = std::find_if(m_rows.begin(), m_rows.end(),
-                                [&](const Row& candidate) { return candidate.control == control; });
-  return row == m_rows.end() ? nullptr : row->problem->label();
 }
 
 } // namespace folivex

@@ -6,7 +6,6 @@
 #include "engine/setup/SplitSetup.h"
 #include "widgets/FieldProblem.h"
 
-#include <QHash>
 #include <QSet>
 #include <QStringList>
 
@@ -21,68 +20,63 @@ class QPlainTextEdit;
 
 namespace folivex {
 
-struct SetupField;
+/// What is seen of a text that is too long for its field: of a path, the end tells more; of a
+/// password, nothing is seen. The field of a position is as wide as those are.
+enum class Shown { Front, End, Never, Position };
 
-/// The table of a window's settings. bind() gives the control the setting's key as its object name,
-/// its tooltip, and a line for problems. The controls belong to their window, which must live as
-/// long as this is used.
+/// The table of a window's settings. It makes the control of each in `line`, a widget of its own,
+/// with the setting's key as object name, its tooltip, and a line for problems. The controls belong
+/// to their window, which must live as long as this is used.
 class SetupBinding {
 public:
   SetupBinding() = default;
   SetupBinding(const SetupBinding&) = delete;
   SetupBinding& operator=(const SetupBinding&) = delete;
 
-  void bind(bool SplitSetup::*setting, QCheckBox* box);
-  /// What is seen of a text that is too long for its field: of a path, the end tells more.
-  enum class Shown { Front, End };
-  void bind(QString SplitSetup::*setting, QLineEdit* field, Shown shown = Shown::Front);
-  /// A text that is not in the list shows as its first entry.
-  void bind(QString SplitSetup::*setting, QComboBox* list);
-  void bind(QString SplitSetup::*setting, QPlainTextEdit* field);
-  void bind(int SplitSetup::*setting, QLineEdit* field, WholeLimits limits = {});
-  void bind(double SplitSetup::*setting, QLineEdit* field);
+  QCheckBox* box(bool SplitSetup::*setting, const QString& label, QWidget* line);
+  QLineEdit* text(QString SplitSetup::*setting, Shown shown, QWidget* line);
+  QLineEdit* whole(int SplitSetup::*setting, WholeLimits limits, QWidget* line);
+  QLineEdit* factor(double SplitSetup::*setting, QWidget* line);
+  /// A text that is not among `entries` shows as their first.
+  QComboBox* list(QString SplitSetup::*setting, const QStringList& entries, QWidget* line);
+  QPlainTextEdit* longText(QString SplitSetup::*setting, QWidget* line);
 
-  /// Controls that are made here, for a text, a number of the usual width and a yes or no.
-  QLineEdit* field(QString SplitSetup::*setting, QWidget* parent, Shown shown = Shown::Front);
-  QLineEdit* numberField(int SplitSetup::*setting, QWidget* parent, WholeLimits limits = {});
-  QCheckBox* box(bool SplitSetup::*setting, const QString& label, QWidget* parent);
-
-  /// Another control that is enabled and disabled with a setting (a button that fills its field).
-  void follow(const QString& key, QWidget* companion);
+  /// The line that tells what is wrong with the setting whose control was made last.
+  QLabel* problemLine() const;
+  /// Belongs to the setting whose control was made last: is enabled, disabled, seen and hidden with
+  /// it.
+  void follow(QWidget* companion);
+  /// A text that says what the settings come to.
+  using Words = QString (*)(const SplitSetup& setup);
+  void say(QLabel* label, Words words);
 
   void show(const SplitSetup& setup);
   /// Sets what is bound, and nothing else. A number that is none leaves the setting as it was.
   void take(SplitSetup& setup) const;
-
-  /// What stands in the fields of numbers and is none; fields that are disabled do not count.
-  SettingFindings inputFindings() const;
-
-  /// Every control of these settings is disabled, all others are enabled.
-  void disable(const QSet<QString>& keys);
-
-  /// Widgets that stand in one line with the controls of these settings.
-  void addLine(const QStringList& keys, const QList<QWidget*>& widgets);
+  /// Disables the controls of these settings, enables all others, and has the words said of
+  /// `setup`.
+  void adapt(const SplitSetup& setup, const QSet<QString>& idle);
   /// Lines whose settings are all among these are not seen.
   void hideLines(const QSet<QString>& keys);
 
-  /// What a person calls a setting: the text of its box or label, without a letter for the Alt key.
-  QString label(const QString& key) const;
-  /// What stands in a setting's control, for a person to read; empty for a box, and for what is not
-  /// to be read.
-  QString shownValue(const QString& key) const;
-
+  /// What stands in the fields of numbers and is none; fields that are disabled do not count.
+  SettingFindings inputFindings() const;
   enum class Telling {
     All,    ///< everything that was found
     Editing ///< while the person edits: hints, and problems that had been told and still hold
   };
   void tell(const SettingFindings& findings, Telling telling);
-  /// Puts the cursor into the first field, in the order of bind(), that has a problem.
+  /// Puts the cursor into the first field, in the order of their making, that has a problem.
   void focusFirst(const SettingFindings& findings) const;
 
+  /// A setting as a person reads it: what it is called, and its value. For a box the name alone, so
+  /// for what is not to be read.
+  QString said(const QString& key) const;
+  /// What a person calls a setting.
+  QString label(const QString& key) const;
+
   QStringList keys() const;
-  QWidget* control(const QString& key) const;
-  /// The line for problems of a control, null when the control is not bound.
-  QLabel* problemLine(const QWidget* control) const;
+  QWidget* control(const QString& key) const; ///< null when there is none
 
   /// The person, or the program, changed the control of this setting; not called by show().
   std::function<void(const QString& key)> onEdited;
@@ -95,20 +89,15 @@ private:
     std::function<void(const SplitSetup&)> show;
     std::function<void(SplitSetup&)> take;
     std::function<QString()> inputProblem; ///< may be empty
+    QList<QWidget*> companions;
     bool tellsProblem = false;
   };
 
-  struct Line {
-    QSet<QString> keys;
-    QList<QWidget*> widgets;
-  };
-
-  Row& add(const SetupField& setting, QWidget* control);
-  void edited(const QWidget* control);
+  template <typename Value, typename Control, typename Signal>
+  Row& add(Value SplitSetup::*setting, Control* control, Signal changed);
 
   std::vector<Row> m_rows;
-  std::vector<Line> m_lines;
-  QHash<QString, QList<QWidget*>> m_companions;
+  std::vector<std::pair<QLabel*, Words>> m_words;
   bool m_isShowing = false;
 };
 

@@ -1,11 +1,10 @@
 #include "app/dialogs/SetupDialog.h"
 
-#include "app/dialogs/FormArea.h"
-#include "app/dialogs/SettingUse.h"
-#include "app/dialogs/SetupChecks.h"
 #include "widgets/Controls.h"
 
+#include <QGroupBox>
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPushButton>
 
 #include <algorithm>
@@ -14,39 +13,43 @@ namespace folivex {
 
 SetupDialog::SetupDialog(const char* name, const char* title, const char* helpTopic, Check check,
                          Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent), m_dialogs(dialogs), m_helpTopic(QString::fromLatin1(helpTopic)),
-      m_check(check) {
+    : QDialog(parent), m_helpTopic(QString::fromLatin1(helpTopic)), m_check(check),
+      m_dialogs(dialogs), m_form(new SetupForm(check, this)) {
   setObjectName(QString::fromLatin1(name));
   setWindowTitle(QString::fromLatin1(title));
+  m_form->binding().onEdited = [this](const QString& /*key*/) { adapt(); };
 }
 
-void SetupDialog::finish(const QList<QWidget*>& left, const QList<QWidget*>& right,
-                         int startWidth) {
-  m_form = new FormArea(this);
-  m_form->setColumns(left, right);
+FormGrid SetupDialog::group(const char* title, const char* usualLabel) {
+  QWidget* owner = *title == '\0' ? new QWidget(m_form->widget())
+                                  : new QGroupBox(QString::fromLatin1(title), m_form->widget());
+  m_groups += owner;
+  return {owner, {m_form->binding(), m_dialogs}, QString::fromLatin1(usualLabel)};
+}
+
+void SetupDialog::nextColumn() {
+  m_form->addColumn(m_groups);
+  m_groups.clear();
+}
+
+void SetupDialog::finish(int startWidth) {
+  nextColumn();
   m_helpButton =
       sideButton("help", QStringLiteral("Help"), QStringLiteral("Help on these settings (F1)"),
                  this, [this] { onHelp(m_helpTopic); });
   QWidget* buttons = okAndCancel(this, "Take these settings", "Leave the settings as they were");
   stack(this, {{m_form, 1}, sideBySide(this, {m_helpButton, {buttons, 1}})});
   resizeOnScreen(this, QSize(startWidth, sizeHint().height()));
-  m_binding.onEdited = [this](const QString& /*key*/) { edited(); };
 }
 
 void SetupDialog::setSetup(const SplitSetup& setup) {
-  m_setup = setup;
-  m_binding.show(setup);
-  edited();
+  m_form->setSetup(setup);
+  adapt();
 }
 
-SplitSetup SetupDialog::shown() const {
-  SplitSetup setup = m_setup;
-  m_binding.take(setup);
-  return setup;
-}
-
-QSet<QString> SetupDialog::idle(const SplitSetup& setup) const {
-  return idleSettings(setup);
+void SetupDialog::adapt() {
+  m_form->adapt();
+  fit();
 }
 
 void SetupDialog::fit() {
@@ -62,26 +65,10 @@ void SetupDialog::fit() {
   }
 }
 
-SettingFindings SetupDialog::findings(const SplitSetup& setup) const {
-  return joined({m_binding.inputFindings(), m_check(setup), lostInFile(setup, m_binding.keys())});
-}
-
-void SetupDialog::edited() {
-  const SplitSetup setup = shown();
-  m_binding.disable(idle(setup));
-  m_binding.tell(findings(setup), SetupBinding::Telling::Editing);
-  fit();
-}
-
 bool SetupDialog::tellProblems(const SplitSetup& setup) {
-  const SettingFindings found = findings(setup);
-  m_binding.tell(found, SetupBinding::Telling::All);
+  const bool isRight = m_form->tellAll(m_check(setup));
   fit();
-  m_binding.focusFirst(found);
-  if (hasProblem(found) && focusWidget() != nullptr) {
-    m_form->ensureWidgetVisible(focusWidget());
-  }
-  return !hasProblem(found);
+  return isRight;
 }
 
 void SetupDialog::accept() {

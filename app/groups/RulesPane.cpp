@@ -2,28 +2,42 @@
 
 #include "app/dialogs/SettingUse.h"
 #include "app/groups/SettingWords.h"
-#include "app/groups/SetupGroups.h"
+#include "app/groups/SetupGroup.h"
+#include "engine/setup/FileNameMethod.h"
+#include "widgets/Controls.h"
 #include "widgets/WindowMemory.h"
 
+#include <QComboBox>
 #include <QFrame>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QVBoxLayout>
 
 namespace folivex {
+
+/// Settings of a dialog of their own: what they come to, and a button that opens it.
+struct DialogGroupRow {
+  RulesPart part;
+  const char* name; ///< object name
+  const char* title;
+  const char* helpTopic;
+  const char* toolTip; ///< of its button
+  SetupBinding::Words words;
+};
 
 namespace {
 
 constexpr std::array dialogGroups = {
-    DialogGroupRow{"mailGroup", "Mail", "email-settings", "Server, message and address search",
-                   mailWords},
-    DialogGroupRow{"reportsGroup", "Reports", "report-options",
+    DialogGroupRow{RulesPart::Mail, "mailGroup", "Mail", "email-settings",
+                   "Server, message and address search", mailWords},
+    DialogGroupRow{RulesPart::Reports, "reportsGroup", "Reports", "report-options",
                    "Reports, list of names, gaps between words", reportWords},
-    DialogGroupRow{"otherGroup", "Other settings", "other-settings",
+    DialogGroupRow{RulesPart::Other, "otherGroup", "Other settings", "other-settings",
                    "What is removed before a run and from names", otherWords},
-    DialogGroupRow{"commandGroup", "Split command", "split-command",
+    DialogGroupRow{RulesPart::Command, "commandGroup", "Split command", "split-command",
                    "Write outputs with another program", commandWords},
 };
 
@@ -34,45 +48,61 @@ QFrame* ruler(QWidget* parent) {
   return line;
 }
 
+SettingFindings checkWhileEditing(const SplitSetup& setup) {
+  return checkSplitSettings(setup, SetupPurpose::Editing);
+}
+
 } // namespace
 
-RulesPane::RulesPane(Dialogs& dialogs, WindowMemory& memory, QWidget* parent) : FormArea(parent) {
+RulesPane::RulesPane(Dialogs& dialogs, WindowMemory& memory, QWidget* parent)
+    : SetupForm(checkWhileEditing, parent) {
   setObjectName(QStringLiteral("rulesPane"));
-  const GroupParts parts{m_binding, dialogs, memory};
-  m_groups = {new SourceGroup(parts, widget()), new SearchGroup(parts, widget()),
-              m_ranges = new RangesGroup(parts, widget()),
-              m_names = new NamesGroup(parts, widget()), new OutputGroup(parts, widget())};
-  auto* column = new QVBoxLayout(widget());
-  for (SetupGroup* group : m_groups) {
-    column->addWidget(group);
-    column->addWidget(ruler(widget()));
+  QList<QWidget*> column;
+  for (std::size_t i = 0; i < m_groups.size(); ++i) {
+    m_groups[i] = new SetupGroup(setupGroups()[i], {binding(), dialogs, &memory, true}, widget());
+    column += {m_groups[i], ruler(widget())};
   }
-  buildDialogGroups();
-  column->addStretch(1);
+  for (const DialogGroupRow& row : dialogGroups) {
+    column += dialogGroup(row);
+  }
+  addColumn(column);
   constexpr int air = 6;
-  column->setContentsMargins(air, air, air, air);
+  widget()->layout()->setContentsMargins(air, air, air, air);
   m_leastWidth = widget()->minimumSizeHint().width();
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   rememberFolds(memory);
-  m_binding.onEdited = [this](const QString& key) { edited(key); };
+  binding().onEdited = [this](const QString& key) { edited(key); };
   for (QLineEdit* field : findChildren<QLineEdit*>()) {
     field->installEventFilter(this);
+    field->setAcceptDrops(false); // a file dropped there is for the window
   }
 }
 
-void RulesPane::buildDialogGroups() {
-  for (const DialogGroupRow& row : dialogGroups) {
-    auto* group = new DialogGroup(row, widget());
-    const auto part =
-        static_cast<RulesPart>(static_cast<std::size_t>(RulesPart::Mail) + m_dialogGroups.size());
-    group->onChange = [this, part] {
-      if (onDialogWanted) {
-        onDialogWanted(part);
-      }
-    };
-    static_cast<QVBoxLayout*>(widget()->layout())->addWidget(group);
-    m_dialogGroups.push_back(group);
-  }
+QWidget* RulesPane::dialogGroup(const DialogGroupRow& row) {
+  auto* group = named(new QWidget(widget()), row.name);
+  group->setProperty("helpTopic", QString::fromLatin1(row.helpTopic));
+  const QString title = QString::fromLatin1(row.title);
+  auto* heading = new QLabel(title, group);
+  QFont bold = heading->font();
+  bold.setBold(true);
+  heading->setFont(bold);
+  auto* text = named(new QLabel(group), "words");
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  binding().say(text, row.words);
+  const QByteArray name = QByteArray(row.name) + "Change";
+  QPushButton* change =
+      sideButton(name.constData(), QStringLiteral("Change..."), QString::fromLatin1(row.toolTip),
+                 group, [this, part = row.part] { onDialogWanted(part); });
+  change->setAccessibleName(QStringLiteral("Change: %1").arg(title));
+  auto* grid = new QGridLayout(group);
+  constexpr QMargins inside(14, 2, 0, 2);
+  grid->setContentsMargins(inside);
+  grid->addWidget(heading, 0, 0);
+  grid->addWidget(text, 1, 0);
+  grid->addWidget(change, 0, 1, 2, 1, Qt::AlignVCenter);
+  grid->setColumnStretch(0, 1);
+  return group;
 }
 
 void RulesPane::rememberFolds(WindowMemory& memory) {
@@ -82,6 +112,7 @@ void RulesPane::rememberFolds(WindowMemory& memory) {
     if (foldout == nullptr) {
       continue;
     }
+    m_foldouts += foldout;
     const QString key = QStringLiteral("rules/") + foldout->objectName();
     const QString kept = memory.text(key);
     foldout->setFolded(kept.isEmpty() ? foldout->rank() == Foldout::Rank::Part : kept == folded);
@@ -111,13 +142,12 @@ bool RulesPane::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
   }
-  return FormArea::eventFilter(watched, event);
+  return SetupForm::eventFilter(watched, event);
 }
 
 void RulesPane::setSetup(const SplitSetup& setup) {
-  m_setup = setup;
-  m_binding.show(setup);
-  adapt();
+  SetupForm::setSetup(setup);
+  adaptPane();
 }
 
 void RulesPane::setEffect(RulesPart part, const QString& text) {
@@ -125,104 +155,66 @@ void RulesPane::setEffect(RulesPart part, const QString& text) {
   fitContent();
 }
 
-SplitSetup RulesPane::shown() const {
-  SplitSetup setup = m_setup;
-  m_binding.take(setup);
-  return setup;
-}
-
 void RulesPane::edited(const QString& key) {
   if (m_isAdapting) {
     return; // one choice makes another: both are one step
   }
   const SplitSetup before = m_setup;
-  adapt();
+  adaptPane();
   m_setup = shown();
   if (onEdited && before != m_setup) {
-    QString label = m_binding.label(key);
-    label.remove(QLatin1Char(':'));
-    const bool isTyped = qobject_cast<const QLineEdit*>(m_binding.control(key)) != nullptr;
-    onEdited({before, m_setup, label, isTyped ? key : QString()});
+    const bool isTyped = qobject_cast<const QLineEdit*>(binding().control(key)) != nullptr;
+    onEdited({before, m_setup, binding().label(key), isTyped ? key : QString()});
   }
 }
 
-void RulesPane::adapt() {
+void RulesPane::adaptPane() {
   const QScopedValueRollback<bool> adapting(m_isAdapting, true);
-  m_names->adapt(shown());
-  const SplitSetup setup = shown();
-  m_ranges->adapt(setup);
-  for (DialogGroup* group : m_dialogGroups) {
-    group->adapt(setup);
-  }
-  const QSet<QString> idle = idleSettings(setup);
-  m_binding.disable(idle);
-  // The method of names stands for what the bookmarks do, too.
-  m_binding.hideLines(QSet<QString>(idle) -= {QStringLiteral("EXTRACT")});
-  tellHeld(setup, idle);
-  m_binding.tell(
-      joined({m_binding.inputFindings(), checkSplitSettings(setup, SetupPurpose::Editing),
-              lostInFile(setup, m_binding.keys())}),
-      SetupBinding::Telling::Editing);
-  fitContent();
+  nameByBookmarks(!matchesWords(shown()));
+  QSet<QString> idle = idleSettings(shown());
+  idle.remove(QStringLiteral("EXTRACT")); // the method of names stands for what bookmarks do, too
+  binding().hideLines(idle);
+  tellHeld(idle);
+  adapt();
 }
 
-/// The settings of these keys with their values, for a person.
-QString RulesPane::said(const QStringList& keys) const {
-  QStringList parts;
-  for (const QString& key : keys) {
-    QString label = m_binding.label(key);
-    const QString value = m_binding.shownValue(key);
-    label.remove(QLatin1Char(':'));
-    parts += value.isEmpty() ? label : QStringLiteral("%1 %2").arg(label, value);
+/// Ranges that come from bookmarks are named after them, and only they are. The method that was
+/// chosen before comes back with the words.
+void RulesPane::nameByBookmarks(bool byBookmarks) {
+  auto* methods = static_cast<QComboBox*>(binding().control(QStringLiteral("EXTRACT")));
+  const int entry = methods->findText(bookmarkFileNameMethodText());
+  if (byBookmarks && entry < 0) {
+    m_methodForWords = methods->currentText();
+    methods->addItem(bookmarkFileNameMethodText());
+    methods->setCurrentIndex(methods->count() - 1);
+  } else if (!byBookmarks && entry >= 0) {
+    methods->removeItem(entry);
+    methods->setCurrentText(m_methodForWords);
   }
-  return parts.join(QStringLiteral("; "));
 }
 
-void RulesPane::tellHeld(const SplitSetup& setup, const QSet<QString>& idle) {
-  const QSet<QString> own = ownSettings(setup);
+void RulesPane::tellHeld(const QSet<QString>& idle) {
+  const QSet<QString> own = ownSettings(shown());
   const auto ownIn = [&](const QWidget* part, bool onlyIdle) {
-    QStringList keys;
-    for (const QString& key : m_binding.keys()) {
-      if (own.contains(key) && part->isAncestorOf(m_binding.control(key)) &&
-          (!onlyIdle || (idle.contains(key) && key != QLatin1String("EXTRACT")))) {
-        keys += key;
+    QStringList parts;
+    for (const QString& key : binding().keys()) {
+      if (own.contains(key) && part->isAncestorOf(binding().control(key)) &&
+          (!onlyIdle || idle.contains(key))) {
+        parts += binding().said(key);
       }
     }
-    return said(keys);
+    return parts.join(QStringLiteral("; "));
   };
+  for (Foldout* foldout : m_foldouts) {
+    foldout->setHeld(ownIn(foldout, false));
+  }
   for (SetupGroup* group : m_groups) {
-    group->setHeld(ownIn(group, false));
-    if (auto* more = group->more(); more != nullptr) {
-      more->setHeld(ownIn(more, false));
-    }
-    const QString kept = ownIn(group, true);
-    group->setKept(kept.isEmpty() ? QString()
-                                  : QStringLiteral("Kept, but not used now: %1").arg(kept));
+    group->setKept(ownIn(group, true));
   }
-}
-
-bool RulesPane::tell(const SettingFindings& findings) {
-  for (const SettingFinding& finding : findings) {
-    QWidget* control = m_binding.control(finding.key);
-    if (finding.kind == FindingKind::Problem && control != nullptr) {
-      unfoldTo(control);
-    }
-  }
-  m_binding.tell(findings, SetupBinding::Telling::All);
-  fitContent();
-  m_binding.focusFirst(findings);
-  if (hasProblem(findings) && window()->focusWidget() != nullptr) {
-    ensureWidgetVisible(window()->focusWidget());
-  }
-  return !hasProblem(findings);
 }
 
 bool RulesPane::check(SetupPurpose purpose, const SettingFindings& more) {
-  return tell(joined({m_binding.inputFindings(), more, checkSplitSettings(shown(), purpose)}));
-}
-
-bool RulesPane::checkInput() {
-  return tell(m_binding.inputFindings());
+  return tellAll(joined({more, checkSplitSettings(shown(), purpose)}));
 }
 
 } // namespace folivex

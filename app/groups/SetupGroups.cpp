@@ -1,22 +1,19 @@
-#include "app/groups/SetupGroups.h"
-
-#include "app/dialogs/SettingUse.h"
 #include "app/groups/SettingWords.h"
+#include "app/groups/SetupGroup.h"
 #include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
-#include "widgets/Controls.h"
-#include "widgets/Dialogs.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGridLayout>
-#include <QLineEdit>
-#include <QPushButton>
 
 namespace folivex {
 
 namespace {
+
+using S = SplitSetup;
+
+constexpr int most = std::numeric_limits<int>::max();
 
 /// Choosing the one gives up the other. Only a click does: a setup file may have both.
 void exclude(QCheckBox* one, QCheckBox* other) {
@@ -27,214 +24,105 @@ void exclude(QCheckBox* one, QCheckBox* other) {
   });
 }
 
-template <typename Texts> void addAll(QComboBox* list, const Texts& texts) {
-  for (const QString& text : texts) {
-    list->addItem(text);
+void buildSource(SetupGroup& group) {
+  FormGrid front = group.front();
+  front.row("File&name:").text(&S::fileName, Shown::End);
+  front.browse({.name = "browseSource",
+                .toolTip = "Choose the PDF to split",
+                .filter = "PDF files (*.pdf *.PDF);;All files (*)",
+                .memoryKey = "folders/source"});
+  FormGrid more = group.more("moreOfSource");
+  more.wide().box(&S::useCurrent, "&Use current open PDF document");
+  more.row("Password:").text(&S::pdfPassword, Shown::Never);
+  more.note(QStringLiteral("(optional PDF open password)"));
+  more.row("Start from page:").whole(&S::startFromPage);
+  more.before("to").whole(&S::startEndPage).called("Last page");
+  more.hint("lastPageHint", "(0 is to the end)");
+  more.wide().box(&S::ocrFirst, "OCR First");
+  more.note(QStringLiteral("recognises the text of scanned pages"));
+  more.wide().box(&S::rotated, "landscape layout");
+  more.note(QStringLiteral("for pages that lie on their side"));
+}
+
+void buildSearch(SetupGroup& group) {
+  FormGrid grid = group.front();
+  grid.row("Find &word(s):").text(&S::findString);
+  grid.row("").box(&S::ignoreCase, "&Ignore case sensitive text");
+  grid.row("&At Position h:").text(&S::matchPosH, Shown::Position);
+  grid.before("v:").text(&S::matchPosV, Shown::Position).called("At Position v");
+  grid.hint("positionHint", "A click on a word of the page offers the place where it stands.");
+  grid.row("E&xtract until word(s):").text(&S::extractUntil);
+  grid.row("At Position h:").whole(&S::untilMatchPosH).called("Until words at Position h");
+  grid.before("v:").whole(&S::untilMatchPosV).called("Until words at Position v");
+}
+
+void buildRanges(SetupGroup& group) {
+  FormGrid grid = group.front();
+  grid.row("* Pa&ge extract:").list(&S::pageExtract, splitMethodTexts());
+  grid.last<QComboBox>()->insertSeparator(static_cast<int>(SplitMethod::Bookmarks));
+  grid.say("splitMethodWords", splitMethodWords);
+  grid.row("Remove first:").whole(&S::offsetFirst, {0, most});
+  grid.note(QStringLiteral("output pages"));
+}
+
+void addAffix(FormGrid& grid, const char* label, QString S::*setting, const char* tokensName) {
+  std::vector<Insertion> tokens;
+  for (const NameToken& token : nameTokens()) {
+    tokens.push_back({token.text, token.meaning});
   }
+  grid.row(label).text(setting);
+  grid.insertions(tokensName, "[...]", "Insert a token: it is replaced in each name", tokens);
+}
+
+void buildNames(SetupGroup& group) {
+  FormGrid front = group.front();
+  front.row("Filename extra&ct:").list(&S::extract, fileNameMethodTexts());
+  front.row("Use as filename after text:").text(&S::extractFileName);
+  front.say("nameMethodWords", nameMethodWords);
+  addAffix(front, "Prefix output filename:", &S::prefixFileName, "prefixTokens");
+  FormGrid more = group.more("moreOfNames");
+  more.row("Only ta&ke first:").whole(&S::takenWordsForFileName, {1, most});
+  more.note(QStringLiteral("words for filename extract"));
+  more.row("while h position is less than:").whole(&S::untilHHPosLessThan, {0, most});
+  more.row("until first of word is:").text(&S::firstCharOfWord);
+  more.row("or anywhere in word is like:").text(&S::anyCharOfWord);
+  more.row("Add:").text(&S::addBWords);
+  more.note(QStringLiteral("between words in output filename"));
+  more.wide().box(&S::useSourceFileName, "Prefix with source filename");
+  addAffix(more, "Postfix output filename:", &S::postfixFileName, "postfixTokens");
+  more.wide().box(&S::useSourceFileNamePost, "Postfix with source filename");
+}
+
+void buildOutput(SetupGroup& group) {
+  FormGrid front = group.front();
+  front.row("Output &Directory:").text(&S::outputDir, Shown::End);
+  front.browse({.name = "browseOutput",
+                .toolTip = "Choose the output folder",
+                .what = Browse::For::Folder,
+                .text = "Browse...",
+                .memoryKey = "folders/output"});
+  front.wide().box(&S::splitToSource, "Alwa&ys split to source file directory (override below)");
+  front.wide().box(&S::alwaysOverwrite, "Always overwrite output file (if exists)");
+  auto* overwrite = front.last<QCheckBox>();
+  front.wide().box(&S::alwaysAppend, "Append (if exists)");
+  exclude(overwrite, front.last<QCheckBox>());
+  exclude(front.last<QCheckBox>(), overwrite);
+  FormGrid more = group.more("moreOfOutput");
+  more.wide().box(&S::keepBookmarks, "Keep Bookmarks");
+  more.wide().box(&S::createList, "Create list only");
+  more.note(QStringLiteral("for a later split; no PDF is written"));
 }
 
 } // namespace
 
-SourceGroup::SourceGroup(GroupParts parts, QWidget* parent)
-    : SetupGroup("sourceGroup", QStringLiteral("Which file"), "source", parts, parent) {
-  QLineEdit* source = textField(&SplitSetup::fileName, SetupBinding::Shown::End);
-  const QString title = QStringLiteral("Choose the PDF to split");
-  QPushButton* browse =
-      browseButton("browseSource", QStringLiteral("&Browse..."), title, source, "folders/source",
-                   [this, title](const QString& start) {
-                     const QString filter =
-                         QStringLiteral("PDF files (*.pdf *.PDF);;All files (*)");
-                     return m_parts.dialogs.openFile(window(), {title, filter, start, {}});
-                   });
-  QCheckBox* current =
-      box(&SplitSetup::useCurrent, QStringLiteral("&Use current open PDF document"));
-  QLineEdit* password = textField(&SplitSetup::pdfPassword);
-  password->setEchoMode(QLineEdit::Password);
-  QLineEdit* first = wholeField(&SplitSetup::startFromPage);
-  QLineEdit* last = wholeField(&SplitSetup::startEndPage);
-  last->setAccessibleName(QStringLiteral("Last page"));
-  QCheckBox* ocr = box(&SplitSetup::ocrFirst, QStringLiteral("OCR First"));
-  QCheckBox* rotated = box(&SplitSetup::rotated, QStringLiteral("landscape layout"));
-
-  FormGrid front = frontGrid();
-  front.row(QStringLiteral("File&name:"), {source, browse});
-  FormGrid more = moreGrid("moreOfSource", front);
-  more.wide({current});
-  more.row(QStringLiteral("Password:"),
-           {password, between(QStringLiteral("(optional PDF open password)"), password)});
-  more.row(QStringLiteral("Start from page:"), {first, between(QStringLiteral("to"), last), last});
-  more.sentence(last->objectName(), quietLabel("lastPageHint", "(0 is to the end)"));
-  more.wide({ocr, between(QStringLiteral("recognises the text of scanned pages"), ocr)});
-  more.wide({rotated, between(QStringLiteral("for pages that lie on their side"), rotated)});
-}
-
-SearchGroup::SearchGroup(GroupParts parts, QWidget* parent)
-    : SetupGroup("searchGroup", QStringLiteral("Which words, and where"), "search", parts, parent) {
-  QLineEdit* find = textField(&SplitSetup::findString);
-  QCheckBox* ignoreCase =
-      box(&SplitSetup::ignoreCase, QStringLiteral("&Ignore case sensitive text"));
-  QLineEdit* h = positionField(&SplitSetup::matchPosH);
-  QLineEdit* v = positionField(&SplitSetup::matchPosV);
-  v->setAccessibleName(QStringLiteral("At Position v"));
-  QLineEdit* until = textField(&SplitSetup::extractUntil);
-  QLineEdit* untilH = wholeField(&SplitSetup::untilMatchPosH);
-  untilH->setAccessibleName(QStringLiteral("Until words at Position h"));
-  QLineEdit* untilV = wholeField(&SplitSetup::untilMatchPosV);
-  untilV->setAccessibleName(QStringLiteral("Until words at Position v"));
-
-  FormGrid grid = frontGrid();
-  grid.row(QStringLiteral("Find &word(s):"), {find});
-  grid.row(QString(), {ignoreCase});
-  grid.row(QStringLiteral("&At Position h:"), {h, between(QStringLiteral("v:"), v), v});
-  grid.sentence(h->objectName(), quietLabel("positionHint", "A click on a word of the page offers "
-                                                            "the place where it stands."));
-  grid.row(QStringLiteral("E&xtract until word(s):"), {until});
-  grid.row(QStringLiteral("At Position h:"),
-           {untilH, between(QStringLiteral("v:"), untilV), untilV});
-}
-
-RangesGroup::RangesGroup(GroupParts parts, QWidget* parent)
-    : SetupGroup("rangesGroup", QStringLiteral("How pages make a document"), "ranges", parts,
-                 parent),
-      m_meaning(quietLabel("splitMethodWords")) {
-  QComboBox* methods = list(&SplitSetup::pageExtract);
-  methods->addItems(splitMethodTexts());
-  methods->insertSeparator(static_cast<int>(SplitMethod::Bookmarks));
-  QLineEdit* offset = wholeField(&SplitSetup::offsetFirst, {0, std::numeric_limits<int>::max()});
-
-  FormGrid grid = frontGrid();
-  grid.row(QStringLiteral("* Pa&ge extract:"), {methods});
-  grid.sentence(methods->objectName(), m_meaning);
-  grid.row(QStringLiteral("Remove first:"),
-           {offset, between(QStringLiteral("output pages"), offset)});
-}
-
-void RangesGroup::adapt(const SplitSetup& setup) {
-  m_meaning->setText(splitMethodWords(setup));
-}
-
-NamesGroup::NamesGroup(GroupParts parts, QWidget* parent)
-    : SetupGroup("namesGroup", QStringLiteral("How outputs are named"), "names", parts, parent),
-      m_methods(list(&SplitSetup::extract)), m_meaning(quietLabel("nameMethodWords")) {
-  addAll(m_methods, fileNameMethodTexts());
-  QLineEdit* after = textField(&SplitSetup::extractFileName);
-  QLineEdit* prefix = textField(&SplitSetup::prefixFileName);
-  QWidget* prefixTokens = tokenButton(prefix, "prefixTokens");
-  QLineEdit* taken =
-      wholeField(&SplitSetup::takenWordsForFileName, {1, std::numeric_limits<int>::max()});
-  QLineEdit* left =
-      wholeField(&SplitSetup::untilHHPosLessThan, {0, std::numeric_limits<int>::max()});
-  QLineEdit* first = textField(&SplitSetup::firstCharOfWord);
-  QLineEdit* any = textField(&SplitSetup::anyCharOfWord);
-  QLineEdit* separator = textField(&SplitSetup::addBWords);
-  QCheckBox* sourcePrefix =
-      box(&SplitSetup::useSourceFileName, QStringLiteral("Prefix with source filename"));
-  QLineEdit* postfix = textField(&SplitSetup::postfixFileName);
-  QWidget* postfixTokens = tokenButton(postfix, "postfixTokens");
-  QCheckBox* sourcePostfix =
-      box(&SplitSetup::useSourceFileNamePost, QStringLiteral("Postfix with source filename"));
-
-  FormGrid front = frontGrid();
-  front.row(QStringLiteral("Filename extra&ct:"), {m_methods});
-  front.row(QStringLiteral("Use as filename after text:"), {after});
-  front.sentence({}, m_meaning);
-  front.row(QStringLiteral("Prefix output filename:"), {prefix, prefixTokens});
-  FormGrid more = moreGrid("moreOfNames", front);
-  more.row(QStringLiteral("Only ta&ke first:"),
-           {taken, between(QStringLiteral("words for filename extract"), taken)});
-  more.row(QStringLiteral("while h position is less than:"), {left});
-  more.row(QStringLiteral("until first of word is:"), {first});
-  more.row(QStringLiteral("or anywhere in word is like:"), {any});
-  more.row(QStringLiteral("Add:"),
-           {separator, between(QStringLiteral("between words in output filename"), separator)});
-  more.wide({sourcePrefix});
-  more.row(QStringLiteral("Postfix output filename:"), {postfix, postfixTokens});
-  more.wide({sourcePostfix});
-}
-
-QWidget* NamesGroup::tokenButton(QLineEdit* field, const char* name) {
-  QPushButton* button =
-      sideButton(name, QStringLiteral("[...]"),
-                 QStringLiteral("Insert a token: it is replaced in each name"), this);
-  for (const NameToken& token : nameTokens()) {
-    addInsertion(button, field, token.text, token.meaning);
-  }
-  m_parts.binding.follow(field->objectName(), button);
-  return button;
-}
-
-void NamesGroup::adapt(const SplitSetup& setup) {
-  setByBookmarks(!matchesWords(setup));
-  m_meaning->setText(nameMethodWords(setup));
-}
-
-void NamesGroup::setByBookmarks(bool byBookmarks) {
-  const int entry = m_methods->findText(bookmarkFileNameMethodText());
-  if (byBookmarks && entry < 0) {
-    m_methodForWords = m_methods->currentText();
-    m_methods->addItem(bookmarkFileNameMethodText());
-    m_methods->setCurrentIndex(m_methods->count() - 1);
-  } else if (!byBookmarks && entry >= 0) {
-    m_methods->removeItem(entry);
-    m_methods->setCurrentText(m_methodForWords);
-  }
-}
-
-OutputGroup::OutputGroup(GroupParts parts, QWidget* parent)
-    : SetupGroup("outputGroup", QStringLiteral("Where outputs go"), "output", parts, parent) {
-  QCheckBox* toSource =
-      box(&SplitSetup::splitToSource,
-          QStringLiteral("Alwa&ys split to source file directory (override below)"));
-  QLineEdit* folder = textField(&SplitSetup::outputDir, SetupBinding::Shown::End);
-  const QString title = QStringLiteral("Choose the output folder");
-  QPushButton* browse = browseButton("browseOutput", QStringLiteral("Browse..."), title, folder,
-                                     "folders/output", [this, title](const QString& start) {
-                                       return m_parts.dialogs.chooseFolder(window(), title, start);
-                                     });
-  QCheckBox* overwrite =
-      box(&SplitSetup::alwaysOverwrite, QStringLiteral("Always overwrite output file (if exists)"));
-  QCheckBox* append = box(&SplitSetup::alwaysAppend, QStringLiteral("Append (if exists)"));
-  exclude(overwrite, append);
-  exclude(append, overwrite);
-  QCheckBox* list = box(&SplitSetup::createList, QStringLiteral("Create list only"));
-  QCheckBox* bookmarks = box(&SplitSetup::keepBookmarks, QStringLiteral("Keep Bookmarks"));
-
-  FormGrid front = frontGrid();
-  front.row(QStringLiteral("Output &Directory:"), {folder, browse});
-  front.wide({toSource});
-  front.wide({overwrite});
-  front.wide({append});
-  FormGrid more = moreGrid("moreOfOutput", front);
-  more.wide({bookmarks});
-  more.wide({list, between(QStringLiteral("for a later split; no PDF is written"), list)});
-}
-
-DialogGroup::DialogGroup(const DialogGroupRow& row, QWidget* parent)
-    : QWidget(parent), m_words(row.words), m_text(new QLabel(this)) {
-  setObjectName(QString::fromLatin1(row.name));
-  setProperty("helpTopic", QString::fromLatin1(row.helpTopic));
-  const QString title = QString::fromLatin1(row.title);
-  auto* heading = new QLabel(title, this);
-  QFont bold = heading->font();
-  bold.setBold(true);
-  heading->setFont(bold);
-  named(m_text, "words")->setTextFormat(Qt::PlainText);
-  m_text->setWordWrap(true);
-  QPushButton* change = sideButton("change", QStringLiteral("Change..."),
-                                   QString::fromLatin1(row.toolTip), this, [this] { onChange(); });
-  change->setObjectName(objectName() + QStringLiteral("Change"));
-  change->setAccessibleName(QStringLiteral("Change: %1").arg(title));
-  auto* grid = new QGridLayout(this);
-  constexpr QMargins inside(14, 2, 0, 2);
-  grid->setContentsMargins(inside);
-  grid->addWidget(heading, 0, 0);
-  grid->addWidget(m_text, 1, 0);
-  grid->addWidget(change, 0, 1, 2, 1, Qt::AlignVCenter);
-  grid->setColumnStretch(0, 1);
-}
-
-void DialogGroup::adapt(const SplitSetup& setup) {
-  m_text->setText(m_words(setup));
+const std::array<SetupGroupRow, 5>& setupGroups() {
+  static constexpr std::array rows = {
+      SetupGroupRow{"sourceGroup", "Which file", "source", buildSource},
+      SetupGroupRow{"searchGroup", "Which words, and where", "search", buildSearch},
+      SetupGroupRow{"rangesGroup", "How pages make a document", "ranges", buildRanges},
+      SetupGroupRow{"namesGroup", "How outputs are named", "names", buildNames},
+      SetupGroupRow{"outputGroup", "Where outputs go", "output", buildOutput}};
+  return rows;
 }
 
 } // namespace folivex

@@ -1,9 +1,6 @@
 // The main window, its dialogs and its messages.
 #include "app/MainWindow.h"
-#include "app/dialogs/CConfigureDlg.h"
-#include "app/dialogs/CEmailSettingsDlg.h"
-#include "app/dialogs/COtherSettingsDlg.h"
-#include "app/dialogs/CReportOptionsDlg.h"
+#include "app/dialogs/SettingDialogs.h"
 #include "app/viewer/PageCanvas.h"
 #include "engine/setup/SplitMethod.h"
 #include "scripts/pictures/Scenes.h"

@@ -1,9 +1,6 @@
 // The dialogs of settings, and what holds for every window: a tooltip on each control, no letter
 // twice behind Alt.
-#include "app/dialogs/CConfigureDlg.h"
-#include "app/dialogs/CEmailSettingsDlg.h"
-#include "app/dialogs/COtherSettingsDlg.h"
-#include "app/dialogs/CReportOptionsDlg.h"
+#include "app/dialogs/SettingDialogs.h"
 #include "engine/output/ExternalCommand.h"
 #include "tests/app/MainWindowBench.h"
 

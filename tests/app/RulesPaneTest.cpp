@@ -5,6 +5,7 @@
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 #include "tests/support/WindowBench.h"
+#include "widgets/Foldout.h"
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
