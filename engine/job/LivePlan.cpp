@@ -116,6 +116,10 @@ void LivePlan::Planning::over(const WordTable& table, const SourceTable& source)
              source.scanned(),
              {m_clearedFolder, {m_setup.fileName}}},
             words, table.pageCount(), m_plan);
+  if (table.state() == WordTable::State::TooLarge) {
+    m_state.plan.reset(); // what a part of the pages comes to is no plan to hold a run to
+    return;
+  }
   m_plan.notes += m_notes;
   m_state.pagesRead = m_state.pageCount;
   m_state.plan = std::make_shared<const SplitPlan>(std::move(m_plan));
@@ -171,9 +175,10 @@ void LivePlan::Planning::findNearest(const WordTable& table) {
   }
 }
 
-LivePlan::LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState)
+LivePlan::LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState,
+                   std::size_t most)
     : m_addressReader(std::move(addressReader)), m_onState(std::move(onState)),
-      m_source(std::make_unique<SourceTable>(library)), m_thread([this] { work(); }) {}
+      m_source(std::make_unique<SourceTable>(library, most)), m_thread([this] { work(); }) {}
 
 LivePlan::~LivePlan() {
   m_isEnding = true;

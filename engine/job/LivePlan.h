@@ -4,6 +4,7 @@
 #include "engine/job/SplitPlan.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/setup/SplitSetup.h"
+#include "engine/words/WordTable.h"
 
 #include <QString>
 #include <QStringList>
@@ -21,7 +22,6 @@ namespace folivex {
 
 class CPDFTextDumpInit;
 class SourceTable;
-class WordTable;
 
 /// Why a file does not open, and what to do about it, to be told behind the file's name. `result`
 /// is what the text library gave.
@@ -68,8 +68,10 @@ public:
   using OnState = std::function<void(LivePlanState state)>;
 
   /// `library` must outlive this. `onState` must not call this object. The reader that
-  /// `addressReader` makes is used on the thread of this object.
-  LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState);
+  /// `addressReader` makes is used on the thread of this object. `most`: bytes of memory for the
+  /// words of a file.
+  LivePlan(CPDFTextDumpInit& library, AddressReaderMaker addressReader, OnState onState,
+           std::size_t most = WordTable::usualMost);
   LivePlan(const LivePlan&) = delete;
   LivePlan& operator=(const LivePlan&) = delete;
   /// After it nothing is told any more. Waits as long as a file takes to open at most.

@@ -13,9 +13,6 @@ namespace {
 
 using platform::FileStamp;
 
-/// Words of some hundred thousand dense pages; who has more plans when it is asked for.
-constexpr std::size_t mostBytes = std::size_t{512} << 20U;
-
 /// Bookmarks need no words.
 bool isRecognised(const SplitSetup& setup) {
   return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
@@ -47,7 +44,7 @@ std::shared_ptr<WordTable> SourceTable::follow(const SplitSetup& setup) {
   }
   m_origin.readStamp = FileStamp::beforeReading(m_origin.read.file);
   const std::lock_guard lock(m_mutex);
-  m_table = std::make_shared<WordTable>(mostBytes);
+  m_table = std::make_shared<WordTable>(m_mostBytes);
   m_filler = std::make_unique<TableFiller>(m_library, m_origin.read, m_table, m_isPaused);
   return m_table;
 }

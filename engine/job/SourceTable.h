@@ -18,7 +18,9 @@ class OcrCopy;
 /// be for any thread belongs to the one that plans.
 class SourceTable {
 public:
-  explicit SourceTable(CPDFTextDumpInit& library) : m_library(library) {}
+  /// `mostBytes`: of memory, for the words of a file.
+  explicit SourceTable(CPDFTextDumpInit& library, std::size_t mostBytes = WordTable::usualMost)
+      : m_library(library), m_mostBytes(mostBytes) {}
 
   /// The table of this source; begins it when there is none yet. Null when the words come from a
   /// recognised copy that has to be made first.
@@ -49,6 +51,7 @@ private:
   bool isOf(const SplitSetup& setup) const;
 
   CPDFTextDumpInit& m_library;
+  std::size_t m_mostBytes;
   Origin m_origin;
   QString m_finding;
   std::shared_ptr<OcrCopy> m_copy;                     ///< keeps it as it is

@@ -30,6 +30,9 @@ public:
     TooLarge  ///< the words need more memory than is allowed; no page comes in any more
   };
 
+  /// Room for some hundred thousand dense pages.
+  static constexpr std::size_t usualMost = std::size_t{512} << 20U;
+
   /// `mostBytes`: of memory, for everything.
   explicit WordTable(std::size_t mostBytes);
 

@@ -1,5 +1,6 @@
 // The plan that is made beside the window: the same as a run's, whatever came in between.
 #include "engine/job/LivePlan.h"
+#include "engine/job/OcrCopy.h"
 #include "tests/support/RunBench.h"
 
 #include <condition_variable>
@@ -19,7 +20,17 @@ protected:
   /// Settings as they are now; waits for the last word on them.
   LivePlanState planned() {
     m_store.commit();
-    return last(m_live.plan(m_store.working()));
+    return last(m_live->plan(m_store.working()));
+  }
+
+  std::unique_ptr<LivePlan> live(std::size_t mostBytes) {
+    const auto take = [this](LivePlanState state) {
+      const std::lock_guard lock(m_mutex);
+      m_state = std::move(state);
+      m_told.notify_all();
+    };
+    return std::make_unique<LivePlan>(*RealLibraries::get().text, AddressReaderMaker(), take,
+                                      mostBytes);
   }
 
   LivePlanState last(quint64 number) {
@@ -34,11 +45,7 @@ protected:
   std::mutex m_mutex;
   std::condition_variable m_told;
   LivePlanState m_state;
-  LivePlan m_live{*RealLibraries::get().text, {}, [this](LivePlanState state) {
-                    const std::lock_guard lock(m_mutex);
-                    m_state = std::move(state);
-                    m_told.notify_all();
-                  }};
+  std::unique_ptr<LivePlan> m_live = live(WordTable::usualMost);
 };
 
 } // namespace
@@ -116,15 +123,15 @@ TEST_F(Live, ReplacedWhileItIsReadIsReadAgain) {
   }
   statements(after).write(at("in/b.pdf"));
   statements(before).write(source());
-  m_live.setPaused(true);
+  m_live->setPaused(true);
   m_store.commit();
-  const quint64 number = m_live.plan(m_store.working());
+  const quint64 number = m_live->plan(m_store.working());
   {
     std::unique_lock lock(m_mutex);
     m_told.wait(lock, [&] { return m_state.number == number && m_state.stage == Stage::Opening; });
   }
   ASSERT_TRUE(QFile::remove(source()) && QFile::rename(at("in/b.pdf"), source()));
-  m_live.setPaused(false);
+  m_live->setPaused(false);
   const LivePlanState state = last(number);
   ASSERT_EQ(state.plan->outputs.size(), 400U);
   EXPECT_EQ(state.plan->outputs.front().path, at("out/new0.pdf"));
@@ -137,15 +144,15 @@ TEST_F(Live, OlderPlansAndFilesAreGivenUpInTheMiddle) {
     pages += QStringLiteral("Account: %1").arg(i);
   }
   statements(pages).write(at("in/long.pdf"));
-  m_live.setPaused(true);
+  m_live->setPaused(true);
   for (int i = 0; i < 20; ++i) {
     setup().fileName = i % 2 == 0 ? at("in/long.pdf") : source();
     m_store.commit();
-    m_live.plan(m_store.working());
-    m_live.setPaused(i % 3 != 0);
+    m_live->plan(m_store.working());
+    m_live->setPaused(i % 3 != 0);
   }
-  m_live.clear();
-  m_live.setPaused(false);
+  m_live->clear();
+  m_live->setPaused(false);
   setup().fileName = source();
   EXPECT_EQ(planned().plan->outputs.size(), 3U);
 }
@@ -171,6 +178,69 @@ TEST_F(Live, ToldIsWhatARunWouldMeet) {
   told("1 file(s) that are there are removed first");
   setup().startFromPage = 2;
   told("2 page(s) are in no output: 1-2");
+}
+
+/// Such a file is planned page by page when it is asked for; the next one has room.
+TEST_F(Live, AFileOfTooManyWordsSaysSo) {
+  constexpr int pages = 80;
+  constexpr int lines = 30;
+  TextPdf pdf;
+  for (int page = 0; page < pages; ++page) {
+    QStringList texts{QStringLiteral("Account: %1").arg(page)};
+    for (int line = 0; line < lines; ++line) {
+      const int first = (page * lines + line) * 5;
+      texts += QStringLiteral("long-word-%1 long-word-%2 long-word-%3 long-word-%4 long-word-%5")
+                   .arg(first)
+                   .arg(first + 1)
+                   .arg(first + 2)
+                   .arg(first + 3)
+                   .arg(first + 4);
+    }
+    pdf.page(texts);
+  }
+  pdf.write(at("in/large.pdf"));
+  m_live = live(std::size_t{256} << 10U);
+  setup().fileName = at("in/large.pdf");
+  for (int again = 0; again < 2; ++again) {
+    const LivePlanState state = planned();
+    EXPECT_EQ(state.stage, Stage::TooLarge);
+    EXPECT_EQ(state.plan, nullptr) << "of a part of the pages";
+    EXPECT_TRUE(state.problem.startsWith(setup().fileName)) << state.problem.toStdString();
+  }
+  EXPECT_EQ(driver().Plan().outputs.size(), std::size_t{pages});
+  setup().fileName = source();
+  EXPECT_EQ(planned().plan->outputs.size(), 3U);
+}
+
+/// The words are those of the recognised copy, and of no other.
+TEST_F(Live, WordsThatAreNotRecognisedYetAreWaitedFor) {
+  const QByteArray path = qgetenv("PATH");
+  writeFile(at("tmp/Scanlite"), "#!/bin/sh\n"); // that there is one is enough
+  QFile::setPermissions(at("tmp/Scanlite"), QFile::ReadOwner | QFile::ExeOwner);
+  qputenv("PATH", QFile::encodeName(at("tmp")) + ':' + path);
+  const auto recogniseAs = [this](const QStringList& pages) {
+    OcrCopy copy(source(), at("tmp/a.pdf_fxs_ocr.pdf"), [] {});
+    EXPECT_FALSE(copy.isThere([] { return false; }));
+    statements(pages).write(copy.placeToMake());
+    EXPECT_TRUE(copy.takeMade());
+  };
+  EXPECT_EQ(planned().plan->outputs.size(), 3U);
+  setup().ocrFirst = true;
+  LivePlanState state = planned();
+  EXPECT_EQ(state.stage, Stage::WaitsForOcr);
+  EXPECT_EQ(state.plan, nullptr) << "no words but the copy's";
+  recogniseAs({"Account: X", "Account: Y", "more", "more"});
+  state = planned();
+  ASSERT_EQ(state.stage, Stage::Done);
+  EXPECT_EQ(state.plan->outputs.size(), 2U);
+  statements({"Account: N", "new"}).write(source());
+  EXPECT_EQ(planned().stage, Stage::WaitsForOcr) << "the copy is that of the file before";
+  setup().pageExtract = splitMethodTexts()[9]; // bookmarks need no words
+  EXPECT_EQ(planned().stage, Stage::Done);
+  setup().pageExtract = splitMethodTexts()[0];
+  setup().ocrFirst = false;
+  EXPECT_EQ(planned().plan->outputs.size(), 1U);
+  qputenv("PATH", path);
 }
 
 /// What is shown and what is written are one, or the person is asked.
