@@ -3,6 +3,8 @@
 #include "platform/ChildProgram.h"
 #include "platform/FileLocks.h"
 #include "platform/FileSystem.h"
+#include "scanlite/BarcodeLayer.h"
+#include "scanlite/Barcodes.h"
 
 #include <QDir>
 #include <QFile>
@@ -158,6 +160,60 @@ ScanOutcome decrypt(const QString& source, const QString& target, const QString&
           QStringLiteral("it cannot be decrypted: %1").arg(lastWords(run.output))};
 }
 
+/// Writes `made` from `source`.
+ScanOutcome recogniseWords(const QString& source, const QString& made, const QString& workFolder) {
+  const QString languages = ocrLanguages(workFolder);
+  ChildRun run = runOcr(source, made, languages, workFolder);
+  if (run.end == ChildEnd::Exited && run.exitCode == OcrEncrypted) {
+    const QString opened = QDir(workFolder).filePath(QStringLiteral("opened.pdf"));
+    ScanOutcome outcome = decrypt(source, opened, workFolder);
+    if (outcome.result != ScanResult::Done) {
+      return outcome;
+    }
+    run = runOcr(opened, made, languages, workFolder);
+  }
+  return run.end == ChildEnd::Exited && run.exitCode == OcrDone ? ScanOutcome()
+                                                                : ocrFailure(run, languages);
+}
+
+ScanOutcome whatToRead(bool& words, bool& barcodes) {
+  const QString wanted = qEnvironmentVariable("FOLIVEX_OCR_READS").trimmed();
+  const QStringList kinds = wanted.split(u'+');
+  const QString wordsKind = QStringLiteral("words");
+  const QString barcodesKind = QStringLiteral("barcodes");
+  words = wanted.isEmpty() || kinds.contains(wordsKind);
+  barcodes = wanted.isEmpty() || kinds.contains(barcodesKind);
+  if (!wanted.isEmpty() && kinds.count(wordsKind) + kinds.count(barcodesKind) != kinds.size()) {
+    return {ScanResult::Failed,
+            QStringLiteral("FOLIVEX_OCR_READS is \"%1\"; words, barcodes and words+barcodes are "
+                           "known")
+                .arg(wanted)};
+  }
+  return {};
+}
+
+/// Puts a copy of `made` with its barcodes into its place, `made` becoming the copy's path; where
+/// there are none a copy is written only when it `mustBe`. Words that were recognised are not lost
+/// for want of barcodes.
+ScanOutcome addBarcodes(QString& made, const QString& workFolder, bool mustBe) {
+  const PageBarcodes barcodes = readBarcodes(made, workFolder);
+  ScanOutcome outcome;
+  if (barcodes.stopped) {
+    return {ScanResult::Stopped, QStringLiteral("stopped")};
+  }
+  if (mustBe || !barcodes.ofPage.empty()) {
+    const QString coded = QDir(workFolder).filePath(QStringLiteral("barcodes.pdf"));
+    outcome = writeBarcodeLayer(made, coded, barcodes);
+    if (outcome.result == ScanResult::Done) {
+      made = coded;
+    } else if (!mustBe) {
+      outcome = {ScanResult::Done, {}, {outcome.text}};
+    }
+  }
+  outcome.notes += barcodes.problems;
+  return outcome;
+}
+
 constexpr QLatin1String workFolderStart(".scanlite-");
 constexpr QLatin1String workLock("lock");
 
@@ -210,21 +266,30 @@ ScanOutcome addTextLayer(const QString& source, const QString& copy) {
     static_cast<void>(folivex::platform::lockFile(lock, folivex::platform::LockUse::Alone));
   }
   removeDeadWorkFolders(QFileInfo(work.path()));
-  const QString made = work.filePath(QStringLiteral("copy.pdf"));
-  const QString languages = ocrLanguages(work.path());
-  ChildRun run = runOcr(sourceFile.absoluteFilePath(), made, languages, work.path());
-  if (run.end == ChildEnd::Exited && run.exitCode == OcrEncrypted) {
-    const QString opened = work.filePath(QStringLiteral("opened.pdf"));
-    ScanOutcome outcome = decrypt(sourceFile.absoluteFilePath(), opened, work.path());
+  bool words = false;
+  bool barcodes = false;
+  if (ScanOutcome outcome = whatToRead(words, barcodes); outcome.result != ScanResult::Done) {
+    return outcome;
+  }
+  QString made = sourceFile.absoluteFilePath();
+  if (words) {
+    const QString recognised = work.filePath(QStringLiteral("copy.pdf"));
+    ScanOutcome outcome = recogniseWords(made, recognised, work.path());
     if (outcome.result != ScanResult::Done) {
       return outcome;
     }
-    run = runOcr(opened, made, languages, work.path());
+    made = recognised;
   }
-  if (run.end != ChildEnd::Exited || run.exitCode != OcrDone) {
-    return ocrFailure(run, languages);
+  ScanOutcome layer;
+  if (barcodes) {
+    layer = addBarcodes(made, work.path(), !words);
+    if (layer.result != ScanResult::Done) {
+      return layer;
+    }
   }
-  return moveIntoPlace(made, copyFile.absoluteFilePath());
+  ScanOutcome outcome = moveIntoPlace(made, copyFile.absoluteFilePath());
+  outcome.notes = layer.notes;
+  return outcome;
 }
 
 } // namespace scanlite

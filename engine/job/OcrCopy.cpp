@@ -32,6 +32,15 @@ QByteArray line(const platform::FileDigest& digest) {
   return digest.text().toLatin1() + '\n';
 }
 
+/// What the OCR program is told by its environment: a copy with other words is another copy.
+QByteArray ocrSettings() {
+  QByteArray settings;
+  for (const char* name : {"FOLIVEX_OCR_LANGUAGE", "FOLIVEX_OCR_READS"}) {
+    settings += qgetenv(name).trimmed().toPercentEncoding("+") + '\n';
+  }
+  return settings;
+}
+
 } // namespace
 
 QString OcrCopy::newPart() const {
@@ -46,7 +55,7 @@ OcrCopy::OcrCopy(const QString& source, const QString& copyPath, std::function<v
   const QByteArray stamp = stampOf(source);
   const platform::FileDigest digest = platform::FileDigest::of(source, m_tick);
   if (!stamp.isEmpty() && digest.isKnown()) {
-    m_origin = "Folivex OCR copy 1\n" + stamp + line(digest);
+    m_origin = "Folivex OCR copy 2\n" + stamp + line(digest) + ocrSettings();
   }
 }
 

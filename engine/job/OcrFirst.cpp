@@ -38,8 +38,9 @@ QString noCopyText(const QString& source, const QString& problem) {
       .arg(source, problem);
 }
 
-/// Empty when the program made a copy, else why not.
-QString recognise(const QString& source, OcrCopy& copy, const std::function<bool()>& tick) {
+/// Empty when the program made a copy, else why not. What it says about a copy goes to `person`.
+QString recognise(const QString& source, OcrCopy& copy, Operator& person,
+                  const std::function<bool()>& tick) {
   platform::OutsideProgram program;
   program.program = ocrProgram();
   if (program.program.isEmpty()) {
@@ -49,6 +50,9 @@ QString recognise(const QString& source, OcrCopy& copy, const std::function<bool
   const platform::ProgramEnd end = platform::runOutsideProgram(program, tick);
   // A program that was ended may leave half a copy.
   if (end.started && end.exitCode == 0 && copy.takeMade()) {
+    for (const QString& line : end.errorOutput.split(u'\n', Qt::SkipEmptyParts)) {
+      person.note(line);
+    }
     return {};
   }
   return end.errorOutput.isEmpty()
@@ -87,7 +91,7 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
     return false;
   } else {
     person.progress({QStringLiteral("Please wait... OCR'ing pdf first."), 0, 0, 0});
-    const QString problem = recognise(source, *copy, [&] {
+    const QString problem = recognise(source, *copy, person, [&] {
       person.handlePendingEvents();
       return state.userStop;
     });
