@@ -1,92 +1,34 @@
 #include "app/help/HelpPages.h"
 
 #include <QFile>
+#include <QMap>
 #include <QRegularExpression>
 #include <QTextDocumentFragment>
-
-#include <algorithm>
-#include <array>
 
 namespace folivex {
 
 namespace {
 
-constexpr std::array pages = {
-    HelpPage{"index", "Folivex"},
-    HelpPage{"first-split", "A first split in three steps"},
-    HelpPage{"recipes", "Recipes"},
-    HelpPage{"source", "Which file"},
-    HelpPage{"find-words", "Which words"},
-    HelpPage{"positions", "Where on the page"},
-    HelpPage{"ranges", "How pages make a document"},
-    HelpPage{"names", "How outputs are named"},
-    HelpPage{"tokens", "Tokens in names"},
-    HelpPage{"output", "Where outputs go"},
-    HelpPage{"plan", "See the plan first"},
-    HelpPage{"viewer", "The page"},
-    HelpPage{"reports", "Reports and file options"},
-    HelpPage{"other-settings", "Other settings"},
-    HelpPage{"external-command", "Another program for splitting"},
-    HelpPage{"ocr", "Scanned pages"},
-    HelpPage{"batch", "Many files: the batch list"},
-    HelpPage{"email", "Mailing the outputs"},
-    HelpPage{"email-settings", "E-mail settings"},
-    HelpPage{"email-list", "The list of mails"},
-    HelpPage{"messages", "What messages mean"},
-    HelpPage{"command-line", "The command line"},
-    HelpPage{"files", "The files it reads and writes"},
-    HelpPage{"updates", "Newer versions"},
-    HelpPage{"problem-report", "Reporting a problem"},
-};
-
-struct Alias {
-  const char* topic;
-  const char* place;
-};
-
 /// What windows call a subject that the contents call otherwise.
-constexpr std::array aliases = {
-    Alias{"main-window", "index"},
-    Alias{"search", "find-words"},
-    Alias{"report-options", "reports"},
-    Alias{"split-command", "external-command"},
-    Alias{"page-number", "viewer#page-number"},
-};
+const QMap<QString, QString>& aliases() {
+  static const QMap<QString, QString> places = {
+      {QStringLiteral("main-window"), QStringLiteral("index.html")},
+      {QStringLiteral("search"), QStringLiteral("find-words.html")},
+      {QStringLiteral("report-options"), QStringLiteral("reports.html")},
+      {QStringLiteral("split-command"), QStringLiteral("external-command.html")},
+      {QStringLiteral("page-number"), QStringLiteral("viewer.html#page-number")}};
+  return places;
+}
 
 } // namespace
 
-std::span<const HelpPage> helpPages() {
+const QStringList& helpPages() {
+  static const QStringList pages =
+      QStringLiteral("index first-split recipes source find-words positions ranges names tokens "
+                     "output plan viewer reports other-settings external-command ocr batch email "
+                     "email-settings email-list messages command-line files updates problem-report")
+          .split(u' ');
   return pages;
-}
-
-QStringList helpTopics() {
-  QStringList topics;
-  for (const HelpPage& page : pages) {
-    topics += QString::fromLatin1(page.name);
-  }
-  for (const Alias& alias : aliases) {
-    topics += QString::fromLatin1(alias.topic);
-  }
-  return topics;
-}
-
-QString helpPlace(const QString& topic) {
-  for (const Alias& alias : aliases) {
-    if (topic == QLatin1String(alias.topic)) {
-      return QString::fromLatin1(alias.place);
-    }
-  }
-  const bool isPage = std::any_of(pages.begin(), pages.end(), [&](const HelpPage& page) {
-    return topic == QLatin1String(page.name);
-  });
-  return isPage ? topic : QString::fromLatin1(pages.front().name);
-}
-
-QString helpAddress(const QString& place) {
-  const qsizetype hash = place.indexOf(u'#');
-  const QString anchor = hash < 0 ? QString() : place.sliced(hash);
-  return QStringLiteral("qrc:/help/") + place.first(hash < 0 ? place.size() : hash) +
-         QStringLiteral(".html") + anchor;
 }
 
 QString helpHtml(const QString& page) {
@@ -95,15 +37,28 @@ QString helpHtml(const QString& page) {
 }
 
 std::vector<HelpSection> helpSections(const QString& page) {
-  static const QRegularExpression heading(QStringLiteral("<h2 id=\"([^\"]+)\">(.*?)</h2>"),
-                                          QRegularExpression::DotMatchesEverythingOption);
+  static const QRegularExpression section(
+      QStringLiteral("<h([1-3])(?: id=\"([^\"]+)\")?>(.*?)</h[1-3]>(.*?)(?=<h[1-3]|$)"),
+      QRegularExpression::DotMatchesEverythingOption);
   std::vector<HelpSection> sections;
-  for (auto found = heading.globalMatch(helpHtml(page)); found.hasNext();) {
+  for (auto found = section.globalMatch(helpHtml(page)); found.hasNext();) {
     const QRegularExpressionMatch match = found.next();
+    const QString anchor = match.captured(2);
     sections.push_back(
-        {match.captured(1), QTextDocumentFragment::fromHtml(match.captured(2)).toPlainText()});
+        {page + QStringLiteral(".html") + (anchor.isEmpty() ? anchor : u'#' + anchor),
+         QTextDocumentFragment::fromHtml(match.captured(3)).toPlainText(),
+         match.captured(1).toInt(), match.captured(4)});
   }
   return sections;
+}
+
+QStringList helpTopics() {
+  return helpPages() + aliases().keys();
+}
+
+QString helpPlace(const QString& topic) {
+  const QString page = helpPages().contains(topic) ? topic : helpPages().front();
+  return aliases().value(topic, page + QStringLiteral(".html"));
 }
 
 } // namespace folivex

@@ -2,9 +2,7 @@
 
 #include "app/help/HelpPages.h"
 
-#include <QRegularExpression>
-#include <QTextBlock>
-#include <QTextDocument>
+#include <QTextDocumentFragment>
 
 #include <algorithm>
 
@@ -14,6 +12,29 @@ namespace {
 
 constexpr qsizetype excerptBefore = 40;
 constexpr qsizetype excerptLength = 150;
+
+struct Section {
+  HelpHit hit; ///< without an excerpt
+  QString heading;
+  QString text; ///< plain
+};
+
+std::vector<Section> readAll() {
+  std::vector<Section> all;
+  for (const QString& page : helpPages()) {
+    QString title;
+    for (const HelpSection& section : helpSections(page)) {
+      const QString below = QTextDocumentFragment::fromHtml(section.html).toPlainText();
+      title = section.level == 1 ? section.heading : title;
+      all.push_back({{section.place,
+                      section.level == 1 ? title : title + QStringLiteral(": ") + section.heading,
+                      {}},
+                     section.heading,
+                     below.simplified()});
+    }
+  }
+  return all;
+}
 
 bool holdsAll(const QString& text, const QStringList& words) {
   return std::all_of(words.begin(), words.end(),
@@ -38,50 +59,24 @@ QString excerptOf(const QString& text, const QStringList& words) {
 
 } // namespace
 
-HelpSearch::HelpSearch() {
-  for (const HelpPage& page : helpPages()) {
-    addPage(QString::fromLatin1(page.name), QString::fromLatin1(page.title));
-  }
+QStringList helpWords(const QString& sought) {
+  return sought.simplified().split(u' ', Qt::SkipEmptyParts);
 }
 
-void HelpSearch::addPage(const QString& page, const QString& pageTitle) {
-  QTextDocument document;
-  document.setHtml(helpHtml(page));
-  m_sections.push_back({page, pageTitle, pageTitle, {}});
-  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-    const QString text = block.text().simplified();
-    const int level = block.blockFormat().headingLevel();
-    if (level >= 2) {
-      const QStringList anchors = block.begin().fragment().charFormat().anchorNames();
-      const QString place = anchors.isEmpty() ? page : page + u'#' + anchors.front();
-      m_sections.push_back({place, pageTitle + QStringLiteral(": ") + text, text, {}});
-    } else if (level == 0 && !text.isEmpty()) {
-      m_sections.back().text += text + u' ';
+std::vector<HelpHit> findInHelp(const QStringList& words) {
+  static const std::vector<Section> sections = readAll();
+  std::vector<HelpHit> hits;
+  std::size_t inHeading = 0;
+  for (const Section& section : sections) {
+    if (words.isEmpty() || !holdsAll(section.heading + u' ' + section.text, words)) {
+      continue;
     }
+    const bool isHeading = holdsAll(section.heading, words);
+    const auto place =
+        isHeading ? hits.begin() + static_cast<std::ptrdiff_t>(inHeading++) : hits.end();
+    hits.insert(place, section.hit)->excerpt = excerptOf(section.text, words);
   }
-}
-
-QStringList HelpSearch::words(const QString& sought) {
-  static const QRegularExpression blanks(QStringLiteral("\\s+"));
-  return sought.split(blanks, Qt::SkipEmptyParts);
-}
-
-std::vector<HelpHit> HelpSearch::find(const QString& sought) const {
-  const QStringList wanted = words(sought);
-  std::vector<HelpHit> inHeading;
-  std::vector<HelpHit> inText;
-  if (wanted.isEmpty()) {
-    return {};
-  }
-  for (const Section& section : m_sections) {
-    const bool isHeading = holdsAll(section.heading, wanted);
-    if (isHeading || holdsAll(section.heading + u' ' + section.text, wanted)) {
-      (isHeading ? inHeading : inText)
-          .push_back({section.place, section.title, excerptOf(section.text, wanted)});
-    }
-  }
-  inHeading.insert(inHeading.end(), inText.begin(), inText.end());
-  return inHeading;
+  return hits;
 }
 
 } // namespace folivex

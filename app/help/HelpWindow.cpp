@@ -1,6 +1,7 @@
 #include "app/help/HelpWindow.h"
 
 #include "app/help/HelpPages.h"
+#include "app/help/HelpSearch.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTextBrowser>
@@ -42,10 +44,9 @@ QString styleSheetOf(const QPalette& palette) {
       .arg(palette.color(QPalette::Link).name(), shade, line);
 }
 
-/// Page and anchor of an address inside the help.
-QString placeOf(const QUrl& address) {
-  const QString page = address.fileName().section(u'.', 0, 0);
-  return address.hasFragment() ? page + u'#' + address.fragment() : page;
+/// Where the pages lie for QTextBrowser; a place behind it is an address.
+QString base() {
+  return QStringLiteral("qrc:/help/");
 }
 
 } // namespace
@@ -56,8 +57,6 @@ HelpWindow::HelpWindow(Dialogs& dialogs, QWidget* parent) : QDialog(parent), m_d
   setWindowFlags(Qt::Window);
   setModal(false);
   buildControls();
-  fillContents();
-  connectControls();
   applyLook();
   goTo(helpPlace(QString()));
 }
@@ -72,35 +71,53 @@ void HelpWindow::buildControls() {
   m_page->setAccessibleName(QStringLiteral("Page of the help"));
   m_page->setOpenLinks(false);
   m_page->document()->setDocumentMargin(18);
-  m_split = new QSplitter(this);
-  m_split->addWidget(buildSide());
-  m_split->addWidget(m_page);
-  m_split->setStretchFactor(1, 1);
-  m_split->setChildrenCollapsible(false);
-  stack(this, {buildTools(), {m_split, 1}});
+  connect(m_page, &QTextBrowser::anchorClicked, this, &HelpWindow::follow);
+  connect(m_page, &QTextBrowser::sourceChanged, this, &HelpWindow::arrived);
+  QWidget* tools = buildTools();
+  auto* split = new QSplitter(this);
+  split->addWidget(buildSide());
+  split->addWidget(m_page);
+  split->setStretchFactor(1, 1);
+  split->setChildrenCollapsible(false);
+  stack(this, {tools, {split, 1}});
   constexpr QSize startSize(1040, 740);
   resizeOnScreen(this, startSize);
   const int letter = fontMetrics().averageCharWidth();
   constexpr int sideLetters = 44;
-  m_split->setSizes({sideLetters * letter, startSize.width() - sideLetters * letter});
+  split->setSizes({sideLetters * letter, startSize.width() - sideLetters * letter});
 }
 
 QWidget* HelpWindow::buildTools() {
-  m_back = sideButton("helpBack", QStringLiteral("&Back"),
-                      QStringLiteral("The page shown before (Alt+Left)"), this);
-  m_forward = sideButton("helpForward", QStringLiteral("&Forward"),
-                         QStringLiteral("Undo a step back (Alt+Right)"), this);
-  m_home = sideButton("helpHome", QStringLiteral("&Home"), QStringLiteral("The first page"), this);
+  QPushButton* back = sideButton("helpBack", QStringLiteral("&Back"),
+                                 QStringLiteral("The page shown before (Alt+Left)"), this,
+                                 [this] { m_page->backward(); });
+  QPushButton* forward = sideButton("helpForward", QStringLiteral("&Forward"),
+                                    QStringLiteral("Undo a step back (Alt+Right)"), this,
+                                    [this] { m_page->forward(); });
+  QPushButton* home =
+      sideButton("helpHome", QStringLiteral("&Home"), QStringLiteral("The first page"), this,
+                 [this] { goTo(helpPlace(QString())); });
+  back->setEnabled(false);
+  forward->setEnabled(false);
+  connect(m_page, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
+  connect(m_page, &QTextBrowser::forwardAvailable, forward, &QWidget::setEnabled);
   m_sought =
       named(new QLineEdit(this), "helpSought", "Find words in all pages of the help (Ctrl+F)");
   m_sought->setPlaceholderText(QStringLiteral("Words to find"));
   m_sought->setClearButtonEnabled(true);
-  return sideBySide(this, {m_back,
-                           m_forward,
-                           m_home,
-                           gap(),
-                           labelFor(m_sought, QStringLiteral("&Search:")),
-                           {m_sought, 1}});
+  connect(m_sought, &QLineEdit::textChanged, this, &HelpWindow::find);
+  connect(m_sought, &QLineEdit::returnPressed, this, [this] {
+    if (m_hits->count() > 0) {
+      m_hits->setFocus();
+      m_hits->setCurrentRow(0);
+    }
+  });
+  new QShortcut(QKeySequence::Find, this, [this] {
+    m_sought->setFocus();
+    m_sought->selectAll();
+  });
+  QLabel* label = labelFor(m_sought, QStringLiteral("&Search:"));
+  return sideBySide(this, {back, forward, home, gap(), label, {m_sought, 1}});
 }
 
 QWidget* HelpWindow::buildSide() {
@@ -122,6 +139,12 @@ QWidget* HelpWindow::buildSide() {
   stack(found, {m_hitCount, {m_hits, 1}});
   found->layout()->setContentsMargins(0, 0, 0, 0);
 
+  connect(m_hits, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* hit) {
+    if (hit != nullptr) {
+      goTo(hit->data(placeRole).toString());
+    }
+  });
+  fillContents();
   m_side = new QStackedWidget(this);
   m_side->addWidget(m_contents);
   m_side->addWidget(found);
@@ -129,31 +152,19 @@ QWidget* HelpWindow::buildSide() {
 }
 
 void HelpWindow::fillContents() {
-  for (const HelpPage& page : helpPages()) {
-    const QString name = QString::fromLatin1(page.name);
-    auto* entry = new QTreeWidgetItem(m_contents, {QString::fromLatin1(page.title)});
-    entry->setData(0, placeRole, name);
-    for (const HelpSection& section : helpSections(name)) {
-      auto* part = new QTreeWidgetItem(entry, {section.title});
-      part->setData(0, placeRole, QString(name + u'#' + section.anchor));
-      part->setToolTip(0, section.title); // there may be no room for all of it
+  for (const QString& page : helpPages()) {
+    QTreeWidgetItem* top = nullptr;
+    for (const HelpSection& section : helpSections(page)) {
+      if (section.level > 2) {
+        continue;
+      }
+      auto* entry = top == nullptr ? new QTreeWidgetItem(m_contents) : new QTreeWidgetItem(top);
+      entry->setText(0, section.heading);
+      entry->setToolTip(0, section.heading); // there may be no room for all of it
+      entry->setData(0, placeRole, section.place);
+      top = top == nullptr ? entry : top;
     }
   }
-}
-
-void HelpWindow::connectControls() {
-  connect(m_back, &QPushButton::clicked, m_page, &QTextBrowser::backward);
-  connect(m_forward, &QPushButton::clicked, m_page, &QTextBrowser::forward);
-  connect(m_home, &QPushButton::clicked, this, [this] { goTo(helpPlace(QString())); });
-  connect(m_page, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) { follow(link); });
-  connect(m_page, &QTextBrowser::sourceChanged, this,
-          [this](const QUrl& address) { arrived(address); });
-  connect(m_page, &QTextBrowser::historyChanged, this, [this] {
-    m_back->setEnabled(m_page->isBackwardAvailable());
-    m_forward->setEnabled(m_page->isForwardAvailable());
-  });
-  m_back->setEnabled(false);
-  m_forward->setEnabled(false);
   const auto openEntry = [this](QTreeWidgetItem* entry) {
     if (entry != nullptr) {
       goTo(entry->data(0, placeRole).toString());
@@ -161,25 +172,6 @@ void HelpWindow::connectControls() {
   };
   connect(m_contents, &QTreeWidget::currentItemChanged, this, openEntry);
   connect(m_contents, &QTreeWidget::itemClicked, this, openEntry);
-  connect(m_sought, &QLineEdit::textChanged, this, [this] { find(); });
-  connect(m_sought, &QLineEdit::returnPressed, m_hits, [this] {
-    if (m_hits->count() > 0) {
-      m_hits->setFocus();
-      m_hits->setCurrentRow(0);
-    }
-  });
-  connect(m_hits, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* hit) {
-    if (hit != nullptr) {
-      goTo(hit->data(placeRole).toString());
-    }
-  });
-  auto* toSearch = new QAction(this);
-  toSearch->setShortcut(QKeySequence::Find);
-  connect(toSearch, &QAction::triggered, m_sought, [this] {
-    m_sought->setFocus();
-    m_sought->selectAll();
-  });
-  addAction(toSearch);
 }
 
 void HelpWindow::openTopic(const QString& topic) {
@@ -232,7 +224,7 @@ void HelpWindow::applyLook() {
 }
 
 void HelpWindow::goTo(const QString& place) {
-  const QUrl address(helpAddress(place));
+  const QUrl address(base() + place);
   if (m_page->source() != address) {
     m_page->setSource(address);
   } else if (address.hasFragment()) {
@@ -242,8 +234,8 @@ void HelpWindow::goTo(const QString& place) {
 
 void HelpWindow::follow(const QUrl& link) {
   const QUrl address = m_page->source().resolved(link);
-  if (address.scheme() == QLatin1String("qrc")) {
-    goTo(placeOf(address));
+  if (address.toString().startsWith(base())) {
+    goTo(address.toString().sliced(base().size()));
   } else {
     m_dialogs.openOutside(link.toString());
   }
@@ -251,7 +243,7 @@ void HelpWindow::follow(const QUrl& link) {
 
 void HelpWindow::arrived(const QUrl& address) {
   // The browser itself still names the page before.
-  const QString place = placeOf(address);
+  const QString place = address.toString().sliced(base().size());
   const QSignalBlocker quiet(m_contents);
   for (QTreeWidgetItemIterator at(m_contents); *at != nullptr; ++at) {
     // A page comes before its parts, one of which fits better.
@@ -272,29 +264,21 @@ bool HelpWindow::isSearching() const {
 }
 
 void HelpWindow::find() {
-  const bool seeks = !HelpSearch::words(m_sought->text()).isEmpty();
-  m_side->setCurrentIndex(seeks ? 1 : 0);
+  const QStringList words = helpWords(m_sought->text());
+  m_side->setCurrentIndex(words.isEmpty() ? 0 : 1);
   {
     const QSignalBlocker quiet(m_hits);
     m_hits->clear();
-    if (seeks) {
-      if (m_search == nullptr) {
-        m_search = std::make_unique<HelpSearch>();
-      }
-      for (const HelpHit& hit : m_search->find(m_sought->text())) {
-        auto* entry = new QListWidgetItem(hit.title + u'\n' + hit.excerpt, m_hits);
-        entry->setData(placeRole, hit.place);
-      }
+    for (const HelpHit& hit : findInHelp(words)) {
+      auto* entry = new QListWidgetItem(hit.title + u'\n' + hit.excerpt, m_hits);
+      entry->setData(placeRole, hit.place);
     }
   }
-  tellHits(m_hits->count());
+  m_hitCount->setText(m_hits->count() == 0
+                          ? QStringLiteral("No page has all of these words. Fewer words, or the "
+                                           "beginning of a word, find more.")
+                          : QStringLiteral("%1 place(s) found").arg(m_hits->count()));
   highlight();
-}
-
-void HelpWindow::tellHits(qsizetype count) {
-  m_hitCount->setText(count == 0 ? QStringLiteral("No page has all of these words. Fewer words, or "
-                                                  "the beginning of a word, find more.")
-                                 : QStringLiteral("%1 place(s) found").arg(count));
 }
 
 void HelpWindow::highlight() {
@@ -302,7 +286,7 @@ void HelpWindow::highlight() {
   QTextCharFormat format;
   format.setBackground(palette().color(QPalette::Highlight));
   format.setForeground(palette().color(QPalette::HighlightedText));
-  for (const QString& word : HelpSearch::words(m_sought->text())) {
+  for (const QString& word : helpWords(m_sought->text())) {
     for (QTextCursor at = m_page->document()->find(word); !at.isNull();
          at = m_page->document()->find(word, at)) {
       marks.append({at, format});

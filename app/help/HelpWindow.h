@@ -1,21 +1,14 @@
 // HelpWindow: the pages that explain the program, beside its other windows.
 #pragma once
 
-#include "app/help/HelpSearch.h"
-
 #include <QDialog>
-
-#include <memory>
 
 class QLabel;
 class QLineEdit;
 class QListWidget;
-class QPushButton;
-class QSplitter;
 class QStackedWidget;
 class QTextBrowser;
 class QTreeWidget;
-class QTreeWidgetItem;
 class QUrl;
 
 namespace folivex {
@@ -42,7 +35,6 @@ private:
   QWidget* buildTools();
   QWidget* buildSide();
   void fillContents();
-  void connectControls();
   void applyLook();
   void standOverModalWindow();
   void goTo(const QString& place);
@@ -50,18 +42,10 @@ private:
   void arrived(const QUrl& address);
   void find();
   void highlight();
-  void tellHits(qsizetype count);
   bool isSearching() const;
 
   Dialogs& m_dialogs;
-  std::unique_ptr<HelpSearch>
-      m_search; ///< made with the first search: reading all pages takes time
-
-  QPushButton* m_back = nullptr;
-  QPushButton* m_forward = nullptr;
-  QPushButton* m_home = nullptr;
   QLineEdit* m_sought = nullptr;
-  QSplitter* m_split = nullptr;
   QStackedWidget* m_side = nullptr;
   QTreeWidget* m_contents = nullptr;
   QListWidget* m_hits = nullptr;

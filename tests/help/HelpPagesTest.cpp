@@ -48,8 +48,8 @@ ShownPage shownPage(const QString& name) {
 const QMap<QString, ShownPage>& allPages() {
   static const QMap<QString, ShownPage> pages = [] {
     QMap<QString, ShownPage> made;
-    for (const HelpPage& page : helpPages()) {
-      made[page.name] = shownPage(page.name);
+    for (const QString& page : helpPages()) {
+      made[page] = shownPage(page);
     }
     return made;
   }();
@@ -57,7 +57,7 @@ const QMap<QString, ShownPage>& allPages() {
 }
 
 bool isPlace(const QString& place) {
-  const auto page = allPages().constFind(place.section(u'#', 0, 0));
+  const auto page = allPages().constFind(place.section(".html", 0, 0));
   return page != allPages().constEnd() &&
          (!place.contains(u'#') || page->anchors.contains(place.section(u'#', 1)));
 }
@@ -68,10 +68,10 @@ TEST(HelpPages, EveryLinkPictureAndTopicLeadsSomewhere) {
     EXPECT_GT(page->text.size(), 200) << page.key().toStdString();
     EXPECT_EQ(QStringList(page->anchors).removeDuplicates(), 0) << page.key().toStdString();
     for (const QString& link : page->links) {
-      places += (link.startsWith(u'#') ? page.key() : QString()) + QString(link).remove(".html");
+      places += (link.startsWith(u'#') ? page.key() + ".html" : QString()) + link;
     }
     for (const HelpSection& section : helpSections(page.key())) {
-      places += page.key() + u'#' + section.anchor;
+      places += section.place;
     }
     for (const QString& picture : page->pictures) {
       EXPECT_FALSE(QImage(":/help/" + picture).isNull()) << picture.toStdString();
@@ -95,7 +95,7 @@ TEST(HelpPages, EveryLinkPictureAndTopicLeadsSomewhere) {
            .split(u' ')) {
     EXPECT_TRUE(helpTopics().contains(topic)) << topic.toStdString();
   }
-  EXPECT_EQ(helpPlace("nobody knows this"), "index");
+  EXPECT_EQ(helpPlace("nobody knows this"), "index.html");
 }
 
 TEST(HelpPages, ExplainsEverySettingOnce) {
