@@ -3,7 +3,6 @@
 #include "widgets/Controls.h"
 
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLayout>
 #include <QPushButton>
 
@@ -13,10 +12,10 @@ namespace folivex {
 
 SetupDialog::SetupDialog(const char* name, const char* title, const char* helpTopic, Check check,
                          Dialogs& dialogs, QWidget* parent)
-    : QDialog(parent), m_helpTopic(QString::fromLatin1(helpTopic)), m_check(check),
-      m_dialogs(dialogs), m_form(new SetupForm(check, this)) {
+    : QDialog(parent), m_check(check), m_dialogs(dialogs), m_form(new SetupForm(check, this)) {
   setObjectName(QString::fromLatin1(name));
   setWindowTitle(QString::fromLatin1(title));
+  setProperty("helpTopic", QString::fromLatin1(helpTopic)); // F1, wherever the cursor is
   m_form->binding().onEdited = [this](const QString& /*key*/) { adapt(); };
 }
 
@@ -36,7 +35,7 @@ void SetupDialog::finish(int startWidth) {
   nextColumn();
   m_helpButton =
       sideButton("help", QStringLiteral("Help"), QStringLiteral("Help on these settings (F1)"),
-                 this, [this] { onHelp(m_helpTopic); });
+                 this, [this] { onHelp(property("helpTopic").toString()); });
   QWidget* buttons = okAndCancel(this, "Take these settings", "Leave the settings as they were");
   stack(this, {{m_form, 1}, sideBySide(this, {m_helpButton, {buttons, 1}})});
   resizeOnScreen(this, QSize(startWidth, sizeHint().height()));
@@ -81,14 +80,6 @@ void SetupDialog::showEvent(QShowEvent* event) {
   m_helpButton->setEnabled(onHelp != nullptr);
   QDialog::showEvent(event);
   fit();
-}
-
-void SetupDialog::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_F1 && onHelp) {
-    onHelp(m_helpTopic);
-    return;
-  }
-  QDialog::keyPressEvent(event);
 }
 
 } // namespace folivex

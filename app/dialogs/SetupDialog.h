@@ -16,7 +16,7 @@ public:
   /// Sets the settings of this dialog, and no other.
   void take(SplitSetup& setup) const { m_form->take(setup); }
 
-  /// Help on this dialog is asked for: F1, or the button. Without it the button is disabled.
+  /// Help on this dialog is asked for by its button, which is disabled without it.
   std::function<void(const QString& topic)> onHelp;
 
   void accept() override; ///< OK
@@ -41,14 +41,12 @@ protected:
   /// Tells everything that is wrong with `setup` at its field; false when there is a problem.
   bool tellProblems(const SplitSetup& setup);
 
-  void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
 private:
   void adapt();
   void fit();
 
-  QString m_helpTopic;
   Check m_check;
   Dialogs& m_dialogs;
   SetupForm* m_form;

@@ -9,7 +9,6 @@
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -40,6 +39,7 @@ CProblemReportDlg::CProblemReportDlg(ProblemReport report, Dialogs& dialogs, Win
     : QDialog(parent), m_report(std::move(report)), m_dialogs(dialogs), m_memory(memory) {
   setObjectName(QStringLiteral("problemReportDialog"));
   setWindowTitle(QStringLiteral("Problem report"));
+  setProperty("helpTopic", QStringLiteral("problem-report"));
   buildControls();
   m_text->setPlainText(invitation());
   fill();
@@ -110,13 +110,9 @@ void CProblemReportDlg::fill() {
   m_text->setPlainText(own + rulingLine() + QStringLiteral("\n\n") + m_report.text(names));
 }
 
-void CProblemReportDlg::tell(const QString& text) {
-  m_told->setText(text);
-}
-
 void CProblemReportDlg::copy() {
   QGuiApplication::clipboard()->setText(m_text->toPlainText());
-  tell(QStringLiteral("The report is in the clipboard."));
+  m_told->setText(QStringLiteral("The report is in the clipboard."));
 }
 
 void CProblemReportDlg::save() {
@@ -127,8 +123,9 @@ void CProblemReportDlg::save() {
     return;
   }
   const QString problem = exportText(path, m_text->toPlainText());
-  tell(problem.isEmpty() ? QStringLiteral("Saved: %1").arg(path)
-                         : QStringLiteral("%1: cannot be written: %2").arg(path, problem));
+  m_told->setText(problem.isEmpty()
+                      ? QStringLiteral("Saved: %1").arg(path)
+                      : QStringLiteral("%1: cannot be written: %2").arg(path, problem));
 }
 
 void CProblemReportDlg::openMail() {
@@ -141,12 +138,14 @@ void CProblemReportDlg::openMail() {
                           QStringLiteral("The report is in the clipboard: paste it here."));
   }
   if (!m_dialogs.openOutside(address)) {
-    tell(QStringLiteral("No mail program was found. Copy the report, or save it."));
+    m_told->setText(QStringLiteral("No mail program was found. Copy the report, or save it."));
   } else if (isTooLong) {
-    tell(QStringLiteral("The report is too long to be handed over. It is in the clipboard: paste "
-                        "it into the mail."));
+    m_told->setText(
+        QStringLiteral("The report is too long to be handed over. It is in the clipboard: paste "
+                       "it into the mail."));
   } else {
-    tell(QStringLiteral("The mail is open in your mail program. It is sent from there."));
+    m_told->setText(
+        QStringLiteral("The mail is open in your mail program. It is sent from there."));
   }
 }
 
@@ -159,14 +158,6 @@ void CProblemReportDlg::showEvent(QShowEvent* event) {
 void CProblemReportDlg::done(int result) {
   m_memory.setText(addressKey(), m_to->text().trimmed());
   QDialog::done(result);
-}
-
-void CProblemReportDlg::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_F1 && onHelp) {
-    onHelp(QStringLiteral("problem-report"));
-    return;
-  }
-  QDialog::keyPressEvent(event);
 }
 
 } // namespace folivex

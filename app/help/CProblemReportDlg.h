@@ -27,10 +27,7 @@ public:
 
   void done(int result) override;
 
-  std::function<void(const QString& topic)> onHelp;
-
 protected:
-  void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
 private:
@@ -41,7 +38,6 @@ private:
   void copy();
   void save();
   void openMail();
-  void tell(const QString& text);
 
   ProblemReport m_report;
   Dialogs& m_dialogs;

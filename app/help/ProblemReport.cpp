@@ -4,11 +4,11 @@
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SplitMethod.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 #include <QUrl>
 
 #include <algorithm>
-#include <array>
 
 namespace folivex {
 
@@ -20,35 +20,24 @@ enum class Kind {
   Secret, ///< never told
 };
 
+bool isAmong(const SetupField& field, const QString& keys) {
+  return keys.split(u' ').contains(field.key);
+}
+
 /// Kinds of the text settings; numbers and boxes are open. What is not here is secret.
 Kind kindOf(const SetupField& field) {
-  constexpr std::array open = {"EXTRACT", "PAGEEXTRACT", "MATCHPOSH", "MATCHPOSV"};
-  constexpr std::array names = {"ADDBWORDS",
-                                "FILENAME",
-                                "FIRSTCHAROFWORD",
-                                "ANYCHAROFWORD",
-                                "FINDSTRING",
-                                "PREFIXFILENAME",
-                                "POSTFIXFILENAME",
-                                "OUTPUTDIR",
-                                "EXTRACTUNTIL",
-                                "EXTRACTFILENAME",
-                                "REPORTOPTIONSOUTPUTFOLDER",
-                                "REPORTUSEFILELIST",
-                                "REPORTREMOVECHARS",
-                                "CONFIGEXTERNALCOMMAND",
-                                "EMAILLOGFILE",
-                                "EMAILHORIZAFTERTEXT",
-                                "EMAILHORIZBEFORETEXT",
-                                "OTHERSETTINGSREMOVETEXT"};
-  const auto isAmong = [&field](const auto& keys) {
-    return std::any_of(keys.begin(), keys.end(),
-                       [&field](const char* key) { return field.key == QLatin1StringView(key); });
-  };
-  if (!std::holds_alternative<QString SplitSetup::*>(field.member) || isAmong(open)) {
+  if (!std::holds_alternative<QString SplitSetup::*>(field.member) ||
+      isAmong(field, QStringLiteral("EXTRACT PAGEEXTRACT MATCHPOSH MATCHPOSV"))) {
     return Kind::Open;
   }
-  return isAmong(names) ? Kind::Name : Kind::Secret;
+  return isAmong(field,
+                 QStringLiteral("ADDBWORDS FILENAME FIRSTCHAROFWORD ANYCHAROFWORD FINDSTRING "
+                                "PREFIXFILENAME POSTFIXFILENAME OUTPUTDIR EXTRACTUNTIL "
+                                "EXTRACTFILENAME REPORTOPTIONSOUTPUTFOLDER REPORTUSEFILELIST "
+                                "REPORTREMOVECHARS CONFIGEXTERNALCOMMAND EMAILLOGFILE "
+                                "EMAILHORIZAFTERTEXT EMAILHORIZBEFORETEXT OTHERSETTINGSREMOVETEXT"))
+             ? Kind::Name
+             : Kind::Secret;
 }
 
 bool hasField(const SetupField& field) {
@@ -59,10 +48,7 @@ bool hasField(const SetupField& field) {
 /// A setup file may hold any text where the program knows a few.
 bool isHarmless(const QString& value) {
   static const QRegularExpression position(QStringLiteral("\\A[-|0-9]{0,40}\\z"));
-  const auto isOneOf = [&value](const auto& texts) {
-    return std::find(texts.begin(), texts.end(), value) != texts.end();
-  };
-  return isOneOf(fileNameMethodTexts()) || isOneOf(splitMethodTexts()) ||
+  return fileNameMethodTexts().contains(value) || splitMethodTexts().contains(value) ||
          value == bookmarkFileNameMethodText() || position.match(value).hasMatch();
 }
 
@@ -96,9 +82,7 @@ QStringList hiddenValues(const SplitSetup& setup, PrivateNames names) {
   // "tls:host:587" is told by its host.
   values += setup.emailSmtp.split(u':');
   values += setup.emailInvoiceCc.split(QRegularExpression(QStringLiteral("[,;\\s]+")));
-  values.erase(std::remove_if(values.begin(), values.end(),
-                              [](const QString& value) { return value.size() < shortestHidden; }),
-               values.end());
+  values.removeIf([](const QString& value) { return value.size() < shortestHidden; });
   std::sort(values.begin(), values.end(),
             [](const QString& a, const QString& b) { return a.size() > b.size(); });
   return values;
@@ -132,9 +116,7 @@ QString withoutNames(QString message) {
 }
 
 QString memoryText(qint64 bytes) {
-  constexpr double gib = 1024.0 * 1024.0 * 1024.0;
-  return bytes > 0 ? QStringLiteral("%1 GiB").arg(static_cast<double>(bytes) / gib, 0, 'f', 1)
-                   : QStringLiteral("not known");
+  return bytes > 0 ? QLocale::c().formattedDataSize(bytes, 1) : QStringLiteral("not known");
 }
 
 } // namespace

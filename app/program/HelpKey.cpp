@@ -18,13 +18,13 @@ constexpr std::array rows = {Row{"CBatchList", "batch"}, Row{"CChangeEmailDlg", 
                              Row{"CEmailListDlg", "email-list"}, Row{"CFindingsDlg", "email-list"},
                              Row{"CUpdateIntervalDlg", "updates"}};
 
-QString topicOf(const QString& window) {
+QString topicOf(const QWidget* window) {
   for (const Row& row : rows) {
-    if (window == QLatin1String(row.window)) {
+    if (window->objectName() == QLatin1String(row.window)) {
       return QString::fromLatin1(row.topic);
     }
   }
-  return {};
+  return window->property("helpTopic").toString(); // of the windows that know their own
 }
 
 } // namespace
@@ -38,7 +38,7 @@ bool HelpKey::eventFilter(QObject* watched, QEvent* event) {
     return false;
   }
   const auto* control = qobject_cast<QWidget*>(watched);
-  const QString topic = control == nullptr ? QString() : topicOf(control->window()->objectName());
+  const QString topic = control == nullptr ? QString() : topicOf(control->window());
   if (topic.isEmpty() || !onHelp) {
     return false;
   }

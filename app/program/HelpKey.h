@@ -1,4 +1,4 @@
-// HelpKey: F1 in the windows that have no help command of their own.
+// HelpKey: F1 in all windows but the main one.
 #pragma once
 
 #include <QObject>

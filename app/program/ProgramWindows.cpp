@@ -113,7 +113,6 @@ void ProgramWindows::reportProblem() {
       ProblemReport(systemFacts(QStringLiteral(FOLIVEX_VERSION), libraryVersions()),
                     m_main.currentSetup(), m_main.lastTold()),
       m_dialogs, m_memory, &m_main);
-  dialog.onHelp = [this](const QString& topic) { openHelp(topic); };
   dialog.exec();
 }
 
