@@ -7,12 +7,20 @@ namespace folivex {
 
 enum class Answer { Yes, No, Cancel };
 
+/// What is done with a source, one after the other.
+enum class Phase {
+  Reading,
+  Writing, ///< of what waited for the last page
+  Sending
+};
+
 /// What a run shows while it works.
 struct Progress {
   QString text;      ///< the status text as the engine words it
-  int page = 0;      ///< page being processed, from 1; 0 when not known
-  int pageCount = 0; ///< pages of the run, 0 when not known
+  int page = 0;      ///< page (or mail) being processed, from 1; 0 when not known
+  int pageCount = 0; ///< pages (or mails) of the phase, 0 when not known
   int outputs = 0;   ///< output files so far
+  Phase phase = Phase::Reading;
 };
 
 /// Who runs the engine: a window, a terminal, or nobody. The engine decides when a message is due
@@ -31,6 +39,8 @@ public:
   /// A result that was asked for (a plan), in lines ending in LF.
   virtual void print(const QString& text) = 0;
   virtual void progress(const Progress& progress) = 0;
+  /// Of several sources that are one piece of work, one begins; counted from 1.
+  virtual void beginSource(int /*source*/, int /*sources*/) {}
   /// Lets a window handle what has come in. Called by the engine at every step of long work.
   virtual void handlePendingEvents() = 0;
   /// Opens a finished file (a report, the listing) for the person to read.

@@ -30,6 +30,7 @@ struct RunState {
   int outputCount = 0;   ///< output files handed to the writer; at the end, those written
   int rangeCount = 0;    ///< ranges saved
   int emptiedRanges = 0; ///< ranges of which no page was left
+  bool isRead = false;   ///< no page is left to read; what waited for that is written
   bool userStop = false;
   bool abortRun = false;
   bool showOnly = false; ///< matches are shown, nothing is written

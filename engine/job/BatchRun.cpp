@@ -6,24 +6,35 @@
 
 namespace folivex {
 
+QString noListText() {
+  return QStringLiteral("You must prepare a list first or load one");
+}
+
 BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
                      const std::function<RowResult(const QString& path)>& processFile) {
   const QString fileError = QStringLiteral("file error");
   BatchResult batch;
   if (rows.count() == 0) {
-    person.message(QStringLiteral("You must prepare a list first or load one"));
+    person.message(noListText());
     return batch;
   }
-  for (int row = 0; row < rows.count() && !batch.stopped; ++row) {
+  const auto isInUse = [&rows](int row) { return rows.useFlag(row) == QStringLiteral("Yes"); };
+  int inUse = 0;
+  for (int row = 0; row < rows.count(); ++row) {
+    inUse += isInUse(row) ? 1 : 0;
+  }
+  for (int row = 0, source = 0; row < rows.count() && !batch.stopped; ++row) {
     person.handlePendingEvents();
-    if (rows.useFlag(row) != QStringLiteral("Yes")) {
+    if (!isInUse(row)) {
       continue;
     }
+    person.beginSource(++source, inUse);
     const QString path = rows.path(row);
     if (!platform::isReadableFile(path)) {
       rows.setStatus(row, fileError,
                      QFileInfo::exists(path) ? QStringLiteral("The file cannot be read.")
                                              : QStringLiteral("The file is not there."));
+      ++batch.failed;
       person.note(QStringLiteral("%1: the file cannot be opened").arg(path));
       continue;
     }
@@ -33,6 +44,7 @@ BatchResult runBatch(BatchRows& rows, RunState& state, Operator& person,
     state.automation = true;
     const RowResult result = processFile(path);
     state.automation = automationBefore;
+    batch.failed += result.end == RowEnd::Failed ? 1 : 0;
     // The next file would clear the flag: a Stop ends the whole batch.
     batch.stopped = state.userStop;
     rows.setStatus(row,

@@ -26,8 +26,12 @@ public:
 /// What a batch run came to.
 struct BatchResult {
   int processed = 0;
+  int failed = 0; ///< rows in use with "file error"
   bool stopped = false;
 };
+
+/// Before there is a list, or one with rows.
+QString noListText();
 
 /// What became of one row.
 enum class RowEnd {

@@ -19,6 +19,7 @@ public:
 
   void begin(const QStringList& sources);
   void end();
+  bool isOpen() const { return m_isOpen; }
 
   /// The folders that are kept from other runs: until a run's end, or the batch's when a folder was
   /// cleared, since nobody may come between its sources then.

@@ -113,18 +113,34 @@ RunError JobDriver::StartProcessing(const SplitPlan* expected) {
   const SplitSetup setup = begin();
   // Before anything is touched: a refused run must not have cleared a folder.
   if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
-    return m_job.fail(RunError::Contradiction, contradiction);
+    m_job.fail(RunError::Contradiction, contradiction);
+  } else {
+    if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
+      m_job.person.note(finding);
+    }
+    if (lockFolder(setup)) {
+      runLocked(setup, expected);
+    }
+    m_batch.runEnded();
   }
-  if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
-    m_job.person.note(finding);
+  addToTotals(setup.fileName);
+  return m_state.error;
+}
+
+void JobDriver::addToTotals(const QString& source) {
+  if (!m_batch.isOpen()) {
+    m_totals = RunTotals();
   }
-  const RunError error = lockFolder(setup) ? runLocked(setup, expected) : m_state.error;
-  m_batch.runEnded();
-  return error;
+  ++m_totals.sources;
+  m_totals.lastSource = source;
+  m_totals.account.add(m_outcome.account);
+  m_totals.files += m_outcome.writtenFiles;
+  m_totals.hasFailed =
+      m_totals.hasFailed || m_state.error != RunError::None || m_outcome.outputsFailed;
 }
 
 /// Clears the folder only for a source that can be split.
-RunError JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
+void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
   SourceFile file(m_job);
   const int pageCount = file.openForSplitting(setup);
   if (pageCount > 0) {
@@ -135,11 +151,13 @@ RunError JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected
       reports.open(reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable),
                    setup.fileName, setup.findString, QDateTime::currentDateTime());
   if (opened.error != RunError::None) {
-    return m_job.fail(opened.error, opened.message);
+    m_job.fail(opened.error, opened.message);
+    return;
   }
   const bool isSaved = saveDefaultSetup();
   if (!isSaved && m_state.automation && !m_isList) {
-    return m_state.error = RunError::SetupFile;
+    m_state.error = RunError::SetupFile;
+    return;
   }
   splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome, expected}, file,
               pageCount, reports);
@@ -150,7 +168,6 @@ RunError JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected
     m_state.error = RunError::SetupFile;
   }
   tellRunEnd(m_outcome, setup, reports.paths().text, m_job);
-  return m_state.error;
 }
 
 std::unique_ptr<AddressReader> JobDriver::addressReaderFor(const SplitSetup& setup) const {
@@ -251,7 +268,7 @@ BatchResult JobDriver::ProcessBatch(BatchRows& rows,
   for (int row = 0; row < rows.count(); ++row) {
     sources += rows.path(row);
   }
-  m_batch.begin(sources);
+  beginBatch(sources);
   m_isList = true;
   m_isUnsavedTold = false;
   const QString fileName = m_store.edited().fileName;

@@ -69,7 +69,10 @@ public:
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
   /// none of the sources with it, and the list of names goes on from source to source. A folder
   /// that was cleared is kept from other runs until the end.
-  void beginBatch(const QStringList& sources) { m_batch.begin(sources); }
+  void beginBatch(const QStringList& sources) {
+    m_batch.begin(sources);
+    m_totals = RunTotals();
+  }
   void endBatch() { m_batch.end(); }
   /// A source of the batch was split by an earlier process: its outputs in this folder stay.
   void keepFolder(const QString& folder) { m_batch.keepFolder(folder); }
@@ -86,6 +89,8 @@ public:
   /// What the run that ended last came to.
   const RunOutcome& outcome() const { return m_outcome; }
   const PageAccount& account() const { return m_outcome.account; }
+  /// Of the batch that is on or ended last, or of a later run.
+  const RunTotals& totals() const { return m_totals; }
   const EmailRecords& emails() const { return m_outcome.emails; }
 
 private:
@@ -94,7 +99,8 @@ private:
   QString folderToClear() const;
   bool lockFolder(const SplitSetup& setup);
   void clearFolder(const SplitSetup& setup);
-  RunError runLocked(const SplitSetup& setup, const SplitPlan* expected);
+  void addToTotals(const QString& source);
+  void runLocked(const SplitSetup& setup, const SplitPlan* expected);
   bool saveDefaultSetup();
   RowResult processRow(const QString& path,
                        const std::function<void(const QString& source)>& onProcessed);
@@ -103,6 +109,7 @@ private:
   RunState m_state;
   JobContext m_job;
   RunOutcome m_outcome;
+  RunTotals m_totals;
   BatchScope m_batch;
   AddressReaderMaker m_addressReader;
   bool m_folderWritable;

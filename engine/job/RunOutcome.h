@@ -17,6 +17,15 @@ struct RunOutcome {
   bool outputsFailed = false;
 };
 
+/// What the runs of a batch came to together, or one that stands alone.
+struct RunTotals {
+  int sources = 0;
+  QString lastSource;
+  PageAccount account; ///< of several sources: see PageAccount::add()
+  int files = 0;
+  bool hasFailed = false; ///< whatever it was: something was told
+};
+
 /// What two messages say about a search without a match.
 QString searchHint();
 

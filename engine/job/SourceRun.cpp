@@ -59,10 +59,12 @@ SourceRun::SourceRun(const SplitSetup& setup, const RunContext& job, SourceWords
 void SourceRun::run(int pageCount) {
   if (splitTraitsOf(m_setup.pageExtract).fromBookmarks) {
     takeBookmarks(pageCount);
+    m_state.isRead = true;
     return;
   }
   const PageWindow window = pageWindow(m_setup.startFromPage, m_setup.startEndPage, pageCount);
   scanPages(window);
+  m_state.isRead = true;
   if (m_state.mustEnd() && m_state.pendingStart >= 0) {
     m_firstUnfinished = m_state.pendingStart + 1;
   }

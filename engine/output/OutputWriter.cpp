@@ -77,13 +77,18 @@ void OutputWriter::output(const ReservedOutput& output) {
   if (!takeFolderOf(output)) {
     return;
   }
-  m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
-                     m_source.totalPages, m_state.outputCount});
+  tellProgress(output);
   if (usesExternalCommand(m_setup)) {
     runExternalCommand(output);
   } else {
     writeWithLibrary(output);
   }
+}
+
+void OutputWriter::tellProgress(const ReservedOutput& output) {
+  m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(output.path), output.firstPage,
+                     m_source.totalPages, m_state.outputCount,
+                     m_state.isRead ? Phase::Writing : Phase::Reading});
 }
 
 void OutputWriter::wereComplete() {
@@ -218,8 +223,7 @@ void OutputWriter::hold(const ReservedOutput& output) {
 
 void OutputWriter::writeHeld(Ranges ranges) {
   const QString& path = ranges.front().path;
-  m_person.progress({QStringLiteral("Splitting/Saving to: %1").arg(path), ranges.front().firstPage,
-                     m_source.totalPages, m_state.outputCount});
+  tellProgress(ranges.front());
   m_person.handlePendingEvents();
   if (m_handed.holds(path)) {
     waitForHanded();

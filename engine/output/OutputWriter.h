@@ -96,6 +96,7 @@ private:
   using Ranges = std::vector<ReservedOutput>;
 
   bool isSourceChanged();
+  void tellProgress(const ReservedOutput& output);
   bool takeFolderOf(const ReservedOutput& output);
   void runExternalCommand(const ReservedOutput& output);
   void settleCommand(const HandedFile& file, const QString& command,

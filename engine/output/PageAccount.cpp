@@ -10,6 +10,10 @@ void PageAccount::start(int pageCount) {
   m_pages.assign(static_cast<std::size_t>(std::max(pageCount, 0)), Page());
 }
 
+void PageAccount::add(const PageAccount& more) {
+  m_pages.insert(m_pages.end(), more.m_pages.begin(), more.m_pages.end());
+}
+
 void PageAccount::written(int first, int last) {
   change(first, last, [](Page& page) { ++page.holders; });
 }

@@ -14,6 +14,8 @@ namespace folivex {
 class PageAccount {
 public:
   void start(int pageCount);
+  /// Another source's pages come behind these: counts are those of all, page numbers nobody's.
+  void add(const PageAccount& more);
 
   void written(int first, int last);     ///< stands in an output
   void overwritten(int first, int last); ///< an output that it was written to is another one now

@@ -19,19 +19,26 @@ public:
   void handlePendingEvents() override { m_person.handlePendingEvents(); }
   bool stopRequested() override { return m_stop && m_stop(); }
   void onProgress(const EmailProgress& progress) override {
-    Progress shown;
-    shown.text = QStringLiteral("Sending email (%1 of %2, errors: %3): %4")
-                     .arg(progress.handled)
-                     .arg(progress.total)
-                     .arg(progress.errors)
-                     .arg(progress.recipient);
-    m_person.progress(shown);
+    m_person.progress(sendingProgress(progress));
   }
 
 private:
   Operator& m_person;
   const std::function<bool()>& m_stop;
 };
+
+} // namespace
+
+Progress sendingProgress(const EmailProgress& progress) {
+  const QString text = QStringLiteral("Sending email (%1 of %2, errors: %3): %4")
+                           .arg(progress.handled)
+                           .arg(progress.total)
+                           .arg(progress.errors)
+                           .arg(progress.recipient);
+  return {text, progress.handled, progress.total, 0, Phase::Sending};
+}
+
+namespace {
 
 void tellSummary(const EmailList& list, const SendSummary& summary, Operator& person) {
   person.note(summary.message());

@@ -10,6 +10,10 @@
 namespace folivex {
 
 class Operator;
+struct Progress;
+
+/// How far mails are, as a run shows it.
+Progress sendingProgress(const EmailProgress& progress);
 
 struct [[nodiscard]] UnattendedResult {
   bool complete = true; ///< no mail that has an address is left to send

@@ -64,6 +64,9 @@ void CEmailStatusDlg::onProgress(const EmailProgress& progress) {
   m_progress = progress;
   m_isShown = false;
   displayWhenDue();
+  if (alsoTell) {
+    alsoTell(progress);
+  }
 }
 
 void CEmailStatusDlg::handlePendingEvents() {

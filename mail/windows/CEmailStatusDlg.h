@@ -25,6 +25,7 @@ public:
 
   /// What else may ask for a stop (the program's own one). May be empty.
   std::function<bool()> alsoStop;
+  std::function<void(const EmailProgress& progress)> alsoTell; ///< may be empty
 
   /// Cheap: what is shown changes at most twenty times a second.
   void onProgress(const EmailProgress& progress) override;

@@ -133,8 +133,15 @@ QString messageOf(const SendSummary& summary) {
 
 } // namespace
 
+struct EmailSession::Waiting {
+  std::unique_ptr<EmailDelivery> delivery;
+  EmailList list;
+  std::vector<AddressedOutput> withoutAddress;
+};
+
 struct EmailSession::Batch {
-  Batch(const SplitSetup& setup, const DeliveryMeans& means) : delivery(setup, means) {}
+  Batch(const SplitSetup& setup, const DeliveryMeans& means)
+      : delivery(std::make_unique<EmailDelivery>(setup, means)) {}
 
   /// What is to be confirmed, or could not be sent, of this run is for the end of the batch.
   void keep(FinishedRun run) {
@@ -159,7 +166,7 @@ struct EmailSession::Batch {
     }
   }
 
-  EmailDelivery delivery;
+  std::unique_ptr<EmailDelivery> delivery;
   std::vector<FinishedRun> waiting;
   bool wasSent = false; ///< some of its mails went out, or were tried, while it was on
 
@@ -215,15 +222,56 @@ void EmailSession::afterRun(const SplitSetup& setup, const FinishedRun& run) {
   if (!setup.emailConfirm) { // else the list says it
     note(withoutAddressSentence(all.withoutAddress.size(), run.outputs.size()));
   }
-  EmailDelivery delivery(setup, m_means);
-  delivery.addRun(run);
+  auto delivery = std::make_unique<EmailDelivery>(setup, m_means);
+  delivery->addRun(run);
+  deliver({std::move(delivery), std::move(all.list), std::move(all.withoutAddress)},
+          setup.emailConfirm ? First::Show : First::Send);
+}
+
+/// A list that is cancelled waits for the person.
+void EmailSession::deliver(Waiting mails, First first) {
   CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
-  dialog.showRun(std::move(all.list), std::move(all.withoutAddress));
+  dialog.showRun(std::move(mails.list), mails.withoutAddress);
   dialog.takeAll();
-  if (setup.emailConfirm || sendAndTell(dialog, delivery) == Outcome::RowsLeft) {
-    review(dialog, delivery);
+  const bool isSent = first == First::Send && sendAndTell(dialog, *mails.delivery) == Outcome::Done;
+  const bool isDone = isSent || review(dialog, *mails.delivery) == Outcome::Done;
+  mails.delivery->kept().dropAll(); // the person has seen what became of them
+  if (isDone || dialog.list().addressedCount() == 0) {
+    note(mails.delivery->close());
+    return;
   }
-  closeReports(delivery);
+  mails.list = dialog.list();
+  m_waiting = std::make_unique<Waiting>(std::move(mails));
+}
+
+std::size_t EmailSession::waiting() const {
+  return m_waiting ? m_waiting->list.addressedCount() : 0;
+}
+
+void EmailSession::showWaiting() {
+  if (m_waiting && !m_isAtWork) {
+    const AtWork atWork(*this);
+    deliver(std::move(*std::exchange(m_waiting, nullptr)), First::Show);
+  }
+}
+
+void EmailSession::sendWaiting() {
+  if (m_waiting && !m_isAtWork &&
+      m_parts.dialogs.question(
+          m_parts.over,
+          QStringLiteral("Send %1 now, each to the address found on its pages?")
+              .arg(mailCount(waiting())),
+          questionCaption())) {
+    const AtWork atWork(*this);
+    deliver(std::move(*std::exchange(m_waiting, nullptr)), First::Send);
+  }
+}
+
+void EmailSession::forgetWaiting() {
+  if (m_waiting) {
+    note(m_waiting->delivery->close());
+    m_waiting.reset();
+  }
 }
 
 void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun& run) {
@@ -234,7 +282,7 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
   if (!m_batch) {
     m_batch = std::make_unique<Batch>(setup, m_means);
   }
-  m_batch->delivery.addRun(run);
+  m_batch->delivery->addRun(run);
   if (setup.alwaysOverwrite && !setup.alwaysAppend) {
     m_batch->forgetReplaced(run);
   }
@@ -247,7 +295,7 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
   if (all.list.isEmpty()) {
     return;
   }
-  const QString earlier = listOfSameWork(setup, run.source, m_batch->delivery.kept());
+  const QString earlier = listOfSameWork(setup, run.source, m_batch->delivery->kept());
   if (!earlier.isEmpty()) {
     note(QStringLiteral(
              "No e-mail was sent for %1: an earlier run did not send all of its own. They "
@@ -257,7 +305,7 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
     return;
   }
   m_batch->wasSent = true;
-  const DeliveryResult result = send(all.list, {}, m_batch->delivery);
+  const DeliveryResult result = send(all.list, {}, *m_batch->delivery);
   note(result.note);
   if (!result.problem.isEmpty()) {
     note(QStringLiteral("No e-mail was sent: ") + result.problem);
@@ -279,13 +327,14 @@ void EmailSession::afterBatch() {
   const AtWork atWork(*this);
   JoinedRuns all = joined(batch->waiting);
   if (!all.list.isEmpty()) {
-    CEmailListDlg dialog(m_parts.dialogs, m_parts.over);
-    dialog.showRun(std::move(all.list), std::move(all.withoutAddress));
-    review(dialog, batch->delivery);
-  } else if (!batch->wasSent) {
+    deliver({std::move(batch->delivery), std::move(all.list), std::move(all.withoutAddress)},
+            First::Show);
+    return;
+  }
+  if (!batch->wasSent) {
     m_parts.dialogs.message(m_parts.over, nothingToSend());
   }
-  closeReports(batch->delivery);
+  closeReports(*batch->delivery);
 }
 
 bool EmailSession::goOn(const SplitSetup& setup) {
@@ -326,18 +375,21 @@ void EmailSession::loadEmailList(const SplitSetup& setup) {
   closeReports(delivery);
 }
 
-void EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
+/// RowsLeft when the list was cancelled.
+EmailSession::Outcome EmailSession::review(CEmailListDlg& dialog, EmailDelivery& delivery) {
   dialog.setSubject(delivery.setup().emailSubject);
   while (dialog.exec() == QDialog::Accepted) {
     if (sendAndTell(dialog, delivery) == Outcome::Done) {
-      return;
+      return Outcome::Done;
     }
   }
+  return Outcome::RowsLeft;
 }
 
 DeliveryResult EmailSession::send(const EmailList& list, const QString& listFile,
                                   EmailDelivery& delivery) {
   CEmailStatusDlg status(m_parts.over);
+  status.alsoTell = m_parts.progress;
   if (m_parts.stopRequested && !m_parts.stopRequested()) {
     status.alsoStop = m_parts.stopRequested;
   }

@@ -27,6 +27,8 @@ public:
     /// Whether the program's own stop was asked for; may be empty. One that came before the sending
     /// ended something else.
     std::function<bool()> stopRequested = {};
+    /// How far sending is, beside its own window; may be empty.
+    std::function<void(const EmailProgress& progress)> progress = {};
   };
   explicit EmailSession(Parts parts);
   ~EmailSession();
@@ -52,15 +54,27 @@ public:
   /// when there is nothing to be split.
   bool goOn(const SplitSetup& setup);
 
+  /// Mails of the last run, or batch, whose list was cancelled: nobody has decided against them.
+  std::size_t waiting() const;
+  /// Another run begins: they are its business no more.
+  void forgetWaiting();
+  /// Shows the list of those again.
+  void showWaiting();
+  /// Sends them, if the person agrees.
+  void sendWaiting();
+
   /// "Load Email List": a list file is chosen, shown and sent.
   void loadEmailList(const SplitSetup& setup);
 
 private:
   struct Batch;
+  struct Waiting;
   class AtWork;
   enum class Outcome { Done, RowsLeft };
+  enum class First { Show, Send };
 
-  void review(CEmailListDlg& dialog, EmailDelivery& delivery);
+  Outcome review(CEmailListDlg& dialog, EmailDelivery& delivery);
+  void deliver(Waiting mails, First first);
   Outcome sendAndTell(CEmailListDlg& dialog, EmailDelivery& delivery);
   bool wantsToSendAgain(CEmailListDlg& dialog, const SendSummary& summary);
   DeliveryResult send(const EmailList& list, const QString& listFile, EmailDelivery& delivery);
@@ -71,6 +85,7 @@ private:
   Parts m_parts;
   DeliveryMeans m_means;
   std::unique_ptr<Batch> m_batch; ///< the batch run that is on
+  std::unique_ptr<Waiting> m_waiting;
   bool m_isAtWork = false;
 };
 
