@@ -17,6 +17,7 @@ namespace {
 
 constexpr int noteLines = 4;
 constexpr int paintMs = 50;
+constexpr int barRange = 10'000;
 /// A damaged file may have a finding for every page.
 constexpr int mostNotes = 5000;
 
@@ -47,19 +48,25 @@ ActivityLine::ActivityLine(QWidget* parent)
   layout()->setContentsMargins(air, 2, air, 2);
 }
 
-void ActivityLine::begin(const QString& text, int passes) {
+void ActivityLine::begin(const QString& text, std::vector<Phase> phases) {
   clearNotes();
   setStatus(text);
   m_isWorking = true;
   m_isStopping = false;
-  m_passes = passes;
-  m_pass = m_done = 0;
+  m_phases = std::move(phases);
+  m_source = m_sources = 1;
+  m_share = 0;
   m_pace.reset();
   m_elapsed.start();
   m_timeLeft->clear();
   m_bar->setRange(0, 0);
   m_bar->setVisible(true);
   m_stop->setVisible(true);
+}
+
+void ActivityLine::beginSource(int source, int sources) {
+  m_source = source;
+  m_sources = sources;
 }
 
 void ActivityLine::end() {
@@ -91,30 +98,24 @@ void ActivityLine::forgetProblem() {
 }
 
 void ActivityLine::progress(const Progress& progress) {
-  // Files are written beside the reading and behind it: only a page far back begins another pass.
-  const bool isAnew = progress.pageCount > 0 && m_done >= progress.pageCount - 1 &&
-                      progress.page > 0 && progress.page < progress.pageCount / 2;
-  if (isAnew && m_pass + 1 < m_passes) {
-    ++m_pass;
-    m_done = 0;
+  const auto phase = std::find(m_phases.begin(), m_phases.end(), progress.phase);
+  if (progress.pageCount > 0 && progress.page > 0 && phase != m_phases.end()) {
+    const double pages = std::min(1.0, static_cast<double>(progress.page) / progress.pageCount);
+    const double phases = static_cast<double>(phase - m_phases.begin()) + pages;
+    const double sources = m_source - 1 + phases / static_cast<double>(m_phases.size());
+    // Files are written beside the reading: their pages lie behind those that are read.
+    m_share = std::max(m_share, sources / m_sources);
+    m_bar->setRange(0, barRange);
+    m_bar->setValue(static_cast<int>(m_share * barRange));
   }
-  m_done = std::max(m_done, progress.page);
-  if (!m_pace.isDue() || m_isStopping) {
+  if (!m_isWorking || m_isStopping || !m_pace.isDue()) {
     return;
   }
   m_status->setText(
       progress.outputs > 0
           ? QStringLiteral("%1 - %2 file(s) so far").arg(progress.text).arg(progress.outputs)
           : progress.text);
-  if (progress.pageCount > 0 && progress.page > 0) {
-    showShare(m_pass * progress.pageCount + m_done, m_passes * progress.pageCount);
-  }
-}
-
-void ActivityLine::showShare(int done, int all) {
-  m_bar->setRange(0, all);
-  m_bar->setValue(done);
-  m_timeLeft->setText(timeLeftText(done, all, m_elapsed.elapsed()));
+  m_timeLeft->setText(timeLeftText(m_bar->value(), barRange, m_elapsed.elapsed()));
 }
 
 void ActivityLine::tellReading(int pagesRead, int pageCount) {

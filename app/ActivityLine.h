@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <vector>
+
 class QLabel;
 class QPlainTextEdit;
 class QProgressBar;
@@ -20,9 +22,10 @@ class ActivityLine : public QWidget {
 public:
   explicit ActivityLine(QWidget* parent);
 
-  /// Work begins: what the last one told goes. `passes` is how often it goes over the pages: twice
-  /// where outputs are written behind the last page. The bar goes from left to right once.
-  void begin(const QString& text, int passes = 1);
+  /// Work begins: what the last one told goes. The bar goes from left to right once, with the same
+  /// room for each source, and for each phase of it.
+  void begin(const QString& text, std::vector<Phase> phases = {Phase::Reading});
+  void beginSource(int source, int sources);
   void end();
   /// Stop was asked for: said until end().
   void tellStopping();
@@ -47,7 +50,6 @@ public:
 
 private:
   void fitNotes();
-  void showShare(int done, int all);
 
   QLabel* m_status;
   QProgressBar* m_bar;
@@ -60,9 +62,10 @@ private:
   bool m_tellsProblem = false;
   bool m_isWorking = false;
   bool m_isStopping = false;
-  int m_passes = 1;
-  int m_pass = 0;
-  int m_done = 0; ///< pages of the pass that are behind it
+  std::vector<Phase> m_phases;
+  int m_source = 1;
+  int m_sources = 1;
+  double m_share = 0; ///< of all the work
 };
 
 } // namespace folivex

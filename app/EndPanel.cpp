@@ -74,53 +74,50 @@ EndPanel::EndPanel(QWidget* parent)
   grid->setColumnStretch(1, 1);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   escape->setContext(Qt::WidgetWithChildrenShortcut);
-  connect(escape, &QShortcut::activated, this, [this] { putAway(); });
+  connect(escape, &QShortcut::activated, this, &QWidget::hide);
   hide();
 }
 
 QWidget* EndPanel::buildButtons() {
-  const auto open = [this](const QString& path) {
-    if (onOpen) {
-      onOpen(path);
-    }
+  const auto add = [this](const char* name, const char* text, const char* toolTip,
+                          std::function<bool()> isMeant, std::function<void()> act) {
+    QPushButton* button = sideButton(name, QString::fromLatin1(text), QString::fromLatin1(toolTip),
+                                     this, std::move(act));
+    m_buttons.emplace_back(button, std::move(isMeant));
+    return button;
   };
-  const auto run = [](const std::function<void()>& what) {
-    if (what) {
-      what();
-    }
-  };
-  m_openFolder =
-      sideButton("endOpenFolder", QStringLiteral("Open folder"), QStringLiteral("See the outputs"),
-                 this, [this, open] { open(m_folder); });
-  m_viewReport =
-      sideButton("endViewReport", QStringLiteral("View report"),
-                 QStringLiteral("Read what the run did"), this, [this, open] { open(m_report); });
-  m_showList = sideButton("endShowList", QStringLiteral("Show list"),
-                          QStringLiteral("See the mails, and change them, before any is sent"),
-                          this, [this, run] { run(onShowList); });
-  m_sendMails = sideButton("endSendMails", QStringLiteral("Send mails..."),
-                           QStringLiteral("Send the outputs to the addresses on their pages"), this,
-                           [this, run] { run(onSendMails); });
-  QPushButton* close =
-      sideButton("endClose", QStringLiteral("Put away"),
-                 QStringLiteral("Close this panel (Escape)"), this, [this] { putAway(); });
-  return sideBySide(this, {m_openFolder, m_viewReport, m_showList, m_sendMails, gap(), close});
+  const auto hasMails = [this] { return m_end.mails > 0; };
+  return sideBySide(
+      this,
+      {add(
+           "endOpenFolder", "Open folder", "See the outputs",
+           [this] { return !m_end.folder.isEmpty(); }, [this] { onOpen(m_end.folder); }),
+       add(
+           "endViewReport", "View report", "Read what the run did",
+           [this] { return !m_end.report.isEmpty(); }, [this] { onOpen(m_end.report); }),
+       add("endShowList", "Show list", "See the mails, and change them, before any is sent",
+           hasMails, [this] { onShowList(); }),
+       add("endSendMails", "Send mails...", "Send the outputs to the addresses on their pages",
+           hasMails, [this] { onSendMails(); }),
+       gap(),
+       add(
+           "endClose", "Put away", "Close this panel (Escape)", [] { return true; },
+           [this] { hide(); })});
 }
 
-void EndPanel::showFindings(const QStringList& findings) {
+void EndPanel::showFindings() {
   constexpr int mostLines = 4;
-  m_findings->setPlainText(findings.join(QLatin1Char('\n')));
-  const auto lines = static_cast<int>(std::min<qsizetype>(findings.size(), mostLines));
+  m_findings->setPlainText(m_end.findings.join(QLatin1Char('\n')));
+  const auto lines = static_cast<int>(std::min<qsizetype>(m_end.findings.size(), mostLines));
   m_findings->setFixedHeight(m_findings->fontMetrics().lineSpacing() * (lines + 1) +
                              2 * m_findings->frameWidth());
-  m_findings->setVisible(!findings.isEmpty());
+  m_findings->setVisible(!m_end.findings.isEmpty());
 }
 
 void EndPanel::tell(const RunEnd& end) {
+  m_end = end;
   const RunSummary summary = summaryOf(end);
   m_isWarning = summary.isWarning;
-  m_folder = end.folder;
-  m_report = end.report;
   const QString kind = m_isWarning ? QStringLiteral("Warning") : QStringLiteral("The run is over");
   m_headline->setText(m_isWarning ? QStringLiteral("%1: %2").arg(kind, summary.headline)
                                   : summary.headline);
@@ -132,31 +129,24 @@ void EndPanel::tell(const RunEnd& end) {
                                        nullptr, this)
                         .pixmap(size));
   m_icon->setAccessibleName(kind);
-  QStringList told;
-  for (const QString& message : end.told) {
-    told += withoutEmptyLines(message);
-  }
-  m_told->setText(told.join(QLatin1Char('\n')));
-  m_told->setVisible(!told.isEmpty());
-  m_facts->setText(summary.facts.join(QLatin1Char('\n')));
-  m_facts->setVisible(!summary.facts.isEmpty());
-  showFindings(end.findings);
-  m_openFolder->setVisible(!m_folder.isEmpty());
-  m_viewReport->setVisible(!m_report.isEmpty());
-  m_showList->setVisible(end.mails > 0);
-  m_sendMails->setVisible(end.mails > 0);
-  setAccessibleName(
-      QStringLiteral("%1 %2").arg(m_headline->text(), summary.facts.join(QLatin1Char(' '))));
+  m_told->setText(withoutEmptyLines(end.told.join(QLatin1Char('\n'))));
+  m_told->setVisible(!end.told.isEmpty());
+  showFindings();
+  tellMails(end.mails);
   show();
   QAccessibleEvent alert(this, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }
 
-void EndPanel::putAway() {
-  hide();
-  if (onPutAway) {
-    onPutAway();
+void EndPanel::tellMails(int mails) {
+  m_end.mails = mails;
+  const QStringList facts = summaryOf(m_end).facts;
+  m_facts->setText(facts.join(QLatin1Char('\n')));
+  m_facts->setVisible(!facts.isEmpty());
+  for (const auto& [button, isMeant] : m_buttons) {
+    button->setVisible(isMeant());
   }
+  setAccessibleName(QStringLiteral("%1 %2").arg(m_headline->text(), facts.join(QLatin1Char(' '))));
 }
 
 void EndPanel::paintEvent(QPaintEvent* event) {

@@ -6,6 +6,8 @@
 #include <QFrame>
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 class QLabel;
 class QPlainTextEdit;
@@ -20,34 +22,33 @@ public:
   explicit EndPanel(QWidget* parent);
 
   void tell(const RunEnd& end);
-  void putAway();
+  /// So many mails of that run wait now.
+  void tellMails(int mails);
+  /// Another run is being prepared: the panel goes, unless mails wait in it.
+  void giveWay() { setVisible(isVisible() && m_end.mails > 0); }
   bool isWarning() const { return m_isWarning; }
 
   /// A folder or a report is to be opened outside the program.
   std::function<void(const QString& path)> onOpen;
   std::function<void()> onShowList; ///< of mails that wait
   std::function<void()> onSendMails;
-  std::function<void()> onPutAway; ///< may be empty
 
 protected:
   void paintEvent(QPaintEvent* event) override;
 
 private:
   QWidget* buildButtons();
-  void showFindings(const QStringList& findings);
+  void showFindings();
 
-  QString m_folder;
-  QString m_report;
+  RunEnd m_end;
   bool m_isWarning = false;
   QLabel* m_icon;
   QLabel* m_headline;
   QLabel* m_told;
   QLabel* m_facts;
   QPlainTextEdit* m_findings;
-  QPushButton* m_openFolder = nullptr;
-  QPushButton* m_viewReport = nullptr;
-  QPushButton* m_showList = nullptr;
-  QPushButton* m_sendMails = nullptr;
+  std::vector<std::pair<QPushButton*, std::function<bool()>>>
+      m_buttons; ///< and when they mean something
 };
 
 } // namespace folivex

@@ -251,13 +251,13 @@ void MainWindow::connectPanes() {
     m_menus.action(commands.at(part))->trigger();
   };
   m_rules->onEdited = [this](const RulesPane::Edit& edit) {
-    m_end->putAway(); // what comes now is another run
+    m_end->giveWay(); // what comes now is another run
     m_history.push(edit.before, edit.after, edit.label, edit.field);
     takeSetup();
     settingsChanged();
   };
   m_history.onRestore = [this](const SplitSetup& setup) {
-    m_end->putAway();
+    m_end->giveWay();
     m_program.store().edited() = m_program.store().working() = setup;
     showSetup();
   };
@@ -268,6 +268,14 @@ void MainWindow::connectPanes() {
   connect(&m_history.stack(), &QUndoStack::indexChanged, this, tellSteps);
   tellSteps();
   m_end->onOpen = [this](const QString& path) { openDocument(path); };
+  m_end->onShowList = [this] {
+    m_parts.waitingMails.show();
+    tellWaitingMails();
+  };
+  m_end->onSendMails = [this] {
+    m_parts.waitingMails.send();
+    tellWaitingMails();
+  };
   m_plan->onOrderChanged = [this] {
     if (m_feed) {
       m_feed->setOrder(m_plan->order());

@@ -72,6 +72,7 @@ public:
   void note(const QString& text) override;
   void print(const QString& text) override;
   void progress(const Progress& progress) override;
+  void beginSource(int source, int sources) override;
   void handlePendingEvents() override;
   void openDocument(const QString& path) override;
 
@@ -128,10 +129,12 @@ private:
   bool isAgreedOn();
 
   bool readyFor(SetupPurpose purpose);
-  void work(const QString& title, const std::function<void()>& job, int passes = 1);
-  void runAndMail();
-  void tellStopped();
+  void work(const QString& title, const std::function<void()>& job,
+            const std::vector<Phase>& phases = {Phase::Reading});
+  void split(const QString& title, const SplitSetup& setup,
+             const std::function<void(RunEnd& end)>& job);
   void tellEnd(RunEnd& end);
+  void tellWaitingMails();
   void runCommandLine(const CommandLine& line);
   void mailOutputs(const SplitSetup& setup, const WindowParts::Mailing& attended);
   void takeSetup();

@@ -22,31 +22,35 @@ namespace folivex {
 
 namespace {
 
-/// A batch run before there is any list.
-class NoRows : public BatchRows {
-public:
-  int count() const override { return 0; }
-  QString useFlag(int /*row*/) const override { return {}; }
-  QString path(int /*row*/) const override { return {}; }
-  void setStatus(int /*row*/, const QString& /*status*/, const QString& /*result*/) override {}
-  void showRow(int /*row*/) override {}
-};
+/// What is gone through for each source with these settings.
+std::vector<Phase> phasesOf(const SplitSetup& setup) {
+  std::vector<Phase> phases{Phase::Reading};
+  if (setup.alwaysOverwrite || setup.alwaysAppend) {
+    phases.push_back(Phase::Writing);
+  }
+  if (setup.emailEnable && !setup.emailConfirm) {
+    phases.push_back(Phase::Sending);
+  }
+  return phases;
+}
 
 } // namespace
 
 /// Meanwhile nothing but Stop can be used. Afterwards the keyboard is where it was: all that could
 /// have it was disabled.
-void MainWindow::work(const QString& title, const std::function<void()>& job, int passes) {
+void MainWindow::work(const QString& title, const std::function<void()>& job,
+                      const std::vector<Phase>& phases) {
   const QPointer<QWidget> focus(focusWidget());
   const auto lock = [this](bool isOn) {
     m_isRunning = isOn;
     m_rules->setEnabled(!isOn);
+    m_end->setEnabled(!isOn);
     m_menus.setRunning(isOn);
   };
   lock(true);
-  m_end->putAway();
+  m_end->giveWay();
   m_eventPace.reset();
-  m_activity->begin(title, passes);
+  m_activity->begin(title, phases);
   const QPointer<QWidget> driven(focusWidget()); // out of what was disabled
   job();
   m_onStop = nullptr;
@@ -95,79 +99,94 @@ void MainWindow::process() {
   if (!isUnattended && m_parts.goOnMailing && m_parts.goOnMailing(currentSetup())) {
     return;
   }
-  if (isUnattended || isAgreedOn()) {
-    runAndMail();
-  } else {
+  if (!isUnattended && !isAgreedOn()) {
     m_activity->setStatus(QStringLiteral("Nothing was made."));
+    return;
   }
-}
-
-void MainWindow::runAndMail() {
-  const RunState& state = m_program.driver().state();
-  // Mails that nobody watches are a part of the run, and its Stop is theirs.
-  const bool isUnattended = m_program.store().automation();
   const SplitSetup setup = currentSetup();
+  JobDriver& driver = m_program.driver();
   const auto mail = [&] {
-    if (!state.userStop && state.outputCount > 0) {
+    if (!driver.state().userStop && driver.state().outputCount > 0) {
       mailOutputs(setup, m_parts.mailOutputs);
     }
   };
-  QElapsedTimer elapsed;
-  elapsed.start();
-  m_feed->setPaused(true);
-  RunEnd end;
-  const auto run = [&] {
-    const QScopedValueRollback telling(m_ending, isUnattended ? nullptr : &end);
-    m_mail = m_program.unattendedMail();
+  const bool mailsAtOnce = isUnattended || !setup.emailConfirm;
+  split(QStringLiteral("Processing"), setup, [&](RunEnd& /*end*/) {
     // The stop of the last run is kept until the next one begins.
-    if (!isUnattended || state.userStop || !m_mail->goOn(setup, setup.fileName)) {
-      m_program.driver().StartProcessing(m_shownPlan.get());
-      m_program.explainNoMatch();
-      if (isUnattended) {
-        mail();
-      }
+    if (isUnattended && !driver.state().userStop && m_mail->goOn(setup, setup.fileName)) {
+      return;
     }
-    m_mail->finish();
-  };
-  work(QStringLiteral("Processing"), run, setup.alwaysOverwrite || setup.alwaysAppend ? 2 : 1);
-  tellStopped();
-  if (!isUnattended) {
-    end.elapsedMs = elapsed.elapsed();
-    tellEnd(end);
+    driver.StartProcessing(m_shownPlan.get());
+    m_program.explainNoMatch();
+    if (mailsAtOnce) {
+      mail();
+    }
+  });
+  if (!mailsAtOnce) {
     mail();
   }
-  m_feed->setPaused(false);
-  replan(); // against what is in the folder now
+  tellWaitingMails();
 }
 
-void MainWindow::tellStopped() {
+/// How `job` ended is told above the page; and on the desktop when the person looks elsewhere.
+void MainWindow::split(const QString& title, const SplitSetup& setup,
+                       const std::function<void(RunEnd& end)>& job) {
+  if (m_parts.waitingMails.forget) {
+    m_parts.waitingMails.forget();
+  }
+  m_end->hide();
+  m_feed->setPaused(true);
+  QElapsedTimer elapsed;
+  elapsed.start();
+  RunEnd end;
+  work(
+      title,
+      [&] {
+        const QScopedValueRollback telling(m_ending, &end);
+        m_mail = m_program.unattendedMail();
+        job(end);
+        m_mail->finish();
+      },
+      phasesOf(setup));
   if (m_program.driver().state().userStop) {
     m_activity->setStatus(QStringLiteral("Stopped."));
   }
+  m_feed->setPaused(false);
+  showSetup(); // and plan against what is in the folder now
+  end.elapsedMs = elapsed.elapsed();
+  tellEnd(end);
 }
 
-/// How the run ended, above the page; and on the desktop when the person looks elsewhere.
 void MainWindow::tellEnd(RunEnd& end) {
   const JobDriver& driver = m_program.driver();
+  const RunTotals& totals = driver.totals();
   const SplitSetup setup = currentSetup();
-  end.account = driver.account();
-  end.files = driver.outcome().writtenFiles;
+  end.sources = totals.sources;
+  end.account = totals.account;
+  end.files = totals.files;
   end.isListOnly = setup.createList;
   end.isStopped = driver.state().userStop;
-  end.hasFailed = driver.state().error != RunError::None || driver.outcome().outputsFailed;
-  const QString folder = outputFolderOf(setup, setup.fileName);
-  if (end.files > 0) {
+  end.hasFailed = end.hasFailed || totals.hasFailed;
+  const QString folder = outputFolderOf(setup, totals.lastSource);
+  if (end.files > 0 && (end.sources == 1 || !setup.splitToSource)) {
     end.folder = folder;
   }
-  const QString report = reportPaths(setup, setup.fileName, folder, currentFolderIsWritable()).text;
-  if (setup.reportOptionsTxt && QFileInfo(report).isFile()) {
+  const QString report =
+      reportPaths(setup, totals.lastSource, folder, currentFolderIsWritable()).text;
+  if (end.sources == 1 && setup.reportOptionsTxt && QFileInfo(report).isFile()) {
     end.report = report;
   }
   end.findings.removeAll(end.account.summary(end.files)); // the panel says it in its own words
   m_end->tell(end);
   m_activity->clearNotes();
-  if (QApplication::activeWindow() == nullptr) {
+  if (!isActiveWindow()) {
     showDesktopNotice(QStringLiteral("Folivex"), summaryOf(end).headline);
+  }
+}
+
+void MainWindow::tellWaitingMails() {
+  if (m_parts.waitingMails.count) {
+    m_end->tellMails(m_parts.waitingMails.count());
   }
 }
 
@@ -191,30 +210,30 @@ void MainWindow::processList() {
   if (!m_parts.batchRows || !readyFor(SetupPurpose::SplittingList)) {
     return;
   }
-  NoRows none;
   BatchRows* rows = m_parts.batchRows();
+  if (rows == nullptr || rows->count() == 0) {
+    message(noListText());
+    return;
+  }
   const auto tellList = [this](bool isRunning) {
     if (m_parts.batchRunning) {
       m_parts.batchRunning(isRunning);
     }
   };
-  tellList(true);
-  m_feed->setPaused(true);
+  const SplitSetup setup = currentSetup();
   BatchResult result;
-  work(QStringLiteral("Processing list"), [&] {
-    m_mail = m_program.unattendedMail();
-    result =
-        m_program.driver().ProcessBatch(rows == nullptr ? none : *rows, [this](const QString&) {
-          mailOutputs(m_program.store().working(), m_parts.mailBatchSource);
-        });
-    m_mail->finish();
+  tellList(true);
+  split(QStringLiteral("Processing list"), setup, [&](RunEnd& end) {
+    result = m_program.driver().ProcessBatch(*rows, [this](const QString&) {
+      mailOutputs(m_program.store().working(), m_parts.mailBatchSource);
+    });
+    end.hasFailed = result.failed > 0;
   });
-  m_feed->setPaused(false);
   tellList(false);
-  if (m_program.store().working().emailEnable && m_parts.mailBatchEnd) {
+  if (setup.emailEnable && m_parts.mailBatchEnd) {
     m_parts.mailBatchEnd();
   }
-  showSetup();
+  tellWaitingMails();
   m_activity->setStatus(
       QStringLiteral("%1 %2 file(s) processed.")
           .arg(result.stopped ? QStringLiteral("Stopped.") : QStringLiteral("Ready."))
@@ -285,12 +304,13 @@ void MainWindow::listPage() {
 
 void MainWindow::runCommandLine(const CommandLine& line) {
   Program::Ended ended;
-  work(QStringLiteral("Processing"), [&] { ended = m_program.handleCommandLine(line); });
-  showSetup();
-  if (ended.exitCode != 0) {
+  split(QStringLiteral("Processing"), currentSetup(), [&](RunEnd& end) {
+    ended = m_program.handleCommandLine(line);
+    end.hasFailed = ended.exitCode != 0;
+  });
+  if (ended.exitCode != 0 && !m_program.driver().state().userStop) {
     m_activity->setStatus(QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
   }
-  tellStopped();
   if (ended.mustEnd) {
     QApplication::exit(ended.exitCode);
   }
@@ -351,6 +371,10 @@ void MainWindow::print(const QString& text) {
 
 void MainWindow::progress(const Progress& progress) {
   m_activity->progress(progress);
+}
+
+void MainWindow::beginSource(int source, int sources) {
+  m_activity->beginSource(source, sources);
 }
 
 void MainWindow::handlePendingEvents() {

@@ -55,7 +55,7 @@ void MainWindow::settingsChanged() {
 
 /// A change that did not come from a field: one step, that can be undone.
 void MainWindow::change(const SplitSetup& setup, const QString& what) {
-  m_end->putAway();
+  m_end->giveWay();
   const SplitSetup before = currentSetup();
   m_program.store().edited() = m_program.store().working() = setup;
   m_history.push(before, setup, what);
@@ -63,7 +63,7 @@ void MainWindow::change(const SplitSetup& setup, const QString& what) {
 }
 
 void MainWindow::refresh() {
-  m_end->putAway();
+  m_end->giveWay();
   showSetup();
   beginAnew();
 }

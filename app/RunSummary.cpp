@@ -89,9 +89,10 @@ RunSummary summaryOf(const RunEnd& end) {
   for (const FateRow& row : fateRows) {
     const int count = writes ? account.count(row.fate) : 0;
     if (count > 0) {
-      summary.facts += QStringLiteral("%1: %2.%3")
-                           .arg(counted(count, row.one, row.many), account.pagesOf(row.fate),
-                                QLatin1String(row.advice));
+      const QString pages =
+          end.sources > 1 ? QString() : QStringLiteral(": ") + account.pagesOf(row.fate);
+      summary.facts += QStringLiteral("%1%2.%3").arg(counted(count, row.one, row.many), pages,
+                                                     QLatin1String(row.advice));
       hasLoss = hasLoss || row.isLoss;
     }
   }

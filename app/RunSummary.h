@@ -7,10 +7,11 @@
 
 namespace folivex {
 
-/// What is known of a run, or of a list of sources, that is over.
+/// What is known of a run, or of runs of several sources, that is over.
 struct RunEnd {
-  QStringList told;        ///< closing messages, word for word
-  QStringList findings;    ///< what was noted along the way
+  QStringList told;     ///< closing messages, word for word
+  QStringList findings; ///< what was noted along the way
+  int sources = 1;
   PageAccount account;     ///< without pages when nothing was read
   int files = 0;           ///< that were made or grew
   bool isListOnly = false; ///< a list was written in place of PDFs

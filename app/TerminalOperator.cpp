@@ -25,7 +25,7 @@ extern "C" void onInterrupt(int signal) {
 }
 
 QString progressLine(const Progress& progress) {
-  if (progress.pageCount > 0) {
+  if (progress.pageCount > 0 && progress.phase != Phase::Sending) {
     return QStringLiteral("Page %1 of %2, %3 file(s)")
         .arg(progress.page)
         .arg(progress.pageCount)

@@ -30,6 +30,13 @@ struct WindowParts {
   Mailing mailBatchSource;
   /// The batch whose sources had mails to send has ended.
   std::function<void()> mailBatchEnd;
+  /// Of the mails of the last run those that wait, since their list was cancelled.
+  struct WaitingMails {
+    std::function<int()> count;
+    std::function<void()> show;
+    std::function<void()> send;   ///< if the person agrees
+    std::function<void()> forget; ///< another run begins
+  } waitingMails;
   /// Sends one mail to see whether the settings are right, and says what came of it.
   std::function<void(const SplitSetup& setup)> sendTest;
 

@@ -5,6 +5,7 @@
 #include "app/help/ProblemReport.h"
 #include "app/program/LibraryVersions.h"
 #include "batch/CBatchList.h"
+#include "mail/delivery/UnattendedDelivery.h"
 #include "mail/windows/EmailSession.h"
 #include "mail/windows/RunSendTest.h"
 #include "platform/DropFilter.h"
@@ -70,6 +71,9 @@ WindowParts ProgramWindows::parts() {
     emails().afterSourceOfBatch(setup, finishedRun(setup.fileName, driver.emails()));
   };
   parts.mailBatchEnd = [this] { emails().afterBatch(); };
+  parts.waitingMails = {[this] { return m_emails ? static_cast<int>(m_emails->waiting()) : 0; },
+                        [this] { emails().showWaiting(); }, [this] { emails().sendWaiting(); },
+                        [this] { emails().forgetWaiting(); }};
   parts.sendTest = [this](const SplitSetup& setup) {
     QWidget* over = QApplication::activeWindow();
     runSendTest(setup, m_dialogs, over != nullptr ? over : &m_main);
@@ -92,9 +96,10 @@ void ProgramWindows::prepareList() {
 
 EmailSession& ProgramWindows::emails() {
   if (!m_emails) {
-    m_emails = std::make_unique<EmailSession>(
-        EmailSession::Parts{m_dialogs, &m_main, [this](const QString& text) { m_main.note(text); },
-                            [this] { return m_main.program().driver().state().userStop; }});
+    m_emails = std::make_unique<EmailSession>(EmailSession::Parts{
+        m_dialogs, &m_main, [this](const QString& text) { m_main.note(text); },
+        [this] { return m_main.program().driver().state().userStop; },
+        [this](const EmailProgress& progress) { m_main.progress(sendingProgress(progress)); }});
     m_emails->setMeans({&m_main.program().splitLibrary(), {}});
   }
   return *m_emails;

@@ -26,6 +26,9 @@ protected:
     }
     return all;
   }
+  QString findings() {
+    return control<QPlainTextEdit>(m_window.get(), "endFindings")->toPlainText();
+  }
   QStringList outputs() const { return test::filesBelow(at("out")); }
 };
 
@@ -264,6 +267,7 @@ TEST_F(MainWindowTest, AVeryShortRunAtTheStartLeavesTheKeyboardAndItsStatus) {
   EXPECT_TRUE(focus->isEnabled());
   EXPECT_EQ(focus->window(), m_window.get());
   EXPECT_TRUE(statusLine().startsWith("Ready.")) << statusLine().toStdString();
+  EXPECT_TRUE(control<QWidget>(m_window.get(), "endPanel")->isVisible());
 
   // Afterwards it is where it was.
   typeInto(m_window.get(), "FILENAME", at("in.pdf"));
@@ -404,9 +408,39 @@ TEST_F(MainWindowTest, AListIsProcessedWithoutASource) {
   prepared = &rows;
   trigger("processList");
   EXPECT_EQ(rows.at(0).status + '|' + rows.at(1).status, "Done|file error");
-  EXPECT_EQ(m_dialogs.messages.size(), 1);
+  EXPECT_EQ(m_dialogs.messages, QStringList());
+  EXPECT_TRUE(endText().contains("Done!\n1 files processed")) << endText().toStdString();
+  EXPECT_TRUE(endText().contains("4 of 4 pages are in a file."));
+  EXPECT_TRUE(endText().contains("Warning")) << "one of the list was not there";
   EXPECT_EQ(outputs(), QStringList({"1001.pdf", "1002.pdf"}));
-  EXPECT_EQ(runs, QList<bool>({true, false, true, false}));
+  EXPECT_EQ(runs, QList<bool>({true, false}));
+}
+
+/// Three sources, each of which is read first and written behind its last page.
+TEST_F(MainWindowTest, ProgressRunsOnceOverTheWholeJob) {
+  writeSource(5);
+  BatchEntries rows;
+  for (const char* name : {"1.pdf", "2.pdf", "3.pdf"}) {
+    QFile::copy(at("in.pdf"), at(name));
+    rows.append({newEntry(at(name))});
+  }
+  WindowParts parts;
+  parts.batchRows = [&] { return &rows; };
+  open(parts);
+  click(m_window.get(), "SPLITTOSOURCE");
+  click(m_window.get(), "ALWAYSAPPEND");
+  auto* bar = control<QProgressBar>(m_window.get(), "progress");
+  QList<int> values;
+  QObject::connect(bar, &QProgressBar::valueChanged, bar, [&](int value) {
+    if (m_window->findChild<QPushButton*>("stopButton")->isVisible() && value >= 0) {
+      values += value;
+    }
+  });
+  trigger("processList");
+  ASSERT_GT(values.size(), 20);
+  EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+  EXPECT_LT(values.first(), bar->maximum() / 20);
+  EXPECT_GT(values.last(), bar->maximum() * 9 / 10);
 }
 
 /// In automation mode nobody is there to answer: what is to be confirmed is saved, and noted.
@@ -436,8 +470,9 @@ TEST_F(MainWindowTest, InAutomationModeMailsAreNobodysBusiness) {
     trigger(command);
     EXPECT_EQ(outputs().filter(QRegularExpression("^in\\.pdf_emails_[0-9_]+\\.lst$")).size(), 1)
         << outputs().join(u' ').toStdString();
-    EXPECT_EQ(notes().count("1 of 2 outputs have no e-mail address"), 1) << notes().toStdString();
-    EXPECT_EQ(notes().count("1 e-mail not sent: sending is to be confirmed"), 1);
+    const QString told = findings();
+    EXPECT_EQ(told.count("1 of 2 outputs have no e-mail address"), 1) << told.toStdString();
+    EXPECT_EQ(told.count("1 e-mail not sent: sending is to be confirmed"), 1);
   }
   EXPECT_EQ(windows, 0);
   EXPECT_EQ(m_dialogs.messages.filter("mail"), QStringList());

@@ -1,6 +1,6 @@
 // How a run's end is told: the words, the panel, the desktop.
 #include "app/EndPanel.h"
-#include "tests/support/WindowBench.h"
+#include "tests/app/MainWindowBench.h"
 #include "widgets/DesktopNotice.h"
 
 #include <QAccessible>
@@ -113,8 +113,6 @@ TEST(EndPanel, OffersWhatTheRunLeftAndGoesWithEscape) {
   QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&panel);
   EXPECT_EQ(told->role(), QAccessible::AlertMessage);
   EXPECT_TRUE(told->text(QAccessible::Name).contains("not everything went well"));
-  int putAway = 0;
-  panel.onPutAway = [&putAway] { ++putAway; };
   window.activateWindow();
   ASSERT_TRUE(waitUntil([&window] { return window.isActiveWindow(); }));
   auto* close = control<QPushButton>(&panel, "endClose");
@@ -122,7 +120,6 @@ TEST(EndPanel, OffersWhatTheRunLeftAndGoesWithEscape) {
   QTest::keyClick(close, Qt::Key_Escape);
   EXPECT_FALSE(panel.isVisible());
   EXPECT_TRUE(window.isVisible());
-  EXPECT_EQ(putAway, 1);
 }
 
 /// What a desktop has to show.
@@ -136,27 +133,101 @@ public:
   QVariantList shown;
 };
 
-TEST(DesktopNotice, IsShownByADesktopAndHoldsNobodyWithoutOne) {
-  QProcess bus;
-  bus.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                                            QStringLiteral("--print-address")});
-  ASSERT_TRUE(bus.waitForReadyRead(patienceMs)) << "no dbus-daemon";
-  qputenv("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
-  Desktop desktop;
-  const QString name = QStringLiteral("desktop");
-  {
-    QDBusConnection own = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-    ASSERT_TRUE(
+/// A session of its own, with a desktop that answers.
+class Session {
+public:
+  Session() {
+    m_bus.start(QStringLiteral("dbus-daemon"),
+                {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                 QStringLiteral("--print-address")});
+    EXPECT_TRUE(m_bus.waitForReadyRead(patienceMs)) << "no dbus-daemon";
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
+    QDBusConnection own = QDBusConnection::connectToBus(QDBusConnection::SessionBus, m_name);
+    EXPECT_TRUE(
         own.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &desktop));
-    ASSERT_TRUE(own.registerService(QStringLiteral("org.freedesktop.Notifications")));
-    showDesktopNotice(QStringLiteral("4 files written."), QStringLiteral("in <a&b>.pdf"));
-    ASSERT_TRUE(waitUntil([&desktop] { return !desktop.shown.isEmpty(); }));
-    EXPECT_EQ(desktop.shown[3], "4 files written.");
-    EXPECT_EQ(desktop.shown[4], "in &lt;a&amp;b&gt;.pdf");
+    EXPECT_TRUE(own.registerService(QStringLiteral("org.freedesktop.Notifications")));
   }
-  QDBusConnection::disconnectFromBus(name);
-  bus.kill();
-  bus.waitForFinished(patienceMs);
+  ~Session() {
+    QDBusConnection::disconnectFromBus(m_name);
+    m_bus.kill();
+    m_bus.waitForFinished(patienceMs);
+  }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  Desktop desktop;
+
+private:
+  QString m_name = QStringLiteral("desktop");
+  QProcess m_bus;
+};
+
+class RunEndInWindow : public MainWindowBench {
+protected:
+  EndPanel& panel() {
+    return *static_cast<EndPanel*>(control<QWidget>(m_window.get(), "endPanel"));
+  }
+  QString headline() { return control<QLabel>(&panel(), "endHeadline")->text(); }
+  QString facts() { return control<QLabel>(&panel(), "endFacts")->text(); }
+};
+
+TEST_F(RunEndInWindow, PagesThatAreInNoFileAreNoGoodEnd) {
+  writeSource(3);
+  open();
+  trigger("process");
+  EXPECT_TRUE(panel().isVisible() && !panel().isWarning());
+  EXPECT_EQ(headline(), "3 files written.");
+
+  // A folder stands where a file should: that one fails, and nothing is said of the others.
+  click(m_window.get(), "ALWAYSOVERWRITE");
+  QFile::remove(at("out/1002.pdf"));
+  QDir().mkpath(at("out/1002.pdf/full"));
+  m_dialogs.choices = {3};
+  trigger("process");
+  EXPECT_TRUE(panel().isWarning());
+  EXPECT_TRUE(headline().startsWith("Warning: 2 files written, but not everything went well."))
+      << headline().toStdString();
+  EXPECT_TRUE(facts().contains("2 pages could not be written: 3-4.")) << facts().toStdString();
+
+  // All outputs have one name.
+  QDir(at("out")).removeRecursively();
+  choose("EXTRACT", fileNameMethodTexts()[0]);
+  m_dialogs.choices = {3};
+  trigger("process");
+  EXPECT_TRUE(panel().isWarning());
+  EXPECT_TRUE(facts().contains("4 pages were lost to later files")) << facts().toStdString();
+
+  typeInto(m_window.get(), "FINDSTRING", "nothing of the kind");
+  trigger("process");
+  EXPECT_TRUE(panel().isWarning());
+  EXPECT_EQ(headline(), "Warning: Nothing was written.");
+}
+
+/// One test: a process knows one session in its life.
+TEST_F(RunEndInWindow, TheDesktopTellsItWhenTheWindowIsNotInFrontAndHoldsNobodyWithoutOne) {
+  {
+    Session session;
+    QVariantList& shown = session.desktop.shown;
+    showDesktopNotice(QStringLiteral("4 files written."), QStringLiteral("in <a&b>.pdf"));
+    ASSERT_TRUE(waitUntil([&shown] { return !shown.isEmpty(); }));
+    EXPECT_EQ(shown[3], "4 files written.");
+    EXPECT_EQ(shown[4], "in &lt;a&amp;b&gt;.pdf");
+
+    shown.clear();
+    writeSource(2);
+    open();
+    m_window->activateWindow();
+    ASSERT_TRUE(waitUntil([this] { return m_window->isActiveWindow(); }));
+    trigger("process");
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return !m_window->isActiveWindow(); }));
+    typeInto(m_window.get(), "FINDSTRING", "nothing of the kind");
+    trigger("process");
+    ASSERT_TRUE(waitUntil([&shown] { return !shown.isEmpty(); }));
+    EXPECT_EQ(shown[4], "Nothing was written."); // and not the run before, which was seen
+  }
   showDesktopNotice(QStringLiteral("nobody"), QStringLiteral("answers"));
   EXPECT_TRUE(QThreadPool::globalInstance()->waitForDone(patienceMs));
 }
