@@ -150,21 +150,20 @@ void MainWindow::tellEffects(const SplitPlan& plan) {
 
 /// What can be done where there is no plan, or an empty one.
 void MainWindow::offerWaysOut(const LivePlanState& state) {
-  PlanPane::Offers offers;
+  std::vector<OfferButton> offers;
   QString text = state.problem;
   if (state.stage == Stage::TooLarge) {
-    offers.emplace_back(QStringLiteral("Plan now"), [this] { planWhole(); });
+    offers.push_back({QStringLiteral("Plan now"), [this] { planWhole(); }});
   } else if (state.stage == Stage::WaitsForOcr) {
-    offers.emplace_back(QStringLiteral("Recognise now"), [this] { recognise(); });
+    offers.push_back({QStringLiteral("Recognise now"), [this] { recognise(); }});
   } else if (!state.nearWords.empty()) {
     text = QStringLiteral("No match. These words come nearest:");
-    constexpr std::size_t most = 4;
-    for (std::size_t i = 0; i < std::min(state.nearWords.size(), most); ++i) {
+    for (std::size_t i = 0; i < std::min(state.nearWords.size(), mostOfferButtons); ++i) {
       const NearWord& word = state.nearWords[i];
       QString shown = word.text;
       shown.replace(u'&', QStringLiteral("&&"));
-      offers.emplace_back(QStringLiteral("%1 (%2 page(s))").arg(shown).arg(word.pages),
-                          [this, word] { takeNearWord(word); });
+      offers.push_back({QStringLiteral("%1 (%2 page(s))").arg(shown).arg(word.pages),
+                        [this, word] { takeNearWord(word); }});
     }
   }
   m_plan->offer(text, std::move(offers));

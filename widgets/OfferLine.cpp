@@ -29,15 +29,17 @@ OfferLine::OfferLine(const QString& name, QWidget* parent)
     layout->addWidget(button);
     m_buttons.push_back(button);
   }
-  QPushButton* later = sideButton("", QStringLiteral("Not now"),
-                                  QStringLiteral("Put this line away"), this, [this] { hide(); });
-  later->setObjectName(name + QStringLiteral("Later"));
-  layout->addWidget(later);
+  m_later = sideButton("", QStringLiteral("Not now"), QStringLiteral("Put this line away"), this,
+                       [this] { hide(); });
+  m_later->setObjectName(name + QStringLiteral("Later"));
+  layout->addWidget(m_later);
   hide();
 }
 
-void OfferLine::offer(const QString& text, std::vector<OfferButton> answers) {
+void OfferLine::offer(const QString& text, std::vector<OfferButton> answers, Tone tone) {
   m_text->setText(text);
+  setTone(m_text, tone);
+  m_later->setVisible(tone != Tone::Problem);
   m_answers = std::move(answers);
   for (std::size_t i = 0; i < m_buttons.size(); ++i) {
     m_buttons[i]->setVisible(i < m_answers.size());

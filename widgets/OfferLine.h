@@ -1,6 +1,8 @@
 // OfferLine: something that the person may want to know or do, and need not act upon.
 #pragma once
 
+#include "widgets/Tones.h"
+
 #include <QFrame>
 
 #include <functional>
@@ -27,13 +29,14 @@ public:
   OfferLine(const QString& name, QWidget* parent);
 
   /// Shows plain text and at most mostOfferButtons answers, in place of what was offered before,
-  /// and a button that puts the line away.
-  void offer(const QString& text, std::vector<OfferButton> answers);
+  /// and a button that puts the line away, unless it tells a problem.
+  void offer(const QString& text, std::vector<OfferButton> answers, Tone tone = Tone::Plain);
 
 private:
   QLabel* m_text;
   std::vector<OfferButton> m_answers;
   std::vector<QPushButton*> m_buttons; ///< for the answers; made once, for the tab order's sake
+  QPushButton* m_later;
 };
 
 } // namespace folivex

@@ -8,6 +8,7 @@
 #include "widgets/TextExport.h"
 #include "widgets/Theme.h"
 
+#include <QAbstractTableModel>
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -19,6 +20,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace folivex {
 
@@ -26,10 +28,92 @@ namespace {
 
 constexpr int air = 6;
 
+bool isNumeric(PlanColumn column) {
+  return column == PlanColumn::Pages || column == PlanColumn::Count;
+}
+
 } // namespace
 
+/// The columns are those of PlanColumn, in their order.
+class PlanPane::Model : public QAbstractTableModel {
+public:
+  using QAbstractTableModel::QAbstractTableModel;
+
+  const PlanRows& rows() const { return *m_rows; }
+  /// A reset, since telling of each group of rows that moves or goes would cost a view far more.
+  void change(const std::function<void(std::unique_ptr<PlanRows>& rows)>& change) {
+    beginResetModel();
+    change(m_rows);
+    endResetModel();
+  }
+  /// Rows that may no longer be true are drawn fainter.
+  void setStale(bool isStale) {
+    if (std::exchange(m_isStale, isStale) != isStale) {
+      emit dataChanged(index(0, 0), index(rowCount() - 1, planColumnCount - 1),
+                       {Qt::ForegroundRole});
+    }
+  }
+
+  int rowCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : m_rows->count();
+  }
+  int columnCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : planColumnCount;
+  }
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  void sort(int column, Qt::SortOrder order) override {
+    change([&](const auto& rows) {
+      rows->sort({static_cast<PlanColumn>(column), order == Qt::DescendingOrder});
+    });
+  }
+
+private:
+  static QVariant alignment(PlanColumn column) {
+    return QVariant(Qt::AlignVCenter | (isNumeric(column) ? Qt::AlignRight : Qt::AlignLeft));
+  }
+
+  std::unique_ptr<PlanRows> m_rows = std::make_unique<PlanRows>();
+  bool m_isStale = false;
+};
+
+QVariant PlanPane::Model::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= rowCount()) {
+    return {};
+  }
+  const auto column = static_cast<PlanColumn>(index.column());
+  switch (role) {
+  case Qt::DisplayRole:
+    return m_rows->text(index.row(), column);
+  case Qt::ToolTipRole:
+    return cellToolTip(m_rows->text(index.row(), column));
+  case Qt::TextAlignmentRole:
+    return alignment(column);
+  case Qt::ForegroundRole:
+    if (column != PlanColumn::Note) {
+      return m_isStale ? QVariant(hintColor()) : QVariant();
+    }
+    // A number at the name loses nothing.
+    return QVariant(m_isStale || m_rows->planned(index.row()).fate == PlannedOutput::Fate::Renamed
+                        ? hintColor()
+                        : problemColor());
+  default:
+    return {};
+  }
+}
+
+QVariant PlanPane::Model::headerData(int section, Qt::Orientation orientation, int role) const {
+  static const QStringList titles = {"Pages",  "Count", "Matched",       "Output file",
+                                     "Folder", "Note",  "E-mail address"};
+  if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole) {
+    return alignment(static_cast<PlanColumn>(section));
+  }
+  return orientation == Qt::Horizontal && role == Qt::DisplayRole ? titles.value(section)
+                                                                  : QVariant();
+}
+
 PlanPane::PlanPane(Dialogs& dialogs, QWidget* parent)
-    : QWidget(parent), m_dialogs(dialogs), m_model(new PlanModel(this)) {
+    : QWidget(parent), m_dialogs(dialogs), m_model(new Model(this)) {
   setObjectName(QStringLiteral("planPane"));
   setProperty("helpTopic", QStringLiteral("plan"));
   buildControls();
@@ -42,16 +126,9 @@ void PlanPane::buildControls() {
   m_notes->setAccessibleName(QStringLiteral("Findings of the plan"));
   m_notes->setReadOnly(true);
   m_notes->setTabChangesFocus(true);
-  m_offerRow = new QWidget(this);
-  m_offerText = named(new QLabel(m_offerRow), "planOffer");
-  m_offerText->setTextFormat(Qt::PlainText);
-  m_offerText->setWordWrap(true);
-  m_offerButtons = new QHBoxLayout(m_offerRow);
-  m_offerButtons->setContentsMargins(0, 0, 0, 0);
-  m_offerButtons->addWidget(m_offerText, 1);
-  m_offerRow->hide();
+  m_offer = new OfferLine(QStringLiteral("planOffer"), this);
   QWidget* head = buildHead();
-  stack(this, {head, m_offerRow, m_notes, {buildTable(), 1}});
+  stack(this, {head, m_offer, m_notes, {buildTable(), 1}});
   layout()->setContentsMargins(air, 2, air, 2);
   layout()->setSpacing(4);
 }
@@ -105,9 +182,8 @@ void PlanPane::connectControls() {
   connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &PlanPane::requestPage);
   connect(m_table->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this, [this] {
-    if (onOrderChanged) {
-      onOrderChanged();
-    }
+    chooseAgain();
+    onOrderChanged();
   });
 }
 
@@ -120,8 +196,6 @@ PlanRows::Order PlanPane::order() const {
 void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
   const QScopedValueRollback changing(m_isChanging, true);
   const bool isAnother = source != m_source || m_model->rows().total() == 0;
-  const QModelIndex current = m_table->currentIndex();
-  const int page = current.isValid() ? m_model->rows().planned(current.row()).firstPage : 0;
   const int scrolled = m_table->verticalScrollBar()->value();
   m_source = source;
   const int warnings = rows->warningCount();
@@ -131,25 +205,30 @@ void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
     m_warningsOnly->setChecked(false);
   }
   const bool hadAddresses = m_model->rows().hasAddresses();
-  m_model->setRows(std::move(rows), m_filter->text(), m_warningsOnly->isChecked());
+  rows->choose(m_filter->text(), m_warningsOnly->isChecked());
+  m_model->change([&rows](auto& shown) { shown = std::move(rows); });
   const PlanRows& shown = m_model->rows();
   m_table->setColumnHidden(static_cast<int>(PlanColumn::Address), !shown.hasAddresses());
   m_summary->setText(shown.total() == 0 ? QString() : shown.summary());
   tellNotes(shown.plan().notes);
   tellCounts();
+  if (isAnother) {
+    m_page = 0;
+  }
   if (isAnother || hadAddresses != shown.hasAddresses()) {
     fitColumns();
   } else {
     m_table->verticalScrollBar()->setValue(scrolled);
-    selectPage(page);
+    chooseAgain();
   }
 }
 
-/// The row that begins at this page gets the cursor, without the table moving.
-void PlanPane::selectPage(int page) {
+/// The row that had the cursor gets it, without the table moving.
+void PlanPane::chooseAgain() {
+  const QScopedValueRollback changing(m_isChanging, true);
   const PlanRows& rows = m_model->rows();
-  for (int row = 0; page > 0 && row < rows.count(); ++row) {
-    if (rows.planned(row).firstPage == page) {
+  for (int row = 0; m_page > 0 && row < rows.count(); ++row) {
+    if (rows.planned(row).firstPage == m_page) {
       m_table->selectionModel()->setCurrentIndex(
           m_model->index(row, 0), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
       return;
@@ -168,21 +247,11 @@ void PlanPane::setWhenEmpty(const QString& text) {
   tellCounts();
 }
 
-void PlanPane::offer(const QString& text, Offers offers) {
-  while (m_offerButtons->count() > 1) { // the text stays
-    const std::unique_ptr<QLayoutItem> item(m_offerButtons->takeAt(1));
-    item->widget()->hide();
-    item->widget()->deleteLater(); // one of them may have been clicked just now
+void PlanPane::offer(const QString& text, std::vector<OfferButton> offers) {
+  if (text.isEmpty()) {
+    return m_offer->hide();
   }
-  m_offerText->setText(text);
-  setTone(m_offerText, Tone::Problem);
-  int number = 0;
-  for (auto& [label, act] : offers) {
-    QPushButton* button = sideButton("", label, QString(), m_offerRow, std::move(act));
-    button->setObjectName(QStringLiteral("planOffer%1").arg(++number));
-    m_offerButtons->addWidget(button);
-  }
-  m_offerRow->setVisible(!text.isEmpty());
+  m_offer->offer(text, std::move(offers), Tone::Problem);
 }
 
 void PlanPane::tellNotes(const QStringList& notes) {
@@ -228,11 +297,9 @@ void PlanPane::fitColumns() {
 }
 
 void PlanPane::choose() {
-  const QScopedValueRollback changing(m_isChanging, true);
-  const QModelIndex current = m_table->currentIndex();
-  const int page = current.isValid() ? m_model->rows().planned(current.row()).firstPage : 0;
-  m_model->choose(m_filter->text(), m_warningsOnly->isChecked());
-  selectPage(page);
+  m_model->change(
+      [this](const auto& rows) { rows->choose(m_filter->text(), m_warningsOnly->isChecked()); });
+  chooseAgain();
   tellCounts();
 }
 
@@ -247,8 +314,9 @@ void PlanPane::tellCounts() {
 }
 
 void PlanPane::requestPage(const QModelIndex& index) {
-  if (index.isValid() && !m_isChanging && onPageRequested) {
-    onPageRequested(m_model->rows().planned(index.row()).firstPage);
+  if (index.isValid() && !m_isChanging) {
+    m_page = m_model->rows().planned(index.row()).firstPage;
+    onPageRequested(m_page);
   }
 }
 

@@ -1,18 +1,18 @@
 // PlanPane: the table of what a split would make, before it makes it.
 #pragma once
 
-#include "app/viewer/PlanModel.h"
+#include "app/viewer/PlanRows.h"
+#include "widgets/OfferLine.h"
 
 #include <QWidget>
 
 #include <functional>
-#include <utility>
 
 class QBoxLayout;
 class QCheckBox;
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
+class QModelIndex;
 class QPlainTextEdit;
 class QPushButton;
 
@@ -29,27 +29,25 @@ public:
   /// `source` is the file that the plan is of. The row that has the cursor keeps it, as far as the
   /// new plan has it.
   void setPlan(const QString& source, std::unique_ptr<PlanRows> rows);
-  /// The plan shown; its rows have no outputs while there is none.
-  const PlanRows& rows() const { return m_model->rows(); }
-
   /// How far the plan can be believed: of what moment, of how many pages. A stale one looks so.
   enum class Age { Current, Stale };
   void tellAge(const QString& text, Age age);
   /// What stands in the place of a table that has no rows.
   void setWhenEmpty(const QString& text);
   /// Above the table: what is wrong, or to be decided, and buttons for what to do about it.
-  using Offers = std::vector<std::pair<QString, std::function<void()>>>;
-  void offer(const QString& text, Offers offers = {});
+  void offer(const QString& text, std::vector<OfferButton> offers = {});
 
   PlanRows::Order order() const;
-  std::function<void()> onOrderChanged;
+  std::function<void()> onOrderChanged = [] {};
 
-  std::function<void(int page)> onPageRequested; ///< from 1: the first page of a row
+  std::function<void(int page)> onPageRequested = [](int) {}; ///< from 1: the first page of a row
 
 protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
+  class Model;
+
   void buildControls();
   QWidget* buildTable();
   QWidget* buildHead();
@@ -57,7 +55,7 @@ private:
   void tellNotes(const QStringList& notes);
   void fitColumns();
   void choose();
-  void selectPage(int page);
+  void chooseAgain();
   void tellCounts();
   void requestPage(const QModelIndex& index);
   void exportRows();
@@ -65,15 +63,14 @@ private:
   Dialogs& m_dialogs;
   QString m_source;
   QString m_whenEmpty;
-  PlanModel* m_model;
+  Model* m_model;
+  int m_page = 0;            ///< with which the row begins that has the cursor; 0 for none
   bool m_isChanging = false; ///< rows change, and not by the person's choice
 
   QBoxLayout* m_head = nullptr;
   QLabel* m_summary = nullptr;
   QLabel* m_age = nullptr;
-  QWidget* m_offerRow = nullptr;
-  QLabel* m_offerText = nullptr;
-  QHBoxLayout* m_offerButtons = nullptr;
+  OfferLine* m_offer = nullptr;
   QPlainTextEdit* m_notes = nullptr;
   QLineEdit* m_filter = nullptr;
   QCheckBox* m_warningsOnly = nullptr;

@@ -3,9 +3,11 @@
 
 #include "engine/job/SplitPlan.h"
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -14,9 +16,7 @@ namespace folivex {
 enum class PlanColumn { Pages, Count, Text, Name, Folder, Note, Address };
 inline constexpr int planColumnCount = 7;
 
-QString planColumnTitle(PlanColumn column);
-
-/// Rows count from 0 in the order shown. An output is a row's index in the plan. Made beside the
+/// Rows count from 0 in the order shown. Made beside the
 /// window's thread, since a plan may have thousands of outputs, and handed over whole.
 class PlanRows {
 public:
@@ -28,20 +28,16 @@ public:
   PlanRows() : PlanRows(std::make_shared<SplitPlan>(), {}) {}
   PlanRows(std::shared_ptr<const SplitPlan> plan, Order order);
   const SplitPlan& plan() const { return *m_plan; }
-  const std::shared_ptr<const SplitPlan>& sharedPlan() const { return m_plan; }
   /// Where the pages go, in one line.
   const QString& summary() const { return m_summary; }
 
   int count() const { return static_cast<int>(m_shown.size()); }
-  int total() const { return static_cast<int>(m_rows.size()); }
+  int total() const { return static_cast<int>(m_fields.size()); }
   int warningCount() const { return m_warningCount; }
   bool hasAddresses() const { return m_hasAddresses; }
 
-  int output(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
-  const PlannedOutput& planned(int row) const {
-    return m_plan->outputs[static_cast<std::size_t>(output(row))];
-  }
-  QString text(int row, PlanColumn column) const;
+  const PlannedOutput& planned(int row) const { return m_plan->outputs[output(row)]; }
+  const QString& text(int row, PlanColumn column) const { return field(output(row), column); }
 
   /// Rows of equal content stay in the plan's order.
   void sort(Order order);
@@ -52,24 +48,18 @@ public:
   SplitPlan shownPlan() const;
 
 private:
-  struct Row {
-    QString pages;
-    QString name;
-    QString folder;
-    QString note;
-    QString address;
-  };
-
-  const Row& of(int row) const { return m_rows[static_cast<std::size_t>(output(row))]; }
-  int compare(int left, int right, PlanColumn column) const;
-  void addNameClashes();
-  void arrange();
+  std::size_t output(int row) const { return m_shown[static_cast<std::size_t>(row)]; }
+  const QString& field(std::size_t output, PlanColumn column) const {
+    return m_fields[output][static_cast<std::size_t>(column)];
+  }
+  int compare(std::size_t left, std::size_t right) const;
+  QSet<QString> nameClashes() const;
 
   std::shared_ptr<const SplitPlan> m_plan;
   QString m_summary;
-  std::vector<Row> m_rows; ///< by output
-  std::vector<int> m_ordered;
-  std::vector<int> m_shown;
+  std::vector<std::array<QString, planColumnCount>> m_fields; ///< by output
+  std::vector<std::size_t> m_ordered;                         ///< outputs
+  std::vector<std::size_t> m_shown;
   Order m_order;
   QString m_sought;
   bool m_warningsOnly = false;
