@@ -2,6 +2,20 @@
 
 namespace pages {
 
+bool hasPlainPages(QPDFObjectHandle encryption) {
+  constexpr int firstWithFilters = 4;
+  if (!encryption.isDictionary()) {
+    return false;
+  }
+  const auto isPlain = [&encryption](const char* key) {
+    QPDFObjectHandle filter = encryption.getKey(key);
+    return filter.isNull() || filter.isNameAndEquals("/Identity");
+  };
+  QPDFObjectHandle version = encryption.getKey("/V");
+  return version.isInteger() && version.getIntValue() >= firstWithFilters && isPlain("/StmF") &&
+         isPlain("/StrF");
+}
+
 void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
   const auto filter = entries.find("/Filter");
   if (filter == entries.end()) {

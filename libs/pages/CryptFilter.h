@@ -8,6 +8,10 @@
 
 namespace pages {
 
+/// Whether the dictionary of a document's encryption leaves its strings and streams as they are:
+/// then its attachments alone are encrypted.
+bool hasPlainPages(QPDFObjectHandle encryption);
+
 /// Takes "/Crypt" out of the filters of a stream's entries.
 void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries);
 

@@ -97,6 +97,15 @@ int32_t SplitPdf(const char16_t* source, const char16_t* password, const char16_
   return code;
 }
 
+int32_t RepairFile(const char16_t* source, const char16_t* password, const char16_t* target) {
+  common::LastError own; // the other one belongs to the caller of the other operations
+  try {
+    return cleftor::repairFile(pathText(source), passwordsOf(password), pathText(target));
+  } catch (...) {
+    return own.keepCaught(CLEFTOR_DAMAGED);
+  }
+}
+
 int32_t GetProcessingStatus() {
   return Splitter::instance().status();
 }

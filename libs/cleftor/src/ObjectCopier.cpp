@@ -130,7 +130,7 @@ void ObjectCopier::copy(QPDFObjGen object, int number) {
   }
   const bool keep = m_source.cache().isWanted(object);
   QPDFObjectHandle value = m_source.object(object);
-  if (value.isStream()) {
+  if (value.isStream() && !m_source.isLocked(value)) {
     copyStream(value, number, keep);
     return;
   }

@@ -87,7 +87,7 @@ WrittenFile writeRange(Source& source, RangeOrder& order) {
   for (const auto& [first, last] : order.ranges) {
     indexes.push_back({first - 1, last - 1});
   }
-  common::AsideFile file(order.target, {.claim = std::move(order.claim)});
+  common::AsideFile file(order.target, {.claim = std::move(order.claim), .model = order.model});
   try {
     RangeBuilder(source, indexes, order.settings, file).write();
   } catch (const Failure&) {
@@ -114,6 +114,18 @@ WrittenFile writeRange(Source& source, RangeOrder& order) {
   }
   source.forgetWarnings();
   return written;
+}
+
+int32_t repairFile(const std::string& path, const std::vector<std::string>& passwords,
+                   const std::string& target) {
+  Source source(path, passwords);
+  RangeOrder order{.target = target,
+                   .ranges = {{1, source.pageCount()}},
+                   .settings = {.keepBookmarks = true},
+                   .model = target};
+  checkOrder(source, order);
+  writeRange(source, order);
+  return source.pageCount();
 }
 
 RangeWriter::RangeWriter() : m_thread(&RangeWriter::work, this) {}

@@ -27,6 +27,7 @@ struct RangeOrder {
   std::vector<pages::PageRange> ranges;
   RangeSettings settings = {};
   std::unique_ptr<common::PartFile> claim = {}; ///< of a target that was reserved
+  std::string model = {};                       ///< see common::AsideOptions
 
   int32_t firstPage() const { return ranges.front().first; }
   int32_t lastPage() const { return ranges.back().last; }
@@ -43,6 +44,10 @@ struct WrittenFile {
 
 /// Writes a range that was checked, whole or not at all; throws Failure or std::bad_alloc.
 WrittenFile writeRange(Source& source, RangeOrder& order);
+
+/// A copy of the whole file over the one at `target`: see RepairFile in cleftor.h. Throws alike.
+int32_t repairFile(const std::string& path, const std::vector<std::string>& passwords,
+                   const std::string& target);
 
 /// A range that was taken over, and its fate.
 struct FinishedRange {

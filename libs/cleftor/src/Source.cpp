@@ -2,6 +2,7 @@
 
 #include "cleftor/cleftor.h"
 #include "common/Failure.h"
+#include "pages/CryptFilter.h"
 #include "pages/QuietDocument.h"
 #include "pages/SourceInput.h"
 
@@ -47,19 +48,43 @@ void Source::open(const std::vector<std::string>& passwords) {
   // The empty one opens what anybody may open.
   const bool isOpen =
       std::ranges::any_of(passwords, [&](const auto& one) { return openWith(one); });
-  if (!isOpen && !openWith("")) {
+  if (!isOpen && !openWith("") && !openWithoutKey()) {
     refuseToOpen(m_path, passwords.empty() ? "it needs a password" : "the password is not right");
   }
+}
+
+/// Where strings and streams are left as they are and attachments alone are encrypted, no key is
+/// needed for the pages.
+bool Source::openWithoutKey() {
+  if (!m_hasPlainPages) {
+    return false;
+  }
+  m_hasNoKey = true;
+  return openWith("");
+}
+
+void Source::read(QPDF& document) const {
+  // A key is taken as it is, where a password would be compared.
+  static constexpr std::string_view anyKey =
+      "0000000000000000000000000000000000000000000000000000000000000000";
+  document.setPasswordIsHexKey(m_hasNoKey);
+  document.processInputSource(m_input, m_hasNoKey ? anyKey.data() : m_password.c_str());
+}
+
+bool Source::isLocked(QPDFObjectHandle stream) const {
+  return m_hasNoKey && stream.getDict().getKey("/Type").isNameAndEquals("/EmbeddedFile");
 }
 
 /// False when the password is not right; any other fault throws.
 bool Source::openWith(const std::string& password) {
   auto document = pages::quietDocument();
-  auto input = std::make_shared<pages::SourceInput>(m_path, m_stop);
+  m_input = std::make_shared<pages::SourceInput>(m_path, m_stop);
+  m_password = password;
   try {
-    document->processInputSource(input, password.c_str());
+    read(*document);
   } catch (const QPDFExc& error) {
     if (error.getErrorCode() == qpdf_e_password) {
+      m_hasPlainPages = pages::hasPlainPages(document->getTrailer().getKey("/Encrypt"));
       return false;
     }
     refuseToOpen(m_path, error.getMessageDetail());
@@ -71,8 +96,6 @@ bool Source::openWith(const std::string& password) {
     refuseToOpen(m_path, error.what());
   }
   m_document = std::move(document);
-  m_input = std::move(input);
-  m_password = password;
   return true;
 }
 
@@ -106,7 +129,7 @@ void Source::letGoOf(QPDFObjGen object) {
 void Source::renew() {
   auto document = pages::quietDocument();
   try {
-    document->processInputSource(m_input, m_password.c_str());
+    read(*document);
   } catch (const std::bad_alloc&) {
     throw;
   } catch (const std::exception& error) {

@@ -36,6 +36,9 @@ public:
   /// CLEFTOR_FILE_... facts.
   int32_t facts() const { return m_facts; }
 
+  /// Whether a stream stays encrypted, since the password is not known.
+  bool isLocked(QPDFObjectHandle stream) const;
+
   QPDFObjectHandle catalog() { return m_document->getRoot(); }
   QPDFObjectHandle trailer() { return m_document->getTrailer(); }
   QPDFObjectHandle object(QPDFObjGen object);
@@ -95,12 +98,16 @@ private:
   void renew();
   void open(const std::vector<std::string>& passwords);
   bool openWith(const std::string& password);
+  bool openWithoutKey();
+  void read(QPDF& document) const;
   void gatherFacts();
   void gatherWholeDocument();
 
   std::string m_path;
   const std::atomic<bool>* m_stop;
-  std::string m_password; ///< the one that opened it
+  std::string m_password;       ///< the one that opened it
+  bool m_hasPlainPages = false; ///< attachments alone are encrypted
+  bool m_hasNoKey = false;      ///< opened without any: its attachments stay encrypted
   std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;
   std::vector<std::shared_ptr<QPDF>>

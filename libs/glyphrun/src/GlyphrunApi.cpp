@@ -1,6 +1,7 @@
 // The exported operations. Each one keeps every exception on this side of the door.
 
 #include "PageExtractor.h"
+#include "Repair.h"
 #include "View.h"
 #include "common/Failure.h"
 #include "common/Utf16.h"
@@ -248,6 +249,14 @@ int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** word
     count = static_cast<std::int32_t>(list.size());
   });
   return result == GLYPHRUN_OK ? count : result;
+}
+
+int32_t RepairFile(const char16_t* path, const char16_t* password, const char16_t* target) {
+  std::int32_t pages = 0;
+  const std::int32_t result = guarded([&](PageExtractor&) {
+    pages = glyphrun::repairFile(textOf(path), textOf(password), common::toUtf8(textOf(target)));
+  });
+  return result == GLYPHRUN_OK ? pages : result;
 }
 
 int32_t GetViewPageState(const GlyphrunView* view) {

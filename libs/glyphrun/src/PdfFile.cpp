@@ -124,14 +124,32 @@ void PdfFile::authenticate(const std::u16string& password) {
       return;
     }
   }
+  if (hasPlainPages()) {
+    return;
+  }
   throw Failure(GLYPHRUN_WRONG_PASSWORD,
                 password.empty() ? "the file needs a password" : "the password is wrong");
 }
 
-PdfObject PdfFile::catalog() const {
+/// Crypt filters may leave strings and streams as they are: then attachments alone are encrypted.
+bool PdfFile::hasPlainPages() const {
+  constexpr int firstWithFilters = 4;
+  const PdfObject encryption = trailer().get("Encrypt");
+  const auto isPlain = [&](const char* key) {
+    const PdfObject filter = encryption.get(key);
+    return !filter || filter.isNamed("Identity");
+  };
+  return encryption.get("V").integer() >= firstWithFilters && isPlain("StmF") && isPlain("StrF");
+}
+
+PdfObject PdfFile::trailer() const {
   pdf_obj* trailer = nullptr;
   m_mu->attempt([&] { trailer = pdf_trailer(m_mu->raw(), m_document); });
-  return PdfObject(*m_mu, trailer).get("Root");
+  return {*m_mu, trailer};
+}
+
+PdfObject PdfFile::catalog() const {
+  return trailer().get("Root");
 }
 
 // Walks the page tree once, with a stack of its own: depth, loops and claimed counts of the file

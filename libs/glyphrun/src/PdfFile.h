@@ -90,9 +90,11 @@ private:
   explicit PdfFile(const std::atomic<bool>* stop) : m_mu(MuContext::create(stop)) {}
   void openDocument(const std::string& path);
   void authenticate(const std::u16string& password);
+  bool hasPlainPages() const;
   void readPages();
   void takePages(const PageList& list);
   bool fillPageTables();
+  PdfObject trailer() const;
   PdfObject inherited(const PageEntry& entry, const char* key) const;
 
   std::unique_ptr<MuContext> m_mu;

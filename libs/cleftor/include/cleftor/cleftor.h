@@ -112,6 +112,14 @@ CLEFTOR_API int32_t SplitPdfRanges(const char16_t* target, const int32_t* ranges
 CLEFTOR_API int32_t SplitPdf(const char16_t* source, const char16_t* password,
                              const char16_t* target, int32_t first, int32_t last);
 
+/**
+ * Writes a sound and unprotected copy of a file, with all its pages and bookmarks, over the file at
+ * target, whose owner and mode it keeps. Returns the number of pages, or a failure that leaves the
+ * target as it was; no other operation tells of it. For any thread.
+ */
+CLEFTOR_API int32_t RepairFile(const char16_t* source, const char16_t* password,
+                               const char16_t* target);
+
 /** Result of the last range. */
 CLEFTOR_API int32_t GetProcessingStatus(void);
 

@@ -160,6 +160,14 @@ GLYPHRUN_API int32_t GetPageState(void);
 /** GLYPHRUN_FILE_... of the open file, 0 without one. */
 GLYPHRUN_API int32_t GetFileFacts(void);
 
+/**
+ * Writes a sound and unprotected copy of a file, with all pages that are found in it, over the file
+ * at target, whose owner and mode it keeps. Returns their number, or a failure that leaves the
+ * target as it was. For any thread.
+ */
+GLYPHRUN_API int32_t RepairFile(const char16_t* path, const char16_t* password,
+                                const char16_t* target);
+
 /** Code and text of the last failure; the text is English, names no password, and is valid until
  * the next call. */
 GLYPHRUN_API int32_t GlyphrunLastError(void);
