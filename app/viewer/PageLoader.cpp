@@ -38,7 +38,7 @@ public:
       return;
     }
     int32_t result = GLYPHRUN_OK;
-    m_view = m_library.OpenView(utf16(path), utf16(file.password), &result);
+    m_view = m_library.openView(path, file.password, &result);
     if (m_view == nullptr) {
       m_problem = openingProblem(result, !file.password.isEmpty());
       m_needsPassword = result == GLYPHRUN_WRONG_PASSWORD;

@@ -4,11 +4,13 @@
 #include "engine/job/OutputFolder.h"
 #include "engine/job/PageLooks.h"
 #include "engine/job/PlanRun.h"
+#include "engine/job/RepairedCopies.h"
 #include "engine/job/SourceFile.h"
 #include "engine/job/SplitRun.h"
 #include "engine/report/ReportPaths.h"
 #include "engine/report/Reports.h"
 #include "engine/setup/FileNameMethod.h"
+#include "engine/words/CPDFTextDumpInit.h"
 #include "platform/Paths.h"
 
 #include <QDateTime>
@@ -37,7 +39,11 @@ bool wasProcessed(RunError error) {
 
 JobDriver::JobDriver(SetupStore& store, Libraries libraries, Operator& person)
     : m_store(store), m_job{{person, m_state}, libraries}, m_batch(person, m_state),
-      m_folderWritable(currentFolderIsWritable()) {}
+      m_folderWritable(currentFolderIsWritable()) {
+  libraries.text.setStandIn(
+      [copies = std::make_shared<RepairedCopies>(libraries.text, libraries.split)](
+          const QString& path, const QString& password) { return copies->of(path, password); });
+}
 
 void JobDriver::Stop() {
   m_state.userStop = true;

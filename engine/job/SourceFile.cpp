@@ -13,6 +13,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <utility>
 
 namespace folivex {
 
@@ -23,6 +24,25 @@ namespace {
 int readAheadThreads() {
   constexpr int most = 4;
   return std::clamp(QThread::idealThreadCount(), 1, most);
+}
+
+/// Bookmarks need no words.
+bool needsRecognition(const SplitSetup& setup) {
+  return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
+}
+
+/// What the text library said last, in words for those who have to do something about it.
+QString whyNotRead(CPDFTextDumpInit& library) {
+  const QString said = library.lastErrorText();
+  switch (library.GetProcessingStatus()) {
+  case GLYPHRUN_NOT_A_PDF:
+    return QStringLiteral("it is no PDF, or damaged beyond repair (%1)").arg(said);
+  case GLYPHRUN_UNSUPPORTED:
+    return QStringLiteral("it is encrypted for certain persons, which no password opens (%1)")
+        .arg(said);
+  default:
+    return said;
+  }
 }
 
 /// A pipe or device may never come to an end, and neither library could be stopped.
@@ -39,7 +59,7 @@ SourceFile::~SourceFile() {
 }
 
 QString SourceFile::scanned() const {
-  return m_job.state.ocrFile.isEmpty() ? m_source : m_job.state.ocrFile;
+  return m_job.state.ocrFile.isEmpty() ? read() : m_job.state.ocrFile;
 }
 
 TextLibraryWords SourceFile::words(const SplitSetup& setup) const {
@@ -48,44 +68,74 @@ TextLibraryWords SourceFile::words(const SplitSetup& setup) const {
           [&job = m_job](const QString& problem) { job.tell(problem); }};
 }
 
+/// Where a library cannot read the source, what both can read is opened in its place.
+int SourceFile::openRepaired(const SplitSetup& setup, void (SourceFile::*open)(const SplitSetup&)) {
+  m_source = setup.fileName;
+  if (isNoOrdinaryFile(m_source)) {
+    m_problem = QStringLiteral("%1: is no ordinary file").arg(m_source);
+    return 0;
+  }
+  (this->*open)(setup);
+  if (m_problem.isEmpty()) {
+    return m_pageCount;
+  }
+  m_standIn = m_job.libraries.text.standInFor(m_source, setup.pdfPassword);
+  if (m_standIn) {
+    const QString problem = std::exchange(m_problem, {});
+    (this->*open)(setup);
+    if (!m_problem.isEmpty()) {
+      m_problem = problem;
+    }
+  }
+  return pagesUnlessProblem();
+}
+
 int SourceFile::openForSplitting(const SplitSetup& setup) {
   m_job.person.progress({QStringLiteral("Getting page count"), 0, 0, 0});
   stamp(setup.fileName);
-  beginSplitting(setup);
-  const int pageCount = countPages(setup);
-  // Bookmarks need no words.
-  const bool recognises = setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
-  // The reading of words begins while the split library still opens the file, unless a file that it
-  // refuses would be read by the hour first.
-  if (pageCount > 0 && !recognises) {
-    openWords(setup);
-  }
-  endSplitting(setup);
-  if (pagesUnlessProblem() > 0) {
+  if (const int pageCount = openRepaired(setup, &SourceFile::openBoth); pageCount > 0) {
     m_job.person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
-    if (recognises) {
+    if (needsRecognition(setup)) {
       recogniseAndOpenWords(setup);
     }
   }
   return pagesUnlessProblem();
 }
 
+void SourceFile::openBoth(const SplitSetup& setup) {
+  beginSplitting(setup);
+  count(setup);
+  // The reading of words begins while the split library still opens the file, unless a file that it
+  // refuses would be read by the hour first.
+  if (m_pageCount > 0 && !needsRecognition(setup)) {
+    openWords(setup);
+  }
+  endSplitting(setup);
+}
+
 int SourceFile::openForReading(const SplitSetup& setup) {
+  if (!setup.ocrFirst) {
+    return openAgain(setup);
+  }
   if (countPages(setup) > 0) {
-    if (setup.ocrFirst) {
-      recogniseAndOpenWords(setup);
-    } else {
-      openWords(setup);
-    }
+    recogniseAndOpenWords(setup);
   }
   return pagesUnlessProblem();
 }
 
 int SourceFile::openAgain(const SplitSetup& setup) {
-  if (countPages(setup) > 0) {
+  return openRepaired(setup, &SourceFile::openToRead);
+}
+
+void SourceFile::openToRead(const SplitSetup& setup) {
+  count(setup);
+  if (m_pageCount > 0) {
     openWords(setup);
   }
-  return pagesUnlessProblem();
+}
+
+int SourceFile::countPages(const SplitSetup& setup) {
+  return openRepaired(setup, &SourceFile::count);
 }
 
 void SourceFile::recogniseAndOpenWords(const SplitSetup& setup) {
@@ -102,27 +152,20 @@ void SourceFile::recogniseAndOpenWords(const SplitSetup& setup) {
 }
 
 void SourceFile::beginSplitting(const SplitSetup& setup) {
-  const QString& source = setup.fileName;
-  m_splits = !usesExternalCommand(setup) && !isNoOrdinaryFile(source);
+  m_splits = !usesExternalCommand(setup);
   if (m_splits) {
     m_job.libraries.split.SetWriteBehind(1);
-    m_job.libraries.split.BeginOpenFile(utf16(source), utf16(setup.pdfPassword));
+    m_job.libraries.split.BeginOpenFile(utf16(read()), utf16(setup.pdfPassword));
   }
 }
 
-int SourceFile::countPages(const SplitSetup& setup) {
-  m_source = setup.fileName;
-  if (isNoOrdinaryFile(m_source)) {
-    m_problem = QStringLiteral("%1: is no ordinary file").arg(m_source);
-    return 0;
-  }
-  m_pageCount = m_job.libraries.text.GetPageCount(utf16(m_source), utf16(setup.pdfPassword));
+void SourceFile::count(const SplitSetup& setup) {
+  m_pageCount = m_job.libraries.text.GetPageCount(utf16(read()), utf16(setup.pdfPassword));
   if (m_pageCount <= 0) {
     m_pageCount = 0;
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")
-                    .arg(m_source, m_job.libraries.text.lastErrorText());
+                    .arg(m_source, whyNotRead(m_job.libraries.text));
   }
-  return m_pageCount;
 }
 
 void SourceFile::endSplitting(const SplitSetup& setup) {
@@ -135,11 +178,11 @@ void SourceFile::endSplitting(const SplitSetup& setup) {
   } while (m_job.libraries.split.WaitForOpening(waitStepMs) != 0);
   m_job.libraries.split.SetKeepBookmarks(setup.keepBookmarks ? 1 : 0);
   const int result =
-      m_job.libraries.split.PdfTextDumpOpenFile(utf16(m_source), utf16(setup.pdfPassword));
+      m_job.libraries.split.PdfTextDumpOpenFile(utf16(read()), utf16(setup.pdfPassword));
   if (result == CSplitPdfInit::cannotOpen && !QFileInfo::exists(m_source)) {
     m_problem =
         QStringLiteral("Unable to open file, try closing app and re-opening: %1").arg(m_source);
-  } else if (result != CSplitPdfInit::ok) {
+  } else if (result != CSplitPdfInit::ok && m_pageCount > 0) {
     m_problem = QStringLiteral("%1: cannot be opened for splitting: %2")
                     .arg(m_source, m_job.libraries.split.lastErrorText());
   } else if (const int other = m_job.libraries.split.GetPageCount2();
@@ -176,6 +219,14 @@ bool SourceFile::isChanged() const {
   return std::ranges::any_of(m_stamps, [](const Stamped& file) {
     return platform::FileStamp::of(file.path) != file.stamp;
   });
+}
+
+QString SourceFile::repair() const {
+  return !m_standIn
+             ? QString()
+             : QStringLiteral("cannot be read as it stands; the %1 page(s) that can be found "
+                              "are read from a repaired copy")
+                   .arg(m_pageCount);
 }
 
 QString SourceFile::protection() const {

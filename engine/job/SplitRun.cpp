@@ -111,6 +111,9 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   if (const QString protection = file.protection(); !protection.isEmpty()) {
     job.person.note(QStringLiteral("%1: %2").arg(source, protection));
   }
+  if (const QString repair = file.repair(); !repair.isEmpty()) {
+    job.person.note(QStringLiteral("%1: %2").arg(source, repair));
+  }
   outcome.account.start(pageCount);
   OutputWriter writer(setup, job.state,
                       {job.libraries.text, job.libraries.split, job.libraries.append},

@@ -54,6 +54,8 @@ public:
   Operation<void(const char16_t*, const char16_t*)> BeginOpenFile{m_library, "BeginOpenFile"};
   Operation<void(int32_t)> SetKeepBookmarks{m_library, "SetKeepBookmarks"};
   Operation<void(int32_t)> SetWriteBehind{m_library, "SetWriteBehind"};
+  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> RepairFile{m_library,
+                                                                                   "RepairFile"};
   Operation<int32_t(int32_t)> WaitForOpening{m_library, "WaitForOpening"};
   Operation<int32_t(int32_t, int32_t)> WaitForRoom{m_library, "WaitForRoom"};
   Operation<int32_t(int32_t)> DrainRanges{m_library, "DrainRanges"};

@@ -7,6 +7,10 @@
 
 #include <QString>
 
+#include <functional>
+#include <memory>
+#include <utility>
+
 namespace folivex {
 
 /// The text library with its operations, bound by name in the order in which they stand here. One
@@ -41,6 +45,8 @@ public:
   Operation<void(int32_t)> SetReadAhead{m_library, "SetReadAhead"};
   Operation<int32_t()> GetPageState{m_library, "GetPageState"};
   Operation<int32_t()> GetFileFacts{m_library, "GetFileFacts"};
+  Operation<int32_t(const char16_t*, const char16_t*, const char16_t*)> RepairFile{m_library,
+                                                                                   "RepairFile"};
   Operation<const char16_t*()> GlyphrunLastErrorText{m_library, "GlyphrunLastErrorText"};
   Operation<int32_t()> GetOutlineCount{m_library, "GetOutlineCount"};
   Operation<int32_t(int32_t, GlyphrunOutlineEntry*)> GetOutlineEntry{m_library, "GetOutlineEntry"};
@@ -62,8 +68,25 @@ public:
   Operation<int32_t(GlyphrunView*, int32_t, GlyphrunOutlineEntry*)> GetViewOutlineEntry{
       m_library, "GetViewOutlineEntry"};
 
+  /// The path of a file that is read in the place of another one, and stays as long as what is
+  /// returned; null when there is none. For any thread.
+  using StandIn =
+      std::function<std::shared_ptr<const QString>(const QString& path, const QString& password)>;
+  /// Set before other threads use the library.
+  void setStandIn(StandIn standIn) { m_standIn = std::move(standIn); }
+  std::shared_ptr<const QString> standInFor(const QString& path, const QString& password) const {
+    return m_standIn ? m_standIn(path, password) : nullptr;
+  }
+
+  /// OpenView, of the stand-in where the file itself cannot be read. `result` tells of the file.
+  GlyphrunView* openView(const QString& path, const QString& password,
+                         int32_t* result = nullptr) const;
+
   /// Text of the last failure.
   QString lastErrorText() const { return QString::fromUtf16(GlyphrunLastErrorText()); }
+
+private:
+  StandIn m_standIn;
 };
 
 } // namespace folivex

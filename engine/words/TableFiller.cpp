@@ -36,7 +36,7 @@ class TableFiller::View {
 public:
   explicit View(TableFiller& filler) : m_filler(filler) {
     const Source& source = filler.m_source;
-    m_view = filler.m_library.OpenView(utf16(source.file), utf16(source.password), &m_result);
+    m_view = filler.m_library.openView(source.file, source.password, &m_result);
     if (m_view != nullptr) {
       filler.m_library.SetViewWordSpacing(m_view, source.wordSpacing);
       const std::lock_guard lock(filler.m_mutex);

@@ -22,7 +22,7 @@ ViewWordLookup::~ViewWordLookup() {
 QString ViewWordLookup::wordAt(int pageIndex, IntRange h, IntRange v) {
   if (!m_opened) {
     m_opened = true;
-    m_view = m_library.OpenView(utf16(m_source.file), utf16(m_source.password), nullptr);
+    m_view = m_library.openView(m_source.file, m_source.password);
     if (m_view) {
       m_library.SetViewWordSpacing(m_view, m_source.wordSpacing);
     }

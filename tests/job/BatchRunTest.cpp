@@ -73,7 +73,7 @@ TEST_F(Batch, FileThatCannotBeProcessedIsMarkedAndTheRestProcessed) {
   EXPECT_FALSE(driver().state().automation);
   // Each row says what came of it: why it failed, or where its pages went.
   const char* results[] = {"The file is not there.",
-                           "cannot be opened for splitting: ",
+                           "it is no PDF, or damaged beyond repair",
                            "The file cannot be read.",
                            "The file cannot be read.",
                            "in/c.pdf_report.txt, try changing",
