@@ -151,7 +151,8 @@ QWidget* MainWindow::buildToolBar() {
   m_processButton->setMinimumWidth(
       m_processButton->fontMetrics().horizontalAdvance(QStringLiteral("Process 100000 file(s)")) +
       4 * air);
-  QWidget* bar = sideBySide(this, {open, m_setupButton, gap(), m_processButton});
+  QPushButton* suggest = commandButton("suggest", QStringLiteral("Suggest"), "suggestButton");
+  QWidget* bar = sideBySide(this, {open, m_setupButton, suggest, gap(), m_processButton});
   bar->layout()->setContentsMargins(air, air, air, air);
   return bar;
 }
@@ -176,7 +177,8 @@ void MainWindow::buildMenus() {
       {"process", "&Process", "F5", "Split the file now", [this] { process(); }},
       {"processList", "Process &List", "Shift+F5", "Split every file of the prepared list", [this] { processList(); }},
       {"stopRun", "S&top", "", "End the run after the page that is being worked on", [this] { stop(); }, WhileRunning},
-      {"show", "&Show Matches", "F6", "Walk through the matches, page by page; nothing is written", [this] { showMatches(); }, AfterLine},
+      {"suggest", "S&uggest", "F4", "Propose how this file splits into its documents; nothing is set before you look at it", [this] { suggest(); }, AfterLine},
+      {"show", "&Show Matches", "F6", "Walk through the matches, page by page; nothing is written", [this] { showMatches(); }},
       {"plan", "Pla&n", "F7", "Make the list anew of what a split would write; nothing is written", [this] { plan(); }},
       {"listPage", "List Pa&ge h,v", "", "List the words of the page with their positions as text", [this] { listPage(); }},
       {"prepareList", "P&repare List", "Ctrl+L", "Prepare the list of files to split", [this] { m_parts.prepareList(); }, AfterLine}});

@@ -122,6 +122,9 @@ private:
   void tellEffects(const SplitPlan& plan);
   void offerWaysOut(const LivePlanState& state);
   void takeNearWord(const NearWord& word);
+  void suggest();
+  void offerProposal(std::size_t which);
+  void takeProposed(std::size_t which);
   void tellProcess(int files);
   bool awaitPlan();
   Consent consent();
@@ -166,8 +169,10 @@ private:
 
   std::shared_ptr<const SplitPlan> m_shownPlan; ///< of the settings as they are; null while unknown
   bool m_wasReading = false;
-  std::function<void()> m_onStop;      ///< in place of what Stop does to a run
-  std::function<void()> m_onPlanShown; ///< of who waits for it
+  LivePlan::Propose m_propose = LivePlan::Propose::No; ///< until there is an answer
+  std::vector<SetupProposal> m_proposals;              ///< the newest
+  std::function<void()> m_onStop;                      ///< in place of what Stop does to a run
+  std::function<void()> m_onPlanShown;                 ///< of who waits for it
 
   MainMenus m_menus;
   QMenu* m_viewMenu = nullptr;

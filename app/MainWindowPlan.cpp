@@ -74,7 +74,7 @@ void MainWindow::replan() {
     forgetPlan(QStringLiteral("Open a PDF to see what would be written."));
     return;
   }
-  m_feed->plan(setup);
+  m_feed->plan(setup, m_propose);
   m_plan->tellAge(QStringLiteral("Being made anew..."), PlanPane::Age::Stale);
   tellProcess(0);
 }
@@ -114,6 +114,14 @@ void MainWindow::showPlan(PlanView& view) {
   tellProgressOfPlan(state);
   offerWaysOut(state);
   tellProcess(isFinal && state.plan ? state.plan->fileCount : 0);
+  if (state.proposals) {
+    m_proposals = *state.proposals;
+    offerProposal(0);
+  }
+  if (state.proposals || (m_propose == LivePlan::Propose::IfNothingIsFound && isFinal &&
+                          state.plan && !state.plan->outputs.empty())) {
+    m_propose = LivePlan::Propose::No;
+  }
   if (m_onPlanShown) {
     m_onPlanShown();
   }
@@ -181,6 +189,48 @@ void MainWindow::takeNearWord(const NearWord& word) {
   }
   change(setup, QStringLiteral("Find word(s)"));
   m_page->goToPage(word.page);
+}
+
+/// The answer comes above the page.
+void MainWindow::suggest() {
+  if (plannedSetup().fileName.isEmpty()) {
+    openPdf();
+    return;
+  }
+  m_propose = LivePlan::Propose::Yes;
+  m_activity->setStatus(QStringLiteral("Looking for the documents of this file."));
+  replan();
+}
+
+void MainWindow::offerProposal(std::size_t which) {
+  if (m_proposals.empty()) {
+    m_page->showOffer(QStringLiteral("No documents were found in this file. Click the word that "
+                                     "they begin with."),
+                      {});
+    return;
+  }
+  const SetupProposal& proposal = m_proposals[which];
+  std::vector<OfferButton> answers = {
+      {QStringLiteral("Look at it"), [this, which] { takeProposed(which); }}};
+  if (const std::size_t count = m_proposals.size(); count > 1) {
+    const std::size_t next = (which + 1) % count;
+    answers.push_back({QStringLiteral("Another (%1 of %2)").arg(next + 1).arg(count),
+                       [this, next] { offerProposal(next); }});
+  }
+  m_page->showOffer((proposal.sure ? QStringLiteral("Proposed: %1.")
+                                   : QStringLiteral("Nothing is sure; perhaps: %1."))
+                        .arg(proposal.reason),
+                    std::move(answers));
+}
+
+void MainWindow::takeProposed(std::size_t which) {
+  if (m_isRunning) {
+    return;
+  }
+  SplitSetup setup = currentSetup();
+  takeProposal(m_proposals[which], setup);
+  change(setup, QStringLiteral("Proposal"));
+  m_activity->setStatus(QStringLiteral("Set as proposed; Ctrl+Z takes it back."));
 }
 
 /// Plans anew, against the disk as it is now, and waits for it. False when Stop was pressed.

@@ -132,6 +132,9 @@ void MainWindow::showFile() {
     m_page->closeFile();
     return;
   }
+  if (m_page->file().path != path) {
+    m_propose = LivePlan::Propose::IfNothingIsFound;
+  }
   m_page->openFile({path, setup.pdfPassword, setup.rotated, setup.horizWordSpacing});
 }
 

@@ -24,8 +24,8 @@ std::vector<PageBand> bandsOf(const SplitPlan& plan) {
 PlanFeed::PlanFeed(Program& program)
     : m_live(program.livePlan([this](LivePlanState state) { take(std::move(state)); })) {}
 
-void PlanFeed::plan(const SplitSetup& setup) {
-  m_number = m_live->plan(setup);
+void PlanFeed::plan(const SplitSetup& setup, LivePlan::Propose propose) {
+  m_number = m_live->plan(setup, propose);
   m_isPending = true;
 }
 

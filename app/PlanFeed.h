@@ -27,7 +27,7 @@ public:
   explicit PlanFeed(Program& program);
 
   /// Plans with these settings; what was asked for before is told no more.
-  void plan(const SplitSetup& setup);
+  void plan(const SplitSetup& setup, LivePlan::Propose propose = LivePlan::Propose::No);
   /// There is no file.
   void clear();
   void setPaused(bool on) { m_live->setPaused(on); }

@@ -66,6 +66,9 @@ public:
 
   void over(const WordTable& table, const SourceTable& source);
   void findNearest(const WordTable& table);
+  void propose(const WordTable& table, const SplitSetup& base) {
+    m_state.proposals = proposeSetups(table, base, [this] { return isWanted(); });
+  }
   void tell(Stage stage, const QString& problem = {});
   void setWords(std::shared_ptr<const WordTable> words) { m_state.words = std::move(words); }
 
@@ -186,20 +189,20 @@ LivePlan::~LivePlan() {
   m_thread.join();
 }
 
-quint64 LivePlan::plan(const SplitSetup& setup) {
-  return ask(setup);
+quint64 LivePlan::plan(const SplitSetup& setup, Propose propose) {
+  return ask({0, setup, propose});
 }
 
 void LivePlan::clear() {
   ask({});
 }
 
-quint64 LivePlan::ask(std::optional<SplitSetup> setup) {
+quint64 LivePlan::ask(Request request) {
   quint64 number = 0;
   {
     const std::lock_guard lock(m_mutex);
-    number = ++m_latest;
-    m_request = Request{number, std::move(setup)};
+    request.number = number = ++m_latest;
+    m_request = std::move(request);
   }
   m_asked.notify_one();
   if (const auto table = m_source->table()) {
@@ -215,7 +218,7 @@ void LivePlan::setPaused(bool on) {
 void LivePlan::work() {
   while (const std::optional<Request> request = nextRequest()) {
     if (request->setup) {
-      make(request->number, *request->setup);
+      make(*request);
     } else {
       m_source->drop();
     }
@@ -229,8 +232,8 @@ std::optional<LivePlan::Request> LivePlan::nextRequest() {
   return m_isEnding ? std::nullopt : std::exchange(m_request, std::nullopt);
 }
 
-void LivePlan::make(quint64 number, const SplitSetup& asSet) {
-  Planning planning(*this, number, asSet);
+void LivePlan::make(const Request& request) {
+  Planning planning(*this, request.number, *request.setup);
   const SplitSetup& setup = planning.setup();
   std::shared_ptr<WordTable> table;
   if (!platform::isReadableFile(setup.fileName)) {
@@ -273,6 +276,12 @@ void LivePlan::make(quint64 number, const SplitSetup& asSet) {
   planning.tell(Stage::Done);
   if (!planning.hasOutputs() && !splitTraitsOf(setup.pageExtract).fromBookmarks) {
     planning.findNearest(*table);
+    planning.tell(Stage::Done);
+  }
+  if (planning.isWanted() &&
+      (request.propose == Propose::Yes ||
+       (request.propose == Propose::IfNothingIsFound && !planning.hasOutputs()))) {
+    planning.propose(*table, *request.setup);
     planning.tell(Stage::Done);
   }
 }

@@ -1,6 +1,7 @@
 // LivePlan: the plan of a split, made beside the window's thread while the split is being set.
 #pragma once
 
+#include "engine/job/SetupProposals.h"
 #include "engine/job/SplitPlan.h"
 #include "engine/output/PageAddresses.h"
 #include "engine/setup/SplitSetup.h"
@@ -58,6 +59,8 @@ struct LivePlanState {
   QString problem;                        ///< plain words, with the next step
   QStringList nearest;             ///< no match: sentences as JobDriver::NearestWords() gives
   std::vector<NearWord> nearWords; ///< the same as words, for buttons
+  /// Of the whole file, told last, when they were asked for; none when nothing was found.
+  std::optional<std::vector<SetupProposal>> proposals;
 };
 
 /// Keeps the words of one file, read once, and plans with the very stages of a run whenever it is
@@ -81,7 +84,9 @@ public:
   /// Returns its number, which grows; states of older plans may still be on their way. The file is
   /// read again only when it, or what its words depend on, is another: given once more, the same
   /// settings ask whether anything has changed.
-  quint64 plan(const SplitSetup& setup);
+  /// Setups are proposed when the plan is there, if that is wanted.
+  enum class Propose { No, IfNothingIsFound, Yes };
+  quint64 plan(const SplitSetup& setup, Propose propose = Propose::No);
   /// No file: gives up everything, and tells nothing.
   void clear();
 
@@ -93,13 +98,14 @@ private:
   struct Request {
     quint64 number = 0;
     std::optional<SplitSetup> setup; ///< none: no file
+    Propose propose = Propose::No;
   };
   class Planning;
 
-  quint64 ask(std::optional<SplitSetup> setup);
+  quint64 ask(Request request);
   void work();
   std::optional<Request> nextRequest();
-  void make(quint64 number, const SplitSetup& asSet);
+  void make(const Request& request);
   bool isWanted(quint64 number) const { return m_latest == number && !m_isEnding; }
 
   AddressReaderMaker m_addressReader;

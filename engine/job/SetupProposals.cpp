@@ -124,6 +124,10 @@ SetupProposal proposalOf(const Candidate& candidate, const SplitPlan& plan) {
 
 } // namespace
 
+void takeProposal(const SetupProposal& proposal, SplitSetup& setup) {
+  takeRules(proposal.setup, setup);
+}
+
 void countPlan(const WordTable& table, SetupProposal& proposal,
                const std::function<bool()>& isWanted) {
   count(planned(table, proposal.setup, table.pageCount(), isWanted), proposal);

@@ -29,6 +29,9 @@ struct SetupProposal {
 std::vector<SetupProposal> proposeSetups(const WordTable& table, const SplitSetup& base,
                                          const std::function<bool()>& isWanted);
 
+/// What the proposal decides comes into the setup, all else there stays.
+void takeProposal(const SetupProposal& proposal, SplitSetup& setup);
+
 /// Counts again what the plan of the proposal's setup comes to.
 void countPlan(const WordTable& table, SetupProposal& proposal,
                const std::function<bool()>& isWanted);

@@ -1,9 +1,12 @@
 #include "engine/suggest/SetupMaker.h"
 
+#include "engine/suggest/Candidates.h"
+
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 
 #include <algorithm>
+#include <array>
 
 namespace folivex {
 
@@ -35,24 +38,47 @@ void endLine(const ValuePlace& value, SplitSetup& setup) {
   }
 }
 
-/// Everything that decides about ranges and names is the proposal's.
-SplitSetup cleared(SplitSetup setup) {
-  const SplitSetup defaults;
-  setup.useSourceFileName = setup.useSourceFileNamePost = false;
-  setup.ignoreCase = setup.rotated = setup.createList = false;
-  setup.alwaysOverwrite = setup.alwaysAppend = false;
-  setup.addBWords = QStringLiteral(" ");
-  setup.takenWordsForFileName = defaults.takenWordsForFileName;
-  setup.untilHHPosLessThan = defaults.untilHHPosLessThan;
-  setup.startFromPage = 1;
-  setup.startEndPage = setup.offsetFirst = setup.stripEnd = 0;
-  setup.untilMatchPosH = setup.untilMatchPosV = 0;
-  for (QString* text :
-       {&setup.firstCharOfWord, &setup.anyCharOfWord, &setup.findString, &setup.prefixFileName,
-        &setup.postfixFileName, &setup.extractUntil, &setup.extractFileName, &setup.matchPosH,
-        &setup.matchPosV, &setup.reportRemoveChars, &setup.otherSettingsRemoveText}) {
-    text->clear();
+// Everything that decides about ranges and names is the proposal's.
+constexpr std::array decidingFlags = {
+    &SplitSetup::useSourceFileName, &SplitSetup::useSourceFileNamePost,
+    &SplitSetup::ignoreCase,        &SplitSetup::rotated,
+    &SplitSetup::createList,        &SplitSetup::alwaysOverwrite,
+    &SplitSetup::alwaysAppend};
+constexpr std::array decidingNumbers = {
+    &SplitSetup::takenWordsForFileName, &SplitSetup::untilHHPosLessThan, &SplitSetup::startFromPage,
+    &SplitSetup::startEndPage,          &SplitSetup::offsetFirst,        &SplitSetup::stripEnd,
+    &SplitSetup::untilMatchPosH,        &SplitSetup::untilMatchPosV};
+constexpr std::array decidingTexts = {
+    &SplitSetup::pageExtract,       &SplitSetup::extract,
+    &SplitSetup::addBWords,         &SplitSetup::firstCharOfWord,
+    &SplitSetup::anyCharOfWord,     &SplitSetup::findString,
+    &SplitSetup::prefixFileName,    &SplitSetup::postfixFileName,
+    &SplitSetup::extractUntil,      &SplitSetup::extractFileName,
+    &SplitSetup::matchPosH,         &SplitSetup::matchPosV,
+    &SplitSetup::reportRemoveChars, &SplitSetup::otherSettingsRemoveText};
+// Where the e-mail addresses are; kept as it was when the pages have none.
+constexpr std::array mailNumbers = {&SplitSetup::emailMatchVert, &SplitSetup::emailMatchVertTo,
+                                    &SplitSetup::emailMatchHorizFrom,
+                                    &SplitSetup::emailMatchHorizTo};
+constexpr std::array mailTexts = {&SplitSetup::emailHorizAfterText,
+                                  &SplitSetup::emailHorizBeforeText};
+
+template <typename Fields> void take(const Fields& fields, const SplitSetup& from, SplitSetup& to) {
+  for (const auto field : fields) {
+    to.*field = from.*field;
   }
+}
+
+SplitSetup cleared(SplitSetup setup) {
+  SplitSetup plain;
+  for (const auto text : decidingTexts) {
+    (plain.*text).clear();
+  }
+  plain.addBWords = QStringLiteral(" ");
+  plain.startFromPage = 1;
+  take(decidingFlags, plain, setup);
+  take(decidingNumbers, plain, setup);
+  take(decidingTexts, plain, setup);
   return setup;
 }
 
@@ -68,6 +94,14 @@ QString commonLabel(const std::vector<QString>& texts) {
 }
 
 } // namespace
+
+void takeRules(const SplitSetup& proposed, SplitSetup& setup) {
+  take(decidingFlags, proposed, setup);
+  take(decidingNumbers, proposed, setup);
+  take(decidingTexts, proposed, setup);
+  take(mailNumbers, proposed, setup);
+  take(mailTexts, proposed, setup);
+}
 
 SetupMaker::SetupMaker(const PageSample& sample, const PageNumbers& numbers, const SplitSetup& base,
                        const Beginnings& beginnings)

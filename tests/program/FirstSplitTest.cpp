@@ -4,6 +4,7 @@
 #include "app/viewer/PagePane.h"
 #include "batch/CBatchList.h"
 #include "tests/program/ProgramWindowsBench.h"
+#include "tests/support/TextPdf.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -87,6 +88,60 @@ TEST_F(FirstStart, SoDoesTheKeyboardAlone) {
   EXPECT_TRUE(main().isVisible());
   QTest::keyClick(&main(), Qt::Key_F5);
   EXPECT_EQ(outputs().size(), 12);
+}
+
+/// Nothing is known of the file but itself: open it, look at what is proposed, process.
+TEST_F(FirstStart, ThreeClicksMakeTwelveFilesOfAFileOfOnesOwn) {
+  QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), at("mine.pdf"));
+  SetupStore& store = main().program().store();
+  store.edited().outputDir = store.working().outputDir = at("out");
+  main().refresh();
+  m_dialogs.files = {{at("mine.pdf")}};
+  const auto* line = control<QWidget>(&main(), "offer");
+  const auto* text = control<QLabel>(&main(), "offerText");
+
+  click(&main(), "openPdfButton");
+  ASSERT_TRUE(waitUntil([&] { return line->isVisible(); }));
+  EXPECT_TRUE(text->text().startsWith("Proposed: \"Account:\" begins 12 documents"));
+  const SplitSetup before = main().currentSetup();
+  EXPECT_EQ(before.findString, defaultSetup().findString); // nothing is set unasked
+  click(&main(), "offer1");
+  ASSERT_TRUE(waitUntil([this] { return isPlanned(); }));
+  EXPECT_FALSE(line->isVisible());
+
+  // It is a step like any other, and the button proposes the same again.
+  main().findChild<QAction*>("undo")->trigger();
+  EXPECT_TRUE(main().currentSetup() == before);
+  const QString first = text->text();
+  click(&main(), "suggestButton");
+  ASSERT_TRUE(waitUntil([&] { return line->isVisible(); }));
+  EXPECT_EQ(text->text(), first);
+  click(&main(), "offer2");
+  EXPECT_NE(text->text(), first);
+  QTest::keyClick(&main(), Qt::Key_F4);
+  ASSERT_TRUE(waitUntil([&] { return text->text() == first; }));
+  click(&main(), "offer1");
+  ASSERT_TRUE(waitUntil([this] { return isPlanned(); }));
+
+  click(&main(), "processButton");
+  const QStringList made = test::filesBelow(at("out")).filter(".pdf");
+  EXPECT_EQ(made.size(), 12) << made.join(u' ').toStdString();
+  EXPECT_TRUE(made.contains("10472.pdf"));
+}
+
+/// The finder says so when there is nothing to find.
+TEST_F(FirstStart, OneDocumentIsNotTornApart) {
+  test::TextPdf pdf;
+  for (int page = 1; page <= 5; ++page) {
+    pdf.pages.push_back({{{60, 100, QStringLiteral("All of this is one")}}});
+  }
+  pdf.write(at("one.pdf"));
+  m_dialogs.files = {{at("one.pdf")}};
+  click(&main(), "openPdfButton");
+  const auto* line = control<QWidget>(&main(), "offer");
+  ASSERT_TRUE(waitUntil([&] { return line->isVisible(); }));
+  EXPECT_TRUE(control<QLabel>(&main(), "offerText")->text().startsWith("No documents were found"));
+  EXPECT_FALSE(control<QWidget>(&main(), "offer1")->isVisible());
 }
 
 TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
