@@ -6,39 +6,9 @@
 #include "engine/setup/SplitSetup.h"
 #include "mail/OutlookMail.h"
 
-#include <initializer_list>
-
 namespace folivex {
 
 namespace {
-
-class IdleKeys {
-public:
-  void addUnless(bool isUsed, std::initializer_list<const char*> keys) {
-    for (const char* key : keys) {
-      if (!isUsed) {
-        m_keys += QString::fromLatin1(key);
-      }
-    }
-  }
-  const QSet<QString>& keys() const { return m_keys; }
-
-private:
-  QSet<QString> m_keys;
-};
-
-void addMatching(const SplitSetup& setup, IdleKeys& idle) {
-  const bool words = matchesWords(setup);
-  idle.addUnless(
-      words, {"FINDSTRING", "IGNORECASE", "STARTFROMPAGE", "STARTENDPAGE", "OCRFIRST", "EXTRACT"});
-  idle.addUnless(matchesAtPosition(setup), {"MATCHPOSH", "MATCHPOSV"});
-  idle.addUnless(endsAtUntilWords(setup), {"EXTRACTUNTIL"});
-  idle.addUnless(matchesAtPosition(setup) && endsAtUntilWords(setup),
-                 {"UNTILMATCHPOSH", "UNTILMATCHPOSV"});
-  const bool line = words && namesAfterText(fileNameMethodOf(setup.extract));
-  idle.addUnless(line, {"EXTRACTFILENAME", "TAKENWORDSFORFILENAME", "UNTILHHPOSLESSTHAN",
-                        "FIRSTCHAROFWORD", "ADDBWORDS"});
-}
 
 /// What means the same is written the same.
 SplitSetup alike(SplitSetup setup) {
@@ -69,20 +39,29 @@ bool endsAtUntilWords(const SplitSetup& setup) {
 }
 
 QSet<QString> idleSettings(const SplitSetup& setup) {
-  IdleKeys idle;
-  addMatching(setup, idle);
-  idle.addUnless(!setup.useCurrent, {"FILENAME"});
-  idle.addUnless(!setup.useSourceFileName, {"PREFIXFILENAME"});
-  idle.addUnless(!setup.useSourceFileNamePost, {"POSTFIXFILENAME"});
-  idle.addUnless(!setup.splitToSource, {"OUTPUTDIR", "OTHERSETTINGSREMOVEFILES"});
-  idle.addUnless(!setup.reportOptionsCurrent, {"REPORTOPTIONSOUTPUTFOLDER"});
-  idle.addUnless(setup.configUseExternal, {"CONFIGEXTERNALCOMMAND", "CONFIGEXTERNALPARAMS"});
-  idle.addUnless(!setup.useOutlook,
-                 {"EMAILSMTP", "EMAILLOGIN", "EMAILPASSWORD", "EMAILFROMNAME", "EMAILHTML"});
-  idle.addUnless(setup.useOutlook, {"USEOUTLOOKAUTO"});
+  QSet<QString> idle;
+  const auto unless = [&idle](bool isUsed, const char* keys) {
+    const QStringList all = QString::fromLatin1(keys).split(u' ');
+    idle += isUsed ? QSet<QString>() : QSet<QString>(all.begin(), all.end());
+  };
+  const bool words = matchesWords(setup);
+  unless(words, "FINDSTRING IGNORECASE STARTFROMPAGE STARTENDPAGE OCRFIRST EXTRACT");
+  unless(matchesAtPosition(setup), "MATCHPOSH MATCHPOSV");
+  unless(endsAtUntilWords(setup), "EXTRACTUNTIL");
+  unless(matchesAtPosition(setup) && endsAtUntilWords(setup), "UNTILMATCHPOSH UNTILMATCHPOSV");
+  unless(words && namesAfterText(fileNameMethodOf(setup.extract)),
+         "EXTRACTFILENAME TAKENWORDSFORFILENAME UNTILHHPOSLESSTHAN FIRSTCHAROFWORD ADDBWORDS");
+  unless(!setup.useCurrent, "FILENAME");
+  unless(!setup.useSourceFileName, "PREFIXFILENAME");
+  unless(!setup.useSourceFileNamePost, "POSTFIXFILENAME");
+  unless(!setup.splitToSource, "OUTPUTDIR OTHERSETTINGSREMOVEFILES");
+  unless(!setup.reportOptionsCurrent, "REPORTOPTIONSOUTPUTFOLDER");
+  unless(setup.configUseExternal, "CONFIGEXTERNALCOMMAND CONFIGEXTERNALPARAMS");
+  unless(!setup.useOutlook, "EMAILSMTP EMAILLOGIN EMAILPASSWORD EMAILFROMNAME EMAILHTML");
+  unless(setup.useOutlook, "USEOUTLOOKAUTO");
   // A setup from elsewhere may have it on: it must be possible to switch it off here.
-  idle.addUnless(setup.useOutlook || outlookProblem().isEmpty(), {"USEOUTLOOK"});
-  return idle.keys();
+  unless(setup.useOutlook || outlookProblem().isEmpty(), "USEOUTLOOK");
+  return idle;
 }
 
 QSet<QString> ownSettings(const SplitSetup& setup) {

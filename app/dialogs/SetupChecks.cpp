@@ -16,42 +16,36 @@ namespace folivex {
 
 namespace {
 
+using S = SplitSetup;
+
+/// Settings are judged one by one; what is not in use says nothing.
 class Findings {
 public:
-  void problem(const char* key, const QString& text) { add(key, text, FindingKind::Problem); }
-  void hint(const char* key, const QString& text) { add(key, text, FindingKind::Hint); }
+  explicit Findings(const S& setup) : m_idle(idleSettings(setup)) {}
+
+  void problem(const char* key, const QString& text, bool isSo = true) {
+    add({QString::fromLatin1(key), text, FindingKind::Problem}, isSo);
+  }
+  void hint(const char* key, const QString& text, bool isSo = true) {
+    add({QString::fromLatin1(key), text, FindingKind::Hint}, isSo);
+  }
+  void add(const SettingFinding& finding, bool isSo = true) {
+    if (isSo && !finding.text.isEmpty() && !m_idle.contains(finding.key)) {
+      all.push_back(finding);
+    }
+  }
   SettingFindings all;
 
 private:
-  void add(const char* key, const QString& text, FindingKind kind) {
-    if (!text.isEmpty()) {
-      all.push_back({QString::fromLatin1(key), text, kind});
-    }
-  }
+  QSet<QString> m_idle;
 };
 
-void checkSource(const SplitSetup& setup, Findings& findings) {
-  const QString path = platform::withoutTrailingBlanks(setup.fileName);
-  if (setup.useCurrent) {
-    return; // the window knows what is open
-  }
-  if (path.isEmpty()) {
-    findings.problem("FILENAME", QStringLiteral("Choose the PDF to split."));
-  } else if (!platform::isReadableFile(path)) {
-    findings.problem("FILENAME", QStringLiteral("There is no such file, or it cannot be read."));
-  }
+QString unreadable() {
+  return QStringLiteral("There is no such file, or it cannot be read.");
 }
 
-void checkPages(const SplitSetup& setup, Findings& findings) {
-  if (!matchesWords(setup)) {
-    return;
-  }
-  if (setup.startFromPage < 0) {
-    findings.hint("STARTFROMPAGE", QStringLiteral("This means the first page."));
-  }
-  if (setup.startEndPage > 0 && setup.startEndPage < setup.startFromPage) {
-    findings.problem("STARTENDPAGE", QStringLiteral("The last page comes before the first."));
-  }
+bool isReadable(const QString& path) {
+  return platform::isReadableFile(platform::withoutTrailingBlanks(path));
 }
 
 /// What a position says that can be read: 0 is anywhere, a negative number the length of a word.
@@ -68,16 +62,7 @@ struct WrittenPosition {
   bool isPlace = false;
 };
 
-/// In one field stands no place, in the other `text`: of a range there, only the first number
-/// counts.
-void hintAtRange(const char* key, const WrittenPosition& position, Findings& findings) {
-  if (!position.isOneNumber) {
-    findings.hint(key, QStringLiteral("With no position in the other field only the first number "
-                                      "here counts."));
-  }
-}
-
-void checkPosition(const SplitSetup& setup, Findings& findings) {
+void checkPosition(const S& setup, Findings& findings) {
   const QString problemOfH = positionProblem(setup.matchPosH);
   const QString problemOfV = positionProblem(setup.matchPosV);
   findings.problem("MATCHPOSH", problemOfH);
@@ -87,101 +72,86 @@ void checkPosition(const SplitSetup& setup, Findings& findings) {
   }
   const WrittenPosition h(setup.matchPosH);
   const WrittenPosition v(setup.matchPosV);
-  if (!h.isPlace && !v.isPlace) {
-    const bool isLength = h.low < 0 || v.low < 0;
-    findings.problem(h.low < 0 || !isLength ? "MATCHPOSH" : "MATCHPOSV",
-                     isLength ? QStringLiteral("This is the length of a word. One of both fields "
-                                               "must tell a place on the page.")
-                              : QStringLiteral("This method needs a position: a click on a "
-                                               "word of the page offers its own."));
-  } else if (!v.isPlace) {
-    hintAtRange("MATCHPOSH", h, findings);
-  } else if (!h.isPlace) {
-    hintAtRange("MATCHPOSV", v, findings);
-  }
+  const bool isNowhere = !h.isPlace && !v.isPlace;
+  findings.problem(h.low < 0 ? "MATCHPOSH" : "MATCHPOSV",
+                   QStringLiteral("This is the length of a word. One of both fields must tell a "
+                                  "place on the page."),
+                   isNowhere && (h.low < 0 || v.low < 0));
+  findings.problem("MATCHPOSH",
+                   QStringLiteral("This method needs a position: a click on a word of the page "
+                                  "offers its own."),
+                   isNowhere && h.low == 0 && v.low == 0);
+  // In one field stands no place, in the other more than a number.
+  const QString onlyFirst = QStringLiteral("With no position in the other field only the first "
+                                           "number here counts.");
+  findings.hint("MATCHPOSH", onlyFirst, !v.isPlace && !h.isOneNumber);
+  findings.hint("MATCHPOSV", onlyFirst, !h.isPlace && !v.isOneNumber);
 }
 
-void checkUntilPosition(const SplitSetup& setup, Findings& findings) {
-  if (splitMethodOf(setup.pageExtract) == SplitMethod::MatchToUntilAtPosition &&
-      setup.untilMatchPosH <= 0 && setup.untilMatchPosV <= 0) {
-    findings.hint(
-        "UNTILMATCHPOSH",
-        QStringLiteral("The until word is found nowhere while neither field tells a place "
-                       "on the page."));
-  }
-}
-
-void checkSearch(const SplitSetup& setup, Findings& findings) {
-  if (!matchesWords(setup)) {
-    return;
-  }
-  const bool atPosition = matchesAtPosition(setup);
+void checkSearch(const S& setup, Findings& findings) {
+  findings.hint("STARTFROMPAGE", QStringLiteral("This means the first page."),
+                setup.startFromPage < 0);
+  findings.problem("STARTENDPAGE", QStringLiteral("The last page comes before the first."),
+                   setup.startEndPage > 0 && setup.startEndPage < setup.startFromPage);
   findings.problem("FINDSTRING", contradictionIn(setup));
-  if (setup.findString.isEmpty() && !atPosition) {
-    findings.hint("FINDSTRING",
-                  QStringLiteral("With nothing to find, every word of every page matches."));
-  }
-  if (atPosition) {
-    checkPosition(setup, findings);
-  }
-  if (endsAtUntilWords(setup) && setup.extractUntil.isEmpty()) {
-    findings.hint("EXTRACTUNTIL",
-                  QStringLiteral("Without a word here the first range never ends."));
-  }
-  checkUntilPosition(setup, findings);
+  findings.hint("FINDSTRING",
+                QStringLiteral("With nothing to find, every word of every page matches."),
+                setup.findString.isEmpty() && !matchesAtPosition(setup));
+  checkPosition(setup, findings);
+  findings.hint("EXTRACTUNTIL", QStringLiteral("Without a word here the first range never ends."),
+                setup.extractUntil.isEmpty());
+  findings.hint("UNTILMATCHPOSH",
+                QStringLiteral("The until word is found nowhere while neither field tells a place "
+                               "on the page."),
+                setup.untilMatchPosH <= 0 && setup.untilMatchPosV <= 0);
 }
 
 /// Text is removed from matched words, and not from the rest of a line.
-bool keepsRemovedText(const SplitSetup& setup) {
+bool keepsRemovedText(const S& setup) {
   return matchesWords(setup) && takesRestOfLine(fileNameMethodOf(setup.extract)) &&
          !setup.otherSettingsRemoveText.isEmpty();
 }
 
-void checkNames(const SplitSetup& setup, Findings& findings) {
-  if (matchesWords(setup) && fileNameMethodOf(setup.extract) == FileNameMethod::FileList &&
-      setup.reportUseFileList.isEmpty()) {
-    findings.problem("EXTRACT", QStringLiteral("Choose the list of names first: Settings, Report "
-                                               "and file options, Filelist."));
-  }
-  if (keepsRemovedText(setup)) {
-    findings.hint("EXTRACT",
-                  QStringLiteral("The text to remove (Settings, Other settings) stays in "
-                                 "names that take the rest of a line."));
-  }
-  if (!setup.useSourceFileName) {
-    findings.hint("PREFIXFILENAME", tokenHint(setup.prefixFileName));
-  }
-  if (!setup.useSourceFileNamePost) {
-    findings.hint("POSTFIXFILENAME", tokenHint(setup.postfixFileName));
-  }
+void checkNames(const S& setup, Findings& findings) {
+  findings.problem("EXTRACT",
+                   QStringLiteral("Choose the list of names first: Settings, Report and file "
+                                  "options, Filelist."),
+                   fileNameMethodOf(setup.extract) == FileNameMethod::FileList &&
+                       setup.reportUseFileList.isEmpty());
+  findings.hint("EXTRACT",
+                QStringLiteral("The text to remove (Settings, Other settings) stays in names that "
+                               "take the rest of a line."),
+                keepsRemovedText(setup));
+  findings.hint("PREFIXFILENAME", tokenHint(setup.prefixFileName));
+  findings.hint("POSTFIXFILENAME", tokenHint(setup.postfixFileName));
 }
 
-void checkOutput(const SplitSetup& setup, SetupPurpose purpose, Findings& findings) {
-  if (setup.splitToSource) {
-    return;
-  }
-  const bool writes = purpose == SetupPurpose::Splitting || purpose == SetupPurpose::SplittingList;
-  if (writes && !setup.outputDir.isEmpty()) {
-    findings.problem("OUTPUTDIR", folderProblem(setup.outputDir));
-  }
-  if (setup.otherSettingsRemoveFiles && !setup.outputDir.isEmpty()) {
-    findings.hint("OUTPUTDIR", QStringLiteral("The files in this folder are deleted when a run "
-                                              "begins (Settings, Other settings)."));
-  } else if (setup.outputDir.isEmpty()) {
+void checkOutput(const S& setup, SetupPurpose purpose, Findings& findings) {
+  if (setup.outputDir.isEmpty()) {
     findings.hint("OUTPUTDIR",
                   QStringLiteral("Left empty: %1").arg(platform::defaultOutputFolder()));
+    return;
   }
+  if (purpose == SetupPurpose::Splitting || purpose == SetupPurpose::SplittingList) {
+    findings.problem("OUTPUTDIR", folderProblem(setup.outputDir));
+  }
+  findings.hint("OUTPUTDIR",
+                QStringLiteral("The files in this folder are deleted when a run begins (Settings, "
+                               "Other settings)."),
+                setup.otherSettingsRemoveFiles);
 }
 
 } // namespace
 
-SettingFindings checkSplitSettings(const SplitSetup& setup, SetupPurpose purpose) {
-  Findings findings;
+SettingFindings checkSplitSettings(const S& setup, SetupPurpose purpose) {
+  Findings findings(setup);
   if (purpose != SetupPurpose::Editing && purpose != SetupPurpose::SplittingList) {
-    checkSource(setup, findings);
+    const bool isChosen = !platform::withoutTrailingBlanks(setup.fileName).isEmpty();
+    findings.problem("FILENAME",
+                     isChosen ? unreadable() : QStringLiteral("Choose the PDF to split."),
+                     !isReadable(setup.fileName));
   }
   if (purpose != SetupPurpose::Viewing) {
-    checkPages(setup, findings);
     checkSearch(setup, findings);
     checkNames(setup, findings);
     checkOutput(setup, purpose, findings);
@@ -189,76 +159,58 @@ SettingFindings checkSplitSettings(const SplitSetup& setup, SetupPurpose purpose
   return std::move(findings.all);
 }
 
-SettingFindings checkReportOptions(const SplitSetup& setup) {
-  Findings findings;
-  if (!setup.reportOptionsCurrent && !setup.reportOptionsOutputFolder.isEmpty()) {
-    findings.problem("REPORTOPTIONSOUTPUTFOLDER", folderProblem(setup.reportOptionsOutputFolder));
-  }
-  if (!setup.reportUseFileList.isEmpty() &&
-      !platform::isReadableFile(platform::withoutTrailingBlanks(setup.reportUseFileList))) {
-    findings.problem("REPORTUSEFILELIST",
-                     QStringLiteral("There is no such file, or it cannot be read."));
-  }
+SettingFindings checkReportOptions(const S& setup) {
+  Findings findings(setup);
+  const QString& folder = setup.reportOptionsOutputFolder;
+  findings.problem("REPORTOPTIONSOUTPUTFOLDER",
+                   folder.isEmpty() ? QString() : folderProblem(folder));
+  findings.problem("REPORTUSEFILELIST", unreadable(),
+                   !setup.reportUseFileList.isEmpty() && !isReadable(setup.reportUseFileList));
   return std::move(findings.all);
 }
 
-SettingFindings checkOtherSettings(const SplitSetup& setup) {
-  Findings findings;
-  if (setup.otherSettingsRemoveFiles && !setup.splitToSource && !setup.outputDir.isEmpty()) {
-    findings.hint("OTHERSETTINGSREMOVEFILES",
-                  QStringLiteral("Deletes the files in %1.").arg(setup.outputDir));
-  } else if (setup.splitToSource) {
-    findings.hint("OTHERSETTINGSREMOVEFILES",
-                  QStringLiteral("Not done while outputs go to the source's own folder."));
-  }
-  if (keepsRemovedText(setup)) {
-    findings.hint("OTHERSETTINGSREMOVETEXT",
-                  QStringLiteral("Not removed by the chosen Filename extract: it takes the rest of "
-                                 "the line as it is."));
-  }
+SettingFindings checkOtherSettings(const S& setup) {
+  Findings findings(setup);
+  findings.hint("OTHERSETTINGSREMOVEFILES",
+                QStringLiteral("Deletes the files in %1.").arg(setup.outputDir),
+                setup.otherSettingsRemoveFiles && !setup.outputDir.isEmpty());
+  findings.hint("OTHERSETTINGSREMOVETEXT",
+                QStringLiteral("Not removed by the chosen Filename extract: it takes the rest of "
+                               "the line as it is."),
+                keepsRemovedText(setup));
   return std::move(findings.all);
 }
 
-SettingFindings checkExternalCommand(const SplitSetup& setup) {
-  Findings findings;
-  if (!setup.configUseExternal) {
-    return {};
-  }
-  if (setup.configExternalCommand.trimmed().isEmpty()) {
-    findings.problem("CONFIGEXTERNALCOMMAND", QStringLiteral("Name the program to start."));
-  }
+SettingFindings checkExternalCommand(const S& setup) {
+  Findings findings(setup);
+  findings.problem("CONFIGEXTERNALCOMMAND", QStringLiteral("Name the program to start."),
+                   setup.configExternalCommand.trimmed().isEmpty());
   for (const char* placeholder : {"[IN]", "[OUT]", "[START]", "[END]"}) {
-    if (!setup.configExternalParams.contains(QLatin1String(placeholder))) {
-      findings.hint("CONFIGEXTERNALPARAMS",
-                    QStringLiteral("%1 is missing: the program is not told of it.")
-                        .arg(QLatin1String(placeholder)));
-      break;
-    }
+    const QString name = QString::fromLatin1(placeholder);
+    findings.hint("CONFIGEXTERNALPARAMS",
+                  QStringLiteral("%1 is missing: the program is not told of it.").arg(name),
+                  !setup.configExternalParams.contains(name));
   }
-  if (setup.alwaysAppend) {
-    findings.hint("CONFIGUSEEXTERNAL",
-                  QStringLiteral("Not used while outputs are appended to files that exist."));
-  }
+  findings.hint("CONFIGUSEEXTERNAL",
+                QStringLiteral("Not used while outputs are appended to files that exist."),
+                setup.configUseExternal && setup.alwaysAppend);
   return std::move(findings.all);
 }
 
-SettingFindings checkEmailDialog(const SplitSetup& setup) {
-  Findings findings;
-  const auto hintUnlessEnabled = setup.emailEnable ? FindingKind::Problem : FindingKind::Hint;
-  const bool isUntouched = setup.emailSmtp.isEmpty() && setup.emailFrom.isEmpty();
-  if (setup.emailEnable || !isUntouched) {
-    for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
-      findings.all.push_back(
-          {finding.field, finding.text,
-           finding.weight == FindingWeight::Problem ? hintUnlessEnabled : FindingKind::Hint});
-    }
+SettingFindings checkEmailDialog(const S& setup) {
+  Findings findings(setup);
+  const bool isTouched = !setup.emailSmtp.isEmpty() || !setup.emailFrom.isEmpty();
+  for (const EmailSettingsFinding& found : checkEmailSettings(setup)) {
+    const bool isProblem = setup.emailEnable && found.weight == FindingWeight::Problem;
+    findings.add({found.field, found.text, isProblem ? FindingKind::Problem : FindingKind::Hint},
+                 setup.emailEnable || isTouched);
   }
-  if (setup.emailMatchVert >= 0 && setup.emailMatchVertTo < setup.emailMatchVert) {
-    findings.problem("EMAILMATCHVERTTO", QStringLiteral("This range ends before it begins."));
-  }
-  if (setup.emailMatchHorizFrom >= 0 && setup.emailMatchHorizTo < setup.emailMatchHorizFrom) {
-    findings.problem("EMAILMATCHHORIZTO", QStringLiteral("This range ends before it begins."));
-  }
+  const QString backwards = QStringLiteral("This range ends before it begins.");
+  findings.problem("EMAILMATCHVERTTO", backwards,
+                   setup.emailMatchVert >= 0 && setup.emailMatchVertTo < setup.emailMatchVert);
+  findings.problem("EMAILMATCHHORIZTO", backwards,
+                   setup.emailMatchHorizFrom >= 0 &&
+                       setup.emailMatchHorizTo < setup.emailMatchHorizFrom);
   return std::move(findings.all);
 }
 
