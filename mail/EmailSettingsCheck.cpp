@@ -7,20 +7,16 @@
 #include "mail/MailServer.h"
 #include "mail/OutlookMail.h"
 
-#include <algorithm>
-
 namespace folivex {
 
 namespace {
 
-using Findings = std::vector<EmailSettingsFinding>;
-
-void add(Findings& findings, const char* field, const QString& text,
-         FindingWeight weight = FindingWeight::Problem) {
-  findings.push_back({QString::fromLatin1(field), text, weight});
+void add(SettingFindings& findings, const char* key, const QString& text,
+         FindingKind kind = FindingKind::Problem) {
+  findings.push_back({QString::fromLatin1(key), text, kind});
 }
 
-void checkSender(const SplitSetup& setup, Findings& findings) {
+void checkSender(const SplitSetup& setup, SettingFindings& findings) {
   const QString sender = senderOf(setup);
   const QString problem = addressProblem(sender);
   if (sender.isEmpty()) {
@@ -30,7 +26,7 @@ void checkSender(const SplitSetup& setup, Findings& findings) {
   }
 }
 
-void checkServer(const SplitSetup& setup, Findings& findings) {
+void checkServer(const SplitSetup& setup, SettingFindings& findings) {
   const MailServer server = mailServerOf(setup);
   if (!server.problem.isEmpty()) {
     add(findings, "EMAILSMTP", server.problem);
@@ -38,21 +34,21 @@ void checkServer(const SplitSetup& setup, Findings& findings) {
   }
   if (server.login.isEmpty() && !server.password.isEmpty()) {
     add(findings, "EMAILLOGIN", QStringLiteral("A password is given but no login: it is not used."),
-        FindingWeight::Hint);
+        FindingKind::Hint);
   }
   if (!server.login.isEmpty() && server.password.isEmpty()) {
     add(findings, "EMAILPASSWORD", QStringLiteral("A login is given but no password."),
-        FindingWeight::Hint);
+        FindingKind::Hint);
   }
   if (!server.login.isEmpty() && server.security == MailSecurity::None) {
     add(findings, "EMAILSMTP",
         QStringLiteral("The login and its password go to the server unencrypted: put \"ssl:\" or "
                        "\"tls:\" in front of the server if it can do that."),
-        FindingWeight::Hint);
+        FindingKind::Hint);
   }
 }
 
-void checkCopy(const SplitSetup& setup, Findings& findings) {
+void checkCopy(const SplitSetup& setup, SettingFindings& findings) {
   for (const QString& address : copyAddresses(setup.emailInvoiceCc)) {
     const QString problem = addressProblem(address);
     if (!problem.isEmpty()) {
@@ -69,8 +65,8 @@ QString senderOf(const SplitSetup& setup) {
   return setup.emailFrom.trimmed();
 }
 
-std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
-  Findings findings;
+SettingFindings checkEmailSettings(const SplitSetup& setup) {
+  SettingFindings findings;
   if (setup.useOutlook) {
     if (const QString problem = outlookProblem(); !problem.isEmpty()) {
       add(findings, "USEOUTLOOK", problem);
@@ -83,29 +79,13 @@ std::vector<EmailSettingsFinding> checkEmailSettings(const SplitSetup& setup) {
   }
   checkCopy(setup, findings);
   if (setup.emailSubject.trimmed().isEmpty()) {
-    add(findings, "EMAILSUBJECT", QStringLiteral("The subject is empty."), FindingWeight::Hint);
+    add(findings, "EMAILSUBJECT", QStringLiteral("The subject is empty."), FindingKind::Hint);
   }
   if (setup.emailPause > longestPause) {
     add(findings, "EMAILPAUSE", QStringLiteral("A pause of more than an hour is cut to one hour."),
-        FindingWeight::Hint);
+        FindingKind::Hint);
   }
   return findings;
-}
-
-QString pauseProblem(const QString& text) {
-  bool isNumber = false;
-  const int pause = text.trimmed().toInt(&isNumber);
-  if (!isNumber) {
-    return QStringLiteral("The pause is no number of milliseconds.");
-  }
-  return pause < 0 || pause > longestPause
-             ? QStringLiteral("The pause is between 0 and %1 milliseconds.").arg(longestPause)
-             : QString();
-}
-
-bool hasProblem(const std::vector<EmailSettingsFinding>& findings) {
-  return std::ranges::find(findings, FindingWeight::Problem, &EmailSettingsFinding::weight) !=
-         findings.end();
 }
 
 } // namespace folivex

@@ -1,12 +1,9 @@
 #include "app/dialogs/FieldChecks.h"
 
-#include "app/dialogs/SettingFinding.h"
 #include "platform/Paths.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
-
-#include <algorithm>
 
 namespace folivex {
 
@@ -35,20 +32,6 @@ QFileInfo nearestExisting(const QString& path) {
 }
 
 } // namespace
-
-bool hasProblem(const SettingFindings& findings) {
-  return std::any_of(findings.begin(), findings.end(), [](const SettingFinding& finding) {
-    return finding.kind == FindingKind::Problem;
-  });
-}
-
-SettingFindings joined(std::initializer_list<SettingFindings> parts) {
-  SettingFindings all;
-  for (const SettingFindings& part : parts) {
-    all.insert(all.end(), part.begin(), part.end());
-  }
-  return all;
-}
 
 QString wholeNumberProblem(const QString& text, WholeLimits limits) {
   bool isNumber = false;

@@ -2,6 +2,7 @@
 
 #include "app/dialogs/SetupChecks.h"
 #include "engine/output/ExternalCommand.h"
+#include "mail/EmailSettingsCheck.h"
 #include "mail/MailServer.h"
 #include "mail/OutlookMail.h"
 #include "widgets/Controls.h"
@@ -17,7 +18,6 @@ namespace {
 using S = SplitSetup;
 
 void addSending(FormGrid grid) {
-  constexpr int longestPause = 3'600'000;
   grid.wide().box(&S::emailEnable, "&Enable sending of emails");
   grid.wide().box(&S::emailConfirm, "Co&nfirm before sending");
   grid.wide().box(&S::emailTest, "&Test mode! all emails will be sent to from address instead");

@@ -234,19 +234,16 @@ void SetupBinding::tell(const SettingFindings& findings, Telling telling) {
   }
 }
 
-void SetupBinding::focusFirst(const SettingFindings& findings) const {
+void SetupBinding::focusFirstProblem() const {
   for (const Row& row : m_rows) {
-    const bool isWrong =
-        std::any_of(findings.begin(), findings.end(), [&](const SettingFinding& finding) {
-          return finding.key == row.key && finding.kind == FindingKind::Problem;
-        });
-    if (isWrong) {
-      row.control->setFocus(Qt::OtherFocusReason);
-      if (auto* field = qobject_cast<QLineEdit*>(row.control)) {
-        field->selectAll();
-      }
-      return;
+    if (!row.tellsProblem) {
+      continue;
     }
+    row.control->setFocus(Qt::OtherFocusReason);
+    if (auto* field = qobject_cast<QLineEdit*>(row.control)) {
+      field->selectAll();
+    }
+    return;
   }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/dialogs/FieldChecks.h"
-#include "app/dialogs/SettingFinding.h"
+#include "engine/setup/SettingFinding.h"
 #include "engine/setup/SplitSetup.h"
 #include "widgets/FieldProblem.h"
 
@@ -66,8 +66,8 @@ public:
     Editing ///< while the person edits: hints, and problems that had been told and still hold
   };
   void tell(const SettingFindings& findings, Telling telling);
-  /// Puts the cursor into the first field, in the order of their making, that has a problem.
-  void focusFirst(const SettingFindings& findings) const;
+  /// Puts the cursor into the first field, in the order of their making, whose problem is told.
+  void focusFirstProblem() const;
 
   /// A setting as a person reads it: what it is called, and its value. For a box the name alone, so
   /// for what is not to be read.

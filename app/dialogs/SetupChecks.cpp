@@ -200,10 +200,9 @@ SettingFindings checkExternalCommand(const S& setup) {
 SettingFindings checkEmailDialog(const S& setup) {
   Findings findings(setup);
   const bool isTouched = !setup.emailSmtp.isEmpty() || !setup.emailFrom.isEmpty();
-  for (const EmailSettingsFinding& found : checkEmailSettings(setup)) {
-    const bool isProblem = setup.emailEnable && found.weight == FindingWeight::Problem;
-    findings.add({found.field, found.text, isProblem ? FindingKind::Problem : FindingKind::Hint},
-                 setup.emailEnable || isTouched);
+  for (SettingFinding found : checkEmailSettings(setup)) {
+    found.kind = setup.emailEnable ? found.kind : FindingKind::Hint;
+    findings.add(found, setup.emailEnable || isTouched);
   }
   const QString backwards = QStringLiteral("This range ends before it begins.");
   findings.problem("EMAILMATCHVERTTO", backwards,

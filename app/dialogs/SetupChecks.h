@@ -2,7 +2,7 @@
 // none are found by SetupBinding: they never reach a setup.
 #pragma once
 
-#include "app/dialogs/SettingFinding.h"
+#include "engine/setup/SettingFinding.h"
 
 #include <QStringList>
 

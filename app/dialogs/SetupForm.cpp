@@ -45,7 +45,7 @@ SplitSetup SetupForm::shown() const {
 }
 
 SettingFindings SetupForm::withInput(const SettingFindings& findings) const {
-  return joined({m_binding.inputFindings(), findings, lostInFile(shown(), m_binding.keys())});
+  return m_binding.inputFindings() + findings + lostInFile(shown(), m_binding.keys());
 }
 
 void SetupForm::adapt() {
@@ -65,7 +65,7 @@ bool SetupForm::tellAll(const SettingFindings& findings) {
   }
   m_binding.tell(all, SetupBinding::Telling::All);
   fitContent();
-  m_binding.focusFirst(all);
+  m_binding.focusFirstProblem();
   if (hasProblem(all) && window()->focusWidget() != nullptr) {
     ensureWidgetVisible(window()->focusWidget());
   }

@@ -214,7 +214,7 @@ void RulesPane::tellHeld(const QSet<QString>& idle) {
 }
 
 bool RulesPane::check(SetupPurpose purpose, const SettingFindings& more) {
-  return tellAll(joined({more, checkSplitSettings(shown(), purpose)}));
+  return tellAll(more + checkSplitSettings(shown(), purpose));
 }
 
 } // namespace folivex

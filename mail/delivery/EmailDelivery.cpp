@@ -36,8 +36,8 @@ void identify(EmailEntries& entries, SendWatcher& watcher) {
 
 /// What a setup asks for and does not get.
 QString pauseNote(const SplitSetup& setup) {
-  for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
-    if (finding.field == QLatin1String("EMAILPAUSE")) {
+  for (const SettingFinding& finding : checkEmailSettings(setup)) {
+    if (finding.key == QLatin1String("EMAILPAUSE")) {
       return finding.text;
     }
   }
@@ -48,8 +48,8 @@ QString pauseNote(const SplitSetup& setup) {
 
 QString deliveryProblem(const SplitSetup& setup) {
   QStringList lines;
-  for (const EmailSettingsFinding& finding : checkEmailSettings(setup)) {
-    if (finding.weight == FindingWeight::Problem) {
+  for (const SettingFinding& finding : checkEmailSettings(setup)) {
+    if (finding.kind == FindingKind::Problem) {
       lines += finding.text;
     }
   }

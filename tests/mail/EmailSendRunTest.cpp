@@ -386,15 +386,13 @@ TEST_F(EmailSend, SendTestTellsHowItWent) {
 TEST_F(EmailSend, SettingsAreCheckedBeforeARun) {
   forEachRow("mail/settings.json", [](const SplitSetup& changed, const QStringList& row) {
     const auto findings = checkEmailSettings(changed);
-    ASSERT_EQ(findings.size(), row[0].isEmpty() ? 0U : 1U);
+    ASSERT_EQ(findings.size(), row[0].isEmpty() ? 0 : 1);
     EXPECT_EQ(hasProblem(findings), row[1] == "problem");
-    for (const EmailSettingsFinding& finding : findings) {
-      EXPECT_EQ(finding.field, row[0]);
+    for (const SettingFinding& finding : findings) {
+      EXPECT_EQ(finding.key, row[0]);
       EXPECT_FALSE(finding.text.contains("s3cret"));
     }
   });
-  EXPECT_TRUE(pauseProblem(" 250 ").isEmpty());
-  EXPECT_FALSE(pauseProblem("3s").isEmpty());
 #ifndef Q_OS_WIN
   setup.useOutlook = true;
   EXPECT_TRUE(hasProblem(checkEmailSettings(setup)));

@@ -1,10 +1,10 @@
 // SettingFinding: what there is to say about the content of one setting.
 #pragma once
 
+#include <QList>
 #include <QString>
 
-#include <initializer_list>
-#include <vector>
+#include <algorithm>
 
 namespace folivex {
 
@@ -19,10 +19,10 @@ struct SettingFinding {
   FindingKind kind = FindingKind::Problem;
 };
 
-using SettingFindings = std::vector<SettingFinding>;
+using SettingFindings = QList<SettingFinding>;
 
-bool hasProblem(const SettingFindings& findings);
-/// In this order.
-SettingFindings joined(std::initializer_list<SettingFindings> parts);
+inline bool hasProblem(const SettingFindings& findings) {
+  return std::ranges::find(findings, FindingKind::Problem, &SettingFinding::kind) != findings.end();
+}
 
 } // namespace folivex
