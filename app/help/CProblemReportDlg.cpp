@@ -28,10 +28,6 @@ QString rulingLine() {
   return QStringLiteral("----- What the program adds -----");
 }
 
-QString invitation() {
-  return QStringLiteral("What happened, and what did you expect?\n\n\n");
-}
-
 } // namespace
 
 CProblemReportDlg::CProblemReportDlg(ProblemReport report, Dialogs& dialogs, WindowMemory& memory,
@@ -41,7 +37,7 @@ CProblemReportDlg::CProblemReportDlg(ProblemReport report, Dialogs& dialogs, Win
   setWindowTitle(QStringLiteral("Problem report"));
   setProperty("helpTopic", QStringLiteral("problem-report"));
   buildControls();
-  m_text->setPlainText(invitation());
+  m_text->setPlainText(QStringLiteral("What happened, and what did you expect?\n\n\n"));
   fill();
   m_text->moveCursor(QTextCursor::Down); // below the question
   m_text->setFocus();
@@ -78,32 +74,27 @@ void CProblemReportDlg::buildControls() {
 }
 
 QWidget* CProblemReportDlg::buildButtons() {
-  QPushButton* copyButton =
-      sideButton("reportCopy", QStringLiteral("&Copy"),
-                 QStringLiteral("Put the text into the clipboard"), this, [this] { copy(); });
-  QPushButton* saveButton =
-      sideButton("reportSave", QStringLiteral("&Save as..."),
-                 QStringLiteral("Write the text to a file"), this, [this] { save(); });
-  QPushButton* mailButton =
-      sideButton("reportMail", QStringLiteral("Open in &mail program"),
-                 QStringLiteral("Open a mail with the text in your own mail program; you send it"),
-                 this, [this] { openMail(); });
-  QPushButton* closeButton =
-      sideButton("reportClose", QStringLiteral("Close"),
-                 QStringLiteral("Close; the text is not kept"), this, [this] { reject(); });
-  return sideBySide(this, {copyButton, saveButton, mailButton, gap(), closeButton});
+  const auto button = [this](const char* name, const char* text, const char* toolTip,
+                             void (CProblemReportDlg::*act)()) {
+    return sideButton(name, QString::fromLatin1(text), QString::fromLatin1(toolTip), this,
+                      [this, act] { (this->*act)(); });
+  };
+  return sideBySide(
+      this,
+      {button("reportCopy", "&Copy", "Put the text into the clipboard", &CProblemReportDlg::copy),
+       button("reportSave", "&Save as...", "Write the text to a file", &CProblemReportDlg::save),
+       button("reportMail", "Open in &mail program",
+              "Open a mail with the text in your own mail program; you send it",
+              &CProblemReportDlg::openMail),
+       gap(),
+       button("reportClose", "Close", "Close; the text is not kept", &CProblemReportDlg::reject)});
 }
 
-QString CProblemReportDlg::ownWords() const {
-  const QString text = m_text->toPlainText();
-  const qsizetype line = text.indexOf(rulingLine());
-  return line < 0 ? text : text.first(line);
-}
-
+/// Makes the report anew, below what the person wrote.
 void CProblemReportDlg::fill() {
   const PrivateNames names =
       m_includeNames->isChecked() ? PrivateNames::Included : PrivateNames::LeftOut;
-  QString own = ownWords();
+  QString own = m_text->toPlainText().section(rulingLine(), 0, 0);
   if (!own.isEmpty() && !own.endsWith(u'\n')) {
     own += u'\n';
   }

@@ -34,7 +34,6 @@ private:
   void buildControls();
   QWidget* buildButtons();
   void fill();
-  QString ownWords() const;
   void copy();
   void save();
   void openMail();
