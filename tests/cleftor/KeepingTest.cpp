@@ -24,6 +24,38 @@ TEST_F(KeepingTest, WhatGoesWithItsPages) {
   });
 }
 
+/// What is many small objects in the source, packed, would else be several times as large.
+TEST_F(KeepingTest, ObjectsThatWerePackedStayPacked) {
+  constexpr int notes = 500;
+  PdfBuilder pdf;
+  for (int page = 1; page <= 3; ++page) {
+    std::string list;
+    for (int i = 0; i < notes; ++i) {
+      list += PdfBuilder::ref(pdf.add("<</Type/Annot/Subtype/Text/Rect[" + std::to_string(i) +
+                                      " 0 99 99]/Contents(note " + std::to_string(i * page) +
+                                      ")/C[1 0 0]/F 4/Name/Comment>>")) +
+              ' ';
+    }
+    pdf.addPage("", "", "/Annots[" + list + "]");
+  }
+  pdf.write(output("plain.pdf").string());
+  run("qpdf --object-streams=generate " + output("plain.pdf").string() + " " +
+      output("packed.pdf").string());
+  std::string found[2];
+  for (const auto& [name, isPacked] : {std::pair{"plain.pdf", false}, {"packed.pdf", true}}) {
+    SCOPED_TRACE(name);
+    ASSERT_EQ(PdfTextDumpOpenFile(wide(output(name).string()).c_str(), u""), CLEFTOR_OK);
+    ASSERT_EQ(split(2, 3), CLEFTOR_OK) << errorText();
+    run("qpdf --check " + output().string());
+    EXPECT_EQ(contentsOf(output()).find("/ObjStm") != std::string::npos, isPacked);
+    EXPECT_LT(fs::file_size(output()), fs::file_size(output(name)));
+    found[isPacked] = run("qpdf --qdf --object-streams=disable " + output().string() +
+                          " - | grep -a -o 'note [0-9]*'");
+  }
+  EXPECT_NE(found[0].find("note 1497"), std::string::npos);
+  EXPECT_EQ(found[0], found[1]);
+}
+
 TEST_F(KeepingTest, RangesThatAreNoneAreRefused) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
   const int32_t ranges[] = {6, 6, 12, 13};

@@ -1,10 +1,13 @@
 #include "DocumentWriter.h"
 
+#include "Deflater.h"
 #include "cleftor/cleftor.h"
 #include "common/Failure.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace cleftor {
 
@@ -13,6 +16,20 @@ namespace {
 /// Room for the longest length that the cross-reference table could still point behind.
 constexpr std::string_view lengthRoom = "          ";
 constexpr uint64_t largestOffset = 9'999'999'999;
+
+constexpr const char* firstWithStreams = "1.5";
+
+/// Who wants one of the objects unpacks all of them.
+constexpr size_t mostCollected = 200;
+constexpr size_t mostCollectedBytes = size_t{256} * 1024;
+
+int bytesFor(uint64_t number) {
+  int bytes = 1;
+  for (; number > 0xFF; number >>= 8) {
+    ++bytes;
+  }
+  return bytes;
+}
 
 std::string hexText(const std::string& bytes) {
   static constexpr std::string_view digits = "0123456789abcdef";
@@ -27,30 +44,65 @@ std::string hexText(const std::string& bytes) {
 
 } // namespace
 
-DocumentWriter::DocumentWriter(common::AsideFile& file, const std::string& version)
-    : m_file(file), m_offsets(1) {
+DocumentWriter::DocumentWriter(common::AsideFile& file, const std::string& version,
+                               Deflater* deflater)
+    : m_file(file), m_deflater(deflater), m_places(1) {
+  const std::string told =
+      deflater != nullptr ? std::max<std::string>(version, firstWithStreams) : version;
   // The four high bytes tell tools which guess at a file's kind that it is binary.
-  m_file.append("%PDF-" + version + "\n%\xE2\xE3\xCF\xD3\n");
+  m_file.append("%PDF-" + told + "\n%\xE2\xE3\xCF\xD3\n");
 }
 
 int DocumentWriter::reserve() {
-  m_offsets.push_back(0);
-  return static_cast<int>(m_offsets.size()) - 1;
+  m_places.emplace_back();
+  return static_cast<int>(m_places.size()) - 1;
 }
 
 void DocumentWriter::beginObject(int number) {
   if (m_file.size() > largestOffset) {
     throw common::Failure(CLEFTOR_CANNOT_WRITE, "The pages are too large for one file");
   }
-  m_offsets[static_cast<size_t>(number)] = m_file.size();
+  m_places[static_cast<size_t>(number)].at = m_file.size();
   m_file.append(std::to_string(number));
   m_file.append(" 0 obj\n");
 }
 
 void DocumentWriter::object(int number, std::string_view body) {
+  if (m_deflater != nullptr) {
+    collect(number, body);
+    return;
+  }
   beginObject(number);
   m_file.append(body);
   m_file.append("\nendobj\n");
+}
+
+void DocumentWriter::collect(int number, std::string_view body) {
+  m_collected.push_back(number);
+  m_collectedHead += std::to_string(number) + ' ' + std::to_string(m_collectedBodies.size()) + ' ';
+  m_collectedBodies.append(body);
+  m_collectedBodies.push_back('\n');
+  if (m_collected.size() >= mostCollected || m_collectedBodies.size() >= mostCollectedBytes) {
+    writeCollected();
+  }
+}
+
+void DocumentWriter::writeCollected() {
+  if (m_collected.empty()) {
+    return;
+  }
+  const int number = reserve();
+  uint32_t rank = 0;
+  for (const int object : m_collected) {
+    m_places[static_cast<size_t>(object)] = {static_cast<uint64_t>(number), ++rank};
+  }
+  stream(number,
+         "/Type/ObjStm/N " + std::to_string(rank) + "/First " +
+             std::to_string(m_collectedHead.size()) + "/Filter/FlateDecode",
+         m_deflater->pack(m_collectedHead + m_collectedBodies));
+  m_collected.clear();
+  m_collectedHead.clear();
+  m_collectedBodies.clear();
 }
 
 void DocumentWriter::stream(int number, std::string_view dictionary, std::string_view data) {
@@ -85,24 +137,66 @@ void DocumentWriter::endStream() {
 }
 
 void DocumentWriter::finish(int root, int info, const std::string& id) {
+  writeCollected();
+  std::string entries = "/Root " + std::to_string(root) + " 0 R";
+  if (info != 0) {
+    entries += "/Info " + std::to_string(info) + " 0 R";
+  }
+  entries += "/ID[" + hexText(id) + hexText(id) + "]";
   const uint64_t table = m_file.size();
-  std::string out = "xref\n0 " + std::to_string(m_offsets.size()) + "\n0000000000 65535 f \n";
+  if (m_deflater != nullptr) {
+    const int number = reserve();
+    m_places.back().at = table; // the table tells of itself
+    const int bytes = bytesFor(std::max<uint64_t>(table, m_places.size()));
+    const std::string widths = "/W[1 " + std::to_string(bytes) + " 2]";
+    stream(number,
+           "/Type/XRef/Size " + std::to_string(m_places.size()) + widths + entries +
+               "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
+               std::to_string(bytes + 3) + ">>",
+           m_deflater->pack(packedTable(bytes)));
+  } else {
+    writeTable(entries);
+  }
+  m_file.append("startxref\n" + std::to_string(table) + "\n%%EOF\n");
+}
+
+void DocumentWriter::writeTable(const std::string& entries) {
+  std::string out = "xref\n0 " + std::to_string(m_places.size()) + "\n0000000000 65535 f \n";
   std::array<char, 24> line{};
-  for (size_t i = 1; i < m_offsets.size(); ++i) {
-    const bool used = m_offsets[i] != 0;
+  for (size_t i = 1; i < m_places.size(); ++i) {
+    const uint64_t at = m_places[i].at;
     std::snprintf(line.data(), line.size(), "%010llu %05d %c \n",
-                  static_cast<unsigned long long>(m_offsets[i]), used ? 0 : 65535,
-                  used ? 'n' : 'f');
+                  static_cast<unsigned long long>(at), at != 0 ? 0 : 65535, at != 0 ? 'n' : 'f');
     out.append(line.data(), 20);
   }
-  out += "trailer\n<</Size " + std::to_string(m_offsets.size()) + "/Root " + std::to_string(root) +
-         " 0 R";
-  if (info != 0) {
-    out += "/Info " + std::to_string(info) + " 0 R";
+  m_file.append(out + "trailer\n<</Size " + std::to_string(m_places.size()) + entries + ">>\n");
+}
+
+/// Each row as its difference to the one above: neighbours are much alike, and pack well.
+std::string DocumentWriter::packedTable(int offsetBytes) const {
+  std::string rows;
+  const size_t width = static_cast<size_t>(offsetBytes) + 3;
+  std::string above(width, '\0');
+  std::string row(width, '\0');
+  const auto put = [&row](size_t first, size_t count, uint64_t value) {
+    for (size_t i = first + count; i-- > first; value >>= 8) {
+      row[i] = static_cast<char>(value & 0xFF);
+    }
+  };
+  constexpr char up = 2;
+  for (size_t i = 0; i < m_places.size(); ++i) {
+    const auto& [at, rank] = m_places[i];
+    const bool isFree = at == 0;
+    put(0, 1, isFree ? 0 : (rank != 0 ? 2 : 1));
+    put(1, width - 3, at);
+    put(width - 2, 2, isFree ? 65535 : (rank != 0 ? rank - 1 : 0));
+    rows.push_back(up);
+    for (size_t column = 0; column < width; ++column) {
+      rows.push_back(static_cast<char>(row[column] - above[column]));
+    }
+    std::swap(above, row);
   }
-  out +=
-      "/ID[" + hexText(id) + hexText(id) + "]>>\nstartxref\n" + std::to_string(table) + "\n%%EOF\n";
-  m_file.append(out);
+  return rows;
 }
 
 } // namespace cleftor

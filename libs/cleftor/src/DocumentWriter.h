@@ -9,13 +9,16 @@
 
 namespace cleftor {
 
+class Deflater;
+
 /// Lays out one PDF file: header, objects in the order in which they come, cross-reference table,
 /// trailer. Object numbers count from 1 and are handed out by reserve(); one that is never written
 /// is free in the table.
 class DocumentWriter {
 public:
-  /// version: "1.7" and the like.
-  DocumentWriter(common::AsideFile& file, const std::string& version);
+  /// version: "1.7" and the like. With a deflater, which is not owned, objects that are no streams
+  /// are collected in object streams, and the table is a stream itself: from version 1.5 on.
+  DocumentWriter(common::AsideFile& file, const std::string& version, Deflater* deflater);
 
   int reserve();
 
@@ -33,10 +36,24 @@ public:
   void finish(int root, int info, const std::string& id);
 
 private:
+  /// Where an object is.
+  struct Place {
+    uint64_t at = 0;   ///< offset in the file, or the number of an object stream; 0: not written
+    uint32_t rank = 0; ///< in the object stream, from 1; 0: in the file itself
+  };
+
   void beginObject(int number);
+  void collect(int number, std::string_view body);
+  void writeCollected();
+  void writeTable(const std::string& entries);
+  std::string packedTable(int offsetBytes) const;
 
   common::AsideFile& m_file;
-  std::vector<uint64_t> m_offsets; ///< by object number, 0 for one not written
+  Deflater* m_deflater;         ///< may be null
+  std::vector<Place> m_places;  ///< by object number
+  std::vector<int> m_collected; ///< numbers of the objects of the next object stream
+  std::string m_collectedHead;  ///< their numbers and offsets
+  std::string m_collectedBodies;
   uint64_t m_lengthPlace = 0;
   uint64_t m_dataStart = 0;
 };

@@ -23,8 +23,8 @@ constexpr std::array setAside = {"/Parent",    "/B",      "/StructParents",
 RangeBuilder::RangeBuilder(Source& source, std::vector<pages::PageRange> ranges,
                            const RangeSettings& settings, common::AsideFile& file)
     : m_source(source), m_ranges(std::move(ranges)), m_settings(settings),
-      m_writer(file, source.version()), m_copier(source, m_writer), m_links(source, m_copier),
-      m_form(source, m_copier, m_links) {
+      m_writer(file, source.version(), source.deflater()), m_copier(source, m_writer),
+      m_links(source, m_copier), m_form(source, m_copier, m_links) {
   for (const pages::PageRange& range : m_ranges) {
     for (int32_t page = range.first; page <= range.last; ++page) {
       m_pages.push_back(page);

@@ -213,6 +213,10 @@ void Source::gatherFacts() {
   if (pages::isRepaired(*m_document)) {
     m_facts |= CLEFTOR_FILE_REPAIRED;
   }
+  // The table itself is a stream only where objects may stand in streams, too.
+  if (trailer().getKey("/Type").isNameAndEquals("/XRef")) {
+    m_deflater = std::make_unique<Deflater>();
+  }
 }
 
 void Source::gatherWholeDocument() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Deflater.h"
 #include "FieldIndex.h"
 #include "LayerIndex.h"
 #include "ObjectCache.h"
@@ -50,6 +51,9 @@ public:
 
   /// "1.4" and the like.
   std::string version() const;
+
+  /// Of a source that keeps its objects packed: so do its outputs. Null for any other.
+  Deflater* deflater() { return m_deflater.get(); }
 
   /// Whether an object stands for the document as a whole and so never belongs to a range.
   bool isOfWholeDocument(QPDFObjGen object) const {
@@ -122,6 +126,7 @@ private:
   std::unique_ptr<pages::PageLabels> m_labels;
   std::unique_ptr<FieldIndex> m_fields;
   std::unique_ptr<LayerIndex> m_layers;
+  std::unique_ptr<Deflater> m_deflater;
   ObjectCache m_cache;
   ResourcePruner m_resources;
 };
