@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <map>
 
 namespace folivex {
 
@@ -97,14 +97,6 @@ void addSource(CommandLine& line, const QString& text) {
   line.actions.push_back({folder ? Kind::ProcessFolder : Kind::ProcessFile, path});
 }
 
-/// Options that take a value: behind the letter, or as the next argument.
-struct ValueOption {
-  char letter;
-  void (*add)(CommandLine&, const QString&);
-};
-constexpr std::array<ValueOption, 3> valueOptions = {
-    {{'f', addSource}, {'p', addPassword}, {'u', addSetup}}};
-
 struct WordOption {
   QLatin1StringView word;
   void (*set)(CommandLine&);
@@ -118,17 +110,6 @@ constexpr std::array<WordOption, 7> wordOptions = {{
     {QLatin1StringView("--unsure"), [](CommandLine& line) { line.unsure = true; }},
     {QLatin1StringView("--force"), [](CommandLine& line) { line.force = true; }},
 }};
-
-const ValueOption* valueOptionOf(QStringView argument) {
-  if (!isOption(argument)) {
-    return nullptr;
-  }
-  const auto* const found =
-      std::find_if(valueOptions.begin(), valueOptions.end(), [&](const ValueOption& option) {
-        return argument[1] == QLatin1Char(option.letter);
-      });
-  return found == valueOptions.end() ? nullptr : found;
-}
 
 /// Walks the arguments of one line behind the program's own path.
 class Walk {
@@ -147,10 +128,13 @@ public:
 private:
   void take(const QString& argument) {
     const QString word = platform::withoutTrailingBlanks(argument);
-    if (const ValueOption* const option = valueOptionOf(argument)) {
+    static const std::map<QChar, void (*)(CommandLine&, const QString&)> options = {
+        {u'f', addSource}, {u'p', addPassword}, {u'u', addSetup}};
+    const auto option = options.find(isOption(argument) ? argument[1] : QChar());
+    if (option != options.end()) {
       // Written apart from its letter, the value is the next argument whatever that begins with.
       const bool apart = word.size() == 2 && m_index + 1 < m_arguments.size();
-      option->add(m_line, apart ? m_arguments[++m_index] : argument.mid(2));
+      option->second(m_line, apart ? m_arguments[++m_index] : argument.mid(2));
     } else if (word.startsWith(QLatin1String("-c"))) {
       m_close = true;
     } else if (!takeWord(word) && !word.isEmpty()) {
@@ -166,14 +150,13 @@ private:
       m_line.suggestedSetup = path.sliced(toFile.size());
       return true;
     }
-    const auto* const found =
-        std::find_if(wordOptions.begin(), wordOptions.end(),
-                     [&](const WordOption& option) { return option.word == word; });
-    if (found == wordOptions.end()) {
-      return false;
+    for (const WordOption& option : wordOptions) {
+      if (option.word == word) {
+        option.set(m_line);
+        return true;
+      }
     }
-    found->set(m_line);
-    return true;
+    return false;
   }
 
   CommandLine& m_line;
@@ -243,6 +226,46 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     Walk(line, table).run();
   }
   return line;
+}
+
+QString usageText() {
+  return QStringLiteral(
+      "Folivex splits a PDF into one PDF for each document in it, by the words on its pages.\n"
+      "\n"
+      "  folivex                          opens the window\n"
+      "  folivex -uSETUP -fPDF -c         splits PDF as SETUP says, and ends\n"
+      "\n"
+      "Options are taken in order; \"-u\" and \"-p\" count for the \"-f\" behind them.\n"
+      "  -uSETUP     setup file (.fxs); without it the settings of the last run\n"
+      "  -pPASSWORD  password that opens the PDF\n"
+      "  -fPDF       split this PDF; with \"*\" in it, every PDF of the folder that it matches\n"
+      "  -c          close the program when all is done\n"
+      "  --plan      show what would be written, as a table, and write nothing; --plan=csv as CSV\n"
+      "  --suggest   propose setups for this PDF; --suggest=SETUP writes the best one, if it is "
+      "sure,\n"
+      "              to a setup file; --unsure: in any case; --force: over a file that is there\n"
+      "  --help      this text\n"
+      "  --version   the program's version\n"
+      "\n"
+      "Without a display, with --plan or --suggest, and with \"-c\" on a terminal no window opens: "
+      "messages go "
+      "to\n"
+      "standard error, and nothing waits for a person.\n"
+      "\n"
+      "Exit codes (a shell shows the low 8 bits: -1 is 255):\n"
+      "    0  all went well         -4  CSV report not writable\n"
+      "   -1  source missing        -5  default setup file not writable\n"
+      "   -2  setup file missing    -6  settings that exclude each other\n"
+      "   -3  text report not      -11  an append failed\n"
+      "       writable             -12  source unreadable or protected\n"
+      "    1  stopped              -13  an output could not be written\n"
+      "    2  no setup is sure     -14  a mail could not be sent\n"
+      "                            -15  the source changed meanwhile\n"
+      "                            -16  the output folder is another run's\n");
+}
+
+QString versionText() {
+  return QStringLiteral("Folivex %1\n").arg(QStringLiteral(FOLIVEX_VERSION));
 }
 
 } // namespace folivex

@@ -64,4 +64,8 @@ QString rebuildCommandLine(const QStringList& arguments);
 /// ends an argument and stays at its end.
 QStringList splitCommandLine(QStringView line);
 
+// What "--help" and "--version" print.
+QString usageText();
+QString versionText();
+
 } // namespace folivex

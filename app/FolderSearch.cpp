@@ -43,6 +43,8 @@ FolderSearch FolderSearch::of(const QString& pattern) {
   const QDir folder(named.isEmpty() ? QStringLiteral(".") : named);
   const QRegularExpression wanted = wildcard(platform::fileTitle(pattern));
   FolderSearch found;
+  QStringList notTaken;
+  QStringList otherSpellings; // ".Pdf"
   std::error_code error;
   fs::directory_iterator entries(QFileInfo(folder.path()).filesystemFilePath(), error);
   for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
@@ -54,19 +56,32 @@ FolderSearch FolderSearch::of(const QString& pattern) {
     }
     const QString path = folder.filePath(name);
     if (!isPdfName(name)) {
-      found.otherSpellings += name;
+      otherSpellings += name;
     } else if (const QString problem = platform::problemOf(*entries); !problem.isEmpty()) {
-      found.notTaken += QStringLiteral("%1: the file is not taken: %2").arg(path, problem);
+      notTaken += QStringLiteral("%1: the file is not taken: %2").arg(path, problem);
     } else {
       found.paths += path;
     }
   }
-  if (error) {
-    found.problem = QStringLiteral("%1: the folder cannot be read: %2")
-                        .arg(folder.path(), QString::fromLocal8Bit(error.message().c_str()));
-  }
-  for (QStringList* list : {&found.paths, &found.notTaken, &found.otherSpellings}) {
+  for (QStringList* list : {&found.paths, &notTaken, &otherSpellings}) {
     std::sort(list->begin(), list->end());
+  }
+  found.isWhole = !error && notTaken.isEmpty();
+  if (error) {
+    found.told += QStringLiteral("%1: the folder cannot be read: %2")
+                      .arg(folder.path(), QString::fromLocal8Bit(error.message().c_str()));
+  }
+  found.told += notTaken;
+  if (!notTaken.isEmpty()) {
+    found.told += QStringLiteral("%1: %2 file(s) are not taken").arg(pattern).arg(notTaken.size());
+  }
+  if (!otherSpellings.isEmpty()) {
+    found.told += QStringLiteral("%1: only names that end in .pdf or .PDF are looked for; left "
+                                 "out: %2")
+                      .arg(pattern, otherSpellings.join(QStringLiteral(", ")));
+  }
+  if (found.paths.isEmpty()) {
+    found.told += QStringLiteral("%1: no PDF is there").arg(pattern);
   }
   return found;
 }

@@ -6,10 +6,9 @@
 namespace folivex {
 
 struct FolderSearch {
-  QStringList paths;          ///< of the PDFs, by name
-  QStringList notTaken;       ///< what was meant and cannot be taken, each with its reason
-  QStringList otherSpellings; ///< names that end in neither ".pdf" nor ".PDF", but in ".Pdf"
-  QString problem;            ///< why the folder could not be read to its end
+  QStringList paths;   ///< of the PDFs, by name
+  QStringList told;    ///< what a person should know, in sentences
+  bool isWhole = true; ///< no file that is meant was left out
 
   /// Files whose names begin with "." are not looked for, nor folders.
   static FolderSearch of(const QString& pattern);

@@ -2,7 +2,6 @@
 
 #include "app/ActivityLine.h"
 #include "app/EndPanel.h"
-#include "app/Usage.h"
 #include "app/dialogs/SettingDialogs.h"
 #include "app/viewer/PagePane.h"
 #include "app/viewer/PageStrip.h"
@@ -89,12 +88,15 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::buildPanes() {
-  addToolBar(Qt::TopToolBarArea, named(new QToolBar(QStringLiteral("Commands"), this), "toolBar"));
-  auto* bar = findChild<QToolBar*>(QStringLiteral("toolBar"));
-  bar->setMovable(false);
-  bar->toggleViewAction()->setVisible(false);
-  bar->addWidget(buildToolBar());
-
+  const auto addBar = [this](const char* name, const QString& title, Qt::ToolBarArea area,
+                             QWidget* content) {
+    auto* bar = named(new QToolBar(title, this), name);
+    bar->setMovable(false);
+    bar->toggleViewAction()->setVisible(false);
+    bar->addWidget(content);
+    addToolBar(area, bar);
+  };
+  addBar("toolBar", QStringLiteral("Commands"), Qt::TopToolBarArea, buildToolBar());
   auto* middle = new QWidget(this);
   m_news = new OfferLine(QStringLiteral("news"), middle);
   m_page = new PagePane(middle);
@@ -115,12 +117,8 @@ void MainWindow::buildPanes() {
 
   m_activity = new ActivityLine(this);
   followAction(m_activity->stopButton(), m_menus.action("stopRun"));
-  auto* foot = new QToolBar(this); // a status bar gives its whole width to nobody
-  foot->setObjectName(QStringLiteral("foot"));
-  foot->setMovable(false);
-  foot->toggleViewAction()->setVisible(false);
-  foot->addWidget(m_activity);
-  addToolBar(Qt::BottomToolBarArea, foot);
+  // A status bar gives its width to nobody.
+  addBar("foot", QStringLiteral("Activity"), Qt::BottomToolBarArea, m_activity);
 }
 
 QPushButton* MainWindow::commandButton(const char* command, const QString& text, const char* name) {
@@ -222,18 +220,16 @@ void MainWindow::tellRecent() {
   m_menus.fill("recentPdfs", m_recentPdfs.paths(), [this](const QString& path) { takePdf(path); });
 }
 
-void MainWindow::takeMeant(Meaning meaning, const Picked& picked) {
-  if (m_isRunning) {
-    return;
-  }
-  SplitSetup setup = currentSetup();
-  const QString told = takeMeaning(setup, meaning, picked);
-  change(setup, QStringLiteral("Word of the Page"));
-  m_page->tell(told);
-}
-
 void MainWindow::connectPanes() {
-  m_page->onMeant = [this](Meaning meaning, const Picked& picked) { takeMeant(meaning, picked); };
+  m_page->onMeant = [this](Meaning meaning, const Picked& picked) {
+    if (m_isRunning) {
+      return;
+    }
+    SplitSetup setup = currentSetup();
+    const QString told = takeMeaning(setup, meaning, picked);
+    change(setup, QStringLiteral("Word of the Page"));
+    m_page->tell(told);
+  };
   m_page->onOpened = [this] { m_strip->showFile(m_page->file(), m_page->pageCount()); };
   m_page->onPageChanged = [this](int page) { m_strip->setCurrentPage(page); };
   m_strip->onPageChosen = [this](int page) { m_page->goToPage(page); };
@@ -260,8 +256,7 @@ void MainWindow::connectPanes() {
   };
   m_history.onRestore = [this](const SplitSetup& setup) {
     m_end->giveWay();
-    m_program.store().edited() = m_program.store().working() = setup;
-    showSetup();
+    put(setup);
   };
   const auto tellSteps = [this] {
     m_menus.setAvailable("undo", m_history.stack().canUndo());

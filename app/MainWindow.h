@@ -95,6 +95,7 @@ private:
   void showFile();
   void settingsChanged();
   void change(const SplitSetup& setup, const QString& what);
+  void put(const SplitSetup& setup);
   void beginAnew();
   bool isUnsaved() const;
   /// Asks whether changes of a named setup are to be saved. False: nothing is to be done.
@@ -106,11 +107,8 @@ private:
   void loadSetup();
   void loadSetupFile(const QString& path);
   bool saveSetup();
-  void tellResult(const SetupResult& result);
   void keepUsed(const QString& path);
   QString setupStartPath() const;
-  /// What was pointed at on the page is meant: sets it, and says so there.
-  void takeMeant(Meaning meaning, const Picked& picked);
 
   // The plan beside page and rules.
   enum class Consent { Given, Changed, Refused };
@@ -127,7 +125,6 @@ private:
   void takeProposed(std::size_t which);
   void tellProcess(int files);
   bool awaitPlan();
-  Consent consent();
   Consent askAboutClashes(const QString& text);
   bool isAgreedOn();
 

@@ -13,36 +13,28 @@
 #include <QPushButton>
 #include <QTime>
 
+#include <algorithm>
+
 namespace folivex {
 
 namespace {
 
 using Stage = LivePlanState::Stage;
 
-struct Clashes {
-  int replaced = 0; ///< files that are there
-  int givenUp = 0;  ///< outputs of which another takes the place
-};
-
-Clashes clashesOf(const SplitPlan& plan) {
-  Clashes clashes;
-  for (const PlannedOutput& output : plan.outputs) {
-    clashes.replaced += output.fate == PlannedOutput::Fate::Replaces ? 1 : 0;
-    clashes.givenUp += output.fate == PlannedOutput::Fate::GivenUp ? 1 : 0;
-  }
-  return clashes;
-}
-
-QString clashText(const Clashes& clashes) {
+/// What would be lost; empty when nothing would.
+QString clashText(const SplitPlan& plan) {
+  const auto count = [&plan](PlannedOutput::Fate fate) {
+    return std::ranges::count(plan.outputs, fate, &PlannedOutput::fate);
+  };
   QStringList lines;
-  if (clashes.givenUp > 0) {
+  if (const auto givenUp = count(PlannedOutput::Fate::GivenUp); givenUp > 0) {
     lines += QStringLiteral("%1 document(s) would be lost: a later one has the same name and takes "
                             "its place.")
-                 .arg(clashes.givenUp);
+                 .arg(givenUp);
   }
-  if (clashes.replaced > 0) {
+  if (const auto replaced = count(PlannedOutput::Fate::Replaces); replaced > 0) {
     lines += QStringLiteral("%1 file(s) that are in the output folder now would be replaced.")
-                 .arg(clashes.replaced);
+                 .arg(replaced);
   }
   return lines.join(u'\n');
 }
@@ -251,39 +243,30 @@ bool MainWindow::awaitPlan() {
   return isThere;
 }
 
-/// What was shown is what will be made, or what is made instead was agreed on.
+/// What was shown is what will be made, or what is made instead was agreed on; and nothing is lost
+/// by it that the person does not know of.
 bool MainWindow::isAgreedOn() {
+  std::shared_ptr<const SplitPlan> before = m_feed->isPending() ? nullptr : m_shownPlan;
   Consent answer = Consent::Changed;
-  while (answer == Consent::Changed) {
-    answer = consent();
+  while (answer == Consent::Changed && awaitPlan()) {
+    if (m_shownPlan == nullptr) {
+      return true; // the run says why there is none
+    }
+    if (before != nullptr && before->outputs != m_shownPlan->outputs &&
+        m_dialogs.choice(this,
+                         QStringLiteral("The plan is no longer what was shown: the PDF or the "
+                                        "files in the output folder have changed since. It has "
+                                        "been made anew, with %1 file(s).")
+                             .arg(m_shownPlan->fileCount),
+                         QStringLiteral("Process"),
+                         {QStringLiteral("Process what is planned now")}) == Dialogs::noChoice) {
+      return false;
+    }
+    const QString clashes = clashText(*m_shownPlan);
+    answer = clashes.isEmpty() ? Consent::Given : askAboutClashes(clashes);
+    before.reset();
   }
   return answer == Consent::Given;
-}
-
-/// What was shown is what will be made, and nothing is lost by it that the person does not know of.
-MainWindow::Consent MainWindow::consent() {
-  const std::shared_ptr<const SplitPlan> before = m_feed->isPending() ? nullptr : m_shownPlan;
-  if (!awaitPlan()) {
-    return Consent::Refused;
-  }
-  if (m_shownPlan == nullptr) {
-    return Consent::Given; // the run says why there is none
-  }
-  if (before != nullptr && before->outputs != m_shownPlan->outputs &&
-      m_dialogs.choice(this,
-                       QStringLiteral("The plan is no longer what was shown: the PDF or the files "
-                                      "in the output folder have changed since. It has been made "
-                                      "anew, with %1 file(s).")
-                           .arg(m_shownPlan->fileCount),
-                       QStringLiteral("Process"),
-                       {QStringLiteral("Process what is planned now")}) == Dialogs::noChoice) {
-    return Consent::Refused;
-  }
-  const Clashes clashes = clashesOf(*m_shownPlan);
-  if (clashes.replaced + clashes.givenUp == 0) {
-    return Consent::Given;
-  }
-  return askAboutClashes(clashText(clashes));
 }
 
 MainWindow::Consent MainWindow::askAboutClashes(const QString& text) {

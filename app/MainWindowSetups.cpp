@@ -57,8 +57,12 @@ void MainWindow::settingsChanged() {
 void MainWindow::change(const SplitSetup& setup, const QString& what) {
   m_end->giveWay();
   const SplitSetup before = currentSetup();
-  m_program.store().edited() = m_program.store().working() = setup;
   m_history.push(before, setup, what);
+  put(setup);
+}
+
+void MainWindow::put(const SplitSetup& setup) {
+  m_program.store().edited() = m_program.store().working() = setup;
   showSetup();
 }
 
@@ -88,17 +92,10 @@ bool MainWindow::mayLeaveSetup() {
   if (path.isEmpty() || !isUnsaved() || m_program.store().automation()) {
     return true; // settings without a name are kept for the next start
   }
-  enum Choice { Save, Discard };
-  switch (m_dialogs.choice(
+  const int chosen = m_dialogs.choice(
       this, QStringLiteral("%1 has changes that are not saved.\n\nSave changes?").arg(path),
-      QStringLiteral("Folivex"), {QStringLiteral("&Save..."), QStringLiteral("&Do not save")})) {
-  case Save:
-    return saveSetup();
-  case Discard:
-    return true;
-  default:
-    return false;
-  }
+      QStringLiteral("Folivex"), {QStringLiteral("&Save..."), QStringLiteral("&Do not save")});
+  return chosen == 0 ? saveSetup() : chosen == 1;
 }
 
 /// The sample and its setup are copied to where outputs may stand beside them.
@@ -178,17 +175,6 @@ void MainWindow::takePdf(const QString& path) {
   m_activity->setStatus(QStringLiteral("%1 is the file to split.").arg(path));
 }
 
-void MainWindow::tellResult(const SetupResult& result) {
-  // A save that failed is told in the window's foot: no box, but not passed over either.
-  const bool inBox = result.status != SetupStatus::NotWritten;
-  if (!result.message.isEmpty()) {
-    inBox ? message(result.message) : note(result.message);
-  }
-  if (!result.note.isEmpty()) {
-    note(result.note);
-  }
-}
-
 void MainWindow::keepUsed(const QString& path) {
   m_recentSetups.used(path);
   tellRecent();
@@ -243,7 +229,7 @@ bool MainWindow::saveSetup() {
   m_activity->clearNotes();
   takeSetup();
   const SetupResult saved = m_program.store().SaveSetup(path);
-  tellResult(saved);
+  m_program.tell(saved);
   if (saved.ok()) {
     keepUsed(path);
     m_savedSetup = currentSetup();

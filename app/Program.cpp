@@ -11,6 +11,8 @@
 
 #include <QFileInfo>
 
+#include <map>
+
 namespace folivex {
 
 namespace {
@@ -24,15 +26,8 @@ constexpr int stoppedExitCode = 1;
 
 /// Failures after which an unattended program does not go on to its next file.
 bool endsProgram(RunError error) {
-  switch (error) {
-  case RunError::TextReport:
-  case RunError::CsvReport:
-  case RunError::SetupFile:
-  case RunError::Append:
-    return true;
-  default:
-    return false;
-  }
+  return error == RunError::TextReport || error == RunError::CsvReport ||
+         error == RunError::SetupFile || error == RunError::Append;
 }
 
 /// Every file that the arguments name for processing.
@@ -54,38 +49,47 @@ Program::Program(Operator& person) : m_person(person) {}
 
 Program::~Program() = default;
 
-QString Program::loadLibraries() {
-  m_text = std::make_unique<CPDFTextDumpInit>();
-  if (!m_text->loaded) {
-    m_person.note(m_text->error + QStringLiteral(" (%1)").arg(m_text->errorDetail));
-    return missingLibrary(QStringLiteral("GlyphrunU"));
+/// Of the first library that does not load: the message.
+QString Program::loadAll() {
+  const auto load = [this](auto& library, const char* name) {
+    library = std::make_unique<std::decay_t<decltype(*library)>>();
+    if (library->loaded) {
+      return QString();
+    }
+    m_person.note(QStringLiteral("%1 (%2)").arg(library->error, library->errorDetail));
+    return missingLibrary(QString::fromLatin1(name));
+  };
+  if (const QString missing = load(m_text, "GlyphrunU"); !missing.isEmpty()) {
+    return missing;
   }
-  m_split = std::make_unique<CSplitPdfInit>();
-  if (!m_split->loaded) {
-    m_person.note(m_split->error + QStringLiteral(" (%1)").arg(m_split->errorDetail));
-    return missingLibrary(QStringLiteral("CleftorU"));
+  if (const QString missing = load(m_split, "CleftorU"); !missing.isEmpty()) {
+    return missing;
   }
-  m_append = std::make_unique<CAppendPdfInit>();
-  if (!m_append->loaded) {
-    m_person.note(m_append->error + QStringLiteral(" (%1)").arg(m_append->errorDetail));
-    return missingLibrary(QStringLiteral("MelderU"));
-  }
-  m_driver = std::make_unique<JobDriver>(
-      m_store, JobDriver::Libraries{*m_text, *m_split, *m_append}, m_person);
-  m_driver->setAddressReaderMaker(addressReaderFor);
-  return {};
+  return load(m_append, "MelderU");
 }
 
-void Program::report(const SetupResult& result) {
-  if (!result.message.isEmpty()) {
-    if (m_store.automation()) {
-      m_person.note(result.message);
-    } else {
-      m_person.message(result.message);
-    }
+QString Program::loadLibraries() {
+  QString missing = loadAll();
+  if (missing.isEmpty()) {
+    m_driver = std::make_unique<JobDriver>(
+        m_store, JobDriver::Libraries{*m_text, *m_split, *m_append}, m_person);
+    m_driver->setAddressReaderMaker(addressReaderFor);
   }
-  if (!result.note.isEmpty()) {
-    m_person.note(result.note);
+  return missing;
+}
+
+void Program::tell(const SetupResult& result) {
+  if (m_store.automation() || result.status == SetupStatus::NotWritten) {
+    note(result.message);
+  } else if (!result.message.isEmpty()) {
+    m_person.message(result.message);
+  }
+  note(result.note);
+}
+
+void Program::note(const QString& text) {
+  if (!text.isEmpty()) {
+    m_person.note(text);
   }
 }
 
@@ -94,14 +98,14 @@ void Program::loadDefaultSetup() {
     m_person.message(problem);
   }
   const QString path = m_store.DefaultSetupPath();
-  report(m_store.LoadSetup(path, LoadMode::AutomationCheck));
+  tell(m_store.LoadSetup(path, LoadMode::AutomationCheck));
   loadSetup(path); // a first start has none
 }
 
 bool Program::loadSetup(const QString& path) {
   const SetupResult loaded = m_store.LoadSetup(path);
   m_driver->setAutomation(m_store.automation());
-  report(loaded);
+  tell(loaded);
   return loaded.ok();
 }
 
@@ -126,7 +130,10 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
                       .arg(line.ignored.join(QStringLiteral(", "))));
   }
   tellUnused(line);
-  m_driver->beginBatch(sourcesOf(line));
+  const QStringList sources = sourcesOf(line);
+  m_source = 0;
+  m_sources = static_cast<int>(sources.size());
+  m_driver->beginBatch(sources);
   m_mail = unattendedMail();
   const std::optional<int> code = performAll(line);
   m_mail->finish();
@@ -150,21 +157,14 @@ std::optional<int> Program::performAll(const CommandLine& line) {
 
 /// A setup or a password behind the last file is most likely a slip.
 void Program::tellUnused(const CommandLine& line) {
+  using Kind = CommandAction::Kind;
+  static const std::map<Kind, const char*> options = {{Kind::SetSetupPath, "-u"},
+                                                      {Kind::SetPassword, "-p"}};
   const char* unused = nullptr;
   for (const CommandAction& action : line.actions) {
-    switch (action.kind) {
-    case CommandAction::Kind::SetSetupPath:
-      unused = "-u";
-      break;
-    case CommandAction::Kind::SetPassword:
-      unused = "-p";
-      break;
-    case CommandAction::Kind::ProcessFile:
-    case CommandAction::Kind::ProcessFolder:
-      unused = nullptr;
-      break;
-    case CommandAction::Kind::Close:
-      break;
+    if (action.kind != Kind::Close) {
+      const auto option = options.find(action.kind);
+      unused = option == options.end() ? nullptr : option->second;
     }
   }
   if (unused != nullptr) {
@@ -183,9 +183,8 @@ std::optional<int> Program::perform(const CommandAction& action) {
     m_setupPath = action.value;
     break;
   case CommandAction::Kind::ProcessFile:
-    return processSource(action.value);
   case CommandAction::Kind::ProcessFolder:
-    return processFolder(action.value);
+    return process(action);
   case CommandAction::Kind::Close:
     if (m_plan == PlanOutput::None && !m_line->suggest) {
       close();
@@ -213,20 +212,40 @@ std::optional<int> Program::loadNamedSetup() {
   return std::nullopt;
 }
 
-std::optional<int> Program::processSource(const QString& path) {
+std::optional<int> Program::process(const CommandAction& action) {
   setUnattended(true);
-  if (!platform::isReadableFile(path)) {
-    m_person.note(QStringLiteral("%1: the file cannot be read").arg(path));
+  const QString& path = action.value;
+  const QString folder = platform::folderOf(path);
+  const bool isPattern = action.kind == CommandAction::Kind::ProcessFolder;
+  const bool isThere =
+      isPattern ? folder.isEmpty() || QFileInfo(folder).isDir() : platform::isReadableFile(path);
+  if (!isThere) {
+    m_person.note(isPattern ? QStringLiteral("%1: there is no such folder").arg(folder)
+                            : QStringLiteral("%1: the file cannot be read").arg(path));
     return static_cast<int>(RunError::SourceMissing);
   }
   if (const std::optional<int> code = loadNamedSetup()) {
     return code;
   }
-  return runOne(path);
+  const FolderSearch found = isPattern ? FolderSearch::of(path) : FolderSearch{{path}, {}};
+  for (const QString& line : found.told) {
+    m_person.note(line);
+  }
+  if (!found.isWhole) {
+    keepCode(static_cast<int>(RunError::SourceMissing));
+  }
+  for (const QString& file : found.paths) {
+    if (const std::optional<int> code = runOne(file)) {
+      return code;
+    }
+  }
+  return std::nullopt;
 }
 
 std::optional<int> Program::runOne(const QString& path) {
   m_store.edited().fileName = path;
+  ++m_source;
+  m_person.beginSource(m_source, std::max(m_source, m_sources)); // a file may have come since
   if (m_line->suggest) {
     return suggestFor(path);
   }
@@ -234,7 +253,7 @@ std::optional<int> Program::runOne(const QString& path) {
     return planOne(path);
   }
   if (const std::optional<int> code = goOnMailing(path)) {
-    m_exitCode = m_exitCode == 0 ? *code : m_exitCode;
+    keepCode(*code);
     return m_driver->state().userStop ? std::optional(stoppedExitCode) : std::nullopt;
   }
   const RunError error = m_driver->StartProcessing();
@@ -252,9 +271,7 @@ std::optional<int> Program::runOne(const QString& path) {
   if (m_driver->state().userStop) {
     return stoppedExitCode; // while the mails went out
   }
-  if (m_exitCode == 0) {
-    m_exitCode = code;
-  }
+  keepCode(code);
   return std::nullopt;
 }
 
@@ -330,7 +347,7 @@ std::optional<int> Program::suggestFor(const QString& path) {
          m_person.handlePendingEvents();
          return !m_driver->state().userStop;
        }});
-  m_exitCode = m_exitCode == 0 ? code : m_exitCode;
+  keepCode(code);
   return m_driver->state().userStop ? std::optional(code) : std::nullopt;
 }
 
@@ -345,63 +362,11 @@ void Program::explainNoMatch() {
   }
 }
 
-int Program::pageCount(const SplitSetup& setup, QString& problem) {
-  return m_driver->PageCount(setup, problem);
-}
-
-/// A file that was meant and is not split makes the whole search fail.
-void Program::tellNotTaken(const QString& pattern, const FolderSearch& found) {
-  if (!found.problem.isEmpty()) {
-    m_person.note(found.problem);
-  }
-  for (const QString& line : found.notTaken) {
-    m_person.note(line);
-  }
-  if (!found.notTaken.isEmpty()) {
-    m_person.note(
-        QStringLiteral("%1: %2 file(s) are not taken").arg(pattern).arg(found.notTaken.size()));
-  }
-  if (!found.otherSpellings.isEmpty()) {
-    m_person.note(
-        QStringLiteral("%1: only names that end in .pdf or .PDF are looked for; left out: "
-                       "%2")
-            .arg(pattern, found.otherSpellings.join(QStringLiteral(", "))));
-  }
-  if (found.paths.isEmpty()) {
-    m_person.note(QStringLiteral("%1: no PDF is there").arg(pattern));
-  }
-  if (m_exitCode == 0 && (!found.problem.isEmpty() || !found.notTaken.isEmpty())) {
-    m_exitCode = static_cast<int>(RunError::SourceMissing);
-  }
-}
-
-std::optional<int> Program::processFolder(const QString& pattern) {
-  setUnattended(true);
-  const QString folder = platform::folderOf(pattern);
-  if (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
-    m_person.note(QStringLiteral("%1: there is no such folder").arg(folder));
-    return static_cast<int>(RunError::SourceMissing);
-  }
-  if (const std::optional<int> code = loadNamedSetup()) {
-    return code;
-  }
-  const FolderSearch found = FolderSearch::of(pattern);
-  tellNotTaken(pattern, found);
-  for (const QString& file : found.paths) {
-    if (const std::optional<int> code = runOne(file)) {
-      return code;
-    }
-  }
-  return std::nullopt;
-}
-
 void Program::close() {
   const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
   if (!saved.ok()) {
     m_person.note(saved.message);
-    if (m_exitCode == 0) {
-      m_exitCode = saved.exitCode();
-    }
+    keepCode(saved.exitCode());
   }
 }
 

@@ -15,7 +15,6 @@
 namespace folivex {
 
 class UnattendedDelivery;
-struct FolderSearch;
 
 /// The libraries, the setup and the driver, and what a start with arguments does. A window or a
 /// terminal is its Operator.
@@ -35,6 +34,10 @@ public:
   /// it could not be read.
   bool loadSetup(const QString& path);
 
+  /// Says what there is to say of a load or a save. A save that failed is noted: no box, but not
+  /// passed over either.
+  void tell(const SetupResult& result);
+
   /// Does what the arguments ask for. The program ends with the result when `mustEnd` is set, by
   /// "-c" or by a failure; else its window stays, and is used by a person from then on.
   struct Ended {
@@ -48,9 +51,6 @@ public:
 
   /// After a run that found nothing: tells the words that come nearest to what was looked for.
   void explainNoMatch();
-
-  /// Pages of the file that a setup names; 0 when it cannot be read, and `problem` says why.
-  int pageCount(const SplitSetup& setup, QString& problem);
 
   SetupStore& store() { return m_store; }
   const SetupStore& store() const { return m_store; }
@@ -69,9 +69,10 @@ public:
 private:
   std::optional<int> performAll(const CommandLine& line);
   std::optional<int> perform(const CommandAction& action);
-  std::optional<int> processSource(const QString& path);
-  std::optional<int> processFolder(const QString& pattern);
-  void tellNotTaken(const QString& pattern, const FolderSearch& found);
+  std::optional<int> process(const CommandAction& action);
+  QString loadAll();
+  void note(const QString& text);
+  void keepCode(int code) { m_exitCode = m_exitCode == 0 ? code : m_exitCode; }
   std::optional<int> loadNamedSetup();
   std::optional<int> runOne(const QString& path);
   /// Of a source that a run before has split and not mailed to its end: the code of going on with
@@ -80,7 +81,6 @@ private:
   bool mailOutputs(const QString& source);
   std::optional<int> planOne(const QString& path);
   std::optional<int> suggestFor(const QString& path);
-  void report(const SetupResult& result);
   void setUnattended(bool on);
   void tellUnused(const CommandLine& line);
 
@@ -95,6 +95,8 @@ private:
   PlanOutput m_plan = PlanOutput::None;
   QString m_setupPath;
   std::optional<QString> m_password;
+  int m_source = 0; ///< of so many
+  int m_sources = 0;
   int m_exitCode = 0;
 };
 

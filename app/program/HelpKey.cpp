@@ -1,30 +1,22 @@
 #include "app/program/HelpKey.h"
 
 #include <QApplication>
+#include <QHash>
 #include <QKeyEvent>
 #include <QWidget>
-
-#include <array>
 
 namespace folivex {
 
 namespace {
 
-struct Row {
-  const char* window; ///< object name
-  const char* topic;
-};
-constexpr std::array rows = {Row{"CBatchList", "batch"}, Row{"CChangeEmailDlg", "email-list"},
-                             Row{"CEmailListDlg", "email-list"}, Row{"CFindingsDlg", "email-list"},
-                             Row{"CUpdateIntervalDlg", "updates"}};
-
 QString topicOf(const QWidget* window) {
-  for (const Row& row : rows) {
-    if (window->objectName() == QLatin1String(row.window)) {
-      return QString::fromLatin1(row.topic);
-    }
-  }
-  return window->property("helpTopic").toString(); // of the windows that know their own
+  static const QHash<QString, QString> topics = {{"CBatchList", "batch"},
+                                                 {"CChangeEmailDlg", "email-list"},
+                                                 {"CEmailListDlg", "email-list"},
+                                                 {"CFindingsDlg", "email-list"},
+                                                 {"CUpdateIntervalDlg", "updates"}};
+  // Others know their own.
+  return topics.value(window->objectName(), window->property("helpTopic").toString());
 }
 
 } // namespace

@@ -3,12 +3,12 @@
 #include "app/help/CProblemReportDlg.h"
 #include "app/help/HelpWindow.h"
 #include "app/help/ProblemReport.h"
-#include "app/program/LibraryVersions.h"
 #include "batch/CBatchList.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "mail/windows/EmailSession.h"
 #include "mail/windows/RunSendTest.h"
 #include "platform/DropFilter.h"
+#include "platform/LoadedLibrary.h"
 #include "updates/CUpdateIntervalDlg.h"
 #include "updates/UpdateCheck.h"
 #include "widgets/Dialogs.h"
@@ -24,6 +24,27 @@ void bringUp(QWidget& window) {
   window.show();
   window.raise();
   window.activateWindow();
+}
+
+/// The program's own libraries, as they tell themselves just now.
+std::vector<LibraryVersion> libraryVersions() {
+  std::vector<LibraryVersion> versions;
+  for (const auto& [name, operation] : {std::pair{"GlyphrunU", "GlyphrunInterfaceVersion"},
+                                        {"CleftorU", "CleftorInterfaceVersion"},
+                                        {"MelderU", "MelderInterfaceVersion"}}) {
+    QLibrary loaded;
+    QString told;
+    if (platform::loadLibrary(loaded, QString::fromLatin1(name)) != 0) {
+      told = QStringLiteral("not loaded: ") + loaded.errorString();
+    } else {
+      const platform::Operation<int()> version(loaded, operation);
+      told = version.isThere() ? QStringLiteral("interface %1").arg(version())
+                               : QStringLiteral("of another program");
+      loaded.unload();
+    }
+    versions.push_back({QString::fromLatin1(name), told});
+  }
+  return versions;
 }
 
 } // namespace

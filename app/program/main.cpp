@@ -1,7 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/Program.h"
 #include "app/TerminalOperator.h"
-#include "app/Usage.h"
 #include "app/program/DisplayProbe.h"
 #include "app/program/ProgramWindows.h"
 #include "platform/DropFilter.h"

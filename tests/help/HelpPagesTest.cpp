@@ -1,6 +1,6 @@
 // The pages of the help against each other and against the program that they explain.
 #include "app/help/HelpPages.h"
-#include "app/Usage.h"
+#include "app/CommandLine.h"
 #include "engine/naming/NameTokens.h"
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SetupFields.h"
