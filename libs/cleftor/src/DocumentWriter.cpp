@@ -23,6 +23,9 @@ constexpr const char* firstWithStreams = "1.5";
 constexpr size_t mostCollected = 200;
 constexpr size_t mostCollectedBytes = size_t{256} * 1024;
 
+/// A table of so few rows gains nothing by being packed.
+constexpr size_t fewPlaces = 40;
+
 int bytesFor(uint64_t number) {
   int bytes = 1;
   for (; number > 0xFF; number >>= 8) {
@@ -145,19 +148,27 @@ void DocumentWriter::finish(int root, int info, const std::string& id) {
   entries += "/ID[" + hexText(id) + hexText(id) + "]";
   const uint64_t table = m_file.size();
   if (m_deflater != nullptr) {
-    const int number = reserve();
-    m_places.back().at = table; // the table tells of itself
-    const int bytes = bytesFor(std::max<uint64_t>(table, m_places.size()));
-    const std::string widths = "/W[1 " + std::to_string(bytes) + " 2]";
-    stream(number,
-           "/Type/XRef/Size " + std::to_string(m_places.size()) + widths + entries +
-               "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
-               std::to_string(bytes + 3) + ">>",
-           m_deflater->pack(packedTable(bytes)));
+    writeTableStream(entries);
   } else {
     writeTable(entries);
   }
   m_file.append("startxref\n" + std::to_string(table) + "\n%%EOF\n");
+}
+
+void DocumentWriter::writeTableStream(const std::string& entries) {
+  const int number = reserve();
+  const uint64_t table = m_places.back().at = m_file.size(); // it tells of itself
+  const int bytes = bytesFor(std::max<uint64_t>(table, m_places.size()));
+  const std::string head = "/Type/XRef/Size " + std::to_string(m_places.size()) + "/W[1 " +
+                           std::to_string(bytes) + " 2]" + entries;
+  if (m_places.size() <= fewPlaces) {
+    stream(number, head, tableRows(bytes, false));
+    return;
+  }
+  stream(number,
+         head + "/Filter/FlateDecode/DecodeParms<</Predictor 12/Columns " +
+             std::to_string(bytes + 3) + ">>",
+         m_deflater->pack(tableRows(bytes, true)));
 }
 
 void DocumentWriter::writeTable(const std::string& entries) {
@@ -172,8 +183,8 @@ void DocumentWriter::writeTable(const std::string& entries) {
   m_file.append(out + "trailer\n<</Size " + std::to_string(m_places.size()) + entries + ">>\n");
 }
 
-/// Each row as its difference to the one above: neighbours are much alike, and pack well.
-std::string DocumentWriter::packedTable(int offsetBytes) const {
+/// As differences, each row to the one above, they pack well: neighbours are much alike.
+std::string DocumentWriter::tableRows(int offsetBytes, bool asDifferences) const {
   std::string rows;
   const size_t width = static_cast<size_t>(offsetBytes) + 3;
   std::string above(width, '\0');
@@ -190,6 +201,10 @@ std::string DocumentWriter::packedTable(int offsetBytes) const {
     put(0, 1, isFree ? 0 : (rank != 0 ? 2 : 1));
     put(1, width - 3, at);
     put(width - 2, 2, isFree ? 65535 : (rank != 0 ? rank - 1 : 0));
+    if (!asDifferences) {
+      rows += row;
+      continue;
+    }
     rows.push_back(up);
     for (size_t column = 0; column < width; ++column) {
       rows.push_back(static_cast<char>(row[column] - above[column]));

@@ -46,7 +46,8 @@ private:
   void collect(int number, std::string_view body);
   void writeCollected();
   void writeTable(const std::string& entries);
-  std::string packedTable(int offsetBytes) const;
+  void writeTableStream(const std::string& entries);
+  std::string tableRows(int offsetBytes, bool asDifferences) const;
 
   common::AsideFile& m_file;
   Deflater* m_deflater;         ///< may be null
