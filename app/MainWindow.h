@@ -132,7 +132,7 @@ private:
   void work(const QString& title, const std::function<void()>& job,
             const std::vector<Phase>& phases = {Phase::Reading});
   void split(const QString& title, const SplitSetup& setup,
-             const std::function<void(RunEnd& end)>& job);
+             const std::function<bool(RunEnd& end)>& job);
   void tellEnd(RunEnd& end);
   void tellWaitingMails();
   void runCommandLine(const CommandLine& line);

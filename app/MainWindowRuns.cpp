@@ -114,13 +114,14 @@ void MainWindow::process() {
   split(QStringLiteral("Processing"), setup, [&](RunEnd& /*end*/) {
     // The stop of the last run is kept until the next one begins.
     if (isUnattended && !driver.state().userStop && m_mail->goOn(setup, setup.fileName)) {
-      return;
+      return false;
     }
     driver.StartProcessing(m_shownPlan.get());
     m_program.explainNoMatch();
     if (mailsAtOnce) {
       mail();
     }
+    return true;
   });
   if (!mailsAtOnce) {
     mail();
@@ -128,9 +129,10 @@ void MainWindow::process() {
   tellWaitingMails();
 }
 
-/// How `job` ended is told above the page; and on the desktop when the person looks elsewhere.
+/// How `job` ended is told above the page, and on the desktop when the person looks elsewhere;
+/// unless it says that nothing was to be split.
 void MainWindow::split(const QString& title, const SplitSetup& setup,
-                       const std::function<void(RunEnd& end)>& job) {
+                       const std::function<bool(RunEnd& end)>& job) {
   if (m_parts.waitingMails.forget) {
     m_parts.waitingMails.forget();
   }
@@ -139,12 +141,13 @@ void MainWindow::split(const QString& title, const SplitSetup& setup,
   QElapsedTimer elapsed;
   elapsed.start();
   RunEnd end;
+  bool isSplit = false;
   work(
       title,
       [&] {
         const QScopedValueRollback telling(m_ending, &end);
         m_mail = m_program.unattendedMail();
-        job(end);
+        isSplit = job(end);
         m_mail->finish();
       },
       phasesOf(setup));
@@ -154,7 +157,9 @@ void MainWindow::split(const QString& title, const SplitSetup& setup,
   m_feed->setPaused(false);
   showSetup(); // and plan against what is in the folder now
   end.elapsedMs = elapsed.elapsed();
-  tellEnd(end);
+  if (isSplit) {
+    tellEnd(end);
+  }
 }
 
 void MainWindow::tellEnd(RunEnd& end) {
@@ -228,6 +233,7 @@ void MainWindow::processList() {
       mailOutputs(m_program.store().working(), m_parts.mailBatchSource);
     });
     end.hasFailed = result.failed > 0;
+    return true;
   });
   tellList(false);
   if (setup.emailEnable && m_parts.mailBatchEnd) {
@@ -307,6 +313,7 @@ void MainWindow::runCommandLine(const CommandLine& line) {
   split(QStringLiteral("Processing"), currentSetup(), [&](RunEnd& end) {
     ended = m_program.handleCommandLine(line);
     end.hasFailed = ended.exitCode != 0;
+    return end.hasFailed || m_program.driver().totals().sources > 0;
   });
   if (ended.exitCode != 0 && !m_program.driver().state().userStop) {
     m_activity->setStatus(QStringLiteral("Ready. The run ended with %1.").arg(ended.exitCode));
