@@ -35,6 +35,12 @@ struct Candidate {
     return false;
   }
 
+  /// Print that looks like bars along one line is none.
+  bool isSerious() const {
+    return best.text.size() >= lettersOfWeak &&
+           (best.symbology != Symbology::Weak || best.lines > 1 || isSure());
+  }
+
   bool outweighs(const Candidate& other) const {
     // Bars are seen in the squares of a symbol, never the other way round.
     if (best.symbology == Symbology::Matrix || other.best.symbology == Symbology::Matrix) {
@@ -80,6 +86,16 @@ public:
     return barcodes;
   }
 
+  bool hasDoubtful() const {
+    const std::vector<Barcode> found = sure();
+    return std::any_of(m_candidates.begin(), m_candidates.end(), [&](const Candidate& candidate) {
+      return candidate.isSerious() &&
+             std::none_of(found.begin(), found.end(), [&](const Barcode& barcode) {
+               return isOnePlace(barcode.box, candidate.best.box);
+             });
+    });
+  }
+
   bool hasSureIn(const PixelBox& box) const {
     const std::vector<Barcode> found = sure();
     return std::any_of(found.begin(), found.end(),
@@ -118,8 +134,8 @@ Reading asPrinted(Reading reading) {
   return reading;
 }
 
-std::vector<Barcode> findBarcodes(const GreyPicture& page, double pixelsPerMillimetre,
-                                  const ReaderStep& step) {
+FoundBarcodes findBarcodes(const GreyPicture& page, double pixelsPerMillimetre,
+                           const ReaderStep& step) {
   Candidates candidates(pixelsPerMillimetre);
   int number = 0;
   const auto read = [&](auto reader, const GreyPicture& picture, int left, int top, int scale) {
@@ -149,7 +165,7 @@ std::vector<Barcode> findBarcodes(const GreyPicture& page, double pixelsPerMilli
       read(readWithZBar, large, left, top, 2);
     }
   }
-  return candidates.sure();
+  return {candidates.sure(), candidates.hasDoubtful()};
 }
 
 } // namespace scanlite

@@ -103,7 +103,8 @@ public:
     };
     const double across = picture.width / width;
     const double down = picture.height / height;
-    for (const Barcode& code : findBarcodes(picture, scale / millimetresAPoint, step)) {
+    const FoundBarcodes found = findBarcodes(picture, scale / millimetresAPoint, step);
+    for (const Barcode& code : found.sure) {
       QByteArray line = "code";
       for (const double value : {code.box.left / across, code.box.top / down,
                                  code.box.right / across, code.box.bottom / down}) {
@@ -111,7 +112,7 @@ public:
       }
       tell(line + ' ' + code.kind + ' ' + QByteArray::fromStdString(code.text).toHex());
     }
-    tell("done");
+    tell(found.hasDoubtful ? "doubtful" : "done");
   }
 
 private:

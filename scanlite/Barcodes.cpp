@@ -64,8 +64,11 @@ private:
     } else if (words[0] == "undrawn") {
       isDone = true;
       tellProblem(QStringLiteral("it could not be drawn, its barcodes are missing"));
-    } else if (words[0] == "done") {
+    } else if (words[0] == "done" || words[0] == "doubtful") {
       isDone = true;
+      if (words[0] == "doubtful") {
+        tellProblem(QStringLiteral("a barcode cannot be read for sure and is left out"));
+      }
       if (!m_codes.empty()) {
         found.ofPage[page] = m_codes;
       }

@@ -27,9 +27,10 @@ int main(int argc, char* argv[]) {
   const scanlite::ScanOutcome outcome = scanlite::addTextLayer(arguments[1], arguments[2]);
   if (outcome.result != scanlite::ScanResult::Done) {
     std::fprintf(stderr, "Scanlite: %s: %s\n", qPrintable(arguments[1]), qPrintable(outcome.text));
+    return static_cast<int>(outcome.result);
   }
   for (const QString& note : outcome.notes) {
     std::fprintf(stderr, "%s: %s\n", qPrintable(arguments[1]), qPrintable(note));
   }
-  return static_cast<int>(outcome.result);
+  return static_cast<int>(scanlite::ScanResult::Done);
 }

@@ -46,8 +46,8 @@ protected:
 
 /// Five symbologies, turned on the glass, tilted, and turned back by the page's own entry.
 TEST_F(Barcodes, NameTheOutputsAndStandAtTheirPlace) {
-  const std::vector<Sheet> sheets = makeSheets({"--sheets", "10", "--step", "7"});
-  ASSERT_EQ(sheets.size(), 10U);
+  const std::vector<Sheet> sheets = makeSheets({"--sheets", "6", "--step", "7"});
+  ASSERT_EQ(sheets.size(), 6U);
   const ProgramRun run = place.run({fxs(), "-f" + place.at("sheets.pdf"), "-c"});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
   QStringList names;
@@ -73,6 +73,43 @@ TEST_F(Barcodes, NameTheOutputsAndStandAtTheirPlace) {
     EXPECT_NEAR(library.getWordY(), sheet.v, 8);
   }
   library.PdfTextDumpCloseFile();
+}
+
+/// A separator that was not looked at joins two documents: its page is told, and it alone is lost.
+TEST_F(Barcodes, PageThatIsTooMuchCostsItselfAndIsTold) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers reserve more memory than any limit leaves";
+#endif
+  const std::vector<Sheet> sheets = makeSheets({"--sheets", "2", "--large-second"});
+  const ProgramRun run =
+      place.run({"-c", "ulimit -v 250000; exec \"$@\"", "sh", FOLIVEX_BIN_DIR "/Scanlite",
+                 place.at("sheets.pdf"), place.at("copy.pdf"), "0"},
+                "sh");
+  EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+  EXPECT_TRUE(run.err.contains("page 2: it could not be drawn")) << run.err.toStdString();
+  const QStringList texts = pageTexts(place.at("copy.pdf"));
+  ASSERT_EQ(texts.size(), 3);
+  EXPECT_TRUE(texts[0].contains(sheets[0].text)) << texts[0].toStdString();
+  EXPECT_TRUE(texts[2].contains(sheets[1].text)) << texts[2].toStdString();
+}
+
+/// The process that goes on behind one that died of reading the whole picture.
+TEST_F(Barcodes, WithoutTheStepThatAReaderDiedOfTheOthersFindThem) {
+  const std::vector<Sheet> sheets = makeSheets({"--sheets", "2", "--dpi", "200"});
+  const QString found = place.at("found.txt");
+  writeFile(found, "pages 2\npa"); // half a line
+  const ProgramRun run = place.run({"--barcodes", place.at("sheets.pdf"), found, "1", "0"},
+                                   QStringLiteral(FOLIVEX_BIN_DIR "/Scanlite"));
+  EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+  const QString lines = QString::fromUtf8(contentOf(found));
+  const QString first = lines.section("\npage 1\n", 1).section("\npage 2\n", 0, 0);
+  const QString second = lines.section("\npage 2\n", 1);
+  EXPECT_FALSE(first.contains("step 0\n")) << lines.toStdString();
+  EXPECT_TRUE(second.startsWith("step 0\n")) << lines.toStdString();
+  for (const auto& [page, sheet] : {std::pair{first, sheets[0]}, std::pair{second, sheets[1]}}) {
+    EXPECT_TRUE(page.contains(' ' + QString::fromLatin1(sheet.text.toUtf8().toHex()) + '\n'))
+        << lines.toStdString();
+  }
 }
 
 /// Words that were read without barcodes, or in their stead, are other words.

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""make_barcodes.py TARGET TRUTH [--sheets N] [--step N] [--seed S] [--dpi D ...]: sheets with one barcode each
-as a scanner would give them.
+"""make_barcodes.py TARGET TRUTH [--sheets N] [--step N] [--seed S] [--dpi D ...] [--large-second]: sheets with
+one barcode each as a scanner would give them; behind the first a black page of a square metre, when asked for.
 
 Every combination of kind, turn and resolution comes once before one comes again; with --step N each Nth is
 taken. A TRUTH line is "page kind turn dpi text h v", h and v in points where the left edge of the symbol with
@@ -107,6 +107,7 @@ def main():
     parser.add_argument("--step", type=int, default=1)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--dpi", type=int, nargs="+", default=[200, 300, 150])
+    parser.add_argument("--large-second", action="store_true")
     arguments = parser.parse_args()
     rng = random.Random(arguments.seed)
     scans = fitz.open()
@@ -124,6 +125,9 @@ def main():
                 seen.set_rotation(90)
             h, v = seen_place(box, turn)
             truth.write(f"{number} {kind} {turn} {dpi} {text} {h} {v}\n")
+    if arguments.large_second:
+        large = scans.new_page(1, width=1000 * MM, height=1000 * MM)
+        large.draw_rect(large.rect, fill=(0, 0, 0))
     scans.save(arguments.target)
 
 
