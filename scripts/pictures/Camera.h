@@ -50,6 +50,7 @@ public:
     window.show();
     window.resize(size);
     QApplication::processEvents();
+    QApplication::processEvents(); // what the new size has asked for
     takeShown(window, name);
     window.hide();
   }
