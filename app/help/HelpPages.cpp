@@ -24,9 +24,10 @@ const QMap<QString, QString>& aliases() {
 
 const QStringList& helpPages() {
   static const QStringList pages =
-      QStringLiteral("index first-split suggest recipes source find-words positions ranges names tokens "
-                     "output plan viewer reports other-settings external-command ocr batch email "
-                     "email-settings email-list messages command-line files updates problem-report")
+      QStringLiteral(
+          "index first-split suggest recipes source find-words positions ranges names tokens "
+          "output plan viewer reports other-settings external-command ocr batch email "
+          "email-settings email-list messages command-line files updates problem-report")
           .split(u' ');
   return pages;
 }
