@@ -167,7 +167,9 @@ void MainWindow::buildMenus() {
   m_menus.add("&Edit", {
       {"undo", "&Undo", "Ctrl+Z", "Take back the last change of a setting", [this] { m_history.stack().undo(); }},
       {"redo", "&Redo", "Ctrl+Shift+Z", "Make the change again that was taken back", [this] { m_history.stack().redo(); }},
-      {"find", "&Find in Pages...", "Ctrl+F", "Look for words in the pages", [this] { m_page->find(); }, AfterLine}});
+      {"find", "&Find in Pages...", "Ctrl+F", "Look for words in the pages", [this] { m_page->find(); }, AfterLine},
+      {"findOnwards", "Find &Next", "F3", "Go to the next place that has them", [this] { m_page->findNext(1); }},
+      {"findBackwards", "Find &Previous", "Shift+F3", "Go to the place before", [this] { m_page->findNext(-1); }}});
   m_viewMenu = m_menus.add("&View", {
       {"viewPage", "&Go to Page", "F8", "Type the number of the page to see", [this] { viewPage(); }, AfterLine},
       {"arrangePanes", "&Arrange Panes Anew", "", "Put all panes where they were at the first start", [this] { m_docks->arrangeAnew(); }, AfterLine | WithoutLibraries}});

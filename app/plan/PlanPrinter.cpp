@@ -15,18 +15,21 @@ bool hasAddresses(const SplitPlan& plan) {
                      [](const PlannedOutput& output) { return !output.address.isEmpty(); });
 }
 
+QStringList fieldsOf(const PlannedOutput& output, bool withAddress) {
+  QStringList fields = {output.matchedText, output.path, fateText(output.fate)};
+  return withAddress ? fields << output.address : fields;
+}
+
 QString planAsCsv(const SplitPlan& plan) {
   const bool addresses = hasAddresses(plan);
   QString text = QStringLiteral("Start Page,End Page,Matched,Output File,Note%1\n")
                      .arg(addresses ? QStringLiteral(",Email") : QString());
   for (const PlannedOutput& output : plan.outputs) {
-    QStringList row = {QString::number(output.firstPage), QString::number(output.lastPage),
-                       csvField(output.matchedText), csvField(output.path),
-                       csvField(fateText(output.fate))};
-    if (addresses) {
-      row += csvField(output.address);
+    text += QStringLiteral("%1,%2").arg(output.firstPage).arg(output.lastPage);
+    for (const QString& field : fieldsOf(output, addresses)) {
+      text += u',' + csvField(field);
     }
-    text += row.join(QLatin1Char(',')) + QLatin1Char('\n');
+    text += u'\n';
   }
   return text;
 }
@@ -54,18 +57,15 @@ QString aligned(const std::vector<QStringList>& rows) {
 }
 
 QString planAsTable(const SplitPlan& plan) {
+  const bool addresses = hasAddresses(plan);
   std::vector<QStringList> rows = {{QStringLiteral("Pages"), QStringLiteral("Matched"),
                                     QStringLiteral("Output File"), QStringLiteral("Note")}};
-  rows.reserve(plan.outputs.size() + 1);
-  for (const PlannedOutput& output : plan.outputs) {
-    rows.push_back({QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage),
-                    output.matchedText, output.path, fateText(output.fate)});
-  }
-  if (hasAddresses(plan)) {
+  if (addresses) {
     rows.front() += QStringLiteral("Email");
-    for (std::size_t i = 0; i < plan.outputs.size(); ++i) {
-      rows[i + 1] += plan.outputs[i].address;
-    }
+  }
+  for (const PlannedOutput& output : plan.outputs) {
+    rows.push_back(QStringList(QStringLiteral("%1-%2").arg(output.firstPage).arg(output.lastPage)) +
+                   fieldsOf(output, addresses));
   }
   return aligned(rows) + QLatin1Char('\n') + plan.account.summary(plan.fileCount) +
          QLatin1Char('\n');

@@ -3,19 +3,17 @@
 
 #include "engine/match/MatchObserver.h"
 
-#include <QMetaObject>
+#include <QEventLoop>
 
 #include <functional>
-
-class QEventLoop;
 
 namespace folivex {
 
 class PagePane;
 
 /// Handed to JobDriver::ShowMatches(). Each match is shown in the viewer, and the scan stands still
-/// until the person goes on; other windows live on meanwhile. Stopping, closing the viewer and
-/// ending the program all end the walk. The viewer should have the scanned file open.
+/// until the person goes on; other windows live on meanwhile. Stopping and ending the program end
+/// the walk. The viewer must outlive it, and should have the scanned file open.
 class MatchWalker : public MatchObserver {
 public:
   /// `stopScan` ends a scan that is between two matches (JobDriver::Stop).
@@ -31,12 +29,9 @@ public:
   bool onMatch(int pageIndex, const QString& word, int h, int v) override;
 
 private:
-  bool waitForPerson();
-
-  PagePane* m_viewer; ///< null once it is gone
-  QMetaObject::Connection m_gone;
+  PagePane& m_viewer;
   std::function<void()> m_stopScan;
-  QEventLoop* m_waiting = nullptr; ///< while a match is looked at
+  QEventLoop m_wait; ///< while a match is looked at
   bool m_stopped = false;
   int m_matches = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QHash>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -126,18 +127,19 @@ QRectF PageCanvas::sheet() const {
   return {QPointF(left, top), m_sheetSize};
 }
 
-QRectF PageCanvas::onCanvas(const QRectF& box) const {
+QTransform PageCanvas::pageToCanvas() const {
   const QRectF whole = sheet();
-  const double across = whole.width() / std::max(m_page->size.width(), 1e-6);
-  const double down = whole.height() / std::max(m_page->size.height(), 1e-6);
-  return {whole.left() + box.left() * across, whole.top() + box.top() * down, box.width() * across,
-          box.height() * down};
+  return QTransform::fromTranslate(whole.left(), whole.top())
+      .scale(whole.width() / std::max(m_page->size.width(), 1e-6),
+             whole.height() / std::max(m_page->size.height(), 1e-6));
+}
+
+QRectF PageCanvas::onCanvas(const QRectF& box) const {
+  return pageToCanvas().mapRect(box);
 }
 
 QPointF PageCanvas::toPage(QPointF place) const {
-  const QRectF whole = sheet();
-  return {(place.x() - whole.left()) * m_page->size.width() / whole.width(),
-          (place.y() - whole.top()) * m_page->size.height() / whole.height()};
+  return pageToCanvas().inverted().map(place);
 }
 
 QRectF PageCanvas::wordBox(int word) const {
@@ -365,15 +367,14 @@ void PageCanvas::keyPressEvent(QKeyEvent* event) {
     event->ignore();
     return;
   }
+  static const QHash<int, WordStep> steps = {{Qt::Key_Left, WordStep::Left},
+                                             {Qt::Key_Right, WordStep::Right},
+                                             {Qt::Key_Up, WordStep::Up},
+                                             {Qt::Key_Down, WordStep::Down}};
+  if (const auto step = steps.find(event->key()); step != steps.end()) {
+    return moveCursor(map().step(m_cursor, *step));
+  }
   switch (event->key()) {
-  case Qt::Key_Left:
-    return moveCursor(map().step(m_cursor, WordStep::Left));
-  case Qt::Key_Right:
-    return moveCursor(map().step(m_cursor, WordStep::Right));
-  case Qt::Key_Up:
-    return moveCursor(map().step(m_cursor, WordStep::Up));
-  case Qt::Key_Down:
-    return moveCursor(map().step(m_cursor, WordStep::Down));
   case Qt::Key_Return:
   case Qt::Key_Enter:
     if (m_cursor >= 0) {

@@ -5,6 +5,7 @@
 #include "app/viewer/ViewedPage.h"
 #include "engine/job/SplitPlan.h"
 
+#include <QTransform>
 #include <QWidget>
 
 #include <functional>
@@ -82,6 +83,7 @@ private:
   void findMarked();
   PageWordMap map() const { return PageWordMap(m_page->words); }
   void wantMenu(QPointF besideWords);
+  QTransform pageToCanvas() const;
   QPointF toPage(QPointF onCanvas) const;
   void hover(QPointF place);
   void dragTo(QPointF place);

@@ -8,6 +8,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 #include <span>
@@ -34,18 +35,20 @@ public:
     // A pipe or a device may never come to an end.
     const QString path = platform::withoutTrailingBlanks(file.path);
     if (const QFileInfo info(path); info.exists() && !info.isFile()) {
-      m_problem = QStringLiteral("is no ordinary file");
+      m_opened.problem = QStringLiteral("is no ordinary file");
       return;
     }
     int32_t result = GLYPHRUN_OK;
     m_view = m_library.openView(path, file.password, &result);
     if (m_view == nullptr) {
-      m_problem = openingProblem(result, !file.password.isEmpty());
-      m_needsPassword = result == GLYPHRUN_WRONG_PASSWORD;
-    } else if (pageCount() < 1) {
-      m_problem = QStringLiteral("has no pages");
-    } else {
-      m_library.SetViewWordSpacing(m_view, file.wordSpacing);
+      m_opened.problem = openingProblem(result, !file.password.isEmpty());
+      m_opened.needsPassword = result == GLYPHRUN_WRONG_PASSWORD;
+      return;
+    }
+    m_library.SetViewWordSpacing(m_view, file.wordSpacing);
+    m_opened.pageCount = std::max(m_library.GetViewPageCount(m_view), 0);
+    if (m_opened.pageCount == 0) {
+      m_opened.problem = QStringLiteral("has no pages");
     }
   }
   View(const View&) = delete;
@@ -56,9 +59,7 @@ public:
     }
   }
 
-  int pageCount() const { return m_view != nullptr ? m_library.GetViewPageCount(m_view) : 0; }
-  const QString& problem() const { return m_problem; }
-  bool needsPassword() const { return m_needsPassword; }
+  const OpenedFile& opened() const { return m_opened; }
 
   /// For any thread: the page that is being drawn is given up soon, and those that follow at once.
   void abandon() { m_library.AbortView(m_view); }
@@ -69,7 +70,7 @@ public:
     const int result = m_library.GetViewPageSize(m_view, into.page, &width, &height);
     const bool hasSize = std::isfinite(width) && std::isfinite(height) && width > 0 && height > 0;
     if (result != GLYPHRUN_OK || !hasSize) {
-      into.problem = QStringLiteral("Page %1 is damaged and cannot be drawn.").arg(into.page);
+      into.problem = drawProblem(into.page, result, QString());
       return;
     }
     into.size = QSizeF(width, height);
@@ -121,8 +122,7 @@ private:
   Reads m_reads;
   bool m_swapAxes;
   GlyphrunView* m_view = nullptr;
-  QString m_problem;
-  bool m_needsPassword = false;
+  OpenedFile m_opened;
 };
 
 PageLoader::PageLoader(CPDFTextDumpInit& library, Reads reads)
@@ -144,6 +144,7 @@ void PageLoader::open(const ViewedFile& file) {
     ++m_generation;
     m_toOpen = file;
     m_wanted.clear();
+    m_loading = 0;
     abandonView();
   }
   m_due.notify_one();
@@ -160,6 +161,9 @@ void PageLoader::want(const std::vector<int>& pages, const PageSizing& sizing) {
   {
     const std::lock_guard lock(m_mutex);
     m_wanted.assign(pages.begin(), pages.end());
+    if (sizing == m_sizing) {
+      std::erase(m_wanted, m_loading); // it comes
+    }
     m_sizing = sizing;
   }
   m_due.notify_one();
@@ -180,11 +184,13 @@ void PageLoader::work() {
     } else {
       const int page = m_wanted.front();
       m_wanted.pop_front();
+      m_loading = page;
       const PageSizing sizing = m_sizing;
       lock.unlock();
       loadPage(page, sizing, generation);
     }
     lock.lock();
+    m_loading = 0;
   }
   lock.unlock();
   changeView(nullptr);
@@ -202,16 +208,12 @@ void PageLoader::openView(const ViewedFile& file, int generation) {
     return;
   }
   auto view = std::make_unique<View>(m_library, file, m_reads);
-  OpenedFile opened{0, view->problem(), view->needsPassword()};
-  if (opened.problem.isEmpty()) {
-    opened.pageCount = view->pageCount();
-  }
+  answer(generation, [this, opened = view->opened()] { onOpened(opened); });
   changeView(std::move(view));
-  answer(generation, [this, opened] { onOpened(opened); });
 }
 
 void PageLoader::loadPage(int page, const PageSizing& sizing, int generation) {
-  if (!m_view || !m_view->problem().isEmpty()) {
+  if (!m_view || m_view->opened().pageCount == 0) {
     return;
   }
   auto loaded = std::make_shared<ViewedPage>();

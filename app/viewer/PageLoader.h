@@ -58,6 +58,7 @@ private:
   std::condition_variable m_due;
   std::optional<ViewedFile> m_toOpen;
   std::deque<int> m_wanted;
+  int m_loading = 0; ///< page that is on its way; 0 for none
   PageSizing m_sizing;
   int m_generation = 0; ///< counts the files opened; written by the window's thread alone
   bool m_ending = false;

@@ -51,32 +51,21 @@ PageNotice::PageNotice(QWidget* parent) : QWidget(parent), m_text(new QLabel(thi
 }
 
 void PageNotice::showStart() {
-  show(QStringLiteral("Drop a PDF here, open one, or try the sample."), Answers::Start);
+  tell(Kind::Start, QStringLiteral("Drop a PDF here, open one, or try the sample."));
 }
 
-void PageNotice::showWait(const QString& text) {
-  show(text, Answers::None);
+void PageNotice::forgetPassword() {
+  m_password->clear();
 }
 
-void PageNotice::showProblem(const QString& text) {
-  show(text, Answers::Again);
-}
-
-void PageNotice::askForPassword(const QString& text, bool isNew) {
-  if (isNew) {
-    m_password->clear();
-  }
-  show(text, Answers::Password);
-  m_password->selectAll();
-}
-
-void PageNotice::show(const QString& text, Answers answers) {
+void PageNotice::tell(Kind kind, const QString& text) {
   m_text->setText(text);
   // Who typed a password goes on typing there while it is tried.
   const bool isTyping = m_passwordRow->isAncestorOf(QApplication::focusWidget());
-  m_start->setVisible(answers == Answers::Start);
-  m_again->setVisible(answers == Answers::Again);
-  m_passwordRow->setVisible(answers == Answers::Password || (answers == Answers::None && isTyping));
+  m_start->setVisible(kind == Kind::Start);
+  m_again->setVisible(kind == Kind::Problem);
+  m_passwordRow->setVisible(kind == Kind::Password || (kind == Kind::Wait && isTyping));
+  m_password->selectAll();
 }
 
 } // namespace folivex

@@ -18,12 +18,15 @@ public:
 
   /// No file yet.
   void showStart();
-  /// Nothing to be done but to wait.
-  void showWait(const QString& text);
-  /// Something that another try may get over.
-  void showProblem(const QString& text);
-  /// What was typed stays for another try; it goes when `isNew` says that it was another file's.
-  void askForPassword(const QString& text, bool isNew);
+  enum class Kind {
+    Start,
+    Wait,    ///< nothing to be done
+    Problem, ///< another try may get over it
+    Password ///< it is missing, or wrong; what was typed stays for another try
+  };
+  void tell(Kind kind, const QString& text);
+  /// What was typed was for another file.
+  void forgetPassword();
 
   std::function<void()> onOpenWanted;
   std::function<void()> onSampleWanted;
@@ -31,9 +34,6 @@ public:
   std::function<void(const QString& password)> onPassword;
 
 private:
-  enum class Answers { None, Start, Again, Password };
-  void show(const QString& text, Answers answers);
-
   QLabel* m_text;
   QWidget* m_start = nullptr;
   QPushButton* m_again = nullptr;

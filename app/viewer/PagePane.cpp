@@ -6,7 +6,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -23,6 +22,8 @@
 namespace folivex {
 
 namespace {
+
+using Kind = PageNotice::Kind;
 
 constexpr qsizetype cacheBytes = qsizetype{96} << 20;
 constexpr double zoomStep = 1.2;
@@ -98,9 +99,9 @@ void PagePane::openFile(const ViewedFile& file) {
     m_marks.reset();
     m_offer->hide();
     setWords(nullptr);
+    m_notice->forgetPassword();
   }
   m_canvas->setSwapAxes(file.swapAxes);
-  setWindowTitle(QStringLiteral("%1 - Page viewer").arg(QFileInfo(file.path).fileName()));
   reload();
 }
 
@@ -108,10 +109,11 @@ void PagePane::reload() {
   m_page = std::max(m_page, 1);
   m_isOpening = m_loader != nullptr;
   if (m_loader) {
-    m_notice->showWait(QStringLiteral("Opening %1 ...").arg(m_file.path));
+    m_notice->tell(Kind::Wait, QStringLiteral("Opening %1 ...").arg(m_file.path));
     m_loader->open(m_file);
   } else {
-    m_notice->showWait(m_file.path + QStringLiteral(": the library that reads pages is missing"));
+    m_notice->tell(Kind::Wait,
+                   m_file.path + QStringLiteral(": the library that reads pages is missing"));
   }
   leavePage();
 }
@@ -121,8 +123,9 @@ void PagePane::opened(const OpenedFile& file) {
   m_pageCount = file.pageCount;
   if (m_pageCount < 1) {
     updateControls();
-    tellUnopened(file);
-    return;
+    m_isPasswordTyped = false;
+    return m_notice->tell(file.needsPassword ? Kind::Password : Kind::Problem,
+                          QStringLiteral("%1: %2").arg(m_file.path, file.problem));
   }
   {
     const QSignalBlocker quiet(m_pageField);
@@ -142,27 +145,15 @@ void PagePane::opened(const OpenedFile& file) {
   }
 }
 
-void PagePane::tellUnopened(const OpenedFile& file) {
-  const QString text = QStringLiteral("%1: %2").arg(m_file.path, file.problem);
-  const bool isAnotherTry = std::exchange(m_isPasswordTyped, false);
-  if (file.needsPassword) {
-    m_notice->askForPassword(text, !isAnotherTry);
-  } else {
-    m_notice->showProblem(text);
-  }
-}
-
 /// There is no page to show: the notice says why.
 void PagePane::leavePage() {
   m_pageCount = 0;
   m_cache.clear();
   m_stack->setCurrentWidget(m_notice);
-  m_canvas->show(std::make_shared<ViewedPage>(), sizing());
   m_pageCountText->clear();
-  m_pageProblem->hide();
   tell({});
   m_findBar->leave();
-  updateControls();
+  display(std::make_shared<ViewedPage>());
   tellCurrent();
   onOpened();
 }
@@ -193,12 +184,7 @@ void PagePane::showPage(int page, From from) {
   display(here);
   QScrollBar* bar = m_area->verticalScrollBar();
   bar->setValue(from == From::Top ? bar->minimum() : bar->maximum());
-  {
-    const QSignalBlocker quiet(m_pageField);
-    m_pageField->setValue(m_page);
-  }
-  updateControls();
-  request();
+  m_pageField->setValue(m_page);
   tellMatch();
   if (m_page != before) {
     onPageChanged(m_page);
@@ -225,9 +211,9 @@ std::shared_ptr<const ViewedPage> PagePane::kept(int page) {
 
 bool PagePane::isSharp(int page) {
   const auto here = kept(page);
-  const bool isRead = here && (!here->size.isEmpty() || !here->problem.isEmpty());
-  return isRead &&
-         (here->size.isEmpty() || here->pixelsPerPoint == pixelsPerPoint(here->size, sizing()));
+  return here &&
+         (here->size.isEmpty() ? !here->problem.isEmpty()
+                               : here->pixelsPerPoint == pixelsPerPoint(here->size, sizing()));
 }
 
 /// Asks for the page shown; when it is here, for its neighbours, which are likely to be next.
@@ -252,13 +238,9 @@ void PagePane::arrived(const std::shared_ptr<const ViewedPage>& page) {
   // One that is larger than all of the room pushes the others out, and is kept.
   m_cache.insert(page->page, new std::shared_ptr<const ViewedPage>(page),
                  std::min<qsizetype>(page->bytes(), cacheBytes));
-  if (page->page != m_page) {
-    return;
+  if (page->page == m_page) {
+    display(page);
   }
-  display(page);
-  updateControls();
-  request();
-  tellMatch();
 }
 
 void PagePane::display(const std::shared_ptr<const ViewedPage>& page) {
@@ -269,15 +251,16 @@ void PagePane::display(const std::shared_ptr<const ViewedPage>& page) {
   m_area->fitCanvas();
   m_pageProblem->setText(page->problem);
   m_pageProblem->setVisible(!page->problem.isEmpty());
+  updateControls();
+  request();
+  tellMatch();
   m_findBar->pageShown();
 }
 
 void PagePane::setMarks(std::shared_ptr<const std::vector<PlanMark>> marks) {
   m_marks = std::move(marks);
-  if (m_pageCount > 0) {
-    display(m_canvas->shared());
-    tellCurrent();
-  }
+  fitAgain();
+  tellCurrent();
 }
 
 void PagePane::showOffer(const QString& text, std::vector<OfferButton> buttons) {
@@ -313,13 +296,7 @@ void PagePane::zoomBy(double steps) {
 }
 
 void PagePane::fitAgain() {
-  if (m_pageCount == 0) {
-    updateControls();
-    return;
-  }
   display(m_canvas->shared());
-  updateControls();
-  request();
 }
 
 void PagePane::beginWalk() {
@@ -378,11 +355,6 @@ void PagePane::stopWalk() {
   if (isWalking()) {
     onStop();
   }
-}
-
-void PagePane::closeEvent(QCloseEvent* event) {
-  stopWalk();
-  QWidget::closeEvent(event);
 }
 
 void PagePane::showEvent(QShowEvent* event) {

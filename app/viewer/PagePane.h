@@ -27,8 +27,7 @@ class PageArea;
 class PageNotice;
 class WordTable;
 
-/// A part of a window, or a window of its own. A file is opened, read and drawn by a thread of its
-/// own.
+/// A file is opened, read and drawn by a thread of its own.
 class PagePane : public QWidget {
 public:
   explicit PagePane(QWidget* parent = nullptr);
@@ -74,7 +73,7 @@ public:
   void showMatch(const PlanMark& match, int number);
   void endWalk();
   std::function<void()> onNext;
-  std::function<void()> onStop; ///< the button, Escape, or the window was closed
+  std::function<void()> onStop; ///< the button, or Escape
 
   /// A file was opened, or is open no more.
   std::function<void()> onOpened = [] {};
@@ -87,7 +86,6 @@ public:
   std::function<void(const QString& password)> onPassword = [](const QString&) {};
 
 protected:
-  void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
@@ -102,7 +100,6 @@ private:
 
   void reload();
   void opened(const OpenedFile& file);
-  void tellUnopened(const OpenedFile& file);
   void leavePage();
   void turn(int pages);
   enum class From { Top, Bottom };

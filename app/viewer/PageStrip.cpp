@@ -191,7 +191,6 @@ void PageStrip::showFile(const ViewedFile& file, int pageCount) {
   }
   m_pages->setCount(pageCount);
   setCurrentPage(1);
-  request();
 }
 
 void PageStrip::setBands(std::optional<std::vector<PageBand>> bands) {
@@ -250,16 +249,11 @@ void PageStrip::layOut() {
 void PageStrip::resizeEvent(QResizeEvent* event) {
   layOut();
   QListView::resizeEvent(event);
-  request();
 }
 
-void PageStrip::showEvent(QShowEvent* event) {
-  QListView::showEvent(event);
-  request();
-}
-
-void PageStrip::scrollContentsBy(int dx, int dy) {
-  QListView::scrollContentsBy(dx, dy);
+/// Whatever has brought pages into sight.
+void PageStrip::paintEvent(QPaintEvent* event) {
+  QListView::paintEvent(event);
   request();
 }
 
@@ -270,32 +264,25 @@ void PageStrip::changeEvent(QEvent* event) {
   }
 }
 
-PageSizing PageStrip::sizing() const {
-  return {PageSizing::Fit::Page, 1, largestSmallPage + QSize(2 * sheetMargin, 2 * sheetMargin),
-          devicePixelRatioF()};
-}
-
 /// Asks for the pictures in sight that are not here, then for a screen of them below and above.
 void PageStrip::request() {
-  if (!m_loader || m_pages->rowCount() == 0 || !isVisible()) {
+  if (!m_loader) {
     return;
   }
   const int firstRow = verticalOffset() / gridSize().height();
   const int rows = viewport()->height() / gridSize().height() + 2;
   std::vector<int> missing;
-  const auto ask = [&](int fromRow) {
-    const int from = std::max(fromRow * m_columns + 1, 1);
-    const int to = std::min((fromRow + rows) * m_columns, m_pages->rowCount());
-    for (int page = from; page <= to; ++page) {
+  for (const int fromRow : {firstRow, firstRow + rows, firstRow - rows}) {
+    const int last = std::min((fromRow + rows) * m_columns, m_pages->rowCount());
+    for (int page = std::max(fromRow * m_columns + 1, 1); page <= last; ++page) {
       if (!m_pictures.contains(page)) {
         missing.push_back(page);
       }
     }
-  };
-  for (const int fromRow : {firstRow, firstRow + rows, firstRow - rows}) {
-    ask(fromRow);
   }
-  m_loader->want(missing, sizing());
+  m_loader->want(missing,
+                 {PageSizing::Fit::Page, 1,
+                  largestSmallPage + QSize(2 * sheetMargin, 2 * sheetMargin), devicePixelRatioF()});
 }
 
 void PageStrip::arrived(const ViewedPage& page) {

@@ -52,8 +52,7 @@ public:
 protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void resizeEvent(QResizeEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void scrollContentsBy(int dx, int dy) override;
+  void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
 
 private:
@@ -63,7 +62,6 @@ private:
   void arrived(const ViewedPage& page);
   void layOut();
   void request();
-  PageSizing sizing() const;
   const PageBand* bandOf(int page) const;
 
   ViewedFile m_file;

@@ -61,16 +61,10 @@ int PageWordMap::wordAt(QPointF point) const {
 int PageWordMap::nearestInLine(int someOfLine, double middle) const {
   int nearest = someOfLine;
   const auto distance = [&](int i) { return std::abs(at(i).box.center().x() - middle); };
-  const auto look = [&](int i) {
-    if (distance(i) < distance(nearest)) {
+  for (int i = 0; i < count(); ++i) {
+    if (at(i).line == at(someOfLine).line && distance(i) < distance(nearest)) {
       nearest = i;
     }
-  };
-  for (int i = someOfLine; i >= 0 && at(i).line == at(someOfLine).line; --i) {
-    look(i);
-  }
-  for (int i = someOfLine; i < count() && at(i).line == at(someOfLine).line; ++i) {
-    look(i);
   }
   return nearest;
 }

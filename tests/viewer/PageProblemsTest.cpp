@@ -134,7 +134,6 @@ TEST_F(PageProblems, FilesOpenedInARowLeaveTheLast) {
   open({at("copy.pdf"), {}, false});
   EXPECT_EQ(m_viewer.page(), 1) << "a page of another file means nothing here";
   EXPECT_EQ(m_viewer.pageCount(), 40);
-  EXPECT_TRUE(m_viewer.windowTitle().startsWith("copy.pdf"));
 }
 
 } // namespace
