@@ -97,6 +97,7 @@ void MainWindow::buildPanes() {
     addToolBar(area, bar);
   };
   addBar("toolBar", QStringLiteral("Commands"), Qt::TopToolBarArea, buildToolBar());
+  m_strip = new PageStrip(this); // left of the page, for the Tab key as for the eye
   auto* middle = new QWidget(this);
   m_news = new OfferLine(QStringLiteral("news"), middle);
   m_page = new PagePane(middle);
@@ -108,7 +109,6 @@ void MainWindow::buildPanes() {
   middle->setMinimumSize(leastPage);
   setCentralWidget(middle);
 
-  m_strip = new PageStrip(this);
   m_rules = new RulesPane(m_dialogs, m_memory, this);
   m_plan = new PlanPane(m_dialogs, this);
   m_docks =
@@ -140,6 +140,7 @@ QWidget* MainWindow::buildToolBar() {
   setups->addActions(
       {m_menus.action("loadSetup"), m_menus.action("saveSetup"), m_menus.action("recentSetups")});
   m_setupButton->setMenu(setups);
+  QPushButton* suggest = commandButton("suggest", QStringLiteral("Suggest"), "suggestButton");
   m_processButton = commandButton("process", QStringLiteral("&Process"), "processButton");
   QFont bold = m_processButton->font();
   bold.setBold(true);
@@ -149,7 +150,6 @@ QWidget* MainWindow::buildToolBar() {
   m_processButton->setMinimumWidth(
       m_processButton->fontMetrics().horizontalAdvance(QStringLiteral("Process 100000 file(s)")) +
       4 * air);
-  QPushButton* suggest = commandButton("suggest", QStringLiteral("Suggest"), "suggestButton");
   QWidget* bar = sideBySide(this, {open, m_setupButton, suggest, gap(), m_processButton});
   bar->layout()->setContentsMargins(air, air, air, air);
   return bar;

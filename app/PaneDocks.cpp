@@ -3,6 +3,7 @@
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDockWidget>
 #include <QMainWindow>
 
@@ -32,6 +33,13 @@ QDockWidget* PaneDocks::add(const char* name, const QString& text, QWidget* pane
   dock->toggleViewAction()->setObjectName(QStringLiteral("show-") + dock->objectName());
   dock->toggleViewAction()->setText(text);
   dock->toggleViewAction()->setToolTip(QStringLiteral("Put this pane away or bring it back"));
+  // A pane behind another one is nowhere to be seen.
+  QObject::connect(qApp, &QApplication::focusChanged, dock,
+                   [dock](const QWidget* /*before*/, const QWidget* now) {
+                     if (now != nullptr && dock->isAncestorOf(now)) {
+                       dock->raise();
+                     }
+                   });
   return dock;
 }
 

@@ -43,6 +43,13 @@ void drawBorder(const QStyleOption& option, QPainter* painter) {
   painter->restore();
 }
 
+/// Fusion does not tell which text that is only to be read has the cursor.
+void drawFrameFocus(const QStyleOption& option, QPainter* painter) {
+  painter->setPen(option.palette.color(QPalette::Highlight));
+  painter->setBrush(Qt::NoBrush);
+  painter->drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
+
 /// Fusion fills the cell, over its text.
 void drawCellFocus(const QStyleOption& option, QPainter* painter) {
   const bool isSelected = option.state.testFlag(QStyle::State_Selected);
@@ -101,6 +108,10 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   }
   const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
   const bool hasFrame = frame != nullptr && frame->lineWidth > 0;
+  if (element == PE_Frame && hasFrame && isMarked) {
+    drawFrameFocus(*option, painter);
+    return;
+  }
   if (element == PE_IndicatorCheckBox || (element == PE_FrameLineEdit && !isMarked) ||
       (element == PE_Frame && hasFrame)) {
     drawBorder(*option, painter);

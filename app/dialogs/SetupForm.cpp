@@ -4,6 +4,7 @@
 #include "app/dialogs/SetupChecks.h"
 #include "widgets/Foldout.h"
 
+#include <QApplication>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -12,6 +13,12 @@ namespace folivex {
 
 SetupForm::SetupForm(Check check, QWidget* parent)
     : QScrollArea(parent), m_check(std::move(check)) {
+  // The Tab key comes in from elsewhere, too, where the form may be scrolled away from its ends.
+  connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* /*before*/, QWidget* now) {
+    if (now != nullptr && widget()->isAncestorOf(now) && now->visibleRegion().isEmpty()) {
+      ensureWidgetVisible(now);
+    }
+  });
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
   setFocusPolicy(Qt::NoFocus); // its fields take the cursor, and it scrolls to them

@@ -51,6 +51,12 @@ CEmailListDlg::CEmailListDlg(Dialogs& dialogs, QWidget* parent)
                         QStringLiteral("Send the file with what it holds now. Look at it first"),
                         this, [this] { acceptFiles(changedAmongSelected()); });
   layOut(filter, m_table, {m_without, m_view, m_accept, gap(), m_send, cancel});
+  QWidget* before = m_filter;
+  for (QWidget* next :
+       std::initializer_list<QWidget*>{m_table, m_without, m_view, m_accept, m_send, cancel}) {
+    setTabOrder(before, next);
+    before = next;
+  }
   m_looking.callOnTimeout([this] { lookAtNextFile(); });
   connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { updateCounts(); });

@@ -78,7 +78,14 @@ TEST_F(DialogsTest, EveryControlHasANameATooltipAndALetterOfItsOwn) {
   open();
   expectWellMade(m_window.get());
   for (const QAction* menu : control<QMenuBar>(m_window.get(), "menus")->actions()) {
-    expectOwnLetters(textsOf(menu->menu()->actions()));
+    const QStringList commands = textsOf(menu->menu()->actions());
+    expectOwnLetters(commands);
+    for (const QString& command : commands) {
+      EXPECT_TRUE(command.isEmpty() || command.contains(u'&')) << command.toStdString();
+    }
+  }
+  for (const char* name : {"processButton", "stopButton", "openPdfButton"}) {
+    EXPECT_TRUE(control<QPushButton>(m_window.get(), name)->text().contains(u'&')) << name;
   }
   expectWellMade(shown<CReportOptionsDlg>().get());
   expectWellMade(shown<COtherSettingsDlg>().get());
