@@ -269,7 +269,8 @@ ScanOutcome writeBarcodeLayer(const QString& pdf, const QString& target,
       return {ScanResult::NotAPdf, QStringLiteral("its pages cannot be counted for sure")};
     }
     addBarcodes(document, barcodes.ofPage);
-    QPDFWriter writer(document, QFile::encodeName(target).constData());
+    const QByteArray place = QFile::encodeName(target); // the writer keeps no copy of its own
+    QPDFWriter writer(document, place.constData());
     writer.setPreserveEncryption(false);
     // Streams stay as they are: the pictures of a scan are most of it.
     writer.setDecodeLevel(qpdf_dl_none);
