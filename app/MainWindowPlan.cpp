@@ -206,8 +206,7 @@ void MainWindow::offerProposal(std::size_t which) {
       {QStringLiteral("Look at it"), [this, which] { takeProposed(which); }}};
   if (const std::size_t count = m_proposals.size(); count > 1) {
     const std::size_t next = (which + 1) % count;
-    answers.push_back({QStringLiteral("Another (%1 of %2)").arg(next + 1).arg(count),
-                       [this, next] { offerProposal(next); }});
+    answers.push_back({QStringLiteral("Another"), [this, next] { offerProposal(next); }});
   }
   m_page->showOffer((proposal.sure ? QStringLiteral("Proposed: %1.")
                                    : QStringLiteral("Nothing is sure; perhaps: %1."))

@@ -9,7 +9,8 @@
 namespace folivex {
 
 OfferLine::OfferLine(const QString& name, QWidget* parent)
-    : QFrame(parent), m_text(new QLabel(this)) {
+    : QFrame(parent), m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this)),
+      m_row(new QHBoxLayout), m_text(new QLabel(this)) {
   setObjectName(name);
   setFrameShape(QFrame::StyledPanel);
   setAutoFillBackground(true);
@@ -17,8 +18,9 @@ OfferLine::OfferLine(const QString& name, QWidget* parent)
   m_text->setObjectName(name + QStringLiteral("Text"));
   m_text->setTextFormat(Qt::PlainText); // it may come from a page or a server
   m_text->setWordWrap(true);
-  auto* layout = new QHBoxLayout(this);
-  layout->addWidget(m_text, 1);
+  m_layout->addWidget(m_text, 1);
+  m_layout->addLayout(m_row);
+  m_row->addStretch();
   for (std::size_t i = 0; i < mostOfferButtons; ++i) {
     QPushButton* button = sideButton("", QString(), QString(), this, [this, i] {
       hide();
@@ -26,13 +28,13 @@ OfferLine::OfferLine(const QString& name, QWidget* parent)
       act();
     });
     button->setObjectName(name + QString::number(i + 1));
-    layout->addWidget(button);
+    m_row->addWidget(button);
     m_buttons.push_back(button);
   }
   m_later = sideButton("", QStringLiteral("Not now"), QStringLiteral("Put this line away"), this,
                        [this] { hide(); });
   m_later->setObjectName(name + QStringLiteral("Later"));
-  layout->addWidget(m_later);
+  m_row->addWidget(m_later);
   hide();
 }
 
@@ -45,7 +47,21 @@ void OfferLine::offer(const QString& text, std::vector<OfferButton> answers, Ton
     m_buttons[i]->setVisible(i < m_answers.size());
     m_buttons[i]->setText(i < m_answers.size() ? m_answers[i].text : QString());
   }
+  fit();
   show();
+}
+
+void OfferLine::fit() {
+  constexpr int fewestLetters = 40; // of a line that is nice to read
+  const int room = width() - m_row->sizeHint().width();
+  m_layout->setDirection(room < fewestLetters * fontMetrics().averageCharWidth()
+                             ? QBoxLayout::TopToBottom
+                             : QBoxLayout::LeftToRight);
+}
+
+void OfferLine::resizeEvent(QResizeEvent* event) {
+  fit();
+  QFrame::resizeEvent(event);
 }
 
 } // namespace folivex

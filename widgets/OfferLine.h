@@ -8,6 +8,7 @@
 #include <functional>
 #include <vector>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -32,7 +33,15 @@ public:
   /// and a button that puts the line away, unless it tells a problem.
   void offer(const QString& text, std::vector<OfferButton> answers, Tone tone = Tone::Plain);
 
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
 private:
+  /// In a narrow pane the answers stand below the text.
+  void fit();
+
+  QBoxLayout* m_layout;
+  QBoxLayout* m_row; ///< of the answers
   QLabel* m_text;
   std::vector<OfferButton> m_answers;
   std::vector<QPushButton*> m_buttons; ///< for the answers; made once, for the tab order's sake

@@ -93,9 +93,6 @@ TEST_F(FirstStart, SoDoesTheKeyboardAlone) {
 /// Nothing is known of the file but itself: open it, look at what is proposed, process.
 TEST_F(FirstStart, ThreeClicksMakeTwelveFilesOfAFileOfOnesOwn) {
   QFile::copy(QStringLiteral(FOLIVEX_SOURCE_DIR "/samples/statements.pdf"), at("mine.pdf"));
-  SetupStore& store = main().program().store();
-  store.edited().outputDir = store.working().outputDir = at("out");
-  main().refresh();
   m_dialogs.files = {{at("mine.pdf")}};
   const auto* line = control<QWidget>(&main(), "offer");
   const auto* text = control<QLabel>(&main(), "offerText");
@@ -103,6 +100,7 @@ TEST_F(FirstStart, ThreeClicksMakeTwelveFilesOfAFileOfOnesOwn) {
   click(&main(), "openPdfButton");
   ASSERT_TRUE(waitUntil([&] { return line->isVisible(); }));
   EXPECT_TRUE(text->text().startsWith("Proposed: \"Account:\" begins 12 documents"));
+  typeInto(&main(), "OUTPUTDIR", at("out")); // what is set meanwhile stays
   const SplitSetup before = main().currentSetup();
   EXPECT_EQ(before.findString, defaultSetup().findString); // nothing is set unasked
   click(&main(), "offer1");
