@@ -3,7 +3,7 @@
 
 #include "app/viewer/PageCanvas.h"
 #include "app/viewer/PageLoader.h"
-#include "app/viewer/WordMeaning.h"
+#include "engine/suggest/WordMeaning.h"
 #include "widgets/OfferLine.h"
 
 #include <QCache>

@@ -2,26 +2,9 @@
 #pragma once
 
 #include "app/viewer/ViewedPage.h"
+#include "engine/match/PositionRange.h"
 
 namespace folivex {
-
-/// Positions from a rectangle on a page, both ends inclusive, none below 1: in a search, 0 would
-/// mean "anywhere" and a minus "so many characters".
-struct PositionRange {
-  int hFrom = 1;
-  int hTo = 1;
-  int vFrom = 1;
-  int vTo = 1;
-
-  bool operator==(const PositionRange&) const = default;
-};
-
-/// "320-325", or "320" for both ends.
-QString spanText(int from, int to);
-/// "h 320-325, v 90".
-QString rangeText(const PositionRange& range);
-/// "h 72, v 140".
-QString positionText(int h, int v);
 
 /// The positions within a rectangle, in points of the page as shown.
 PositionRange rangeOf(const QRectF& rectangle, bool swapAxes);

@@ -4,6 +4,7 @@
 #include "engine/job/PlanRun.h"
 #include "engine/naming/NameList.h"
 #include "engine/suggest/Candidates.h"
+#include "engine/suggest/DecidedSettings.h"
 #include "engine/words/TableWords.h"
 #include "platform/Paths.h"
 

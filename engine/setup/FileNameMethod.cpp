@@ -28,6 +28,11 @@ const QString& bookmarkFileNameMethodText() {
   return text;
 }
 
+const QString& textOf(FileNameMethod method) {
+  return method == FileNameMethod::Bookmark ? bookmarkFileNameMethodText()
+                                            : fileNameMethodTexts()[static_cast<qsizetype>(method)];
+}
+
 FileNameMethod fileNameMethodOf(const QString& text) {
   if (text == bookmarkFileNameMethodText()) {
     return FileNameMethod::Bookmark;

@@ -28,6 +28,9 @@ const QStringList& fileNameMethodTexts();
 /// "Use bookmark as filename".
 const QString& bookmarkFileNameMethodText();
 
+/// Of any method.
+const QString& textOf(FileNameMethod method);
+
 /// The method of a setup's text, compared exactly; a text that is in no table gives MatchedWord.
 FileNameMethod fileNameMethodOf(const QString& text);
 

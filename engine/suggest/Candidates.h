@@ -9,9 +9,6 @@ namespace folivex {
 /// In the order in which they are worth planning. What a proposal does not decide is as in `base`.
 std::vector<Candidate> findCandidates(const PageSample& sample, const SplitSetup& base);
 
-/// What a proposal decides comes into the setup, all else there stays.
-void takeRules(const SplitSetup& proposed, SplitSetup& setup);
-
 /// Where each document has an e-mail address, the search for it goes into the setup, and the reason
 /// says so. Mail is not switched on.
 void fillMailSearch(const PageSample& sample, Candidate& candidate);

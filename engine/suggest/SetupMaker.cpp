@@ -1,12 +1,10 @@
 #include "engine/suggest/SetupMaker.h"
 
-#include "engine/suggest/Candidates.h"
-
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
+#include "engine/suggest/DecidedSettings.h"
 
 #include <algorithm>
-#include <array>
 
 namespace folivex {
 
@@ -19,7 +17,7 @@ void set(SplitSetup& setup, SplitMethod method) {
 }
 
 void set(SplitSetup& setup, FileNameMethod method) {
-  setup.extract = fileNameMethodTexts()[static_cast<qsizetype>(method)];
+  setup.extract = textOf(method);
 }
 
 /// Begin with the anchor's text, where it has to stand.
@@ -38,50 +36,6 @@ void endLine(const ValuePlace& value, SplitSetup& setup) {
   }
 }
 
-// Everything that decides about ranges and names is the proposal's.
-constexpr std::array decidingFlags = {
-    &SplitSetup::useSourceFileName, &SplitSetup::useSourceFileNamePost,
-    &SplitSetup::ignoreCase,        &SplitSetup::rotated,
-    &SplitSetup::createList,        &SplitSetup::alwaysOverwrite,
-    &SplitSetup::alwaysAppend};
-constexpr std::array decidingNumbers = {
-    &SplitSetup::takenWordsForFileName, &SplitSetup::untilHHPosLessThan, &SplitSetup::startFromPage,
-    &SplitSetup::startEndPage,          &SplitSetup::offsetFirst,        &SplitSetup::stripEnd,
-    &SplitSetup::untilMatchPosH,        &SplitSetup::untilMatchPosV};
-constexpr std::array decidingTexts = {
-    &SplitSetup::pageExtract,       &SplitSetup::extract,
-    &SplitSetup::addBWords,         &SplitSetup::firstCharOfWord,
-    &SplitSetup::anyCharOfWord,     &SplitSetup::findString,
-    &SplitSetup::prefixFileName,    &SplitSetup::postfixFileName,
-    &SplitSetup::extractUntil,      &SplitSetup::extractFileName,
-    &SplitSetup::matchPosH,         &SplitSetup::matchPosV,
-    &SplitSetup::reportRemoveChars, &SplitSetup::otherSettingsRemoveText};
-// Where the e-mail addresses are; kept as it was when the pages have none.
-constexpr std::array mailNumbers = {&SplitSetup::emailMatchVert, &SplitSetup::emailMatchVertTo,
-                                    &SplitSetup::emailMatchHorizFrom,
-                                    &SplitSetup::emailMatchHorizTo};
-constexpr std::array mailTexts = {&SplitSetup::emailHorizAfterText,
-                                  &SplitSetup::emailHorizBeforeText};
-
-template <typename Fields> void take(const Fields& fields, const SplitSetup& from, SplitSetup& to) {
-  for (const auto field : fields) {
-    to.*field = from.*field;
-  }
-}
-
-SplitSetup cleared(SplitSetup setup) {
-  SplitSetup plain;
-  for (const auto text : decidingTexts) {
-    (plain.*text).clear();
-  }
-  plain.addBWords = QStringLiteral(" ");
-  plain.startFromPage = 1;
-  take(decidingFlags, plain, setup);
-  take(decidingNumbers, plain, setup);
-  take(decidingTexts, plain, setup);
-  return setup;
-}
-
 /// What all texts begin with up to a colon: a label that is one word with its value.
 QString commonLabel(const std::vector<QString>& texts) {
   const qsizetype colon = texts.front().indexOf(u':');
@@ -95,17 +49,9 @@ QString commonLabel(const std::vector<QString>& texts) {
 
 } // namespace
 
-void takeRules(const SplitSetup& proposed, SplitSetup& setup) {
-  take(decidingFlags, proposed, setup);
-  take(decidingNumbers, proposed, setup);
-  take(decidingTexts, proposed, setup);
-  take(mailNumbers, proposed, setup);
-  take(mailTexts, proposed, setup);
-}
-
 SetupMaker::SetupMaker(const PageSample& sample, const PageNumbers& numbers, const SplitSetup& base,
                        const Beginnings& beginnings)
-    : m_sample(sample), m_numbers(numbers), m_base(cleared(base)), m_beginnings(beginnings) {
+    : m_sample(sample), m_numbers(numbers), m_base(withoutRules(base)), m_beginnings(beginnings) {
   m_base.offsetFirst = beginnings.separators ? 1 : 0;
 }
 

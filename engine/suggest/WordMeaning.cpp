@@ -1,4 +1,4 @@
-#include "app/viewer/WordMeaning.h"
+#include "engine/suggest/WordMeaning.h"
 
 #include "engine/match/PositionRule.h"
 #include "engine/setup/FileNameMethod.h"
@@ -21,7 +21,7 @@ SplitMethod methodOf(const SplitSetup& setup) {
 void splitBy(SplitSetup& setup, SplitMethod method) {
   if (splitTraitsOf(setup.pageExtract).fromBookmarks &&
       fileNameMethodOf(setup.extract) == FileNameMethod::Bookmark) {
-    setup.extract = fileNameMethodTexts()[static_cast<int>(FileNameMethod::NextWord)];
+    setup.extract = textOf(FileNameMethod::NextWord);
   }
   if (methodOf(setup) != method) {
     setup.pageExtract = traitsOf(method).text;
@@ -91,7 +91,7 @@ QString nameBy(SplitSetup& setup, FileNameMethod method, const QString& told) {
     return QStringLiteral("Files are named after bookmarks while documents begin at bookmarks. "
                           "Choose what they begin with first.");
   }
-  setup.extract = fileNameMethodTexts()[static_cast<int>(method)];
+  setup.extract = textOf(method);
   return told;
 }
 
@@ -119,7 +119,7 @@ QString nameByPosition(SplitSetup& setup, const QString& position, const QString
     setup.prefixFileName += own + u'_';
   }
   if (!splitTraitsOf(setup.pageExtract).fromBookmarks) {
-    setup.extract = fileNameMethodTexts()[static_cast<int>(FileNameMethod::PageStart)];
+    setup.extract = textOf(FileNameMethod::PageStart);
   }
   return told;
 }

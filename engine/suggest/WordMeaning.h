@@ -1,7 +1,7 @@
 // WordMeaning: what a word or an area pointed at on a page can be meant for in a setup.
 #pragma once
 
-#include "app/viewer/PageWordMap.h"
+#include "engine/match/PositionRange.h"
 
 #include <QString>
 
