@@ -93,12 +93,20 @@ class Case:
             self.lines = text.splitlines()
 
     def by_program(self, folder_of_program):
+        return self.by_command([f"{folder_of_program}/folivex", f"-u{self.work}/setup.fxs", f"-f{self.path}", "-c"])
+
+    def by_plan(self, folder_of_program):
+        """As from the window: planned first over words that are kept, then run, held to that plan."""
+        command = folder_of_program.parent / "tests" / "plan_then_run"
+        return self.by_command([str(command), f"{self.work}/setup.fxs", str(self.path)])
+
+    def by_command(self, command):
         (self.work / "setup.fxs").write_bytes(make_setups.setup(self.settings))
         environment = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "HOME": str(self.work / "home"),
                        "TMPDIR": str(self.work / "tmp")}
         environment.update({key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")})
-        run = subprocess.run([f"{folder_of_program}/folivex", f"-u{self.work}/setup.fxs", f"-f{self.path}", "-c"],
-                             capture_output=True, stdin=subprocess.DEVNULL, cwd=self.work, env=environment, timeout=HANG)
+        run = subprocess.run(command, capture_output=True, stdin=subprocess.DEVNULL, cwd=self.work, env=environment,
+                             timeout=HANG)
         files = {str(pdf.relative_to(self.work / "out")): words_of(pdf) for pdf in (self.work / "out").rglob("*")
                  if pdf.is_file()}
         told = run.stderr.decode("utf-8").strip().splitlines()
@@ -146,7 +154,12 @@ def both(folder, changes, folder_of_program):
     """What the program and what the model make of a case."""
     with tempfile.TemporaryDirectory(prefix=FOLDER_PREFIX) as work:
         case = Case(folder, changes, Path(work))
-        return case.by_program(folder_of_program), case.by_model()
+        made, modelled = case.by_program(folder_of_program), case.by_model()
+    with tempfile.TemporaryDirectory(prefix=FOLDER_PREFIX) as work:
+        held = Case(folder, changes, Path(work)).by_plan(folder_of_program)
+    if (held.listing(), held.reports) != (made.listing(), made.reports):
+        raise SystemExit(f"{folder.name}: planned first, it comes to\n{held.listing()}and by itself to\n{made.listing()}")
+    return made, modelled
 
 
 # ---- what a case comes to: (what, where it is written down or nothing, by the program, by the model) ----
