@@ -78,8 +78,7 @@ public:
     const double peak = peakMiB();
     const Clock::time_point begin = Clock::now();
     const std::clock_t processor = std::clock();
-    const std::vector<SetupProposal> all =
-        proposeSetups(*m_live.words(), base, [] { return true; });
+    const std::vector<SetupProposal> all = proposeSetups(*m_state.words, base, [] { return true; });
     std::printf("%-28s %8.1f ms, %.1f ms of processor, %.1f MiB more at its peak than the %.1f "
                 "before\n",
                 "proposed", milliseconds(begin), millisecondsOf(std::clock() - processor),

@@ -3,11 +3,30 @@
 #include <QFile>
 #include <QThread>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <sys/stat.h>
 
 namespace folivex::platform {
+
+namespace {
+
+using namespace std::chrono;
+
+#if defined(Q_OS_WIN)
+using Unit = seconds;
+constexpr Unit tick(1);
+#else
+using Unit = nanoseconds;
+constexpr Unit tick = milliseconds(20); // no system's is longer
+#endif
+
+} // namespace
+
+bool FileStamp::isOlderThan(system_clock::time_point moment) const {
+  return Unit(std::max(written, statusChanged)) + tick < moment.time_since_epoch();
+}
 
 std::optional<FileStamp> FileStamp::of(const QString& path) {
 #if defined(Q_OS_WIN)
@@ -32,12 +51,10 @@ std::optional<FileStamp> FileStamp::of(const QString& path) {
 
 std::optional<FileStamp> FileStamp::beforeReading(const QString& path) {
 #if !defined(Q_OS_WIN)
-  using namespace std::chrono;
-  constexpr milliseconds tick(20); // no system's is longer
   const std::optional<FileStamp> first = of(path);
   const nanoseconds now = system_clock::now().time_since_epoch();
-  if (first && std::abs((now - nanoseconds(first->written)).count()) < nanoseconds(tick).count()) {
-    QThread::msleep(tick.count());
+  if (first && std::abs((now - nanoseconds(first->written)).count()) < tick.count()) {
+    QThread::usleep(static_cast<unsigned long>(duration_cast<microseconds>(tick).count()));
   }
 #endif
   return of(path);

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -25,7 +26,11 @@ struct FileStamp {
            written == other.written;
   }
 
-  /// Of the file that `path` leads to; nothing when there is none.
+  /// Whether nothing was changed since `moment`, nor so shortly before it that the next change
+  /// could have the same time.
+  bool isOlderThan(std::chrono::system_clock::time_point moment) const;
+
+  /// Of the file or folder that `path` leads to; nothing when there is none.
   static std::optional<FileStamp> of(const QString& path);
 
   /// The same of a file that is about to be read. One that was written this very moment is waited

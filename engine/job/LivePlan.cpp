@@ -11,7 +11,9 @@
 #include "engine/words/CPDFTextDumpInit.h"
 #include "engine/words/TableWords.h"
 #include "platform/FileSystem.h"
+#include "platform/Paths.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -74,6 +76,11 @@ public:
 
   const SplitSetup& setup() const { return m_setup; }
   bool isWanted() const { return m_live.isWanted(m_state.number); }
+  const LivePlanState& state() const { return m_state; }
+  void tellAgain(LivePlanState state) {
+    state.number = m_state.number;
+    m_live.m_onState(std::move(state));
+  }
   bool hasOutputs() const { return m_state.plan && !m_state.plan->outputs.empty(); }
 
   void message(const QString& text) override { note(text); }
@@ -220,6 +227,7 @@ void LivePlan::work() {
     if (request->setup) {
       make(*request);
     } else {
+      m_kept.reset();
       m_source->drop();
     }
   }
@@ -236,12 +244,16 @@ void LivePlan::make(const Request& request) {
   Planning planning(*this, request.number, *request.setup);
   const SplitSetup& setup = planning.setup();
   std::shared_ptr<WordTable> table;
+  std::chrono::system_clock::time_point begin;
   if (!platform::isReadableFile(setup.fileName)) {
     planning.tell(Stage::Unreadable, problemOf(setup, GLYPHRUN_CANNOT_OPEN));
     return;
   }
   do {
     table = m_source->follow(setup);
+    if (m_kept && m_kept->state.words != table) {
+      m_kept.reset(); // its words are of no use any more
+    }
     planning.setWords(table); // there is more to be done with them than to plan
     if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
       planning.tell(Stage::Done, contradiction);
@@ -263,6 +275,11 @@ void LivePlan::make(const Request& request) {
                     problemOf(setup, table->failure()));
       return;
     }
+    if (isKept(request, *table)) {
+      planning.tellAgain(m_kept->state);
+      return;
+    }
+    begin = std::chrono::system_clock::now();
     planning.over(*table, *m_source);
     if (table->state() == WordTable::State::TooLarge) {
       planning.tell(Stage::TooLarge,
@@ -274,6 +291,7 @@ void LivePlan::make(const Request& request) {
   } while (planning.isWanted() && m_source->isChanged());
   m_source->letCopyGo();
   planning.tell(Stage::Done);
+  keep(*request.setup, planning.state(), begin);
   if (!planning.hasOutputs() && !splitTraitsOf(setup.pageExtract).fromBookmarks) {
     planning.findNearest(*table);
     planning.tell(Stage::Done);
@@ -283,6 +301,33 @@ void LivePlan::make(const Request& request) {
        (request.propose == Propose::IfNothingIsFound && !planning.hasOutputs()))) {
     planning.propose(*table, *request.setup);
     planning.tell(Stage::Done);
+  }
+}
+
+bool LivePlan::isKept(const Request& request, const WordTable& table) const {
+  return m_kept && request.propose == Propose::No && m_kept->state.words.get() == &table &&
+         m_kept->setup == *request.setup &&
+         m_kept->folderStamp == platform::FileStamp::of(m_kept->folder);
+}
+
+/// A folder whose entries are the same has the same names taken. Where more than that decides about
+/// names, the plan is made anew whenever it is asked for.
+void LivePlan::keep(const SplitSetup& setup, const LivePlanState& state,
+                    std::chrono::system_clock::time_point begin) {
+  m_kept.reset();
+  if (!isWanted(state.number) || !state.plan || state.plan->outputs.empty() ||
+      state.plan->namesHoldTime || !setup.reportUseFileList.isEmpty() ||
+      !folderToClear(setup).isEmpty()) {
+    return;
+  }
+  const std::vector<PlannedOutput>& outputs = state.plan->outputs;
+  const QString folder = platform::folderOf(outputs.front().path);
+  const auto isElsewhere = [&](const PlannedOutput& output) {
+    return platform::folderOf(output.path) != folder;
+  };
+  const std::optional<platform::FileStamp> stamp = platform::FileStamp::of(folder);
+  if ((!stamp || stamp->isOlderThan(begin)) && std::ranges::none_of(outputs, isElsewhere)) {
+    m_kept = Kept{setup, folder, stamp, state};
   }
 }
 

@@ -6,11 +6,13 @@
 #include "engine/output/PageAddresses.h"
 #include "engine/setup/SplitSetup.h"
 #include "engine/words/WordTable.h"
+#include "platform/FileStamp.h"
 
 #include <QString>
 #include <QStringList>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -101,11 +103,21 @@ private:
     Propose propose = Propose::No;
   };
   class Planning;
+  /// A plan, and what it was made of. As long as that has not changed it is the plan.
+  struct Kept {
+    SplitSetup setup;
+    QString folder; ///< of all its outputs
+    std::optional<platform::FileStamp> folderStamp;
+    LivePlanState state;
+  };
 
   quint64 ask(Request request);
   void work();
   std::optional<Request> nextRequest();
   void make(const Request& request);
+  bool isKept(const Request& request, const WordTable& table) const;
+  void keep(const SplitSetup& setup, const LivePlanState& state,
+            std::chrono::system_clock::time_point begin);
   bool isWanted(quint64 number) const { return m_latest == number && !m_isEnding; }
 
   AddressReaderMaker m_addressReader;
@@ -118,6 +130,7 @@ private:
   std::optional<Request> m_request;
 
   std::unique_ptr<SourceTable> m_source;
+  std::optional<Kept> m_kept; ///< for the thread alone
   std::thread m_thread;
 };
 

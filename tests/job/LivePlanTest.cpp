@@ -113,6 +113,21 @@ TEST_F(Live, FollowsSettingsAndTheFileOnTheDisk) {
   EXPECT_TRUE(state.problem.startsWith(source()));
 }
 
+/// Asked for once more, it costs nothing; what another program did in the folder is seen all the
+/// same.
+TEST_F(Live, IsKeptAsLongAsNothingHasChanged) {
+  std::shared_ptr<const SplitPlan> plan = planned().plan;
+  for (auto next = planned().plan; next != plan; next = planned().plan) {
+    plan = next; // made while the folder was too new to tell a change by
+  }
+  statements({"theirs"}).write(at("out/B.pdf"));
+  EXPECT_EQ(planned().plan->outputs[1].path, at("out/B_part002.pdf"));
+  QFile::remove(at("out/B.pdf"));
+  EXPECT_EQ(planned().plan->outputs, plan->outputs);
+  setup().prefixFileName = "x_";
+  EXPECT_EQ(planned().plan->outputs[1].path, at("out/x_B.pdf"));
+}
+
 /// Every page is another document's; what is read belongs to one state of the file.
 TEST_F(Live, ReplacedWhileItIsReadIsReadAgain) {
   QStringList before;
