@@ -56,6 +56,50 @@ TEST_F(KeepingTest, ObjectsThatWerePackedStayPacked) {
   EXPECT_EQ(found[0], found[1]);
 }
 
+/// Each row: what the metadata says, and what an output still says; whatever becomes of the tags,
+/// there are none here.
+TEST_F(KeepingTest, ClaimsOfStandardsAreThoseThatOutputsKeep) {
+  const std::string archive = "xmlns:a='http://www.aiim.org/pdfa/ns/id/' ";
+  const std::string access = "xmlns:u = \"http://www.aiim.org/pdfua/ns/id/\" ";
+  const std::string invoice =
+      "xmlns:i='urn:factur-x:pdfa:CrossIndustryDocument:invoice:1p0#' i:DocumentType='INVOICE'";
+  const std::vector<std::array<std::string, 3>> rows = {
+      {archive + "a:part='2' a:conformance = \"B\"", "",
+       "claims archive-conformance=B archive-part=2"},
+      {archive + access, "<a:part>3</a:part><a:conformance>A</a:conformance><u:part>1</u:part>",
+       "claims archive-conformance=U archive-part=3"},
+      {archive + access + "u:part='1'\n a:conformance='a' a:part='1'", "",
+       "claims archive-conformance=B archive-part=1"},
+      {archive + invoice + " a:part='3' a:conformance='B'",
+       "<i:Version rdf:about='x'>1.0</i:Version>", "claims archive-conformance=B archive-part=3"},
+      {archive + "a:part='4' a:rev='2020' a:conformance='F'", "<a:corr/>", "claims"},
+      {archive + "a:part='4' a:rev='2020'", "", "claims archive-part=4 archive-rev=2020"},
+  };
+  for (const auto& [attributes, elements, claims] : rows) {
+    SCOPED_TRACE(attributes + elements);
+    PdfBuilder pdf;
+    pdf.addText(
+        "page | 0 0 9 9 re f\npage | 0 0 9 9 re f\ncatalog /Metadata @xmp\n"
+        "xmp = /Type/Metadata/Subtype/XML | <?xpacket begin='' id='W5M0MpCehiHzreSzNTczkc9d'?>"
+        "<x:xmpmeta xmlns:x='adobe:ns:meta/'>"
+        "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description " +
+        attributes + ">" + elements +
+        "</rdf:Description></rdf:RDF></x:xmpmeta><?xpacket end='w'?>");
+    pdf.write(output("plain.pdf").string());
+    // Packed, too: where the claim forbids it, outputs are not.
+    run("qpdf --compress-streams=y --object-streams=generate " + output("plain.pdf").string() +
+        " " + output("packed.pdf").string());
+    for (const char* name : {"plain.pdf", "packed.pdf"}) {
+      ASSERT_EQ(PdfTextDumpOpenFile(wide(output(name).string()).c_str(), u""), CLEFTOR_OK);
+      ASSERT_EQ(split(1, 1), CLEFTOR_OK) << errorText();
+      EXPECT_THAT(facts("claims"), testing::ElementsAre(claims));
+      const bool mayPack = claims.find("part=1") == std::string::npos;
+      EXPECT_EQ(contentsOf(output()).find("/ObjStm") != std::string::npos,
+                mayPack && name == std::string("packed.pdf"));
+    }
+  }
+}
+
 TEST_F(KeepingTest, RangesThatAreNoneAreRefused) {
   ASSERT_EQ(open("everything"), CLEFTOR_OK);
   const int32_t ranges[] = {6, 6, 12, 13};

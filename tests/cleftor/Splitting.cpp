@@ -50,7 +50,7 @@ int32_t SplittingTest::split(int32_t first, int32_t last, const std::string& nam
 std::vector<std::string> SplittingTest::facts(const std::string& beginning) const {
   std::vector<std::string> lines;
   for (const QString& fact : folivex::test::factsOf(QString::fromStdString(output().string()))) {
-    if (fact.startsWith(QString::fromStdString(beginning) + ' ')) {
+    if ((fact + ' ').startsWith(QString::fromStdString(beginning) + ' ')) {
       lines.push_back(fact.toStdString());
     }
   }

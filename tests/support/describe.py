@@ -4,9 +4,13 @@ Two readers that share no code with ours: what stands on the pages comes from Mu
 object by object.
 """
 import sys
+from xml.etree import ElementTree
 
 import fitz
 import pikepdf
+
+CLAIMS = {"archive": "{http://www.aiim.org/pdfa/ns/id/}", "access": "{http://www.aiim.org/pdfua/ns/id/}",
+          "print": "{http://www.npes.org/pdfvt/ns/id/}", "invoice": "{urn:factur-x:"}
 
 fitz.TOOLS.mupdf_display_errors(False)
 with fitz.open(sys.argv[1]) as document:
@@ -65,9 +69,14 @@ def tell_fields(fields, prefix=(), value=None):
 print("file", "locked" if pdf.is_encrypted else "open", pdf.pdf_version, *map(str, pdf.get_warnings()))
 print("catalog", *sorted(root.keys()))
 print("language", root.get("/Lang"))
+print("tagged", root.get("/MarkInfo", {}).get("/Marked", False))
 print("intents", *(intent.S for intent in root.get("/OutputIntents", [])))
 if "/Metadata" in root:
     print("metadata", root.Metadata.read_bytes().decode())
+    said = [pair for element in ElementTree.fromstring(root.Metadata.read_bytes()).iter()
+            for pair in [(element.tag, element.text), *element.items()]]
+    print("claims", *sorted(f"{kind}-{name[len(space):]}={value}" for name, value in said
+                            for kind, space in CLAIMS.items() if name.startswith(space)))
 for number, note in notes:
     action = note.get("/A", {})
     if note.get("/Subtype") == "/Link":

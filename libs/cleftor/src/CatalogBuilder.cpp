@@ -2,6 +2,7 @@
 
 #include "OutlineBuilder.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -9,8 +10,11 @@ namespace cleftor {
 
 namespace {
 
-constexpr std::array plainEntries = {"/Version",  "/Extensions",    "/Lang", "/PageLayout",
-                                     "/Metadata", "/OutputIntents", "/URI"};
+constexpr std::array plainEntries = {"/Version",    "/Extensions",    "/Lang",
+                                     "/PageLayout", "/OutputIntents", "/URI"};
+
+/// PDF 1.4, to which part 1 of ISO 19005 holds, has no longer arrays; a tree's come in pairs.
+constexpr size_t mostPairs = 8191 / 2;
 
 /// A hash that is stable from run to run and system to system.
 uint64_t hashOf(const std::string& text, uint64_t seed) {
@@ -69,6 +73,7 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.text("<</Type/Catalog/Pages ");
   out.number(pageTree);
   addPlainEntries(out);
+  addMetadata(out);
   addViewerPreferences(out);
   addLabels(out);
   const int outline =
@@ -99,6 +104,37 @@ void CatalogBuilder::addPlainEntries(Fragment& out) {
     if (QPDFObjectHandle value = catalog.getKey(key); !value.isNull()) {
       out.entry(key, value);
     }
+  }
+}
+
+bool CatalogBuilder::hasLongArrays() const {
+  int64_t pages = 0;
+  for (const auto& [first, last] : m_ranges) {
+    pages += last - first + 1;
+  }
+  return std::max(static_cast<size_t>(pages), m_source.names().within(m_ranges).size()) > mostPairs;
+}
+
+/// What the source says of itself, but for what its pages alone do not keep.
+void CatalogBuilder::addMetadata(Fragment& out) {
+  QPDFObjectHandle metadata = m_source.catalog().getKey("/Metadata");
+  if (metadata.isNull()) {
+    return;
+  }
+  pages::Claims claims = m_source.claims();
+  claims.dropTagged();
+  claims.dropAccessible();
+  claims.dropBeyondPages();
+  if (claims.archivalPart() == "1" && hasLongArrays()) {
+    claims.dropArchival();
+  }
+  if (!claims.isChanged()) {
+    out.entry("/Metadata", metadata);
+  } else if (!claims.text().empty()) {
+    const int number = m_writer.reserve();
+    m_writer.stream(number, "/Type/Metadata/Subtype/XML", claims.text());
+    out.text("/Metadata ");
+    out.number(number);
   }
 }
 

@@ -28,6 +28,8 @@ public:
 
 private:
   void addPlainEntries(Fragment& out);
+  bool hasLongArrays() const;
+  void addMetadata(Fragment& out);
   void addLabels(Fragment& out);
   void addViewerPreferences(Fragment& out);
   void addNames(Fragment& out);

@@ -213,8 +213,9 @@ void Source::gatherFacts() {
   if (pages::isRepaired(*m_document)) {
     m_facts |= CLEFTOR_FILE_REPAIRED;
   }
+  m_claims = pages::Claims(catalog());
   // The table itself is a stream only where objects may stand in streams, too.
-  if (trailer().getKey("/Type").isNameAndEquals("/XRef")) {
+  if (trailer().getKey("/Type").isNameAndEquals("/XRef") && m_claims.archivalPart() != "1") {
     m_deflater = std::make_unique<Deflater>();
   }
 }

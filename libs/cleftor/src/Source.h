@@ -5,6 +5,7 @@
 #include "LayerIndex.h"
 #include "ObjectCache.h"
 #include "ResourcePruner.h"
+#include "pages/Claims.h"
 #include "pages/NamedDestinations.h"
 #include "pages/OutlineIndex.h"
 #include "pages/PageLabels.h"
@@ -52,7 +53,8 @@ public:
   /// "1.4" and the like.
   std::string version() const;
 
-  /// Of a source that keeps its objects packed: so do its outputs. Null for any other.
+  /// Of a source that keeps its objects packed: so do its outputs, unless it claims the part of
+  /// ISO 19005 that forbids it. Null for any other.
   Deflater* deflater() { return m_deflater.get(); }
 
   /// Whether an object stands for the document as a whole and so never belongs to a range.
@@ -60,6 +62,7 @@ public:
     return m_wholeDocument.count(object) != 0 || m_pages->isNode(object);
   }
 
+  const pages::Claims& claims() const { return m_claims; }
   pages::NamedDestinations& names();
   pages::OutlineIndex& outline();
   pages::PageLabels& labels();
@@ -120,6 +123,7 @@ private:
   pages::ObjGenSet m_gone; ///< objects of m_document that were let go of
   pages::ObjGenSet m_wholeDocument;
   int32_t m_facts = 0;
+  pages::Claims m_claims;
 
   std::unique_ptr<pages::NamedDestinations> m_names;
   std::unique_ptr<pages::OutlineIndex> m_outline;

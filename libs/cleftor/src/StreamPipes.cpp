@@ -1,6 +1,6 @@
 #include "StreamPipes.h"
 
-#include <qpdf/Pipeline.hh>
+#include "pages/StringPipe.h"
 
 #include <libdeflate.h>
 
@@ -15,24 +15,6 @@ namespace {
 
 /// Decoded content beyond this is a file made to exhaust memory.
 constexpr size_t mostContent = size_t{256} * 1024 * 1024;
-
-class StringPipe : public Pipeline {
-public:
-  StringPipe(std::string& target, size_t most)
-      : Pipeline("string", nullptr), m_target(target), m_most(most) {}
-
-  void write(const unsigned char* data, size_t length) override {
-    if (length > m_most - m_target.size()) {
-      throw std::length_error("more data than any content needs");
-    }
-    m_target.append(reinterpret_cast<const char*>(data), length);
-  }
-  void finish() override {}
-
-private:
-  std::string& m_target;
-  size_t m_most;
-};
 
 /// The parser takes any fault below it for a fault of the source, so faults wait here.
 class WriterPipe : public Pipeline {
@@ -106,7 +88,7 @@ bool inflateSound(const std::string& data, std::string& content) {
 
 std::string storedData(QPDFObjectHandle stream) {
   std::string data;
-  StringPipe target(data, std::numeric_limits<size_t>::max());
+  pages::StringPipe target(data, std::numeric_limits<size_t>::max());
   pipe(stream, target, qpdf_dl_none);
   return data;
 }
@@ -121,7 +103,7 @@ bool decodeContent(QPDFObjectHandle stream, std::string& content) {
   if (isDeflatedOnly(stream) && inflateSound(storedData(stream), content)) {
     return true;
   }
-  StringPipe target(content, mostContent);
+  pages::StringPipe target(content, mostContent);
   return pipe(stream, target, qpdf_dl_generalized);
 }
 

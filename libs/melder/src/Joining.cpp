@@ -94,6 +94,7 @@ void join(Document& receiver, Document& part, Transplant& transplant) {
   writePages(joining, newPages);
   joinOutline(joining);
   joinLabels(joining);
+  joinClaims(joining);
   transplant.copyWaiting();
   if (part.isRebuilt() && transplant.dangling() > 0) {
     throw common::Failure(MELDER_DAMAGED,

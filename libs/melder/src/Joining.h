@@ -56,6 +56,14 @@ void joinFields(Joining& joining);
 /// The part's bookmarks behind those of the receiving document.
 void joinOutline(Joining& joining);
 
+/// Leaves of the receiving document's claims of standards those that the pages of the part keep,
+/// too; with them it is no longer tagged throughout.
+void joinClaims(Joining& joining);
+
+/// Whether an object of the part and one of the receiving document are equal with all below them.
+[[nodiscard]] bool areEqual(const Joining& joining, const QPDFObjectHandle& part,
+                            const QPDFObjectHandle& known);
+
 /// Pages without labels are numbered by their place if others have labels.
 void joinLabels(Joining& joining);
 

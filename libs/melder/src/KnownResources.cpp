@@ -133,6 +133,10 @@ private:
 
 } // namespace
 
+bool areEqual(const Joining& joining, const QPDFObjectHandle& part, const QPDFObjectHandle& known) {
+  return Comparison(joining.transplant).isEqual(part, known);
+}
+
 void placeKnownResources(Joining& joining) {
   const int32_t there = joining.receiver.pageCount();
   std::set<int32_t> sample;

@@ -10,7 +10,8 @@
  * several pages of the range stays one field), links inside the range in both directions, named
  * destinations, page boxes, rotation, page labels, document information, and the bookmarks into the
  * range when asked. Links out of the range lead nowhere. Nothing of other pages is carried along.
- * Outputs of a protected source are unprotected.
+ * Outputs of a protected source are unprotected. They claim a standard (PDF/A and the like) only as
+ * far as the source does and they keep to it.
  */
 #ifndef CLEFTOR_CLEFTOR_H
 #define CLEFTOR_CLEFTOR_H

@@ -55,8 +55,9 @@ MELDER_API int32_t MelderInterfaceVersion(void);
  * gets another one ("Total+1", "p0000012.chapter1"); pages without labels are numbered by their
  * place if others have labels. Fonts and images that `existing` has on its first or last pages are
  * not stored again. Document information, attachments and protection are those of `existing`;
- * signatures of either file are no longer valid. An addition that is cut off, has lost objects or
- * holds fewer pages than it says is refused.
+ * signatures of either file are no longer valid, tags of the part are not carried over, and of the
+ * standards that `existing` claims those stay that the part claims, too. An addition that is cut
+ * off, has lost objects or holds fewer pages than it says is refused.
  */
 MELDER_API int32_t getAppendPDFToFile(const char16_t* addition, const char16_t* existing,
                                       const char16_t* options);
