@@ -3,6 +3,7 @@
 #include "platform/Paths.h"
 
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <array>
@@ -32,6 +33,12 @@ QStringList partsIn(const QString& folder) {
 }
 
 } // namespace
+
+QString newPartPath(const QString& folder) {
+  return joinPath(folder,
+                  QStringLiteral(".folivex-%1.part")
+                      .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')));
+}
 
 #ifdef Q_OS_WIN
 

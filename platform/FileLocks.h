@@ -42,8 +42,12 @@ bool isSignatureAlive(QFile& file, qint64 offset);
 /// Names of the files in a folder that begin with `start`, in no order. Fast in a folder of many.
 QStringList filesThatBeginWith(const QByteArray& start, const QString& folder);
 
-/// Removes the files ".folivex-*.part" of a folder that no process holds open: a run that was
-/// killed left them. Nothing is removed where locks are not dependable.
+/// A path in a folder that nothing has, ".folivex-*.part", for a file that becomes another one or
+/// is one run's own. Short, since the name of the other may fill what the file system allows.
+QString newPartPath(const QString& folder);
+
+/// Removes such files of a folder that no process holds open: a run that was killed left them.
+/// Nothing is removed where locks are not dependable.
 void removeDeadParts(const QString& folder);
 
 } // namespace folivex::platform

@@ -2,8 +2,6 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 
-#include <QRandomGenerator>
-
 #include <cerrno>
 #include <system_error>
 
@@ -18,13 +16,6 @@ namespace folivex::platform {
 namespace {
 
 constexpr int namesToTry = 16;
-
-QString newNameBeside(const QString& path) {
-  // Short, since the name of the target may fill what the file system allows already.
-  const QString name = QStringLiteral(".folivex-%1.part")
-                           .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0'));
-  return joinPath(folderOf(path), name);
-}
 
 } // namespace
 
@@ -56,7 +47,7 @@ bool Replacement::open(const QString& target, FileAccess access, FileFailure& fa
 }
 
 bool Replacement::openPart(FileAccess, FileFailure& failure) {
-  m_part = newNameBeside(m_target);
+  m_part = newPartPath(folderOf(m_target));
   m_file.setFileName(m_part);
   if (m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
     return true;
@@ -169,7 +160,7 @@ bool Replacement::open(const QString& target, FileAccess access, FileFailure& fa
 
 bool Replacement::openPart(FileAccess access, FileFailure& failure) {
   for (int i = 0; i < namesToTry; ++i) {
-    const QString name = newNameBeside(m_target);
+    const QString name = newPartPath(folderOf(m_target));
     const int handle =
         ::open(QFile::encodeName(name).constData(),
                O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, modeFor(access));
@@ -194,7 +185,7 @@ bool Replacement::giveName(FileFailure& failure) {
   static_cast<void>(lockFile(m_file, LockUse::Alone));
   int error = nameFile(m_file, m_target);
   for (int i = 0; i < namesToTry && error == EEXIST; ++i) {
-    const QString name = newNameBeside(m_target);
+    const QString name = newPartPath(folderOf(m_target));
     error = nameFile(m_file, name);
     if (error == 0) {
       m_part = name;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace scanlite {
 
@@ -111,8 +112,9 @@ private:
   std::vector<Candidate> m_candidates;
 };
 
-} // namespace
-
+/// What a reader gave, its text as people see it: UPC-A, which is an EAN-13 with a 0 before it, has
+/// its 12 digits; control characters (the separators of GS1, the lines of a visiting card) are
+/// blanks, none of them at the ends.
 Reading asPrinted(Reading reading) {
   constexpr size_t digitsOfEan = 13;
   if (reading.kind == std::string_view("EAN-13") && reading.text.size() == digitsOfEan &&
@@ -134,6 +136,8 @@ Reading asPrinted(Reading reading) {
   return reading;
 }
 
+} // namespace
+
 FoundBarcodes findBarcodes(const GreyPicture& page, double pixelsPerMillimetre,
                            const ReaderStep& step) {
   Candidates candidates(pixelsPerMillimetre);
@@ -145,6 +149,7 @@ FoundBarcodes findBarcodes(const GreyPicture& page, double pixelsPerMillimetre,
       return;
     }
     for (Reading reading : reader(picture)) {
+      reading = asPrinted(std::move(reading));
       reading.box = {left + reading.box.left / scale, top + reading.box.top / scale,
                      left + (reading.box.right + scale - 1) / scale,
                      top + (reading.box.bottom + scale - 1) / scale};

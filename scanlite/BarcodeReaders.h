@@ -20,7 +20,7 @@ enum class Reader { ZXing = 1, ZBar = 2 };
 struct Reading {
   Symbology symbology = Symbology::Matrix;
   const char* kind = ""; ///< the symbology's name, without blanks
-  std::string text;      ///< UTF-8, without control characters
+  std::string text;      ///< UTF-8
   PixelBox box;
   int lines = 0; ///< of a symbol of bars: how many lines across it gave this text
   Reader reader = Reader::ZXing;
@@ -28,10 +28,5 @@ struct Reading {
 
 std::vector<Reading> readWithZXing(const GreyPicture& picture);
 std::vector<Reading> readWithZBar(const GreyPicture& picture);
-
-/// What a reader gave, its text as people see it: UPC-A, which is an EAN-13 with a 0 before it, has
-/// its 12 digits; control characters (the separators of GS1, the lines of a visiting card) are
-/// blanks, none of them at the ends.
-Reading asPrinted(Reading reading);
 
 } // namespace scanlite

@@ -51,7 +51,7 @@ std::vector<Reading> readWithZBar(const GreyPicture& picture) {
       const PixelBox point{x, y, x + 1, y + 1};
       reading.box = i == 0 ? point : reading.box.with(point);
     }
-    readings.push_back(asPrinted(reading));
+    readings.push_back(reading);
   }
   return readings;
 }

@@ -56,8 +56,8 @@ std::vector<Reading> readWithZXing(const GreyPicture& picture) {
       return known.format == result.format();
     });
     if (kind != std::end(kinds)) {
-      readings.push_back(asPrinted({kind->symbology, kind->name, result.text(),
-                                    boxOf(result.position()), result.lineCount(), Reader::ZXing}));
+      readings.push_back({kind->symbology, kind->name, result.text(), boxOf(result.position()),
+                          result.lineCount(), Reader::ZXing});
     }
   }
   return readings;

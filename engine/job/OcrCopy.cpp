@@ -5,7 +5,6 @@
 #include "platform/Paths.h"
 
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <utility>
@@ -42,13 +41,6 @@ QByteArray ocrSettings() {
 }
 
 } // namespace
-
-QString OcrCopy::newPart() const {
-  return platform::joinPath(
-      platform::folderOf(m_copyPath),
-      QStringLiteral(".folivex-%1.part")
-          .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')));
-}
 
 OcrCopy::OcrCopy(const QString& source, const QString& copyPath, std::function<void()> tick)
     : m_source(source), m_copyPath(copyPath), m_tick(std::move(tick)) {
@@ -95,7 +87,7 @@ bool OcrCopy::isWhole(const QByteArray& told, const QString& copy) const {
 /// own, locked from the first: another copy may come to the place meanwhile.
 bool OcrCopy::takeBytesOf(const QByteArray& told) {
   constexpr qint64 step = 1 << 20;
-  m_made = newPart();
+  m_made = platform::newPartPath(platform::folderOf(m_copyPath));
   QFile copy(m_copyPath);
   if (!copy.open(QIODevice::ReadOnly) || platform::openForLock(m_own, m_made, true) != 0 ||
       platform::lockFile(m_own, LockUse::Alone) == LockResult::Busy) {
@@ -152,7 +144,7 @@ QString OcrCopy::placeToMake() {
     m_record.seek(0);
     m_record.write(m_origin);
   }
-  return m_made = newPart();
+  return m_made = platform::newPartPath(platform::folderOf(m_copyPath));
 }
 
 bool OcrCopy::takeMade() {

@@ -41,7 +41,6 @@ private:
   bool isWhole(const QByteArray& told, const QString& copy) const;
   bool takeBytesOf(const QByteArray& told);
   bool keep();
-  QString newPart() const;
 
   QString m_source;
   QString m_copyPath;

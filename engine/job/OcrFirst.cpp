@@ -1,6 +1,8 @@
 #include "engine/job/OcrFirst.h"
 
 #include "engine/job/OcrCopy.h"
+#include "engine/setup/SplitMethod.h"
+#include "engine/setup/SplitSetup.h"
 #include "platform/FileSystem.h"
 #include "platform/OutsideProgram.h"
 
@@ -61,6 +63,10 @@ QString recognise(const QString& source, OcrCopy& copy, Operator& person,
 }
 
 } // namespace
+
+bool isRecognised(const SplitSetup& setup) {
+  return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
+}
 
 QString ocrCopyPath(const QString& source, const QString& temporaryFolder) {
   return QDir(temporaryFolder).filePath(QFileInfo(source).fileName()) +

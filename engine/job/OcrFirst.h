@@ -7,6 +7,10 @@
 namespace folivex {
 
 class OcrCopy;
+struct SplitSetup;
+
+/// Whether the words of a run come from a copy. Bookmarks need no words.
+bool isRecognised(const SplitSetup& setup);
 
 /// Where the OCR'd copy of `source` lies: in `temporaryFolder`, named after the source. Beside it
 /// the file ".source" says what it was made from.

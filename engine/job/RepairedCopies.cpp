@@ -6,8 +6,6 @@
 #include "platform/FileLocks.h"
 #include "platform/Paths.h"
 
-#include <QRandomGenerator>
-
 #include <utility>
 
 namespace folivex {
@@ -19,10 +17,7 @@ namespace {
 class PrivatePart {
 public:
   PrivatePart()
-      : m_path(platform::joinPath(
-            platform::temporaryFolder(),
-            QStringLiteral(".folivex-%1.part")
-                .arg(QRandomGenerator::global()->generate64(), 16, 16, QLatin1Char('0')))),
+      : m_path(platform::newPartPath(platform::temporaryFolder())),
         m_isThere(platform::openForLock(m_file, m_path, true) == 0 &&
                   m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {}
   ~PrivatePart() {

@@ -5,7 +5,6 @@
 #include "engine/job/OcrFirst.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/output/ExternalCommand.h"
-#include "engine/setup/SplitMethod.h"
 #include "engine/words/CPDFTextDumpInit.h"
 #include "platform/Paths.h"
 
@@ -24,11 +23,6 @@ namespace {
 int readAheadThreads() {
   constexpr int most = 4;
   return std::clamp(QThread::idealThreadCount(), 1, most);
-}
-
-/// Bookmarks need no words.
-bool needsRecognition(const SplitSetup& setup) {
-  return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
 }
 
 /// What the text library said last, in words for those who have to do something about it.
@@ -95,7 +89,7 @@ int SourceFile::openForSplitting(const SplitSetup& setup) {
   stamp(setup.fileName);
   if (const int pageCount = openRepaired(setup, &SourceFile::openBoth); pageCount > 0) {
     m_job.person.progress({QStringLiteral("Processing"), 0, pageCount, 0});
-    if (needsRecognition(setup)) {
+    if (isRecognised(setup)) {
       recogniseAndOpenWords(setup);
     }
   }
@@ -107,7 +101,7 @@ void SourceFile::openBoth(const SplitSetup& setup) {
   count(setup);
   // The reading of words begins while the split library still opens the file, unless a file that it
   // refuses would be read by the hour first.
-  if (m_pageCount > 0 && !needsRecognition(setup)) {
+  if (m_pageCount > 0 && !isRecognised(setup)) {
     openWords(setup);
   }
   endSplitting(setup);

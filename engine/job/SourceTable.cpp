@@ -2,7 +2,6 @@
 
 #include "engine/job/OcrCopy.h"
 #include "engine/job/OcrFirst.h"
-#include "engine/setup/SplitMethod.h"
 #include "platform/Paths.h"
 
 #include <utility>
@@ -12,11 +11,6 @@ namespace folivex {
 namespace {
 
 using platform::FileStamp;
-
-/// Bookmarks need no words.
-bool isRecognised(const SplitSetup& setup) {
-  return setup.ocrFirst && !splitTraitsOf(setup.pageExtract).fromBookmarks;
-}
 
 } // namespace
 
