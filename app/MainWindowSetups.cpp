@@ -125,7 +125,7 @@ void MainWindow::showFile() {
   if (setup.useCurrent || !m_program.isReady()) {
     return; // what is open is what will be split
   }
-  if (!platform::isReadableFile(path)) {
+  if (path.isEmpty()) {
     m_page->closeFile();
     return;
   }

@@ -69,6 +69,11 @@ void PaneDocks::fit(QSize window) {
   }
   keep();
   m_kind = kind;
+  for (QDockWidget* dock : {m_pages, m_rules, m_plan}) {
+    // A tab has the title already.
+    delete dock->titleBarWidget();
+    dock->setTitleBarWidget(kind == Kind::Tabs ? new QWidget(dock) : nullptr);
+  }
   const QByteArray kept = QByteArray::fromBase64(m_memory.text(keyOf(kind)).toLatin1());
   if (!m_window.restoreState(kept)) {
     arrangeAnew();

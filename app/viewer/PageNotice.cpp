@@ -16,17 +16,13 @@ PageNotice::PageNotice(QWidget* parent) : QWidget(parent), m_text(new QLabel(thi
   m_text->setWordWrap(true);
   m_text->setAlignment(Qt::AlignCenter);
 
-  QPushButton* open =
-      sideButton("openFromPage", QStringLiteral("Open PDF..."),
-                 QStringLiteral("Choose the PDF to split"), this, [this] { onOpenWanted(); });
-  QPushButton* sample =
-      sideButton("trySample", QStringLiteral("Try the sample"),
-                 QStringLiteral("Forty pages of statements, with a setup that splits them"), this,
-                 [this] { onSampleWanted(); });
-  m_start = sideBySide(this, {gap(), open, sample, gap()});
-
   m_again = sideButton("reloadFile", QStringLiteral("Try again"),
                        QStringLiteral("Open the file again (F5)"), this, [this] { onAgain(); });
+  m_open = sideButton("openFromPage", QStringLiteral("Open PDF..."),
+                      QStringLiteral("Choose the PDF to split"), this, [this] { onOpenWanted(); });
+  m_sample = sideButton("trySample", QStringLiteral("Try the sample"),
+                        QStringLiteral("Forty pages of statements, with a setup that splits them"),
+                        this, [this] { onSampleWanted(); });
 
   m_password = named(new QLineEdit(this), "pagePassword", "The password that opens this PDF");
   m_password->setEchoMode(QLineEdit::Password);
@@ -43,8 +39,7 @@ PageNotice::PageNotice(QWidget* parent) : QWidget(parent), m_text(new QLabel(thi
   layout->setSpacing(air / 2);
   layout->addStretch(1);
   layout->addWidget(m_text);
-  layout->addWidget(m_start);
-  layout->addWidget(m_again, 0, Qt::AlignHCenter);
+  layout->addWidget(sideBySide(this, {gap(), m_again, m_open, m_sample, gap()}));
   layout->addWidget(m_passwordRow);
   layout->addStretch(2);
   showStart();
@@ -62,8 +57,9 @@ void PageNotice::tell(Kind kind, const QString& text) {
   m_text->setText(text);
   // Who typed a password goes on typing there while it is tried.
   const bool isTyping = m_passwordRow->isAncestorOf(QApplication::focusWidget());
-  m_start->setVisible(kind == Kind::Start);
   m_again->setVisible(kind == Kind::Problem);
+  m_open->setVisible(kind == Kind::Start || kind == Kind::Problem);
+  m_sample->setVisible(kind == Kind::Start);
   m_passwordRow->setVisible(kind == Kind::Password || (kind == Kind::Wait && isTyping));
   m_password->selectAll();
 }

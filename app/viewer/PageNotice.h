@@ -35,8 +35,9 @@ public:
 
 private:
   QLabel* m_text;
-  QWidget* m_start = nullptr;
   QPushButton* m_again = nullptr;
+  QPushButton* m_open = nullptr;
+  QPushButton* m_sample = nullptr;
   QWidget* m_passwordRow = nullptr;
   QLineEdit* m_password = nullptr;
 };

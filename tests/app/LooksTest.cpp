@@ -60,6 +60,7 @@ TEST_F(LooksTest, PanesAreTabsWhereThereIsNoRoomAndEachArrangementIsRemembered) 
   pages->close();
   m_window->resize(640, 450);
   EXPECT_TRUE(areTabs());
+  EXPECT_TRUE(pages->titleBarWidget() != nullptr) << "the title stands in the tab";
   EXPECT_LE(m_window->width(), 700);
   EXPECT_LE(m_window->height(), 450);
   m_window->resize(1280, 900);

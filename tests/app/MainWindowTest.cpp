@@ -383,6 +383,10 @@ TEST_F(MainWindowTest, WhatIsSaidGoesWithItsReasonAndASetupForAnyFileKeepsTheFil
   trigger("process");
   EXPECT_EQ(statusLine(), "Something has to be set right first.");
   trigger("saveSetup");
+  typeInto(m_window.get(), "FILENAME", at("gone.pdf"));
+  const auto* page = control<QLabel>(m_window.get(), "viewerState");
+  EXPECT_TRUE(waitUntil([page] { return page->text().contains("gone.pdf: is not there"); }));
+  EXPECT_TRUE(control<QWidget>(m_window.get(), "openFromPage")->isVisible());
   typeInto(m_window.get(), "FILENAME", at("in.pdf"));
   EXPECT_EQ(statusLine().contains("set right"), false);
   trigger("loadSetup");
