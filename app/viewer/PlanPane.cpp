@@ -27,6 +27,7 @@ namespace folivex {
 namespace {
 
 constexpr int air = 6;
+constexpr int widest = 260; // column of the plan, in pixels
 
 bool isNumeric(PlanColumn column) {
   return column == PlanColumn::Pages || column == PlanColumn::Count;
@@ -169,6 +170,9 @@ QWidget* PlanPane::buildTable() {
   m_table->setSortingEnabled(true);
   m_table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
   m_table->horizontalHeader()->setStretchLastSection(true);
+  // By the first rows; all of a long plan would take too long to measure.
+  constexpr int rowsMeasured = 100;
+  m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
   m_table->verticalHeader()->hide();
   m_table->setMinimumHeight(m_table->horizontalHeader()->sizeHint().height() +
                             3 * m_table->verticalHeader()->defaultSectionSize());
@@ -215,9 +219,10 @@ void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
   if (isAnother) {
     m_page = 0;
   }
-  if (isAnother || hadAddresses != shown.hasAddresses()) {
+  if (isAnother || hadAddresses != shown.hasAddresses() || areNamesCut()) {
     fitColumns();
-  } else {
+  }
+  if (!isAnother) {
     m_table->verticalScrollBar()->setValue(scrolled);
     chooseAgain();
   }
@@ -273,12 +278,14 @@ void PlanPane::resizeEvent(QResizeEvent* event) {
   }
 }
 
+/// Names grow while it is set what they are made of.
+bool PlanPane::areNamesCut() const {
+  constexpr auto names = static_cast<int>(PlanColumn::Name);
+  return m_table->columnWidth(names) < std::min(m_table->sizeHintForColumn(names), widest);
+}
+
 void PlanPane::fitColumns() {
-  // By the first rows; all of a long plan would take too long to measure.
-  constexpr int rowsMeasured = 100;
-  constexpr int widest = 260;
   constexpr int roomBeside = 12;
-  m_table->horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
   const int last =
       static_cast<int>(m_model->rows().hasAddresses() ? PlanColumn::Address : PlanColumn::Note);
   int needed = m_table->verticalScrollBar()->sizeHint().width();

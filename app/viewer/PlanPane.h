@@ -53,6 +53,7 @@ private:
   QWidget* buildHead();
   void connectControls();
   void tellNotes(const QStringList& notes);
+  bool areNamesCut() const;
   void fitColumns();
   void choose();
   void chooseAgain();

@@ -71,8 +71,12 @@ TEST_F(PlanTable, APersonsChoiceStaysWhenThePlanGrowsAndOnlyItTurnsThePage) {
   table()->selectRow(1);
   EXPECT_EQ(pages, std::vector<int>{14});
   SplitPlan grown = somePlan();
-  grown.outputs.push_back({101, 105, "d", "/out/d.pdf", PlannedOutput::Fate::New});
+  grown.outputs.push_back(
+      {101, 105, "d", "/out/d_statement_of_march.pdf", PlannedOutput::Fate::New});
   setPlan(grown);
+  constexpr auto names = static_cast<int>(PlanColumn::Name);
+  EXPECT_GE(table()->columnWidth(names),
+            table()->fontMetrics().horizontalAdvance("d_statement_of_march.pdf"));
   EXPECT_EQ(table()->model()->index(0, 0).data(), "101-105") << "the order stays";
   EXPECT_EQ(table()->currentIndex().row(), 2);
   typeInto(&m_window, "planFilter", ".pdf");
