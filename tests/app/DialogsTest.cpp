@@ -33,7 +33,8 @@ bool isOwnControl(const QWidget* widget) {
                       widget->inherits("QComboBox") || widget->inherits("QPlainTextEdit");
   // The parts of a control are named by Qt, or not at all.
   return isKind && widget->focusPolicy() != Qt::NoFocus && widget->isVisible() &&
-         !widget->parentWidget()->inherits("QComboBox");
+         !widget->parentWidget()->inherits("QComboBox") &&
+         !widget->parentWidget()->inherits("QAbstractSpinBox");
 }
 
 void expectOwnLetters(const QStringList& texts) {
