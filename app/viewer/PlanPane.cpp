@@ -299,7 +299,8 @@ void PlanPane::fitColumns() {
   // The folder is the same in nearly every row: it gives way where there is too little room.
   constexpr auto folder = static_cast<int>(PlanColumn::Folder);
   constexpr int narrowest = 90;
-  const int excess = std::max(needed - m_table->viewport()->width(), 0);
+  const int room = width() - 2 * air - 2 * m_table->frameWidth(); // the table may not have it yet
+  const int excess = std::max(needed - room, 0);
   m_table->setColumnWidth(folder, std::max(m_table->columnWidth(folder) - excess, narrowest));
 }
 
