@@ -52,17 +52,13 @@ void PageExtractor::openFile(const std::u16string& path, const std::u16string& p
   m_path = path;
   m_password = password;
   if (m_aheadThreads > 0 && pageCount() >= manyPages) {
-    PageList pages = m_reader->file().pageList();
-    if (!pages.pages.empty()) {
-      pages.file = identity;
-    }
-    startReadAhead(0, std::move(pages));
+    startReadAhead(0);
   }
 }
 
-void PageExtractor::startReadAhead(std::int32_t first, PageList pages) {
-  m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), first, std::move(pages),
-                                        m_aheadThreads, m_wordSpacing);
+void PageExtractor::startReadAhead(std::int32_t first) {
+  m_ahead = std::make_unique<ReadAhead>(m_path, m_password, pageCount(), first,
+                                        m_reader->file().pageList(), m_aheadThreads, m_wordSpacing);
 }
 
 void PageExtractor::closeFile() {
@@ -122,7 +118,7 @@ void PageExtractor::extract(std::int32_t first, std::int32_t last) {
 void PageExtractor::readPage(std::int32_t index, PageWords& words) {
   // A look at one page or another is no reason to start threads.
   if (!m_ahead && m_aheadThreads > 0 && index > 0 && index == m_lastPage) {
-    startReadAhead(-1, {});
+    startReadAhead(-1);
   }
   if (!m_ahead || !m_ahead->take(index, words)) {
     m_reader->read(index, words);

@@ -52,7 +52,7 @@ private:
     std::uint32_t word;
   };
 
-  void startReadAhead(std::int32_t first, PageList pages);
+  void startReadAhead(std::int32_t first);
   void readPage(std::int32_t index, PageWords& words);
   void dropWords();
   void fillOrder(bool reading);

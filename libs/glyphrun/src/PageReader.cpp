@@ -42,7 +42,7 @@ void PageReader::read(std::int32_t index, PageWords& out) {
   out.page = index + 1;
   mu.relax();
   m_fonts.endPage();
-  forgetNowAndThen();
+  forgetNowAndThen(index);
 }
 
 void PageReader::readContents(std::int32_t index, const PageFrame& frame) {
@@ -84,9 +84,13 @@ void PageReader::readAnnotations(std::int32_t index, const PageFrame& frame) {
   }
 }
 
-// Objects that were read stay in memory until they are forgotten. Forgetting walks over all of the
-// file's objects, so it happens only a few times in a document.
-void PageReader::forgetNowAndThen() {
+// Objects that were read stay in memory until they are forgotten. A page of a long document goes at
+// once. To forget the others walks over all of the file's objects, so it happens only a few times
+// in a document.
+void PageReader::forgetNowAndThen(std::int32_t index) {
+  if (m_file->pageCount() > fewestPagesToForget) {
+    m_file->forgetPage(index);
+  }
   if (++m_sinceForgotten < std::max(fewestPagesToForget, m_file->pageCount() / 16)) {
     return;
   }

@@ -22,7 +22,7 @@ public:
 private:
   void readContents(std::int32_t index, const PageFrame& frame);
   void readAnnotations(std::int32_t index, const PageFrame& frame);
-  void forgetNowAndThen();
+  void forgetNowAndThen(std::int32_t index);
 
   std::unique_ptr<PdfFile> m_file;
   StreamReader m_streams;

@@ -49,28 +49,28 @@ Matrix shownMatrix(const Rect& crop, int rotation) {
 } // namespace
 
 std::unique_ptr<PdfFile> PdfFile::open(const std::u16string& path, const std::u16string& password,
-                                       const PageList& known, const std::atomic<bool>* stop) {
+                                       const std::shared_ptr<const PageList>& known,
+                                       const std::atomic<bool>* stop) {
   std::unique_ptr<PdfFile> file(new PdfFile(stop));
   const std::string name = common::toUtf8(path);
+  const std::optional<common::FileIdentity> identity = common::FileIdentity::of(name);
   file->openDocument(name);
   file->authenticate(password);
-  const bool areKnown = known.file && known.file == common::FileIdentity::of(name) &&
-                        (file->facts() & GLYPHRUN_FILE_REPAIRED) == 0;
-  if (areKnown) {
-    file->takePages(known);
+  const bool isRepaired = (file->facts() & GLYPHRUN_FILE_REPAIRED) != 0;
+  if (known && known->file && known->file == identity && !isRepaired) {
+    file->m_list = known;
   } else {
-    file->readPages();
+    file->readPages(identity);
   }
   return file;
 }
 
 PdfFile::~PdfFile() {
   fz_context* ctx = m_mu->raw();
-  for (const PageEntry& page : m_pages) {
-    pdf_drop_obj(ctx, page.object);
-  }
-  for (const Node& node : m_nodes) {
-    pdf_drop_obj(ctx, node.object);
+  for (const auto* own : {&m_ownPages, &m_ownNodes}) {
+    for (const auto& [index, object] : *own) {
+      pdf_drop_obj(ctx, object);
+    }
   }
   if (m_treeLoaded) {
     pdf_drop_page_tree(ctx, m_document);
@@ -154,25 +154,37 @@ PdfObject PdfFile::catalog() const {
 
 // Walks the page tree once, with a stack of its own: depth, loops and claimed counts of the file
 // decide nothing. Every page found has been read, so the number is that of pages which exist.
-void PdfFile::readPages() {
+void PdfFile::readPages(const std::optional<common::FileIdentity>& identity) {
   constexpr std::size_t deepest = 256;
   struct Level {
-    std::uint32_t node;
+    std::size_t node;
     int next;
     int count;
   };
+  // The pages of a short document stay in memory until they are read.
   constexpr std::size_t fewPages = 4096;
-  std::size_t forgetAt = fewPages;
+  const auto list = std::make_shared<PageList>();
+  m_list = list;
   std::unordered_set<int> visited;
   std::vector<Level> stack;
-  const auto enter = [&](const PdfObject& node, std::int32_t parent) {
-    const int number = node.objectNumber();
+  const auto keepOwn = [this](auto& own, std::size_t index, const PdfObject& object) {
+    if (object.objectNumber() == 0) {
+      own.emplace(index, pdf_keep_obj(m_mu->raw(), object.raw()));
+    }
+  };
+  const auto forgetRead = [&](int number) {
+    if (list->pages.size() > fewPages) {
+      forget(number);
+    }
+  };
+  const auto enter = [&](const PdfObject& kid, std::int32_t parent) {
+    const int number = kid.objectNumber();
     if (stack.size() >= deepest || (number != 0 && !visited.insert(number).second)) {
       return;
     }
-    m_nodes.push_back({node.raw(), parent});
-    pdf_keep_obj(m_mu->raw(), node.raw());
-    stack.push_back({static_cast<std::uint32_t>(m_nodes.size() - 1), 0, node.get("Kids").size()});
+    keepOwn(m_ownNodes, list->nodes.size(), kid);
+    list->nodes.push_back({number, parent});
+    stack.push_back({list->nodes.size() - 1, 0, kid.get("Kids").size()});
   };
   const PdfObject root = catalog().get("Pages");
   if (root.isDict()) {
@@ -180,99 +192,75 @@ void PdfFile::readPages() {
   }
   while (!stack.empty() && !m_mu->overdue()) {
     Level& level = stack.back();
+    const std::size_t above = level.node;
     if (level.next >= level.count) {
       stack.pop_back();
+      forgetRead(list->nodes[above].number);
       continue;
     }
-    const std::uint32_t node = level.node;
-    const PdfObject kid = PdfObject(*m_mu, m_nodes[node].object).get("Kids").at(level.next++);
+    const PdfObject kid = node(above).get("Kids").at(level.next++);
     if (!kid.isDict()) {
       continue;
     }
     if (kid.get("Kids").isArray()) {
-      enter(kid, static_cast<std::int32_t>(node));
-    } else {
-      m_pages.push_back({kid.raw(), node});
-      pdf_keep_obj(m_mu->raw(), kid.raw());
+      enter(kid, static_cast<std::int32_t>(above));
+      continue;
     }
-    // Each time a quarter more pages are known, so that it costs the same for every page.
-    if (m_pages.size() >= forgetAt) {
-      forgetObjects();
-      forgetAt = m_pages.size() + std::max(fewPages, m_pages.size() / 4);
-    }
+    const int number = kid.objectNumber();
+    keepOwn(m_ownPages, list->pages.size(), kid);
+    list->pages.push_back({number, static_cast<std::uint32_t>(above)});
+    forgetRead(number);
   }
-  if (m_pages.empty()) {
+  if (list->pages.empty()) {
     throw Failure(GLYPHRUN_NOT_A_PDF, "no page can be found");
   }
+  const bool isRepaired = (facts() & GLYPHRUN_FILE_REPAIRED) != 0;
+  if (!isRepaired && m_ownPages.empty() && m_ownNodes.empty()) {
+    list->file = identity;
+  }
 }
 
-PageList PdfFile::pageList() const {
-  PageList list;
-  if ((facts() & GLYPHRUN_FILE_REPAIRED) != 0) {
-    return list;
-  }
-  const auto numberOf = [this](pdf_obj* object) { return PdfObject(*m_mu, object).objectNumber(); };
-  list.nodes.reserve(m_nodes.size());
-  for (const Node& node : m_nodes) {
-    list.nodes.push_back({numberOf(node.object), node.parent});
-  }
-  list.pages.reserve(m_pages.size());
-  for (const PageEntry& page : m_pages) {
-    list.pages.push_back({numberOf(page.object), page.node});
-  }
-  const auto hasNone = [](const auto& entry) { return entry.number == 0; };
-  if (std::any_of(list.nodes.begin(), list.nodes.end(), hasNone) ||
-      std::any_of(list.pages.begin(), list.pages.end(), hasNone)) {
-    list = {};
-  }
-  return list;
+PdfObject PdfFile::object(int number) const {
+  pdf_obj* object = nullptr;
+  m_mu->attempt([&] { object = pdf_load_object(m_mu->raw(), m_document, number); });
+  pdf_drop_obj(m_mu->raw(), object); // the document has it still
+  return {*m_mu, object};
 }
 
-// References only: a page is read when it is asked for.
-void PdfFile::takePages(const PageList& list) {
-  fz_context* ctx = m_mu->raw();
-  m_nodes.reserve(list.nodes.size());
-  m_pages.reserve(list.pages.size());
-  const Outcome outcome = m_mu->attempt([&] {
-    for (const PageList::Node& node : list.nodes) {
-      m_nodes.push_back({pdf_new_indirect(ctx, m_document, node.number, 0), node.parent});
-    }
-    for (const PageList::Page& page : list.pages) {
-      m_pages.push_back({pdf_new_indirect(ctx, m_document, page.number, 0), page.node});
-    }
-  });
-  if (outcome != Outcome::Ok) {
-    throw std::bad_alloc();
-  }
+PdfObject PdfFile::node(std::size_t index) const {
+  const int number = m_list->nodes[index].number;
+  return number != 0 ? object(number) : PdfObject(*m_mu, m_ownNodes.at(index));
 }
 
 PdfObject PdfFile::page(std::int32_t index) const {
-  return {*m_mu, m_pages[static_cast<std::size_t>(index)].object};
+  const auto at = static_cast<std::size_t>(index);
+  const int number = m_list->pages[at].number;
+  return number != 0 ? object(number) : PdfObject(*m_mu, m_ownPages.at(at));
 }
 
-PdfObject PdfFile::inherited(const PageEntry& entry, const char* key) const {
-  PdfObject value = PdfObject(*m_mu, entry.object).get(key);
-  for (auto node = static_cast<std::int32_t>(entry.node); !value && node >= 0;
-       node = m_nodes[static_cast<std::size_t>(node)].parent) {
-    value = PdfObject(*m_mu, m_nodes[static_cast<std::size_t>(node)].object).get(key);
+PdfObject PdfFile::inherited(std::int32_t index, const char* key) const {
+  PdfObject value = page(index).get(key);
+  auto above = static_cast<std::int32_t>(m_list->pages[static_cast<std::size_t>(index)].node);
+  while (!value && above >= 0) {
+    value = node(static_cast<std::size_t>(above)).get(key);
+    above = m_list->nodes[static_cast<std::size_t>(above)].parent;
   }
   return value;
 }
 
 PageFrame PdfFile::frameOf(std::int32_t index) const {
-  const PageEntry& entry = m_pages[static_cast<std::size_t>(index)];
   PageFrame frame;
-  frame.resources = inherited(entry, "Resources");
+  frame.resources = inherited(index, "Resources");
   Rect media{0, 0, standardWidth, standardHeight};
-  if (!readRect(inherited(entry, "MediaBox"), media)) {
+  if (!readRect(inherited(index, "MediaBox"), media)) {
     media = {0, 0, standardWidth, standardHeight};
   }
   Rect crop;
   frame.crop = media;
-  if (readRect(inherited(entry, "CropBox"), crop) && !crop.intersected(media).empty()) {
+  if (readRect(inherited(index, "CropBox"), crop) && !crop.intersected(media).empty()) {
     frame.crop = crop.intersected(media);
   }
-  const int turns = inherited(entry, "Rotate").integer() % 360;
+  const int turns = inherited(index, "Rotate").integer() % 360;
   frame.rotation = ((turns + 360 + 45) / 90 * 90) % 360;
   frame.toShown = shownMatrix(frame.crop, frame.rotation);
   const double width = frame.crop.right - frame.crop.left;
@@ -285,9 +273,8 @@ PageFrame PdfFile::frameOf(std::int32_t index) const {
 
 std::int32_t PdfFile::pageWithNumber(int objectNumber) const {
   if (m_pagesByNumber.empty()) {
-    for (std::size_t i = 0; i < m_pages.size(); ++i) {
-      m_pagesByNumber.emplace(page(static_cast<std::int32_t>(i)).objectNumber(),
-                              static_cast<std::int32_t>(i));
+    for (std::int32_t i = 0; i < pageCount(); ++i) {
+      m_pagesByNumber.emplace(m_list->pages[static_cast<std::size_t>(i)].number, i);
     }
   }
   const auto found = m_pagesByNumber.find(objectNumber);
@@ -311,6 +298,26 @@ std::int32_t PdfFile::facts() const {
   return facts;
 }
 
+// What pdf_clear_xref() does to all objects.
+void PdfFile::forget(int number) {
+  fz_context* ctx = m_mu->raw();
+  m_mu->attempt([&] {
+    pdf_xref_entry* entry = number > 0 && number < pdf_xref_len(ctx, m_document)
+                                ? pdf_get_xref_entry(ctx, m_document, number)
+                                : nullptr;
+    if (entry != nullptr && entry->obj != nullptr && entry->stm_buf == nullptr) {
+      pdf_drop_obj(ctx, entry->obj);
+      entry->obj = nullptr;
+    }
+  });
+}
+
+void PdfFile::forgetPage(std::int32_t index) {
+  const PdfObject contents = page(index).get("Contents");
+  forget(contents.objectNumber());
+  forget(m_list->pages[static_cast<std::size_t>(index)].number);
+}
+
 void PdfFile::forgetObjects() {
   m_mu->attempt([&] { pdf_clear_xref(m_mu->raw(), m_document); });
 }
@@ -324,22 +331,23 @@ bool PdfFile::fillPageTables() {
   fz_context* ctx = m_mu->raw();
   int* forward = nullptr;
   pdf_rev_page_map* backward = nullptr;
+  const std::vector<PageList::Page>& pages = m_list->pages;
   const Outcome outcome = m_mu->attempt([&] {
-    forward = static_cast<int*>(fz_malloc(ctx, m_pages.size() * sizeof(int)));
+    forward = static_cast<int*>(fz_malloc(ctx, pages.size() * sizeof(int)));
     backward =
-        static_cast<pdf_rev_page_map*>(fz_malloc(ctx, m_pages.size() * sizeof(pdf_rev_page_map)));
+        static_cast<pdf_rev_page_map*>(fz_malloc(ctx, pages.size() * sizeof(pdf_rev_page_map)));
   });
   if (outcome != Outcome::Ok || forward == nullptr || backward == nullptr) {
     fz_free(ctx, forward);
     return false;
   }
-  for (std::size_t i = 0; i < m_pages.size(); ++i) {
-    forward[i] = page(static_cast<std::int32_t>(i)).objectNumber();
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    forward[i] = pages[i].number;
     backward[i] = {static_cast<int>(i), forward[i]};
   }
-  std::sort(backward, backward + m_pages.size(),
+  std::sort(backward, backward + pages.size(),
             [](const auto& a, const auto& b) { return a.object < b.object; });
-  m_document->map_page_count = static_cast<int>(m_pages.size());
+  m_document->map_page_count = static_cast<int>(pages.size());
   m_document->fwd_page_map = forward;
   m_document->rev_page_map = backward;
   m_document->page_map_nesting = 1;
@@ -356,7 +364,8 @@ pdf_page* PdfFile::loadForDrawing(std::int32_t index) {
   pdf_page* loaded = nullptr;
   int before = 0;
   m_mu->attempt([&] {
-    object = pdf_load_object(ctx, m_document, page(index).objectNumber());
+    object =
+        pdf_load_object(ctx, m_document, m_list->pages[static_cast<std::size_t>(index)].number);
     before = pdf_obj_refs(ctx, object);
     loaded = pdf_load_page(ctx, m_document, index);
   });

@@ -15,7 +15,8 @@ constexpr std::size_t mostBytesAhead = std::size_t{64} << 20;
 } // namespace
 
 ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
-                     std::int32_t first, PageList pages, int threads, double wordSpacing)
+                     std::int32_t first, std::shared_ptr<const PageList> pages, int threads,
+                     double wordSpacing)
     : m_path(std::move(path)), m_password(std::move(password)), m_pageCount(pageCount),
       m_pages(std::move(pages)), m_window(threads * pagesAheadPerThread), m_wanted(first),
       m_next(first), m_wordSpacing(wordSpacing) {

@@ -21,10 +21,10 @@ class ReadAhead {
 public:
   /// The threads open the file at once. `pageCount` is the caller's; a thread that finds another
   /// number in the file stands aside. Reading begins with page `first` (from 0), or behind the
-  /// first page that is taken when it is -1. `pages` saves the threads the search for the pages,
-  /// and may be empty.
+  /// first page that is taken when it is -1. `pages` saves the threads the search for the pages.
   ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
-            std::int32_t first, PageList pages, int threads, double wordSpacing);
+            std::int32_t first, std::shared_ptr<const PageList> pages, int threads,
+            double wordSpacing);
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -52,7 +52,7 @@ private:
   const std::u16string m_path;
   const std::u16string m_password;
   const std::int32_t m_pageCount;
-  const PageList m_pages;
+  const std::shared_ptr<const PageList> m_pages;
   const std::int32_t m_window;
   std::atomic<bool> m_stopping{false}; ///< changed under the mutex; the contexts look at it
 
