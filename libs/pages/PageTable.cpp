@@ -1,6 +1,9 @@
 #include "PageTable.h"
 
+#include <algorithm>
 #include <limits>
+#include <numeric>
+#include <utility>
 
 namespace pages {
 
@@ -11,26 +14,68 @@ constexpr size_t mostPages = 100'000'000;
 
 } // namespace
 
-/// A place in the walk: which kid of which node comes next.
-struct PageTable::Step {
-  uint32_t node;
-  QPDFObjectHandle kids;
-  int next;
+/// The walk through the tree, and what it alone has to remember.
+class PageTable::Walk {
+public:
+  using OnPage = std::function<void(int32_t page, QPDFObjGen object)>;
+  Walk(PageTable& table, QPDF& document, const OnPage& onPage)
+      : m_table(table), m_document(document), m_onPage(onPage) {}
+
+  void run();
+
+private:
+  /// A place in the walk: which kid of which node comes next.
+  struct Step {
+    uint32_t node;
+    QPDFObjectHandle kids;
+    int next;
+  };
+
+  QPDFObjectHandle findRoot();
+  QPDFObjectHandle made(QPDFObjectHandle direct);
+  void enter(QPDFObjectHandle node, uint32_t parent);
+  void takeNext();
+  void addPage(QPDFObjectHandle page, uint32_t node);
+
+  PageTable& m_table;
+  QPDF& m_document;
+  const OnPage& m_onPage;
+  std::vector<Step> m_path;
+  ObjGenSet m_met; ///< pages
+  ObjGenSet m_resources;
 };
 
 PageTable::PageTable(QPDF& document,
-                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage)
-    : m_document(document), m_onPage(onPage) {
+                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage) {
+  Walk(*this, document, onPage).run();
+  m_pages.shrink_to_fit();
+  m_byObject.resize(m_pages.size());
+  std::iota(m_byObject.begin(), m_byObject.end(), 0);
+  std::sort(m_byObject.begin(), m_byObject.end(), [this](int32_t left, int32_t right) {
+    return std::pair(object(left), left) < std::pair(object(right), right);
+  });
+}
+
+void PageTable::Walk::run() {
   QPDFObjectHandle root = findRoot();
-  if (root.isDictionary()) {
-    walk(root);
+  if (!root.isDictionary()) {
+    return;
   }
-  m_resources.clear();
-  m_onPage = nullptr;
+  if (!root.isIndirect()) {
+    root = made(root);
+  }
+  if (!root.getKey("/Kids").isArray()) {
+    addPage(root, noNode);
+    return;
+  }
+  enter(root, noNode);
+  while (!m_path.empty() && m_table.m_pages.size() < mostPages) {
+    takeNext();
+  }
 }
 
 /// Some catalogs name a node below the root of the tree.
-QPDFObjectHandle PageTable::findRoot() {
+QPDFObjectHandle PageTable::Walk::findRoot() {
   QPDFObjectHandle node = m_document.getRoot().getKey("/Pages");
   ObjGenSet seen;
   while (node.isDictionary() && node.getKey("/Parent").isDictionary() &&
@@ -40,71 +85,70 @@ QPDFObjectHandle PageTable::findRoot() {
   return node;
 }
 
-void PageTable::walk(QPDFObjectHandle root) {
-  std::vector<Step> path;
-  auto enter = [&](QPDFObjectHandle& node, uint32_t parent) {
-    if (node.isIndirect() && !m_nodeIndex.insert(node.getObjGen()).second) {
-      return;
-    }
-    m_nodes.push_back({node, parent});
-    path.push_back({static_cast<uint32_t>(m_nodes.size() - 1), node.getKey("/Kids"), 0});
-  };
-  if (!root.getKey("/Kids").isArray()) {
-    addPage(root, noNode);
+QPDFObjectHandle PageTable::Walk::made(QPDFObjectHandle direct) {
+  m_table.m_madeObjects = true;
+  return m_document.makeIndirectObject(direct);
+}
+
+void PageTable::Walk::enter(QPDFObjectHandle node, uint32_t parent) {
+  if (!m_table.m_nodeIndex.insert(node.getObjGen()).second) {
     return;
   }
-  enter(root, noNode);
-  while (!path.empty() && m_pages.size() < mostPages) {
-    Step& step = path.back();
-    if (step.next >= step.kids.getArrayNItems()) {
-      path.pop_back();
-      continue;
-    }
-    const int position = step.next++;
-    QPDFObjectHandle kid = step.kids.getArrayItem(position);
-    if (m_pageIndex.count(kid.getObjGen()) != 0) {
-      m_pages.push_back({kid.getObjGen(), step.node}); // listed twice; it may not be in memory
-      continue;
-    }
-    if (!kid.isDictionary()) {
-      continue;
-    }
-    if (kid.getKey("/Kids").isArray()) {
-      enter(kid, step.node);
-      continue;
-    }
-    if (!kid.isIndirect()) {
-      kid = m_document.makeIndirectObject(kid);
-      step.kids.setArrayItem(position, kid);
-      m_madeObjects = true;
-    }
+  m_table.m_nodes.push_back({node.getObjGen(), parent});
+  m_path.push_back({static_cast<uint32_t>(m_table.m_nodes.size() - 1), node.getKey("/Kids"), 0});
+}
+
+void PageTable::Walk::takeNext() {
+  Step& step = m_path.back();
+  if (step.next >= step.kids.getArrayNItems()) {
+    m_path.pop_back();
+    return;
+  }
+  const int position = step.next++;
+  QPDFObjectHandle kid = step.kids.getArrayItem(position);
+  if (m_met.count(kid.getObjGen()) != 0) {
+    m_table.m_pages.push_back({kid.getObjGen(), step.node}); // twice; it may not be in memory
+    return;
+  }
+  if (!kid.isDictionary()) {
+    return;
+  }
+  if (!kid.isIndirect()) {
+    kid = made(kid);
+    step.kids.setArrayItem(position, kid);
+  }
+  if (kid.getKey("/Kids").isArray()) {
+    enter(kid, step.node);
+  } else {
     addPage(kid, step.node);
   }
 }
 
-void PageTable::addPage(QPDFObjectHandle page, uint32_t node) {
+void PageTable::Walk::addPage(QPDFObjectHandle page, uint32_t node) {
   const QPDFObjGen object = page.getObjGen();
-  m_pageIndex.emplace(object, count());
-  m_pages.push_back({object, node});
+  m_met.insert(object);
+  m_table.m_pages.push_back({object, node});
   const QPDFObjectHandle resources = page.getKey("/Resources");
   if (resources.isIndirect() && !m_resources.insert(resources.getObjGen()).second) {
-    m_sharedResources.insert(resources.getObjGen());
+    m_table.m_sharedResources.insert(resources.getObjGen());
   }
   if (m_onPage) {
-    m_onPage(count() - 1, object);
+    m_onPage(m_table.count() - 1, object);
   }
 }
 
-std::optional<int32_t> PageTable::indexOf(QPDFObjGen object) const {
-  const auto found = m_pageIndex.find(object);
-  return found == m_pageIndex.end() ? std::nullopt : std::optional(found->second);
+std::optional<int32_t> PageTable::indexOf(QPDFObjGen wanted) const {
+  const auto found =
+      std::lower_bound(m_byObject.begin(), m_byObject.end(), wanted,
+                       [this](int32_t page, QPDFObjGen other) { return object(page) < other; });
+  return found == m_byObject.end() || object(*found) != wanted ? std::nullopt
+                                                               : std::optional(*found);
 }
 
-QPDFObjectHandle PageTable::inherited(int32_t page, const std::string& key) const {
+QPDFObjectHandle PageTable::inherited(QPDF& document, int32_t page, const std::string& key) const {
   uint32_t node = m_pages[static_cast<size_t>(page)].node;
   while (node != noNode) {
-    QPDFObjectHandle dictionary = m_nodes[node].dictionary;
-    QPDFObjectHandle value = dictionary.getKey(key);
+    QPDFObjectHandle value = document.getObject(m_nodes[node].object).getKey(key);
     if (!value.isNull()) {
       return value;
     }

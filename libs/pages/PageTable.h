@@ -20,7 +20,8 @@ struct PageRange {
 };
 
 /// The pages of a document, each seen before it counts: no number that the file states is believed.
-/// Page indexes here count from 0.
+/// Page indexes here count from 0. Once made it refers to no document, and is good for every one
+/// of the same file in which no objects had to be made.
 class PageTable {
 public:
   /// Walks the page tree once. A node that is met again is not walked again. Each page is told
@@ -38,11 +39,12 @@ public:
   /// Whether the object is an inner node of the page tree.
   bool isNode(QPDFObjGen object) const { return m_nodeIndex.count(object) != 0; }
 
-  /// Whether pages had to be made objects of their own: the document in memory is not the file.
+  /// Whether pages or nodes had to be made objects of their own: the document in memory is not the
+  /// file.
   bool madeObjects() const { return m_madeObjects; }
 
   /// Value of an entry of the nodes above the page, null when none of them has it.
-  QPDFObjectHandle inherited(int32_t page, const std::string& key) const;
+  QPDFObjectHandle inherited(QPDF& document, int32_t page, const std::string& key) const;
 
   /// Whether more than one page names this object as its resources.
   bool isSharedResource(QPDFObjGen object) const { return m_sharedResources.count(object) != 0; }
@@ -53,23 +55,16 @@ private:
     uint32_t node;
   };
   struct Node {
-    QPDFObjectHandle dictionary;
+    QPDFObjGen object;
     uint32_t parent;
   };
-  struct Step;
+  class Walk;
 
-  QPDFObjectHandle findRoot();
-  void walk(QPDFObjectHandle root);
-  void addPage(QPDFObjectHandle page, uint32_t node);
-
-  QPDF& m_document;
-  std::function<void(int32_t page, QPDFObjGen object)> m_onPage;
   bool m_madeObjects = false;
   std::vector<Page> m_pages;
+  std::vector<int32_t> m_byObject; ///< indexes of pages, ordered by object and index
   std::vector<Node> m_nodes;
-  ObjGenMap<int32_t> m_pageIndex;
   ObjGenSet m_nodeIndex;
-  ObjGenSet m_resources;
   ObjGenSet m_sharedResources;
 };
 

@@ -128,7 +128,7 @@ void RangeBuilder::addInherited(int32_t page, Entries& entries) {
   for (const char* key : inheritable) {
     const auto found = entries.find(key);
     if (found == entries.end() || found->second.isNull()) {
-      entries[key] = m_source.pages().inherited(page, key);
+      entries[key] = m_source.inherited(page, key);
     }
   }
 }
@@ -136,8 +136,7 @@ void RangeBuilder::addInherited(int32_t page, Entries& entries) {
 void RangeBuilder::writeResources(Fragment& out, int32_t page, Entries& entries) {
   const auto own = entries.find("/Resources");
   const bool isInherited = own == entries.end() || own->second.isNull();
-  QPDFObjectHandle resources =
-      isInherited ? m_source.pages().inherited(page, "/Resources") : own->second;
+  QPDFObjectHandle resources = isInherited ? m_source.inherited(page, "/Resources") : own->second;
   const bool isShared = isInherited || m_source.pages().isSharedResource(resources.getObjGen());
   const auto of = [&entries](const char* key) {
     const auto found = entries.find(key);

@@ -89,6 +89,7 @@ WrittenFile writeRange(Source& source, RangeOrder& order) {
   }
   common::AsideFile file(order.target, {.claim = std::move(order.claim), .model = order.model});
   try {
+    source.makeRoom();
     RangeBuilder(source, indexes, order.settings, file).write();
   } catch (const Failure&) {
     throw;

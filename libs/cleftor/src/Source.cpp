@@ -17,12 +17,14 @@ using common::Failure;
 using common::refuseToOpen;
 
 Source::Source(const std::string& path, const std::vector<std::string>& passwords,
-               const std::atomic<bool>* stop)
-    : m_path(path), m_stop(stop) {
+               const std::atomic<bool>* stop, std::shared_ptr<const pages::PageTable> pages)
+    : m_path(path), m_stop(stop), m_pages(std::move(pages)) {
   open(passwords);
   try {
     gatherFacts();
-    readPages();
+    if (m_pages == nullptr) {
+      readPages();
+    }
     gatherWholeDocument();
   } catch (const std::exception& error) {
     refuseToOpen(m_path, std::string("its pages cannot be read: ") + error.what());
@@ -33,9 +35,15 @@ Source::Source(const std::string& path, const std::vector<std::string>& password
   forgetWarnings();
 }
 
+Source::Ticket Source::ticket() const {
+  return {m_path, m_password, m_input->identity(), m_pages->madeObjects() ? nullptr : m_pages,
+          pageCount()};
+}
+
 std::unique_ptr<Source> Source::of(const Ticket& ticket, const std::atomic<bool>& stop) {
   try {
-    auto source = std::make_unique<Source>(ticket.path, std::vector{ticket.password}, &stop);
+    auto source =
+        std::make_unique<Source>(ticket.path, std::vector{ticket.password}, &stop, ticket.pages);
     const bool same = source->m_input->identity() == ticket.identity &&
                       source->pageCount() == ticket.pageCount && !stop;
     return same ? std::move(source) : nullptr;
@@ -99,26 +107,35 @@ bool Source::openWith(const std::string& password) {
   return true;
 }
 
-/// The walk meets every page. Of a long document most of them leave the memory at once.
+/// The walk meets every page. Of a long document they leave the memory as soon as it shows to be
+/// one, and then their traces.
 void Source::readPages() {
-  m_pages =
-      std::make_unique<pages::PageTable>(*m_document, [this](int32_t page, QPDFObjGen object) {
-        if (page >= residentPages && mayRenew()) {
-          letGoOf(object);
-        }
-      });
-  if (m_pages->madeObjects() && !m_gone.empty()) {
-    // Page numbers of this document are not those of the file, so nothing can be read anew.
-    m_gone.clear();
-    open({m_password});
-    m_pages = std::make_unique<pages::PageTable>(*m_document, [](int32_t, QPDFObjGen) {});
+  std::vector<QPDFObjGen> met;
+  const auto onPage = [this, &met](int32_t page, QPDFObjGen object) {
+    met.push_back(object);
+    if (page >= residentPages && mayLetGo()) {
+      std::ranges::for_each(met, [this](QPDFObjGen one) { letGoOf(one); });
+      met.clear();
+    }
+  };
+  m_pages = std::make_shared<pages::PageTable>(*m_document, onPage);
+  if (m_gone.empty()) {
+    return;
   }
+  if (!m_pages->madeObjects()) {
+    renew();
+    forgetEarlier();
+    return;
+  }
+  // Page numbers of this document are not those of the file, so nothing can be read anew.
+  m_gone.clear();
+  open({m_password});
+  m_pages = std::make_shared<pages::PageTable>(*m_document);
 }
 
 /// A repaired document is searched for its objects once, not again and again.
-bool Source::mayRenew() const {
-  return (m_facts & CLEFTOR_FILE_REPAIRED) == 0 &&
-         m_earlierDocuments.size() < static_cast<size_t>(mostRenewals);
+bool Source::mayLetGo() const {
+  return (m_facts & CLEFTOR_FILE_REPAIRED) == 0 && m_returns < mostReturns;
 }
 
 void Source::letGoOf(QPDFObjGen object) {
@@ -138,11 +155,29 @@ void Source::renew() {
   m_earlierDocuments.push_back(std::move(m_document));
   m_document = std::move(document);
   m_gone.clear();
+  m_pagesGone = 0;
+}
+
+void Source::bringBack() {
+  ++m_returns;
+  renew();
+}
+
+void Source::forgetEarlier() {
+  if (m_earlierDocuments.empty()) {
+    return;
+  }
+  m_names.reset();
+  m_outline.reset();
+  m_labels.reset();
+  m_fields.reset();
+  m_layers.reset();
+  m_earlierDocuments.clear();
 }
 
 QPDFObjectHandle Source::object(QPDFObjGen object) {
   if (m_gone.count(object) != 0) {
-    renew();
+    bringBack();
   }
   return m_document->getObject(object);
 }
@@ -167,31 +202,42 @@ QPDFObjectHandle Source::page(int32_t index) {
     throw Failure(CLEFTOR_DAMAGED, "\"" + m_path + "\" is not the file any more that was opened");
   }
   if (!m_gone.empty() && lacksPartOf(page)) {
-    renew();
+    bringBack();
     return this->page(index);
   }
   return page;
 }
 
+void Source::makeRoom() {
+  if (m_pagesGone >= std::max(pagesARenewal, pageCount() / mostRenewals)) {
+    renew();
+  }
+  forgetEarlier();
+}
+
 void Source::letGoOfPages(int32_t first, int32_t last) {
-  if (pageCount() <= residentPages || m_pages->madeObjects() || !mayRenew()) {
+  if (pageCount() <= residentPages || m_pages->madeObjects() || !mayLetGo()) {
     return;
   }
   for (int32_t index = first; index <= last; ++index) {
-    const QPDFObjGen object = m_pages->object(index);
-    QPDFObjectHandle contents = m_document->getObject(object).getKey("/Contents");
-    const auto drop = [this](QPDFObjectHandle content) {
-      // What several pages draw is kept, once it has shown.
-      if (content.isStream() && m_cache.find(content.getObjGen()) == nullptr) {
-        letGoOf(content.getObjGen());
-      }
-    };
-    drop(contents);
-    for (int i = 0; contents.isArray() && i < contents.getArrayNItems(); ++i) {
-      drop(contents.getArrayItem(i));
-    }
-    letGoOf(object);
+    letGoOfPage(m_pages->object(index));
   }
+  m_pagesGone += last - first + 1;
+}
+
+void Source::letGoOfPage(QPDFObjGen object) {
+  QPDFObjectHandle contents = m_document->getObject(object).getKey("/Contents");
+  const auto drop = [this](QPDFObjectHandle content) {
+    // What several pages draw is kept, once it has shown.
+    if (content.isStream() && m_cache.find(content.getObjGen()) == nullptr) {
+      letGoOf(content.getObjGen());
+    }
+  };
+  drop(contents);
+  for (int i = 0; contents.isArray() && i < contents.getArrayNItems(); ++i) {
+    drop(contents.getArrayItem(i));
+  }
+  letGoOf(object);
 }
 
 bool Source::isChanged() const {

@@ -28,8 +28,10 @@ class Source {
 public:
   /// Tries the passwords (bytes) one after the other, then the empty one. Throws Failure
   /// CLEFTOR_CANNOT_OPEN. `stop`: see SourceInput.
+  /// `pages`: of the same file, when they are known.
   Source(const std::string& path, const std::vector<std::string>& passwords,
-         const std::atomic<bool>* stop = nullptr);
+         const std::atomic<bool>* stop = nullptr,
+         std::shared_ptr<const pages::PageTable> pages = nullptr);
 
   const std::string& path() const { return m_path; }
   const pages::PageTable& pages() const { return *m_pages; }
@@ -45,6 +47,13 @@ public:
   QPDFObjectHandle trailer() { return m_document->getTrailer(); }
   QPDFObjectHandle object(QPDFObjGen object);
   QPDFObjectHandle page(int32_t index);
+  QPDFObjectHandle inherited(int32_t page, const std::string& key) {
+    return m_pages->inherited(*m_document, page, key);
+  }
+
+  /// Before a range, when nothing that was read of the source is held any more: gives the memory
+  /// back that earlier ranges took. Throws Failure when the file cannot be read any more.
+  void makeRoom();
 
   /// The pages first..last (from 0) are written. Of a long document they leave the memory with what
   /// they draw; who asks for them again gets them, since the file is then read anew.
@@ -80,9 +89,10 @@ public:
     std::string path;
     std::string password;
     common::FileIdentity identity;
+    std::shared_ptr<const pages::PageTable> pages; ///< null: to be found once more
     int32_t pageCount = 0;
   };
-  Ticket ticket() const { return {m_path, m_password, m_input->identity(), pageCount()}; }
+  Ticket ticket() const;
   /// Null when the file cannot be opened, is not the same any more, or opening it was stopped.
   static std::unique_ptr<Source> of(const Ticket& ticket, const std::atomic<bool>& stop);
 
@@ -95,14 +105,22 @@ public:
 private:
   /// A document of no more pages stays in memory: 4 KB or so for a page.
   static constexpr int32_t residentPages = 16'384;
-  /// Reading anew costs time that grows with the document, so it happens a few times at most.
-  static constexpr int mostRenewals = 4;
+  /// What was let go of leaves a trace in memory, 0.5 KB or so for a page, and only reading the
+  /// file anew takes it away. That costs time that grows with the document: so it happens once for
+  /// so many pages, or for such a part of them.
+  static constexpr int32_t pagesARenewal = 65'536;
+  static constexpr int32_t mostRenewals = 8;
+  /// So often the file is read anew for the sake of pages that are asked for again.
+  static constexpr int mostReturns = 4;
 
   void readPages();
-  bool mayRenew() const;
+  bool mayLetGo() const;
   void letGoOf(QPDFObjGen object);
+  void letGoOfPage(QPDFObjGen object);
   bool lacksPartOf(QPDFObjectHandle page) const;
   void renew();
+  void bringBack();
+  void forgetEarlier();
   void open(const std::vector<std::string>& passwords);
   bool openWith(const std::string& password);
   bool openWithoutKey();
@@ -117,10 +135,12 @@ private:
   bool m_hasNoKey = false;      ///< opened without any: its attachments stay encrypted
   std::shared_ptr<pages::SourceInput> m_input;
   std::shared_ptr<QPDF> m_document;
-  std::vector<std::shared_ptr<QPDF>>
-      m_earlierDocuments; ///< what is known of the whole hangs on them
-  std::unique_ptr<pages::PageTable> m_pages;
+  /// What the range that is being written has read hangs on them, and what is known of the whole.
+  std::vector<std::shared_ptr<QPDF>> m_earlierDocuments;
+  std::shared_ptr<const pages::PageTable> m_pages;
   pages::ObjGenSet m_gone; ///< objects of m_document that were let go of
+  int32_t m_pagesGone = 0; ///< of it
+  int m_returns = 0;
   pages::ObjGenSet m_wholeDocument;
   int32_t m_facts = 0;
   pages::Claims m_claims;

@@ -26,6 +26,10 @@ public:
   [[nodiscard]] QPDFObjectHandle page(int32_t index) {
     return m_pdf->getObject(m_pages->object(index));
   }
+  /// Value of an entry of the nodes above the page, null when none of them has it.
+  [[nodiscard]] QPDFObjectHandle inherited(int32_t index, const std::string& key) const {
+    return m_pages->inherited(*m_pdf, index, key);
+  }
   /// "1.7" and the like, empty when the file says something else.
   [[nodiscard]] std::string version();
   /// Whether its cross-reference table was of no use, so that objects may be missing.

@@ -64,7 +64,7 @@ void writePages(Joining& joining, const std::vector<QPDFObjectHandle>& newPages)
     QPDFObjectHandle page = joining.part.page(index).unsafeShallowCopy();
     for (const char* key : {"/Resources", "/MediaBox", "/CropBox", "/Rotate"}) {
       if (!page.hasKey(key)) {
-        page.replaceKey(key, joining.part.pages().inherited(index, key));
+        page.replaceKey(key, joining.part.inherited(index, key));
       }
     }
     // Article threads are not carried over, and a bead without its thread is a loose end.

@@ -48,8 +48,7 @@ void visitResources(Document& document, const std::set<int32_t>& pages, const Vi
   pages::ObjGenSet seen;
   for (const int32_t page : pages) {
     QPDFObjectHandle own = document.page(page).getKey("/Resources");
-    visitResources(own.isNull() ? document.pages().inherited(page, "/Resources") : own, visit, seen,
-                   0);
+    visitResources(own.isNull() ? document.inherited(page, "/Resources") : own, visit, seen, 0);
   }
   visitResources(pages::entryOf(document.catalog().getKey("/AcroForm"), "/DR"), visit, seen, 0);
 }
