@@ -55,7 +55,7 @@ def main():
                         wanted.only], check=True)
         for file, truth in json.loads((folder / "truth.json").read_text()).items():
             right, named, sure, said = judged(wanted.program, folder / file, truth)
-            for column, is_so in enumerate([right, named, sure, sure and not right]):
+            for column, is_so in enumerate([right, named, sure, sure and not named]):
                 table[truth["kind"]][column] += is_so
             if wanted.tell and not named:
                 print(f"seed {seed}: {file}: {'names' if right else 'ranges'}: {said}")

@@ -2,6 +2,11 @@
 
 #include "engine/suggest/LineText.h"
 
+#include "engine/suggest/ValueWorth.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
 #include <unordered_map>
 
 namespace folivex {
@@ -59,6 +64,8 @@ struct Behind {
     next.labelH.reach(words[i].h);
     next.labelV.reach(words[i].v);
     next.step.reach(words[i + 1].v - words[i].v);
+    const bool beginsBefore = next.before != noText && !beginsLine(words, i);
+    next.aside.reach(words[i + 1].rawH - words[beginsBefore ? i - 1 : i].rawH);
     add(next, words[i + 1]);
     if (const SampleWord* const right = nextToTheRight(words, i)) {
       add(beside, *right);
@@ -67,7 +74,28 @@ struct Behind {
   }
 };
 
+bool isAddress(const QString& word) {
+  static const QRegularExpression address(
+      QStringLiteral("@|://|^www\\.|^[\\w-]+(\\.[\\w-]+)*\\.[a-z]{2,}(/.*)?$"));
+  return address.match(word).hasMatch();
+}
+
 } // namespace
+
+bool isPlausible(const PageSample& sample, const Label& label) {
+  const QStringView last = sample.text(label.text);
+  const QStringView before = label.before == noText ? QStringView() : sample.text(label.before);
+  const auto says = [](QStringView word) {
+    const QStringView numberSigns = u"#№";
+    return std::any_of(word.begin(), word.end(), [&](QChar c) {
+      return c.isLetter() || c.isSurrogate() || numberSigns.contains(c);
+    });
+  };
+  const auto isOwnValue = [](QStringView word) {
+    return hasDigit(word) || isAddress(word.toString());
+  };
+  return (says(last) || says(before)) && !isOwnValue(last) && !isOwnValue(before);
+}
 
 std::vector<ValuePlace> valuesBehind(const PageSample& sample, const std::vector<int>& pages,
                                      const std::vector<Label>& labels) {

@@ -15,6 +15,10 @@ struct Label {
   bool operator==(const Label&) const = default;
 };
 
+/// Whether it can say what stands behind it: it has a word or a number sign, and is no number,
+/// telephone number, web or e-mail address itself.
+bool isPlausible(const PageSample& sample, const Label& label);
+
 /// For each label the line, the next word to the right and the word that follow its first
 /// occurrence on each page; of the first two only those that are something else than the last.
 std::vector<ValuePlace> valuesBehind(const PageSample& sample, const std::vector<int>& pages,

@@ -86,12 +86,25 @@ std::vector<ValuePlace> Finder::find() {
   return std::move(m_found);
 }
 
+/// Whether the value only comes next in reading order: a label stands before its value or above it.
+bool isElsewhere(const ValuePlace& place) {
+  constexpr int farthestAside = 72;
+  const auto reaches = [](const Span& span, int limit) {
+    return span.low < -limit || span.high > limit;
+  };
+  return place.hasLabel() && reaches(place.step, unevenPrint) &&
+         reaches(place.aside, farthestAside);
+}
+
 void Finder::add(ValuePlace&& place) {
-  if (place.hasLabel() && hasDigit(m_sample.text(place.label))) {
-    return; // a label says what the value is
+  const bool isLabelled = place.hasLabel() && !isElsewhere(place);
+  const bool endsWithColon = isLabelled && m_sample.text(place.label).endsWith(u':');
+  const bool hasOwn = !commonLabel(place.texts).isEmpty();
+  place.worth = worthOf(place.texts, {isLabelled || place.head != noText || hasOwn,
+                                      endsWithColon || hasOwn, place.isPart});
+  if (place.hasLabel() && !isLabelled) {
+    place.worth -= 1; // its place says more of it
   }
-  const bool endsWithColon = place.hasLabel() && m_sample.text(place.label).endsWith(u':');
-  place.worth = worthOf(place.texts, place.hasLabel() || place.head != noText, endsWithColon);
   if (place.isLine()) {
     // One word is found again more surely than a line, but a part of a number is none.
     place.worth += areNumbersOfWords(place.texts) ? 0.5 : -0.5;
@@ -128,11 +141,16 @@ void Finder::behindLabels() {
     }
   }
   std::vector<Label> labels;
+  const auto take = [&](const Label& label) {
+    if (isPlausible(m_sample, label)) {
+      labels.push_back(label);
+    }
+  };
   for (const std::uint64_t text : common) {
-    labels.push_back({static_cast<TextId>(text), noText});
+    take({static_cast<TextId>(text), noText});
   }
   for (const std::uint64_t pair : pairs.ofAtLeast(m_fewest)) {
-    labels.push_back({static_cast<TextId>(pair), static_cast<TextId>(pair >> 32U)});
+    take({static_cast<TextId>(pair), static_cast<TextId>(pair >> 32U)});
   }
   for (ValuePlace& value : valuesBehind(m_sample, m_pages, labels)) {
     add(std::move(value));
@@ -195,32 +213,45 @@ void Finder::atPlaces() {
       line.texts = std::move(lines[i].texts);
       line.lineEndsBefore = lines[i].lineEndsBefore;
       add(std::move(line));
+      places[i].isPart = true;
     }
     add(std::move(places[i]));
   }
 }
 
-/// Lines of one word, wherever that begins: values that are set flush right or in the middle.
+/// Lines of one word, wherever that begins: values that are set flush right or in the middle, or
+/// that stand a little off their place in recognised text.
 void Finder::aloneOnLines() {
-  std::map<int, ValuePlace> places;
-  std::map<int, int> counts;
+  struct Alone {
+    std::size_t page;
+    const SampleWord* word;
+  };
+  std::map<int, std::vector<Alone>> byV;
   for (std::size_t p = 0; p < m_pages.size(); ++p) {
     const std::span<const SampleWord> words = m_sample.page(m_pages[p]);
     for (std::size_t i = 0; i < words.size(); ++i) {
-      if (!beginsLine(words, i) || !endsLine(words, i) || words[i].v < 0) {
-        continue;
+      if (beginsLine(words, i) && endsLine(words, i) && words[i].v >= 0) {
+        byV[words[i].v].push_back({p, &words[i]});
       }
-      ValuePlace& place = places[words[i].v];
-      place.texts.resize(m_pages.size());
-      place.reach(words[i]);
-      counts[words[i].v] += place.texts[p].isEmpty() ? 1 : 0;
-      place.texts[p] = m_sample.text(words[i].text).toString();
     }
   }
-  for (auto& [v, place] : places) {
-    if (counts[v] >= m_fewest && place.h.width() > 0) {
+  for (auto from = byV.begin(); from != byV.end();) {
+    const auto to = byV.upper_bound(from->first + unevenPrint);
+    ValuePlace place;
+    place.texts.resize(m_pages.size());
+    int count = 0;
+    for (auto line = from; line != to; ++line) {
+      for (const Alone& alone : line->second) {
+        place.reach(*alone.word);
+        count += place.texts[alone.page].isEmpty() ? 1 : 0;
+        place.texts[alone.page] = m_sample.text(alone.word->text).toString();
+      }
+    }
+    const bool isFound = count >= m_fewest;
+    if (isFound && place.h.width() + place.v.width() > 0) {
       add(std::move(place));
     }
+    from = isFound ? to : std::next(from);
   }
 }
 

@@ -3,6 +3,8 @@
 #include "engine/setup/FileNameMethod.h"
 #include "engine/setup/SplitMethod.h"
 #include "engine/suggest/DecidedSettings.h"
+#include "engine/suggest/LabelValues.h"
+#include "engine/suggest/ValueWorth.h"
 
 #include <algorithm>
 
@@ -34,17 +36,6 @@ void endLine(const ValuePlace& value, SplitSetup& setup) {
   if (value.isLine() && value.lineEndsBefore > 0) {
     setup.untilHHPosLessThan = value.lineEndsBefore;
   }
-}
-
-/// What all texts begin with up to a colon: a label that is one word with its value.
-QString commonLabel(const std::vector<QString>& texts) {
-  const qsizetype colon = texts.front().indexOf(u':');
-  const QString label = texts.front().left(colon + 1);
-  const bool isCommon =
-      colon > 0 && std::all_of(texts.begin(), texts.end(), [&](const QString& text) {
-        return text.startsWith(label) && text.size() > label.size();
-      });
-  return isCommon ? label : QString();
 }
 
 } // namespace
@@ -160,6 +151,7 @@ std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
     const QString what = QStringLiteral("what follows \"%1\"").arg(labelOf(value));
     setup.findString = labelOf(value);
     set(setup, isLine ? FileNameMethod::AfterTextRestOfLine : FileNameMethod::NextWord);
+    setup.otherSettingsRemoveText = commonLabel(value.texts);
     set(setup, SplitMethod::MatchToNextUniqueMatch);
     add(setup, what);
     if (value.before == noText && value.labelH.width() == 0 && value.labelV.width() == 0) {
@@ -169,7 +161,7 @@ std::vector<Candidate> SetupMaker::ofRun(const ValuePlace& value) const {
       add(setup, what);
     }
   }
-  if ((!value.isLine() || !value.hasLabel()) && value.v.width() == 0) {
+  if ((!value.isLine() || !value.hasLabel()) && value.v.width() <= unevenPrint) {
     add(atPlaceOf(value, true),
         QStringLiteral("the word at h %1 v %2").arg(value.h.text(), value.v.text()));
   }

@@ -57,7 +57,17 @@ bool hasDigit(QStringView text) {
   return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
 }
 
-double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithColon) {
+QString commonLabel(const std::vector<QString>& texts) {
+  const qsizetype colon = texts.front().indexOf(u':');
+  const QString label = texts.front().left(colon + 1);
+  const bool isCommon = colon > 0 && !hasDigit(label) &&
+                        std::all_of(texts.begin(), texts.end(), [&](const QString& text) {
+                          return text.startsWith(label) && text.size() > label.size();
+                        });
+  return isCommon ? label : QString();
+}
+
+double worthOf(const std::vector<QString>& texts, const TextSurroundings& around) {
   constexpr std::size_t fewTexts = 100;
   std::vector<QString> filled;
   std::copy_if(texts.begin(), texts.end(), std::back_inserter(filled),
@@ -72,7 +82,7 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
   }
   const std::size_t digits = count(hasDigit);
   const auto areNearlyAll = [all](std::size_t some) { return some * 10 >= all * 9; };
-  double worth = (hasLabel ? 1.0 : 0.0) + (endsWithColon ? 1.0 : 0.0);
+  double worth = (around.hasLabel ? 1.0 : 0.0) + (around.endsWithColon ? 1.0 : 0.0);
   if (count(isMixed) * 4 > all) {
     worth += 1.5;
   } else if (areNearlyAll(digits) && digits < all && all < fewTexts) {
@@ -83,7 +93,8 @@ double worthOf(const std::vector<QString>& texts, bool hasLabel, bool endsWithCo
     for (const QString& text : filled) {
       letters += static_cast<double>(text.size());
     }
-    worth += letters / static_cast<double>(all) > shortNumbers ? 3 : 2.2;
+    const bool areShort = letters <= shortNumbers * static_cast<double>(all);
+    worth += !areShort ? 3 : around.isPart ? 1.7 : 2.2;
   } else if (areNearlyAll(count(isProperName))) {
     worth += 2.5;
   } else {

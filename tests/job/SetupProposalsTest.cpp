@@ -9,7 +9,9 @@ using namespace folivex::test;
 
 namespace {
 
-/// Documents of so many pages each, in `first` and `next` a line for each "h,v text".
+/// Documents of so many pages each, in `first` and `next` a line for each "h,v text". {n} is the
+/// document's name, {d} its number, {p} the page, {c} of how many, {f} of the file, {u} uneven
+/// print.
 class Pile {
 public:
   Pile(const QString& first, const QString& next, const QString& counts) {
@@ -17,13 +19,14 @@ public:
       const QString name = QStringLiteral("K%1").arg(41707 + 977 * ranges.size());
       for (int page = 1; page <= count.toInt(); ++page) {
         PdfPage made;
-        for (const QString& line : (page == 1 ? first : next).split(u'|', Qt::SkipEmptyParts)) {
-          QString text = line.section(u' ', 1);
-          text.replace("{n}", name).replace("{d}", QString::number(ranges.size() + 1));
-          text.replace("{p}", QString::number(page)).replace("{c}", count);
-          text.replace("{f}", QString::number(pdf.pages.size() + 1));
+        for (QString line : (page == 1 ? first : next).split(u'|', Qt::SkipEmptyParts)) {
+          line.replace("{n}", name).replace("{d}", QString::number(ranges.size() + 1));
+          line.replace("{p}", QString::number(page)).replace("{c}", count);
+          line.replace("{f}", QString::number(pdf.pages.size() + 1));
+          line.replace("{u}", QString::number(pdf.pages.size() % 3));
           made.texts.push_back({line.section(u',', 0, 0).toInt(),
-                                line.section(u' ', 0, 0).section(u',', 1).toInt(), text});
+                                line.section(u' ', 0, 0).section(u',', 1).toInt(),
+                                line.section(u' ', 1)});
         }
         pdf.pages.push_back(made);
       }
