@@ -27,7 +27,8 @@ def run(program, *arguments):
 def judged(program, pdf, truth):
     """(ranges right, names right, sure, what was said)"""
     setup = pdf.with_suffix(".fxs")
-    said = run(program, f"--suggest={setup}", "--force", "--unsure", f"-f{pdf}")
+    setup.unlink(missing_ok=True)  # of another run
+    said = run(program, f"--suggest={setup}", "--unsure", f"-f{pdf}")
     if not setup.exists():
         return False, False, False, said.stdout or said.stderr
     plan = run(program, f"-u{setup}", "--plan=csv", f"-f{pdf}").stdout
