@@ -140,6 +140,7 @@ std::vector<SetupProposal> proposeSetups(const WordTable& table, const SplitSetu
   std::vector<SetupProposal> proposals;
   QSet<int> families;
   QSet<QString> results;
+  std::vector<int> first; // pages of the documents of the first proposal
   int plans = 0;
   for (const Candidate& candidate : findCandidates(sample, base)) {
     if (proposals.size() == mostProposals || plans == mostPlans || !isWanted()) {
@@ -161,7 +162,11 @@ std::vector<SetupProposal> proposeSetups(const WordTable& table, const SplitSetu
       }
       Candidate found = candidate;
       fillMailSearch(sample, found);
-      proposals.push_back(proposalOf(found, plan));
+      SetupProposal proposal = proposalOf(found, plan);
+      // Of proposals that contradict each other about the documents one is wrong.
+      first = proposals.empty() ? candidate.firstPages : first;
+      proposal.sure = proposal.sure && candidate.firstPages == first;
+      proposals.push_back(std::move(proposal));
     }
   }
   return isWanted() ? proposals : std::vector<SetupProposal>();

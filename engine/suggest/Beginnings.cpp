@@ -97,7 +97,7 @@ private:
   const PageNumbers& m_numbers;
   const std::vector<int>& m_filled;
   std::map<PageSet, Beginnings> m_found;
-  bool m_hasGoodRuns = false;
+  double m_bestRun = 0;
 };
 
 Beginnings& BeginningsFinder::at(const std::vector<int>& pages) {
@@ -121,7 +121,7 @@ void BeginningsFinder::takeRuns() {
     }
     value.texts = textsOf(m_sample, value, m_filled);
     if (const auto changes = changesOf(value, m_filled); changes && changes->size() > 1) {
-      m_hasGoodRuns = m_hasGoodRuns || value.worth >= goodValue;
+      m_bestRun = std::max(m_bestRun, value.worth);
       at(*changes).runs.push_back(std::move(value));
     }
   }
@@ -229,8 +229,10 @@ void BeginningsFinder::weigh(Beginnings& beginnings) const {
   if (contradictsNumbers(beginnings)) {
     evidence -= 4;
   }
-  if (beginnings.runs.empty() && m_hasGoodRuns) {
-    evidence -= 2;
+  // A value that says more changes elsewhere.
+  constexpr double muchMore = 1;
+  if (m_bestRun >= std::max(goodValue, best(beginnings.runs) + muchMore)) {
+    evidence -= 3;
   }
   if (m_numbers.runThrough) {
     evidence -= 3;

@@ -64,8 +64,9 @@ struct Behind {
     next.labelH.reach(words[i].h);
     next.labelV.reach(words[i].v);
     next.step.reach(words[i + 1].v - words[i].v);
-    const bool beginsBefore = next.before != noText && !beginsLine(words, i);
-    next.aside.reach(words[i + 1].rawH - words[beginsBefore ? i - 1 : i].rawH);
+    const std::size_t begin = next.before != noText && !beginsLine(words, i) ? i - 1 : i;
+    const bool isHeadline = beginsLine(words, begin);
+    next.aside.reach(isHeadline ? 0 : words[i + 1].rawH - words[begin].rawH);
     add(next, words[i + 1]);
     if (const SampleWord* const right = nextToTheRight(words, i)) {
       add(beside, *right);

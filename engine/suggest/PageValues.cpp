@@ -89,11 +89,12 @@ std::vector<ValuePlace> Finder::find() {
 /// Whether the value only comes next in reading order: a label stands before its value or above it.
 bool isElsewhere(const ValuePlace& place) {
   constexpr int farthestAside = 72;
+  constexpr int farthestBelow = 40;
   const auto reaches = [](const Span& span, int limit) {
     return span.low < -limit || span.high > limit;
   };
   return place.hasLabel() && reaches(place.step, unevenPrint) &&
-         reaches(place.aside, farthestAside);
+         (reaches(place.aside, farthestAside) || reaches(place.step, farthestBelow));
 }
 
 void Finder::add(ValuePlace&& place) {

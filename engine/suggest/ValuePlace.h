@@ -33,7 +33,7 @@ struct ValuePlace {
   Span rawH; ///< the same as a name is typed
   Span v;
   Span step;              ///< how far below the label the value stands
-  Span aside;             ///< and how far to the right of where the label begins
+  Span aside;             ///< and how far to the right of it; 0 of a label that begins its line
   TextId head = noText;   ///< the word right above the value, when it is always the same
   bool isPart = false;    ///< others follow it closely on its line
   int lineEndsBefore = 0; ///< h of what stands behind the gap; 0 when nothing does
