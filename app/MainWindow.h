@@ -121,6 +121,7 @@ private:
   void offerWaysOut(const LivePlanState& state);
   void takeNearWord(const NearWord& word);
   void suggest();
+  void offerFound(bool isAsked);
   void offerProposal(std::size_t which);
   void takeProposed(std::size_t which);
   void tellProcess(int files);

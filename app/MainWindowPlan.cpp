@@ -108,7 +108,7 @@ void MainWindow::showPlan(PlanView& view) {
   tellProcess(isFinal && state.plan ? state.plan->fileCount : 0);
   if (state.proposals) {
     m_proposals = *state.proposals;
-    offerProposal(0);
+    offerFound(m_propose == LivePlan::Propose::Yes);
   }
   if (state.proposals || (m_propose == LivePlan::Propose::IfNothingIsFound && isFinal &&
                           state.plan && !state.plan->outputs.empty())) {
@@ -194,13 +194,24 @@ void MainWindow::suggest() {
   replan();
 }
 
-void MainWindow::offerProposal(std::size_t which) {
-  if (m_proposals.empty()) {
-    m_page->showOffer(QStringLiteral("No documents were found in this file. Click the word that "
-                                     "they begin with."),
-                      {});
+/// A guess is shown to those who ask for it.
+void MainWindow::offerFound(bool isAsked) {
+  const bool isNone = m_proposals.empty();
+  if (!isNone && (isAsked || m_proposals.front().sure)) {
+    offerProposal(0);
     return;
   }
+  std::vector<OfferButton> answers;
+  if (!isNone) {
+    answers.push_back({QStringLiteral("Show a guess"), [this] { offerProposal(0); }});
+  }
+  m_page->showOffer(QStringLiteral("No documents were found in this file%1. Click the word that "
+                                   "they begin with.")
+                        .arg(isNone ? QString() : QStringLiteral(" for sure")),
+                    std::move(answers));
+}
+
+void MainWindow::offerProposal(std::size_t which) {
   const SetupProposal& proposal = m_proposals[which];
   std::vector<OfferButton> answers = {
       {QStringLiteral("Look at it"), [this, which] { takeProposed(which); }}};

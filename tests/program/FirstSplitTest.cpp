@@ -142,6 +142,34 @@ TEST_F(FirstStart, OneDocumentIsNotTornApart) {
   EXPECT_FALSE(control<QWidget>(&main(), "offer1")->isVisible());
 }
 
+/// Three papers are too few to be sure of; who opens the file is not told a guess unasked.
+TEST_F(FirstStart, AGuessIsShownToWhoAsksForIt) {
+  test::TextPdf pdf;
+  for (int page = 0; page < 9; ++page) {
+    pdf.pages.push_back({{{60, 300, QStringLiteral("and so on")}}});
+    if (page % 3 == 0) {
+      pdf.pages.back().texts.push_back(
+          {300, 100, QStringLiteral("Account: K%1").arg(41707 + page)});
+      pdf.pages.back().texts.push_back({60, 200, QStringLiteral("Dear customer")});
+    }
+  }
+  pdf.write(at("few.pdf"));
+  pdf.write(at("again.pdf"));
+  m_dialogs.files = {{at("few.pdf")}, {at("again.pdf")}};
+  const auto* text = control<QLabel>(&main(), "offerText");
+  const auto is = [&](const char* begin) {
+    return waitUntil([&] { return text->text().startsWith(QLatin1String(begin)); });
+  };
+  click(&main(), "openPdfButton");
+  ASSERT_TRUE(is("No documents were found in this file for sure."));
+  QTest::keyClick(&main(), Qt::Key_F4);
+  ASSERT_TRUE(is("Nothing is sure; perhaps: "));
+  click(&main(), "browseSource");
+  ASSERT_TRUE(is("No documents were found in this file for sure."));
+  click(&main(), "offer1");
+  EXPECT_TRUE(text->text().startsWith("Nothing is sure; perhaps: "));
+}
+
 TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   m_dialogs.files = {{at("out")}};
   click(&main(), "browseOutput");
