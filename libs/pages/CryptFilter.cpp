@@ -16,6 +16,23 @@ bool hasPlainPages(QPDFObjectHandle encryption) {
          isPlain("/StrF");
 }
 
+bool hasKeyOfItsOwn(QPDFObjectHandle streamDictionary) {
+  // One filter and its parameters may stand without an array around them.
+  const auto at = [](QPDFObjectHandle value, int index) {
+    return value.isArray() ? value.getArrayItem(index) : value;
+  };
+  QPDFObjectHandle filters = streamDictionary.getKey("/Filter");
+  QPDFObjectHandle parameters = streamDictionary.getKey("/DecodeParms");
+  for (int i = filters.isArray() ? filters.getArrayNItems() - 1 : 0; i >= 0; --i) {
+    if (at(filters, i).isNameAndEquals("/Crypt")) {
+      QPDFObjectHandle beside = at(parameters, i);
+      QPDFObjectHandle key = beside.isDictionary() ? beside.getKey("/Name") : beside;
+      return key.isName() && !key.isNameAndEquals("/Identity");
+    }
+  }
+  return false;
+}
+
 void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries) {
   const auto filter = entries.find("/Filter");
   if (filter == entries.end()) {

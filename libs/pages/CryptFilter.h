@@ -12,6 +12,9 @@ namespace pages {
 /// then its attachments alone are encrypted.
 bool hasPlainPages(QPDFObjectHandle encryption);
 
+/// Whether a stream names a key of its own, whatever the document's is (PDF 32000-1, 7.4.10).
+bool hasKeyOfItsOwn(QPDFObjectHandle streamDictionary);
+
 /// Takes "/Crypt" out of the filters of a stream's entries.
 void dropCryptFilter(std::map<std::string, QPDFObjectHandle>& entries);
 

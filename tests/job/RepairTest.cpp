@@ -41,8 +41,10 @@ std::string withoutTrailer() {
 std::string attachmentLocked() {
   const std::string key(64, 'a');
   return bytesOf("attached = /Type/EmbeddedFile | never to be read\n"
+                 "named = /Subtype/LockedToo/Filter[/Crypt]/DecodeParms[<</Name/StdCF>>] | "
+                 "nor is this ever to be\n"
                  "page /Annots[<</Type/Annot/Subtype/FileAttachment/Rect[0 0 9 9]"
-                 "/FS<</Type/Filespec/F(secret.txt)/EF<</F @attached>>>>>>]" +
+                 "/FS<</Type/Filespec/F(secret.txt)/EF<</F @attached/UF @named>>>>>>]" +
                  std::string(account) + "page" + more +
                  "locked = <</Filter/Standard/V 4/R 4/Length 128/P -4/O<" + key + ">/U<" + key +
                  ">/CF<</StdCF<</CFM/AESV2/AuthEvent/EFOpen/Length 16>>>>"
@@ -83,6 +85,7 @@ TEST_F(Repair, AttachmentsAloneThatAreEncryptedNeedNoPassword) {
   EXPECT_EQ(outputs(), QStringList{"1001.pdf: Account: 1001 of the first | more"});
   EXPECT_EQ(m_person.notes.filter("the file is protected").size(), 1);
   EXPECT_FALSE(contentOf(at("out/1001.pdf")).contains("EmbeddedFile"));
+  EXPECT_FALSE(contentOf(at("out/1001.pdf")).contains("LockedToo"));
 }
 
 TEST_F(Repair, WhatStaysRefusedSaysWhyInWords) {

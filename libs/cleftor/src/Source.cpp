@@ -80,7 +80,9 @@ void Source::read(QPDF& document) const {
 }
 
 bool Source::isLocked(QPDFObjectHandle stream) const {
-  return m_hasNoKey && stream.getDict().getKey("/Type").isNameAndEquals("/EmbeddedFile");
+  QPDFObjectHandle entries = stream.getDict();
+  return m_hasNoKey && (entries.getKey("/Type").isNameAndEquals("/EmbeddedFile") ||
+                        pages::hasKeyOfItsOwn(entries));
 }
 
 /// False when the password is not right; any other fault throws.
