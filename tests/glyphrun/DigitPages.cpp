@@ -76,9 +76,10 @@ constexpr const char* fontTable =
 
 // Ways to code digits: as themselves, by a map, and in ways that tell a reader too little.
 const DigitPages::Face DigitPages::faces[] = {
-    {"Helv", 0.556, 1, "ascii", 1},  {"Cour", 0.6, 1, "ascii", 1},  {"Cid", 0.5, 1, "mapped", 2},
-    {"Three", 0.5, 1, "mapped", 1},  {"Unit", 5, 0.1, "mapped", 1}, {"Bare", 5, 0.1, "mapped", 1},
-    {"Holes", 0.5, 1, "unknown", 2}, {"Mute", 0.5, 1, "unknown", 2}};
+    {"Helv", 0.556, 1, "ascii", 1, 0.278}, {"Cour", 0.6, 1, "ascii", 1, 0.6},
+    {"Cid", 0.5, 1, "mapped", 2},          {"Three", 0.5, 1, "mapped", 1},
+    {"Unit", 5, 0.1, "mapped", 1},         {"Bare", 5, 0.1, "mapped", 1},
+    {"Holes", 0.5, 1, "unknown", 2},       {"Mute", 0.5, 1, "unknown", 2}};
 
 DigitPages::DigitPages(PdfBuilder& pdf, std::uint32_t seed) : m_pdf(pdf), m_random(seed) {
   m_pdf.addText(fontTable);
@@ -126,13 +127,18 @@ void DigitPages::choosePage(DigitPage& page) {
   m_operator = below(4);    // Tj TJ ' "
   m_twice = oneIn(4) ? 1 + below(2) : 0;
   m_covering = static_cast<Covering>(oneIn(2) ? 0 : below(4));
+  static constexpr double wordSpacings[] = {0, 0.3, -0.25, 2};
+  m_wordSpacing = wordSpacings[below(4)];
+  m_zoom = oneIn(4) ? 100 : 1;
+  m_blanks = m_face->key[0] == 'a' && m_otherFace->key[0] == 'a' && oneIn(2);
   page.mayBeUnreadable =
       m_covering == Covering::None && (m_face->key[0] == 'u' || m_otherFace->key[0] == 'u');
   page.style = std::string(m_face->name) + "/" + m_otherFace->name + " size " + text(m_size) +
                " Tc " + text(m_spacing) + " Tz " + text(m_stretch) + " pieces " +
                std::to_string(m_pieceLength) + " placing " + std::to_string(m_placing) +
                " operator " + std::to_string(m_operator) + " twice " + std::to_string(m_twice) +
-               " ActualText " + std::to_string(static_cast<int>(m_covering));
+               " ActualText " + std::to_string(static_cast<int>(m_covering)) + " Tw " +
+               text(m_wordSpacing) + (m_blanks ? " blanks" : "") + (m_zoom > 1 ? " zoom" : "");
 }
 
 std::string DigitPages::chooseMatrix(DigitPage& page) {
@@ -153,20 +159,30 @@ std::string DigitPages::chooseMatrix(DigitPage& page) {
   return std::string(matrices[chosen]) + " cm ";
 }
 
+/// A length in the text's own space.
+std::string DigitPages::inText(double length) const {
+  return text(length * m_zoom) + " ";
+}
+
+std::string DigitPages::placed(double x, double y) const {
+  const std::string scale = text(1 / m_zoom);
+  return scale + " 0 0 " + scale + " " + text(x) + " " + text(y) + " Tm ";
+}
+
 // One piece of a number at x, which moves to where the next one begins.
 std::string DigitPages::showPiece(const std::string& digits, double& x, double y, bool last) {
   const Face& face = last && digits.size() < 4 ? *m_otherFace : *m_face;
-  std::string out = "/" + std::string(face.name) + " " + text(m_size * face.unit) + " Tf ";
+  std::string out = "/" + std::string(face.name) + " " + inText(m_size * face.unit) + "Tf ";
   if (m_placing == 1 || m_operator >= 2) {
-    out += "1 0 0 1 0 0 Tm " + text(x) + " " + text(y) + " Td ";
+    out += placed(0, 0) + inText(x) + inText(y) + "Td ";
   } else if (m_placing == 2) {
-    out += "1 0 0 1 " + text(x) + " " + text(y) + " Tm ";
+    out += placed(x, y);
   }
   const std::string codes = codesOf(face, digits);
   if (m_operator == 2) {
     out += "0 TL " + codes + " ' ";
   } else if (m_operator == 3) {
-    out += "0 TL 3 " + text(m_spacing * m_size) + " " + codes + " \" ";
+    out += "0 TL " + inText(m_wordSpacing * m_size) + inText(m_spacing * m_size) + codes + " \" ";
   } else if (m_operator == 1 || m_placing == 3) {
     const double kern = 40 / 1000.0 * m_size;
     out += "[";
@@ -180,11 +196,14 @@ std::string DigitPages::showPiece(const std::string& digits, double& x, double y
   }
   x += static_cast<double>(digits.size()) * (face.width * face.unit + m_spacing) * m_size *
        m_stretch;
+  if (digits.find(' ') != std::string::npos) {
+    x += (face.blank - face.width + m_wordSpacing) * m_size * m_stretch;
+  }
   return m_covering == Covering::Glyph && digits.size() == 1 ? covered(digits, out) : out;
 }
 
 std::string DigitPages::drawOnce(const std::string& number, double x, double y, bool again) {
-  std::string out = "1 0 0 1 " + text(x) + " " + text(y) + " Tm ";
+  std::string out = placed(x, y);
   std::size_t length = m_pieceLength == 0 ? number.size() : static_cast<std::size_t>(m_pieceLength);
   if (m_covering == Covering::Glyph) {
     length = 1;
@@ -195,9 +214,9 @@ std::string DigitPages::drawOnce(const std::string& number, double x, double y, 
     out += showPiece(digits, x, y, at + length >= number.size());
     if (again && m_twice == 1) {
       double second = from + 0.02 * m_size;
-      out += "1 0 0 1 " + text(second) + " " + text(y) + " Tm ";
+      out += placed(second, y);
       out += showPiece(digits, second, y, at + length >= number.size());
-      out += "1 0 0 1 " + text(x) + " " + text(y) + " Tm ";
+      out += placed(x, y);
     }
   }
   return m_covering == Covering::Number ? covered(number, out) : out;
@@ -217,24 +236,29 @@ double DigitPages::lengthOf(const std::string& number) const {
   return static_cast<double>(number.size()) * (width + m_spacing) * m_size * m_stretch;
 }
 
+std::string DigitPages::row(DigitPage& page, double y) {
+  const std::string first = newNumber();
+  const std::string second = newNumber();
+  const std::string spoken = first + " " + second;
+  page.numbers.insert(page.numbers.end(), {first, second});
+  const double x = 20;
+  const double next = x + lengthOf(first) + 2 * m_size * m_stretch;
+  const std::string line =
+      m_blanks ? drawNumber(spoken, x, y) : drawNumber(first, x, y) + drawNumber(second, next, y);
+  return m_covering == Covering::Line ? covered(spoken, line) : line;
+}
+
 DigitPage DigitPages::addPage() {
   DigitPage page;
   choosePage(page);
-  std::string content = chooseMatrix(page) + "BT " + text(m_spacing * m_size) + " Tc 3 Tw " +
-                        text(m_stretch * 100) + " Tz ";
-  for (int row = 0; row < 8; ++row) {
-    std::string line;
-    std::string spoken;
-    double x = 20;
-    for (int column = 0; column < 2; ++column) {
-      page.numbers.push_back(newNumber());
-      line += drawNumber(page.numbers.back(), x, 700 - row * 1.3 * m_size);
-      x += lengthOf(page.numbers.back()) + 2 * m_size * m_stretch;
-      spoken += (column > 0 ? " " : "") + page.numbers.back();
-    }
-    content += m_covering == Covering::Line ? covered(spoken, line) : line;
+  std::string content = chooseMatrix(page) + "BT " + inText(m_spacing * m_size) + "Tc " +
+                        inText(m_wordSpacing * m_size) + "Tw " + text(m_stretch * 100) + " Tz ";
+  for (int line = 0; line < 8; ++line) {
+    content += row(page, 700 - line * 1.3 * m_size);
   }
-  m_pdf.addPage(content + "ET", m_resources, "/MediaBox[-2000 -2000 3000 3000]");
+  const std::string turn = oneIn(3) ? std::to_string(90 * below(4)) : "0";
+  page.style += " Rotate " + turn;
+  m_pdf.addPage(content + "ET", m_resources, "/MediaBox[-2000 -2000 3000 3000]/Rotate " + turn);
   return page;
 }
 

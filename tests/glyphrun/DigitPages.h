@@ -31,6 +31,7 @@ private:
     double unit;  ///< what to multiply a size with for Tf
     const char* key;
     int bytes;
+    double blank = 0; ///< width of a blank
   };
   static const Face faces[8];
   enum class Covering { None, Glyph, Number, Line };
@@ -47,6 +48,9 @@ private:
   std::string covered(const std::string& text, const std::string& content) const;
 
   double lengthOf(const std::string& number) const;
+  std::string placed(double x, double y) const;
+  std::string inText(double length) const;
+  std::string row(DigitPage& page, double y);
 
   testpdf::PdfBuilder& m_pdf;
   std::mt19937 m_random;
@@ -55,8 +59,11 @@ private:
   const Face* m_face = nullptr;
   const Face* m_otherFace = nullptr;
   double m_size = 10;
-  double m_spacing = 0; ///< Tc, in ems
-  double m_stretch = 1; ///< Tz
+  double m_spacing = 0;     ///< Tc, in ems
+  double m_stretch = 1;     ///< Tz
+  double m_wordSpacing = 0; ///< Tw, in ems
+  double m_zoom = 1;        ///< font sizes are so many times larger, the text matrix smaller
+  bool m_blanks = false;    ///< a blank parts the numbers of a line, in one string
   int m_pieceLength = 0;
   int m_placing = 0;
   int m_operator = 0;

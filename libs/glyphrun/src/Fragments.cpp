@@ -3,6 +3,7 @@
 #include "Unicode.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace glyphrun {
@@ -101,6 +102,18 @@ void LineJoiner::handleLine(std::uint32_t* from, std::uint32_t* to) {
   }
 }
 
+// Where a piece with a blank in it is drawn twice, the second drawing of what stands before the
+// blank is alone, while the first one ends a longer word. Of glyphs that nothing is known of nobody
+// can say that they are the same.
+bool LineJoiner::repeatsEndOf(const Fragment& earlier, const Fragment& fragment) const {
+  const float glyph = (earlier.end - earlier.start) / static_cast<float>(earlier.glyphs);
+  const float shift = std::min(boldShift * std::min(fragment.em, earlier.em), glyph / 2);
+  return std::abs(fragment.end - earlier.end) < shift && fragment.length < earlier.length &&
+         (fragment.traits & TraitUnknown) == 0 &&
+         std::memcmp(&m_pool[earlier.text + earlier.length - fragment.length],
+                     &m_pool[fragment.text], fragment.length * sizeof(char16_t)) == 0;
+}
+
 // Text drawn twice for boldness begins at the same place, give or take. One of the two may go on
 // farther, where the text behind it touches.
 void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at) {
@@ -109,6 +122,9 @@ void LineJoiner::dropRepeats(const std::uint32_t* from, const std::uint32_t* at)
   for (const std::uint32_t* back = at; back != from && at - back < neighbours;) {
     Fragment& earlier = m_fragments[*--back];
     if (fragment.start - earlier.start > boldShift * std::min(fragment.em, earlier.em)) {
+      if (repeatsEndOf(earlier, fragment)) {
+        fragment.state |= FragmentRepeats;
+      }
       return;
     }
     const std::uint32_t shared = std::min(fragment.length, earlier.length);

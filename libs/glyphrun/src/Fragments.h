@@ -60,6 +60,7 @@ public:
 private:
   void handleLine(std::uint32_t* from, std::uint32_t* to);
   void dropRepeats(const std::uint32_t* from, const std::uint32_t* at);
+  bool repeatsEndOf(const Fragment& earlier, const Fragment& fragment) const;
   bool isPunctuationAlone(const Fragment& fragment) const;
   bool touches(const Fragment& left, const Fragment& right) const;
 
