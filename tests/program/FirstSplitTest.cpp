@@ -208,6 +208,34 @@ TEST_F(FirstSplit, FromAWordThatIsPointedAt) {
   EXPECT_TRUE(test::contentOf(m_dialogs.opened[0]).contains(names[0].toUtf8()));
 }
 
+/// Nobody waits for hours unasked, and the plan says what it waits for.
+TEST_F(FirstStart, AScanIsRecognisedWhenItIsWanted) {
+  const QByteArray temporary = qgetenv("TMPDIR");
+  QDir(m_folder.path()).mkdir("tmp");
+  qputenv("TMPDIR", at("tmp").toLocal8Bit());
+  qputenv("PATH", FOLIVEX_BIN_DIR ":" + qgetenv("PATH"));
+  qputenv("OMP_THREAD_LIMIT", "1"); // threads that spin take minutes on a busy machine
+  ASSERT_EQ(test::runProgram("/usr/bin/python3",
+                             {FOLIVEX_SOURCE_DIR "/tests/scanlite/make_scan.py",
+                              FOLIVEX_SOURCE_DIR "/samples/statements.pdf", at("scan.pdf"), "1"})
+                .exitCode,
+            0);
+  SplitSetup setup = defaultSetup();
+  setup.fileName = at("scan.pdf");
+  setup.findString = QStringLiteral("Account:");
+  setup.ocrFirst = true;
+  main().program().store().edited() = main().program().store().working() = setup;
+  main().refresh();
+  const auto* offer = control<QAbstractButton>(&main(), "planOffer1");
+  ASSERT_TRUE(waitUntil([&] { return offer->isVisible() && offer->text() == "Recognise now"; }));
+  click(&main(), "planOffer1");
+  const auto* process = control<QAbstractButton>(&main(), "processButton");
+  EXPECT_TRUE(waitUntil([&] { return process->text().contains("1 file(s)"); }))
+      << control<QLabel>(&main(), "planOfferText")->text().toStdString();
+  EXPECT_FALSE(offer->isVisible());
+  qputenv("TMPDIR", temporary);
+}
+
 /// The windows go in an order in which none misses another: with all of them open, and in a walk.
 TEST_F(FirstSplit, EveryWindowOpensAndTheProgramEndsWithAllOfThem) {
   typeInto(&main(), "FINDSTRING", QStringLiteral("Account:"));
