@@ -53,7 +53,7 @@ QString lineForm(const QString& argument) {
     return text;
   }
   // The option letter stays outside, else the argument would begin with the quote.
-  const qsizetype start = isOption(text) ? 2 : 0;
+  const qsizetype start = isOption(text) && text[1] != blank ? 2 : 0;
   return text.left(start) + quote + text.mid(start) + quote;
 }
 
