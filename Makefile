@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak fuzz clean
 
 all: build
 
@@ -46,6 +46,15 @@ bench: build
 # Bad days for an hour: runs beside each other, kills, full disks, sources that change. It prints a table.
 soak: build
 	@soak/run $(BIN)
+
+# Searches for bytes that break what reads them, FUZZ_SECONDS in each target, and goes on where the last search ended.
+FUZZ_SECONDS ?= 60
+fuzz: packages
+	@scripts/install-packages packages-fuzz.txt
+	@fuzz/build-parts build/fuzz/parts
+	@cmake --preset fuzz --log-level=WARNING
+	@cmake --build --preset fuzz
+	@fuzz/run build/fuzz/bin --seconds $(FUZZ_SECONDS)
 
 clean:
 	@rm -rf build demo-output

@@ -157,12 +157,11 @@ std::optional<int> Program::performAll(const CommandLine& line) {
 
 /// A setup or a password behind the last file is most likely a slip.
 void Program::tellUnused(const CommandLine& line) {
-  using Kind = CommandAction::Kind;
-  static const std::map<Kind, const char*> options = {{Kind::SetSetupPath, "-u"},
-                                                      {Kind::SetPassword, "-p"}};
+  static const std::map<CommandAction::Kind, const char*> options = {
+      {CommandAction::Kind::SetSetupPath, "-u"}, {CommandAction::Kind::SetPassword, "-p"}};
   const char* unused = nullptr;
   for (const CommandAction& action : line.actions) {
-    if (action.kind != Kind::Close) {
+    if (action.kind != CommandAction::Kind::Close) {
       const auto option = options.find(action.kind);
       unused = option == options.end() ? nullptr : option->second;
     }

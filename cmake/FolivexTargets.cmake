@@ -11,6 +11,7 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 set(FOLIVEX_SANITIZE "" CACHE STRING "Value of -fsanitize= for the whole tree, or empty")
 option(FOLIVEX_COVERAGE "Instrument for line coverage" OFF)
+option(FOLIVEX_FUZZ "Build for the fuzzer, on the libraries that fuzz/build-parts made" OFF)
 
 # Warnings are for our own code alone, so they hang on an interface target and not on the directory.
 add_library(folivex_warnings INTERFACE)
@@ -21,6 +22,13 @@ target_compile_options(folivex_warnings INTERFACE
 if(FOLIVEX_SANITIZE)
   add_compile_options(-fsanitize=${FOLIVEX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${FOLIVEX_SANITIZE})
+endif()
+if(FOLIVEX_FUZZ)
+  # These two compare types across libraries that hide theirs.
+  add_compile_options(-fno-sanitize=function,vptr)
+  link_directories(BEFORE ${CMAKE_BINARY_DIR}/parts/lib)
+  # qpdf is a static library there, and brings these along.
+  link_libraries(jpeg z)
 endif()
 if(FOLIVEX_COVERAGE)
   add_compile_options(--coverage)

@@ -2,14 +2,14 @@
 // folder, fit the file system, and hold nothing that a page smuggled in.
 //
 // An input is lines: method index, prefix, postfix, filter, remove list, then the text of the page
-// to its end. The ordinary tests run the target over the stored inputs in fuzz/naming_template/. To
-// search for new ones, compile it with clang++ -fsanitize=fuzzer,address,undefined.
+// to its end.
 #include "engine/naming/OutputNamer.h"
+#include "fuzz/Targets.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
+
+namespace fuzzing {
 
 namespace {
 
@@ -34,12 +34,6 @@ bool hides(QChar character) {
          (code >= 0x2066 && code <= 0x2069) || QStringView(u"<>:?*\"\\|").contains(character);
 }
 
-void require(bool condition) {
-  if (!condition) {
-    std::abort();
-  }
-}
-
 void checkName(const QString& name, bool parentIsTyped) {
   require(!name.isEmpty() && name.toUtf8().size() <= nameLimit);
   require(parentIsTyped || (name != u"." && name != u".."));
@@ -48,17 +42,13 @@ void checkName(const QString& name, bool parentIsTyped) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+void runNames(const QByteArray& bytes) {
   const QList<QByteArray> lines = bytes.split('\n');
   const auto line = [&lines](qsizetype index) { return QString::fromUtf8(lines.value(index)); };
   SplitSetup setup;
   const int method = lines.value(0).toInt();
-  setup.extract = method >= 0 && method < 9
-                      ? fileNameMethodTexts()[static_cast<std::size_t>(method)]
-                      : bookmarkFileNameMethodText();
+  setup.extract =
+      method >= 0 && method < 9 ? fileNameMethodTexts()[method] : bookmarkFileNameMethodText();
   setup.prefixFileName = line(1);
   setup.postfixFileName = line(2);
   setup.anyCharOfWord = line(3);
@@ -87,5 +77,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   require(named.cleanedText.size() <= 255 && named.cleanedRestOfLine.size() <= 1024);
   require(named.folderToMake.isEmpty() || named.folderToMake.count(u'/') == 2);
-  return 0;
 }
+
+} // namespace fuzzing

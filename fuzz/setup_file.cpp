@@ -1,16 +1,16 @@
 // Reads any bytes as a setup file. What was read must be writable and come back the same.
-//
-// The ordinary tests run it over the stored inputs in fuzz/setup_file/. To search for new ones,
-// compile it with clang++ -fsanitize=fuzzer,address,undefined.
 #include "engine/setup/SetupFields.h"
 #include "engine/setup/SetupFile.h"
+#include "fuzz/Targets.h"
 #include "platform/TextFile.h"
 
 #include <QBuffer>
 
+#include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <cstdlib>
+#include <memory>
+
+namespace fuzzing {
 
 namespace {
 
@@ -34,22 +34,16 @@ bool isNear(double a, double b) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void runSetupFile(const QByteArray& bytes) {
   folivex::SplitSetup setup;
-  const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
   if (!readAll(bytes, setup) || !folivex::keysLostInFile(setup).isEmpty()) {
-    return 0;
+    return;
   }
   folivex::SplitSetup back;
-  if (!readAll(folivex::setupFileText(setup).toUtf8(), back) ||
-      !isNear(setup.horizWordSpacing, back.horizWordSpacing)) {
-    std::abort();
-  }
+  require(readAll(folivex::setupFileText(setup).toUtf8(), back) &&
+          isNear(setup.horizWordSpacing, back.horizWordSpacing));
   back.horizWordSpacing = setup.horizWordSpacing;
-  if (back != setup) {
-    std::abort();
-  }
-  return 0;
+  require(back == setup);
 }
+
+} // namespace fuzzing

@@ -3,11 +3,7 @@
 
 #include "Pages.h"
 
-#include <fuzz/glyphrun_walk.h>
-
 #include <gtest/gtest.h>
-
-#include <filesystem>
 
 namespace glyphruntest {
 namespace {
@@ -79,31 +75,6 @@ TEST(Hostile, MapsThatClaimEveryCodeCostNothing) {
 
 TEST(Hostile, ManyWordsOnOneSpotAreDoneInTime) {
   EXPECT_NE(wordsOfContent(repeat(show("a") + show("b"), 100'000)), "");
-}
-
-/// The stored inputs of the fuzz target, and damaged copies of them.
-TEST(Hostile, FuzzSeedsEndWell) {
-  int seeds = 0;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(FOLIVEX_SOURCE_DIR "/fuzz/glyphrun_walk")) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    walkPdf(bytes.data(), bytes.size());
-    std::uint32_t random = 12345;
-    for (int round = 0; round < 40; ++round) {
-      std::string damaged = bytes;
-      for (int i = 0; i < 1 + round % 7; ++i) {
-        random = random * 1664525 + 1013904223;
-        damaged[random % damaged.size()] = static_cast<char>(random >> 24);
-      }
-      if (round % 10 == 9) {
-        damaged.resize(random % damaged.size());
-      }
-      walkPdf(damaged.data(), damaged.size());
-    }
-    ++seeds;
-  }
-  EXPECT_GT(seeds, 0);
 }
 
 } // namespace

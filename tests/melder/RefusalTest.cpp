@@ -1,6 +1,5 @@
 // Files that are no good: refused with a text, and nothing touched.
 #include "tests/melder/Workshop.h"
-#include "tests/support/StoredInputs.h"
 
 #include <sys/stat.h>
 
@@ -76,10 +75,6 @@ TEST_F(Refusal, AReceiverWithABrokenTableIsRepairedOnlyWithAllItsPages) {
   writeFile(file, less);
   EXPECT_EQ(append(sample("one.pdf"), file), MELDER_DAMAGED) << lastError();
   EXPECT_EQ(contentOf(file), less);
-}
-
-TEST_F(Refusal, StoredFuzzInputs) {
-  runStoredInputs("melder_append", 20);
 }
 
 /// Copied one below the other they would exhaust the stack.

@@ -1,7 +1,6 @@
 // What the outputs are called, also where text from a page, a list or a source's name would like to
 // be more than a name.
 #include "tests/naming/NamingBench.h"
-#include "tests/support/StoredInputs.h"
 
 #include <QTemporaryDir>
 
@@ -116,10 +115,6 @@ TEST(LongNames, shrinkWithTheRoomThatThePathLeaves) {
   EXPECT_GE(path.size(), 80);
   bench.rules.pathLimit = 3;
   EXPECT_EQ(bench.path(), u"extract_.pdf"_s) << "no room at all is for the writer to tell";
-}
-
-TEST(StoredInputs, giveHarmlessNames) {
-  runStoredInputs("naming_template");
 }
 
 } // namespace

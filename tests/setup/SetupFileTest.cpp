@@ -2,7 +2,6 @@
 #include "engine/setup/SetupFile.h"
 #include "tests/support/Programs.h"
 #include "tests/support/Rows.h"
-#include "tests/support/StoredInputs.h"
 
 using namespace folivex;
 using namespace folivex::test;
@@ -81,8 +80,4 @@ TEST(SetupFile, TellsWhatTheFormatCannotHold) {
   setup.emailMsg = QStringLiteral("line\r\n").repeated(400);
   EXPECT_EQ(keysLostInFile(setup),
             QStringList({"FINDSTRING", "REPORTREMOVECHARS", "EMAILPASSWORD", "EMAILMSG"}));
-}
-
-TEST(SetupFile, StoredInputsComeBack) {
-  runStoredInputs("setup_file");
 }
