@@ -3,6 +3,7 @@
 Two readers that share no code with ours: what stands on the pages comes from MuPDF, what hangs together is read
 object by object.
 """
+import re
 import sys
 from xml.etree import ElementTree
 
@@ -66,10 +67,65 @@ def tell_fields(fields, prefix=(), value=None):
               *("astray" for kid in kids if kid.Parent.objgen != field.objgen), *font_of(field))
 
 
+def words_of(stream, mark):
+    """What the content that has this mark shows, of pages as the tests write them."""
+    marked = re.search(rb"<</MCID %d>> BDC(.*?)EMC" % mark, stream.read_bytes(), re.DOTALL)
+    return b" ".join(re.findall(rb"\((.*?)\)", marked[1])).decode() if marked else "nothing"
+
+
+def leads_back(parents, owner, key, mark, element):
+    """Whether the key of a page, stream or annotation leads to the element again."""
+    found = parents[int(owner[key])] if int(owner.get(key, -1)) in parents else None
+    if mark is not None:
+        found = found[mark] if found is not None and mark < len(found) else None
+    return found is not None and found.objgen == element.objgen
+
+
+def tell_content(parents, item, page, element):
+    if isinstance(item, int):
+        item = {"/MCID": item}
+    page = item.get("/Pg", page)
+    if page is None:
+        return "nowhere"
+    if "/Obj" in item:
+        told, back = str(item["/Obj"].Subtype)[1:], leads_back(parents, item["/Obj"], "/StructParent", None, element)
+    else:
+        owner = item.get("/Stm", page)
+        told = words_of(item.get("/Stm", page.get("/Contents")), int(item["/MCID"]))
+        back = leads_back(parents, owner, "/StructParents", int(item["/MCID"]), element)
+    return f"{pages.get(page.objgen, 'elsewhere')}:{told}" + ("" if back else " astray")
+
+
+def kids_of(owner):
+    kids = owner.get("/K")
+    return [] if kids is None else kids if isinstance(kids, pikepdf.Array) else [kids]
+
+
+def is_element(kid):
+    return not isinstance(kid, int) and "/S" in kid
+
+
+def tell_elements(parents, above, depth, page=None):
+    for kid in filter(is_element, kids_of(above)):
+        here = kid.get("/Pg", page)
+        print("element", depth, str(kid.S)[1:],
+              *(f"{key[1:]}={kid[key]}" for key in ("/ID", "/T", "/Alt", "/ActualText") if key in kid),
+              *(["attributes"] if "/A" in kid else []),
+              *(tell_content(parents, item, here, kid) for item in kids_of(kid) if not is_element(item)),
+              *([] if kid.P.objgen == above.objgen else ["astray"]))
+        tell_elements(parents, kid, depth + 1, here)
+
+
 print("file", "locked" if pdf.is_encrypted else "open", pdf.pdf_version, *map(str, pdf.get_warnings()))
 print("catalog", *sorted(root.keys()))
 print("language", root.get("/Lang"))
 print("tagged", root.get("/MarkInfo", {}).get("/Marked", False))
+if "/StructTreeRoot" in root:
+    tree = root.StructTreeRoot
+    tell_elements(pikepdf.NumberTree(tree.ParentTree), tree, 1)
+    print("roles", *sorted(tree.get("/RoleMap", {}).keys()))
+    print("names", *(f"{name}={str(element.S)[1:]}" for name, element in pikepdf.NameTree(tree.IDTree).items())
+          if "/IDTree" in tree else [])
 print("intents", *(intent.S for intent in root.get("/OutputIntents", [])))
 if "/Metadata" in root:
     print("metadata", root.Metadata.read_bytes().decode())

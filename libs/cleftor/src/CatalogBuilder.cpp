@@ -73,7 +73,7 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.text("<</Type/Catalog/Pages ");
   out.number(pageTree);
   addPlainEntries(out);
-  addMetadata(out);
+  addStructure(out);
   addViewerPreferences(out);
   addLabels(out);
   const int outline =
@@ -112,18 +112,46 @@ bool CatalogBuilder::hasLongArrays() const {
   for (const auto& [first, last] : m_ranges) {
     pages += last - first + 1;
   }
-  return std::max(static_cast<size_t>(pages), m_source.names().within(m_ranges).size()) > mostPairs;
+  return std::max({static_cast<size_t>(pages), m_source.names().within(m_ranges).size(),
+                   m_structure.mostPairs()}) > mostPairs;
+}
+
+bool CatalogBuilder::isWholeSource() const {
+  int32_t next = 0;
+  for (const auto& [first, last] : m_ranges) {
+    if (first != next) {
+      return false;
+    }
+    next = last + 1;
+  }
+  return next == m_source.pageCount();
+}
+
+void CatalogBuilder::addStructure(Fragment& out) {
+  const int root = m_structure.write();
+  if (root != 0) {
+    out.text("/StructTreeRoot ");
+    out.number(root);
+    if (QPDFObjectHandle marks = m_source.catalog().getKey("/MarkInfo"); !marks.isNull()) {
+      out.entry("/MarkInfo", marks);
+    }
+  }
+  addMetadata(out, root != 0);
 }
 
 /// What the source says of itself, but for what its pages alone do not keep.
-void CatalogBuilder::addMetadata(Fragment& out) {
+void CatalogBuilder::addMetadata(Fragment& out, bool isTagged) {
   QPDFObjectHandle metadata = m_source.catalog().getKey("/Metadata");
   if (metadata.isNull()) {
     return;
   }
   pages::Claims claims = m_source.claims();
-  claims.dropTagged();
-  claims.dropAccessible();
+  if (!isTagged) {
+    claims.dropTagged();
+  }
+  if (!isTagged || !isWholeSource()) {
+    claims.dropAccessible();
+  }
   claims.dropBeyondPages();
   if (claims.archivalPart() == "1" && hasLongArrays()) {
     claims.dropArchival();

@@ -2,20 +2,22 @@
 
 #include "FormBuilder.h"
 #include "LinkRules.h"
+#include "StructureBuilder.h"
 
 #include <string>
 
 namespace cleftor {
 
-/// What an output says as a document: information, labels, bookmarks, names, form, layers. Files
-/// that are attached to the source as a whole stay behind, as does its tree of structure; scripts
-/// of the whole document come along with form fields, whose own scripts call them.
+/// What an output says as a document: information, labels, bookmarks, names, form, tags, layers.
+/// Files that are attached to the source as a whole stay behind; scripts of the whole document come
+/// along with form fields, whose own scripts call them.
 class CatalogBuilder {
 public:
   CatalogBuilder(Source& source, ObjectCopier& copier, LinkRules& links, FormBuilder& form,
-                 DocumentWriter& writer, const std::vector<pages::PageRange>& ranges)
-      : m_source(source), m_copier(copier), m_links(links), m_form(form), m_writer(writer),
-        m_ranges(ranges) {}
+                 StructureBuilder& structure, DocumentWriter& writer,
+                 const std::vector<pages::PageRange>& ranges)
+      : m_source(source), m_copier(copier), m_links(links), m_form(form), m_structure(structure),
+        m_writer(writer), m_ranges(ranges) {}
 
   /// Number of the document information, 0 when the source has none.
   int writeInfo();
@@ -29,7 +31,9 @@ public:
 private:
   void addPlainEntries(Fragment& out);
   bool hasLongArrays() const;
-  void addMetadata(Fragment& out);
+  bool isWholeSource() const;
+  void addStructure(Fragment& out);
+  void addMetadata(Fragment& out, bool isTagged);
   void addLabels(Fragment& out);
   void addViewerPreferences(Fragment& out);
   void addNames(Fragment& out);
@@ -41,6 +45,7 @@ private:
   ObjectCopier& m_copier;
   LinkRules& m_links;
   FormBuilder& m_form;
+  StructureBuilder& m_structure;
   DocumentWriter& m_writer;
   const std::vector<pages::PageRange>& m_ranges; ///< in the order of the output
 };

@@ -108,7 +108,7 @@ bool LinkRules::needsRewriting(QPDFObjectHandle action) {
 void LinkRules::actionEntries(Fragment& out, QPDFObjectHandle action, const std::string& kind) {
   const char* const targets = targetsKey(kind);
   for (auto& [key, value] : action.getDictAsMap()) {
-    // A structure destination leads into the tree of structure, which stays behind.
+    // A structure destination may lead to an element that stays behind; the page serves as well.
     if (value.isNull() || key == "/Next" || (kind == "/GoTo" && key == "/SD")) {
       continue;
     }

@@ -169,9 +169,10 @@ Fragment ObjectCopier::streamEntries(QPDFObjectHandle stream) {
   Fragment out;
   auto entries = stream.getDict().getDictAsMap();
   entries.erase("/Length");
-  // Structure is not carried along, so a place in it means nothing.
-  entries.erase("/StructParent");
-  entries.erase("/StructParents");
+  if (m_source.structure() == nullptr) {
+    entries.erase("/StructParent");
+    entries.erase("/StructParents");
+  }
   if ((m_source.facts() & CLEFTOR_FILE_ENCRYPTED) != 0) {
     pages::dropCryptFilter(entries);
   }

@@ -12,11 +12,10 @@ namespace {
 /// Entries that a page takes from the nodes above it.
 constexpr std::array inheritable = {"/MediaBox", "/CropBox", "/Rotate"};
 
-/// Entries of a page that lead into the document beyond it: the tree of pages, articles, structure,
-/// parts; and those that are written by rules of their own.
-constexpr std::array setAside = {"/Parent",    "/B",      "/StructParents",
-                                 "/DPart",     "/Annots", "/AA",
-                                 "/Resources", "/Rotate", "/StructParent"};
+/// Entries of a page that lead into the document beyond it: the tree of pages, articles, parts; and
+/// those that are written by rules of their own.
+constexpr std::array setAside = {"/Parent", "/B",         "/DPart",  "/Annots",
+                                 "/AA",     "/Resources", "/Rotate", "/StructParent"};
 
 } // namespace
 
@@ -24,7 +23,8 @@ RangeBuilder::RangeBuilder(Source& source, std::vector<pages::PageRange> ranges,
                            const RangeSettings& settings, common::AsideFile& file)
     : m_source(source), m_ranges(std::move(ranges)), m_settings(settings),
       m_writer(file, source.version(), source.deflater()), m_copier(source, m_writer),
-      m_links(source, m_copier), m_form(source, m_copier, m_links) {
+      m_links(source, m_copier), m_form(source, m_copier, m_links),
+      m_structure(source, m_copier, m_writer) {
   for (const pages::PageRange& range : m_ranges) {
     for (int32_t page = range.first; page <= range.last; ++page) {
       m_pages.push_back(page);
@@ -40,7 +40,7 @@ void RangeBuilder::write() {
   if (!m_form.isEmpty()) {
     m_form.writeFields();
   }
-  CatalogBuilder document(m_source, m_copier, m_links, m_form, m_writer, m_ranges);
+  CatalogBuilder document(m_source, m_copier, m_links, m_form, m_structure, m_writer, m_ranges);
   const int info = document.writeInfo();
   document.writeCatalog(catalog, m_treeNumber, m_settings.keepBookmarks);
   m_writer.finish(catalog, info, document.identifier());
@@ -51,6 +51,7 @@ void RangeBuilder::placePages() {
   for (const int32_t page : m_pages) {
     const QPDFObjGen object = m_source.pages().object(page);
     // A page that is listed twice is two pages.
+    m_structure.addPage(page);
     m_pageNumbers.push_back(m_copier.isPlaced(object) ? m_writer.reserve()
                                                       : m_copier.place(object));
   }
@@ -116,6 +117,9 @@ Fragment RangeBuilder::pageBody(int32_t page, QPDFObjectHandle dictionary) {
     m_links.writeEventActions(out, "/AA", events->second);
   }
   entries.erase("/Type");
+  if (!m_structure.keepsKeys()) {
+    entries.erase("/StructParents");
+  }
   for (const char* key : setAside) {
     entries.erase(key);
   }
@@ -195,8 +199,10 @@ void RangeBuilder::writeAnnotations(QPDFObjectHandle annotations) {
 }
 
 /// An annotation answers to others and to its page only as far as these are in the range.
-void RangeBuilder::dropStrayRelations(Entries& entries) {
-  entries.erase("/StructParent");
+void RangeBuilder::dropStrayRelations(Entries& entries) const {
+  if (!m_structure.keepsKeys()) {
+    entries.erase("/StructParent");
+  }
   for (const char* key : {"/P", "/Parent", "/Popup", "/IRT"}) {
     const auto found = entries.find(key);
     if (found != entries.end() && !m_copier.isPlaced(found->second.getObjGen())) {

@@ -2,6 +2,7 @@
 
 #include "FormBuilder.h"
 #include "LinkRules.h"
+#include "StructureBuilder.h"
 
 #include <map>
 #include <string>
@@ -38,7 +39,7 @@ private:
   void writeAnnotationList(Fragment& out, QPDFObjectHandle annotations);
   void writeAnnotations(QPDFObjectHandle annotations);
   Fragment annotationBody(QPDFObjectHandle annotation);
-  void dropStrayRelations(Entries& entries);
+  void dropStrayRelations(Entries& entries) const;
 
   Source& m_source;
   std::vector<pages::PageRange> m_ranges;
@@ -48,6 +49,7 @@ private:
   ObjectCopier m_copier;
   LinkRules m_links;
   FormBuilder m_form;
+  StructureBuilder m_structure;
   std::vector<int> m_pageNumbers; ///< as m_pages
   pages::ObjGenSet m_annotationsWritten;
   int m_treeNumber = 0;

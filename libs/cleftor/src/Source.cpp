@@ -36,8 +36,8 @@ Source::Source(const std::string& path, const std::vector<std::string>& password
 }
 
 Source::Ticket Source::ticket() const {
-  return {m_path, m_password, m_input->identity(), m_pages->madeObjects() ? nullptr : m_pages,
-          pageCount()};
+  return {m_path,      m_password, m_input->identity(), m_pages->madeObjects() ? nullptr : m_pages,
+          pageCount(), m_structure};
 }
 
 std::unique_ptr<Source> Source::of(const Ticket& ticket, const std::atomic<bool>& stop) {
@@ -46,6 +46,7 @@ std::unique_ptr<Source> Source::of(const Ticket& ticket, const std::atomic<bool>
         std::make_unique<Source>(ticket.path, std::vector{ticket.password}, &stop, ticket.pages);
     const bool same = source->m_input->identity() == ticket.identity &&
                       source->pageCount() == ticket.pageCount && !stop;
+    source->m_structure = ticket.structure;
     return same ? std::move(source) : nullptr;
   } catch (const std::exception&) {
     return nullptr;
@@ -288,6 +289,22 @@ std::string Source::version() const {
                      std::isdigit(static_cast<unsigned char>(version[0])) != 0 &&
                      version[1] == '.' && std::isdigit(static_cast<unsigned char>(version[2])) != 0;
   return sound ? version : "1.7";
+}
+
+const StructureIndex* Source::structure() {
+  std::call_once(m_structure->once, [this] {
+    // Pages that were no objects of the file cannot be what an element names.
+    if (!catalog().getKey("/StructTreeRoot").isDictionary() || m_pages->madeObjects()) {
+      return;
+    }
+    auto document = pages::quietDocument();
+    read(*document);
+    auto index = std::make_unique<StructureIndex>(*document, *m_pages);
+    if (index->isSound()) {
+      m_structure->index = std::move(index);
+    }
+  });
+  return m_structure->index.get();
 }
 
 pages::NamedDestinations& Source::names() {

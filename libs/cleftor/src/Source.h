@@ -5,6 +5,7 @@
 #include "LayerIndex.h"
 #include "ObjectCache.h"
 #include "ResourcePruner.h"
+#include "StructureIndex.h"
 #include "pages/Claims.h"
 #include "pages/NamedDestinations.h"
 #include "pages/OutlineIndex.h"
@@ -16,6 +17,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -32,6 +34,12 @@ public:
   Source(const std::string& path, const std::vector<std::string>& passwords,
          const std::atomic<bool>* stop = nullptr,
          std::shared_ptr<const pages::PageTable> pages = nullptr);
+
+  /// Of a file, for all sources of it.
+  struct SharedStructure {
+    std::once_flag once;
+    std::unique_ptr<const StructureIndex> index;
+  };
 
   const std::string& path() const { return m_path; }
   const pages::PageTable& pages() const { return *m_pages; }
@@ -72,6 +80,8 @@ public:
   }
 
   const pages::Claims& claims() const { return m_claims; }
+  /// Null for a document that is not tagged, or not as it should be. Read by the first who asks.
+  const StructureIndex* structure();
   pages::NamedDestinations& names();
   pages::OutlineIndex& outline();
   pages::PageLabels& labels();
@@ -91,6 +101,7 @@ public:
     common::FileIdentity identity;
     std::shared_ptr<const pages::PageTable> pages; ///< null: to be found once more
     int32_t pageCount = 0;
+    std::shared_ptr<SharedStructure> structure = {};
   };
   Ticket ticket() const;
   /// Null when the file cannot be opened, is not the same any more, or opening it was stopped.
@@ -145,6 +156,7 @@ private:
   int32_t m_facts = 0;
   pages::Claims m_claims;
 
+  std::shared_ptr<SharedStructure> m_structure = std::make_shared<SharedStructure>();
   std::unique_ptr<pages::NamedDestinations> m_names;
   std::unique_ptr<pages::OutlineIndex> m_outline;
   std::unique_ptr<pages::PageLabels> m_labels;

@@ -8,10 +8,10 @@
  * The source is opened once and read only; every range starts from an empty document and takes what
  * its pages show and do: annotations, form fields with their values (a field whose widgets stand on
  * several pages of the range stays one field), links inside the range in both directions, named
- * destinations, page boxes, rotation, page labels, document information, and the bookmarks into the
- * range when asked. Links out of the range lead nowhere. Nothing of other pages is carried along.
- * Outputs of a protected source are unprotected. They claim a standard (PDF/A and the like) only as
- * far as the source does and they keep to it.
+ * destinations, page boxes, rotation, page labels, document information, the tags of a tagged
+ * document, and the bookmarks into the range when asked. Links out of the range lead nowhere.
+ * Nothing of other pages is carried along. Outputs of a protected source are unprotected. They
+ * claim a standard (PDF/A and the like) only as far as the source does and they keep to it.
  */
 #ifndef CLEFTOR_CLEFTOR_H
 #define CLEFTOR_CLEFTOR_H
