@@ -1,5 +1,7 @@
 #include "PageTable.h"
 
+#include "TreeReader.h"
+
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -17,9 +19,8 @@ constexpr size_t mostPages = 100'000'000;
 /// The walk through the tree, and what it alone has to remember.
 class PageTable::Walk {
 public:
-  using OnPage = std::function<void(int32_t page, QPDFObjGen object)>;
-  Walk(PageTable& table, QPDF& document, const OnPage& onPage)
-      : m_table(table), m_document(document), m_onPage(onPage) {}
+  Walk(PageTable& table, QPDF& document, std::shared_ptr<InputSource> input)
+      : m_table(table), m_document(document), m_reader(document, std::move(input)) {}
 
   void run();
 
@@ -27,27 +28,25 @@ private:
   /// A place in the walk: which kid of which node comes next.
   struct Step {
     uint32_t node;
-    QPDFObjectHandle kids;
-    int next;
+    std::vector<QPDFObjGen> kids;
+    size_t next;
   };
 
   QPDFObjectHandle findRoot();
-  QPDFObjectHandle made(QPDFObjectHandle direct);
-  void enter(QPDFObjectHandle node, uint32_t parent);
-  void takeNext();
-  void addPage(QPDFObjectHandle page, uint32_t node);
+  void take(QPDFObjGen object, uint32_t node);
+  void enter(QPDFObjGen object, uint32_t parent, std::vector<QPDFObjGen> kids);
+  void addPage(QPDFObjGen object, uint32_t node, QPDFObjGen resources);
 
   PageTable& m_table;
   QPDF& m_document;
-  const OnPage& m_onPage;
+  TreeReader m_reader;
   std::vector<Step> m_path;
   ObjGenSet m_met; ///< pages
   ObjGenSet m_resources;
 };
 
-PageTable::PageTable(QPDF& document,
-                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage) {
-  Walk(*this, document, onPage).run();
+PageTable::PageTable(QPDF& document, std::shared_ptr<InputSource> input) {
+  Walk(*this, document, std::move(input)).run();
   m_pages.shrink_to_fit();
   m_byObject.resize(m_pages.size());
   std::iota(m_byObject.begin(), m_byObject.end(), 0);
@@ -61,17 +60,17 @@ void PageTable::Walk::run() {
   if (!root.isDictionary()) {
     return;
   }
-  if (!root.isIndirect()) {
-    root = made(root);
-  }
-  if (!root.getKey("/Kids").isArray()) {
-    addPage(root, noNode);
-    return;
-  }
-  enter(root, noNode);
+  take(root.isIndirect() ? root.getObjGen() : m_reader.made(root), noNode);
   while (!m_path.empty() && m_table.m_pages.size() < mostPages) {
-    takeNext();
+    Step& step = m_path.back();
+    if (step.next == step.kids.size()) {
+      m_path.pop_back();
+    } else {
+      const QPDFObjGen kid = step.kids[step.next++];
+      take(kid, step.node);
+    }
   }
+  m_table.m_madeObjects = m_reader.madeObjects();
 }
 
 /// Some catalogs name a node below the root of the tree.
@@ -85,55 +84,33 @@ QPDFObjectHandle PageTable::Walk::findRoot() {
   return node;
 }
 
-QPDFObjectHandle PageTable::Walk::made(QPDFObjectHandle direct) {
-  m_table.m_madeObjects = true;
-  return m_document.makeIndirectObject(direct);
-}
-
-void PageTable::Walk::enter(QPDFObjectHandle node, uint32_t parent) {
-  if (!m_table.m_nodeIndex.insert(node.getObjGen()).second) {
+void PageTable::Walk::take(QPDFObjGen object, uint32_t node) {
+  if (m_met.count(object) != 0) {
+    m_table.m_pages.push_back({object, node}); // listed twice
     return;
   }
-  m_table.m_nodes.push_back({node.getObjGen(), parent});
-  m_path.push_back({static_cast<uint32_t>(m_table.m_nodes.size() - 1), node.getKey("/Kids"), 0});
-}
-
-void PageTable::Walk::takeNext() {
-  Step& step = m_path.back();
-  if (step.next >= step.kids.getArrayNItems()) {
-    m_path.pop_back();
+  if (m_table.isNode(object)) {
     return;
   }
-  const int position = step.next++;
-  QPDFObjectHandle kid = step.kids.getArrayItem(position);
-  if (m_met.count(kid.getObjGen()) != 0) {
-    m_table.m_pages.push_back({kid.getObjGen(), step.node}); // twice; it may not be in memory
-    return;
-  }
-  if (!kid.isDictionary()) {
-    return;
-  }
-  if (!kid.isIndirect()) {
-    kid = made(kid);
-    step.kids.setArrayItem(position, kid);
-  }
-  if (kid.getKey("/Kids").isArray()) {
-    enter(kid, step.node);
-  } else {
-    addPage(kid, step.node);
+  TreeObject found = m_reader.read(object);
+  if (found.isNode) {
+    enter(object, node, std::move(found.kids));
+  } else if (found.isDictionary) {
+    addPage(object, node, found.resources);
   }
 }
 
-void PageTable::Walk::addPage(QPDFObjectHandle page, uint32_t node) {
-  const QPDFObjGen object = page.getObjGen();
+void PageTable::Walk::enter(QPDFObjGen object, uint32_t parent, std::vector<QPDFObjGen> kids) {
+  m_table.m_nodeIndex.insert(object);
+  m_table.m_nodes.push_back({object, parent});
+  m_path.push_back({static_cast<uint32_t>(m_table.m_nodes.size() - 1), std::move(kids), 0});
+}
+
+void PageTable::Walk::addPage(QPDFObjGen object, uint32_t node, QPDFObjGen resources) {
   m_met.insert(object);
   m_table.m_pages.push_back({object, node});
-  const QPDFObjectHandle resources = page.getKey("/Resources");
-  if (resources.isIndirect() && !m_resources.insert(resources.getObjGen()).second) {
-    m_table.m_sharedResources.insert(resources.getObjGen());
-  }
-  if (m_onPage) {
-    m_onPage(m_table.count() - 1, object);
+  if (resources.isIndirect() && !m_resources.insert(resources).second) {
+    m_table.m_sharedResources.insert(resources);
   }
 }
 

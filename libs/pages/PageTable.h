@@ -3,10 +3,11 @@
 
 #include "ObjGenHash.h"
 
+#include <qpdf/InputSource.hh>
 #include <qpdf/QPDF.hh>
 
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,10 +25,9 @@ struct PageRange {
 /// of the same file in which no objects had to be made.
 class PageTable {
 public:
-  /// Walks the page tree once. A node that is met again is not walked again. Each page is told
-  /// when the walk is done with it.
-  explicit PageTable(QPDF& document,
-                     const std::function<void(int32_t page, QPDFObjGen object)>& onPage = {});
+  /// Walks the page tree once. A node that is met again is not walked again. `input`: see
+  /// TreeReader.
+  explicit PageTable(QPDF& document, std::shared_ptr<InputSource> input = nullptr);
 
   int32_t count() const { return static_cast<int32_t>(m_pages.size()); }
 

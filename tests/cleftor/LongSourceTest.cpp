@@ -7,7 +7,7 @@ namespace {
 constexpr int pageCount = 17'000;
 
 /// Every page draws a letterhead that all share, and a line of its own; box and fonts are those of
-/// the page tree. Page 2 links to the last.
+/// the page tree. Page 2 links to the last, and a bookmark leads to it.
 void writeLongDocument(const fs::path& file) {
   PdfBuilder pdf;
   pdf.addText("font = <</Type/Font/Subtype/Type1/BaseFont/Helvetica>>\n"
@@ -24,6 +24,9 @@ void writeLongDocument(const fs::path& file) {
   }
   pdf.set(2, "<</Type/Pages/Count " + std::to_string(pageCount) +
                  "/MediaBox[0 0 612 792]/Resources<</Font<</F 3 0 R>>>>/Kids[" + kids + "]>>");
+  pdf.addText("catalog /Outlines @outline\n"
+              "mark = <</Title(Second)/Parent @outline/Dest[1/Fit]>>\n"
+              "outline = <</First @mark/Last @mark/Count 1>>");
   pdf.write(file);
 }
 
@@ -43,7 +46,8 @@ protected:
   }
 };
 
-/// Pages of a long document leave the memory; none of them may be missing when it is wanted.
+/// Pages of a long document leave the memory when they are written, and what is known of the whole
+/// goes with them; nothing may be missing when it is wanted.
 TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
   const fs::path plain = output("long.pdf");
   writeLongDocument(plain);
@@ -53,7 +57,8 @@ TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
     SCOPED_TRACE(file.string());
     ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u"secret"), CLEFTOR_OK) << errorText();
     ASSERT_EQ(GetPageCount2(), pageCount);
-    // In order, once more, across the end of what stays in memory, backward, and once more.
+    SetKeepBookmarks(1);
+    // In order, once more, far behind, backward, and once more.
     const std::pair<int, int> ranges[] = {{1, 3},           {4, 5},           {1, 3},
                                           {16'380, 16'390}, {16'999, 17'000}, {2, 4},
                                           {16'384, 16'386}, {16'999, 17'000}, {3, 3}};
@@ -61,6 +66,8 @@ TEST_F(LongSourceTest, PagesThatLeftTheMemoryComeBack) {
       SCOPED_TRACE(first);
       ASSERT_EQ(split(first, last), CLEFTOR_OK) << errorText();
       EXPECT_EQ(textOf(output()), expected(first, last));
+      const bool hasBookmark = contentsOf(output()).find("(Second)") != std::string::npos;
+      EXPECT_EQ(hasBookmark, first <= 2 && last >= 2);
     }
   }
 }
@@ -89,15 +96,19 @@ TEST_F(LongSourceTest, ClosingClosesTheFileOfBothThreads) {
   EXPECT_EQ(textOf(output()), expected(1, 260));
 }
 
-/// What cannot be read anew is a failure, never an empty page.
+/// What cannot be read any more is a failure, never an empty page, and so is what could be read
+/// only because it was still in memory.
 TEST_F(LongSourceTest, FileThatIsCutOffMeanwhileIsNoBlankPage) {
   const fs::path file = output("long.pdf");
   writeLongDocument(file);
   ASSERT_EQ(PdfTextDumpOpenFile(file.u16string().c_str(), u""), CLEFTOR_OK);
   fs::resize_file(file, 1000);
-  EXPECT_EQ(split(16'999, 17'000), CLEFTOR_DAMAGED);
-  EXPECT_THAT(errorText(), testing::HasSubstr(file.string()));
-  EXPECT_FALSE(fs::exists(output()));
+  for (const auto& [first, result] :
+       {std::pair(16'999, CLEFTOR_SOURCE_CHANGED), {9'000, CLEFTOR_DAMAGED}}) {
+    EXPECT_EQ(split(first, first + 1), result);
+    EXPECT_THAT(errorText(), testing::HasSubstr(file.string()));
+    EXPECT_FALSE(fs::exists(output()));
+  }
 }
 
 } // namespace

@@ -109,6 +109,37 @@ TEST_F(SourcesTest, PagesCountWhenTheyAreThere) {
   EXPECT_EQ(split(1, 2), CLEFTOR_OK) << errorText();
 }
 
+/// Pages are looked for in the bytes of the file where these are plain, and they seldom say so.
+TEST_F(SourcesTest, PagesAreFoundHoweverTheirTreeIsWritten) {
+  const std::string page = "<</Type/Page/Parent @pages/MediaBox[0 0 9 9]/Contents ";
+  const auto tree = [](const std::string& kids) {
+    return "pages = <</Type/Pages/Count 3/Kids[" + kids + "]>>\n";
+  };
+  const std::string node = "<</Type/Pages/Parent @pages/Count 1/";
+  const std::pair<std::string, int> rows[] = {
+      {tree("@a @b") + "b = " + page + "@t/X(>> endobj /Kids[@a])/Y<</Kids[@a]/Z[[<<>>]]>>>>", 2},
+      {tree("@a @b") + "b = " + page + "@t/R 0/S -1/T .5/U true/V null/W @a/Kids null>>", 2},
+      {tree("@a @n") + "n = " + node + "K#69ds[@b]>>\nb = " + page + "@t>>", 2},
+      {tree("@a @n") + "n = " + node + "Kids @k>>\nk = [@b]\nb = " + page + "@t>>", 2},
+      {tree("@a @n") + "n = " + node + "Kids[]/Kids[@b]>>\nb = " + page + "@t>>", 2},
+      {tree("@a " + page + "@t>> " + node + "Kids[@b]>>") + "b = " + page + "@t>>", 3},
+      {tree("null 7 @a 99 0 R @k") + "k = [@a]", 1},
+      {tree("@a @n") + "n = " + node + "Kids[99999999999 0 R @b]>>\nb = " + page + "@t>>", 2},
+      {tree("@a @s @b") + "s = /Kids[@b] | no node\nb = " + page + "@t>>", 2},
+      {"catalog /Pages <</Type/Pages/Count 1/Kids[@a]>>", 1},
+  };
+  for (const auto& [text, pages] : rows) {
+    SCOPED_TRACE(text);
+    PdfBuilder pdf;
+    pdf.addText(text + "\nt =  | 0 0 m\na = " + page + "@t>>");
+    pdf.write(output("tree.pdf"));
+    ASSERT_EQ(PdfTextDumpOpenFile(wide(output("tree.pdf").string()).c_str(), u""), CLEFTOR_OK);
+    EXPECT_EQ(GetPageCount2(), pages);
+    EXPECT_EQ(split(1, pages), CLEFTOR_OK) << errorText();
+    EXPECT_EQ(run("qpdf --show-npages " + output().string()), std::to_string(pages) + "\n");
+  }
+}
+
 TEST_F(SourcesTest, RangesThatAreNoneAreRefused) {
   ASSERT_EQ(open("plain"), CLEFTOR_OK);
   for (const auto& [first, last] : {std::pair(0, 1), {1, 0}, {3, 2}, {5, 7}, {-1, 2}, {7, 7}}) {

@@ -23,7 +23,7 @@ Source::Source(const std::string& path, const std::vector<std::string>& password
   try {
     gatherFacts();
     if (m_pages == nullptr) {
-      readPages();
+      m_pages = std::make_shared<pages::PageTable>(*m_document, m_input);
     }
     gatherWholeDocument();
   } catch (const std::exception& error) {
@@ -110,35 +110,10 @@ bool Source::openWith(const std::string& password) {
   return true;
 }
 
-/// The walk meets every page. Of a long document they leave the memory as soon as it shows to be
-/// one, and then their traces.
-void Source::readPages() {
-  std::vector<QPDFObjGen> met;
-  const auto onPage = [this, &met](int32_t page, QPDFObjGen object) {
-    met.push_back(object);
-    if (page >= residentPages && mayLetGo()) {
-      std::ranges::for_each(met, [this](QPDFObjGen one) { letGoOf(one); });
-      met.clear();
-    }
-  };
-  m_pages = std::make_shared<pages::PageTable>(*m_document, onPage);
-  if (m_gone.empty()) {
-    return;
-  }
-  if (!m_pages->madeObjects()) {
-    renew();
-    forgetEarlier();
-    return;
-  }
-  // Page numbers of this document are not those of the file, so nothing can be read anew.
-  m_gone.clear();
-  open({m_password});
-  m_pages = std::make_shared<pages::PageTable>(*m_document);
-}
-
 /// A repaired document is searched for its objects once, not again and again.
 bool Source::mayLetGo() const {
-  return (m_facts & CLEFTOR_FILE_REPAIRED) == 0 && m_returns < mostReturns;
+  return pageCount() > residentPages && !m_pages->madeObjects() &&
+         (m_facts & CLEFTOR_FILE_REPAIRED) == 0 && m_returns < mostReturns;
 }
 
 void Source::letGoOf(QPDFObjGen object) {
@@ -219,7 +194,7 @@ void Source::makeRoom() {
 }
 
 void Source::letGoOfPages(int32_t first, int32_t last) {
-  if (pageCount() <= residentPages || m_pages->madeObjects() || !mayLetGo()) {
+  if (!mayLetGo()) {
     return;
   }
   for (int32_t index = first; index <= last; ++index) {

@@ -124,7 +124,6 @@ private:
   /// So often the file is read anew for the sake of pages that are asked for again.
   static constexpr int mostReturns = 4;
 
-  void readPages();
   bool mayLetGo() const;
   void letGoOf(QPDFObjGen object);
   void letGoOfPage(QPDFObjGen object);
