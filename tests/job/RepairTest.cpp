@@ -37,6 +37,22 @@ std::string withoutTrailer() {
   return whole.substr(0, whole.rfind("xref\n0 "));
 }
 
+/// The same, with objects that lead on and on, and a stream that is as long as it is.
+std::string withEndlessObjects() {
+  PdfBuilder pdf;
+  pdf.addText(std::string("page /First @first/Own @own") + account + "page" + more, font);
+  const int own = pdf.named("own");
+  pdf.set(own, "<</Length " + PdfBuilder::ref(own) + ">>\nstream\n7\nendstream");
+  int next = pdf.named("first");
+  for (int left = 100'000; left > 0; --left) {
+    const int number = next;
+    next = pdf.reserve();
+    pdf.set(number, "[" + PdfBuilder::ref(next) + "]");
+  }
+  const std::string whole = pdf.finish();
+  return whole.substr(0, whole.rfind("xref\n0 "));
+}
+
 /// Encrypted as its author meant it: only who knows the password reads the attachment.
 std::string attachmentLocked() {
   const std::string key(64, 'a');
@@ -63,7 +79,8 @@ protected:
 TEST_F(Repair, WhatOneLibraryReadsIsSplitFromACopy) {
   const std::tuple<const char*, std::string, const char*> rows[] = {
       {"no tree", pageInPlaceOfTree(), "1001.pdf: Account: 1001 of the first"},
-      {"no trailer", withoutTrailer(), "1001.pdf: Account: 1001 of the first | more"}};
+      {"no trailer", withoutTrailer(), "1001.pdf: Account: 1001 of the first | more"},
+      {"no end", withEndlessObjects(), "1001.pdf: Account: 1001 of the first | more"}};
   for (const auto& [name, bytes, output] : rows) {
     SCOPED_TRACE(name);
     write(bytes);
