@@ -15,6 +15,19 @@ bool isLineEnd(QChar c) {
   return c == QLatin1Char('\r') || c == QLatin1Char('\n');
 }
 
+/// The decoder lets halves of characters through, which no other encoding can hold.
+void replaceHalves(QString& line) {
+  for (qsizetype i = 0; i < line.size(); ++i) {
+    const bool isPair =
+        line[i].isHighSurrogate() && i + 1 < line.size() && line[i + 1].isLowSurrogate();
+    if (isPair) {
+      ++i;
+    } else if (line[i].isSurrogate()) {
+      line[i] = QChar::ReplacementCharacter;
+    }
+  }
+}
+
 } // namespace
 
 QStringDecoder olderTextDecoder() {
@@ -152,6 +165,9 @@ bool TextReader::readLine(QString& line, int limit) {
   const qsizetype nul = line.indexOf(QChar(0));
   if (nul >= 0) {
     line.truncate(nul);
+  }
+  if (!line.isValidUtf16()) {
+    replaceHalves(line);
   }
   return true;
 }
