@@ -77,7 +77,8 @@ private:
 
 void appendField(QString& line, const QString& field) {
   const bool needsQuotes = field.trimmed() != field || std::ranges::any_of(field, [](QChar c) {
-                             return c == quote || c == u',' || c == lineEnd || c == u'\r';
+                             return c == quote || c == u',' || c == lineEnd || c == u'\r' ||
+                                    c == QChar::ByteOrderMark; // which a file may not begin with
                            });
   const QString doubled = QString(field).replace(u'"', QLatin1String("\"\""));
   line += needsQuotes ? quote + doubled + quote : field;
