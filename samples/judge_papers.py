@@ -37,7 +37,7 @@ def judged(program, pdf, truth):
     names = [Path(row["Output File"]).stem for row in rows]
     right = ranges == truth["ranges"]
     named = right and len(set(names)) == len(names) and all(
-        "*" in good or essence(name) in map(essence, good) for name, good in zip(names, truth["names"]))
+        not good or essence(name) in map(essence, good) for name, good in zip(names, truth["names"]))
     return right, named, said.returncode == 0, said.stdout
 
 

@@ -5,16 +5,16 @@ from typing import Callable, Optional
 
 
 def beside(writer, paper, page):
-    writer.pile.text(writer.facts_left, writer.facts_top, writer.label)
+    writer.fact(writer.label)
     writer.pile.text(writer.facts_left + 90, writer.facts_top, paper.number)
 
 
 def close(writer, paper, page):
-    writer.pile.text(writer.facts_left, writer.facts_top, f"{writer.label} {paper.number}")
+    writer.fact(f"{writer.label} {paper.number}")
 
 
 def glued(writer, paper, page):
-    writer.pile.text(writer.facts_left, writer.facts_top, writer.label + paper.number)
+    writer.fact(writer.label + paper.number)
 
 
 def in_head_line(writer, paper, page):
@@ -34,12 +34,12 @@ def moved(writer, paper, page):
 
 
 def running_text(writer, paper, page):
-    writer.pile.text(57, 272, f"{writer.tongue.prose.split()[3]} {writer.label} {paper.number} "
-                              + " ".join(writer.tongue.prose.split()[4:8]), writer.size)
+    words = writer.tongue.prose.split()
+    writer.pile.text(57, 272, " ".join([words[3], writer.label, paper.number, *words[4:8]]), writer.size)
 
 
 def flush_right(writer, paper, page):
-    writer.pile.text(writer.facts_left, writer.facts_top, writer.label)
+    writer.fact(writer.label)
     writer.pile.text(530, writer.facts_top, paper.number, align="right")
 
 
@@ -56,7 +56,7 @@ def bare_right(writer, paper, page):
 
 
 def person_only(writer, paper, page):
-    writer.pile.text(writer.facts_left, writer.facts_top, f"{writer.person_label} {paper.person}")
+    writer.fact(f"{writer.person_label} {paper.person}")
 
 
 def holder(writer, paper, page):
@@ -77,22 +77,21 @@ def in_running_head(writer, paper, page):
 
 def in_address(writer, paper, page):
     writer.pile.text(57, 115, paper.person, 10)
-    writer.pile.text(57, 128, f"{writer.dice.between(1, 99)} {writer.dice.pick(writer.tongue.last.split())}", 10)
+    writer.pile.text(57, 128, f"{writer.dice.between(1, 99)} {writer.dice.pick(writer.tongue.last)}", 10)
 
 
 def above_address(writer, paper, page):
     writer.pile.text(57, 100, f"{paper.number} / {writer.issued}", 7)
 
 
+def in_prose_too(writer, paper, page, top):
+    words = writer.tongue.prose.split()
+    writer.pile.text(57, top, " ".join([words[2], writer.label, *words[5:9]]))
+
+
 def in_prose_later(writer, paper, page, top):
     if page > 1:
-        writer.pile.text(57, top, f"{writer.tongue.prose.split()[2]} {writer.label} "
-                                  + " ".join(writer.tongue.prose.split()[5:9]))
-
-
-def in_prose_too(writer, paper, page, top):
-    writer.pile.text(57, top, f"{writer.tongue.prose.split()[2]} {writer.label} "
-                              + " ".join(writer.tongue.prose.split()[5:9]))
+        in_prose_too(writer, paper, page, top)
 
 
 def summary(writer, paper, page, top):
@@ -106,22 +105,6 @@ def mailed(writer, paper, page, top):
         writer.pile.text(57, 268, f"E-mail: {paper.number.lower()}@example.com", 8)
 
 
-def number(paper):
-    return [paper.number]
-
-
-def number_or_person(paper):
-    return [paper.number, paper.person]
-
-
-def person(paper):
-    return [paper.person]
-
-
-def any_name(paper):
-    return ["*"]
-
-
 @dataclass(frozen=True)
 class Kind:
     name: str
@@ -129,7 +112,7 @@ class Kind:
     pages: tuple = (1, 5)
     place: Callable = beside
     every: Optional[bool] = False  # the value stands on every page; None: on none
-    names: Callable = number
+    names: tuple = ("number",)  # what of a paper may be its name; none: anything
     number: str = "any"
     rising: bool = False
     colon: str = ":"
@@ -155,12 +138,12 @@ class Kind:
 BARE = dict(title=False, address=False, dated=False)
 
 KINDS = [
-    Kind("statement, first page", marks="x of y", person=True, names=number_or_person),
+    Kind("statement, first page", marks="x of y", person=True, names=("number", "person")),
     Kind("statement, German, every page", "de", every=True, marks="x of y"),
     Kind("statement, Turkish, every page", "tr", place=close, every=True, marks="x of y above"),
-    Kind("statement, Hebrew", "he", marks="x of y", person=True, names=number_or_person),
+    Kind("statement, Hebrew", "he", marks="x of y", person=True, names=("number", "person")),
     Kind("statement, Hebrew, every page, close", "he", place=close, every=True),
-    Kind("statement, a cover before", cover=True, person=True, names=number_or_person),
+    Kind("statement, a cover before", cover=True, person=True, names=("number", "person")),
     Kind("invoice, French, colon apart", "fr", place=close, colon=" :", marks="x of y"),
     Kind("invoice, Spanish, value below", "es", place=below, colon=""),
     Kind("invoice, Italian, below, every page", "it", place=below, colon="", every=True),
@@ -177,7 +160,7 @@ KINDS = [
     Kind("letter, label in running text", "en", place=running_text, table=False, colon=""),
     Kind("letter, label again in prose later", "de", place=close, table=False, extra=in_prose_later),
     Kind("letter, label in prose everywhere", "fr", place=close, table=False, extra=in_prose_too, pages=(2, 4)),
-    Kind("letter, persons only", "es", place=person_only, names=person, table=False, address=False),
+    Kind("letter, persons only", "es", place=person_only, names=("person",), table=False, address=False),
     Kind("letter, persons twice", "it", person=True, same_persons=True, table=False),
     Kind("payslip, one page", "pl", pages=(1,), place=close, every=True),
     Kind("payslip, two sides", "de", pages=(2,)),
@@ -186,16 +169,16 @@ KINDS = [
     Kind("certificate, number alone", "en", pages=(1,), place=bare, table=False, every=True, address=False),
     Kind("certificate, number alone on all pages", "fr", pages=(1, 3), place=bare, every=True, table=False, **BARE),
     Kind("certificate, number alone flush right", "tr", pages=(1, 4), place=bare_right, every=True, number="short"),
-    Kind("certificate, centred name", "es", pages=(1,), place=holder, names=person, table=False, address=False),
-    Kind("report, page x of y alone", "en", every=None, marks="x of y", names=any_name, **BARE),
-    Kind("report, page x of y above", "pl", every=None, marks="x of y above", names=any_name, **BARE),
-    Kind("report, dashed page numbers", "de", every=None, marks="dashed", names=any_name, table=False, **BARE),
-    Kind("report, plain page numbers", "fr", every=None, marks="number", names=any_name, table=False, **BARE),
+    Kind("certificate, centred name", "es", pages=(1,), place=holder, names=("person",), table=False, address=False),
+    Kind("report, page x of y alone", "en", every=None, marks="x of y", names=(), **BARE),
+    Kind("report, page x of y above", "pl", every=None, marks="x of y above", names=(), **BARE),
+    Kind("report, dashed page numbers", "de", every=None, marks="dashed", names=(), table=False, **BARE),
+    Kind("report, plain page numbers", "fr", every=None, marks="number", names=(), table=False, **BARE),
     Kind("report, x/y and a label", "es", place=close, every=True, marks="x/y"),
-    Kind("report, title of first pages", "it", every=None, address=False, dated=False, names=any_name),
-    Kind("report, bookmarks", "en", every=None, bookmarks="person", names=person, table=False, **BARE),
-    Kind("report, bookmarks in two levels", "de", every=None, bookmarks="levels", names=person, pages=(2, 5), **BARE),
-    Kind("scan, separator sheets", "en", every=None, separator="plain", names=any_name, letterhead=False, **BARE),
+    Kind("report, title of first pages", "it", every=None, address=False, dated=False, names=()),
+    Kind("report, bookmarks", "en", every=None, bookmarks="person", names=("person",), table=False, **BARE),
+    Kind("report, bookmarks in two levels", "de", every=None, bookmarks="levels", names=("person",), pages=(2, 5), **BARE),
+    Kind("scan, separator sheets", "en", every=None, separator="plain", names=(), letterhead=False, **BARE),
     Kind("scan, numbered separator sheets", "de", every=None, separator="numbered", letterhead=False, **BARE),
     Kind("order, hash before the number", "en", place=hashed, colon=""),
     Kind("order, starred number at the head", "pl", place=starred, every=True),
@@ -203,8 +186,8 @@ KINDS = [
     Kind("order, numbers of several words", "fr", place=close, number="grouped", marks="x of y"),
     Kind("order, page numbers from the second on", "de", marks="number", late_numbers=True),
     Kind("order, three papers", "es", few=True, marks="x of y"),
-    Kind("order, three papers, no page numbers", "tr", few=True, person=True, names=number_or_person),
-    Kind("letter, name in the address only", "fr", place=in_address, names=person, table=False, address=False),
+    Kind("order, three papers, no page numbers", "tr", few=True, person=True, names=("number", "person")),
+    Kind("letter, name in the address only", "fr", place=in_address, names=("person",), table=False, address=False),
     Kind("letter, number above the address", "de", place=above_address, table=False),
     Kind("recognised, label of first pages", "en", jitter=1, marks="x of y"),
     Kind("recognised, label of all pages", "es", place=close, every=True, jitter=1),

@@ -12,9 +12,9 @@ class Paper:
 
     def __init__(self, dice, tongue, number, person, pages):
         self.number, self.person, self.pages = number, person, pages
-        self.address = [f"{dice.between(1, 99)} {dice.pick(tongue.last.split())}", dice.digits(5)]
+        self.address = [f"{dice.between(1, 99)} {dice.pick(tongue.last)}", dice.digits(5)]
         if dice.below(3) == 0:
-            self.address.insert(0, f"c/o {dice.pick(tongue.last.split())}")
+            self.address.insert(0, f"c/o {dice.pick(tongue.last)}")
         self.total = f"{dice.between(1, 999)}.{dice.between(10, 99)}"
 
 
@@ -31,7 +31,7 @@ class Writer:
         self.label = dice.pick(self.tongue.number) + kind.colon
         self.person_label = dice.pick(self.tongue.person) + ":"
         self.title = dice.pick(self.tongue.titles)
-        self.firm = f"{dice.pick(self.tongue.last.split())} & {dice.pick(self.tongue.last.split())}"
+        self.firm = f"{dice.pick(self.tongue.last)} & {dice.pick(self.tongue.last)}"
         self.facts_left, self.facts_top = dice.between(300, 350), dice.between(104, 122)
         self.size = dice.between(8, 10)
         self.issued = f"{dice.between(1, 28):02}.{dice.between(1, 12):02}.2026"
@@ -51,7 +51,7 @@ class Writer:
         if kind.rising:
             first = int(dice.digits(6))
             numbers = [str(first + index * 3) for index in range(count)]
-        person = lambda: f"{dice.pick(self.tongue.first.split())} {dice.pick(self.tongue.last.split())}"
+        person = lambda: f"{dice.pick(self.tongue.first)} {dice.pick(self.tongue.last)}"
         persons = [person() for _ in range(count)] if kind.same_persons else dice.distinct(count, person)
         if kind.same_persons:
             persons[count // 2] = persons[0]
@@ -74,7 +74,7 @@ class Writer:
                 self.pile.canvas.setFont(self.pile.face, 8)
                 self.pile.turn()
             ranges.append([begin, self.pile.page])
-            names.append(self.kind.names(paper))
+            names.append([getattr(paper, name) for name in self.kind.names])
         self.pile.save()
         return {"kind": self.kind.name, "pages": self.pile.page, "ranges": ranges, "names": names}
 
@@ -106,6 +106,9 @@ class Writer:
         if page == paper.pages and kind.table:
             pile.text(LEFT, top + 12, self.tongue.total, 10, "Bold")
             pile.text(RIGHT, top + 12, paper.total, 10, "Bold", align="right")
+
+    def fact(self, text):
+        self.pile.text(self.facts_left, self.facts_top, text)
 
     def first_head(self, paper):
         kind, pile = self.kind, self.pile
