@@ -17,6 +17,10 @@ constexpr double quietZone = 1.5;
 // Symbols are black for nearly half of their area, text for a tenth; one that stands askew in its
 // box still has a quarter.
 constexpr double darkShare = 0.2;
+// What is as low and long as a line of text must be darker than one.
+constexpr double heightOfALine = 4.5;
+constexpr int lengthOfALine = 3; // of its height
+constexpr double darkShareOfALine = 0.3;
 constexpr size_t mostPatches = 48;
 
 int median(const GreyPicture& picture) {
@@ -46,9 +50,11 @@ struct Cells {
     const int limit = median(picture) * 6 / 10;
     auto pixel = picture.pixels.begin();
     for (int y = 0; y < picture.height; ++y) {
-      int* const row = &dark[static_cast<size_t>(y / size) * static_cast<size_t>(columns)];
-      for (int x = 0; x < picture.width; ++x) {
-        row[x / size] += *pixel++ < limit ? 1 : 0;
+      for (int column = 0; column < columns; ++column) {
+        const auto end = pixel + std::min(size, picture.width - column * size);
+        at(column, y / size) += static_cast<int>(
+            std::count_if(pixel, end, [&](std::uint8_t value) { return value < limit; }));
+        pixel = end;
       }
     }
   }
@@ -63,6 +69,14 @@ struct Cells {
 struct Patch {
   PixelBox cells;
   long darkPixels = 0;
+
+  bool mayBeSymbol(int sizeOfCell) const {
+    const auto [low, high] = std::minmax({cells.width(), cells.height()});
+    const bool isLine = low * cellSize < heightOfALine && high >= lengthOfALine * low;
+    const double area = 1.0 * cells.width() * cells.height() * sizeOfCell * sizeOfCell;
+    return low * cellSize >= smallestSymbol &&
+           static_cast<double>(darkPixels) >= (isLine ? darkShareOfALine : darkShare) * area;
+  }
 };
 
 /// Takes a marked cell and all that hang together with it out of the cells.
@@ -139,7 +153,6 @@ GreyPicture GreyPicture::enlarged() const {
 std::vector<PixelBox> darkPatches(const GreyPicture& picture, double pixelsPerMillimetre) {
   Cells cells(picture, pixelsPerMillimetre);
   std::vector<PixelBox> patches;
-  const int smallest = static_cast<int>(smallestSymbol / cellSize);
   const int margin = static_cast<int>(std::lround(quietZone * pixelsPerMillimetre));
   for (int row = 0; row < cells.rows; ++row) {
     for (int column = 0; column < cells.columns; ++column) {
@@ -149,8 +162,7 @@ std::vector<PixelBox> darkPatches(const GreyPicture& picture, double pixelsPerMi
       const Patch patch = takePatch(cells, column, row);
       const PixelBox box{patch.cells.left * cells.size, patch.cells.top * cells.size,
                          patch.cells.right * cells.size, patch.cells.bottom * cells.size};
-      if (patch.cells.width() >= smallest && patch.cells.height() >= smallest &&
-          static_cast<double>(patch.darkPixels) >= darkShare * box.width() * box.height()) {
+      if (patch.mayBeSymbol(cells.size)) {
         patches.push_back(box.grownBy(margin));
       }
     }
