@@ -72,7 +72,7 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   Fragment out;
   out.text("<</Type/Catalog/Pages ");
   out.number(pageTree);
-  addPlainEntries(out);
+  out.entries(m_source.catalog(), plainEntries);
   addStructure(out);
   addViewerPreferences(out);
   addLabels(out);
@@ -96,15 +96,6 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.text(">>");
   m_copier.write(number, out);
   m_copier.copyWaiting();
-}
-
-void CatalogBuilder::addPlainEntries(Fragment& out) {
-  QPDFObjectHandle catalog = m_source.catalog();
-  for (const char* key : plainEntries) {
-    if (QPDFObjectHandle value = catalog.getKey(key); !value.isNull()) {
-      out.entry(key, value);
-    }
-  }
 }
 
 bool CatalogBuilder::hasLongArrays() const {
@@ -132,9 +123,7 @@ void CatalogBuilder::addStructure(Fragment& out) {
   if (root != 0) {
     out.text("/StructTreeRoot ");
     out.number(root);
-    if (QPDFObjectHandle marks = m_source.catalog().getKey("/MarkInfo"); !marks.isNull()) {
-      out.entry("/MarkInfo", marks);
-    }
+    out.entries(m_source.catalog(), std::array{"/MarkInfo"});
   }
   addMetadata(out, root != 0);
 }

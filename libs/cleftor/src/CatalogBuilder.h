@@ -29,7 +29,6 @@ public:
   std::string identifier();
 
 private:
-  void addPlainEntries(Fragment& out);
   bool hasLongArrays() const;
   bool isWholeSource() const;
   void addStructure(Fragment& out);

@@ -115,6 +115,14 @@ void Fragment::entries(std::map<std::string, QPDFObjectHandle>& map) {
   }
 }
 
+void Fragment::entries(QPDFObjectHandle dictionary, std::span<const char* const> keys) {
+  for (const char* key : keys) {
+    if (QPDFObjectHandle value = dictionary.getKey(key); !value.isNull()) {
+      entry(key, value);
+    }
+  }
+}
+
 void Fragment::entry(const std::string& key, QPDFObjectHandle value) {
   name(key);
   this->value(value);

@@ -2,6 +2,7 @@
 
 #include <qpdf/QPDFObjectHandle.hh>
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,9 @@ public:
 
   /// "/Key value" for each entry of map; entries that are null stay out.
   void entries(std::map<std::string, QPDFObjectHandle>& map);
+
+  /// The same for those of a dictionary's entries that are named.
+  void entries(QPDFObjectHandle dictionary, std::span<const char* const> keys);
 
   /// "/Key value"
   void entry(const std::string& key, QPDFObjectHandle value);

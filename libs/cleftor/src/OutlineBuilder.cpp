@@ -1,5 +1,6 @@
 #include "OutlineBuilder.h"
 
+#include <array>
 #include <vector>
 
 namespace cleftor {
@@ -43,11 +44,7 @@ private:
     QPDFObjectHandle source = bookmark.item->dictionary;
     Fragment out;
     out.text("<<");
-    for (const char* key : {"/Title", "/C", "/F"}) {
-      if (QPDFObjectHandle value = source.getKey(key); !value.isNull()) {
-        out.entry(key, value);
-      }
-    }
+    out.entries(source, std::array{"/Title", "/C", "/F"});
     relation(out, "/Parent", bookmark.parent);
     relation(out, "/Prev", bookmark.previous);
     relation(out, "/Next", bookmark.next);

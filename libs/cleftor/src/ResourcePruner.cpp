@@ -14,7 +14,6 @@ constexpr std::array categories = {"/Font",       "/XObject",   "/Pattern",   "/
 /// A dictionary of a page's own is read through only when it holds more than pages commonly need.
 constexpr int commonCount = 16;
 
-using pages::dictionaryOf;
 using pages::entryOf;
 
 /// Finds every name that content drawing with one resource dictionary can use: content that brings

@@ -2,6 +2,7 @@
 
 #include "pages/Entries.h"
 
+#include <array>
 #include <limits>
 
 namespace cleftor {
@@ -27,10 +28,12 @@ long long keyOf(QPDFObjectHandle owner, const char* entry) {
 } // namespace
 
 void StructureBuilder::addPage(int32_t page) {
-  const bool isFirst = m_source.pages().indexOf(m_source.pages().object(page)) == page &&
-                       m_added.insert(page).second;
-  m_isPossible = m_isPossible && isFirst;
-  m_pages.push_back(page);
+  m_isPossible = m_isPossible && m_source.structure() != nullptr &&
+                 m_source.pages().indexOf(m_source.pages().object(page)) == page &&
+                 m_added.insert(page).second;
+  if (m_isPossible) {
+    m_pages.push_back(page);
+  }
 }
 
 int StructureBuilder::write() {
@@ -115,7 +118,8 @@ void StructureBuilder::writeElement(size_t slot, Kids kids) {
   writeKids(out, slot, kids);
   out.append(index.text(element.entries));
   if (m_isComplete[slot]) {
-    out.append(index.text(element.wholeEntries));
+    out.append(index.text(element.attributes));
+    out.append(index.text(element.said));
   }
   out.text(">>");
   if (const std::string* const name = index.name(m_kept[slot])) {
@@ -192,11 +196,7 @@ void StructureBuilder::writeRoot(Kids kids) {
     out.number(m_numbers[slotOf(kid.element)]);
   }
   out.text("]");
-  for (const char* key : {"/RoleMap", "/ClassMap", "/Namespaces"}) {
-    if (QPDFObjectHandle value = source.getKey(key); !value.isNull()) {
-      out.entry(key, value);
-    }
-  }
+  out.entries(source, std::array{"/RoleMap", "/ClassMap", "/Namespaces"});
   writeParents(out);
   writeNames(out);
   out.text(">>");

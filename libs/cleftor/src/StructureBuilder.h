@@ -25,7 +25,7 @@ public:
   void addPage(int32_t page);
 
   /// Whether pages and annotations keep their keys; known when all pages are added.
-  bool keepsKeys() const { return m_isPossible && m_source.structure() != nullptr; }
+  bool keepsKeys() const { return m_isPossible; }
 
   /// Writes the tree when all pages are written, with all that they draw. Number of its root; 0:
   /// the output is not tagged.

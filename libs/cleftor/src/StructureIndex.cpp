@@ -19,9 +19,9 @@ constexpr size_t mostElements = 4'000'000;
 /// What an element is, whatever of it is kept.
 constexpr std::array<std::string_view, 7> plainEntries = {
     "/S", "/ID", "/Lang", "/C", "/R", "/NS", "/PhoneticAlphabet"};
-/// What is said of all that an element holds, so of other pages, too, when they hold a part of it.
-constexpr std::array<std::string_view, 6> wholeEntries = {"/A", "/T",          "/Alt",
-                                                          "/E", "/ActualText", "/Phoneme"};
+/// What holds for all of it, so for what is on other pages, too, when a part of it is there.
+constexpr std::array<std::string_view, 1> attributes = {"/A"};
+constexpr std::array<std::string_view, 5> said = {"/T", "/Alt", "/E", "/ActualText", "/Phoneme"};
 
 int kidCount(QPDFObjectHandle kids) {
   return kids.isArray() ? kids.getArrayNItems() : (kids.isNull() ? 0 : 1);
@@ -37,7 +37,7 @@ QPDFObjectHandle kidAt(QPDFObjectHandle kids, int rank) {
 struct StructureIndex::Step {
   uint32_t element;
   QPDFObjectHandle kids;
-  std::optional<int32_t> page; ///< of content that does not name its own
+  std::optional<int32_t> page; ///< that the element names, for content that names none
   int next = 0;
   int32_t firstPage = -1; ///< with something on it so far; -1: nothing so far
   int32_t lastPage = -1;
@@ -46,7 +46,10 @@ struct StructureIndex::Step {
 class StructureIndex::Walk {
 public:
   Walk(StructureIndex& index, QPDF& document, const pages::PageTable& pages)
-      : m_index(index), m_document(document), m_pages(pages) {}
+      : m_index(index), m_document(document), m_pages(pages) {
+    std::map<std::string, QPDFObjectHandle> nothing;
+    m_noText = textOf(nothing, said);
+  }
 
   const std::vector<Found>& found() const { return m_found; }
 
@@ -74,9 +77,14 @@ private:
     } else if (kid.getKey("/S").isName()) {
       enter(step, rank, kid);
     } else if (QPDFObjectHandle mark = kid.getKey("/MCID"); mark.isInteger()) {
-      addMarked(step, rank, pageOf(kid, step.page), mark, objectOf(kid.getKey("/Stm")));
+      const auto page = kid.hasKey("/Pg") ? pageOf(kid) : step.page;
+      addMarked(step, rank, page, mark, objectOf(kid.getKey("/Stm")));
     } else if (QPDFObjectHandle object = kid.getKey("/Obj"); object.isIndirect()) {
-      addContent(step, pageOf(kid, step.page), {step.element, rank, Item::none, objectOf(object)});
+      auto page = kid.hasKey("/Pg") ? pageOf(kid) : step.page;
+      if (!page && object.isDictionary()) {
+        page = pageOf(object, "/P");
+      }
+      addContent(step, page, {step.element, rank, Item::none, objectOf(object)});
     }
   }
 
@@ -88,9 +96,9 @@ private:
     return static_cast<uint32_t>(m_index.m_objects.size() - 1);
   }
 
-  std::optional<int32_t> pageOf(QPDFObjectHandle owner, std::optional<int32_t> otherwise) const {
-    QPDFObjectHandle page = owner.getKey("/Pg");
-    return page.isIndirect() ? m_pages.indexOf(page.getObjGen()) : otherwise;
+  std::optional<int32_t> pageOf(QPDFObjectHandle owner, const char* key = "/Pg") const {
+    QPDFObjectHandle page = owner.getKey(key);
+    return page.isIndirect() ? m_pages.indexOf(page.getObjGen()) : std::nullopt;
   }
 
   void addMarked(Step& step, uint32_t rank, std::optional<int32_t> page, QPDFObjectHandle mark,
@@ -119,6 +127,8 @@ private:
 
   void addEmpty(uint32_t first, uint32_t end, int32_t page) {
     for (uint32_t element = first; element < end; ++element) {
+      // It only seems to be here, and what is said of it may be of other pages.
+      m_index.m_elements[element].said = m_noText;
       m_found.push_back({page, {element, none, Item::none, none}});
     }
   }
@@ -135,9 +145,10 @@ private:
     }
     auto entries = element.getDictAsMap();
     QPDFObjectHandle kids = element.getKey("/K");
-    const Step next{size(), kids, pageOf(element, step.page)};
+    const Step next{size(), kids, pageOf(element)};
     m_index.m_elements.push_back({step.element, rank, static_cast<uint32_t>(kidCount(kids)),
-                                  textOf(entries, plainEntries), textOf(entries, wholeEntries)});
+                                  textOf(entries, plainEntries), textOf(entries, attributes),
+                                  textOf(entries, said)});
     m_document.replaceObject(element.getObjGen(), QPDFObjectHandle::newNull());
     m_path.push_back(next);
   }
@@ -182,6 +193,7 @@ private:
   std::vector<Found> m_found;
   pages::ObjGenSet m_seen;
   std::unordered_map<std::string, uint32_t> m_known; ///< texts, with what they refer to
+  uint32_t m_noText = 0;
 };
 
 StructureIndex::StructureIndex(QPDF& document, const pages::PageTable& pages) {

@@ -24,11 +24,12 @@ public:
 
   /// Elements count from 0 in the order of the tree: each comes before those below it.
   struct Element {
-    uint32_t parent;       ///< none: the root
-    uint32_t rank;         ///< from 0, in /K of the parent
-    uint32_t kids;         ///< items in its own /K, of use or not
-    uint32_t entries;      ///< text of what it is
-    uint32_t wholeEntries; ///< text of what is said of all that it holds
+    uint32_t parent;     ///< none: the root
+    uint32_t rank;       ///< from 0, in /K of the parent
+    uint32_t kids;       ///< items in its own /K, of use or not
+    uint32_t entries;    ///< text of what it is
+    uint32_t attributes; ///< text of what it looks like and how it is made
+    uint32_t said;       ///< text of what is said of it, or in its place
   };
 
   /// Something on a page that an element holds.
