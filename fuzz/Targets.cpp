@@ -69,4 +69,15 @@ QByteArray workFile(const QString& path) {
   return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+void checkRepair(
+    const QString& source,
+    const std::function<int(const char16_t*, const char16_t*, const char16_t*)>& repairFile,
+    const std::function<int(const QString&)>& pagesIn) {
+  const QString target = workPath(QStringLiteral("repaired.pdf"));
+  writeWorkFile(target, "before");
+  const int pages =
+      repairFile(source.toStdU16String().c_str(), u"", target.toStdU16String().c_str());
+  require(pages > 0 ? pagesIn(target) == pages : workFile(target) == "before");
+}
+
 } // namespace fuzzing

@@ -5,6 +5,7 @@
 #include <QByteArrayList>
 #include <QString>
 
+#include <functional>
 #include <span>
 
 namespace fuzzing {
@@ -31,6 +32,13 @@ QByteArrayList partsOf(const QByteArray& input, qsizetype count);
 QString workPath(const QString& name);
 void writeWorkFile(const QString& path, const QByteArray& bytes);
 QByteArray workFile(const QString& path);
+
+/// What a library's RepairFile is held to: the copy has the pages that it tells of, and where there
+/// is none the file that was there stays.
+void checkRepair(
+    const QString& source,
+    const std::function<int(const char16_t*, const char16_t*, const char16_t*)>& repairFile,
+    const std::function<int(const QString&)>& pagesIn);
 
 void runPageWords(const QByteArray& input);
 void runPdfWords(const QByteArray& input);

@@ -85,18 +85,6 @@ void splitAll(CSplitPdfInit& split, const QString& source) {
   }
 }
 
-void repair(CSplitPdfInit& split, const QString& source) {
-  const QString target = workPath(QStringLiteral("repaired.pdf"));
-  writeWorkFile(target, "before");
-  const int pages =
-      split.RepairFile(source.toStdU16String().c_str(), u"", target.toStdU16String().c_str());
-  if (pages > 0) {
-    require(pagesIn(split, target) == pages);
-  } else {
-    require(workFile(target) == "before");
-  }
-}
-
 void appendOrLeave(Libraries& libraries, const QString& addition, const QString& existing) {
   const QByteArray before = workFile(existing);
   const bool appended =
@@ -117,7 +105,8 @@ void runPdfOutputs(const QByteArray& input) {
   const QString good = workPath(QStringLiteral("good.pdf"));
   writeWorkFile(any, input);
   splitAll(libraries.split, any);
-  repair(libraries.split, any);
+  checkRepair(any, libraries.split.RepairFile,
+              [&](const QString& path) { return pagesIn(libraries.split, path); });
   writeWorkFile(good, goodFile());
   appendOrLeave(libraries, any, good);
   appendOrLeave(libraries, any, good);

@@ -1,4 +1,5 @@
-// Any bytes as a PDF: its words in both orders, its outline, and small pictures of its pages.
+// Any bytes as a PDF: its words in both orders, its outline, small pictures of its pages, a
+// repaired copy.
 #include "engine/words/CPDFTextDumpInit.h"
 #include "fuzz/Targets.h"
 
@@ -79,6 +80,9 @@ void runPdfWords(const QByteArray& input) {
   const std::u16string name = path.toStdU16String();
   readPages(text, name.c_str());
   readView(text, name.c_str());
+  checkRepair(path, text.RepairFile, [&text](const QString& copy) {
+    return text.GetPageCount(copy.toStdU16String().c_str(), u"");
+  });
 }
 
 } // namespace fuzzing
