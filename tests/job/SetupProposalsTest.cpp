@@ -11,7 +11,7 @@ namespace {
 
 /// Documents of so many pages each, in `first` and `next` a line for each "h,v text". {n} is the
 /// document's name, {d} its number, {p} the page, {c} of how many, {f} of the file, {u} uneven
-/// print.
+/// print, {t} a number that the ninth and the tenth document share.
 class Pile {
 public:
   Pile(const QString& first, const QString& next, const QString& counts) {
@@ -24,6 +24,8 @@ public:
           line.replace("{p}", QString::number(page)).replace("{c}", count);
           line.replace("{f}", QString::number(pdf.pages.size() + 1));
           line.replace("{u}", QString::number(pdf.pages.size() % 3));
+          line.replace("{t}",
+                       QString::number(ranges.size() < 9 ? ranges.size() : ranges.size() - 1));
           made.texts.push_back({line.section(u',', 0, 0).toInt(),
                                 line.section(u' ', 0, 0).section(u',', 1).toInt(),
                                 line.section(u' ', 1)});
