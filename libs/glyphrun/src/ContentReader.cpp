@@ -10,7 +10,6 @@ namespace glyphrun {
 
 namespace {
 
-constexpr std::size_t mostOperands = 64;
 constexpr std::size_t mostArrayItems = 100'000;
 constexpr std::size_t mostStates = 4096;
 constexpr std::size_t operatorsPerClock = 65536;
@@ -177,17 +176,20 @@ void ContentReader::runForm(const PdfObject& form, const PdfObject& resources,
 }
 
 void ContentReader::execute(ContentLexer& lexer) {
-  m_operands.clear();
-  Token token;
-  while (!m_stopped && lexer.next(token) != TokenKind::End) {
-    switch (token.kind) {
+  m_operandCount = 0;
+  while (!m_stopped) {
+    Token& token = m_operands[m_operandCount];
+    switch (lexer.next(token)) {
+    case TokenKind::End:
+      return;
     case TokenKind::Number:
     case TokenKind::Name:
     case TokenKind::String:
-      if (m_operands.size() >= mostOperands) {
-        m_operands.clear();
+      if (m_operandCount == mostOperands) {
+        m_operands.front() = token;
+        m_operandCount = 0;
       }
-      m_operands.push_back(token);
+      ++m_operandCount;
       break;
     case TokenKind::ArrayOpen:
       readArray(lexer);
@@ -203,7 +205,7 @@ void ContentReader::execute(ContentLexer& lexer) {
       if (token.text.size() <= 3) {
         handleOperator(keyOf(token.text), lexer);
       }
-      m_operands.clear();
+      m_operandCount = 0;
       m_array.clear();
       break;
     default:
@@ -241,22 +243,20 @@ void ContentReader::readDictionary(ContentLexer& lexer) {
     }
     awaited = depth == 1 && token.kind == TokenKind::Name && token.text == "ActualText";
   }
-  Token marker;
-  marker.kind = TokenKind::DictOpen;
-  if (m_operands.size() < mostOperands) {
-    m_operands.push_back(marker);
+  if (m_operandCount < mostOperands) {
+    m_operands[m_operandCount++].kind = TokenKind::DictOpen;
   }
 }
 
 double ContentReader::number(std::size_t index) const {
-  return index < m_operands.size() && m_operands[index].kind == TokenKind::Number
+  return index < m_operandCount && m_operands[index].kind == TokenKind::Number
              ? m_operands[index].number
              : 0;
 }
 
 std::string_view ContentReader::text(std::size_t index, TokenKind kind) const {
-  return index < m_operands.size() && m_operands[index].kind == kind ? m_operands[index].text
-                                                                     : std::string_view();
+  return index < m_operandCount && m_operands[index].kind == kind ? m_operands[index].text
+                                                                  : std::string_view();
 }
 
 void ContentReader::handleOperator(std::uint32_t key, ContentLexer& lexer) {
@@ -396,7 +396,7 @@ void ContentReader::beginMarked(bool withProperties) {
       if (tag == "OC" && m_layers.hides(dictionary)) {
         mark = Mark::Hidden;
       }
-    } else if (m_operands.size() > 1 && m_operands[1].kind == TokenKind::DictOpen) {
+    } else if (m_operandCount > 1 && m_operands[1].kind == TokenKind::DictOpen) {
       replaces = m_hasActualText;
       if (replaces) {
         replacement = std::string(m_actualText);

@@ -8,6 +8,7 @@
 #include "SharedContent.h"
 #include "WordAssembler.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -113,7 +114,10 @@ private:
   std::vector<Mark> m_marks;
   std::size_t m_hiddenMarks = 0;
 
-  std::vector<Token> m_operands;
+  static constexpr std::size_t mostOperands = 64;
+  // The token behind the operands is the one that is being looked at.
+  std::array<Token, mostOperands + 1> m_operands;
+  std::size_t m_operandCount = 0;
   std::vector<Token> m_array;
   bool m_hasActualText = false;
   std::string_view m_actualText;

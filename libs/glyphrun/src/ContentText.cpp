@@ -148,7 +148,18 @@ template <bool OneByte> void ContentReader::showGlyphs(std::string_view bytes) {
   Font& font = *textState.font;
   const double scale = font.vertical ? 1 : textState.scale;
   const double advanceScale = textState.size * scale;
+  const bool isPlain = OneByte && m_emits && !m_spacingParts;
   for (std::size_t at = 0; at < bytes.size();) {
+    if (isPlain) {
+      WordAssembler::Pen pen{m_pen, m_textShift, m_unit, advanceScale, textState.charSpace * scale};
+      if (const std::size_t taken = m_words.addPlain(font.codes, bytes.substr(at), pen)) {
+        m_pen = pen.place;
+        m_textShift = pen.shift;
+        m_clusterGlyphs = SIZE_MAX;
+        at += taken;
+        continue;
+      }
+    }
     std::uint32_t code = static_cast<unsigned char>(bytes[at]);
     const unsigned taken = OneByte ? 1 : font.takeCode(bytes.substr(at), code);
     const CodeInfo* info = OneByte ? &font.codes[code] : &font.lookUp(code);

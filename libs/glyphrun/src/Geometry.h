@@ -32,7 +32,8 @@ inline double dot(Point a, Point b) {
   return a.x * b.x + a.y * b.y;
 }
 inline double length(Point a) {
-  return std::hypot(a.x, a.y);
+  // Most text runs along an axis, where it needs no root.
+  return a.x == 0 ? std::abs(a.y) : a.y == 0 ? std::abs(a.x) : std::hypot(a.x, a.y);
 }
 
 /// A rectangle with left <= right and top <= bottom, unless it is empty.

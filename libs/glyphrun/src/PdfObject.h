@@ -4,7 +4,9 @@
 
 #include "MuContext.h"
 
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace glyphrun {
@@ -52,9 +54,18 @@ private:
   pdf_obj* m_object = nullptr;
 };
 
+/// Leaves new elements without a value: they are about to be read over.
+template <typename T> struct UnsetAllocator : std::allocator<T> {
+  template <typename U> struct rebind { using other = UnsetAllocator<U>; };
+  template <typename U> void construct(U* place) noexcept { ::new (place) U; }
+  template <typename U, typename... From> void construct(U* place, From&&... from) {
+    ::new (place) U(std::forward<From>(from)...);
+  }
+};
+
 /// Bytes of a stream after its filters.
 struct StreamData {
-  std::vector<char> bytes;
+  std::vector<char, UnsetAllocator<char>> bytes;
   bool damaged = false; ///< ended early; `bytes` is what came before
   bool cut = false;     ///< longer than the limit
 

@@ -22,6 +22,12 @@ Rect boxOf(const Fragment& first, float end) {
     const double reach = std::max(static_cast<double>(end - first.start), 0.0);
     return {first.origin.x, first.origin.y - up, first.origin.x + reach, first.origin.y + down};
   }
+  if (first.heading == HeadingRight) {
+    const float low = first.line - up;
+    const float high = first.line + down;
+    return {std::min(first.start, end), std::min(low, high), std::max(first.start, end),
+            std::max(low, high)};
+  }
   const Point along = headingVector(first.heading);
   const Point across{-along.y, along.x};
   const bool vertical = first.heading >= HeadingVertical;

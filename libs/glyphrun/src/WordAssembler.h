@@ -6,8 +6,11 @@
 #include "Geometry.h"
 #include "PageWords.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace glyphrun {
@@ -52,6 +55,36 @@ public:
     } else {
       place(info.traits, (m_echoing ? m_echoRun : m_run).font->textOf(info), start, end);
     }
+  }
+  /// Where the next glyph of a string starts, and what moves it.
+  struct Pen {
+    double place = 0;   ///< from the run's origin along its direction, points
+    double shift = 0;   ///< the same in units of text space
+    double unit = 0;    ///< points for one of these
+    double advance = 0; ///< units for an advance of 1
+    double spacing = 0; ///< units behind each glyph
+  };
+  /// The glyphs of one-byte codes, as addGlyph() takes them, up to the first about which anything
+  /// is to be thought of: most of a page in one go. Returns their number.
+  std::size_t addPlain(const std::array<CodeInfo, 256>& codes, std::string_view bytes, Pen& pen) {
+    if (m_capturing || !m_open || m_parting) {
+      return 0;
+    }
+    std::size_t count = 0;
+    for (const char byte : bytes) {
+      const CodeInfo& info = codes[static_cast<unsigned char>(byte)];
+      if (byte == ' ' || (info.traits & (plainTraits | CodeLeftOut)) != 0) {
+        break;
+      }
+      const double advance = static_cast<double>(info.advance) * pen.advance;
+      const double end = pen.place + advance * pen.unit;
+      appendPlain(info, std::min(pen.place, end), std::max(pen.place, end));
+      const double shift = advance + pen.spacing;
+      pen.shift += shift;
+      pen.place += shift * pen.unit;
+      ++count;
+    }
+    return count;
   }
   /// The next glyph starts `gap` points farther than the last one's advance and spacing say.
   void addGap(double gap);
