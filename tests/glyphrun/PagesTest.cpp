@@ -65,12 +65,14 @@ TEST(Pages, UnreadableTextIsToldFromNoText) {
       "page /Resources<</Font<</X @unknown>>>> | BT /X 10 Tf <000100020003> Tj ET\n"
       "page | 10 10 100 100 re f\n"
       "page | BT /F 10 Tf 50 700 Td ( ) Tj ET\n"
-      "page | BT /F 10 Tf 50 700 Td (x) Tj ET",
+      "page | BT /F 10 Tf 50 700 Td (x) Tj ET\n"
+      "page /Resources<</Font<</F @F/X @unknown>>>> | BT /F 10 Tf 50 700 Td (Total 1000) Tj\n"
+      " /X 10 Tf <0001> Tj ET\n",
       plainFonts);
   EXPECT_EQ(wordsOf(pdf), "\uFFFD\uFFFD\uFFFD");
   int page = 0;
-  for (const int state :
-       {GLYPHRUN_PAGE_UNREADABLE, GLYPHRUN_PAGE_EMPTY, GLYPHRUN_PAGE_EMPTY, GLYPHRUN_PAGE_GOOD}) {
+  for (const int state : {GLYPHRUN_PAGE_UNREADABLE, GLYPHRUN_PAGE_EMPTY, GLYPHRUN_PAGE_EMPTY,
+                          GLYPHRUN_PAGE_GOOD, GLYPHRUN_PAGE_UNREADABLE}) {
     ++page;
     PdfTextDumpFilePages(page, page);
     EXPECT_EQ(GetPageState(), state);
