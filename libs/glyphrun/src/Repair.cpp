@@ -51,7 +51,8 @@ std::int64_t tell(fz_context*, void* sink) {
 /// never ends at a stream whose length is the stream itself.
 class Sweep {
 public:
-  explicit Sweep(const PdfFile& file) : m_ctx(file.mu().raw()), m_document(file.document()) {}
+  explicit Sweep(const PdfFile& file)
+      : m_ctx(file.mu().raw()), m_document(file.document()), m_pages(*file.pageList()) {}
   ~Sweep() {
     for (pdf_obj* object : m_waiting) {
       pdf_drop_obj(m_ctx, object);
@@ -67,15 +68,26 @@ public:
       putContents(m_waiting[done]);
       pdf_drop_obj(m_ctx, std::exchange(m_waiting[done], nullptr));
     }
+    // The whole document may have been read anew meanwhile, without a page that it had.
+    for (const PageList::Page& page : m_pages.pages) {
+      if (page.number != 0 && !isSound(page.number)) {
+        fz_throw(m_ctx, FZ_ERROR_GENERIC, "a page is lost with what is damaged");
+      }
+    }
     const int count = pdf_xref_len(m_ctx, m_document);
     for (int number = 1; number < count; ++number) {
-      if (!m_sound.contains(number) || !m_sound[number]) {
+      if (!isSound(number)) {
         pdf_delete_object(m_ctx, m_document, number);
       }
     }
   }
 
 private:
+  bool isSound(int number) const {
+    const auto met = m_sound.find(number);
+    return met != m_sound.end() && met->second;
+  }
+
   // What waits is kept: a look at a damaged object may have the whole document read anew.
   void put(pdf_obj* object) {
     const bool mayLead = pdf_is_indirect(m_ctx, object) != 0
@@ -99,6 +111,7 @@ private:
 
   fz_context* m_ctx;
   pdf_document* m_document;
+  const PageList& m_pages;
   std::unordered_map<int, bool> m_sound; ///< can be read, by the numbers of objects that were met
   std::vector<pdf_obj*> m_waiting;
 };
