@@ -25,7 +25,7 @@ struct ProgramRun {
   QByteArray err;
 };
 
-inline constexpr int hangLimit = 120'000; // milliseconds
+inline constexpr int hangLimit = 600'000; // milliseconds: far more than a busy machine needs
 
 inline ProgramRun
 runProgram(const QString& program, const QStringList& arguments,
