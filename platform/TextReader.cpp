@@ -15,19 +15,6 @@ bool isLineEnd(QChar c) {
   return c == QLatin1Char('\r') || c == QLatin1Char('\n');
 }
 
-/// The decoder lets halves of characters through, which no other encoding can hold.
-void replaceHalves(QString& line) {
-  for (qsizetype i = 0; i < line.size(); ++i) {
-    const bool isPair =
-        line[i].isHighSurrogate() && i + 1 < line.size() && line[i + 1].isLowSurrogate();
-    if (isPair) {
-      ++i;
-    } else if (line[i].isSurrogate()) {
-      line[i] = QChar::ReplacementCharacter;
-    }
-  }
-}
-
 } // namespace
 
 QStringDecoder olderTextDecoder() {
@@ -167,7 +154,10 @@ bool TextReader::readLine(QString& line, int limit) {
     line.truncate(nul);
   }
   if (!line.isValidUtf16()) {
-    replaceHalves(line);
+    // The decoder lets halves of characters through, which no other encoding can hold.
+    const QList<uint> characters = line.toUcs4();
+    line = QString::fromUcs4(reinterpret_cast<const char32_t*>(characters.constData()),
+                             characters.size());
   }
   return true;
 }

@@ -8,11 +8,7 @@
 
 namespace folivex {
 
-namespace {
-
 using platform::FileStamp;
-
-} // namespace
 
 std::shared_ptr<WordTable> SourceTable::follow(const SplitSetup& setup) {
   std::erase_if(m_givenUp, [](const auto& filler) { return filler->isFinished(); });

@@ -73,7 +73,7 @@ void CatalogBuilder::writeCatalog(int number, int pageTree, bool keepBookmarks) 
   out.text("<</Type/Catalog/Pages ");
   out.number(pageTree);
   out.entries(m_source.catalog(), plainEntries);
-  addStructure(out);
+  addMetadata(out, addStructure(out));
   addViewerPreferences(out);
   addLabels(out);
   const int outline =
@@ -118,14 +118,15 @@ bool CatalogBuilder::isWholeSource() const {
   return next == m_source.pageCount();
 }
 
-void CatalogBuilder::addStructure(Fragment& out) {
+bool CatalogBuilder::addStructure(Fragment& out) {
   const int root = m_structure.write();
-  if (root != 0) {
-    out.text("/StructTreeRoot ");
-    out.number(root);
-    out.entries(m_source.catalog(), std::array{"/MarkInfo"});
+  if (root == 0) {
+    return false;
   }
-  addMetadata(out, root != 0);
+  out.text("/StructTreeRoot ");
+  out.number(root);
+  out.entries(m_source.catalog(), std::array{"/MarkInfo"});
+  return true;
 }
 
 /// What the source says of itself, but for what its pages alone do not keep.

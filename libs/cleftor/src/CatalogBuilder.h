@@ -31,7 +31,8 @@ public:
 private:
   bool hasLongArrays() const;
   bool isWholeSource() const;
-  void addStructure(Fragment& out);
+  /// Whether the output is tagged.
+  bool addStructure(Fragment& out);
   void addMetadata(Fragment& out, bool isTagged);
   void addLabels(Fragment& out);
   void addViewerPreferences(Fragment& out);
