@@ -38,6 +38,9 @@ public:
   /// Adds bytes at the end. Small pieces are collected: most outputs are written in one go.
   void append(std::string_view bytes);
 
+  /// Hands the bytes appended so far to the system: the part holds them.
+  void flush();
+
   /// Replaces bytes that were appended before; all of them must exist.
   void overwrite(uint64_t offset, std::string_view bytes);
 
@@ -53,7 +56,6 @@ public:
 private:
   [[noreturn]] void fail(int error) const;
   void open();
-  void flush();
 
   std::string m_target;
   AsideOptions m_options;

@@ -3,6 +3,7 @@
 #include "PdfFile.h"
 #include "common/AsideFile.h"
 #include "common/Failure.h"
+#include "common/Paths.h"
 
 #include <glyphrun/glyphrun.h>
 
@@ -51,8 +52,7 @@ std::int64_t tell(fz_context*, void* sink) {
 /// never ends at a stream whose length is the stream itself.
 class Sweep {
 public:
-  explicit Sweep(const PdfFile& file)
-      : m_ctx(file.mu().raw()), m_document(file.document()), m_pages(*file.pageList()) {}
+  explicit Sweep(const PdfFile& file) : m_ctx(file.mu().raw()), m_document(file.document()) {}
   ~Sweep() {
     for (pdf_obj* object : m_waiting) {
       pdf_drop_obj(m_ctx, object);
@@ -67,12 +67,6 @@ public:
     for (std::size_t done = 0; done < m_waiting.size(); ++done) {
       putContents(m_waiting[done]);
       pdf_drop_obj(m_ctx, std::exchange(m_waiting[done], nullptr));
-    }
-    // The whole document may have been read anew meanwhile, without a page that it had.
-    for (const PageList::Page& page : m_pages.pages) {
-      if (page.number != 0 && !isSound(page.number)) {
-        fz_throw(m_ctx, FZ_ERROR_GENERIC, "a page is lost with what is damaged");
-      }
     }
     const int count = pdf_xref_len(m_ctx, m_document);
     for (int number = 1; number < count; ++number) {
@@ -111,7 +105,6 @@ private:
 
   fz_context* m_ctx;
   pdf_document* m_document;
-  const PageList& m_pages;
   std::unordered_map<int, bool> m_sound; ///< can be read, by the numbers of objects that were met
   std::vector<pdf_obj*> m_waiting;
 };
@@ -135,6 +128,15 @@ Outcome write(const PdfFile& file, Sink& sink) {
   return outcome;
 }
 
+/// What is damaged may have had the whole document read anew meanwhile, as one without its pages.
+bool hasPages(const std::u16string& path, std::int32_t pages) {
+  try {
+    return PdfFile::open(path, {})->pageCount() == pages;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
 } // namespace
 
 std::int32_t repairFile(const std::u16string& path, const std::u16string& password,
@@ -149,6 +151,11 @@ std::int32_t repairFile(const std::u16string& path, const std::u16string& passwo
   if (outcome != Outcome::Ok) {
     throw Failure(outcome == Outcome::OutOfMemory ? GLYPHRUN_OUT_OF_MEMORY : GLYPHRUN_DAMAGED,
                   file->mu().message());
+  }
+  copy.flush();
+  if (!hasPages(common::PartFile::placeFor(common::pathOf(target)).u16string(),
+                file->pageCount())) {
+    throw Failure(GLYPHRUN_DAMAGED, "a page is lost with what is damaged");
   }
   copy.keep();
   return file->pageCount();
