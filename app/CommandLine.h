@@ -43,7 +43,11 @@ struct CommandLine {
   bool force = false;     ///< that file may be there already
   bool help = false;
   bool version = false;
-  /// Arguments behind the program's name. With none the program is used at its window.
+  /// Files that a desktop hands over with "--open" to be looked at: as they came, with no action
+  /// beside them, whatever else the line says.
+  QStringList opened;
+  /// Arguments behind the program's name, none with "--open". With none the program is used at its
+  /// window.
   int argumentCount = 0;
   /// Arguments that mean nothing here, and each "-f" without a path; the program goes on without
   /// them. Worth telling: a shell that spells out "-f *.pdf" leaves all files but one in here.

@@ -18,6 +18,7 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
+#include <QFileInfo>
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
@@ -36,17 +37,20 @@ QString themeKey() {
   return QStringLiteral("theme");
 }
 
-/// The first dropped file that the window takes; empty when there is none.
-QString takenFile(const QMimeData* data) {
+bool isSetupFile(const QString& path) {
+  return path.endsWith(QLatin1String(".fxs"), Qt::CaseInsensitive);
+}
+
+/// Those of the dropped files that the window takes.
+QStringList takenFiles(const QMimeData* data) {
+  QStringList paths;
   for (const QUrl& url : data->urls()) {
     const QString path = url.toLocalFile();
-    for (const char* ending : {".pdf", ".fxs"}) {
-      if (path.endsWith(QLatin1String(ending), Qt::CaseInsensitive)) {
-        return QDir::toNativeSeparators(path);
-      }
+    if (isSetupFile(path) || path.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) {
+      paths += QDir::toNativeSeparators(path);
     }
   }
-  return {};
+  return paths;
 }
 
 /// The button does what the command does, when that can be done.
@@ -334,6 +338,8 @@ void MainWindow::start(const CommandLine& line) {
   refresh();
   if (line.argumentCount > 0) {
     runCommandLine(line);
+  } else if (!line.opened.value(0).isEmpty()) {
+    takeFromOutside(line.opened);
   }
 }
 
@@ -360,23 +366,28 @@ void MainWindow::viewPage() {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!m_isRunning && m_program.isReady() && !takenFile(event->mimeData()).isEmpty()) {
+  if (!m_isRunning && m_program.isReady() && !takenFiles(event->mimeData()).isEmpty()) {
     event->acceptProposedAction();
   }
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  const QString path = takenFile(event->mimeData());
-  if (m_isRunning || path.isEmpty()) {
-    return;
+  const QStringList paths = takenFiles(event->mimeData());
+  if (!m_isRunning && !paths.isEmpty()) {
+    event->acceptProposedAction();
+    takeFromOutside(paths);
   }
-  event->acceptProposedAction();
-  if (path.endsWith(QLatin1String(".fxs"), Qt::CaseInsensitive)) {
+}
+
+/// What a desktop hands over.
+void MainWindow::takeFromOutside(const QStringList& paths) {
+  const QString path = QFileInfo(paths.first()).absoluteFilePath();
+  if (isSetupFile(path)) {
     loadSetupFile(path);
     return;
   }
   takePdf(path);
-  if (event->mimeData()->urls().size() > 1) {
+  if (paths.size() > 1) {
     m_activity->setStatus(QStringLiteral("One file is split at a time; for more there is Run, "
                                          "Prepare List."));
   }

@@ -104,6 +104,7 @@ private:
   void tellSetupFile();
   void openPdf();
   void takePdf(const QString& path);
+  void takeFromOutside(const QStringList& paths);
   void loadSetup();
   void loadSetupFile(const QString& path);
   bool saveSetup();

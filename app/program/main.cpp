@@ -41,6 +41,7 @@ int runUnattended(int& argc, char** argv, const CommandLine& line) {
 int runWindow(int& argc, char** argv, const CommandLine& line) {
   const QApplication application(argc, argv);
   QApplication::setWindowIcon(programIcon());
+  QApplication::setDesktopFileName(QStringLiteral("folivex")); // where desktops look for the icon
   WindowMemory memory;
   applyTheme(themeOf(memory.text(QStringLiteral("theme"))));
   DesktopDialogs dialogs;

@@ -47,6 +47,9 @@ TEST(CommandLine, WordsAndWhatMeansNothing) {
   EXPECT_FALSE(odd.help);
   EXPECT_EQ(odd.plan, PlanOutput::None);
   EXPECT_EQ(shown(odd).toStdString(), "f<a.pdf>");
+  const CommandLine opened = parse({"--open", "/my \"5 disk\" .pdf ", "-fb.pdf", "-c"});
+  EXPECT_EQ(opened.opened.value(0), "/my \"5 disk\" .pdf ") << "a desktop quotes nothing";
+  EXPECT_TRUE(opened.actions.empty() && opened.argumentCount == 0) << "nothing is split";
   EXPECT_EQ(odd.ignored, QStringList({"--plan=xml", "--helpme", "-", "-x", "b c.pdf", "-f"}));
 }
 

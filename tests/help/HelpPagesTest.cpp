@@ -125,7 +125,7 @@ TEST(HelpPages, NamesEveryMethodTokenAndExitCode) {
     const QString text = QString::fromLatin1(token.text).section(u',', 0, 0);
     expectOn("tokens", text.startsWith("[POS") ? "[POS" : text);
   }
-  static const QRegularExpression code("(?<= )(-?\\d+)  [a-zA-Z]");
+  static const QRegularExpression code("(?<= )(-?\\d+)  +[a-zA-Z]");
   const QString usage = usageText().section("Exit codes", 1);
   int codes = 0;
   for (auto found = code.globalMatch(usage); found.hasNext(); ++codes) {
