@@ -38,3 +38,11 @@ endforeach()
 install(FILES ${made}/folivex.bash DESTINATION ${share}/bash-completion/completions RENAME folivex)
 install(FILES ${made}/folivex.zsh DESTINATION ${share}/zsh/vendor-completions RENAME _folivex)
 install(FILES ${made}/folivex.fish DESTINATION ${share}/fish/vendor_completions.d)
+
+# The inbox finds the program in the folder above its own.
+install(PROGRAMS inbox/folivex-inbox DESTINATION ${home}/inbox)
+install(DIRECTORY inbox/folivex_inbox DESTINATION ${home}/inbox FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
+if(NOT WIN32)
+  file(CREATE_LINK ${way}/inbox/folivex-inbox ${CMAKE_BINARY_DIR}/links/folivex-inbox SYMBOLIC)
+  install(FILES ${CMAKE_BINARY_DIR}/links/folivex-inbox DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
