@@ -1,7 +1,7 @@
 // CommandLine: what the arguments of one start ask for.
 #pragma once
 
-#include "app/plan/PlanPrinter.h"
+#include "engine/job/PlanPrinter.h"
 
 #include <QString>
 #include <QStringList>

@@ -2,7 +2,7 @@
 
 #include "app/FolderSearch.h"
 #include "app/SuggestCommand.h"
-#include "app/plan/PlanPrinter.h"
+#include "engine/job/PlanPrinter.h"
 #include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
 #include "mail/delivery/UnattendedDelivery.h"

@@ -1,6 +1,6 @@
 #include "app/viewer/PlanPane.h"
 
-#include "app/plan/PlanPrinter.h"
+#include "engine/job/PlanPrinter.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/ElidedLabel.h"

@@ -1,4 +1,4 @@
-#include "app/plan/PlanPrinter.h"
+#include "engine/job/PlanPrinter.h"
 
 #include "engine/base/Text.h"
 
