@@ -101,13 +101,14 @@ struct WordOption {
   QLatin1StringView word;
   void (*set)(CommandLine&);
 };
-constexpr std::array<WordOption, 7> wordOptions = {{
+constexpr std::array<WordOption, 8> wordOptions = {{
     {QLatin1StringView("--help"), [](CommandLine& line) { line.help = true; }},
     {QLatin1StringView("--version"), [](CommandLine& line) { line.version = true; }},
     {QLatin1StringView("--plan"), [](CommandLine& line) { line.plan = PlanOutput::Table; }},
     {QLatin1StringView("--plan=csv"), [](CommandLine& line) { line.plan = PlanOutput::Csv; }},
     {QLatin1StringView("--suggest"), [](CommandLine& line) { line.suggest = true; }},
     {QLatin1StringView("--unsure"), [](CommandLine& line) { line.unsure = true; }},
+    {QLatin1StringView("--json"), [](CommandLine& line) { line.json = true; }},
     {QLatin1StringView("--force"), [](CommandLine& line) { line.force = true; }},
 }};
 
@@ -252,14 +253,15 @@ QString usageText() {
       "  --suggest    propose setups for this PDF; --suggest=SETUP writes the best one, if it is\n"
       "               sure, to a setup file; --unsure: in any case; --force: over a file that is\n"
       "               there\n"
+      "  --json       tell programs what was done, planned or proposed, a line each on standard\n"
+      "               output\n"
       "  --open FILE  show a PDF or a setup in the window, and split nothing; comes first and "
       "alone\n"
       "  --help       this text\n"
       "  --version    the program's version\n"
       "\n"
-      "Without a display, with --plan or --suggest, and with \"-c\" on a terminal no window "
-      "opens:\n"
-      "messages go to standard error, and nothing waits for a person.\n"
+      "Without a display, with --plan, --suggest or --json, and with \"-c\" on a terminal no\n"
+      "window opens: messages go to standard error, and nothing waits for a person.\n"
       "\n"
       "Exit codes (a shell shows the low 8 bits, -1 as 255):\n"
       "  0    all went well\n"

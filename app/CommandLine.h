@@ -41,6 +41,7 @@ struct CommandLine {
   QString suggestedSetup; ///< the setup file that the best proposal goes to; empty for none
   bool unsure = false;    ///< write it even if it is not sure
   bool force = false;     ///< that file may be there already
+  bool json = false;      ///< records for programs on standard output
   bool help = false;
   bool version = false;
   /// Files that a desktop hands over with "--open" to be looked at: as they came, with no action

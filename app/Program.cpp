@@ -2,6 +2,7 @@
 
 #include "app/FolderSearch.h"
 #include "app/SuggestCommand.h"
+#include "engine/job/OutputRecords.h"
 #include "engine/job/PlanPrinter.h"
 #include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
@@ -122,7 +123,7 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
   m_password.reset();
   m_exitCode = 0;
   if (!line.error.isEmpty()) {
-    m_person.note(line.error);
+    m_person.found(runFindingOf(line.errorCode), line.error);
     return {true, line.errorCode};
   }
   if (!line.ignored.isEmpty()) {
@@ -198,7 +199,8 @@ std::optional<int> Program::loadNamedSetup() {
     return std::nullopt;
   }
   if (!platform::isReadableFile(m_setupPath)) {
-    m_person.note(QStringLiteral("%1: the setup file cannot be read").arg(m_setupPath));
+    m_person.found(RunFinding::SetupMissing,
+                   QStringLiteral("%1: the setup file cannot be read").arg(m_setupPath));
     return static_cast<int>(RunError::SetupMissing);
   }
   if (!loadSetup(m_setupPath)) {
@@ -211,29 +213,42 @@ std::optional<int> Program::loadNamedSetup() {
   return std::nullopt;
 }
 
-std::optional<int> Program::process(const CommandAction& action) {
-  setUnattended(true);
+/// What the source or the folder and the setup must be. Else the code to end with: told.
+std::optional<int> Program::prepare(const CommandAction& action) {
   const QString& path = action.value;
   const QString folder = platform::folderOf(path);
   const bool isPattern = action.kind == CommandAction::Kind::ProcessFolder;
   const bool isThere =
       isPattern ? folder.isEmpty() || QFileInfo(folder).isDir() : platform::isReadableFile(path);
   if (!isThere) {
-    m_person.note(isPattern ? QStringLiteral("%1: there is no such folder").arg(folder)
-                            : QStringLiteral("%1: the file cannot be read").arg(path));
+    m_person.found(RunFinding::SourceMissing,
+                   isPattern ? QStringLiteral("%1: there is no such folder").arg(folder)
+                             : QStringLiteral("%1: the file cannot be read").arg(path));
     return static_cast<int>(RunError::SourceMissing);
   }
-  if (const std::optional<int> code = loadNamedSetup()) {
+  return loadNamedSetup();
+}
+
+std::optional<int> Program::process(const CommandAction& action) {
+  setUnattended(true);
+  const QString& path = action.value;
+  if (action.kind == CommandAction::Kind::ProcessFile) {
+    beginSource(path);
+    const std::optional<int> code = prepare(action);
+    return code ? endSource({path, *code}, true) : runOne(path);
+  }
+  if (const std::optional<int> code = prepare(action)) {
     return code;
   }
-  const FolderSearch found = isPattern ? FolderSearch::of(path) : FolderSearch{{path}, {}};
+  const FolderSearch found = FolderSearch::of(path);
   for (const QString& line : found.told) {
-    m_person.note(line);
+    m_person.found(RunFinding::SourceMissing, line);
   }
   if (!found.isWhole) {
     keepCode(static_cast<int>(RunError::SourceMissing));
   }
   for (const QString& file : found.paths) {
+    beginSource(file);
     if (const std::optional<int> code = runOne(file)) {
       return code;
     }
@@ -241,37 +256,55 @@ std::optional<int> Program::process(const CommandAction& action) {
   return std::nullopt;
 }
 
+void Program::beginSource(const QString& path) {
+  ++m_source;
+  const int sources = std::max(m_source, m_sources); // a file may have come since
+  m_person.beginSource(m_source, sources);
+  m_person.record(sourceRecord(path, sources));
+}
+
+std::optional<int> Program::endSource(const SourceResult& result, bool mustEnd) {
+  if (m_person.wantsRecords()) {
+    m_person.record(resultRecord(result));
+  }
+  if (mustEnd) {
+    return result.exitCode;
+  }
+  keepCode(result.exitCode);
+  return std::nullopt;
+}
+
 std::optional<int> Program::runOne(const QString& path) {
   m_store.edited().fileName = path;
-  ++m_source;
-  m_person.beginSource(m_source, std::max(m_source, m_sources)); // a file may have come since
-  if (m_line->suggest) {
-    return suggestFor(path);
-  }
-  if (m_plan != PlanOutput::None) {
-    return planOne(path);
-  }
-  if (const std::optional<int> code = goOnMailing(path)) {
-    keepCode(*code);
-    return m_driver->state().userStop ? std::optional(stoppedExitCode) : std::nullopt;
+  SourceResult result{path};
+  const Ended ended = m_line->suggest              ? suggestFor(result)
+                      : m_plan != PlanOutput::None ? planOne(result)
+                                                   : split(result);
+  result.exitCode = ended.exitCode;
+  return endSource(result, ended.mustEnd);
+}
+
+Program::Ended Program::split(SourceResult& result) {
+  const auto stopped = [this] { return m_driver->state().userStop; };
+  const Ended stoppedEnd = {true, stoppedExitCode};
+  if (const std::optional<int> code = goOnMailing(result.path)) {
+    return stopped() ? stoppedEnd : Ended{false, *code};
   }
   const RunError error = m_driver->StartProcessing();
+  result.outcome = &m_driver->outcome();
   explainNoMatch();
-  int code = static_cast<int>(error);
+  const int code = static_cast<int>(error);
   if (endsProgram(error)) {
-    return code;
+    return {true, code};
   }
-  if (m_driver->state().userStop) {
-    return stoppedExitCode;
+  if (stopped()) {
+    return stoppedEnd;
   }
-  if (!mailOutputs(path) && code == 0) {
-    code = static_cast<int>(RunError::MailFailed);
+  const bool isMailed = mailOutputs(result.path);
+  if (stopped()) {
+    return stoppedEnd; // while the mails went out
   }
-  if (m_driver->state().userStop) {
-    return stoppedExitCode; // while the mails went out
-  }
-  keepCode(code);
-  return std::nullopt;
+  return {false, isMailed || code != 0 ? code : static_cast<int>(RunError::MailFailed)};
 }
 
 std::unique_ptr<UnattendedDelivery> Program::unattendedMail() {
@@ -306,48 +339,53 @@ bool Program::mailOutputs(const QString& source) {
   return result.complete || (setup.emailConfirm && !result.savedList.isEmpty());
 }
 
-std::optional<int> Program::planOne(const QString& path) {
+Program::Ended Program::planOne(SourceResult& result) {
   const SplitPlan plan = m_driver->Plan();
+  result.outcome = &m_driver->outcome();
   if (m_driver->state().userStop) {
-    m_person.note(QStringLiteral("%1: stopped; a plan of a part would mislead").arg(path));
-    return stoppedExitCode;
+    m_person.found(RunFinding::Stopped,
+                   QStringLiteral("%1: stopped; a plan of a part would mislead").arg(result.path));
+    return {true, stoppedExitCode};
   }
   if (!plan.problem.isEmpty()) {
-    m_person.note(plan.problem);
     m_exitCode = static_cast<int>(m_driver->state().error);
-    return std::nullopt;
+    m_person.found(runFindingOf(m_exitCode), plan.problem);
+    return {false, m_exitCode};
   }
   for (const QString& line : plan.notes) {
-    m_person.note(QStringLiteral("%1: %2").arg(path, line));
+    m_person.note(QStringLiteral("%1: %2").arg(result.path, line));
   }
-  m_person.print(planText(plan, m_plan));
+  if (m_person.wantsRecords()) {
+    recordPlan(plan, m_person);
+  } else {
+    m_person.print(planText(plan, m_plan));
+  }
   explainNoMatch();
-  return std::nullopt;
+  return {};
 }
 
 /// Without a setup that was named, the outputs go beside the source: the settings of the last run
 /// are no part of a proposal.
-std::optional<int> Program::suggestFor(const QString& path) {
+Program::Ended Program::suggestFor(SourceResult& result) {
   SplitSetup base = m_store.edited();
   if (m_setupPath.isEmpty()) {
     base = defaultSetup();
     base.splitToSource = true;
     base.pdfPassword = m_password.value_or(QString());
   }
-  base.fileName = path;
+  base.fileName = result.path;
   QString problem;
   if (m_driver->PageCount(base, problem) == 0) {
-    m_person.note(problem);
+    m_person.found(RunFinding::Unreadable, problem);
     m_exitCode = static_cast<int>(RunError::Unreadable);
-    return std::nullopt;
+    return {false, m_exitCode};
   }
   const int code = suggest(
       {*m_text, m_person, base, m_line->suggestedSetup, m_line->unsure, m_line->force, [this] {
          m_person.handlePendingEvents();
          return !m_driver->state().userStop;
        }});
-  keepCode(code);
-  return m_driver->state().userStop ? std::optional(code) : std::nullopt;
+  return {m_driver->state().userStop, code};
 }
 
 void Program::explainNoMatch() {
@@ -364,7 +402,7 @@ void Program::explainNoMatch() {
 void Program::close() {
   const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
   if (!saved.ok()) {
-    m_person.note(saved.message);
+    m_person.found(RunFinding::SetupFile, saved.message);
     keepCode(saved.exitCode());
   }
 }

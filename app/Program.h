@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "engine/job/JobDriver.h"
 #include "engine/job/LivePlan.h"
+#include "engine/job/ResultRecord.h"
 #include "engine/output/CAppendPdfInit.h"
 #include "engine/output/CSplitPdfInit.h"
 #include "engine/setup/SetupStore.h"
@@ -74,13 +75,17 @@ private:
   void note(const QString& text);
   void keepCode(int code) { m_exitCode = m_exitCode == 0 ? code : m_exitCode; }
   std::optional<int> loadNamedSetup();
+  std::optional<int> prepare(const CommandAction& action);
+  void beginSource(const QString& path);
+  std::optional<int> endSource(const SourceResult& result, bool mustEnd);
   std::optional<int> runOne(const QString& path);
+  Ended split(SourceResult& result);
   /// Of a source that a run before has split and not mailed to its end: the code of going on with
   /// that.
   std::optional<int> goOnMailing(const QString& source);
   bool mailOutputs(const QString& source);
-  std::optional<int> planOne(const QString& path);
-  std::optional<int> suggestFor(const QString& path);
+  Ended planOne(SourceResult& result);
+  Ended suggestFor(SourceResult& result);
   void setUnattended(bool on);
   void tellUnused(const CommandLine& line);
 

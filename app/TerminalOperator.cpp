@@ -55,8 +55,8 @@ void tellTerminal(const QString& text) {
   std::fprintf(stderr, "%s\n", platform::terminalText(text).constData());
 }
 
-TerminalOperator::TerminalOperator(std::function<void()> stop)
-    : m_stop(std::move(stop)), m_onTerminal(platform::isTerminal(stderr)) {}
+TerminalOperator::TerminalOperator(std::function<void()> stop, RecordStream& records)
+    : m_stop(std::move(stop)), m_records(records), m_onTerminal(platform::isTerminal(stderr)) {}
 
 void TerminalOperator::message(const QString& text) {
   note(text);
@@ -75,8 +75,9 @@ void TerminalOperator::note(const QString& text) {
 
 void TerminalOperator::print(const QString& text) {
   clearProgress();
-  std::fputs(platform::terminalText(text).constData(), stdout);
-  std::fflush(stdout);
+  std::FILE* out = wantsRecords() ? stderr : stdout;
+  std::fputs(platform::terminalText(text).constData(), out);
+  std::fflush(out);
 }
 
 void TerminalOperator::progress(const Progress& progress) {

@@ -3,6 +3,8 @@
 
 #include "engine/base/Operator.h"
 
+#include "engine/report/RecordStream.h"
+
 #include <QElapsedTimer>
 
 #include <functional>
@@ -15,21 +17,26 @@ namespace folivex {
 class TerminalOperator : public Operator {
 public:
   /// `stop` is called once when the process is asked to end (Ctrl+C, SIGTERM).
-  explicit TerminalOperator(std::function<void()> stop);
+  /// With records on standard output no text goes there.
+  TerminalOperator(std::function<void()> stop, RecordStream& records);
 
   void message(const QString& text) override;
   Answer question(const QString& text, const QString& caption) override;
   void note(const QString& text) override;
   void print(const QString& text) override;
   void progress(const Progress& progress) override;
+  void beginSource(int source, int /*sources*/) override { m_records.setSource(source); }
   void handlePendingEvents() override;
   void openDocument(const QString& path) override;
+  bool wantsRecords() const override { return m_records.isOpen(); }
+  void record(const QJsonObject& record) override { m_records.write(record); }
 
   /// Takes the progress line off the terminal.
   void clearProgress();
 
 private:
   std::function<void()> m_stop;
+  RecordStream& m_records;
   bool m_onTerminal;
   bool m_progressShown = false;
   QElapsedTimer m_sinceProgress;

@@ -21,10 +21,15 @@ using namespace folivex;
 
 constexpr int cannotStart = 1;
 
-int runUnattended(int& argc, char** argv, const CommandLine& line) {
-  const QCoreApplication application(argc, argv);
+QString workWord(const CommandLine& line) {
+  return line.suggest                    ? QStringLiteral("suggest")
+         : line.plan != PlanOutput::None ? QStringLiteral("plan")
+                                         : QStringLiteral("run");
+}
+
+int work(const CommandLine& line, RecordStream& records) {
   Program* running = nullptr;
-  TerminalOperator person([&running] { running->driver().Stop(); });
+  TerminalOperator person([&running] { running->driver().Stop(); }, records);
   Program program(person);
   if (const QString missing = program.loadLibraries(); !missing.isEmpty()) {
     person.message(missing);
@@ -36,6 +41,18 @@ int runUnattended(int& argc, char** argv, const CommandLine& line) {
   const Program::Ended ended = program.handleCommandLine(line);
   person.clearProgress();
   return ended.exitCode;
+}
+
+int runUnattended(int& argc, char** argv, const CommandLine& line) {
+  const QCoreApplication application(argc, argv);
+  RecordStream records(line.json ? stdout : nullptr);
+  records.begin(workWord(line), QStringLiteral(FOLIVEX_VERSION));
+  const int code = work(line, records);
+  if (records.end(code)) {
+    return code;
+  }
+  tellTerminal(QStringLiteral("the records for programs could not be written whole"));
+  return code == 0 ? static_cast<int>(RunError::OutputFailed) : code;
 }
 
 int runWindow(int& argc, char** argv, const CommandLine& line) {
@@ -61,7 +78,7 @@ bool wantsWindow(const CommandLine& line) {
   if (line.argumentCount == 0) {
     return platform::hasDisplay() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
   }
-  return platform::hasDisplay() && line.plan == PlanOutput::None && !line.suggest &&
+  return platform::hasDisplay() && line.plan == PlanOutput::None && !line.suggest && !line.json &&
          !(line.closes() && platform::isTerminal(stderr));
 }
 

@@ -1,7 +1,11 @@
 // Operator: the engine's one way to a person.
 #pragma once
 
+#include "engine/base/RunFinding.h"
+
 #include <QString>
+
+class QJsonObject;
 
 namespace folivex {
 
@@ -36,6 +40,8 @@ public:
   /// A finding that does not stop the work (a damaged page, a protected source). Never waits, and
   /// is told in automation mode too.
   virtual void note(const QString& text) = 0;
+  /// The same, told to a program that reads along, too.
+  void found(RunFinding kind, const QString& text);
   /// A result that was asked for (a plan), in lines ending in LF.
   virtual void print(const QString& text) = 0;
   virtual void progress(const Progress& progress) = 0;
@@ -45,6 +51,11 @@ public:
   virtual void handlePendingEvents() = 0;
   /// Opens a finished file (a report, the listing) for the person to read.
   virtual void openDocument(const QString& path) = 0;
+
+  /// Whether a program reads along. Else nothing need be kept for record().
+  virtual bool wantsRecords() const { return false; }
+  /// What that program is told: one object a thing that happened, see RecordStream.
+  virtual void record(const QJsonObject& /*record*/) {}
 };
 
 } // namespace folivex

@@ -26,7 +26,11 @@ struct RunContext {
   RunError fail(RunError error, const QString& text) const {
     state.error = error;
     state.problem = text;
-    tell(text);
+    if (state.automation) {
+      person.found(runFindingOf(error), text);
+    } else {
+      person.message(text);
+    }
     return error;
   }
 };

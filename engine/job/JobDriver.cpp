@@ -152,6 +152,7 @@ void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
   if (pageCount > 0) {
     clearFolder(setup);
   }
+  m_outcome.source = file.stamp();
   Reports reports;
   const Reports::Opened opened =
       reports.open(reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable),
@@ -160,6 +161,7 @@ void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
     m_job.fail(opened.error, opened.message);
     return;
   }
+  m_outcome.reports = reports.paths();
   const bool isSaved = saveDefaultSetup();
   if (!isSaved && m_state.automation && !m_isList) {
     m_state.error = RunError::SetupFile;
@@ -198,6 +200,7 @@ SplitPlan JobDriver::Plan() {
   }
   SourceFile file(m_job);
   const int pageCount = file.openForSplitting(setup);
+  m_outcome.source = file.stamp();
   if (pageCount == 0) {
     plan.problem = file.problem();
     m_state.error = RunError::Unreadable;
@@ -212,6 +215,8 @@ SplitPlan JobDriver::Plan() {
              {folderToClear(), m_batch.kept(setup.fileName)}},
             words, pageCount, plan);
   m_batch.namesTaken();
+  m_outcome.account = plan.account;
+  m_outcome.writtenFiles = plan.fileCount;
   return plan;
 }
 

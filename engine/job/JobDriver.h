@@ -86,7 +86,7 @@ public:
   void setAutomation(bool on) { m_state.automation = on; }
 
   const RunState& state() const { return m_state; }
-  /// What the run that ended last came to.
+  /// What the run or the plan that ended last came to.
   const RunOutcome& outcome() const { return m_outcome; }
   const PageAccount& account() const { return m_outcome.account; }
   /// Of the batch that is on or ended last, or of a later run.

@@ -56,7 +56,7 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
   }
   const NamedOutput named = m_stages.namer.name(range);
   tellNameList(named.nameList);
-  if (!named.folderToMake.isEmpty() && !m_stages.onPlanned && !m_setup.createList) {
+  if (!named.folderToMake.isEmpty() && m_stages.makesFolders && !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
   const QString path =
@@ -67,10 +67,10 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
     return;
   }
   const ReportLine line{firstPage, lastPage, range.rangeText, path};
-  if (m_stages.onPlanned) {
+  if (m_stages.onSaved) {
     const QString address =
         m_setup.emailEnable ? m_stages.addresses.of(firstPage, lastPage).address : QString();
-    m_stages.onPlanned(line, named.path, address);
+    m_stages.onSaved(line, named.path, address);
   }
   writeReportLines(growth, line);
   recordEmail(line);

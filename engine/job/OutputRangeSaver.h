@@ -24,7 +24,7 @@ namespace folivex {
 class OutputRangeSaver : public RangeSaver {
 public:
   /// A range, its path before it was reserved, and the address that mail will go to.
-  using OnPlanned =
+  using OnSaved =
       std::function<void(const ReportLine& line, const QString& namedPath, const QString& address)>;
 
   struct Stages {
@@ -33,9 +33,8 @@ public:
     Reports& reports; ///< not open in a run that writes nothing
     EmailRecords& emails;
     const PageAddresses& addresses;
-    /// Told of every output; may be empty. Where it is set, the run writes nothing and no folder is
-    /// made.
-    OnPlanned onPlanned;
+    OnSaved onSaved; ///< told of every output; may be empty
+    bool makesFolders = true;
     /// Asked before each output is handed on; may be empty. When it says no the run is stopped, and
     /// the range stays held.
     OutputReservation::Confirm confirm;

@@ -160,7 +160,8 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
        [&plan] {
          plan.namesHoldTime = true;
          return plan.madeAt;
-       }});
+       },
+       false});
   pipeline.run();
   plan.notes += pipeline.findings().lines();
   plan.notes += parts.names.takeFindings();

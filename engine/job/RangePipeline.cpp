@@ -12,8 +12,8 @@ RangePipeline::RangePipeline(const SplitSetup& setup, const RunContext& job, con
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
       m_namer(setup, source.words, ends.names, ends.clock),
       m_saver(setup, job.state,
-              {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onPlanned,
-               ends.confirm},
+              {m_namer, m_reservation, ends.reports, ends.emails, m_addresses, ends.onSaved,
+               ends.makesFolders, ends.confirm},
               job.person),
       m_run(setup, job, source.words, m_saver) {
   m_run.setAddresses(&m_addresses);

@@ -24,10 +24,11 @@ public:
     Reports& reports;
     EmailRecords& emails;
     AddressReader* addressReader; ///< null when no mail is to be sent
-    OutputRangeSaver::OnPlanned onPlanned = {};
+    OutputRangeSaver::OnSaved onSaved = {};
     OutputReservation::Confirm confirm = {};
     MarkTaker* marks = nullptr;
     NameClock clock = [] { return QDateTime::currentDateTime(); };
+    bool makesFolders = true;
   };
 
   /// Takes no ownership; all must outlive the pipeline.

@@ -3,7 +3,11 @@
 
 #include "engine/output/EmailRecords.h"
 #include "engine/output/PageAccount.h"
+#include "engine/report/ReportPaths.h"
 #include "engine/setup/SplitSetup.h"
+#include "platform/FileStamp.h"
+
+#include <optional>
 
 namespace folivex {
 
@@ -15,6 +19,9 @@ struct RunOutcome {
   EmailRecords emails; ///< of the outputs that were written
   int writtenFiles = 0;
   bool outputsFailed = false;
+  std::optional<platform::FileStamp> source; ///< as it was before it was opened
+  ReportPaths reports;                       ///< that were opened
+  QString fileList;                          ///< that was written in place of outputs
 };
 
 /// What the runs of a batch came to together, or one that stands alone.

@@ -47,6 +47,11 @@ public:
   /// before it was opened for splitting.
   bool isChanged() const;
 
+  /// The source as it was before it was opened for splitting; nothing when it was not there.
+  std::optional<platform::FileStamp> stamp() const {
+    return m_stamps.empty() ? std::nullopt : m_stamps.front().stamp;
+  }
+
   /// Facts of the source that a person should know; empty when there are none.
   QString protection() const;
   /// What a person should know of a source that is read from a repaired copy; empty of any other.

@@ -20,6 +20,11 @@ QString fateText(PlannedOutput::Fate fate) {
   return {};
 }
 
+QLatin1StringView fateWord(PlannedOutput::Fate fate) {
+  constexpr const char* words[] = {"new", "replaces", "appends", "renamed", "givenUp"};
+  return QLatin1StringView(words[static_cast<std::size_t>(fate)]);
+}
+
 namespace {
 
 QString rowText(const PlannedOutput& output) {

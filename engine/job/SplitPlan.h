@@ -34,6 +34,9 @@ struct PlannedOutput {
 /// In plain words; empty for Fate::New.
 QString fateText(PlannedOutput::Fate fate);
 
+/// The same for programs: "new", "replaces", "appends", "renamed", "givenUp".
+QLatin1StringView fateWord(PlannedOutput::Fate fate);
+
 /// A word of a page that makes a document or its name.
 struct PlanMark {
   enum class Kind {

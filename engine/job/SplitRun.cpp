@@ -2,6 +2,7 @@
 
 #include "engine/job/BatchScope.h"
 #include "engine/job/JobContext.h"
+#include "engine/job/OutputRecords.h"
 #include "engine/job/PlanCheck.h"
 #include "engine/job/RangePipeline.h"
 #include "engine/job/SourceFile.h"
@@ -35,13 +36,14 @@ void settleCounts(const OutputWriter& writer, RunOutcome& outcome, RunState& sta
   }
 }
 
-void tellFileList(OutputFileList& list, const JobContext& job) {
+void tellFileList(OutputFileList& list, const JobContext& job, RunOutcome& outcome) {
   if (job.state.mustEnd()) {
     return; // a list of a part would pass for all of it
   }
   if (const QString problem = list.close(); !problem.isEmpty()) {
     job.fail(RunError::OutputFailed, problem);
   } else if (list.count() > 0) {
+    outcome.fileList = list.path();
     job.person.note(QStringLiteral("%1: lists %2 output(s); no PDF was written")
                         .arg(list.path())
                         .arg(list.count()));
@@ -128,6 +130,11 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   TextLibraryWords words = file.words(setup);
   RangePipeline::Ends ends{places,  outputs,        batch.names(setup.reportUseFileList),
                            reports, outcome.emails, addressReader};
+  OutputRecords records(setup.alwaysAppend);
+  if (job.person.wantsRecords()) {
+    ends.onSaved = [&records](const ReportLine& line, const QString& namedPath,
+                              const QString& address) { records.saved(line, namedPath, address); };
+  }
   std::optional<PlanCheck> check;
   if (expected != nullptr) {
     check.emplace(*expected, places, job.person);
@@ -151,12 +158,13 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   bringToDisk(writer, job);
   settleRecords(parts, writer);
   if (setup.createList) {
-    tellFileList(list, job);
+    tellFileList(list, job, outcome);
   }
   if (const int page = pipeline.firstUnfinishedPage(); page > 0) {
     outcome.account.stopped(page, pageCount);
   }
   settle(parts, writer, reports);
+  records.tell(writer.written(), job.person);
   for (const QString& line : pipeline.findings().lines()) {
     job.person.note(QStringLiteral("%1: %2").arg(source, line));
   }

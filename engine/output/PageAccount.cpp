@@ -66,14 +66,22 @@ int PageAccount::count(Fate fate) const {
                                         [fate](const Page& page) { return page.told() == fate; }));
 }
 
-QString PageAccount::pagesOf(Fate fate) const {
+std::vector<int> PageAccount::numbersOf(Fate fate) const {
   std::vector<int> pages;
   for (int page = 1; page <= pageCount(); ++page) {
     if (m_pages[static_cast<std::size_t>(page - 1)].told() == fate) {
       pages.push_back(page);
     }
   }
-  return pageSpans(pages);
+  return pages;
+}
+
+std::vector<IntRange> PageAccount::runsOf(Fate fate) const {
+  return pageRuns(numbersOf(fate));
+}
+
+QString PageAccount::pagesOf(Fate fate) const {
+  return pageSpans(numbersOf(fate));
 }
 
 QString PageAccount::summary(int fileCount) const {

@@ -1,6 +1,8 @@
 // PageAccount: where every page of a source went.
 #pragma once
 
+#include "engine/base/Text.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -29,6 +31,7 @@ public:
   /// accounted for.
   enum class Fate : std::uint8_t { InNone, HandedOn, Stopped, Replaced, Failed, Written };
   int count(Fate fate) const;
+  std::vector<IntRange> runsOf(Fate fate) const;
   QString pagesOf(Fate fate) const; ///< "1-3, 40"
 
   int pageCount() const { return static_cast<int>(m_pages.size()); }
@@ -48,6 +51,7 @@ private:
     Fate told() const { return holders > 0 ? Fate::Written : fate; }
   };
 
+  std::vector<int> numbersOf(Fate fate) const;
   template <typename Change> void change(int first, int last, Change change);
   void leave(int first, int last, Fate fate);
   void raise(int first, int last, Fate fate);

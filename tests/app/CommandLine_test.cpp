@@ -37,8 +37,8 @@ TEST(CommandLine, Actions) {
 }
 
 TEST(CommandLine, WordsAndWhatMeansNothing) {
-  const CommandLine line = parse({"--help", "--version", "--plan=csv"});
-  EXPECT_TRUE(line.help && line.version);
+  const CommandLine line = parse({"--help", "--version", "--plan=csv", "--json"});
+  EXPECT_TRUE(line.help && line.version && line.json);
   EXPECT_EQ(line.plan, PlanOutput::Csv);
   EXPECT_EQ(parse({"--plan"}).plan, PlanOutput::Table);
 
