@@ -5,6 +5,9 @@ asked for: a writer who works in pieces closes the file between them, and one wh
 Whether it is open is asked of the kernel by a lease, which it refuses while there is a writer. It answers only the
 owner of the file or who has CAP_LEASE, and not on every file system; then the settle time stands alone. A file
 that was renamed into the folder is closed and settled like any other.
+
+A writer that was killed leaves a file that is closed and quiet, and half. Such a file lacks the end of a PDF
+("%%EOF", PDF 32000-1 section 7.5.5) and gets more time, since its writer may begin again.
 """
 
 from __future__ import annotations
@@ -15,6 +18,10 @@ import stat
 import time
 from dataclasses import dataclass, field
 from pathlib import Path
+
+
+END_WITHIN = 4096  # bytes; some programs write a little behind the end
+ABANDONED_AFTER = 30  # settle times
 
 
 def has_writer(handle: int) -> bool:
@@ -42,13 +49,18 @@ def unfit(name: str, info: os.stat_result) -> str:
     return ""
 
 
+def has_end(handle: int) -> bool:
+    size = os.fstat(handle).st_size
+    return b"%%EOF" in os.pread(handle, END_WITHIN, max(0, size - END_WITHIN))
+
+
 def signature(info: os.stat_result) -> tuple[int, ...]:
     return (info.st_dev, info.st_ino, info.st_size, info.st_mtime_ns, info.st_ctime_ns)
 
 
-def obstacle(path: Path) -> str:
+def obstacle(path: Path, patience: float) -> str:
     """Empty, or why the file at `path` cannot be taken just now. A file that may not be read can be: that it may
-    not is what there is to tell of it."""
+    not is what there is to tell of it. So can one without an end that nobody touched for `patience` seconds."""
     try:
         handle = os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC)
     except PermissionError:
@@ -56,8 +68,13 @@ def obstacle(path: Path) -> str:
     except OSError as error:
         return f"cannot be opened: {error.strerror}"
     try:
-        reason = unfit(path.name, os.fstat(handle))
-        return reason or ("is still being written" if has_writer(handle) else "")
+        info = os.fstat(handle)
+        if reason := unfit(path.name, info):
+            return reason
+        if has_writer(handle):
+            return "is still being written"
+        is_abandoned = time.time() - info.st_ctime >= patience
+        return "" if is_abandoned or has_end(handle) else "has no end yet"
     finally:
         os.close(handle)
 
@@ -99,7 +116,7 @@ class Arrivals:
                     reason = "is not quiet yet"
                     look.settling = True
                 else:
-                    reason = obstacle(self.folder / entry.name)
+                    reason = obstacle(self.folder / entry.name, ABANDONED_AFTER * self.settle)
             if reason:
                 look.waiting[entry.name] = reason
             else:

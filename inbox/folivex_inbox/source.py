@@ -105,15 +105,19 @@ class Source:
         info = os.lstat(self.path)
         if not stat.S_ISREG(info.st_mode):
             return self.fail(arrivals.unfit(self.path.name, info), [])
-        if obstacle := arrivals.obstacle(self.path):
+        if obstacle := arrivals.obstacle(self.path, patience=0):
             if self.record.last["step"] != "waiting":
                 self.record.add("waiting")
                 log.info("%s: waits: it %s", self.name, obstacle)
             return State.WAITING
         try:
+            with open(self.path, "rb") as file:
+                is_half = not arrivals.has_end(file.fileno())
             self.record.add("taken", **disk.identity(self.path))
         except PermissionError:
             return self.fail("the user of the inbox may not read it", [])
+        if is_half:
+            return self.fail("it breaks off: the end of a PDF is missing", [])
         log.info("%s: taken, %d bytes", self.name, info.st_size)
         return None
 

@@ -112,8 +112,16 @@ class InboxTest(unittest.TestCase):
         self.assertEqual(self.office.names("done"), ["open.pdf", "two.pdf", "upload.pdf"])
         self.assertEqual(self.office.names("inbox"), [".hidden.pdf", "folder.pdf", "link.pdf", "pipe.pdf"])
 
+    def test_half_a_file_that_nobody_completes_fails(self) -> None:
+        self.drop("half.pdf", 100)
+        os.truncate(self.office.box / "inbox/half.pdf", 9000)
+        while self.office.turn().returncode == 0:
+            self.assertEqual(self.office.names("inbox"), ["half.pdf"])
+        self.assertIn("breaks off", (self.office.box / "failed/half/reason.txt").read_text())
+        self.assertEqual(self.office.outputs(), [])
+
     def test_what_cannot_be_split_lies_with_its_reason(self) -> None:
-        (self.office.box / "inbox/damaged.pdf").write_bytes(b"%PDF-1.7 no more")
+        (self.office.box / "inbox/damaged.pdf").write_bytes(b"%PDF-1.7 no more\n%%EOF\n")
         good = self.drop("good.pdf", 100)
         blank = Canvas(str(self.office.box / "inbox/nothing.pdf"))
         blank.showPage()
@@ -196,7 +204,7 @@ class InboxTest(unittest.TestCase):
             shutil.rmtree(self.office.box / folder, ignore_errors=True)
         (self.office.box / "inbox").mkdir()
         shutil.copy(good, self.office.box / "inbox/good.pdf")
-        (self.office.box / "inbox/damaged.pdf").write_bytes(b"%PDF-1.7 no more")
+        (self.office.box / "inbox/damaged.pdf").write_bytes(b"%PDF-1.7 no more\n%%EOF\n")
         return self.dies_before(step)
 
     def is_about_to_publish(self) -> bool:
