@@ -1,12 +1,13 @@
 // TreeReader: the objects of a page tree, as far as a walk through it asks.
 #pragma once
 
+#include "ObjectPlaces.h"
+
 #include <qpdf/InputSource.hh>
 #include <qpdf/QPDF.hh>
 
 #include <memory>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace pages {
@@ -41,7 +42,7 @@ private:
 
   QPDF& m_document;
   std::shared_ptr<InputSource> m_input;
-  std::vector<std::pair<QPDFObjGen, qpdf_offset_t>> m_places; ///< ordered by object
+  ObjectPlaces m_places;
   bool m_madeObjects = false;
 };
 

@@ -46,6 +46,11 @@ void makeSources(const fs::path& folder) {
   const std::string raw = path("raw");
   numbered(30).write(raw);
   run("qpdf --object-streams=generate " + raw + " " + path("compressed"));
+  run("qpdf --object-streams=generate " + path("tagged") + " " + path("tagged-packed"));
+  run("qpdf --encrypt '' owner 256 -- " + path("tagged") + " " + path("tagged-protected"));
+  std::string torn = contentsOf(path("tagged"));
+  torn.replace(torn.find("/S/Table/P"), 10, "/S/Table)P");
+  PdfBuilder::writeFile(path("tagged-torn"), torn);
   PdfBuilder secret = numbered(4);
   secret.addText("trailer /Info<</Title(Geheimnis \\344)>>\n"
                  "page /Resources @r | BT /F1 12 Tf 72 700 Td (the last page) Tj ET");

@@ -49,6 +49,21 @@ TEST_F(SourcesTest, OutputsOfProtectedOnesAreUnprotected) {
   }
 }
 
+TEST_F(SourcesTest, TagsAreTheSameHoweverTheFileHoldsThem) {
+  const auto elements = [this](const char* name) {
+    EXPECT_EQ(open(name), CLEFTOR_OK) << errorText();
+    EXPECT_EQ(split(1, 5), CLEFTOR_OK) << errorText();
+    return facts("element");
+  };
+  const std::vector<std::string> expected = elements("tagged");
+  EXPECT_THAT(expected, testing::SizeIs(19));
+  EXPECT_EQ(elements("tagged-packed"), expected);
+  EXPECT_EQ(elements("tagged-protected"), expected);
+  // What cannot be read costs its own words at most: the parser has the say about it.
+  const std::vector<std::string> torn = elements("tagged-torn");
+  EXPECT_THAT(torn, testing::Contains("element 3 P ActualText=begun and ended 1:begun 2:ended"));
+}
+
 TEST_F(SourcesTest, WhatCannotBeOpenedIsRefusedWithTheReason) {
   for (const char* name : {"empty", "garbage", "headless", "truncated", "no such file"}) {
     SCOPED_TRACE(name);

@@ -274,7 +274,7 @@ const StructureIndex* Source::structure() {
     }
     auto document = pages::quietDocument();
     read(*document);
-    auto index = std::make_unique<StructureIndex>(*document, *m_pages);
+    auto index = std::make_unique<StructureIndex>(*document, m_input, *m_pages);
     if (index->isSound()) {
       m_structure->index = std::move(index);
     }

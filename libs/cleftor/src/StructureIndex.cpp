@@ -1,11 +1,10 @@
 #include "StructureIndex.h"
 
+#include "StructureReader.h"
+#include "pages/Entries.h"
+
 #include <algorithm>
-#include <array>
-#include <map>
 #include <optional>
-#include <string_view>
-#include <unordered_map>
 
 namespace cleftor {
 
@@ -16,50 +15,35 @@ constexpr size_t deepestElement = 500;
 /// An element takes some 300 bytes while the tree is walked.
 constexpr size_t mostElements = 4'000'000;
 
-/// What an element is, whatever of it is kept.
-constexpr std::array<std::string_view, 7> plainEntries = {
-    "/S", "/ID", "/Lang", "/C", "/R", "/NS", "/PhoneticAlphabet"};
-/// What holds for all of it, so for what is on other pages, too, when a part of it is there.
-constexpr std::array<std::string_view, 1> attributes = {"/A"};
-constexpr std::array<std::string_view, 5> said = {"/T", "/Alt", "/E", "/ActualText", "/Phoneme"};
-
-int kidCount(QPDFObjectHandle kids) {
-  return kids.isArray() ? kids.getArrayNItems() : (kids.isNull() ? 0 : 1);
-}
-
-QPDFObjectHandle kidAt(QPDFObjectHandle kids, int rank) {
-  return kids.isArray() ? kids.getArrayItem(rank) : kids;
-}
-
 } // namespace
 
 /// A place in the walk: which kid of which element comes next.
 struct StructureIndex::Step {
   uint32_t element;
-  QPDFObjectHandle kids;
+  std::vector<StructureKid> kids;
   std::optional<int32_t> page; ///< that the element names, for content that names none
-  int next = 0;
+  uint32_t next = 0;
   int32_t firstPage = -1; ///< with something on it so far; -1: nothing so far
   int32_t lastPage = -1;
 };
 
 class StructureIndex::Walk {
 public:
-  Walk(StructureIndex& index, QPDF& document, const pages::PageTable& pages)
-      : m_index(index), m_document(document), m_pages(pages) {
-    std::map<std::string, QPDFObjectHandle> nothing;
-    m_noText = textOf(nothing, said);
-  }
+  Walk(StructureIndex& index, QPDF& document, std::shared_ptr<InputSource> input,
+       const pages::PageTable& pages)
+      : m_index(index), m_document(document), m_pages(pages),
+        m_reader(document, std::move(input), m_texts), m_noText(m_texts.add({})) {}
 
   const std::vector<Found>& found() const { return m_found; }
+  std::vector<Fragment> texts() { return m_texts.take(); }
 
   void walk(QPDFObjectHandle root) {
-    m_path.push_back({none, root.getKey("/K"), {}});
+    m_path.push_back({none, StructureReader::kidsOf(root.getKey("/K")), {}});
     while (m_index.m_isSound) {
       Step& step = m_path.back();
-      if (step.next < kidCount(step.kids)) {
-        const int rank = step.next++;
-        take(step, static_cast<uint32_t>(rank), kidAt(step.kids, rank));
+      if (step.next < step.kids.size()) {
+        const uint32_t rank = step.next++;
+        take(step, rank, step.kids[rank]);
       } else if (m_path.size() > 1) {
         leave();
       } else {
@@ -69,44 +53,48 @@ public:
   }
 
 private:
-  void take(Step& step, uint32_t rank, QPDFObjectHandle kid) {
-    if (kid.isInteger()) {
-      addMarked(step, rank, step.page, kid, none);
-    } else if (!kid.isDictionary()) {
-      return;
-    } else if (kid.getKey("/S").isName()) {
-      enter(step, rank, kid);
-    } else if (QPDFObjectHandle mark = kid.getKey("/MCID"); mark.isInteger()) {
-      const auto page = kid.hasKey("/Pg") ? pageOf(kid) : step.page;
-      addMarked(step, rank, page, mark, objectOf(kid.getKey("/Stm")));
-    } else if (QPDFObjectHandle object = kid.getKey("/Obj"); object.isIndirect()) {
-      auto page = kid.hasKey("/Pg") ? pageOf(kid) : step.page;
-      if (!page && object.isDictionary()) {
-        page = pageOf(object, "/P");
+  using Kind = StructureKid::Kind;
+
+  void take(Step& step, uint32_t rank, const StructureKid& kid) {
+    switch (kid.kind) {
+    case Kind::Element:
+      enter(step, rank, kid.object);
+      break;
+    case Kind::Marked:
+      if (kid.mark >= 0 && kid.mark <= std::numeric_limits<int32_t>::max()) {
+        const uint32_t stream = kid.object.isIndirect() ? numberOf(kid.object) : none;
+        addContent(step, pageOf(step, kid),
+                   {step.element, rank, static_cast<int32_t>(kid.mark), stream});
       }
-      addContent(step, page, {step.element, rank, Item::none, objectOf(object)});
+      break;
+    case Kind::Object:
+      addContent(step, pageOfObject(step, kid),
+                 {step.element, rank, Item::none, numberOf(kid.object)});
+      break;
+    case Kind::Nameless: // cannot be what content refers to
+      m_index.m_isSound = false;
+      break;
+    case Kind::Nothing:
+      break;
     }
   }
 
-  uint32_t objectOf(const QPDFObjectHandle& object) {
-    if (!object.isIndirect()) {
-      return none;
-    }
-    m_index.m_objects.push_back(object.getObjGen());
+  uint32_t numberOf(QPDFObjGen object) {
+    m_index.m_objects.push_back(object);
     return static_cast<uint32_t>(m_index.m_objects.size() - 1);
   }
 
-  std::optional<int32_t> pageOf(QPDFObjectHandle owner, const char* key = "/Pg") const {
-    QPDFObjectHandle page = owner.getKey(key);
-    return page.isIndirect() ? m_pages.indexOf(page.getObjGen()) : std::nullopt;
+  std::optional<int32_t> pageOf(const Step& step, const StructureKid& kid) const {
+    return kid.page ? m_pages.indexOf(*kid.page) : step.page;
   }
 
-  void addMarked(Step& step, uint32_t rank, std::optional<int32_t> page, QPDFObjectHandle mark,
-                 uint32_t object) {
-    const long long value = mark.getIntValue();
-    if (value >= 0 && value <= std::numeric_limits<int32_t>::max()) {
-      addContent(step, page, {step.element, rank, static_cast<int32_t>(value), object});
+  std::optional<int32_t> pageOfObject(const Step& step, const StructureKid& kid) const {
+    auto page = pageOf(step, kid);
+    if (!page) {
+      QPDFObjectHandle owner = pages::entryOf(m_document.getObject(kid.object), "/P");
+      page = owner.isIndirect() ? m_pages.indexOf(owner.getObjGen()) : page;
     }
+    return page;
   }
 
   void addContent(Step& step, std::optional<int32_t> page, const Item& item) {
@@ -133,48 +121,29 @@ private:
     }
   }
 
-  void enter(const Step& step, uint32_t rank, QPDFObjectHandle element) {
-    // One without a number cannot be what content refers to.
-    m_index.m_isSound =
-        element.isIndirect() && m_path.size() < deepestElement && size() < mostElements;
-    if (!m_index.m_isSound || !m_seen.insert(element.getObjGen()).second) {
+  void enter(Step& step, uint32_t rank, QPDFObjGen number) {
+    const auto place = static_cast<size_t>(number.getObj());
+    if (place < m_seen.size() && m_seen[place]) {
       return;
     }
-    if (QPDFObjectHandle name = element.getKey("/ID"); name.isString()) {
-      m_index.m_names.emplace_back(size(), name.getStringValue());
+    StructureObject object = m_reader.read(number);
+    if (!object.isElement) {
+      take(step, rank, object.kid);
+      return;
     }
-    auto entries = element.getDictAsMap();
-    QPDFObjectHandle kids = element.getKey("/K");
-    const Step next{size(), kids, pageOf(element)};
-    m_index.m_elements.push_back({step.element, rank, static_cast<uint32_t>(kidCount(kids)),
-                                  textOf(entries, plainEntries), textOf(entries, attributes),
-                                  textOf(entries, said)});
-    m_document.replaceObject(element.getObjGen(), QPDFObjectHandle::newNull());
-    m_path.push_back(next);
-  }
-
-  uint32_t textOf(std::map<std::string, QPDFObjectHandle>& entries,
-                  std::span<const std::string_view> keys) {
-    Fragment text;
-    for (auto& [key, value] : entries) {
-      if (std::find(keys.begin(), keys.end(), key) != keys.end() && !value.isNull()) {
-        text.entry(key, value);
-      }
+    m_index.m_isSound = m_path.size() < deepestElement && size() < mostElements;
+    m_seen.resize(std::max(m_seen.size(), place + 1));
+    m_seen[place] = true;
+    if (object.name) {
+      m_index.m_names.emplace_back(size(), std::move(*object.name));
     }
-    std::string known = text.bytes();
-    for (const auto& [at, object] : text.references()) {
-      known += ' ' + std::to_string(at) + ' ' + object.unparse();
-    }
-    const auto [place, isNew] =
-        m_known.try_emplace(std::move(known), static_cast<uint32_t>(m_index.m_texts.size()));
-    if (isNew) {
-      m_index.m_texts.push_back(std::move(text));
-    }
-    return place->second;
+    m_index.m_elements.push_back({step.element, rank, static_cast<uint32_t>(object.kids.size()),
+                                  object.entries, object.attributes, object.said});
+    m_path.push_back({size() - 1, std::move(object.kids), m_pages.indexOf(object.page)});
   }
 
   void leave() {
-    const Step done = m_path.back();
+    const Step done = std::move(m_path.back());
     m_path.pop_back();
     Step& above = m_path.back();
     if (done.firstPage >= 0) {
@@ -191,17 +160,20 @@ private:
   const pages::PageTable& m_pages;
   std::vector<Step> m_path;
   std::vector<Found> m_found;
-  pages::ObjGenSet m_seen;
-  std::unordered_map<std::string, uint32_t> m_known; ///< texts, with what they refer to
-  uint32_t m_noText = 0;
+  std::vector<bool> m_seen; ///< elements, by object number
+  StructureTexts m_texts;
+  StructureReader m_reader;
+  uint32_t m_noText;
 };
 
-StructureIndex::StructureIndex(QPDF& document, const pages::PageTable& pages) {
-  Walk walk(*this, document, pages);
+StructureIndex::StructureIndex(QPDF& document, std::shared_ptr<InputSource> input,
+                               const pages::PageTable& pages) {
+  Walk walk(*this, document, std::move(input), pages);
   QPDFObjectHandle root = document.getRoot().getKey("/StructTreeRoot");
   if (root.isDictionary()) {
     walk.walk(root);
   }
+  m_texts = walk.texts();
   m_isSound = m_isSound && !walk.found().empty();
   if (m_isSound) {
     sort(walk.found(), pages.count());

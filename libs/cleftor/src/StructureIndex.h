@@ -4,10 +4,12 @@
 #include "pages/ObjGenHash.h"
 #include "pages/PageTable.h"
 
+#include <qpdf/InputSource.hh>
 #include <qpdf/QPDF.hh>
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <span>
 #include <string>
 #include <utility>
@@ -42,9 +44,9 @@ public:
     static constexpr int32_t none = -1;
   };
 
-  /// Walks the tree. The document is used up: its elements leave the memory. `pages` is of the same
-  /// file.
-  StructureIndex(QPDF& document, const pages::PageTable& pages);
+  /// Walks the tree. The document is used up: its elements leave the memory. `input`: what it was
+  /// read from; `pages` is of the same file.
+  StructureIndex(QPDF& document, std::shared_ptr<InputSource> input, const pages::PageTable& pages);
 
   /// False when the tree is not what it should be, so that a part of it could be anything.
   bool isSound() const { return m_isSound; }
