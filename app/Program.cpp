@@ -6,6 +6,7 @@
 #include "engine/job/PlanPrinter.h"
 #include "engine/setup/SetupFields.h"
 #include "mail/AddressSearch.h"
+#include "mail/delivery/MailRecords.h"
 #include "mail/delivery/UnattendedDelivery.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
@@ -277,6 +278,7 @@ std::optional<int> Program::endSource(const SourceResult& result, bool mustEnd) 
 std::optional<int> Program::runOne(const QString& path) {
   m_store.edited().fileName = path;
   SourceResult result{path};
+  result.source = platform::FileStamp::beforeReading(path);
   const Ended ended = m_line->suggest              ? suggestFor(result)
                       : m_plan != PlanOutput::None ? planOne(result)
                                                    : split(result);
@@ -287,7 +289,7 @@ std::optional<int> Program::runOne(const QString& path) {
 Program::Ended Program::split(SourceResult& result) {
   const auto stopped = [this] { return m_driver->state().userStop; };
   const Ended stoppedEnd = {true, stoppedExitCode};
-  if (const std::optional<int> code = goOnMailing(result.path)) {
+  if (const std::optional<int> code = goOnMailing(result)) {
     return stopped() ? stoppedEnd : Ended{false, *code};
   }
   const RunError error = m_driver->StartProcessing();
@@ -300,7 +302,7 @@ Program::Ended Program::split(SourceResult& result) {
   if (stopped()) {
     return stoppedEnd;
   }
-  const bool isMailed = mailOutputs(result.path);
+  const bool isMailed = mailOutputs(result);
   if (stopped()) {
     return stoppedEnd; // while the mails went out
   }
@@ -316,27 +318,29 @@ std::unique_ptr<LivePlan> Program::livePlan(LivePlan::OnState onState) {
   return std::make_unique<LivePlan>(*m_text, addressReaderFor, std::move(onState));
 }
 
-std::optional<int> Program::goOnMailing(const QString& source) {
+std::optional<int> Program::goOnMailing(SourceResult& result) {
   SplitSetup setup = m_store.working();
   commitSetup(m_store.edited(), setup);
   const std::optional<UnattendedResult> gone =
-      m_mail->goOn(setup, platform::withoutTrailingBlanks(source));
+      m_mail->goOn(setup, platform::withoutTrailingBlanks(result.path));
   if (gone) {
-    m_driver->keepFolder(outputFolderOf(setup, source));
+    result.mails = mailsRecord(gone->summary, gone->savedList);
+    m_driver->keepFolder(outputFolderOf(setup, result.path));
   }
   return gone ? std::optional(
                     static_cast<int>(gone->complete ? RunError::None : RunError::MailFailed))
               : std::nullopt;
 }
 
-bool Program::mailOutputs(const QString& source) {
+bool Program::mailOutputs(SourceResult& result) {
   const SplitSetup& setup = m_store.working();
   if (!setup.emailEnable) {
     return true;
   }
-  const UnattendedResult result = m_mail->send(setup, finishedRun(source, m_driver->emails()));
+  const UnattendedResult sent = m_mail->send(setup, finishedRun(result.path, m_driver->emails()));
+  result.mails = mailsRecord(sent.summary, sent.savedList);
   // With a confirmation asked for, the list that was saved is all that is wanted here.
-  return result.complete || (setup.emailConfirm && !result.savedList.isEmpty());
+  return sent.complete || (setup.emailConfirm && !sent.savedList.isEmpty());
 }
 
 Program::Ended Program::planOne(SourceResult& result) {

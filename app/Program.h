@@ -82,8 +82,8 @@ private:
   Ended split(SourceResult& result);
   /// Of a source that a run before has split and not mailed to its end: the code of going on with
   /// that.
-  std::optional<int> goOnMailing(const QString& source);
-  bool mailOutputs(const QString& source);
+  std::optional<int> goOnMailing(SourceResult& result);
+  bool mailOutputs(SourceResult& result);
   Ended planOne(SourceResult& result);
   Ended suggestFor(SourceResult& result);
   void setUnattended(bool on);

@@ -2,7 +2,7 @@
 
 #include "engine/base/Operator.h"
 #include "engine/base/RunState.h"
-#include "engine/job/SetupProposals.h"
+#include "engine/job/ProposalRecord.h"
 #include "engine/job/SourceTable.h"
 #include "engine/setup/SetupStore.h"
 
@@ -40,7 +40,7 @@ QString takePlace(const QString& path, bool force) {
 /// The setup as a file of this setup gives it back. False when it could not be written.
 bool writeAndRead(const SuggestCommand& command, SplitSetup& setup) {
   const auto tell = [&](const QString& text) {
-    command.person.note(QStringLiteral("%1: %2").arg(command.target, text));
+    command.person.found(RunFinding::SetupFile, QStringLiteral("%1: %2").arg(command.target, text));
   };
   if (const QString problem = takePlace(command.target, command.force); !problem.isEmpty()) {
     tell(problem);
@@ -68,6 +68,21 @@ bool writeAndRead(const SuggestCommand& command, SplitSetup& setup) {
   return true;
 }
 
+void tellProposals(const std::vector<SetupProposal>& proposals, const QString& setupFile,
+                   Operator& person) {
+  QString text;
+  int rank = 0;
+  for (const SetupProposal& proposal : proposals) {
+    text += QStringLiteral("%1. ").arg(++rank) + proposalText(proposal);
+    if (person.wantsRecords()) {
+      person.record(proposalRecord(rank, proposal, setupFile));
+    }
+  }
+  if (!person.wantsRecords()) {
+    person.print(text);
+  }
+}
+
 } // namespace
 
 int suggest(const SuggestCommand& command) {
@@ -80,11 +95,11 @@ int suggest(const SuggestCommand& command) {
   if (!command.isWanted()) {
     return 1;
   }
-  const auto tell = [&](const QString& text) {
-    command.person.note(QStringLiteral("%1: %2").arg(command.base.fileName, text));
+  const auto tell = [&](RunFinding kind, const QString& text) {
+    command.person.found(kind, QStringLiteral("%1: %2").arg(command.base.fileName, text));
   };
   if (!isRead) {
-    tell(QStringLiteral("cannot be read, or has more words than are kept"));
+    tell(RunFinding::Unreadable, QStringLiteral("cannot be read, or has more words than are kept"));
     return static_cast<int>(RunError::Unreadable);
   }
   std::vector<SetupProposal> proposals = proposeSetups(*table, command.base, command.isWanted);
@@ -92,7 +107,9 @@ int suggest(const SuggestCommand& command) {
     return 1;
   }
   const bool isSure = !proposals.empty() && proposals.front().sure;
-  if (!command.target.isEmpty() && (isSure || (command.unsure && !proposals.empty()))) {
+  const bool writes =
+      !command.target.isEmpty() && (isSure || (command.unsure && !proposals.empty()));
+  if (writes) {
     SetupProposal& best = proposals.front();
     if (!writeAndRead(command, best.setup)) {
       return static_cast<int>(RunError::SetupFile);
@@ -100,13 +117,10 @@ int suggest(const SuggestCommand& command) {
     countPlan(*table, best, command.isWanted);
     proposals.resize(1);
   }
-  QString text;
-  for (std::size_t i = 0; i < proposals.size(); ++i) {
-    text += QStringLiteral("%1. ").arg(i + 1) + proposalText(proposals[i]);
-  }
-  command.person.print(text);
+  tellProposals(proposals, writes ? command.target : QString(), command.person);
   if (!isSure) {
-    tell(proposals.empty()
+    tell(RunFinding::Unsure,
+         proposals.empty()
              ? QStringLiteral("no documents were found in it")
              : QStringLiteral("nothing is sure; look at the plan of a proposal first"));
   }

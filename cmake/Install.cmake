@@ -23,6 +23,7 @@ install(DIRECTORY samples/ DESTINATION ${share}/folivex/samples
 # To read in a browser; the window has them built in. Pages name their pictures without a path.
 install(DIRECTORY app/help/pages/ app/help/pictures/ DESTINATION ${share}/doc/folivex/help)
 install(FILES README.md CHANGELOG.md DESTINATION ${share}/doc/folivex)
+install(FILES docs/json.md docs/json.schema.json DESTINATION ${share}/doc/folivex/docs)
 install(DIRECTORY docs/images DESTINATION ${share}/doc/folivex/docs)
 
 # What desktops and shells look for.

@@ -24,9 +24,6 @@ QJsonObject reportsOf(const RunOutcome& outcome) {
 }
 
 void addOutcome(QJsonObject& record, const RunOutcome& outcome) {
-  if (outcome.source) {
-    setStamp(record, *outcome.source);
-  }
   if (const QJsonObject reports = reportsOf(outcome); !reports.isEmpty()) {
     record[QLatin1StringView("reports")] = reports;
   }
@@ -51,6 +48,10 @@ QJsonObject resultRecord(const SourceResult& result) {
   setPath(record, result.path);
   record[QLatin1StringView("exitCode")] = result.exitCode;
   record[QLatin1StringView("error")] = findingWord(runFindingOf(result.exitCode));
+  const bool isOpened = result.outcome != nullptr && result.outcome->source;
+  if (const auto& source = isOpened ? result.outcome->source : result.source) {
+    setStamp(record, *source);
+  }
   if (result.outcome != nullptr) {
     addOutcome(record, *result.outcome);
   }

@@ -12,7 +12,8 @@ struct SourceResult {
   QString path;
   int exitCode = 0;                    ///< with which the program would end for this source alone
   const RunOutcome* outcome = nullptr; ///< of the run or plan of this very source; null: no such
-  QJsonObject mails = {};              ///< empty when there was nothing to mail
+  std::optional<platform::FileStamp> source = {}; ///< as it was before it was opened
+  QJsonObject mails = {};                         ///< empty when there was nothing to mail
 };
 
 /// Of type "result".

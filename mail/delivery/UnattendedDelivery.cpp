@@ -3,6 +3,7 @@
 #include "engine/base/Operator.h"
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailListFile.h"
+#include "mail/delivery/MailRecords.h"
 #include "mail/delivery/SendOutcome.h"
 
 #include <algorithm>
@@ -72,6 +73,9 @@ QString UnattendedDelivery::save(const EmailList& list, const QString& path, con
   const EmailListResult saved = saveEmailList(list, path, work);
   tell(saved.message);
   tell(saved.note);
+  if (saved.ok && m_person.wantsRecords()) {
+    m_person.record(mailListRecord(list, path));
+  }
   return saved.ok ? path : QString();
 }
 
@@ -119,6 +123,9 @@ std::optional<UnattendedResult> UnattendedDelivery::goOn(const SplitSetup& setup
     UnattendedResult one = goOnWith(found, setup);
     all.complete = all.complete && one.complete;
     all.savedList = one.savedList.isEmpty() ? all.savedList : one.savedList;
+    // What is told last is the last list's; the mails are those of all.
+    one.summary.entries.insert(one.summary.entries.begin(), all.summary.entries.begin(),
+                               all.summary.entries.end());
     all.summary = std::move(one.summary);
   }
   return all;
@@ -205,6 +212,7 @@ UnattendedResult UnattendedDelivery::deliver(const EmailList& list, const QStrin
     sent.entries = list.entries();
     sent.summary.entries.resize(sent.entries.size());
   }
+  recordMails(list, sent.summary, m_person);
   result.complete = sent.summary.rowsIn({EntryState::Sent, EntryState::SentBefore}).size() ==
                     list.addressedCount();
   if (!result.complete && sent.isInWork) {

@@ -2,6 +2,7 @@
 #include "engine/base/RunFinding.h"
 #include "platform/FileStamp.h"
 #include "tests/app/ProgramBench.h"
+#include "tests/mail/MailServerProcess.h"
 #include "tests/support/Rows.h"
 
 using namespace folivex;
@@ -231,6 +232,89 @@ TEST_F(ProgramRecords, LossesAreToldByTheirPages) {
   const QJsonObject result = of("result", listed).at(0);
   EXPECT_FALSE(result.contains("pages"));
   EXPECT_TRUE(QFile::exists(result["reports"]["fileList"]["path"].toString()));
+}
+
+/// The settings of a proposal are a setup that has the plan which was told.
+TEST_F(ProgramRecords, ProposalsTellTheSettingsThatTheyMean) {
+  const QString pdf = QStringLiteral("-f" FOLIVEX_SOURCE_DIR "/samples/statements.pdf");
+  const QString target = place.at("made.fxs");
+  const Records records = run({"--suggest=" + target, pdf, "-c"});
+  const Records proposals = of("proposal", records);
+  ASSERT_EQ(proposals.size(), 1U);
+  const QJsonObject& best = proposals[0];
+  EXPECT_TRUE(best["sure"].toBool());
+  EXPECT_EQ(best["path"], target);
+  EXPECT_EQ(of("result", records).at(0)["error"], "none");
+  setup = SplitSetup();
+  applySettings(setup, best["settings"].toObject());
+  setup.outputDir = place.at("out");
+  const Records own = run({fxs(), pdf, "--plan"});
+  SetupStore written;
+  ASSERT_TRUE(written.LoadSetup(target).ok());
+  setup = written.working();
+  setup.outputDir = place.at("out");
+  const Records theirs = run({fxs(), pdf, "--plan"});
+  EXPECT_EQ(shownOutputs(of("planned", own)), shownOutputs(of("planned", theirs)));
+  EXPECT_EQ(int(of("planned", own).size()), best["documents"].toInt());
+  const QJsonObject planned = of("result", own).at(0);
+  EXPECT_EQ(best["pagesLeft"].toInt(), planned["pages"]["leftOver"]["count"].toInt());
+
+  source("one.pdf", {"A", "A", "A"});
+  const Records none = run({"--suggest=" + place.at("none.fxs"), "-fone.pdf"});
+  EXPECT_TRUE(of("proposal", none).empty());
+  EXPECT_EQ(of("finding", none).at(0)["kind"], "unsure");
+  EXPECT_EQ(of("result", none).at(0)["error"], "unsure");
+  const Records refused = run({"--suggest=" + target, pdf});
+  EXPECT_EQ(of("finding", refused).at(0)["kind"], "setupFile");
+}
+
+/// One mail arrives, one is refused, one output has no address; the same command then goes on with
+/// what is left.
+TEST_F(ProgramRecords, MailsAreToldOneByOne) {
+  MailServerProcess server({"code-at-recipient", "550", "carl"});
+  setup.emailEnable = true;
+  setup.emailConfirm = false;
+  setup.emailTest = false;
+  setup.emailFrom = "office@example.com";
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  TextPdf pdf;
+  pdf.page(QStringList{"Account: 1", "anna@example.org"});
+  pdf.page({"Account: 2"});
+  pdf.page(QStringList{"Account: 3", "carl@example.org"});
+  pdf.write(place.at("in.pdf"));
+  const QStringList arguments{fxs(), "-fin.pdf", "-c"};
+  const auto mailsOf = [](const Records& records) {
+    QStringList mails;
+    for (const QJsonObject& mail : of("mail", records)) {
+      mails += QFileInfo(mail["path"].toString()).fileName() + u' ' + mail["address"].toString() +
+               u' ' + mail["state"].toString();
+    }
+    return mails;
+  };
+  const Records first = run(arguments);
+  EXPECT_EQ(mailsOf(first),
+            (QStringList({"1.pdf anna@example.org sent", "3.pdf carl@example.org failed"})));
+  EXPECT_TRUE(of("mail", first).at(1)["text"].toString().contains("550"));
+  EXPECT_EQ(server.taken(), QStringList("anna@example.org"));
+  EXPECT_EQ(of("output", first).at(2)["address"], "carl@example.org");
+  EXPECT_FALSE(of("output", first).at(1).contains("address"));
+  const QJsonObject result = of("result", first).at(0);
+  EXPECT_EQ(result["error"], "mailFailed");
+  EXPECT_EQ(result["mails"]["sent"].toInt() * 10 + result["mails"]["failed"].toInt(), 11);
+  const QString list = result["mails"]["list"]["path"].toString();
+  EXPECT_EQ(contentOf(list).count("@example.org|"), 1);
+  EXPECT_EQ(of("mailList", first).at(0)["path"], list);
+  EXPECT_EQ(of("mailList", first).at(0)["mails"].toInt(), 1);
+
+  server.become({"none"});
+  const Records again = run(arguments);
+  EXPECT_EQ(mailsOf(again), QStringList("3.pdf carl@example.org sent"));
+  EXPECT_EQ(server.taken(), QStringList("carl@example.org"));
+  const QJsonObject rest = of("result", again).at(0);
+  EXPECT_FALSE(rest.contains("pages")) << "it was not split again";
+  EXPECT_TRUE(of("output", again).empty());
+  EXPECT_TRUE(isOfFile(rest, place.at("in.pdf")));
 }
 
 /// The second source's command kills the program that waits for it.
