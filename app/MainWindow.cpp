@@ -379,11 +379,11 @@ void MainWindow::dropEvent(QDropEvent* event) {
   }
 }
 
-/// What a desktop hands over.
+/// What a desktop hands over may come from anybody.
 void MainWindow::takeFromOutside(const QStringList& paths) {
   const QString path = QFileInfo(paths.first()).absoluteFilePath();
   if (isSetupFile(path)) {
-    loadSetupFile(path);
+    loadSetupFile(path, LoadMode::Shown);
     return;
   }
   takePdf(path);

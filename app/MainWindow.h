@@ -106,7 +106,8 @@ private:
   void takePdf(const QString& path);
   void takeFromOutside(const QStringList& paths);
   void loadSetup();
-  void loadSetupFile(const QString& path);
+  void loadSetupFile(const QString& path, LoadMode mode = LoadMode::Full);
+  bool isAllowed(const QString& path);
   bool saveSetup();
   void keepUsed(const QString& path);
   QString setupStartPath() const;

@@ -4,8 +4,11 @@
 #include "app/MainWindow.h"
 #include "app/viewer/PagePane.h"
 #include "engine/setup/SetupFields.h"
+#include "engine/setup/SetupReach.h"
+#include "platform/FileDigest.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "widgets/AgreedOnce.h"
 #include "widgets/Dialogs.h"
 #include "widgets/WindowMemory.h"
 
@@ -194,14 +197,34 @@ QString MainWindow::setupStartPath() const {
   return current.isEmpty() ? m_memory.text(QStringLiteral("folders/setup")) : current;
 }
 
-void MainWindow::loadSetupFile(const QString& path) {
+/// Whether the setup that was just loaded, and may be anybody's, may do what it does beyond writing
+/// PDFs. A Yes is for the bytes of the file and for what was shown of them.
+bool MainWindow::isAllowed(const QString& path) {
+  const QString reach = reachOf(m_program.store().edited()).join(QStringLiteral("\n\n"));
+  return reach.isEmpty() ||
+         isAgreedOnce(m_dialogs, m_memory, this,
+                      {QStringLiteral("%1 does more than write PDFs:\n\n%2\n\nIs it to do that, "
+                                      "now and later? If not, it is loaded without.")
+                           .arg(path, reach),
+                       QStringLiteral("A setup from elsewhere"),
+                       platform::FileDigest::of(path).sha256 + reach.toUtf8()});
+}
+
+/// Of a setup that is only shown, neither a name among the recent ones nor any reach stays when it
+/// is not allowed.
+void MainWindow::loadSetupFile(const QString& path, LoadMode mode) {
   if (!mayLeaveSetup()) {
     return;
   }
   m_activity->clearNotes();
   takeSetup();
   const QString source = m_program.store().edited().fileName;
-  if (m_program.loadSetup(path)) {
+  const bool isLoaded = m_program.loadSetup(path, mode);
+  if (isLoaded && mode == LoadMode::Shown && !isAllowed(path)) {
+    restrain(m_program.store().edited());
+    m_program.store().commit();
+    m_activity->setStatus(QStringLiteral("%1 loaded; it only writes PDFs.").arg(path));
+  } else if (isLoaded) {
     keepUsed(path);
     m_activity->setStatus(QStringLiteral("%1 loaded.").arg(path));
   } else {

@@ -104,8 +104,8 @@ void Program::loadDefaultSetup() {
   loadSetup(path); // a first start has none
 }
 
-bool Program::loadSetup(const QString& path) {
-  const SetupResult loaded = m_store.LoadSetup(path);
+bool Program::loadSetup(const QString& path, LoadMode mode) {
+  const SetupResult loaded = m_store.LoadSetup(path, mode);
   m_driver->setAutomation(m_store.automation());
   tell(loaded);
   return loaded.ok();

@@ -33,7 +33,7 @@ public:
 
   /// Loads a setup file for the runs that follow and tells what there is to tell of it; false when
   /// it could not be read.
-  bool loadSetup(const QString& path);
+  bool loadSetup(const QString& path, LoadMode mode = LoadMode::Full);
 
   /// Says what there is to say of a load or a save. A save that failed is noted: no box, but not
   /// passed over either.

@@ -112,7 +112,7 @@ void SetupStore::commit() {
 }
 
 SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
-  if (mode == LoadMode::Full) {
+  if (mode != LoadMode::AutomationCheck) {
     resetLoadedFields(m_edited);
   }
   removeDeadPartsBeside(path);
@@ -141,7 +141,7 @@ SetupResult SetupStore::LoadSetup(const QString& path, LoadMode mode) {
   }
   m_edited = edited;
   m_working = working;
-  m_automation = automation;
+  m_automation = mode == LoadMode::Shown ? m_automation : automation;
   m_currentPath = isDefaultPath(path) ? QString() : path;
   commit();
   SetupResult result;

@@ -34,6 +34,8 @@ struct [[nodiscard]] SetupResult {
 
 enum class LoadMode {
   Full,
+  /// Full, but that the key AUTOMATION counts for nothing: the file was opened to be looked at.
+  Shown,
   /// Looks for the key AUTOMATION in the first line and changes nothing but the automation flag.
   /// The header is a line like any other here, so that only a file without one is found.
   AutomationCheck

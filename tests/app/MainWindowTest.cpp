@@ -305,6 +305,61 @@ TEST_F(MainWindowTest, DroppedFilesAreTaken) {
   EXPECT_FALSE(dropFiles(m_window.get(), {at("letter.txt")}));
 }
 
+TEST_F(MainWindowTest, ASetupFromElsewhereOnlyWritesPdfsUntilItIsAllowedMore) {
+  writeSource(1);
+  open();
+  SplitSetup& setup = m_window->program().store().edited();
+  setup.configUseExternal = setup.emailEnable = setup.otherSettingsRemoveFiles = true;
+  setup.configExternalCommand = "/opt/<b>splitter</b>";
+  setup.emailInvoiceCc = "copies@example.com";
+  m_window->refresh();
+  m_dialogs.files = {{at("theirs.fxs")}};
+  trigger("saveSetup");
+  m_window->close();
+  {
+    QFile file(at("theirs.fxs"));
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("AUTOMATION;1\r\n");
+  }
+  QFile::remove(at("tmp/Folivex.ini"));
+
+  // As the desktop opens it: each time what it may do, and what the setup is then.
+  const auto opened = [this] {
+    m_window = std::make_unique<MainWindow>(m_dialogs, m_memory);
+    m_window->start(parseCommandLine({"folivex", "--open", at("theirs.fxs")}));
+    EXPECT_FALSE(m_window->program().store().automation()) << "a person is there";
+    const SplitSetup is = m_window->currentSetup();
+    EXPECT_EQ(text("FINDSTRING"), "Account:");
+    EXPECT_TRUE(is.configUseExternal == is.emailEnable &&
+                is.emailEnable == is.otherSettingsRemoveFiles);
+    return is.emailEnable;
+  };
+  const auto asked = [this] { return m_dialogs.questions.size(); };
+  const auto before = asked();
+  m_dialogs.answers = {false, false, true};
+  EXPECT_FALSE(opened());
+  ASSERT_EQ(asked(), before + 1);
+  for (const QString& told : {at("theirs.fxs"), QString("/opt/<b>splitter</b>"), at("out"),
+                              QString("copies@example.com")}) {
+    EXPECT_TRUE(m_dialogs.questions.last().contains(told)) << told.toStdString();
+  }
+  EXPECT_FALSE(m_window->program().store().working().configUseExternal);
+  EXPECT_FALSE(opened());
+  EXPECT_TRUE(opened());
+  EXPECT_TRUE(opened());
+  EXPECT_EQ(asked(), before + 3) << "allowed once";
+
+  // The same name with other bytes is another setup.
+  {
+    QFile file(at("theirs.fxs"));
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("EMAILINVOICECC;thief@example.com\r\n");
+  }
+  m_dialogs.answers = {false};
+  EXPECT_FALSE(opened());
+  EXPECT_FALSE(QFileInfo::exists(at("out"))) << "nothing is written";
+}
+
 TEST_F(MainWindowTest, ThePageShownIsListedAndTheFileShownIsSplitWhereThatIsAsked) {
   writeSource(3);
   open();
