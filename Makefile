@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak fuzz clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak inbox-test fuzz clean
 
 all: build
 
@@ -46,6 +46,11 @@ bench: build
 # Bad days for an hour: runs beside each other, kills, full disks, sources that change. It prints a table.
 soak: build
 	@soak/run $(BIN)
+
+# A night of the inbox under a systemd of its own, by root. FOLIVEX_DEBIAN_BASE may name a packed Debian 12 to begin with.
+inbox-test: build
+	@scripts/install-packages packages-inbox.txt
+	@/usr/bin/python3 -B tests/inbox/night build/$(PRESET) --place build/inbox-test
 
 # Searches for bytes that break what reads them, FUZZ_SECONDS in each target, and goes on where the last search ended.
 FUZZ_SECONDS ?= 60

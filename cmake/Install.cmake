@@ -23,7 +23,7 @@ install(DIRECTORY samples/ DESTINATION ${share}/folivex/samples
 # To read in a browser; the window has them built in. Pages name their pictures without a path.
 install(DIRECTORY app/help/pages/ app/help/pictures/ DESTINATION ${share}/doc/folivex/help)
 install(FILES README.md CHANGELOG.md DESTINATION ${share}/doc/folivex)
-install(FILES docs/json.md docs/json.schema.json DESTINATION ${share}/doc/folivex/docs)
+install(FILES docs/inbox.md docs/json.md docs/json.schema.json DESTINATION ${share}/doc/folivex/docs)
 install(DIRECTORY docs/images DESTINATION ${share}/doc/folivex/docs)
 
 # What desktops and shells look for.
@@ -46,6 +46,7 @@ install(DIRECTORY inbox/folivex_inbox DESTINATION ${home}/inbox FILES_MATCHING P
 if(NOT WIN32)
   file(CREATE_LINK ${way}/inbox/folivex-inbox ${CMAKE_BINARY_DIR}/links/folivex-inbox SYMBOLIC)
   install(FILES ${CMAKE_BINARY_DIR}/links/folivex-inbox DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${CMAKE_BINARY_DIR}/inbox/folivex-inbox.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   install(DIRECTORY inbox/units/system inbox/units/user DESTINATION lib/systemd)

@@ -166,9 +166,10 @@ class Source:
         """None: another attempt is needed."""
         if ended.code != 0:
             return self.fail(ended.reason, ended.messages)
-        if not any(not name.startswith(f"{self.path.name}_report.")
-                   for _, _, names in os.walk(self.folder / title) for name in names):
+        if not ended.outputs:
             return self.fail("no document was found in it", ended.messages)
+        if not ended.is_there():
+            return self.fail("outputs are not as the program told", ended.messages)
         return self.publish(ended, title)
 
     def publish(self, ended: Ended, title: str) -> State | None:
@@ -183,8 +184,7 @@ class Source:
             log.info("%s: %s is another's by now (%s)", self.name, title, error.strerror)
             return None
         self.record.add("published", title=title)
-        log.info("%s: split, %s; outputs in %s", self.name, ended.messages[-1] if ended.messages else "",
-                 self.settings.out / title)
+        log.info("%s: split, %s, in %s", self.name, ended.summary, self.settings.out / title)
         return self.finish(title)
 
     def finish(self, title: str) -> State:

@@ -2,39 +2,55 @@
 
 from __future__ import annotations
 
+import json
 import os
 import re
 import signal
 import subprocess
 import threading
 from collections import deque
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from pathlib import Path
+from typing import Any
 
-REASONS = {
-    255: "the source is missing", 254: "the setup is missing", 253: "the text report could not be written",
-    252: "the CSV report could not be written", 251: "the program's own settings could not be written",
-    250: "settings exclude each other", 245: "an append failed", 244: "it is unreadable or protected",
-    243: "an output could not be written", 242: "a mail could not be sent", 241: "it changed while it was split",
-    240: "the output folder is another run's",
-}
 MOST_LINES = 200
 
 
-@dataclass(frozen=True)
+@dataclass
 class Ended:
-    code: int  # below 0: of a signal
-    messages: list[str]
+    """What the program told; its records are described in docs/json.md."""
+
+    code: int = 0  # below 0: of a signal
+    messages: list[str] = field(default_factory=list)
+    outputs: dict[str, int] = field(default_factory=dict)  # by path: the size that was told last
+    result: dict[str, Any] = field(default_factory=dict)
+    is_whole: bool = False  # all records came
+
+    def take(self, record: dict[str, Any]) -> None:
+        if record["type"] == "output":
+            self.outputs[record["path"]] = record["size"]
+        elif record["type"] == "result":
+            self.result = record
+        elif record["type"] == "end":
+            self.is_whole = True
 
     @property
     def has_outcome(self) -> bool:
-        """False when it was stopped, or killed: then there is nothing to be said of the source."""
-        return self.code not in (1,) and self.code >= 0
+        """False when it was stopped, or killed, or could not start: then there is nothing to be said of the source."""
+        return self.is_whole and bool(self.result) and self.result["error"] != "stopped"
 
     @property
     def reason(self) -> str:
-        told = REASONS.get(self.code, f"the program ended with {self.code}")
-        return f"{told}: {self.messages[-1]}" if self.messages else told
+        return f"{self.result['error']}: {self.messages[-1] if self.messages else ''}"
+
+    @property
+    def summary(self) -> str:
+        pages = self.result["pages"]
+        return f"{pages['inFiles']['count']} of {pages['total']} pages in {self.result['files']} files"
+
+    def is_there(self) -> bool:
+        """Whether the outputs are as they were told."""
+        return all(os.path.isfile(path) and os.path.getsize(path) == size for path, size in self.outputs.items())
 
 
 class Splitter:
@@ -65,18 +81,23 @@ class Splitter:
         (folder / target).mkdir()
         environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(home), "TMPDIR": str(home),
                        "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
-        with subprocess.Popen(
-                [self.program, "-u.home/setup.fxs", f"-f{source}", "-c"], cwd=folder, env=environment,
-                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                pass_fds=[self.lock]) as child:
+        ended = Ended()
+        with (open(home / "messages", "w+b") as told, subprocess.Popen(
+                [self.program, "--json", "-u.home/setup.fxs", f"-f{source}", "-c"], cwd=folder, env=environment,
+                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=told, pass_fds=[self.lock]) as child):
             self.child = child
             if self.stopped.is_set():
                 self.stop()
             assert child.stdout is not None
-            lines_told = deque(child.stdout, MOST_LINES)
+            for line in child.stdout:
+                if line.endswith(b"\n"):
+                    ended.take(json.loads(line))
+            child.wait()
+            told.seek(0)
+            ended.messages = [text for line in deque(told, MOST_LINES) if (text := plain(line.decode(errors="replace")))]
         self.child = None
-        messages = [plain(line.decode(errors="replace")) for line in lines_told]
-        return Ended(child.returncode, [message for message in messages if message])
+        ended.code = child.returncode
+        return ended
 
 
 def plain(text: str) -> str:
