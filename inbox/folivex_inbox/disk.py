@@ -7,6 +7,7 @@ import errno
 import hashlib
 import os
 import shutil
+import stat
 from pathlib import Path
 from typing import Any
 
@@ -28,7 +29,8 @@ def sync(path: Path) -> None:
 def sync_tree(folder: Path) -> None:
     for place, _, names in os.walk(folder):
         for name in names:
-            sync(Path(place) / name)
+            if stat.S_ISREG(os.lstat(os.path.join(place, name)).st_mode):
+                sync(Path(place) / name)
         sync(Path(place))
 
 

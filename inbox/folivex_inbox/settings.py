@@ -53,6 +53,7 @@ def usual_folder(name: str) -> Path:
 
 
 def read_values(file: Path) -> dict[str, str]:
+    refuse_untrusted("settings", file)
     parser = configparser.ConfigParser(interpolation=None)
     try:
         parser.read_string(file.read_text(encoding="utf-8"), source=str(file))
@@ -106,26 +107,29 @@ def refuse_nested(file: Path, folders: dict[str, Path]) -> None:
                 raise SettingsProblem(f"{file}: {key}: {folders[key]} is, or lies in, the folder of \"{other}\"")
 
 
-def others_may_change(path: Path) -> str:
-    """Empty, or which part of the way to `path` others than root and this user could replace."""
+def others_may_change(path: Path, may_be_filled: bool = False) -> str:
+    """Empty, or which part of the way to `path` others than root and this user could replace, or write to. With
+    `may_be_filled` others may put files into it, but not another folder into its place."""
     steps: dict[Path, None] = {}
-    for way in (path, Path(os.path.realpath(path))):
+    ends = {path, Path(os.path.realpath(path))}
+    for way in ends:
         steps.update(dict.fromkeys((way, *way.parents)))
     for step in steps:
         info = os.lstat(step)
         if stat.S_ISLNK(info.st_mode):
-            open_to_others = False  # who may replace it is told by the mode of its folder
+            is_open = False  # who may replace it is told by the mode of its folder
+        elif step in ends:
+            is_open = bool(info.st_mode & 0o022) and not may_be_filled
         else:
-            is_kept = stat.S_ISDIR(info.st_mode) and step != path and info.st_mode & stat.S_ISVTX
-            open_to_others = bool(info.st_mode & 0o022) and not is_kept
-        if info.st_uid not in (0, os.geteuid()) or open_to_others:
+            is_open = bool(info.st_mode & 0o022) and not info.st_mode & stat.S_ISVTX
+        if info.st_uid not in (0, os.geteuid()) or is_open:
             return str(step)
     return ""
 
 
-def refuse_untrusted(what: str, path: Path) -> None:
+def refuse_untrusted(what: str, path: Path, may_be_filled: bool = False) -> None:
     try:
-        step = others_may_change(path)
+        step = others_may_change(path, may_be_filled)
     except OSError as error:
         raise SettingsProblem(f"{what}: {path}: {error.strerror}") from None
     if step:
@@ -139,12 +143,9 @@ def make_folders(file: Path, settings: Settings) -> None:
         folder: Path = getattr(settings, key)
         try:
             folder.mkdir(mode=0o700 if key == "work" else 0o755, parents=True, exist_ok=True)
-            mode = folder.stat().st_mode
         except OSError as error:
             raise SettingsProblem(f"{file}: {key}: {folder}: {error.strerror}") from None
-        if key not in ("inbox", "work") and mode & 0o002 and not mode & stat.S_ISVTX:
-            raise SettingsProblem(f"{file}: {key}: {folder}: everybody may write there")
-    refuse_untrusted(f"{file}: work", settings.work)
+        refuse_untrusted(f"{file}: {key}", folder, may_be_filled=key != "work")
 
 
 def try_moves(file: Path, settings: Settings) -> None:

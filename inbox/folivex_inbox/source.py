@@ -178,10 +178,8 @@ class Source:
         self.record.add("publishing", title=title)
         try:
             disk.move_into(made, self.settings.out / title)
-        except OSError as error:
-            if not os.path.lexists(self.settings.out / title):
-                raise
-            log.info("%s: %s is another's by now (%s)", self.name, title, error.strerror)
+        except FileExistsError:
+            log.info("%s: %s is another's by now", self.name, title)
             return None
         self.record.add("published", title=title)
         log.info("%s: split, %s, in %s", self.name, ended.summary, self.settings.out / title)

@@ -40,6 +40,8 @@ class Turn:
         try:
             try_moves(self.file, self.settings)
             splitter = Splitter(self.program, lock)
+            # Somebody opens a file just when the kernel is asked about it; by itself this signal would end the turn.
+            signal.signal(signal.SIGIO, lambda *_: None)
             for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
                 signal.signal(number, splitter.stop)
             self.work_off(splitter, once)

@@ -146,7 +146,7 @@ class InboxTest(unittest.TestCase):
 
         faults: list[tuple[str, Callable[[], Any], str]] = [
             ("a setup that others may write", lambda: office.setup.chmod(0o620), "bills.conf: setup"),
-            ("a folder that others may write", lambda: office.place.chmod(0o777), "bills.conf: work"),
+            ("a folder that others may write", lambda: office.place.chmod(0o777), "others may change"),
             ("a setup that mails", mails, "EMAILENABLE"),
             ("a setup that is cut off", lambda: os.truncate(office.setup, 200), "cut off"),
             ("a word that is no key", lambda: office.configure(settel="1"), "settel"),
