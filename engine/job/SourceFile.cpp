@@ -9,7 +9,6 @@
 #include "platform/Paths.h"
 
 #include <QFileInfo>
-#include <QThread>
 
 #include <algorithm>
 #include <utility>
@@ -17,13 +16,6 @@
 namespace folivex {
 
 namespace {
-
-/// Each thread holds the file's page tree once more, so that many of them cost more than they
-/// bring.
-int readAheadThreads() {
-  constexpr int most = 4;
-  return std::clamp(QThread::idealThreadCount(), 1, most);
-}
 
 /// What the text library said last, in words for those who have to do something about it.
 QString whyNotRead(CPDFTextDumpInit& library) {
@@ -192,7 +184,7 @@ void SourceFile::endSplitting(const SplitSetup& setup) {
 void SourceFile::openWords(const SplitSetup& setup) {
   const QString fileToScan = scanned();
   m_job.libraries.text.SetWordSpacing(setup.horizWordSpacing);
-  m_job.libraries.text.SetReadAhead(readAheadThreads());
+  m_job.libraries.text.SetReadAhead(CPDFTextDumpInit::threadsAhead());
   m_job.libraries.text.PdfTextDumpOpenFile(utf16(fileToScan), utf16(setup.pdfPassword));
   if (m_job.libraries.text.GetProcessingStatus() != GLYPHRUN_OK) {
     m_problem = QStringLiteral("%1: cannot be opened for reading its words: %2")

@@ -2,6 +2,10 @@
 
 #include "engine/base/Utf16.h"
 
+#include <QThread>
+
+#include <algorithm>
+
 namespace folivex {
 
 CPDFTextDumpInit::CPDFTextDumpInit()
@@ -22,6 +26,11 @@ GlyphrunView* CPDFTextDumpInit::openView(const QString& path, const QString& pas
     *result = code;
   }
   return view;
+}
+
+int CPDFTextDumpInit::threadsAhead() {
+  constexpr int most = 4;
+  return std::clamp(QThread::idealThreadCount(), 1, most);
 }
 
 } // namespace folivex

@@ -61,6 +61,7 @@ public:
       m_library, "RenderViewPage"};
   Operation<void(GlyphrunImage*)> ReleaseImage{m_library, "ReleaseImage"};
   Operation<void(GlyphrunView*, double)> SetViewWordSpacing{m_library, "SetViewWordSpacing"};
+  Operation<void(GlyphrunView*, int32_t)> SetViewReadAhead{m_library, "SetViewReadAhead"};
   Operation<int32_t(GlyphrunView*, int32_t, const GlyphrunWord**)> GetViewWords{m_library,
                                                                                 "GetViewWords"};
   Operation<int32_t(const GlyphrunView*)> GetViewPageState{m_library, "GetViewPageState"};
@@ -81,6 +82,10 @@ public:
   /// OpenView, of the stand-in where the file itself cannot be read. `result` tells of the file.
   GlyphrunView* openView(const QString& path, const QString& password,
                          int32_t* result = nullptr) const;
+
+  /// Threads to read ahead with. Each holds the file's page tree once more, so that many of them
+  /// cost more than they bring.
+  static int threadsAhead();
 
   /// Text of the last failure.
   QString lastErrorText() const { return QString::fromUtf16(GlyphrunLastErrorText()); }

@@ -4,17 +4,11 @@
 #include "engine/words/CPDFTextDumpInit.h"
 #include "engine/words/TextLibraryWords.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace folivex {
 
 namespace {
-
-/// Each thread holds the file's page tree once more.
-constexpr unsigned mostThreads = 4;
-/// Read in a row, so that threads seldom meet; few enough for pages to come nearly in order.
-constexpr int pagesInARow = 8;
 
 std::vector<Bookmark> outlineOf(CPDFTextDumpInit& library, GlyphrunView* view) {
   std::vector<Bookmark> outline;
@@ -40,13 +34,13 @@ public:
     if (m_view != nullptr) {
       filler.m_library.SetViewWordSpacing(m_view, source.wordSpacing);
       const std::lock_guard lock(filler.m_mutex);
-      filler.m_views.insert(m_view);
+      filler.m_view = m_view;
     }
   }
   ~View() {
     {
       const std::lock_guard lock(m_filler.m_mutex);
-      m_filler.m_views.erase(m_view);
+      m_filler.m_view = nullptr;
     }
     m_filler.m_library.CloseView(m_view);
   }
@@ -65,41 +59,20 @@ private:
 TableFiller::TableFiller(CPDFTextDumpInit& library, Source source, std::shared_ptr<WordTable> table,
                          bool isPaused)
     : m_library(library), m_source(std::move(source)), m_table(std::move(table)),
-      m_isPaused(isPaused) {
-  begin(&TableFiller::readFile);
-}
+      m_isPaused(isPaused), m_thread([this] {
+        readFile();
+        m_isFinished = true;
+      }) {}
 
 TableFiller::~TableFiller() {
   giveUp();
-  // The first thread may still begin others; nobody else does.
-  for (std::size_t i = 0;; ++i) {
-    std::thread thread;
-    {
-      const std::lock_guard lock(m_mutex);
-      if (i == m_threads.size()) {
-        return;
-      }
-      thread = std::move(m_threads[i]);
-    }
-    thread.join();
-  }
-}
-
-void TableFiller::begin(void (TableFiller::*work)()) {
-  const std::lock_guard lock(m_mutex);
-  ++m_threadCount;
-  m_threads.emplace_back([this, work] {
-    (this->*work)();
-    --m_threadCount;
-  });
+  m_thread.join();
 }
 
 void TableFiller::giveUp() {
   const std::lock_guard lock(m_mutex);
   m_isGivenUp = true;
-  for (GlyphrunView* view : m_views) {
-    m_library.AbortView(view);
-  }
+  m_library.AbortView(m_view);
   m_goOn.notify_all();
 }
 
@@ -128,38 +101,23 @@ void TableFiller::readFile() {
     return;
   }
   m_table->open(m_library.GetViewPageCount(view.get()), outlineOf(m_library, view.get()));
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
-  const auto rows = static_cast<unsigned>(m_table->pageCount() / pagesInARow);
-  for (unsigned i = 1; i < std::min(threads, rows); ++i) {
-    begin(&TableFiller::help);
-  }
-  readPages(view);
+  m_library.SetViewReadAhead(view.get(), CPDFTextDumpInit::threadsAhead());
+  readPages(view.get());
 }
 
-void TableFiller::help() {
-  View view(*this);
-  // One that cannot be opened twice is read by one.
-  if (view.get() != nullptr && m_library.GetViewPageCount(view.get()) == m_table->pageCount()) {
-    readPages(view);
-  }
-}
-
-void TableFiller::readPages(View& view) {
+void TableFiller::readPages(GlyphrunView* view) {
   std::vector<PageWord> words;
-  const int end = m_table->pageCount() + 1;
-  for (int first = 1; (first = m_nextPage.fetch_add(pagesInARow)) < end;) {
-    for (int page = first; page < std::min(first + pagesInARow, end); ++page) {
-      if (!waitWhilePaused() || !readPage(view, page, words)) {
-        return;
-      }
+  for (int page = 1; page <= m_table->pageCount(); ++page) {
+    if (!waitWhilePaused() || !readPage(view, page, words)) {
+      return;
     }
   }
 }
 
 /// False when no page is to be read any more.
-bool TableFiller::readPage(View& view, int page, std::vector<PageWord>& words) {
+bool TableFiller::readPage(GlyphrunView* view, int page, std::vector<PageWord>& words) {
   const GlyphrunWord* found = nullptr;
-  const int count = m_library.GetViewWords(view.get(), page, &found);
+  const int count = m_library.GetViewWords(view, page, &found);
   if (m_isGivenUp) {
     return false; // some of them may be missing
   }
@@ -167,9 +125,8 @@ bool TableFiller::readPage(View& view, int page, std::vector<PageWord>& words) {
   for (int i = 0; i < count; ++i) {
     words.push_back({wordText(found[i].text), found[i].h, found[i].v});
   }
-  return m_table->add(page, words,
-                      count < 0 ? PageState::Damaged
-                                : pageStateOf(m_library.GetViewPageState(view.get())));
+  return m_table->add(
+      page, words, count < 0 ? PageState::Damaged : pageStateOf(m_library.GetViewPageState(view)));
 }
 
 } // namespace folivex

@@ -1,4 +1,4 @@
-// TableFiller: reads the words of a file into a table, on threads of its own.
+// TableFiller: reads the words of a file into a table, on a thread of its own.
 #pragma once
 
 #include "engine/words/WordTable.h"
@@ -7,7 +7,6 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <thread>
 #include <vector>
 
@@ -17,8 +16,8 @@ namespace folivex {
 
 class CPDFTextDumpInit;
 
-/// Each thread reads through a view of its own, so that the text library's page-by-page state stays
-/// another's. Pages come into the table nearly in order.
+/// Reads through a view of its own, which reads ahead, so that the text library's page-by-page
+/// state stays another's. Pages come into the table in order.
 class TableFiller {
 public:
   /// What is read. The words are those of one state of the file only as long as it does not change:
@@ -35,38 +34,36 @@ public:
               bool isPaused);
   TableFiller(const TableFiller&) = delete;
   TableFiller& operator=(const TableFiller&) = delete;
-  /// Gives up what is not read, and waits for the threads: as long as a file takes to open at most.
+  /// Gives up what is not read, and waits for the thread: as long as a file takes to open at most.
   ~TableFiller();
 
   // For any thread; none of them waits.
   void giveUp();
-  /// Reading stands still at the next page.
+  /// Reading stands still soon.
   void setPaused(bool on);
-  /// Whether no thread is at work any more.
-  bool isFinished() const { return m_threadCount == 0; }
+  /// Whether the thread is at work no more.
+  bool isFinished() const { return m_isFinished; }
 
 private:
   class View;
 
   void readFile();
-  void readPages(View& view);
-  bool readPage(View& view, int page, std::vector<PageWord>& words);
+  void readPages(GlyphrunView* view);
+  bool readPage(GlyphrunView* view, int page, std::vector<PageWord>& words);
   bool waitWhilePaused();
-  void begin(void (TableFiller::*work)());
-  void help();
 
   CPDFTextDumpInit& m_library;
   Source m_source;
   std::shared_ptr<WordTable> m_table;
-  std::atomic<int> m_nextPage = 1;
-  std::atomic<int> m_threadCount = 0;
+  std::atomic<bool> m_isFinished = false;
   std::atomic<bool> m_isGivenUp = false;
 
   std::mutex m_mutex; ///< guards what follows
   std::condition_variable m_goOn;
   bool m_isPaused;
-  std::set<GlyphrunView*> m_views;
-  std::vector<std::thread> m_threads;
+  GlyphrunView* m_view = nullptr; ///< as long as it is open
+
+  std::thread m_thread; ///< begun when all else is there
 };
 
 } // namespace folivex

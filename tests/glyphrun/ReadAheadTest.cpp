@@ -116,6 +116,37 @@ TEST_P(Ahead, SettingsTakeEffectWithTheNextPage) {
   EXPECT_NE(extract(24).find("Page24"), std::string::npos);
 }
 
+TEST_P(Ahead, ViewsReadAheadToo) {
+  GlyphrunView* const view = OpenView(wide(path_).c_str(), u"", nullptr);
+  ASSERT_NE(view, nullptr);
+  SetViewWordSpacing(view, 1.02);
+  const auto words = [view](int page) {
+    const GlyphrunWord* found = nullptr;
+    std::u16string text;
+    for (int i = 0, count = GetViewWords(view, page, &found); i < count; ++i) {
+      text.append(found[i].text).push_back(u' ');
+      EXPECT_EQ(found[i].page, page);
+    }
+    return text;
+  };
+  std::vector<std::u16string> alone = {u""};
+  for (int page = 1; page <= pageCount; ++page) {
+    alone.push_back(words(page));
+  }
+  SetViewReadAhead(view, GetParam());
+  for (const int page : {1, 2, 3, 200, 201, 7, 8, 8, 300, 1}) {
+    EXPECT_EQ(words(page), alone[static_cast<std::size_t>(page)]) << page;
+  }
+  SetViewWordSpacing(view, 1.2);
+  EXPECT_NE(words(24), alone[24]);
+  // One that is given up waits for no thread.
+  AbortView(view);
+  for (int page = 1; page <= pageCount; ++page) {
+    words(page);
+  }
+  CloseView(view);
+}
+
 TEST_P(Ahead, ClosingEndsTheWork) {
   SetReadAhead(GetParam());
   for (int round = 0; round < 10; ++round) {

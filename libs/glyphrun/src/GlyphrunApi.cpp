@@ -238,6 +238,10 @@ void SetViewWordSpacing(GlyphrunView* view, double factor) {
   }
 }
 
+void SetViewReadAhead(GlyphrunView* view, int32_t threads) {
+  guarded([=](PageExtractor&) { existing(view).setReadAhead(threads); });
+}
+
 int32_t GetViewWords(GlyphrunView* view, int32_t page, const GlyphrunWord** words) {
   std::int32_t count = 0;
   const std::int32_t result = guarded([&](PageExtractor&) {

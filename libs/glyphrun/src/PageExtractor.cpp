@@ -181,8 +181,7 @@ void PageExtractor::setWordSpacing(double factor) {
 }
 
 void PageExtractor::setReadAhead(std::int32_t threads) {
-  constexpr std::int32_t mostThreads = 64;
-  m_aheadThreads = std::clamp(threads, 0, mostThreads);
+  m_aheadThreads = std::clamp(threads, 0, ReadAhead::mostThreads);
   m_ahead.reset();
 }
 

@@ -16,10 +16,11 @@ constexpr std::size_t mostBytesAhead = std::size_t{64} << 20;
 
 ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
                      std::int32_t first, std::shared_ptr<const PageList> pages, int threads,
-                     double wordSpacing)
+                     double wordSpacing, std::stop_token stop)
     : m_path(std::move(path)), m_password(std::move(password)), m_pageCount(pageCount),
       m_pages(std::move(pages)), m_window(threads * pagesAheadPerThread), m_wanted(first),
-      m_next(first), m_wordSpacing(wordSpacing) {
+      m_next(first), m_wordSpacing(wordSpacing),
+      m_onStop(std::move(stop), [this] { this->stop(); }) {
   // Too few threads are no failure: the caller reads what nobody else does.
   try {
     for (int i = 0; i < threads; ++i) {
@@ -31,14 +32,18 @@ ReadAhead::ReadAhead(std::u16string path, std::u16string password, std::int32_t 
 }
 
 ReadAhead::~ReadAhead() {
+  stop();
+  for (std::thread& thread : m_threads) {
+    thread.join();
+  }
+}
+
+void ReadAhead::stop() {
   {
     const std::lock_guard lock(m_mutex);
     m_stopping = true;
   }
   m_changed.notify_all();
-  for (std::thread& thread : m_threads) {
-    thread.join();
-  }
 }
 
 std::size_t ReadAhead::bytesOf(const PageWords& words) {

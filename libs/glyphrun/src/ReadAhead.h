@@ -6,8 +6,10 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <stop_token>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,15 +18,18 @@ namespace glyphrun {
 
 /// Each thread has a document and a context of its own. They run only so far ahead of the pages
 /// taken, in pages and in bytes, and work on nothing that the caller has begun to read itself. Used
-/// by one thread; the destructor ends the work, opening the file too, within its next allocation.
+/// by one thread; a stop and the destructor end the work, opening the file too, within its next
+/// allocation.
 class ReadAhead {
 public:
+  static constexpr int mostThreads = 64;
+
   /// The threads open the file at once. `pageCount` is the caller's; a thread that finds another
   /// number in the file stands aside. Reading begins with page `first` (from 0), or behind the
   /// first page that is taken when it is -1. `pages` saves the threads the search for the pages.
   ReadAhead(std::u16string path, std::u16string password, std::int32_t pageCount,
             std::int32_t first, std::shared_ptr<const PageList> pages, int threads,
-            double wordSpacing);
+            double wordSpacing, std::stop_token stop = {});
   ~ReadAhead();
   ReadAhead(const ReadAhead&) = delete;
   ReadAhead& operator=(const ReadAhead&) = delete;
@@ -42,6 +47,7 @@ private:
     bool ready = false;
   };
 
+  void stop();
   void work();
   bool claim(std::unique_lock<std::mutex>& lock, std::int32_t& index, PageWords& words);
   void readClaimedPages(PageReader& reader);
@@ -68,6 +74,7 @@ private:
   double m_wordSpacing;
 
   std::vector<std::thread> m_threads;
+  std::stop_callback<std::function<void()>> m_onStop;
 };
 
 } // namespace glyphrun

@@ -2,6 +2,7 @@
 
 #include "common/Failure.h"
 
+#include <algorithm>
 #include <cmath>
 #include <condition_variable>
 #include <cstdlib>
@@ -125,9 +126,28 @@ Outcome View::draw(std::int32_t page, int width, int height, unsigned char* pixe
   return outcome;
 }
 
+void View::setWordSpacing(double factor) {
+  m_wordSpacing = factor;
+  m_reader.setWordSpacing(factor);
+  if (m_ahead) {
+    m_ahead->setWordSpacing(factor);
+  }
+}
+
+void View::setReadAhead(std::int32_t threads) {
+  m_ahead.reset();
+  if (threads > 0) {
+    m_ahead = std::make_unique<ReadAhead>(
+        m_path, m_password, pageCount(), 0, m_reader.file().pageList(),
+        std::min(threads, ReadAhead::mostThreads), m_wordSpacing, m_abort.get_token());
+  }
+}
+
 const std::vector<GlyphrunWord>& View::words(std::int32_t page) {
   requirePage(page);
-  m_reader.read(page - 1, m_pageWords);
+  if (!m_ahead || !m_ahead->take(page - 1, m_pageWords)) {
+    m_reader.read(page - 1, m_pageWords);
+  }
   m_list.clear();
   for (const std::uint32_t index : m_pageWords.reading) {
     const Word& word = m_pageWords.words[index];

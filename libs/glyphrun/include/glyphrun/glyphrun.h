@@ -221,6 +221,11 @@ GLYPHRUN_API void ReleaseImage(GlyphrunImage* image);
 /** The joining tolerance of this view's words: see SetWordSpacing, which views do not heed. */
 GLYPHRUN_API void SetViewWordSpacing(GlyphrunView* view, double factor);
 /**
+ * Has up to that many threads read the words of a view's pages before they are asked for, from the
+ * first on, or behind the page asked for last; 0 (the start value): none. Nothing else changes.
+ */
+GLYPHRUN_API void SetViewReadAhead(GlyphrunView* view, int32_t threads);
+/**
  * The words of a page in reading order, the same that the page-by-page operations give. Returns
  * their number or a failure; *words stays the view's own until its next call.
  */
