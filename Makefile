@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench soak inbox-test fuzz clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench package soak inbox-test fuzz clean
 
 all: build
 
@@ -42,6 +42,11 @@ run: build
 
 bench: build
 	@bench/run $(BIN)
+
+# The Debian package, in build/package, out of what git tracks.
+package: packages
+	@scripts/install-packages packages-package.txt
+	@scripts/package
 
 # Bad days for an hour: runs beside each other, kills, full disks, sources that change. It prints a table.
 soak: build
