@@ -203,8 +203,8 @@ bool MainWindow::isAllowed(const QString& path) {
   const QString reach = reachOf(m_program.store().edited()).join(QStringLiteral("\n\n"));
   return reach.isEmpty() ||
          isAgreedOnce(m_dialogs, m_memory, this,
-                      {QStringLiteral("%1 does more than write PDFs:\n\n%2\n\nIs it to do that, "
-                                      "now and later? If not, it is loaded without.")
+                      {QStringLiteral("%1 does more than write PDFs:\n\n%2\n\nDo you allow this, "
+                                      "now and later? With No it is loaded without.")
                            .arg(path, reach),
                        QStringLiteral("A setup from elsewhere"),
                        platform::FileDigest::of(path).sha256 + reach.toUtf8()});
