@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench package soak inbox-test fuzz clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test fuzz clean
 
 all: build
 
@@ -47,6 +47,13 @@ bench: build
 package: packages
 	@scripts/install-packages packages-package.txt
 	@scripts/package
+
+# Installs it in a clean Debian 12, uses it, upgrades it to a second build, removes it. FOLIVEX_DEBIAN_BASE may name a
+# packed Debian 12 to begin with; else it is fetched once.
+package-test: package
+	@scripts/install-packages packages-package-test.txt
+	@scripts/package --again "$$(dpkg-deb -f build/package/folivex_*.deb Version)+again"
+	@scripts/package-test build/package/folivex_*[0-9]_*.deb build/package/folivex_*+again_*.deb
 
 # Bad days for an hour: runs beside each other, kills, full disks, sources that change. It prints a table.
 soak: build
