@@ -23,6 +23,7 @@ def journal_of(name: str, cursor: Path) -> str:
 
 def mail_operator(name: str, operator: str, cursor: Path) -> None:
     """Failures that come in while it collects go into one mail. The cursor moves only when the mail left."""
+    systemctl = "systemctl" if os.geteuid() == 0 else "systemctl --user"
     time.sleep(COLLECT_SECONDS)
     while True:
         ahead = cursor.with_suffix(".new")
@@ -36,6 +37,7 @@ def mail_operator(name: str, operator: str, cursor: Path) -> None:
         mail["Auto-Submitted"] = "auto-generated"
         mail.set_content(
             f"{text}\nWhen the inbox itself cannot work (a setting, a full disk), it is looked after no more until\n"
-            f"    systemctl reset-failed 'folivex-inbox@{name}.*'; systemctl restart folivex-inbox@{name}.path\n")
+            f"    {systemctl} reset-failed 'folivex-inbox@{name}.*'\n"
+            f"    {systemctl} restart folivex-inbox@{name}.path\n")
         subprocess.run(["/usr/sbin/sendmail", "-oi", "-t"], input=mail.as_bytes(), check=True)
         ahead.replace(cursor)

@@ -94,7 +94,8 @@ class Splitter:
                     ended.take(json.loads(line))
             child.wait()
             told.seek(0)
-            ended.messages = [text for line in deque(told, MOST_LINES) if (text := plain(line.decode(errors="replace")))]
+            last = [plain(line.decode(errors="replace")) for line in deque(told, MOST_LINES)]
+            ended.messages = [text for text in last if text]
         self.child = None
         ended.code = child.returncode
         return ended

@@ -18,12 +18,12 @@ sys.path.insert(0, str(SOURCES / "samples"))
 from make_statements import FONTS, Customer, Statement  # noqa: E402
 
 SETUP = SOURCES / "samples/example.fxs"  # a file a statement, named statement_ACCOUNT.pdf
+for font in ("Sans", "Sans-Bold", "Serif-Bold"):
+    pdfmetrics.registerFont(TTFont(font, FONTS / f"DejaVu{font}.ttf"))
 
 
 def make_source(path: Path, first_account: int, documents: int, dice: random.Random) -> Counter[str]:
     """Writes statements of accounts from `first_account` on; returns the pages of each."""
-    for name in ("Sans", "Sans-Bold", "Serif-Bold"):
-        pdfmetrics.registerFont(TTFont(name, FONTS / f"DejaVu{name}.ttf"))
     canvas = Canvas(str(path), pageCompression=1, invariant=1)
     pages: Counter[str] = Counter()
     for account in range(first_account, first_account + documents):
