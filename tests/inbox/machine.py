@@ -43,8 +43,9 @@ def packages_of(folder: Path) -> list[str]:
 
 
 class Machine:
-    def __init__(self, place: Path, build: Path) -> None:
+    def __init__(self, place: Path, build: Path, package: Path | None = None) -> None:
         """`place` keeps what is downloaded for the next time."""
+        self.package = package
         self.base = place / "base"
         self.root = place / "machine"
         self.log = place / "boot.log"
@@ -55,11 +56,19 @@ class Machine:
         self.make_base()
         shutil.rmtree(self.root, ignore_errors=True)
         subprocess.run(["cp", "-a", "--reflink=auto", self.base, self.root], check=True)
-        subprocess.run(["cmake", "--install", self.build, "--prefix", "/usr"], check=True, stdout=subprocess.DEVNULL,
-                       env={**os.environ, "DESTDIR": str(self.root)})
-        self.chroot(self.root, "systemd-sysusers")
+        self.install()
         (self.root / "etc/machine-id").write_text("")
         (self.root / "etc/hostname").write_text("office\n")
+
+    def install(self) -> None:
+        if self.package is not None:
+            shutil.copy(self.package, self.root / "tmp/folivex.deb")
+            self.chroot(self.root, "env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "-q", "-y",
+                        "--no-install-recommends", "install", "/tmp/folivex.deb")
+        else:
+            subprocess.run(["cmake", "--install", self.build, "--prefix", "/usr"], check=True,
+                           stdout=subprocess.DEVNULL, env={**os.environ, "DESTDIR": str(self.root)})
+            self.chroot(self.root, "systemd-sysusers")
 
     def make_base(self) -> None:
         if not (self.base / "bin").exists():
