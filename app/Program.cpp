@@ -58,7 +58,8 @@ QString Program::loadAll() {
     if (library->loaded) {
       return QString();
     }
-    m_person.note(QStringLiteral("%1 (%2)").arg(library->error, library->errorDetail));
+    m_person.found(RunFinding::Library,
+                   QStringLiteral("%1 (%2)").arg(library->error, library->errorDetail));
     return missingLibrary(QString::fromLatin1(name));
   };
   if (const QString missing = load(m_text, "GlyphrunU"); !missing.isEmpty()) {
@@ -91,7 +92,7 @@ void Program::tell(const SetupResult& result) {
 
 void Program::note(const QString& text) {
   if (!text.isEmpty()) {
-    m_person.note(text);
+    m_person.found(RunFinding::Settings, text);
   }
 }
 
@@ -128,8 +129,9 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
     return {true, line.errorCode};
   }
   if (!line.ignored.isEmpty()) {
-    m_person.note(QStringLiteral("these arguments mean nothing here and are left out: %1")
-                      .arg(line.ignored.join(QStringLiteral(", "))));
+    m_person.found(RunFinding::Arguments,
+                   QStringLiteral("these arguments mean nothing here and are left out: %1")
+                       .arg(line.ignored.join(QStringLiteral(", "))));
   }
   tellUnused(line);
   const QStringList sources = sourcesOf(line);
@@ -169,8 +171,9 @@ void Program::tellUnused(const CommandLine& line) {
     }
   }
   if (unused != nullptr) {
-    m_person.note(QStringLiteral("\"%1\" counts for the \"-f\" behind it, and none stands there")
-                      .arg(QLatin1String(unused)));
+    m_person.found(RunFinding::Arguments,
+                   QStringLiteral("\"%1\" counts for the \"-f\" behind it, and none stands there")
+                       .arg(QLatin1String(unused)));
   }
 }
 
@@ -243,7 +246,7 @@ std::optional<int> Program::process(const CommandAction& action) {
   }
   const FolderSearch found = FolderSearch::of(path);
   for (const QString& line : found.told) {
-    m_person.found(RunFinding::SourceMissing, line);
+    m_person.found(RunFinding::Search, line);
   }
   if (!found.isWhole) {
     keepCode(static_cast<int>(RunError::SourceMissing));
@@ -356,8 +359,8 @@ Program::Ended Program::planOne(SourceResult& result) {
     m_person.found(runFindingOf(m_exitCode), plan.problem);
     return {false, m_exitCode};
   }
-  for (const QString& line : plan.notes) {
-    m_person.note(QStringLiteral("%1: %2").arg(result.path, line));
+  for (const Finding& note : plan.notes) {
+    m_person.found({note.kind, QStringLiteral("%1: %2").arg(result.path, note.text), note.pages});
   }
   if (m_person.wantsRecords()) {
     recordPlan(plan, m_person);
@@ -399,7 +402,7 @@ void Program::explainNoMatch() {
     return;
   }
   for (const QString& line : m_driver->NearestWords()) {
-    m_person.note(line);
+    m_person.found(RunFinding::NearMiss, line);
   }
 }
 

@@ -214,7 +214,7 @@ void PlanPane::setPlan(const QString& source, std::unique_ptr<PlanRows> rows) {
   const PlanRows& shown = m_model->rows();
   m_table->setColumnHidden(static_cast<int>(PlanColumn::Address), !shown.hasAddresses());
   m_summary->setText(shown.total() == 0 ? QString() : shown.summary());
-  tellNotes(shown.plan().notes);
+  tellNotes(textsOf(shown.plan().notes));
   tellCounts();
   if (isAnother) {
     m_page = 0;

@@ -1,16 +1,26 @@
 #include "engine/base/Operator.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 
 namespace folivex {
 
-void Operator::found(RunFinding kind, const QString& text) {
-  note(text);
-  if (wantsRecords()) {
-    record({{QStringLiteral("type"), QStringLiteral("finding")},
-            {QStringLiteral("kind"), findingWord(kind)},
-            {QStringLiteral("text"), text}});
+void Operator::found(const Finding& finding) {
+  note(finding.text);
+  if (!wantsRecords()) {
+    return;
   }
+  QJsonObject told{{QStringLiteral("type"), QStringLiteral("finding")},
+                   {QStringLiteral("kind"), findingWord(finding.kind)},
+                   {QStringLiteral("text"), finding.text}};
+  if (!finding.pages.empty()) {
+    QJsonArray ranges;
+    for (const auto& [first, last] : finding.pages) {
+      ranges.append(QJsonArray{first, last});
+    }
+    told[QLatin1StringView("pages")] = ranges;
+  }
+  record(told);
 }
 
 } // namespace folivex

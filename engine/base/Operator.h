@@ -41,7 +41,8 @@ public:
   /// is told in automation mode too.
   virtual void note(const QString& text) = 0;
   /// The same, told to a program that reads along, too.
-  void found(RunFinding kind, const QString& text);
+  void found(RunFinding kind, const QString& text) { found(Finding{kind, text}); }
+  void found(const Finding& finding);
   /// A result that was asked for (a plan), in lines ending in LF.
   virtual void print(const QString& text) = 0;
   virtual void progress(const Progress& progress) = 0;

@@ -18,7 +18,8 @@ constexpr FindingWord word(RunFinding kind, const char* text, RunError error) {
 using Kind = RunFinding;
 
 const std::array<FindingWord, static_cast<std::size_t>(Kind::Other) + 1> findingWords = {
-    {word(Kind::None, "none"), word(Kind::SourceMissing, "sourceMissing", RunError::SourceMissing),
+    {word(Kind::None, "none"),
+     word(Kind::SourceMissing, "sourceMissing", RunError::SourceMissing),
      word(Kind::SetupMissing, "setupMissing", RunError::SetupMissing),
      word(Kind::TextReport, "textReport", RunError::TextReport),
      word(Kind::CsvReport, "csvReport", RunError::CsvReport),
@@ -29,11 +30,47 @@ const std::array<FindingWord, static_cast<std::size_t>(Kind::Other) + 1> finding
      word(Kind::OutputFailed, "outputFailed", RunError::OutputFailed),
      word(Kind::MailFailed, "mailFailed", RunError::MailFailed),
      word(Kind::SourceChanged, "sourceChanged", RunError::SourceChanged),
-     word(Kind::FolderBusy, "folderBusy", RunError::FolderBusy), word(Kind::Stopped, "stopped", 1),
-     word(Kind::Unsure, "unsure", 2), word(Kind::Other, "other")}};
+     word(Kind::FolderBusy, "folderBusy", RunError::FolderBusy),
+     word(Kind::Stopped, "stopped", 1),
+     word(Kind::Unsure, "unsure", 2),
+     word(Kind::DamagedPages, "damagedPages"),
+     word(Kind::IllegiblePages, "illegiblePages"),
+     word(Kind::NoText, "noText"),
+     word(Kind::NoMatch, "noMatch"),
+     word(Kind::NearMiss, "nearMiss"),
+     word(Kind::PagesLeft, "pagesLeft"),
+     word(Kind::RangeEmptied, "rangeEmptied"),
+     word(Kind::OutputsGivenUp, "outputsGivenUp"),
+     word(Kind::FilesReplaced, "filesReplaced"),
+     word(Kind::OutputsAppended, "outputsAppended"),
+     word(Kind::OutputsRenamed, "outputsRenamed"),
+     word(Kind::FilesCleared, "filesCleared"),
+     word(Kind::OutputFolder, "outputFolder"),
+     word(Kind::OutputLeft, "outputLeft"),
+     word(Kind::Command, "command"),
+     word(Kind::Names, "names"),
+     word(Kind::Settings, "settings"),
+     word(Kind::Protected, "protected"),
+     word(Kind::Repaired, "repaired"),
+     word(Kind::Recognition, "recognition"),
+     word(Kind::Addresses, "addresses"),
+     word(Kind::Mails, "mails"),
+     word(Kind::FolderWait, "folderWait"),
+     word(Kind::Search, "search"),
+     word(Kind::Arguments, "arguments"),
+     word(Kind::Library, "library"),
+     word(Kind::Other, "other")}};
 
 QLatin1StringView findingWord(RunFinding kind) {
   return findingWords[static_cast<std::size_t>(kind)].word;
+}
+
+QStringList textsOf(const std::vector<Finding>& findings) {
+  QStringList texts;
+  for (const Finding& finding : findings) {
+    texts += finding.text;
+  }
+  return texts;
 }
 
 RunFinding runFindingOf(int exitCode) {

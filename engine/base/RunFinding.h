@@ -2,10 +2,13 @@
 #pragma once
 
 #include "engine/base/RunState.h"
+#include "engine/base/Text.h"
 
 #include <QLatin1StringView>
+#include <QStringList>
 
 #include <array>
+#include <vector>
 
 namespace folivex {
 
@@ -27,6 +30,32 @@ enum class RunFinding {
   FolderBusy,
   Stopped, ///< the exit code 1
   Unsure,  ///< the exit code 2
+  DamagedPages,
+  IllegiblePages,
+  NoText,
+  NoMatch,
+  NearMiss,
+  PagesLeft,
+  RangeEmptied,
+  OutputsGivenUp,
+  FilesReplaced,
+  OutputsAppended,
+  OutputsRenamed,
+  FilesCleared,
+  OutputFolder,
+  OutputLeft,
+  Command,
+  Names,
+  Settings,
+  Protected,
+  Repaired,
+  Recognition,
+  Addresses,
+  Mails,
+  FolderWait,
+  Search,
+  Arguments,
+  Library,
   Other
 };
 
@@ -41,6 +70,15 @@ extern const std::array<FindingWord, static_cast<std::size_t>(RunFinding::Other)
 
 /// "sourceMissing"
 QLatin1StringView findingWord(RunFinding kind);
+
+/// Something that a person should know.
+struct Finding {
+  RunFinding kind = RunFinding::Other;
+  QString text;                     ///< a sentence, or what follows the name of the file in one
+  std::vector<IntRange> pages = {}; ///< that it is about, from 1; empty where it is about none
+};
+
+QStringList textsOf(const std::vector<Finding>& findings);
 
 /// Of a code that the program ends with; RunFinding::None for 0.
 RunFinding runFindingOf(int exitCode);

@@ -1,7 +1,7 @@
 // Findings: what a run saw that did not stop it.
 #pragma once
 
-#include <QStringList>
+#include "engine/base/RunFinding.h"
 
 #include <vector>
 
@@ -16,8 +16,8 @@ public:
   void emptyPage() { ++m_empty; }
   void readPage() { ++m_read; }
 
-  /// One line a kind of finding, in plain words; empty when all was well.
-  QStringList lines() const;
+  /// One for each kind, in plain words; empty when all was well.
+  std::vector<Finding> all() const;
 
 private:
   std::vector<int> m_damaged;

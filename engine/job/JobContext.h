@@ -23,14 +23,17 @@ struct RunContext {
       person.message(text);
     }
   }
-  RunError fail(RunError error, const QString& text) const {
-    state.error = error;
-    state.problem = text;
+  void tell(RunFinding kind, const QString& text) const {
     if (state.automation) {
-      person.found(runFindingOf(error), text);
+      person.found(kind, text);
     } else {
       person.message(text);
     }
+  }
+  RunError fail(RunError error, const QString& text) const {
+    state.error = error;
+    state.problem = text;
+    tell(runFindingOf(error), text);
     return error;
   }
 };

@@ -74,7 +74,7 @@ QString JobDriver::folderToClear() const {
 /// everything is told.
 bool JobDriver::lockFolder(const SplitSetup& setup) {
   if (const QString problem = makeOutputFolder(setup.outputDir); !problem.isEmpty()) {
-    m_job.person.note(problem);
+    m_job.person.found(RunFinding::OutputFolder, problem);
   }
   const bool alone = setup.alwaysOverwrite || setup.alwaysAppend || !folderToClear().isEmpty();
   m_batch.folders().begin(alone ? platform::LockUse::Alone : platform::LockUse::Shared,
@@ -99,7 +99,7 @@ void JobDriver::clearFolder(const SplitSetup& setup) {
   }
   if (const QString problem = m_batch.clear(folder, setup.fileName, setup.reportUseFileList);
       !problem.isEmpty()) {
-    m_job.person.note(problem);
+    m_job.person.found(RunFinding::OutputFolder, problem);
   }
 }
 
@@ -107,10 +107,10 @@ void JobDriver::clearFolder(const SplitSetup& setup) {
 bool JobDriver::saveDefaultSetup() {
   const SetupResult saved = m_store.SaveSetup(m_store.DefaultSetupPath(), SavePath::Keep);
   if (!saved.note.isEmpty()) {
-    m_job.person.note(saved.note);
+    m_job.person.found(RunFinding::Settings, saved.note);
   }
   if (!saved.ok() && !std::exchange(m_isUnsavedTold, m_isList)) {
-    m_job.person.note(saved.message);
+    m_job.person.found(RunFinding::SetupFile, saved.message);
   }
   return saved.ok();
 }
@@ -122,7 +122,7 @@ RunError JobDriver::StartProcessing(const SplitPlan* expected) {
     m_job.fail(RunError::Contradiction, contradiction);
   } else {
     if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
-      m_job.person.note(finding);
+      m_job.person.found(RunFinding::Settings, finding);
     }
     if (lockFolder(setup)) {
       runLocked(setup, expected);

@@ -130,7 +130,9 @@ void LivePlan::Planning::over(const WordTable& table, const SourceTable& source)
     m_state.plan.reset(); // what a part of the pages comes to is no plan to hold a run to
     return;
   }
-  m_plan.notes += m_notes;
+  for (const QString& text : m_notes) {
+    m_plan.notes.push_back({RunFinding::Other, text});
+  }
   m_state.pagesRead = m_state.pageCount;
   m_state.plan = std::make_shared<const SplitPlan>(std::move(m_plan));
 }

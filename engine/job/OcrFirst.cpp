@@ -53,7 +53,7 @@ QString recognise(const QString& source, OcrCopy& copy, Operator& person,
   // A program that was ended may leave half a copy.
   if (end.started && end.exitCode == 0 && copy.takeMade()) {
     for (const QString& line : end.errorOutput.split(u'\n', Qt::SkipEmptyParts)) {
-      person.note(line);
+      person.found(RunFinding::Recognition, line);
     }
     return {};
   }
@@ -79,7 +79,7 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
   state.ocrHold.reset();
   const QString path = ocrCopyPath(source, temporaryFolder);
   if (const QString problem = distrust(path); !problem.isEmpty()) {
-    person.note(problem);
+    person.found(RunFinding::Recognition, problem);
     return false;
   }
   const auto copy =
@@ -92,7 +92,8 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
     return !state.userStop;
   };
   if (copy->isThere(wait)) {
-    person.note(QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(path));
+    person.found(RunFinding::Recognition,
+                 QStringLiteral("%1: the OCR'd copy of an earlier run is used").arg(path));
   } else if (state.userStop) {
     return false;
   } else {
@@ -103,7 +104,7 @@ bool OcrFirst(const QString& source, const QString& temporaryFolder, RunState& s
     });
     if (!problem.isEmpty()) {
       if (!state.userStop) {
-        person.note(noCopyText(source, problem));
+        person.found(RunFinding::Recognition, noCopyText(source, problem));
       }
       return false;
     }

@@ -83,12 +83,13 @@ bool OutputRangeSaver::isEmptied(const SplitRange& range, int firstPage) {
     return false;
   }
   ++m_state.emptiedRanges;
-  m_person.note(QStringLiteral("pages %1-%2 (%3): nothing is left when %4 page(s) are removed "
-                               "from the front")
-                    .arg(range.firstPage + 1)
-                    .arg(lastPage)
-                    .arg(range.rangeText)
-                    .arg(m_setup.offsetFirst));
+  m_person.found(RunFinding::RangeEmptied,
+                 QStringLiteral("pages %1-%2 (%3): nothing is left when %4 page(s) are removed "
+                                "from the front")
+                     .arg(range.firstPage + 1)
+                     .arg(lastPage)
+                     .arg(range.rangeText)
+                     .arg(m_setup.offsetFirst));
   return true;
 }
 
@@ -99,13 +100,15 @@ void OutputRangeSaver::tellNameList(NameList::State state) {
   }
   m_toldOfList = state;
   if (state == NameList::State::NotOpened) {
-    m_person.note(QStringLiteral("%1: this list of names cannot be opened; the outputs have the "
-                                 "name \"NOT FOUND!!!\"")
-                      .arg(m_setup.reportUseFileList));
+    m_person.found(RunFinding::Names,
+                   QStringLiteral("%1: this list of names cannot be opened; the outputs have the "
+                                  "name \"NOT FOUND!!!\"")
+                       .arg(m_setup.reportUseFileList));
   } else if (state == NameList::State::Ended) {
-    m_person.note(QStringLiteral("%1: this list has fewer names than there are outputs; the "
-                                 "further ones have the name \"NOT FOUND!!!\"")
-                      .arg(m_setup.reportUseFileList));
+    m_person.found(RunFinding::Names,
+                   QStringLiteral("%1: this list has fewer names than there are outputs; the "
+                                  "further ones have the name \"NOT FOUND!!!\"")
+                       .arg(m_setup.reportUseFileList));
   }
 }
 

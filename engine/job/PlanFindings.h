@@ -14,7 +14,7 @@ struct ClearedFolder {
 
 /// What a run meets on the disk, and which pages and outputs are lost to one another: one line for
 /// each, in plain words.
-QStringList planFindings(const SplitSetup& setup, const SplitPlan& plan,
-                         const ClearedFolder& cleared);
+std::vector<Finding> planFindings(const SplitSetup& setup, const SplitPlan& plan,
+                                  const ClearedFolder& cleared);
 
 } // namespace folivex

@@ -136,7 +136,7 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
   plan.account.start(pageCount);
   plan.madeAt = QDateTime::currentDateTime();
   if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
-    plan.notes += finding;
+    plan.notes.push_back({RunFinding::Settings, finding});
   }
   PlanBuilder builder(plan, parts);
   MarkCollector marks(plan.marks);
@@ -163,10 +163,15 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
        },
        false});
   pipeline.run();
-  plan.notes += pipeline.findings().lines();
-  plan.notes += parts.names.takeFindings();
+  const auto add = [&plan](const std::vector<Finding>& found) {
+    plan.notes.insert(plan.notes.end(), found.begin(), found.end());
+  };
+  add(pipeline.findings().all());
+  for (const QString& finding : parts.names.takeFindings()) {
+    plan.notes.push_back({RunFinding::Names, finding});
+  }
   if (!parts.ignoresDisk) {
-    plan.notes += planFindings(setup, plan, parts.cleared);
+    add(planFindings(setup, plan, parts.cleared));
   }
 }
 

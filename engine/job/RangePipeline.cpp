@@ -8,7 +8,8 @@ namespace folivex {
 RangePipeline::RangePipeline(const SplitSetup& setup, const RunContext& job, const Source& source,
                              const Ends& ends)
     : m_pageCount(source.pageCount), m_state(job.state), m_list(ends.list),
-      m_addresses(ends.addressReader, [&job](const QString& problem) { job.tell(problem); }),
+      m_addresses(ends.addressReader,
+                  [&job](const QString& problem) { job.tell(RunFinding::Other, problem); }),
       m_reservation({setup.alwaysOverwrite, setup.alwaysAppend}, ends.places, ends.list),
       m_namer(setup, source.words, ends.names, ends.clock),
       m_saver(setup, job.state,

@@ -21,9 +21,9 @@ QString unmailedSentence(const EmailRecords& records) {
 }
 
 void tellStop(const EmailRecords& emails, const JobContext& job) {
-  job.tell(QStringLiteral("Process Stopped!"));
+  job.tell(RunFinding::Stopped, QStringLiteral("Process Stopped!"));
   if (const QString unmailed = unmailedSentence(emails); !unmailed.isEmpty()) {
-    job.person.note(unmailed);
+    job.person.found(RunFinding::Mails, unmailed);
   }
 }
 
@@ -56,7 +56,8 @@ void tellRunEnd(const RunOutcome& outcome, const SplitSetup& setup, const QStrin
   } else if (state.userStop) {
     tellStop(outcome.emails, job);
   } else if (state.outputCount == 0 && !outcome.outputsFailed && state.emptiedRanges == 0) {
-    job.tell(QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
+    job.tell(RunFinding::NoMatch,
+             QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
   } else {
     tellDone(setup.reportOptionsTxt, report, job);
   }

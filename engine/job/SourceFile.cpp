@@ -51,7 +51,7 @@ QString SourceFile::scanned() const {
 TextLibraryWords SourceFile::words(const SplitSetup& setup) const {
   return {m_job.libraries.text,
           {scanned(), setup.pdfPassword, setup.rotated, setup.horizWordSpacing},
-          [&job = m_job](const QString& problem) { job.tell(problem); }};
+          [&job = m_job](const QString& problem) { job.tell(RunFinding::Other, problem); }};
 }
 
 /// Where a library cannot read the source, what both can read is opened in its place.
@@ -131,9 +131,10 @@ void SourceFile::recogniseAndOpenWords(const SplitSetup& setup) {
   }
   openWords(setup);
   if (!m_problem.isEmpty() && !m_job.state.ocrFile.isEmpty()) {
-    m_job.person.note(QStringLiteral("%1: this copy of \"%2\" with its recognised words is made "
-                                     "anew when it is not there; remove it and run again")
-                          .arg(m_job.state.ocrFile, m_source));
+    m_job.person.found(RunFinding::Recognition,
+                       QStringLiteral("%1: this copy of \"%2\" with its recognised words is made "
+                                      "anew when it is not there; remove it and run again")
+                           .arg(m_job.state.ocrFile, m_source));
   }
 }
 

@@ -1,11 +1,11 @@
 // SplitPlan: what a run would do, before it does it.
 #pragma once
 
+#include "engine/base/RunFinding.h"
 #include "engine/output/PageAccount.h"
 
 #include <QDateTime>
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
@@ -57,7 +57,7 @@ struct PlanMark {
 struct SplitPlan {
   std::vector<PlannedOutput> outputs;
   QString problem;             ///< why nothing can be planned, empty when all is well
-  QStringList notes;           ///< findings a person should know
+  std::vector<Finding> notes;  ///< what a person should know
   std::vector<PlanMark> marks; ///< in page order; of a page with hundreds of them the first ones
   PageAccount account;
   int fileCount = 0; ///< files that the outputs would make or grow

@@ -67,10 +67,11 @@ void settleRecords(const SplitRunParts& parts, const OutputWriter& writer) {
     record.identity = written.identity;
     record.holdsEarlierPages = parts.setup.alwaysAppend && !written.isNew;
     if (record.addressesDiffer) {
-      parts.job.person.note(QStringLiteral("%1: holds pages with different e-mail addresses (%2)")
-                                .arg(record.outputPath, (QStringList(record.addresses.address) +
-                                                         record.addresses.further)
-                                                            .join(QStringLiteral(", "))));
+      parts.job.person.found(RunFinding::Addresses,
+                             QStringLiteral("%1: holds pages with different e-mail addresses (%2)")
+                                 .arg(record.outputPath, (QStringList(record.addresses.address) +
+                                                          record.addresses.further)
+                                                             .join(QStringLiteral(", "))));
     }
   });
 }
@@ -111,10 +112,10 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
     return;
   }
   if (const QString protection = file.protection(); !protection.isEmpty()) {
-    job.person.note(QStringLiteral("%1: %2").arg(source, protection));
+    job.person.found(RunFinding::Protected, QStringLiteral("%1: %2").arg(source, protection));
   }
   if (const QString repair = file.repair(); !repair.isEmpty()) {
-    job.person.note(QStringLiteral("%1: %2").arg(source, repair));
+    job.person.found(RunFinding::Repaired, QStringLiteral("%1: %2").arg(source, repair));
   }
   outcome.account.start(pageCount);
   OutputWriter writer(setup, job.state,
@@ -148,7 +149,7 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
         QStringLiteral("%1: the plan showed %2 more output(s)").arg(source).arg(check->missing()));
   }
   for (const QString& finding : batch.names(setup.reportUseFileList).takeFindings()) {
-    job.person.note(finding);
+    job.person.found(RunFinding::Names, finding);
   }
   batch.namesTaken();
   writer.finish();
@@ -165,8 +166,9 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
   }
   settle(parts, writer, reports);
   records.tell(writer.written(), job.person);
-  for (const QString& line : pipeline.findings().lines()) {
-    job.person.note(QStringLiteral("%1: %2").arg(source, line));
+  for (const Finding& finding : pipeline.findings().all()) {
+    job.person.found(
+        {finding.kind, QStringLiteral("%1: %2").arg(source, finding.text), finding.pages});
   }
 }
 

@@ -96,7 +96,7 @@ void FolderLocks::tellWait(const QString& folder, const platform::FolderLock& lo
                m_use == platform::LockUse::Alone ? QStringLiteral("have this folder alone")
                                                  : QStringLiteral("write into this folder"),
                whoIsThere(lock));
-  m_person.note(text);
+  m_person.found(RunFinding::FolderWait, text);
   m_person.progress({text, 0, 0, 0});
 }
 

@@ -171,7 +171,8 @@ void OutputWriter::settleCommand(const HandedFile& file, const QString& command,
   const bool isGood = !end.crashed && end.exitCode == 0;
   const bool hasFile = QFileInfo(output.path).isFile();
   if (!isGood || !end.errorOutput.isEmpty()) {
-    m_person.note(
+    m_person.found(
+        RunFinding::Command,
         QStringLiteral("%1: the external command \"%2\" %3%4%5")
             .arg(output.path, command,
                  end.crashed ? QStringLiteral("crashed")
@@ -380,8 +381,9 @@ void OutputWriter::withdraw() {
     const auto now = platform::FileStamp::of(entry.key());
     QFile file(entry.key());
     if (!now || !now->isSameContent(entry->stamp) || !file.remove()) {
-      m_person.note(QStringLiteral("%1: is left, since it was changed after it was written")
-                        .arg(entry.key()));
+      m_person.found(RunFinding::OutputLeft,
+                     QStringLiteral("%1: is left, since it was changed after it was written")
+                         .arg(entry.key()));
     }
     for (const auto& [first, last] : entry->pages) {
       m_account.withdrawn(first, last);
@@ -402,11 +404,12 @@ void OutputWriter::failed(const ReservedOutput& output, const QString& reason) {
   if (m_state.error == RunError::None) {
     m_state.error = RunError::OutputFailed;
   }
-  m_person.note(QStringLiteral("%1: pages %2-%3 could not be written: %4")
-                    .arg(output.path)
-                    .arg(output.firstPage)
-                    .arg(output.lastPage)
-                    .arg(reason));
+  m_person.found(RunFinding::OutputFailed,
+                 QStringLiteral("%1: pages %2-%3 could not be written: %4")
+                     .arg(output.path)
+                     .arg(output.firstPage)
+                     .arg(output.lastPage)
+                     .arg(reason));
 }
 
 } // namespace folivex

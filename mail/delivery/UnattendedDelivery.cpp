@@ -64,7 +64,7 @@ EmailList listOf(const EmailEntries& entries, const std::vector<std::size_t>& ro
 
 void UnattendedDelivery::tell(const QString& text) {
   if (!text.isEmpty()) {
-    m_person.note(text);
+    m_person.found(RunFinding::Mails, text);
   }
 }
 
@@ -208,7 +208,7 @@ UnattendedResult UnattendedDelivery::deliver(const EmailList& list, const QStrin
   if (sent.problem.isEmpty()) {
     tellSummary(list, sent.summary, m_person);
   } else {
-    tell(QStringLiteral("No e-mail was sent: ") + sent.problem);
+    m_person.found(RunFinding::MailFailed, QStringLiteral("No e-mail was sent: ") + sent.problem);
     sent.entries = list.entries();
     sent.summary.entries.resize(sent.entries.size());
   }

@@ -99,8 +99,11 @@ void takePlans(Camera& camera, const Studio& studio) {
     output.address = QStringLiteral("customer%1@example.com").arg(++number);
   }
   plan.outputs[2].address.clear();
-  plan.notes = {QStringLiteral("The file forbids the extraction of its pages; it is split anyway."),
-                QStringLiteral("page 3: the page is damaged; its words were not read")};
+  plan.notes = {
+      {RunFinding::Protected,
+       QStringLiteral("The file forbids the extraction of its pages; it is split anyway.")},
+      {RunFinding::DamagedPages,
+       QStringLiteral("page 3: the page is damaged; its words were not read")}};
   show(table, plan);
   camera.take(table, QStringLiteral("plan-warnings"));
 }

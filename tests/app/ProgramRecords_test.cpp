@@ -43,7 +43,8 @@ protected:
     EXPECT_EQ(shown(records.back()["exitCode"].toInt()), run.exitCode) << run.err.toStdString();
     EXPECT_EQ(records.back()["results"].toInt(), int(of("result", records).size()));
     for (const QJsonObject& finding : of("finding", records)) {
-      EXPECT_TRUE(run.err.contains(finding["text"].toString().toUtf8())) << run.err.toStdString();
+      EXPECT_TRUE(run.err.contains(finding["text"].toString().remove(u'\r').toUtf8()))
+          << run.err.toStdString();
     }
     return records;
   }
@@ -102,6 +103,16 @@ QString shownPages(const QJsonObject& result) {
 
 } // namespace
 
+/// "kind kind", sorted.
+QString shownKinds(const Records& findings) {
+  QStringList kinds;
+  for (const QJsonObject& finding : findings) {
+    kinds += finding["kind"].toString();
+  }
+  kinds.sort();
+  return kinds.join(u' ');
+}
+
 /// Each way of dealing with names that are taken: what was planned is what was done, what was told
 /// is what lies there, page by page.
 TEST_F(ProgramRecords, PlanAndRunTellWhatTheDiskHolds) {
@@ -118,10 +129,14 @@ TEST_F(ProgramRecords, PlanAndRunTellWhatTheDiskHolds) {
     bool overwrites, appends;
     const char* fates; ///< of A, B, the odd one and A again
     const char* pages;
+    const char* found; ///< when it is planned
   } rows[] = {
-      {false, false, "new renamed new renamed", "inFiles 2-9, leftOver 1-1"},
-      {true, false, "givenUp replaces new new", "inFiles 4-9, leftOver 1-1, replaced 2-3"},
-      {false, true, "new appends new appends", "inFiles 2-9, leftOver 1-1"},
+      {false, false, "new renamed new renamed", "inFiles 2-9, leftOver 1-1",
+       "illegiblePages outputsRenamed pagesLeft"},
+      {true, false, "givenUp replaces new new", "inFiles 4-9, leftOver 1-1, replaced 2-3",
+       "filesReplaced illegiblePages outputsGivenUp pagesLeft"},
+      {false, true, "new appends new appends", "inFiles 2-9, leftOver 1-1",
+       "illegiblePages outputsAppended pagesLeft"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.fates);
@@ -133,7 +148,13 @@ TEST_F(ProgramRecords, PlanAndRunTellWhatTheDiskHolds) {
     const QStringList arguments{fxs(), "-fin.pdf", "-c"};
     const Records planned = run(QStringList("--plan") + arguments);
     EXPECT_EQ(filesBelow(out), QStringList("B.pdf"));
+    EXPECT_EQ(shownKinds(of("finding", planned)), row.found);
+    const QJsonObject left = of("finding", planned).back();
+    EXPECT_EQ(left["pages"], QJsonArray({QJsonArray({1, 1})}));
     const Records done = run(arguments);
+    EXPECT_EQ(shownKinds(of("finding", done)), "illegiblePages") << "the odd one";
+    const QJsonObject odds = of("finding", done).front();
+    EXPECT_EQ(odds["pages"], QJsonArray({QJsonArray({6, 7})}));
 
     QStringList fates;
     Records kept;
@@ -184,7 +205,8 @@ TEST_F(ProgramRecords, RefusedSourcesSayWhyAndTheOthersGoOn) {
                 .exitCode,
             0);
   const QString setupFile = fxs();
-  for (const QString& work : {QString("--plan"), QString()}) {
+  QDir(place.work()).mkdir("out");
+  for (const QString& work : {QString("--plan"), QString("--unsure")}) {
     SCOPED_TRACE(work.toStdString());
     const Records records = run({work, setupFile, "-fdamaged.pdf", "-flocked.pdf", "-fgood.pdf",
                                  "-unowhere.fxs", "-fgood.pdf", "-fnever.pdf"});
@@ -196,7 +218,7 @@ TEST_F(ProgramRecords, RefusedSourcesSayWhyAndTheOthersGoOn) {
                   .join(u' ')
                   .simplified();
     }
-    const QString output = work.isEmpty() ? "3 output G.pdf" : "3 planned G.pdf";
+    const QString output = work != "--plan" ? "3 output G.pdf" : "3 planned G.pdf";
     EXPECT_EQ(told, (QStringList{"begin", "1 source damaged.pdf", "1 finding unreadable",
                                  "1 result unreadable damaged.pdf", "2 source locked.pdf",
                                  "2 finding unreadable", "2 result unreadable locked.pdf",
@@ -212,6 +234,22 @@ TEST_F(ProgramRecords, RefusedSourcesSayWhyAndTheOthersGoOn) {
   EXPECT_EQ(of("result", refused).at(0)["error"], "contradiction");
   EXPECT_EQ(refused.back()["error"], "sourceMissing");
   EXPECT_FALSE(of("finding", refused).back().contains("source"));
+}
+
+TEST_F(ProgramRecords, WhatIsFoundHasItsKind) {
+  TextPdf().page().page().write(place.at("scan.pdf"));
+  source("good.pdf", {"A"});
+  QDir(place.work()).mkdir("in");
+  ASSERT_TRUE(QFile::link("nowhere", place.at("in/broken.pdf")));
+  const Records search = run({"-x", fxs(), "-fin/*", "-c"});
+  EXPECT_EQ(shownKinds(of("finding", search)), "arguments search search search");
+  EXPECT_EQ(search.back()["error"], "sourceMissing");
+  EXPECT_EQ(shownKinds(of("finding", run({fxs(), "-fscan.pdf", "-c"}))), "noMatch noText");
+  setup.findString = "account:";
+  EXPECT_EQ(shownKinds(of("finding", run({fxs(), "-fgood.pdf", "-c"}))), "nearMiss noMatch");
+  setup.findString = "Account:";
+  setup.offsetFirst = 1;
+  EXPECT_EQ(shownKinds(of("finding", run({fxs(), "-fgood.pdf", "-c"}))), "rangeEmptied");
 }
 
 /// Pages that are lost, and outputs that are not there: nothing is told of a file that cannot be

@@ -344,7 +344,7 @@ TEST_F(Job, AWayOfNamingThatIsNoneIsTold) {
     setup().extract = text;
     m_person.notes.clear();
     run();
-    const QStringList plan = driver().Plan().notes;
+    const QStringList plan = textsOf(driver().Plan().notes);
     EXPECT_EQ(m_person.notes.filter("(EXTRACT)").size(), *said == '\0' ? 0 : 1) << text;
     EXPECT_EQ(plan.filter("(EXTRACT)").filter(said).size(), *said == '\0' ? 0 : 1) << text;
   }

@@ -56,7 +56,7 @@ TEST_F(Live, IsThePlanOfARun) {
   EXPECT_EQ(state.pagesRead, 4);
   const SplitPlan plan = driver().Plan();
   EXPECT_EQ(state.plan->outputs, plan.outputs);
-  EXPECT_EQ(state.plan->notes, plan.notes);
+  EXPECT_EQ(textsOf(state.plan->notes), textsOf(plan.notes));
   EXPECT_EQ(state.plan->marks, plan.marks);
   EXPECT_EQ(plan.outputs.size(), 3U);
   EXPECT_EQ(plan.marks.size(), 6U); // where documents begin, and the words behind
@@ -174,10 +174,10 @@ TEST_F(Live, OlderPlansAndFilesAreGivenUpInTheMiddle) {
 
 TEST_F(Live, ToldIsWhatARunWouldMeet) {
   const auto told = [this](const QString& text) {
-    const QString notes = planned().plan->notes.join('\n');
+    const QString notes = textsOf(planned().plan->notes).join('\n');
     EXPECT_TRUE(notes.contains(text)) << text.toStdString() << "\n" << notes.toStdString();
   };
-  EXPECT_EQ(planned().plan->notes, QStringList());
+  EXPECT_EQ(textsOf(planned().plan->notes), QStringList());
   setup().outputDir = at("in/a.pdf/below");
   told("nothing can be written there");
   setup().outputDir = at("new");
