@@ -13,6 +13,7 @@ from typing import Any
 
 RENAME_NOREPLACE = 1
 AT_FDCWD = -100
+FULL = 16 << 20  # bytes
 WITHOUT_IT = (errno.EINVAL, errno.ENOSYS, errno.EOPNOTSUPP)
 libc = ctypes.CDLL(None, use_errno=True)
 
@@ -54,6 +55,12 @@ def remove(path: Path) -> None:
         shutil.rmtree(path)
     else:
         path.unlink(missing_ok=True)
+
+
+def is_full(folder: Path) -> bool:
+    """So nearly that a failed write has no other reason."""
+    room = os.statvfs(folder)
+    return room.f_bavail * room.f_frsize < FULL or (room.f_files > 0 and room.f_favail < 100)
 
 
 def stamp(path: Path) -> dict[str, int]:

@@ -12,6 +12,7 @@ is killed at whatever place, the record and what is there tell how to go on:
 
 from __future__ import annotations
 
+import errno
 import logging
 import os
 import stat
@@ -21,11 +22,14 @@ from pathlib import Path
 
 from . import arrivals, disk
 from .record import Record
-from .settings import Settings
+from .settings import Settings, SettingsProblem
 from .splitting import Ended, Splitter, plain, safe_title
 
 log = logging.getLogger("inbox")
 MOST_ATTEMPTS = 5
+# Kinds of the program's records.
+SETUP_ERRORS = ("setupMissing", "contradiction")
+DISK_ERRORS = ("textReport", "csvReport", "setupFile", "append", "outputFailed")
 
 
 class State(Enum):
@@ -97,6 +101,8 @@ class Source:
         if not os.path.lexists(self.path):
             disk.remove(self.folder)  # it was never taken
             return State.WAITING
+        if last["step"] != "publishing":
+            self.clear()  # first: what is left of an attempt may be what fills the disk
         return self.note_identity() or self.attempts(splitter, setup)
 
     def note_identity(self) -> State | None:
@@ -150,10 +156,14 @@ class Source:
         """Clears away what an earlier attempt left, and returns the name that this one is to be published by."""
         title = self.free_title()
         self.record.add("begun", title=title)
+        self.clear()
+        return title
+
+    def clear(self) -> None:
+        """Not while the record says that outputs are about to be published."""
         for left in os.listdir(self.folder):
             if left not in (".record", self.path.name):
                 disk.remove(self.folder / left)
-        return title
 
     def free_title(self) -> str:
         title, number = self.title, 1
@@ -165,12 +175,25 @@ class Source:
     def judge(self, ended: Ended, title: str) -> State | None:
         """None: another attempt is needed."""
         if ended.code != 0:
+            self.refuse_blame(ended)
             return self.fail(ended.reason, ended.messages)
         if not ended.outputs:
             return self.fail("no document was found in it", ended.messages)
         if not ended.is_there():
             return self.fail("outputs are not as the program told", ended.messages)
         return self.publish(ended, title)
+
+    def refuse_blame(self, ended: Ended) -> None:
+        """What is no fault of the source ends the turn, and the source waits."""
+        error = ended.result["error"]
+        is_full = error in DISK_ERRORS and disk.is_full(self.folder)
+        if error in SETUP_ERRORS or is_full:
+            self.clear()
+            self.record.add("stopped")
+        if is_full:
+            raise OSError(errno.ENOSPC, os.strerror(errno.ENOSPC), str(self.folder))
+        if error in SETUP_ERRORS:
+            raise SettingsProblem(f"setup: {self.settings.setup}: {ended.reason}")
 
     def publish(self, ended: Ended, title: str) -> State | None:
         made = self.folder / title

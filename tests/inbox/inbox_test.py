@@ -21,7 +21,7 @@ from papers import SETUP, SOURCES, make_source, pages_by_account
 
 INBOX = SOURCES / "inbox"
 sys.path.insert(0, str(INBOX))
-from folivex_inbox import disk, record, settings, splitting, turn  # noqa: E402
+from folivex_inbox import disk, record, settings, source, splitting, turn  # noqa: E402
 
 PROGRAM = Path()
 
@@ -165,6 +165,18 @@ class InboxTest(unittest.TestCase):
             office.setup.chmod(0o600)
             office.configure()
         self.assertEqual(office.turn().returncode, 0)
+
+    def test_a_setup_that_cannot_be_run_is_no_fault_of_the_source(self) -> None:
+        expected = self.drop("good.pdf", 100)
+        good = self.office.setup.read_bytes()
+        self.office.setup.write_bytes(good + b"PAGEEXTRACT;From match to next match using position h,v \r\r\n"
+                                      b"FINDSTRING;two words \r\r\n")
+        for _ in range(source.MOST_ATTEMPTS + 1):
+            self.assertEqual(self.office.turn().returncode, 78)
+        self.office.setup.write_bytes(good)
+        self.assertEqual(self.office.turn().returncode, 0)
+        self.assertEqual(pages_by_account(self.office.outputs()), expected)
+        self.assertTrue(self.office.holds_nothing_half())
 
     def test_a_source_that_is_written_to_while_it_is_split_is_begun_anew(self) -> None:
         """By something that runs behind the program, which looks itself while it is at work."""
