@@ -2,6 +2,7 @@
 
 #include "platform/FoundFile.h"
 #include "platform/Paths.h"
+#include "platform/RawText.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -58,7 +59,9 @@ FolderSearch FolderSearch::of(const QString& pattern) {
     if (!isPdfName(name)) {
       otherSpellings += name;
     } else if (const QString problem = platform::problemOf(*entries); !problem.isEmpty()) {
-      notTaken += QStringLiteral("%1: the file is not taken: %2").arg(path, problem);
+      notTaken += QStringLiteral("%1: the file is not taken: %2")
+                      .arg(folder.filePath(platform::rawText(entries->path().filename().native())),
+                           problem);
     } else {
       found.paths += path;
     }

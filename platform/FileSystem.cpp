@@ -1,5 +1,7 @@
 #include "platform/FileSystem.h"
 
+#include "platform/RawText.h"
+
 #include "platform/Paths.h"
 
 #include <cerrno>
@@ -231,7 +233,8 @@ FileAccess accessForSecrets(const QString& path) {
 bool isReadableFile(const QString& path) {
   QFile file;
   FileFailure ignored;
-  return openForReading(file, path, FileAccess::Ordinary, ignored);
+  // Opened by what is left of its name as text it would be another file.
+  return !hasRawBytes(path) && openForReading(file, path, FileAccess::Ordinary, ignored);
 }
 
 } // namespace folivex::platform

@@ -1,5 +1,9 @@
 #include "platform/Terminal.h"
 
+#include "platform/RawText.h"
+
+#include <QFile>
+
 #include <QtGlobal>
 
 #if defined(Q_OS_WIN)
@@ -21,7 +25,7 @@ bool isTerminal(std::FILE* stream) {
 QByteArray terminalText(const QString& text) {
   QString shown;
   shown.reserve(text.size());
-  for (const QChar c : text) {
+  for (const QChar c : hasRawBytes(text) ? QString::fromUtf8(QFile::encodeName(text)) : text) {
     if (c == QLatin1Char('\n') || c == QLatin1Char('\t')) {
       shown += c;
     } else if (c != QLatin1Char('\r')) {

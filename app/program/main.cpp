@@ -4,6 +4,7 @@
 #include "app/program/DisplayProbe.h"
 #include "app/program/ProgramWindows.h"
 #include "platform/DropFilter.h"
+#include "platform/RawText.h"
 #include "platform/Terminal.h"
 #include "widgets/DesktopDialogs.h"
 #include "widgets/ProgramIcon.h"
@@ -87,7 +88,7 @@ bool wantsWindow(const CommandLine& line) {
 int main(int argc, char** argv) {
   QStringList arguments;
   for (int i = 0; i < argc; ++i) {
-    arguments += QString::fromLocal8Bit(argv[i]);
+    arguments += platform::rawArgument(argv[i]);
   }
   ignoreWriteSignals();
   const CommandLine line = parseCommandLine(arguments);

@@ -1,5 +1,7 @@
 #include "engine/base/Operator.h"
 
+#include "engine/base/RecordText.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -11,8 +13,8 @@ void Operator::found(const Finding& finding) {
     return;
   }
   QJsonObject told{{QStringLiteral("type"), QStringLiteral("finding")},
-                   {QStringLiteral("kind"), findingWord(finding.kind)},
-                   {QStringLiteral("text"), finding.text}};
+                   {QStringLiteral("kind"), findingWord(finding.kind)}};
+  setRecordText(told, QStringLiteral("text"), finding.text);
   if (!finding.pages.empty()) {
     QJsonArray ranges;
     for (const auto& [first, last] : finding.pages) {

@@ -1,6 +1,6 @@
 #include "engine/report/RecordFields.h"
 
-#include <QFileInfo>
+#include "platform/RawText.h"
 
 #include <utility>
 
@@ -20,12 +20,8 @@ QJsonObject recordOf(const char* type) {
   return {{QStringLiteral("type"), QLatin1StringView(type)}};
 }
 
-QString recordText(const QString& text) {
-  return QString::fromUtf8(text.toUtf8());
-}
-
 void setPath(QJsonObject& record, const QString& path) {
-  record[QLatin1StringView("path")] = recordText(QFileInfo(path).absoluteFilePath());
+  setRecordText(record, QStringLiteral("path"), platform::absoluteRawPath(path));
 }
 
 void setStamp(QJsonObject& record, const platform::FileStamp& stamp) {

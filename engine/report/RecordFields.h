@@ -1,6 +1,7 @@
 // RecordFields: fields that records of several types have.
 #pragma once
 
+#include "engine/base/RecordText.h"
 #include "engine/output/PageAccount.h"
 #include "engine/report/Reports.h"
 #include "platform/FileStamp.h"
@@ -12,9 +13,6 @@ namespace folivex {
 
 /// A record of this type, which says what other fields it has.
 QJsonObject recordOf(const char* type);
-
-/// Text from a page can hold halves of characters, which no reader of JSON need take.
-QString recordText(const QString& text);
 
 /// The path as an absolute one.
 void setPath(QJsonObject& record, const QString& path);

@@ -5,6 +5,9 @@
 #include "tests/mail/MailServerProcess.h"
 #include "tests/support/Rows.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace folivex;
 using namespace folivex::test;
 
@@ -250,6 +253,40 @@ TEST_F(ProgramRecords, WhatIsFoundHasItsKind) {
   setup.findString = "Account:";
   setup.offsetFirst = 1;
   EXPECT_EQ(shownKinds(of("finding", run({fxs(), "-fgood.pdf", "-c"}))), "rangeEmptied");
+}
+
+/// Names of another system's code page: no byte is lost, and where the outputs lie can be found.
+TEST_F(ProgramRecords, PathsThatAreNoTextAreToldByTheirBytes) {
+  source("in.pdf", {"A"});
+  setup.outputDir = "out";
+  const QString script = "cd \"$(printf 'r\\351s')\" && exec '" FOLIVEX_BIN_DIR
+                         "/folivex' --json \"$0\" -fin.pdf '-f*' -f\"$(printf 'r\\351s.pdf')\" -c";
+  const QByteArray folder = QFile::encodeName(place.work()) + "/r\xe9s";
+  ASSERT_EQ(mkdir(folder.constData(), 0700), 0);
+  ASSERT_EQ(
+      rename(QFile::encodeName(place.at("in.pdf")).constData(), (folder + "/in.pdf").constData()),
+      0);
+  ASSERT_EQ(symlink("in.pdf", (folder + "/r\xe9s.pdf").constData()), 0);
+  // What is left of that name as text is another file, which nobody asked for.
+  ASSERT_EQ(symlink("in.pdf", (folder + "/r\xef\xbf\xbds.pdf").constData()), 0);
+  const ProgramRun run = place.run({"-c", script, fxs()}, "/bin/sh");
+  const Records records = recordsOf(run.out);
+  EXPECT_EQ(run.exitCode, shown(-1)) << run.err.toStdString();
+  const auto bytesOf = [](const QJsonObject& record, const char* key) {
+    return QByteArray::fromBase64(record[QLatin1String(key)].toString().toLatin1());
+  };
+  const Records outputs = of("output", records);
+  ASSERT_GE(outputs.size(), 2U);
+  const QByteArray output = bytesOf(outputs[0], "pathBytes");
+  EXPECT_EQ(output, folder + "/out/A.pdf");
+  EXPECT_EQ(access(output.constData(), R_OK), 0);
+  EXPECT_EQ(bytesOf(of("result", records).back(), "pathBytes"), folder + "/r\xe9s.pdf");
+  EXPECT_EQ(of("result", records).back()["error"], "sourceMissing");
+  EXPECT_TRUE(std::ranges::any_of(of("finding", records), [&](const QJsonObject& finding) {
+    return finding["kind"] == "search" &&
+           bytesOf(finding, "textBytes").contains("r\xe9s.pdf: the file is not taken");
+  }));
+  ASSERT_EQ(system(("rm -r '" + folder + "'").constData()), 0); // by its bytes: no text names it
 }
 
 /// Pages that are lost, and outputs that are not there: nothing is told of a file that cannot be
