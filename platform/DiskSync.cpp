@@ -27,7 +27,7 @@ namespace {
 QString syncAll(const QStringList& files) {
   QSet<QString> folders;
   for (const QString& file : files) {
-    folders.insert(QFileInfo(file).absolutePath());
+    folders.insert(QFileInfo(file).path()); // as it was written: no byte of a name is lost
   }
   std::set<dev_t> done;
   for (const QString& folder : folders) {

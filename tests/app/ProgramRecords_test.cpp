@@ -275,6 +275,7 @@ TEST_F(ProgramRecords, PathsThatAreNoTextAreToldByTheirBytes) {
   const auto bytesOf = [](const QJsonObject& record, const char* key) {
     return QByteArray::fromBase64(record[QLatin1String(key)].toString().toLatin1());
   };
+  EXPECT_EQ(of("result", records).at(0)["error"], "none");
   const Records outputs = of("output", records);
   ASSERT_GE(outputs.size(), 2U);
   const QByteArray output = bytesOf(outputs[0], "pathBytes");
