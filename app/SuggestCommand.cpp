@@ -2,7 +2,7 @@
 
 #include "engine/base/Operator.h"
 #include "engine/base/RunState.h"
-#include "engine/job/ProposalRecord.h"
+#include "engine/job/ProposalPrinter.h"
 #include "engine/job/SourceTable.h"
 #include "engine/setup/SetupStore.h"
 
@@ -12,14 +12,6 @@
 namespace folivex {
 
 namespace {
-
-QString proposalText(const SetupProposal& proposal) {
-  return QStringLiteral("%1: %2.\n   %3 documents, %4 pages left over, %5 names that collide\n")
-      .arg(proposal.sure ? QStringLiteral("sure") : QStringLiteral("not sure"), proposal.reason)
-      .arg(proposal.documents)
-      .arg(proposal.pagesLeft)
-      .arg(proposal.collisions);
-}
 
 /// Takes the place of the file. Empty, or why that cannot be.
 QString takePlace(const QString& path, bool force) {
@@ -66,21 +58,6 @@ bool writeAndRead(const SuggestCommand& command, SplitSetup& setup) {
   setup.fileName = proposed.fileName;
   setup.pdfPassword = proposed.pdfPassword;
   return true;
-}
-
-void tellProposals(const std::vector<SetupProposal>& proposals, const QString& setupFile,
-                   Operator& person) {
-  QString text;
-  int rank = 0;
-  for (const SetupProposal& proposal : proposals) {
-    text += QStringLiteral("%1. ").arg(++rank) + proposalText(proposal);
-    if (person.wantsRecords()) {
-      person.record(proposalRecord(rank, proposal, setupFile));
-    }
-  }
-  if (!person.wantsRecords()) {
-    person.print(text);
-  }
 }
 
 } // namespace

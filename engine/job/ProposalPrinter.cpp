@@ -1,4 +1,4 @@
-#include "engine/job/ProposalRecord.h"
+#include "engine/job/ProposalPrinter.h"
 
 #include "engine/report/RecordFields.h"
 #include "engine/setup/SetupFile.h"
@@ -21,8 +21,7 @@ QJsonObject settingsOf(const SetupProposal& proposal) {
   return settings;
 }
 
-} // namespace
-
+/// `rank` counts from 1, the best.
 QJsonObject proposalRecord(int rank, const SetupProposal& proposal, const QString& setupFile) {
   QJsonObject record = recordOf("proposal");
   record[QLatin1StringView("rank")] = rank;
@@ -36,6 +35,31 @@ QJsonObject proposalRecord(int rank, const SetupProposal& proposal, const QStrin
     setPath(record, setupFile);
   }
   return record;
+}
+
+QString proposalText(const SetupProposal& proposal) {
+  return QStringLiteral("%1: %2.\n   %3 documents, %4 pages left over, %5 names that collide\n")
+      .arg(proposal.sure ? QStringLiteral("sure") : QStringLiteral("not sure"), proposal.reason)
+      .arg(proposal.documents)
+      .arg(proposal.pagesLeft)
+      .arg(proposal.collisions);
+}
+
+} // namespace
+
+void tellProposals(const std::vector<SetupProposal>& proposals, const QString& setupFile,
+                   Operator& person) {
+  QString text;
+  int rank = 0;
+  for (const SetupProposal& proposal : proposals) {
+    text += QStringLiteral("%1. ").arg(++rank) + proposalText(proposal);
+    if (person.wantsRecords()) {
+      person.record(proposalRecord(rank, proposal, setupFile));
+    }
+  }
+  if (!person.wantsRecords()) {
+    person.print(text);
+  }
 }
 
 } // namespace folivex
