@@ -7,9 +7,11 @@
 #include "app/viewer/PageStrip.h"
 #include "app/viewer/PlanPane.h"
 #include "engine/setup/SetupFields.h"
+#include "mail/delivery/UnattendedDelivery.h"
 #include "widgets/Controls.h"
 #include "widgets/Dialogs.h"
 #include "widgets/OfferLine.h"
+#include "widgets/Theme.h"
 #include "widgets/WindowMemory.h"
 
 #include <QAction>
@@ -18,7 +20,6 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDragEnterEvent>
-#include <QFileInfo>
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
