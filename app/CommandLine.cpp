@@ -138,6 +138,8 @@ private:
       option->second(m_line, apart ? m_arguments[++m_index] : argument.mid(2));
     } else if (word.startsWith(QLatin1String("-c"))) {
       m_close = true;
+    } else if (word == QLatin1String("--pages")) {
+      m_line.pages = PagePart::of(pathValue(m_arguments.value(++m_index)));
     } else if (!takeWord(word) && !word.isEmpty()) {
       m_line.ignored += withoutQuotes(word);
     }
@@ -249,6 +251,7 @@ QString usageText() {
       "  -c           close the program when all is done\n"
       "  --plan       show what would be written, as a table, and write nothing; --plan=csv as "
       "CSV\n"
+      "  --pages RANGE  write only the outputs that begin on these pages, like 1-5000\n"
       "  --suggest    propose setups for this PDF; --suggest=SETUP writes the best, if it is "
       "sure,\n"
       "               to a setup file; --unsure: in any case; --force: over a file that is there\n"

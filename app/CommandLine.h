@@ -1,6 +1,7 @@
 // CommandLine: what the arguments of one start ask for.
 #pragma once
 
+#include "engine/base/PagePart.h"
 #include "engine/job/PlanPrinter.h"
 
 #include <QString>
@@ -41,6 +42,7 @@ struct CommandLine {
   QString suggestedSetup; ///< the setup file that the best proposal goes to; empty for none
   bool unsure = false;    ///< write it even if it is not sure
   bool force = false;     ///< that file may be there already
+  PagePart pages;         ///< the outputs that are wanted
   bool json = false;      ///< records for programs on standard output
   bool help = false;
   bool version = false;

@@ -117,7 +117,7 @@ void MainWindow::process() {
       return false;
     }
     driver.StartProcessing(m_shownPlan.get());
-    m_program.explainNoMatch();
+    m_program.driver().explainNoMatch();
     if (mailsAtOnce) {
       mail();
     }
@@ -255,7 +255,7 @@ void MainWindow::showMatches() {
     MatchWalker walker(*m_page, [&driver] { driver.Stop(); });
     m_onStop = [&walker] { walker.stop(); };
     driver.ShowMatches(walker);
-    m_program.explainNoMatch();
+    m_program.driver().explainNoMatch();
   });
 }
 
@@ -274,7 +274,7 @@ void MainWindow::planWhole() {
   SplitPlan plan;
   work(QStringLiteral("Planning"), [&] {
     plan = m_program.driver().Plan();
-    m_program.explainNoMatch();
+    m_program.driver().explainNoMatch();
   });
   if (m_program.driver().state().userStop) {
     m_activity->setStatus(QStringLiteral("Stopped: there is no plan of a part."));

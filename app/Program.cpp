@@ -137,7 +137,7 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
   const QStringList sources = sourcesOf(line);
   m_source = 0;
   m_sources = static_cast<int>(sources.size());
-  m_driver->beginBatch(sources);
+  m_driver->beginBatch(sources, line.pages);
   m_mail = unattendedMail();
   const std::optional<int> code = performAll(line);
   m_mail->finish();
@@ -297,7 +297,7 @@ Program::Ended Program::split(SourceResult& result) {
   }
   const RunError error = m_driver->StartProcessing();
   result.outcome = &m_driver->outcome();
-  explainNoMatch();
+  m_driver->explainNoMatch();
   const int code = static_cast<int>(error);
   if (endsProgram(error)) {
     return {true, code};
@@ -324,8 +324,10 @@ std::unique_ptr<LivePlan> Program::livePlan(LivePlan::OnState onState) {
 std::optional<int> Program::goOnMailing(SourceResult& result) {
   SplitSetup setup = m_store.working();
   commitSetup(m_store.edited(), setup);
-  const std::optional<UnattendedResult> gone =
-      m_mail->goOn(setup, platform::withoutTrailingBlanks(result.path));
+  std::optional<UnattendedResult> gone;
+  if (m_line->pages.isAll()) { // else a list that is there may be another part's
+    gone = m_mail->goOn(setup, platform::withoutTrailingBlanks(result.path));
+  }
   if (gone) {
     result.mails = mailsRecord(gone->summary, gone->savedList);
     m_driver->keepFolder(outputFolderOf(setup, result.path));
@@ -367,7 +369,7 @@ Program::Ended Program::planOne(SourceResult& result) {
   } else {
     m_person.print(planText(plan, m_plan));
   }
-  explainNoMatch();
+  m_driver->explainNoMatch();
   return {};
 }
 
@@ -393,17 +395,6 @@ Program::Ended Program::suggestFor(SourceResult& result) {
          return !m_driver->state().userStop;
        }});
   return {m_driver->state().userStop, code};
-}
-
-void Program::explainNoMatch() {
-  const RunState& state = m_driver->state();
-  if (state.rangeCount > 0 || state.emptiedRanges > 0 || state.userStop ||
-      state.error != RunError::None) {
-    return;
-  }
-  for (const QString& line : m_driver->NearestWords()) {
-    m_person.found(RunFinding::NearMiss, line);
-  }
 }
 
 void Program::close() {

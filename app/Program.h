@@ -50,9 +50,6 @@ public:
   /// The close command: saves the settings to the default setup file.
   void close();
 
-  /// After a run that found nothing: tells the words that come nearest to what was looked for.
-  void explainNoMatch();
-
   SetupStore& store() { return m_store; }
   const SetupStore& store() const { return m_store; }
   JobDriver& driver() { return *m_driver; }

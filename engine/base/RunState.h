@@ -1,6 +1,8 @@
 // RunState: the run in progress.
 #pragma once
 
+#include "engine/base/PagePart.h"
+
 #include <QString>
 
 #include <memory>
@@ -26,16 +28,18 @@ enum class RunError {
 
 /// State of the run in progress. Page indexes count from 0.
 struct RunState {
-  int pendingStart = -1; ///< first page of the range that is open, -1 when none
-  int outputCount = 0;   ///< output files handed to the writer; at the end, those written
-  int rangeCount = 0;    ///< ranges saved
-  int emptiedRanges = 0; ///< ranges of which no page was left
-  bool isRead = false;   ///< no page is left to read; what waited for that is written
+  int pendingStart = -1;   ///< first page of the range that is open, -1 when none
+  int outputCount = 0;     ///< output files handed to the writer; at the end, those written
+  int rangeCount = 0;      ///< ranges saved
+  int emptiedRanges = 0;   ///< ranges of which no page was left
+  int rangesElsewhere = 0; ///< ranges that are no output of `part`
+  bool isRead = false;     ///< no page is left to read; what waited for that is written
   bool userStop = false;
   bool abortRun = false;
   bool showOnly = false; ///< matches are shown, nothing is written
   int matchesShown = 0;
   bool automation = false;       ///< no message boxes
+  PagePart part;                 ///< the outputs that are this run's
   bool commandLine = false;      ///< started with arguments: a failure ends the program
   QString ocrFile;               ///< the OCR'd copy of the source, empty when there is none
   std::shared_ptr<void> ocrHold; ///< as long as it lives, nobody changes that copy

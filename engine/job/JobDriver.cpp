@@ -15,6 +15,8 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace folivex {
@@ -56,9 +58,11 @@ SplitSetup JobDriver::begin() {
   m_store.commit();
   const bool automation = m_state.automation;
   const bool commandLine = m_state.commandLine;
+  const PagePart part = m_state.part;
   m_state = RunState();
   m_state.automation = automation;
   m_state.commandLine = commandLine;
+  m_state.part = part;
   m_outcome = RunOutcome();
   m_batch.namesTaken(); // by a run that ended early
   return runSetup(m_store.working());
@@ -68,6 +72,32 @@ SplitSetup JobDriver::begin() {
 QString JobDriver::folderToClear() const {
   const QString folder = folivex::folderToClear(m_store.working());
   return m_batch.mayClear(folder) ? folder : QString();
+}
+
+/// What speaks against these settings, or against making a part of the outputs with them: parts are
+/// made in any order and at the same time, and must come to what one run makes.
+QString JobDriver::contradictionOf(const SplitSetup& setup) const {
+  const QString contradiction = contradictionIn(setup);
+  if (!contradiction.isEmpty() || m_state.part.isAll()) {
+    return contradiction;
+  }
+  if (!m_state.part.isValid()) {
+    return QStringLiteral("\"--pages\" needs a range of pages like 1-5000");
+  }
+  const std::pair<bool, const char*> findings[] = {
+      {setup.alwaysAppend, "ALWAYSAPPEND: outputs of several parts may go to one file, and their "
+                           "order would be left to chance"},
+      {!folderToClear().isEmpty(), "clearing the output folder: each part would remove the outputs "
+                                   "of the others"},
+      {setup.createList, "the list of outputs: it is one file, and no PDF is written"},
+      {setup.emailEnable && !setup.emailConfirm,
+       "sending e-mail: mails leave when all parts are there. With EMAILCONFIRM each part saves "
+       "its list of mails"}};
+  const auto* finding = std::ranges::find(findings, true, &std::pair<bool, const char*>::first);
+  return finding == std::end(findings)
+             ? QString()
+             : QStringLiteral("A part of the pages cannot be made together with %1")
+                   .arg(QLatin1StringView(finding->second));
 }
 
 /// Makes the output folder and waits until this run may write there. False when it may not; then
@@ -118,7 +148,7 @@ bool JobDriver::saveDefaultSetup() {
 RunError JobDriver::StartProcessing(const SplitPlan* expected) {
   const SplitSetup setup = begin();
   // Before anything is touched: a refused run must not have cleared a folder.
-  if (const QString contradiction = contradictionIn(setup); !contradiction.isEmpty()) {
+  if (const QString contradiction = contradictionOf(setup); !contradiction.isEmpty()) {
     m_job.fail(RunError::Contradiction, contradiction);
   } else {
     if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
@@ -154,9 +184,9 @@ void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
   }
   m_outcome.source = file.stamp();
   Reports reports;
-  const Reports::Opened opened =
-      reports.open(reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable),
-                   setup.fileName, setup.findString, QDateTime::currentDateTime());
+  const Reports::Opened opened = reports.open(
+      reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable, m_state.part),
+      setup.fileName, setup.findString, QDateTime::currentDateTime());
   if (opened.error != RunError::None) {
     m_job.fail(opened.error, opened.message);
     return;
@@ -194,7 +224,7 @@ int JobDriver::PageCount(const SplitSetup& setup, QString& problem) const {
 SplitPlan JobDriver::Plan() {
   const SplitSetup setup = begin();
   SplitPlan plan;
-  if (plan.problem = contradictionIn(setup); !plan.problem.isEmpty()) {
+  if (plan.problem = contradictionOf(setup); !plan.problem.isEmpty()) {
     m_state.error = RunError::Contradiction;
     return plan;
   }
@@ -237,10 +267,16 @@ bool JobDriver::Recognise() {
   return isKept;
 }
 
-QStringList JobDriver::NearestWords() {
+void JobDriver::explainNoMatch() {
+  if (m_state.rangeCount > 0 || m_state.emptiedRanges > 0 || m_state.rangesElsewhere > 0 ||
+      m_state.userStop || m_state.error != RunError::None) {
+    return;
+  }
   SplitSetup setup = m_store.working();
   setup.fileName = platform::withoutTrailingBlanks(setup.fileName);
-  return nearestWords(setup, m_job);
+  for (const QString& line : nearestWords(setup, m_job)) {
+    m_job.person.found(RunFinding::NearMiss, line);
+  }
 }
 
 void JobDriver::ShowMatches(MatchObserver& observer) {

@@ -48,9 +48,9 @@ public:
   /// the reason is told.
   bool Recognise();
 
-  /// Why a search found nothing: one line for each of the words that come nearest to what was
-  /// looked for, the nearest first. Reads the file named in `FILENAME` once more.
-  QStringList NearestWords();
+  /// After a run or plan that found nothing, tells the words that come nearest to what was looked
+  /// for, the nearest first. Reads the file named in `FILENAME` once more.
+  void explainNoMatch();
 
   /// Walks the matches of the file named in `FILENAME` without writing anything.
   void ShowMatches(MatchObserver& observer);
@@ -68,12 +68,17 @@ public:
   /// Several sources are processed as one piece of work, until endBatch():
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
   /// none of the sources with it, and the list of names goes on from source to source. A folder
-  /// that was cleared is kept from other runs until the end.
-  void beginBatch(const QStringList& sources) {
+  /// that was cleared is kept from other runs until the end. Of each source the outputs of `part`
+  /// are made, the others only planned.
+  void beginBatch(const QStringList& sources, const PagePart& part = {}) {
     m_batch.begin(sources);
+    m_state.part = part;
     m_totals = RunTotals();
   }
-  void endBatch() { m_batch.end(); }
+  void endBatch() {
+    m_batch.end();
+    m_state.part = PagePart();
+  }
   /// A source of the batch was split by an earlier process: its outputs in this folder stay.
   void keepFolder(const QString& folder) { m_batch.keepFolder(folder); }
 
@@ -95,6 +100,7 @@ public:
 
 private:
   SplitSetup begin();
+  QString contradictionOf(const SplitSetup& setup) const;
   std::unique_ptr<AddressReader> addressReaderFor(const SplitSetup& setup) const;
   QString folderToClear() const;
   bool lockFolder(const SplitSetup& setup);

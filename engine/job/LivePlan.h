@@ -59,7 +59,7 @@ struct LivePlanState {
   std::shared_ptr<const SplitPlan> plan;  ///< of the pages read so far; null before the first
   std::shared_ptr<const WordTable> words; ///< of the file, as far as they are read; may be null
   QString problem;                        ///< plain words, with the next step
-  QStringList nearest;             ///< no match: sentences as JobDriver::NearestWords() gives
+  QStringList nearest;             ///< no match: sentences as JobDriver::explainNoMatch() tells
   std::vector<NearWord> nearWords; ///< the same as words, for buttons
   /// Of the whole file, told last, when they were asked for; none when nothing was found.
   std::optional<std::vector<SetupProposal>> proposals;

@@ -54,9 +54,11 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
   if (isEmptied(range, firstPage)) {
     return;
   }
+  const bool isElsewhere = !m_state.part.contains(firstPage);
   const NamedOutput named = m_stages.namer.name(range);
   tellNameList(named.nameList);
-  if (!named.folderToMake.isEmpty() && m_stages.makesFolders && !m_setup.createList) {
+  if (!isElsewhere && !named.folderToMake.isEmpty() && m_stages.makesFolders &&
+      !m_setup.createList) {
     QDir().mkpath(named.folderToMake);
   }
   const QString path =
@@ -71,6 +73,10 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
     const QString address =
         m_setup.emailEnable ? m_stages.addresses.of(firstPage, lastPage).address : QString();
     m_stages.onSaved(line, named.path, address);
+  }
+  if (isElsewhere) {
+    ++m_state.rangesElsewhere;
+    return;
   }
   writeReportLines(growth, line);
   recordEmail(line);

@@ -14,6 +14,8 @@
 
 namespace folivex {
 
+/// A range that is an output of another part (RunState::part) takes its name and goes no further.
+///
 /// The way of a closed range: `OFFSETFIRST` pages off its front, a name, a reserved path (which
 /// hands it to the writer), a line in both reports, and a record for the e-mail list.
 ///
@@ -23,7 +25,8 @@ namespace folivex {
 /// else grow with the square of the matches.
 class OutputRangeSaver : public RangeSaver {
 public:
-  /// A range, its path before it was reserved, and the address that mail will go to.
+  /// A range, of another part too, its path before it was reserved, and the address that mail will
+  /// go to.
   using OnSaved =
       std::function<void(const ReportLine& line, const QString& namedPath, const QString& address)>;
 

@@ -12,7 +12,7 @@ struct JobContext;
 
 // In the setup, `fileName` is the source.
 
-/// Why a search found nothing; see JobDriver::NearestWords().
+/// Why a search found nothing; see JobDriver::explainNoMatch().
 QStringList nearestWords(const SplitSetup& setup, const JobContext& job);
 
 /// Walks the matches until the observer ends it.

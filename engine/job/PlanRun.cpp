@@ -23,9 +23,14 @@ public:
   bool isProtected(const QString& path) override;
   void output(const ReservedOutput& reserved) override;
   void replaced(const ReservedOutput& lost) override;
+  void elsewhere(const ReservedOutput& output) override;
+  void occupied(const ReservedOutput& output) override;
 
   /// A range was saved: `namedPath` is the path before it was reserved.
   void saved(const PlannedOutput& output, const QString& namedPath);
+
+  /// When all are saved: the outputs of other parts, which give up no names to these, go.
+  void keepPart(const PagePart& part);
 
 private:
   SplitPlan& m_plan;
@@ -33,6 +38,7 @@ private:
   DiskOutputPlaces m_disk;
   const ClearedFolder& m_cleared;
   bool m_ignoresDisk;
+  QSet<QString> m_occupied;
   QHash<QString, std::size_t> m_lastOfPath; ///< row that a path was planned in last
 };
 
@@ -81,6 +87,35 @@ void PlanBuilder::saved(const PlannedOutput& output, const QString& namedPath) {
   }
   m_lastOfPath.insert(planned.path, m_plan.outputs.size());
   m_plan.outputs.push_back(planned);
+}
+
+void PlanBuilder::elsewhere(const ReservedOutput& output) {
+  m_plan.account.elsewhere(output.firstPage, output.lastPage);
+}
+
+void PlanBuilder::occupied(const ReservedOutput& output) {
+  m_plan.account.failed(output.firstPage, output.lastPage);
+  m_plan.notes.push_back({RunFinding::OutputFailed,
+                          QStringLiteral("%1: pages %2-%3 cannot be written: there is a file of "
+                                         "this name, and a part of a source takes no other")
+                              .arg(output.path)
+                              .arg(output.firstPage)
+                              .arg(output.lastPage),
+                          {{output.firstPage, output.lastPage}}});
+  m_occupied.insert(output.path);
+}
+
+void PlanBuilder::keepPart(const PagePart& part) {
+  if (part.isAll()) {
+    return;
+  }
+  std::erase_if(m_plan.outputs, [&](const PlannedOutput& output) {
+    return !part.contains(output.firstPage) || m_occupied.contains(output.path);
+  });
+  m_plan.fileCount =
+      static_cast<int>(std::ranges::count_if(m_plan.outputs, [](const PlannedOutput& output) {
+        return output.fate != PlannedOutput::Fate::GivenUp;
+      }));
 }
 
 /// Words that match everywhere would fill the memory and show nothing.
@@ -163,6 +198,7 @@ void planPages(const PlanParts& parts, SourceWords& words, int pageCount, SplitP
        },
        false});
   pipeline.run();
+  builder.keepPart(parts.job.state.part);
   const auto add = [&plan](const std::vector<Finding>& found) {
     plan.notes.insert(plan.notes.end(), found.begin(), found.end());
   };

@@ -55,7 +55,8 @@ void tellRunEnd(const RunOutcome& outcome, const SplitSetup& setup, const QStrin
     // Told already; nothing was done.
   } else if (state.userStop) {
     tellStop(outcome.emails, job);
-  } else if (state.outputCount == 0 && !outcome.outputsFailed && state.emptiedRanges == 0) {
+  } else if (state.outputCount == 0 && !outcome.outputsFailed && state.emptiedRanges == 0 &&
+             state.rangesElsewhere == 0) {
     job.tell(RunFinding::NoMatch,
              QStringLiteral("Done! and no matches we're found!,\r\n") + searchHint());
   } else {

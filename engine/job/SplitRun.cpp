@@ -31,7 +31,8 @@ void settleCounts(const OutputWriter& writer, RunOutcome& outcome, RunState& sta
   outcome.outputsFailed = writer.failedOutputs() > 0;
   if (outcome.outputsFailed) {
     state.outputCount = std::max(state.outputCount - writer.failedOutputs(), 0);
-  } else if (state.outputCount == 0 && state.rangeCount > 0 && !state.mustEnd()) {
+  } else if (state.outputCount == 0 && state.rangeCount > 0 && state.part.isAll() &&
+             !state.mustEnd()) {
     state.outputCount = 1;
   }
 }

@@ -32,8 +32,8 @@ bool DiskOutputPlaces::isProtected(const QString& path) {
 }
 
 OutputReservation::OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,
-                                     FileSystemRules rules)
-    : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules) {}
+                                     FileSystemRules rules, const PagePart& part)
+    : m_whenTaken(whenTaken), m_places(places), m_list(list), m_rules(rules), m_part(part) {}
 
 QString OutputReservation::reserve(const QString& path, int firstPage, int lastPage,
                                    const Confirm& confirm) {
@@ -43,14 +43,25 @@ QString OutputReservation::reserve(const QString& path, int firstPage, int lastP
     return {};
   }
   if (!m_whenTaken.overwrite) {
-    m_list.output(output);
+    handOn(output);
     return target;
   }
   m_pending.push_back(output);
-  if (m_pending.size() >= pendingLimit) {
+  // What another run writes cannot be replaced later: all that share a name must be known.
+  if (m_pending.size() >= pendingLimit && m_part.isAll()) {
     flush();
   }
   return target;
+}
+
+void OutputReservation::handOn(const ReservedOutput& output) {
+  if (!m_part.contains(output.firstPage)) {
+    m_list.elsewhere(output);
+  } else if (!m_part.isAll() && !m_whenTaken.append && !m_places.claim(output.path)) {
+    m_list.occupied(output);
+  } else {
+    m_list.output(output);
+  }
 }
 
 QString OutputReservation::placeFor(const QString& path) {
@@ -63,7 +74,11 @@ QString OutputReservation::placeFor(const QString& path) {
 }
 
 bool OutputReservation::take(const QString& path) {
-  return !m_promised.contains(m_rules.comparable(path)) && m_places.claim(path);
+  if (m_promised.contains(m_rules.comparable(path))) {
+    return false;
+  }
+  return m_part.isAll() ? m_places.claim(path)
+                        : !m_places.exists(path) || !m_places.isProtected(path);
 }
 
 QString OutputReservation::unusedPath(const QString& path) {
@@ -94,7 +109,9 @@ void OutputReservation::flush() {
   const std::vector<ReservedOutput> entries = std::exchange(m_pending, {});
   const std::vector<bool> replaced = replacedAmong(entries);
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (replaced[i]) {
+    if (!m_part.contains(entries[i].firstPage)) {
+      m_list.elsewhere(entries[i]);
+    } else if (replaced[i]) {
       m_list.replaced(entries[i]);
       m_list.output({QString(), -1, entries[i].lastPage});
     } else {

@@ -1,6 +1,7 @@
 // OutputReservation: what happens when an output's path is taken.
 #pragma once
 
+#include "engine/base/PagePart.h"
 #include "engine/naming/FileSystemRules.h"
 
 #include <QHash>
@@ -33,6 +34,12 @@ public:
   /// Told, with path and pages as they were, right before a replaced output is handed on: its pages
   /// reach no file.
   virtual void replaced(const ReservedOutput& /*lost*/) {}
+
+  /// Told of an output that is another run's.
+  virtual void elsewhere(const ReservedOutput& /*output*/) {}
+
+  /// Told of an output of a part whose place is not free: it goes nowhere.
+  virtual void occupied(const ReservedOutput& /*output*/) {}
 
   /// Told when the run was stopped and what follows was complete before.
   virtual void wereComplete() {}
@@ -69,6 +76,11 @@ private:
 
 /// Reserves the paths of one run. An object lasts for one run, since it remembers the names that it
 /// promised: an output may be on its way and not yet on disk.
+///
+/// In a run that makes only a part of the outputs, names are found as in a folder that holds
+/// nothing but the source: what another run of the same source left there must not change them.
+/// Outputs of other parts take part in it, and are not handed on. An output of this part whose
+/// place is not free then goes nowhere.
 class OutputReservation {
 public:
   /// What the setup says about an output that exists.
@@ -82,7 +94,8 @@ public:
 
   /// `places` and `list` must outlive the reservation.
   OutputReservation(WhenTaken whenTaken, OutputPlaces& places, OutputList& list,
-                    FileSystemRules rules = FileSystemRules::ofThisSystem());
+                    FileSystemRules rules = FileSystemRules::ofThisSystem(),
+                    const PagePart& part = {});
 
   /// Reserves a path that ends in ".pdf" for pages firstPage..lastPage (from 1, inclusive) and
   /// hands it on, or keeps it until the next flush when outputs are overwritten. Returns the path
@@ -99,6 +112,7 @@ public:
 private:
   QString placeFor(const QString& path);
   bool take(const QString& path);
+  void handOn(const ReservedOutput& output);
   QString unusedPath(const QString& path);
   QString unprotectedPath(const QString& path);
   std::vector<bool> replacedAmong(const std::vector<ReservedOutput>& entries) const;
@@ -107,6 +121,7 @@ private:
   OutputPlaces& m_places;
   OutputList& m_list;
   FileSystemRules m_rules;
+  PagePart m_part;
   QSet<QString> m_promised;        ///< comparable paths
   QHash<QString, int> m_lastParts; ///< last part number looked at, by comparable plain path
   std::vector<ReservedOutput> m_pending;

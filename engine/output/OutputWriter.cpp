@@ -100,6 +100,16 @@ void OutputWriter::replaced(const ReservedOutput& lost) {
   m_account.replaced(lost.firstPage, lost.lastPage);
 }
 
+void OutputWriter::elsewhere(const ReservedOutput& output) {
+  m_account.elsewhere(output.firstPage, output.lastPage);
+}
+
+void OutputWriter::occupied(const ReservedOutput& output) {
+  ++m_state.outputCount;
+  failed(output, QStringLiteral("there is a file of this name, and a part of a source takes no "
+                                "other"));
+}
+
 bool OutputWriter::isSourceChanged() {
   if (!m_isSourceChanged && m_source.isChanged && m_source.isChanged()) {
     m_isSourceChanged = true;

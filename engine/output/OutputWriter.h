@@ -57,6 +57,8 @@ public:
 
   void output(const ReservedOutput& output) override;
   void replaced(const ReservedOutput& lost) override;
+  void elsewhere(const ReservedOutput& output) override;
+  void occupied(const ReservedOutput& output) override;
   void wereComplete() override;
 
   /// Writes what is held and waits until the fate of every output is known. To be called when the

@@ -38,6 +38,10 @@ void PageAccount::failed(int first, int last) {
   raise(first, last, Fate::Failed);
 }
 
+void PageAccount::elsewhere(int first, int last) {
+  raise(first, last, Fate::Elsewhere);
+}
+
 void PageAccount::stopped(int first, int last) {
   raise(first, last, Fate::Stopped);
 }
@@ -95,6 +99,7 @@ QString PageAccount::summary(int fileCount) const {
     }
   };
   add(Fate::InNone, QStringLiteral("in no range"));
+  add(Fate::Elsewhere, QStringLiteral("of other parts"));
   add(Fate::HandedOn, QStringLiteral("handed to the command"));
   add(Fate::Replaced, QStringLiteral("only in files that a later one of the same name replaced"));
   add(Fate::Stopped, QStringLiteral("not written, since the run was stopped"));

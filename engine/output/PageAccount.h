@@ -25,11 +25,20 @@ public:
   void replaced(int first, int last);    ///< its output gave way to a later one of the same name
   void handedOn(int first, int last); ///< a command has them, and left no file where it was told to
   void failed(int first, int last);   ///< its output could not be written
-  void stopped(int first, int last);  ///< the run ended before its output was written
+  void elsewhere(int first, int last); ///< its output is another run's
+  void stopped(int first, int last);   ///< the run ended before its output was written
 
   /// Of a page that stands in no output the gravest fate is told. One that stands in any output is
   /// accounted for.
-  enum class Fate : std::uint8_t { InNone, HandedOn, Stopped, Replaced, Failed, Written };
+  enum class Fate : std::uint8_t {
+    InNone,
+    Elsewhere,
+    HandedOn,
+    Stopped,
+    Replaced,
+    Failed,
+    Written
+  };
   int count(Fate fate) const;
   std::vector<IntRange> runsOf(Fate fate) const;
   QString pagesOf(Fate fate) const; ///< "1-3, 40"

@@ -11,8 +11,9 @@ namespace {
 using Fate = PageAccount::Fate;
 
 constexpr std::pair<Fate, const char*> fateKeys[] = {
-    {Fate::Written, "inFiles"},   {Fate::InNone, "leftOver"}, {Fate::HandedOn, "handedOn"},
-    {Fate::Replaced, "replaced"}, {Fate::Stopped, "stopped"}, {Fate::Failed, "failed"}};
+    {Fate::Written, "inFiles"},   {Fate::InNone, "leftOver"},   {Fate::Elsewhere, "elsewhere"},
+    {Fate::HandedOn, "handedOn"}, {Fate::Replaced, "replaced"}, {Fate::Stopped, "stopped"},
+    {Fate::Failed, "failed"}};
 
 } // namespace
 
@@ -45,6 +46,9 @@ void setOutput(QJsonObject& record, const ReportLine& line, const QString& addre
 QJsonObject pagesRecord(const PageAccount& account) {
   QJsonObject pages{{QStringLiteral("total"), account.pageCount()}};
   for (const auto& [fate, key] : fateKeys) {
+    if (fate == Fate::Elsewhere && account.count(fate) == 0) {
+      continue; // of a run that makes all outputs
+    }
     QJsonArray ranges;
     for (const auto& [first, last] : account.runsOf(fate)) {
       ranges.append(QJsonArray{first, last});

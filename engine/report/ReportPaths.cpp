@@ -17,7 +17,7 @@ bool hasReportFolder(const SplitSetup& setup) {
 } // namespace
 
 ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QString& outputFolder,
-                        bool folderWritable) {
+                        bool folderWritable, const PagePart& part) {
   QString file = source;
   if (file.endsWith(QLatin1Char(' '))) {
     file.chop(1);
@@ -27,6 +27,9 @@ ReportPaths reportPaths(const SplitSetup& setup, const QString& source, const QS
     stem = platform::joinPath(outputFolder, platform::fileTitle(file));
   } else if (!setup.reportOptionsCurrent && hasReportFolder(setup)) {
     stem = platform::joinPath(setup.reportOptionsOutputFolder, platform::fileTitle(file));
+  }
+  if (!part.isAll()) {
+    stem += QStringLiteral("_pages_%1-%2").arg(part.first).arg(part.last);
   }
   ReportPaths paths{nullReport(), nullReport(), nullReport()};
   if (setup.reportOptionsTxt) {

@@ -200,6 +200,25 @@ TEST_F(ProgramRecords, PlanAndRunTellWhatTheDiskHolds) {
   }
 }
 
+TEST_F(ProgramRecords, PartsTellEachPageOnceBetweenThem) {
+  source("in.pdf", {"A", "B", "A", "C"});
+  const struct {
+    const char* range;
+    QStringList outputs;
+    const char* pages;
+  } rows[] = {
+      {"1-2", {"1-1 A.pdf new A", "2-2 B.pdf new B"}, "elsewhere 3-4, inFiles 1-2"},
+      {"3-9", {"3-3 A_part002.pdf renamed A", "4-4 C.pdf new C"}, "elsewhere 1-2, inFiles 3-4"}};
+  for (const auto& row : rows) {
+    for (const QString& type : {QString("planned"), QString("output")}) {
+      const QString plan = type == "planned" ? "--plan" : "-c";
+      const Records records = run({plan, fxs(), "-fin.pdf", "--pages", row.range});
+      EXPECT_EQ(shownOutputs(of(type.toLatin1(), records)), row.outputs);
+      EXPECT_EQ(shownPages(of("result", records).at(0)), row.pages);
+    }
+  }
+}
+
 TEST_F(ProgramRecords, RefusedSourcesSayWhyAndTheOthersGoOn) {
   source("good.pdf", {"G"});
   writeFile(place.at("damaged.pdf"), "no PDF");

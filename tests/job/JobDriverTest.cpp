@@ -89,7 +89,9 @@ TEST_F(Job, RunWithoutMatchSaysSo) {
   setup().findString = "ACCOUNT:";
   EXPECT_EQ(run(), RunError::None);
   EXPECT_EQ(m_person.messages, QStringList{"Done! and no matches we're found!,\r\n" + noMatches});
-  EXPECT_FALSE(driver().NearestWords().isEmpty());
+  m_person.notes.clear();
+  driver().explainNoMatch();
+  EXPECT_FALSE(m_person.notes.isEmpty());
 }
 
 TEST_F(Job, UnwritableReportsEndTheRunBeforeItsFirstOutput) {
