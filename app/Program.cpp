@@ -62,10 +62,10 @@ QString Program::loadAll() {
                    QStringLiteral("%1 (%2)").arg(library->error, library->errorDetail));
     return missingLibrary(QString::fromLatin1(name));
   };
-  if (const QString missing = load(m_text, "GlyphrunU"); !missing.isEmpty()) {
+  if (QString missing = load(m_text, "GlyphrunU"); !missing.isEmpty()) {
     return missing;
   }
-  if (const QString missing = load(m_split, "CleftorU"); !missing.isEmpty()) {
+  if (QString missing = load(m_split, "CleftorU"); !missing.isEmpty()) {
     return missing;
   }
   return load(m_append, "MelderU");

@@ -38,7 +38,7 @@ public:
   /// `person` must outlive this; `stopRequested` may be empty.
   UnattendedDelivery(DeliveryMeans means, Operator& person,
                      std::function<bool()> stopRequested = {})
-      : m_means(means), m_person(person), m_stop(std::move(stopRequested)) {}
+      : m_means(std::move(means)), m_person(person), m_stop(std::move(stopRequested)) {}
 
   /// Before a source is split: when a program died, or ended with mails unsent, that had split the
   /// same bytes with the same settings, and its lists are there still, they are gone on with, and
