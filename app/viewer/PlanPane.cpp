@@ -9,6 +9,7 @@
 #include "widgets/Theme.h"
 
 #include <QAbstractTableModel>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
