@@ -122,8 +122,7 @@ private:
   }
 
   void enter(Step& step, uint32_t rank, QPDFObjGen number) {
-    const auto place = static_cast<size_t>(number.getObj());
-    if (place < m_seen.size() && m_seen[place]) {
+    if (m_seen.count(number) != 0) {
       return;
     }
     StructureObject object = m_reader.read(number);
@@ -132,8 +131,7 @@ private:
       return;
     }
     m_index.m_isSound = m_path.size() < deepestElement && size() < mostElements;
-    m_seen.resize(std::max(m_seen.size(), place + 1));
-    m_seen[place] = true;
+    m_seen.insert(number);
     if (object.name) {
       m_index.m_names.emplace_back(size(), std::move(*object.name));
     }
@@ -160,7 +158,7 @@ private:
   const pages::PageTable& m_pages;
   std::vector<Step> m_path;
   std::vector<Found> m_found;
-  std::vector<bool> m_seen; ///< elements, by object number
+  pages::ObjGenSet m_seen; ///< elements
   StructureTexts m_texts;
   StructureReader m_reader;
   uint32_t m_noText;

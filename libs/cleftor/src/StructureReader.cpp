@@ -131,7 +131,7 @@ StructureKid takeKidEntries(PlainTokens& tokens) {
     } else if (key == "/Pg") {
       entries.page = tokens.takeValue();
     } else {
-      entries.isElement = entries.isElement || key == "/S";
+      entries.isElement = entries.isElement || (key == "/S" && tokens.is(Type::tt_name));
       tokens.takeValue();
     }
   }
