@@ -40,7 +40,9 @@ install(FILES ${made}/folivex.bash DESTINATION ${share}/bash-completion/completi
 install(FILES ${made}/folivex.zsh DESTINATION ${share}/zsh/vendor-completions RENAME _folivex)
 install(FILES ${made}/folivex.fish DESTINATION ${share}/fish/vendor_completions.d)
 
-# The inbox finds the program in the folder above its own.
+# The inbox finds the program in the folder above its own, and there what it shares with others.
+install(DIRECTORY attempts/folivex_attempts DESTINATION ${home}/attempts
+  FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
 install(PROGRAMS inbox/folivex-inbox DESTINATION ${home}/inbox)
 install(DIRECTORY inbox/folivex_inbox DESTINATION ${home}/inbox FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
 if(NOT WIN32)

@@ -20,15 +20,19 @@ import time
 from enum import Enum
 from pathlib import Path
 
-from . import arrivals, disk
-from .record import Record
+from folivex_attempts import disk
+from folivex_attempts.record import Record
+from folivex_attempts.splitting import Ended, Splitter, plain, safe_title
+
+from . import arrivals
 from .settings import Settings, SettingsProblem
-from .splitting import Ended, Splitter, plain, safe_title
 
 log = logging.getLogger("inbox")
 MOST_ATTEMPTS = 5
 # Kinds of the program's records.
 SETUP_ERRORS = ("setupMissing", "contradiction")
+# Reports lie beside the outputs, and name them from the folder above on: they stay right wherever it goes.
+OWN_SETTINGS = {"REPORTOPTIONSCURRENT": "0", "REPORTOPTIONSTXT": "1", "REPORTOPTIONSCSV": "1", "EMAILENABLE": "0"}
 DISK_ERRORS = ("textReport", "csvReport", "setupFile", "append", "outputFailed")
 
 
@@ -133,7 +137,8 @@ class Source:
             if self.record.count("begun") - self.record.count("stopped") >= MOST_ATTEMPTS:
                 return self.fail(f"{MOST_ATTEMPTS} attempts at it broke off", messages)
             title = self.begin()
-            ended = splitter.split(self.folder, self.path.name, setup, title)
+            ended = splitter.split(self.folder, self.path.name, setup, {**OWN_SETTINGS, "OUTPUTDIR": title,
+                                                                        "REPORTOPTIONSOUTPUTFOLDER": title})
             messages = ended.messages
             if not ended.has_outcome:
                 if splitter.stopped.is_set():

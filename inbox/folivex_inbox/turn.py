@@ -9,10 +9,11 @@ import signal
 from collections import Counter
 from pathlib import Path
 
+from folivex_attempts.splitting import Splitter, plain
+
 from .arrivals import Arrivals
 from .settings import Settings, SettingsProblem, setup_bytes, try_moves
 from .source import Source, State, take
-from .splitting import Splitter, plain
 
 log = logging.getLogger("inbox")
 # With what it takes to start, so much that the service manager never sees more starts than it allows.

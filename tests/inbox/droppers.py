@@ -11,8 +11,8 @@ from multiprocessing.sharedctypes import Synchronized
 from pathlib import Path
 
 SOURCES = Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(SOURCES / "inbox"))
-from folivex_inbox import disk  # noqa: E402
+sys.path.insert(0, str(SOURCES / "attempts"))
+from folivex_attempts import disk  # noqa: E402
 
 WAYS = ("renamed in", "in pieces", "reopened", "killed, again")
 USER = 1000

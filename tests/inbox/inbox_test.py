@@ -20,8 +20,9 @@ from reportlab.pdfgen.canvas import Canvas
 from papers import SETUP, SOURCES, make_source, pages_by_account
 
 INBOX = SOURCES / "inbox"
-sys.path.insert(0, str(INBOX))
-from folivex_inbox import disk, record, settings, source, splitting, turn  # noqa: E402
+sys.path[:0] = [str(INBOX), str(SOURCES / "attempts")]
+from folivex_attempts import disk, record, splitting  # noqa: E402
+from folivex_inbox import settings, source, turn  # noqa: E402
 
 PROGRAM = Path()
 

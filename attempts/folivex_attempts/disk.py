@@ -41,7 +41,7 @@ def move_into(source: Path, target: Path) -> None:
         number = ctypes.get_errno()
         if number not in WITHOUT_IT:
             raise OSError(number, os.strerror(number), str(source), None, str(target))
-        # A file system without it: nobody but the one turn of this inbox writes there by rule.
+        # A file system without it: whoever moves files there holds a lock; a folder replaces none but an empty one.
         if os.path.lexists(target):
             raise FileExistsError(errno.EEXIST, os.strerror(errno.EEXIST), str(target))
         os.rename(source, target)

@@ -56,10 +56,10 @@ class Ended:
 class Splitter:
     """Runs the program, one source at a time, until stop()."""
 
-    def __init__(self, program: Path, lock: int) -> None:
+    def __init__(self, program: Path, lock: int | None = None) -> None:
         self.program = program
-        # A program that outlives this process keeps the lock, so that no turn comes between.
-        self.lock = lock
+        # A program that outlives this process keeps the lock.
+        self.locks = [] if lock is None else [lock]
         self.stopped = threading.Event()
         self.child: subprocess.Popen[bytes] | None = None
 
@@ -68,23 +68,22 @@ class Splitter:
         if self.child is not None and self.child.poll() is None:
             self.child.send_signal(signal.SIGTERM)
 
-    def split(self, folder: Path, source: str, setup: bytes, target: str) -> Ended:
-        """Splits `folder`/`source` into `folder`/`target`, which is not there; both are plain names. Reports lie
-        beside the outputs, and name them from the folder above on: they stay right wherever it goes."""
-        own = {"SPLITTOSOURCE": "0", "OUTPUTDIR": target, "REPORTOPTIONSCURRENT": "0",
-               "REPORTOPTIONSOUTPUTFOLDER": target, "REPORTOPTIONSTXT": "1", "REPORTOPTIONSCSV": "1",
-               "OTHERSETTINGSREMOVEFILES": "0", "EMAILENABLE": "0"}
+    def split(self, folder: Path, source: str, setup: bytes, own: dict[str, str], *options: str,
+              ended: Ended | None = None) -> Ended:
+        """Splits `source`, a path from `folder` on, as `setup` says but for the settings of `own`. One of these is
+        OUTPUTDIR, the name that a new folder gets in `folder`. `ended` takes the records; else a plain one does."""
+        own = {"SPLITTOSOURCE": "0", "OTHERSETTINGSREMOVEFILES": "0", **own}
         lines = "".join(f"{key};{value} \r\r\n" for key, value in own.items())
         home = folder / ".home"
         home.mkdir(0o700)
         (home / "setup.fxs").write_bytes(setup + lines.encode())
-        (folder / target).mkdir()
+        (folder / own["OUTPUTDIR"]).mkdir()
         environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(home), "TMPDIR": str(home),
                        "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
-        ended = Ended()
+        ended = ended or Ended()
         with (open(home / "messages", "w+b") as told, subprocess.Popen(
-                [self.program, "--json", "-u.home/setup.fxs", f"-f{source}", "-c"], cwd=folder, env=environment,
-                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=told, pass_fds=[self.lock]) as child):
+                [self.program, "--json", *options, "-u.home/setup.fxs", f"-f{source}", "-c"], cwd=folder, env=environment,
+                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=told, pass_fds=self.locks) as child):
             self.child = child
             if self.stopped.is_set():
                 self.stop()
