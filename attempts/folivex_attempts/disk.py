@@ -35,8 +35,8 @@ def sync_tree(folder: Path) -> None:
         sync(Path(place))
 
 
-def move_into(source: Path, target: Path) -> None:
-    """Renames; FileExistsError when `target` is there. The new place is on the disk before the call returns."""
+def rename_new(source: Path, target: Path) -> None:
+    """Renames; FileExistsError when `target` is there."""
     if libc.renameat2(AT_FDCWD, os.fsencode(source), AT_FDCWD, os.fsencode(target), RENAME_NOREPLACE) != 0:
         number = ctypes.get_errno()
         if number not in WITHOUT_IT:
@@ -44,7 +44,17 @@ def move_into(source: Path, target: Path) -> None:
         # A file system without it: whoever moves files there holds a lock; a folder replaces none but an empty one.
         if os.path.lexists(target):
             raise FileExistsError(errno.EEXIST, os.strerror(errno.EEXIST), str(target))
-        os.rename(source, target)
+        try:
+            os.rename(source, target)
+        except OSError as error:
+            if error.errno == errno.ENOTEMPTY:
+                raise FileExistsError(errno.EEXIST, os.strerror(errno.EEXIST), str(target)) from None
+            raise
+
+
+def move_into(source: Path, target: Path) -> None:
+    """The same, and the new place is on the disk before the call returns."""
+    rename_new(source, target)
     sync(target.parent)
     sync(source.parent)
 
