@@ -23,7 +23,7 @@ install(DIRECTORY samples/ DESTINATION ${share}/folivex/samples
 # To read in a browser; the window has them built in. Pages name their pictures without a path.
 install(DIRECTORY app/help/pages/ app/help/pictures/ DESTINATION ${share}/doc/folivex/help)
 install(FILES README.md CHANGELOG.md DESTINATION ${share}/doc/folivex)
-install(FILES docs/inbox.md docs/json.md docs/json.schema.json DESTINATION ${share}/doc/folivex/docs)
+install(FILES docs/farm.md docs/inbox.md docs/json.md docs/json.schema.json DESTINATION ${share}/doc/folivex/docs)
 install(DIRECTORY docs/images DESTINATION ${share}/doc/folivex/docs)
 
 # What desktops and shells look for.
@@ -40,16 +40,19 @@ install(FILES ${made}/folivex.bash DESTINATION ${share}/bash-completion/completi
 install(FILES ${made}/folivex.zsh DESTINATION ${share}/zsh/vendor-completions RENAME _folivex)
 install(FILES ${made}/folivex.fish DESTINATION ${share}/fish/vendor_completions.d)
 
-# The inbox finds the program in the folder above its own, and there what it shares with others.
+# Inbox and farm find the program in the folder above their own, and there what they share.
 install(DIRECTORY attempts/folivex_attempts DESTINATION ${home}/attempts
   FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
-install(PROGRAMS inbox/folivex-inbox DESTINATION ${home}/inbox)
-install(DIRECTORY inbox/folivex_inbox DESTINATION ${home}/inbox FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
-if(NOT WIN32)
-  file(CREATE_LINK ${way}/inbox/folivex-inbox ${CMAKE_BINARY_DIR}/links/folivex-inbox SYMBOLIC)
-  install(FILES ${CMAKE_BINARY_DIR}/links/folivex-inbox DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES ${CMAKE_BINARY_DIR}/inbox/folivex-inbox.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-endif()
+foreach(subject inbox farm)
+  install(PROGRAMS ${subject}/folivex-${subject} DESTINATION ${home}/${subject})
+  install(DIRECTORY ${subject}/folivex_${subject} DESTINATION ${home}/${subject}
+    FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
+  if(NOT WIN32)
+    file(CREATE_LINK ${way}/${subject}/folivex-${subject} ${CMAKE_BINARY_DIR}/links/folivex-${subject} SYMBOLIC)
+    install(FILES ${CMAKE_BINARY_DIR}/links/folivex-${subject} DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(FILES ${CMAKE_BINARY_DIR}/${subject}/folivex-${subject}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  endif()
+endforeach()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   install(DIRECTORY inbox/units/system inbox/units/user DESTINATION lib/systemd)
   install(FILES inbox/units/folivex-inbox.sysusers DESTINATION lib/sysusers.d RENAME folivex-inbox.conf)
