@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test fuzz clean
+.PHONY: all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test farm-test fuzz clean
 
 all: build
 
@@ -63,6 +63,11 @@ soak: build
 inbox-test: build
 	@scripts/install-packages packages-inbox.txt
 	@/usr/bin/python3 -B tests/inbox/night build/$(PRESET) --place build/inbox-test
+
+# A night of the farm under a Slurm of three nodes on this machine, by root: one node dies, one is believed dead.
+farm-test: build
+	@scripts/install-packages packages-farm.txt
+	@/usr/bin/python3 -B tests/farm/night $(BIN)/folivex --place build/farm-test
 
 # Searches for bytes that break what reads them, FUZZ_SECONDS in each target, and goes on where the last search ended.
 FUZZ_SECONDS ?= 60

@@ -19,6 +19,7 @@ import os
 import re
 import stat
 import tempfile
+from collections import Counter
 from collections.abc import Iterator
 from contextlib import contextmanager
 from dataclasses import asdict, dataclass
@@ -102,6 +103,9 @@ class Job:
         self.parts: int = facts["parts"]
         self.program = Path(facts["program"])
         self.sources = [Source(**source) for source in facts["sources"]]
+        self.titles = [safe_title(source.name) for source in self.sources]
+        self.twice = {title for title, times in Counter(self.titles).items() if times > 1}
+        self.read_names: tuple[tuple[int, int], dict[str, Any]] = ((0, 0), {})
 
     @property
     def id(self) -> str:
@@ -119,9 +123,8 @@ class Job:
 
     def title(self, source: Source) -> str:
         """Different for each source of the job."""
-        titles = [safe_title(other.name) for other in self.sources]
-        own = titles[source.number - 1]
-        return own if titles.count(own) == 1 else f"{own}-{source.number}"
+        own = self.titles[source.number - 1]
+        return f"{own}-{source.number}" if own in self.twice else own
 
     def outcome(self, source: Source, task: str) -> dict[str, Any]:
         """What the attempt that was completed first came to; empty while there is none."""
@@ -146,7 +149,13 @@ class Job:
     def names(self) -> dict[str, Any]:
         """What merging the plans came to; empty before that."""
         path = self.folder / "names.json"
-        return json.loads(path.read_bytes()) if path.exists() else {}
+        if not path.exists():
+            return {}
+        info = path.stat()
+        version = (info.st_ino, info.st_mtime_ns)
+        if self.read_names[0] != version:  # asked for with each source, and long where names were not free
+            self.read_names = (version, json.loads(path.read_bytes()))
+        return self.read_names[1]
 
     def keep_names(self, names: dict[str, Any]) -> None:
         write_whole(self.folder / "names.json", json.dumps(names))
@@ -167,7 +176,7 @@ def make_job(setup: Path, out: Path, files: list[Path], clash: str, parts: int, 
     data = setup_at(setup)
     sources = [source_at(path, number) for number, path in enumerate(files, 1)]
     paths = [source.path for source in sources]
-    if twice := next((path for path in paths if paths.count(path) > 1), ""):
+    if twice := next((path for path, times in Counter(paths).items() if times > 1), ""):
         raise JobProblem(f"{twice}: is named twice")
     if not 1 <= parts * len(sources) <= MOST_TASKS:
         raise JobProblem(f"a job has 1 to {MOST_TASKS} tasks; these are {parts * len(sources)}")

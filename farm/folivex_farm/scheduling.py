@@ -99,7 +99,10 @@ class Slurm:
             chunk = tasks[start:start + self.longest]
             listed = self.logs / f"{name}-{os.getpid()}-{start}"
             listed.write_text("".join(f"{task}\n" for task in chunk), encoding="ascii")
-            command = f'{self.step("task")} "$(sed -n "$((SLURM_ARRAY_TASK_ID + 1))p" {shlex.quote(str(listed))})"'
+            task = f'{self.step("task")} "$task"'
+            # Of a process that was killed Slurm thinks that it wanted to end so.
+            command = "\n".join([f'task=$(sed -n "$((SLURM_ARRAY_TASK_ID + 1))p" {shlex.quote(str(listed))})',
+                                 " || ".join([task] * TRIES)])
             sent.append(self.send(name, dependency, command, f"--array=0-{len(chunk) - 1}"))
         return sent
 
