@@ -80,6 +80,16 @@ def setup_at(path: Path) -> bytes:
     return setup
 
 
+def refuse_untrusted(folder: Path) -> None:
+    """A job says which program is run; where others may write to the output folder, one of them may have made it."""
+    try:
+        info = os.lstat(folder)
+    except OSError as error:
+        raise JobProblem(f"{folder}: {error.strerror}") from None
+    if not stat.S_ISDIR(info.st_mode) or info.st_uid != os.geteuid() or info.st_mode & 0o077:
+        raise JobProblem(f"{folder}: is no job of this user that nobody else may look into")
+
+
 def write_whole(path: Path, text: str) -> None:
     """In one step, in the place of what was there."""
     handle, aside = tempfile.mkstemp(dir=path.parent, prefix=".", suffix=".part")
@@ -94,6 +104,7 @@ def write_whole(path: Path, text: str) -> None:
 class Job:
     def __init__(self, folder: Path) -> None:
         self.folder = folder
+        refuse_untrusted(folder)
         try:
             facts = json.loads((folder / "job.json").read_bytes())
         except (OSError, ValueError) as error:
@@ -186,6 +197,7 @@ def make_job(setup: Path, out: Path, files: list[Path], clash: str, parts: int, 
     folder = out.resolve() / f".farm-{digest.hexdigest()[:12]}"
     if not (folder / "job.json").exists():
         folder.mkdir(mode=0o700, exist_ok=True)
+        refuse_untrusted(folder)
         # May hold a password; a folder like this is nobody else's.
         write_whole(folder / "setup.fxs", data.decode("utf-8", "surrogateescape"))
         for source in sources:

@@ -209,6 +209,16 @@ class FarmTest(unittest.TestCase):
         self.assertIn("sameFile", told)
         self.assertEqual(len(self.listed_files("*.lst")), 6)
 
+    def test_a_job_that_others_may_have_made_is_not_run(self) -> None:
+        self.source("march.pdf", 100)
+        code, told = self.submit("march.pdf")
+        self.assertEqual(code, 0, told)
+        folder = Path(told.splitlines()[0])
+        folder.chmod(0o770)
+        for step in (("status", folder), ("task", folder, "0"), ("merge", folder)):
+            self.assertEqual(self.farm(*step).returncode, 78)
+        self.assertEqual(self.submit("march.pdf")[0], 78)
+
     def test_a_source_that_changed_since_it_was_planned_is_not_published(self) -> None:
         self.source("march.pdf", 100)
         job = self.planned_job("march.pdf")
