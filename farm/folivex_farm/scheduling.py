@@ -73,11 +73,21 @@ class Slurm:
         self.script = script
         self.options = options
         self.longest = longest_array()
+        self.sent: list[str] = []
         self.logs = job.folder / "log"
         self.logs.mkdir(exist_ok=True)
 
     def submit(self, sources: Sequence[Source]) -> str:
-        """All steps at once, each behind the one before. Returns the number of the last."""
+        """All steps at once, each behind the one before. Returns the number of the last. Where Slurm does not take all
+        of them, none is left."""
+        try:
+            return self.submit_steps(sources)
+        except JobProblem:
+            if self.sent:
+                ask(["scancel", *self.sent])
+            raise
+
+    def submit_steps(self, sources: Sequence[Source]) -> str:
         plans = self.arrays("plan", open_tasks(self.job, sources, [PLAN]), "")
         names = self.send("names", self.after("afterany", plans), self.step("names"))
         parts = self.arrays("part", open_tasks(self.job, sources, self.job.part_names()),
@@ -109,10 +119,11 @@ class Slurm:
     def send(self, name: str, dependency: str, command: str, *more: str) -> str:
         log = "%A_%a" if more else "%j"
         given = [f"--dependency={dependency}", "--kill-on-invalid-dep=yes"] if dependency else []
-        told = ask(["sbatch", "--parsable", "--requeue", f"--job-name=folivex-{name}-{self.job.id}", "--open-mode=append",
-                    f"--output={self.logs}/{name}-{log}.log", "--chdir=/", *given, *more, *self.options,
+        told = ask(["sbatch", "--parsable", "--requeue", f"--job-name=folivex-{name}-{self.job.id}",
+                    "--open-mode=append", f"--output={self.logs}/{name}-{log}.log", "--chdir=/", *given, *more, *self.options,
                     f"--wrap={command}"])
-        return told.strip().split(";")[0]
+        self.sent.append(told.strip().split(";")[0])
+        return self.sent[-1]
 
 
 def status_lines(job: Job) -> list[str]:
