@@ -39,8 +39,8 @@ def merge(job: Job) -> bool:
 
 def entry_of(job: Job, source: Source) -> dict[str, Any]:
     state, reason = state_of(job, source)
-    if state is State.OPEN and (clashes := job.names().get("clashes")):
-        reason = f"stopped, since names of outputs are not free: {'; '.join(clashes)}"
+    if state is State.OPEN and job.names().get("clashes"):
+        reason = "stopped, since names of outputs are not free"
     if state is State.READY:
         reason = "an output of it has no free name"
     entry: dict[str, Any] = {"path": source.path, "state": state.value, "reason": plain(reason)}
@@ -85,6 +85,7 @@ def summary(job: Job, entries: list[dict[str, Any]], lists: list[Path]) -> str:
     fates = ", ".join(f"{number} {WORDS[fate]}" for fate, number in totals.items() if number)
     lines.append(f"{sum(entry['total'] for entry in done)} pages of what is published: {fates or 'none'}; "
                  f"{sum(entry['files'] for entry in done)} files")
+    lines += [f"not free: {clash}" for clash in job.names().get("clashes", [])]
     unknown = [entry for entry in entries if entry not in done]
     if unknown:
         lines.append(f"{sum(entry.get('total', 0) for entry in unknown)} pages of what is not, as far as it could be "
