@@ -140,6 +140,8 @@ private:
       m_close = true;
     } else if (word == QLatin1String("--pages")) {
       m_line.pages = PagePart::of(pathValue(m_arguments.value(++m_index)));
+    } else if (word == QLatin1String("--planned")) {
+      m_line.planFile = pathValue(m_arguments.value(++m_index));
     } else if (!takeWord(word) && !word.isEmpty()) {
       m_line.ignored += withoutQuotes(word);
     }
@@ -251,7 +253,8 @@ QString usageText() {
       "  -c           close the program when all is done\n"
       "  --plan       show what would be written, as a table, and write nothing; --plan=csv as "
       "CSV\n"
-      "  --pages RANGE  write only the outputs that begin on these pages, like 1-5000\n"
+      "  --pages RANGE  write only the outputs that begin on these pages, like 1-5000; with\n"
+      "               --planned FILE as the plan says that --json --plan wrote\n"
       "  --suggest    propose setups for this PDF; --suggest=SETUP writes the best, if it is "
       "sure,\n"
       "               to a setup file; --unsure: in any case; --force: over a file that is there\n"

@@ -43,6 +43,7 @@ struct CommandLine {
   bool unsure = false;    ///< write it even if it is not sure
   bool force = false;     ///< that file may be there already
   PagePart pages;         ///< the outputs that are wanted
+  QString planFile;       ///< that says what they are; empty to find that out
   bool json = false;      ///< records for programs on standard output
   bool help = false;
   bool version = false;

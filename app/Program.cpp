@@ -137,7 +137,7 @@ Program::Ended Program::handleCommandLine(const CommandLine& line) {
   const QStringList sources = sourcesOf(line);
   m_source = 0;
   m_sources = static_cast<int>(sources.size());
-  m_driver->beginBatch(sources, line.pages);
+  m_driver->beginBatch(sources, line.pages, line.planFile);
   m_mail = unattendedMail();
   const std::optional<int> code = performAll(line);
   m_mail->finish();

@@ -5,6 +5,7 @@
 #include "engine/job/PageLooks.h"
 #include "engine/job/PlanRun.h"
 #include "engine/job/RepairedCopies.h"
+#include "engine/job/SavedPlan.h"
 #include "engine/job/SourceFile.h"
 #include "engine/job/SplitRun.h"
 #include "engine/report/ReportPaths.h"
@@ -78,10 +79,11 @@ QString JobDriver::folderToClear() const {
 /// made in any order and at the same time, and must come to what one run makes.
 QString JobDriver::contradictionOf(const SplitSetup& setup) const {
   const QString contradiction = contradictionIn(setup);
-  if (!contradiction.isEmpty() || m_state.part.isAll()) {
+  const bool isPart = !m_state.part.isAll() || !m_planFile.isEmpty();
+  if (!contradiction.isEmpty() || !isPart) {
     return contradiction;
   }
-  if (!m_state.part.isValid()) {
+  if (m_state.part.isAll() || !m_state.part.isValid()) {
     return QStringLiteral("\"--pages\" needs a range of pages like 1-5000");
   }
   const std::pair<bool, const char*> findings[] = {
@@ -154,8 +156,11 @@ RunError JobDriver::StartProcessing(const SplitPlan* expected) {
     if (const QString finding = fileNameMethodFinding(setup); !finding.isEmpty()) {
       m_job.person.found(RunFinding::Settings, finding);
     }
-    if (lockFolder(setup)) {
-      runLocked(setup, expected);
+    const SavedPlan saved = m_planFile.isEmpty() ? SavedPlan() : SavedPlan::load(m_planFile, setup);
+    if (!saved.problem.isEmpty()) {
+      m_job.fail(RunError::Contradiction, saved.problem);
+    } else if (lockFolder(setup)) {
+      runLocked(setup, expected, saved);
     }
     m_batch.runEnded();
   }
@@ -176,13 +181,20 @@ void JobDriver::addToTotals(const QString& source) {
 }
 
 /// Clears the folder only for a source that can be split.
-void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
+void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected,
+                          const SavedPlan& saved) {
   SourceFile file(m_job);
   const int pageCount = file.openForSplitting(setup);
   if (pageCount > 0) {
     clearFolder(setup);
   }
   m_outcome.source = file.stamp();
+  const bool isPlanned = !m_planFile.isEmpty();
+  if (isPlanned && pageCount > 0 && !saved.isOf(file.stamp(), pageCount)) {
+    m_job.fail(RunError::SourceChanged,
+               QStringLiteral("%1: is no longer the file that was planned").arg(setup.fileName));
+    return;
+  }
   Reports reports;
   const Reports::Opened opened = reports.open(
       reportPaths(setup, setup.fileName, setup.outputDir, m_folderWritable, m_state.part),
@@ -197,8 +209,9 @@ void JobDriver::runLocked(const SplitSetup& setup, const SplitPlan* expected) {
     m_state.error = RunError::SetupFile;
     return;
   }
-  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome, expected}, file,
-              pageCount, reports);
+  splitSource({setup, m_job, m_batch, addressReaderFor(setup).get(), m_outcome, expected,
+               isPlanned ? &saved.outputs : nullptr},
+              file, pageCount, reports);
   if (const Reports::Opened closed = reports.close(); closed.error != RunError::None) {
     m_job.fail(closed.error, closed.message);
   }
@@ -224,7 +237,10 @@ int JobDriver::PageCount(const SplitSetup& setup, QString& problem) const {
 SplitPlan JobDriver::Plan() {
   const SplitSetup setup = begin();
   SplitPlan plan;
-  if (plan.problem = contradictionOf(setup); !plan.problem.isEmpty()) {
+  plan.problem = m_planFile.isEmpty()
+                     ? contradictionOf(setup)
+                     : QStringLiteral("\"--planned\" is for a run, not for a plan");
+  if (!plan.problem.isEmpty()) {
     m_state.error = RunError::Contradiction;
     return plan;
   }

@@ -15,6 +15,7 @@
 namespace folivex {
 
 class MatchObserver;
+struct SavedPlan;
 
 /// Runs jobs with the settings of a SetupStore, one at a time, on the caller's thread. The person
 /// is kept alive by Operator::handlePendingEvents() at every step; Stop() may be called from there.
@@ -69,15 +70,19 @@ public:
   /// `OTHERSETTINGSREMOVEFILES` then clears an output folder before the first of them only, and
   /// none of the sources with it, and the list of names goes on from source to source. A folder
   /// that was cleared is kept from other runs until the end. Of each source the outputs of `part`
-  /// are made, the others only planned.
-  void beginBatch(const QStringList& sources, const PagePart& part = {}) {
+  /// are made, the others only planned. With a file of a plan (see SavedPlan) they are not even
+  /// planned: what it says is made.
+  void beginBatch(const QStringList& sources, const PagePart& part = {},
+                  const QString& planFile = {}) {
     m_batch.begin(sources);
     m_state.part = part;
+    m_planFile = planFile;
     m_totals = RunTotals();
   }
   void endBatch() {
     m_batch.end();
     m_state.part = PagePart();
+    m_planFile.clear();
   }
   /// A source of the batch was split by an earlier process: its outputs in this folder stay.
   void keepFolder(const QString& folder) { m_batch.keepFolder(folder); }
@@ -106,7 +111,7 @@ private:
   bool lockFolder(const SplitSetup& setup);
   void clearFolder(const SplitSetup& setup);
   void addToTotals(const QString& source);
-  void runLocked(const SplitSetup& setup, const SplitPlan* expected);
+  void runLocked(const SplitSetup& setup, const SplitPlan* expected, const SavedPlan& saved);
   bool saveDefaultSetup();
   RowResult processRow(const QString& path,
                        const std::function<void(const QString& source)>& onProcessed);
@@ -118,6 +123,7 @@ private:
   RunTotals m_totals;
   BatchScope m_batch;
   AddressReaderMaker m_addressReader;
+  QString m_planFile;
   bool m_folderWritable;
   bool m_isList = false;        ///< a list is processed: its rows go on without saved settings
   bool m_isUnsavedTold = false; ///< once a list

@@ -1,5 +1,7 @@
 #include "engine/job/OutputRangeSaver.h"
 
+#include "platform/Paths.h"
+
 #include <QDir>
 
 #include <algorithm>
@@ -68,13 +70,32 @@ void OutputRangeSaver::save(const std::vector<SplitRange>& growth) {
     m_held = growth;
     return;
   }
-  const ReportLine line{firstPage, lastPage, range.rangeText, path};
-  if (m_stages.onSaved) {
-    const QString address =
-        m_setup.emailEnable ? m_stages.addresses.of(firstPage, lastPage).address : QString();
-    m_stages.onSaved(line, named.path, address);
+  saved(growth, {firstPage, lastPage, range.rangeText, path}, named.path);
+}
+
+void OutputRangeSaver::savePlanned(const PlannedOutput& planned) {
+  if (m_state.part.contains(planned.firstPage) && m_stages.makesFolders) {
+    QDir().mkpath(platform::folderOf(planned.path));
   }
-  if (isElsewhere) {
+  m_stages.reservation.reserveAs({planned.path, planned.firstPage, planned.lastPage});
+  SplitRange range;
+  range.firstPage = planned.firstPage - 1;
+  range.lastPage = planned.lastPage - 1;
+  range.rangeText = planned.matchedText;
+  saved({range}, {planned.firstPage, planned.lastPage, planned.matchedText, planned.path},
+        planned.fate == PlannedOutput::Fate::Renamed ? QString() : planned.path);
+}
+
+/// A range has its place, or is one of another part.
+void OutputRangeSaver::saved(const std::vector<SplitRange>& growth, const ReportLine& line,
+                             const QString& namedPath) {
+  if (m_stages.onSaved) {
+    const QString address = m_setup.emailEnable
+                                ? m_stages.addresses.of(line.firstPage, line.lastPage).address
+                                : QString();
+    m_stages.onSaved(line, namedPath, address);
+  }
+  if (!m_state.part.contains(line.firstPage)) {
     ++m_state.rangesElsewhere;
     return;
   }

@@ -3,6 +3,7 @@
 
 #include "engine/base/Operator.h"
 #include "engine/base/RunState.h"
+#include "engine/job/SplitPlan.h"
 #include "engine/naming/OutputNamer.h"
 #include "engine/naming/OutputReservation.h"
 #include "engine/output/EmailRecords.h"
@@ -48,6 +49,9 @@ public:
   void saveRange(SplitRange& range) override;
   QString cleanRestOfLine(const QString& text) override;
 
+  /// Saves a range that was planned before, as it was planned: nothing is taken off it.
+  void savePlanned(const PlannedOutput& planned);
+
   /// Hands on what is held, unless the run was stopped. To be called when the last range has come.
   void finish();
   /// First page (from 1) of the range that is held; 0 when none is.
@@ -56,6 +60,8 @@ public:
 private:
   void save(const std::vector<SplitRange>& growth);
   bool isEmptied(const SplitRange& range, int firstPage);
+  void saved(const std::vector<SplitRange>& growth, const ReportLine& line,
+             const QString& namedPath);
   void tellNameList(NameList::State state);
   void writeReportLines(const std::vector<SplitRange>& growth, const ReportLine& whole);
   void recordEmail(const ReportLine& line);

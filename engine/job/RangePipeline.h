@@ -38,20 +38,27 @@ public:
   /// Walks the pages and hands on what waits for the end.
   void run();
 
+  /// The same of what was planned before: no page is read but for addresses.
+  void run(const std::vector<PlannedOutput>& planned);
+
   /// After a run that was stopped: the first page (from 1) that no finished range can hold; else 0.
   int firstUnfinishedPage() const;
 
   const Findings& findings() const { return m_run.findings(); }
 
 private:
+  void finish();
+
   int m_pageCount;
-  const RunState& m_state;
+  RunState& m_state;
+  Operator& m_person;
   OutputList& m_list;
   PageAddresses m_addresses;
   OutputReservation m_reservation;
   OutputNamer m_namer;
   OutputRangeSaver m_saver;
   SourceRun m_run;
+  int m_firstUnsaved = 0; ///< of what was planned, where the run was stopped; else 0
 };
 
 } // namespace folivex

@@ -129,7 +129,7 @@ void SourceRun::listPage(int pageIndex) {
 }
 
 void SourceRun::takeBookmarks(int pageCount) {
-  readAddresses(pageCount);
+  readAddresses({{1, pageCount}}); // bookmarks need no words, but mail does
   const SplitMethod method = splitMethodOf(m_setup.pageExtract);
   for (SplitRange& range : bookmarkRanges(m_words.outline(), method, pageCount)) {
     if (m_state.mustEnd()) {
@@ -140,18 +140,21 @@ void SourceRun::takeBookmarks(int pageCount) {
   }
 }
 
-/// Bookmarks need no words, but mail does.
-void SourceRun::readAddresses(int pageCount) {
+void SourceRun::readAddresses(std::vector<IntRange> ranges) {
   if (m_addresses == nullptr || !m_addresses->isWanted()) {
     return;
   }
-  for (int page = 1; page <= pageCount && !m_state.mustEnd(); ++page) {
-    m_person.progress({QStringLiteral("Processing page: %1").arg(page - 1), page, pageCount,
-                       m_state.outputCount});
-    m_person.handlePendingEvents();
-    m_words.filePages(page, page);
-    m_words.doReverseSort();
-    m_addresses->readPage(page, m_words);
+  std::ranges::sort(ranges, {}, &IntRange::low);
+  int page = 1;
+  for (const auto& [first, last] : ranges) {
+    for (page = std::max(page, first); page <= last && !m_state.mustEnd(); ++page) {
+      m_person.progress(
+          {QStringLiteral("Processing page: %1").arg(page - 1), page, last, m_state.outputCount});
+      m_person.handlePendingEvents();
+      m_words.filePages(page, page);
+      m_words.doReverseSort();
+      m_addresses->readPage(page, m_words);
+    }
   }
 }
 

@@ -1,6 +1,7 @@
 // SourceRun: the page loop over one source.
 #pragma once
 
+#include "engine/base/Text.h"
 #include "engine/job/Findings.h"
 #include "engine/job/JobContext.h"
 #include "engine/job/PageWindow.h"
@@ -8,6 +9,8 @@
 #include "engine/output/PageAddresses.h"
 #include "engine/plan/RangePlanner.h"
 #include "engine/words/SourceWords.h"
+
+#include <vector>
 
 namespace folivex {
 
@@ -34,6 +37,10 @@ public:
   /// Scans the window of the open file's `pageCount` pages, or takes its bookmarks.
   void run(int pageCount);
 
+  /// Reads nothing but the addresses of these ranges (from 1, inclusive, in any order), each page
+  /// once.
+  void readAddresses(std::vector<IntRange> ranges);
+
   /// Walks one page (index from 0) and tells the observer each word with its position; nothing is
   /// matched.
   void listPage(int pageIndex);
@@ -49,7 +56,6 @@ private:
   void walk(PageWindow window);
   void scanPage(int pageIndex);
   void takeBookmarks(int pageCount);
-  void readAddresses(int pageCount);
 
   const SplitSetup& m_setup;
   RunState& m_state;

@@ -105,7 +105,7 @@ void settle(const SplitRunParts& parts, const OutputWriter& writer, Reports& rep
 } // namespace
 
 void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Reports& reports) {
-  const auto& [setup, job, batch, addressReader, outcome, expected] = parts;
+  const auto& [setup, job, batch, addressReader, outcome, expected, planned] = parts;
   const QString& source = setup.fileName;
   if (pageCount == 0) {
     job.fail(RunError::Unreadable, file.problem());
@@ -144,7 +144,11 @@ void splitSource(const SplitRunParts& parts, SourceFile& file, int pageCount, Re
     ends.clock = [madeAt = expected->madeAt] { return madeAt; };
   }
   RangePipeline pipeline(setup, job, {source, pageCount, words}, ends);
-  pipeline.run();
+  if (planned != nullptr) {
+    pipeline.run(*planned);
+  } else {
+    pipeline.run();
+  }
   if (check && check->missing() > 0 && !job.state.mustEnd()) {
     job.person.note(
         QStringLiteral("%1: the plan showed %2 more output(s)").arg(source).arg(check->missing()));

@@ -22,6 +22,8 @@ struct SplitRunParts {
   AddressReader* addressReader; ///< null when no mail is to be sent
   RunOutcome& outcome;
   const SplitPlan* expected; ///< that the run is held to; may be null
+  /// Planned by an earlier run, to be made without looking for them; may be null.
+  const std::vector<PlannedOutput>* planned;
 };
 
 /// Writes the outputs of a source and their lines into `reports`, which are open. `file` was opened

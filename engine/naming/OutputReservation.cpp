@@ -42,16 +42,33 @@ QString OutputReservation::reserve(const QString& path, int firstPage, int lastP
   if (confirm && !confirm(output)) {
     return {};
   }
+  hold(output);
+  return target;
+}
+
+void OutputReservation::reserveAs(const ReservedOutput& planned) {
+  const QString name = m_rules.comparable(planned.path);
+  const bool isPromised = !m_whenTaken.overwrite && m_promised.contains(name);
+  m_promised.insert(name);
+  const bool isOurs = m_part.contains(planned.firstPage);
+  if (isOurs &&
+      (isPromised || (m_places.exists(planned.path) && m_places.isProtected(planned.path)))) {
+    m_list.occupied(planned);
+  } else {
+    hold(planned);
+  }
+}
+
+void OutputReservation::hold(const ReservedOutput& output) {
   if (!m_whenTaken.overwrite) {
     handOn(output);
-    return target;
+    return;
   }
   m_pending.push_back(output);
   // What another run writes cannot be replaced later: all that share a name must be known.
   if (m_pending.size() >= pendingLimit && m_part.isAll()) {
     flush();
   }
-  return target;
 }
 
 void OutputReservation::handOn(const ReservedOutput& output) {

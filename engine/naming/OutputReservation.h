@@ -106,12 +106,16 @@ public:
   using Confirm = std::function<bool(const ReservedOutput& output)>;
   QString reserve(const QString& path, int firstPage, int lastPage, const Confirm& confirm = {});
 
+  /// The same of an output that was planned before, under this name or not at all.
+  void reserveAs(const ReservedOutput& planned);
+
   /// Hands on what waits. To be called when a source is finished.
   void flush();
 
 private:
   QString placeFor(const QString& path);
   bool take(const QString& path);
+  void hold(const ReservedOutput& output);
   void handOn(const ReservedOutput& output);
   QString unusedPath(const QString& path);
   QString unprotectedPath(const QString& path);

@@ -24,6 +24,7 @@ from .job import PLAN, Job, JobProblem, Source
 log = logging.getLogger("farm")
 MOST_ATTEMPTS = 3
 OUT = "out"
+SAVED_PLAN = ".plan"
 DISK_ERRORS = ("textReport", "csvReport", "setupFile", "append", "outputFailed")
 # A list of mails is saved with each attempt; where nobody confirms, nothing is sent.
 OWN_SETTINGS = {"OUTPUTDIR": OUT, "REPORTOPTIONSCURRENT": "0", "REPORTOPTIONSOUTPUTFOLDER": "", "REPORTOPTIONSTXT": "0",
@@ -107,7 +108,21 @@ class Task:
             return []
         total = self.job.outcome(self.source, PLAN)["pages"]["total"]
         first, last = pages_of_part(total, self.job.parts, int(self.name.removeprefix("part-")))
-        return ["--pages", f"{first}-{last}"] if first <= last else None
+        return ["--pages", f"{first}-{last}", "--planned", SAVED_PLAN] if first <= last else None
+
+    def save_plan(self, path: Path, home: str) -> None:
+        """The plan of the source as the program told it, but into the folder `home`."""
+        planned = self.job.outcome(self.source, PLAN)
+        seconds, nanoseconds = divmod(planned["identity"]["mtime"], 1_000_000_000)
+        with open(path, "w", encoding="ascii") as file:
+            for record in (
+                    {"type": "begin", "format": "folivex-records", "version": 1, "work": "plan"},
+                    {"type": "source", "source": 1, "path": self.source.path},
+                    *({"type": "planned", "source": 1, **output, "path": os.path.join(home, output["name"])}
+                      for output in planned["files"]),
+                    {"type": "result", "source": 1, "exitCode": 0, "size": planned["identity"]["size"],
+                     "modified": seconds, "modifiedNanoseconds": nanoseconds, "pages": planned["pages"]}):
+                file.write(f"{json.dumps(record)}\n")
 
     def attempt(self, splitter: Splitter) -> bool:
         folder = Path(tempfile.mkdtemp(prefix=f"attempt-{socket.gethostname()}-{os.getpid()}-", dir=self.place))
@@ -123,6 +138,8 @@ class Task:
     def split(self, folder: Path, splitter: Splitter, options: list[str]) -> dict[str, Any] | None:
         """None when it broke off, or is to be tried again for a reason that is not the source's."""
         told = Told(home=os.path.realpath(folder / OUT))
+        if SAVED_PLAN in options:
+            self.save_plan(folder / SAVED_PLAN, told.home)
         own = {**OWN_SETTINGS, **({"EMAILENABLE": "0"} if self.name == PLAN else {})}
         splitter.split(folder, self.source.path, self.job.setup, own, *options, ended=told)
         if not told.has_outcome:
@@ -141,6 +158,7 @@ class Task:
 
     def complete(self, folder: Path, outcome: dict[str, Any]) -> bool:
         disk.remove(folder / ".home")  # it holds the setup
+        disk.remove(folder / SAVED_PLAN)
         (folder / "outcome.json").write_text(json.dumps(outcome), encoding="utf-8")
         disk.sync_tree(folder)
         try:

@@ -32,8 +32,15 @@ protected:
     setup.outputDir = place.at(folder);
     return fxs(folder + ".fxs");
   }
-  ProgramRun runPart(const QString& part, const QString& folder) {
-    return place.run({setupInto(folder), "-fsums.pdf", "--pages", part, "-c"});
+  ProgramRun runPart(const QString& part, const QString& folder, const QStringList& more = {}) {
+    return place.run(QStringList{setupInto(folder), "-fsums.pdf", "--pages", part, "-c"} + more);
+  }
+  /// Keeps what a run into that folder would do as "plan".
+  QByteArray plan(const QString& folder) {
+    const ProgramRun run = place.run({"--json", "--plan", setupInto(folder), "-fsums.pdf"});
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    writeFile(place.at("plan"), run.out);
+    return run.out;
   }
 
   /// By name, without what a writer makes up for each file.
@@ -109,8 +116,82 @@ TEST_F(ProgramParts, ComeToWhatOneRunMakes) {
     }
     EXPECT_EQ(reported, rowsOf("sums.pdf_report.csv", whole));
     EXPECT_FALSE(reported.isEmpty());
+    const QString planned = QStringLiteral("planned%1").arg(number);
+    plan(planned);
+    pages = 0;
+    for (qsizetype part : {1, 2, 0}) {
+      const ProgramRun run = runPart(parts[part], planned, {"--planned", "plan"});
+      EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+      pages += pagesInFiles(run);
+    }
+    EXPECT_EQ(filesIn(planned), filesIn(whole));
+    EXPECT_EQ(pages, pagesInFiles(one));
     setup = before;
   }
+}
+
+/// Pages are read for nothing but addresses, and only those of the part.
+TEST_F(ProgramParts, OfAPlanMailToWhomTheirPagesName) {
+  TextPdf pdf;
+  for (const char* line : {"Account: A to ann@example.org", "and cy@example.org",
+                           "Account: B to bob@example.org", "Account: C to dan@example.org"}) {
+    pdf.page({line});
+  }
+  pdf.write(place.at("sums.pdf"));
+  setup.emailEnable = setup.emailConfirm = true;
+  QByteArrayList rows;
+  for (const QStringList& more : {QStringList(), QStringList{"--planned", "plan"}}) {
+    const QString folder = QStringLiteral("out%1").arg(more.size());
+    plan(folder);
+    const ProgramRun run = runPart("1-3", folder, more);
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QStringList lists = QDir(place.at(folder)).entryList({"*.lst"});
+    ASSERT_EQ(lists.size(), 1);
+    rows += contentOf(place.at(folder + u'/' + lists[0])).replace(folder.toUtf8(), "out");
+  }
+  EXPECT_EQ(rows[0], rows[1]);
+  EXPECT_TRUE(rows[0].contains("bob@example.org") && !rows[0].contains("dan@example.org"));
+}
+
+TEST_F(ProgramParts, DoWhatThePlanSaysOrNothing) {
+  const QByteArray whole = plan("out");
+  const struct {
+    const char* fault;
+    QByteArray plan;
+    const char* told;
+    int code = -6;
+  } rows[] = {
+      {"the first documents pass for all", whole.first(whole.indexOf("C.pdf")), "was cut off"},
+      {"one of a killed program, its lines whole",
+       whole.first(whole.indexOf("{\"", whole.size() / 2)), "has no whole plan"},
+      {"another PDF's", QByteArray(whole).replace("/sums.pdf", "/bums.pdf"), "has no whole plan"},
+      {"another program's file", "{}\n", "is no plan"},
+      {"written where the operator did not ask for it",
+       QByteArray(whole).replace("out/C.pdf", "out/../C.pdf"), "does not lie in the output folder"},
+      {"pages that are not there", QByteArray(whole).replace("\"total\":13", "\"total\":11"),
+       "has outputs of pages that are not there"},
+      {"outputs replace each other", QByteArray(whole).replace("\"renamed\"", "\"replaces\""),
+       "was made with other settings"},
+      {"an older file's", QByteArray(whole).replace("\"total\":13", "\"total\":14"),
+       "is no longer the file that was planned", -15},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.fault);
+    EXPECT_NE(row.plan, whole);
+    writeFile(place.at("plan"), row.plan);
+    const ProgramRun run = runPart("1-13", "out", {"--planned", "plan"});
+    EXPECT_EQ(run.exitCode, shown(row.code));
+    EXPECT_TRUE(run.err.contains(row.told)) << run.err.toStdString();
+    EXPECT_TRUE(outputs().isEmpty());
+  }
+  writeFile(place.at("plan"), whole);
+  EXPECT_EQ(place.run({setupInto("out"), "-fsums.pdf", "--planned", "plan", "-c"}).exitCode,
+            shown(-6));
+  EXPECT_EQ(runPart("1-13", "out", {"--planned", "missing"}).exitCode, shown(-6));
+  ASSERT_EQ(runPart("1-4", "out", {"--planned", "plan"}).exitCode, 0);
+  const auto before = filesIn("out");
+  EXPECT_EQ(runPart("1-7", "out", {"--planned", "plan"}).exitCode, shown(-13));
+  EXPECT_EQ(filesIn("out").size(), before.size() + 1) << "what was free";
 }
 
 TEST_F(ProgramParts, TellWhatIsPlannedElsewhere) {
