@@ -69,8 +69,9 @@ void EmailLog::append(const QString& text) {
   m_file.write(onDisk.replace(u'\n', QLatin1String("\r\n")).toUtf8());
 }
 
-void EmailLog::writeSent(const QDateTime& time, const QString& recipient, const QString& file) {
-  append(emailLogLine(time, recipient, file, emailLogOk));
+void EmailLog::write(const QDateTime& time, const QString& recipient, const QString& file,
+                     const QString& result) {
+  append(emailLogLine(time, recipient, file, result));
 }
 
 void EmailLog::writeFailed(const QDateTime& time, const QString& recipient, const QString& file,

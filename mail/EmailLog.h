@@ -10,6 +10,9 @@ namespace folivex {
 /// The text of the last column for a mail that was taken over.
 inline constexpr QLatin1String emailLogOk("OK");
 
+/// The same for a mail that a person got to send.
+inline constexpr QLatin1String emailLogShown("shown, not sent");
+
 /// Begins the error text of a mail whose fate is unknown.
 inline constexpr QLatin1String emailLogUnknown("unknown: ");
 
@@ -26,7 +29,8 @@ public:
   /// `path` may be empty: no log.
   explicit EmailLog(const QString& path);
 
-  void writeSent(const QDateTime& time, const QString& recipient, const QString& file);
+  void write(const QDateTime& time, const QString& recipient, const QString& file,
+             const QString& result);
   /// The "error: " line, and the line of the mail with "Error - ".
   void writeFailed(const QDateTime& time, const QString& recipient, const QString& file,
                    const QString& errorText);

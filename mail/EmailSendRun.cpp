@@ -23,15 +23,16 @@ constexpr int uselessTriesAtMost = 3;
 
 EntryState stateOf(MailOutcome outcome) {
   static constexpr EntryState states[] = {
-      EntryState::Sent,    EntryState::Failed,     EntryState::Temporary,
-      EntryState::Unknown, EntryState::NotReached, EntryState::Held}; // by MailOutcome
+      EntryState::Sent,       EntryState::Failed, EntryState::Temporary, EntryState::Unknown,
+      EntryState::NotReached, EntryState::Held,   EntryState::Shown}; // by MailOutcome
   return states[static_cast<std::size_t>(outcome)];
 }
 
 SendJournal::Fate fateOf(MailOutcome outcome) {
-  return outcome == MailOutcome::Sent      ? SendJournal::Fate::Sent
-         : outcome == MailOutcome::Unknown ? SendJournal::Fate::Unknown
-                                           : SendJournal::Fate::NotSent;
+  return outcome == MailOutcome::Sent ? SendJournal::Fate::Sent
+         : outcome == MailOutcome::Unknown || outcome == MailOutcome::Shown
+             ? SendJournal::Fate::Unknown
+             : SendJournal::Fate::NotSent;
 }
 
 MailResult resultOf(const QString& reason, MailOutcome outcome = MailOutcome::Refused) {
@@ -47,6 +48,8 @@ QString ownOr(const QString& own, const QString& general) {
 
 /// What to tell of entries of a state, "%1" being their number.
 constexpr std::pair<EntryState, const char*> stateTexts[] = {
+    {EntryState::Shown, "%1 were opened for you: they go out when you send them there, and do not "
+                        "count as sent here."},
     {EntryState::Temporary, "%1 failed for a reason that may pass: send them again later."},
     {EntryState::Unknown, "%1 may have arrived, though the server never confirmed them. They are "
                           "not sent again by themselves."},
@@ -224,7 +227,9 @@ void EmailSendRun::handleEntry(std::size_t index, const EmailEntry& entry, Entry
         QStringLiteral("three e-mails in a row failed, the last because ") + sent.errorText;
   }
   ++m_progress.handled;
-  ++(sent.sent() ? m_progress.sentOk : m_progress.errors);
+  if (sent.outcome != MailOutcome::Shown) {
+    ++(sent.sent() ? m_progress.sentOk : m_progress.errors);
+  }
   record(result);
 }
 
@@ -278,15 +283,16 @@ void EmailSendRun::record(const EntryResult& result) {
   if (result.state == EntryState::Unknown) {
     text.prepend(emailLogUnknown);
   }
-  if (result.state == EntryState::Sent) {
-    m_log.writeSent(now, result.recipient, result.attachment);
+  const bool isGood = result.state == EntryState::Sent || result.state == EntryState::Shown;
+  const QString good = result.state == EntryState::Sent ? emailLogOk : emailLogShown;
+  if (isGood) {
+    m_log.write(now, result.recipient, result.attachment, good);
   } else {
     m_log.writeFailed(now, result.recipient, result.attachment, text);
   }
   if (m_parts.report) {
     m_parts.report->write({now, result.recipient, result.attachment,
-                           result.state == EntryState::Sent ? QString(emailLogOk)
-                                                            : QStringLiteral("Error - ") + text});
+                           isGood ? good : QStringLiteral("Error - ") + text});
   }
 }
 

@@ -20,7 +20,7 @@ struct SplitSetup;
 struct EmailProgress {
   QString recipient; ///< being sent to, or sent to last
   int total = 0;     ///< entries of the list
-  int handled = 0;   ///< mails tried: sentOk + errors
+  int handled = 0;   ///< mails tried: sentOk, errors and those that were shown
   int sentOk = 0;
   int errors = 0; ///< failed ones and those of unknown fate
 };
@@ -39,7 +39,8 @@ enum class EntryState {
   Failed,    ///< the error text says why
   Temporary, ///< failed, and worth sending again
   Unknown,   ///< may have arrived
-  Held       ///< waits for a person who looks at its file; the error text says why
+  Held,      ///< waits for a person who looks at its file; the error text says why
+  Shown      ///< a person got it to send; it counts neither as sent nor as failed
 };
 
 struct EntryResult {
@@ -57,8 +58,8 @@ struct SendSummary {
 
   /// "(%d) Emails sent ok: %d, errors: %d"
   QString message() const;
-  /// What else there is to tell, in lines: mails of unknown fate, entries not reached, entries
-  /// skipped. Empty when there is nothing.
+  /// What else there is to tell, in lines: mails shown, mails of unknown fate, entries not reached,
+  /// entries skipped. Empty when there is nothing.
   QString details() const;
   /// Why rows were not reached: "the run was stopped", or endedBecause.
   QString whyNotReached() const;
@@ -78,6 +79,7 @@ struct SendSummary {
 ///   tried.
 /// - Nothing goes out that the journals could not be told of first: when one cannot be written, the
 ///   run ends.
+/// - A mail that was only shown may have gone out since: to the journals it is one of unknown fate.
 /// - A mail whose file somebody should look at is held, and logged as an error.
 /// - The two texts of a log line are the recipient and the file attached.
 class EmailSendRun {

@@ -9,14 +9,16 @@
 
 namespace folivex {
 
-/// What became of one mail. Only Sent means that somebody took it over.
+/// What became of one mail. Only Sent means that somebody took it over to carry it.
 enum class MailOutcome : std::uint8_t {
   Sent,
   Refused,   ///< sending it again as it is will not help
   Temporary, ///< the server, the network or a limit is in the way: send it again later
   Unknown, ///< it went out whole and no answer came: it may have arrived. Never sent again unasked
   Stopped, ///< the person stopped before it went out
-  FileChanged ///< the file to attach is not the one that was meant: nothing of it went out
+  FileChanged, ///< the file to attach is not the one that was meant: nothing of it went out
+  Shown ///< a person has it before them and may send it, or may not: whether it goes out is not
+        ///< told
 };
 
 struct [[nodiscard]] MailResult {

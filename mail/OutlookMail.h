@@ -12,7 +12,7 @@ QString outlookProblem();
 
 /// How far a mail goes by itself.
 enum class OutlookMode {
-  Show, ///< each mail is opened for the person to send
+  Show, ///< each mail is opened for the person to send: MailOutcome::Shown
   Send  ///< `USEOUTLOOKAUTO`: sent at once
 };
 

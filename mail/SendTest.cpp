@@ -49,6 +49,12 @@ SendTestResult sendTest(const SplitSetup& setup, const MailTransportChoice& choi
                            "from address."),
             {}};
   }
+  if (sent.outcome == MailOutcome::Shown) {
+    return {true,
+            QStringLiteral("The message is open in Outlook: it goes out when you send it there.\n\n"
+                           "NOTE: mailto and cc of the message are the from address."),
+            {}};
+  }
   SendTestResult result;
   result.message = sent.errorText.isEmpty()
                        ? QStringLiteral("Error in configuration, message not sent to:")

@@ -10,10 +10,15 @@ namespace folivex {
 namespace {
 
 constexpr std::pair<EntryState, const char*> stateWords[] = {
-    {EntryState::NotReached, "notTried"},    {EntryState::NoAddress, "noAddress"},
-    {EntryState::SentBefore, "sentBefore"},  {EntryState::Sent, "sent"},
-    {EntryState::Failed, "failed"},          {EntryState::Temporary, "temporary"},
-    {EntryState::Unknown, "mayHaveArrived"}, {EntryState::Held, "held"}};
+    {EntryState::NotReached, "notTried"},
+    {EntryState::NoAddress, "noAddress"},
+    {EntryState::SentBefore, "sentBefore"},
+    {EntryState::Sent, "sent"},
+    {EntryState::Failed, "failed"},
+    {EntryState::Temporary, "temporary"},
+    {EntryState::Unknown, "mayHaveArrived"},
+    {EntryState::Held, "held"},
+    {EntryState::Shown, "shown"}};
 
 } // namespace
 

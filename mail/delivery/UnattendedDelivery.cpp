@@ -3,6 +3,7 @@
 #include "engine/base/Operator.h"
 #include "engine/setup/SplitSetup.h"
 #include "mail/EmailListFile.h"
+#include "mail/OutlookMail.h"
 #include "mail/delivery/MailRecords.h"
 #include "mail/delivery/SendOutcome.h"
 
@@ -48,6 +49,16 @@ void tellSummary(const EmailList& list, const SendSummary& summary, Operator& pe
       person.note(line);
     }
   }
+}
+
+/// Why a person has to be there when these mails go out; empty when none has to.
+QString needOfPerson(const SplitSetup& setup) {
+  if (setup.emailConfirm) {
+    return QStringLiteral("sending is to be confirmed, and nobody is here to do it");
+  }
+  return setup.useOutlook && !setup.useOutlookAuto && outlookProblem().isEmpty()
+             ? QStringLiteral("Outlook would open each for a person to send, and nobody is here")
+             : QString();
 }
 
 EmailList listOf(const EmailEntries& entries, const std::vector<std::size_t>& rows) {
@@ -145,7 +156,7 @@ UnattendedResult UnattendedDelivery::goOnWith(const FoundList& found, const Spli
              .arg(source, found.path));
     return result;
   }
-  if (setup.emailConfirm) {
+  if (!needOfPerson(setup).isEmpty()) {
     tell(QStringLiteral("%1: an earlier run with these settings did not send all of its e-mails. "
                         "It is not split again: load the list %2 to go on.")
              .arg(source, found.path));
@@ -171,9 +182,8 @@ UnattendedResult UnattendedDelivery::goOnWith(const FoundList& found, const Spli
 
 UnattendedResult UnattendedDelivery::confirmLater(const EmailList& list, const SplitSetup& setup,
                                                   const FinishedRun& run) {
-  tell(QStringLiteral("%1 not sent: sending is to be confirmed, and nobody is here to do it. Load "
-                      "the list to send it.")
-           .arg(mailCount(list.count())));
+  tell(QStringLiteral("%1 not sent: %2. Load the list to send it.")
+           .arg(mailCount(list.count()), needOfPerson(setup)));
   UnattendedResult result;
   result.complete = false;
   result.savedList = save(list, unusedListPath(setup, run.source, QStringLiteral("emails")));
@@ -189,7 +199,7 @@ UnattendedResult UnattendedDelivery::send(const SplitSetup& setup, const Finishe
   if (list.isEmpty()) {
     return {};
   }
-  if (setup.emailConfirm) {
+  if (!needOfPerson(setup).isEmpty()) {
     return confirmLater(list, setup, run);
   }
   auto delivery = std::make_unique<EmailDelivery>(setup, m_means);
@@ -242,7 +252,8 @@ void UnattendedDelivery::saveRest(const EmailList& list, const DeliveryResult& s
   const auto pathOf = [&](KeptKind kind) {
     return isKept ? kept.besideLast(kind) : unusedListPath(setup, source, keptListName(kind));
   };
-  const std::vector<std::size_t> unknown = sent.summary.rowsIn({EntryState::Unknown});
+  const std::vector<std::size_t> unknown =
+      sent.summary.rowsIn({EntryState::Unknown, EntryState::Shown});
   const std::vector<std::size_t> rest = sent.summary.rowsToSendAgain();
   bool isSaved = true;
   if (!unknown.empty()) {

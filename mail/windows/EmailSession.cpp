@@ -88,8 +88,8 @@ Rows inList(const CEmailListDlg& dialog, const Rows& sentRows) {
 /// was not selected.
 Rows rowsLeft(const CEmailListDlg& dialog, const SendSummary& summary) {
   const std::vector<EmailRow>& rows = dialog.list().rows();
-  const Rows gone = inList(
-      dialog, summary.rowsIn({EntryState::Sent, EntryState::SentBefore, EntryState::Unknown}));
+  const Rows gone = inList(dialog, summary.rowsIn({EntryState::Sent, EntryState::SentBefore,
+                                                   EntryState::Unknown, EntryState::Shown}));
   Rows left;
   for (std::size_t row = 0; row < rows.size(); ++row) {
     if (!rows[row].entry.address.isEmpty() && !std::ranges::binary_search(gone, row)) {
@@ -313,6 +313,10 @@ void EmailSession::afterSourceOfBatch(const SplitSetup& setup, const FinishedRun
     return;
   }
   note(result.summary.message());
+  if (const std::size_t shown = result.summary.rowsIn({EntryState::Shown}).size(); shown > 0) {
+    note(QStringLiteral("%1 opened for you to send, which do not count as sent.")
+             .arg(mailCount(shown)));
+  }
   for (const QString& line : outcomeLines(all.list, result.summary)) {
     note(line);
   }
