@@ -1,179 +1,174 @@
+#include "mail/OleObject.h"
 #include "mail/OutlookMail.h"
+#include "platform/Paths.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 #include <utility>
-
-#include <windows.h>
-
-#include <oleauto.h>
 
 namespace folivex {
 
 namespace {
 
-/// A value of the automation interface. Owns the text or the object that it is.
-class Value {
-public:
-  Value() { VariantInit(&m_variant); }
-  explicit Value(long number) : Value() {
-    m_variant.vt = VT_I4;
-    m_variant.lVal = number;
-  }
-  explicit Value(const QString& text) : Value() {
-    m_variant.vt = VT_BSTR;
-    m_variant.bstrVal = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.utf16()),
-                                          static_cast<UINT>(text.size()));
-  }
-  explicit Value(IDispatch* object) : Value() {
-    m_variant.vt = VT_DISPATCH;
-    m_variant.pdispVal = object;
-  }
-  Value(Value&& other) noexcept : Value() { std::swap(m_variant, other.m_variant); }
-  Value& operator=(Value&& other) noexcept {
-    std::swap(m_variant, other.m_variant);
-    return *this;
-  }
-  ~Value() { VariantClear(&m_variant); }
+constexpr auto programName = L"Outlook.Application";
+/// For a dialog of Outlook that somebody has to answer first, and for its start.
+constexpr int patienceMilliseconds = 60'000;
 
-  bool isEmpty() const { return m_variant.vt == VT_EMPTY; }
-  IDispatch* object() const { return m_variant.vt == VT_DISPATCH ? m_variant.pdispVal : nullptr; }
-  VARIANT* variant() { return &m_variant; }
+// OlItemType and OlBodyFormat of its object model.
+constexpr long mailItem = 0;
+constexpr long plainFormat = 1;
 
-private:
-  VARIANT m_variant;
-};
+OleValue text(const QString& text) {
+  return OleValue(text.toStdWString());
+}
 
-/// Why Outlook does not do something, for a person.
-struct Failure {
-  QString text;
-};
+/// The way that a mail had come when it failed.
+enum class Step { Preparing, HandingOver };
 
-/// What a method or a property of `object` gives; throws Failure.
-Value invoke(const Value& object, WORD kind, const wchar_t* name, Value argument = Value()) {
-  IDispatch* const target = object.object();
-  auto* wide = const_cast<LPOLESTR>(name);
-  DISPID id = 0;
-  if (!target || FAILED(target->GetIDsOfNames(IID_NULL, &wide, 1, LOCALE_USER_DEFAULT, &id))) {
-    throw Failure{
-        QStringLiteral("Outlook does not know \"%1\"").arg(QString::fromWCharArray(name))};
-  }
-  const bool puts = kind == DISPATCH_PROPERTYPUT;
-  DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS parameters{argument.variant(), puts ? &put : nullptr, argument.isEmpty() ? 0U : 1U,
-                        puts ? 1U : 0U};
-  Value result;
-  EXCEPINFO failure{};
-  const HRESULT code = target->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                                      puts ? nullptr : result.variant(), &failure, nullptr);
-  const QString reason =
-      failure.bstrDescription ? QString::fromWCharArray(failure.bstrDescription) : QString();
-  SysFreeString(failure.bstrSource);
-  SysFreeString(failure.bstrDescription);
-  SysFreeString(failure.bstrHelpFile);
-  if (FAILED(code)) {
-    throw Failure{reason.isEmpty() ? QStringLiteral("Outlook failed with the code 0x%1")
-                                         .arg(static_cast<quint32>(code), 8, 16, QLatin1Char('0'))
-                                   : reason};
-  }
+MailResult resultOf(const OleFailure& failure, Step step) {
+  using Kind = OleFailure::Kind;
+  MailResult result;
+  const bool mayHaveGone = failure.kind == Kind::Unknown && step == Step::HandingOver;
+  result.outcome = mayHaveGone                     ? MailOutcome::Unknown
+                   : failure.kind == Kind::Refused ? MailOutcome::Refused
+                                                   : MailOutcome::Temporary;
+  result.concernsEveryMail = failure.kind == Kind::Absent || failure.kind == Kind::Busy;
+  const QString reason = QString::fromStdWString(failure.text).simplified();
+  result.errorText =
+      failure.kind == Kind::Absent ? QStringLiteral("Outlook cannot be started: %1").arg(reason)
+      : mayHaveGone ? QStringLiteral("Outlook got the mail to send, but before it was confirmed "
+                                     "%1: it may have gone out")
+                          .arg(reason)
+                    : QStringLiteral("Outlook did not take the mail: %1").arg(reason);
   return result;
 }
-
-void put(const Value& object, const wchar_t* name, const QString& text) {
-  invoke(object, DISPATCH_PROPERTYPUT, name, Value(text));
-}
-
-bool findOutlook(CLSID& id) {
-  return SUCCEEDED(CLSIDFromProgID(L"Outlook.Application", &id));
-}
-
-/// The automation interface on this thread.
-struct Automation {
-  Automation() = default;
-  Automation(const Automation&) = delete;
-  Automation& operator=(const Automation&) = delete;
-  ~Automation() {
-    if (initialised) {
-      CoUninitialize();
-    }
-  }
-  bool initialised = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-};
 
 class COutlookMail : public MailTransport {
 public:
   explicit COutlookMail(OutlookMode mode) : m_mode(mode) {}
 
   MailResult send(const MailMessage& message, MailWait& wait) override {
+    MailResult result;
+    if (m_wait != nullptr) { // events come in while Outlook is waited for
+      result.errorText = QStringLiteral("another mail is being sent");
+      return result;
+    }
+    const QScopedValueRollback waiting(m_wait, &wait);
     wait.handlePendingEvents();
     MailMessage checked = message;
     checked.sender = message.recipient; // Outlook has its own
-    MailResult result;
     result.errorText = messageProblem(checked);
-    if (result.errorText.isEmpty()) {
-      try {
-        result.outcome = handOver(message) ? MailOutcome::Sent : MailOutcome::FileChanged;
-        if (!result.sent()) {
-          result.errorText = QStringLiteral("the file %1 has changed since it was written: it is "
-                                            "not sent unless a person accepts it in the list")
-                                 .arg(message.attachmentPath);
-        }
-      } catch (const Failure& failure) {
-        result.errorText = failure.text;
-      }
+    if (!result.errorText.isEmpty()) {
+      return result;
     }
-    return result;
+    const bool isKept = static_cast<bool>(m_outlook);
+    m_isLost = false;
+    result = attempt(message);
+    // It was closed since the last mail, which says nothing about this one.
+    return isKept && m_isLost && result.outcome == MailOutcome::Temporary ? attempt(message)
+                                                                          : result;
+  }
+
+  void disconnect() override {
+    if (m_wait == nullptr) {
+      m_outlook = {};
+    }
   }
 
 private:
-  void start() {
-    CLSID id{};
-    void* object = nullptr;
-    if (!findOutlook(id) ||
-        FAILED(CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, IID_IDispatch, &object))) {
-      throw Failure{QStringLiteral("Outlook cannot be started")};
+  MailResult attempt(const MailMessage& message) {
+    Step step = Step::Preparing;
+    m_patience.setRemainingTime(patienceMilliseconds);
+    try {
+      if (!m_outlook) {
+        m_outlook = OleObject(programName, [this] { return isPatient(); });
+      }
+      const OleObject mail = prepared(message);
+      if (!hasRightFile(message)) {
+        return changed(message);
+      }
+      step = m_mode == OutlookMode::Send ? Step::HandingOver : Step::Preparing;
+      mail.call(m_mode == OutlookMode::Send ? L"Send" : L"Display");
+    } catch (const OleFailure& failure) {
+      using Kind = OleFailure::Kind;
+      m_isLost = failure.kind == Kind::Lost || failure.kind == Kind::Unknown;
+      if (m_isLost) {
+        m_outlook = {}; // the next mail starts it anew
+      }
+      if (failure.kind == Kind::Busy && m_wait->stopRequested()) {
+        return stopped();
+      }
+      return resultOf(failure, step);
     }
-    m_outlook = Value(static_cast<IDispatch*>(object));
+    MailResult result;
+    result.outcome = m_mode == OutlookMode::Send ? MailOutcome::Sent : MailOutcome::Shown;
+    return result;
   }
 
-  /// False when the file is not the one that was meant.
-  bool handOver(const MailMessage& message) {
-    if (m_outlook.isEmpty()) {
-      start();
+  OleObject prepared(const MailMessage& message) const {
+    OleObject mail = m_outlook.call(L"CreateItem", OleValue(mailItem));
+    mail.put(L"To", text(message.recipient));
+    mail.put(L"CC", text(copyAddresses(message.cc).join(u';')));
+    mail.put(L"Subject", text(message.subject));
+    if (message.bodyKind == BodyKind::Html) {
+      mail.put(L"HTMLBody", text(message.body));
+    } else {
+      mail.put(L"BodyFormat", OleValue(plainFormat)); // else it is as the person writes mails
+      mail.put(L"Body", text(message.body));
     }
-    constexpr long mailItem = 0;
-    const Value mail = invoke(m_outlook, DISPATCH_METHOD, L"CreateItem", Value(mailItem));
-    put(mail, L"To", message.recipient);
-    put(mail, L"CC", copyAddresses(message.cc).join(u';'));
-    put(mail, L"Subject", message.subject);
-    put(mail, message.bodyKind == BodyKind::Html ? L"HTMLBody" : L"Body", message.body);
     if (!message.attachmentPath.isEmpty()) {
-      const QFileInfo file(message.attachmentPath);
-      invoke(invoke(mail, DISPATCH_PROPERTYGET, L"Attachments"), DISPATCH_METHOD, L"Add",
-             Value(QDir::toNativeSeparators(file.absoluteFilePath())));
-      // Outlook has a copy of its own by now.
-      if (message.attachmentIdentity.isKnown() &&
-          platform::FileDigest::of(message.attachmentPath) != message.attachmentIdentity) {
-        return false;
-      }
+      const QFileInfo file(platform::withoutTrailingBlanks(message.attachmentPath));
+      mail.object(L"Attachments")
+          .call(L"Add", text(QDir::toNativeSeparators(file.absoluteFilePath())));
     }
-    invoke(mail, DISPATCH_METHOD, m_mode == OutlookMode::Send ? L"Send" : L"Display");
-    return true;
+    return mail;
+  }
+
+  /// Looked at when Outlook has its copy.
+  static bool hasRightFile(const MailMessage& message) {
+    return message.attachmentPath.isEmpty() || !message.attachmentIdentity.isKnown() ||
+           platform::FileDigest::of(message.attachmentPath) == message.attachmentIdentity;
+  }
+
+  static MailResult changed(const MailMessage& message) {
+    MailResult result;
+    result.outcome = MailOutcome::FileChanged;
+    result.errorText = QStringLiteral("the file %1 has changed since it was written: it is not "
+                                      "sent unless a person accepts it in the list")
+                           .arg(message.attachmentPath);
+    return result;
+  }
+
+  static MailResult stopped() {
+    MailResult result;
+    result.outcome = MailOutcome::Stopped;
+    result.errorText = QStringLiteral("stopped before the mail was sent");
+    return result;
+  }
+
+  bool isPatient() const {
+    m_wait->handlePendingEvents();
+    return !m_wait->stopRequested() && !m_patience.hasExpired();
   }
 
   OutlookMode m_mode;
-  Automation m_automation;
-  Value m_outlook; ///< gone before the automation interface is
+  OleThread m_thread;
+  OleObject m_outlook;        ///< gone before the thread's ability is
+  MailWait* m_wait = nullptr; ///< while a mail is on its way
+  QDeadlineTimer m_patience;
+  bool m_isLost = false;
 };
 
 } // namespace
 
 QString outlookProblem() {
-  CLSID id{};
-  return findOutlook(id) ? QString()
-                         : QStringLiteral("Outlook is not installed on this machine: give an SMTP "
-                                          "server instead.");
+  return OleObject::isRegistered(programName)
+             ? QString()
+             : QStringLiteral("Outlook is not installed on this machine: give an SMTP server "
+                              "instead.");
 }
 
 std::unique_ptr<MailTransport> makeOutlookMail(OutlookMode mode) {

@@ -57,7 +57,7 @@ QSet<QString> idleSettings(const SplitSetup& setup) {
   unless(!setup.splitToSource, "OUTPUTDIR OTHERSETTINGSREMOVEFILES");
   unless(!setup.reportOptionsCurrent, "REPORTOPTIONSOUTPUTFOLDER");
   unless(setup.configUseExternal, "CONFIGEXTERNALCOMMAND CONFIGEXTERNALPARAMS");
-  unless(!setup.useOutlook, "EMAILSMTP EMAILLOGIN EMAILPASSWORD EMAILFROMNAME EMAILHTML");
+  unless(!setup.useOutlook, "EMAILSMTP EMAILLOGIN EMAILPASSWORD EMAILFROMNAME");
   unless(setup.useOutlook, "USEOUTLOOKAUTO");
   // A setup from elsewhere may have it on: it must be possible to switch it off here.
   unless(setup.useOutlook || outlookProblem().isEmpty(), "USEOUTLOOK");
