@@ -142,6 +142,8 @@ private:
       m_line.pages = PagePart::of(pathValue(m_arguments.value(++m_index)));
     } else if (word == QLatin1String("--planned")) {
       m_line.planFile = pathValue(m_arguments.value(++m_index));
+    } else if (word == QLatin1String("--send")) {
+      m_line.actions.push_back({Kind::SendList, pathValue(m_arguments.value(++m_index))});
     } else if (!takeWord(word) && !word.isEmpty()) {
       m_line.ignored += withoutQuotes(word);
     }
@@ -255,6 +257,7 @@ QString usageText() {
       "CSV\n"
       "  --pages RANGE  write only the outputs that begin on these pages, like 1-5000; with\n"
       "               --planned FILE as the plan says that --json --plan wrote\n"
+      "  --send LIST  send what is left of a saved list of mails, as the setup before it says\n"
       "  --suggest    propose setups for this PDF; --suggest=SETUP writes the best, if it is "
       "sure,\n"
       "               to a setup file; --unsure: in any case; --force: over a file that is there\n"

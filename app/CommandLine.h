@@ -19,6 +19,7 @@ struct CommandAction {
     SetSetupPath,  ///< value is the setup file that each later file is processed with
     ProcessFile,   ///< value is the path of one source
     ProcessFolder, ///< value is a path with "*": every PDF of that folder
+    SendList,      ///< value is a saved list of mails
     Close          ///< end the program; always the last action, wherever "-c" stood
   };
   Kind kind = Kind::Close;

@@ -189,6 +189,8 @@ std::optional<int> Program::perform(const CommandAction& action) {
   case CommandAction::Kind::ProcessFile:
   case CommandAction::Kind::ProcessFolder:
     return process(action);
+  case CommandAction::Kind::SendList:
+    return sendList(action.value);
   case CommandAction::Kind::Close:
     if (m_plan == PlanOutput::None && !m_line->suggest) {
       close();
@@ -346,6 +348,16 @@ bool Program::mailOutputs(SourceResult& result) {
   result.mails = mailsRecord(sent.summary, sent.savedList);
   // With a confirmation asked for, the list that was saved is all that is wanted here.
   return sent.complete || (setup.emailConfirm && !sent.savedList.isEmpty());
+}
+
+std::optional<int> Program::sendList(const QString& path) {
+  setUnattended(true);
+  if (const std::optional<int> code = loadNamedSetup()) {
+    return code;
+  }
+  const bool isSent = m_mail->sendList(m_store.edited(), path).complete;
+  keepCode(static_cast<int>(isSent ? RunError::None : RunError::MailFailed));
+  return m_driver->state().userStop ? std::optional(stoppedExitCode) : std::nullopt;
 }
 
 Program::Ended Program::planOne(SourceResult& result) {

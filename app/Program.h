@@ -81,6 +81,7 @@ private:
   /// that.
   std::optional<int> goOnMailing(SourceResult& result);
   bool mailOutputs(SourceResult& result);
+  std::optional<int> sendList(const QString& path);
   Ended planOne(SourceResult& result);
   Ended suggestFor(SourceResult& result);
   void setUnattended(bool on);

@@ -78,12 +78,15 @@ class Splitter:
         home.mkdir(0o700)
         (home / "setup.fxs").write_bytes(setup + lines.encode())
         (folder / own["OUTPUTDIR"]).mkdir()
+        return self.run(folder, home, *options, "-u.home/setup.fxs", f"-f{source}", "-c", ended=ended or Ended())
+
+    def run(self, folder: Path, home: Path, *arguments: str | Path, ended: Ended) -> Ended:
+        """The program in `folder`, with what it keeps for its user in `home`."""
         environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(home), "TMPDIR": str(home),
                        "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
-        ended = ended or Ended()
         with (open(home / "messages", "w+b") as told, subprocess.Popen(
-                [self.program, "--json", *options, "-u.home/setup.fxs", f"-f{source}", "-c"], cwd=folder, env=environment,
-                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=told, pass_fds=self.locks) as child):
+                [self.program, "--json", *arguments], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
+                stdout=subprocess.PIPE, stderr=told, pass_fds=self.locks) as child):
             self.child = child
             if self.stopped.is_set():
                 self.stop()

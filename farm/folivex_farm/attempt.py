@@ -26,7 +26,7 @@ MOST_ATTEMPTS = 3
 OUT = "out"
 SAVED_PLAN = ".plan"
 DISK_ERRORS = ("textReport", "csvReport", "setupFile", "append", "outputFailed")
-# A list of mails is saved with each attempt; where nobody confirms, nothing is sent.
+# A list of mails is saved with each attempt, and nothing is sent: that is done once, when all is merged.
 OWN_SETTINGS = {"OUTPUTDIR": OUT, "REPORTOPTIONSCURRENT": "0", "REPORTOPTIONSOUTPUTFOLDER": "", "REPORTOPTIONSTXT": "0",
                 "REPORTOPTIONSCSV": "0", "EMAILCONFIRM": "1"}
 KEPT = ("firstPage", "lastPage", "matchedText", "size", "address", "fate")

@@ -68,6 +68,11 @@ def has_setting(setup: bytes, key: bytes) -> bool:
     return re.search(rb"(?:^|[;\r\n])" + key + rb";+\s*[+-]?0*[1-9]", setup) is not None
 
 
+def is_off(setup: bytes, key: bytes) -> bool:
+    """Whether a switch is there, and off."""
+    return key + b";" in setup and not has_setting(setup, key)
+
+
 def setup_at(path: Path) -> bytes:
     try:
         setup = path.read_bytes()

@@ -1,4 +1,4 @@
-"""The last step: publishes, and makes one report, one account and one list of mails of those of all sources."""
+"""The last step: publishes, makes one report, one account and one list of mails of those of all sources, and mails."""
 
 from __future__ import annotations
 
@@ -18,6 +18,7 @@ from folivex_attempts.splitting import plain
 from .account import FATES, account_of, count
 from .attempt import OUT
 from .job import PLAN, Job, JobProblem, Source, write_whole
+from .mailing import send_lists
 from .publishing import State, moves_of, outcomes_of, publish_all, state_of
 
 COLUMNS = ("source", "first page", "last page", "text", "output", "address")
@@ -26,15 +27,16 @@ WORDS = {"inFiles": "in files", "replaced": "replaced", "handedOn": "handed on",
 
 
 def merge(job: Job) -> bool:
-    """True when every source is published."""
+    """True when every source is published, and every mail sent that nobody has to confirm."""
     with job.locked():
         publish_all(job)
         entries = [entry_of(job, source) for source in job.sources]
         write_whole(job.out / f"farm-{job.id}.csv", report(job))
         write_whole(job.out / f"farm-{job.id}.json", json.dumps({"job": job.id, "sources": entries}, indent=1))
         lists = write_mail_list(job)
-        write_whole(job.out / f"farm-{job.id}.txt", summary(job, entries, lists))
-    return all(entry["state"] == State.DONE.value for entry in entries)
+        mails, all_sent = send_lists(job, lists)
+        write_whole(job.out / f"farm-{job.id}.txt", summary(job, entries, mails))
+    return all_sent and all(entry["state"] == State.DONE.value for entry in entries)
 
 
 def entry_of(job: Job, source: Source) -> dict[str, Any]:
@@ -78,7 +80,7 @@ def report(job: Job) -> str:
     return text.getvalue()
 
 
-def summary(job: Job, entries: list[dict[str, Any]], lists: list[Path]) -> str:
+def summary(job: Job, entries: list[dict[str, Any]], mails: list[str]) -> str:
     done = [entry for entry in entries if entry["state"] == State.DONE.value]
     lines = [f"{len(entries)} sources: {len(done)} published, {len(entries) - len(done)} not"]
     totals = {fate: sum(entry["pages"][fate]["count"] for entry in done) for fate in FATES}
@@ -92,7 +94,7 @@ def summary(job: Job, entries: list[dict[str, Any]], lists: list[Path]) -> str:
                      "planned:")
     lines += [f"  {entry['path']}: {entry['reason']}" for entry in unknown]
     lines += [f"look at {entry['path']}: {entry['reason']}" for entry in done if entry["reason"]]
-    lines += [f"mails to be looked at and sent, in the window by Load Email List: {path}" for path in lists]
+    lines += mails
     return "\n".join(plain(line) for line in lines) + "\n"
 
 

@@ -207,6 +207,24 @@ UnattendedResult UnattendedDelivery::send(const SplitSetup& setup, const Finishe
   return deliver(list, {}, std::move(delivery), setup, run.source);
 }
 
+UnattendedResult UnattendedDelivery::sendList(const SplitSetup& setup, const QString& path) {
+  EmailList list;
+  const EmailListResult loaded = loadEmailList(list, path);
+  const QString problem =
+      !loaded.ok           ? loaded.message
+      : setup.emailConfirm ? QStringLiteral("%1: nothing is sent, since sending is to be confirmed "
+                                            "(EMAILCONFIRM) and nobody is here to do it")
+                                 .arg(path)
+                           : QString();
+  if (problem.isEmpty()) {
+    return deliver(list, path, std::make_unique<EmailDelivery>(setup, m_means), setup, {});
+  }
+  m_person.found(RunFinding::MailFailed, problem);
+  UnattendedResult result;
+  result.complete = false;
+  return result;
+}
+
 UnattendedResult UnattendedDelivery::deliver(const EmailList& list, const QString& listFile,
                                              std::unique_ptr<EmailDelivery> delivery,
                                              const SplitSetup& setup, const QString& source) {

@@ -49,6 +49,10 @@ public:
   /// After a source was split.
   UnattendedResult send(const SplitSetup& setup, const FinishedRun& run);
 
+  /// Sends what is left of a list that was saved: the record beside it says what went out before,
+  /// and stays. With `EMAILCONFIRM` set nothing is sent.
+  UnattendedResult sendList(const SplitSetup& setup, const QString& path);
+
   /// The whole command is at its end: what was sent is sent. Without this call (a crash), the same
   /// command passes over the sources that were mailed already.
   void finish();

@@ -153,6 +153,41 @@ TEST_F(ProgramMail, WhatWentOutBeforeAKillGoesOutOnce) {
 }
 
 /// Nobody can confirm, and the list that a person could confirm later is not there either.
+TEST_F(ProgramMail, ASavedListIsSentOnceAndNotWhereSomebodyHasToConfirm) {
+  MailServerProcess server({"busy"});
+  setup.emailSmtp = server.text();
+  setup.emailPassword.clear();
+  setup.emailConfirm = true;
+  const QString confirmed = fxs("confirmed.fxs");
+  ASSERT_EQ(place.run({confirmed, fourAccounts(), "-c"}).exitCode, 0);
+  const QString list = place.at("out/" + lists().value(0));
+  setup.emailConfirm = false;
+  const struct {
+    QString setup;
+    const char* fault;
+    int code;
+    const char* told;
+    QStringList got;
+  } rows[] = {{confirmed, "none", -14, "nothing is sent, since sending is to be confirmed", {}},
+              {fxs("at-once.fxs"), "busy", -14, "errors: 2", {}},
+              {fxs("at-once.fxs"),
+               "none",
+               0,
+               "Emails sent ok: 2",
+               {"anna@example.org", "carl@example.org"}},
+              {fxs("at-once.fxs"), "none", 0, "(0) Emails sent ok: 0, errors: 0", {}}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.told);
+    server.become({row.fault});
+    const ProgramRun run = place.run({row.setup, "--send", list, "-c"});
+    EXPECT_EQ(run.exitCode, shown(row.code));
+    EXPECT_TRUE(run.err.contains(row.told)) << run.err.toStdString();
+    EXPECT_EQ(server.taken(), row.got);
+    EXPECT_EQ(lists().size(), 1);
+  }
+  EXPECT_EQ(place.run({fxs(), "--send", "missing.lst", "-c"}).exitCode, shown(-14));
+}
+
 TEST_F(ProgramMail, AListThatCannotBeSavedIsAFailure) {
   setup.emailConfirm = true;
   setup.emailSmtp = QStringLiteral("127.0.0.1:1");

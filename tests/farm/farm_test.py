@@ -24,6 +24,7 @@ SOURCES = HERE.parents[1]
 sys.path[:0] = [str(HERE.parent / "inbox"), str(SOURCES / "farm"), str(SOURCES / "attempts")]
 from folivex_attempts import disk, record  # noqa: E402
 from folivex_farm import account, job as jobs, merging, scheduling  # noqa: E402
+from mail_server import MailServer  # noqa: E402
 from papers import SETUP, make_source, pages_by_account  # noqa: E402
 
 FARM = SOURCES / "farm/folivex-farm"
@@ -209,6 +210,24 @@ class FarmTest(unittest.TestCase):
         self.assertIn("sameFile", told)
         self.assertEqual(len(self.listed_files("*.lst")), 6)
 
+    def test_mail_leaves_once_and_from_the_merge(self) -> None:
+        server = MailServer("busy")
+        self.addCleanup(server.end)
+        self.set(**{**MAIL, "EMAILSMTP": server.name, "EMAILTEST": "0"})
+        self.setup.write_bytes(self.setup.read_bytes().replace(b"EMAILCONFIRM;1", b"EMAILCONFIRM;0"))
+        self.source("march.pdf", 100)
+        (self.place / "april.pdf").write_bytes(b"%PDF-1.7 no more\n%%EOF\n")
+        code, told = self.submit("march.pdf", "april.pdf")
+        folder = told.splitlines()[0]
+        self.assertIn("3 mails of", told)
+        server.mails("none")
+        self.assertEqual(self.farm("merge", folder).returncode, 1)
+        self.assertEqual(server.mails(), expected_mails(100, 101, 102))
+        self.source("april.pdf", 200)
+        self.assertEqual(self.farm("resubmit", folder, "--local", "--jobs", "2").returncode, 0)
+        self.assertEqual(self.farm("merge", folder).returncode, 0)
+        self.assertEqual(server.mails(), expected_mails(100, 101, 102, 200, 201, 202))
+
     def test_a_job_that_others_may_have_made_is_not_run(self) -> None:
         self.source("march.pdf", 100)
         code, told = self.submit("march.pdf")
@@ -228,6 +247,10 @@ class FarmTest(unittest.TestCase):
         self.assertFalse(merging.merge(job))
         self.assertIn("sourceChanged", next(self.out.glob("*.txt")).read_text())
         self.assertEqual(self.outputs(), [])
+
+
+def expected_mails(*accounts: int) -> Counter[tuple[str, str]]:
+    return Counter((f"p{account}@example.com", f"statement_{account}.pdf") for account in accounts)
 
 
 def told_of(total: int, **fates: list[list[int]]) -> dict[str, Any]:

@@ -27,7 +27,7 @@ def make_source(path: Path, first_account: int, documents: int, dice: random.Ran
     canvas = Canvas(str(path), pageCompression=1, invariant=1)
     pages: Counter[str] = Counter()
     for account in range(first_account, first_account + documents):
-        customer = Customer(account, f"Person {account}", "1 Weir Road", "Larkfield", "p@example.com",
+        customer = Customer(account, f"Person {account}", "1 Weir Road", "Larkfield", f"p{account}@example.com",
                             dice.randint(1, 2))
         Statement(canvas, customer).draw()
         pages[str(account)] = customer.pages
