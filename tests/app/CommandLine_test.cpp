@@ -12,7 +12,7 @@ namespace {
 QString shown(const CommandLine& line) {
   QString text;
   for (const CommandAction& action : line.actions) {
-    const char letters[] = {'p', 'u', 'f', '*', 'c'};
+    const char letters[] = {'p', 'u', 'f', '*', 's', 'c'};
     text += QString(QLatin1Char(letters[static_cast<int>(action.kind)])) + QLatin1Char('<') +
             action.value + QLatin1Char('>');
   }
