@@ -346,8 +346,8 @@ bool Program::mailOutputs(SourceResult& result) {
   }
   const UnattendedResult sent = m_mail->send(setup, finishedRun(result.path, m_driver->emails()));
   result.mails = mailsRecord(sent.summary, sent.savedList);
-  // With a confirmation asked for, the list that was saved is all that is wanted here.
-  return sent.complete || (setup.emailConfirm && !sent.savedList.isEmpty());
+  // Where a person is wanted, the list that was saved is all that is.
+  return sent.complete || (sent.waitsForPerson && !sent.savedList.isEmpty());
 }
 
 std::optional<int> Program::sendList(const QString& path) {

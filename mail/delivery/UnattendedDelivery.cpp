@@ -186,6 +186,7 @@ UnattendedResult UnattendedDelivery::confirmLater(const EmailList& list, const S
            .arg(mailCount(list.count()), needOfPerson(setup)));
   UnattendedResult result;
   result.complete = false;
+  result.waitsForPerson = true;
   result.savedList = save(list, unusedListPath(setup, run.source, QStringLiteral("emails")));
   return result;
 }
@@ -211,11 +212,10 @@ UnattendedResult UnattendedDelivery::sendList(const SplitSetup& setup, const QSt
   EmailList list;
   const EmailListResult loaded = loadEmailList(list, path);
   const QString problem =
-      !loaded.ok           ? loaded.message
-      : setup.emailConfirm ? QStringLiteral("%1: nothing is sent, since sending is to be confirmed "
-                                            "(EMAILCONFIRM) and nobody is here to do it")
-                                 .arg(path)
-                           : QString();
+      !loaded.ok ? loaded.message
+      : needOfPerson(setup).isEmpty()
+          ? QString()
+          : QStringLiteral("%1: nothing is sent, since %2").arg(path, needOfPerson(setup));
   if (problem.isEmpty()) {
     return deliver(list, path, std::make_unique<EmailDelivery>(setup, m_means), setup, {});
   }

@@ -16,9 +16,10 @@ struct Progress;
 Progress sendingProgress(const EmailProgress& progress);
 
 struct [[nodiscard]] UnattendedResult {
-  bool complete = true; ///< no mail that has an address is left to send
-  QString savedList;    ///< e-mail list with what is left; empty when there is none
-  SendSummary summary;  ///< empty when nothing was tried
+  bool complete = true;        ///< no mail that has an address is left to send
+  bool waitsForPerson = false; ///< as the settings want it: the list is kept for one to send
+  QString savedList;           ///< e-mail list with what is left; empty when there is none
+  SendSummary summary;         ///< empty when nothing was tried
 };
 
 /// Sends the outputs of runs when `EMAILENABLE` is set. With `EMAILCONFIRM` set, where a person
