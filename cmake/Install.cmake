@@ -1,5 +1,9 @@
 # What "cmake --install" lays down. The program finds its libraries and helpers beside itself, so they
 # share a folder of their own; the search path gets a link to each program.
+if(WIN32)
+  include(InstallWindows)
+  return()
+endif()
 include(GNUInstallDirs)
 
 # Not by the kind of machine: the programs find the samples from there.
@@ -9,15 +13,13 @@ set(programs folivex Scanlite Sheetflat)
 install(TARGETS ${programs} GlyphrunU CleftorU MelderU UpdatesU
   RUNTIME DESTINATION ${home} LIBRARY DESTINATION ${home})
 install(FILES samples/example.fxs DESTINATION ${home})
-if(NOT WIN32)
-  file(RELATIVE_PATH way ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_PREFIX}/${home})
-  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/links)
-  foreach(program ${programs})
-    file(CREATE_LINK ${way}/${program} ${CMAKE_BINARY_DIR}/links/${program} SYMBOLIC)
-    install(FILES ${CMAKE_BINARY_DIR}/links/${program} DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install(FILES ${CMAKE_BINARY_DIR}/desktop/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  endforeach()
-endif()
+file(RELATIVE_PATH way ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_PREFIX}/${home})
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/links)
+foreach(program ${programs})
+  file(CREATE_LINK ${way}/${program} ${CMAKE_BINARY_DIR}/links/${program} SYMBOLIC)
+  install(FILES ${CMAKE_BINARY_DIR}/links/${program} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${CMAKE_BINARY_DIR}/desktop/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endforeach()
 install(DIRECTORY samples/ DESTINATION ${share}/folivex/samples
   FILES_MATCHING PATTERN "*.pdf" PATTERN "*.fxs" PATTERN "README.md" PATTERN papers EXCLUDE)
 # To read in a browser; the window has them built in. Pages name their pictures without a path.
@@ -47,11 +49,9 @@ foreach(subject inbox farm)
   install(PROGRAMS ${subject}/folivex-${subject} DESTINATION ${home}/${subject})
   install(DIRECTORY ${subject}/folivex_${subject} DESTINATION ${home}/${subject}
     FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
-  if(NOT WIN32)
-    file(CREATE_LINK ${way}/${subject}/folivex-${subject} ${CMAKE_BINARY_DIR}/links/folivex-${subject} SYMBOLIC)
-    install(FILES ${CMAKE_BINARY_DIR}/links/folivex-${subject} DESTINATION ${CMAKE_INSTALL_BINDIR})
-    install(FILES ${CMAKE_BINARY_DIR}/${subject}/folivex-${subject}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  endif()
+  file(CREATE_LINK ${way}/${subject}/folivex-${subject} ${CMAKE_BINARY_DIR}/links/folivex-${subject} SYMBOLIC)
+  install(FILES ${CMAKE_BINARY_DIR}/links/folivex-${subject} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${CMAKE_BINARY_DIR}/${subject}/folivex-${subject}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endforeach()
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   install(DIRECTORY inbox/units/system inbox/units/user DESTINATION lib/systemd)
