@@ -17,7 +17,7 @@ std::span<const Target> targets() {
       Target{"addresses", runAddresses},      Target{"batch_list", runBatchList},
       Target{"email_list", runEmailList},     Target{"email_sheet", runEmailSheet},
       Target{"smtp_replies", runSmtpReplies}, Target{"update_document", runUpdateDocument},
-      Target{"command_line", runCommandLine},
+      Target{"command_line", runCommandLine}, Target{"saved_plan", runSavedPlan},
   };
   return all;
 }

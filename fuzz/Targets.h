@@ -53,5 +53,6 @@ void runEmailSheet(const QByteArray& input);
 void runSmtpReplies(const QByteArray& input);
 void runUpdateDocument(const QByteArray& input);
 void runCommandLine(const QByteArray& input);
+void runSavedPlan(const QByteArray& input);
 
 } // namespace fuzzing

@@ -66,7 +66,7 @@ QString Reader::take(const QJsonObject& record) {
   const int number = numberOf(record, "source");
   if (type == u"source" && textOf(record, "path") == m_source) {
     m_number = number;
-  } else if (number != m_number) {
+  } else if (number != m_number || isWhole()) {
     return {}; // another source's
   } else if (type == u"planned") {
     return takeOutput(record);
