@@ -185,6 +185,9 @@ void WordAssembler::partLastOfTwo(double spacing) {
     return;
   }
   const std::u16string text(m_pool.begin() + m_glyphOffsets.back(), m_pool.end());
+  if (text.empty()) { // a glyph that means nothing begins no word
+    return;
+  }
   const std::uint16_t traits = m_lastTraits;
   const double start = m_lastStart;
   const double end = m_lastEnd;
