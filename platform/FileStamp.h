@@ -15,7 +15,7 @@ struct FileStamp {
   uint64_t device = 0;
   uint64_t number = 0;       ///< of the file on its device; 0 where the system does not tell
   uint64_t size = 0;         ///< in bytes
-  int64_t written = 0;       ///< last write, in nanoseconds since 1970; seconds on Windows
+  int64_t written = 0;       ///< last write, in nanoseconds since 1970
   int64_t statusChanged = 0; ///< like `written`, but nobody can set it; 0 where there is no such
 
   bool operator==(const FileStamp&) const = default;

@@ -72,8 +72,8 @@ bool syncToDisk(QFile& file, FileFailure& failure) {
 }
 
 bool replaceFile(const QString& from, const QString& to, FileFailure& failure) {
-  const auto wide = [](const QString& s) { return reinterpret_cast<const wchar_t*>(s.utf16()); };
-  if (MoveFileExW(wide(from), wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+  if (MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(),
+                  MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
     return true;
   }
   return fail(failure, FileError::Failed,

@@ -141,24 +141,53 @@ QString programFolder() {
 
 #ifdef Q_OS_WIN
 
+std::wstring systemPath(const QString& path) {
+  // What the system adds in places stays below its limit of 260 units.
+  constexpr qsizetype longest = 240;
+  const QString whole =
+      QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+  if (whole.size() <= longest || whole.startsWith(QLatin1String("\\\\?\\"))) {
+    return QDir::toNativeSeparators(path).toStdWString();
+  }
+  const QString longForm = whole.startsWith(QLatin1String("\\\\"))
+                               ? QStringLiteral("\\\\?\\UNC") + whole.sliced(1)
+                               : QStringLiteral("\\\\?\\") + whole;
+  return longForm.toStdWString();
+}
+
+namespace {
+
+/// What the shell starts this program by; empty when nothing is there.
+QString installFolderIn(HKEY registry, bool& isThere) {
+  constexpr auto key = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Folivex.exe";
+  wchar_t path[MAX_PATH] = {};
+  DWORD bytes = sizeof(path);
+  const LSTATUS read = RegGetValueW(registry, key, L"Path", RRF_RT_REG_SZ, nullptr, path, &bytes);
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(registry, key, 0, KEY_READ, &opened) == ERROR_SUCCESS) {
+    RegCloseKey(opened);
+    isThere = true;
+  }
+  return read == ERROR_SUCCESS ? QString::fromWCharArray(path) : QString();
+}
+
+} // namespace
+
 InstallFolder installFolderOfSetup() {
   if (!qEnvironmentVariableIsSet("FOLIVEX_SETUP_IN_INSTALL_FOLDER")) {
     return {};
   }
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE,
-                    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\Folivex.exe", 0,
-                    KEY_READ, &key) != ERROR_SUCCESS) {
-    return {true, {}, QStringLiteral("Install key not found in registry!")};
+  // One user's own installation comes before the one for all.
+  bool isThere = false;
+  for (const HKEY registry : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+    if (const QString path = installFolderIn(registry, isThere); !path.isEmpty()) {
+      return {true, path, {}};
+    }
   }
-  wchar_t path[MAX_PATH] = {};
-  DWORD bytes = sizeof(path);
-  const LSTATUS read = RegGetValueW(key, nullptr, L"Path", RRF_RT_REG_SZ, nullptr, path, &bytes);
-  RegCloseKey(key);
-  if (read != ERROR_SUCCESS || path[0] == 0) {
-    return {true, {}, QStringLiteral("Can't find install path in registry - please reinstall")};
-  }
-  return {true, QString::fromWCharArray(path), {}};
+  return {true,
+          {},
+          isThere ? QStringLiteral("Can't find install path in registry - please reinstall")
+                  : QStringLiteral("Install key not found in registry!")};
 }
 
 #else

@@ -4,6 +4,8 @@
 #include <QChar>
 #include <QString>
 
+#include <string>
+
 namespace folivex::platform {
 
 /// The separator that the program puts into paths that it makes.
@@ -23,6 +25,11 @@ QString joinPath(const QString& folder, const QString& name);
 
 /// Without the blanks at its end: they are no part of a file's name.
 QString withoutTrailingBlanks(const QString& path);
+
+#ifdef Q_OS_WIN
+/// The path as calls of the system take it, at any length.
+std::wstring systemPath(const QString& path);
+#endif
 
 /// "nul" in any case, or this system's own null device.
 bool isNullDevice(const QString& path);

@@ -127,6 +127,9 @@ FileIdentity AsideFile::keep() {
   if (m_isClaimed && error == EEXIST) {
     refuseToWrite(m_target, "another program has put a file there");
   }
+  if (error == EBUSY) {
+    refuseToWrite(m_target, "another program has it open");
+  }
   if (error != 0) {
     fail(error);
   }

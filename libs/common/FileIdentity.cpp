@@ -2,56 +2,54 @@
 
 #include "common/Paths.h"
 
+#if defined(_WIN32)
+#include "common/WindowsFile.h"
+#include <io.h>
+#else
 #include <sys/stat.h>
+#endif
 
 namespace common {
 
+#if defined(_WIN32)
+
+std::optional<FileIdentity> FileIdentity::of(const std::string& path, Links links) {
+  const files::Handle file =
+      files::openThere(pathOf(path), FILE_READ_ATTRIBUTES, files::shareAll, links);
+  return file == nullptr ? std::nullopt : std::optional(files::identityOf(file.get()));
+}
+
+FileIdentity FileIdentity::of(std::FILE* file) {
+  return files::identityOf(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))));
+}
+
+#else
+
 namespace {
 
-#if defined(_WIN32)
-using Status = struct _stat64;
-
-int64_t lastWrite(const Status& found) {
-  return found.st_mtime;
-}
-#else
-using Status = struct stat;
-
-int64_t lastWrite(const Status& found) {
+FileIdentity identityIn(const struct stat& found) {
   constexpr int64_t ticksPerSecond = 1'000'000'000;
-  return found.st_mtim.tv_sec * ticksPerSecond + found.st_mtim.tv_nsec;
-}
-#endif
-
-FileIdentity identityIn(const Status& found) {
   return {.device = static_cast<uint64_t>(found.st_dev),
           .number = static_cast<uint64_t>(found.st_ino),
           .size = static_cast<uint64_t>(found.st_size),
-          .changed = lastWrite(found)};
+          .changed = found.st_mtim.tv_sec * ticksPerSecond + found.st_mtim.tv_nsec};
 }
 
 } // namespace
 
-std::optional<FileIdentity> FileIdentity::of(const std::string& path,
-                                             [[maybe_unused]] Links links) {
-  Status found{};
-#if defined(_WIN32)
-  const bool isThere = _wstat64(pathOf(path).c_str(), &found) == 0;
-#else
+std::optional<FileIdentity> FileIdentity::of(const std::string& path, Links links) {
+  struct stat found {};
   const bool isThere = links == Links::Followed ? ::stat(path.c_str(), &found) == 0
                                                 : ::lstat(path.c_str(), &found) == 0;
-#endif
   return isThere ? std::optional(identityIn(found)) : std::nullopt;
 }
 
 FileIdentity FileIdentity::of(std::FILE* file) {
-  Status found{};
-#if defined(_WIN32)
-  _fstat64(_fileno(file), &found);
-#else
+  struct stat found {};
   ::fstat(::fileno(file), &found);
-#endif
   return identityIn(found);
 }
+
+#endif
 
 } // namespace common

@@ -17,7 +17,7 @@ struct FileIdentity {
   uint64_t device = 0;
   uint64_t number = 0; ///< of the file on its device; 0 where the system does not tell
   uint64_t size = 0;   ///< in bytes
-  int64_t changed = 0; ///< last write, in the system's finest ticks
+  int64_t changed = 0; ///< last write, in nanoseconds since 1970
 
   bool operator==(const FileIdentity&) const = default;
 

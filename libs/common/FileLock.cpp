@@ -11,7 +11,7 @@
 #include <thread>
 
 #if defined(_WIN32)
-#include <windows.h>
+#include "common/WindowsFile.h"
 #else
 #include <fcntl.h>
 #include <sys/file.h>
@@ -56,18 +56,16 @@ FileLock::~FileLock() {
 #if defined(_WIN32)
 
 void FileLock::open(const std::string& path) {
-  std::error_code ignored;
-  if (std::filesystem::is_symlink(pathOf(path), ignored)) {
-    refuseLink(path);
-  }
   // Others may read and even replace the file meanwhile: only the lock keeps them apart.
-  const HANDLE file = CreateFileW(pathOf(path).c_str(), GENERIC_READ,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
+  files::Handle file =
+      files::openThere(pathOf(path), GENERIC_READ, files::shareAll, Links::Refused);
+  if (file == nullptr) {
     refuseToOpen(path, std::system_category().message(static_cast<int>(GetLastError())));
   }
-  m_file = file;
+  if (files::isLink(file.get())) {
+    refuseLink(path);
+  }
+  m_file = file.release();
 }
 
 bool FileLock::tryLock() const {

@@ -75,7 +75,7 @@ typedef struct MelderWrittenFile {
   uint64_t device;
   uint64_t number; /**< of the file on its device; 0 where the system does not tell */
   uint64_t size;   /**< in bytes */
-  int64_t changed; /**< last write, in nanoseconds since 1970; seconds on Windows */
+  int64_t changed; /**< last write, in nanoseconds since 1970 */
   int32_t hasDigest;
   uint8_t sha256[32]; /**< of all its bytes, when hasDigest is 1 */
 } MelderWrittenFile;
