@@ -1,29 +1,8 @@
 #include "common/FileIdentity.h"
 
-#include "common/Paths.h"
-
-#if defined(_WIN32)
-#include "common/WindowsFile.h"
-#include <io.h>
-#else
 #include <sys/stat.h>
-#endif
 
 namespace common {
-
-#if defined(_WIN32)
-
-std::optional<FileIdentity> FileIdentity::of(const std::string& path, Links links) {
-  const files::Handle file =
-      files::openThere(pathOf(path), FILE_READ_ATTRIBUTES, files::shareAll, links);
-  return file == nullptr ? std::nullopt : std::optional(files::identityOf(file.get()));
-}
-
-FileIdentity FileIdentity::of(std::FILE* file) {
-  return files::identityOf(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))));
-}
-
-#else
 
 namespace {
 
@@ -49,7 +28,5 @@ FileIdentity FileIdentity::of(std::FILE* file) {
   ::fstat(::fileno(file), &found);
   return identityIn(found);
 }
-
-#endif
 
 } // namespace common

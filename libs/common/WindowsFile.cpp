@@ -1,5 +1,9 @@
 #include "common/WindowsFile.h"
 
+#include "common/Paths.h"
+
+#include <io.h>
+
 namespace common::files {
 
 std::wstring longForm(const std::filesystem::path& path) {
@@ -29,6 +33,12 @@ bool isLink(HANDLE file) {
          IsReparseTagNameSurrogate(found.ReparseTag);
 }
 
+} // namespace common::files
+
+namespace common {
+
+namespace {
+
 FileIdentity identityOf(HANDLE file) {
   constexpr int64_t ticksTo1970 = 116'444'736'000'000'000; // from 1601
   constexpr int64_t nanosecondsPerTick = 100;
@@ -44,4 +54,16 @@ FileIdentity identityOf(HANDLE file) {
                      nanosecondsPerTick};
 }
 
-} // namespace common::files
+} // namespace
+
+std::optional<FileIdentity> FileIdentity::of(const std::string& path, Links links) {
+  const files::Handle file =
+      files::openThere(pathOf(path), FILE_READ_ATTRIBUTES, files::shareAll, links);
+  return file == nullptr ? std::nullopt : std::optional(identityOf(file.get()));
+}
+
+FileIdentity FileIdentity::of(std::FILE* file) {
+  return identityOf(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))));
+}
+
+} // namespace common

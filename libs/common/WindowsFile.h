@@ -1,4 +1,4 @@
-// WindowsFile: files of Windows by their handles.
+// WindowsFile: files of Windows by their handles; FileIdentity there is made of it.
 #pragma once
 
 #include "common/FileIdentity.h"
@@ -29,7 +29,5 @@ Handle openThere(const std::filesystem::path& path, DWORD access, DWORD share, L
 /// Whether what was opened stands for something else (a symbolic link, a junction), and not for
 /// its own bytes, which a file of a cloud folder does.
 bool isLink(HANDLE file);
-
-FileIdentity identityOf(HANDLE file);
 
 } // namespace common::files
