@@ -220,16 +220,10 @@ QStringList splitCommandLine(QStringView line) {
   return arguments;
 }
 
-CommandLine parseCommandLine(const QStringList& arguments) {
+namespace {
+
+CommandLine parseTable(const QStringList& table) {
   CommandLine line;
-  if (arguments.value(1) == QLatin1String("--open")) {
-    line.opened = arguments.sliced(2);
-    return line;
-  }
-  if (arguments.size() < 2) {
-    return line;
-  }
-  const QStringList table = splitCommandLine(rebuildCommandLine(arguments));
   line.argumentCount = static_cast<int>(table.size()) - 1;
   line.error = capacityError(table, line.errorCode);
   if (line.error.isEmpty()) {
@@ -237,6 +231,45 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     Walk(line, table).run();
   }
   return line;
+}
+
+constexpr QLatin1StringView openWord("--open");
+
+/// Whoever makes a line out of arguments puts quotes around all of one.
+QString withOptionInFront(QString argument) {
+  if (argument.startsWith(QLatin1String("\"--"))) {
+    return argument.remove(quote);
+  }
+  return argument.startsWith(QLatin1String("\"-")) && argument.size() > 2
+             ? argument.sliced(1, 2) + quote + argument.sliced(3)
+             : argument;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+  CommandLine line;
+  if (arguments.value(1) == openWord) {
+    line.opened = arguments.sliced(2);
+    return line;
+  }
+  return arguments.size() < 2 ? line : parseTable(splitCommandLine(rebuildCommandLine(arguments)));
+}
+
+CommandLine parseCommandLine(QStringView whole) {
+  CommandLine line;
+  QStringList table = splitCommandLine(whole);
+  const QString program = table.takeFirst();
+  // Blanks in a row, and one at the end, make arguments of nothing.
+  table.removeIf(
+      [](const QString& argument) { return platform::withoutTrailingBlanks(argument).isEmpty(); });
+  std::ranges::transform(table, table.begin(), withOptionInFront);
+  if (platform::withoutTrailingBlanks(table.value(0)) == openWord) {
+    table.removeFirst();
+    std::ranges::transform(table, std::back_inserter(line.opened), pathValue);
+    return line;
+  }
+  return table.isEmpty() ? line : parseTable(QStringList(program) + table);
 }
 
 QString usageText() {

@@ -65,6 +65,9 @@ struct CommandLine {
 
 /// Understands the arguments as the system hands them over, the program's own path first.
 CommandLine parseCommandLine(const QStringList& arguments);
+/// The same of the line that a system hands over whole: it is split as splitCommandLine() does, by
+/// no other rule.
+CommandLine parseCommandLine(QStringView whole);
 
 /// One line made of the arguments: a value with a blank in it stands in quotes.
 QString rebuildCommandLine(const QStringList& arguments);

@@ -8,6 +8,8 @@
 
 #ifdef _WIN32
 #include <winsock2.h>
+
+#include <windows.h>
 #else
 #include <sys/socket.h>
 #include <unistd.h>
@@ -46,7 +48,7 @@ QByteArray urlOf(const MailServer& server) {
 }
 
 #ifdef _WIN32
-constexpr int notInherited = 0;
+constexpr int notInherited = 0; // see keepFromPrograms()
 constexpr int bothWays = SD_BOTH;
 constexpr auto closeHandle = &closesocket;
 #else
@@ -55,6 +57,13 @@ constexpr int notInherited = SOCK_CLOEXEC;
 constexpr int bothWays = SHUT_RDWR;
 constexpr auto closeHandle = &::close;
 #endif
+
+/// Where a socket cannot be made so that no program started meanwhile inherits it.
+void keepFromPrograms([[maybe_unused]] curl_socket_t handle) {
+#ifdef _WIN32
+  SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0);
+#endif
+}
 
 struct CodeMeaning {
   CURLcode code;
@@ -97,6 +106,7 @@ curl_socket_t OpenSockets::open(const curl_sockaddr& address) {
   const curl_socket_t handle =
       ::socket(address.family, address.socktype | notInherited, address.protocol);
   if (handle != CURL_SOCKET_BAD) {
+    keepFromPrograms(handle);
     const std::lock_guard lock(m_mutex);
     m_open.push_back(handle);
   }

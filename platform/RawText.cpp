@@ -5,6 +5,10 @@
 #include <algorithm>
 #include <string>
 
+#if defined(Q_OS_WIN)
+#include <windows.h>
+#endif
+
 namespace folivex::platform {
 
 namespace {
@@ -70,6 +74,14 @@ QString rawArgument(const char* argument) {
   return QString::fromLocal8Bit(argument);
 #else
   return asRawText(QByteArray(argument));
+#endif
+}
+
+QString wholeCommandLine() {
+#if defined(Q_OS_WIN)
+  return QString::fromWCharArray(GetCommandLineW());
+#else
+  return {};
 #endif
 }
 

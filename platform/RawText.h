@@ -15,6 +15,10 @@ QString rawText(const std::filesystem::path::string_type& name);
 /// An argument of the program in the same way.
 QString rawArgument(const char* argument);
 
+/// All that the program was started with, its own path first, where the system hands it over as one
+/// text (Windows); empty elsewhere.
+QString wholeCommandLine();
+
 bool hasRawBytes(const QString& text);
 /// The bytes that rawText() was made of.
 QByteArray rawBytes(const QString& text);

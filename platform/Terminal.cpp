@@ -8,6 +8,7 @@
 
 #if defined(Q_OS_WIN)
 #include <io.h>
+#include <windows.h>
 #else
 #include <unistd.h>
 #endif
@@ -16,11 +17,33 @@ namespace folivex::platform {
 
 bool isTerminal(std::FILE* stream) {
 #if defined(Q_OS_WIN)
-  return _isatty(_fileno(stream)) != 0;
+  DWORD mode = 0; // the null device is no console, though it is one of characters
+  const int descriptor = _fileno(stream);
+  return descriptor >= 0 &&
+         GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)), &mode) != 0;
 #else
   return isatty(fileno(stream)) != 0;
 #endif
 }
+
+#if defined(Q_OS_WIN)
+
+Utf8Console::Utf8Console() : m_before(GetConsoleOutputCP()) {
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+Utf8Console::~Utf8Console() {
+  if (m_before != 0) {
+    SetConsoleOutputCP(m_before);
+  }
+}
+
+#else
+
+Utf8Console::Utf8Console() = default;
+Utf8Console::~Utf8Console() = default;
+
+#endif
 
 QByteArray terminalText(const QString& text) {
   QString shown;

@@ -83,18 +83,26 @@ bool wantsWindow(const CommandLine& line) {
          !(line.closes() && platform::isTerminal(stderr));
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+CommandLine commandLineOf(int argc, char** argv) {
+  if (const QString whole = platform::wholeCommandLine(); !whole.isEmpty()) {
+    return parseCommandLine(whole);
+  }
   QStringList arguments;
   for (int i = 0; i < argc; ++i) {
     arguments += platform::rawArgument(argv[i]);
   }
+  return parseCommandLine(arguments);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  const platform::Utf8Console console;
   ignoreWriteSignals();
-  const CommandLine line = parseCommandLine(arguments);
+  const CommandLine line = commandLineOf(argc, argv);
   if (line.help || line.version) {
     const QString text = line.help ? usageText() : versionText();
-    std::fputs(text.toLocal8Bit().constData(), stdout);
+    std::fputs(text.toUtf8().constData(), stdout);
     return 0;
   }
   if (wantsWindow(line) && displayAnswers(argc, argv)) {

@@ -79,3 +79,27 @@ TEST(CommandLine, SplittingKeepsQuotesAndBlanks) {
   EXPECT_EQ(splitCommandLine(u"\"c:\\my dir\\x.exe\" -f\"a b\"  -c"),
             QStringList({"\"c:\\my dir\\x.exe\" ", "-f\"a b\" ", " ", "-c"}));
 }
+
+/// Where the system hands the line over whole, whoever made it.
+TEST(CommandLine, ALineIsTakenApartByItsQuotesAlone) {
+  const struct {
+    QString line;
+    QString shown;
+  } rows[] = {
+      {R"("C:\my tools\folivex.exe" -u"C:\my setups\s.fxs" -f"C:\in\my file.pdf" -c)",
+       R"(u<C:\my setups\s.fxs>f<C:\in\my file.pdf>c<>)"},
+      {R"(folivex "-uC:\my setups\s.fxs" "-fC:\in\my file.pdf" "-pmy word" "-c")",
+       R"(u<C:\my setups\s.fxs>f<C:\in\my file.pdf>p<my word >c<>)"},
+      {R"(folivex  -f  a.pdf   -c )", "f<a.pdf>c<>"},
+      {R"(folivex -f\\server\in\*.pdf)", R"(*<\\server\in\*.pdf>)"},
+      {R"(folivex )", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(shown(parseCommandLine(QStringView(row.line))), row.shown) << qPrintable(row.line);
+  }
+  EXPECT_EQ(parseCommandLine(QStringView(uR"(folivex --open "C:\my file.pdf" )")).opened,
+            QStringList(R"(C:\my file.pdf)"));
+  EXPECT_EQ(parseCommandLine(QStringView(uR"("folivex.exe" "--plan" -fa.pdf)")).plan,
+            PlanOutput::Table);
+  EXPECT_EQ(parseCommandLine(QStringView(u"folivex")).argumentCount, 0);
+}
