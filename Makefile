@@ -67,7 +67,7 @@ inbox-test: build
 # A night of the farm under a Slurm of three nodes on this machine, by root: one node dies, one is believed dead.
 farm-test: build
 	@scripts/install-packages packages-farm.txt
-	@/usr/bin/python3 -B tests/farm/night $(BIN)/folivex --place build/farm-test
+	@cd tests && /usr/bin/python3 -B farm/night ../$(BIN)/folivex --place ../build/farm-test
 
 # Searches for bytes that break what reads them, FUZZ_SECONDS in each target, and goes on where the last search ended.
 FUZZ_SECONDS ?= 60

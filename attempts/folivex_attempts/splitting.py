@@ -78,10 +78,12 @@ class Splitter:
         home.mkdir(0o700)
         (home / "setup.fxs").write_bytes(setup + lines.encode())
         (folder / own["OUTPUTDIR"]).mkdir()
-        return self.run(folder, home, *options, "-u.home/setup.fxs", f"-f{source}", "-c", ended=ended or Ended())
+        ended = ended or Ended()
+        self.run(folder, home, *options, "-u.home/setup.fxs", f"-f{source}", "-c", ended=ended)
+        return ended
 
-    def run(self, folder: Path, home: Path, *arguments: str | Path, ended: Ended) -> Ended:
-        """The program in `folder`, with what it keeps for its user in `home`."""
+    def run(self, folder: Path, home: Path, *arguments: str | Path, ended: Ended) -> None:
+        """The program in `folder`, with what it keeps for its user in `home`. `ended` takes what becomes of it."""
         environment = {"PATH": os.environ.get("PATH", "/usr/bin:/bin"), "HOME": str(home), "TMPDIR": str(home),
                        "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
         with (open(home / "messages", "w+b") as told, subprocess.Popen(
@@ -100,7 +102,6 @@ class Splitter:
             ended.messages = [text for text in last if text]
         self.child = None
         ended.code = child.returncode
-        return ended
 
 
 def plain(text: str) -> str:

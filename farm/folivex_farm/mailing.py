@@ -39,11 +39,11 @@ def send_lists(job: Job, lists: list[Path]) -> tuple[list[str], bool]:
 
 
 def send(job: Job, path: Path) -> tuple[str, bool]:
+    mailed = Mailed()
     with tempfile.TemporaryDirectory(prefix=".mailing-", dir=job.folder) as home:
         # By short names: the program takes no argument beyond 255 characters.
-        mailed = Splitter(job.program).run(job.out, Path(home), f"-u{job.folder.name}/setup.fxs", "--send", path.name, "-c",
-                                           ended=Mailed())
-    assert isinstance(mailed, Mailed)
+        Splitter(job.program).run(job.out, Path(home), f"-u{job.folder.name}/setup.fxs", "--send", path.name, "-c",
+                                  ended=mailed)
     for message in mailed.messages:
         log.info("%s", message)
     if mailed.code == 0 and mailed.is_whole:

@@ -8,14 +8,13 @@ import json
 import os
 import random
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
 import unittest
 from collections import Counter
 from pathlib import Path
-from typing import Any, Callable
+from typing import Any
 
 import fitz
 
@@ -24,6 +23,7 @@ SOURCES = HERE.parents[1]
 sys.path[:0] = [str(HERE.parent / "inbox"), str(SOURCES / "farm"), str(SOURCES / "attempts")]
 from folivex_attempts import disk, record  # noqa: E402
 from folivex_farm import account, job as jobs, merging, scheduling  # noqa: E402
+from dying import dies_before  # noqa: E402
 from mail_server import MailServer  # noqa: E402
 from papers import SETUP, make_source, pages_by_account  # noqa: E402
 
@@ -137,7 +137,8 @@ class FarmTest(unittest.TestCase):
         kept = self.place / "kept"
         shutil.copytree(self.out, kept)
         step = 0
-        while not self.dies_before(step, job):
+        changes = [(disk, "rename_new"), (os, "replace"), (record.Record, "add"), (jobs.Job, "note_published")]
+        while not dies_before(step, changes, lambda: merging.merge(job)):
             step += 1
             merging.merge(job)
             with self.subTest(step):
@@ -146,31 +147,6 @@ class FarmTest(unittest.TestCase):
             shutil.rmtree(self.out)
             shutil.copytree(kept, self.out)
         self.assertGreater(step, 8)
-
-    @staticmethod
-    def dies_before(step: int, job: jobs.Job) -> bool:
-        """Merges in a process that kills itself before change number `step`. True when there were fewer."""
-        child = os.fork()
-        if child == 0:
-            left = step
-
-            def counted(change: Callable[..., Any]) -> Callable[..., Any]:
-                def call(*given: Any, **named: Any) -> Any:
-                    nonlocal left
-                    if left == 0:
-                        os.kill(os.getpid(), signal.SIGKILL)
-                    left -= 1
-                    return change(*given, **named)
-                return call
-
-            for place, name in ((disk, "rename_new"), (os, "replace"), (record.Record, "add"),
-                                (jobs.Job, "note_published")):
-                setattr(place, name, counted(getattr(place, name)))
-            try:
-                merging.merge(job)
-            finally:
-                os._exit(0)
-        return os.WIFEXITED(os.waitpid(child, 0)[1])
 
     def test_names_that_are_not_free_are_found_before_anything_is_written(self) -> None:
         expected = self.source("a/march.pdf", 100) + self.source("april.pdf", 200)

@@ -17,6 +17,7 @@ from typing import Any, Callable
 
 from reportlab.pdfgen.canvas import Canvas
 
+import dying
 from papers import SETUP, SOURCES, make_source, pages_by_account
 
 INBOX = SOURCES / "inbox"
@@ -220,6 +221,16 @@ class InboxTest(unittest.TestCase):
         (self.office.box / "inbox/damaged.pdf").write_bytes(b"%PDF-1.7 no more\n%%EOF\n")
         return self.dies_before(step)
 
+    def dies_before(self, step: int) -> bool:
+        def work() -> None:
+            # The moves that are tried first leave nothing but an empty folder.
+            turn.try_moves = lambda *_: None
+            self.run_turn(PROGRAM)
+
+        changes = [(os, "rename"), (disk, "move_into"), (disk, "remove"), (record.Record, "add"),
+                   (splitting.Splitter, "split")]
+        return dying.dies_before(step, changes, work)
+
     def is_about_to_publish(self) -> bool:
         records = list((self.office.box / "work").glob("*/.record"))
         return any(record.Record(path).last["step"] == "publishing" for path in records) and not self.office.outputs()
@@ -242,32 +253,6 @@ class InboxTest(unittest.TestCase):
         turn.Turn(office.conf, read, program).run(once=True)
         for number, handler in handlers.items():
             signal.signal(number, handler)
-
-    def dies_before(self, step: int) -> bool:
-        """Runs a turn in a process that kills itself before change number `step`. True when there were fewer."""
-        child = os.fork()
-        if child == 0:
-            left = step
-
-            def counted(change: Callable[..., Any]) -> Callable[..., Any]:
-                def call(*given: Any, **named: Any) -> Any:
-                    nonlocal left
-                    if left == 0:
-                        os.kill(os.getpid(), signal.SIGKILL)
-                    left -= 1
-                    return change(*given, **named)
-                return call
-
-            for place, name in ((os, "rename"), (disk, "move_into"), (disk, "remove"),
-                                (record.Record, "add"), (splitting.Splitter, "split")):
-                setattr(place, name, counted(getattr(place, name)))
-            # The moves that are tried first leave nothing but an empty folder.
-            turn.try_moves = lambda *_: None
-            try:
-                self.run_turn(PROGRAM)
-            finally:
-                os._exit(0)
-        return os.WIFEXITED(os.waitpid(child, 0)[1])
 
 
 if __name__ == "__main__":

@@ -79,7 +79,7 @@ class Machine:
             else:
                 subprocess.run(["debootstrap", "--variant=minbase", f"--include={INCLUDED}", "bookworm", self.base,
                                 MIRROR], check=True, stdout=subprocess.DEVNULL)
-        wanted = [*packages_of(self.build / "bin"), SERVER]
+        wanted = [*INCLUDED.split(","), *packages_of(self.build / "bin"), SERVER]
         there = self.chroot(self.base, "dpkg-query", "-W", "-f=${Package} ${db:Status-Status}\n").splitlines()
         if missing := [package for package in wanted if f"{package} installed" not in there]:
             self.chroot(self.base, "apt-get", "-q", "update")
