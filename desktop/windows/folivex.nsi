@@ -32,6 +32,8 @@ ManifestDPIAware true
 !include MUI2.nsh
 !include FileFunc.nsh
 
+!define MUI_ICON "${__FILEDIR__}/folivex.ico"
+!define MUI_UNICON "${__FILEDIR__}/folivex.ico"
 !define MUI_ABORTWARNING
 !define MUI_FINISHPAGE_RUN "$INSTDIR\folivex.exe"
 !insertmacro MUI_PAGE_WELCOME
