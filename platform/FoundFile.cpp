@@ -11,14 +11,14 @@ namespace {
 
 // The system's names are bytes or UTF-16.
 
-QString asText(const std::string& name) {
+[[maybe_unused]] QString asText(const std::string& name) {
   return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
 }
 [[maybe_unused]] QString asText(const std::wstring& name) {
   return QString::fromStdWString(name);
 }
 
-bool isText(const std::string& name) {
+[[maybe_unused]] bool isText(const std::string& name) {
   return asText(name).toUtf8().toStdString() == name;
 }
 [[maybe_unused]] bool isText(const std::wstring&) {

@@ -44,7 +44,7 @@ QString asRawText(const QByteArray& bytes) {
   return text;
 }
 
-QString asRawText(const std::string& name) {
+[[maybe_unused]] QString asRawText(const std::string& name) {
   return asRawText(QByteArray::fromStdString(name));
 }
 [[maybe_unused]] QString asRawText(const std::wstring& name) {
