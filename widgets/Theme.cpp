@@ -1,8 +1,10 @@
 #include "widgets/Theme.h"
 
+#include "platform/TitleBar.h"
 #include "widgets/LookStyle.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
@@ -86,6 +88,44 @@ const QString& systemStyle() {
   return name;
 }
 
+#ifdef Q_OS_WIN
+void matchTitle(QWidget& window) {
+  constexpr int halfLight = 128;
+  platform::setTitleDark(window.winId(),
+                         QApplication::palette().window().color().lightness() < halfLight);
+}
+
+/// Titles go with the windows below them: those that are open, and each that comes.
+class Titles : public QObject {
+public:
+  using QObject::QObject;
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::Show && object->isWidgetType()) {
+      if (auto* const widget = static_cast<QWidget*>(object); widget->isWindow()) {
+        matchTitle(*widget);
+      }
+    }
+    return false;
+  }
+};
+
+void matchTitles() {
+  static const auto* const titles = [] {
+    auto* const made = new Titles(qApp);
+    qApp->installEventFilter(made);
+    return made;
+  }();
+  Q_UNUSED(titles);
+  for (QWidget* const window : QApplication::topLevelWidgets()) {
+    if (window->isVisible()) {
+      matchTitle(*window);
+    }
+  }
+}
+#else
+void matchTitles() {}
+#endif
+
 constexpr std::pair<Theme, const char*> themeNames[] = {
     {Theme::System, "system"}, {Theme::Light, "light"}, {Theme::Dark, "dark"}};
 
@@ -118,6 +158,7 @@ void applyTheme(Theme theme) {
                            : isOwnLook            ? readable(system)
                                                   : system);
   paintTones();
+  matchTitles();
 }
 
 } // namespace folivex
