@@ -1,0 +1,10 @@
+cmake_minimum_required(VERSION 3.25)
+project(icu LANGUAGES CXX ASM)
+file(GLOB sources source/common/*.cpp)
+add_library(icuuc STATIC ${sources} ${DATA})
+target_compile_features(icuuc PRIVATE cxx_std_17)
+target_compile_definitions(icuuc PRIVATE
+  U_COMMON_IMPLEMENTATION U_STATIC_IMPLEMENTATION UNISTR_FROM_CHAR_EXPLICIT=explicit UNISTR_FROM_STRING_EXPLICIT=explicit)
+target_include_directories(icuuc PRIVATE source/common)
+install(TARGETS icuuc DESTINATION lib)
+install(DIRECTORY source/common/unicode DESTINATION include)
