@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test farm-test fuzz clean
+.PHONY: windows windows-test all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test farm-test fuzz clean
 
 all: build
 
@@ -77,6 +77,19 @@ fuzz: packages
 	@cmake --preset fuzz --log-level=WARNING
 	@cmake --build --preset fuzz
 	@fuzz/run build/fuzz/bin --seconds $(FUZZ_SECONDS)
+
+# Everything for Windows, in build/windows/bin. What it takes of others is built of Debian's sources the first time and
+# kept outside the tree (FOLIVEX_WINDOWS_KEPT).
+windows: packages
+	@scripts/install-packages packages-windows.txt
+	@cmake/windows/build-parts build/windows/parts
+	@cmake --preset windows --log-level=WARNING
+	@cmake --build --preset windows
+
+# Its tests under Wine, without a display. It prints a table.
+windows-test: windows
+	@cmake --build --preset windows --target folivex_tests
+	@tests/windows/run build/windows
 
 clean:
 	@rm -rf build demo-output

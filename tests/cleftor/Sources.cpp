@@ -27,7 +27,7 @@ void makeSources(const fs::path& folder) {
   for (const auto& text : fs::directory_iterator(FOLIVEX_SOURCE_DIR "/tests/cleftor/sources")) {
     PdfBuilder pdf;
     pdf.addText(contentsOf(text));
-    pdf.write(path(text.path().stem()));
+    pdf.write(path(text.path().stem().string()));
   }
   const std::string plain = numbered(6).finish();
   PdfBuilder::writeFile(path("plain"), plain);

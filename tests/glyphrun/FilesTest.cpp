@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <tests/support/Programs.h>
 
 namespace glyphruntest {
 namespace {
@@ -26,10 +26,11 @@ int countOf(const std::string& path, const std::u16string& password = u"") {
 std::string encrypted(const std::string& name, const std::string& arguments) {
   std::string path = pathFor(name + ".pdf");
   numberedPages().write(pathFor("plain.pdf"));
-  EXPECT_EQ(std::system(("qpdf --allow-weak-crypto " + arguments + " -- '" + pathFor("plain.pdf") +
-                         "' '" + path + "'")
-                            .c_str()),
-            0);
+  QStringList options = QString::fromStdString(arguments).split(' ').replaceInStrings("''", "");
+  options.prepend("--allow-weak-crypto");
+  options << "--" << QString::fromStdString(pathFor("plain.pdf")) << QString::fromStdString(path);
+  const auto made = folivex::test::runProgram("qpdf", options);
+  EXPECT_EQ(made.exitCode, 0) << made.err.toStdString();
   return path;
 }
 

@@ -23,8 +23,8 @@ class MailServerProcess {
 public:
   explicit MailServerProcess(const QStringList& fault = {}) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start("/usr/bin/python3",
-                    QStringList{"-B", FOLIVEX_SOURCE_DIR "/tests/mail/smtp_server.py"} + fault);
+    startProgram(m_process, "/usr/bin/python3",
+                 QStringList{"-B", FOLIVEX_SOURCE_DIR "/tests/mail/smtp_server.py"} + fault);
     m_port = nextRecord()["port"].toInt();
     EXPECT_GT(m_port, 0) << "no mail server: is python3-aiosmtpd installed?";
   }

@@ -11,7 +11,11 @@ namespace folivex::test {
 inline QString loadBuiltLibraries() {
   QString problem;
   for (const char* name : {"GlyphrunU", "CleftorU", "MelderU"}) {
+#ifdef Q_OS_WIN
+    QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/%1.dll").arg(QLatin1String(name)));
+#else
     QLibrary file(QStringLiteral(FOLIVEX_BIN_DIR "/lib%1.so").arg(QLatin1String(name)));
+#endif
     if (!file.load()) {
       problem += file.errorString();
     }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <random>
@@ -137,11 +138,16 @@ public:
     return bytes;
   }
 
+  void write(const std::filesystem::path& path) const { writeFile(path, finish()); }
   void write(const std::string& path) const { writeFile(path, finish()); }
 
-  static void writeFile(const std::string& path, const std::string& bytes) {
+  static void writeFile(const std::filesystem::path& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary)
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  }
+  /** The name is UTF-8, whatever the system takes narrow ones for. */
+  static void writeFile(const std::string& path, const std::string& bytes) {
+    writeFile(std::filesystem::path(std::u8string(path.begin(), path.end())), bytes);
   }
 
 private:

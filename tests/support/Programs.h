@@ -27,6 +27,18 @@ struct ProgramRun {
 
 inline constexpr int hangLimit = 600'000; // milliseconds: far more than a busy machine needs
 
+/// Starts a program. On Windows those that are not of this build are the ones beneath Wine.
+inline void startProgram(QProcess& process, const QString& program, const QStringList& arguments) {
+#ifdef Q_OS_WIN
+  if (!QFile::exists(program + QStringLiteral(".exe"))) {
+    process.start(QStringLiteral(FOLIVEX_BIN_DIR "/../tests/beneath.exe"),
+                  QStringList{program} + arguments);
+    return;
+  }
+#endif
+  process.start(program, arguments);
+}
+
 inline ProgramRun
 runProgram(const QString& program, const QStringList& arguments,
            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
@@ -37,7 +49,7 @@ runProgram(const QString& program, const QStringList& arguments,
     process.setWorkingDirectory(folder);
   }
   process.setStandardInputFile(QProcess::nullDevice());
-  process.start(program, arguments);
+  startProgram(process, program, arguments);
   ProgramRun run;
   run.ended = process.waitForFinished(hangLimit) && process.exitStatus() == QProcess::NormalExit;
   if (process.state() != QProcess::NotRunning) {
@@ -81,8 +93,12 @@ inline void writeFile(const QString& path, const QByteArray& content) {
 
 /// Permissions of the file at `path`, a link's own not followed; 0 when there is none.
 inline unsigned modeOf(const QString& path) {
+#ifdef Q_OS_WIN
+  return static_cast<unsigned>(QFile::permissions(path).toInt()) & 0777U;
+#else
   struct stat status {};
   return lstat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 0777U : 0U;
+#endif
 }
 
 /// Names of all files below a folder, in alphabetical order, with the folders they stand in.

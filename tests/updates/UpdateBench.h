@@ -13,15 +13,19 @@ class UpdateBench : public ::testing::Test {
 protected:
   static void SetUpTestSuite() {
     // Loaded once by path, the library is then found by its bare name.
+#ifdef Q_OS_WIN
+    static QLibrary library(FOLIVEX_BIN_DIR "/UpdatesU.dll");
+#else
     static QLibrary library(FOLIVEX_BIN_DIR "/libUpdatesU.so");
+#endif
     ASSERT_TRUE(library.load()) << library.errorString().toStdString();
     qputenv("no_proxy", "localhost,127.0.0.1");
     s_server = std::make_unique<Server>();
     makeCertificate("own");
     makeCertificate("other");
-    s_server->process.start("/usr/bin/python3",
-                            {FOLIVEX_SOURCE_DIR "/tests/updates/update_server.py",
-                             certificate("own"), s_server->folder.filePath("own.key")});
+    startProgram(s_server->process, "/usr/bin/python3",
+                 {FOLIVEX_SOURCE_DIR "/tests/updates/update_server.py", certificate("own"),
+                  s_server->folder.filePath("own.key")});
     QByteArray ports;
     while (!ports.endsWith('\n') && s_server->process.waitForReadyRead(hangLimit)) {
       ports += s_server->process.readAllStandardOutput();
@@ -42,12 +46,16 @@ protected:
   static QString certificate(const QString& name) {
     return s_server->folder.filePath(name + ".pem");
   }
-  static QString secure(const char* path) { return "https://" + s_server->secure + path; }
+  static QString secure(const char* path) {
+    return "https://" + s_server->secure + path;
+  }
   /// The certificate does not hold for the bare number.
   static QString secureByNumber(const char* path) {
     return secure(path).replace("localhost", "127.0.0.1");
   }
-  static QString plain(const char* path) { return "http://" + s_server->plain + path; }
+  static QString plain(const char* path) {
+    return "http://" + s_server->plain + path;
+  }
 
   UpdateSurroundings surroundings() const {
     return {"4.9.2", [this] { return clock; }, certificate("own")};

@@ -1,0 +1,2 @@
+#pragma once
+#include <tests/windows/posix/elsewhere.h>

@@ -1,0 +1,3 @@
+#pragma GCC system_header
+#include <tests/windows/posix/elsewhere.h>
+#include_next <unistd.h>
