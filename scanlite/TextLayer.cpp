@@ -231,6 +231,9 @@ void removeDeadWorkFolders(const QFileInfo& own) {
         folivex::platform::openForLock(lock, dead.filePath(workLock), false) == 0 &&
         folivex::platform::lockFile(lock, folivex::platform::LockUse::Alone) ==
             folivex::platform::LockResult::Locked) {
+#ifdef Q_OS_WIN
+      lock.close(); // else the folder would stay with it
+#endif
       dead.removeRecursively();
     }
   }

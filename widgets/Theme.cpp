@@ -1,10 +1,8 @@
 #include "widgets/Theme.h"
 
-#include "platform/TitleBar.h"
 #include "widgets/LookStyle.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
@@ -12,6 +10,12 @@
 
 #include <algorithm>
 #include <utility>
+
+#ifdef Q_OS_WIN
+#include "platform/TitleBar.h"
+
+#include <QEvent>
+#endif
 
 namespace folivex {
 

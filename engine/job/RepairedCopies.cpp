@@ -32,6 +32,13 @@ public:
   const QString& path() const { return m_path; }
   bool isThere() const { return m_isThere; }
 
+  /// For a library to put a file in its place, which an open one does not let happen everywhere.
+  void makeRoom() {
+#ifdef Q_OS_WIN
+    m_file.close();
+#endif
+  }
+
   /// Takes what a library has put in the file's place.
   bool hold() {
     m_file.close();
@@ -77,6 +84,7 @@ std::shared_ptr<const QString> RepairedCopies::make(const Key& key) const {
   const char16_t* const password = utf16(key.password);
   // A copy with fewer pages than the other library finds would lose them without a word.
   const int expected = pagesOf(key.source, key.password);
+  part->makeRoom();
   int pages = m_split.RepairFile(source, password, utf16(part->path()));
   if (pages <= 0 || pages < expected) {
     pages = m_text.RepairFile(source, password, utf16(part->path()));
