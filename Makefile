@@ -3,7 +3,7 @@
 PRESET ?= release
 BIN    := build/$(PRESET)/bin
 
-.PHONY: windows windows-test all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test farm-test fuzz clean
+.PHONY: windows windows-test windows-package all packages build test check sanitize tidy format format-check demo run bench package package-test soak inbox-test farm-test fuzz clean
 
 all: build
 
@@ -90,6 +90,14 @@ windows: packages
 windows-test: windows
 	@cmake --build --preset windows --target folivex_tests
 	@tests/windows/run build/windows
+
+# The installer and the zip, in build/windows/package.
+windows-package: windows
+	@scripts/install-packages packages-windows-package.txt
+	@rm -rf build/windows/stage
+	@cmake --install build/windows --prefix build/windows/stage --strip >build/windows/stage.log
+	@desktop/windows/make-installer build/windows/stage \
+	  "$$(sed -n 's/^project(Folivex VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)" build/windows/package
 
 clean:
 	@rm -rf build demo-output
