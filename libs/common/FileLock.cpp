@@ -57,8 +57,18 @@ FileLock::~FileLock() {
 
 void FileLock::open(const std::string& path) {
   // Others may read and even replace the file meanwhile: only the lock keeps them apart.
-  files::Handle file =
-      files::openThere(pathOf(path), GENERIC_READ, files::shareAll, Links::Refused);
+  files::Handle file;
+  // While it is replaced there is none for a moment.
+  constexpr int looks = 200;
+  for (int look = 0; look < looks && file == nullptr; ++look) {
+    if (look > 0) {
+      std::this_thread::sleep_for(pause);
+    }
+    file = files::openThere(pathOf(path), GENERIC_READ, files::shareAll, Links::Refused);
+    if (file == nullptr && GetLastError() != ERROR_FILE_NOT_FOUND) {
+      break;
+    }
+  }
   if (file == nullptr) {
     refuseToOpen(path, std::system_category().message(static_cast<int>(GetLastError())));
   }

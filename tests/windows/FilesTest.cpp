@@ -2,6 +2,7 @@
 #include "common/AsideFile.h"
 #include "common/Failure.h"
 #include "common/FileLock.h"
+#include "common/Paths.h"
 #include "common/WindowsFile.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <fstream>
 #include <iterator>
+#include <vector>
 
 namespace common {
 namespace {
@@ -148,6 +150,135 @@ TEST_F(Files, LongPathsAndOnesOfTheSystemItself) {
   }
   EXPECT_EQ(files::openToRead(m_folder / "none", Links::Followed, error), nullptr);
   EXPECT_EQ(error, ENOENT);
+}
+
+/// Processes of this program, each of which runs one of the tests below that is no test by itself.
+class Others {
+public:
+  /// The folder is what they find in FOLIVEX_TEST_FOLDER.
+  Others(const wchar_t* test, int count, const fs::path& folder) {
+    SetEnvironmentVariableW(L"FOLIVEX_TEST_FOLDER", folder.c_str());
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    for (int i = 0; i < count; ++i) {
+      std::wstring line = L'"' + std::wstring(program) + L"\" --gtest_also_run_disabled_tests " +
+                          L"--gtest_brief=1 --gtest_filter=InAnother.DISABLED_" + test;
+      STARTUPINFOW start{};
+      start.cb = sizeof start;
+      PROCESS_INFORMATION made{};
+      EXPECT_TRUE(CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                                 &start, &made));
+      CloseHandle(made.hThread);
+      m_processes.emplace_back(made.hProcess);
+    }
+  }
+  void kill() const {
+    for (const files::Handle& process : m_processes) {
+      TerminateProcess(process.get(), 1);
+      WaitForSingleObject(process.get(), INFINITE);
+    }
+  }
+  void wait() const {
+    for (const files::Handle& process : m_processes) {
+      DWORD code = 1;
+      WaitForSingleObject(process.get(), INFINITE);
+      GetExitCodeProcess(process.get(), &code);
+      EXPECT_EQ(code, 0U);
+    }
+  }
+
+private:
+  std::vector<files::Handle> m_processes;
+};
+
+fs::path folderOfOthers() {
+  wchar_t folder[MAX_PATH] = {};
+  GetEnvironmentVariableW(L"FOLIVEX_TEST_FOLDER", folder, MAX_PATH);
+  return folder;
+}
+
+constexpr int names = 40;
+constexpr int processes = 6;
+
+TEST(InAnother, DISABLED_ClaimsNames) {
+  const std::string own = std::to_string(GetCurrentProcessId());
+  std::ofstream won(folderOfOthers() / ("won-" + own));
+  for (int name = 0; name < names; ++name) {
+    const fs::path target = folderOfOthers() / (std::to_string(name) + ".pdf");
+    int error = 0;
+    std::unique_ptr<PartFile> claim = PartFile::make(target, files::Readers::Usual, error);
+    try {
+      if (claim != nullptr) {
+        AsideFile file(utf8(target), {.claim = std::move(claim)});
+        file.append(own);
+        file.keep();
+        won << name << '\n';
+      }
+    } catch (const Failure&) {
+      // Somebody else has it by now.
+    }
+  }
+}
+
+TEST(InAnother, DISABLED_AddsLines) {
+  const std::string path = utf8(folderOfOthers() / "lines.pdf");
+  for (int line = 0; line < names; ++line) {
+    const FileLock lock(path);
+    int error = 0;
+    std::FILE* const old = files::openToRead(pathOf(path), Links::Refused, error);
+    ASSERT_NE(old, nullptr);
+    AsideFile file(path, {.model = path});
+    for (int c = std::fgetc(old); c != EOF; c = std::fgetc(old)) {
+      file.append(std::string(1, static_cast<char>(c)));
+    }
+    std::fclose(old);
+    file.append("x");
+    file.keep();
+  }
+}
+
+TEST(InAnother, DISABLED_HoldsAName) {
+  int error = 0;
+  const auto part = PartFile::make(folderOfOthers() / "held.pdf", files::Readers::Usual, error);
+  Sleep(INFINITE);
+}
+
+TEST_F(Files, ManyProcessesNeverGetOneName) {
+  Others(L"ClaimsNames", processes, m_folder).wait();
+  std::vector<std::string> winners(names);
+  for (const fs::directory_entry& entry : fs::directory_iterator(m_folder)) {
+    const std::string title = utf8(entry.path().filename());
+    std::ifstream won(entry.path());
+    for (int name = 0; title.starts_with("won-") && won >> name;) {
+      EXPECT_EQ(winners[static_cast<size_t>(name)], "") << name << " was won twice";
+      winners[static_cast<size_t>(name)] = title.substr(4);
+    }
+  }
+  for (int name = 0; name < names; ++name) {
+    EXPECT_EQ(read(m_folder / (std::to_string(name) + ".pdf")), winners[static_cast<size_t>(name)]);
+  }
+  EXPECT_EQ(entries(), size_t{names} + processes) << "a part was left";
+}
+
+TEST_F(Files, WhatTwoProcessesAddIsAllThere) {
+  write(m_folder / "lines.pdf", "");
+  Others(L"AddsLines", 2, m_folder).wait();
+  EXPECT_EQ(read(m_folder / "lines.pdf"), std::string(2 * names, 'x'));
+  EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(Files, WhatAKilledProcessHeldIsFreeAgain) {
+  const fs::path target = m_folder / "held.pdf";
+  const Others holder(L"HoldsAName", 1, m_folder);
+  int error = 0;
+  while (PartFile::make(target, files::Readers::Usual, error) != nullptr) {
+    Sleep(1); // until the other one has it
+  }
+  EXPECT_EQ(error, EBUSY);
+  EXPECT_NE(replace(target), "");
+  holder.kill();
+  EXPECT_EQ(replace(target), "");
+  EXPECT_EQ(entries(), 1U);
 }
 
 } // namespace
