@@ -2,8 +2,10 @@
 #pragma once
 
 #include "engine/naming/OutputNamer.h"
+#include "platform/Paths.h"
 #include "tests/support/Rows.h"
 
+#include <QDir>
 #include <QMap>
 
 namespace folivex::test {
@@ -41,11 +43,12 @@ struct NamingBench {
 
   NamedOutput named() { return namer().name(range); }
 
-  /// Path of the output below "/out/".
+  /// Path of the output below the folder "/out", with slashes everywhere.
   QString path() {
     const QString whole = named().path;
-    EXPECT_TRUE(whole.startsWith(QLatin1String("/out/"))) << whole.toStdString();
-    return whole.sliced(5);
+    const QString folder = platform::joinPath(QStringLiteral("/out"), {});
+    EXPECT_TRUE(whole.startsWith(folder)) << whole.toStdString();
+    return QDir::fromNativeSeparators(whole.sliced(folder.size()));
   }
 
   SplitSetup setup;

@@ -14,8 +14,8 @@ TEST(ReportPaths, Rows) {
     const auto expected = [&row](char report, const char* ending) {
       return row[3].contains(QLatin1Char(report)) ? row[2] + ending : nullReport();
     };
-    EXPECT_EQ(paths.text, expected('t', "_report.txt"));
-    EXPECT_EQ(paths.csv, expected('c', "_report.csv"));
+    EXPECT_EQ(QDir::fromNativeSeparators(paths.text), expected('t', "_report.txt"));
+    EXPECT_EQ(QDir::fromNativeSeparators(paths.csv), expected('c', "_report.csv"));
     EXPECT_EQ(paths.emailCsv, expected('e', "_email_report.csv"));
   });
   EXPECT_EQ(nullReport(), "nul");

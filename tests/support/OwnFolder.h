@@ -14,13 +14,18 @@ class OwnFolder : public ::testing::Test {
 protected:
   OwnFolder() {
     QDir(m_folder.path()).mkdir(QStringLiteral("tmp"));
-    qputenv("TMPDIR", QFile::encodeName(at("tmp")));
+    qputenv(temporaryVariable, QFile::encodeName(at("tmp")));
   }
-  ~OwnFolder() override { qputenv("TMPDIR", m_temporaryBefore); }
+  ~OwnFolder() override { qputenv(temporaryVariable, m_temporaryBefore); }
   QString at(const QString& name) const { return m_folder.filePath(name); }
 
+#ifdef Q_OS_WIN
+  static constexpr const char* temporaryVariable = "TMP";
+#else
+  static constexpr const char* temporaryVariable = "TMPDIR";
+#endif
   QTemporaryDir m_folder;
-  QByteArray m_temporaryBefore = qgetenv("TMPDIR");
+  QByteArray m_temporaryBefore = qgetenv(temporaryVariable);
 };
 
 } // namespace folivex::test
