@@ -148,7 +148,10 @@ bool JobDriver::saveDefaultSetup() {
 }
 
 RunError JobDriver::StartProcessing(const SplitPlan* expected) {
-  const SplitSetup setup = begin();
+  SplitSetup setup = begin();
+  // What is planned needs words for addresses only: pages are not recognised once more in each
+  // part.
+  setup.ocrFirst = setup.ocrFirst && (m_planFile.isEmpty() || setup.emailEnable);
   // Before anything is touched: a refused run must not have cleared a folder.
   if (const QString contradiction = contradictionOf(setup); !contradiction.isEmpty()) {
     m_job.fail(RunError::Contradiction, contradiction);
