@@ -22,3 +22,6 @@ foreach(plugin platforms/qwindows platforms/qoffscreen styles/qwindowsvistastyle
   get_filename_component(folder ${plugin} DIRECTORY)
   file(COPY ${FOLIVEX_WINDOWS_PARTS}/plugins/${plugin}.dll DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${folder})
 endforeach()
+
+add_library(folivex_thread_ends OBJECT ${CMAKE_CURRENT_LIST_DIR}/ThreadEnds.cpp)
+link_libraries($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:folivex_thread_ends>>)

@@ -1,12 +1,16 @@
 #include "PdfFile.h"
 
 #include "common/Failure.h"
+#include "common/FileCalls.h"
 #include "common/Passwords.h"
+#include "common/Paths.h"
 #include "common/Utf16.h"
 
 #include <glyphrun/glyphrun.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 #include <unordered_set>
 
 namespace glyphrun {
@@ -81,7 +85,20 @@ PdfFile::~PdfFile() {
 
 void PdfFile::openDocument(const std::string& path) {
   fz_context* ctx = m_mu->raw();
+#if defined(_WIN32)
+  // MuPDF's own way keeps others from replacing the file, and is itself kept off a part that is
+  // being written.
+  int error = 0;
+  m_source.reset(common::files::openToRead(common::pathOf(path), common::Links::Followed, error));
+  if (!m_source) {
+    throw Failure(GLYPHRUN_CANNOT_OPEN,
+                  std::generic_category().message(error != 0 ? error : EINVAL));
+  }
+  Outcome outcome =
+      m_mu->attempt([&] { m_stream = fz_open_file_ptr_no_close(ctx, m_source.get()); });
+#else
   Outcome outcome = m_mu->attempt([&] { m_stream = fz_open_file(ctx, path.c_str()); });
+#endif
   int32_t code = GLYPHRUN_CANNOT_OPEN;
   if (outcome == Outcome::Ok) {
     outcome = m_mu->attempt([&] { m_document = pdf_open_document_with_stream(ctx, m_stream); });

@@ -7,6 +7,7 @@
 #include "common/FileIdentity.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
@@ -92,6 +93,11 @@ private:
   void forget(int number);
 
   std::unique_ptr<MuContext> m_mu;
+  struct Closer {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  [[maybe_unused]] std::unique_ptr<std::FILE, Closer>
+      m_source; ///< where MuPDF does not open it itself
   fz_stream* m_stream = nullptr;
   pdf_document* m_document = nullptr;
   std::shared_ptr<const PageList> m_list;
